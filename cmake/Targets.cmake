@@ -1,0 +1,43 @@
+# How every target of the tree is compiled and linked, and the functions that the folders use.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+# A module is found by its bare name: no "lib" in front.
+set(CMAKE_SHARED_LIBRARY_PREFIX "")
+
+add_library(build_settings INTERFACE)
+target_compile_definitions(build_settings INTERFACE
+  UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 _GLIBCXX_ASSERTIONS)
+target_compile_options(build_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Werror
+  $<$<CONFIG:Debug>:-fsanitize=undefined -fsanitize-undefined-trap-on-error>)
+target_include_directories(build_settings INTERFACE "${CMAKE_SOURCE_DIR}/src")
+# The static runtime leaves system DLLs as the only imports.
+target_link_options(build_settings INTERFACE
+  -static -static-libgcc -static-libstdc++
+  -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp
+  $<$<CONFIG:Release>:-s>)
+
+# smh_add_library(<target> SOURCES ... LINK ...): one layer; LINK names the layers it may include from.
+function(smh_add_library target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_library(${target} STATIC ${ARG_SOURCES})
+  target_link_libraries(${target} PUBLIC ${ARG_LINK} build_settings)
+endfunction()
+
+# smh_add_module(<target> SOURCES ... LINK ...): a DLL with a .def among its sources.
+function(smh_add_module target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_library(${target} SHARED ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_LINK} build_settings)
+endfunction()
+
+# smh_add_program(<target> SOURCES ... LINK ...): a console program.
+function(smh_add_program target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_LINK} build_settings)
+  target_link_options(${target} PRIVATE -municode)
+endfunction()

@@ -1,0 +1,245 @@
+// The interfaces of StartupManagerHelper.dll for hosts.
+//
+// Load the library by full path, look up its one export `GetInstance` and ask it for IStartupManager. The
+// pointer it returns carries no reference for the caller: AddRef it to keep it beyond the next call, and
+// Release only what was added. Before FreeLibrary call IStartupItemCollection::Stop and release everything.
+//
+// Calls are stdcall; slots are numbered after IUnknown's three, that is from 3.
+// - Text: boundary strings (boundary_string.h). The caller releases an out text.
+// - Booleans and enumerations are 32-bit results; of a boolean argument only the low byte counts.
+// - An operation without a result returns an HRESULT; one with a result returns a neutral value when it fails.
+//   Either way the failure's text is in the thread's error info (GetErrorInfo: description = message, source =
+//   class of the exception). Every slot clears the error info on entry.
+// - Null for an out argument is E_POINTER.
+#pragma once
+
+#include "infra/boundary_string.h"
+
+#include <unknwn.h>
+#include <oaidl.h>
+#include <commctrl.h>
+
+namespace smh {
+
+enum TTypeStartupLocation : std::int32_t {
+  sulNone = 0,
+  sulFolderUser = 1,
+  sulFolderCommon = 2,
+  sulRegistryRunServices = 3,
+  sulRegistryRunServicesOnce = 4,
+  sulRegistryUserRun = 5,
+  sulRegistryUserRunOnce = 6,
+  sulRegistryUserRunOnceSetup = 7,
+  sulRegistryCommonRun = 8,
+  sulRegistryCommonRunOnce = 9,
+  sulRegistryCommonRunOnceSetup = 10,
+  sulRegistryAllRegContextMenuHandlers = 11,
+  sulRegistryAllContextMenuHandlers = 12,
+  sulRegistryDirectoryContextMenuHandlers = 13,
+  sulRegistryFolderContextMenuHandlers = 14,
+  sulRegistryBackgroundContextMenuHandlers = 15,
+  sulRegistryAllRegDragDropHandlers = 16,
+  sulRegistryAllDragDropHandlers = 17,
+  sulRegistryDirectoryDragDropHandlers = 18,
+  sulRegistryFolderDragDropHandlers = 19,
+  sulRegistryBackgroundDragDropHandlers = 20,
+  sulRegistryAllRegColumnHandlers = 21,
+  sulRegistryAllColumnHandlers = 22,
+  sulRegistryDirectoryColumnHandlers = 23,
+  sulRegistryFolderColumnHandlers = 24,
+  sulRegistryBackgroundColumnHandlers = 25,
+  sulRegistryAllRegPropertyHandlers = 26,
+  sulRegistryAllPropertyHandlers = 27,
+  sulRegistryDirectoryPropertyHandlers = 28,
+  sulRegistryFolderPropertyHandlers = 29,
+  sulRegistryBackgroundPropertyHandlers = 30,
+  sulRegistryAllRegCopyHandlers = 31,
+  sulRegistryAllCopyHandlers = 32,
+  sulRegistryDirectoryCopyHandlers = 33,
+  sulRegistryFolderCopyHandlers = 34,
+  sulRegistryBackgroundCopyHandlers = 35,
+  sulRegistryShellExtApproved = 36,
+  sulRegistryIEBrowserObjects = 37,
+  sulRegistryUserIEURLSearchHooks = 38,
+  sulRegistryCommonIEURLSearchHooks = 39,
+};
+
+// What IStartupItemCollection::GetReadState answers.
+enum ReadState : std::int32_t {
+  kReadStateReading = 0,   // the first pass over the locations is not finished
+  kReadStateListed = 1,    // every taking-part location was read once
+  kReadStateComplete = 2,  // every item's extended information was read as well
+};
+
+// Indexes of IStartupItem::GetProperty.
+enum ItemProperty : std::int32_t {
+  kPropertyLocation = 0,             // VT_I4
+  kPropertyEnabled = 1,              // VT_BOOL
+  kPropertyFileFound = 2,            // VT_BOOL
+  kPropertyCaption = 3,              // VT_BSTR, as all below without a note
+  kPropertyCommand = 4,
+  kPropertyDescription = 5,
+  kPropertyWorkingFolder = 6,
+  kPropertyLinkNumber = 7,           // VT_I4: the hot key of a shortcut item
+  kPropertyProductName = 8,
+  kPropertyComments = 9,
+  kPropertyVersionNumber = 10,
+  kPropertyInternalName = 11,
+  kPropertyOriginalFilename = 12,
+  kPropertyProductVersion = 13,
+  kPropertyFileVersion = 14,
+  kPropertyVersion = 15,             // ProductVersion, else FileVersion
+  kPropertyPrivateBuild = 16,
+  kPropertySpecialBuild = 17,
+  kPropertyCompany = 18,             // CompanyName, else LegalCopyright
+  kPropertyLegalCopyright = 19,
+  kPropertyLegalTrademarks = 20,
+  kPropertyFileSize = 21,            // VT_I8: bytes
+  kPropertyCreationTime = 22,        // VT_DATE: local time
+  kPropertyLastAccessTime = 23,      // VT_DATE
+  kPropertyLastWriteTime = 24,       // VT_DATE
+  kPropertyFileTypeName = 25,
+  kPropertyRating = 26,              // VT_I4: 0 trusted, 1 unknown, 2 risky
+};
+
+// Actions of IStartupItem::CanDo.
+enum ItemAction : std::int32_t {
+  kActionDelete = 0,
+  kActionEnable = 1,
+  kActionDisable = 2,
+  kActionMove = 3,
+  kActionChangeCommand = 4,
+  kActionExecute = 5,
+  kActionShowFileDetails = 6,
+  kActionShowLocation = 7,
+};
+
+// One start-up entry. The wrapper does not keep its entry alive: when the entry leaves the list, or there
+// never was one, every query answers the neutral value given here and every operation does nothing. Any
+// thread may use it.
+struct IStartupItem : IUnknown {
+  static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
+
+  // 3: position in the list; -1.
+  virtual std::int32_t STDMETHODCALLTYPE GetIndex() = 0;
+  // 4: a TTypeStartupLocation; sulNone.
+  virtual std::int32_t STDMETHODCALLTYPE GetLocation() = 0;
+  // 5: identity within the location: the full value path or the file path; empty.
+  virtual HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) = 0;
+  // 6: takes and clears the changed mark, and says whether it was set; 1.
+  virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
+  // 7: index in both image lists of the collection; -1.
+  virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
+  // 8: an ItemProperty; VT_NULL for an unknown index. The caller clears the variant.
+  virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
+  // 9: an ItemAction; 0.
+  virtual BOOL STDMETHODCALLTYPE CanDo(std::int32_t action) = 0;
+  // 10: 0.
+  virtual BOOL STDMETHODCALLTYPE CanMoveTo(std::int32_t location) = 0;
+  // 11-15: changes. Ask CanDo first: a call that it forbids fails with E_UNEXPECTED.
+  virtual HRESULT STDMETHODCALLTYPE Delete() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Enable() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Disable() = 0;
+  virtual HRESULT STDMETHODCALLTYPE MoveTo(std::int32_t location) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ChangeCommand(const wchar_t* command) = 0;
+  // 16: starts the command; a failure is shown in a message box, then returned.
+  virtual HRESULT STDMETHODCALLTYPE Execute(HWND window) = 0;
+  // 17, 18
+  virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ShowLocation() = 0;
+};
+
+// All start-up entries of all locations read so far. Any thread may use it.
+struct IStartupItemCollection : IUnknown {
+  static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
+
+  // 3
+  virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
+  // 4: a new wrapper; for an index outside the list one without entry.
+  virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IStartupItem** item) = 0;
+  // 5, 6: 16x16 and 32x32, owned by the library. Images 0 to 2 are the ratings, 3 the unknown file.
+  virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
+  virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
+  // 7: a ReadState.
+  virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
+  // 8, 9: all 39 locations instead of the six usual ones; takes effect at the next Refresh.
+  virtual BOOL STDMETHODCALLTYPE GetShowAllLocations() = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) = 0;
+  // 10, 11: start reading anew; stop and wait. Refused with E_UNEXPECTED by a thread that holds Lock.
+  virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Stop() = 0;
+  // 12, 13: hold the list still for a walk. Unlock by a thread that does not hold it is E_UNEXPECTED.
+  virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
+  // 14: the new entry's position, or that of the entry that has the name already; -1 when it fails.
+  virtual std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
+                                                 const wchar_t* command) = 0;
+};
+
+// The titles of backup checkpoints; "%s" receives the entry's name. All objects share the module's texts.
+struct IStartupManagerStrings : IUnknown {
+  static constexpr GUID iid = {0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x02}};
+
+  // 3-14
+  virtual HRESULT STDMETHODCALLTYPE GetAddingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetAddingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetMovingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetMovingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDeletingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetDeletingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetEnablingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetEnablingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDisablingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetDisablingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetChangingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetChangingText(const wchar_t* text) = 0;
+};
+
+// One default program. As IStartupItem, a wrapper whose entry is gone answers neutral values.
+struct IFavoriteItem : IUnknown {
+  static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x06}};
+
+  // 3-8
+  virtual std::int32_t STDMETHODCALLTYPE GetIndex() = 0;
+  virtual std::int32_t STDMETHODCALLTYPE GetKind() = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) = 0;
+  virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
+  virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
+  // As IStartupItem::GetProperty, but 0 = kind and 27 = key path.
+  virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
+};
+
+// The system's default programs.
+struct IFavoriteItemCollection : IUnknown {
+  static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
+
+  // 3-10
+  virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IFavoriteItem** item) = 0;
+  virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
+  virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
+  virtual HRESULT STDMETHODCALLTYPE AddPath(const wchar_t* path) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
+  virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
+};
+
+// What GetInstance hands out. The first call of GetStartupItems is expected from one thread.
+struct IStartupManager : IUnknown {
+  static constexpr wchar_t kId[] = L"{E8C7F189-6EBA-407B-A55E-97C824EC0201}";
+  static constexpr GUID iid = {0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x01}};
+
+  // 3: always the same collection. Hosts ask for it at least once before they free the library.
+  virtual HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) = 0;
+  // 4: a new collection on every call; E_NOTIMPL in this version.
+  virtual HRESULT STDMETHODCALLTYPE GetFavoriteItems(IFavoriteItemCollection** items) = 0;
+  // 5: a new object on every call.
+  virtual HRESULT STDMETHODCALLTYPE GetStrings(IStartupManagerStrings** strings) = 0;
+  // 6: the file that a command line or shortcut starts.
+  virtual HRESULT STDMETHODCALLTYPE ResolveCommandFile(const wchar_t* command, BoundaryText* file) = 0;
+};
+
+// The export. `iid` is compared as text, ignoring ASCII case; null or any other identifier gives null.
+using GetInstanceFunction = IUnknown*(STDMETHODCALLTYPE*)(const wchar_t* iid, DWORD reserved);
+
+}  // namespace smh

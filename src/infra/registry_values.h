@@ -1,0 +1,60 @@
+// Registry values read with as few calls as the platform allows: one per value, name, type and data together.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// A value's type and bytes, as stored.
+struct RegistryData {
+  DWORD type = REG_NONE;
+  std::vector<std::byte> bytes;
+
+  bool IsText() const noexcept { return type == REG_SZ || type == REG_EXPAND_SZ; }
+  // The text up to its first zero; an odd last byte does not count. Empty for any other type.
+  std::wstring Text() const;
+  bool operator==(const RegistryData&) const = default;
+};
+
+// REG_SZ data with its terminating zero.
+RegistryData StringData(std::wstring_view text);
+
+// Walks the values of an open key in the order the registry returns them. Buffers grow as needed and are
+// reused; what Name and Data show is valid until the next call of Next.
+class RegistryValueReader {
+ public:
+  explicit RegistryValueReader(HKEY key);
+  // False at the end, and when the key was deleted meanwhile. Raises EOSError for any other failure.
+  bool Next();
+  // May hold zero characters.
+  std::wstring_view Name() const noexcept { return {name_.data(), nameLength_}; }
+  DWORD Type() const noexcept { return type_; }
+  std::span<const std::byte> Data() const noexcept { return {data_.data(), dataSize_}; }
+  bool IsText() const noexcept { return type_ == REG_SZ || type_ == REG_EXPAND_SZ; }
+  std::wstring Text() const;
+
+ private:
+  HKEY key_;
+  DWORD index_ = 0;
+  std::vector<wchar_t> name_;
+  std::vector<std::byte> data_;
+  std::size_t nameLength_ = 0;
+  std::size_t dataSize_ = 0;
+  DWORD type_ = REG_NONE;
+};
+
+// An open key, or an empty owner when it cannot be opened (the thread's last error then says why).
+ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) noexcept;
+// The names of an open key's subkeys, in enumeration order.
+std::vector<std::wstring> SubKeyNames(HKEY key);
+// A value of an open key; none when it is missing. Raises EOSError for any other failure.
+std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
+
+}  // namespace smh

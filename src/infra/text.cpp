@@ -1,0 +1,101 @@
+#include "infra/text.h"
+
+#include <windows.h>
+
+namespace smh {
+
+namespace {
+
+int OrdinalCompare(std::wstring_view a, std::wstring_view b) noexcept {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE);
+}
+
+}  // namespace
+
+bool SameText(std::wstring_view a, std::wstring_view b) noexcept {
+  return a.size() == b.size() && (a == b || OrdinalCompare(a, b) == CSTR_EQUAL);
+}
+
+int CompareText(std::wstring_view a, std::wstring_view b) noexcept {
+  if (a.empty() || b.empty()) return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
+  return OrdinalCompare(a, b) - CSTR_EQUAL;
+}
+
+bool StartsText(std::wstring_view prefix, std::wstring_view text) noexcept {
+  return text.size() >= prefix.size() && SameText(prefix, text.substr(0, prefix.size()));
+}
+
+bool EndsText(std::wstring_view suffix, std::wstring_view text) noexcept {
+  return text.size() >= suffix.size() && SameText(suffix, text.substr(text.size() - suffix.size()));
+}
+
+bool SameLocaleText(std::wstring_view a, std::wstring_view b) noexcept {
+  if (a.empty() || b.empty()) return a.empty() && b.empty();
+  return CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(), static_cast<int>(a.size()), b.data(),
+                        static_cast<int>(b.size())) == CSTR_EQUAL;
+}
+
+std::wstring Trim(std::wstring_view text) {
+  while (!text.empty() && text.front() <= L' ') text.remove_prefix(1);
+  while (!text.empty() && text.back() <= L' ') text.remove_suffix(1);
+  return std::wstring(text);
+}
+
+std::wstring ReplaceText(std::wstring_view text, std::wstring_view pattern, std::wstring_view replacement) {
+  std::wstring result;
+  if (pattern.empty()) return result.assign(text);
+  while (!text.empty()) {
+    const int at = text.size() < pattern.size()
+                       ? -1
+                       : FindStringOrdinal(FIND_FROMSTART, text.data(), static_cast<int>(text.size()),
+                                           pattern.data(), static_cast<int>(pattern.size()), TRUE);
+    if (at < 0) break;
+    result.append(text.substr(0, static_cast<std::size_t>(at))).append(replacement);
+    text.remove_prefix(static_cast<std::size_t>(at) + pattern.size());
+  }
+  return result.append(text);
+}
+
+std::wstring QuoteText(std::wstring_view text) {
+  std::wstring result(1, L'"');
+  for (const wchar_t unit : text) result.append(unit == L'"' ? 2 : 1, unit);
+  return result.append(1, L'"');
+}
+
+std::wstring DequoteText(std::wstring_view text) {
+  if (text.size() < 2 || text.front() != L'"' || text.back() != L'"') return std::wstring(text);
+  std::wstring result;
+  const std::wstring_view inside = text.substr(1, text.size() - 2);
+  for (std::size_t i = 0; i < inside.size(); ++i) {
+    if (inside[i] == L'"' && (++i == inside.size() || inside[i] != L'"')) return std::wstring(text);
+    result += inside[i];
+  }
+  return result;
+}
+
+std::wstring_view FileNamePart(std::wstring_view path) noexcept {
+  return path.substr(FolderPart(path).size());
+}
+
+std::wstring_view FolderPart(std::wstring_view path) noexcept {
+  return path.substr(0, path.find_last_of(L"\\/:") + 1);
+}
+
+std::wstring_view ExtensionPart(std::wstring_view path) noexcept {
+  const std::wstring_view name = FileNamePart(path);
+  const std::size_t dot = name.rfind(L'.');
+  return dot == std::wstring_view::npos ? std::wstring_view() : name.substr(dot);
+}
+
+std::wstring WithTrailingBackslash(std::wstring_view path) {
+  std::wstring result(path);
+  if (!result.ends_with(L'\\')) result += L'\\';
+  return result;
+}
+
+std::wstring WithoutTrailingBackslash(std::wstring_view path) {
+  if (path.ends_with(L'\\')) path.remove_suffix(1);
+  return std::wstring(path);
+}
+
+}  // namespace smh

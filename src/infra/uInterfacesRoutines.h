@@ -1,0 +1,58 @@
+// Loading of the sibling libraries, the cached lookup of their services, and the product's message box.
+//
+// The library list and the caches have no lock of their own: callers reach them through the module globals,
+// which hold their lock around the first fetch of each service.
+#pragma once
+
+#include <windows.h>
+#include <unknwn.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// The sibling libraries loaded so far, by the names they were asked for. Entries are only appended, and the
+// libraries stay loaded until the process ends, so that interfaces handed out stay valid.
+class TLibraryList {
+ public:
+  // Position of a name, ignoring case; -1 when it is not listed.
+  int IndexOf(std::wstring_view name) const noexcept;
+  // Loads by bare name (the platform's search, the host's folder first). On failure null, and nothing is
+  // stored, so that a later call tries again.
+  HMODULE Load(const std::wstring& name);
+  HMODULE GetHandle(const std::wstring& name);
+
+ private:
+  std::vector<std::wstring> names_;
+  std::vector<HMODULE> handles_;
+};
+
+// One per service: not asked yet, failed (never tried again), or the library's answer, uncounted.
+struct InterfaceCache {
+  enum class State : unsigned char { kNotAsked, kFailed, kAnswered };
+  State state = State::kNotAsked;
+  IUnknown* answer = nullptr;
+};
+
+// The service `interfaceId` of `libraryFile`, or null. A failing library is tried exactly once per process.
+void* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile, const wchar_t* interfaceId,
+                          DWORD param);
+// When `service` is null, shows which library is missing ("basekit.dll::Helper") and ends the process: the
+// system cannot run without its siblings.
+void CheckInterface(const void* service, const wchar_t* locator);
+
+// A message box above all windows, captioned with the vendor's and the product's name; the pressed button.
+int ShowMessageBox(const std::wstring& text, UINT flags);
+int ShowMessageBoxOwned(HWND owner, const std::wstring& text, UINT flags);
+
+// Changes only "A" to "Z".
+std::wstring AsciiLowerCase(std::wstring_view text);
+bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept;
+
+// Module start-up and shut-down of the library list. Shut-down forgets, it never frees a library.
+void StartLibraryList();
+void StopLibraryList() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,15 @@
+// The one way from a command line to the file it starts, shared by all that show or start one.
+#pragma once
+
+#include "sysutil/uFileUtils.h"
+
+namespace smh {
+
+// Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
+// path need not exist.
+CommandParts ResolveCommand(std::wstring_view command);
+inline std::wstring ResolveCommandToFile(std::wstring_view command) {
+  return ResolveCommand(command).path;
+}
+
+}  // namespace smh
