@@ -2,8 +2,10 @@
 #include "infra/registry.h"
 
 #include "infra/exceptions.h"
+#include "infra/import_function.h"
 #include "infra/registry_tree.h"
 #include "infra/registry_values.h"
+#include "support/import_patch.h"
 #include "support/registry_fixture.h"
 
 #include <gtest/gtest.h>
@@ -47,6 +49,31 @@ TEST(RegistryValueReaderTest, HostileValuesComeBackAsStored) {
   for (const auto& [name, value] : stored) test::SetCountedValue(key.Get(), name, value);
   EXPECT_EQ(ReadAll(key.Get()), stored);
   test::RemoveCountedValue(key.Get(), std::wstring(L"zero\0in name", 12));
+}
+
+int g_enumerations = 0;
+
+LSTATUS WINAPI CountedEnumValue(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved,
+                                DWORD* type, BYTE* data, DWORD* size) {
+  ++g_enumerations;
+  // Looked up anew: this module's own import leads here.
+  static const auto original =
+      ImportFunction<decltype(&RegEnumValueW)>(GetModuleHandleW(L"advapi32.dll"), "RegEnumValueW");
+  return original(key, index, name, length, reserved, type, data, size);
+}
+
+TEST(RegistryValueReaderTest, OneCallPerValueAndFewToGrow) {
+  const RegistryTree tree(kTree);
+  for (int i = 0; i < 50; ++i) tree.Set(L"", std::to_wstring(i), test::Sz(L"text"));
+  const ScopedKey key = tree.Key();
+  const test::ImportPatch patch("RegEnumValueW", &CountedEnumValue);
+  g_enumerations = 0;
+  EXPECT_EQ(ReadAll(key.Get()).size(), 50u);
+  EXPECT_EQ(g_enumerations, 51);
+  tree.Set(L"", L"large", {REG_BINARY, test::Bytes(1'048'576)});
+  g_enumerations = 0;
+  EXPECT_EQ(ReadAll(key.Get()).size(), 51u);
+  EXPECT_EQ(g_enumerations, 53);
 }
 
 TEST(RegistryValueReaderTest, DeletedKeyEndsItQuietly) {
