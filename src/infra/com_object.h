@@ -17,10 +17,10 @@ class ComObject : public Interfaces... {
   ComObject(const ComObject&) = delete;
   ComObject& operator=(const ComObject&) = delete;
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    (Answer<Interfaces>(iid, object) || ...);
+    (Answer<Interfaces>(wanted, object) || ...);
     if (*object == nullptr) return E_NOINTERFACE;
     AddRef();
     return S_OK;
@@ -39,8 +39,8 @@ class ComObject : public Interfaces... {
 
  private:
   template <typename Interface>
-  bool Answer(REFIID iid, void** object) noexcept {
-    if (!IsEqualGUID(iid, Interface::iid) && !IsEqualGUID(iid, IID_IUnknown)) return false;
+  bool Answer(REFIID wanted, void** object) noexcept {
+    if (!IsEqualGUID(wanted, Interface::iid) && !IsEqualGUID(wanted, IID_IUnknown)) return false;
     *object = static_cast<Interface*>(this);
     return true;
   }

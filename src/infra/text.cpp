@@ -7,7 +7,8 @@ namespace smh {
 namespace {
 
 int OrdinalCompare(std::wstring_view a, std::wstring_view b) noexcept {
-  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE);
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
+                              TRUE);
 }
 
 }  // namespace

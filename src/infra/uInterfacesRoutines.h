@@ -1,7 +1,8 @@
 // Loading of the sibling libraries, the cached lookup of their services, and the product's message box.
 //
-// The library list and the caches have no lock of their own: callers reach them through the module globals,
-// which hold their lock around the first fetch of each service.
+// Callers reach the services through the module globals, which hold their lock around the first fetch of
+// each; the trace and the message box come without it. The list and the answers are therefore kept under one
+// lock here as well. It is entered after the globals' lock and before nothing but the loader's.
 #pragma once
 
 #include <windows.h>
@@ -29,6 +30,19 @@ class TLibraryList {
   std::vector<HMODULE> handles_;
 };
 
+// The services of the sibling libraries; their files, identifiers and locators are one table.
+enum class SiblingService {
+  kHelper,
+  kGlobals,
+  kShellHelper,
+  kShellDialogsHelper,
+  kFileRater,
+  kSafeguard,
+  kSettings,
+  kDebugLog,
+};
+inline constexpr std::size_t kSiblingServiceCount = 8;
+
 // One per service: not asked yet, failed (never tried again), or the library's answer, uncounted.
 struct InterfaceCache {
   enum class State : unsigned char { kNotAsked, kFailed, kAnswered };
@@ -37,11 +51,13 @@ struct InterfaceCache {
 };
 
 // The service `interfaceId` of `libraryFile`, or null. A failing library is tried exactly once per process.
-void* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile, const wchar_t* interfaceId,
-                          DWORD param);
+IUnknown* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile, const wchar_t* interfaceId,
+                              DWORD param);
 // When `service` is null, shows which library is missing ("basekit.dll::Helper") and ends the process: the
 // system cannot run without its siblings.
-void CheckInterface(const void* service, const wchar_t* locator);
+void CheckInterface(const IUnknown* service, const wchar_t* locator);
+// The service, found and checked as above; what the getter of each service returns.
+IUnknown* GetSiblingService(SiblingService service);
 
 // A message box above all windows, captioned with the vendor's and the product's name; the pressed button.
 int ShowMessageBox(const std::wstring& text, UINT flags);

@@ -1,0 +1,138 @@
+#include "infra/uInterfacesRoutines.h"
+
+#include "infra/critical_section.h"
+#include "infra/format.h"
+#include "infra/import_function.h"
+#include "infra/intf_DebugLog.h"
+#include "infra/intf_FileRater.h"
+#include "infra/intf_general.h"
+#include "infra/intf_safeguard.h"
+#include "infra/intf_settings.h"
+#include "infra/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace smh {
+
+namespace {
+
+struct ServiceRow {
+  const wchar_t* libraryFile;
+  const wchar_t* interfaceId;
+  const wchar_t* locator;
+};
+
+// In the order of SiblingService.
+constexpr std::array<ServiceRow, kSiblingServiceCount> kServices = {{
+    {L"basekit.dll", IHelper::kId, L"basekit.dll::Helper"},
+    {L"basekit.dll", IGlobals::kId, L"basekit.dll::Globals"},
+    {L"basekit.dll", IShellHelper::kId, L"basekit.dll::ShellHelper"},
+    {L"basekit.dll", IShellDialogsHelper::kId, L"basekit.dll::ShellDialogsHelper"},
+    {L"raterkit.dll", IFileRater::kId, L"raterkit.dll::File Rater"},
+    {L"guardkit.dll", ISafeguard::kId, L"guardkit.dll::safeguard"},
+    {L"prefkit.dll", ISettings::kId, L"prefkit.dll::Settings"},
+    {L"tracekit.dll", IDebugLog::kId, L"tracekit.dll::Debug Log API"},
+}};
+
+struct Siblings {
+  CriticalSection lock;
+  TLibraryList libraries;
+  std::array<InterfaceCache, kSiblingServiceCount> caches;
+};
+
+Siblings* g_siblings = nullptr;
+
+using GetInstanceFunction = IUnknown*(STDMETHODCALLTYPE*)(const wchar_t* interfaceId, DWORD param);
+
+constexpr wchar_t LowerCase(wchar_t unit) noexcept {
+  return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
+}
+
+}  // namespace
+
+int TLibraryList::IndexOf(std::wstring_view name) const noexcept {
+  const auto found =
+      std::ranges::find_if(names_, [name](const auto& known) { return SameText(known, name); });
+  return found == names_.end() ? -1 : static_cast<int>(found - names_.begin());
+}
+
+HMODULE TLibraryList::Load(const std::wstring& name) {
+  const HMODULE module = LoadLibraryW(name.c_str());
+  if (module == nullptr) return nullptr;
+  handles_.reserve(handles_.size() + 1);
+  names_.push_back(name);
+  handles_.push_back(module);
+  return module;
+}
+
+HMODULE TLibraryList::GetHandle(const std::wstring& name) {
+  const int index = IndexOf(name);
+  return index >= 0 ? handles_[static_cast<std::size_t>(index)] : Load(name);
+}
+
+IUnknown* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile, const wchar_t* interfaceId,
+                              DWORD param) {
+  const ScopedLock lock(g_siblings->lock);
+  if (cache.state != InterfaceCache::State::kNotAsked) return cache.answer;
+  // Marked before the attempt: whatever it meets, there is no second one.
+  cache.state = InterfaceCache::State::kFailed;
+  const HMODULE library = g_siblings->libraries.GetHandle(libraryFile);
+  const auto getInstance = ImportFunction<GetInstanceFunction>(library, "GetInstance");
+  if (getInstance == nullptr) return nullptr;
+  cache.answer = getInstance(interfaceId, param);
+  if (cache.answer != nullptr) cache.state = InterfaceCache::State::kAnswered;
+  return cache.answer;
+}
+
+void CheckInterface(const IUnknown* service, const wchar_t* locator) {
+  if (service != nullptr) return;
+  const std::wstring text = Format(
+      L"An error occurred while loading library %s. \r\n\r\nIt may have been removed. Please reinstall the "
+      L"application. If the problem persists, contact technical support.",
+      locator);
+  MessageBoxW(nullptr, text.c_str(), L"Error", MB_ICONERROR);
+  ExitProcess(1);
+}
+
+IUnknown* GetSiblingService(SiblingService service) {
+  const auto index = static_cast<std::size_t>(service);
+  const ServiceRow& row = kServices[index];
+  IUnknown* const answer =
+      GetLibraryInterface(g_siblings->caches[index], row.libraryFile, row.interfaceId, 0);
+  CheckInterface(answer, row.locator);
+  return answer;
+}
+
+int ShowMessageBox(const std::wstring& text, UINT flags) {
+  return ShowMessageBoxOwned(nullptr, text, flags);
+}
+
+int ShowMessageBoxOwned(HWND owner, const std::wstring& text, UINT flags) {
+  IGlobals* const globals = GetGlobals();
+  std::wstring caption = TakeText([&](BoundaryText* name) { return globals->GetVendorName(name); });
+  caption.append(1, L' ');
+  caption.append(TakeText([&](BoundaryText* name) { return globals->GetProductName(name); }));
+  return MessageBoxW(owner, text.c_str(), caption.c_str(), flags | MB_TOPMOST | MB_TASKMODAL);
+}
+
+std::wstring AsciiLowerCase(std::wstring_view text) {
+  std::wstring result(text);
+  std::ranges::transform(result, result.begin(), LowerCase);
+  return result;
+}
+
+bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept {
+  return std::ranges::equal(a, b, {}, LowerCase, LowerCase);
+}
+
+void StartLibraryList() {
+  g_siblings = new Siblings;
+}
+
+void StopLibraryList() noexcept {
+  delete g_siblings;
+  g_siblings = nullptr;
+}
+
+}  // namespace smh

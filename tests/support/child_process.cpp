@@ -1,0 +1,105 @@
+#include "support/child_process.h"
+
+#include <stdexcept>
+
+namespace smh::test {
+
+namespace {
+
+// A run of backslashes is doubled before a quote and before the closing quote.
+std::wstring Quoted(const std::wstring& argument) {
+  std::wstring result(1, L'"');
+  std::size_t backslashes = 0;
+  for (const wchar_t unit : argument) {
+    if (unit == L'"') result.append(backslashes + 1, L'\\');
+    backslashes = unit == L'\\' ? backslashes + 1 : 0;
+    result += unit;
+  }
+  return result.append(backslashes, L'\\').append(1, L'"');
+}
+
+// An inheritable file that vanishes with its last handle: it takes any amount of output without a reader.
+ScopedHandle OutputFile() {
+  wchar_t folder[MAX_PATH];
+  wchar_t name[MAX_PATH];
+  GetTempPathW(MAX_PATH, folder);
+  GetTempFileNameW(folder, L"out", 0, name);
+  SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
+  return ScopedHandle(CreateFileW(
+      name, GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      &inherit, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+}
+
+std::string Contents(HANDLE file) {
+  std::string text(GetFileSize(file, nullptr), '\0');
+  SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+  DWORD read = 0;
+  ReadFile(file, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
+  text.resize(read);
+  return text;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments)
+    : output_(OutputFile()) {
+  std::wstring command = Quoted(program);
+  for (const std::wstring& argument : arguments) command.append(1, L' ').append(Quoted(argument));
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = startup.hStdError = output_.Get();
+  PROCESS_INFORMATION information = {};
+  if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                      &information)) {
+    throw std::runtime_error("the child process did not start");
+  }
+  CloseHandle(information.hThread);
+  process_.Reset(information.hProcess);
+  id_ = information.dwProcessId;
+}
+
+ChildProcess::~ChildProcess() {
+  if (WaitFor(0)) return;
+  TerminateProcess(process_.Get(), 1);
+  WaitFor(INFINITE);
+}
+
+bool ChildProcess::WaitFor(DWORD milliseconds) const noexcept {
+  return WaitForSingleObject(process_.Get(), milliseconds) == WAIT_OBJECT_0;
+}
+
+ChildResult ChildProcess::Finish(DWORD timeLimit) {
+  ChildResult result;
+  result.timedOut = !WaitFor(timeLimit);
+  if (result.timedOut) {
+    TerminateProcess(process_.Get(), 1);
+    WaitFor(INFINITE);
+  }
+  GetExitCodeProcess(process_.Get(), &result.exitCode);
+  result.output = Contents(output_.Get());
+  return result;
+}
+
+ChildResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                       DWORD timeLimit) {
+  return ChildProcess(program, arguments).Finish(timeLimit);
+}
+
+ChildResult RunChild(const std::wstring& name, const std::vector<std::wstring>& arguments, DWORD timeLimit) {
+  std::vector<std::wstring> all = {L"--child=" + name};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  return RunProgram(ThisProgram(), all, timeLimit);
+}
+
+std::wstring ThisProgram() {
+  wchar_t path[MAX_PATH];
+  return std::wstring(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+}
+
+std::wstring ThisFolder() {
+  const std::wstring program = ThisProgram();
+  return program.substr(0, program.rfind(L'\\') + 1);
+}
+
+}  // namespace smh::test

@@ -1,0 +1,52 @@
+// Programs run as processes of their own, with a time limit. A process that outlives its limit, or its
+// ChildProcess object, is ended.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <string>
+#include <vector>
+
+namespace smh::test {
+
+inline constexpr DWORD kChildTimeLimit = 60'000;
+
+struct ChildResult {
+  bool timedOut = false;
+  // The NTSTATUS when the process was ended by a fault.
+  DWORD exitCode = 0;
+  // What it wrote to stdout and stderr.
+  std::string output;
+};
+
+class ChildProcess {
+ public:
+  // Starts `program` with the arguments quoted as the C runtime reads them. Throws std::runtime_error.
+  ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments);
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  DWORD Id() const noexcept { return id_; }
+  HANDLE Handle() const noexcept { return process_.Get(); }
+  bool WaitFor(DWORD milliseconds) const noexcept;
+  // Waits for the end and collects the result.
+  ChildResult Finish(DWORD timeLimit = kChildTimeLimit);
+
+ private:
+  ScopedHandle process_;
+  ScopedHandle output_;
+  DWORD id_ = 0;
+};
+
+ChildResult RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                       DWORD timeLimit = kChildTimeLimit);
+// Runs this program's function `name` (SMH_CHILD in test_main.h).
+ChildResult RunChild(const std::wstring& name, const std::vector<std::wstring>& arguments = {},
+                     DWORD timeLimit = kChildTimeLimit);
+
+std::wstring ThisProgram();
+// The folder of this program, with a trailing backslash.
+std::wstring ThisFolder();
+
+}  // namespace smh::test

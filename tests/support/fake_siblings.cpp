@@ -1,0 +1,60 @@
+#include "support/fake_siblings.h"
+
+#include "infra/import_function.h"
+#include "support/child_process.h"
+
+#include <stdexcept>
+
+namespace smh::test {
+
+void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* object) {
+  const HMODULE module = LoadLibraryW((ThisFolder() + L"fakes\\" + library).c_str());
+  using Function = BOOL(STDMETHODCALLTYPE*)(const wchar_t*, IUnknown*);
+  const auto set = ImportFunction<Function>(module, "SetService");
+  if (set == nullptr || !set(id, object)) throw std::runtime_error("a stand-in library cannot be set up");
+}
+
+class FakeSettings::Application : public ComObject<IApplicationSettings> {
+ public:
+  explicit Application(FakeSettings* owner) : owner_(owner) {}
+
+  BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) override {
+    const std::scoped_lock lock(owner_->lock_);
+    owner_->asked_.emplace_back(TextArgument(hostFileName));
+    return owner_->useCheckpoints;
+  }
+
+ private:
+  ComPtr<FakeSettings> owner_;
+};
+
+FakeSettings::FakeSettings() = default;
+
+std::vector<std::wstring> FakeSettings::Asked() const {
+  const std::scoped_lock lock(lock_);
+  return asked_;
+}
+
+HRESULT FakeSettings::GetApplicationSettings(IApplicationSettings** settings) {
+  *settings = new Application(this);
+  return S_OK;
+}
+
+void FakeFileRater::Rate(const std::wstring& name, FileRating rating) {
+  const std::scoped_lock lock(lock_);
+  ratings_[name] = rating;
+}
+
+std::vector<std::wstring> FakeFileRater::Asked() const {
+  const std::scoped_lock lock(lock_);
+  return asked_;
+}
+
+std::int32_t FakeFileRater::RatingOf(const wchar_t* kind, const wchar_t* text) {
+  const std::scoped_lock lock(lock_);
+  asked_.push_back(kind + std::wstring(TextArgument(text)));
+  const auto found = ratings_.find(std::wstring(TextArgument(text)));
+  return found == ratings_.end() ? kRatingUnknown : found->second;
+}
+
+}  // namespace smh::test

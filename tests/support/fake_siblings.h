@@ -1,0 +1,63 @@
+// Stand-ins of the sibling libraries' services.
+//
+// A stand-in library of the sibling's name (bin/fakes) is loaded by full path; a later load by bare name then
+// finds it. What a test does not replace comes from the real library beside the test program.
+#pragma once
+
+#include "infra/com_object.h"
+#include "infra/intf_FileRater.h"
+#include "infra/intf_settings.h"
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace smh::test {
+
+// Makes `object` the answer of `library` ("guardkit.dll") for `id` (ISafeguard::kId); null removes it. Call
+// it before the service is fetched for the first time. Throws std::runtime_error.
+void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* object);
+
+// The checkpoint switch, and a record of who asked for it.
+class FakeSettings : public ComObject<ISettings> {
+ public:
+  FakeSettings();
+
+  std::atomic<bool> useCheckpoints{true};
+  std::vector<std::wstring> Asked() const;
+
+  HRESULT STDMETHODCALLTYPE Reserved1() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved2() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved3() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings** settings) override;
+
+ private:
+  class Application;
+
+  mutable std::mutex lock_;
+  std::vector<std::wstring> asked_;
+};
+
+// Ratings by exact text; "unknown" for any other.
+class FakeFileRater : public ComObject<IFileRater> {
+ public:
+  void Rate(const std::wstring& name, FileRating rating);
+  std::vector<std::wstring> Asked() const;
+
+  std::int32_t STDMETHODCALLTYPE RateFile(const wchar_t* name) override { return RatingOf(L"file ", name); }
+  HRESULT STDMETHODCALLTYPE Reserved2() override { return E_NOTIMPL; }
+  std::int32_t STDMETHODCALLTYPE RateCompany(const wchar_t* company) override {
+    return RatingOf(L"company ", company);
+  }
+
+ private:
+  std::int32_t RatingOf(const wchar_t* kind, const wchar_t* text);
+
+  mutable std::mutex lock_;
+  std::map<std::wstring, FileRating> ratings_;
+  std::vector<std::wstring> asked_;
+};
+
+}  // namespace smh::test

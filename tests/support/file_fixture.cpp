@@ -1,0 +1,58 @@
+#include "support/file_fixture.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace smh::test {
+
+namespace fs = std::filesystem;
+
+TemporaryFolder::TemporaryFolder() {
+  static std::atomic<unsigned> count{0};
+  wchar_t base[MAX_PATH];
+  GetTempPathW(MAX_PATH, base);
+  wchar_t full[MAX_PATH];
+  GetLongPathNameW(base, full, MAX_PATH);
+  path_ = full;
+  path_.append(L"smh-").append(std::to_wstring(GetCurrentProcessId())).append(1, L'-');
+  path_.append(std::to_wstring(++count));
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+  fs::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+std::wstring TemporaryFolder::Write(std::wstring_view name, std::string_view bytes) const {
+  const std::wstring path = File(name);
+  fs::create_directories(fs::path(path).parent_path());
+  WriteFileBytes(path, bytes);
+  return path;
+}
+
+std::wstring TemporaryFolder::MakeFolder(std::wstring_view name) const {
+  fs::create_directories(File(name));
+  return File(name);
+}
+
+void WriteFileBytes(const std::wstring& path, std::string_view bytes) {
+  std::ofstream file(fs::path(path), std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) throw std::runtime_error("a test file cannot be written");
+}
+
+std::string ReadFileBytes(const std::wstring& path) {
+  std::ifstream file(fs::path(path), std::ios::binary);
+  if (!file) throw std::runtime_error("a test file cannot be read");
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+}  // namespace smh::test

@@ -1,0 +1,32 @@
+// Files of a test's own.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace smh::test {
+
+// A new empty folder on C:, removed with all its contents at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  // Without a trailing backslash.
+  const std::wstring& Path() const noexcept { return path_; }
+  std::wstring File(std::wstring_view name) const { return path_ + L'\\' + std::wstring(name); }
+  // Both make missing folders and answer the full path.
+  std::wstring Write(std::wstring_view name, std::string_view bytes) const;
+  std::wstring MakeFolder(std::wstring_view name) const;
+
+ private:
+  std::wstring path_;
+};
+
+void WriteFileBytes(const std::wstring& path, std::string_view bytes);
+// Throws std::runtime_error when the file cannot be read.
+std::string ReadFileBytes(const std::wstring& path);
+
+}  // namespace smh::test

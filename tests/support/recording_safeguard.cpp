@@ -1,0 +1,187 @@
+#include "support/recording_safeguard.h"
+
+namespace smh::test {
+
+namespace {
+
+std::wstring Hex(std::uint32_t number, unsigned digits) {
+  std::wstring text(digits, L'0');
+  for (unsigned i = digits; i > 0; --i, number >>= 4) text[i - 1] = L"0123456789ABCDEF"[number & 15];
+  return text;
+}
+
+std::wstring InQuotes(const wchar_t* text) {
+  return L"\"" + std::wstring(TextArgument(text)) + L"\"";
+}
+
+std::wstring DataText(DWORD type, const void* data, DWORD size) {
+  if ((type == REG_SZ || type == REG_EXPAND_SZ) && size >= sizeof(wchar_t)) {
+    const auto* const units = static_cast<const wchar_t*>(data);
+    return L"\"" + std::wstring(units, size / sizeof(wchar_t) - 1) + L"\"";
+  }
+  std::wstring text;
+  for (DWORD i = 0; i < size; ++i) text += Hex(static_cast<const BYTE*>(data)[i], 2);
+  return text;
+}
+
+LSTATUS LastErrorUnless(BOOL success) {
+  return success ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
+}
+
+}  // namespace
+
+class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
+ public:
+  explicit RegAccess(RecordingSafeguard* owner) : owner_(owner) {}
+
+  LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,
+                                      DWORD, REGSAM access, DWORD, DWORD, DWORD) override {
+    const auto told = owner_->Record(L"CreateKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) + L' ' +
+                                     Hex(access, 8));
+    const LSTATUS status =
+        told ? *told : RegCreateKeyExW(parent, subKey, 0, nullptr, 0, access, nullptr, key, disposition);
+    return Answered(status, key);
+  }
+  LSTATUS STDMETHODCALLTYPE OpenKey(HKEY parent, const wchar_t* subKey, HKEY* key, REGSAM access,
+                                    DWORD) override {
+    const auto told = owner_->Record(L"OpenKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) + L' ' +
+                                     Hex(access, 8));
+    return Answered(told ? *told : RegOpenKeyExW(parent, subKey, 0, access, key), key);
+  }
+  HRESULT STDMETHODCALLTYPE Reserved3() override { return E_NOTIMPL; }
+  LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD) override {
+    const auto told = owner_->Record(L"DeleteKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) +
+                                     L" view " + Hex(viewBits, 3));
+    return told ? *told : RegDeleteKeyExW(parent, subKey, viewBits, 0);
+  }
+  LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
+                                     DWORD) override {
+    const auto told = owner_->Record(L"SetValue " + owner_->NameOf(key) + L' ' + InQuotes(name) + L" type " +
+                                     std::to_wstring(type) + L" size " + std::to_wstring(size) + L' ' +
+                                     DataText(type, data, size));
+    return told ? *told : RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size);
+  }
+  LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) override {
+    const auto told = owner_->Record(L"DeleteValue " + owner_->NameOf(key) + L' ' + InQuotes(name));
+    return told ? *told : RegDeleteValueW(key, name);
+  }
+  HRESULT STDMETHODCALLTYPE Reserved7() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved8() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved9() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved10() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reserved11() override { return E_NOTIMPL; }
+  LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) override {
+    const auto told = owner_->Record(L"CloseKey " + owner_->NameOf(key));
+    return told ? *told : RegCloseKey(key);
+  }
+
+ private:
+  LSTATUS Answered(LSTATUS status, HKEY* key) {
+    owner_->Append(status == ERROR_SUCCESS ? owner_->Opened(*key) : L" -> error " + std::to_wstring(status));
+    return status;
+  }
+
+  ComPtr<RecordingSafeguard> owner_;
+};
+
+RecordingSafeguard::RecordingSafeguard() = default;
+
+std::vector<std::wstring> RecordingSafeguard::Lines() const {
+  const std::scoped_lock lock(lock_);
+  return lines_;
+}
+
+void RecordingSafeguard::Clear() {
+  const std::scoped_lock lock(lock_);
+  lines_.clear();
+  keys_.clear();
+  opened_ = 0;
+}
+
+void RecordingSafeguard::Answer(std::wstring part, LSTATUS status, int times) {
+  const std::scoped_lock lock(lock_);
+  rules_.push_back({std::move(part), status, times});
+}
+
+void RecordingSafeguard::Before(std::function<void(const std::wstring&)> hook) {
+  const std::scoped_lock lock(lock_);
+  hook_ = std::move(hook);
+}
+
+void RecordingSafeguard::GiveRegAccess(bool give) {
+  const std::scoped_lock lock(lock_);
+  giveRegAccess_ = give;
+}
+
+std::optional<LSTATUS> RecordingSafeguard::Record(const std::wstring& line) {
+  std::function<void(const std::wstring&)> hook;
+  std::optional<LSTATUS> told;
+  {
+    const std::scoped_lock lock(lock_);
+    lines_.push_back(line);
+    for (Rule& rule : rules_) {
+      if (told || rule.times == 0 || line.find(rule.part) == std::wstring::npos) continue;
+      --rule.times;
+      told = rule.status;
+    }
+    hook = hook_;
+  }
+  if (hook) hook(line);
+  return told;
+}
+
+void RecordingSafeguard::Append(const std::wstring& tail) {
+  const std::scoped_lock lock(lock_);
+  lines_.back() += tail;
+}
+
+std::wstring RecordingSafeguard::NameOf(HKEY key) const {
+  if (key == HKEY_CURRENT_USER) return L"HKCU";
+  if (key == HKEY_LOCAL_MACHINE) return L"HKLM";
+  if (key == HKEY_CLASSES_ROOT) return L"HKCR";
+  if (key == nullptr) return L"none";
+  const std::scoped_lock lock(lock_);
+  const auto found = keys_.find(key);
+  return found == keys_.end() ? L"#?" : L'#' + std::to_wstring(found->second);
+}
+
+std::wstring RecordingSafeguard::Opened(HKEY key) {
+  const std::scoped_lock lock(lock_);
+  keys_[key] = ++opened_;
+  return L" -> #" + std::to_wstring(opened_);
+}
+
+HRESULT RecordingSafeguard::GetRegAccess(IRegAccess** access) {
+  const std::optional<LSTATUS> told = Record(L"GetRegAccess");
+  *access = nullptr;
+  if (told || !giveRegAccess_) return told ? HRESULT_FROM_WIN32(static_cast<DWORD>(*told)) : E_FAIL;
+  *access = new RegAccess(this);
+  return S_OK;
+}
+
+LSTATUS RecordingSafeguard::BeginCheckpoint(const wchar_t* title) {
+  return Record(L"BeginCheckpoint " + InQuotes(title)).value_or(ERROR_SUCCESS);
+}
+
+LSTATUS RecordingSafeguard::EndCheckpoint() {
+  return Record(L"EndCheckpoint").value_or(ERROR_SUCCESS);
+}
+
+LSTATUS RecordingSafeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
+  const std::optional<LSTATUS> told = Record(L"MoveFile " + InQuotes(from) + L' ' + InQuotes(to));
+  return told ? *told : LastErrorUnless(MoveFileW(from, to));
+}
+
+LSTATUS RecordingSafeguard::DeleteRecordedFile(const wchar_t* file) {
+  const std::optional<LSTATUS> told = Record(L"DeleteFile " + InQuotes(file));
+  return told ? *told : LastErrorUnless(DeleteFileW(file));
+}
+
+LSTATUS RecordingSafeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) {
+  const bool replace = (overwrite & 0xFF) != 0;
+  const std::optional<LSTATUS> told =
+      Record(L"CopyFile " + InQuotes(from) + L' ' + InQuotes(to) + L" overwrite " + (replace ? L'1' : L'0'));
+  return told ? *told : LastErrorUnless(CopyFileW(from, to, !replace));
+}
+
+}  // namespace smh::test

@@ -1,0 +1,59 @@
+#include "support/test_main.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <map>
+#include <string_view>
+
+namespace smh::test {
+
+namespace {
+
+constexpr std::wstring_view kChildSwitch = L"--child=";
+
+std::map<std::wstring, ChildFunction>& Children() {
+  static std::map<std::wstring, ChildFunction> children;
+  return children;
+}
+
+int RunChild(const std::wstring& name, const ChildArguments& arguments) {
+  const auto found = Children().find(name);
+  if (found == Children().end()) {
+    std::fprintf(stderr, "no child %ls\n", name.c_str());
+    return kNoSuchChild;
+  }
+  try {
+    return found->second(arguments);
+  } catch (const std::exception& exception) {
+    std::fprintf(stderr, "child %ls let out: %s\n", name.c_str(), exception.what());
+    return kChildThrew;
+  }
+}
+
+}  // namespace
+
+ChildRegistration::ChildRegistration(const wchar_t* name, ChildFunction function) {
+  Children().emplace(name, function);
+}
+
+}  // namespace smh::test
+
+int wmain(int count, wchar_t** values) {
+  using namespace smh::test;
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  std::wstring child;
+  ChildArguments arguments;
+  for (int i = 1; i < count; ++i) {
+    const std::wstring_view argument = values[i];
+    if (child.empty() && argument.starts_with(kChildSwitch)) {
+      child = argument.substr(kChildSwitch.size());
+    } else {
+      arguments.emplace_back(argument);
+    }
+  }
+  if (!child.empty()) return RunChild(child, arguments);
+  testing::InitGoogleTest(&count, values);
+  return RUN_ALL_TESTS();
+}
