@@ -1,6 +1,7 @@
 // A registry key with a current position, in the manner of the language runtime that the file formats and
 // texts of this system come from: a root, an access mask whose view bits choose the registry view, and one
-// open key. Not shared between threads.
+// open key. Not shared between threads. Names that hold a zero character count as missing and are never
+// written.
 #pragma once
 
 #include "infra/handle.h"
@@ -36,7 +37,8 @@ class TRegistry {
   bool OpenKeyReadOnly(std::wstring_view key);
   void CloseKey() noexcept;
   bool KeyExists(std::wstring_view key) const;
-  // With everything below it, in the view of the access mask.
+  // With everything below it, in the view of the access mask; a registry link goes itself, not what it leads
+  // to. An empty key text is refused. The thread's last error says why it failed.
   bool DeleteKey(std::wstring_view key);
 
   bool ValueExists(const std::wstring& name) const;
@@ -46,27 +48,36 @@ class TRegistry {
   // Unexpanded, cut at the first zero; "" for a missing value. Raises ERegistryException "Invalid data type
   // for '%s'" for any type but REG_SZ and REG_EXPAND_SZ.
   std::wstring ReadString(const std::wstring& name) const;
-  // Raises ERegistryException "Invalid data type for '%s'" unless REG_DWORD, "Failed to get data for '%s'" for a
-  // missing value.
+  // Raises ERegistryException "Invalid data type for '%s'" unless REG_DWORD, "Failed to get data for '%s'"
+  // for a missing value and for data that are not four bytes.
   std::uint32_t ReadInteger(const std::wstring& name) const;
   // Raise EOSError on failure.
   void WriteString(const std::wstring& name, std::wstring_view text);
   void WriteInteger(const std::wstring& name, std::uint32_t value);
   bool DeleteValue(const std::wstring& name);
 
-  // In enumeration order.
+  // In enumeration order; empty without an open key. Raise EOSError.
   std::vector<std::wstring> KeyNames() const;
   std::vector<std::wstring> ValueNames() const;
 
  private:
-  HKEY BaseKey(std::wstring_view key) const noexcept;
   bool Open(std::wstring_view key, bool canCreate, REGSAM access);
+  void Write(const std::wstring& name, DWORD type, const void* data, std::size_t size);
 
   HKEY root_ = HKEY_CURRENT_USER;
   REGSAM access_;
   ScopedKey current_;
   std::wstring path_;
 };
+
+// A key text is relative unless it begins with "\".
+inline bool IsRelativeKey(std::wstring_view key) noexcept {
+  return !key.starts_with(L'\\');
+}
+// Without that one "\".
+inline std::wstring RelativeKeyText(std::wstring_view key) {
+  return std::wstring(IsRelativeKey(key) ? key : key.substr(1));
+}
 
 [[noreturn]] void RaiseInvalidDataType(std::wstring_view name);
 [[noreturn]] void RaiseFailedToGetData(std::wstring_view name);

@@ -26,6 +26,9 @@ struct RegistryData {
 // REG_SZ data with its terminating zero.
 RegistryData StringData(std::wstring_view text);
 
+// The texts of REG_MULTI_SZ data up to the first empty one, each followed by `separator`.
+std::wstring JoinTextList(std::span<const std::byte> data, std::wstring_view separator);
+
 // Walks the values of an open key in the order the registry returns them. Buffers grow as needed and are
 // reused; what Name and Data show is valid until the next call of Next.
 class RegistryValueReader {
@@ -52,9 +55,12 @@ class RegistryValueReader {
 
 // An open key, or an empty owner when it cannot be opened (the thread's last error then says why).
 ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) noexcept;
-// The names of an open key's subkeys, in enumeration order.
+// The names of an open key's subkeys and values, in enumeration order. A key that was deleted meanwhile ends
+// the list; any other failure raises EOSError.
 std::vector<std::wstring> SubKeyNames(HKEY key);
-// A value of an open key; none when it is missing. Raises EOSError for any other failure.
+std::vector<std::wstring> RegistryValueNames(HKEY key);
+// A value of an open key; none when the value is missing or its key was deleted. Raises EOSError for any
+// other failure. A name that holds a zero character cannot be asked for and counts as missing.
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
 
 }  // namespace smh

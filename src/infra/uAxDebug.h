@@ -3,7 +3,7 @@
 
 #include "infra/intf_DebugLog.h"
 
-#include <string>
+#include <initializer_list>
 
 namespace smh {
 
@@ -11,9 +11,11 @@ namespace smh {
 // the first call loads the library.
 IDebugLog* DebugLog();
 bool IsDebugMode();
-// Switches debug mode and the library's output on, whatever the settings say.
+// Switches debug mode and the library's output on, whatever the settings say; ends the process with a message
+// when the library is missing.
 void ForceDebugMode();
-// Writes "DebugMode" under HKEY_CURRENT_USER\Software\Quillmark\DebugMode; seen at the next start.
+// Writes "DebugMode" under HKEY_CURRENT_USER\Software\Quillmark\DebugMode; seen at the next start. Raises
+// EOSError.
 void SetDebugModeSetting(bool on);
 // Whether the host's folder holds tracekit.dll.
 bool CheckDebugLibrary();
@@ -30,7 +32,8 @@ class DebugScope {
   const void* context_;
 };
 
-// Start-up takes the debug decision.
+// Start-up takes the debug decision: tracekit.dll lies beside the host, and the registry value is 1 or the
+// host's first argument is "-debug" in any case.
 void StartDebugLog();
 void StopDebugLog() noexcept;
 

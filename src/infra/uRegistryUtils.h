@@ -12,11 +12,12 @@ namespace smh {
 
 // "HKEY_LOCAL_MACHINE" and its siblings; empty for any other handle.
 std::wstring_view RootKeyName(HKEY root) noexcept;
-std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath, std::wstring_view valueName);
+std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
+                                std::wstring_view valueName);
 // The inverse. What the path does not tell (view, root) stays as it was; the key path keeps its leading and
 // trailing "\".
-void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName, std::wstring& keyPath,
-                        HKEY& root);
+void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,
+                        std::wstring& keyPath, HKEY& root);
 
 // Where one registry value lies.
 struct RegistryValueAddress {
@@ -40,9 +41,11 @@ class TRegistryEx : public TRegistry {
 
   std::wstring FullValuePath(std::wstring_view valueName) const;
   bool IsMultiSz(const std::wstring& name) const;
-  // Every string of the list followed by `separator`. Raises ERegistryException for any type but REG_MULTI_SZ.
+  // Every string of the list, up to the first empty one, followed by `separator`; empty for a missing value
+  // or one without data. Raises ERegistryException for texts, integers and binary data.
   std::wstring ReadMultiSz(const std::wstring& name, std::wstring_view separator) const;
-  // First the 64-bit view (when `try64` on a 64-bit Windows), then (when `try32`) the plain one.
+  // First the 64-bit view (when `try64` on a 64-bit Windows), then (when `try32`) the plain one. The
+  // first view that has the key answers, whether or not it holds the value.
   bool ValueExistsEx(bool try64, bool try32);
   // Raises ERegistryException when nothing is found.
   std::wstring ReadStringEx(bool try64, bool try32);

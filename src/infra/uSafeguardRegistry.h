@@ -52,11 +52,18 @@ class TSgRegistry {
   bool WriteString(const std::wstring& name, const std::wstring& text);
   bool PutData(const std::wstring& name, const void* data, SgDataKind kind, DWORD size);
   bool DeleteValue(const std::wstring& name);
-  // With everything below it, deepest keys first; the service's status for the key itself.
+  // With everything below it, deepest keys first; the service's status for the key itself. A tree that holds
+  // a registry link is refused whole (ERROR_NOT_SUPPORTED): what a link leads to is somebody else's.
   LSTATUS DeleteKey(std::wstring_view key);
 
  private:
   HKEY BaseKey(bool relative) const noexcept;
+  // Both answer null on failure.
+  HKEY OpenBelow(HKEY base, const std::wstring& key, REGSAM access);
+  HKEY CreateBelow(HKEY base, const std::wstring& key);
+  LSTATUS DeleteTree(HKEY base, const std::wstring& key);
+  // Of the current key: its subkeys, then its values.
+  void DeleteContents();
 
   ComPtr<IRegAccess> regAccess_;
   HKEY currentKey_ = nullptr;

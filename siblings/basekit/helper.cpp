@@ -1,0 +1,93 @@
+#include "basekit/services.h"
+
+#include <shlobj.h>
+
+#include "basekit/environment.h"
+#include "basekit/executable_extensions.h"
+#include "basekit/indirect_string.h"
+#include "basekit/ole_date.h"
+#include "basekit/user.h"
+#include "basekit/version_cache.h"
+#include "common/data_folder.h"
+#include "common/guard.h"
+#include "infra/text.h"
+
+namespace smh {
+
+HRESULT Helper::GetWindowsFolder(BoundaryText* folder) {
+  return AnswerText(folder, WindowsFolder);
+}
+
+HRESULT Helper::GetSystemFolder(BoundaryText* folder) {
+  return AnswerText(folder, SystemFolder);
+}
+
+HRESULT Helper::GetFileNameWithoutExt(const wchar_t* file, BoundaryText* name) {
+  return AnswerText(name, [&] {
+    const std::wstring_view path = TextArgument(file);
+    std::wstring_view result = FileNamePart(path);
+    result.remove_suffix(ExtensionPart(path).size());
+    return result;
+  });
+}
+
+HRESULT Helper::CanonicalizePath(const wchar_t* text, BoundaryText* path) {
+  return AnswerText(path, [&] { return smh::CanonicalizePath(std::wstring(TextArgument(text))); });
+}
+
+HRESULT Helper::GetExecutableExtensions(BoundaryText* extensions) {
+  return AnswerText(extensions, [] {
+    std::wstring result;
+    for (const std::wstring_view extension : kExecutableExtensions) {
+      if (!result.empty()) result += L';';
+      result += extension;
+    }
+    return result;
+  });
+}
+
+HRESULT Helper::GetBaseFolder(BoundaryText* folder) {
+  return AnswerText(folder, [] { return ShellFolder(CSIDL_APPDATA); });
+}
+
+HRESULT Helper::GetVersionString(const wchar_t* file, const wchar_t* name, BoundaryText* text) {
+  return AnswerText(text, [&] {
+    return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->String(TextArgument(name));
+  });
+}
+
+HRESULT Helper::GetVersionNumber(const wchar_t* file, BoundaryText* version) {
+  return AnswerText(version, [&] {
+    return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->FileVersionNumber();
+  });
+}
+
+HRESULT Helper::FileTimeToDateTime(const FILETIME* time, double* date) {
+  if (time == nullptr || date == nullptr) return E_POINTER;
+  *date = 0;
+  return Guarded([&] { *date = OleDateOfFileTime(*time); });
+}
+
+HRESULT Helper::SplitIndirectString(const wchar_t* text, BoundaryText* file, std::int32_t* number) {
+  if (number == nullptr) return E_POINTER;
+  *number = 0;
+  return AnswerText(file, [&] {
+    const IndirectString parts = smh::SplitIndirectString(TextArgument(text));
+    *number = parts.number;
+    return parts.file;
+  });
+}
+
+HRESULT Helper::ExpandEnvironment(const wchar_t* text, BoundaryText* expanded) {
+  return AnswerText(expanded, [&] { return smh::ExpandEnvironment(TextArgument(text)); });
+}
+
+HRESULT Helper::GetCurrentUserText(BoundaryText* text) {
+  return AnswerText(text, CurrentUserText);
+}
+
+BOOL Helper::IsUserAdmin() {
+  return IsAdministrator() ? TRUE : FALSE;
+}
+
+}  // namespace smh

@@ -1,0 +1,85 @@
+#include "basekit/program_part.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "basekit/environment.h"
+#include "basekit/executable_extensions.h"
+#include "infra/text.h"
+
+namespace smh {
+
+namespace {
+
+constexpr std::size_t kLongestPrefix = 260;
+constexpr std::wstring_view kBlanks = L" \t";
+
+bool IsBlank(wchar_t unit) noexcept {
+  return kBlanks.find(unit) != std::wstring_view::npos;
+}
+
+bool EndsAt(std::wstring_view command, std::size_t position) noexcept {
+  return position == command.size() || IsBlank(command[position]);
+}
+
+std::wstring WithoutQuotes(std::wstring_view text) {
+  std::wstring result(text);
+  std::erase(result, L'"');
+  return Trim(result);
+}
+
+bool IsOnDrive(std::wstring_view path) noexcept {
+  if (path.size() < 3 || path[1] != L':') return false;
+  const wchar_t letter = static_cast<wchar_t>(path[0] | 0x20);
+  return letter >= L'a' && letter <= L'z';
+}
+
+bool NamesProgram(std::wstring_view prefix, const FileTest& fileExists) {
+  const std::wstring path = WithoutQuotes(ExpandEnvironment(prefix));
+  if (!IsOnDrive(path)) return false;
+  if (fileExists(path)) return true;
+  const auto hasExtension = [&](std::wstring_view extension) { return EndsText(extension, path); };
+  if (std::ranges::any_of(kExecutableExtensions, hasExtension)) return false;
+  return std::ranges::any_of(kExecutableExtensions, [&](std::wstring_view extension) {
+    return fileExists(std::wstring(path).append(extension));
+  });
+}
+
+// Length of the first prefix that names a file; npos without one.
+std::size_t ExistingPrefix(std::wstring_view command, const FileTest& fileExists) {
+  const std::size_t longest = std::min(command.size(), kLongestPrefix);
+  for (std::size_t end = 1; end <= longest; ++end) {
+    if (!EndsAt(command, end) || IsBlank(command[end - 1])) continue;
+    if (NamesProgram(command.substr(0, end), fileExists)) return end;
+  }
+  return std::wstring_view::npos;
+}
+
+// Length up to the end of the first executable extension; npos without one.
+std::size_t ExtensionEnd(std::wstring_view command) {
+  for (std::size_t dot = command.find(L'.'); dot != std::wstring_view::npos;
+       dot = command.find(L'.', dot + 1)) {
+    for (const std::wstring_view extension : kExecutableExtensions) {
+      const std::size_t end = dot + extension.size();
+      if (end <= command.size() && EndsAt(command, end) && StartsText(extension, command.substr(dot)))
+        return end;
+    }
+  }
+  return std::wstring_view::npos;
+}
+
+}  // namespace
+
+std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists) {
+  command.remove_prefix(std::min(command.find_first_not_of(kBlanks), command.size()));
+  if (command.starts_with(L'"')) {
+    command.remove_prefix(1);
+    return Trim(command.substr(0, command.find(L'"')));
+  }
+  std::size_t end = ExistingPrefix(command, fileExists);
+  if (end == std::wstring_view::npos) end = ExtensionEnd(command);
+  if (end == std::wstring_view::npos) end = command.find_first_of(kBlanks);
+  return WithoutQuotes(command.substr(0, end));
+}
+
+}  // namespace smh

@@ -1,0 +1,31 @@
+// The folders that 64-bit Windows redirects for 32-bit programs, and the paths behind them.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// Both with a trailing backslash.
+struct FolderTwin {
+  std::wstring folder;
+  std::wstring twin;
+};
+
+// The system folder and "Sysnative", the two Program Files folders, each both ways; empty when the process is
+// not a 32-bit one on 64-bit Windows.
+std::vector<FolderTwin> GatherFolderTwins();
+// `path` with the first row's folder that begins it replaced by its twin, ignoring case; empty without such a
+// row.
+std::wstring RedirectedTwin(std::wstring_view path, std::span<const FolderTwin> twins);
+// Whether `path` or its twin names a file. The rows are gathered by the first call and kept.
+bool FileOrTwinExists(const std::wstring& path);
+
+// Module start-up and shut-down of the rows.
+void StartFolderTwins();
+void StopFolderTwins() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,53 @@
+// The objects behind basekit's services. None has state of its own: see version_cache.h and
+// redirected_twin.h.
+#pragma once
+
+#include "common/service_object.h"
+#include "infra/intf_general.h"
+
+namespace smh {
+
+class Helper final : public ServiceObject<IHelper> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetWindowsFolder(BoundaryText* folder) override;
+  HRESULT STDMETHODCALLTYPE GetSystemFolder(BoundaryText* folder) override;
+  HRESULT STDMETHODCALLTYPE GetFileNameWithoutExt(const wchar_t* file, BoundaryText* name) override;
+  HRESULT STDMETHODCALLTYPE CanonicalizePath(const wchar_t* text, BoundaryText* path) override;
+  HRESULT STDMETHODCALLTYPE GetExecutableExtensions(BoundaryText* extensions) override;
+  HRESULT STDMETHODCALLTYPE GetBaseFolder(BoundaryText* folder) override;
+  HRESULT STDMETHODCALLTYPE GetVersionString(const wchar_t* file, const wchar_t* name,
+                                             BoundaryText* text) override;
+  HRESULT STDMETHODCALLTYPE GetVersionNumber(const wchar_t* file, BoundaryText* version) override;
+  HRESULT STDMETHODCALLTYPE FileTimeToDateTime(const FILETIME* time, double* date) override;
+  HRESULT STDMETHODCALLTYPE SplitIndirectString(const wchar_t* text, BoundaryText* file,
+                                                std::int32_t* number) override;
+  HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t* text, BoundaryText* expanded) override;
+  HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) override;
+  BOOL STDMETHODCALLTYPE IsUserAdmin() override;
+};
+
+class Globals final : public ServiceObject<IGlobals> {
+ public:
+  HRESULT STDMETHODCALLTYPE Reserved1() override;
+  HRESULT STDMETHODCALLTYPE GetVendorName(BoundaryText* name) override;
+  HRESULT STDMETHODCALLTYPE GetProductName(BoundaryText* name) override;
+  HRESULT STDMETHODCALLTYPE GetProductVersion(BoundaryText* version) override;
+};
+
+class ShellHelper final : public ServiceObject<IShellHelper> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetSpecialFolder(std::int32_t csidl, std::uint32_t flags,
+                                             BoundaryText* folder) override;
+  HRESULT STDMETHODCALLTYPE GetProgramPart(const wchar_t* command, BoundaryText* program) override;
+  HRESULT STDMETHODCALLTYPE ExpandPath(const wchar_t* text, BoundaryText* path) override;
+  HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) override;
+};
+
+class ShellDialogsHelper final : public ServiceObject<IShellDialogsHelper> {
+ public:
+  HRESULT STDMETHODCALLTYPE Initialize() override;
+  HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window, const wchar_t* file, const wchar_t* text,
+                                            std::int32_t number) override;
+};
+
+}  // namespace smh

@@ -1,0 +1,28 @@
+#include "basekit/services.h"
+
+#include "basekit/environment.h"
+#include "basekit/program_part.h"
+#include "basekit/redirected_twin.h"
+#include "common/data_folder.h"
+#include "common/guard.h"
+#include "infra/text.h"
+
+namespace smh {
+
+HRESULT ShellHelper::GetSpecialFolder(std::int32_t csidl, std::uint32_t flags, BoundaryText* folder) {
+  return AnswerText(folder, [&] { return ShellFolder(csidl | static_cast<std::int32_t>(flags)); });
+}
+
+HRESULT ShellHelper::GetProgramPart(const wchar_t* command, BoundaryText* program) {
+  return AnswerText(program, [&] { return ProgramPart(TextArgument(command), FileOrTwinExists); });
+}
+
+HRESULT ShellHelper::ExpandPath(const wchar_t* text, BoundaryText* path) {
+  return AnswerText(path, [&] { return ExpandEnvironment(TextArgument(text)); });
+}
+
+HRESULT ShellHelper::NormalizeCommand(const wchar_t* text, BoundaryText* command) {
+  return AnswerText(command, [&] { return ExpandEnvironment(Trim(TextArgument(text))); });
+}
+
+}  // namespace smh

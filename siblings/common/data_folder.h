@@ -1,0 +1,18 @@
+// The product's folder below the user's application data.
+#pragma once
+
+#include <string>
+
+namespace smh {
+
+// A folder of the shell by CSIDL, its flags included, without a trailing backslash; empty when the shell
+// gives none.
+std::wstring ShellFolder(int csidl);
+// "<application data>\Quillmark\Startup Manager\", with its trailing backslash, whether it exists or not;
+// empty when the user has no application data folder.
+std::wstring DataFolder();
+// Makes every missing folder of a path that ends in a backslash. A failure shows in the first use of the
+// folder.
+void MakeFolders(const std::wstring& folder);
+
+}  // namespace smh

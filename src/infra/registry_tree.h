@@ -1,0 +1,23 @@
+// Key trees: registry links, and the deletion of a key with everything below it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace smh {
+
+// Keys do not nest deeper on any Windows; a walk that gets further has run into a loop.
+inline constexpr int kDeepestKey = 512;
+
+// Whether the key is a link to another key. Walks that delete or recurse must not enter one: the other key is
+// somebody else's.
+bool IsRegistryLink(HKEY parent, const std::wstring& key, REGSAM viewBits) noexcept;
+// ERROR_NOT_SUPPORTED when the key is or holds a link, or nests too deep; otherwise ERROR_SUCCESS, also
+// for a missing key or one that cannot be opened.
+LSTATUS CheckKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits);
+// Deletes the deepest keys first, in the view of the bits. A link is removed itself, not what it leads to.
+// Stops at the first failure and answers its status.
+LSTATUS DeleteKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits);
+
+}  // namespace smh

@@ -1,0 +1,215 @@
+#include "sysutil/uWinVersionInfo.h"
+
+#include "infra/format.h"
+#include "infra/handle.h"
+#include "infra/import_function.h"
+#include "sysutil/version_codes.h"
+
+#include <shlwapi.h>
+
+#include <atomic>
+
+namespace smh {
+
+namespace {
+
+// Loaded on first need, freed when the module stops.
+struct SystemLibrary {
+  const wchar_t* file;
+  std::atomic<HMODULE> module{nullptr};
+};
+
+using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, BOOL*);
+using GetNativeSystemInfoFunction = void(WINAPI*)(SYSTEM_INFO*);
+using GetProductInfoFunction = BOOL(WINAPI*)(DWORD, DWORD, DWORD, DWORD, DWORD*);
+using IsOSFunction = BOOL(WINAPI*)(DWORD);
+
+constinit SystemLibrary g_kernel32{L"kernel32.dll"};
+constinit SystemLibrary g_shlwapi{L"shlwapi.dll"};
+
+constinit std::atomic<IsWow64ProcessFunction> g_isWow64Process{nullptr};
+constinit std::atomic<GetNativeSystemInfoFunction> g_getNativeSystemInfo{nullptr};
+constinit std::atomic<GetProductInfoFunction> g_getProductInfo{nullptr};
+constinit std::atomic<IsOSFunction> g_isOS{nullptr};
+
+// 0 = not yet worked out.
+constinit std::atomic<int> g_osCode{0};
+constinit std::atomic<int> g_architectureCode{0};
+constinit std::atomic<int> g_servicePackCode{0};
+constinit std::atomic<int> g_editionCode{0};
+// 0 = not yet worked out, 1 = no, 2 = yes.
+constinit std::atomic<int> g_wow64{0};
+
+constexpr DWORD kIsOsWow64 = 30;
+constexpr WORD kIsOsOrdinal = 437;
+
+HMODULE Loaded(SystemLibrary& library) {
+  if (const HMODULE module = library.module.load()) return module;
+  ScopedModule module(LoadLibraryW(library.file));
+  if (!module) RaiseLastOSError();
+  HMODULE present = nullptr;
+  // Another thread may have been faster: its reference stays, this one goes.
+  return library.module.compare_exchange_strong(present, module.Get()) ? module.Release() : present;
+}
+
+template <typename Function>
+Function Resolved(std::atomic<Function>& entryPoint, SystemLibrary& library, const char* name) {
+  if (const Function function = entryPoint.load()) return function;
+  const auto function = ImportFunction<Function>(Loaded(library), name);
+  if (function == nullptr) RaiseLastOSError();
+  entryPoint.store(function);
+  return function;
+}
+
+// A call that fails without saying why is not an error.
+void CheckCall(BOOL success, std::wstring_view function) {
+  const DWORD error = success ? ERROR_SUCCESS : GetLastError();
+  if (error == ERROR_SUCCESS) return;
+  throw TWinVersionInfoException(
+      Format(L"WinVersionInfo.%s() (Error code: %d). %s", function, error, SystemErrorText(error)));
+}
+
+bool AskIsWow64Process() {
+  const auto isWow64Process = Resolved(g_isWow64Process, g_kernel32, "IsWow64Process");
+  BOOL wow64 = FALSE;
+  SetLastError(ERROR_SUCCESS);
+  CheckCall(isWow64Process(GetCurrentProcess(), &wow64), L"IsWow64Process");
+  return wow64 != FALSE;
+}
+
+class LiveFacts : public VersionFacts {
+ public:
+  LiveFacts() {
+    OSVERSIONINFOEXW info = {};
+    info.dwOSVersionInfoSize = sizeof(info);
+    if (!GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&info))) RaiseLastOSError();
+    platform = info.dwPlatformId;
+    major = info.dwMajorVersion;
+    minor = info.dwMinorVersion;
+    servicePackMajor = info.wServicePackMajor;
+    servicePackMinor = info.wServicePackMinor;
+    suiteMask = info.wSuiteMask;
+    productType = info.wProductType;
+    servicePackText = info.szCSDVersion;
+  }
+
+  bool IsOS(DWORD value) override { return WinVersionInfo::IsOS(value); }
+  int SystemMetric(int index) override { return GetSystemMetrics(index); }
+  DWORD ProductInfo() override {
+    DWORD product = PRODUCT_UNDEFINED;
+    WinVersionInfo::GetProductInfo(major, minor, servicePackMajor, servicePackMinor, product);
+    return product;
+  }
+};
+
+template <typename Work>
+int CachedCode(std::atomic<int>& cache, Work&& work) {
+  int code = cache.load();
+  if (code == 0) {
+    code = work();
+    cache.store(code);
+  }
+  return code;
+}
+
+}  // namespace
+
+int WinVersionInfo::OSCode() {
+  return CachedCode(g_osCode, [] {
+    LiveFacts facts;
+    return OsCodeOf(facts);
+  });
+}
+
+int WinVersionInfo::ArchitectureCode() {
+  return CachedCode(g_architectureCode, [] {
+    SYSTEM_INFO info = {};
+    GetNativeSystemInfo(info);
+    return ArchitectureCodeOf(info.wProcessorArchitecture);
+  });
+}
+
+int WinVersionInfo::ServicePackCode() {
+  return CachedCode(g_servicePackCode, [] { return ServicePackCodeOf(LiveFacts()); });
+}
+
+int WinVersionInfo::EditionCode() {
+  return CachedCode(g_editionCode, [] {
+    LiveFacts facts;
+    return EditionCodeOf(facts, OSCode());
+  });
+}
+
+std::wstring_view WinVersionInfo::OSName() {
+  return OsNameOf(OSCode());
+}
+
+std::wstring_view WinVersionInfo::ArchitectureName() {
+  return ArchitectureNameOf(ArchitectureCode());
+}
+
+std::wstring_view WinVersionInfo::ServicePackName() {
+  return ServicePackNameOf(ServicePackCode());
+}
+
+std::wstring_view WinVersionInfo::EditionName() {
+  return EditionNameOf(EditionCode());
+}
+
+bool WinVersionInfo::IsWow64() {
+  return CachedCode(g_wow64, [] {
+           try {
+             return AskIsWow64Process() ? 2 : 1;
+           } catch (const Exception&) {
+             return IsOS(kIsOsWow64) ? 2 : 1;
+           }
+         }) == 2;
+}
+
+void WinVersionInfo::GetNativeSystemInfo(SYSTEM_INFO& info) {
+  if (IsWow64()) {
+    Resolved(g_getNativeSystemInfo, g_kernel32, "GetNativeSystemInfo")(&info);
+  } else {
+    GetSystemInfo(&info);
+  }
+}
+
+void WinVersionInfo::GetProductInfo(DWORD major, DWORD minor, DWORD spMajor, DWORD spMinor,
+                                    DWORD& productType) {
+  const auto getProductInfo = Resolved(g_getProductInfo, g_kernel32, "GetProductInfo");
+  SetLastError(ERROR_SUCCESS);
+  CheckCall(getProductInfo(major, minor, spMajor, spMinor, &productType), L"GetProductInfo");
+}
+
+bool WinVersionInfo::IsOS(DWORD value) {
+  return Resolved(g_isOS, g_shlwapi, MAKEINTRESOURCEA(kIsOsOrdinal))(value) != FALSE;
+}
+
+bool WinVersionInfo::DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor) {
+  const ScopedModule library(LoadLibraryW(fileName));
+  const auto dllGetVersion = ImportFunction<DLLGETVERSIONPROC>(library.Get(), "DllGetVersion");
+  DLLVERSIONINFO info = {};
+  info.cbSize = sizeof(info);
+  if (dllGetVersion == nullptr || FAILED(dllGetVersion(&info))) return false;
+  major = info.dwMajorVersion;
+  minor = info.dwMinorVersion;
+  return true;
+}
+
+void StartWinVersionInfo() {
+  for (auto* const code : {&g_osCode, &g_architectureCode, &g_servicePackCode, &g_editionCode, &g_wow64}) {
+    code->store(0);
+  }
+}
+
+void StopWinVersionInfo() noexcept {
+  g_isWow64Process.store(nullptr);
+  g_getNativeSystemInfo.store(nullptr);
+  g_getProductInfo.store(nullptr);
+  g_isOS.store(nullptr);
+  for (SystemLibrary* const library : {&g_kernel32, &g_shlwapi}) {
+    if (const HMODULE module = library->module.exchange(nullptr)) FreeLibrary(module);
+  }
+}
+
+}  // namespace smh
