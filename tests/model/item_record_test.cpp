@@ -16,7 +16,7 @@ using ::testing::Not;
 
 namespace {
 
-const std::wstring kProgram = L"C:\\windows\\regedit.exe";
+const std::wstring kProgram = L"C:\\windows\\explorer.exe";
 
 ItemRef MakeItem(const std::wstring& command, const std::wstring& caption = L"caption",
                  TTypeStartupLocation location = sulRegistryUserRun) {
@@ -38,7 +38,7 @@ TEST_F(ItemRecordTest, BasicInformationOfAProgram) {
   EXPECT_EQ(details.Kind, TargetKind::kExecutable);
   EXPECT_EQ(details.FilePath, kProgram);
   EXPECT_TRUE(details.FileFound);
-  EXPECT_EQ(details.EntryName, L"regedit");
+  EXPECT_EQ(details.EntryName, L"explorer");
   EXPECT_EQ(details.Caption, L"caption");
   EXPECT_EQ(details.WorkingFolder, L"C:\\windows");
   EXPECT_FALSE(details.Version.FileDescription.empty());
@@ -78,9 +78,9 @@ TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
   const std::wstring description = MakeItem(kProgram)->Details().Version.FileDescription;
   ASSERT_FALSE(description.empty());
   EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
-  EXPECT_EQ(MakeItem(kProgram, L"REGEDIT.exe")->Details().Caption, L"REGEDIT.exe (" + description + L")");
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
   EXPECT_EQ(MakeItem(L"C:\\no such.exe", L"")->Details().Caption, L"no such");
-  EXPECT_EQ(MakeItem(kProgram, L"REGEDIT.exe")->GivenText(), L"REGEDIT.exe");
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->GivenText(), L"EXPLORER.exe");
 }
 
 TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
