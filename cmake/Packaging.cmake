@@ -1,7 +1,10 @@
 # `cmake --install` makes the folder that is handed out: libraries, hosts and the headers for hosts.
 
-install(TARGETS StartupManagerHelper basekit prefkit raterkit guardkit tracekit startupctl
-        RUNTIME DESTINATION .)
+set(PRODUCT_TARGETS StartupManagerHelper basekit prefkit raterkit guardkit tracekit startupctl)
+# Everything that is handed out and nothing else: no tests, no samples.
+add_custom_target(product DEPENDS ${PRODUCT_TARGETS})
+
+install(TARGETS ${PRODUCT_TARGETS} RUNTIME DESTINATION .)
 install(FILES
         src/infra/boundary_string.h src/infra/intf_DebugLog.h src/infra/intf_FileRater.h
         src/infra/intf_general.h src/infra/intf_safeguard.h src/infra/intf_settings.h

@@ -13,8 +13,7 @@ struct IndirectString {
 };
 
 // Splits at the last comma. What follows it must be a number, which a remark after ";" or "#" may follow;
-// otherwise the whole text is the file and the number 0. The file is trimmed and freed of enclosing quotes, and
-// its environment references are expanded.
+// otherwise the whole text is the file and the number 0. The file is trimmed and freed of enclosing quotes,
 // and its environment references are expanded.
 IndirectString SplitIndirectString(std::wstring_view text);
 

@@ -1,7 +1,8 @@
 // The module-wide cache of the sibling libraries' services, and what the module asks of them everywhere.
 //
-// Safe from any thread through one lock. It is the innermost lock but for the loader's: a first fetch loads a
-// library while holding it. References handed out are borrowed and valid until the module stops.
+// Safe from any thread through one lock. A first fetch loads a library while holding it, so that under it come
+// the lock of the sibling libraries' list and the loader's, and no other. References handed out are borrowed and
+// valid until the module stops.
 #pragma once
 
 #include "infra/intf_FileRater.h"

@@ -94,6 +94,8 @@ std::vector<std::wstring> RecordingSafeguard::Lines() const {
 void RecordingSafeguard::Clear() {
   const std::scoped_lock lock(lock_);
   lines_.clear();
+  rules_.clear();
+  hook_ = nullptr;
   keys_.clear();
   opened_ = 0;
 }

@@ -30,6 +30,7 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   RecordingSafeguard();
 
   std::vector<std::wstring> Lines() const;
+  // Forgets calls, answers and hook.
   void Clear();
   // The next `times` calls whose line contains `part` are not performed and answer `status`; 0 pretends.
   void Answer(std::wstring part, LSTATUS status, int times = 1);

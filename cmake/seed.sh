@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# seed.sh SAMPLES BUILT: makes WINEPREFIX the sample machine: the programs that lie below BUILT as on drive C:,
+# and the start-up entries of the folder SAMPLES in both registry views.
+set -euo pipefail
+samples=$1 built=$2
+# At its start Wine would run the entries and delete those that run once.
+export WINEDLLOVERRIDES="$WINEDLLOVERRIDES;wineboot.exe=d"
+cp -R "$built"/. "$WINEPREFIX/drive_c/"
+
+# import FILE [VIEW]
+import() { wine reg import "$(winepath -w "$1" 2>/dev/null)" "${@:2}" </dev/null >/dev/null 2>&1; }
+
+if [ -d "$WINEPREFIX/drive_c/windows/syswow64" ]; then
+  import "$samples/startup.reg" /reg:64
+  import "$samples/startup-32bit.reg" /reg:32
+else
+  import "$samples/startup.reg"
+  import "$samples/startup-32bit.reg"
+fi

@@ -1,0 +1,58 @@
+# Sourced by ./run and ./test: packages, configuration and build. Everything is said on stderr.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+preset=mingw-i686-release
+build=$root/build/$preset
+packages=(wine wine64 wine32:i386 g++-mingw-w64-i686-posix cmake ninja-build googletest libcli11-dev
+          nlohmann-json3-dev)
+
+say() { echo "startup-manager: $*" >&2; }
+
+missing_packages() {
+  local package
+  for package in "${packages[@]}"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
+  done
+}
+
+# Installs what is missing on Debian 12. A stale package index alone is no reason to stop.
+install_packages() {
+  local missing release=()
+  mapfile -t missing < <(missing_packages)
+  [ ${#missing[@]} -gt 0 ] || return 0
+  if [ "$(id -u)" -ne 0 ]; then
+    say "these packages are missing; install them, or run this script once as root: ${missing[*]}"
+    exit 1
+  fi
+  say "installing ${missing[*]}"
+  # Given by name, Debian's own release wins over newer ones that the other architecture may lack.
+  if grep -qs '^VERSION_CODENAME=bookworm' /etc/os-release; then release=(-t bookworm); fi
+  export DEBIAN_FRONTEND=noninteractive
+  {
+    dpkg --add-architecture i386
+    apt-get update || true
+    apt-get install -y "${release[@]}" --no-install-recommends "${missing[@]}"
+  } </dev/null >&2
+}
+
+# build_targets TARGET...: configures if need be and builds.
+build_targets() {
+  mkdir -p "$root/build"
+  if [ ! -f "$build/build.ninja" ]; then
+    say "configuring"
+    (cd "$root" && cmake --preset "$preset") >&2
+  fi
+  # Two runs at once must not build into each other. -o: no process started below keeps the lock.
+  flock -o "$root/build/.lock" ninja -C "$build" --quiet "$@" >&2
+}
+
+# What every Wine process here runs with. Tests and lists must not start programs of their own.
+wine_environment() {
+  export WINEDEBUG=${WINEDEBUG:--all}
+  export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d${WINEDLLOVERRIDES:+;$WINEDLLOVERRIDES}"
+  # Arguments are UTF-8.
+  case ${LC_ALL:-${LC_CTYPE:-${LANG:-}}} in
+    *[Uu][Tt][Ff]8 | *[Uu][Tt][Ff]-8) ;;
+    *) export LC_ALL=C.UTF-8 ;;
+  esac
+}

@@ -1,0 +1,32 @@
+// What a command line asks for, after parsing.
+#pragma once
+
+#include "item_filter.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+enum class OutputFormat { table, json, csv };
+
+struct Arguments {
+  std::vector<std::wstring> items;      // ITEM..., or the COMMANDLINE of `resolve`
+  std::vector<std::int32_t> locations;  // --location
+  std::optional<std::int32_t> target;   // --to
+  std::wstring name;                    // --name
+  std::wstring command;                 // --command
+  bool all = false;                     // --all
+  std::optional<bool> enabled;          // --enabled, --disabled
+  OutputFormat format = OutputFormat::table;
+  std::optional<unsigned> seconds;  // --seconds
+
+  ItemFilter Filter() const { return {all, locations, enabled}; }
+  // The one --location of a command that takes one.
+  std::optional<std::int32_t> Location() const {
+    return locations.empty() ? std::nullopt : std::optional(locations.front());
+  }
+};
+
+}  // namespace smh

@@ -1,0 +1,46 @@
+// The one course of every command that changes entries.
+//
+// All locations are read, every ITEM is found and checked before the first change, and after every change the
+// entry is looked up again: a change that did not happen is a failure.
+#pragma once
+
+#include "arguments.h"
+#include "item_record.h"
+#include "library.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+// What a check says before anything is changed.
+struct Verdict {
+  enum class Kind { proceed, nothingToDo, refused };
+  Kind kind = Kind::proceed;
+  // Why; for the user.
+  std::wstring reason;
+};
+
+struct Change {
+  std::wstring_view verb;  // "disable"
+  std::wstring_view done;  // "Disabled"
+  std::function<Verdict(const ItemRecord& item, IStartupItem& listed)> check;
+  std::function<HRESULT(IStartupItem& listed)> apply;
+  // Whether `now` is what `before` has to become; empty when the entry has to be gone.
+  std::function<bool(const ItemRecord& before, const ItemRecord& now)> isOutcome;
+};
+
+// Runs a change of every ITEM of `arguments`. Raises HostError; the entries changed until then stay changed,
+// and a message has named each.
+void ChangeItems(const Arguments& arguments, const Change& change);
+
+// Looks for the outcome of a change of `before` between two copies of the list. Empty when it happened, else
+// what is wrong.
+std::wstring FindFault(const Change& change, const ItemRecord& before, std::span<const ItemRecord> listBefore,
+                       std::span<const ItemRecord> listNow);
+
+// Why an action that the library refuses is refused, as far as the entry shows it.
+std::wstring RefusalReason(const ItemRecord& item);
+
+}  // namespace smh

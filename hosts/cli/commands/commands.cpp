@@ -1,0 +1,32 @@
+#include "commands/commands.h"
+
+namespace smh {
+namespace {
+
+constexpr std::uint32_t kShowing = kTakesLocations | kTakesFilter | kTakesJson | kTakesCsv;
+
+constexpr Command kCommands[] = {
+    {"list", "Show the entries", kShowing, RunList},
+    {"show", "Show everything known about one entry", kTakesOneItem | kTakesLocation | kTakesJson, RunShow},
+    {"enable", "Bring disabled entries back", kTakesItems | kTakesLocation, RunEnable},
+    {"disable", "Move entries to the side place from which enable brings them back",
+     kTakesItems | kTakesLocation, RunDisable},
+    {"delete", "Delete entries", kTakesItems | kTakesLocation, RunDelete},
+    {"add", "Add an entry", kNeedsLocation | kNeedsName | kNeedsCommand, RunAdd},
+    {"move", "Move an entry to another location", kTakesOneItem | kTakesLocation | kNeedsTarget, RunMove},
+    {"change", "Give an entry another command", kTakesOneItem | kTakesLocation | kNeedsCommand, RunChange},
+    {"execute", "Start an entry's command now", kTakesOneItem | kTakesLocation, RunExecute},
+    {"locate", "Show an entry in the system's own tool", kTakesOneItem | kTakesLocation, RunLocate},
+    {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
+    {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
+    {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
+    {"log", "Print the path of the library's log file", 0, RunLog},
+};
+
+}  // namespace
+
+std::span<const Command> AllCommands() noexcept {
+  return kCommands;
+}
+
+}  // namespace smh

@@ -1,0 +1,54 @@
+// The commands of the program, each in the source file of its name.
+#pragma once
+
+#include "arguments.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace smh {
+
+// What a command takes, as bits.
+enum CommandOption : std::uint32_t {
+  kTakesOneItem = 1 << 0,      // ITEM
+  kTakesItems = 1 << 1,        // ITEM...
+  kTakesCommandLine = 1 << 2,  // COMMANDLINE
+  kTakesLocations = 1 << 3,    // --location, repeatable: which entries are shown
+  kTakesLocation = 1 << 4,     // --location, once: narrows ITEM
+  kNeedsLocation = 1 << 5,     // --location, required
+  kTakesFilter = 1 << 6,       // --all --enabled --disabled
+  kTakesJson = 1 << 7,         // --json
+  kTakesCsv = 1 << 8,          // --csv
+  kNeedsName = 1 << 9,         // --name
+  kNeedsCommand = 1 << 10,     // --command
+  kNeedsTarget = 1 << 11,      // --to
+  kTakesSeconds = 1 << 12,     // --seconds
+};
+
+struct Command {
+  std::string_view name;
+  std::string_view help;
+  std::uint32_t options;
+  // Raises HostError when it fails.
+  void (*run)(const Arguments& arguments);
+};
+
+std::span<const Command> AllCommands() noexcept;
+
+void RunList(const Arguments& arguments);
+void RunShow(const Arguments& arguments);
+void RunEnable(const Arguments& arguments);
+void RunDisable(const Arguments& arguments);
+void RunDelete(const Arguments& arguments);
+void RunAdd(const Arguments& arguments);
+void RunMove(const Arguments& arguments);
+void RunChange(const Arguments& arguments);
+void RunExecute(const Arguments& arguments);
+void RunLocate(const Arguments& arguments);
+void RunResolve(const Arguments& arguments);
+void RunWatch(const Arguments& arguments);
+void RunLocations(const Arguments& arguments);
+void RunLog(const Arguments& arguments);
+
+}  // namespace smh

@@ -1,0 +1,22 @@
+#include "change_runner.h"
+#include "commands/commands.h"
+
+namespace smh {
+namespace {
+
+Verdict Check(const ItemRecord& item, IStartupItem&) {
+  if (item.Can(kActionDelete)) return {};
+  return {Verdict::Kind::refused, RefusalReason(item)};
+}
+
+}  // namespace
+
+void RunDelete(const Arguments& arguments) {
+  ChangeItems(arguments, {.verb = L"delete",
+                          .done = L"Deleted",
+                          .check = Check,
+                          .apply = [](IStartupItem& item) { return item.Delete(); },
+                          .isOutcome = {}});
+}
+
+}  // namespace smh

@@ -1,0 +1,38 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "dialog_blocker.h"
+#include "host_error.h"
+#include "item_selector.h"
+#include "reading.h"
+
+namespace smh {
+namespace {
+
+bool FileExists(const std::wstring& file) {
+  const DWORD attributes = GetFileAttributesW(file.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+void RunExecute(const Arguments& arguments) {
+  const Library library;
+  ItemRecord item = SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
+  ResolveFiles(library, {&item, 1});
+  const std::wstring failure = L"Cannot execute " + Describe(item);
+  if (item.command.empty()) throw HostError(failure + L": it has no command.");
+  if (!FileExists(item.file)) {
+    throw HostError(failure + L": the file " + (item.file.empty() ? item.command : item.file) +
+                    L" does not exist.");
+  }
+  if (!item.Can(kActionExecute)) throw HostError(failure + L": " + item.file + L" is not a program.");
+  const ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
+  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
+  {
+    const DialogBlocker blocker;
+    CheckResult(listed->Execute(nullptr), failure);
+  }
+  WriteMessage(L"Started " + item.file + L".");
+}
+
+}  // namespace smh

@@ -1,0 +1,26 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "csv_output.h"
+#include "json_output.h"
+#include "reading.h"
+#include "table_output.h"
+
+namespace smh {
+
+void RunList(const Arguments& arguments) {
+  const Library library;
+  const ItemFilter filter = arguments.Filter();
+  ReadToEnd(library, filter.Scope());
+  std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
+  ResolveFiles(library, items);
+  switch (arguments.format) {
+    case OutputFormat::json:
+      return WriteOutput(JsonArray(items));
+    case OutputFormat::csv:
+      return WriteOutput(CsvTable(items));
+    case OutputFormat::table:
+      return WriteOutput(ItemTable(items, ConsoleWidth()));
+  }
+}
+
+}  // namespace smh

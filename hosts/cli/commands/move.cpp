@@ -1,0 +1,35 @@
+#include "change_runner.h"
+#include "commands/commands.h"
+#include "location_names.h"
+
+namespace smh {
+namespace {
+
+Verdict Check(const ItemRecord& item, IStartupItem& listed, std::int32_t target) {
+  const std::wstring name(LocationName(target));
+  if (item.location == target) return {Verdict::Kind::nothingToDo, L"is in " + name + L" already."};
+  if (!item.Can(kActionMove)) return {Verdict::Kind::refused, RefusalReason(item)};
+  if (listed.CanMoveTo(target)) return {};
+  return {Verdict::Kind::refused,
+          name + L" does not take it: it may hold an entry of the same program, or take no entries at all" +
+              (item.fileFound ? L"." : L", or none without a file.")};
+}
+
+}  // namespace
+
+void RunMove(const Arguments& arguments) {
+  const std::int32_t target = arguments.target.value_or(sulNone);
+  ChangeItems(arguments, {.verb = L"move",
+                          .done = L"Moved to " + std::wstring(LocationName(target)) + L":",
+                          .check = [target](const ItemRecord& item,
+                                            IStartupItem& listed) { return Check(item, listed, target); },
+                          .apply = [target](IStartupItem& item) { return item.MoveTo(target); },
+                          // The entry gets the short name of its program as its name in the new place.
+                          .isOutcome =
+                              [target](const ItemRecord& before, const ItemRecord& now) {
+                                return now.location == target && now.enabled == before.enabled &&
+                                       now.command == before.command;
+                              }});
+}
+
+}  // namespace smh

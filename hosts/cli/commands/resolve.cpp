@@ -1,0 +1,20 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "host_error.h"
+#include "library.h"
+#include "text_encoding.h"
+
+namespace smh {
+
+void RunResolve(const Arguments& arguments) {
+  const Library library;
+  const std::wstring& command = arguments.items.front();
+  const std::wstring file = library.ResolveCommandFile(command);
+  if (file.empty()) throw HostError(L"The command line \"" + command + L"\" names no file.");
+  WriteOutput(Printable(file) + L"\n");
+  if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    WriteMessage(L"There is no such file.");
+  }
+}
+
+}  // namespace smh

@@ -1,0 +1,111 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "csv_output.h"
+#include "entry_watch.h"
+#include "host_error.h"
+#include "json_output.h"
+#include "location_names.h"
+#include "reading.h"
+#include "text_encoding.h"
+
+#include "infra/handle.h"
+
+namespace smh {
+namespace {
+
+constexpr DWORD kLookInterval = 200;
+
+// Set by Ctrl+C and by closing the console; the handler runs on a thread of the system's own.
+HANDLE g_stopEvent = nullptr;
+
+BOOL WINAPI OnConsoleControl(DWORD) {
+  SetEvent(g_stopEvent);
+  return TRUE;
+}
+
+// Turns Ctrl+C into an event for as long as the object lives.
+class StopRequest {
+ public:
+  StopRequest() : event_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+    if (!event_) throw HostError(L"Cannot create an event.");
+    g_stopEvent = event_.Get();
+    SetConsoleCtrlHandler(OnConsoleControl, TRUE);
+  }
+  ~StopRequest() { SetConsoleCtrlHandler(OnConsoleControl, FALSE); }
+  StopRequest(const StopRequest&) = delete;
+  StopRequest& operator=(const StopRequest&) = delete;
+
+  // Whether the request came within that time.
+  bool Wait(DWORD milliseconds) const {
+    return WaitForSingleObject(event_.Get(), milliseconds) == WAIT_OBJECT_0;
+  }
+
+ private:
+  ScopedHandle event_;
+};
+
+// One look at the list under its lock: `use` gets the sightings and a reader for them.
+template <typename Use>
+void Look(const Library& library, Use&& use) {
+  const ListLock lock(library);
+  std::vector<Sighting> sightings;
+  std::vector<ComPtr<IStartupItem>> items;
+  const std::int32_t count = library.Items().GetCount();
+  for (std::int32_t index = 0; index < count; ++index) {
+    ComPtr<IStartupItem> item;
+    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+    sightings.push_back({item->GetLocation(),
+                         TakeText([&](BoundaryText* name) { return item->GetName(name); }),
+                         item->ReadChanged() != FALSE});
+    items.push_back(std::move(item));
+  }
+  use(sightings, [&items](std::size_t index) { return ReadItemRecord(*items[index]); });
+}
+
+std::wstring EventText(const WatchEvent& event, OutputFormat format) {
+  switch (format) {
+    case OutputFormat::json:
+      return JsonObject(event.item, event.kind) + L"\n";
+    case OutputFormat::csv:
+      return CsvRow(event.item, event.kind);
+    case OutputFormat::table:
+      break;
+  }
+  return std::wstring(event.kind) + L"  " + std::wstring(LocationName(event.item.location)) + L"  " +
+         std::wstring(StateName(event.item.enabled)) + L"  " + Printable(event.item.caption) + L"  " +
+         Printable(event.item.command) + L"\n";
+}
+
+void PrintEvents(const Library& library, const ItemFilter& filter, OutputFormat format,
+                 std::vector<WatchEvent> events) {
+  for (WatchEvent& event : events) {
+    if (!filter.Shows(event.item)) continue;
+    ResolveFiles(library, {&event.item, 1});
+    WriteOutput(EventText(event, format));
+  }
+}
+
+bool IsOver(const Arguments& arguments, ULONGLONG start) {
+  return arguments.seconds && GetTickCount64() - start >= *arguments.seconds * 1000ULL;
+}
+
+}  // namespace
+
+void RunWatch(const Arguments& arguments) {
+  const StopRequest stop;
+  const Library library;
+  const ItemFilter filter = arguments.Filter();
+  ReadToEnd(library, filter.Scope());
+  std::optional<EntryWatch> watch;
+  Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
+  if (arguments.format == OutputFormat::csv) WriteOutput(CsvHeader(true));
+  WriteMessage(L"Watching; Ctrl+C ends.");
+  const ULONGLONG start = GetTickCount64();
+  while (!IsOver(arguments, start) && !stop.Wait(kLookInterval)) {
+    std::vector<WatchEvent> events;
+    Look(library, [&](const auto& sightings, const auto& read) { events = watch->Update(sightings, read); });
+    PrintEvents(library, filter, arguments.format, std::move(events));
+  }
+}
+
+}  // namespace smh

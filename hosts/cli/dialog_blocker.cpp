@@ -1,0 +1,28 @@
+#include "dialog_blocker.h"
+
+namespace smh {
+namespace {
+
+// The window class of dialogs and message boxes.
+constexpr wchar_t kDialogClass[] = L"#32770";
+
+// A creation that the hook refuses makes the dialog function return at once.
+LRESULT CALLBACK RefuseDialogs(int code, WPARAM window, LPARAM details) {
+  if (code == HCBT_CREATEWND) {
+    wchar_t name[ARRAYSIZE(kDialogClass) + 1];
+    const int length = GetClassNameW(reinterpret_cast<HWND>(window), name, ARRAYSIZE(name));
+    if (length > 0 && lstrcmpW(name, kDialogClass) == 0) return 1;
+  }
+  return CallNextHookEx(nullptr, code, window, details);
+}
+
+}  // namespace
+
+DialogBlocker::DialogBlocker() noexcept
+    : hook_(SetWindowsHookExW(WH_CBT, RefuseDialogs, nullptr, GetCurrentThreadId())) {}
+
+DialogBlocker::~DialogBlocker() {
+  if (hook_ != nullptr) UnhookWindowsHookEx(hook_);
+}
+
+}  // namespace smh

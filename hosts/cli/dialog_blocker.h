@@ -1,0 +1,19 @@
+// Keeps dialogs of this thread from opening: a message box that nobody sees would hold a script for ever.
+#pragma once
+
+#include <windows.h>
+
+namespace smh {
+
+class DialogBlocker {
+ public:
+  DialogBlocker() noexcept;
+  ~DialogBlocker();
+  DialogBlocker(const DialogBlocker&) = delete;
+  DialogBlocker& operator=(const DialogBlocker&) = delete;
+
+ private:
+  HHOOK hook_;
+};
+
+}  // namespace smh

@@ -1,0 +1,74 @@
+#include "item_selector.h"
+
+#include "host_error.h"
+#include "location_names.h"
+#include "text_encoding.h"
+
+#include "infra/text.h"
+
+#include <vector>
+
+namespace smh {
+namespace {
+
+using Matches = std::vector<const ItemRecord*>;
+
+Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
+                  std::optional<std::int32_t> location, std::wstring ItemRecord::*member) {
+  Matches matches;
+  for (const ItemRecord& item : items) {
+    if (location && item.location != *location) continue;
+    if (SameText(item.*member, text)) matches.push_back(&item);
+  }
+  return matches;
+}
+
+// The name itself wins over names that differ in case.
+void PreferExact(Matches& matches, std::wstring_view text) {
+  for (const ItemRecord* item : matches) {
+    if (item->name == text) {
+      matches = {item};
+      return;
+    }
+  }
+}
+
+Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
+                  std::optional<std::int32_t> location) {
+  Matches matches = MatchesOf(items, text, location, &ItemRecord::name);
+  if (matches.empty()) return MatchesOf(items, text, location, &ItemRecord::caption);
+  PreferExact(matches, text);
+  return matches;
+}
+
+std::wstring CandidateList(const Matches& matches) {
+  std::wstring list;
+  for (const ItemRecord* item : matches) {
+    list += L"\n  " + item->name + L"  (" + std::wstring(LocationName(item->location)) + L", " +
+            std::wstring(StateName(item->enabled)) + L")";
+  }
+  return list;
+}
+
+}  // namespace
+
+const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
+                             std::optional<std::int32_t> location) {
+  Matches matches = MatchesOf(items, text, location);
+  if (matches.empty()) matches = MatchesOf(items, DecodeEscapes(text), location);
+  const std::wstring quoted = L"\"" + std::wstring(text) + L"\"";
+  if (matches.empty()) {
+    throw HostError(L"No entry has the name or caption " + quoted +
+                    (location ? L" in " + std::wstring(LocationName(*location)) : L"") + L".");
+  }
+  if (matches.size() > 1) {
+    throw HostError(quoted + L" means several entries; give the full name of one:" + CandidateList(matches));
+  }
+  return *matches.front();
+}
+
+std::wstring Describe(const ItemRecord& item) {
+  return L"\"" + item.caption + L"\" in " + std::wstring(LocationName(item.location));
+}
+
+}  // namespace smh

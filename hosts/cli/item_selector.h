@@ -1,0 +1,24 @@
+// Finding the entry that an ITEM of the command line means.
+#pragma once
+
+#include "item_record.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+// `text` is the exact name of an entry (ASCII case ignored), else a caption (case ignored) that only one of
+// the entries has. `location` leaves out the entries of every other location. When nothing matches, the text
+// is tried once more with its \uXXXX and \u{X} escapes replaced.
+//
+// Raises HostError when no entry matches, and when several do: the message lists them.
+const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
+                             std::optional<std::int32_t> location);
+
+// "Caption" in sulRegistryUserRun: how messages name an entry.
+std::wstring Describe(const ItemRecord& item);
+
+}  // namespace smh

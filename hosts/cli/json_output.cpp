@@ -1,0 +1,91 @@
+#include "json_output.h"
+
+#include "text_encoding.h"
+
+#include <windows.h>
+
+namespace smh {
+namespace {
+
+struct JsonVisitor {
+  std::wstring operator()(std::monostate) const { return L"null"; }
+  std::wstring operator()(bool value) const { return value ? L"true" : L"false"; }
+  std::wstring operator()(std::int64_t value) const { return std::to_wstring(value); }
+  std::wstring operator()(const std::wstring& value) const { return JsonText(value); }
+  std::wstring operator()(const std::vector<std::wstring_view>& names) const {
+    std::wstring list;
+    for (const std::wstring_view name : names) {
+      if (!list.empty()) list += L',';
+      list += JsonText(name);
+    }
+    return L'[' + list + L']';
+  }
+};
+
+// The two-character escape of a character that has one; 0 otherwise.
+wchar_t ShortEscape(std::uint32_t value) {
+  switch (value) {
+    case L'"':
+      return L'"';
+    case L'\\':
+      return L'\\';
+    case L'\b':
+      return L'b';
+    case L'\f':
+      return L'f';
+    case L'\n':
+      return L'n';
+    case L'\r':
+      return L'r';
+    case L'\t':
+      return L't';
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+std::wstring JsonText(std::wstring_view text) {
+  std::wstring json = L"\"";
+  for (std::size_t i = 0; i < text.size();) {
+    const CodePoint point = CodePointAt(text, i);
+    if (const wchar_t escape = ShortEscape(point.value)) {
+      json += {L'\\', escape};
+    } else if (point.value < 0x20 || (point.value >= 0x7F && point.value <= 0x9F) ||
+               IsSurrogate(point.value)) {
+      wchar_t units[8];
+      wsprintfW(units, L"\\u%04x", static_cast<unsigned>(point.value));
+      json += units;
+    } else {
+      json.append(text, i, point.units);
+    }
+    i += point.units;
+  }
+  return json + L'"';
+}
+
+std::wstring JsonValue(const FieldValue& value) {
+  return std::visit(JsonVisitor(), value);
+}
+
+std::wstring JsonObject(const ItemRecord& item, std::wstring_view event) {
+  std::wstring json;
+  if (!event.empty()) json = L"\"event\":" + JsonText(event);
+  for (const ItemField& field : ItemFields()) {
+    if (!json.empty()) json += L',';
+    json += JsonText(field.key) + L':' + JsonValue(field.read(item));
+  }
+  return L'{' + json + L'}';
+}
+
+std::wstring JsonArray(std::span<const ItemRecord> items) {
+  std::wstring json = L"[";
+  for (const ItemRecord& item : items) {
+    json += json.size() == 1 ? L"\n" : L",\n";
+    json += JsonObject(item);
+  }
+  return json + (items.empty() ? L"]\n" : L"\n]\n");
+}
+
+}  // namespace smh

@@ -1,0 +1,86 @@
+#include "library.h"
+
+#include "host_error.h"
+
+#include "infra/import_function.h"
+#include "infra/text.h"
+
+namespace smh {
+namespace {
+
+constexpr wchar_t kLibrary[] = L"StartupManagerHelper.dll";
+
+struct Sibling {
+  const wchar_t* file;
+  bool required;
+};
+constexpr Sibling kSiblings[] = {
+    {L"basekit.dll", true},  {L"prefkit.dll", true},   {L"raterkit.dll", true},
+    {L"guardkit.dll", true}, {L"tracekit.dll", false},
+};
+
+std::wstring OwnFolder() {
+  std::wstring file(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
+    if (length == 0) throw HostError(L"Cannot find the folder of this program.");
+    if (length < file.size()) return std::wstring(FolderPart(std::wstring_view(file).substr(0, length)));
+    file.resize(file.size() * 2);
+  }
+}
+
+bool FileExists(const std::wstring& file) {
+  const DWORD attributes = GetFileAttributesW(file.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+ScopedModule LoadFromOwnFolder(const std::wstring& name) {
+  const std::wstring file = OwnFolder() + name;
+  if (!FileExists(file)) throw HostError(L"The library " + file + L" is missing.");
+  ScopedModule library(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+  if (!library) {
+    const DWORD error = GetLastError();
+    throw HostError(L"Cannot load " + file + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  }
+  return library;
+}
+
+IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* id) {
+  const auto getInstance = ImportFunction<GetInstanceFunction>(library, "GetInstance");
+  IUnknown* const instance = getInstance == nullptr ? nullptr : getInstance(id, 0);
+  if (instance == nullptr) throw HostError(L"The library " + name + L" does not offer what it should.");
+  return instance;
+}
+
+Library::Library() {
+  for (const Sibling& sibling : kSiblings) {
+    if (sibling.required || FileExists(OwnFolder() + sibling.file)) {
+      siblings_.push_back(LoadFromOwnFolder(sibling.file));
+    }
+  }
+  module_ = LoadFromOwnFolder(kLibrary);
+  IUnknown* const instance = AskInstance(module_.Get(), kLibrary, IStartupManager::kId);
+  // The library answers with the very interface that was named.
+  manager_ = ComPtr<IStartupManager>(static_cast<IStartupManager*>(instance));
+  CheckResult(manager_->GetStartupItems(items_.Put()), L"Cannot get the list of entries");
+}
+
+Library::~Library() {
+  if (items_) items_->Stop();
+}
+
+std::wstring Library::ResolveCommandFile(const std::wstring& command) const {
+  return TakeText([&](BoundaryText* file) { return manager_->ResolveCommandFile(command.c_str(), file); });
+}
+
+ListLock::ListLock(const Library& library) : items_(library.Items()) {
+  CheckResult(items_.Lock(), L"Cannot lock the list of entries");
+}
+
+ListLock::~ListLock() {
+  items_.Unlock();
+}
+
+}  // namespace smh

@@ -1,0 +1,54 @@
+// StartupManagerHelper.dll and its sibling libraries, loaded at run time from the folder of this program.
+#pragma once
+
+#include "core/StartupManagerHelper.h"
+#include "infra/com_ptr.h"
+#include "infra/handle.h"
+
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// Loads a library by its full path from the folder of this program. Raises HostError.
+ScopedModule LoadFromOwnFolder(const std::wstring& name);
+
+// What a library's GetInstance hands out for `id`, uncounted. Raises HostError when that is nothing.
+IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* id);
+
+// The library for as long as the object lives. One object at a time, used by one thread.
+class Library {
+ public:
+  // Loads the siblings, then the library: it finds those by bare name then, wherever else such a name may
+  // lie.
+  Library();
+  // Stops the reader before the library is freed.
+  ~Library();
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  IStartupManager& Manager() const noexcept { return *manager_; }
+  IStartupItemCollection& Items() const noexcept { return *items_; }
+  // The file that a command line starts; empty when there is none.
+  std::wstring ResolveCommandFile(const std::wstring& command) const;
+
+ private:
+  std::vector<ScopedModule> siblings_;
+  ScopedModule module_;
+  ComPtr<IStartupManager> manager_;
+  ComPtr<IStartupItemCollection> items_;
+};
+
+// Holds the list of items still.
+class ListLock {
+ public:
+  explicit ListLock(const Library& library);
+  ~ListLock();
+  ListLock(const ListLock&) = delete;
+  ListLock& operator=(const ListLock&) = delete;
+
+ private:
+  IStartupItemCollection& items_;
+};
+
+}  // namespace smh

@@ -1,0 +1,54 @@
+// startupctl: the library's functions on the command line.
+#include "command_line.h"
+#include "console.h"
+#include "host_error.h"
+#include "text_encoding.h"
+
+#include <windows.h>
+
+#include <exception>
+
+// The runtime must not replace arguments like * by file names.
+extern "C" {
+int _dowildcard = 0;
+}
+
+namespace {
+
+using namespace smh;
+
+// No library comes from the current folder, and no box about a missing disk stops a script.
+void SetUpProcess() noexcept {
+  SetDllDirectoryW(L"");
+  SetErrorMode(SEM_FAILCRITICALERRORS);
+}
+
+void Run(std::span<const std::wstring> arguments) {
+  const auto parsed = ParseCommandLine(arguments);
+  if (const auto* help = std::get_if<std::wstring>(&parsed)) {
+    WriteOutput(*help);
+    return;
+  }
+  const Invocation& invocation = std::get<Invocation>(parsed);
+  invocation.command->run(invocation.arguments);
+}
+
+ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
+  try {
+    Run(std::vector<std::wstring>(texts + (count > 0 ? 1 : 0), texts + count));
+    return ExitCode::ok;
+  } catch (const HostError& error) {
+    WriteMessage(error.Message());
+    return error.Code();
+  } catch (const std::exception& error) {
+    WriteMessage(FromUtf8(error.what()));
+    return ExitCode::failed;
+  }
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** texts) {
+  SetUpProcess();
+  return static_cast<int>(RunGuarded(count, texts));
+}

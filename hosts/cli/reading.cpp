@@ -1,0 +1,66 @@
+#include "reading.h"
+
+#include "host_error.h"
+
+namespace smh {
+namespace {
+
+constexpr ULONGLONG kTimeLimit = 120'000;
+constexpr DWORD kPollInterval = 10;
+
+// The wrapper of the entry at `index`; the caller holds the list's lock.
+ComPtr<IStartupItem> ItemAt(const Library& library, std::int32_t index) {
+  ComPtr<IStartupItem> item;
+  CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+  return item;
+}
+
+}  // namespace
+
+void ReadToEnd(const Library& library, ReadScope scope) {
+  IStartupItemCollection& items = library.Items();
+  CheckResult(items.SetShowAllLocations(scope == ReadScope::all ? TRUE : FALSE),
+              L"Cannot choose the locations");
+  CheckResult(items.Refresh(), L"Cannot read the entries");
+  const ULONGLONG start = GetTickCount64();
+  while (items.GetReadState() != kReadStateComplete) {
+    if (GetTickCount64() - start > kTimeLimit) {
+      throw HostError(L"Reading the entries took more than two minutes; nothing was changed meanwhile.");
+    }
+    Sleep(kPollInterval);
+  }
+}
+
+std::vector<ItemRecord> TakeSnapshot(const Library& library) {
+  const ListLock lock(library);
+  std::vector<ItemRecord> records;
+  const std::int32_t count = library.Items().GetCount();
+  for (std::int32_t index = 0; index < count; ++index) {
+    records.push_back(ReadItemRecord(*ItemAt(library, index)));
+  }
+  return records;
+}
+
+void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
+  for (ItemRecord& item : items) {
+    if (!item.command.empty()) item.file = library.ResolveCommandFile(item.command);
+  }
+}
+
+std::vector<ItemRecord> ReadAllItems(const Library& library) {
+  ReadToEnd(library, ReadScope::all);
+  return TakeSnapshot(library);
+}
+
+ComPtr<IStartupItem> FindListedItem(const Library& library, std::int32_t location, std::wstring_view name) {
+  const ListLock lock(library);
+  const std::int32_t count = library.Items().GetCount();
+  for (std::int32_t index = 0; index < count; ++index) {
+    ComPtr<IStartupItem> item = ItemAt(library, index);
+    if (item->GetLocation() != location) continue;
+    if (TakeText([&](BoundaryText* text) { return item->GetName(text); }) == name) return item;
+  }
+  return {};
+}
+
+}  // namespace smh

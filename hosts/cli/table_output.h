@@ -1,0 +1,27 @@
+// Tables for people.
+#pragma once
+
+#include "item_record.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// Rows of cells with aligned columns. Texts are made printable by the caller.
+struct TextTable {
+  std::vector<std::wstring> header;
+  std::vector<std::vector<std::wstring>> rows;  // each as long as the header
+
+  // One line per row, two blanks between columns. With a width other than 0 the widest columns are cut until
+  // a line fits.
+  std::vector<std::wstring> Lines(std::size_t width) const;
+};
+
+// The entries grouped by location, in the order of locations and in list order within one.
+std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width);
+// "key: value" lines with every field of one entry.
+std::wstring ItemSheet(const ItemRecord& item);
+
+}  // namespace smh

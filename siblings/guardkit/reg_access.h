@@ -1,0 +1,31 @@
+// The registry half of the backup service: every change of a key or value is made here.
+#pragma once
+
+#include "common/service_object.h"
+#include "infra/intf_safeguard.h"
+
+namespace smh {
+
+class RegAccess final : public ServiceObject<IRegAccess> {
+ public:
+  LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,
+                                      DWORD reserved, REGSAM access, DWORD unused1, DWORD unused2,
+                                      DWORD unused3) override;
+  LSTATUS STDMETHODCALLTYPE OpenKey(HKEY parent, const wchar_t* subKey, HKEY* key, REGSAM access,
+                                    DWORD unused) override;
+  HRESULT STDMETHODCALLTYPE Reserved3() override;
+  // Refuses an empty name too: it would delete the parent itself.
+  LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits,
+                                      DWORD unused) override;
+  LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
+                                     DWORD unused) override;
+  LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) override;
+  HRESULT STDMETHODCALLTYPE Reserved7() override;
+  HRESULT STDMETHODCALLTYPE Reserved8() override;
+  HRESULT STDMETHODCALLTYPE Reserved9() override;
+  HRESULT STDMETHODCALLTYPE Reserved10() override;
+  HRESULT STDMETHODCALLTYPE Reserved11() override;
+  LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) override;
+};
+
+}  // namespace smh

@@ -1,0 +1,42 @@
+#include "prefkit/services.h"
+
+#include <string>
+
+#include "common/guard.h"
+#include "common/product.h"
+#include "infra/text.h"
+
+namespace smh {
+
+namespace {
+
+// "Software\Quillmark\Startup Manager\Settings\<host file>" of the current user.
+std::wstring SettingsKey(std::wstring_view hostFileName) {
+  std::wstring key = L"Software";
+  for (const std::wstring_view level :
+       {kVendorName, kProductName, std::wstring_view(L"Settings"), hostFileName}) {
+    key.append(1, L'\\').append(level);
+  }
+  return key;
+}
+
+// A number of the host's settings; `unset` when it is missing or of another type.
+DWORD ReadNumber(std::wstring_view hostFileName, const wchar_t* name, DWORD unset) {
+  DWORD number = 0;
+  DWORD size = sizeof(number);
+  const LSTATUS status = RegGetValueW(HKEY_CURRENT_USER, SettingsKey(hostFileName).c_str(), name,
+                                      RRF_RT_REG_DWORD, nullptr, &number, &size);
+  return status == ERROR_SUCCESS ? number : unset;
+}
+
+}  // namespace
+
+// When nothing can be found out, changes stay undoable.
+BOOL ApplicationSettings::GetUseCheckpoints(const wchar_t* hostFileName) {
+  return ValueOr<BOOL>(TRUE, [&]() -> BOOL {
+    const std::wstring_view host = FileNamePart(TextArgument(hostFileName));
+    return host.empty() || ReadNumber(host, L"UseCheckpoints", TRUE) != 0 ? TRUE : FALSE;
+  });
+}
+
+}  // namespace smh

@@ -1,0 +1,72 @@
+#include "raterkit/file_rater.h"
+
+#include <memory>
+#include <utility>
+
+#include "common/data_folder.h"
+#include "common/guard.h"
+#include "infra/text.h"
+#include "raterkit/rating_store.h"
+
+// The start of this module in memory, as the linker names it.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace smh {
+
+namespace {
+
+constexpr std::wstring_view kFileName = L"ratings.ini";
+
+struct RatingsState {
+  // Held while the store is made; the store's own lock is never held meanwhile.
+  CriticalSection lock;
+  std::unique_ptr<RatingStore> store;
+};
+
+RatingsState* state = nullptr;
+
+// With its trailing backslash.
+std::wstring ModuleFolder() {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), path.data(),
+                                            static_cast<DWORD>(path.size()));
+    if (length < path.size()) return std::wstring(FolderPart(std::wstring_view(path).substr(0, length)));
+    path.resize(path.size() * 2);
+  }
+}
+
+// Made by the first call: the shell must not be asked for folders while the module loads.
+RatingStore& Store() {
+  const ScopedLock guard(state->lock);
+  if (state->store == nullptr) {
+    const std::wstring folder = DataFolder();
+    state->store = std::make_unique<RatingStore>(folder.empty() ? folder : folder + std::wstring(kFileName),
+                                                 ModuleFolder().append(kFileName));
+  }
+  return *state->store;
+}
+
+}  // namespace
+
+std::int32_t FileRater::RateFile(const wchar_t* name) {
+  return ValueOr<std::int32_t>(kRatingUnknown, [&] { return Store().OfFile(TextArgument(name)); });
+}
+
+HRESULT FileRater::Reserved2() {
+  return E_NOTIMPL;
+}
+
+std::int32_t FileRater::RateCompany(const wchar_t* company) {
+  return ValueOr<std::int32_t>(kRatingUnknown, [&] { return Store().OfCompany(TextArgument(company)); });
+}
+
+void StartRatings() {
+  state = new RatingsState;
+}
+
+void StopRatings() noexcept {
+  delete std::exchange(state, nullptr);
+}
+
+}  // namespace smh

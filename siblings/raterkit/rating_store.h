@@ -1,0 +1,50 @@
+// The ratings of the default file beside the library and of the user's own file, which comes first. Each file
+// is read on first use and again when it has changed, appeared or gone.
+#pragma once
+
+#include "infra/critical_section.h"
+#include "raterkit/rating_table.h"
+
+#include <array>
+
+namespace smh {
+
+// A rating file and what was read from it.
+class RatingFile {
+ public:
+  explicit RatingFile(std::wstring path) : path_(std::move(path)) {}
+
+  // The current ratings; none without a readable file.
+  const RatingTable& Table();
+
+ private:
+  struct Stamp {
+    bool exists = false;
+    std::uint64_t size = 0;
+    std::uint64_t lastWrite = 0;
+
+    bool operator==(const Stamp&) const = default;
+  };
+
+  Stamp CurrentStamp() const noexcept;
+
+  std::wstring path_;
+  Stamp stamp_;
+  RatingTable table_;
+};
+
+// Any thread may call it.
+class RatingStore {
+ public:
+  RatingStore(std::wstring userFile, std::wstring defaultFile);
+
+  FileRating OfCompany(std::wstring_view company);
+  FileRating OfFile(std::wstring_view name);
+
+ private:
+  // A leaf: nothing of this system is entered under it. Held while a file is read.
+  CriticalSection lock_;
+  std::array<RatingFile, 2> files_;
+};
+
+}  // namespace smh

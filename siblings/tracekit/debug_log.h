@@ -1,0 +1,26 @@
+// The object behind tracekit's service. Output is on from the start: the library is loaded only when debug
+// mode is on, and whoever loaded it then just traces; SetEnabled switches it off and on again.
+#pragma once
+
+#include "common/service_object.h"
+#include "infra/intf_DebugLog.h"
+
+namespace smh {
+
+// One line per call: local time, thread, two blanks per method that the thread has entered, and
+// "> name(args) [context]", "< [context]" or the message. Line ends and other control characters become
+// blanks.
+class DebugLog final : public ServiceObject<IDebugLog> {
+ public:
+  HRESULT STDMETHODCALLTYPE EnterMethod(const void* context, const wchar_t* name, const wchar_t* const* args,
+                                        std::int32_t count) override;
+  HRESULT STDMETHODCALLTYPE ExitMethod(const void* context) override;
+  HRESULT STDMETHODCALLTYPE Message(const wchar_t* text) override;
+  HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t enabled) override;
+};
+
+// Module start-up and shut-down of the trace's file, switch and nesting.
+void StartTrace();
+void StopTrace() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,78 @@
+#include "core/module_start.h"
+
+#include "core/location_classes.h"
+#include "core/uDllGlobals.h"
+#include "core/uStartupManager.h"
+#include "infra/crash_report.h"
+#include "infra/uAxDebug.h"
+#include "infra/uInterfacesRoutines.h"
+#include "infra/uStatisticsLog.h"
+#include "model/reader_control.h"
+#include "model/uLocationStartup.h"
+#include "sysutil/uFileUtils.h"
+#include "sysutil/uWinVersionInfo.h"
+
+#include <ole2.h>
+
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+IStartupManager* g_manager = nullptr;
+
+// A stop that enters no lock and frees nothing once a thread was ended where it stood.
+template <void (*Stop)() noexcept>
+void UnlessBroken(StopMode& mode) noexcept {
+  if (mode == StopMode::kUnload) Stop();
+}
+
+void StopNothing(StopMode&) noexcept {}
+
+void StartOle() {
+  // A host that chose the other threading model already is none of our business, and what it initialised is
+  // not ours to undo.
+  OleInitialize(nullptr);
+}
+
+void StartManager() {
+  g_manager = nullptr;
+}
+
+void ReleaseManager() noexcept {
+  if (IStartupManager* const manager = std::exchange(g_manager, nullptr)) manager->Release();
+}
+
+void StopReaderAndLocations(StopMode& mode) noexcept {
+  StopReaderAtUnload(mode);
+  UnlessBroken<FreeLocations>(mode);
+}
+
+constexpr ModuleStep kSteps[] = {
+    {L"sibling libraries", StartLibraryList, UnlessBroken<StopLibraryList>},
+    {L"OLE", StartOle, StopNothing},
+    {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
+    {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
+    {L"Windows version", StartWinVersionInfo, UnlessBroken<StopWinVersionInfo>},
+    {L"command lines", StartFileUtils, UnlessBroken<StopFileUtils>},
+    {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},
+    {L"statistics log", StartStatisticsLog, UnlessBroken<StopStatisticsLog>},
+    {L"items", StartStartupItem, UnlessBroken<StopStartupItem>},
+    {L"locations and reader", StartLocations, StopReaderAndLocations},
+    {L"location classes", RegisterLocationClasses, StopNothing},
+    {L"manager", StartManager, UnlessBroken<ReleaseManager>},
+};
+
+}  // namespace
+
+std::span<const ModuleStep> ModuleSteps() noexcept {
+  return kSteps;
+}
+
+IStartupManager* Manager() {
+  if (g_manager == nullptr) g_manager = new TStartupManager();
+  return g_manager;
+}
+
+}  // namespace smh

@@ -1,0 +1,18 @@
+// The module's start-up and shut-down.
+#pragma once
+
+#include "core/StartupManagerHelper.h"
+#include "infra/module_steps.h"
+
+#include <span>
+
+namespace smh {
+
+// In the order of starting; shut-down runs backwards.
+std::span<const ModuleStep> ModuleSteps() noexcept;
+
+// The process's one manager, made on first use and borrowed by the caller; released when the module stops.
+// The first call is expected from one thread.
+IStartupManager* Manager();
+
+}  // namespace smh

@@ -1,0 +1,27 @@
+// The host's view of the module-wide item list.
+#pragma once
+
+#include "core/StartupManagerHelper.h"
+#include "infra/com_object.h"
+
+namespace smh {
+
+// Has no state of its own; any number of objects show the same list.
+class TStartupItemCollection final : public ComObject<IStartupItemCollection> {
+ public:
+  std::int32_t STDMETHODCALLTYPE GetCount() override;
+  HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IStartupItem** item) override;
+  HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() override;
+  HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() override;
+  std::int32_t STDMETHODCALLTYPE GetReadState() override;
+  BOOL STDMETHODCALLTYPE GetShowAllLocations() override;
+  HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) override;
+  HRESULT STDMETHODCALLTYPE Refresh() override;
+  HRESULT STDMETHODCALLTYPE Stop() override;
+  HRESULT STDMETHODCALLTYPE Lock() override;
+  HRESULT STDMETHODCALLTYPE Unlock() override;
+  std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
+                                         const wchar_t* command) override;
+};
+
+}  // namespace smh

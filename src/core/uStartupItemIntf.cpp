@@ -1,0 +1,173 @@
+#include "core/uStartupItemIntf.h"
+
+#include "core/boundary_call.h"
+#include "core/item_execution.h"
+#include "core/item_properties.h"
+#include "core/uDllGlobals.h"
+#include "infra/assertion.h"
+#include "model/uLocationStartup.h"
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kUnit[] = L"uStartupItemIntf";
+
+TLocationStartup& LocationOf(const TStartupItem& item) {
+  // CanDoAction has seen the location.
+  return *FindLocation(item.Location());
+}
+
+}  // namespace
+
+bool CanDoAction(const TStartupItem& item, std::int32_t action) {
+  const TLocationStartup* const location = FindLocation(item.Location());
+  if (location == nullptr) return false;
+  const bool canChange = !item.IsProtected();
+  switch (action) {
+    case kActionDelete:
+      return canChange && location->CanDelete();
+    case kActionEnable:
+      return canChange && location->CanEnable() && !item.IsEnabled();
+    case kActionDisable:
+      return canChange && location->CanEnable() && item.IsEnabled();
+    case kActionMove:
+      return canChange && location->CanModify();
+    case kActionChangeCommand:
+      return canChange && location->GetCanModify();
+    case kActionExecute:
+      return item.Get([](const ItemState& state) {
+        return !state.details.Command.empty() && state.details.Kind != TargetKind::kOther;
+      });
+    case kActionShowFileDetails:
+      return item.Get(
+          [](const ItemState& state) { return state.details.FileFound && !state.details.FilePath.empty(); });
+    case kActionShowLocation:
+      return true;
+    default:
+      return false;
+  }
+}
+
+ItemRef TStartupItemIntf::Item() const noexcept {
+  ItemRef item = item_.lock();
+  if (item != nullptr && !item->IsListed()) item.reset();
+  return item;
+}
+
+template <typename Change>
+HRESULT TStartupItemIntf::Run(ItemAction action, int line, Change&& change) noexcept {
+  return BoundaryResult([&] {
+    const ItemRef item = Item();
+    if (item == nullptr) return;
+    if (!CanDoAction(*item, action)) RaiseAssertion(kUnit, line);
+    change(item);
+  });
+}
+
+std::int32_t TStartupItemIntf::GetIndex() {
+  return BoundaryValue(-1, [&] {
+    const ItemRef item = Item();
+    if (item == nullptr) return -1;
+    ScopedLock lock(Items().Lock());
+    return item->Position();
+  });
+}
+
+std::int32_t TStartupItemIntf::GetLocation() {
+  return BoundaryValue(std::int32_t(sulNone), [&] {
+    const ItemRef item = Item();
+    return std::int32_t(item == nullptr ? sulNone : item->Location());
+  });
+}
+
+HRESULT TStartupItemIntf::GetName(BoundaryText* name) {
+  return BoundaryResult(name, [&] {
+    *name = nullptr;
+    if (const ItemRef item = Item()) *name = MakeBoundaryText(item->Name());
+  });
+}
+
+BOOL TStartupItemIntf::ReadChanged() {
+  return BoundaryValue(TRUE, [&] {
+    const ItemRef item = Item();
+    return item == nullptr || item->TakeChangedMark() ? TRUE : FALSE;
+  });
+}
+
+std::int32_t TStartupItemIntf::GetImageIndex() {
+  return BoundaryValue(-1, [&] {
+    const ItemRef item = Item();
+    return item == nullptr ? -1 : item->Get([](const ItemState& state) { return state.details.ImageIndex; });
+  });
+}
+
+HRESULT TStartupItemIntf::GetProperty(std::int32_t index, VARIANT* value) {
+  return BoundaryResult(value, [&] {
+    *value = NullVariant();
+    if (const ItemRef item = Item()) *value = ItemPropertyValue(*item, index);
+  });
+}
+
+BOOL TStartupItemIntf::CanDo(std::int32_t action) {
+  return BoundaryValue(FALSE, [&] {
+    const ItemRef item = Item();
+    return item != nullptr && CanDoAction(*item, action) ? TRUE : FALSE;
+  });
+}
+
+BOOL TStartupItemIntf::CanMoveTo(std::int32_t location) {
+  return BoundaryValue(FALSE, [&] {
+    const ItemRef item = Item();
+    if (item == nullptr) return FALSE;
+    if (location == item->Location()) return TRUE;
+    TLocationStartup* const target = FindLocation(static_cast<TTypeStartupLocation>(location));
+    return target != nullptr && target->CanAcceptItem(*item) ? TRUE : FALSE;
+  });
+}
+
+HRESULT TStartupItemIntf::Delete() {
+  return Run(kActionDelete, __LINE__, [](const ItemRef& item) { LocationOf(*item).DeleteItem(item); });
+}
+
+HRESULT TStartupItemIntf::Enable() {
+  return Run(kActionEnable, __LINE__, [](const ItemRef& item) { LocationOf(*item).EnableItem(item); });
+}
+
+HRESULT TStartupItemIntf::Disable() {
+  return Run(kActionDisable, __LINE__, [](const ItemRef& item) { LocationOf(*item).DisableItem(item); });
+}
+
+HRESULT TStartupItemIntf::MoveTo(std::int32_t location) {
+  return Run(kActionMove, __LINE__, [&](const ItemRef& item) {
+    SMH_ASSERT(kUnit, location != sulNone);
+    if (location == item->Location()) return;
+    LocationOf(*item).MoveItem(item, static_cast<TTypeStartupLocation>(location));
+  });
+}
+
+HRESULT TStartupItemIntf::ChangeCommand(const wchar_t* command) {
+  return Run(kActionChangeCommand, __LINE__, [&](const ItemRef& item) {
+    LocationOf(*item).ChangeItemCommand(item, std::wstring(TextArgument(command)));
+  });
+}
+
+HRESULT TStartupItemIntf::Execute(HWND window) {
+  return Run(kActionExecute, __LINE__, [&](const ItemRef& item) { ExecuteItem(*item, window); });
+}
+
+HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
+  return Run(kActionShowFileDetails, __LINE__, [&](const ItemRef& item) {
+    const std::wstring file = item->Get([](const ItemState& state) { return state.details.FilePath; });
+    const HRESULT shown = DLLGlobals::ShellDialogs().ShowFileDetails(window, file.c_str(), L"", 0);
+    if (FAILED(shown)) throw EOleSysError(shown);
+  });
+}
+
+HRESULT TStartupItemIntf::ShowLocation() {
+  ClearErrorInfo();
+  if (Item() == nullptr) return S_OK;
+  return ReportFailure(E_NOTIMPL, L"Showing the location of an entry is not available in this version.");
+}
+
+}  // namespace smh

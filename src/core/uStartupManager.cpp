@@ -1,0 +1,69 @@
+#include "core/uStartupManager.h"
+
+#include "core/boundary_call.h"
+#include "core/uStartupItemCollection.h"
+#include "infra/text.h"
+#include "infra/uStatisticsLog.h"
+#include "model/image_lists.h"
+#include "model/item_list.h"
+#include "model/uStartupManagerStrings.h"
+#include "sysutil/command_file.h"
+
+namespace smh {
+
+namespace {
+
+// Kept on purpose the wrong way round: a manager whose host never asked for the collection calls Stop through
+// the empty reference and faults; the loader catches the fault and skips the rest of the shut-down. The
+// volatile reads keep the optimiser from seeing the null.
+__attribute__((noinline, no_sanitize("undefined"))) void StopUnlessAskedFor(IStartupItemCollection* items) {
+  IStartupItemCollection* volatile reference = items;
+  if (reference == nullptr) reference->Stop();
+}
+
+}  // namespace
+
+TStartupManager::TStartupManager() {
+  LogSystemInfo();
+}
+
+TStartupManager::~TStartupManager() {
+  StopUnlessAskedFor(items_.Get());
+  {
+    ScopedLock lock(Items().Lock());
+    Items().Clear();
+  }
+  DestroyImageLists();
+  SaveLog();
+}
+
+HRESULT TStartupManager::GetStartupItems(IStartupItemCollection** items) {
+  return BoundaryResult(items, [&] {
+    *items = nullptr;
+    if (!items_) items_ = ComPtr<IStartupItemCollection>::Adopt(new TStartupItemCollection());
+    *items = ComPtr(items_).Detach();
+  });
+}
+
+HRESULT TStartupManager::GetFavoriteItems(IFavoriteItemCollection** items) {
+  ClearErrorInfo();
+  if (items == nullptr) return ReportFailure(E_POINTER, L"An out argument is null.");
+  *items = nullptr;
+  return ReportFailure(E_NOTIMPL, L"Default programs are not available in this version.");
+}
+
+HRESULT TStartupManager::GetStrings(IStartupManagerStrings** strings) {
+  return BoundaryResult(strings, [&] {
+    *strings = nullptr;
+    *strings = new TStartupManagerStrings();
+  });
+}
+
+HRESULT TStartupManager::ResolveCommandFile(const wchar_t* command, BoundaryText* file) {
+  return BoundaryResult(file, [&] {
+    *file = nullptr;
+    *file = MakeBoundaryText(ResolveCommandToFile(DequoteText(TextArgument(command))));
+  });
+}
+
+}  // namespace smh

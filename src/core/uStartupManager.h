@@ -1,0 +1,27 @@
+// The object behind IStartupManager: hands out the objects that reach the module-wide state, resolves command
+// lines, and opens and closes the log session.
+#pragma once
+
+#include "core/StartupManagerHelper.h"
+#include "infra/com_object.h"
+
+namespace smh {
+
+class TStartupManager final : public ComObject<IStartupManager> {
+ public:
+  // Opens the log session.
+  TStartupManager();
+
+  HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) override;
+  HRESULT STDMETHODCALLTYPE GetFavoriteItems(IFavoriteItemCollection** items) override;
+  HRESULT STDMETHODCALLTYPE GetStrings(IStartupManagerStrings** strings) override;
+  HRESULT STDMETHODCALLTYPE ResolveCommandFile(const wchar_t* command, BoundaryText* file) override;
+
+ private:
+  ~TStartupManager() override;
+
+  // Made by the first GetStartupItems; that call is expected from one thread.
+  ComPtr<IStartupItemCollection> items_;
+};
+
+}  // namespace smh

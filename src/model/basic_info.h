@@ -1,0 +1,25 @@
+// The cheap facts of an entry, gathered when it is found: the file it starts, its caption, its version
+// record.
+#pragma once
+
+#include "core/startup_location.h"
+#include "model/item_details.h"
+#include "sysutil/uFileUtils.h"
+
+#include <string_view>
+
+namespace smh {
+
+// Whether the location keeps files in a folder rather than values in the registry.
+bool IsFolderLocation(TTypeStartupLocation location) noexcept;
+
+TargetKind TargetKindOfFile(std::wstring_view file);
+
+// Details with nothing but the given texts and the target's kind. `target` receives what the command resolves
+// to, so that FillBasicDetails need not resolve it again.
+ItemDetails InitialDetails(std::wstring_view caption, std::wstring_view command, CommandParts& target);
+
+// Completes details made by InitialDetails. Touches the disk; call it without holding a lock.
+void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details);
+
+}  // namespace smh

@@ -1,0 +1,37 @@
+// How the loads and the changes of one location stay apart.
+//
+// A change counts itself in before it takes the item-list lock and out when it is done. A load that finds a
+// change under way does nothing; one during which a change began stops taking entries over and does not
+// prune. Either way the load is due again.
+#pragma once
+
+#include <atomic>
+
+namespace smh {
+
+class ChangeGate {
+ public:
+  bool IsBusy() const noexcept { return busy_.load() > 0; }
+  // Differs from an earlier value when a change began meanwhile.
+  unsigned Generation() const noexcept { return generation_.load(); }
+
+  class [[nodiscard]] Scope {
+   public:
+    explicit Scope(ChangeGate& gate) noexcept : gate_(gate) {
+      ++gate_.busy_;
+      ++gate_.generation_;
+    }
+    ~Scope() { --gate_.busy_; }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    ChangeGate& gate_;
+  };
+
+ private:
+  std::atomic<int> busy_{0};
+  std::atomic<unsigned> generation_{0};
+};
+
+}  // namespace smh

@@ -1,0 +1,69 @@
+#include "model/extended_info.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/handle.h"
+#include "infra/text.h"
+#include "model/image_lists.h"
+#include "sysutil/uFileUtils.h"
+
+#include <shellapi.h>
+
+namespace smh {
+
+namespace {
+
+constexpr std::size_t kTypeNameUnits = 80;
+
+double ToDateTime(const FILETIME& time) {
+  double date = 0;
+  return SUCCEEDED(DLLGlobals::Helper().FileTimeToDateTime(&time, &date)) ? date : 0;
+}
+
+void ReadTimes(ItemDetails& details) {
+  WIN32_FIND_DATAW data;
+  const ScopedFind find(FindFirstFileW(details.FilePath.c_str(), &data));
+  if (!find) return;
+  details.FileSize =
+      static_cast<std::int64_t>((static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+  details.CreationTime = ToDateTime(data.ftCreationTime);
+  details.LastAccessTime = ToDateTime(data.ftLastAccessTime);
+  details.LastWriteTime = ToDateTime(data.ftLastWriteTime);
+}
+
+void ReadTypeName(ItemDetails& details) {
+  SHFILEINFOW info = {};
+  if (SHGetFileInfoW(details.FilePath.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof(info),
+                     SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES) == 0) {
+    return;
+  }
+  details.FileTypeName.assign(info.szTypeName, wcsnlen(info.szTypeName, kTypeNameUnits));
+}
+
+int KnownRating(std::int32_t answer) {
+  return answer < kRatingTrusted || answer > kRatingRisky ? kRatingUnknown : answer;
+}
+
+int Rate(const ItemDetails& details) {
+  IFileRater& rater = DLLGlobals::FileRater();
+  int rating = kRatingUnknown;
+  const std::wstring& company = details.Version.Company();
+  if (!company.empty()) rating = KnownRating(rater.RateCompany(company.c_str()));
+  if (rating == kRatingUnknown) {
+    rating = KnownRating(rater.RateFile(std::wstring(FileNamePart(details.FilePath)).c_str()));
+  }
+  return rating;
+}
+
+}  // namespace
+
+void ReadExtendedDetails(ItemDetails& details) {
+  const bool fileExists = details.FileFound && FileUtils::FileExists(details.FilePath);
+  if (fileExists) ReadTimes(details);
+  ReadTypeName(details);
+  if (!details.FileFound) return;
+  details.Rating = Rate(details);
+  details.ImageIndex = AppendFileIcon(details.IconPath.empty() ? details.FilePath : details.IconPath,
+                                      details.IconPath.empty() ? 0 : details.IconIndex, details.FilePath);
+}
+
+}  // namespace smh

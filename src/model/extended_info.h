@@ -1,0 +1,12 @@
+// The expensive facts of an entry: file times and size, type name, rating and icons.
+#pragma once
+
+#include "model/item_details.h"
+
+namespace smh {
+
+// Read thread only: the shell wants COM initialised on the calling thread. Call it without holding a lock.
+// For a missing file rating and icon stay as they are.
+void ReadExtendedDetails(ItemDetails& details);
+
+}  // namespace smh

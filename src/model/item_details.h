@@ -1,0 +1,47 @@
+// What is known of a start-up entry beyond its identity. Everything here goes back to its initial value when
+// the entry's command changes, so that a swapped command never keeps the old program's facts.
+#pragma once
+
+#include "model/version_texts.h"
+
+#include <cstdint>
+#include <string>
+
+namespace smh {
+
+// What the command's file is.
+enum class TargetKind : std::uint8_t { kOther = 0, kExecutable = 1, kShortcut = 2 };
+
+// Indexes into the image lists; the first three equal the ratings.
+inline constexpr int kImageUnknownFile = 3;
+
+struct ItemDetails {
+  TargetKind Kind = TargetKind::kOther;
+  std::wstring LinkPath;
+  std::wstring IconPath;
+  int IconIndex = 0;
+  bool FileFound = false;
+  // Short name of the started file; the duplicate key when an entry is moved in.
+  std::wstring EntryName;
+  std::wstring Caption;
+  // The command line as stored in the location.
+  std::wstring Command;
+  std::wstring Description;
+  std::wstring WorkingFolder;
+  // The hot key of a shortcut entry.
+  int LinkShowCommand = 0;
+  VersionTexts Version;
+  std::int64_t FileSize = 0;
+  // OLE dates in local time; 0 when not read.
+  double CreationTime = 0;
+  double LastAccessTime = 0;
+  double LastWriteTime = 0;
+  // At most 80 units.
+  std::wstring FileTypeName;
+  int Rating = 1;
+  int ImageIndex = kImageUnknownFile;
+  // The file that the command starts.
+  std::wstring FilePath;
+};
+
+}  // namespace smh

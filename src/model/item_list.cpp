@@ -1,0 +1,130 @@
+#include "model/item_list.h"
+
+#include "infra/assertion.h"
+#include "infra/uInterfacesRoutines.h"
+
+#include <algorithm>
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kUnit[] = L"uStartupItem";
+
+}  // namespace
+
+std::size_t TItemList::KeyHash::operator()(const Key& key) const noexcept {
+  return std::hash<std::wstring>()(key.name) * 31 + static_cast<std::size_t>(key.location);
+}
+
+TItemList::Key TItemList::MakeKey(TTypeStartupLocation location, std::wstring_view name) {
+  return {location, AsciiLowerCase(name)};
+}
+
+int TItemList::Count() const {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  return static_cast<int>(items_.size());
+}
+
+ItemRef TItemList::At(int index) const {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  if (index < 0 || static_cast<std::size_t>(index) >= items_.size()) return nullptr;
+  return items_[static_cast<std::size_t>(index)];
+}
+
+ItemRef TItemList::Find(TTypeStartupLocation location, std::wstring_view name) const {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  const auto found = index_.find(MakeKey(location, name));
+  return found == index_.end() ? nullptr : At(found->second->Position());
+}
+
+std::vector<ItemRef> TItemList::Snapshot() const {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  return items_;
+}
+
+int TItemList::Append(ItemRef item) {
+  return Insert(static_cast<int>(items_.size()), std::move(item));
+}
+
+int TItemList::Insert(int index, ItemRef item) {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  DropStale(item->location_, item->state_.name, item.get());
+  const auto place = static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(items_.size())));
+  TStartupItem* const raw = item.get();
+  const auto at = items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(place), std::move(item));
+  try {
+    index_.emplace(MakeKey(raw->location_, raw->state_.name), raw);
+  } catch (...) {
+    items_.erase(at);
+    throw;
+  }
+  Renumber(place);
+  return static_cast<int>(place);
+}
+
+int TItemList::Remove(TStartupItem& item) {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  const int position = item.Position();
+  if (position < 0) return -1;
+  index_.erase(MakeKey(item.location_, item.state_.name));
+  // Keeps the item alive until the list is consistent again.
+  const ItemRef removed = std::move(items_[static_cast<std::size_t>(position)]);
+  items_.erase(items_.begin() + position);
+  removed->position_.store(-1, std::memory_order_release);
+  Renumber(static_cast<std::size_t>(position));
+  return position;
+}
+
+void TItemList::RemoveIf(const std::function<bool(const TStartupItem&)>& drop) {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  std::vector<ItemRef> removed;
+  for (std::size_t i = items_.size(); i > 0; --i) {
+    ItemRef& item = items_[i - 1];
+    if (!drop(*item)) continue;
+    index_.erase(MakeKey(item->location_, item->state_.name));
+    item->position_.store(-1, std::memory_order_release);
+    removed.push_back(std::move(item));
+  }
+  std::erase(items_, nullptr);
+  Renumber(0);
+}
+
+void TItemList::Clear() noexcept {
+  for (const ItemRef& item : items_) item->position_.store(-1, std::memory_order_release);
+  index_.clear();
+  items_.clear();
+}
+
+void TItemList::Relocate(TStartupItem& item, RegistryValueAddress address, bool enabled) {
+  SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
+  std::wstring name = address.FullPath();
+  DropStale(item.location_, name, &item);
+  if (item.IsListed() && !SameAsciiText(item.state_.name, name)) {
+    index_.emplace(MakeKey(item.location_, name), &item);
+    index_.erase(MakeKey(item.location_, item.state_.name));
+  }
+  ScopedLock lock(item.Lock);
+  item.state_.name = std::move(name);
+  item.state_.address = std::move(address);
+  item.state_.isEnabled = enabled;
+  item.MarkChanged();
+}
+
+void TItemList::Renumber(std::size_t from) noexcept {
+  for (std::size_t i = from; i < items_.size(); ++i) {
+    items_[i]->position_.store(static_cast<int>(i), std::memory_order_release);
+  }
+}
+
+void TItemList::DropStale(TTypeStartupLocation location, std::wstring_view name, const TStartupItem* except) {
+  const ItemRef stale = Find(location, name);
+  if (stale != nullptr && stale.get() != except) Remove(*stale);
+}
+
+ItemRef FindItem(TTypeStartupLocation location, std::wstring_view name) {
+  ScopedLock lock(Items().Lock());
+  return Items().Find(location, name);
+}
+
+}  // namespace smh

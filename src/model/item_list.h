@@ -1,0 +1,69 @@
+// The module-wide owning list of start-up items, with an index by (location, name).
+#pragma once
+
+#include "model/uStartupItem.h"
+
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+namespace smh {
+
+// Every operation but Lock expects the caller to hold the lock (asserted). Finding an item is O(1) at any
+// count. Names are compared ignoring the case of ASCII letters; no two listed items of a location share one.
+class TItemList {
+ public:
+  // The item-list lock: recursive, taken before any item's lock.
+  CriticalSection& Lock() noexcept { return lock_; }
+
+  int Count() const;
+  // Null outside the list.
+  ItemRef At(int index) const;
+  ItemRef Find(TTypeStartupLocation location, std::wstring_view name) const;
+  // A copy of the list.
+  std::vector<ItemRef> Snapshot() const;
+
+  // The position of the new item. An item of the same location and name leaves the list first: it is stale.
+  int Append(ItemRef item);
+  // The index is clamped to the list.
+  int Insert(int index, ItemRef item);
+  // The position the item had; -1 when it was not listed.
+  int Remove(TStartupItem& item);
+  // Removes every item for which `drop` holds, last to first, telling each.
+  void RemoveIf(const std::function<bool(const TStartupItem&)>& drop);
+  void Clear() noexcept;
+
+  // Gives a listed item its new place and state, and marks it changed.
+  void Relocate(TStartupItem& item, RegistryValueAddress address, bool enabled);
+
+ private:
+  struct Key {
+    TTypeStartupLocation location;
+    std::wstring name;
+    bool operator==(const Key&) const = default;
+  };
+  struct KeyHash {
+    std::size_t operator()(const Key& key) const noexcept;
+  };
+
+  static Key MakeKey(TTypeStartupLocation location, std::wstring_view name);
+  void Renumber(std::size_t from) noexcept;
+  void DropStale(TTypeStartupLocation location, std::wstring_view name, const TStartupItem* except);
+
+  mutable CriticalSection lock_;
+  std::vector<ItemRef> items_;
+  std::unordered_map<Key, TStartupItem*, KeyHash> index_;
+};
+
+// The list of the module; valid between StartStartupItem and StopStartupItem.
+TItemList& Items() noexcept;
+inline void LockItems() noexcept {
+  Items().Lock().Enter();
+}
+inline void UnlockItems() noexcept {
+  Items().Lock().Leave();
+}
+// First item of that location with that name, under the item-list lock.
+ItemRef FindItem(TTypeStartupLocation location, std::wstring_view name);
+
+}  // namespace smh

@@ -1,0 +1,142 @@
+#include "model/uLocationStartup.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/assertion.h"
+#include "infra/text.h"
+#include "infra/uInterfacesRoutines.h"
+#include "model/checkpoint.h"
+#include "model/reader_control.h"
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kUnit[] = L"uLocationStartup";
+
+}  // namespace
+
+int TLocationStartup::ExtractItem(bool, const ItemRef&) {
+  SMH_ASSERT(kUnit, canModify_);
+  return -1;
+}
+
+void TLocationStartup::InsertItem(bool, int, bool, const std::wstring&, const std::wstring&) {
+  SMH_ASSERT(kUnit, canModify_);
+}
+
+void TLocationStartup::PutBackItem(bool) {
+  SMH_ASSERT(kUnit, canModify_);
+}
+
+bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
+  if (!canModify_) return false;
+  const std::wstring entryName = item.Get([](const ItemState& state) { return state.details.EntryName; });
+  ScopedLock lock(Items().Lock());
+  for (int i = 0; i < Items().Count(); ++i) {
+    const ItemRef other = Items().At(i);
+    if (other->Location() != type_) continue;
+    const bool same = other->Get(
+        [&](const ItemState& state) { return SameLocaleText(state.details.EntryName, entryName); });
+    if (same) return false;
+  }
+  return true;
+}
+
+int TLocationStartup::AddItem(const std::wstring&, const std::wstring&) {
+  SMH_ASSERT(kUnit, canModify_);
+  return -1;
+}
+
+void TLocationStartup::DeleteItem(const ItemRef&) {
+  SMH_ASSERT(kUnit, canDelete_);
+}
+
+void TLocationStartup::EnableItem(const ItemRef&) {
+  SMH_ASSERT(kUnit, canEnable_);
+}
+
+void TLocationStartup::DisableItem(const ItemRef&) {
+  SMH_ASSERT(kUnit, canEnable_);
+}
+
+void TLocationStartup::ChangeItemCommand(const ItemRef&, const std::wstring&) {
+  SMH_ASSERT(kUnit, canModify_);
+}
+
+void TLocationStartup::ShowItemLocation(const TStartupItem&) {}
+
+void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target) {
+  SMH_ASSERT(kUnit, canModify_);
+  const std::wstring name = item->Name();
+  const auto message = [&] {
+    return Format(L"Error move item \"%s\" from \"%s\" to \"%s\".", name, MemberName(),
+                  LocationMemberName(target));
+  };
+  RunLogged(
+      [&] {
+        ScopedLock lock(Items().Lock());
+        if (!item->IsListed()) return;
+        if (!ItemExists(*item)) {
+          Items().Remove(*item);
+          return;
+        }
+        TLocationStartup* const destination = FindLocation(target);
+        SMH_ASSERT(kUnit, destination != nullptr && destination->CanAcceptItem(*item));
+        const ItemState state = item->State();
+        const bool checkpoint = DLLGlobals::UseBackupCheckpoints();
+        const ScopedCheckpoint scope(checkpoint, ChangeKind::kMoving, item->GivenText());
+        const int extracted = ExtractItem(checkpoint, item);
+        const std::wstring& entryName =
+            state.details.EntryName.empty() ? item->GivenText() : state.details.EntryName;
+        try {
+          destination->InsertItem(checkpoint, extracted, state.isEnabled, state.details.Command, entryName);
+        } catch (...) {
+          PutBackItem(checkpoint);
+          throw;
+        }
+      },
+      message);
+}
+
+bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, unsigned generation) {
+  const auto isCurrent = [&] { return gate_.Generation() == generation; };
+  if (const ItemRef known = FindItem(type_, entry.name)) {
+    known->UpdateCommand(entry.command, isCurrent);
+    return isCurrent();
+  }
+  CheckTerminated();
+  const std::wstring name = entry.name;
+  const auto message = [&] {
+    return Format(L"Error add item \"%s\" in location \"%s\".", name, MemberName());
+  };
+  try {
+    const auto item = std::make_shared<TStartupItem>(type_, std::move(entry));
+    item->FillBasicInfo();
+    ScopedLock lock(Items().Lock());
+    if (!isCurrent()) return false;
+    Items().Append(item);
+  } catch (const EAbort&) {
+    throw;
+  } catch (...) {
+    LogCurrentException();
+    LogLine(message());
+    return isCurrent();
+  }
+  LogFormat(L"Add item \"%s\" in location \"%s\".", name, MemberName());
+  return true;
+}
+
+bool TLocationStartup::RemoveMissingItems(const FoundNames& found, unsigned generation) {
+  ScopedLock lock(Items().Lock());
+  if (gate_.Generation() != generation) return false;
+  Items().RemoveIf([&](const TStartupItem& item) {
+    if (item.Location() != type_) return false;
+    const std::wstring name = item.Name();
+    if (found.contains(AsciiLowerCase(name))) return false;
+    LogFormat(L"Delete item \"%s\" in location \"%s\".", name, MemberName());
+    return true;
+  });
+  return true;
+}
+
+}  // namespace smh

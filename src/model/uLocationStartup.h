@@ -1,0 +1,118 @@
+// The abstract location: a place from which Windows starts programs. The locations own nothing but their
+// paths and watches; the entries of all of them live in the module-wide item list.
+#pragma once
+
+#include "infra/uStatisticsLog.h"
+#include "model/change_gate.h"
+#include "model/item_list.h"
+
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace smh {
+
+// The names found by one load, as RemoveMissingItems compares them: ignoring the case of ASCII letters.
+using FoundNames = std::unordered_set<std::wstring>;
+
+class TLocationStartup {
+ public:
+  virtual ~TLocationStartup() = default;
+  TLocationStartup(const TLocationStartup&) = delete;
+  TLocationStartup& operator=(const TLocationStartup&) = delete;
+
+  TTypeStartupLocation LocationType() const noexcept { return type_; }
+  bool CanEnable() const noexcept { return canEnable_; }
+  bool CanModify() const noexcept { return canModify_; }
+  bool CanDelete() const noexcept { return canDelete_; }
+  std::wstring_view MemberName() const noexcept { return LocationMemberName(type_); }
+
+  // The operations of a location. Those that a location does not support fail with an assertion; hosts ask
+  // CanDo first. A failed load is logged and swallowed, a failed change is logged and raised again.
+
+  // Whether the item is still present in the location itself.
+  virtual bool ItemExists(const TStartupItem& item) = 0;
+  // Brings the list up to date with the location. Runs on the read thread.
+  virtual void ReadItems() = 0;
+  // Whether the location changed since the last ReadItems. Polled once a second by the read thread.
+  virtual bool IsChanged() = 0;
+  // First half of a move: removes the entry from this location and the list, and answers the position it had.
+  // What it takes to put the entry back is kept until the next ExtractItem or PutBackItem.
+  virtual int ExtractItem(bool checkpoint, const ItemRef& item);
+  // Second half: creates the entry in this location and confirms it by reading it back; raises, and leaves
+  // nothing behind, when it did not arrive. An empty entry name stands for the text given at creation.
+  virtual void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
+                          const std::wstring& entryName);
+  // Undoes ExtractItem to the byte and confirms it; raises when the entry did not come back.
+  virtual void PutBackItem(bool checkpoint);
+  virtual bool GetCanModify() const { return canModify_; }
+  virtual bool CanAcceptItem(const TStartupItem& item);
+  // The position of the new entry, or of the one that has the name already.
+  virtual int AddItem(const std::wstring& name, const std::wstring& command);
+  virtual void DeleteItem(const ItemRef& item);
+  virtual void EnableItem(const ItemRef& item);
+  virtual void DisableItem(const ItemRef& item);
+  virtual void MoveItem(const ItemRef& item, TTypeStartupLocation target);
+  virtual void ChangeItemCommand(const ItemRef& item, const std::wstring& command);
+  virtual void ShowItemLocation(const TStartupItem& item);
+
+ protected:
+  struct Abilities {
+    bool canEnable = true;
+    bool canModify = true;
+    bool canDelete = true;
+  };
+  TLocationStartup(TTypeStartupLocation type, Abilities abilities) noexcept
+      : type_(type),
+        canEnable_(abilities.canEnable),
+        canModify_(abilities.canModify),
+        canDelete_(abilities.canDelete) {}
+
+  ChangeGate& Gate() noexcept { return gate_; }
+
+  // For loads. Both answer false, and leave the list alone, when a change of this location began after
+  // `generation` was taken.
+  bool AddOrUpdateItem(FoundEntry entry, unsigned generation);
+  bool RemoveMissingItems(const FoundNames& found, unsigned generation);
+
+ private:
+  const TTypeStartupLocation type_;
+  const bool canEnable_;
+  const bool canModify_;
+  const bool canDelete_;
+  ChangeGate gate_;
+};
+
+// A location class: makes one location object. Static, so that classes can be told apart by address.
+using LocationClass = std::unique_ptr<TLocationStartup> (*)();
+
+// Appends to the class registry; called only at module start-up.
+void RegisterLocationClass(LocationClass locationClass);
+// One object per registered class, in registry order; made together on first use, under the location-list
+// lock.
+const std::vector<std::unique_ptr<TLocationStartup>>& Locations();
+// First location of that type; null when there is none.
+TLocationStartup* FindLocation(TTypeStartupLocation type);
+
+// Runs a change; when it fails, logs the exception and the line that `message` makes, and raises it again.
+// Quiet aborts pass unlogged.
+template <typename Body, typename Message>
+auto RunLogged(Body&& body, Message&& message) {
+  try {
+    return body();
+  } catch (const EAbort&) {
+    throw;
+  } catch (...) {
+    LogCurrentException();
+    LogLine(message());
+    throw;
+  }
+}
+
+// Module start-up of class registry, checkpoint texts and reader; shut-down of all but the reader, which is
+// stopped before (reader_control.h).
+void StartLocations();
+void FreeLocations() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,122 @@
+// One thing that Windows starts automatically, as found in one location, and the module-wide state around it.
+//
+// An item is made in two steps: the basic information when it is found, the extended information (times, type
+// name, rating, icons) later on the read thread.
+//
+// Lock order of the module, outermost first: the reader's control lock (reader_control.h), the item-list lock
+// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h),
+// the image-list lock (image_lists.h), the checkpoint texts' lock (checkpoint.h), the log's lock, the service
+// cache's lock.
+#pragma once
+
+#include "core/startup_location.h"
+#include "infra/critical_section.h"
+#include "infra/uRegistryUtils.h"
+#include "model/basic_info.h"
+#include "model/item_details.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace smh {
+
+// How a location describes an entry that it found.
+struct FoundEntry {
+  // Identity within the location: the full value path or the file path.
+  std::wstring name;
+  // The text given at creation: value name, file name.
+  std::wstring caption;
+  std::wstring command;
+  bool isEnabled = true;
+  bool isProtected = false;
+  // Where a registry entry lies, as enumerated. Operations use this and never split the name again.
+  RegistryValueAddress address;
+};
+
+// The fields of an item that can change.
+struct ItemState {
+  std::wstring name;
+  RegistryValueAddress address;
+  bool isEnabled = true;
+  ItemDetails details;
+};
+
+class TStartupItem {
+ public:
+  // Resolves the command to a file and sets the target's kind; the rest is FillBasicInfo's.
+  TStartupItem(TTypeStartupLocation location, FoundEntry entry);
+  TStartupItem(const TStartupItem&) = delete;
+  TStartupItem& operator=(const TStartupItem&) = delete;
+
+  // Gathers file, caption and version record. Called once, before the item is listed.
+  void FillBasicInfo();
+
+  // Change detection: when `command` differs from the item's, gathers the new basic information and, if
+  // `isCurrent` still holds under the list's and the item's lock, takes it over, logs the change and asks for
+  // extended information again. Answers whether the item changed.
+  bool UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent);
+
+  // Read thread only. Touches the disk without holding a lock; a failure is logged and the item stays.
+  void ReadExtendedInfo();
+
+  // Reads the item's fields under its lock.
+  template <typename Read>
+  auto Get(Read&& read) const {
+    ScopedLock lock(Lock);
+    return read(state_);
+  }
+  // Copies made under the item's lock.
+  ItemState State() const;
+  ItemDetails Details() const;
+  std::wstring Name() const;
+  bool IsEnabled() const;
+  bool NeedsExtendedInfo() const;
+
+  // Marks the item as changed for the host.
+  void MarkChanged() noexcept { changedMark_.store(-1); }
+  // Takes and clears the mark.
+  bool TakeChangedMark() noexcept { return changedMark_.exchange(0) != 0; }
+
+  // False once the item has left the list; a holder then treats it as gone.
+  bool IsListed() const noexcept { return position_.load(std::memory_order_acquire) >= 0; }
+  // -1 when not listed.
+  int Position() const noexcept { return position_.load(std::memory_order_acquire); }
+
+  TTypeStartupLocation Location() const noexcept { return location_; }
+  // The text given at creation, never rewritten: what is written back and what titles a checkpoint.
+  const std::wstring& GivenText() const noexcept { return givenText_; }
+  bool IsProtected() const noexcept { return protected_; }
+
+  // Guards the fields that can change. Taken after the item-list lock.
+  mutable CriticalSection Lock;
+
+ private:
+  friend class TItemList;
+
+  const TTypeStartupLocation location_;
+  const std::wstring givenText_;
+  const bool protected_;
+  // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
+  // them.
+  ItemState state_;
+  CommandParts target_;
+  bool needsExtendedInfo_ = true;
+  // Counts changes of the command, so that facts read for an old command are dropped.
+  unsigned revision_ = 0;
+  std::atomic<std::int32_t> changedMark_{0};
+  std::atomic<int> position_{-1};
+};
+
+using ItemRef = std::shared_ptr<TStartupItem>;
+
+// The module-wide show-all-locations switch; taken by the reader when it starts.
+bool ShowAllLocations() noexcept;
+void SetShowAllLocations(bool show) noexcept;
+
+// Module start-up and shut-down of item list, image lists and switch.
+void StartStartupItem();
+void StopStartupItem() noexcept;
+
+}  // namespace smh

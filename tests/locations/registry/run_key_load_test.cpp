@@ -1,0 +1,205 @@
+#include "run_key_fixture.h"
+
+#include "infra/uRegistryUtils.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace smh::test {
+
+using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
+
+TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
+  struct Row {
+    TTypeStartupLocation location;
+    HKEY root;
+    const wchar_t* path;
+  };
+  const Row rows[] = {
+      {sulRegistryUserRun, HKEY_CURRENT_USER, L"Run"},
+      {sulRegistryUserRunOnce, HKEY_CURRENT_USER, L"RunOnce"},
+      {sulRegistryUserRunOnceSetup, HKEY_CURRENT_USER, L"RunOnce\\Setup"},
+      {sulRegistryCommonRun, HKEY_LOCAL_MACHINE, L"Run"},
+      {sulRegistryCommonRunOnce, HKEY_LOCAL_MACHINE, L"RunOnce"},
+      {sulRegistryCommonRunOnceSetup, HKEY_LOCAL_MACHINE, L"RunOnce\\Setup"},
+      {sulRegistryRunServices, HKEY_LOCAL_MACHINE, L"RunServices"},
+      {sulRegistryRunServicesOnce, HKEY_LOCAL_MACHINE, L"RunServicesOnce"},
+  };
+  for (const Row& row : rows) {
+    const std::wstring path = L"Software\\Microsoft\\Windows\\CurrentVersion\\" + std::wstring(row.path);
+    SetValue(row.root, path, L"on", Sz(L"on.exe"), OwnView());
+    SetValue(row.root, path + L"\\Disabled (Startup Manager)", L"own", Sz(L"own.exe"), OwnView());
+    SetValue(row.root, path + L"\\Disabled (Quillmark Startup Manager)", L"old", Sz(L"old.exe"), OwnView());
+    SetValue(row.root, path + L"\\AutorunsDisabled", L"other", Sz(L"other.exe"), OwnView());
+    SetValue(row.root, path + L"-", L"dash", Sz(L"dash.exe"), OwnView());
+
+    TLocationStartup* const location = FindLocation(row.location);
+    ASSERT_NE(location, nullptr) << row.location;
+    location->ReadItems();
+    EXPECT_THAT(Captions(*location), ElementsAre(L"on", L"own", L"old", L"other", L"dash")) << row.location;
+    for (const wchar_t* caption : {L"on", L"own", L"old", L"other", L"dash"}) {
+      const ItemRef item = FindByCaption(*location, caption);
+      EXPECT_EQ(item->IsEnabled(), caption == std::wstring(L"on"));
+      EXPECT_EQ(Command(item), std::wstring(caption) + L".exe");
+      EXPECT_FALSE(item->IsProtected());
+    }
+    EXPECT_EQ(FindByCaption(*location, L"dash")->Name(), BuildFullValuePath(OwnView(), row.root, path + L"-", L"dash"));
+  }
+}
+
+TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"", Sz(L"default.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun, L"number", Dword(7));
+  SetValue(HKEY_CURRENT_USER, kRun, L"list", MultiSz({L"a", L"b"}));
+  RawValue odd{REG_SZ, UnitBytes(L"abc")};
+  odd.bytes.pop_back();
+  SetValue(HKEY_CURRENT_USER, kRun, L"odd", odd);
+  SetValue(HKEY_CURRENT_USER, kRun, L"bare", {REG_SZ, UnitBytes(L"no end")});
+  SetValue(HKEY_CURRENT_USER, kRun, L"none", {REG_SZ, {}});
+  SetValue(HKEY_CURRENT_USER, kRun, L"big", Sz(std::wstring(512 * 1024, L'x')));
+  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(L"half \xD800"), Sz(L"h.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(16'383, L'n'), Sz(L"long.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun, L"C:\\a \"b\"\\c", Sz(L"\""));
+  UserRun().ReadItems();
+
+  const std::pair<std::wstring, std::wstring> expected[] = {
+      {L"", L"default.exe"},     {L"expand", L"%SystemRoot%\\x.exe"},
+      {L"number", L""},          {L"list", L""},
+      {L"odd", L"ab"},           {L"bare", L"no end"},
+      {L"none", L""},            {L"big", std::wstring(512 * 1024, L'x')},
+      {L"half \xD800", L"h.exe"}, {std::wstring(16'383, L'n'), L"long.exe"},
+      {L"C:\\a \"b\"\\c", L"\""},
+  };
+  EXPECT_EQ(Captions(UserRun()).size(), std::size(expected));
+  for (const auto& [caption, command] : expected) {
+    const ItemRef item = FindByCaption(UserRun(), caption);
+    ASSERT_NE(item, nullptr) << caption.size();
+    EXPECT_TRUE(Command(item) == command) << caption.size();
+  }
+}
+
+TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
+  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRun);
+  SetCountedValue(key.Get(), std::wstring_view(L"a\0b", 3), Sz(L"zero.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"a\x2400" L"b");
+  ASSERT_NE(item, nullptr);
+  EXPECT_TRUE(item->IsProtected());
+  EXPECT_EQ(Command(item), L"zero.exe");
+  RemoveCountedValue(key.Get(), std::wstring_view(L"a\0b", 3));
+}
+
+TEST_F(RunKeyTest, OfTwoValuesWithOnePathTheFirstIsListedUntilItGoes) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x", Sz(L"first.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun + L"\\AutorunsDisabled", L"x", Sz(L"second.exe"));
+  UserRun().ReadItems();
+  EXPECT_THAT(Captions(UserRun()), ElementsAre(L"AutorunsDisabled\\x"));
+  EXPECT_TRUE(LogHas(L"has the same path as another."));
+
+  RemoveValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x");
+  UserRun().ReadItems();
+  EXPECT_THAT(Captions(UserRun()), ElementsAre(L"x"));
+  EXPECT_FALSE(FindByCaption(UserRun(), L"x")->IsEnabled());
+}
+
+TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
+  if (!HasTwoViews()) {
+    SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
+    EXPECT_THAT(LoadAndFind(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)HKEY_LOCAL_MACHINE\\"));
+    return;
+  }
+  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
+  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRun, L"only32", Sz(L"only.exe"));
+  CommonRun().ReadItems();
+  EXPECT_THAT(Captions(CommonRun()), ElementsAre(L"both", L"only32"));
+  EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"64.exe");
+
+  RemoveValue(HKEY_LOCAL_MACHINE, kRun, L"both", KEY_WOW64_64KEY);
+  CommonRun().ReadItems();
+  EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"32.exe");
+  EXPECT_THAT(FindByCaption(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)"));
+}
+
+TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\windows\\notepad.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"app");
+  item->ReadExtendedInfo();
+  EXPECT_TRUE(item->TakeChangedMark());
+  ASSERT_FALSE(item->NeedsExtendedInfo());
+
+  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"c:\\WINDOWS\\NOTEPAD.EXE"));
+  EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
+  EXPECT_FALSE(item->NeedsExtendedInfo()) << "letter case is no change";
+
+  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\missing.exe"));
+  EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
+  const ItemDetails details = item->Details();
+  EXPECT_EQ(details.Command, L"C:\\missing.exe");
+  EXPECT_FALSE(details.FileFound);
+  EXPECT_EQ(details.FileSize, 0);
+  EXPECT_EQ(details.ImageIndex, kImageUnknownFile);
+  EXPECT_EQ(details.Version.ProductName, L"");
+  EXPECT_TRUE(item->NeedsExtendedInfo());
+  EXPECT_TRUE(LogHas(L"Detect change item notepad (app). Target command change from \"C:\\windows\\notepad.exe\" to "
+                     L"\"C:\\missing.exe\"."));
+}
+
+TEST_F(RunKeyTest, KeysWithoutRights) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    const ItemRef item = LoadAndFind(UserRun(), L"a");
+    ASSERT_NE(item, nullptr);
+    EXPECT_TRUE(item->IsProtected());
+  }
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kNone);
+    UserRun().ReadItems();
+    EXPECT_THAT(Captions(UserRun()), ElementsAre());
+  }
+}
+
+TEST_F(RunKeyTest, ALoadDuringAChangeLeavesTheListAloneAndIsDueAfterwards) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun, L"b", Sz(L"b.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"a");
+  while (UserRun().IsChanged()) UserRun().ReadItems();
+
+  bool reported = true;
+  module.Safeguard().Before([&](const std::wstring& line) {
+    if (!line.starts_with(L"BeginCheckpoint")) return;
+    RemoveValue(HKEY_CURRENT_USER, kRun, L"b");
+    SetValue(HKEY_CURRENT_USER, kRun, L"c", Sz(L"c.exe"));
+    reported = UserRun().IsChanged();
+    UserRun().ReadItems();
+    EXPECT_THAT(Captions(UserRun()), UnorderedElementsAre(L"a", L"b"));
+  });
+  UserRun().DisableItem(item);
+  module.Safeguard().Before(nullptr);
+  EXPECT_FALSE(reported) << "the signal waits for the end of the change";
+  EXPECT_TRUE(UserRun().IsChanged());
+  UserRun().ReadItems();
+  EXPECT_THAT(Captions(UserRun()), UnorderedElementsAre(L"a", L"c"));
+}
+
+TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"d.exe"));
+  while (UserRun().IsChanged()) UserRun().ReadItems();
+  EXPECT_FALSE(UserRun().IsChanged());
+
+  const auto seenAfter = [&](const auto& change) {
+    change();
+    const bool seen = UserRun().IsChanged();
+    return seen && !UserRun().IsChanged();
+  };
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"b.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kOwnSide, L"s", Sz(L"s.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"e.exe")); }));
+  EXPECT_FALSE(UserRun().IsChanged());
+}
+
+}  // namespace smh::test

@@ -1,0 +1,84 @@
+#include "model/item_list.h"
+#include "support/module_fixture.h"
+
+namespace smh::test {
+
+class ItemListTest : public ModuleTest {
+ protected:
+  static ItemRef Add(TTypeStartupLocation location, const std::wstring& valueName) {
+    FoundEntry entry;
+    entry.address = {0, HKEY_CURRENT_USER, L"K", valueName};
+    entry.name = entry.address.FullPath();
+    entry.caption = valueName;
+    const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
+    Items().Append(item);
+    return item;
+  }
+  // Every listed item is where it says, and its name leads to it.
+  static void ExpectConsistent() {
+    for (int i = 0; i < Items().Count(); ++i) {
+      const ItemRef item = Items().At(i);
+      EXPECT_EQ(item->Position(), i);
+      EXPECT_EQ(Items().Find(item->Location(), item->Name()), item);
+    }
+  }
+
+  ScopedLock lock{Items().Lock()};
+};
+
+TEST_F(ItemListTest, PositionsAndNamesStayTrueThroughEveryChange) {
+  std::vector<ItemRef> items;
+  for (const wchar_t* name : {L"a", L"b", L"c", L"d", L"e"}) items.push_back(Add(sulRegistryUserRun, name));
+  const ItemRef other = Add(sulRegistryCommonRun, L"a");
+  ExpectConsistent();
+  EXPECT_EQ(Items().Find(sulRegistryUserRun, L"(X32)hkey_current_user\\k\\A"), items[0]);
+  EXPECT_EQ(Items().Find(sulRegistryCommonRun, other->Name()), other);
+  EXPECT_EQ(Items().Find(sulFolderUser, other->Name()), nullptr);
+
+  EXPECT_EQ(Items().Remove(*items[1]), 1);
+  EXPECT_EQ(Items().Remove(*items[1]), -1);
+  EXPECT_FALSE(items[1]->IsListed());
+  ExpectConsistent();
+
+  EXPECT_EQ(Items().Insert(99, items[1]), 5);
+  EXPECT_EQ(Items().Remove(*items[1]), 5);
+  EXPECT_EQ(Items().Insert(-7, items[1]), 0);
+  ExpectConsistent();
+
+  Items().RemoveIf([&](const TStartupItem& item) { return item.GivenText() == L"c" || &item == other.get(); });
+  EXPECT_EQ(Items().Count(), 4);
+  EXPECT_EQ(Items().At(4), nullptr);
+  EXPECT_EQ(Items().At(-1), nullptr);
+  ExpectConsistent();
+}
+
+TEST_F(ItemListTest, AStaleItemMakesWayForTheOneThatTakesItsName) {
+  const ItemRef stale = Add(sulRegistryUserRun, L"a");
+  const ItemRef item = Add(sulRegistryUserRun, L"b");
+  Items().Relocate(*item, {0, HKEY_CURRENT_USER, L"K", L"A"}, false);
+  EXPECT_FALSE(stale->IsListed());
+  EXPECT_EQ(Items().Count(), 1);
+  EXPECT_FALSE(item->IsEnabled());
+  EXPECT_TRUE(item->TakeChangedMark());
+  ExpectConsistent();
+
+  // The same name in another letter case is the item itself.
+  Items().Relocate(*item, {0, HKEY_CURRENT_USER, L"K", L"a"}, true);
+  EXPECT_TRUE(item->IsListed());
+  ExpectConsistent();
+
+  const ItemRef again = Add(sulRegistryUserRun, L"a");
+  EXPECT_FALSE(item->IsListed());
+  EXPECT_EQ(Items().Count(), 1);
+  ExpectConsistent();
+}
+
+TEST_F(ItemListTest, NothingWorksWithoutTheLock) {
+  Items().Lock().Leave();
+  EXPECT_THROW(Items().Count(), EAssertionFailed);
+  EXPECT_THROW(Items().At(0), EAssertionFailed);
+  EXPECT_THROW(Items().Snapshot(), EAssertionFailed);
+  Items().Lock().Enter();
+}
+
+}  // namespace smh::test

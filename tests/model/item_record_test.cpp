@@ -1,0 +1,175 @@
+#include "infra/text.h"
+#include "model/image_lists.h"
+#include "model/item_list.h"
+#include "support/module_fixture.h"
+#include "support/registry_fixture.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace smh::test {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+namespace {
+
+const std::wstring kProgram = L"C:\\windows\\explorer.exe";
+
+ItemRef MakeItem(const std::wstring& command, const std::wstring& caption = L"caption",
+                 TTypeStartupLocation location = sulRegistryUserRun) {
+  FoundEntry entry;
+  entry.name = L"name";
+  entry.caption = caption;
+  entry.command = command;
+  const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
+  item->FillBasicInfo();
+  return item;
+}
+
+}  // namespace
+
+class ItemRecordTest : public ModuleTest {};
+
+TEST_F(ItemRecordTest, BasicInformationOfAProgram) {
+  const ItemDetails details = MakeItem(L"\"" + kProgram + L"\" /x")->Details();
+  EXPECT_EQ(details.Kind, TargetKind::kExecutable);
+  EXPECT_EQ(details.FilePath, kProgram);
+  EXPECT_TRUE(details.FileFound);
+  EXPECT_EQ(details.EntryName, L"explorer");
+  EXPECT_EQ(details.Caption, L"caption");
+  EXPECT_EQ(details.WorkingFolder, L"C:\\windows");
+  EXPECT_FALSE(details.Version.FileDescription.empty());
+  EXPECT_EQ(details.Description, details.Version.FileDescription);
+  EXPECT_EQ(details.Rating, 1);
+  EXPECT_EQ(details.ImageIndex, 3);
+}
+
+TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
+  const TemporaryFolder folder;
+  struct Row {
+    std::wstring command;
+    TargetKind kind;
+    bool found;
+    std::wstring entryName;
+  };
+  const Row rows[] = {
+      {folder.Write(L"text.txt", "x"), TargetKind::kOther, true, L"text"},
+      {folder.Write(L"run.CMD", "x"), TargetKind::kExecutable, true, L"run"},
+      {folder.File(L"gone.exe"), TargetKind::kExecutable, false, L"gone"},
+      {folder.MakeFolder(L"sub"), TargetKind::kOther, true, L"sub"},
+      {folder.File(L"gone.LNK"), TargetKind::kShortcut, false, L"gone"},
+      {L"", TargetKind::kOther, false, L""},
+      {L"\"", TargetKind::kOther, false, L""},
+      {std::wstring(32'000, L'x'), TargetKind::kOther, false, std::wstring(32'000, L'x')},
+      {L"Q:\\no drive\\a.exe", TargetKind::kExecutable, false, L"a"},
+  };
+  for (const Row& row : rows) {
+    const ItemDetails details = MakeItem(row.command)->Details();
+    EXPECT_EQ(details.Kind, row.kind) << row.command.substr(0, 80);
+    EXPECT_EQ(details.FileFound, row.found) << row.command.substr(0, 80);
+    EXPECT_TRUE(SameText(details.EntryName, row.entryName)) << row.command.substr(0, 80);
+  }
+}
+
+TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
+  const std::wstring description = MakeItem(kProgram)->Details().Version.FileDescription;
+  ASSERT_FALSE(description.empty());
+  EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
+  EXPECT_EQ(MakeItem(L"C:\\no such.exe", L"")->Details().Caption, L"no such");
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->GivenText(), L"EXPLORER.exe");
+}
+
+TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
+  const TemporaryFolder folder;
+  const std::wstring library = folder.Write(L"my lib.dll", "x");
+  const ItemDetails details = MakeItem(L"rundll32.exe \"" + library + L"\",Start")->Details();
+  EXPECT_TRUE(SameText(details.FilePath, library)) << details.FilePath;
+  EXPECT_EQ(details.EntryName, L"rundll32");
+  EXPECT_TRUE(EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->Details().FilePath));
+}
+
+TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
+  const ItemRef item = MakeItem(kProgram);
+  const std::wstring company = item->Details().Version.Company();
+  module.Rater().Rate(company, kRatingRisky);
+  item->ReadExtendedInfo();
+  const ItemDetails details = item->Details();
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  ASSERT_TRUE(GetFileAttributesExW(kProgram.c_str(), GetFileExInfoStandard, &data));
+  EXPECT_EQ(details.FileSize, static_cast<std::int64_t>(data.nFileSizeLow));
+  EXPECT_GT(details.LastWriteTime, 30'000.0) << "after 1982";
+  EXPECT_FALSE(details.FileTypeName.empty());
+  EXPECT_EQ(details.Rating, 2);
+  EXPECT_FALSE(item->NeedsExtendedInfo());
+  EXPECT_TRUE(item->TakeChangedMark());
+  EXPECT_FALSE(item->TakeChangedMark());
+}
+
+TEST_F(ItemRecordTest, RatingAsksForTheCompanyFirstAndThenForTheFile) {
+  const TemporaryFolder folder;
+  const std::wstring plain = folder.Write(L"plain.exe", "x");
+  module.Rater().Rate(L"plain.exe", kRatingTrusted);
+  const ItemRef item = MakeItem(plain);
+  item->ReadExtendedInfo();
+  EXPECT_EQ(item->Details().Rating, 0);
+  EXPECT_EQ(module.Rater().Asked().back(), L"file plain.exe");
+
+  const std::size_t asked = module.Rater().Asked().size();
+  const ItemRef missing = MakeItem(folder.File(L"gone.exe"));
+  missing->ReadExtendedInfo();
+  EXPECT_EQ(missing->Details().Rating, 1);
+  EXPECT_EQ(missing->Details().ImageIndex, 3);
+  EXPECT_EQ(module.Rater().Asked().size(), asked) << "a missing file is not rated";
+  EXPECT_FALSE(missing->NeedsExtendedInfo());
+}
+
+TEST_F(ItemRecordTest, BothImageListsGrowTogetherAndAnIconOnce) {
+  const HIMAGELIST small = SmallImageList();
+  const HIMAGELIST large = LargeImageList();
+  ASSERT_NE(small, nullptr);
+  ASSERT_GE(ImageList_GetImageCount(small), 4);
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(large, &width, &height);
+  EXPECT_EQ(width, 32);
+
+  const int index = AppendFileIcon(kProgram, 0, kProgram);
+  const int count = ImageList_GetImageCount(small);
+  EXPECT_EQ(ImageList_GetImageCount(large), count);
+  EXPECT_EQ(AppendFileIcon(kProgram, 0, kProgram), index);
+  EXPECT_EQ(ImageList_GetImageCount(small), count);
+  EXPECT_GE(index, 4);
+  EXPECT_LT(index, count);
+  DestroyImageLists();
+  EXPECT_EQ(ImageList_GetImageCount(SmallImageList()), 4);
+}
+
+TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
+  const TemporaryFolder folder;
+  const std::wstring first = folder.Write(L"first.exe", "12345");
+  const std::wstring second = folder.Write(L"second.exe", "1");
+  const ItemRef item = MakeItem(first);
+  {
+    ScopedLock lock(Items().Lock());
+    Items().Append(item);
+  }
+  EXPECT_FALSE(item->UpdateCommand(second, [] { return false; })) << "overtaken by a change";
+  EXPECT_EQ(item->Details().Command, first);
+
+  // The reader is at work on the first command when the second one comes.
+  std::thread reader;
+  for (int i = 0; i < 50; ++i) {
+    ASSERT_TRUE(item->UpdateCommand(first + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; }));
+    reader = std::thread([&] { item->ReadExtendedInfo(); });
+    item->UpdateCommand(second + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; });
+    reader.join();
+    const ItemDetails details = item->Details();
+    EXPECT_TRUE(details.FileSize <= 1) << "the first file's size on the second file's command";
+  }
+}
+
+}  // namespace smh::test
