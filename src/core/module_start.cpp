@@ -44,9 +44,11 @@ void ReleaseManager() noexcept {
   if (IStartupManager* const manager = std::exchange(g_manager, nullptr)) manager->Release();
 }
 
-void StopReaderAndLocations(StopMode& mode) noexcept {
+// The reader first: it may hold a lock that the manager's end needs, and wait for the loader's, which is held
+// during an unload, itself.
+void StopReaderAndManager(StopMode& mode) noexcept {
   StopReaderAtUnload(mode);
-  UnlessBroken<FreeLocations>(mode);
+  UnlessBroken<ReleaseManager>(mode);
 }
 
 constexpr ModuleStep kSteps[] = {
@@ -59,9 +61,9 @@ constexpr ModuleStep kSteps[] = {
     {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},
     {L"statistics log", StartStatisticsLog, UnlessBroken<StopStatisticsLog>},
     {L"items", StartStartupItem, UnlessBroken<StopStartupItem>},
-    {L"locations and reader", StartLocations, StopReaderAndLocations},
+    {L"locations and reader", StartLocations, UnlessBroken<FreeLocations>},
     {L"location classes", RegisterLocationClasses, StopNothing},
-    {L"manager", StartManager, UnlessBroken<ReleaseManager>},
+    {L"manager", StartManager, StopReaderAndManager},
 };
 
 }  // namespace

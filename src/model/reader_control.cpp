@@ -1,10 +1,12 @@
 #include "model/reader_control.h"
 
+#include "core/uDllGlobals.h"
 #include "infra/assertion.h"
 #include "infra/critical_section.h"
 #include "infra/handle.h"
 #include "infra/import_function.h"
 #include "infra/uStatisticsLog.h"
+#include "model/image_lists.h"
 #include "model/read_thread.h"
 #include "model/uLocationStartup.h"
 
@@ -100,12 +102,22 @@ bool WaitUntilParked(HANDLE thread) noexcept {
   return false;
 }
 
+// Makes what the reader would make on first use. A module loaded or asked for a function by the reader while
+// the host unloads this one would hold the unload up until its limit.
+void PrepareForReader() {
+  Locations();
+  DLLGlobals::Helper();
+  DLLGlobals::Globals();
+  DLLGlobals::ShellHelper();
+  DLLGlobals::FileRater();
+  LargeImageList();
+}
+
 }  // namespace
 
 void StartReading() {
   SMH_ASSERT(kUnit, !Items().Lock().IsHeldByCaller());
-  // The reader must find the list made: making it runs constructors that belong to the caller's thread.
-  Locations();
+  PrepareForReader();
   ScopedLock lock(g_reader->control);
   StopThread();
   ResetEvent(g_reader->wake.Get());
