@@ -16,7 +16,7 @@ using ::testing::Not;
 
 namespace {
 
-const std::wstring kNotepad = L"C:\\windows\\notepad.exe";
+const std::wstring kProgram = L"C:\\windows\\explorer.exe";
 
 ItemRef MakeItem(const std::wstring& command, const std::wstring& caption = L"caption",
                  TTypeStartupLocation location = sulRegistryUserRun) {
@@ -34,11 +34,11 @@ ItemRef MakeItem(const std::wstring& command, const std::wstring& caption = L"ca
 class ItemRecordTest : public ModuleTest {};
 
 TEST_F(ItemRecordTest, BasicInformationOfAProgram) {
-  const ItemDetails details = MakeItem(L"\"" + kNotepad + L"\" /x")->Details();
+  const ItemDetails details = MakeItem(L"\"" + kProgram + L"\" /x")->Details();
   EXPECT_EQ(details.Kind, TargetKind::kExecutable);
-  EXPECT_EQ(details.FilePath, kNotepad);
+  EXPECT_EQ(details.FilePath, kProgram);
   EXPECT_TRUE(details.FileFound);
-  EXPECT_EQ(details.EntryName, L"notepad");
+  EXPECT_EQ(details.EntryName, L"explorer");
   EXPECT_EQ(details.Caption, L"caption");
   EXPECT_EQ(details.WorkingFolder, L"C:\\windows");
   EXPECT_FALSE(details.Version.FileDescription.empty());
@@ -75,12 +75,12 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
-  const std::wstring description = MakeItem(kNotepad)->Details().Version.FileDescription;
+  const std::wstring description = MakeItem(kProgram)->Details().Version.FileDescription;
   ASSERT_FALSE(description.empty());
-  EXPECT_EQ(MakeItem(kNotepad, L"")->Details().Caption, description);
-  EXPECT_EQ(MakeItem(kNotepad, L"NOTEPAD.exe")->Details().Caption, L"NOTEPAD.exe (" + description + L")");
+  EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
   EXPECT_EQ(MakeItem(L"C:\\no such.exe", L"")->Details().Caption, L"no such");
-  EXPECT_EQ(MakeItem(kNotepad, L"NOTEPAD.exe")->GivenText(), L"NOTEPAD.exe");
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->GivenText(), L"EXPLORER.exe");
 }
 
 TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
@@ -93,13 +93,13 @@ TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
 }
 
 TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
-  const ItemRef item = MakeItem(kNotepad);
+  const ItemRef item = MakeItem(kProgram);
   const std::wstring company = item->Details().Version.Company();
   module.Rater().Rate(company, kRatingRisky);
   item->ReadExtendedInfo();
   const ItemDetails details = item->Details();
   WIN32_FILE_ATTRIBUTE_DATA data;
-  ASSERT_TRUE(GetFileAttributesExW(kNotepad.c_str(), GetFileExInfoStandard, &data));
+  ASSERT_TRUE(GetFileAttributesExW(kProgram.c_str(), GetFileExInfoStandard, &data));
   EXPECT_EQ(details.FileSize, static_cast<std::int64_t>(data.nFileSizeLow));
   EXPECT_GT(details.LastWriteTime, 30'000.0) << "after 1982";
   EXPECT_FALSE(details.FileTypeName.empty());
@@ -137,10 +137,10 @@ TEST_F(ItemRecordTest, BothImageListsGrowTogetherAndAnIconOnce) {
   ImageList_GetIconSize(large, &width, &height);
   EXPECT_EQ(width, 32);
 
-  const int index = AppendFileIcon(kNotepad, 0, kNotepad);
+  const int index = AppendFileIcon(kProgram, 0, kProgram);
   const int count = ImageList_GetImageCount(small);
   EXPECT_EQ(ImageList_GetImageCount(large), count);
-  EXPECT_EQ(AppendFileIcon(kNotepad, 0, kNotepad), index);
+  EXPECT_EQ(AppendFileIcon(kProgram, 0, kProgram), index);
   EXPECT_EQ(ImageList_GetImageCount(small), count);
   EXPECT_GE(index, 4);
   EXPECT_LT(index, count);

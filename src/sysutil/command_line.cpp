@@ -1,0 +1,32 @@
+// Joining and splitting of command lines.
+#include "sysutil/uFileUtils.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/text.h"
+
+#include <algorithm>
+
+namespace smh {
+
+std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_view arguments) {
+  std::wstring command = Trim(path);
+  if (command.find(L' ') != std::wstring::npos) command = QuoteText(command);
+  const std::wstring trimmed = Trim(arguments);
+  if (!trimmed.empty()) command.append(1, L' ').append(trimmed);
+  return command;
+}
+
+CommandParts FileUtils::SplitCommandLine(std::wstring_view command) {
+  const std::wstring text(command);
+  CommandParts parts;
+  parts.path = Trim(TakeText([&](BoundaryText* program) {
+    return DLLGlobals::ShellHelper().GetProgramPart(text.c_str(), program);
+  }));
+  // Kept on purpose: the path goes from the arguments too where it is named again.
+  const std::wstring rest = Trim(ReplaceText(command, parts.path, L""));
+  parts.arguments =
+      Trim(std::wstring_view(rest).substr(std::min(rest.find_first_not_of(L"\" "), rest.size())));
+  return parts;
+}
+
+}  // namespace smh

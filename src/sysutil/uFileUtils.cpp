@@ -1,0 +1,214 @@
+// The folders, the two lists and their caches; see file_search.cpp, wow64_paths.cpp and command_line.cpp for
+// what is done with them.
+#include "sysutil/uFileUtils.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/critical_section.h"
+#include "infra/text.h"
+#include "sysutil/uWinVersionInfo.h"
+
+#include <shlobj.h>
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+using TextList = std::vector<std::wstring>;
+
+// Each is made once and never changes, so that readers need no lock.
+struct FileCaches {
+  // Under it come the service cache's lock and what that takes, and no other.
+  CriticalSection lock;
+  std::atomic<const std::wstring*> win16SystemDir{nullptr};
+  std::atomic<const std::wstring*> systemDir{nullptr};
+  std::atomic<const std::wstring*> sysnativeDir{nullptr};
+  std::atomic<const std::wstring*> programFilesX86Dir{nullptr};
+  std::atomic<const std::wstring*> programFilesNativeDir{nullptr};
+  std::atomic<const TextList*> searchDirectories{nullptr};
+  std::atomic<const TextList*> executableExtensions{nullptr};
+
+  FileCaches() = default;
+  FileCaches(const FileCaches&) = delete;
+  FileCaches& operator=(const FileCaches&) = delete;
+  ~FileCaches() {
+    for (const auto* const text :
+         {&win16SystemDir, &systemDir, &sysnativeDir, &programFilesX86Dir, &programFilesNativeDir}) {
+      delete text->load();
+    }
+    delete searchDirectories.load();
+    delete executableExtensions.load();
+  }
+};
+
+FileCaches* g_caches = nullptr;
+
+constexpr std::wstring_view kDefaultExtensions[] = {L".com", L".exe", L".bat", L".cmd"};
+constexpr std::wstring_view kX86Suffix = L" (x86)";
+
+template <typename Value, typename Make>
+const Value& Cached(std::atomic<const Value*> FileCaches::*slot, Make&& make) {
+  std::atomic<const Value*>& cache = g_caches->*slot;
+  if (const Value* const value = cache.load()) return *value;
+  const ScopedLock lock(g_caches->lock);
+  if (const Value* const value = cache.load()) return *value;
+  const Value* const value = new Value(make());
+  cache.store(value);
+  return *value;
+}
+
+std::wstring WindowsDir() {
+  return TakeText([](BoundaryText* folder) { return DLLGlobals::Helper().GetWindowsFolder(folder); });
+}
+
+std::wstring SpecialFolder(std::int32_t csidl) {
+  return TakeText(
+      [csidl](BoundaryText* folder) { return DLLGlobals::ShellHelper().GetSpecialFolder(csidl, 0, folder); });
+}
+
+// Where the separator that ends the entry at the beginning of `text` stands. Inside a pair of quotes there is
+// none; a quote that is never closed is an ordinary character.
+std::size_t EntryEnd(std::wstring_view text) noexcept {
+  std::size_t from = 0;
+  if (text.starts_with(L'"')) {
+    const std::size_t close = text.find(L'"', 1);
+    if (close != std::wstring_view::npos) from = close;
+  }
+  return text.find(L';', from);
+}
+
+// The entries of an environment list. n separators give n + 1 entries, blanks belong to them; an empty text
+// has none.
+TextList SplitList(std::wstring_view text) {
+  TextList entries;
+  if (text.empty()) return entries;
+  for (;;) {
+    const std::size_t end = EntryEnd(text);
+    entries.push_back(DequoteText(text.substr(0, end)));
+    if (end == std::wstring_view::npos) return entries;
+    text.remove_prefix(end + 1);
+  }
+}
+
+auto FindText(TextList& list, std::wstring_view text) {
+  return std::ranges::find_if(list, [text](const std::wstring& entry) { return SameText(entry, text); });
+}
+
+void MoveToFront(TextList& list, const std::wstring& folder) {
+  if (const auto present = FindText(list, folder); present != list.end()) list.erase(present);
+  list.insert(list.begin(), folder);
+}
+
+TextList MakeSearchDirectories() {
+  TextList list = SplitList(FileUtils::GetEnvironmentValue(L"PATH"));
+  for (std::wstring& entry : list) entry = FileUtils::NormalizeDirectory(entry);
+  MoveToFront(list, FileUtils::NormalizeDirectory(WindowsDir()));
+  MoveToFront(list, FileUtils::GetSystemDir());
+  MoveToFront(list, FileUtils::GetWin16SystemDir());
+  return list;
+}
+
+TextList MakeExecutableExtensions() {
+  TextList list = SplitList(FileUtils::GetEnvironmentValue(L"PATHEXT"));
+  for (std::wstring& entry : list) {
+    if (!entry.starts_with(L'.')) entry.insert(0, 1, L'.');
+  }
+  for (const std::wstring_view extension : kDefaultExtensions) {
+    if (FindText(list, extension) == list.end()) list.emplace_back(extension);
+  }
+  return list;
+}
+
+std::wstring MakeProgramFilesX86Dir() {
+  if (!WinVersionInfo::IsWow64()) return WithTrailingBackslash(SpecialFolder(CSIDL_PROGRAM_FILES));
+  std::wstring folder = WithoutTrailingBackslash(SpecialFolder(CSIDL_PROGRAM_FILESX86));
+  if (!EndsText(kX86Suffix, folder)) folder += kX86Suffix;
+  return WithTrailingBackslash(folder);
+}
+
+// To a 32-bit process the shell names the 32-bit folder even when it is asked for the native one.
+std::wstring MakeProgramFilesNativeDir() {
+  std::wstring folder = SpecialFolder(CSIDL_PROGRAM_FILES);
+  if (WinVersionInfo::IsWow64()) {
+    folder = WithoutTrailingBackslash(folder);
+    if (EndsText(kX86Suffix, folder)) folder.resize(folder.size() - kX86Suffix.size());
+  }
+  return WithTrailingBackslash(folder);
+}
+
+}  // namespace
+
+std::wstring FileUtils::GetEnvironmentValue(const std::wstring& name) {
+  DWORD size = GetEnvironmentVariableW(name.c_str(), nullptr, 0);
+  for (;;) {
+    if (size == 0) return {};
+    std::wstring value(size, L'\0');
+    const DWORD length = GetEnvironmentVariableW(name.c_str(), value.data(), size);
+    if (length < size) {
+      value.resize(length);
+      return value;
+    }
+    // It grew between the two calls.
+    size = length;
+  }
+}
+
+const std::wstring& FileUtils::GetWin16SystemDir() {
+  return Cached(&FileCaches::win16SystemDir,
+                [] { return WithTrailingBackslash(WindowsDir()) + L"system\\"; });
+}
+
+const std::wstring& FileUtils::GetSystemDir() {
+  return Cached(&FileCaches::systemDir, [] {
+    return WithTrailingBackslash(
+        TakeText([](BoundaryText* folder) { return DLLGlobals::Helper().GetSystemFolder(folder); }));
+  });
+}
+
+const std::wstring& FileUtils::GetSysnativeDir() {
+  return Cached(&FileCaches::sysnativeDir, [] {
+    return WinVersionInfo::IsWow64() ? WithTrailingBackslash(WindowsDir()) + L"Sysnative\\" : GetSystemDir();
+  });
+}
+
+const std::wstring& FileUtils::GetProgramFilesX86Dir() {
+  return Cached(&FileCaches::programFilesX86Dir, MakeProgramFilesX86Dir);
+}
+
+const std::wstring& FileUtils::GetProgramFilesNativeDir() {
+  return Cached(&FileCaches::programFilesNativeDir, MakeProgramFilesNativeDir);
+}
+
+std::wstring FileUtils::NormalizePath(std::wstring_view text) {
+  const std::wstring unquoted = DequoteText(text);
+  const std::wstring expanded = TakeText(
+      [&](BoundaryText* path) { return DLLGlobals::ShellHelper().ExpandPath(unquoted.c_str(), path); });
+  return TakeText(
+      [&](BoundaryText* path) { return DLLGlobals::Helper().CanonicalizePath(expanded.c_str(), path); });
+}
+
+std::wstring FileUtils::NormalizeDirectory(std::wstring_view text) {
+  const std::wstring folder = NormalizePath(text);
+  return folder.empty() ? folder : WithTrailingBackslash(folder);
+}
+
+const std::vector<std::wstring>& FileUtils::SearchDirectories() {
+  return Cached(&FileCaches::searchDirectories, MakeSearchDirectories);
+}
+
+const std::vector<std::wstring>& FileUtils::ExecutableExtensions() {
+  return Cached(&FileCaches::executableExtensions, MakeExecutableExtensions);
+}
+
+void StartFileUtils() {
+  g_caches = new FileCaches;
+}
+
+void StopFileUtils() noexcept {
+  delete std::exchange(g_caches, nullptr);
+}
+
+}  // namespace smh

@@ -1,0 +1,77 @@
+// Files and folders that a 32-bit process on a 64-bit Windows sees under another name.
+#include "sysutil/uFileUtils.h"
+
+#include "infra/text.h"
+#include "sysutil/uWinVersionInfo.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace smh {
+
+namespace {
+
+using Folder = const std::wstring& (*)();
+
+struct Redirection {
+  Folder prefix;
+  Folder twin;
+};
+
+constexpr Redirection kRedirections[] = {
+    {FileUtils::GetSystemDir, FileUtils::GetSysnativeDir},
+    {FileUtils::GetSysnativeDir, FileUtils::GetSystemDir},
+    {FileUtils::GetProgramFilesX86Dir, FileUtils::GetProgramFilesNativeDir},
+    {FileUtils::GetProgramFilesNativeDir, FileUtils::GetProgramFilesX86Dir},
+};
+
+using ExistenceTest = bool (*)(const std::wstring&) noexcept;
+
+// Whether the path passes as given or as its twin, which then replaces it.
+bool ExistsOrTwin(std::wstring& path, ExistenceTest exists) {
+  if (exists(path)) return true;
+  if (!WinVersionInfo::IsWow64()) return false;
+  const auto rule = std::ranges::find_if(
+      kRedirections, [&path](const Redirection& candidate) { return StartsText(candidate.prefix(), path); });
+  if (rule == std::end(kRedirections)) return false;
+  // Kept on purpose: every occurrence of the prefix is replaced, not only the leading one.
+  std::wstring twin = ReplaceText(path, rule->prefix(), rule->twin());
+  if (!exists(twin)) return false;
+  path = std::move(twin);
+  return true;
+}
+
+// What follows a zero character would not be looked at.
+DWORD AttributesOf(const std::wstring& path) noexcept {
+  return path.find(L'\0') == std::wstring::npos ? GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace
+
+bool FileUtils::FileExists(const std::wstring& path) noexcept {
+  const DWORD attributes = AttributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool FileUtils::DirectoryExists(const std::wstring& path) noexcept {
+  const DWORD attributes = AttributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool FileUtils::FileExistsWow64(std::wstring& path) {
+  return ExistsOrTwin(path, FileExists);
+}
+
+std::wstring FileUtils::DirectoryExistsWow64(std::wstring_view path) {
+  std::wstring result(path);
+  ExistsOrTwin(result, DirectoryExists);
+  return result;
+}
+
+std::wstring FileUtils::MapWow64Path(std::wstring_view path) {
+  std::wstring result(path);
+  FileExistsWow64(result);
+  return result;
+}
+
+}  // namespace smh
