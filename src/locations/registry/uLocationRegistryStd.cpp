@@ -59,7 +59,9 @@ REGSAM TLocationRegistryStd::OwnView() {
 }
 
 bool TLocationRegistryStd::ItemExists(const TStartupItem& item) {
-  return ReadValue(AddressOf(item)).has_value();
+  const RegistryValueAddress address = AddressOf(item);
+  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
 }
 
 bool TLocationRegistryStd::IsChanged() {
