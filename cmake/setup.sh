@@ -42,8 +42,8 @@ build_targets() {
     say "configuring"
     (cd "$root" && cmake --preset "$preset") >&2
   fi
-  # Two runs at once must not build into each other. -o: no process started below keeps the lock.
-  local ninja=(flock -o "$root/build/.lock" ninja -C "$build")
+  # Two runs at once must not build into each other.
+  local ninja=(flock "$root/build/.lock" ninja -C "$build")
   if [[ $("${ninja[@]}" -n "$@") != *"no work to do"* ]]; then
     say "building"
     "${ninja[@]}" "$@" >&2

@@ -95,6 +95,19 @@ TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
   EXPECT_TRUE(Find("tray program").empty());
 }
 
+// A recorded write fails without a word: only looking the entry up tells.
+TEST_P(StartupctlChanges, ChangeThatDidNotHappenIsAFailure) {
+  SetRun(HKEY_CURRENT_USER, L"ctl stays", Command(L"stays"));
+  MakeKey(HKEY_CURRENT_USER, kSideKey);
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kSideKey, LimitedKey::Rights::kReadOnly);
+    const StartupctlResult result = Run({L"disable", L"ctl stays"}, 1);
+    EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot disable ")) << result.errors;
+  }
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl stays"), Command(L"stays"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl stays"), std::nullopt);
+}
+
 TEST_F(StartupctlTest, AmbiguousCaptionIsRefusedWithCandidates) {
   SetRun(HKEY_CURRENT_USER, L"ctl same", Command(L"user"));
   SetRun(HKEY_LOCAL_MACHINE, L"ctl same", Command(L"common"), NativeView());
