@@ -52,6 +52,8 @@ TEST_F(FileUtilsTest, SplitCommandLine) {
       {L"a.exe run A.EXE b.exe", L"a.exe", L"run  b.exe"},
       {L"\"C:\\x\\a.exe\" \"/in:C:\\X\\A.exe\"", L"C:\\x\\a.exe", L"/in:\""},
       {L"x xyx", L"x", L"y"},
+      {L"\"aab\" aaab aaaaab", L"aab", L"a aaa"},
+      {L"\"aba\" ababa", L"aba", L"ba"},
   };
   for (const Row& row : rows) {
     const CommandParts parts = FileUtils::SplitCommandLine(row.command);

@@ -50,7 +50,7 @@ class FileSearchTest : public testing::Test {
  private:
   static void Clean() {
     for (const REGSAM view : {KEY_WOW64_32KEY, KEY_WOW64_64KEY}) {
-      for (const wchar_t* const extension : {L".com", L".exe", L".bat", L".cmd"}) {
+      for (const wchar_t* const extension : {L".com", L".exe", L".bat", L".cmd", L".missing"}) {
         test::DeleteKeyTree(HKEY_LOCAL_MACHINE, AppPathKey(extension), view);
       }
     }
