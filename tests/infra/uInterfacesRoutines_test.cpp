@@ -2,6 +2,7 @@
 
 #include "infra/intf_DebugLog.h"
 #include "infra/intf_general.h"
+#include "infra/text.h"
 #include "support/child_process.h"
 #include "support/fake_basekit.h"
 #include "support/fake_siblings.h"
@@ -54,6 +55,16 @@ TEST_F(SiblingTest, AnsweredServiceIsKept) {
   StartLibraryList();
   EXPECT_EQ(GetSafeguard(), other.Get());
   test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, nullptr);
+}
+
+TEST_F(SiblingTest, WhatIsNotReplacedComesFromTheRealLibrary) {
+  const auto globals = MakeComObject<test::FakeGlobals>();
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, globals.Get());
+  EXPECT_EQ(GetGlobals(), globals.Get());
+  IHelper* const helper = GetHelper();
+  EXPECT_TRUE(
+      EndsText(L"\\windows", TakeText([&](BoundaryText* text) { return helper->GetWindowsFolder(text); })));
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, nullptr);
 }
 
 TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {

@@ -143,7 +143,7 @@ TEST_F(DebugLogTest, ThreadsWriteWholeLinesAndNestApart) {
   }
 }
 
-TEST_F(DebugLogTest, LaterSessionAppends) {
+TEST_F(DebugLogTest, LaterLoadAppends) {
   Message(L"first");
   library_.reset();
   library_.emplace(L"tracekit.dll");

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <set>
 
 namespace smh {
@@ -54,6 +55,10 @@ TEST(ProgramPartTest, FirstPrefixThatNamesAFileWins) {
   EXPECT_EQ(extensions.ProgramOf(L"C:\\My Tools\\a b /min"), L"C:\\My Tools\\a b");
   EXPECT_EQ(extensions.ProgramOf(L"C:\\Other Tools\\x.exe"), L"C:\\Other");
   EXPECT_EQ(extensions.ProgramOf(L"C:\\notes.txt x.exe y"), L"C:\\notes.txt");
+
+  // Every blank of a run ends the same prefix, which is tested once.
+  EXPECT_EQ(disk.ProgramOf(L"C:\\gone.exe  \t -x"), L"C:\\gone.exe");
+  EXPECT_EQ(std::ranges::count(disk.probes, L"C:\\gone.exe"), 1);
 }
 
 TEST(ProgramPartTest, ReferencesAreExpandedForTheTestOnly) {

@@ -108,21 +108,41 @@ TEST(VersionRecordTest, ValueLengthsOfEitherUnitAreRead) {
   EXPECT_EQ(record.String(L"C"), L"last");
 }
 
+// Bytes that end where readable memory ends: a read past them is a fault.
+class EdgeOfMemory {
+ public:
+  EdgeOfMemory()
+      : pages_(static_cast<std::byte*>(VirtualAlloc(nullptr, 2 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
+    DWORD old = 0;
+    VirtualProtect(pages_ + kPage, kPage, PAGE_NOACCESS, &old);
+  }
+  ~EdgeOfMemory() { VirtualFree(pages_, 0, MEM_RELEASE); }
+
+  std::span<const std::byte> Put(std::span<const std::byte> bytes) const {
+    std::byte* const start = pages_ + kPage - bytes.size();
+    if (!bytes.empty()) std::memcpy(start, bytes.data(), bytes.size());
+    return {start, bytes.size()};
+  }
+
+ private:
+  static constexpr std::size_t kPage = 4096;
+  std::byte* pages_;
+};
+
 TEST(VersionRecordTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
-  const Bytes whole =
-      Record({Translations({0x0409, 0x04B0}),
-              Strings({Table(u"040904B0", {TextBlock(u"Name", u"text"), TextBlock(u"B", u"b")})})});
+  const EdgeOfMemory edge;
+  const Bytes table = Table(u"040904B0", {TextBlock(u"Name", u"text"), TextBlock(u"B", u"b")});
+  const Bytes whole = Record({Translations({0x0409, 0x04B0}), Strings({table})});
+  ASSERT_EQ(VersionRecord(edge.Put(whole)).String(L"Name"), L"text");
   for (std::size_t size = 0; size < whole.size(); ++size) {
-    // A buffer of its own, so that reading past the end leaves the block.
-    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-    const std::wstring text = VersionRecord(cut).String(L"Name");
+    const std::wstring text = VersionRecord(edge.Put(std::span(whole).first(size))).String(L"Name");
     EXPECT_TRUE(std::wstring(L"text").starts_with(text)) << size;
   }
   for (std::size_t at = 0; at < whole.size(); ++at) {
     for (const int value : {0x00, 0x01, 0x05, 0x06, 0x7F, 0xFF}) {
       Bytes changed = whole;
       changed[at] = static_cast<std::byte>(value);
-      EXPECT_LE(VersionRecord(changed).String(L"B").size(), whole.size());
+      EXPECT_LE(VersionRecord(edge.Put(changed)).String(L"B").size(), whole.size());
     }
   }
 }

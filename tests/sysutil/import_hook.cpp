@@ -1,22 +1,21 @@
 #include "sysutil/import_hook.h"
 
+#include "support/import_patch.h"
+
 #include <cstdint>
 #include <cstring>
 #include <map>
-#include <stdexcept>
 
 namespace smh::test {
 
 namespace {
 
-using GetProcAddressFunction = FARPROC(WINAPI*)(HMODULE, LPCSTR);
+decltype(&GetProcAddress) g_original = nullptr;
 
 std::map<std::string, void*>& Replacements() {
   static std::map<std::string, void*> replacements;
   return replacements;
 }
-
-GetProcAddressFunction g_original = nullptr;
 
 std::string NameText(const char* name) {
   const auto number = reinterpret_cast<std::uintptr_t>(name);
@@ -32,28 +31,10 @@ FARPROC WINAPI Answer(HMODULE module, LPCSTR name) {
   return address;
 }
 
-// The place in this program's import table that holds the address of GetProcAddress.
-GetProcAddressFunction* ImportedPlace() {
-  auto* const base = reinterpret_cast<BYTE*>(GetModuleHandleW(nullptr));
-  const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-  const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-  const IMAGE_DATA_DIRECTORY& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
-  auto* const places = reinterpret_cast<GetProcAddressFunction*>(base + table.VirtualAddress);
-  const auto wanted = static_cast<GetProcAddressFunction>(&GetProcAddress);
-  for (DWORD i = 0; i < table.Size / sizeof(places[0]); ++i) {
-    if (places[i] == wanted) return &places[i];
-  }
-  throw std::runtime_error("GetProcAddress is not imported");
-}
-
 void Redirect() {
   if (g_original != nullptr) return;
-  GetProcAddressFunction* const place = ImportedPlace();
-  DWORD protection = 0;
-  VirtualProtect(place, sizeof(*place), PAGE_READWRITE, &protection);
-  g_original = *place;
-  *place = &Answer;
-  VirtualProtect(place, sizeof(*place), protection, &protection);
+  g_original = &GetProcAddress;
+  static const ImportPatch patch("GetProcAddress", &Answer);
 }
 
 }  // namespace
