@@ -54,18 +54,13 @@ testing::AssertionResult OutText::IsWellFormed() const {
   if (text_ == nullptr) return testing::AssertionSuccess();
   if (text_ == kGarbage) return testing::AssertionFailure() << "the out text was not written";
   const TextHead head = HeadOf(text_);
-  if (head.references < 1) return testing::AssertionFailure() << head.references << " references";
-  if (head.length == 0) return testing::AssertionFailure() << "an empty text that is not null";
-  if (std::wcslen(text_) != head.length) {
-    return testing::AssertionFailure() << "length " << head.length << " of " << std::wcslen(text_);
+  const SIZE_T needed = sizeof(head) + (head.length + 1) * sizeof(wchar_t);
+  const HANDLE heap = GetProcessHeap();
+  if (head.references >= 1 && head.length != 0 && std::wcslen(text_) == head.length &&
+      HeapValidate(heap, 0, BlockOf(text_)) && HeapSize(heap, 0, BlockOf(text_)) >= needed) {
+    return testing::AssertionSuccess();
   }
-  if (!HeapValidate(GetProcessHeap(), 0, BlockOf(text_))) {
-    return testing::AssertionFailure() << "not a block of the process heap";
-  }
-  const SIZE_T needed = 8 + (head.length + 1) * sizeof(wchar_t);
-  const SIZE_T size = HeapSize(GetProcessHeap(), 0, BlockOf(text_));
-  if (size < needed) return testing::AssertionFailure() << "a block of " << size << " bytes";
-  return testing::AssertionSuccess();
+  return testing::AssertionFailure() << head.references << " references, length " << head.length;
 }
 
 OutVariant::OutVariant() noexcept {

@@ -88,23 +88,6 @@ TEST_F(ManagerTest, StringsAreSharedAndEachHasItsOwnPlace) {
   }
 }
 
-TEST_F(ManagerTest, OutTextsAreOverwrittenWithoutRelease) {
-  struct {
-    std::int32_t references = 1;
-    std::uint32_t length = 4;
-    wchar_t text[5] = L"held";
-  } held;
-  OutText out;
-  *out.Put() = held.text;
-  ASSERT_EQ(manager.Strings().Get(0, out.Put()), S_OK);
-  ASSERT_NE(out.Get(), held.text);
-  EXPECT_EQ(held.references, 1);
-  // Two answers are two texts or one counted twice; either way each is released for itself.
-  OutText second;
-  ASSERT_EQ(manager.Strings().Get(0, second.Put()), S_OK);
-  EXPECT_TRUE(out.IsWellFormed());
-}
-
 // The rules are FileUtils's; here the round trip and what no host may get wrong or crash.
 TEST_F(ManagerTest, ResolvesCommandsToFiles) {
   const SampleProgram sample;

@@ -16,20 +16,11 @@ TEST_F(ReadingTest, StateRisesFromZeroToTwo) {
   Read();
   ASSERT_EQ(items.Stop(), S_OK);
   // While somebody holds the list, a new reader gets no further than its first location.
-  std::atomic<bool> held{false};
-  std::atomic<bool> letGo{false};
-  std::thread holder([&] {
-    items.Lock();
-    held = true;
-    while (!letGo) Sleep(5);
-    items.Unlock();
-  });
-  while (!held) Sleep(1);
-  EXPECT_EQ(items.Refresh(), S_OK);
+  ASSERT_EQ(items.Lock(), S_OK);
+  std::thread([&] { EXPECT_EQ(items.Refresh(), S_OK); }).join();
   Sleep(50);
   EXPECT_EQ(items.GetReadState(), 0);
-  letGo = true;
-  holder.join();
+  EXPECT_EQ(items.Unlock(), S_OK);
   std::int32_t last = 0;
   EXPECT_TRUE(WaitUntil([&] {
     const std::int32_t state = items.GetReadState();
@@ -105,10 +96,7 @@ TEST_F(ReadingTest, WalksUnderTheLockAreConsistentWhileReading) {
   std::atomic<int> faults{0};
   std::atomic<int> walks{0};
   std::thread walker([&] {
-    for (; !end; Sleep(1)) {
-      faults += Walk(items);
-      ++walks;
-    }
+    for (; !end; Sleep(1), ++walks) faults += Walk(items);
   });
   const DWORD begin = GetTickCount();
   for (int round = 0; GetTickCount() - begin < 3000; ++round) {

@@ -148,15 +148,13 @@ TEST_F(FileSearchTest, SharedDllsFirstPathOfThatNameCounts) {
   EXPECT_EQ(Found(L"SMH tool.DLL"), apart_.File(L"a\\smh tool.dll"));
 }
 
-TEST_F(FileSearchTest, SharedDllsLastMatchingExtensionWins) {
+TEST_F(FileSearchTest, SharedDllsLastMatchingExtensionAndNativeViewWin) {
   AddSharedDll(apart_.Write(L"smh tool.com", "x"), KEY_WOW64_64KEY);
   AddSharedDll(apart_.Write(L"smh tool.exe", "x"), KEY_WOW64_64KEY);
   EXPECT_EQ(Found(kTool), apart_.File(L"smh tool.exe"));
   AddSharedDll(apart_.File(L"smh tool.bat"), KEY_WOW64_64KEY);
   EXPECT_EQ(Found(kTool), L"");
-}
-
-TEST_F(FileSearchTest, SharedDllsOfTheNativeViewReplaceTheOthers) {
+  // Whatever the native view says replaces the other answer.
   const std::wstring file = apart_.Write(L"smh tool.dll", "x");
   AddSharedDll(file, KEY_WOW64_32KEY);
   EXPECT_EQ(FileUtils::SearchSharedDlls(0, kTool, L".dll"), file);

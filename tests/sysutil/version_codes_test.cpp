@@ -41,18 +41,15 @@ TEST(OsCodeTest, EveryRule) {
   } rows[] = {
       {0, 3, 10, 0, 0, 0, L"", L"Win32s"},
       {1, 4, 9, 0, 0, 0, L" A", L"Windows 95"},
-      {1, 4, 10, 0, 0, 0, L"A", L"Windows 98"},
       {1, 4, 10, 0, 0, 0, L" a", L"Windows 98"},
       {1, 4, 89, 0, 0, 0, L"BA", L"Windows 98 SE"},
       {1, 4, 90, 0, 0, 0, L" A", L"Windows Millennium"},
-      {1, 3, 90, 0, 0, 0, L"", L"Unknown"},
       {1, 5, 0, 0, 0, 0, L"", L"Unknown"},
       {2, 4, 0, 3, 0x8000, 1, L"", L"Windows NT"},
       {2, 5, 0, 3, 0x8000, 1, L"", L"Windows 2000"},
       {2, 5, 1, 3, 0x8000, 1, L"", L"Windows XP"},
       {2, 5, 2, 1, 0, 1, L"", L"Windows XP"},
-      {2, 5, 2, 1, 0x8000, 0, L"", L"Windows Home Server"},
-      {2, 5, 2, 3, 0x8010, 1, L"", L"Windows Home Server"},
+      {2, 5, 2, 1, 0x8010, 1, L"", L"Windows Home Server"},
       {2, 5, 2, 3, 0, 0, L"", L"Windows Server 2003"},
       {2, 5, 3, 2, 0, 7, L"", L"Windows Server 2003 R2"},
       {2, 6, 0, 1, 0x8000, 1, L"", L"Windows Vista"},
@@ -83,16 +80,13 @@ TEST(ArchitectureAndServicePackTest, EveryRule) {
   for (const auto& [architecture, name] : architectures) {
     EXPECT_EQ(ArchitectureNameOf(ArchitectureCodeOf(architecture)), name) << architecture;
   }
-  const std::pair<WORD, std::wstring_view> packs[] = {
-      {0, L""},
-      {1, L"Service Pack 1"},
-      {2, L"Service Pack 2"},
-      {3, L"Service Pack 3"},
-      {4, L"Service Pack 4"},
-      {5, L"Service Pack 5"},
-      {6, L"Service Pack 5"},
-      {0xFFFF, L"Service Pack 5"},
-  };
+  const std::pair<WORD, std::wstring_view> packs[] = {{0, L""},
+                                                      {1, L"Service Pack 1"},
+                                                      {2, L"Service Pack 2"},
+                                                      {3, L"Service Pack 3"},
+                                                      {4, L"Service Pack 4"},
+                                                      {5, L"Service Pack 5"},
+                                                      {0xFFFF, L"Service Pack 5"}};
   for (const auto& [major, name] : packs) {
     FakeFacts facts;
     facts.servicePackMajor = major;
