@@ -37,21 +37,6 @@ ULONG References(IUnknown& object) {
   return object.Release();
 }
 
-// A service of a sibling library until the end of the scope.
-class Installed {
- public:
-  Installed(const wchar_t* library, const wchar_t* id, IUnknown* object) : library_(library), id_(id) {
-    test::InstallFakeSibling(library, id, object);
-  }
-  ~Installed() { test::InstallFakeSibling(library_, id_, nullptr); }
-  Installed(const Installed&) = delete;
-  Installed& operator=(const Installed&) = delete;
-
- private:
-  const wchar_t* library_;
-  const wchar_t* id_;
-};
-
 class DllGlobalsTest : public testing::Test {
  protected:
   DllGlobalsTest() {
@@ -59,9 +44,19 @@ class DllGlobalsTest : public testing::Test {
     StartDllGlobals();
   }
   ~DllGlobalsTest() override {
+    for (const auto& [library, id] : installed_) test::InstallFakeSibling(library, id, nullptr);
     StopDllGlobals();
     StopLibraryList();
   }
+
+  // A service of a sibling library until the end of the test.
+  void Install(const wchar_t* library, const wchar_t* id, IUnknown* object) {
+    test::InstallFakeSibling(library, id, object);
+    installed_.emplace_back(library, id);
+  }
+
+ private:
+  std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
 };
 
 TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
@@ -82,13 +77,12 @@ TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
     // Only one of its slots is ever called: the first, by ShellDialogs.
     const auto object = MakeComObject<FakeDialogs>();
     const auto later = MakeComObject<FakeDialogs>();
-    {
-      const Installed installed(row.library, row.id, object.Get());
-      EXPECT_EQ(row.get(), object.Get()) << row.id;
-    }
-    const Installed installed(row.library, row.id, later.Get());
+    Install(row.library, row.id, object.Get());
+    EXPECT_EQ(row.get(), object.Get()) << row.id;
+    Install(row.library, row.id, later.Get());
     EXPECT_EQ(row.get(), object.Get()) << row.id;
     EXPECT_EQ(References(*object), 2u);
+    test::InstallFakeSibling(row.library, row.id, nullptr);
     StopDllGlobals();
     EXPECT_EQ(References(*object), 1u);
     StartDllGlobals();
@@ -97,7 +91,7 @@ TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
 
 TEST_F(DllGlobalsTest, ShellDialogsAreInitialisedOnceHoweverManyAsk) {
   const auto dialogs = MakeComObject<FakeDialogs>();
-  const Installed installed(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
+  Install(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
   std::vector<std::thread> threads;
   std::atomic<int> ready{0};
   for (int i = 0; i < 8; ++i) {
@@ -117,19 +111,17 @@ class SettingsWithoutObject : public test::FakeSettings {
 };
 
 TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTimeAndOnWithoutSettings) {
-  {
-    const auto settings = MakeComObject<test::FakeSettings>();
-    const Installed installed(L"prefkit.dll", ISettings::kId, settings.Get());
-    settings->useCheckpoints = false;
-    EXPECT_FALSE(DLLGlobals::UseBackupCheckpoints());
-    settings->useCheckpoints = true;
-    EXPECT_TRUE(DLLGlobals::UseBackupCheckpoints());
-    EXPECT_EQ(settings->Asked(), (std::vector<std::wstring>{L"startupmanager.exe", L"startupmanager.exe"}));
+  const auto settings = MakeComObject<test::FakeSettings>();
+  Install(L"prefkit.dll", ISettings::kId, settings.Get());
+  for (const bool use : {false, true}) {
+    settings->useCheckpoints = use;
+    EXPECT_EQ(DLLGlobals::UseBackupCheckpoints(), use);
   }
+  EXPECT_EQ(settings->Asked(), (std::vector<std::wstring>{L"startupmanager.exe", L"startupmanager.exe"}));
   StopDllGlobals();
   StartDllGlobals();
   const auto broken = MakeComObject<SettingsWithoutObject>();
-  const Installed installed(L"prefkit.dll", ISettings::kId, broken.Get());
+  Install(L"prefkit.dll", ISettings::kId, broken.Get());
   EXPECT_TRUE(DLLGlobals::UseBackupCheckpoints());
 }
 
