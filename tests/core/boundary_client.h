@@ -12,8 +12,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace smh::test {
@@ -58,6 +58,8 @@ class OutText {
 class OutVariant {
  public:
   OutVariant() noexcept;
+  // What the item answers for a property.
+  OutVariant(const class RawItem& item, std::int32_t index);
   ~OutVariant();
   OutVariant(const OutVariant&) = delete;
   OutVariant& operator=(const OutVariant&) = delete;
@@ -71,7 +73,7 @@ class OutVariant {
   VARIANT value_;
 };
 
-// Owns one reference to an object of the library.
+// Owns one reference to an object of the library. A call without object throws std::logic_error.
 class RawObject {
  public:
   RawObject() noexcept = default;
@@ -100,6 +102,7 @@ class RawObject {
  protected:
   template <typename Result, typename... Arguments>
   Result Call(int slot, Arguments... arguments) const {
+    if (object_ == nullptr) throw std::logic_error("a call without object");
     using Function = Result(__stdcall*)(void*, Arguments...);
     void* const* const table = *static_cast<void* const* const*>(object_);
     return reinterpret_cast<Function>(table[slot])(object_, arguments...);
@@ -205,7 +208,7 @@ std::optional<ErrorInfo> TakeErrorInfo();
 void PlantErrorInfo();
 
 // The result and the error info are those of a failed assertion of that unit.
-testing::AssertionResult IsAssertion(HRESULT result, std::wstring_view unit);
+testing::AssertionResult IsAssertion(HRESULT result, const std::wstring& unit);
 // The result says so and the error info explains it.
 testing::AssertionResult IsExplained(HRESULT result, HRESULT expected);
 

@@ -37,21 +37,6 @@ ULONG References(IUnknown& object) {
   return object.Release();
 }
 
-// A service of a sibling library until the end of the scope.
-class Installed {
- public:
-  Installed(const wchar_t* library, const wchar_t* id, IUnknown* object) : library_(library), id_(id) {
-    test::InstallFakeSibling(library, id, object);
-  }
-  ~Installed() { test::InstallFakeSibling(library_, id_, nullptr); }
-  Installed(const Installed&) = delete;
-  Installed& operator=(const Installed&) = delete;
-
- private:
-  const wchar_t* library_;
-  const wchar_t* id_;
-};
-
 class DllGlobalsTest : public testing::Test {
  protected:
   DllGlobalsTest() {
@@ -59,18 +44,27 @@ class DllGlobalsTest : public testing::Test {
     StartDllGlobals();
   }
   ~DllGlobalsTest() override {
+    for (const auto& [library, id] : installed_) test::InstallFakeSibling(library, id, nullptr);
     StopDllGlobals();
     StopLibraryList();
   }
+
+  // A service of a sibling library until the end of the test.
+  void Install(const wchar_t* library, const wchar_t* id, IUnknown* object) {
+    test::InstallFakeSibling(library, id, object);
+    installed_.emplace_back(library, id);
+  }
+
+ private:
+  std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
 };
 
 TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
-  struct Row {
+  const struct {
     const wchar_t* library;
     const wchar_t* id;
     std::function<IUnknown*()> get;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {L"basekit.dll", IHelper::kId, [] { return &DLLGlobals::Helper(); }},
       {L"basekit.dll", IGlobals::kId, [] { return &DLLGlobals::Globals(); }},
       {L"basekit.dll", IShellHelper::kId, [] { return &DLLGlobals::ShellHelper(); }},
@@ -79,20 +73,16 @@ TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
       {L"prefkit.dll", ISettings::kId, [] { return &DLLGlobals::Settings(); }},
       {L"basekit.dll", IShellDialogsHelper::kId, [] { return &DLLGlobals::ShellDialogs(); }},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     // Only one of its slots is ever called: the first, by ShellDialogs.
     const auto object = MakeComObject<FakeDialogs>();
     const auto later = MakeComObject<FakeDialogs>();
-    {
-      const Installed installed(row.library, row.id, object.Get());
-      const ULONG before = References(*object);
-      EXPECT_EQ(row.get(), object.Get()) << row.id;
-      EXPECT_EQ(References(*object), before + 1);
-    }
-    const Installed installed(row.library, row.id, later.Get());
+    Install(row.library, row.id, object.Get());
+    EXPECT_EQ(row.get(), object.Get()) << row.id;
+    Install(row.library, row.id, later.Get());
     EXPECT_EQ(row.get(), object.Get()) << row.id;
     EXPECT_EQ(References(*object), 2u);
-    EXPECT_EQ(object->initialised, std::wstring_view(row.id) == IShellDialogsHelper::kId ? 1 : 0);
+    test::InstallFakeSibling(row.library, row.id, nullptr);
     StopDllGlobals();
     EXPECT_EQ(References(*object), 1u);
     StartDllGlobals();
@@ -101,7 +91,7 @@ TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
 
 TEST_F(DllGlobalsTest, ShellDialogsAreInitialisedOnceHoweverManyAsk) {
   const auto dialogs = MakeComObject<FakeDialogs>();
-  const Installed installed(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
+  Install(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
   std::vector<std::thread> threads;
   std::atomic<int> ready{0};
   for (int i = 0; i < 8; ++i) {
@@ -115,63 +105,56 @@ TEST_F(DllGlobalsTest, ShellDialogsAreInitialisedOnceHoweverManyAsk) {
   EXPECT_EQ(dialogs->initialised, 1);
 }
 
-TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTime) {
-  const auto settings = MakeComObject<test::FakeSettings>();
-  const Installed installed(L"prefkit.dll", ISettings::kId, settings.Get());
-  settings->useCheckpoints = false;
-  EXPECT_FALSE(DLLGlobals::UseBackupCheckpoints());
-  settings->useCheckpoints = true;
-  EXPECT_TRUE(DLLGlobals::UseBackupCheckpoints());
-  const std::vector<std::wstring> asked = {L"startupmanager.exe", L"startupmanager.exe"};
-  EXPECT_EQ(settings->Asked(), asked);
-}
-
 class SettingsWithoutObject : public test::FakeSettings {
  public:
   HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings**) override { return E_FAIL; }
 };
 
-TEST_F(DllGlobalsTest, WithoutSettingsChangesAreRecorded) {
-  const auto settings = MakeComObject<SettingsWithoutObject>();
-  const Installed installed(L"prefkit.dll", ISettings::kId, settings.Get());
+TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTimeAndOnWithoutSettings) {
+  const auto settings = MakeComObject<test::FakeSettings>();
+  Install(L"prefkit.dll", ISettings::kId, settings.Get());
+  for (const bool use : {false, true}) {
+    settings->useCheckpoints = use;
+    EXPECT_EQ(DLLGlobals::UseBackupCheckpoints(), use);
+  }
+  EXPECT_EQ(settings->Asked(), (std::vector<std::wstring>{L"startupmanager.exe", L"startupmanager.exe"}));
+  StopDllGlobals();
+  StartDllGlobals();
+  const auto broken = MakeComObject<SettingsWithoutObject>();
+  Install(L"prefkit.dll", ISettings::kId, broken.Get());
   EXPECT_TRUE(DLLGlobals::UseBackupCheckpoints());
 }
 
 TEST_F(DllGlobalsTest, IndirectStrings) {
   const std::wstring self = test::ThisProgram();
   SetEnvironmentVariableW(L"SMH_TEST_PROGRAM", self.c_str());
+  const test::TemporaryFolder folder;
+  const std::wstring noImage = folder.Write(L"text.dll", "no image");
+  const std::wstring copy = folder.File(L"copy, of a program.exe");
+  ASSERT_TRUE(CopyFileW(self.c_str(), copy.c_str(), TRUE));
   const std::wstring text = L"A text of the test's own";
+  std::wstring cut;
+  while (cut.size() < 259) cut += static_cast<wchar_t>(L'0' + cut.size() % 10);
   const std::pair<std::wstring, std::wstring> rows[] = {
       {L"", L""},
-      {L"plain", L"plain"},
       {L"plain,-4001", L"plain,-4001"},
       {L" @" + self + L",-4001", L" @" + self + L",-4001"},
       {L"@" + self + L",-4001", text},
       {L"@" + self + L",4001", text},
       {L"@%SMH_TEST_PROGRAM%,-4001", text},
+      {L"@" + copy + L",-4001", text},
+      {L"@" + self + L",-4002", cut},
       {L"@" + self + L",-4003", L""},
       {L"@" + self + L",-2147483648", L""},
       {L"@" + self, L""},
-      {L"@", L""},
       {L"@,-4001", L""},
       {L"@C:\\smh missing.dll,-4001", L""},
+      {L"@" + noImage + L",-4001", L""},
       {L"@" + std::wstring(32'000, L'a') + L",-1", L""},
   };
   for (const auto& [reference, expected] : rows) {
     EXPECT_EQ(DLLGlobals::LoadIndirectString(reference), expected) << reference.substr(0, 80);
   }
-  std::wstring cut;
-  while (cut.size() < 259) cut += static_cast<wchar_t>(L'0' + cut.size() % 10);
-  EXPECT_EQ(DLLGlobals::LoadIndirectString(L"@" + self + L",-4002"), cut);
-}
-
-TEST_F(DllGlobalsTest, IndirectStringFromAFileThatIsNoLibrary) {
-  const test::TemporaryFolder folder;
-  const std::wstring file = folder.Write(L"text,with comma.dll", "no image");
-  EXPECT_EQ(DLLGlobals::LoadIndirectString(L"@" + file + L",-4001"), L"");
-  const std::wstring copy = folder.File(L"copy, of a program.exe");
-  ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), copy.c_str(), TRUE));
-  EXPECT_EQ(DLLGlobals::LoadIndirectString(L"@" + copy + L",-4001"), L"A text of the test's own");
   // The file is free again.
   EXPECT_TRUE(DeleteFileW(copy.c_str()));
 }

@@ -22,21 +22,6 @@ std::wstring WindowsFolder() {
   return std::wstring(folder, GetWindowsDirectoryW(folder, MAX_PATH)) + L'\\';
 }
 
-std::wstring UpperCase(std::wstring text) {
-  CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
-  return text;
-}
-
-TEST_F(FileUtilsTest, EnvironmentValues) {
-  const ScopedEnvironment usual(L"SMH_USUAL", L" a value ");
-  const ScopedEnvironment longest(L"SMH_LONG", std::wstring(20'000, L'x'));
-  const ScopedEnvironment missing(L"SMH_MISSING", std::nullopt);
-  EXPECT_EQ(FileUtils::GetEnvironmentValue(L"SMH_USUAL"), L" a value ");
-  EXPECT_EQ(FileUtils::GetEnvironmentValue(L"SMH_LONG"), std::wstring(20'000, L'x'));
-  EXPECT_EQ(FileUtils::GetEnvironmentValue(L"SMH_MISSING"), L"");
-  EXPECT_EQ(FileUtils::GetEnvironmentValue(L""), L"");
-}
-
 TEST_F(FileUtilsTest, Folders) {
   const std::wstring windows = WindowsFolder();
   EXPECT_EQ(FileUtils::GetWin16SystemDir(), windows + L"system\\");
@@ -49,13 +34,11 @@ TEST_F(FileUtilsTest, Folders) {
 
 TEST_F(FileUtilsTest, Normalisation) {
   const ScopedEnvironment variable(L"SMH_DIR", L"C:\\some dir");
-  struct Row {
+  const struct {
     const wchar_t* text;
     const wchar_t* path;
     const wchar_t* folder;
-  };
-  const Row rows[] = {
-      {L"", L"", L""},
+  } rows[] = {
       {L"\"\"", L"", L""},
       {L"name.exe", L"name.exe", L"name.exe\\"},
       {L"\"%SMH_DIR%\\x.exe\"", L"C:\\some dir\\x.exe", L"C:\\some dir\\x.exe\\"},
@@ -63,72 +46,67 @@ TEST_F(FileUtilsTest, Normalisation) {
       {L"C:/a/b", L"C:\\a\\b", L"C:\\a\\b\\"},
       {L"%SMH_NOT_THERE%", L"%SMH_NOT_THERE%", L"%SMH_NOT_THERE%\\"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     EXPECT_EQ(FileUtils::NormalizePath(row.text), row.path);
     EXPECT_EQ(FileUtils::NormalizeDirectory(row.text), row.folder);
   }
 }
 
-// What PATH becomes behind the three folders of the system.
-TextList EntriesOf(const std::optional<std::wstring>& path) {
-  const ScopedEnvironment variable(L"PATH", path);
-  const StartedFileUtils started;
-  const TextList& list = FileUtils::SearchDirectories();
-  const TextList front(list.begin(), list.begin() + 3);
+TEST(SearchDirectoriesTest, EntriesOfPathBehindTheSystemFolders) {
   const std::wstring windows = WindowsFolder();
-  EXPECT_EQ(front, (TextList{windows + L"system\\", windows + L"system32\\", windows}));
-  return TextList(list.begin() + 3, list.end());
-}
-
-TEST(SearchDirectoriesTest, EntriesOfPath) {
+  std::wstring upper = windows;
+  CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
   const ScopedEnvironment variable(L"SMH_DIR", L"C:\\from variable");
-  EXPECT_EQ(EntriesOf(std::nullopt), TextList());
-  EXPECT_EQ(EntriesOf(L"C:\\b;C:\\a\\;C:\\b"), (TextList{L"C:\\b\\", L"C:\\a\\", L"C:\\b\\"}));
-  EXPECT_EQ(EntriesOf(L";;"), (TextList{L"", L"", L""}));
-  EXPECT_EQ(EntriesOf(L"C:\\a;"), (TextList{L"C:\\a\\", L""}));
-  EXPECT_EQ(EntriesOf(L"C:\\with blank;%SMH_DIR%"), (TextList{L"C:\\with blank\\", L"C:\\from variable\\"}));
-  EXPECT_EQ(EntriesOf(L"\"C:\\quoted\";\"C:\\semi;colon\";C:\\c"),
-            (TextList{L"C:\\quoted\\", L"C:\\semi;colon\\", L"C:\\c\\"}));
-  const TextList unclosed = EntriesOf(L"\"C:\\a;C:\\b");
-  ASSERT_EQ(unclosed.size(), 2u);
-  EXPECT_EQ(unclosed[1], L"C:\\b\\");
-}
-
-TEST(SearchDirectoriesTest, OneOccurrenceOfEachSystemFolderMovesToTheFront) {
-  const std::wstring windows = WindowsFolder();
-  const std::wstring upper = UpperCase(windows);
-  EXPECT_EQ(EntriesOf(L"C:\\a;" + upper + L"SYSTEM32;C:\\b;" + upper + L";" + upper + L"SYSTEM\\"),
-            (TextList{L"C:\\a\\", L"C:\\b\\"}));
-  EXPECT_EQ(EntriesOf(windows + L"system32;C:\\a;" + windows + L"system32"),
-            (TextList{L"C:\\a\\", windows + L"system32\\"}));
-}
-
-TextList ExtensionsOf(const std::optional<std::wstring>& pathExt) {
-  const ScopedEnvironment variable(L"PATHEXT", pathExt);
+  const std::pair<std::optional<std::wstring>, TextList> rows[] = {
+      {std::nullopt, {}},
+      {L"C:\\b;C:\\a\\;C:\\b", {L"C:\\b\\", L"C:\\a\\", L"C:\\b\\"}},
+      {L"C:\\a;;", {L"C:\\a\\", L"", L""}},
+      {L"C:\\with blank;%SMH_DIR%", {L"C:\\with blank\\", L"C:\\from variable\\"}},
+      {L"\"C:\\semi;colon\";C:\\c", {L"C:\\semi;colon\\", L"C:\\c\\"}},
+      // One occurrence of each system folder moves to the front.
+      {L"C:\\a;" + upper + L"SYSTEM32;C:\\b;" + upper + L";" + upper + L"SYSTEM\\", {L"C:\\a\\", L"C:\\b\\"}},
+      {windows + L"system32;C:\\a;" + windows + L"system32", {L"C:\\a\\", windows + L"system32\\"}},
+  };
+  for (const auto& [text, entries] : rows) {
+    const ScopedEnvironment path(L"PATH", text);
+    const StartedFileUtils started;
+    TextList expected = {windows + L"system\\", windows + L"system32\\", windows};
+    expected.insert(expected.end(), entries.begin(), entries.end());
+    EXPECT_EQ(FileUtils::SearchDirectories(), expected);
+  }
+  const ScopedEnvironment unclosed(L"PATH", L"\"C:\\a;C:\\b");
   const StartedFileUtils started;
-  return FileUtils::ExecutableExtensions();
+  ASSERT_EQ(FileUtils::SearchDirectories().size(), 5u);
+  EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\b\\");
 }
 
 TEST(ExecutableExtensionsTest, DefaultsFollowWhatPathExtNames) {
-  EXPECT_EQ(ExtensionsOf(L"EXE;.BAT"), (TextList{L".EXE", L".BAT", L".com", L".cmd"}));
-  EXPECT_EQ(ExtensionsOf(std::nullopt), (TextList{L".com", L".exe", L".bat", L".cmd"}));
-  EXPECT_EQ(ExtensionsOf(L".Cmd;;js"), (TextList{L".Cmd", L".", L".js", L".com", L".exe", L".bat"}));
-  EXPECT_EQ(ExtensionsOf(L".x;.x"), (TextList{L".x", L".x", L".com", L".exe", L".bat", L".cmd"}));
+  const std::wstring longest(20'000, L'x');
+  const std::pair<std::optional<std::wstring>, TextList> rows[] = {
+      {L"EXE;.BAT", {L".EXE", L".BAT", L".com", L".cmd"}},
+      {std::nullopt, {L".com", L".exe", L".bat", L".cmd"}},
+      {L".Cmd;;js;js", {L".Cmd", L".", L".js", L".js", L".com", L".exe", L".bat"}},
+      {longest, {L"." + longest, L".com", L".exe", L".bat", L".cmd"}},
+  };
+  for (const auto& [text, extensions] : rows) {
+    const ScopedEnvironment variable(L"PATHEXT", text);
+    const StartedFileUtils started;
+    EXPECT_EQ(FileUtils::ExecutableExtensions(), extensions);
+  }
 }
 
 TEST(FileUtilsCachesTest, EnvironmentIsReadOncePerStart) {
   const ScopedEnvironment path(L"PATH", L"C:\\first");
   const ScopedEnvironment extensions(L"PATHEXT", L".one");
-  {
-    const StartedFileUtils started;
-    EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\first\\");
-    EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".one");
-    SetEnvironmentVariableW(L"PATH", L"C:\\second");
-    SetEnvironmentVariableW(L"PATHEXT", L".two");
-    EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\first\\");
-    EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".one");
-  }
-  const StartedFileUtils again;
+  std::optional<StartedFileUtils> started(std::in_place);
+  EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\first\\");
+  EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".one");
+  SetEnvironmentVariableW(L"PATH", L"C:\\second");
+  SetEnvironmentVariableW(L"PATHEXT", L".two");
+  EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\first\\");
+  EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".one");
+  started.reset();
+  started.emplace();
   EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\second\\");
   EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".two");
 }
@@ -136,14 +114,12 @@ TEST(FileUtilsCachesTest, EnvironmentIsReadOncePerStart) {
 TEST(FileUtilsCachesTest, ThreadsShareWhatTheFirstOneMade) {
   for (int round = 0; round < 20; ++round) {
     const StartedFileUtils started;
-    constexpr std::size_t kThreads = 8;
-    const void* seen[kThreads][3] = {};
+    const void* seen[8][2] = {};
     std::vector<std::thread> threads;
     for (auto& places : seen) {
       threads.emplace_back([&places] {
         places[0] = &FileUtils::SearchDirectories();
-        places[1] = &FileUtils::ExecutableExtensions();
-        places[2] = &FileUtils::GetSysnativeDir();
+        places[1] = &FileUtils::GetSysnativeDir();
       });
     }
     for (std::thread& thread : threads) thread.join();
