@@ -44,6 +44,11 @@ Bytes Block(std::u16string_view key, bool text, std::uint16_t valueLength, const
   return bytes;
 }
 
+// A table of one language, or all tables.
+Bytes Group(std::u16string_view key, const std::vector<Bytes>& children) {
+  return Block(key, true, 0, {}, children);
+}
+
 Bytes TextBlock(std::u16string_view name, std::u16string_view text, bool lengthInBytes = false) {
   Bytes value;
   for (const char16_t unit : text) Append(value, unit);
@@ -55,15 +60,7 @@ Bytes Translations(const std::vector<std::uint16_t>& words) {
   Bytes value;
   for (const std::uint16_t word : words) Append(value, word);
   const auto length = static_cast<std::uint16_t>(value.size());
-  return Block(u"VarFileInfo", true, 0, {}, {Block(u"Translation", false, length, value, {})});
-}
-
-Bytes Strings(const std::vector<Bytes>& tables) {
-  return Block(u"StringFileInfo", true, 0, {}, tables);
-}
-
-Bytes Table(std::u16string_view language, const std::vector<Bytes>& strings) {
-  return Block(language, true, 0, {}, strings);
+  return Group(u"VarFileInfo", {Block(u"Translation", false, length, value, {})});
 }
 
 Bytes Record(const std::vector<Bytes>& parts, DWORD signature = VS_FFI_SIGNATURE) {
@@ -79,33 +76,23 @@ Bytes Record(const std::vector<Bytes>& parts, DWORD signature = VS_FFI_SIGNATURE
 TEST(VersionRecordTest, FixedPartGivesTheNumber) {
   EXPECT_EQ(VersionRecord(Record({})).FileVersionNumber(), L"1.2.3.65535");
   EXPECT_EQ(VersionRecord(Record({}, 1)).FileVersionNumber(), L"");
-  EXPECT_EQ(VersionRecord(Block(u"VS_VERSION_INFO", false, 0, {}, {})).FileVersionNumber(), L"");
-  EXPECT_EQ(VersionRecord(Block(u"SOMETHING_ELSE", false, 0, {}, {})).String(L"CompanyName"), L"");
+  EXPECT_EQ(VersionRecord(Block(u"SOMETHING_ELSE", false, 0, {}, {})).FileVersionNumber(), L"");
 }
 
-TEST(VersionRecordTest, LanguagesAreAskedInOrder) {
-  const Bytes tables = Strings({
-      Table(u"041F04E6", {TextBlock(u"Name", u"other"), TextBlock(u"Rest", u"only here")}),
-      Table(u"000004B0", {TextBlock(u"Name", u"neutral"), TextBlock(u"Comments", u"neutral too")}),
-      Table(u"040904b0", {TextBlock(u"Name", u"English"), TextBlock(u"Comments", u"")}),
-      Table(u"040704B0", {TextBlock(u"Name", u"German")}),
-  });
+TEST(VersionRecordTest, LanguagesAreAskedInOrderAndLengthsOfEitherUnitAreRead) {
+  const Bytes tables = Group(
+      u"StringFileInfo",
+      {Group(u"041F04E6", {TextBlock(u"Name", u"other"), TextBlock(u"Rest", u"only here", true)}),
+       Group(u"000004B0", {TextBlock(u"Bytes", u"length", true), TextBlock(u"Comments", u"neutral too")}),
+       Group(u"040904b0", {TextBlock(u"Name", u"English"), TextBlock(u"Comments", u"")}),
+       Group(u"040704B0", {TextBlock(u"Name", u"German")})});
   const VersionRecord listed(Record({Translations({0x0C0A, 0x04B0, 0x0407, 0x04B0}), tables}));
   EXPECT_EQ(listed.String(L"name"), L"German");
+  EXPECT_EQ(listed.String(L"Bytes"), L"length");
   EXPECT_EQ(listed.String(L"Comments"), L"neutral too");
   EXPECT_EQ(listed.String(L"Rest"), L"only here");
   EXPECT_EQ(listed.String(L"Missing"), L"");
-  EXPECT_EQ(listed.String(L""), L"");
   EXPECT_EQ(VersionRecord(Record({tables})).String(L"Name"), L"English");
-}
-
-TEST(VersionRecordTest, ValueLengthsOfEitherUnitAreRead) {
-  const Bytes table = Table(u"040904B0", {TextBlock(u"A", u"units", false), TextBlock(u"Bb", u"bytes", true),
-                                          TextBlock(u"C", u"last")});
-  const VersionRecord record(Record({Strings({table})}));
-  EXPECT_EQ(record.String(L"A"), L"units");
-  EXPECT_EQ(record.String(L"Bb"), L"bytes");
-  EXPECT_EQ(record.String(L"C"), L"last");
 }
 
 // Bytes that end where readable memory ends: a read past them is a fault.
@@ -131,8 +118,8 @@ class EdgeOfMemory {
 
 TEST(VersionRecordTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
   const EdgeOfMemory edge;
-  const Bytes table = Table(u"040904B0", {TextBlock(u"Name", u"text"), TextBlock(u"B", u"b")});
-  const Bytes whole = Record({Translations({0x0409, 0x04B0}), Strings({table})});
+  const Bytes table = Group(u"040904B0", {TextBlock(u"Name", u"text"), TextBlock(u"B", u"b")});
+  const Bytes whole = Record({Translations({0x0409, 0x04B0}), Group(u"StringFileInfo", {table})});
   ASSERT_EQ(VersionRecord(edge.Put(whole)).String(L"Name"), L"text");
   for (std::size_t size = 0; size < whole.size(); ++size) {
     const std::wstring text = VersionRecord(edge.Put(std::span(whole).first(size))).String(L"Name");
@@ -152,48 +139,35 @@ class VersionFileTest : public testing::Test {
   std::wstring Description(const std::wstring& path) { return cache_.Get(path)->String(L"FileDescription"); }
 
   const std::wstring sample_ = test::ThisFolder() + L"version_sample.exe";
+  const std::wstring library_ = test::ThisFolder() + L"basekit.dll";
+  const test::TemporaryFolder folder_;
   VersionCache cache_;
 };
 
-TEST_F(VersionFileTest, ProgramsRecordIsRead) {
-  const auto record = cache_.Get(sample_);
+TEST_F(VersionFileTest, FileIsReadOnceUntilItChanges) {
+  const std::wstring path = folder_.Write(L"a.exe", "MZ, but no program");
+  EXPECT_EQ(Description(path), L"");
+  ASSERT_TRUE(CopyFileW(sample_.c_str(), path.c_str(), FALSE));
+  const auto record = cache_.Get(path);
   EXPECT_EQ(record->FileVersionNumber(), L"3.14.159.26535");
   EXPECT_EQ(record->String(L"FileDescription"), L"Deutsches Beispiel");
   EXPECT_EQ(record->String(L"CompanyName"), L"Sample Works Ltd.");
-  EXPECT_EQ(record->String(L"Comments"), L"");
-  EXPECT_EQ(cache_.Get(sample_), record);
-}
-
-TEST_F(VersionFileTest, FilesWithoutARecordGiveNothing) {
-  const test::TemporaryFolder folder;
-  EXPECT_EQ(Description(folder.Write(L"a.exe", "MZ, but no program")), L"");
-  EXPECT_EQ(Description(folder.Write(L"empty.exe", "")), L"");
-  EXPECT_EQ(Description(folder.File(L"missing.exe")), L"");
-  EXPECT_EQ(Description(folder.Path()), L"");
-  EXPECT_EQ(Description(L""), L"");
-  // Not looked for in the system's search folders.
-  EXPECT_EQ(Description(L"kernel32.dll"), L"");
-}
-
-TEST_F(VersionFileTest, ChangedFileIsReadAgain) {
-  const test::TemporaryFolder folder;
-  const std::wstring path = folder.Write(L"a.exe", "no program yet");
-  EXPECT_EQ(Description(path), L"");
-  ASSERT_TRUE(CopyFileW(sample_.c_str(), path.c_str(), FALSE));
-  EXPECT_EQ(Description(path), L"Deutsches Beispiel");
-  ASSERT_TRUE(CopyFileW((test::ThisFolder() + L"basekit.dll").c_str(), path.c_str(), FALSE));
+  EXPECT_EQ(cache_.Get(path), record);
+  ASSERT_TRUE(CopyFileW(library_.c_str(), path.c_str(), FALSE));
   EXPECT_EQ(Description(path), L"Startup Manager general services");
   ASSERT_TRUE(DeleteFileW(path.c_str()));
-  EXPECT_EQ(Description(path), L"");
+  // Names without a folder are not looked for in the system's search folders.
+  for (const std::wstring& none : {path, folder_.Write(L"empty.exe", ""), folder_.Path(), std::wstring(),
+                                   std::wstring(L"kernel32.dll")}) {
+    EXPECT_EQ(Description(none), L"") << none;
+  }
 }
 
 TEST_F(VersionFileTest, MoreFilesThanTheCacheHoldsAndManyThreads) {
-  const test::TemporaryFolder folder;
   std::vector<std::wstring> programs;
   for (int i = 0; i < 8; ++i) {
-    programs.push_back(folder.File(std::to_wstring(i) + L".exe"));
-    const std::wstring source = i % 2 == 0 ? sample_ : test::ThisFolder() + L"basekit.dll";
-    ASSERT_TRUE(CopyFileW(source.c_str(), programs.back().c_str(), FALSE));
+    programs.push_back(folder_.File(std::to_wstring(i) + L".exe"));
+    ASSERT_TRUE(CopyFileW((i % 2 == 0 ? sample_ : library_).c_str(), programs.back().c_str(), FALSE));
   }
   std::atomic<int> wrong{0};
   std::vector<std::jthread> threads;
