@@ -33,13 +33,11 @@ TEST(DebugDecisionTest, LibraryThenRegistryThenFirstArgument) {
       {false, test::Dword(1), {L"-debug"}, 0},
       {true, std::nullopt, {}, 0},
       {true, test::Dword(1), {}, 1},
-      {true, test::Dword(0), {}, 0},
       {true, test::Dword(2), {}, 0},
       {true, test::Sz(L"1"), {}, 0},
       {true, odd, {}, 0},
       {true, std::nullopt, {L"-debug"}, 1},
       {true, test::Dword(0), {L"-DeBuG"}, 1},
-      {true, odd, {L"-DEBUG"}, 1},
       {true, std::nullopt, {L"x", L"-debug"}, 0},
       {true, std::nullopt, {L"-debugger"}, 0},
   };
@@ -59,19 +57,6 @@ TEST(DebugDecisionTest, LibraryThenRegistryThenFirstArgument) {
     EXPECT_EQ(result.exitCode, row.expected) << "case " << &row - cases << ": " << result.output;
     EXPECT_EQ(test::GetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode"), test::Dword(1 - row.expected));
   }
-}
-
-TEST(DebugLogTest, ClientOfAnOffLogAnswersWithoutALibrary) {
-  StopDebugLog();
-  IDebugLog* const log = DebugLog();
-  ASSERT_NE(log, nullptr);
-  EXPECT_FALSE(IsDebugMode());
-  EXPECT_EQ(log->Message(L"x"), S_OK);
-  void* same = nullptr;
-  EXPECT_EQ(log->QueryInterface(IDebugLog::iid, &same), S_OK);
-  EXPECT_EQ(same, log);
-  log->Release();
-  EXPECT_EQ(DebugLog(), log);
 }
 
 }  // namespace

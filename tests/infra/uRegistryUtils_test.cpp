@@ -13,14 +13,6 @@ using test::RegistryTree;
 constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Utils";
 const auto kForeignRoot = reinterpret_cast<HKEY>(0x1234);
 
-TEST(FullValuePathTest, RootNames) {
-  EXPECT_EQ(RootKeyName(HKEY_CLASSES_ROOT), L"HKEY_CLASSES_ROOT");
-  EXPECT_EQ(RootKeyName(HKEY_LOCAL_MACHINE), L"HKEY_LOCAL_MACHINE");
-  EXPECT_EQ(RootKeyName(HKEY_DYN_DATA), L"HKEY_DYN_DATA");
-  EXPECT_EQ(RootKeyName(kForeignRoot), L"");
-  EXPECT_EQ(RootKeyName(nullptr), L"");
-}
-
 TEST(FullValuePathTest, BuildAndParseAreInverse) {
   const struct {
     REGSAM view;
@@ -51,8 +43,6 @@ TEST(FullValuePathTest, BuildAndParseAreInverse) {
   EXPECT_EQ(BuildFullValuePath(KEY_ALL_ACCESS, HKEY_CURRENT_USER, L"K", L"v"),
             L"(x32)HKEY_CURRENT_USER\\K\\v");
   EXPECT_EQ(BuildFullValuePath(KEY_READ | KEY_WOW64_64KEY, kForeignRoot, L"", L"v"), L"(x64)\\v");
-  const RegistryValueAddress address{KEY_WOW64_64KEY, HKEY_CURRENT_USER, L"K", L"v"};
-  EXPECT_EQ(address.FullPath(), L"(x64)HKEY_CURRENT_USER\\K\\v");
 }
 
 TEST(FullValuePathTest, WhatThePathDoesNotTellStays) {
@@ -65,37 +55,23 @@ TEST(FullValuePathTest, WhatThePathDoesNotTellStays) {
   EXPECT_EQ(root, kForeignRoot);
   EXPECT_EQ(key, L"HKEY_NOBODY\\Key\\");
   EXPECT_EQ(value, L"Val");
-  ParseFullValuePath(L"(X32)hkey_local_machine\\Key\\Val", view, value, key, root);
-  EXPECT_EQ(view, 0u);
-  EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
-  EXPECT_EQ(key, L"\\Key\\");
   ParseFullValuePath(L"no separator", view, value, key, root);
   EXPECT_EQ(key, L"");
   EXPECT_EQ(value, L"no separator");
 }
 
 TEST(TRegistryExTest, ReadsTextLists) {
-  using namespace std::string_view_literals;
   const RegistryTree tree(kTree);
   tree.Set(L"", L"list", test::MultiSz({L"one", L"two"}));
-  tree.Set(L"", L"open", {REG_MULTI_SZ, test::UnitBytes(L"one\0two"sv)});
+  tree.Set(L"", L"open", {REG_MULTI_SZ, test::UnitBytes(std::wstring_view(L"one\0two", 7))});
   tree.Set(L"", L"empty", {REG_MULTI_SZ, {}});
-  tree.Set(L"", L"none", {REG_NONE, test::UnitBytes(L"x\0\0"sv)});
   tree.Set(L"", L"text", test::Sz(L"x"));
-  tree.Set(L"", L"empty text", {REG_SZ, {}});
   TRegistryEx registry(KEY_READ);
   ASSERT_TRUE(registry.OpenKey(kTree, false));
-  EXPECT_EQ(registry.FullValuePath(L"v"), std::wstring(L"(x32)HKEY_CURRENT_USER\\") + kTree + L"\\v");
   EXPECT_EQ(registry.ReadMultiSz(L"list", L", "), L"one, two, ");
   EXPECT_EQ(registry.ReadMultiSz(L"open", L";"), L"one;two;");
-  EXPECT_EQ(registry.ReadMultiSz(L"none", L";"), L"x;");
-  for (const wchar_t* const name : {L"empty", L"empty text", L"missing"}) {
-    EXPECT_EQ(registry.ReadMultiSz(name, L";"), L"");
-  }
+  for (const wchar_t* const name : {L"empty", L"missing"}) EXPECT_EQ(registry.ReadMultiSz(name, L";"), L"");
   EXPECT_THROW(registry.ReadMultiSz(L"text", L";"), ERegistryException);
-  EXPECT_TRUE(registry.IsMultiSz(L"empty"));
-  EXPECT_FALSE(registry.IsMultiSz(L"none"));
-  EXPECT_FALSE(registry.IsMultiSz(L"missing"));
 }
 
 class TwoViewLookupTest : public testing::Test {
@@ -129,26 +105,17 @@ TEST_F(TwoViewLookupTest, First64ThenPlain) {
   EXPECT_EQ(registry_.CurrentKey(), nullptr);
 }
 
-TEST_F(TwoViewLookupTest, OnlyAcceptedKindsCount) {
+TEST_F(TwoViewLookupTest, OnlyAcceptedKindsCountAndNothingFoundRaises) {
   SetIn(0, test::Dword(1));
   EXPECT_FALSE(registry_.ValueExistsEx(false, true));
   registry_.AcceptedTypes = {RegistryDataKind::kInteger};
   EXPECT_TRUE(registry_.ValueExistsEx(false, true));
   EXPECT_THROW(registry_.ReadStringEx(false, true), ERegistryException);
-  EXPECT_EQ(registry_.CurrentKey(), nullptr);
-}
-
-TEST_F(TwoViewLookupTest, NothingFoundRaises) {
   registry_.KeyPath = L"Software\\Quillmark Tests\\Nowhere";
   EXPECT_FALSE(registry_.ValueExistsEx(true, true));
-  try {
-    registry_.ReadStringEx(true, true);
-    FAIL();
-  } catch (const ERegistryException& exception) {
-    EXPECT_EQ(exception.Message(), L"Failed to get data for 'v'");
-  }
+  EXPECT_THROW(registry_.ReadStringEx(true, true), ERegistryException);
+  EXPECT_EQ(registry_.CurrentKey(), nullptr);
   EXPECT_EQ(registry_.Access(), static_cast<REGSAM>(KEY_READ));
-  EXPECT_THROW(registry_.ReadStringEx(false, false), ERegistryException);
 }
 
 }  // namespace

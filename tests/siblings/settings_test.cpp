@@ -11,51 +11,30 @@ namespace {
 
 using test::CallSlot;
 
-constexpr wchar_t kHost[] = L"settingstest.exe";
-constexpr wchar_t kKey[] = L"Software\\Quillmark\\Startup Manager\\Settings\\settingstest.exe";
-constexpr wchar_t kValue[] = L"UseCheckpoints";
+TEST(SettingsTest, CheckpointsAreUsedUntilTheUserSaysNo) {
+  const test::SiblingLibrary prefkit(L"prefkit.dll");
+  auto* const settings = prefkit.Service<ISettings>();
+  ComPtr<IApplicationSettings> application;
+  EXPECT_EQ((CallSlot<HRESULT>(settings, 4, application.Put())), S_OK);
+  EXPECT_EQ(settings->GetApplicationSettings(nullptr), E_POINTER);
+  const auto useCheckpoints = [&](const wchar_t* host) {
+    return CallSlot<BOOL>(static_cast<IUnknown*>(application.Get()), 1, host);
+  };
 
-class SettingsTest : public testing::Test {
- protected:
-  SettingsTest() { EXPECT_EQ((CallSlot<HRESULT>(settings_, 4, application_.Put())), S_OK); }
-  BOOL UseCheckpoints(const wchar_t* host = kHost) {
-    return CallSlot<BOOL>(static_cast<IUnknown*>(application_.Get()), 1, host);
+  const test::RegistryTree tree(L"Software\\Quillmark\\Startup Manager\\Settings\\settingstest.exe");
+  EXPECT_EQ(useCheckpoints(L"settingstest.exe"), TRUE);
+  tree.Set({}, L"UseCheckpoints", test::Dword(0));
+  for (const wchar_t* const host : {L"SettingsTest.EXE", L"C:\\Tools\\settingstest.exe"}) {
+    EXPECT_EQ(useCheckpoints(host), FALSE) << host;
   }
-
-  test::SiblingLibrary prefkit_{L"prefkit.dll"};
-  ISettings* settings_ = prefkit_.Service<ISettings>();
-  ComPtr<IApplicationSettings> application_;
-  test::RegistryTree tree_{kKey};
-};
-
-TEST_F(SettingsTest, CheckpointsAreUsedUntilTheUserSaysNo) {
-  EXPECT_EQ(UseCheckpoints(), TRUE);
-  tree_.Set({}, kValue, test::Dword(0));
-  EXPECT_EQ(UseCheckpoints(), FALSE);
-  EXPECT_EQ(UseCheckpoints(L"SettingsTest.EXE"), FALSE);
-  EXPECT_EQ(UseCheckpoints(L"C:\\Tools\\settingstest.exe"), FALSE);
-  EXPECT_EQ(UseCheckpoints(L"other host.exe"), TRUE);
-  tree_.Set({}, kValue, test::Dword(256));
-  EXPECT_EQ(UseCheckpoints(), TRUE);
-}
-
-TEST_F(SettingsTest, UnusableValuesAndHostsMeanYes) {
-  tree_.Set({}, kValue, test::Sz(L"0"));
-  EXPECT_EQ(UseCheckpoints(), TRUE);
-  tree_.Set({}, kValue, {REG_DWORD, test::Bytes(2)});
-  EXPECT_EQ(UseCheckpoints(), TRUE);
-  EXPECT_EQ(UseCheckpoints(L""), TRUE);
-  EXPECT_EQ(UseCheckpoints(nullptr), TRUE);
-}
-
-TEST_F(SettingsTest, SlotsAndReferences) {
-  for (const std::size_t slot : {1u, 2u, 3u}) EXPECT_EQ(CallSlot<HRESULT>(settings_, slot), E_NOTIMPL);
-  EXPECT_EQ(settings_->GetApplicationSettings(nullptr), E_POINTER);
-  application_.Reset();
-  EXPECT_EQ(settings_->GetApplicationSettings(application_.Put()), S_OK);
-  void* object = nullptr;
-  EXPECT_EQ(application_->QueryInterface(IApplicationSettings::iid, &object), S_OK);
-  EXPECT_EQ(application_->QueryInterface(ISettings::iid, &object), E_NOINTERFACE);
+  for (const wchar_t* const host : {L"other host.exe", L"", static_cast<const wchar_t*>(nullptr)}) {
+    EXPECT_EQ(useCheckpoints(host), TRUE);
+  }
+  for (const test::RawValue& unusable :
+       {test::Dword(256), test::Sz(L"0"), test::RawValue{REG_DWORD, test::Bytes(2)}}) {
+    tree.Set({}, L"UseCheckpoints", unusable);
+    EXPECT_EQ(useCheckpoints(L"settingstest.exe"), TRUE);
+  }
 }
 
 }  // namespace

@@ -10,6 +10,11 @@
 
 namespace smh::test {
 
+inline HRESULT Give(std::wstring_view from, BoundaryText* to) {
+  *to = MakeBoundaryText(from);
+  return S_OK;
+}
+
 // Operations without a field are E_NOTIMPL.
 class FakeHelper : public ComObject<IHelper> {
  public:
@@ -39,30 +44,16 @@ class FakeHelper : public ComObject<IHelper> {
   HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t*, BoundaryText*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) override { return Give(userText, text); }
   BOOL STDMETHODCALLTYPE IsUserAdmin() override { return userIsAdmin; }
-
- private:
-  static HRESULT Give(const std::wstring& from, BoundaryText* to) {
-    *to = MakeBoundaryText(from);
-    return S_OK;
-  }
 };
 
 class FakeGlobals : public ComObject<IGlobals> {
  public:
-  std::wstring vendor = L"Quillmark";
-  std::wstring product = L"Startup Manager";
-  std::wstring version = L"1.2.3.4";
-
   HRESULT STDMETHODCALLTYPE Reserved1() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetVendorName(BoundaryText* name) override { return Give(vendor, name); }
-  HRESULT STDMETHODCALLTYPE GetProductName(BoundaryText* name) override { return Give(product, name); }
-  HRESULT STDMETHODCALLTYPE GetProductVersion(BoundaryText* text) override { return Give(version, text); }
-
- private:
-  static HRESULT Give(const std::wstring& from, BoundaryText* to) {
-    *to = MakeBoundaryText(from);
-    return S_OK;
+  HRESULT STDMETHODCALLTYPE GetVendorName(BoundaryText* name) override { return Give(L"Quillmark", name); }
+  HRESULT STDMETHODCALLTYPE GetProductName(BoundaryText* name) override {
+    return Give(L"Startup Manager", name);
   }
+  HRESULT STDMETHODCALLTYPE GetProductVersion(BoundaryText* text) override { return Give(L"1.2.3.4", text); }
 };
 
 }  // namespace smh::test

@@ -9,9 +9,10 @@ namespace smh::test {
 
 void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* object) {
   const HMODULE module = LoadLibraryW((ThisFolder() + L"fakes\\" + library).c_str());
-  using Function = BOOL(STDMETHODCALLTYPE*)(const wchar_t*, IUnknown*);
+  using Function = void(STDMETHODCALLTYPE*)(const wchar_t*, IUnknown*);
   const auto set = ImportFunction<Function>(module, "SetService");
-  if (set == nullptr || !set(id, object)) throw std::runtime_error("a stand-in library cannot be set up");
+  if (set == nullptr) throw std::runtime_error("a stand-in library cannot be set up");
+  set(id, object);
 }
 
 class FakeSettings::Application : public ComObject<IApplicationSettings> {
@@ -27,8 +28,6 @@ class FakeSettings::Application : public ComObject<IApplicationSettings> {
  private:
   ComPtr<FakeSettings> owner_;
 };
-
-FakeSettings::FakeSettings() = default;
 
 std::vector<std::wstring> FakeSettings::Asked() const {
   const std::scoped_lock lock(lock_);

@@ -23,8 +23,6 @@ void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* obj
 // The checkpoint switch, and a record of who asked for it.
 class FakeSettings : public ComObject<ISettings> {
  public:
-  FakeSettings();
-
   std::atomic<bool> useCheckpoints{true};
   std::vector<std::wstring> Asked() const;
 

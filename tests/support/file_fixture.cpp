@@ -55,4 +55,18 @@ std::string ReadFileBytes(const std::wstring& path) {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
+std::vector<std::wstring> ReadUtf16Lines(const std::wstring& path) {
+  const std::string bytes = ReadFileBytes(path);
+  std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+  bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
+  if (bytes.size() % 2 != 0 || !text.starts_with(0xFEFF)) throw std::runtime_error("a log is not UTF-16");
+  std::vector<std::wstring> lines;
+  for (std::size_t at = 1; at < text.size(); at += lines.back().size() + 2) {
+    const std::size_t end = text.find(L"\r\n", at);
+    if (end == std::wstring::npos) throw std::runtime_error("the last line of a log has no end");
+    lines.push_back(text.substr(at, end - at));
+  }
+  return lines;
+}
+
 }  // namespace smh::test

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace smh::test {
 
@@ -28,5 +29,8 @@ class TemporaryFolder {
 void WriteFileBytes(const std::wstring& path, std::string_view bytes);
 // Throws std::runtime_error when the file cannot be read.
 std::string ReadFileBytes(const std::wstring& path);
+// The lines of a log: UTF-16 with its byte-order mark, every line ended by CRLF. Throws std::runtime_error
+// when the file is anything else.
+std::vector<std::wstring> ReadUtf16Lines(const std::wstring& path);
 
 }  // namespace smh::test

@@ -36,34 +36,29 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
 
   LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,
                                       DWORD, REGSAM access, DWORD, DWORD, DWORD) override {
-    const auto told = owner_->Record(L"CreateKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) + L' ' +
-                                     Hex(access, 8));
-    const LSTATUS status =
-        told ? *told : RegCreateKeyExW(parent, subKey, 0, nullptr, 0, access, nullptr, key, disposition);
-    return Answered(status, key);
+    return Answered(key, owner_->Perform(Line(L"CreateKey", parent, subKey) + L' ' + Hex(access, 8), [&] {
+      return RegCreateKeyExW(parent, subKey, 0, nullptr, 0, access, nullptr, key, disposition);
+    }));
   }
   LSTATUS STDMETHODCALLTYPE OpenKey(HKEY parent, const wchar_t* subKey, HKEY* key, REGSAM access,
                                     DWORD) override {
-    const auto told = owner_->Record(L"OpenKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) + L' ' +
-                                     Hex(access, 8));
-    return Answered(told ? *told : RegOpenKeyExW(parent, subKey, 0, access, key), key);
+    return Answered(key, owner_->Perform(Line(L"OpenKey", parent, subKey) + L' ' + Hex(access, 8),
+                                         [&] { return RegOpenKeyExW(parent, subKey, 0, access, key); }));
   }
   HRESULT STDMETHODCALLTYPE Reserved3() override { return E_NOTIMPL; }
   LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD) override {
-    const auto told = owner_->Record(L"DeleteKey " + owner_->NameOf(parent) + L' ' + InQuotes(subKey) +
-                                     L" view " + Hex(viewBits, 3));
-    return told ? *told : RegDeleteKeyExW(parent, subKey, viewBits, 0);
+    return owner_->Perform(Line(L"DeleteKey", parent, subKey) + L" view " + Hex(viewBits, 3),
+                           [&] { return RegDeleteKeyExW(parent, subKey, viewBits, 0); });
   }
   LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
                                      DWORD) override {
-    const auto told = owner_->Record(L"SetValue " + owner_->NameOf(key) + L' ' + InQuotes(name) + L" type " +
-                                     std::to_wstring(type) + L" size " + std::to_wstring(size) + L' ' +
-                                     DataText(type, data, size));
-    return told ? *told : RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size);
+    return owner_->Perform(
+        Line(L"SetValue", key, name) + L" type " + std::to_wstring(type) + L" size " + std::to_wstring(size) +
+            L' ' + DataText(type, data, size),
+        [&] { return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size); });
   }
   LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) override {
-    const auto told = owner_->Record(L"DeleteValue " + owner_->NameOf(key) + L' ' + InQuotes(name));
-    return told ? *told : RegDeleteValueW(key, name);
+    return owner_->Perform(Line(L"DeleteValue", key, name), [&] { return RegDeleteValueW(key, name); });
   }
   HRESULT STDMETHODCALLTYPE Reserved7() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reserved8() override { return E_NOTIMPL; }
@@ -71,20 +66,20 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
   HRESULT STDMETHODCALLTYPE Reserved10() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reserved11() override { return E_NOTIMPL; }
   LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) override {
-    const auto told = owner_->Record(L"CloseKey " + owner_->NameOf(key));
-    return told ? *told : RegCloseKey(key);
+    return owner_->Perform(L"CloseKey " + owner_->NameOf(key), [&] { return RegCloseKey(key); });
   }
 
  private:
-  LSTATUS Answered(LSTATUS status, HKEY* key) {
+  std::wstring Line(const wchar_t* call, HKEY key, const wchar_t* name) const {
+    return call + (L' ' + owner_->NameOf(key)) + L' ' + InQuotes(name);
+  }
+  LSTATUS Answered(HKEY* key, LSTATUS status) {
     owner_->Append(status == ERROR_SUCCESS ? owner_->Opened(*key) : L" -> error " + std::to_wstring(status));
     return status;
   }
 
   ComPtr<RecordingSafeguard> owner_;
 };
-
-RecordingSafeguard::RecordingSafeguard() = default;
 
 std::vector<std::wstring> RecordingSafeguard::Lines() const {
   const std::scoped_lock lock(lock_);
@@ -170,20 +165,19 @@ LSTATUS RecordingSafeguard::EndCheckpoint() {
 }
 
 LSTATUS RecordingSafeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
-  const std::optional<LSTATUS> told = Record(L"MoveFile " + InQuotes(from) + L' ' + InQuotes(to));
-  return told ? *told : LastErrorUnless(MoveFileW(from, to));
+  return Perform(L"MoveFile " + InQuotes(from) + L' ' + InQuotes(to),
+                 [&] { return LastErrorUnless(MoveFileW(from, to)); });
 }
 
 LSTATUS RecordingSafeguard::DeleteRecordedFile(const wchar_t* file) {
-  const std::optional<LSTATUS> told = Record(L"DeleteFile " + InQuotes(file));
-  return told ? *told : LastErrorUnless(DeleteFileW(file));
+  return Perform(L"DeleteFile " + InQuotes(file), [&] { return LastErrorUnless(DeleteFileW(file)); });
 }
 
 LSTATUS RecordingSafeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) {
   const bool replace = (overwrite & 0xFF) != 0;
-  const std::optional<LSTATUS> told =
-      Record(L"CopyFile " + InQuotes(from) + L' ' + InQuotes(to) + L" overwrite " + (replace ? L'1' : L'0'));
-  return told ? *told : LastErrorUnless(CopyFileW(from, to, !replace));
+  return Perform(
+      L"CopyFile " + InQuotes(from) + L' ' + InQuotes(to) + L" overwrite " + (replace ? L'1' : L'0'),
+      [&] { return LastErrorUnless(CopyFileW(from, to, !replace)); });
 }
 
 }  // namespace smh::test

@@ -27,8 +27,6 @@ namespace smh::test {
 
 class RecordingSafeguard : public ComObject<ISafeguard> {
  public:
-  RecordingSafeguard();
-
   std::vector<std::wstring> Lines() const;
   // Forgets calls, answers and hook.
   void Clear();
@@ -56,6 +54,11 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
 
   // Writes the line down; the rule's status when one applies.
   std::optional<LSTATUS> Record(const std::wstring& line);
+  template <typename Operation>
+  LSTATUS Perform(const std::wstring& line, Operation operation) {
+    const std::optional<LSTATUS> told = Record(line);
+    return told ? *told : operation();
+  }
   void Append(const std::wstring& tail);
   std::wstring NameOf(HKEY key) const;
   std::wstring Opened(HKEY key);

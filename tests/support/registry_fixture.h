@@ -57,7 +57,6 @@ class RegistryTree {
   RegistryTree(const RegistryTree&) = delete;
   RegistryTree& operator=(const RegistryTree&) = delete;
 
-  HKEY Root() const noexcept { return root_; }
   REGSAM View() const noexcept { return view_; }
   const std::wstring& Path() const noexcept { return path_; }
   std::wstring PathOf(std::wstring_view sub) const;

@@ -19,16 +19,11 @@ std::map<std::wstring, ChildFunction>& Children() {
 }
 
 int RunChild(const std::wstring& name, const ChildArguments& arguments) {
-  const auto found = Children().find(name);
-  if (found == Children().end()) {
-    std::fprintf(stderr, "no child %ls\n", name.c_str());
-    return kNoSuchChild;
-  }
   try {
-    return found->second(arguments);
+    return Children().at(name)(arguments);
   } catch (const std::exception& exception) {
     std::fprintf(stderr, "child %ls let out: %s\n", name.c_str(), exception.what());
-    return kChildThrew;
+    return 97;
   }
 }
 

@@ -1,5 +1,6 @@
 // Every suite's main. It runs the tests, or, when an argument reads `--child=NAME`, one registered function
-// as a process of its own (see child_process.h).
+// as a process of its own (see child_process.h), whose exit code is 97 when the
+// function let an exception out or is not there.
 #pragma once
 
 #include <string>
@@ -11,12 +12,7 @@ namespace smh::test {
 using ChildArguments = std::vector<std::wstring>;
 using ChildFunction = int (*)(const ChildArguments& arguments);
 
-// What a child answers when its function let an exception out, and when there is no function of that name.
-inline constexpr int kChildThrew = 97;
-inline constexpr int kNoSuchChild = 98;
-
-class ChildRegistration {
- public:
+struct ChildRegistration {
   ChildRegistration(const wchar_t* name, ChildFunction function);
 };
 

@@ -4,25 +4,15 @@
 
 #include <unknwn.h>
 
+#include <map>
 #include <string>
 
 namespace {
 
-struct Service {
-  std::wstring id;
-  IUnknown* object = nullptr;
-};
+using Services = std::map<std::wstring, IUnknown*>;
 
-constexpr std::size_t kServices = 8;
-Service* g_services = nullptr;
+Services* g_services = nullptr;
 HMODULE g_self = nullptr;
-
-Service* FindService(const wchar_t* id) {
-  for (std::size_t i = 0; i < kServices; ++i) {
-    if (g_services[i].object != nullptr && g_services[i].id == id) return &g_services[i];
-  }
-  return nullptr;
-}
 
 // This library's name in the folder of the program.
 std::wstring RealLibrary() {
@@ -37,33 +27,26 @@ std::wstring RealLibrary() {
 }  // namespace
 
 extern "C" IUnknown* __stdcall GetInstance(const wchar_t* id, DWORD parameter) {
-  if (Service* const service = FindService(id)) return service->object;
+  const auto found = g_services->find(id);
+  if (found != g_services->end() && found->second != nullptr) return found->second;
   using Function = IUnknown*(__stdcall*)(const wchar_t*, DWORD);
   const HMODULE real = LoadLibraryW(RealLibrary().c_str());
   const auto ask = smh::ImportFunction<Function>(real, "GetInstance");
   return ask == nullptr ? nullptr : ask(id, parameter);
 }
 
-// Holds a reference to the object until another one, or null, takes its place. False when all places are
-// taken.
-extern "C" BOOL __stdcall SetService(const wchar_t* id, IUnknown* object) {
-  Service* service = FindService(id);
+// Holds a reference to the object until another one, or null, takes its place.
+extern "C" void __stdcall SetService(const wchar_t* id, IUnknown* object) {
   if (object != nullptr) object->AddRef();
-  for (std::size_t i = 0; service == nullptr && i < kServices; ++i) {
-    if (g_services[i].object == nullptr) service = &g_services[i];
-  }
-  if (service == nullptr) return FALSE;
-  IUnknown* const old = service->object;
-  service->id = id;
-  service->object = object;
-  if (old != nullptr) old->Release();
-  return TRUE;
+  IUnknown*& place = (*g_services)[id];
+  if (place != nullptr) place->Release();
+  place = object;
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
   if (reason == DLL_PROCESS_ATTACH) {
     g_self = module;
-    g_services = new Service[kServices];
+    g_services = new Services;
   }
   return TRUE;
 }
