@@ -15,13 +15,18 @@ fi
 flock -o "$build/.lock" ninja -C "$build" --quiet >&2
 "$build/lnk_native_test" --gtest_brief=1
 
-# A copy: the fuzzer adds to its corpus.
-mkdir -p "$build/corpus"
-cp "$root"/tests/data/lnk/*.lnk "$build/corpus/"
+# Copies, because the fuzzer adds to its corpus. The bounded run starts from the same one every time.
 cd "$build"
 fuzz=(./lnk_fuzz -seed=1 -runs=200000 -max_len=4096 -print_final_stats=1)
-if [ $# -gt 0 ]; then exec "${fuzz[@]}" "$@" corpus; fi
-if ! "${fuzz[@]}" corpus >fuzz.log 2>&1; then
+if [ $# -gt 0 ]; then
+  mkdir -p corpus
+  cp "$root"/tests/data/lnk/*.lnk corpus/
+  exec "${fuzz[@]}" "$@" corpus
+fi
+rm -rf corpus-bounded
+mkdir corpus-bounded
+cp "$root"/tests/data/lnk/*.lnk corpus-bounded/
+if ! "${fuzz[@]}" corpus-bounded >fuzz.log 2>&1; then
   cat fuzz.log >&2
   exit 1
 fi

@@ -49,27 +49,27 @@ class BuiltLink {
 struct VolumeSpec {
   std::string label = "System";
   // Replaces the label when not empty.
-  std::u16string labelUnicode;
+  std::u16string labelUnicode = {};
 };
 
 struct NetworkSpec {
-  std::string netName;
+  std::string netName = {};
   // Written behind the fields for UTF-16 names when `hasUnicode`.
   bool hasUnicode = false;
-  std::u16string netNameUnicode;
-  std::optional<std::string> device;
-  std::u16string deviceUnicode;
+  std::u16string netNameUnicode = {};
+  std::optional<std::string> device = {};
+  std::u16string deviceUnicode = {};
 };
 
 struct LinkInfoSpec {
   std::optional<VolumeSpec> volume = VolumeSpec{};
-  std::string basePath;
-  std::string suffix;
+  std::string basePath = {};
+  std::string suffix = {};
   // A header of 36 bytes with both offsets; an empty text leaves its offset zero.
   bool hasUnicode = false;
-  std::u16string basePathUnicode;
-  std::u16string suffixUnicode;
-  std::optional<NetworkSpec> network;
+  std::u16string basePathUnicode = {};
+  std::u16string suffixUnicode = {};
+  std::optional<NetworkSpec> network = {};
 };
 
 struct LinkBlock {
@@ -85,11 +85,11 @@ struct LinkBuilder {
   std::int32_t iconIndex = 0;
   std::uint32_t showCommand = 1;
   std::uint16_t hotKey = 0;
-  std::optional<std::string> idList;
-  std::optional<LinkInfoSpec> info;
+  std::optional<std::string> idList = {};
+  std::optional<LinkInfoSpec> info = {};
   // In UTF-16 when `isUnicode`, else one byte per unit. Written in the order of the file.
-  std::vector<std::pair<LinkString, std::u16string>> strings;
-  std::vector<LinkBlock> blocks;
+  std::vector<std::pair<LinkString, std::u16string>> strings = {};
+  std::vector<LinkBlock> blocks = {};
   bool hasTerminal = true;
 
   // Names of the fields: those of the format ("LinkFlags", "IDListSize", "NetNameOffset"); "Count0", "Count1"
