@@ -173,6 +173,7 @@ void AddBlocks(CorpusWriter& corpus) {
       "string-block-without-zeros",
       WithBlock(0xA0000007, StringBlockData(std::string(260, 'a'), std::u16string(260, u'w'))).Build());
   corpus.Accept("terminal-of-3", good.With("TerminalBlock", 3));
+  corpus.RefuseData("terminal-of-4", good.With("TerminalBlock", 4));
   corpus.RefuseData("terminal-missing", good.CutTo(good.Size() - 4));
   corpus.RefuseData("terminal-cut", good.CutTo(good.Size() - 1));
   corpus.RefuseData("after-terminal", good.Followed("x"));

@@ -111,6 +111,25 @@ TEST(LinkInfoTest, TextsEndWithTheStructure) {
   EXPECT_TRUE(atEnd.LinkInfo().CommonPathSuffix().Empty());
 }
 
+// The offsets are refused, and yet the accessors may be asked.
+TEST(LinkInfoTest, TextsBehindTheStructureAreEmpty) {
+  const BuiltLink unicode = FullLink().Build();
+  const std::uint64_t size = unicode.ValueOf("LinkInfoSize");
+  const BuiltLink ansi = LinkBuilder{.info = LinkInfoSpec{}}.Build();
+  for (const std::uint64_t more : {std::uint64_t{1}, std::uint64_t{2}, 0xFFFFFFFF - size}) {
+    const LoadedLink wide(unicode.With("LocalBasePathOffsetUnicode", size + more));
+    EXPECT_EQ(wide.fault, LinkFault::kLinkInfo);
+    EXPECT_TRUE(wide.LinkInfo().LocalBasePath().Empty()) << more;
+    const LoadedLink narrow(ansi.With("LocalBasePathOffset", ansi.ValueOf("LinkInfoSize") + more));
+    EXPECT_EQ(narrow.fault, LinkFault::kLinkInfo);
+    EXPECT_TRUE(narrow.LinkInfo().LocalBasePath().Empty()) << more;
+  }
+  // Half a unit is none.
+  const LoadedLink half(unicode.With("LocalBasePathOffsetUnicode", size - 1));
+  EXPECT_FALSE(half.fault);
+  EXPECT_TRUE(half.LinkInfo().LocalBasePath().Empty());
+}
+
 TEST(LinkInfoTest, VolumeFieldsBehindTheStructureAreZero) {
   const BuiltLink link = LinkBuilder{.info = LinkInfoSpec{.basePath = "C:\\a"}}.Build();
   const std::uint64_t size = link.ValueOf("LinkInfoSize");
@@ -191,6 +210,14 @@ TEST(ExtraDataTest, Utf16TargetBeforeAnsi) {
   EXPECT_EQ(Ansi(LoadedLink(environment(longest, u"")).EnvironmentTarget()), longest);
   const std::u16string wideLongest(260, u'w');
   EXPECT_EQ(Wide(LoadedLink(environment("", wideLongest)).EnvironmentTarget()), wideLongest);
+}
+
+TEST(ExtraDataTest, OnlyBlocksOfStringsHaveATarget) {
+  const LoadedLink link(FullLink());
+  EXPECT_EQ(Wide(link.FindExtraData(TExtraDataKind::edkDarwin)->Target()), u"darwin");
+  EXPECT_TRUE(link.FindExtraData(TExtraDataKind::edkTracker)->Target().Empty());
+  const std::string full = StringBlockData(std::string(260, 'a'), std::u16string(260, u'w'));
+  EXPECT_EQ(TExtraDataStringProps(std::as_bytes(std::span(full))).AnsiTarget().AnsiView().size(), 260u);
 }
 
 TEST(IconLocationTest, IconEnvironmentBeforeTheString) {
