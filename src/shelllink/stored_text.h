@@ -18,9 +18,7 @@ class StoredText {
 
   bool IsUtf16() const noexcept { return utf16_; }
   bool Empty() const noexcept { return bytes_.empty(); }
-  // Without the zero that ended the text.
-  Bytes Raw() const noexcept { return bytes_; }
-  // The bytes of an ANSI text.
+  // An ANSI text, without the zero that ended it.
   std::string_view AnsiView() const noexcept;
   std::size_t Utf16Length() const noexcept { return bytes_.size() / sizeof(char16_t); }
   // Copies Utf16Length() units; `units` needs no zero behind them.

@@ -71,6 +71,7 @@ TEST_F(LinkFileTest, WhatCannotBeOpened) {
   EXPECT_EQ(OpenErrorOf(folder.File(L"missing.lnk")), DWORD{ERROR_FILE_NOT_FOUND});
   EXPECT_EQ(OpenErrorOf(folder.File(L"missing\\x.lnk")), DWORD{ERROR_PATH_NOT_FOUND});
   EXPECT_EQ(OpenErrorOf(folder.MakeFolder(L"folder.lnk")), DWORD{ERROR_ACCESS_DENIED});
+  EXPECT_NE(OpenErrorOf(folder.File(L"\xD800 \xDC00.lnk")), DWORD{ERROR_SUCCESS});
   const std::wstring missing = folder.File(L"missing.lnk");
   try {
     TShellLinkInfo info(missing);
