@@ -10,7 +10,8 @@ build=$root/build/native
 mkdir -p "$build"
 
 if [ ! -f "$build/build.ninja" ]; then
-  cmake -S "$root/tests/native" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 >&2
+  cmake -S "$root/tests/native" -B "$build" -G Ninja \
+    -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 >&2
 fi
 flock -o "$build/.lock" ninja -C "$build" --quiet >&2
 "$build/lnk_native_test" --gtest_brief=1
