@@ -12,13 +12,13 @@ if [ -e "$folder/system.reg" ]; then exit 0; fi
 build=$(cd "$(dirname "$0")/.." && pwd)/build
 pristine=$build/prefix-pristine-$arch
 mkdir -p "$build" "$(dirname "$folder")"
-# -o: the processes below do not keep the lock.
+# Every process below keeps the lock: an orphan of an interrupted run is waited for.
 if [ "${PREFIX_LOCKED:-}" != "$folder" ]; then
   if [ -d "$folder" ] && [ -n "$(ls -A "$folder")" ]; then
     echo "$folder is not empty and not a Wine prefix" >&2
     exit 1
   fi
-  exec env PREFIX_LOCKED="$folder" flock -o "$folder.lock" "$0" "$arch" "$folder" "$@"
+  exec env PREFIX_LOCKED="$folder" flock "$folder.lock" "$0" "$arch" "$folder" "$@"
 fi
 
 export WINEARCH=$arch WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"

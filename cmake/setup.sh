@@ -42,8 +42,12 @@ build_targets() {
     say "configuring"
     (cd "$root" && cmake --preset "$preset") >&2
   fi
-  # Two runs at once must not build into each other. -o: no process started below keeps the lock.
-  flock -o "$root/build/.lock" ninja -C "$build" --quiet "$@" >&2
+  # Two runs at once must not build into each other.
+  local ninja=(flock "$root/build/.lock" ninja -C "$build")
+  if [[ $("${ninja[@]}" -n "$@") != *"no work to do"* ]]; then
+    say "building"
+    "${ninja[@]}" "$@" >&2
+  fi
 }
 
 # What every Wine process here runs with. Tests and lists must not start programs of their own.

@@ -84,7 +84,7 @@ void ChangeItems(const Arguments& arguments, const Change& change) {
     std::vector<ItemRecord> listNow = ReadAllItems(library);
     const std::wstring fault = FindFault(change, item, list, listNow);
     if (!fault.empty()) throw HostError(failure + L": " + fault);
-    WriteMessage(std::wstring(change.done) + L" " + Describe(item) + L".");
+    WriteMessage(std::wstring(change.done) + L" " + Describe(item) + change.target + L".");
     list = std::move(listNow);
   }
 }

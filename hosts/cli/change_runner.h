@@ -25,6 +25,7 @@ struct Verdict {
 struct Change {
   std::wstring_view verb;  // "disable"
   std::wstring_view done;  // "Disabled"
+  std::wstring target;     // " to ..." behind the entry, or empty
   std::function<Verdict(const ItemRecord& item, IStartupItem& listed)> check;
   std::function<HRESULT(IStartupItem& listed)> apply;
   // Whether `now` is what `before` has to become; empty when the entry has to be gone.

@@ -17,15 +17,10 @@ bool IsConsole(HANDLE stream) noexcept {
 }
 
 bool WriteToConsole(HANDLE stream, std::wstring_view text) {
-  std::wstring lines;
-  for (const wchar_t unit : text) {
-    if (unit == L'\n' && !lines.ends_with(L'\r')) lines += L'\r';
-    lines += unit;
-  }
-  for (std::size_t done = 0; done < lines.size();) {
-    const std::size_t chunk = std::min(lines.size() - done, kConsoleChunk);
+  for (std::size_t done = 0; done < text.size();) {
+    const std::size_t chunk = std::min(text.size() - done, kConsoleChunk);
     DWORD written = 0;
-    if (!WriteConsoleW(stream, lines.data() + done, static_cast<DWORD>(chunk), &written, nullptr) ||
+    if (!WriteConsoleW(stream, text.data() + done, static_cast<DWORD>(chunk), &written, nullptr) ||
         written == 0) {
       return false;
     }

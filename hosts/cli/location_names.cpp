@@ -50,7 +50,8 @@ constexpr std::wstring_view kNames[] = {
 };
 static_assert(std::size(kNames) == kLastLocation + 1);
 
-constexpr std::wstring_view kPrefix = L"sul";
+// What may be left out in front of a name.
+constexpr std::wstring_view kPrefixes[] = {L"", L"sul", L"sulRegistry"};
 
 wchar_t AsciiLower(wchar_t unit) noexcept {
   return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
@@ -72,9 +73,11 @@ std::wstring_view LocationName(std::int32_t location) noexcept {
 
 std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexcept {
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    if (SameAsciiText(name, kNames[location]) ||
-        SameAsciiText(name, kNames[location].substr(kPrefix.size()))) {
-      return static_cast<TTypeStartupLocation>(location);
+    for (const std::wstring_view prefix : kPrefixes) {
+      const std::wstring_view full = kNames[location];
+      if (full.starts_with(prefix) && SameAsciiText(name, full.substr(prefix.size()))) {
+        return static_cast<TTypeStartupLocation>(location);
+      }
     }
   }
   return std::nullopt;

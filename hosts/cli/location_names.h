@@ -13,7 +13,7 @@ inline constexpr std::int32_t kLastLocation = sulRegistryCommonIEURLSearchHooks;
 
 // "sulRegistryUserRun"; "sulNone" for 0 and for a value outside the enumeration.
 std::wstring_view LocationName(std::int32_t location) noexcept;
-// The location of that name, ASCII case ignored, with or without the leading "sul".
+// The location of that name, ASCII case ignored; "sul" or "sulRegistry" in front may be left out.
 std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexcept;
 // Whether the library reads the location without being told to read all of them.
 bool IsUsualLocation(std::int32_t location) noexcept;

@@ -26,6 +26,9 @@ constexpr Column kItemColumns[] = {
     {L"Description", [](const ItemRecord& item) { return item.description; }},
 };
 
+constexpr std::size_t kFileColumn = 5;
+static_assert(kItemColumns[kFileColumn].title == L"File");
+
 std::size_t TotalWidth(const std::vector<std::size_t>& widths) {
   std::size_t total = 0;
   for (const std::size_t width : widths) total += width + kGap;
@@ -41,10 +44,12 @@ void Fit(std::vector<std::size_t>& widths, std::size_t width) {
   }
 }
 
-std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std::size_t>& widths) {
+std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std::size_t>& widths,
+                  std::optional<std::size_t> pathColumn) {
   std::wstring line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    const std::wstring cell = CutToWidth(cells[i], widths[i]);
+    const std::wstring cell =
+        i == pathColumn ? CutBeginning(cells[i], widths[i]) : CutEnd(cells[i], widths[i]);
     line += cell;
     line.append(widths[i] - DisplayWidth(cell) + kGap, L' ');
   }
@@ -77,8 +82,8 @@ std::vector<std::wstring> TextTable::Lines(std::size_t width) const {
     widths.push_back(cells);
   }
   if (width != 0) Fit(widths, width);
-  std::vector<std::wstring> lines = {Line(header, widths)};
-  for (const auto& row : rows) lines.push_back(Line(row, widths));
+  std::vector<std::wstring> lines = {Line(header, widths, pathColumn)};
+  for (const auto& row : rows) lines.push_back(Line(row, widths, pathColumn));
   return lines;
 }
 
@@ -87,7 +92,7 @@ std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width) {
   for (const ItemRecord& item : items) sorted.push_back(&item);
   std::stable_sort(sorted.begin(), sorted.end(),
                    [](const ItemRecord* a, const ItemRecord* b) { return a->location < b->location; });
-  TextTable table;
+  TextTable table{.header = {}, .rows = {}, .pathColumn = kFileColumn};
   for (const Column& column : kItemColumns) table.header.emplace_back(column.title);
   for (const ItemRecord* item : sorted) {
     auto& row = table.rows.emplace_back();

@@ -3,6 +3,7 @@
 
 #include "item_record.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -13,6 +14,8 @@ namespace smh {
 struct TextTable {
   std::vector<std::wstring> header;
   std::vector<std::vector<std::wstring>> rows;  // each as long as the header
+  // A column whose cells are cut at their beginning: the end of a path says most.
+  std::optional<std::size_t> pathColumn = {};
 
   // One line per row, two blanks between columns. With a width other than 0 the widest columns are cut until
   // a line fits.

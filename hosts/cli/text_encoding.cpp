@@ -180,7 +180,7 @@ std::size_t DisplayWidth(std::wstring_view text) noexcept {
   return width;
 }
 
-std::wstring CutToWidth(std::wstring_view text, std::size_t width) {
+std::wstring CutEnd(std::wstring_view text, std::size_t width) {
   if (DisplayWidth(text) <= width) return std::wstring(text);
   if (width == 0) return {};
   std::size_t cells = 0;
@@ -192,6 +192,19 @@ std::wstring CutToWidth(std::wstring_view text, std::size_t width) {
     end += point.units;
   }
   return std::wstring(text.substr(0, end)) + kEllipsis;
+}
+
+std::wstring CutBeginning(std::wstring_view text, std::size_t width) {
+  std::size_t cells = DisplayWidth(text);
+  if (cells <= width) return std::wstring(text);
+  if (width == 0) return {};
+  std::size_t start = 0;
+  while (start < text.size() && cells > width - 1) {
+    const CodePoint point = CodePointAt(text, start);
+    cells -= CellsOf(point.value);
+    start += point.units;
+  }
+  return kEllipsis + std::wstring(text.substr(start));
 }
 
 }  // namespace smh

@@ -33,7 +33,8 @@ std::wstring DecodeEscapes(std::wstring_view text);
 
 // Cells that a text takes on a console: East Asian wide characters take two, combining marks none.
 std::size_t DisplayWidth(std::wstring_view text) noexcept;
-// The text cut to at most `width` cells, its last cell an ellipsis when something was cut.
-std::wstring CutToWidth(std::wstring_view text, std::size_t width);
+// The text cut at its end, or at its beginning, to at most `width` cells, one of them an ellipsis.
+std::wstring CutEnd(std::wstring_view text, std::size_t width);
+std::wstring CutBeginning(std::wstring_view text, std::size_t width);
 
 }  // namespace smh

@@ -26,7 +26,7 @@ DWORD ReadNumber(std::wstring_view hostFileName, const wchar_t* name, DWORD unse
   DWORD size = sizeof(number);
   const LSTATUS status = RegGetValueW(HKEY_CURRENT_USER, SettingsKey(hostFileName).c_str(), name,
                                       RRF_RT_REG_DWORD, nullptr, &number, &size);
-  return status == ERROR_SUCCESS ? number : unset;
+  return status == ERROR_SUCCESS && size == sizeof(number) ? number : unset;
 }
 
 }  // namespace

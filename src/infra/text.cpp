@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
+#include <vector>
+
 namespace smh {
 
 namespace {
@@ -9,6 +12,30 @@ namespace {
 int OrdinalCompare(std::wstring_view a, std::wstring_view b) noexcept {
   return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
                               TRUE);
+}
+
+// Unit by unit, by the rules that the system compares names of files and registry keys by.
+std::wstring UpperCase(std::wstring_view text) {
+  std::wstring result(text);
+  const int size = static_cast<int>(text.size());
+  if (size > 0) {
+    LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, text.data(), size, result.data(), size, nullptr,
+                  nullptr, 0);
+  }
+  return result;
+}
+
+// For each prefix of the pattern the length of its longest end that is a prefix again. With it a search takes
+// linear time whatever the texts are: both may come from a registry that somebody else filled.
+std::vector<std::size_t> Borders(std::wstring_view pattern) {
+  std::vector<std::size_t> borders(pattern.size(), 0);
+  std::size_t length = 0;
+  for (std::size_t i = 1; i < pattern.size(); ++i) {
+    while (length > 0 && pattern[i] != pattern[length]) length = borders[length - 1];
+    if (pattern[i] == pattern[length]) ++length;
+    borders[i] = length;
+  }
+  return borders;
 }
 
 }  // namespace
@@ -45,16 +72,20 @@ std::wstring Trim(std::wstring_view text) {
 std::wstring ReplaceText(std::wstring_view text, std::wstring_view pattern, std::wstring_view replacement) {
   std::wstring result;
   if (pattern.empty()) return result.assign(text);
-  while (!text.empty()) {
-    const int at = text.size() < pattern.size()
-                       ? -1
-                       : FindStringOrdinal(FIND_FROMSTART, text.data(), static_cast<int>(text.size()),
-                                           pattern.data(), static_cast<int>(pattern.size()), TRUE);
-    if (at < 0) break;
-    result.append(text.substr(0, static_cast<std::size_t>(at))).append(replacement);
-    text.remove_prefix(static_cast<std::size_t>(at) + pattern.size());
+  const std::wstring haystack = UpperCase(text);
+  const std::wstring needle = UpperCase(pattern);
+  const std::vector<std::size_t> borders = Borders(needle);
+  std::size_t copied = 0;
+  std::size_t matched = 0;
+  for (std::size_t i = 0; i < haystack.size(); ++i) {
+    while (matched > 0 && haystack[i] != needle[matched]) matched = borders[matched - 1];
+    if (haystack[i] == needle[matched]) ++matched;
+    if (matched < needle.size()) continue;
+    result.append(text.substr(copied, i + 1 - matched - copied)).append(replacement);
+    copied = i + 1;
+    matched = 0;
   }
-  return result.append(text);
+  return result.append(text.substr(copied));
 }
 
 std::wstring QuoteText(std::wstring_view text) {

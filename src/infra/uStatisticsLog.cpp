@@ -100,12 +100,15 @@ std::wstring LogFilePath() {
   return path.append(L"Logs\\StartupManager.log");
 }
 
-void SaveLog() {
+void SaveLog() noexcept {
   const LogScope scope;
   if (g_log == nullptr) return;
-  LogFileNames names = CurrentLogFileNames();
   // A failure is swallowed: the log must not stop what it reports on, and the next save writes all lines.
-  WriteLogFile(names, g_log->lines);
+  try {
+    LogFileNames names = CurrentLogFileNames();
+    WriteLogFile(names, g_log->lines);
+  } catch (const std::exception&) {
+  }
 }
 
 void StartStatisticsLog() {

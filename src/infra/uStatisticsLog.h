@@ -30,7 +30,7 @@ void LogSystemInfo();
 // Dumps the values of a key. `view` is 0 or KEY_WOW64_64KEY.
 void LogRegistryKey(REGSAM view, HKEY root, bool recurse, const std::wstring& key);
 // Replaces the file by all lines collected so far. A failure is swallowed.
-void SaveLog();
+void SaveLog() noexcept;
 std::wstring LogFilePath();
 
 void StartStatisticsLog();

@@ -2,7 +2,7 @@
 //
 // A change counts itself in before it takes the item-list lock and out when it is done. A load that finds a
 // change under way does nothing; one during which a change began stops taking entries over and does not
-// prune. Either way the load is due again.
+// prune. Either way the load is due again, which the location's change test then reports.
 #pragma once
 
 #include <atomic>
@@ -14,6 +14,10 @@ class ChangeGate {
   bool IsBusy() const noexcept { return busy_.load() > 0; }
   // Differs from an earlier value when a change began meanwhile.
   unsigned Generation() const noexcept { return generation_.load(); }
+
+  void MarkLoadDue() noexcept { loadDue_.store(true); }
+  // Takes and clears the mark.
+  bool TakeLoadDue() noexcept { return loadDue_.exchange(false); }
 
   class [[nodiscard]] Scope {
    public:
@@ -32,6 +36,7 @@ class ChangeGate {
  private:
   std::atomic<int> busy_{0};
   std::atomic<unsigned> generation_{0};
+  std::atomic<bool> loadDue_{false};
 };
 
 }  // namespace smh

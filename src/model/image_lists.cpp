@@ -81,9 +81,14 @@ void CreateLists(ImageLists& lists) {
 }
 
 IconPair ExtractIcons(const std::wstring& file, int index) {
+  HICON large = nullptr;
+  HICON small = nullptr;
+  const UINT count = ExtractIconExW(file.c_str(), index, &large, &small, 1);
   IconPair icons;
-  // A missing file leaves both outputs untouched.
-  ExtractIconExW(file.c_str(), index, icons.large.Put(), icons.small.Put(), 1);
+  // Without an icon, or without the file (UINT_MAX), the outputs may hold anything.
+  if (count == 0 || count == UINT_MAX) return icons;
+  icons.large.Reset(large);
+  icons.small.Reset(small);
   return icons;
 }
 
@@ -99,17 +104,24 @@ IconPair ShellIcons(const std::wstring& file) {
   return icons;
 }
 
-// The new index, or -1; both lists stay of one length.
-int AppendPair(ImageLists& lists, const IconPair& icons) {
+// The new index, or -1; both lists stay of one length. Of a single icon both sizes are made.
+int AppendPair(const IconPair& icons) {
   const HICON large = icons.large ? icons.large.Get() : icons.small.Get();
   const HICON small = icons.small ? icons.small.Get() : icons.large.Get();
   if (large == nullptr) return -1;
-  const int index = ImageList_ReplaceIcon(lists.large.Get(), -1, large);
+  ScopedLock lock(g_lists->lock);
+  CreateLists(*g_lists);
+  const int index = ImageList_ReplaceIcon(g_lists->large.Get(), -1, large);
   if (index < 0) return -1;
-  if (ImageList_ReplaceIcon(lists.small.Get(), -1, small) == index) return index;
-  ImageList_SetImageCount(lists.small.Get(), static_cast<UINT>(index));
-  ImageList_Remove(lists.large.Get(), index);
+  if (ImageList_ReplaceIcon(g_lists->small.Get(), -1, small) == index) return index;
+  ImageList_SetImageCount(g_lists->small.Get(), static_cast<UINT>(index));
+  ImageList_Remove(g_lists->large.Get(), index);
   return -1;
+}
+
+int Remember(const IconKey& key, int index) {
+  ScopedLock lock(g_lists->lock);
+  return g_lists->indexes.emplace(key, index).first->second;
 }
 
 std::uint64_t LastWriteTime(const std::wstring& file) noexcept {
@@ -139,16 +151,12 @@ int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& 
     ScopedLock lock(g_lists->lock);
     if (const auto known = g_lists->indexes.find(key); known != g_lists->indexes.end()) return known->second;
   }
-  IconPair icons = ExtractIcons(iconFile, index);
-  const bool ofIconFile = icons.large || icons.small || iconFile == shownFile;
-  if (!icons.large && !icons.small) icons = ShellIcons(shownFile);
-
-  ScopedLock lock(g_lists->lock);
-  CreateLists(*g_lists);
-  const int appended = AppendPair(*g_lists, icons);
-  if (appended < 0) return kImageUnknownFile;
-  if (!ofIconFile) return appended;
-  return g_lists->indexes.emplace(key, appended).first->second;
+  const IconPair extracted = ExtractIcons(iconFile, index);
+  if (const int appended = AppendPair(extracted); appended >= 0) return Remember(key, appended);
+  const int shown = AppendPair(ShellIcons(shownFile));
+  if (shown < 0) return kImageUnknownFile;
+  // What the shell shows for one file says nothing about another one with the same icon file.
+  return iconFile == shownFile ? Remember(key, shown) : shown;
 }
 
 void DestroyImageLists() noexcept {

@@ -98,6 +98,14 @@ void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target
       message);
 }
 
+std::optional<unsigned> TLocationStartup::BeginLoad() {
+  ScopedLock lock(Items().Lock());
+  const unsigned generation = gate_.Generation();
+  if (!gate_.IsBusy()) return generation;
+  gate_.MarkLoadDue();
+  return std::nullopt;
+}
+
 bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, unsigned generation) {
   const auto isCurrent = [&] { return gate_.Generation() == generation; };
   if (const ItemRef known = FindItem(type_, entry.name)) {

@@ -7,6 +7,7 @@
 #include "model/item_list.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -71,6 +72,9 @@ class TLocationStartup {
 
   ChangeGate& Gate() noexcept { return gate_; }
 
+  // Begins a load: waits until a change under way has finished with the list, and answers the generation that
+  // the load belongs to. None, and the load stays due, when a change is under way.
+  std::optional<unsigned> BeginLoad();
   // For loads. Both answer false, and leave the list alone, when a change of this location began after
   // `generation` was taken.
   bool AddOrUpdateItem(FoundEntry entry, unsigned generation);

@@ -31,13 +31,15 @@ class WinVersionInfo {
   // A 32-bit process on a 64-bit Windows; the system's test for a 64-bit Windows.
   static bool IsWow64();
   static void GetNativeSystemInfo(SYSTEM_INFO& info);
-  // Raises TWinVersionInfoException when the call fails, EOSError when Windows lacks it.
+  // Raises TWinVersionInfoException when the call fails with a reason, EOSError when Windows lacks it. A
+  // failure without a reason leaves what the call stored.
   static void GetProductInfo(DWORD major, DWORD minor, DWORD spMajor, DWORD spMinor, DWORD& productType);
   static bool IsOS(DWORD value);
   // What the library's DllGetVersion says; false when the library or the export is missing.
   static bool DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor);
 };
 
+// Forgets what an earlier life of the module worked out.
 void StartWinVersionInfo();
 // Frees the libraries the entry points came from.
 void StopWinVersionInfo() noexcept;

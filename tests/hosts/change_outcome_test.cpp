@@ -11,9 +11,11 @@ namespace {
 const std::wstring kRun = L"(x64)HKEY_CURRENT_USER\\Run";
 const std::wstring kSide = kRun + L"\\Disabled (Startup Manager)";
 
-const Change kDelete = {.verb = L"delete", .done = L"Deleted", .check = {}, .apply = {}, .isOutcome = {}};
+const Change kDelete = {
+    .verb = L"delete", .done = L"Deleted", .target = {}, .check = {}, .apply = {}, .isOutcome = {}};
 const Change kDisable = {.verb = L"disable",
                          .done = L"Disabled",
+                         .target = {},
                          .check = {},
                          .apply = {},
                          .isOutcome = [](const ItemRecord& before, const ItemRecord& now) {

@@ -28,7 +28,7 @@ void ExpectUsageError(const Words& words) {
 
 TEST(CommandLine, ListTakesFiltersAndFormats) {
   const Invocation list = Parse({L"list", L"--all", L"--location", L"sulRegistryUserRun", L"--location",
-                                 L"registrycommonrun", L"--disabled", L"--json"});
+                                 L"commonrun", L"--disabled", L"--json"});
   EXPECT_EQ(list.command->name, "list");
   EXPECT_TRUE(list.arguments.all);
   EXPECT_EQ(list.arguments.locations, (std::vector<std::int32_t>{sulRegistryUserRun, sulRegistryCommonRun}));
@@ -116,6 +116,10 @@ TEST(LocationNames, EveryMemberIsFoundByItsName) {
     EXPECT_EQ(LocationByName(LocationName(location)), static_cast<TTypeStartupLocation>(location));
   }
   EXPECT_EQ(names.size(), 39u);
+  EXPECT_EQ(LocationByName(L"FolderUser"), sulFolderUser);
+  EXPECT_EQ(LocationByName(L"RegistryRunServices"), sulRegistryRunServices);
+  EXPECT_EQ(LocationByName(L"runservices"), sulRegistryRunServices);
+  EXPECT_EQ(LocationByName(L""), std::nullopt);
   EXPECT_EQ(LocationName(sulRegistryShellExtApproved), L"sulRegistryShellExtApproved");
   EXPECT_EQ(LocationName(-1), L"sulNone");
   EXPECT_EQ(LocationName(40), L"sulNone");

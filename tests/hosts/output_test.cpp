@@ -115,6 +115,9 @@ TEST(TableOutput, FitsTheConsoleAndCutsNothingWithoutOne) {
     return length;
   };
   for (const std::size_t width : {79, 100, 200}) EXPECT_EQ(longest(ItemTable({&item, 1}, width)), width);
+  item.file = L"C:\\" + std::wstring(80, L'f') + L"\\program.exe";
+  EXPECT_NE(ItemTable({&item, 1}, 100).find(L"\\program.exe"), std::wstring::npos);
+  item.file.clear();
   const std::wstring full = ItemTable({&item, 1}, 0);
   EXPECT_NE(full.find(item.command), std::wstring::npos);
   EXPECT_NE(full.find(item.description), std::wstring::npos);

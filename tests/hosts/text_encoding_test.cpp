@@ -47,13 +47,18 @@ TEST(TextEncoding, DecodesBothEscapesAndLeavesPathsAlone) {
 }
 
 TEST(TextEncoding, CutsByCellsOfTheConsole) {
-  EXPECT_EQ(CutToWidth(L"abcdef", 6), L"abcdef");
-  EXPECT_EQ(CutToWidth(L"abcdefg", 6), L"abcde\u2026");
+  EXPECT_EQ(CutEnd(L"abcdef", 6), L"abcdef");
+  EXPECT_EQ(CutEnd(L"abcdefg", 6), L"abcde\u2026");
   EXPECT_EQ(DisplayWidth(L"\u4E2D\u6587e\u0301"), 5u);
   // A wide character is not halved.
-  EXPECT_EQ(CutToWidth(L"\u4E2D\u6587\u5B57", 4), L"\u4E2D\u2026");
-  EXPECT_EQ(CutToWidth(kHigh + kLow + L"bc", 2), L"\u2026");
-  EXPECT_EQ(CutToWidth(L"abc", 0), L"");
+  EXPECT_EQ(CutEnd(L"\u4E2D\u6587\u5B57", 4), L"\u4E2D\u2026");
+  EXPECT_EQ(CutEnd(kHigh + kLow + L"bc", 2), L"\u2026");
+  EXPECT_EQ(CutEnd(L"abc", 0), L"");
+  EXPECT_EQ(CutBeginning(L"abcdefg", 7), L"abcdefg");
+  EXPECT_EQ(CutBeginning(L"abcdefg", 3), L"\u2026fg");
+  EXPECT_EQ(CutBeginning(L"\u4E2D\u6587\u5B57", 4), L"\u2026\u5B57");
+  EXPECT_EQ(CutBeginning(L"a" + kHigh + kLow, 1), L"\u2026");
+  EXPECT_EQ(CutBeginning(L"abc", 0), L"");
 }
 
 }  // namespace

@@ -2,9 +2,12 @@
 
 #include "infra/intf_DebugLog.h"
 #include "infra/intf_general.h"
+#include "infra/text.h"
 #include "support/child_process.h"
+#include "support/fake_basekit.h"
 #include "support/fake_siblings.h"
 #include "support/file_fixture.h"
+#include "support/import_patch.h"
 #include "support/recording_safeguard.h"
 #include "support/test_main.h"
 
@@ -14,7 +17,6 @@ namespace smh {
 namespace {
 
 using test::ChildProcess;
-using test::ThisFolder;
 
 // The library list lives as long as one test.
 class SiblingTest : public testing::Test {
@@ -53,6 +55,16 @@ TEST_F(SiblingTest, AnsweredServiceIsKept) {
   StartLibraryList();
   EXPECT_EQ(GetSafeguard(), other.Get());
   test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, nullptr);
+}
+
+TEST_F(SiblingTest, WhatIsNotReplacedComesFromTheRealLibrary) {
+  const auto globals = MakeComObject<test::FakeGlobals>();
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, globals.Get());
+  EXPECT_EQ(GetGlobals(), globals.Get());
+  IHelper* const helper = GetHelper();
+  EXPECT_TRUE(
+      EndsText(L"\\windows", TakeText([&](BoundaryText* text) { return helper->GetWindowsFolder(text); })));
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, nullptr);
 }
 
 TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
@@ -110,30 +122,48 @@ SMH_CHILD(AskForMissingRater) {
   return 0;
 }
 
-struct ErrorBox {
+// A message box of another process.
+struct Box {
   DWORD process = 0;
   HWND window = nullptr;
+  std::wstring caption;
+  // The longest of its texts, which is longer than those of its buttons.
   std::wstring text;
 };
 
-BOOL CALLBACK TakeText(HWND window, LPARAM parameter) {
+std::wstring TextOf(HWND window) {
   wchar_t text[512];
-  const std::wstring_view found(text, static_cast<std::size_t>(GetWindowTextW(window, text, 512)));
-  auto& box = *reinterpret_cast<ErrorBox*>(parameter);
-  if (found.size() > box.text.size()) box.text = found;
+  return std::wstring(text, static_cast<std::size_t>(GetWindowTextW(window, text, 512)));
+}
+
+BOOL CALLBACK TakeLongerText(HWND window, LPARAM parameter) {
+  auto& box = *reinterpret_cast<Box*>(parameter);
+  std::wstring text = TextOf(window);
+  if (text.size() > box.text.size()) box.text = std::move(text);
   return TRUE;
 }
 
-BOOL CALLBACK FindErrorBox(HWND window, LPARAM parameter) {
-  auto& box = *reinterpret_cast<ErrorBox*>(parameter);
+BOOL CALLBACK TakeDialog(HWND window, LPARAM parameter) {
+  auto& box = *reinterpret_cast<Box*>(parameter);
   DWORD process = 0;
-  wchar_t caption[16];
+  wchar_t className[16];
   GetWindowThreadProcessId(window, &process);
-  if (process != box.process || GetWindowTextW(window, caption, 16) == 0) return TRUE;
-  if (std::wstring_view(caption) != L"Error") return TRUE;
+  GetClassNameW(window, className, 16);
+  if (process != box.process || !IsWindowVisible(window) || std::wstring_view(className) != L"#32770")
+    return TRUE;
   box.window = window;
-  EnumChildWindows(window, &TakeText, parameter);
+  box.caption = TextOf(window);
+  EnumChildWindows(window, &TakeLongerText, parameter);
   return FALSE;
+}
+
+// Without window after half a minute, or when the process ended.
+Box WaitForBox(const ChildProcess& child) {
+  Box box{child.Id(), nullptr, {}, {}};
+  for (int tries = 0; tries < 600 && box.window == nullptr && !child.WaitFor(50); ++tries) {
+    EnumWindows(&TakeDialog, reinterpret_cast<LPARAM>(&box));
+  }
+  return box;
 }
 
 TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
@@ -141,11 +171,9 @@ TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
   const std::wstring program = folder.File(L"lonely.exe");
   ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
   ChildProcess child(program, {L"--child=AskForMissingRater"});
-  ErrorBox box{child.Id(), nullptr, {}};
-  for (int tries = 0; tries < 300 && box.window == nullptr && !child.WaitFor(50); ++tries) {
-    EnumWindows(&FindErrorBox, reinterpret_cast<LPARAM>(&box));
-  }
+  const Box box = WaitForBox(child);
   ASSERT_NE(box.window, nullptr);
+  EXPECT_EQ(box.caption, L"Error");
   EXPECT_EQ(
       box.text,
       L"An error occurred while loading library raterkit.dll::File Rater. \r\n\r\nIt may have been removed. "
@@ -154,6 +182,33 @@ TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
   const test::ChildResult result = child.Finish(20'000);
   EXPECT_FALSE(result.timedOut);
   EXPECT_EQ(result.exitCode, 1u) << result.output;
+}
+
+struct ShownBox {
+  HWND owner;
+  std::wstring text;
+  std::wstring caption;
+  UINT flags;
+  bool operator==(const ShownBox&) const = default;
+};
+std::vector<ShownBox> g_shown;
+
+int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  g_shown.push_back({owner, text, caption, flags});
+  return IDNO;
+}
+
+TEST_F(SiblingTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
+  const auto globals = MakeComObject<test::FakeGlobals>();
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, globals.Get());
+  const test::ImportPatch patch("MessageBoxW", &RecordBox);
+  g_shown.clear();
+  const HWND owner = GetDesktopWindow();
+  EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
+  EXPECT_EQ(ShowMessageBoxOwned(owner, L"Failed", MB_ICONERROR), IDNO);
+  EXPECT_EQ(g_shown, (std::vector<ShownBox>{{nullptr, L"Really?", L"Quillmark Startup Manager", 0x42004},
+                                            {owner, L"Failed", L"Quillmark Startup Manager", 0x42010}}));
+  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, nullptr);
 }
 
 TEST(AsciiTextTest, OnlyAsciiLettersFold) {

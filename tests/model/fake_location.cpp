@@ -49,8 +49,8 @@ FakeLocation& FixedLocation() {
 }
 
 std::unique_ptr<TLocationStartup> FakeLocation::MakeFixed() {
-  return std::make_unique<FakeLocation>(sulRegistryIEBrowserObjects,
-                                        Abilities{.canEnable = false, .canModify = false, .canDelete = false});
+  return std::make_unique<FakeLocation>(
+      sulRegistryIEBrowserObjects, Abilities{.canEnable = false, .canModify = false, .canDelete = false});
 }
 
 void FakeLocation::SetEntries(std::vector<Entry> entries) {
@@ -113,7 +113,8 @@ int FakeLocation::ExtractItem(bool checkpoint, const ItemRef& item) {
 void FakeLocation::InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
                               const std::wstring& entryName) {
   TLocationStartup::InsertItem(checkpoint, extracted, enabled, command, entryName);
-  calls.push_back(L"insert " + std::to_wstring(extracted) + (enabled ? L" on " : L" off ") + command + L' ' + entryName);
+  calls.push_back(L"insert " + std::to_wstring(extracted) + (enabled ? L" on " : L" off ") + command + L' ' +
+                  entryName);
   if (failInsert) throw EOSError(ERROR_DISK_FULL);
   const std::scoped_lock lock(lock_);
   entries_.push_back({entryName, command});

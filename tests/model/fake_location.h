@@ -14,7 +14,8 @@ namespace smh::test {
 
 class FakeLocation final : public TLocationStartup {
  public:
-  explicit FakeLocation(TTypeStartupLocation type, Abilities abilities = {}) : TLocationStartup(type, abilities) {}
+  explicit FakeLocation(TTypeStartupLocation type, Abilities abilities = {})
+      : TLocationStartup(type, abilities) {}
 
   // One that cannot do anything.
   static std::unique_ptr<TLocationStartup> MakeFixed();

@@ -45,7 +45,8 @@ TEST_F(ItemListTest, PositionsAndNamesStayTrueThroughEveryChange) {
   EXPECT_EQ(Items().Insert(-7, items[1]), 0);
   ExpectConsistent();
 
-  Items().RemoveIf([&](const TStartupItem& item) { return item.GivenText() == L"c" || &item == other.get(); });
+  Items().RemoveIf(
+      [&](const TStartupItem& item) { return item.GivenText() == L"c" || &item == other.get(); });
   EXPECT_EQ(Items().Count(), 4);
   EXPECT_EQ(Items().At(4), nullptr);
   EXPECT_EQ(Items().At(-1), nullptr);

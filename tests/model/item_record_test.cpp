@@ -137,13 +137,20 @@ TEST_F(ItemRecordTest, BothImageListsGrowTogetherAndAnIconOnce) {
   ImageList_GetIconSize(large, &width, &height);
   EXPECT_EQ(width, 32);
 
-  const int index = AppendFileIcon(kProgram, 0, kProgram);
+  // One with icons of its own, and one for which the shell has to be asked.
+  const TemporaryFolder folder;
+  for (const std::wstring& file : {std::wstring(L"C:\\windows\\regedit.exe"), folder.Write(L"x.txt", "x")}) {
+    const int index = AppendFileIcon(file, 0, file);
+    const int count = ImageList_GetImageCount(small);
+    EXPECT_EQ(ImageList_GetImageCount(large), count);
+    EXPECT_EQ(AppendFileIcon(file, 0, file), index);
+    EXPECT_EQ(ImageList_GetImageCount(small), count);
+    EXPECT_EQ(index, count - 1);
+  }
   const int count = ImageList_GetImageCount(small);
-  EXPECT_EQ(ImageList_GetImageCount(large), count);
-  EXPECT_EQ(AppendFileIcon(kProgram, 0, kProgram), index);
+  EXPECT_GT(count, 4);
+  EXPECT_EQ(AppendFileIcon(L"C:\\gone.exe", 0, L"C:\\gone.exe"), kImageUnknownFile);
   EXPECT_EQ(ImageList_GetImageCount(small), count);
-  EXPECT_GE(index, 4);
-  EXPECT_LT(index, count);
   DestroyImageLists();
   EXPECT_EQ(ImageList_GetImageCount(SmallImageList()), 4);
 }
@@ -163,7 +170,8 @@ TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
   // The reader is at work on the first command when the second one comes.
   std::thread reader;
   for (int i = 0; i < 50; ++i) {
-    ASSERT_TRUE(item->UpdateCommand(first + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; }));
+    ASSERT_TRUE(item->UpdateCommand(first + std::wstring(static_cast<std::size_t>(i) + 1, L' '),
+                                    [] { return true; }));
     reader = std::thread([&] { item->ReadExtendedInfo(); });
     item->UpdateCommand(second + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; });
     reader.join();

@@ -56,10 +56,14 @@ TEST_F(LocationBaseTest, OperationsThatALocationLacksAreAssertions) {
   FakeLocation& fixed = FixedLocation();
   const ItemRef item = fixed.Listed(L"f");
   const std::function<void()> operations[] = {
-      [&] { fixed.ExtractItem(false, item); },      [&] { fixed.InsertItem(false, 0, true, L"c", L"n"); },
-      [&] { fixed.AddItem(L"n", L"c"); },           [&] { fixed.DeleteItem(item); },
-      [&] { fixed.EnableItem(item); },              [&] { fixed.DisableItem(item); },
-      [&] { fixed.MoveItem(item, sulRegistryUserRun); }, [&] { fixed.ChangeItemCommand(item, L"c"); },
+      [&] { fixed.ExtractItem(false, item); },
+      [&] { fixed.InsertItem(false, 0, true, L"c", L"n"); },
+      [&] { fixed.AddItem(L"n", L"c"); },
+      [&] { fixed.DeleteItem(item); },
+      [&] { fixed.EnableItem(item); },
+      [&] { fixed.DisableItem(item); },
+      [&] { fixed.MoveItem(item, sulRegistryUserRun); },
+      [&] { fixed.ChangeItemCommand(item, L"c"); },
       [&] { UsualLocation().MoveItem(UsualLocation().Listed(L"u"), sulRegistryIEBrowserObjects); },
   };
   for (const auto& operation : operations) {
@@ -86,7 +90,8 @@ TEST_F(LocationBaseTest, AMoveIsCheckpointExtractInsertAndBackWhenTheInsertFails
   RareLocation().failInsert = true;
   EXPECT_THROW(UsualLocation().MoveItem(UsualLocation().Listed(L"first"), sulRegistryRunServices), EOSError);
   EXPECT_THAT(UsualLocation().calls, ElementsAre(L"extract n", L"extract first", L"put back"));
-  EXPECT_TRUE(LogHas(L"Error move item \"first\" from \"sulRegistryUserRun\" to \"sulRegistryRunServices\"."));
+  EXPECT_TRUE(
+      LogHas(L"Error move item \"first\" from \"sulRegistryUserRun\" to \"sulRegistryRunServices\"."));
 }
 
 TEST_F(LocationBaseTest, AnEntryNameIsAcceptedOnceWhateverItsCase) {
@@ -114,14 +119,14 @@ TEST_F(LocationBaseTest, TheHostsTextsTitleTheCheckpoints) {
        L"Startup Manager: Adding %s"},
       {ChangeKind::kMoving, &IStartupManagerStrings::GetMovingText, &IStartupManagerStrings::SetMovingText,
        L"Startup Manager: Moving %s"},
-      {ChangeKind::kDeleting, &IStartupManagerStrings::GetDeletingText, &IStartupManagerStrings::SetDeletingText,
-       L"Startup Manager: Deleting %s"},
-      {ChangeKind::kEnabling, &IStartupManagerStrings::GetEnablingText, &IStartupManagerStrings::SetEnablingText,
-       L"Startup Manager: Enabling %s"},
-      {ChangeKind::kDisabling, &IStartupManagerStrings::GetDisablingText, &IStartupManagerStrings::SetDisablingText,
-       L"Startup Manager: Disabling %s"},
-      {ChangeKind::kChanging, &IStartupManagerStrings::GetChangingText, &IStartupManagerStrings::SetChangingText,
-       L"Startup Manager: Changing %s"},
+      {ChangeKind::kDeleting, &IStartupManagerStrings::GetDeletingText,
+       &IStartupManagerStrings::SetDeletingText, L"Startup Manager: Deleting %s"},
+      {ChangeKind::kEnabling, &IStartupManagerStrings::GetEnablingText,
+       &IStartupManagerStrings::SetEnablingText, L"Startup Manager: Enabling %s"},
+      {ChangeKind::kDisabling, &IStartupManagerStrings::GetDisablingText,
+       &IStartupManagerStrings::SetDisablingText, L"Startup Manager: Disabling %s"},
+      {ChangeKind::kChanging, &IStartupManagerStrings::GetChangingText,
+       &IStartupManagerStrings::SetChangingText, L"Startup Manager: Changing %s"},
   };
   for (const Row& row : rows) {
     const auto text = [&](IStartupManagerStrings& strings) {

@@ -55,7 +55,8 @@ TEST_F(ReaderTest, ReadsTheUsualLocationsAndAllOfThemFromTheNextStartOn) {
 
   SetShowAllLocations(true);
   RareLocation().changed = true;
-  EXPECT_FALSE(Within(1500ms, [] { return RareLocation().reads > 0; })) << "the switch waits for the next start";
+  EXPECT_FALSE(Within(1500ms, [] { return RareLocation().reads > 0; }))
+      << "the switch waits for the next start";
   StartReading();
   ASSERT_TRUE(Within(10s, IsComplete));
   EXPECT_NE(RareLocation().Listed(L"r"), nullptr);

@@ -61,6 +61,10 @@ Function NativeFunction(const char* name) {
 }
 
 using NtSetValueKeyFunction = NTSTATUS(NTAPI*)(HANDLE, UNICODE_STRING*, ULONG, ULONG, const void*, ULONG);
+using NtDeleteKeyFunction = NTSTATUS(NTAPI*)(HANDLE);
+// Answers the length in bytes, then the path.
+constexpr ULONG kKeyNameInformation = 3;
+using NtQueryKeyFunction = NTSTATUS(NTAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
 using NtDeleteValueKeyFunction = NTSTATUS(NTAPI*)(HANDLE, UNICODE_STRING*);
 
 void ApplyRights(HKEY key, const wchar_t* text) {
@@ -122,13 +126,29 @@ bool KeyIsThere(HKEY root, const std::wstring& path, REGSAM view) {
 
 void DeleteKeyTree(HKEY root, const std::wstring& path, REGSAM view) {
   ScopedKey key;
-  const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_ALL_ACCESS | view, key.Put());
+  const LSTATUS status =
+      RegOpenKeyExW(root, path.c_str(), REG_OPTION_OPEN_LINK, KEY_ALL_ACCESS | view, key.Put());
   if (status == ERROR_FILE_NOT_FOUND) return;
   Check(status, "a key to delete cannot be opened");
   DeleteBelow(key.Get(), view);
-  key.Reset();
-  Check(RegDeleteKeyExW(root, path.c_str(), view & (KEY_WOW64_64KEY | KEY_WOW64_32KEY), 0),
-        "a key cannot be deleted");
+  Check(NativeFunction<NtDeleteKeyFunction>("NtDeleteKey")(key.Get()), "a key cannot be deleted");
+}
+
+void MakeLink(HKEY root, const std::wstring& path, HKEY target, REGSAM view) {
+  std::vector<std::byte> information(4096);
+  ULONG size = 0;
+  Check(NativeFunction<NtQueryKeyFunction>("NtQueryKey")(target, kKeyNameInformation, information.data(),
+                                                         static_cast<ULONG>(information.size()), &size),
+        "the path of a key is not told");
+  ULONG bytes = 0;
+  std::memcpy(&bytes, information.data(), sizeof(bytes));
+  ScopedKey link;
+  Check(RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS | view,
+                        nullptr, link.Put(), nullptr),
+        "a link cannot be made");
+  Check(RegSetValueExW(link.Get(), L"SymbolicLinkValue", 0, REG_LINK,
+                       reinterpret_cast<const BYTE*>(information.data()) + sizeof(bytes), bytes),
+        "a link cannot be directed");
 }
 
 std::vector<std::wstring> SubKeys(HKEY root, const std::wstring& path, REGSAM view) {

@@ -31,8 +31,10 @@ Bytes UnitBytes(std::wstring_view units);
 
 ScopedKey MakeKey(HKEY root, const std::wstring& path, REGSAM view = 0);
 bool KeyIsThere(HKEY root, const std::wstring& path, REGSAM view = 0);
-// Does nothing when there is no such key.
+// Does nothing when there is no such key. A registry link goes itself, not what it leads to.
 void DeleteKeyTree(HKEY root, const std::wstring& path, REGSAM view = 0);
+// A registry link to an open key.
+void MakeLink(HKEY root, const std::wstring& path, HKEY target, REGSAM view = 0);
 std::vector<std::wstring> SubKeys(HKEY root, const std::wstring& path, REGSAM view = 0);
 std::vector<std::wstring> Values(HKEY root, const std::wstring& path, REGSAM view = 0);
 

@@ -20,6 +20,7 @@ void RunChange(const Arguments& arguments) {
   ChangeItems(arguments,
               {.verb = L"change",
                .done = L"Changed",
+               .target = {},
                .check = [&command](const ItemRecord& item, IStartupItem&) { return Check(item, command); },
                .apply = [&command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
                .isOutcome =

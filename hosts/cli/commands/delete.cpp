@@ -14,6 +14,7 @@ Verdict Check(const ItemRecord& item, IStartupItem&) {
 void RunDelete(const Arguments& arguments) {
   ChangeItems(arguments, {.verb = L"delete",
                           .done = L"Deleted",
+                          .target = {},
                           .check = Check,
                           .apply = [](IStartupItem& item) { return item.Delete(); },
                           .isOutcome = {}});

@@ -21,6 +21,7 @@ bool IsOutcome(const ItemRecord& before, const ItemRecord& now) {
 void RunDisable(const Arguments& arguments) {
   ChangeItems(arguments, {.verb = L"disable",
                           .done = L"Disabled",
+                          .target = {},
                           .check = Check,
                           .apply = [](IStartupItem& item) { return item.Disable(); },
                           .isOutcome = IsOutcome});

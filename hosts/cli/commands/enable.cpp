@@ -21,6 +21,7 @@ bool IsOutcome(const ItemRecord& before, const ItemRecord& now) {
 void RunEnable(const Arguments& arguments) {
   ChangeItems(arguments, {.verb = L"enable",
                           .done = L"Enabled",
+                          .target = {},
                           .check = Check,
                           .apply = [](IStartupItem& item) { return item.Enable(); },
                           .isOutcome = IsOutcome});

@@ -20,7 +20,8 @@ Verdict Check(const ItemRecord& item, IStartupItem& listed, std::int32_t target)
 void RunMove(const Arguments& arguments) {
   const std::int32_t target = arguments.target.value_or(sulNone);
   ChangeItems(arguments, {.verb = L"move",
-                          .done = L"Moved to " + std::wstring(LocationName(target)) + L":",
+                          .done = L"Moved",
+                          .target = L" to " + std::wstring(LocationName(target)),
                           .check = [target](const ItemRecord& item,
                                             IStartupItem& listed) { return Check(item, listed, target); },
                           .apply = [target](IStartupItem& item) { return item.MoveTo(target); },

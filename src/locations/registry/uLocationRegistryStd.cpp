@@ -39,12 +39,12 @@ bool ReplaceZeros(std::wstring& name) {
 // One load: what it has found so far.
 struct TLocationRegistryStd::Load {
   unsigned generation = 0;
-  FoundNames found;
+  FoundNames found{};
   // Which value stands for a found name: two values may have one path.
-  std::map<std::wstring, RegistryValueAddress> addresses;
+  std::map<std::wstring, RegistryValueAddress> addresses{};
   // Listed names because of which a value was passed over. When one of them is pruned, that value's turn has
   // come.
-  FoundNames skipCauses;
+  FoundNames skipCauses{};
   bool loadAgain = false;
 };
 
@@ -59,7 +59,9 @@ REGSAM TLocationRegistryStd::OwnView() {
 }
 
 bool TLocationRegistryStd::ItemExists(const TStartupItem& item) {
-  return ReadValue(AddressOf(item)).has_value();
+  const RegistryValueAddress address = AddressOf(item);
+  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
 }
 
 bool TLocationRegistryStd::IsChanged() {
@@ -67,10 +69,10 @@ bool TLocationRegistryStd::IsChanged() {
   if (Gate().IsBusy()) return false;
   if (watch_.IsSignalled()) {
     watch_.Rearm();
-    loadDue_.store(false);
+    Gate().TakeLoadDue();
     return true;
   }
-  return loadDue_.exchange(false);
+  return Gate().TakeLoadDue();
 }
 
 bool TLocationRegistryStd::CanAcceptItem(const TStartupItem& item) {
@@ -101,13 +103,10 @@ void TLocationRegistryStd::ReadItems() {
 void TLocationRegistryStd::LoadItems() {
   // Twice at most: pruning can make room for values that were passed over.
   for (int pass = 0; pass < 2; ++pass) {
-    Load load;
-    {
-      // Waits until a change under way has finished with the list.
-      ScopedLock lock(Items().Lock());
-      load.generation = Gate().Generation();
-    }
-    bool current = !Gate().IsBusy();
+    const std::optional<unsigned> generation = BeginLoad();
+    if (!generation) return;
+    Load load{.generation = *generation};
+    bool current = true;
     const auto read = [&](const wchar_t* path) {
       if (current && OwnView() != 0) current = ReadKey(load, path, OwnView());
       if (!current) return;
@@ -118,7 +117,7 @@ void TLocationRegistryStd::LoadItems() {
     read(row_.keyPath);
     for (const wchar_t* path : row_.disabledKeyPaths) read(path);
     if (!current || !Prune(load)) {
-      loadDue_.store(true);
+      Gate().MarkLoadDue();
       return;
     }
     if (!load.loadAgain) return;

@@ -7,7 +7,6 @@
 #include "locations/registry/value_changes.h"
 #include "model/uLocationStartup.h"
 
-#include <atomic>
 #include <optional>
 
 namespace smh {
@@ -72,8 +71,6 @@ class TLocationRegistryStd final : public TLocationStartup {
   const RunKeyClass& row_;
   const HKEY root_;
   KeyWatch watch_;
-  // A load was skipped or given up because of a change, and is due again.
-  std::atomic<bool> loadDue_{false};
   std::optional<Extracted> extracted_;
 };
 

@@ -9,9 +9,20 @@ namespace smh {
 
 namespace {
 
+bool IsMissing(LSTATUS status) noexcept {
+  return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND || status == ERROR_KEY_DELETED;
+}
+
 RegistryValueAddress PlainView(RegistryValueAddress address) {
   address.viewBits = 0;
   return address;
+}
+
+// Empty for a key that does not exist.
+ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view) {
+  ScopedKey key = OpenRegistryKey(root, path, view | KEY_READ);
+  if (!key && !IsMissing(static_cast<LSTATUS>(GetLastError()))) RaiseLastOSError();
+  return key;
 }
 
 void RecordedWrite(const RegistryValueAddress& address, const RegistryData& data) {
@@ -50,7 +61,7 @@ void PlainDelete(const RegistryValueAddress& address) {
   ScopedKey key;
   const LSTATUS opened =
       RegOpenKeyExW(address.root, address.key.c_str(), 0, address.viewBits | KEY_ALL_ACCESS, key.Put());
-  if (opened == ERROR_FILE_NOT_FOUND || opened == ERROR_PATH_NOT_FOUND) return;
+  if (IsMissing(opened)) return;
   CheckStatus(opened);
   const LSTATUS deleted = RegDeleteValueW(key.Get(), address.valueName.c_str());
   if (deleted != ERROR_FILE_NOT_FOUND) CheckStatus(deleted);
@@ -63,7 +74,7 @@ RegistryValueAddress AddressOf(const TStartupItem& item) {
 }
 
 std::optional<RegistryData> ReadValue(const RegistryValueAddress& address) {
-  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
   if (!key) return std::nullopt;
   return QueryRegistryValue(key.Get(), address.valueName);
 }
@@ -73,9 +84,7 @@ bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept {
 }
 
 RegistryData ReadSource(const RegistryValueAddress& address) {
-  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
-  if (!key) RaiseLastOSError();
-  std::optional<RegistryData> data = QueryRegistryValue(key.Get(), address.valueName);
+  std::optional<RegistryData> data = ReadValue(address);
   if (!data) RaiseOSError(ERROR_FILE_NOT_FOUND);
   if (!data->IsText()) RaiseInvalidDataType(address.valueName);
   return *std::move(data);
@@ -113,8 +122,8 @@ bool ValueWriter::RestoreConfirmed(const RegistryValueAddress& address, const Re
 }
 
 std::wstring UniqueValueName(const RegistryValueAddress& wanted, bool bothViews) {
-  ScopedKey keys[2] = {OpenRegistryKey(wanted.root, wanted.key, wanted.viewBits | KEY_READ), ScopedKey()};
-  if (bothViews) keys[1] = OpenRegistryKey(wanted.root, wanted.key, KEY_READ);
+  ScopedKey keys[2] = {OpenForReading(wanted.root, wanted.key, wanted.viewBits), ScopedKey()};
+  if (bothViews) keys[1] = OpenForReading(wanted.root, wanted.key, 0);
   std::wstring name = wanted.valueName;
   const auto isTaken = [&](const ScopedKey& key) {
     return key &&

@@ -15,7 +15,8 @@ namespace smh {
 // Where an item's value lies.
 RegistryValueAddress AddressOf(const TStartupItem& item);
 
-// Empty for a value, or its key, that cannot be read.
+// Empty for a value, or a key, that is not there. Raises EOSError when that cannot be told: what may stand in
+// a key without read rights must not be taken for nothing.
 std::optional<RegistryData> ReadValue(const RegistryValueAddress& address);
 bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept;
 // The value that a change starts from. Raises EOSError for a missing one and ERegistryException for
@@ -45,8 +46,8 @@ class ValueWriter {
   const bool recorded_;
 };
 
-// "name", else "name (1)", "name (2)", ... : the first that `key` does not hold in the view, nor in the plain
-// view too when `bothViews`.
+// "name", else "name (1)", "name (2)", ...: the first that `key` does not hold in the view, nor in the plain
+// view too when `bothViews`. Raises EOSError for a key that may not be read.
 std::wstring UniqueValueName(const RegistryValueAddress& wanted, bool bothViews);
 
 // A value of the 64-bit view is kept in step with the plain view, unless the plain view holds another entry

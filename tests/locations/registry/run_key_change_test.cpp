@@ -120,7 +120,8 @@ TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
   EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"one"), Sz(L"taken in the plain view"));
 
   CommonRun().ReadItems();
-  const ItemRef left = FindItem(sulRegistryCommonRun, BuildFullValuePath(0, HKEY_LOCAL_MACHINE, kRun, L"other"));
+  const ItemRef left =
+      FindItem(sulRegistryCommonRun, BuildFullValuePath(0, HKEY_LOCAL_MACHINE, kRun, L"other"));
   ASSERT_NE(left, nullptr) << "the plain view's own entry is listed now";
   EXPECT_EQ(Command(left), L"32.exe");
 }
@@ -167,7 +168,8 @@ TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
   EXPECT_EQ(added, item->Position());
   EXPECT_TRUE(item->IsEnabled());
   EXPECT_TRUE(item->Details().FileFound);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"a\\\"b\"", OwnView()), Sz(L"\"C:\\windows\\notepad.exe\" /x"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"a\\\"b\"", OwnView()),
+            Sz(L"\"C:\\windows\\notepad.exe\" /x"));
   UserRun().ReadItems();
   EXPECT_TRUE(item->IsListed());
 }

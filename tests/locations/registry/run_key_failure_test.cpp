@@ -13,18 +13,19 @@ constexpr LSTATUS kPretend = ERROR_SUCCESS;
 }  // namespace
 
 // What stood in the registry still stands there, and the item is what it was.
-#define EXPECT_AS_BEFORE(item, root, name, value)                     \
-  do {                                                                \
-    EXPECT_EQ(GetValue(root, kRun, name, OwnView()), value);          \
+#define EXPECT_AS_BEFORE(item, root, name, value)                       \
+  do {                                                                  \
+    EXPECT_EQ(GetValue(root, kRun, name, OwnView()), value);            \
     EXPECT_EQ(GetValue(root, kOwnSide, name, OwnView()), std::nullopt); \
-    EXPECT_TRUE((item)->IsListed());                                  \
-    EXPECT_TRUE((item)->IsEnabled());                                 \
+    EXPECT_TRUE((item)->IsListed());                                    \
+    EXPECT_TRUE((item)->IsEnabled());                                   \
   } while (false)
 
 TEST_F(RunKeyTest, ARecordedWriteThatDoesNotArriveChangesNothing) {
   SetValue(HKEY_CURRENT_USER, kRun, L"Foo", ExpandSz(L"f.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  const std::wstring line = L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\".";
+  const std::wstring line =
+      L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\".";
   for (const LSTATUS status : {LSTATUS(ERROR_ACCESS_DENIED), kPretend}) {
     module.Safeguard().Answer(L"SetValue", status, 2);
     EXPECT_NO_THROW(UserRun().DisableItem(item));
@@ -87,6 +88,25 @@ TEST_F(RunKeyTest, APlainWriteIntoAClosedKeyRaisesAndLosesNothing) {
   EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
   EXPECT_TRUE(LogHas(L"Error class   : EOSError"));
   EXPECT_TRUE(LogHas(L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\"."));
+}
+
+TEST_F(RunKeyTest, WhatStandsInAKeyWithoutReadRightsIsNotOverwritten) {
+  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"f.exe"));
+  SetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo", Sz(L"hidden.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
+  for (const bool checkpoints : {true, false}) {
+    module.Settings().useCheckpoints = checkpoints;
+    {
+      const LimitedKey limited(HKEY_CURRENT_USER, kOwnSide, LimitedKey::Rights::kNone);
+      EXPECT_THROW(UserRun().DisableItem(item), EOSError);
+    }
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo"), Sz(L"hidden.exe"));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo"), Sz(L"f.exe"));
+    {
+      const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kNone);
+      EXPECT_THROW(UserRun().AddItem(L"New", L"n.exe"), EOSError);
+    }
+  }
 }
 
 TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextRaisesBeforeAnythingIsWritten) {

@@ -4,7 +4,8 @@ namespace smh::test {
 
 RunKeyTest::RunKeyTest() {
   for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-    for (const wchar_t* path : {L"", L"Once", L"Services", L"ServicesOnce", L"-", L"Once-", L"Services-", L"ServicesOnce-"}) {
+    for (const wchar_t* path :
+         {L"", L"Once", L"Services", L"ServicesOnce", L"-", L"Once-", L"Services-", L"ServicesOnce-"}) {
       for (const REGSAM view : {REGSAM(0), REGSAM(KEY_WOW64_64KEY)}) {
         if (view != 0 && !HasTwoViews()) continue;
         saved_.push_back(std::make_unique<SavedKey>(root, kRun + path, view));

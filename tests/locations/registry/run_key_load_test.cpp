@@ -45,7 +45,8 @@ TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
       EXPECT_EQ(Command(item), std::wstring(caption) + L".exe");
       EXPECT_FALSE(item->IsProtected());
     }
-    EXPECT_EQ(FindByCaption(*location, L"dash")->Name(), BuildFullValuePath(OwnView(), row.root, path + L"-", L"dash"));
+    EXPECT_EQ(FindByCaption(*location, L"dash")->Name(),
+              BuildFullValuePath(OwnView(), row.root, path + L"-", L"dash"));
   }
 }
 
@@ -66,11 +67,16 @@ TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
   UserRun().ReadItems();
 
   const std::pair<std::wstring, std::wstring> expected[] = {
-      {L"", L"default.exe"},     {L"expand", L"%SystemRoot%\\x.exe"},
-      {L"number", L""},          {L"list", L""},
-      {L"odd", L"ab"},           {L"bare", L"no end"},
-      {L"none", L""},            {L"big", std::wstring(512 * 1024, L'x')},
-      {L"half \xD800", L"h.exe"}, {std::wstring(16'383, L'n'), L"long.exe"},
+      {L"", L"default.exe"},
+      {L"expand", L"%SystemRoot%\\x.exe"},
+      {L"number", L""},
+      {L"list", L""},
+      {L"odd", L"ab"},
+      {L"bare", L"no end"},
+      {L"none", L""},
+      {L"big", std::wstring(512 * 1024, L'x')},
+      {L"half \xD800", L"h.exe"},
+      {std::wstring(16'383, L'n'), L"long.exe"},
       {L"C:\\a \"b\"\\c", L"\""},
   };
   EXPECT_EQ(Captions(UserRun()).size(), std::size(expected));
@@ -84,7 +90,9 @@ TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
 TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
   const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRun);
   SetCountedValue(key.Get(), std::wstring_view(L"a\0b", 3), Sz(L"zero.exe"));
-  const ItemRef item = LoadAndFind(UserRun(), L"a\x2400" L"b");
+  const ItemRef item = LoadAndFind(UserRun(),
+                                   L"a\x2400"
+                                   L"b");
   ASSERT_NE(item, nullptr);
   EXPECT_TRUE(item->IsProtected());
   EXPECT_EQ(Command(item), L"zero.exe");
@@ -107,7 +115,8 @@ TEST_F(RunKeyTest, OfTwoValuesWithOnePathTheFirstIsListedUntilItGoes) {
 TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
   if (!HasTwoViews()) {
     SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
-    EXPECT_THAT(LoadAndFind(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)HKEY_LOCAL_MACHINE\\"));
+    EXPECT_THAT(LoadAndFind(CommonRun(), L"both")->Name(),
+                ::testing::StartsWith(L"(x32)HKEY_LOCAL_MACHINE\\"));
     return;
   }
   SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
@@ -143,8 +152,9 @@ TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
   EXPECT_EQ(details.ImageIndex, kImageUnknownFile);
   EXPECT_EQ(details.Version.ProductName, L"");
   EXPECT_TRUE(item->NeedsExtendedInfo());
-  EXPECT_TRUE(LogHas(L"Detect change item notepad (app). Target command change from \"C:\\windows\\notepad.exe\" to "
-                     L"\"C:\\missing.exe\"."));
+  EXPECT_TRUE(
+      LogHas(L"Detect change item notepad (app). Target command change from \"C:\\windows\\notepad.exe\" to "
+             L"\"C:\\missing.exe\"."));
 }
 
 TEST_F(RunKeyTest, KeysWithoutRights) {

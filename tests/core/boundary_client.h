@@ -1,0 +1,212 @@
+// The library as a foreign host meets it: loaded at run time and called by slot number, with function types
+// written down here once more. Nothing of this shares a declaration with the library, so that a slot that
+// moved or a type that changed in both the library and its header is still noticed.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace smh::test {
+
+inline constexpr wchar_t kManagerId[] = L"{E8C7F189-6EBA-407B-A55E-97C824EC0201}";
+inline constexpr GUID kManagerGuid = {
+    0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x01}};
+inline constexpr GUID kStringsGuid = {
+    0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x02}};
+inline constexpr GUID kCollectionGuid = {
+    0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
+inline constexpr GUID kItemGuid = {
+    0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
+
+// Ordinals of locations.
+inline constexpr std::int32_t kNoLocation = 0;
+inline constexpr std::int32_t kRunServices = 3;
+inline constexpr std::int32_t kUserRun = 5;
+inline constexpr std::int32_t kCommonRun = 8;
+inline constexpr std::int32_t kCommonRunOnce = 9;
+
+// A text that the library handed out; released at the end. Begins as garbage, as a host's variable may.
+class OutText {
+ public:
+  OutText() = default;
+  ~OutText();
+  OutText(const OutText&) = delete;
+  OutText& operator=(const OutText&) = delete;
+
+  const wchar_t** Put() noexcept { return &text_; }
+  const wchar_t* Get() const noexcept { return text_; }
+  std::wstring Text() const;
+  // The words before the text, the terminator and the heap are as agreed; a null text is.
+  testing::AssertionResult IsWellFormed() const;
+
+ private:
+  static const wchar_t kGarbage[];
+  const wchar_t* text_ = kGarbage;
+};
+
+// A variant that the library filled; begins as one that must not be cleared.
+class OutVariant {
+ public:
+  OutVariant() noexcept;
+  ~OutVariant();
+  OutVariant(const OutVariant&) = delete;
+  OutVariant& operator=(const OutVariant&) = delete;
+
+  VARIANT* Put() noexcept { return &value_; }
+  VARTYPE Type() const noexcept { return value_.vt; }
+  const VARIANT* operator->() const noexcept { return &value_; }
+  std::wstring Text() const;
+
+ private:
+  VARIANT value_;
+};
+
+// Owns one reference to an object of the library.
+class RawObject {
+ public:
+  RawObject() noexcept = default;
+  RawObject(RawObject&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  RawObject& operator=(RawObject&& other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+  ~RawObject() { Reset(); }
+
+  void** Put() noexcept {
+    Reset();
+    return &object_;
+  }
+  void* Address() const noexcept { return object_; }
+  explicit operator bool() const noexcept { return object_ != nullptr; }
+  void Reset() noexcept {
+    if (object_ != nullptr) Release();
+    object_ = nullptr;
+  }
+
+  HRESULT QueryInterface(const GUID* id, void** object) const { return Call<HRESULT>(0, id, object); }
+  std::uint32_t AddRef() const { return Call<std::uint32_t>(1); }
+  std::uint32_t Release() const { return Call<std::uint32_t>(2); }
+
+ protected:
+  template <typename Result, typename... Arguments>
+  Result Call(int slot, Arguments... arguments) const {
+    using Function = Result(__stdcall*)(void*, Arguments...);
+    void* const* const table = *static_cast<void* const* const*>(object_);
+    return reinterpret_cast<Function>(table[slot])(object_, arguments...);
+  }
+
+ private:
+  void* object_ = nullptr;
+};
+
+class RawItem : public RawObject {
+ public:
+  std::int32_t GetIndex() const { return Call<std::int32_t>(3); }
+  std::uint32_t GetLocation() const { return Call<std::uint32_t>(4); }
+  HRESULT GetName(const wchar_t** name) const { return Call<HRESULT>(5, name); }
+  std::uint32_t ReadChanged() const { return Call<std::uint32_t>(6); }
+  std::int32_t GetImageIndex() const { return Call<std::int32_t>(7); }
+  HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
+  std::uint32_t CanDo(std::int32_t action) const { return Call<std::uint32_t>(9, action); }
+  std::uint32_t CanMoveTo(std::int32_t location) const { return Call<std::uint32_t>(10, location); }
+  HRESULT Delete() const { return Call<HRESULT>(11); }
+  HRESULT Enable() const { return Call<HRESULT>(12); }
+  HRESULT Disable() const { return Call<HRESULT>(13); }
+  HRESULT MoveTo(std::int32_t location) const { return Call<HRESULT>(14, location); }
+  HRESULT ChangeCommand(const wchar_t* command) const { return Call<HRESULT>(15, command); }
+  HRESULT Execute(void* window) const { return Call<HRESULT>(16, window); }
+  HRESULT ShowFileDetails(void* window) const { return Call<HRESULT>(17, window); }
+  HRESULT ShowLocation() const { return Call<HRESULT>(18); }
+
+  std::wstring Name() const;
+  std::wstring PropertyText(std::int32_t index) const;
+};
+
+class RawCollection : public RawObject {
+ public:
+  std::int32_t GetCount() const { return Call<std::int32_t>(3); }
+  HRESULT GetItem(std::int32_t index, void** item) const { return Call<HRESULT>(4, index, item); }
+  void* GetSmallImageList() const { return Call<void*>(5); }
+  void* GetLargeImageList() const { return Call<void*>(6); }
+  std::int32_t GetReadState() const { return Call<std::int32_t>(7); }
+  std::uint32_t GetShowAllLocations() const { return Call<std::uint32_t>(8); }
+  HRESULT SetShowAllLocations(std::uint32_t show) const { return Call<HRESULT>(9, show); }
+  HRESULT Refresh() const { return Call<HRESULT>(10); }
+  HRESULT Stop() const { return Call<HRESULT>(11); }
+  HRESULT Lock() const { return Call<HRESULT>(12); }
+  HRESULT Unlock() const { return Call<HRESULT>(13); }
+  std::int32_t AddItem(std::int32_t location, const wchar_t* name, const wchar_t* command) const {
+    return Call<std::int32_t>(14, location, name, command);
+  }
+
+  RawItem Item(std::int32_t index) const;
+};
+
+// Slots 3 to 14: a getter and a setter for each of the six texts.
+class RawStrings : public RawObject {
+ public:
+  static constexpr int kTexts = 6;
+  HRESULT Get(int text, const wchar_t** out) const { return Call<HRESULT>(3 + 2 * text, out); }
+  HRESULT Set(int text, const wchar_t* in) const { return Call<HRESULT>(4 + 2 * text, in); }
+
+  std::wstring Text(int text) const;
+};
+
+class RawManager : public RawObject {
+ public:
+  HRESULT GetStartupItems(void** items) const { return Call<HRESULT>(3, items); }
+  HRESULT GetFavoriteItems(void** items) const { return Call<HRESULT>(4, items); }
+  HRESULT GetStrings(void** strings) const { return Call<HRESULT>(5, strings); }
+  HRESULT ResolveCommandFile(const wchar_t* command, const wchar_t** file) const {
+    return Call<HRESULT>(6, command, file);
+  }
+
+  RawCollection Items() const;
+  RawStrings Strings() const;
+};
+
+// The library beside this program, loaded by full path; freed at the end unless that was done before.
+class LoadedLibrary {
+ public:
+  // Throws std::runtime_error.
+  LoadedLibrary();
+
+  HMODULE Module() const noexcept { return module_.Get(); }
+  // What the export answers, uncounted.
+  void* GetInstance(const wchar_t* id) const { return getInstance_(id, 0); }
+  // With a reference of its own.
+  RawManager Manager() const;
+  void Free() noexcept { module_.Reset(); }
+
+  static std::wstring File();
+
+ private:
+  ScopedModule module_;
+  void*(__stdcall* getInstance_)(const wchar_t* id, std::uint32_t reserved) = nullptr;
+};
+
+struct ErrorInfo {
+  std::wstring description;
+  std::wstring source;
+};
+// The calling thread's error info, which is taken away; none when there is none.
+std::optional<ErrorInfo> TakeErrorInfo();
+// Leaves an error info behind as of an earlier call of somebody.
+void PlantErrorInfo();
+
+// The result and the error info are those of a failed assertion of that unit.
+testing::AssertionResult IsAssertion(HRESULT result, std::wstring_view unit);
+// The result says so and the error info explains it.
+testing::AssertionResult IsExplained(HRESULT result, HRESULT expected);
+
+}  // namespace smh::test

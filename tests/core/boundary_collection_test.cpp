@@ -1,0 +1,195 @@
+#include "core/boundary_fixture.h"
+
+#include <commctrl.h>
+
+#include <functional>
+#include <limits>
+#include <thread>
+
+namespace smh::test {
+namespace {
+
+constexpr wchar_t kUnit[] = L"uStartupItemCollection";
+constexpr wchar_t kReaderUnit[] = L"uLocationStartup";
+
+class CollectionTest : public BoundaryTest {};
+
+TEST_F(CollectionTest, IndexesOutsideTheListGiveWrappersWithoutItem) {
+  SetUserRun(L"One", L"C:\\one.exe");
+  Read();
+  for (const std::int32_t index :
+       {-1, items.GetCount(), items.GetCount() + 1, std::numeric_limits<std::int32_t>::max(),
+        std::numeric_limits<std::int32_t>::min()}) {
+    const RawItem item = items.Item(index);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item.GetIndex(), -1) << index;
+    EXPECT_EQ(item.GetLocation(), 0u) << index;
+  }
+  const RawItem first = items.Item(0);
+  const RawItem again = items.Item(0);
+  EXPECT_NE(first.Address(), again.Address());
+  EXPECT_EQ(first.GetIndex(), 0);
+  EXPECT_EQ(first.AddRef(), 2u);
+  EXPECT_EQ(first.Release(), 1u);
+}
+
+TEST_F(CollectionTest, ImageListsHoldTheFixedImagesFirst) {
+  const auto small = static_cast<HIMAGELIST>(items.GetSmallImageList());
+  const auto large = static_cast<HIMAGELIST>(items.GetLargeImageList());
+  ASSERT_NE(small, nullptr);
+  ASSERT_NE(large, nullptr);
+  EXPECT_NE(small, large);
+  EXPECT_EQ(items.GetSmallImageList(), small);
+  EXPECT_EQ(items.GetLargeImageList(), large);
+  const std::pair<HIMAGELIST, int> lists[] = {{small, 16}, {large, 32}};
+  for (const auto& [list, side] : lists) {
+    int width = 0;
+    int height = 0;
+    EXPECT_TRUE(ImageList_GetIconSize(list, &width, &height));
+    EXPECT_EQ(width, side);
+    EXPECT_EQ(height, side);
+    EXPECT_GE(ImageList_GetImageCount(list), 4);
+    EXPECT_EQ(ImageList_GetImageCount(list), ImageList_GetImageCount(small));
+  }
+}
+
+TEST_F(CollectionTest, OnlyTheLowByteOfABooleanCounts) {
+  const std::pair<std::uint32_t, std::uint32_t> cases[] = {
+      {1, 1}, {0, 0}, {0xFF, 1}, {0x100, 0}, {0xFFFFFF00, 0}, {0xFFFFFF01, 1}, {0x80, 1}, {0, 0}};
+  for (const auto& [given, answered] : cases) {
+    EXPECT_EQ(items.SetShowAllLocations(given), S_OK);
+    EXPECT_EQ(items.GetShowAllLocations(), answered) << given;
+  }
+}
+
+TEST_F(CollectionTest, TheHolderOfTheLockMayNotStopTheReader) {
+  Read();
+  ASSERT_EQ(items.Lock(), S_OK);
+  ASSERT_EQ(items.Lock(), S_OK);
+  EXPECT_TRUE(IsAssertion(items.Stop(), kReaderUnit));
+  EXPECT_TRUE(IsAssertion(items.Refresh(), kReaderUnit));
+  EXPECT_EQ(items.Unlock(), S_OK);
+  EXPECT_TRUE(IsAssertion(items.Stop(), kReaderUnit));
+  EXPECT_EQ(items.GetReadState(), 2);
+  EXPECT_EQ(items.Unlock(), S_OK);
+  EXPECT_EQ(items.Stop(), S_OK);
+  EXPECT_EQ(items.Stop(), S_OK);
+}
+
+TEST_F(CollectionTest, UnlockIsForTheHolder) {
+  EXPECT_TRUE(IsAssertion(items.Unlock(), kUnit));
+  ASSERT_EQ(items.Lock(), S_OK);
+  std::thread([&] {
+    EXPECT_TRUE(IsAssertion(items.Unlock(), kUnit));
+    EXPECT_EQ(items.GetReadState() & ~3, 0);
+  }).join();
+  EXPECT_EQ(items.Unlock(), S_OK);
+  EXPECT_TRUE(IsAssertion(items.Unlock(), kUnit));
+}
+
+TEST_F(CollectionTest, AddItemRefusesIncompleteRequests) {
+  Read();
+  const std::int32_t count = items.GetCount();
+  const struct {
+    std::int32_t location;
+    const wchar_t* name;
+    const wchar_t* command;
+  } cases[] = {
+      {kNoLocation, L"name", L"command"}, {kUserRun, L"", L"command"},
+      {kUserRun, nullptr, L"command"},    {kUserRun, L"name", L""},
+      {kUserRun, L"name", nullptr},       {-1, L"name", L"command"},
+      {40, L"name", L"command"},          {std::numeric_limits<std::int32_t>::max(), L"name", L"command"},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(items.AddItem(row.location, row.name, row.command), -1);
+    EXPECT_TRUE(IsAssertion(E_UNEXPECTED, kUnit));
+  }
+  EXPECT_EQ(items.GetCount(), count);
+  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunKey), std::vector<std::wstring>{});
+}
+
+TEST_F(CollectionTest, NullOutArgumentsAreRefused) {
+  Read();
+  const RawItem item = NoItem();
+  const RawStrings strings = manager.Strings();
+  EXPECT_TRUE(IsExplained(manager.GetStartupItems(nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(manager.GetFavoriteItems(nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(manager.GetStrings(nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(manager.ResolveCommandFile(L"a.exe", nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(items.GetItem(0, nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(item.GetName(nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(item.GetProperty(3, nullptr), E_POINTER));
+  for (int i = 0; i < RawStrings::kTexts; ++i) EXPECT_TRUE(IsExplained(strings.Get(i, nullptr), E_POINTER));
+}
+
+// Every slot of the four interfaces, each in a call that succeeds.
+TEST_F(CollectionTest, EverySlotClearsTheErrorInfoOfEarlierCalls) {
+  const SampleProgram sample;
+  SetUserRun(L"Sample", sample.Path());
+  Read();
+  const RawItem listed = FindUserRun(L"Sample");
+  ASSERT_TRUE(listed);
+  const RawItem none = NoItem();
+  const RawStrings strings = manager.Strings();
+  RawObject object;
+  const std::pair<const char*, std::function<HRESULT()>> calls[] = {
+      {"GetStartupItems", [&] { return manager.GetStartupItems(object.Put()); }},
+      {"GetStrings", [&] { return manager.GetStrings(object.Put()); }},
+      {"ResolveCommandFile",
+       [&] {
+         OutText text;
+         return manager.ResolveCommandFile(L"a.exe", text.Put());
+       }},
+      {"GetCount", [&] { return items.GetCount(), S_OK; }},
+      {"GetItem", [&] { return items.GetItem(0, object.Put()); }},
+      {"GetSmallImageList", [&] { return items.GetSmallImageList(), S_OK; }},
+      {"GetLargeImageList", [&] { return items.GetLargeImageList(), S_OK; }},
+      {"GetReadState", [&] { return items.GetReadState(), S_OK; }},
+      {"GetShowAllLocations", [&] { return items.GetShowAllLocations(), S_OK; }},
+      {"SetShowAllLocations", [&] { return items.SetShowAllLocations(0); }},
+      {"Lock", [&] { return items.Lock(); }},
+      {"Unlock", [&] { return items.Unlock(); }},
+      {"GetIndex", [&] { return listed.GetIndex(), S_OK; }},
+      {"GetLocation", [&] { return listed.GetLocation(), S_OK; }},
+      {"GetName",
+       [&] {
+         OutText text;
+         return listed.GetName(text.Put());
+       }},
+      {"ReadChanged", [&] { return listed.ReadChanged(), S_OK; }},
+      {"GetImageIndex", [&] { return listed.GetImageIndex(), S_OK; }},
+      {"GetProperty",
+       [&] {
+         OutVariant value;
+         return listed.GetProperty(3, value.Put());
+       }},
+      {"CanDo", [&] { return listed.CanDo(-1), S_OK; }},
+      {"CanMoveTo", [&] { return listed.CanMoveTo(99), S_OK; }},
+      {"Delete", [&] { return none.Delete(); }},
+      {"Enable", [&] { return none.Enable(); }},
+      {"Disable", [&] { return none.Disable(); }},
+      {"MoveTo", [&] { return none.MoveTo(kCommonRun); }},
+      {"ChangeCommand", [&] { return none.ChangeCommand(L"a.exe"); }},
+      {"Execute", [&] { return none.Execute(nullptr); }},
+      {"ShowFileDetails", [&] { return none.ShowFileDetails(nullptr); }},
+      {"ShowLocation", [&] { return none.ShowLocation(); }},
+      {"AddItem", [&] { return items.AddItem(kUserRun, L"Sample", L"other.exe") < 0 ? E_FAIL : S_OK; }},
+      {"Refresh", [&] { return items.Refresh(); }},
+      {"Stop", [&] { return items.Stop(); }},
+  };
+  const auto expectCleared = [](const std::string& name, const std::function<HRESULT()>& call) {
+    PlantErrorInfo();
+    EXPECT_EQ(call(), S_OK) << name;
+    EXPECT_FALSE(TakeErrorInfo().has_value()) << name;
+  };
+  for (const auto& [name, call] : calls) expectCleared(name, call);
+  for (int i = 0; i < RawStrings::kTexts; ++i) {
+    const std::wstring text = strings.Text(i);
+    expectCleared(std::to_string(i), [&] { return strings.Set(i, text.c_str()); });
+    OutText out;
+    expectCleared(std::to_string(i), [&] { return strings.Get(i, out.Put()); });
+  }
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,307 @@
+#include "core/boundary_fixture.h"
+
+#include <oleauto.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+
+namespace smh::test {
+namespace {
+
+constexpr wchar_t kUnit[] = L"uStartupItemIntf";
+constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kSmallest = std::numeric_limits<std::int32_t>::min();
+
+class ItemTest : public BoundaryTest {
+ protected:
+  const SampleProgram sample;
+};
+
+// What every query of a wrapper without item answers, and that every operation does nothing.
+void ExpectNoItem(const RawItem& item) {
+  EXPECT_EQ(item.GetIndex(), -1);
+  EXPECT_EQ(item.GetLocation(), 0u);
+  EXPECT_EQ(item.ReadChanged(), 1u);
+  EXPECT_EQ(item.ReadChanged(), 1u);
+  EXPECT_EQ(item.GetImageIndex(), -1);
+  OutText name;
+  EXPECT_EQ(item.GetName(name.Put()), S_OK);
+  EXPECT_EQ(name.Get(), nullptr);
+  for (const std::int32_t index : {0, 1, 3, 21, 26, 27, -1}) {
+    OutVariant value;
+    EXPECT_EQ(item.GetProperty(index, value.Put()), S_OK);
+    EXPECT_EQ(value.Type(), VT_NULL) << index;
+  }
+  for (const std::int32_t action : {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8})
+    EXPECT_EQ(item.CanDo(action), 0u) << action;
+  for (const std::int32_t location : {0, kUserRun, kCommonRun, -1}) EXPECT_EQ(item.CanMoveTo(location), 0u);
+  EXPECT_EQ(item.Delete(), S_OK);
+  EXPECT_EQ(item.Enable(), S_OK);
+  EXPECT_EQ(item.Disable(), S_OK);
+  EXPECT_EQ(item.MoveTo(kCommonRun), S_OK);
+  EXPECT_EQ(item.MoveTo(kNoLocation), S_OK);
+  EXPECT_EQ(item.ChangeCommand(nullptr), S_OK);
+  EXPECT_EQ(item.Execute(nullptr), S_OK);
+  EXPECT_EQ(item.ShowFileDetails(nullptr), S_OK);
+  EXPECT_EQ(item.ShowLocation(), S_OK);
+  EXPECT_FALSE(TakeErrorInfo().has_value());
+}
+
+TEST_F(ItemTest, WrapperWithoutItemIsNeutral) {
+  Read();
+  ExpectNoItem(NoItem());
+}
+
+TEST_F(ItemTest, WrapperIsNeutralOnceItsItemIsGone) {
+  SetUserRun(L"Deleted", sample.Path());
+  SetUserRun(L"Vanished", sample.Path());
+  Read();
+  const RawItem deleted = FindUserRun(L"Deleted");
+  const RawItem vanished = FindUserRun(L"Vanished");
+  ASSERT_TRUE(deleted);
+  ASSERT_TRUE(vanished);
+  ASSERT_EQ(FindUserRun(L"Deleted").Delete(), S_OK);
+  ExpectNoItem(deleted);
+  EXPECT_EQ(vanished.GetIndex(), 0);
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"Vanished");
+  EXPECT_TRUE(WaitUntil([&] { return vanished.GetIndex() == -1; }));
+  ExpectNoItem(vanished);
+}
+
+TEST_F(ItemTest, PropertiesHaveFixedTypes) {
+  constexpr VARTYPE kTypes[] = {VT_I4,   VT_BOOL, VT_BOOL, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR,
+                                VT_I4,   VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR,
+                                VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR,
+                                VT_I8,   VT_DATE, VT_DATE, VT_DATE, VT_BSTR, VT_I4};
+  static_assert(std::size(kTypes) == 27);
+  SetUserRun(L"Sample", sample.Path());
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Number", Dword(7));
+  Read();
+  for (const wchar_t* caption : {L"Sample", L"Number"}) {
+    const RawItem item = FindUserRun(caption);
+    ASSERT_TRUE(item);
+    for (std::int32_t index = 0; index < 27; ++index) {
+      OutVariant value;
+      EXPECT_EQ(item.GetProperty(index, value.Put()), S_OK);
+      EXPECT_EQ(value.Type(), kTypes[index]) << index;
+    }
+    for (const std::int32_t index : {-1, 27, 28, 1000, kLargest, kSmallest}) {
+      OutVariant value;
+      EXPECT_EQ(item.GetProperty(index, value.Put()), S_OK);
+      EXPECT_EQ(value.Type(), VT_NULL) << index;
+    }
+  }
+}
+
+TEST_F(ItemTest, PropertiesTellWhatTheVersionRecordSays) {
+  const std::wstring command = sample.Quoted() + L" /quiet";
+  SetUserRun(L"Sample", command);
+  Read();
+  const RawItem item = FindUserRun(L"Sample");
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item.GetLocation(), 5u);
+  EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kRunKey + L"\\Sample");
+  const std::pair<std::int32_t, std::wstring> texts[] = {
+      {3, L"Sample"},
+      {4, command},
+      {5, L"Boundary sample program"},
+      {6, sample.Folder().Path()},
+      {8, L"Boundary Suite"},
+      {9, L"Made for the tests"},
+      {10, L"7.8.9.10"},
+      {11, L"bsample"},
+      {12, L"bsample-original.exe"},
+      {13, L"2.0 product"},
+      {14, L"7.8 file"},
+      {15, L"2.0 product"},
+      {16, L"private seven"},
+      {17, L"special eight"},
+      {18, L"Quillmark"},
+      {19, L"(c) the copyright holder"},
+      {20, L"the trade marks"},
+  };
+  for (const auto& [index, text] : texts) EXPECT_EQ(item.PropertyText(index), text) << index;
+  EXPECT_NE(item.PropertyText(25), L"");
+}
+
+// A file time as the property shows it: local time as an OLE date.
+double LocalDate(const FILETIME& time) {
+  FILETIME local;
+  SYSTEMTIME parts;
+  double date = 0;
+  FileTimeToLocalFileTime(&time, &local);
+  FileTimeToSystemTime(&local, &parts);
+  SystemTimeToVariantTime(&parts, &date);
+  return date;
+}
+
+TEST_F(ItemTest, PropertiesTellTheFileFacts) {
+  const SYSTEMTIME written = {2005, 7, 0, 14, 15, 16, 17, 0};
+  FILETIME time;
+  SystemTimeToFileTime(&written, &time);
+  const ScopedHandle file(CreateFileW(sample.Path().c_str(), FILE_WRITE_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                      nullptr));
+  ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &time));
+  SetUserRun(L"Sample", sample.Path());
+  Read();
+  const RawItem item = FindUserRun(L"Sample");
+  ASSERT_TRUE(item);
+  WIN32_FIND_DATAW facts;
+  const ScopedFind find(FindFirstFileW(sample.Path().c_str(), &facts));
+  ASSERT_TRUE(find);
+
+  OutVariant location, enabled, found, number, size, rating;
+  item.GetProperty(0, location.Put());
+  item.GetProperty(1, enabled.Put());
+  item.GetProperty(2, found.Put());
+  item.GetProperty(7, number.Put());
+  item.GetProperty(21, size.Put());
+  item.GetProperty(26, rating.Put());
+  EXPECT_EQ(location->lVal, kUserRun);
+  EXPECT_EQ(enabled->boolVal, VARIANT_TRUE);
+  EXPECT_EQ(found->boolVal, VARIANT_TRUE);
+  EXPECT_EQ(number->lVal, 0);
+  EXPECT_EQ(size->llVal, static_cast<std::int64_t>(facts.nFileSizeLow));
+  // By the company in its version record.
+  EXPECT_EQ(rating->lVal, 0);
+
+  constexpr double kSeconds = 10.0 / 86'400;
+  const std::pair<std::int32_t, FILETIME> dates[] = {
+      {22, facts.ftCreationTime}, {23, facts.ftLastAccessTime}, {24, time}};
+  for (const auto& [index, expected] : dates) {
+    OutVariant date;
+    item.GetProperty(index, date.Put());
+    EXPECT_NEAR(date->date, LocalDate(expected), kSeconds) << index;
+  }
+}
+
+TEST_F(ItemTest, MissingFileKeepsTheInitialFacts) {
+  SetUserRun(L"Missing", L"\"C:\\no such folder\\gone.exe\" /x");
+  Read();
+  const RawItem item = FindUserRun(L"Missing");
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item.GetImageIndex(), 3);
+  OutVariant found, size, rating;
+  item.GetProperty(2, found.Put());
+  item.GetProperty(21, size.Put());
+  item.GetProperty(26, rating.Put());
+  EXPECT_EQ(found->boolVal, VARIANT_FALSE);
+  EXPECT_EQ(size->llVal, 0);
+  EXPECT_EQ(rating->lVal, 1);
+  EXPECT_EQ(item.PropertyText(5), L"");
+}
+
+TEST_F(ItemTest, ReadChangedTakesTheMark) {
+  SetUserRun(L"Sample", sample.Path());
+  Read();
+  const RawItem item = FindUserRun(L"Sample");
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item.ReadChanged(), 1u);
+  EXPECT_EQ(item.ReadChanged(), 0u);
+  ASSERT_EQ(item.Disable(), S_OK);
+  EXPECT_EQ(FindUserRun(L"Sample").ReadChanged(), 1u);
+  EXPECT_EQ(item.ReadChanged(), 0u);
+}
+
+// Entries in the states that the actions tell apart.
+class ActionTest : public ItemTest {
+ protected:
+  ActionTest() {
+    SetUserRun(L"Sample", sample.Quoted() + L" /x");
+    SetUserRun(L"Missing", L"\"C:\\no such folder\\gone.exe\" /x");
+    SetUserRun(L"Text", sample.Folder().Write(L"readme.txt", "text"));
+    SetValue(HKEY_CURRENT_USER, kRunKey, L"Number", Dword(7));
+    SetValue(HKEY_CURRENT_USER, kForeignDisabledKey, L"Parked", Sz(sample.Path()));
+    SetValue(HKEY_LOCAL_MACHINE, kRunOnceKey, L"Locked", Sz(sample.Path()), OwnView());
+    limited_.emplace(HKEY_LOCAL_MACHINE, kRunOnceKey, LimitedKey::Rights::kReadOnly, OwnView());
+    Read();
+  }
+
+ private:
+  std::optional<LimitedKey> limited_;
+};
+
+TEST_F(ActionTest, EachStateAllowsItsActions) {
+  const struct {
+    std::int32_t location;
+    const wchar_t* caption;
+    // By action, from 0.
+    const char* can;
+  } cases[] = {
+      {kUserRun, L"Sample", "10111111"}, {kUserRun, L"Missing", "10111101"},
+      {kUserRun, L"Text", "10111011"},   {kUserRun, L"Number", "10111001"},
+      {kUserRun, L"Parked", "11011111"}, {kCommonRunOnce, L"Locked", "00000111"},
+  };
+  for (const auto& row : cases) {
+    const RawItem item = Find(row.location, row.caption);
+    ASSERT_TRUE(item) << row.can;
+    std::string can;
+    for (std::int32_t action = 0; action < 8; ++action) {
+      const std::uint32_t answer = item.CanDo(action);
+      can += answer == 1 ? '1' : answer == 0 ? '0' : '?';
+    }
+    EXPECT_EQ(can, row.can) << std::string(row.caption, row.caption + wcslen(row.caption));
+    for (const std::int32_t action : {-1, 8, 9, 255, 256, 263, kLargest, kSmallest}) {
+      EXPECT_EQ(item.CanDo(action), 0u) << action;
+    }
+  }
+}
+
+TEST_F(ActionTest, MovesGoWhereThereIsSuchALocation) {
+  const RawItem item = FindUserRun(L"Sample");
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item.CanMoveTo(kUserRun), 1u);
+  EXPECT_EQ(item.CanMoveTo(kCommonRun), 1u);
+  // It starts the same file as the entry there.
+  EXPECT_EQ(item.CanMoveTo(kCommonRunOnce), 0u);
+  EXPECT_EQ(Find(kCommonRunOnce, L"Locked").CanMoveTo(kCommonRunOnce), 1u);
+  for (const std::int32_t location : {0, -1, 40, 256 + kCommonRun, kLargest, kSmallest}) {
+    EXPECT_EQ(item.CanMoveTo(location), 0u) << location;
+  }
+}
+
+TEST_F(ActionTest, ForbiddenCallsFailAndChangeNothing) {
+  const auto runValues = [] {
+    std::vector<std::pair<std::wstring, std::optional<RawValue>>> values;
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+      for (const std::wstring& key : {kRunKey, kRunOnceKey, kForeignDisabledKey, kDisabledKey}) {
+        if (!KeyIsThere(root, key, OwnView())) continue;
+        for (const std::wstring& name : Values(root, key, OwnView())) {
+          values.emplace_back(key + name, GetValue(root, key, name, OwnView()));
+        }
+      }
+    }
+    return values;
+  };
+  const auto before = runValues();
+  const std::int32_t count = items.GetCount();
+  const RawItem sampleItem = FindUserRun(L"Sample");
+  const RawItem parked = FindUserRun(L"Parked");
+  const RawItem locked = Find(kCommonRunOnce, L"Locked");
+  ASSERT_TRUE(sampleItem && parked && locked);
+  EXPECT_TRUE(IsAssertion(sampleItem.Enable(), kUnit));
+  EXPECT_TRUE(IsAssertion(parked.Disable(), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.Delete(), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.Enable(), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.Disable(), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.MoveTo(kUserRun), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.MoveTo(kCommonRunOnce), kUnit));
+  EXPECT_TRUE(IsAssertion(locked.ChangeCommand(L"a.exe"), kUnit));
+  EXPECT_TRUE(IsAssertion(FindUserRun(L"Number").Execute(nullptr), kUnit));
+  EXPECT_TRUE(IsAssertion(FindUserRun(L"Text").Execute(nullptr), kUnit));
+  EXPECT_TRUE(IsAssertion(FindUserRun(L"Missing").ShowFileDetails(nullptr), kUnit));
+  EXPECT_TRUE(IsAssertion(sampleItem.MoveTo(kNoLocation), kUnit));
+  for (const std::int32_t location : {-1, 40, 256 + kCommonRun, kLargest, kSmallest}) {
+    EXPECT_TRUE(IsAssertion(sampleItem.MoveTo(location), L"uLocationStartup")) << location;
+  }
+  EXPECT_EQ(sampleItem.MoveTo(kUserRun), S_OK);
+  EXPECT_TRUE(IsExplained(sampleItem.ShowLocation(), E_NOTIMPL));
+  EXPECT_EQ(runValues(), before);
+  EXPECT_EQ(items.GetCount(), count);
+  EXPECT_NE(sampleItem.GetIndex(), -1);
+}
+
+}  // namespace
+}  // namespace smh::test

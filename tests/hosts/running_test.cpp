@@ -1,0 +1,112 @@
+// Commands that run something or run on: execute, locate, watch.
+#include "startupctl_fixture.h"
+
+#include "support/child_process.h"
+#include "support/test_main.h"
+#include "text_encoding.h"
+
+namespace smh::test {
+namespace {
+
+SMH_CHILD(LeaveMark) {
+  WriteFileBytes(arguments.at(0), "was here");
+  return 0;
+}
+
+bool FileExists(const std::wstring& file) {
+  return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+TEST_F(StartupctlTest, ExecuteStartsTheCommandWithItsArguments) {
+  const std::wstring mark = Folder().File(L"mark file");
+  SetRun(HKEY_CURRENT_USER, L"ctl mark", L"\"" + ThisProgram() + L"\" --child=LeaveMark \"" + mark + L"\"");
+  Run({L"execute", L"ctl mark"});
+  for (int i = 0; i < 200 && !FileExists(mark); ++i) Sleep(50);
+  EXPECT_TRUE(FileExists(mark));
+}
+
+TEST_F(StartupctlTest, ExecuteFailsWithoutABoxThatWaits) {
+  Folder().Write(L"broken.exe", "no program");
+  SetRun(HKEY_CURRENT_USER, L"ctl missing", L"C:\\no folder\\nothing.exe /x");
+  SetRun(HKEY_CURRENT_USER, L"ctl broken", L"\"" + Folder().File(L"broken.exe") + L"\"");
+  SetRun(HKEY_CURRENT_USER, L"ctl text", L"\"" + Folder().Write(L"notes.unknown", "text") + L"\"");
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"ctl number", Dword(3));
+  for (const wchar_t* item : {L"ctl missing", L"ctl broken", L"ctl text", L"ctl number"}) {
+    StartupctlProcess process({L"execute", item});
+    const StartupctlResult result = process.Finish(20'000);
+    EXPECT_EQ(result.exitCode, 1u) << ToUtf8(item);
+    EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot execute ")) << result.errors;
+  }
+}
+
+class Watching : public StartupctlTest {
+ protected:
+  // Starts to watch; the first look is over when this returns.
+  void Start(const std::vector<std::wstring>& options) {
+    std::vector<std::wstring> arguments = {L"watch"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    process_.emplace(arguments);
+    ASSERT_TRUE(process_->WaitUntil(
+        [this] { return process_->Errors().find("Watching") != std::string::npos; }, 30'000));
+  }
+  StartupctlProcess& Process() { return *process_; }
+  std::vector<Json> Events() const {
+    std::vector<Json> events;
+    const std::string output = process_->Output();
+    for (std::size_t start = 0; start < output.size();) {
+      const std::size_t end = output.find('\n', start);
+      if (end == std::string::npos) break;
+      events.push_back(Json::parse(output.substr(start, end - start)));
+      start = end + 1;
+    }
+    return events;
+  }
+  bool WaitForEvents(std::size_t count, DWORD milliseconds) {
+    return process_->WaitUntil([this, count] { return Events().size() >= count; }, milliseconds);
+  }
+
+ private:
+  std::optional<StartupctlProcess> process_;
+};
+
+TEST_F(Watching, TellsAChangedCommandWithinTwoSeconds) {
+  SetRun(HKEY_CURRENT_USER, L"ctl watched", Command(L"before"));
+  Start({L"--json", L"--seconds", L"60"});
+  const std::string name = Find("ctl watched")[0]["name"];
+  ASSERT_TRUE(Events().empty());
+  SetRun(HKEY_CURRENT_USER, L"ctl watched", Command(L"after"));
+  ASSERT_TRUE(WaitForEvents(1, 2'000));
+  const Json event = Events()[0];
+  EXPECT_EQ(event["event"], "changed");
+  EXPECT_EQ(event["name"], name);
+  EXPECT_EQ(event["command"], ToUtf8(Command(L"after")));
+}
+
+TEST_F(Watching, TellsEntriesThatComeAndGo) {
+  Start({L"--json", L"--seconds", L"60"});
+  SetRun(HKEY_CURRENT_USER, L"ctl coming", Command(L"coming"));
+  ASSERT_TRUE(WaitForEvents(1, 5'000));
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"ctl coming");
+  ASSERT_TRUE(WaitForEvents(2, 5'000));
+  const std::vector<Json> events = Events();
+  EXPECT_EQ(events[0]["event"], "added");
+  EXPECT_EQ(events[0]["company"], "Northlight Audio Ltd.");
+  EXPECT_EQ(events[1]["event"], "removed");
+  EXPECT_EQ(events[1]["name"], events[0]["name"]);
+}
+
+TEST_F(Watching, EndsByTimeAndByBreak) {
+  SetRun(HKEY_CURRENT_USER, L"ctl known", Command(L"known"));
+  Start({L"--csv", L"--seconds", L"1"});
+  const StartupctlResult timed = Process().Finish(10'000);
+  EXPECT_EQ(timed.exitCode, 0u);
+  EXPECT_TRUE(timed.output.starts_with("event,index,"));
+  EXPECT_EQ(timed.output.find("ctl known"), std::string::npos) << "the first look makes no events";
+  Start({});
+  Process().Break();
+  const StartupctlResult broken = Process().Finish(10'000);
+  EXPECT_EQ(broken.exitCode, 0u) << broken.errors;
+}
+
+}  // namespace
+}  // namespace smh::test

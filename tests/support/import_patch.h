@@ -1,0 +1,36 @@
+// Replaces a function that a module imports, until the end of the scope: for counting calls and for faults
+// that the platform does not produce on demand. Functions looked up at run time are not reached.
+#pragma once
+
+#include <windows.h>
+
+#include <cstring>
+
+namespace smh::test {
+
+class ImportPatch {
+ public:
+  // `replacement` has the function's own type. A null module is this program. Throws std::runtime_error when
+  // the module does not import the function.
+  template <typename Function>
+  ImportPatch(const char* name, Function* replacement, HMODULE module = nullptr)
+      : ImportPatch(module, name, AddressOf(replacement)) {}
+  ~ImportPatch();
+  ImportPatch(const ImportPatch&) = delete;
+  ImportPatch& operator=(const ImportPatch&) = delete;
+
+ private:
+  ImportPatch(HMODULE module, const char* name, ULONG_PTR replacement);
+
+  template <typename Function>
+  static ULONG_PTR AddressOf(Function* function) noexcept {
+    ULONG_PTR address;
+    std::memcpy(&address, &function, sizeof(address));
+    return address;
+  }
+
+  ULONG_PTR* slot_;
+  ULONG_PTR original_;
+};
+
+}  // namespace smh::test
