@@ -38,7 +38,8 @@ class TShellLinkInfo {
   // Texts are empty when the link has none.
   //
   // The first that is not empty: the environment block's target, the shell's name of the ID list, the local
-  // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder.
+  // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder. Only between
+  // StartShellLink and StopShellLink (desktop_folder.h).
   std::wstring Target() const;
   std::wstring Arguments() const { return Text(LinkString::kArguments); }
   // The name as stored; "@file,-number" stands for a string resource.
