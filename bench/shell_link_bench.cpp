@@ -1,0 +1,136 @@
+// Reading a shell link: against the shell's own loader on the same bytes, against the bare calls on the same
+// file, and against copying the same sections.
+
+#include "bench.h"
+
+#include "infra/com_ptr.h"
+#include "infra/handle.h"
+#include "native/link_builder.h"
+#include "shelllink/uShellLinkInfo.h"
+#include "support/file_fixture.h"
+
+#include <shlobj.h>
+
+#include <stdexcept>
+
+namespace smh {
+namespace {
+
+void Check(HRESULT result) {
+  if (FAILED(result)) throw std::runtime_error("a call of the shell failed");
+}
+
+template <typename Interface>
+ComPtr<Interface> Ask(IUnknown& object, const IID& id) {
+  ComPtr<Interface> result;
+  Check(object.QueryInterface(id, reinterpret_cast<void**>(result.Put())));
+  return result;
+}
+
+ComPtr<IUnknown> NewShellLink() {
+  ComPtr<IUnknown> link;
+  Check(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                         reinterpret_cast<void**>(link.Put())));
+  return link;
+}
+
+// About one and a half kilobytes, as the shell saves it for a program with arguments and an icon.
+class SavedLink {
+ public:
+  SavedLink() : path(folder.File(L"saved.lnk")) {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    const ComPtr<IUnknown> object = NewShellLink();
+    const ComPtr<IShellLinkW> link = Ask<IShellLinkW>(*object, IID_IShellLinkW);
+    Check(link->SetPath(folder.Write(L"program.exe", "x").c_str()));
+    Check(link->SetArguments(L"/background /profile \"Default user\""));
+    Check(link->SetDescription(L"Starts the program in the background"));
+    Check(link->SetWorkingDirectory(folder.Path().c_str()));
+    Check(link->SetIconLocation(L"%SystemRoot%\\system32\\shell32.dll", 3));
+    Check(Ask<IPersistFile>(*object, IID_IPersistFile)->Save(path.c_str(), TRUE));
+    bytes = test::ReadFileBytes(path);
+  }
+
+  Bytes AsBytes() const { return std::as_bytes(std::span(bytes)); }
+
+  test::TemporaryFolder folder;
+  std::wstring path;
+  std::string bytes;
+};
+
+std::size_t OpenReadClose(const std::wstring& path) {
+  const ScopedHandle file(
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  char buffer[8192];
+  DWORD read = 0;
+  ReadFile(file.Get(), buffer, sizeof buffer, &read, nullptr);
+  return read;
+}
+
+// Each section of the link in a buffer of its own.
+std::vector<std::unique_ptr<std::byte[]>> CopySections(const std::vector<Bytes>& sections) {
+  std::vector<std::unique_ptr<std::byte[]>> copies;
+  copies.reserve(sections.size());
+  for (const Bytes section : sections) {
+    copies.push_back(std::make_unique_for_overwrite<std::byte[]>(section.size()));
+    std::memcpy(copies.back().get(), section.data(), section.size());
+  }
+  return copies;
+}
+
+std::vector<Bytes> SectionsOf(Bytes link) {
+  ByteCursor file(link);
+  std::vector<Bytes> sections{file.Take(kLinkHeaderSize)};
+  THeaderInfo header;
+  ByteCursor again(sections[0]);
+  header.Load(again);
+  if (header.Has(kHasLinkTargetIDList)) sections.push_back(file.Take(file.U16()));
+  if (header.Has(kHasLinkInfo)) sections.push_back(file.Take(file.U32() - 4));
+  for (const std::uint32_t flag :
+       {kHasName, kHasRelativePath, kHasWorkingDir, kHasArguments, kHasIconLocation}) {
+    if (header.Has(flag)) sections.push_back(file.Take(file.U16() * (header.Has(kIsUnicode) ? 2u : 1u)));
+  }
+  for (std::uint32_t size = file.U32(); size >= 4; size = file.U32()) sections.push_back(file.Take(size - 4));
+  return sections;
+}
+
+TEST_CASE("Reading a link file") {
+  const SavedLink saved;
+  BENCHMARK("ours") {
+    return TShellLinkInfo(saved.path).HotKey();
+  };
+  BENCHMARK("open, read and close") {
+    return OpenReadClose(saved.path);
+  };
+  const ComPtr<IUnknown> object = NewShellLink();
+  const ComPtr<IPersistFile> loader = Ask<IPersistFile>(*object, IID_IPersistFile);
+  BENCHMARK("the shell's IPersistFile::Load") {
+    return loader->Load(saved.path.c_str(), STGM_READ);
+  };
+}
+
+TEST_CASE("Parsing a link in memory") {
+  const SavedLink saved;
+  const std::vector<Bytes> sections = SectionsOf(saved.AsBytes());
+  std::printf("%u bytes in %u sections\n", static_cast<unsigned>(saved.bytes.size()),
+              static_cast<unsigned>(sections.size()));
+  BENCHMARK("ours") {
+    LinkSections link;
+    link.Load(saved.AsBytes());
+    return link.Header().HotKey();
+  };
+  BENCHMARK("copying each section") {
+    return CopySections(sections);
+  };
+  ComPtr<IStream> stream;
+  Check(CreateStreamOnHGlobal(nullptr, TRUE, stream.Put()));
+  Check(stream->Write(saved.bytes.data(), static_cast<ULONG>(saved.bytes.size()), nullptr));
+  const ComPtr<IUnknown> object = NewShellLink();
+  const ComPtr<IPersistStream> loader = Ask<IPersistStream>(*object, IID_IPersistStream);
+  BENCHMARK("the shell's IPersistStream::Load") {
+    stream->Seek({}, STREAM_SEEK_SET, nullptr);
+    return loader->Load(stream.Get());
+  };
+}
+
+}  // namespace
+}  // namespace smh

@@ -1,0 +1,99 @@
+#include "shelllink/uShellLinkInfo.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/format.h"
+#include "infra/text.h"
+#include "shelllink/desktop_folder.h"
+#include "shelllink/link_file.h"
+#include "shelllink/link_text.h"
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kLinkExtension[] = L".lnk";
+// Links are a few kilobytes; this bounds what a hostile file can make us allocate.
+constexpr std::uint64_t kLargestFile = 5'242'880;
+
+constexpr wchar_t kInvalidExtension[] = L"Invalid file extension \"%s\", expected \"%s\" (%s).";
+constexpr wchar_t kIncorrectSizeOrData[] = L"Incorrect file size or format data. (%s)";
+constexpr wchar_t kInvalidHeaderSize[] = L"Invalid header size \"%d\", expected \"%d\" (%s).";
+constexpr wchar_t kInvalidClassId[] = L"Invalid file GUID \"%s\", expected \"%s\" or \"%s\" (%s).";
+constexpr wchar_t kInvalidLinkInfo[] = L"Invalid LinkInfo section format (%s).";
+
+// Braced and in capitals.
+std::wstring GuidText(const ClassIdBytes& bytes) {
+  constexpr int kUnits = 39;
+  wchar_t text[kUnits];
+  StringFromGUID2(std::bit_cast<GUID>(bytes), text, kUnits);
+  return text;
+}
+
+std::wstring FaultText(const LinkFormatError& error, std::wstring_view fileName) {
+  switch (error.Fault()) {
+    case LinkFault::kHeaderSize:
+      return Format(kInvalidHeaderSize, error.HeaderSize(), kLinkHeaderSize, fileName);
+    case LinkFault::kClassId:
+      return Format(kInvalidClassId, GuidText(error.ClassId()), GuidText(kSwappedLinkClassId),
+                    GuidText(kLinkClassId), fileName);
+    case LinkFault::kLinkInfo:
+      return Format(kInvalidLinkInfo, fileName);
+    case LinkFault::kSizeOrData:
+      break;
+  }
+  return Format(kIncorrectSizeOrData, fileName);
+}
+
+}  // namespace
+
+void TShellLinkInfo::SetFileName(std::wstring_view fileName) {
+  if (!fileName.empty() && SameText(fileName, fileName_)) return;
+  fileName_ = fileName;
+  fileSize_ = 0;
+  sections_.Clear();
+  if (!fileName_.empty()) Load();
+}
+
+void TShellLinkInfo::Load() {
+  const std::wstring_view extension = ExtensionPart(fileName_);
+  if (!SameText(extension, kLinkExtension)) {
+    throw TShellLinkInfoException(Format(kInvalidExtension, extension, kLinkExtension, fileName_));
+  }
+  const LinkFile file(fileName_);
+  if (file.Size() > kLargestFile) throw TShellLinkInfoException(Format(kIncorrectSizeOrData, fileName_));
+  fileSize_ = file.Size();
+  try {
+    sections_.Load(file.ReadAll(), static_cast<std::size_t>(fileSize_));
+  } catch (const LinkFormatError& error) {
+    throw TShellLinkInfoException(FaultText(error, fileName_));
+  }
+}
+
+std::wstring TShellLinkInfo::Target() const {
+  std::wstring target = ToWide(sections_.EnvironmentTarget());
+  if (target.empty()) target = ShellTarget();
+  if (!target.empty() || !sections_.MayUseLinkInfo()) return target;
+  const TLinkInfo& info = sections_.LinkInfo();
+  target = ToWide(info.LocalBasePath()) + ToWide(info.CommonPathSuffix());
+  return target.empty() ? ToWide(info.NetName()) : target;
+}
+
+std::wstring TShellLinkInfo::Description() const {
+  return DLLGlobals::LoadIndirectString(StoredDescription());
+}
+
+std::wstring TShellLinkInfo::IconLocation() const {
+  return ToWide(sections_.IconLocation());
+}
+
+std::wstring TShellLinkInfo::Text(LinkString which) const {
+  return ToWide(sections_.Strings().Text(which));
+}
+
+// The shell reads a list without knowing where it ends.
+std::wstring TShellLinkInfo::ShellTarget() const {
+  const TLinkTargetIDList& list = sections_.TargetIDList();
+  return list.IsWellFormed() ? ParsingName(list.List()) : std::wstring();
+}
+
+}  // namespace smh

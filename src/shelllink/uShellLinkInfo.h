@@ -1,0 +1,71 @@
+// The reader of shell links (.lnk), by Microsoft's published Shell Link Binary File Format. It never resolves
+// a link, so a broken or foreign one starts no search and no dialog.
+//
+// A link is read at once, then only queried. One object serves one thread at a time.
+#pragma once
+
+#include "infra/exceptions.h"
+#include "shelllink/link_sections.h"
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+// A file that is no link, or a damaged one. The message ends with the file's name.
+class TShellLinkInfoException : public Exception {
+ public:
+  using Exception::Exception;
+  const wchar_t* ClassName() const noexcept override { return L"TShellLinkInfoException"; }
+};
+
+class TShellLinkInfo {
+ public:
+  // Without a file; everything is empty.
+  TShellLinkInfo() = default;
+  // Sets the file name, which loads the file.
+  explicit TShellLinkInfo(std::wstring_view fileName) { SetFileName(fileName); }
+
+  const std::wstring& FileName() const noexcept { return fileName_; }
+  // Drops what was read and loads the file. A name that equals the present one, ignoring case, does nothing,
+  // the empty name only drops. Raises TShellLinkInfoException, EFOpenError when the file cannot be opened,
+  // EOSError when it cannot be read; the name is set all the same, and what was read before the fault may be
+  // queried.
+  void SetFileName(std::wstring_view fileName);
+  // In bytes; 0 until a file was opened.
+  std::uint64_t FileSize() const noexcept { return fileSize_; }
+
+  // Texts are empty when the link has none.
+  //
+  // The first that is not empty: the environment block's target, the shell's name of the ID list, the local
+  // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder. Only between
+  // StartShellLink and StopShellLink (desktop_folder.h).
+  std::wstring Target() const;
+  std::wstring Arguments() const { return Text(LinkString::kArguments); }
+  // The name as stored; "@file,-number" stands for a string resource.
+  std::wstring StoredDescription() const { return Text(LinkString::kName); }
+  // The same with such a reference resolved.
+  std::wstring Description() const;
+  std::wstring WorkingDirectory() const { return Text(LinkString::kWorkingDir); }
+  // The icon environment block's target, else the icon location.
+  std::wstring IconLocation() const;
+  std::int32_t IconIndex() const noexcept { return sections_.Header().IconIndex(); }
+  std::uint32_t ShowCommand() const noexcept { return sections_.Header().ShowCommand(); }
+  std::uint16_t HotKey() const noexcept { return sections_.Header().HotKey(); }
+
+  // The first block of that kind in the order of the file, or null; valid until another file name is set.
+  const TExtraData* FindExtraData(TExtraDataKind kind) const noexcept {
+    return sections_.FindExtraData(kind);
+  }
+
+ private:
+  void Load();
+  std::wstring Text(LinkString which) const;
+  std::wstring ShellTarget() const;
+
+  std::wstring fileName_;
+  std::uint64_t fileSize_ = 0;
+  LinkSections sections_;
+};
+
+}  // namespace smh

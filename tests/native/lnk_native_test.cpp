@@ -1,0 +1,126 @@
+// The parser over the corpus and over everything that can go wrong with one field or one byte.
+
+#include "native/corpus.h"
+#include "native/every_accessor.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+namespace smh::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string FileBytes(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+Bytes BytesOf(const std::string& text) {
+  return std::as_bytes(std::span(text));
+}
+
+std::optional<LinkFault> FaultOf(const BuiltLink& link) {
+  LinkSections sections;
+  return LoadAndRead(sections, link.AsBytes()).fault;
+}
+
+TEST(CorpusTest, CommittedFilesAreWhatTheWriterMakes) {
+  std::set<std::string> expected;
+  for (const CorpusLink& link : Corpus()) {
+    const std::string name = link.name + ".lnk";
+    EXPECT_TRUE(expected.insert(name).second) << name << " twice";
+    EXPECT_EQ(FileBytes(fs::path(SMH_LNK_CORPUS) / name), link.bytes) << name;
+  }
+  for (const fs::directory_entry& file : fs::directory_iterator(SMH_LNK_CORPUS)) {
+    if (file.path().extension() != ".lnk") continue;
+    EXPECT_EQ(expected.count(file.path().filename().string()), 1u) << file.path();
+  }
+}
+
+TEST(CorpusTest, EveryLinkIsAcceptedOrRefusedAsItsNameSays) {
+  LinkSections reused;
+  for (const CorpusLink& link : Corpus()) {
+    LinkSections fresh;
+    const ReadLink result = LoadAndRead(fresh, BytesOf(link.bytes));
+    EXPECT_EQ(result.fault, link.fault) << link.name;
+    EXPECT_EQ(LoadAndRead(reused, BytesOf(link.bytes)), result) << link.name << " after others";
+  }
+}
+
+// Of all the places where a full link may end, only the one right after its strings is a link again.
+TEST(CorruptionTest, EveryTruncationIsRefusedButTheOneAfterTheStrings) {
+  const BuiltLink full = FullLink().Build();
+  LinkBuilder plain = FullLink();
+  plain.blocks.clear();
+  plain.hasTerminal = false;
+  const std::size_t stringsEnd = plain.Build().Size();
+  for (std::size_t size = 0; size < full.Size(); ++size) {
+    const std::optional<LinkFault> expected =
+        size == stringsEnd ? std::nullopt : std::optional(LinkFault::kSizeOrData);
+    ASSERT_EQ(FaultOf(full.CutTo(size)), expected) << "cut to " << size;
+  }
+  EXPECT_EQ(FaultOf(full), std::nullopt);
+}
+
+TEST(CorruptionTest, EveryByteMayBeAnything) {
+  const std::string full = FullLink().Build().Text();
+  std::size_t refused = 0;
+  for (std::size_t at = 0; at < full.size(); ++at) {
+    for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF, full[at] ^ 1, full[at] ^ 0x20}) {
+      std::string changed = full;
+      changed[at] = static_cast<char>(value);
+      LinkSections link;
+      refused += LoadAndRead(link, BytesOf(changed)).fault.has_value() ? 1 : 0;
+    }
+  }
+  // Sizes, offsets, signatures and identifiers alone make more than this.
+  EXPECT_GT(refused, 500u);
+}
+
+TEST(CorruptionTest, EveryFieldMayBeAnything) {
+  for (const LinkBuilder& builder : {FullLink(), LinkBuilder{.isUnicode = false, .info = LinkInfoSpec{}}}) {
+    const BuiltLink full = builder.Build();
+    for (const LinkField& field : full.Fields()) {
+      const std::uint64_t now = full.ValueOf(field.name);
+      for (const std::uint64_t value : {std::uint64_t{0},
+                                        std::uint64_t{1},
+                                        std::uint64_t{3},
+                                        std::uint64_t{4},
+                                        std::uint64_t{7},
+                                        std::uint64_t{20},
+                                        std::uint64_t{21},
+                                        std::uint64_t{28},
+                                        std::uint64_t{35},
+                                        std::uint64_t{36},
+                                        now - 1,
+                                        now + 1,
+                                        now * 2,
+                                        std::uint64_t{full.Size()},
+                                        std::uint64_t{full.Size()} - 1,
+                                        std::uint64_t{0x7FFF},
+                                        std::uint64_t{0xFFFF},
+                                        std::uint64_t{0x7FFFFFFF},
+                                        std::uint64_t{0x80000000},
+                                        std::uint64_t{0xFFFFFFF8},
+                                        std::uint64_t{0xFFFFFFFF}}) {
+        FaultOf(full.With(field.name, value));
+      }
+    }
+  }
+}
+
+TEST(CorruptionTest, ChainsOfBlocksAreAsLongAsTheFile) {
+  LinkBuilder link;
+  link.blocks.assign(100'000, {0xA000000A, {}});
+  LinkSections sections;
+  ASSERT_EQ(LoadAndRead(sections, link.Build().AsBytes()).fault, std::nullopt);
+  EXPECT_EQ(sections.ExtraData().size(), 100'000u);
+}
+
+}  // namespace
+}  // namespace smh::test
