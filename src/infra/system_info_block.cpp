@@ -3,10 +3,9 @@
 #include "core/uDllGlobals.h"
 #include "infra/boundary_string.h"
 #include "infra/module_path.h"
+#include "infra/scoped_com.h"
 #include "infra/statistics_log_store.h"
 #include "sysutil/uWinVersionInfo.h"
-
-#include <objbase.h>
 
 #include <cwchar>
 
@@ -26,19 +25,6 @@ const DumpedKey kDumpedKeys[] = {
     {HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run"},
     {HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce"},
     {HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce"},
-};
-
-class ScopedCom {
- public:
-  ScopedCom() noexcept : result_(CoInitializeEx(nullptr, 0)) {}
-  ~ScopedCom() {
-    if (SUCCEEDED(result_)) CoUninitialize();
-  }
-  ScopedCom(const ScopedCom&) = delete;
-  ScopedCom& operator=(const ScopedCom&) = delete;
-
- private:
-  const HRESULT result_;
 };
 
 // In digits of a fixed form, whatever the locale.
@@ -101,7 +87,7 @@ void LogRunKeys() {
 
 void LogSystemInfo() {
   const LogScope scope;
-  const ScopedCom com;
+  const ScopedCom com(COINIT_MULTITHREADED);
   ClearLogLines();
   FixLogFileNames();
   LogSeparator();
