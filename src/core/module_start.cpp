@@ -9,6 +9,7 @@
 #include "infra/uStatisticsLog.h"
 #include "model/reader_control.h"
 #include "model/uLocationStartup.h"
+#include "shelllink/desktop_folder.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/uWinVersionInfo.h"
 
@@ -58,6 +59,7 @@ constexpr ModuleStep kSteps[] = {
     {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
     {L"Windows version", StartWinVersionInfo, UnlessBroken<StopWinVersionInfo>},
     {L"command lines", StartFileUtils, UnlessBroken<StopFileUtils>},
+    {L"shell links", StartShellLink, UnlessBroken<StopShellLink>},
     {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},
     {L"statistics log", StartStatisticsLog, UnlessBroken<StopStatisticsLog>},
     {L"items", StartStartupItem, UnlessBroken<StopStartupItem>},

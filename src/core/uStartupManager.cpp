@@ -6,6 +6,7 @@
 #include "infra/uStatisticsLog.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
+#include "model/shortcut_facts.h"
 #include "model/uStartupManagerStrings.h"
 #include "sysutil/command_file.h"
 
@@ -59,10 +60,23 @@ HRESULT TStartupManager::GetStrings(IStartupManagerStrings** strings) {
   });
 }
 
+namespace {
+
+// The file that a command line, or the shortcut that it is, starts. A shortcut that cannot be read, or has no
+// target, is its own answer.
+std::wstring CommandFile(std::wstring_view command) {
+  const std::wstring text = DequoteText(command);
+  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text);
+  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
+  return facts && !facts->targetFile.empty() ? facts->targetFile : std::wstring(command);
+}
+
+}  // namespace
+
 HRESULT TStartupManager::ResolveCommandFile(const wchar_t* command, BoundaryText* file) {
   return BoundaryResult(file, [&] {
     *file = nullptr;
-    *file = MakeBoundaryText(ResolveCommandToFile(DequoteText(TextArgument(command))));
+    *file = MakeBoundaryText(CommandFile(TextArgument(command)));
   });
 }
 

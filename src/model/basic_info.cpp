@@ -4,6 +4,7 @@
 #include "infra/format.h"
 #include "infra/text.h"
 #include "model/rundll_rule.h"
+#include "model/shortcut_facts.h"
 #include "sysutil/command_file.h"
 
 namespace smh {
@@ -30,6 +31,25 @@ std::wstring FolderOf(const std::wstring& path) {
 
 bool Exists(const std::wstring& path) {
   return FileUtils::FileExists(path) || FileUtils::DirectoryExists(path);
+}
+
+// The details' file is the shortcut itself; it becomes the shortcut's target.
+void FillFromShortcut(bool inFolder, ItemDetails& details) {
+  details.LinkPath = details.FilePath;
+  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(details.LinkPath);
+  if (!facts) {
+    // Listed all the same: Windows may start it.
+    if (inFolder) details.Caption = FileNamePart(details.LinkPath);
+    return;
+  }
+  details.WorkingFolder = facts->workingFolder;
+  details.IconPath = facts->iconPath;
+  details.IconIndex = facts->iconIndex;
+  details.Description = facts->description;
+  details.LinkShowCommand = facts->hotKey;
+  if (facts->targetFile.empty()) return;
+  details.FilePath = facts->targetFile;
+  if (inFolder) details.Command = facts->command;
 }
 
 void FindFile(TTypeStartupLocation location, ItemDetails& details) {
@@ -78,11 +98,12 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
   return TargetKind::kOther;
 }
 
-ItemDetails InitialDetails(std::wstring_view caption, std::wstring_view command, CommandParts& target) {
+ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
+                           std::wstring_view command, CommandParts& target) {
   ItemDetails details;
   details.Caption = caption;
   details.Command = command;
-  target = ResolveCommand(command);
+  target = IsFolderLocation(location) ? CommandParts{name, {}} : ResolveCommand(command);
   details.Kind = TargetKindOfFile(target.path);
   return details;
 }
@@ -90,15 +111,15 @@ ItemDetails InitialDetails(std::wstring_view caption, std::wstring_view command,
 void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details) {
   details.EntryName = ShortName(target.path);
   details.FilePath = std::move(target.path);
-  if (IsRundll(details.EntryName)) {
+  if (details.Kind == TargetKind::kShortcut) {
+    FillFromShortcut(IsFolderLocation(location), details);
+  } else if (IsRundll(details.EntryName)) {
     if (std::wstring file = RundllTarget(details.Command, ExistingFile); !file.empty()) {
       details.FilePath = std::move(file);
     }
   }
   FindFile(location, details);
-  if (details.WorkingFolder.empty()) {
-    details.WorkingFolder = FolderOf(details.FilePath);
-  }
+  if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
   TakeVersionTexts(details);
   CompleteCaption(details);
 }

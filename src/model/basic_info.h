@@ -16,8 +16,10 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept;
 TargetKind TargetKindOfFile(std::wstring_view file);
 
 // Details with nothing but the given texts and the target's kind. `target` receives what the command resolves
-// to, so that FillBasicDetails need not resolve it again.
-ItemDetails InitialDetails(std::wstring_view caption, std::wstring_view command, CommandParts& target);
+// to, so that FillBasicDetails need not resolve it again. In a folder location `name` is the entry's own
+// file, and that is what the entry starts.
+ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
+                           std::wstring_view command, CommandParts& target);
 
 // Completes details made by InitialDetails. Touches the disk; call it without holding a lock.
 void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details);

@@ -96,15 +96,18 @@ void TItemList::Clear() noexcept {
   items_.clear();
 }
 
-void TItemList::Relocate(TStartupItem& item, RegistryValueAddress address, bool enabled) {
+void TItemList::Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  std::wstring name = address.FullPath();
   DropStale(item.location_, name, &item);
   if (item.IsListed() && !SameAsciiText(item.state_.name, name)) {
     index_.emplace(MakeKey(item.location_, name), &item);
     index_.erase(MakeKey(item.location_, item.state_.name));
   }
   ScopedLock lock(item.Lock);
+  ItemDetails& details = item.state_.details;
+  for (std::wstring* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
+    if (*path == item.state_.name) *path = name;
+  }
   item.state_.name = std::move(name);
   item.state_.address = std::move(address);
   item.state_.isEnabled = enabled;

@@ -33,8 +33,9 @@ class TItemList {
   void RemoveIf(const std::function<bool(const TStartupItem&)>& drop);
   void Clear() noexcept;
 
-  // Gives a listed item its new place and state, and marks it changed.
-  void Relocate(TStartupItem& item, RegistryValueAddress address, bool enabled);
+  // Gives a listed item its new name, place and state, and marks it changed. An item that names its own file
+  // as command or file follows it to the new name.
+  void Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled);
 
  private:
   struct Key {

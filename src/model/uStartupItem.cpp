@@ -6,6 +6,7 @@
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
+#include "model/shortcut_facts.h"
 
 namespace smh {
 
@@ -14,6 +15,13 @@ namespace {
 TItemList* g_items = nullptr;
 std::atomic<bool> g_showAllLocations{false};
 
+// The command that an entry starts: in a folder location, of a shortcut, that of its target.
+std::wstring StartedCommand(TTypeStartupLocation location, const std::wstring& command) {
+  if (!IsFolderLocation(location) || TargetKindOfFile(command) != TargetKind::kShortcut) return command;
+  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(command);
+  return facts && !facts->targetFile.empty() ? facts->command : command;
+}
+
 }  // namespace
 
 TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry)
@@ -21,7 +29,7 @@ TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry)
   state_.name = std::move(entry.name);
   state_.address = std::move(entry.address);
   state_.isEnabled = entry.isEnabled;
-  state_.details = InitialDetails(givenText_, entry.command, target_);
+  state_.details = InitialDetails(location_, state_.name, givenText_, entry.command, target_);
 }
 
 void TStartupItem::FillBasicInfo() {
@@ -32,10 +40,12 @@ void TStartupItem::FillBasicInfo() {
 }
 
 bool TStartupItem::UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent) {
-  const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, command); };
+  const std::wstring name = Name();
+  const std::wstring started = StartedCommand(location_, command);
+  const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
   CommandParts target;
-  ItemDetails details = InitialDetails(givenText_, command, target);
+  ItemDetails details = InitialDetails(location_, name, givenText_, command, target);
   FillBasicDetails(location_, std::move(target), details);
 
   ScopedLock listLock(Items().Lock());

@@ -14,6 +14,10 @@ class ItemListTest : public ModuleTest {
     Items().Append(item);
     return item;
   }
+  static void Relocate(TStartupItem& item, const std::wstring& valueName, bool enabled) {
+    const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
+    Items().Relocate(item, address.FullPath(), address, enabled);
+  }
   // Every listed item is where it says, and its name leads to it.
   static void ExpectConsistent() {
     for (int i = 0; i < Items().Count(); ++i) {
@@ -56,7 +60,7 @@ TEST_F(ItemListTest, PositionsAndNamesStayTrueThroughEveryChange) {
 TEST_F(ItemListTest, AStaleItemMakesWayForTheOneThatTakesItsName) {
   const ItemRef stale = Add(sulRegistryUserRun, L"a");
   const ItemRef item = Add(sulRegistryUserRun, L"b");
-  Items().Relocate(*item, {0, HKEY_CURRENT_USER, L"K", L"A"}, false);
+  Relocate(*item, L"A", false);
   EXPECT_FALSE(stale->IsListed());
   EXPECT_EQ(Items().Count(), 1);
   EXPECT_FALSE(item->IsEnabled());
@@ -64,7 +68,7 @@ TEST_F(ItemListTest, AStaleItemMakesWayForTheOneThatTakesItsName) {
   ExpectConsistent();
 
   // The same name in another letter case is the item itself.
-  Items().Relocate(*item, {0, HKEY_CURRENT_USER, L"K", L"a"}, true);
+  Relocate(*item, L"a", true);
   EXPECT_TRUE(item->IsListed());
   ExpectConsistent();
 

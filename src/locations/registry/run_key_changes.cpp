@@ -51,7 +51,7 @@ void TLocationRegistryStd::SwitchItem(const ItemRef& item, bool enable) {
         const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
                                           item->GivenText());
         if (MoveValue(ValueWriter(recorded), from, to, twin)) {
-          Items().Relocate(*item, std::move(to), enable);
+          Items().Relocate(*item, to.FullPath(), to, enable);
         } else {
           LogLine(line());
         }

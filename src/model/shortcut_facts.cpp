@@ -1,0 +1,31 @@
+#include "model/shortcut_facts.h"
+
+#include "infra/uStatisticsLog.h"
+#include "shelllink/uShellLinkInfo.h"
+#include "sysutil/command_file.h"
+
+namespace smh {
+
+std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
+  try {
+    const TShellLinkInfo link(file);
+    ShortcutFacts facts;
+    const std::wstring target = link.Target();
+    const std::wstring arguments = link.Arguments();
+    if (!target.empty()) {
+      facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments));
+      facts.command = FileUtils::MakeCommandLine(facts.targetFile, arguments);
+    }
+    facts.description = link.Description();
+    facts.workingFolder = link.WorkingDirectory();
+    facts.iconPath = link.IconLocation();
+    facts.iconIndex = link.IconIndex();
+    facts.hotKey = link.HotKey();
+    return facts;
+  } catch (const Exception& exception) {
+    LogError(exception);
+    return std::nullopt;
+  }
+}
+
+}  // namespace smh

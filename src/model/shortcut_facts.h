@@ -1,0 +1,24 @@
+// What an item takes from a shortcut.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace smh {
+
+struct ShortcutFacts {
+  // The file that the target, together with the arguments, resolves to; empty for a link without target.
+  std::wstring targetFile;
+  // Target file and arguments as one command line; empty for a link without target.
+  std::wstring command;
+  std::wstring description;
+  std::wstring workingFolder;
+  std::wstring iconPath;
+  int iconIndex = 0;
+  int hotKey = 0;
+};
+
+// None, with a record in the statistics log, for a shortcut that cannot be read.
+std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
+
+}  // namespace smh
