@@ -1,5 +1,6 @@
 #include "core/location_classes.h"
 
+#include "locations/folders/folder_classes.h"
 #include "locations/registry/run_key_classes.h"
 
 namespace smh {
@@ -7,10 +8,11 @@ namespace smh {
 namespace {
 
 constexpr LocationClass kLocationClasses[] = {
-    MakeRunKeyLocation<0>, MakeRunKeyLocation<1>, MakeRunKeyLocation<2>, MakeRunKeyLocation<3>,
-    MakeRunKeyLocation<4>, MakeRunKeyLocation<5>, MakeRunKeyLocation<6>, MakeRunKeyLocation<7>,
+    MakeFolderLocation<0>, MakeFolderLocation<1>, MakeRunKeyLocation<0>, MakeRunKeyLocation<1>,
+    MakeRunKeyLocation<2>, MakeRunKeyLocation<3>, MakeRunKeyLocation<4>, MakeRunKeyLocation<5>,
+    MakeRunKeyLocation<6>, MakeRunKeyLocation<7>,
 };
-static_assert(std::size(kLocationClasses) == kRunKeyClassCount);
+static_assert(std::size(kLocationClasses) == kFolderClassCount + kRunKeyClassCount);
 
 }  // namespace
 

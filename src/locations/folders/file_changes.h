@@ -1,0 +1,23 @@
+// Changes of files as a location makes them: recorded by the backup service or plain. Every one is confirmed
+// and raises EOSError when it did not happen.
+#pragma once
+
+#include <string>
+
+namespace smh {
+
+class FileChanger {
+ public:
+  explicit FileChanger(bool recorded) noexcept : recorded_(recorded) {}
+
+  // Fails when `to` exists.
+  void Move(const std::wstring& from, const std::wstring& to) const;
+  void Delete(const std::wstring& file) const;
+  // Puts the content of `from` in the place of `to` and removes `from`.
+  void Replace(const std::wstring& from, const std::wstring& to) const;
+
+ private:
+  const bool recorded_;
+};
+
+}  // namespace smh

@@ -1,0 +1,138 @@
+#include "locations/folders/folder_access.h"
+
+#include "infra/exceptions.h"
+#include "infra/format.h"
+#include "infra/handle.h"
+#include "infra/text.h"
+#include "sysutil/uFileUtils.h"
+
+#include <aclapi.h>
+#include <sddl.h>
+
+namespace smh {
+
+namespace {
+
+// SYSTEM and Administrators everything, Users read; protected from inheritance.
+constexpr wchar_t kProtectedFolder[] = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FRFX;;;BU)";
+
+constexpr ACCESS_MASK kChangeRights = FILE_WRITE_DATA | FILE_APPEND_DATA | FILE_WRITE_EA |
+                                      FILE_WRITE_ATTRIBUTES | FILE_DELETE_CHILD | DELETE | WRITE_DAC |
+                                      WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL | MAXIMUM_ALLOWED;
+
+struct LocalMemoryTraits {
+  using Type = HLOCAL;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { LocalFree(value); }
+};
+using ScopedLocalMemory = ScopedResource<LocalMemoryTraits>;
+
+struct Descriptor {
+  ScopedLocalMemory memory;
+  PSID owner = nullptr;
+  PACL dacl = nullptr;
+};
+
+bool IsTrustedSid(PSID sid) noexcept {
+  return IsWellKnownSid(sid, WinLocalSystemSid) || IsWellKnownSid(sid, WinBuiltinAdministratorsSid);
+}
+
+// Whether the entry gives somebody else a right to change. Deny entries give nothing; an inherit-only entry
+// speaks of children.
+bool LetsOthersChange(const ACE_HEADER* header) noexcept {
+  if ((header->AceFlags & INHERIT_ONLY_ACE) != 0) return false;
+  switch (header->AceType) {
+    case ACCESS_DENIED_ACE_TYPE:
+    case ACCESS_DENIED_OBJECT_ACE_TYPE:
+    case ACCESS_DENIED_CALLBACK_ACE_TYPE:
+      return false;
+    case ACCESS_ALLOWED_ACE_TYPE: {
+      const auto* const ace = reinterpret_cast<const ACCESS_ALLOWED_ACE*>(header);
+      const auto sid = const_cast<DWORD*>(&ace->SidStart);
+      return (ace->Mask & kChangeRights) != 0 && !(IsValidSid(sid) && IsTrustedSid(sid));
+    }
+    default:
+      // Of a kind that this decision does not know: not trusted.
+      return true;
+  }
+}
+
+Descriptor ReadDescriptor(const std::wstring& path) {
+  Descriptor descriptor;
+  CheckStatus(static_cast<LSTATUS>(
+      GetNamedSecurityInfoW(const_cast<wchar_t*>(path.c_str()), SE_FILE_OBJECT,
+                            OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &descriptor.owner,
+                            nullptr, &descriptor.dacl, nullptr, descriptor.memory.Put())));
+  return descriptor;
+}
+
+ScopedLocalMemory ProtectedFolderDescriptor() {
+  ScopedLocalMemory descriptor;
+  if (ConvertStringSecurityDescriptorToSecurityDescriptorW(kProtectedFolder, SDDL_REVISION_1,
+                                                           descriptor.Put(), nullptr) == FALSE) {
+    RaiseLastOSError();
+  }
+  return descriptor;
+}
+
+bool MakeOneFolder(const std::wstring& path) {
+  const ScopedLocalMemory descriptor = ProtectedFolderDescriptor();
+  SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor.Get(), FALSE};
+  return CreateDirectoryW(path.c_str(), &attributes) != FALSE;
+}
+
+}  // namespace
+
+bool IsTrusted(PSID owner, PACL dacl) noexcept {
+  if (owner == nullptr || !IsValidSid(owner) || !IsTrustedSid(owner)) return false;
+  if (dacl == nullptr || !IsValidAcl(dacl)) return false;
+  for (DWORD i = 0; i < dacl->AceCount; ++i) {
+    void* ace = nullptr;
+    if (GetAce(dacl, i, &ace) == FALSE || LetsOthersChange(static_cast<const ACE_HEADER*>(ace))) return false;
+  }
+  return true;
+}
+
+void MakeProtectedFolder(const std::wstring& folder) {
+  const std::wstring path = WithoutTrailingBackslash(folder);
+  if (FileUtils::DirectoryExists(path)) return;
+  const std::wstring parent(FolderPart(path));
+  if (parent.size() > 3 && parent.size() < path.size()) MakeProtectedFolder(parent);
+  if (!MakeOneFolder(path) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
+}
+
+bool KeepsAccess(const std::wstring& dataFolder) {
+  const std::wstring probe =
+      WithTrailingBackslash(dataFolder) + Format(L"probe-%d-%d", GetCurrentProcessId(), GetTickCount());
+  if (!MakeOneFolder(probe)) RaiseLastOSError();
+  bool keeps = true;
+  try {
+    const Descriptor made = ReadDescriptor(probe);
+    keeps = IsTrusted(made.owner, made.dacl);
+  } catch (const EOSError&) {
+    // What cannot be read is not taken for harmless.
+  }
+  RemoveDirectoryW(probe.c_str());
+  return keeps;
+}
+
+void RequireTrusted(const std::wstring& path) {
+  const std::wstring name = WithoutTrailingBackslash(path);
+  const DWORD attributes = GetFileAttributesW(name.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
+  const Descriptor descriptor = ReadDescriptor(name);
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 || !IsTrusted(descriptor.owner, descriptor.dacl)) {
+    RaiseOSError(ERROR_ACCESS_DENIED);
+  }
+}
+
+void TakeInheritedAccess(const std::wstring& file) {
+  ACL empty;
+  if (InitializeAcl(&empty, sizeof(empty), ACL_REVISION) == FALSE) RaiseLastOSError();
+  CheckStatus(static_cast<LSTATUS>(SetNamedSecurityInfoW(
+      const_cast<wchar_t*>(file.c_str()), SE_FILE_OBJECT,
+      DACL_SECURITY_INFORMATION | UNPROTECTED_DACL_SECURITY_INFORMATION, nullptr, nullptr, &empty, nullptr)));
+}
+
+}  // namespace smh

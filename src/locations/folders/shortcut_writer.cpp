@@ -1,0 +1,62 @@
+#include "locations/folders/shortcut_writer.h"
+
+#include "infra/com_ptr.h"
+#include "infra/exceptions.h"
+#include "infra/scoped_com.h"
+#include "shelllink/uShellLinkInfo.h"
+#include "sysutil/uFileUtils.h"
+
+#include <shlobj.h>
+
+namespace smh {
+
+namespace {
+
+void CheckResult(HRESULT result) {
+  if (FAILED(result)) throw EOleSysError(result);
+}
+
+void SaveShortcut(const ShortcutFields& fields, const std::wstring& file) {
+  const ScopedCom com(COINIT_APARTMENTTHREADED);
+  ComPtr<IShellLinkW> link;
+  CheckResult(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                               reinterpret_cast<void**>(link.Put())));
+  // S_FALSE: the target does not exist now.
+  CheckResult(link->SetPath(fields.target.c_str()));
+  CheckResult(link->SetArguments(fields.arguments.c_str()));
+  if (!fields.description.empty()) CheckResult(link->SetDescription(fields.description.c_str()));
+  if (!fields.workingFolder.empty()) CheckResult(link->SetWorkingDirectory(fields.workingFolder.c_str()));
+  if (!fields.iconLocation.empty()) {
+    CheckResult(link->SetIconLocation(fields.iconLocation.c_str(), fields.iconIndex));
+  }
+  CheckResult(link->SetShowCmd(fields.showCommand));
+  CheckResult(link->SetHotkey(fields.hotKey));
+  ComPtr<IPersistFile> persist;
+  CheckResult(link->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(persist.Put())));
+  CheckResult(persist->Save(file.c_str(), TRUE));
+}
+
+}  // namespace
+
+ShortcutFields FieldsOfCommand(const std::wstring& command) {
+  const CommandParts parts = FileUtils::SplitCommandLine(command);
+  ShortcutFields fields;
+  // A shortcut wants a full path; the redirected twin is this process's view and must not get into it.
+  fields.target = FileUtils::NormalizePath(parts.path);
+  if (std::wstring found; FileUtils::FindFileByName(fields.target, found)) fields.target = std::move(found);
+  fields.arguments = parts.arguments;
+  return fields;
+}
+
+void WriteShortcut(const ShortcutFields& fields, const std::wstring& file) {
+  try {
+    SaveShortcut(fields, file);
+    // Without a target the command would be lost.
+    if (TShellLinkInfo(file).Target().empty()) RaiseOSError(ERROR_BAD_PATHNAME);
+  } catch (...) {
+    DeleteFileW(file.c_str());
+    throw;
+  }
+}
+
+}  // namespace smh

@@ -1,0 +1,124 @@
+#include "locations/folders/uLocationFolderStd.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/text.h"
+#include "infra/uInterfacesRoutines.h"
+#include "locations/folders/folder_access.h"
+#include "locations/folders/folder_files.h"
+#include "model/reader_control.h"
+#include "sysutil/uFileUtils.h"
+
+#include <algorithm>
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kShortcutExtension[] = L".lnk";
+
+// With a trailing backslash; empty when the shell gives none.
+std::wstring SpecialFolder(int csidl) {
+  const std::wstring folder = TakeText(
+      [&](BoundaryText* text) { return DLLGlobals::ShellHelper().GetSpecialFolder(csidl, 0, text); });
+  return folder.empty() ? folder : WithTrailingBackslash(folder);
+}
+
+// This system's own folder below a data folder.
+std::wstring OwnFolder(const std::wstring& dataFolder) {
+  if (dataFolder.empty()) return {};
+  IGlobals& globals = DLLGlobals::Globals();
+  std::wstring folder = dataFolder;
+  folder += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); }));
+  folder += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetProductName(text); }));
+  return folder;
+}
+
+std::vector<std::wstring> DisabledFolders(const std::wstring& startupFolder, const std::wstring& dataFolder,
+                                          const std::wstring& ownFolder) {
+  if (dataFolder.empty()) return {};
+  std::vector<std::wstring> folders{ownFolder + L"Disabled Startup\\"};
+  if (!startupFolder.empty()) folders.push_back(startupFolder + L"AutorunsDisabled\\");
+  folders.push_back(dataFolder + L"Brisko Software\\Brisko Utilities\\StartUp Manager\\Disabled objects\\");
+  return folders;
+}
+
+bool IsEntryFile(std::wstring_view name) {
+  const std::wstring_view extension = ExtensionPart(name);
+  if (extension.empty()) return false;
+  const auto isExtension = [&](const std::wstring& other) { return SameText(extension, other); };
+  return SameText(extension, kShortcutExtension) ||
+         std::ranges::any_of(FileUtils::ExecutableExtensions(), isExtension);
+}
+
+}  // namespace
+
+TLocationFolderStd::TLocationFolderStd(const FolderClass& row)
+    : TLocationStartup(row.type, Abilities{}),
+      row_(row),
+      startupFolder_(SpecialFolder(row.startupFolder)),
+      dataFolder_(SpecialFolder(row.dataFolder)),
+      ownFolder_(OwnFolder(dataFolder_)),
+      disabledFolders_(DisabledFolders(startupFolder_, dataFolder_, ownFolder_)),
+      watch_(AllFolders()) {}
+
+std::vector<std::wstring> TLocationFolderStd::AllFolders() const {
+  if (startupFolder_.empty()) return {};
+  std::vector<std::wstring> folders{startupFolder_};
+  folders.insert(folders.end(), disabledFolders_.begin(), disabledFolders_.end());
+  return folders;
+}
+
+bool TLocationFolderStd::ItemExists(const TStartupItem& item) {
+  return FileUtils::FileExists(item.Name());
+}
+
+bool TLocationFolderStd::IsChanged() {
+  // A signal that comes while a change runs is kept for later.
+  if (Gate().IsBusy()) return false;
+  if (foldersMade_.exchange(false)) watch_.Refresh();
+  if (watch_.TakeChange()) {
+    Gate().TakeLoadDue();
+    return true;
+  }
+  return Gate().TakeLoadDue();
+}
+
+void TLocationFolderStd::ReadItems() {
+  try {
+    LoadItems();
+  } catch (const EAbort&) {
+    throw;
+  } catch (...) {
+    LogCurrentException();
+    LogFormat(L"Error load item list for location \"%s\".", MemberName());
+  }
+}
+
+void TLocationFolderStd::LoadItems() {
+  const std::optional<unsigned> generation = BeginLoad();
+  if (!generation) return;
+  FoundNames found;
+  bool current = true;
+  for (const std::wstring& folder : AllFolders()) {
+    current = current && ReadFolder(folder, *generation, found);
+  }
+  if (!current || !RemoveMissingItems(found, *generation)) Gate().MarkLoadDue();
+}
+
+bool TLocationFolderStd::ReadFolder(const std::wstring& folder, unsigned generation, FoundNames& found) {
+  for (const std::wstring& name : FileNamesIn(folder)) {
+    CheckTerminated();
+    if (!IsEntryFile(name)) continue;
+    FoundEntry entry;
+    entry.name = folder + name;
+    entry.command = entry.name;
+    entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
+    entry.isEnabled = SameText(folder, startupFolder_);
+    entry.isProtected = !CanDeleteFile(entry.name);
+    found.insert(AsciiLowerCase(entry.name));
+    if (!AddOrUpdateItem(std::move(entry), generation)) return false;
+  }
+  return true;
+}
+
+}  // namespace smh
