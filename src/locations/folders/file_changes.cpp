@@ -21,6 +21,8 @@ void FileChanger::Move(const std::wstring& from, const std::wstring& to) const {
     CheckCall(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH));
   }
   if (!FileUtils::FileExists(to)) RaiseOSError(ERROR_FILE_NOT_FOUND);
+  // Both stay: the one left behind may be somebody's new file.
+  if (FileUtils::FileExists(from)) RaiseOSError(ERROR_ACCESS_DENIED);
 }
 
 void FileChanger::Delete(const std::wstring& file) const {

@@ -10,7 +10,7 @@ class FileChanger {
  public:
   explicit FileChanger(bool recorded) noexcept : recorded_(recorded) {}
 
-  // Fails when `to` exists.
+  // Fails when `to` exists, and when `from` is still there afterwards.
   void Move(const std::wstring& from, const std::wstring& to) const;
   void Delete(const std::wstring& file) const;
   // Puts the content of `from` in the place of `to` and removes `from`.

@@ -38,6 +38,14 @@ bool IsTrustedSid(PSID sid) noexcept {
   return IsWellKnownSid(sid, WinLocalSystemSid) || IsWellKnownSid(sid, WinBuiltinAdministratorsSid);
 }
 
+// The entry's SID must end inside the entry.
+bool HoldsTrustedSid(const ACCESS_ALLOWED_ACE* ace) noexcept {
+  auto* const sid = reinterpret_cast<SID*>(const_cast<DWORD*>(&ace->SidStart));
+  const std::size_t room = ace->Header.AceSize - offsetof(ACCESS_ALLOWED_ACE, SidStart);
+  return room >= GetSidLengthRequired(0) && room >= GetSidLengthRequired(sid->SubAuthorityCount) &&
+         IsValidSid(sid) && IsTrustedSid(sid);
+}
+
 // Whether the entry gives somebody else a right to change. Deny entries give nothing; an inherit-only entry
 // speaks of children.
 bool LetsOthersChange(const ACE_HEADER* header) noexcept {
@@ -48,9 +56,9 @@ bool LetsOthersChange(const ACE_HEADER* header) noexcept {
     case ACCESS_DENIED_CALLBACK_ACE_TYPE:
       return false;
     case ACCESS_ALLOWED_ACE_TYPE: {
+      if (header->AceSize < sizeof(ACCESS_ALLOWED_ACE)) return true;
       const auto* const ace = reinterpret_cast<const ACCESS_ALLOWED_ACE*>(header);
-      const auto sid = const_cast<DWORD*>(&ace->SidStart);
-      return (ace->Mask & kChangeRights) != 0 && !(IsValidSid(sid) && IsTrustedSid(sid));
+      return (ace->Mask & kChangeRights) != 0 && !HoldsTrustedSid(ace);
     }
     default:
       // Of a kind that this decision does not know: not trusted.

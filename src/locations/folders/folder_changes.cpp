@@ -40,21 +40,14 @@ void TLocationFolderStd::MakeOwnFolder(const std::wstring& folder) const {
 }
 
 const std::wstring& TLocationFolderStd::StartupFolder() {
-  if (!FileUtils::DirectoryExists(RequireFolder(startupFolder_))) {
-    MakeFolders(startupFolder_);
-    foldersMade_.store(true);
-  }
+  MakeFolders(RequireFolder(startupFolder_));
   return startupFolder_;
 }
 
 const std::wstring& TLocationFolderStd::DisabledFolder() {
   RequireFolder(dataFolder_);
-  const std::wstring& folder = disabledFolders_.front();
-  if (!FileUtils::DirectoryExists(folder)) {
-    MakeOwnFolder(folder);
-    foldersMade_.store(true);
-  }
-  return folder;
+  MakeOwnFolder(disabledFolders_.front());
+  return disabledFolders_.front();
 }
 
 std::wstring TLocationFolderStd::TempShortcutFolder() const {
@@ -171,6 +164,22 @@ void TLocationFolderStd::ChangeItemCommand(const ItemRef& item, const std::wstri
             [&] { return Format(kChangeLine, file, command, MemberName()); });
 }
 
+void TLocationFolderStd::ReplaceShortcut(const FileChanger& changer, const std::wstring& made,
+                                         const std::wstring& file) const {
+  const std::string bytes = ReadShortcutBytes(made);
+  // A recorded replacement writes into the old file: a copy is at hand before that begins.
+  const std::wstring kept = MakeUniqueFileName(made);
+  const ScopedFile removeKept(kept);
+  WriteNewFile(kept, ReadShortcutBytes(file));
+  try {
+    changer.Replace(made, file);
+    if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+  } catch (...) {
+    FileChanger(false).Replace(kept, file);
+    throw;
+  }
+}
+
 void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring& command) {
   ScopedLock lock(Items().Lock());
   const ItemState state = item->State();
@@ -180,14 +189,12 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   KeepFieldsOfLink(RequireChangeableLink(file), fields);
   const std::wstring made = CreateShortcut(std::wstring(FileNamePart(file)), fields);
   const ScopedFile removeIfLeft(made);
-  const std::string bytes = ReadShortcutBytes(made);
   {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-    FileChanger(recorded).Replace(made, file);
+    ReplaceShortcut(FileChanger(recorded), made, file);
     if (state.isEnabled) TakeOver(file);
   }
-  if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
   item->UpdateCommand(file, [] { return true; });
 }
 

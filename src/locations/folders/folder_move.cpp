@@ -87,7 +87,10 @@ void TLocationFolderStd::PutBackItem(bool) {
   ScopedLock lock(Items().Lock());
   const Extracted entry = *std::move(extracted_);
   extracted_.reset();
-  WriteNewFile(entry.path, entry.bytes);
+  // Its old name may have been taken meanwhile.
+  const std::wstring path = MakeUniqueFileName(entry.path);
+  WriteNewFile(path, entry.bytes);
+  if (path != entry.path) Items().Relocate(*entry.item, path, {}, entry.item->IsEnabled());
   Items().Insert(entry.position, entry.item);
 }
 

@@ -19,24 +19,29 @@ FolderWatch::FolderWatch(std::vector<std::wstring> folders) {
   Refresh();
 }
 
-void FolderWatch::Refresh() {
+bool FolderWatch::Refresh() {
   handles_.clear();
+  bool changed = false;
   for (Folder& folder : folders_) {
-    const bool exists = FileUtils::DirectoryExists(folder.path);
-    if (!exists) {
+    const bool watched = static_cast<bool>(folder.notification);
+    if (!FileUtils::DirectoryExists(folder.path)) {
       folder.notification.Reset();
-    } else if (!folder.notification) {
+    } else if (!watched) {
       folder.notification.Reset(FindFirstChangeNotificationW(folder.path.c_str(), TRUE, kFilter));
     }
     if (folder.notification) handles_.push_back(folder.notification.Get());
+    changed = changed || static_cast<bool>(folder.notification) != watched;
   }
+  return changed;
 }
 
 bool FolderWatch::TakeChange() {
-  if (handles_.empty()) return false;
+  // A folder that comes or goes is not always signalled: nobody watches the one it lies in.
+  const bool changed = Refresh();
+  if (handles_.empty()) return changed;
   const auto count = static_cast<DWORD>(handles_.size());
   const DWORD result = WaitForMultipleObjects(count, handles_.data(), FALSE, 0);
-  if (result >= WAIT_OBJECT_0 + count) return false;
+  if (result >= WAIT_OBJECT_0 + count) return changed;
   const HANDLE signalled = handles_[result - WAIT_OBJECT_0];
   if (FindNextChangeNotification(signalled) == FALSE) {
     // The folder behind it is gone, and may be back as another one.
@@ -44,7 +49,6 @@ bool FolderWatch::TakeChange() {
                                          [](const Folder& folder) { return folder.notification.Get(); });
     stale->notification.Reset();
   }
-  Refresh();
   return true;
 }
 

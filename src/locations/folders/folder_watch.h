@@ -21,9 +21,7 @@ class FolderWatch {
   // Folders with a trailing backslash. Starts watching those that exist.
   explicit FolderWatch(std::vector<std::wstring> folders);
 
-  // Starts watching folders that exist now and forgets those that are gone.
-  void Refresh();
-  // Whether something changed since the last call; watches on.
+  // Whether something changed since the last call, a folder that came or went included; watches on.
   bool TakeChange();
 
  private:
@@ -32,6 +30,9 @@ class FolderWatch {
     std::wstring path;
     Notification notification;
   };
+
+  // Starts watching folders that exist now and forgets those that are gone; whether there were any.
+  bool Refresh();
 
   std::vector<Folder> folders_;
   // The handles of the watched folders, for waiting.

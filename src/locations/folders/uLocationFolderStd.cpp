@@ -75,7 +75,6 @@ bool TLocationFolderStd::ItemExists(const TStartupItem& item) {
 bool TLocationFolderStd::IsChanged() {
   // A signal that comes while a change runs is kept for later.
   if (Gate().IsBusy()) return false;
-  if (foldersMade_.exchange(false)) watch_.Refresh();
   if (watch_.TakeChange()) {
     Gate().TakeLoadDue();
     return true;

@@ -8,7 +8,6 @@
 #include "locations/folders/shortcut_writer.h"
 #include "model/uLocationStartup.h"
 
-#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,6 +66,7 @@ class TLocationFolderStd final : public TLocationStartup {
   void MoveFile(const FileChanger& changer, const std::wstring& from, const std::wstring& to,
                 const TLocationFolderStd& target) const;
   int AddShortcut(const std::wstring& name, const std::wstring& command);
+  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file) const;
   void RewriteShortcut(const ItemRef& item, const std::wstring& command);
   void TakeOver(const std::wstring& file) const;
   void RequireTrustedSource(const std::wstring& file) const;
@@ -88,8 +88,6 @@ class TLocationFolderStd final : public TLocationStartup {
   const std::wstring ownFolder_;
   const std::vector<std::wstring> disabledFolders_;
   FolderWatch watch_;
-  // A change has made a folder that is to be watched from now on.
-  std::atomic<bool> foldersMade_{false};
   std::optional<Extracted> extracted_;
 };
 
