@@ -53,7 +53,7 @@ bool TStartupItem::UpdateCommand(const std::wstring& command, const std::functio
   if (!isCurrent() || !IsListed() || isSame(state_)) return false;
   const ItemDetails& old = state_.details;
   LogFormat(L"Detect change item %s (%s). Target command change from \"%s\" to \"%s\".", old.EntryName,
-            old.Caption, old.Command, command);
+            old.Caption, old.Command, details.Command);
   state_.details = std::move(details);
   needsExtendedInfo_ = true;
   ++revision_;

@@ -49,6 +49,7 @@ ShortcutFields FieldsOfCommand(const std::wstring& command) {
 }
 
 void WriteShortcut(const ShortcutFields& fields, const std::wstring& file) {
+  if (fields.target.empty()) RaiseOSError(ERROR_BAD_PATHNAME);
   try {
     SaveShortcut(fields, file);
     // Without a target the command would be lost.

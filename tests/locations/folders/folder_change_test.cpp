@@ -1,0 +1,260 @@
+// Enabling, disabling, adding, deleting and re-commanding in the Startup folders.
+#include "folder_fixture.h"
+#include "infra/text.h"
+#include "shelllink/uShellLinkInfo.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+#include <objbase.h>
+
+#include <thread>
+
+namespace smh::test {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::wstring Move(const std::wstring& from, const std::wstring& to) {
+  return L"MoveFile \"" + from + L"\" \"" + to + L'"';
+}
+
+class FolderChange : public FolderChangeBase {};
+INSTANTIATE_TEST_SUITE_P(Checkpoints, FolderChange, ::testing::Bool());
+
+TEST_P(FolderChange, DisablingAndEnablingMoveTheFileAndNumberNamesThatAreTaken) {
+  struct Row {
+    TLocationStartup& location;
+    const Places& places;
+  };
+  for (const Row& row : {Row{UserFolder(), user}, Row{CommonFolder(), common}}) {
+    const Places& places = row.places;
+    const std::wstring file = PutShortcut(places.startup + L"Foo.lnk", L"new");
+    const std::string bytes = ReadFileBytes(file);
+    Put(places.disabled + L"Foo.lnk", "first");
+    Put(places.disabled + L"Foo (1).lnk", "second");
+    const ItemRef item = LoadAndFind(row.location, file);
+
+    row.location.DisableItem(item);
+    const std::wstring disabled = places.disabled + L"Foo (2).lnk";
+    ExpectRecorded(L"Startup Manager: Disabling Foo", {Move(file, disabled)});
+    EXPECT_THAT(FilesIn(places.startup), IsEmpty());
+    EXPECT_EQ(ReadFileBytes(disabled), bytes);
+    EXPECT_EQ(ReadFileBytes(places.disabled + L"Foo.lnk"), "first");
+    EXPECT_EQ(item->Name(), disabled);
+    EXPECT_EQ(item->Details().LinkPath, disabled);
+    EXPECT_EQ(item->Details().Command, Command(L"new"));
+    EXPECT_FALSE(item->IsEnabled());
+    EXPECT_TRUE(item->TakeChangedMark());
+
+    Put(places.startup + L"Foo (2).lnk", "third");
+    row.location.EnableItem(item);
+    ExpectRecorded(L"Startup Manager: Enabling Foo", {Move(disabled, places.startup + L"Foo (2) (1).lnk")});
+    EXPECT_EQ(ReadFileBytes(places.startup + L"Foo (2) (1).lnk"), bytes);
+    EXPECT_EQ(ReadFileBytes(places.startup + L"Foo (2).lnk"), "third");
+    EXPECT_TRUE(item->IsEnabled());
+    row.location.ReadItems();
+    EXPECT_TRUE(item->IsListed()) << "the same object goes on";
+    EXPECT_EQ(Names(row.location).size(), 4u);
+  }
+}
+
+TEST_P(FolderChange, WhatOtherToolsDisabledComesBackAndThenGoesToTheOwnPlace) {
+  for (const std::wstring& folder : {user.autoruns, user.brisko}) {
+    const ItemRef item = LoadAndFind(UserFolder(), Put(folder + L"tool.exe", ReadFileBytes(Program())));
+    UserFolder().EnableItem(item);
+    EXPECT_THAT(FilesIn(folder), IsEmpty());
+    EXPECT_TRUE(Exists(user.startup + L"tool.exe"));
+    EXPECT_EQ(item->Details().FilePath, user.startup + L"tool.exe");
+    EXPECT_EQ(item->Details().Command, user.startup + L"tool.exe");
+    UserFolder().DisableItem(item);
+    EXPECT_TRUE(Exists(user.disabled + L"tool.exe"));
+    fs::remove(user.disabled + L"tool.exe");
+  }
+}
+
+TEST_P(FolderChange, WhatIsSoAlreadyOrIsNotListedStaysUntouched) {
+  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  UserFolder().EnableItem(item);
+  UserFolder().ChangeItemCommand(item, item->Details().Command);
+  CommonFolder().DisableItem(item);
+  CommonFolder().DeleteItem(item);
+  CommonFolder().ChangeItemCommand(item, L"x.exe");
+  {
+    ScopedLock lock(Items().Lock());
+    Items().Clear();
+  }
+  UserFolder().DisableItem(item);
+  UserFolder().DeleteItem(item);
+  UserFolder().ChangeItemCommand(item, L"x.exe");
+  EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
+  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
+}
+
+TEST_P(FolderChange, AddingMakesAShortcutThatStartsTheCommand) {
+  const int position = UserFolder().AddItem(L"New entry", L'"' + Program() + L"\" /one \"two three\"");
+  ExpectRecorded(L"Startup Manager: Adding New entry",
+                 {Move(user.temporary + L"New entry.lnk", user.startup + L"New entry.lnk")});
+  const std::wstring file = user.startup + L"New entry.lnk";
+  const ItemRef item = FindItem(sulFolderUser, file);
+  ASSERT_NE(item, nullptr);
+  EXPECT_EQ(item->Position(), position);
+  EXPECT_TRUE(item->IsEnabled());
+  EXPECT_EQ(item->GivenText(), L"New entry");
+  EXPECT_EQ(item->Details().Command, Command(L"/one \"two three\""));
+  const TShellLinkInfo link(file);
+  EXPECT_EQ(link.Target(), Program());
+  EXPECT_EQ(link.Arguments(), L"/one \"two three\"");
+  EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+  UserFolder().ReadItems();
+  EXPECT_TRUE(item->IsListed());
+
+  // An extension is changed; a bare name is found.
+  CommonFolder().AddItem(L"Note.txt", L"notepad.exe a.txt");
+  const TShellLinkInfo found(common.startup + L"Note.lnk");
+  EXPECT_TRUE(SameText(FileNamePart(found.Target()), L"notepad.exe"));
+  EXPECT_NE(FolderPart(found.Target()), L"") << "with its folder";
+  EXPECT_EQ(found.Arguments(), L"a.txt");
+}
+
+TEST_P(FolderChange, NamesThatAreNoPlainFileNameAreRefusedBeforeAnythingIsMade) {
+  for (const wchar_t* name :
+       {L"",    L".",    L"..",      L"a\\b", L"..\\a",    L"C:a",       L"a/b",     L"a:b",    L"a*",
+        L"a?",  L"a\"b", L"<a",      L"a>",   L"a|b",      L"a\nb",      L"a\x1F",   L"trail ", L"trail.",
+        L"NUL", L"con",  L"Aux.txt", L"COM1", L"lpt9.lnk", L"COM\u00B2", L"CONOUT$", L"prn .x"}) {
+    EXPECT_EQ(ErrorOf([&] { UserFolder().AddItem(name, Program()); }), DWORD(ERROR_INVALID_NAME))
+        << fs::path(name);
+  }
+  EXPECT_TRUE(LogHas(L"Error add item \"trail.\" (" + Program() + L") in location \"sulFolderUser\"."));
+  EXPECT_THAT(FilesIn(user.startup), IsEmpty());
+  EXPECT_FALSE(Exists(user.temporary));
+  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
+  for (const wchar_t* name : {L"COM", L"COM0x", L"nulls", L".hidden", L" lead", L"\u00C4\u4E2D"}) {
+    EXPECT_NO_THROW(UserFolder().AddItem(name, Program())) << fs::path(name);
+  }
+  EXPECT_EQ(FilesIn(user.startup).size(), 6u);
+}
+
+TEST_P(FolderChange, AddingOverAFileOrWithoutAProgramFails) {
+  const std::wstring file = Put(user.startup + L"Taken.lnk", "another");
+  EXPECT_EQ(ErrorOf([&] { UserFolder().AddItem(L"taken", Program()); }), DWORD(ERROR_ALREADY_EXISTS));
+  EXPECT_EQ(ReadFileBytes(file), "another");
+  EXPECT_NE(ErrorOf([&] { UserFolder().AddItem(L"none", L""); }), 0u);
+  // Of two at the same time one comes too late.
+  module.Safeguard().Before([&](const std::wstring& line) {
+    if (line.starts_with(L"MoveFile")) Put(user.startup + L"Late.lnk", "early");
+  });
+  if (GetParam()) {
+    EXPECT_EQ(ErrorOf([&] { UserFolder().AddItem(L"Late", Program()); }), DWORD(ERROR_ALREADY_EXISTS));
+    EXPECT_EQ(ReadFileBytes(user.startup + L"Late.lnk"), "early");
+  }
+  module.Safeguard().Before(nullptr);
+  EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+  EXPECT_THAT(Names(UserFolder()), IsEmpty());
+}
+
+TEST_P(FolderChange, Deleting) {
+  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
+  const std::wstring locked = PutShortcut(user.startup + L"Bar.lnk");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  const ItemRef other = FindItem(sulFolderUser, locked);
+  UserFolder().DeleteItem(item);
+  ExpectRecorded(L"Startup Manager: Deleting Foo", {L"DeleteFile \"" + file + L'"'});
+  EXPECT_FALSE(Exists(file));
+  EXPECT_FALSE(item->IsListed());
+
+  const ScopedHandle held(
+      CreateFileW(locked.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  EXPECT_EQ(ErrorOf([&] { UserFolder().DeleteItem(other); }), DWORD(ERROR_SHARING_VIOLATION));
+  EXPECT_EQ(ErrorOf([&] { UserFolder().DisableItem(other); }), DWORD(ERROR_SHARING_VIOLATION));
+  EXPECT_TRUE(other->IsListed());
+  EXPECT_TRUE(other->IsEnabled());
+  EXPECT_TRUE(Exists(locked));
+}
+
+TEST_P(FolderChange, ANewCommandKeepsEverythingElseOfTheShortcut) {
+  const std::wstring second = Folder().Write(L"second.exe", "x");
+  ShortcutFields fields;
+  fields.target = Program();
+  fields.arguments = L"old";
+  fields.description = L"@C:\\strings.dll,-7";
+  fields.workingFolder = L"C:\\Work";
+  fields.iconLocation = L"C:\\icons.dll";
+  fields.iconIndex = -5;
+  fields.showCommand = SW_SHOWMINNOACTIVE;
+  fields.hotKey = 0x0641;
+  for (const std::wstring& folder : {user.startup, user.disabled}) {
+    const std::wstring file = Put(folder + L"Foo.lnk", "");
+    WriteShortcut(fields, file);
+    const ItemRef item = LoadAndFind(UserFolder(), file);
+    item->ReadExtendedInfo();
+    UserFolder().ChangeItemCommand(item, L'"' + second + L"\" /new");
+    ExpectRecorded(L"Startup Manager: Changing Foo",
+                   {L"CopyFile \"" + user.temporary + L"Foo.lnk\" \"" + file + L"\" overwrite 1"});
+    const TShellLinkInfo link(file);
+    EXPECT_EQ(link.Target(), second);
+    EXPECT_EQ(link.Arguments(), L"/new");
+    EXPECT_EQ(link.StoredDescription(), L"@C:\\strings.dll,-7") << "not resolved";
+    EXPECT_EQ(link.WorkingDirectory(), L"C:\\Work");
+    EXPECT_EQ(link.IconLocation(), L"C:\\icons.dll");
+    EXPECT_EQ(link.IconIndex(), -5);
+    EXPECT_EQ(link.ShowCommand(), DWORD(SW_SHOWMINNOACTIVE));
+    EXPECT_EQ(link.HotKey(), 0x0641);
+    EXPECT_EQ(item->Details().Command, second + L" /new");
+    EXPECT_EQ(item->Name(), file);
+    EXPECT_EQ(item->IsEnabled(), folder == user.startup);
+    EXPECT_TRUE(item->NeedsExtendedInfo());
+    EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+    fs::remove(file);
+  }
+}
+
+TEST_P(FolderChange, FilesWithoutACommandToChangeAreRefused) {
+  LinkBuilder darwin = FullLink();
+  std::erase_if(darwin.blocks, [](const LinkBlock& block) { return block.signature != 0xA0000006; });
+  const std::wstring files[] = {
+      Put(user.startup + L"program.exe", ReadFileBytes(Program())),
+      Put(user.startup + L"damaged.lnk", "text"),
+      Put(user.startup + L"empty.lnk", LinkBuilder{}),
+      Put(user.startup + L"darwin.lnk", darwin),
+  };
+  UserFolder().ReadItems();
+  for (const std::wstring& file : files) {
+    const std::string bytes = ReadFileBytes(file);
+    const ItemRef item = FindItem(sulFolderUser, file);
+    EXPECT_THROW(UserFolder().ChangeItemCommand(item, Program() + L" /x"), Exception);
+    EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryUserRun), Exception);
+    EXPECT_EQ(ReadFileBytes(file), bytes);
+    EXPECT_TRUE(item->IsListed());
+    EXPECT_TRUE(LogHas(L"Error change item \"" + file + L"\" comand on \"" + Program() +
+                       L" /x\" in location \"sulFolderUser\"\r\n"));
+    EXPECT_TRUE(
+        LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulRegistryUserRun\"."));
+  }
+  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty()) << "refused before anything is touched";
+  EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+}
+
+// A thread without COM, and one that has it in the other way.
+TEST_P(FolderChange, TheCallersThreadNeedsNoComAndKeepsWhatItHas) {
+  for (const bool hasCom : {false, true}) {
+    HRESULT comAfterwards = E_FAIL;
+    DWORD error = ~0u;
+    std::thread([&] {
+      if (hasCom) CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+      error = ErrorOf([&] { UserFolder().AddItem(hasCom ? L"multi" : L"none", Program()); });
+      comAfterwards = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+      CoUninitialize();
+      if (hasCom) CoUninitialize();
+    }).join();
+    EXPECT_EQ(error, 0u);
+    EXPECT_EQ(comAfterwards, hasCom ? S_FALSE : S_OK);
+  }
+  EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"multi.lnk", L"none.lnk"));
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,180 @@
+// Moves between the Startup folders, and to and from a Run key.
+#include "folder_fixture.h"
+#include "shelllink/uShellLinkInfo.h"
+#include "support/registry_fixture.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace smh::test {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const std::wstring kRun = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+const std::wstring kRunSide = kRun + L"\\Disabled (Startup Manager)";
+
+class FolderMove : public FolderChangeBase {
+ protected:
+  FolderMove() : savedRun_(HKEY_CURRENT_USER, kRun) {
+    DeleteKeyTree(HKEY_CURRENT_USER, kRun);
+    MakeKey(HKEY_CURRENT_USER, kRun);
+  }
+
+  TLocationStartup& UserRun() { return *FindLocation(sulRegistryUserRun); }
+
+ private:
+  const SavedKey savedRun_;
+};
+INSTANTIATE_TEST_SUITE_P(Checkpoints, FolderMove, ::testing::Bool());
+
+TEST_P(FolderMove, BetweenTheFoldersTheFileGoesAlongWithItsState) {
+  const std::wstring enabled = PutShortcut(user.startup + L"On.lnk", L"x");
+  const std::wstring foreign = Put(user.autoruns + L"off.exe", ReadFileBytes(Program()));
+  const std::wstring damaged = Put(user.startup + L"damaged.lnk", "kept as it is");
+  // Not listed yet.
+  Put(common.startup + L"On.lnk", "another");
+  Put(common.disabled + L"off.exe", "another");
+  const ItemRef on = LoadAndFind(UserFolder(), enabled);
+  const std::string bytes = ReadFileBytes(enabled);
+  const int position = on->Position();
+  UserFolder().MoveItem(on, sulFolderCommon);
+  ExpectRecorded(L"Startup Manager: Moving On",
+                 {L"MoveFile \"" + enabled + L"\" \"" + common.startup + L"On (1).lnk\""});
+  EXPECT_FALSE(Exists(enabled));
+  EXPECT_FALSE(on->IsListed());
+  EXPECT_EQ(ReadFileBytes(common.startup + L"On (1).lnk"), bytes);
+  const ItemRef moved = FindItem(sulFolderCommon, common.startup + L"On (1).lnk");
+  ASSERT_NE(moved, nullptr);
+  EXPECT_EQ(moved->Position(), position);
+  EXPECT_TRUE(moved->IsEnabled());
+  EXPECT_EQ(moved->GivenText(), L"On (1)");
+  EXPECT_EQ(moved->Details().Command, Command(L"x"));
+
+  UserFolder().MoveItem(FindItem(sulFolderUser, foreign), sulFolderCommon);
+  EXPECT_EQ(ReadFileBytes(common.disabled + L"off (1).exe"), ReadFileBytes(Program()));
+  EXPECT_FALSE(FindItem(sulFolderCommon, common.disabled + L"off (1).exe")->IsEnabled());
+  EXPECT_THAT(FilesIn(user.autoruns), IsEmpty());
+
+  UserFolder().MoveItem(FindItem(sulFolderUser, damaged), sulFolderCommon);
+  EXPECT_EQ(ReadFileBytes(common.startup + L"damaged.lnk"), "kept as it is");
+  CommonFolder().MoveItem(moved, sulFolderUser);
+  EXPECT_EQ(ReadFileBytes(user.startup + L"On (1).lnk"), bytes);
+}
+
+TEST_P(FolderMove, AnEntryThatTheTargetHasOrAMissingTargetIsAnAssertionAndNothingChanges) {
+  const std::wstring file = PutShortcut(user.startup + L"Same.lnk");
+  PutShortcut(common.startup + L"same.lnk");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  CommonFolder().ReadItems();
+  try {
+    UserFolder().MoveItem(item, sulFolderCommon);
+    ADD_FAILURE() << "nothing was raised";
+  } catch (const EAssertionFailed& error) {
+    EXPECT_NE(error.Message().find(L"Assertion failure (uLocationFolderStd"), std::wstring::npos);
+  }
+  EXPECT_TRUE(LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulFolderCommon\"."));
+  EXPECT_THROW(UserFolder().MoveItem(item, sulFolderUser), EAssertionFailed);
+  EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryIEBrowserObjects), EAssertionFailed);
+  EXPECT_TRUE(Exists(file));
+  EXPECT_TRUE(item->IsListed());
+  EXPECT_THAT(module.Safeguard().Lines(), ::testing::Not(::testing::Contains(::testing::HasSubstr(L"File"))));
+}
+
+TEST_P(FolderMove, AFileThatIsGoneLeavesTheList) {
+  for (const TTypeStartupLocation target : {sulFolderCommon, sulRegistryUserRun}) {
+    const std::wstring file = PutShortcut(user.startup + L"Gone.lnk");
+    const ItemRef item = LoadAndFind(UserFolder(), file);
+    fs::remove(file);
+    UserFolder().MoveItem(item, target);
+    EXPECT_FALSE(item->IsListed());
+  }
+  EXPECT_THAT(Values(HKEY_CURRENT_USER, kRun), IsEmpty());
+}
+
+TEST_P(FolderMove, ToARunKeyAndBack) {
+  const std::wstring on = PutShortcut(user.startup + L"On.lnk", L"/tray");
+  const std::wstring off = PutShortcut(user.disabled + L"Off.lnk", L"/off");
+  UserFolder().ReadItems();
+  UserFolder().MoveItem(FindItem(sulFolderUser, on), sulRegistryUserRun);
+  UserFolder().MoveItem(FindItem(sulFolderUser, off), sulRegistryUserRun);
+  EXPECT_FALSE(Exists(on));
+  EXPECT_FALSE(Exists(off));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"On"), Sz(Command(L"/tray")));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Off"), Sz(Command(L"/off")));
+  EXPECT_THAT(Names(UserFolder()), IsEmpty());
+
+  // Named after the program they start.
+  module.Safeguard().Clear();
+  std::vector<ItemRef> items;
+  {
+    ScopedLock lock(Items().Lock());
+    items = Items().Snapshot();
+  }
+  ASSERT_EQ(items.size(), 2u);
+  UserRun().MoveItem(items[0], sulFolderUser);
+  const std::wstring first = items[0]->IsEnabled() ? user.startup : user.disabled;
+  EXPECT_TRUE(Exists(first + L"auroratray.lnk"));
+  const TShellLinkInfo link(first + L"auroratray.lnk");
+  EXPECT_EQ(link.Target(), Program());
+  EXPECT_EQ(link.Arguments(), items[0]->IsEnabled() ? L"/tray" : L"/off");
+  const ItemRef back = FindItem(sulFolderUser, first + L"auroratray.lnk");
+  ASSERT_NE(back, nullptr);
+  EXPECT_EQ(back->IsEnabled(), items[0]->IsEnabled());
+  EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRun).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
+}
+
+TEST_P(FolderMove, NamesOfMovedInEntriesBecomePlainAndUnique) {
+  struct Row {
+    const wchar_t* name;
+    const wchar_t* file;
+  };
+  const Row rows[] = {
+      {L"a:b*c", L"a_b_c.lnk"}, {L"..\\up", L".._up.lnk"},  {L"a/b", L"a_b.lnk"}, {L"con", L"_con.lnk"},
+      {L"tool", L"tool.lnk"},   {L"TOOL", L"TOOL (1).lnk"}, {L"no.1", L"no.lnk"}, {L"", L".lnk"}};
+  for (const Row& row : rows) {
+    UserFolder().InsertItem(GetParam(), 0, true, Command(L"/in"), row.name);
+    const ItemRef item = FindItem(sulFolderUser, user.startup + row.file);
+    ASSERT_NE(item, nullptr) << fs::path(row.file);
+    EXPECT_EQ(item->Details().Command, Command(L"/in"));
+    EXPECT_EQ(item->Position(), 0);
+  }
+  EXPECT_EQ(FilesIn(user.startup).size(), std::size(rows));
+}
+
+TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
+  LinkBuilder link = FullLink();
+  std::erase_if(link.blocks, [](const LinkBlock& block) { return block.signature == 0xA0000006; });
+  link.blocks.push_back({0xA000FFFF, "of a kind nobody knows"});
+  const std::wstring file = Put(user.disabled + L"Full.lnk", link);
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  const int position = item->Position();
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryUserRun), Exception);
+  }
+  EXPECT_EQ(ReadFileBytes(file), link.Build().Text());
+  EXPECT_TRUE(item->IsListed());
+  EXPECT_EQ(item->Position(), position);
+  EXPECT_FALSE(item->IsEnabled());
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Full"), std::nullopt);
+  EXPECT_TRUE(LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulRegistryUserRun\"."));
+}
+
+TEST_P(FolderMove, AFilePutBackFindsItsNameTaken) {
+  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk", L"mine");
+  const std::string bytes = ReadFileBytes(file);
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  UserFolder().ExtractItem(GetParam(), item);
+  Put(file, "somebody else's");
+  UserFolder().PutBackItem(GetParam());
+  EXPECT_EQ(ReadFileBytes(file), "somebody else's");
+  EXPECT_EQ(ReadFileBytes(user.startup + L"Foo (1).lnk"), bytes);
+  EXPECT_EQ(FindItem(sulFolderUser, user.startup + L"Foo (1).lnk"), item);
+}
+
+}  // namespace
+}  // namespace smh::test
