@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# seed.sh SAMPLES BUILT: makes WINEPREFIX the sample machine: the programs that lie below BUILT as on drive C:,
-# and the start-up entries of the folder SAMPLES in both registry views.
+# seed.sh SAMPLES BUILT: makes WINEPREFIX the sample machine: the programs that lie below BUILT as on drive C:, the
+# start-up entries of the folder SAMPLES in both registry views, and what the program sample_entries beside BUILT
+# puts into the Startup folders.
 set -euo pipefail
 samples=$1 built=$2
 # At its start Wine would run the entries and delete those that run once.
@@ -17,3 +18,5 @@ else
   import "$samples/startup.reg"
   import "$samples/startup-32bit.reg"
 fi
+
+wine "$built/../sample_entries.exe" </dev/null
