@@ -76,6 +76,7 @@ std::wstring RefusalReason(const ItemRecord& item) {
 
 void ChangeItems(const Arguments& arguments, const Change& change) {
   const Library library;
+  if (change.prepare) change.prepare(library);
   std::vector<ItemRecord> list = ReadAllItems(library);
   const std::vector<ItemRecord> targets = CheckTargets(library, SelectTargets(list, arguments), change);
   for (const ItemRecord& item : targets) {

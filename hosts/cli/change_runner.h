@@ -30,6 +30,8 @@ struct Change {
   std::function<HRESULT(IStartupItem& listed)> apply;
   // Whether `now` is what `before` has to become; empty when the entry has to be gone.
   std::function<bool(const ItemRecord& before, const ItemRecord& now)> isOutcome;
+  // Called first, for functions that ask the library; it lives until the end of ChangeItems.
+  std::function<void(const Library& library)> prepare = {};
 };
 
 // Runs a change of every ITEM of `arguments`. Raises HostError; the entries changed until then stay changed,

@@ -4,6 +4,9 @@
 #include "item_selector.h"
 #include "location_names.h"
 #include "reading.h"
+#include "stored_command.h"
+
+#include "infra/text.h"
 
 #include <algorithm>
 
@@ -14,6 +17,16 @@ const ItemRecord* FindByName(std::span<const ItemRecord> list, std::int32_t loca
                              const std::wstring& name) {
   const auto found = std::find_if(list.begin(), list.end(), [&](const ItemRecord& item) {
     return item.location == location && item.name == name;
+  });
+  return found == list.end() ? nullptr : &*found;
+}
+
+// The shortcut that an addition would make. A taken name in a folder is a failure for the library, even if
+// nothing would change.
+const ItemRecord* FindShortcut(std::span<const ItemRecord> list, const Arguments& arguments) {
+  const auto found = std::find_if(list.begin(), list.end(), [&](const ItemRecord& item) {
+    return item.location == *arguments.Location() && item.enabled && SameText(item.caption, arguments.name) &&
+           EndsText(L".lnk", item.name);
   });
   return found == list.end() ? nullptr : &*found;
 }
@@ -37,10 +50,14 @@ void RunAdd(const Arguments& arguments) {
       L"Cannot add \"" + arguments.name + L"\" to " + std::wstring(LocationName(location));
   const Library library;
   const std::vector<ItemRecord> before = ReadAllItems(library);
+  if (const ItemRecord* const known = FindShortcut(before, arguments);
+      known != nullptr && HoldsCommand(library, *known, arguments.command)) {
+    return WriteMessage(Describe(*known) + L": is there already.");
+  }
   const ItemRecord added = AddAndRead(library, arguments, failure);
   const std::vector<ItemRecord> list = ReadAllItems(library);
   const ItemRecord* const now = FindByName(list, location, added.name);
-  const bool asWanted = now != nullptr && now->enabled && now->command == arguments.command;
+  const bool asWanted = now != nullptr && now->enabled && HoldsCommand(library, *now, arguments.command);
   if (FindByName(before, location, added.name) != nullptr || (now != nullptr && !asWanted)) {
     if (!asWanted) throw HostError(failure + L": an entry of that name exists already; it was not changed.");
     return WriteMessage(Describe(*now) + L": is there already.");

@@ -1,13 +1,16 @@
 #include "change_runner.h"
 #include "commands/commands.h"
+#include "stored_command.h"
 
 #include "infra/text.h"
 
 namespace smh {
 namespace {
 
-Verdict Check(const ItemRecord& item, const std::wstring& command) {
-  if (item.command == command) return {Verdict::Kind::nothingToDo, L"has that command already."};
+Verdict Check(const Library& library, const ItemRecord& item, const std::wstring& command) {
+  if (HoldsCommand(library, item, command)) {
+    return {Verdict::Kind::nothingToDo, L"has that command already."};
+  }
   if (!item.Can(kActionChangeCommand)) return {Verdict::Kind::refused, RefusalReason(item)};
   if (!SameText(item.command, command)) return {};
   return {Verdict::Kind::refused, L"the new command differs in case only, which does not count as a change."};
@@ -17,17 +20,19 @@ Verdict Check(const ItemRecord& item, const std::wstring& command) {
 
 void RunChange(const Arguments& arguments) {
   const std::wstring& command = arguments.command;
+  const Library* library = nullptr;
   ChangeItems(arguments,
               {.verb = L"change",
                .done = L"Changed",
                .target = {},
-               .check = [&command](const ItemRecord& item, IStartupItem&) { return Check(item, command); },
-               .apply = [&command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
+               .check = [&](const ItemRecord& item, IStartupItem&) { return Check(*library, item, command); },
+               .apply = [&](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
                .isOutcome =
-                   [&command](const ItemRecord& before, const ItemRecord& now) {
+                   [&](const ItemRecord& before, const ItemRecord& now) {
                      return now.location == before.location && now.name == before.name &&
-                            now.enabled == before.enabled && now.command == command;
-                   }});
+                            now.enabled == before.enabled && HoldsCommand(*library, now, command);
+                   },
+               .prepare = [&](const Library& loaded) { library = &loaded; }});
 }
 
 }  // namespace smh

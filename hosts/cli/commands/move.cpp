@@ -1,6 +1,7 @@
 #include "change_runner.h"
 #include "commands/commands.h"
 #include "location_names.h"
+#include "stored_command.h"
 
 namespace smh {
 namespace {
@@ -19,18 +20,21 @@ Verdict Check(const ItemRecord& item, IStartupItem& listed, std::int32_t target)
 
 void RunMove(const Arguments& arguments) {
   const std::int32_t target = arguments.target.value_or(sulNone);
-  ChangeItems(arguments, {.verb = L"move",
-                          .done = L"Moved",
-                          .target = L" to " + std::wstring(LocationName(target)),
-                          .check = [target](const ItemRecord& item,
-                                            IStartupItem& listed) { return Check(item, listed, target); },
-                          .apply = [target](IStartupItem& item) { return item.MoveTo(target); },
-                          // The entry gets the short name of its program as its name in the new place.
-                          .isOutcome =
-                              [target](const ItemRecord& before, const ItemRecord& now) {
-                                return now.location == target && now.enabled == before.enabled &&
-                                       now.command == before.command;
-                              }});
+  const Library* library = nullptr;
+  ChangeItems(
+      arguments,
+      {.verb = L"move",
+       .done = L"Moved",
+       .target = L" to " + std::wstring(LocationName(target)),
+       .check = [=](const ItemRecord& item, IStartupItem& listed) { return Check(item, listed, target); },
+       .apply = [=](IStartupItem& item) { return item.MoveTo(target); },
+       // The entry gets the short name of its program, or of its shortcut, as its name in the new place.
+       .isOutcome =
+           [&](const ItemRecord& before, const ItemRecord& now) {
+             return now.location == target && now.enabled == before.enabled &&
+                    HoldsCommand(*library, now, before.command);
+           },
+       .prepare = [&](const Library& loaded) { library = &loaded; }});
 }
 
 }  // namespace smh

@@ -27,10 +27,10 @@ INSTANTIATE_TEST_SUITE_P(Checkpoints, FolderChange, ::testing::Bool());
 TEST_P(FolderChange, DisablingAndEnablingMoveTheFileAndNumberNamesThatAreTaken) {
   struct Row {
     TLocationStartup& location;
-    const Places& places;
+    const StartupPlaces& places;
   };
   for (const Row& row : {Row{UserFolder(), user}, Row{CommonFolder(), common}}) {
-    const Places& places = row.places;
+    const StartupPlaces& places = row.places;
     const std::wstring file = PutShortcut(places.startup + L"Foo.lnk", L"new");
     const std::string bytes = ReadFileBytes(file);
     Put(places.disabled + L"Foo.lnk", "first");

@@ -1,9 +1,6 @@
 #include "folder_fixture.h"
 
-#include "infra/text.h"
 #include "support/child_process.h"
-
-#include <shlobj.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,59 +14,11 @@ namespace {
 
 constexpr wchar_t kSampleProgram[] = L"..\\samples\\drive_c\\Program Files\\Northlight Audio\\auroratray.exe";
 
-std::wstring ShellFolder(int csidl) {
-  wchar_t path[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, csidl | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path))) {
-    throw std::runtime_error("the shell does not know a folder");
-  }
-  return std::wstring(path) + L'\\';
-}
-
-void MoveContents(const fs::path& from, const fs::path& to) {
-  for (const auto& entry : fs::directory_iterator(from))
-    fs::rename(entry.path(), to / entry.path().filename());
-}
-
 }  // namespace
 
-SavedFolder::SavedFolder(const std::wstring& path)
-    : path_(WithoutTrailingBackslash(path)), existed_(fs::is_directory(path_)) {
-  if (existed_) MoveContents(path_, contents_.Path());
-}
-
-SavedFolder::~SavedFolder() {
-  if (existed_) {
-    fs::create_directories(path_);
-    MoveContents(path_, rubbish_.Path());
-    MoveContents(contents_.Path(), path_);
-  } else if (fs::is_directory(path_)) {
-    fs::rename(path_, rubbish_.File(L"folder"));
-  }
-}
-
-Places::Places(int startupCsidl, int dataCsidl)
-    : startup(ShellFolder(startupCsidl)),
-      data(ShellFolder(dataCsidl)),
-      disabled(data + L"Quillmark\\Startup Manager\\Disabled Startup\\"),
-      temporary(data + L"Quillmark\\Startup Manager\\TempShortcuts\\"),
-      autoruns(startup + L"AutorunsDisabled\\"),
-      brisko(data + L"Brisko Software\\Brisko Utilities\\StartUp Manager\\Disabled objects\\") {}
-
-FolderTest::FolderTest()
-    : user(CSIDL_STARTUP, CSIDL_APPDATA),
-      common(CSIDL_COMMON_STARTUP, CSIDL_COMMON_APPDATA),
-      program_(folder_.File(L"auroratray.exe")) {
-  for (const Places& places : {user, common}) {
-    saved_.emplace_back(places.startup);
-    for (const std::wstring& folder : {places.disabled, places.temporary, places.brisko}) {
-      saved_.emplace_back(folder);
-      if (fs::is_directory(folder))
-        fs::rename(WithoutTrailingBackslash(folder), rubbish_.File(std::to_wstring(saved_.size())));
-    }
-  }
+FolderTest::FolderTest() : program_(folder_.File(L"auroratray.exe")) {
   WriteFileBytes(program_, ReadFileBytes(ThisFolder() + kSampleProgram));
-  Settle(UserFolder());
-  Settle(CommonFolder());
+  SettleBoth();
 }
 
 std::wstring FolderTest::Put(const std::wstring& path, std::string_view bytes) {
@@ -113,13 +62,14 @@ bool FolderTest::Exists(const std::wstring& file) {
   return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-void FolderTest::RemoveStartup() const {
-  fs::rename(WithoutTrailingBackslash(user.startup), rubbish_.File(L"startup"));
-}
-
 void FolderTest::Settle(TLocationStartup& location) {
   while (location.IsChanged()) {
   }
+}
+
+void FolderTest::SettleBoth() {
+  Settle(UserFolder());
+  Settle(CommonFolder());
 }
 
 void FolderChangeBase::ExpectRecorded(const std::wstring& title, std::vector<std::wstring> calls) {

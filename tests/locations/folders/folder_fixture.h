@@ -5,48 +5,19 @@
 #include "model/uLocationStartup.h"
 #include "native/link_builder.h"
 #include "support/module_fixture.h"
+#include "support/startup_folders.h"
 
-#include <deque>
 #include <string>
 #include <vector>
 
 namespace smh::test {
 
-// Empties a folder; what was in it comes back at the end, when a folder that was not there goes again.
-// Everything is renamed, because a folder that somebody watches keeps its name until its watch ends.
-class SavedFolder {
- public:
-  explicit SavedFolder(const std::wstring& path);
-  ~SavedFolder();
-  SavedFolder(const SavedFolder&) = delete;
-  SavedFolder& operator=(const SavedFolder&) = delete;
-
- private:
-  const std::wstring path_;
-  const bool existed_;
-  const TemporaryFolder contents_;
-  const TemporaryFolder rubbish_;
-};
-
-// The places of one location; folders end in a backslash.
-struct Places {
-  explicit Places(int startupCsidl, int dataCsidl);
-
-  std::wstring startup;
-  std::wstring data;
-  std::wstring disabled;
-  std::wstring temporary;
-  // Where two other tools keep what they have disabled.
-  std::wstring autoruns;
-  std::wstring brisko;
-};
-
 class FolderTest : public ModuleTest {
  protected:
   FolderTest();
 
-  TLocationStartup& UserFolder() { return *FindLocation(sulFolderUser); }
-  TLocationStartup& CommonFolder() { return *FindLocation(sulFolderCommon); }
+  static TLocationStartup& UserFolder() { return *FindLocation(sulFolderUser); }
+  static TLocationStartup& CommonFolder() { return *FindLocation(sulFolderCommon); }
 
   // A program that starts without consequence, with a version record.
   const std::wstring& Program() const noexcept { return program_; }
@@ -69,17 +40,14 @@ class FolderTest : public ModuleTest {
   // The names of the files and folders in a folder, sorted; empty for a missing one.
   static std::vector<std::wstring> FilesIn(const std::wstring& folder);
   static bool Exists(const std::wstring& file);
-  // Removes the user's Startup folder with all that is in it.
-  void RemoveStartup() const;
   // Takes changes until there is none.
   static void Settle(TLocationStartup& location);
+  static void SettleBoth();
 
-  const Places user;
-  const Places common;
+  const StartupPlaces user{StartupPlaces::Whose::kUser, SettleBoth};
+  const StartupPlaces common{StartupPlaces::Whose::kCommon, SettleBoth};
 
  private:
-  std::deque<SavedFolder> saved_;
-  TemporaryFolder rubbish_;
   TemporaryFolder folder_;
   std::wstring program_;
 };

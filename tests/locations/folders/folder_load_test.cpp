@@ -29,10 +29,10 @@ Function Real(const char* name) {
 TEST_F(FolderTest, ShortcutsAndProgramFilesOfEveryPlaceAreListedAndNothingElse) {
   struct Row {
     TLocationStartup& location;
-    const Places& places;
+    const StartupPlaces& places;
   };
   for (const Row& row : {Row{UserFolder(), user}, Row{CommonFolder(), common}}) {
-    const Places& places = row.places;
+    const StartupPlaces& places = row.places;
     const std::wstring shortcut = PutShortcut(places.startup + L"Tray.LNK");
     const std::wstring program = Put(places.startup + L"run me.exe", ReadFileBytes(Program()));
     const std::wstring script = Put(places.startup + L"script.Cmd", "exit");
@@ -243,7 +243,7 @@ TEST_F(FolderTest, ALoadThatFailsKeepsTheList) {
 TEST_F(FolderTest, AMissingStartupFolderIsAnEmptyLocation) {
   const std::wstring file = PutShortcut(user.startup + L"Tray.lnk");
   const ItemRef item = LoadAndFind(UserFolder(), file);
-  RemoveStartup();
+  user.RemoveStartup();
   Settle(UserFolder());
   UserFolder().ReadItems();
   EXPECT_FALSE(item->IsListed());

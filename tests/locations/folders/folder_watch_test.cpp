@@ -43,7 +43,7 @@ TEST_F(FolderWatchTest, FilesThatComeChangeAndGoInEveryPlaceAreNoticed) {
 
 TEST_F(FolderWatchTest, AFolderThatGoesAndComesBackIsNoticedAndWatchedAgain) {
   UserFolder().ReadItems();
-  RemoveStartup();
+  user.RemoveStartup();
   EXPECT_TRUE(ChangeArrives());
   UserFolder().ReadItems();
   EXPECT_FALSE(UserFolder().IsChanged());
@@ -55,7 +55,7 @@ TEST_F(FolderWatchTest, AFolderThatGoesAndComesBackIsNoticedAndWatchedAgain) {
 }
 
 TEST_F(FolderWatchTest, NothingToWatchIsNoChange) {
-  RemoveStartup();
+  user.RemoveStartup();
   Settle(UserFolder());
   EXPECT_FALSE(UserFolder().IsChanged());
 }
