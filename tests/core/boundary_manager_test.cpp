@@ -93,6 +93,9 @@ TEST_F(ManagerTest, ResolvesCommandsToFiles) {
   const SampleProgram sample;
   const std::pair<std::wstring, std::wstring> rows[] = {
       {sample.Quoted() + L" /x \"y z\"", sample.Path()},
+      // One pair around program and arguments; outer quotes of two pairs.
+      {L'"' + sample.Path() + L" /x\"", sample.Path()},
+      {sample.Quoted() + L" \"y z\"", sample.Path()},
       {L"C:\\no such folder\\gone.exe -a", L"C:\\no such folder\\gone.exe"},
       {L"", L""},
   };
