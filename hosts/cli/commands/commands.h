@@ -24,6 +24,7 @@ enum CommandOption : std::uint32_t {
   kNeedsCommand = 1 << 10,     // --command
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
+  kTakesPaths = 1 << 13,       // --add, repeatable
 };
 
 struct Command {
@@ -48,6 +49,7 @@ void RunExecute(const Arguments& arguments);
 void RunLocate(const Arguments& arguments);
 void RunResolve(const Arguments& arguments);
 void RunWatch(const Arguments& arguments);
+void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
 
