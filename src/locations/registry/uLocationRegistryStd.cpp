@@ -3,6 +3,7 @@
 #include "infra/text.h"
 #include "infra/uInterfacesRoutines.h"
 #include "model/reader_control.h"
+#include "sysutil/uRegEditUtils.h"
 #include "sysutil/uWinVersionInfo.h"
 
 #include <algorithm>
@@ -87,6 +88,11 @@ bool TLocationRegistryStd::CanAcceptItem(const TStartupItem& item) {
     default:
       return false;
   }
+}
+
+void TLocationRegistryStd::ShowItemLocation(const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  RegEditUtils::OpenRegEdit(address.viewBits, address.root, address.valueName, address.key);
 }
 
 void TLocationRegistryStd::ReadItems() {

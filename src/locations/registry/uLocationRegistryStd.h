@@ -40,6 +40,7 @@ class TLocationRegistryStd final : public TLocationStartup {
   void EnableItem(const ItemRef& item) override;
   void DisableItem(const ItemRef& item) override;
   void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
+  void ShowItemLocation(const TStartupItem& item) override;
 
  private:
   // What an extracted entry was.
