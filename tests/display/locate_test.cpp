@@ -1,0 +1,79 @@
+// startupctl locate and the system's own tools that it opens.
+#include "display/display_support.h"
+#include "display/stand_ins/editor_settings.h"
+#include "startupctl_fixture.h"
+#include "support/startup_folders.h"
+#include "support/waiting.h"
+#include "text_encoding.h"
+
+#include <commctrl.h>
+
+namespace smh::test {
+namespace {
+
+const std::wstring kEditorSettings = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";
+
+class LocateTest : public StartupctlTest {
+ protected:
+  LocateTest() {
+    CloseEditors();
+    MakeKey(HKEY_CURRENT_USER, kEditorSettings);
+  }
+  ~LocateTest() override { CloseEditors(); }
+
+  // The editor comes up anew, shows the key (which begins with the root's name), and has the row selected in
+  // its list, which has the focus.
+  void ExpectShown(const std::wstring& item, const std::wstring& key, int row) {
+    Run({L"locate", item});
+    const HWND editor = WaitForEditor();
+    ASSERT_NE(editor, nullptr) << item;
+    EXPECT_NE(ProcessOf(editor), editorBefore_);
+    editorBefore_ = ProcessOf(editor);
+    const HWND list = ListInside(editor);
+    // What takes the editor long on a busy machine: it has the key and the focus by then, or never.
+    EXPECT_TRUE(WaitUntil([&] { return SelectedRow(list) == row; }, 2'000)) << item << SelectedRow(list);
+    EXPECT_TRUE(ShownKey(editor).ends_with(L"\\" + key)) << ShownKey(editor);
+    EXPECT_EQ(FocusOf(editor), list);
+    EXPECT_EQ(GetForegroundWindow(), editor);
+  }
+
+ private:
+  const RegistryTree exchange_{kEditorTestKey};
+  const SavedKey settings_{HKEY_CURRENT_USER, kEditorSettings};
+  DWORD editorBefore_ = 0;
+};
+
+TEST_F(LocateTest, ValuesInTheSystemsRegistryEditor) {
+  for (const wchar_t* name : {L"Aurora", L"Inkwell", L"Zebra"})
+    SetRun(HKEY_CURRENT_USER, name, Command(L"a"));
+  for (const wchar_t* name : {L"first", L"second"}) {
+    SetRun(HKEY_LOCAL_MACHINE, name, Command(L"b"), NativeView());
+  }
+  ExpectShown(L"Inkwell", L"HKEY_CURRENT_USER\\" + kRunKey, 2);
+  SaveScreenshot(L"locate-run-value");
+  Run({L"disable", L"Zebra"});
+  ExpectShown(L"Zebra", L"HKEY_CURRENT_USER\\" + kSideKey, 1);
+  ExpectShown(L"second", L"HKEY_LOCAL_MACHINE\\" + kRunKey, 2);
+  const std::string windows = Run({L"windows"}).output;
+  EXPECT_NE(windows.find("regedit.exe"), std::string::npos) << windows;
+  EXPECT_NE(windows.find("Registry Editor"), std::string::npos) << windows;
+}
+
+TEST_F(LocateTest, ShortcutInTheFileBrowser) {
+  const StartupPlaces places(StartupPlaces::Whose::kUser);
+  Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl shown", L"--command", Command(L"x")});
+  const std::string output = Run({L"locate", L"ctl shown"}).output;
+  EXPECT_NE(output.find(ToUtf8(places.startup) + "ctl shown.lnk\n"), std::string::npos) << output;
+  // The browser of Wine shows the folder and selects nothing in it.
+  HWND browser = nullptr;
+  EXPECT_TRUE(WaitUntil([&] {
+    browser = FindWindowW(nullptr, L"StartUp");
+    return browser != nullptr && SendMessageW(ListInside(browser), LVM_GETITEMCOUNT, 0, 0) == 1;
+  }));
+  UpdateWindow(browser);
+  SaveScreenshot(L"locate-shortcut");
+  SendMessageW(browser, WM_CLOSE, 0, 0);
+}
+
+}  // namespace
+}  // namespace smh::test
