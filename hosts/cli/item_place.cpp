@@ -1,5 +1,7 @@
 #include "item_place.h"
 
+#include "location_names.h"
+
 #include "infra/full_value_path.h"
 
 namespace smh {
@@ -26,6 +28,7 @@ std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& i
   ParseFullValuePath(item.name, address.viewBits, address.valueName, address.key, address.root);
   if (address.root == nullptr) return {{L"File", item.name}};
   TakeWholeValueName(item.caption, address);
+  if (FactsOf(static_cast<TTypeStartupLocation>(item.location)).entriesAreKeys) address.valueName.clear();
   return {{L"Root", std::wstring(RootKeyName(address.root))},
           {L"View", address.viewBits == KEY_WOW64_64KEY ? L"64-bit" : L"32-bit"},
           {L"Key", PlainKey(address.key)},

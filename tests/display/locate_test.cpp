@@ -59,6 +59,25 @@ TEST_F(LocateTest, ValuesInTheSystemsRegistryEditor) {
   EXPECT_NE(windows.find("Registry Editor"), std::string::npos) << windows;
 }
 
+TEST_F(LocateTest, ShellExtensionsInTheSystemsRegistryEditor) {
+  const std::wstring wave = L"{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}";
+  const std::wstring menus = L"Software\\Classes\\*\\shellex\\ContextMenuHandlers";
+  const std::wstring approved = L"Software\\Microsoft\\Windows\\CurrentVersion\\Shell Extensions\\Approved";
+  const EmptiedKeys emptied({menus, approved});
+  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, NativeView());
+  server.Set(L"InprocServer32", L"", Sz(Program()));
+  SetValue(HKEY_LOCAL_MACHINE, menus + L"\\ctl wave", L"", Sz(wave));
+  // The class is no value of that key, so its name must not be typed.
+  SetValue(HKEY_LOCAL_MACHINE, menus + L"\\ctl wave", L"{6F2C}", Sz(L"another"));
+  SetValue(HKEY_LOCAL_MACHINE, approved, L"{00000000-0000-0000-0000-000000000001}", Sz(L"first"),
+           NativeView());
+  SetValue(HKEY_LOCAL_MACHINE, approved, wave, Sz(L"ctl wave page"), NativeView());
+  ExpectShown(L"ctl wave", L"HKEY_LOCAL_MACHINE\\" + menus + L"\\ctl wave", 0);
+  SaveScreenshot(L"locate-handler");
+  ExpectShown(L"ctl wave page", L"HKEY_LOCAL_MACHINE\\" + approved, 2);
+  SaveScreenshot(L"locate-approved-extension");
+}
+
 TEST_F(LocateTest, ShortcutInTheFileBrowser) {
   const StartupPlaces places(StartupPlaces::Whose::kUser);
   Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl shown", L"--command", Command(L"x")});
