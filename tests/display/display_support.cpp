@@ -84,8 +84,9 @@ HWND ListInside(HWND window) {
   return list;
 }
 
-int SelectedRow(HWND list) {
-  return static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+int RowInState(HWND list, UINT state) {
+  return static_cast<int>(
+      SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), static_cast<LPARAM>(state)));
 }
 
 std::wstring ShownKey(HWND editor) {

@@ -29,9 +29,9 @@ DWORD ProcessOf(HWND window);
 
 // The registry editor's window, once it is there; null when it does not come.
 HWND WaitForEditor();
-// The list view in a window, and the row selected there (-1: none).
+// The list view in a window, and the first row there in a state such as LVNI_SELECTED (-1: none).
 HWND ListInside(HWND window);
-int SelectedRow(HWND list);
+int RowInState(HWND list, UINT state);
 // The key whose values Wine's editor shows, behind the name of the computer.
 std::wstring ShownKey(HWND editor);
 // The window that has the focus in the thread of `window`.

@@ -21,8 +21,9 @@ class LocateTest : public StartupctlTest {
   }
   ~LocateTest() override { CloseEditors(); }
 
-  // The editor comes up anew, shows the key (which begins with the root's name), and has the row selected in
-  // its list, which has the focus.
+  // The editor comes up anew, shows the key (which begins with the root's name), and is on the row of its
+  // list, which has the focus. The row is selected too, but for the first one: in Wine that stays as it is
+  // when Home is pressed on it.
   void ExpectShown(const std::wstring& item, const std::wstring& key, int row) {
     Run({L"locate", item});
     const HWND editor = WaitForEditor();
@@ -30,8 +31,8 @@ class LocateTest : public StartupctlTest {
     EXPECT_NE(ProcessOf(editor), editorBefore_);
     editorBefore_ = ProcessOf(editor);
     const HWND list = ListInside(editor);
-    // What takes the editor long on a busy machine: it has the key and the focus by then, or never.
-    EXPECT_TRUE(WaitUntil([&] { return SelectedRow(list) == row; }, 2'000)) << item << SelectedRow(list);
+    EXPECT_EQ(RowInState(list, LVNI_FOCUSED), row) << item;
+    EXPECT_EQ(RowInState(list, LVNI_SELECTED), row == 0 ? -1 : row) << item;
     EXPECT_TRUE(ShownKey(editor).ends_with(L"\\" + key)) << ShownKey(editor);
     EXPECT_EQ(FocusOf(editor), list);
     EXPECT_EQ(GetForegroundWindow(), editor);

@@ -70,6 +70,7 @@ TEST_F(RegEditTest, SelectsTheValueInTheViewsOwnEditor) {
     EXPECT_TRUE(StartsText(L'"' + folder + L"regedt32.exe\"", StarterLine())) << StarterLine();
     EXPECT_EQ(Title(), row.title);
     EXPECT_EQ(LastKey(), L"HKEY_CURRENT_USER\\" + kEditedKey);
+    if (before == 0) SaveScreenshot(L"stand-in-editor");
     // The one before was closed.
     const DWORD process = ProcessOf(WaitForEditor());
     EXPECT_NE(process, before);
