@@ -3,6 +3,7 @@
 
 #include "infra/critical_section.h"
 #include "infra/handle.h"
+#include "infra/scoped_image_list.h"
 
 #include <windows.h>
 #include <commctrl.h>
@@ -23,14 +24,6 @@ struct FixedIcon {
 
 // What shows a file whose icon is not known; the last of the fixed icons of every list.
 inline constexpr FixedIcon kUnknownFileIcon = {L"IMG_UNKNOWN_SMALL", L"IMG_UNKNOWN_LARGE"};
-
-struct ImageListTraits {
-  using Type = HIMAGELIST;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { ImageList_Destroy(value); }
-};
-using ScopedImageList = ScopedResource<ImageListTraits>;
 
 // 16x16 and 32x32, 32-bit colour with mask. May be used from any thread.
 class IconLists {

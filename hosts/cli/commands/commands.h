@@ -24,7 +24,8 @@ enum CommandOption : std::uint32_t {
   kNeedsCommand = 1 << 10,     // --command
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
-  kTakesPaths = 1 << 13,       // --add, repeatable
+  kHidden = 1 << 13,           // not named by --help
+  kTakesPaths = 1 << 14,       // --add, repeatable
 };
 
 struct Command {
@@ -52,5 +53,6 @@ void RunWatch(const Arguments& arguments);
 void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
+void RunWindows(const Arguments& arguments);
 
 }  // namespace smh
