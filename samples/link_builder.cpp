@@ -1,9 +1,9 @@
-#include "native/link_builder.h"
+#include "link_builder.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-namespace smh::test {
+namespace smh {
 
 namespace {
 
@@ -279,4 +279,4 @@ LinkBuilder FullLink() {
   return link;
 }
 
-}  // namespace smh::test
+}  // namespace smh

@@ -1,4 +1,4 @@
-// Writes shell links for tests, right ones and, by changing fields afterwards, wrong ones. Portable.
+// Writes shell links byte by byte, right ones and, by changing fields afterwards, wrong ones. Portable.
 #pragma once
 
 #include "shelllink/header_info.h"
@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace smh::test {
+namespace smh {
 
 // An integer of the format inside a built link.
 struct LinkField {
@@ -105,4 +105,4 @@ std::string IdListOf(const std::vector<std::string>& items);
 // A link with every section, every text and one block of each kind.
 LinkBuilder FullLink();
 
-}  // namespace smh::test
+}  // namespace smh
