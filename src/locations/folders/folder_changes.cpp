@@ -2,7 +2,7 @@
 
 #include "core/uDllGlobals.h"
 #include "infra/text.h"
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
