@@ -1,0 +1,22 @@
+// Folders held in place: while the object lives none of them can be renamed, removed or made a link by a
+// process that respects sharing, so that what was checked is what is used.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <string>
+#include <vector>
+
+namespace smh {
+
+class HeldPath {
+ public:
+  // Opens every folder of a full path (a trailing backslash does not matter) from the volume's root on.
+  // Raises EOSError: ERROR_CANT_ACCESS_FILE for a reparse point, ERROR_PATH_NOT_FOUND for a missing folder.
+  explicit HeldPath(const std::wstring& folder);
+
+ private:
+  std::vector<ScopedHandle> folders_;
+};
+
+}  // namespace smh
