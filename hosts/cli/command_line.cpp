@@ -133,6 +133,7 @@ std::variant<Invocation, std::wstring> ParseCommandLine(std::span<const std::wst
   std::vector<std::pair<const Command*, CLI::App*>> parsers;
   for (const Command& command : AllCommands()) {
     CLI::App* const parser = app.add_subcommand(std::string(command.name), std::string(command.help));
+    if (command.options & kHidden) parser->group("");
     Declare(*parser, command.options, raw);
     parsers.emplace_back(&command, parser);
   }

@@ -144,8 +144,10 @@ struct IStartupItem : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE ChangeCommand(const wchar_t* command) = 0;
   // 16: starts the command; a failure is shown in a message box, then returned.
   virtual HRESULT STDMETHODCALLTYPE Execute(HWND window) = 0;
-  // 17, 18
+  // 17: the property sheet of the entry's file.
   virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) = 0;
+  // 18: a registry entry in the registry editor, which is closed and started anew; a file in the file browser.
+  // May take a few seconds. An editor that cannot be started is shown in a message box and is no failure.
   virtual HRESULT STDMETHODCALLTYPE ShowLocation() = 0;
 };
 

@@ -12,6 +12,7 @@
 #include "shelllink/desktop_folder.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/uWinVersionInfo.h"
+#include "sysutil/uWindowsExt.h"
 
 #include <ole2.h>
 
@@ -28,6 +29,8 @@ template <void (*Stop)() noexcept>
 void UnlessBroken(StopMode& mode) noexcept {
   if (mode == StopMode::kUnload) Stop();
 }
+
+void StartNothing() {}
 
 void StopNothing(StopMode&) noexcept {}
 
@@ -58,6 +61,7 @@ constexpr ModuleStep kSteps[] = {
     {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
     {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
     {L"Windows version", StartWinVersionInfo, UnlessBroken<StopWinVersionInfo>},
+    {L"windows", StartNothing, UnlessBroken<StopWindowsExt>},
     {L"command lines", StartFileUtils, UnlessBroken<StopFileUtils>},
     {L"shell links", StartShellLink, UnlessBroken<StopShellLink>},
     {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},

@@ -165,9 +165,8 @@ HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
 }
 
 HRESULT TStartupItemIntf::ShowLocation() {
-  ClearErrorInfo();
-  if (Item() == nullptr) return S_OK;
-  return ReportFailure(E_NOTIMPL, L"Showing the location of an entry is not available in this version.");
+  return Run(kActionShowLocation, __LINE__,
+             [](const ItemRef& item) { LocationOf(*item).ShowItemLocation(*item); });
 }
 
 }  // namespace smh

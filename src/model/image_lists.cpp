@@ -2,7 +2,7 @@
 
 #include "infra/critical_section.h"
 #include "infra/exceptions.h"
-#include "infra/handle.h"
+#include "infra/scoped_image_list.h"
 #include "infra/uInterfacesRoutines.h"
 #include "model/item_details.h"
 
@@ -23,14 +23,6 @@ constexpr int kInitialSize = 4;
 constexpr int kGrowth = 4;
 constexpr int kSmallSide = 16;
 constexpr int kLargeSide = 32;
-
-struct ImageListTraits {
-  using Type = HIMAGELIST;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { ImageList_Destroy(value); }
-};
-using ScopedImageList = ScopedResource<ImageListTraits>;
 
 struct FixedIcon {
   const wchar_t* smallName;

@@ -103,7 +103,10 @@ TEST(CommandLine, HelpIsNoError) {
   const auto top = ParseCommandLine(Words{L"--help"});
   const std::wstring& text = std::get<std::wstring>(top);
   for (const Command& command : AllCommands()) {
-    EXPECT_NE(text.find(std::wstring(command.name.begin(), command.name.end())), std::wstring::npos);
+    const bool hidden = (command.options & kHidden) != 0;
+    const std::size_t place =
+        text.find(L"  " + std::wstring(command.name.begin(), command.name.end()) + L" ");
+    EXPECT_EQ(place == std::wstring::npos, hidden) << command.name;
     const Words words = {std::wstring(command.name.begin(), command.name.end()), L"--help"};
     EXPECT_TRUE(std::holds_alternative<std::wstring>(ParseCommandLine(words)));
   }

@@ -4,6 +4,8 @@
 #include "support/child_process.h"
 #include "text_encoding.h"
 
+#include <map>
+
 namespace smh::test {
 namespace {
 
@@ -99,6 +101,19 @@ TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   EXPECT_EQ(user["location"], "sulRegistryUserRun");
   EXPECT_EQ(user["enabled"], 1);
   EXPECT_EQ(user["disabled"], 1);
+  EXPECT_EQ(user["family"], "Run key");
+  EXPECT_EQ(user["place"], "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
+  EXPECT_EQ(user["can"].size(), 6u);
+  std::map<std::string, int> families;
+  for (const Json& location : locations) ++families[location["family"]];
+  EXPECT_EQ(families, (std::map<std::string, int>{{"Startup folder", 2},
+                                                  {"Run key", 8},
+                                                  {"Shell extension handlers", 25},
+                                                  {"Approved shell extensions", 1},
+                                                  {"Browser helper objects", 1},
+                                                  {"URL search hooks", 2}}));
+  EXPECT_EQ(locations[10]["place"], "Software\\Classes\\*\\shellex\\ContextMenuHandlers");
+  EXPECT_EQ(locations[10]["can"], Json({"enable", "disable", "delete"}));
   const std::string table = Run({L"locations"}).output;
   EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 40);
 }

@@ -247,6 +247,25 @@ SavedKey::~SavedKey() {
   }
 }
 
+EmptiedKeys::EmptiedKeys(const std::vector<std::wstring>& paths) {
+  std::vector<REGSAM> views{0};
+  if (HasTwoViews()) views.push_back(KEY_WOW64_64KEY);
+  // Everything is saved before anything goes: two views may show one key.
+  for (const bool saving : {true, false}) {
+    for (const std::wstring& path : paths) {
+      for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+        for (const REGSAM view : views) {
+          if (saving) {
+            saved_.push_back(std::make_unique<SavedKey>(root, path, view));
+          } else {
+            DeleteKeyTree(root, path, view);
+          }
+        }
+      }
+    }
+  }
+}
+
 LimitedKey::LimitedKey(HKEY root, const std::wstring& path, Rights rights, REGSAM view)
     : key_(MakeKey(root, path, view)) {
   ApplyRights(key_.Get(), rights == Rights::kReadOnly ? L"D:(A;OICI;KR;;;WD)" : L"D:");

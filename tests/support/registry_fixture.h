@@ -5,6 +5,7 @@
 #include "infra/handle.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -96,6 +97,15 @@ class SavedKey {
   std::wstring path_;
   REGSAM view_;
   std::vector<Node> nodes_;
+};
+
+// Key trees in every view of both roots: emptied for a test, put back at its end.
+class EmptiedKeys {
+ public:
+  explicit EmptiedKeys(const std::vector<std::wstring>& paths);
+
+ private:
+  std::vector<std::unique_ptr<SavedKey>> saved_;
 };
 
 // Takes rights away from a key until the end of the scope.

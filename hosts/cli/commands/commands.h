@@ -24,6 +24,7 @@ enum CommandOption : std::uint32_t {
   kNeedsCommand = 1 << 10,     // --command
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
+  kHidden = 1 << 13,           // not named by --help
 };
 
 struct Command {
@@ -50,5 +51,6 @@ void RunResolve(const Arguments& arguments);
 void RunWatch(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
+void RunWindows(const Arguments& arguments);
 
 }  // namespace smh

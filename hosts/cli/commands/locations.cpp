@@ -13,7 +13,6 @@ namespace {
 struct LocationSummary {
   std::size_t enabled = 0;
   std::size_t disabled = 0;
-  std::uint32_t can = 0;  // what at least one entry allows
 };
 using Summaries = std::array<LocationSummary, kLastLocation + 1>;
 
@@ -23,22 +22,25 @@ Summaries Summarize(std::span<const ItemRecord> items) {
     if (item.location < kFirstLocation || item.location > kLastLocation) continue;
     LocationSummary& summary = summaries[static_cast<std::size_t>(item.location)];
     ++(item.enabled ? summary.enabled : summary.disabled);
-    summary.can |= item.can;
   }
   return summaries;
 }
 
 std::wstring AsTable(const Summaries& summaries) {
-  TextTable table{.header = {L"Location", L"Read by default", L"Enabled", L"Disabled", L"Can"}, .rows = {}};
+  TextTable table{.header = {L"Location", L"Family", L"Key or folder", L"Can", L"Enabled", L"Disabled"},
+                  .rows = {},
+                  .pathColumn = 2};
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
+    const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
     std::wstring can;
-    for (const std::wstring_view action : ActionNames(summary.can)) {
+    for (const std::wstring_view action : facts.can) {
       if (!can.empty()) can += L' ';
       can += action;
     }
-    table.rows.push_back({std::wstring(LocationName(location)), IsUsualLocation(location) ? L"yes" : L"no",
-                          std::to_wstring(summary.enabled), std::to_wstring(summary.disabled), can});
+    table.rows.push_back({std::wstring(LocationName(location)), std::wstring(facts.family),
+                          std::wstring(facts.place), can, std::to_wstring(summary.enabled),
+                          std::to_wstring(summary.disabled)});
   }
   std::wstring text;
   for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
@@ -49,11 +51,13 @@ std::wstring AsJson(const Summaries& summaries) {
   std::wstring json = L"[";
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
+    const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
     json += location == kFirstLocation ? L"\n" : L",\n";
     json += L"{\"location\":" + JsonText(LocationName(location)) + L",\"ordinal\":" +
-            std::to_wstring(location) + L",\"readByDefault\":" + JsonValue(IsUsualLocation(location)) +
+            std::to_wstring(location) + L",\"family\":" + JsonText(facts.family) + L",\"place\":" +
+            JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsUsualLocation(location)) +
             L",\"enabled\":" + std::to_wstring(summary.enabled) + L",\"disabled\":" +
-            std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(ActionNames(summary.can)) + L"}";
+            std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(facts.can) + L"}";
   }
   return json + L"\n]\n";
 }

@@ -8,85 +8,11 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
-constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
-constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
 constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\".";
 // Spelled so, and without a full stop, on purpose: users search their logs for it.
 constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
 
 }  // namespace
-
-std::wstring TLocationRegistryStd::ItemLine(std::wstring_view format, const std::wstring& itemName) const {
-  return Format(format, itemName, MemberName());
-}
-
-void TLocationRegistryStd::EnableItem(const ItemRef& item) {
-  TLocationStartup::EnableItem(item);
-  SwitchItem(item, true);
-}
-
-void TLocationRegistryStd::DisableItem(const ItemRef& item) {
-  TLocationStartup::DisableItem(item);
-  SwitchItem(item, false);
-}
-
-void TLocationRegistryStd::SwitchItem(const ItemRef& item, bool enable) {
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring name = item->Name();
-  const auto line = [&] { return ItemLine(enable ? kEnableLine : kDisableLine, name); };
-  RunLogged(
-      [&] {
-        ScopedLock listLock(Items().Lock());
-        ScopedLock itemLock(item->Lock);
-        if (!item->IsListed() || item->IsEnabled() == enable) return;
-        const RegistryValueAddress from = AddressOf(*item);
-        const bool twin = IsPlainTwin(from, ReadSource(from));
-        RegistryValueAddress to = from;
-        to.key = KeyPath(enable);
-        to.valueName = UniqueValueName(to, from.viewBits == KEY_WOW64_64KEY);
-
-        const bool recorded = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
-                                          item->GivenText());
-        if (MoveValue(ValueWriter(recorded), from, to, twin)) {
-          Items().Relocate(*item, to.FullPath(), to, enable);
-        } else {
-          LogLine(line());
-        }
-      },
-      line);
-}
-
-void TLocationRegistryStd::DeleteItem(const ItemRef& item) {
-  TLocationStartup::DeleteItem(item);
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring name = item->Name();
-  const auto line = [&] { return ItemLine(kDeleteLine, name); };
-  RunLogged(
-      [&] {
-        ScopedLock lock(Items().Lock());
-        if (!item->IsListed()) return;
-        const bool recorded = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint checkpoint(recorded, ChangeKind::kDeleting, item->GivenText());
-        const ValueWriter writer(recorded);
-        RegistryValueAddress address = AddressOf(*item);
-        const std::optional<RegistryData> data = ReadValue(address);
-        const bool twin = data.has_value() && IsPlainTwin(address, *data);
-        if (!writer.DeleteConfirmed(address)) {
-          LogLine(line());
-          return;
-        }
-        Items().Remove(*item);
-        if (!twin) return;
-        address.viewBits = 0;
-        // A twin that stays is an entry of its own from now on; the next load lists it.
-        if (!writer.DeleteConfirmed(address)) LogLine(line());
-      },
-      line);
-}
 
 int TLocationRegistryStd::AddItem(const std::wstring& name, const std::wstring& command) {
   TLocationStartup::AddItem(name, command);
@@ -98,24 +24,24 @@ int TLocationRegistryStd::AddItem(const std::wstring& name, const std::wstring& 
 int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring& command) {
   ScopedLock lock(Items().Lock());
   FoundEntry entry;
-  entry.address = {OwnView(), root_, row_.keyPath, name};
+  entry.address = {OwnView(), FirstRoot(), KeyPath(true), name};
   entry.name = entry.address.FullPath();
   entry.caption = name;
   entry.command = command;
   if (const ItemRef known = Items().Find(LocationType(), entry.name)) return known->Position();
 
   // An entry that is not listed yet is found, not overwritten.
-  const std::optional<RegistryData> present = ReadValue(entry.address);
+  const std::optional<RegistryData> present = ValueStore(false).Read(entry.address);
   const RegistryValueAddress address = entry.address;
   if (present) {
     entry.command = present->Text();
-    entry.isProtected = !IsKeyWritable(root_, row_.keyPath, OwnView());
+    entry.isProtected = !IsKeyWritable(FirstRoot(), KeyPath(true), OwnView());
   }
   const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
   if (!present) {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
-    if (!ValueWriter(recorded).WriteConfirmed(address, command)) {
+    if (!ValueStore(recorded).WriteConfirmed(address, command)) {
       LogLine(Format(kAddLine, name, command, MemberName()));
       return -1;
     }
@@ -147,7 +73,7 @@ void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring&
 
   const bool recorded = DLLGlobals::UseBackupCheckpoints();
   const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-  if (!ValueWriter(recorded).WriteConfirmed(state.address, command)) {
+  if (!ValueStore(recorded).WriteConfirmed(state.address, command)) {
     LogLine(Format(kChangeLine, state.name, command, MemberName()));
     return;
   }
@@ -160,8 +86,9 @@ int TLocationRegistryStd::ExtractItem(bool checkpoint, const ItemRef& item) {
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
   const RegistryValueAddress address = AddressOf(*item);
-  Extracted entry{item, item->Position(), address, ReadSource(address)};
-  if (!ValueWriter(checkpoint).DeleteConfirmed(address)) {
+  const ValueStore store(checkpoint);
+  Extracted entry{item, item->Position(), address, ReadTextSource(store, address)};
+  if (!store.DeleteConfirmed(address)) {
     throw ERegistryException(Format(L"Failed to delete '%s'", address.valueName));
   }
   extracted_ = std::move(entry);
@@ -174,7 +101,7 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
   FoundEntry entry;
-  entry.address = {OwnView(), root_, KeyPath(enabled), entryName};
+  entry.address = {OwnView(), FirstRoot(), KeyPath(enabled), entryName};
   entry.address.valueName = UniqueValueName(entry.address, false);
   entry.name = entry.address.FullPath();
   entry.caption = entry.address.valueName;
@@ -182,7 +109,7 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   entry.isEnabled = enabled;
   const RegistryValueAddress address = entry.address;
   const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
-  const ValueWriter writer(checkpoint);
+  const ValueStore writer(checkpoint);
   if (!writer.WriteConfirmed(address, command)) {
     writer.Delete(address);
     throw ERegistryException(Format(L"Failed to set data for '%s'", address.valueName));
@@ -197,7 +124,7 @@ void TLocationRegistryStd::PutBackItem(bool checkpoint) {
   ScopedLock lock(Items().Lock());
   const Extracted entry = *std::move(extracted_);
   extracted_.reset();
-  if (!ValueWriter(checkpoint).RestoreConfirmed(entry.address, entry.data)) {
+  if (!ValueStore(checkpoint).RestoreConfirmed(entry.address, entry.data)) {
     throw ERegistryException(Format(L"Failed to set data for '%s'", entry.address.valueName));
   }
   Items().Insert(entry.position, entry.item);

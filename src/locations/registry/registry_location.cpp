@@ -1,0 +1,209 @@
+#include "locations/registry/registry_location.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/text.h"
+#include "infra/uInterfacesRoutines.h"
+#include "model/checkpoint.h"
+#include "model/reader_control.h"
+#include "sysutil/uRegEditUtils.h"
+#include "sysutil/uWinVersionInfo.h"
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
+constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
+constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
+
+bool IsSameEntry(const RegistryValueAddress& a, const RegistryValueAddress& b) {
+  return SameText(a.key, b.key) && SameText(a.valueName, b.valueName);
+}
+
+}  // namespace
+
+HKEY RootHandle(RegistryRoot root) noexcept {
+  return root == RegistryRoot::kCurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+}
+
+TLocationRegistry::TLocationRegistry(TTypeStartupLocation type, Abilities abilities, Keys keys)
+    : TLocationStartup(type, abilities), keys_(std::move(keys)), watch_([this] {
+        std::vector<WatchedKey> watched;
+        for (const HKEY root : keys_.roots) {
+          watched.push_back({root, keys_.own});
+          for (const wchar_t* path : keys_.side) watched.push_back({root, path});
+        }
+        return watched;
+      }()) {}
+
+REGSAM TLocationRegistry::OwnView() {
+  return WinVersionInfo::IsWow64() ? KEY_WOW64_64KEY : 0;
+}
+
+bool TLocationRegistry::IsChanged() {
+  // A signal that comes while a change runs is kept for later.
+  if (Gate().IsBusy()) return false;
+  if (watch_.IsSignalled()) {
+    watch_.Rearm();
+    Gate().TakeLoadDue();
+    return true;
+  }
+  return Gate().TakeLoadDue();
+}
+
+void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  RegEditUtils::OpenRegEdit(address.viewBits, address.root, ValueToShow(address), address.key);
+}
+
+void TLocationRegistry::ReadItems() {
+  try {
+    LoadItems();
+  } catch (const EAbort&) {
+    throw;
+  } catch (...) {
+    LogCurrentException();
+    LogFormat(L"Error load item list for location \"%s\".", MemberName());
+  }
+}
+
+void TLocationRegistry::LoadItems() {
+  // Twice at most: pruning can make room for entries that were passed over.
+  bool again = true;
+  for (int pass = 0; pass < 2 && again; ++pass) {
+    const std::optional<unsigned> generation = BeginLoad();
+    if (!generation) return;
+    Load load{.generation = *generation};
+    bool current = ReadPath(load, keys_.own);
+    for (const wchar_t* path : keys_.side) current = current && ReadPath(load, path);
+    if (!current || !Prune(load, again)) {
+      Gate().MarkLoadDue();
+      return;
+    }
+  }
+}
+
+bool TLocationRegistry::ReadPath(Load& load, const wchar_t* path) {
+  const bool isOwn = path == keys_.own;
+  for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
+    if (view != 0 && OwnView() == 0) continue;
+    for (const HKEY root : keys_.roots) {
+      CheckTerminated();
+      if (!ReadKey(load, {root, path, view, isOwn})) return false;
+    }
+  }
+  return true;
+}
+
+bool TLocationRegistry::TakeEntry(Load& load, FoundEntry entry, const std::wstring& shownName) {
+  RegistryValueAddress shown = entry.address;
+  shown.valueName = shownName;
+  entry.name = shown.FullPath();
+  const std::wstring key = AsciiLowerCase(entry.name);
+
+  const ItemRef own = FindItem(LocationType(), entry.name);
+  if (own == nullptr && OwnView() != 0) {
+    shown.viewBits ^= KEY_WOW64_64KEY;
+    if (const std::wstring other = shown.FullPath(); FindItem(LocationType(), other) != nullptr) {
+      load.skipCauses.insert(AsciiLowerCase(other));
+      load.found.insert(key);
+      return true;
+    }
+  }
+  if ((own != nullptr && !IsSameEntry(AddressOf(*own), entry.address)) || load.addresses.contains(key)) {
+    LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.", shownName,
+              entry.address.key, MemberName());
+    load.skipCauses.insert(key);
+    return true;
+  }
+  load.addresses.emplace(key, entry.address);
+  load.found.insert(key);
+  return AddOrUpdateItem(std::move(entry), load.generation);
+}
+
+bool TLocationRegistry::Prune(const Load& load, bool& again) {
+  again = false;
+  if (!RemoveMissingItems(load.found, load.generation)) return false;
+  for (const std::wstring& cause : load.skipCauses) {
+    if (!load.found.contains(cause)) again = true;
+  }
+  return true;
+}
+
+std::wstring TLocationRegistry::ItemLine(std::wstring_view format, const std::wstring& itemName) const {
+  return Format(format, itemName, MemberName());
+}
+
+void TLocationRegistry::EnableItem(const ItemRef& item) {
+  TLocationStartup::EnableItem(item);
+  SwitchItem(item, true);
+}
+
+void TLocationRegistry::DisableItem(const ItemRef& item) {
+  TLocationStartup::DisableItem(item);
+  SwitchItem(item, false);
+}
+
+void TLocationRegistry::SwitchItem(const ItemRef& item, bool enable) {
+  if (!Owns(*item)) return;
+  const ChangeGate::Scope change(Gate());
+  const std::wstring name = item->Name();
+  const auto line = [&] { return ItemLine(enable ? kEnableLine : kDisableLine, name); };
+  RunLogged(
+      [&] {
+        if (!SwitchEntry(item, enable)) LogLine(line());
+      },
+      line);
+}
+
+bool TLocationRegistry::SwitchEntry(const ItemRef& item, bool enable) {
+  ScopedLock listLock(Items().Lock());
+  ScopedLock itemLock(item->Lock);
+  if (!item->IsListed() || item->IsEnabled() == enable) return true;
+  const bool recorded = DLLGlobals::UseBackupCheckpoints();
+  const std::unique_ptr<EntryStore> store = Store(recorded);
+  const RegistryValueAddress from = AddressOf(*item);
+  const RegistryData source = ReadSource(*store, from);
+  const bool twin = IsPlainTwin(*store, from, source);
+  Switch plan = PlanSwitch(*item, source, enable);
+  // A listed target may be gone from the registry, and then the source is all there is.
+  plan.isListed = plan.isListed && store->Read(plan.to).has_value();
+
+  const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
+                                    item->GivenText());
+  if (plan.isListed) {
+    bool complete = false;
+    if (DeleteEntry(*store, from, complete)) Items().Remove(*item);
+    return complete;
+  }
+  if (!MoveEntry(*store, {from, plan.to, std::move(plan.text), twin})) return false;
+  Items().Relocate(*item, plan.to.FullPath(), plan.to, enable);
+  return true;
+}
+
+TLocationRegistry::Switch TLocationRegistry::SameNameSwitch(const TStartupItem& item, RegistryValueAddress to,
+                                                            std::wstring text) const {
+  const ItemRef there = Items().Find(LocationType(), to.FullPath());
+  return {std::move(to), std::move(text), there != nullptr && there.get() != &item};
+}
+
+void TLocationRegistry::DeleteItem(const ItemRef& item) {
+  TLocationStartup::DeleteItem(item);
+  if (!Owns(*item)) return;
+  const ChangeGate::Scope change(Gate());
+  const std::wstring name = item->Name();
+  const auto line = [&] { return ItemLine(kDeleteLine, name); };
+  RunLogged(
+      [&] {
+        ScopedLock lock(Items().Lock());
+        if (!item->IsListed()) return;
+        const bool recorded = DLLGlobals::UseBackupCheckpoints();
+        const ScopedCheckpoint checkpoint(recorded, ChangeKind::kDeleting, item->GivenText());
+        bool complete = false;
+        if (DeleteEntry(*Store(recorded), AddressOf(*item), complete)) Items().Remove(*item);
+        if (!complete) LogLine(line());
+      },
+      line);
+}
+
+}  // namespace smh

@@ -1,0 +1,98 @@
+// What the three families of registry locations share: which keys are read in which order and views, the rule
+// for entries that both views show, the watch, and the course of enabling, disabling and deleting.
+//
+// A location has its own key, whose entries are enabled, and side keys, whose entries are disabled. The first
+// side key is the one that is written to.
+#pragma once
+
+#include "locations/registry/entry_changes.h"
+#include "locations/registry/key_watch.h"
+#include "model/uLocationStartup.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// As a constant; the platform's root handles are none.
+enum class RegistryRoot { kCurrentUser, kLocalMachine };
+HKEY RootHandle(RegistryRoot root) noexcept;
+
+class TLocationRegistry : public TLocationStartup {
+ public:
+  void ReadItems() final;
+  bool IsChanged() final;
+  void DeleteItem(const ItemRef& item) final;
+  void EnableItem(const ItemRef& item) final;
+  void DisableItem(const ItemRef& item) final;
+  // In the registry editor; see RegEditUtils.
+  void ShowItemLocation(const TStartupItem& item) final;
+
+ protected:
+  struct Keys {
+    std::vector<HKEY> roots;
+    const wchar_t* own;
+    std::vector<const wchar_t*> side;
+  };
+  // One key in one view while it is read.
+  struct Place {
+    HKEY root;
+    const wchar_t* path;
+    REGSAM view;
+    bool isOwn;
+  };
+  // One load: what it has found so far.
+  struct Load {
+    unsigned generation = 0;
+    FoundNames found{};
+    // Which entry stands for a found name: two may have one path.
+    std::map<std::wstring, RegistryValueAddress> addresses{};
+    // Listed names because of which an entry was passed over. When one of them is pruned, that entry's turn
+    // has come.
+    FoundNames skipCauses{};
+  };
+
+  // Arms the change watch. Raises EOSError when its event cannot be made.
+  TLocationRegistry(TTypeStartupLocation type, Abilities abilities, Keys keys);
+
+  // The view new entries are made in: the 64-bit one on a 64-bit Windows.
+  static REGSAM OwnView();
+  bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
+  HKEY FirstRoot() const noexcept { return keys_.roots.front(); }
+  const wchar_t* KeyPath(bool enabled) const noexcept { return enabled ? keys_.own : keys_.side.front(); }
+
+  // Takes every entry of a key; false when a change has overtaken the load.
+  virtual bool ReadKey(Load& load, const Place& place) = 0;
+  // Takes one entry over, unless the other view shows it already or another entry has its path. The entry's
+  // address is complete; `shownName` stands for the last part of its path.
+  bool TakeEntry(Load& load, FoundEntry entry, const std::wstring& shownName);
+
+  // Where a listed item goes when it is switched, and what is written there. The list's and the item's lock
+  // are held; whatever forbids the change raises here, before it begins.
+  struct Switch {
+    RegistryValueAddress to;
+    std::wstring text;
+    // The target holds this very entry already: the source is deleted, and nothing is written.
+    bool isListed = false;
+  };
+  virtual Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) = 0;
+  // The same place below the other key, under the same name.
+  Switch SameNameSwitch(const TStartupItem& item, RegistryValueAddress to, std::wstring text) const;
+  virtual std::unique_ptr<EntryStore> Store(bool recorded) const = 0;
+  // The value that stands for the entry in its key; the key's default value for an empty name.
+  virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
+
+ private:
+  void LoadItems();
+  bool ReadPath(Load& load, const wchar_t* path);
+  bool Prune(const Load& load, bool& again);
+  void SwitchItem(const ItemRef& item, bool enable);
+  bool SwitchEntry(const ItemRef& item, bool enable);
+  std::wstring ItemLine(std::wstring_view format, const std::wstring& itemName) const;
+
+  const Keys keys_;
+  KeyWatch watch_;
+};
+
+}  // namespace smh

@@ -1,0 +1,24 @@
+#include "locations/registry/server_file.h"
+
+#include "infra/format.h"
+#include "infra/registry_values.h"
+
+#include <objbase.h>
+
+namespace smh {
+
+bool IsClassIdentifier(const std::wstring& text) {
+  // Without braces the platform would take the text for the name of a class.
+  if (!text.starts_with(L'{') || !text.ends_with(L'}')) return false;
+  CLSID identifier;
+  return SUCCEEDED(CLSIDFromString(text.c_str(), &identifier));
+}
+
+std::wstring ServerFile(const std::wstring& identifier, REGSAM view) {
+  if (!IsClassIdentifier(identifier)) return {};
+  const std::wstring path = Format(L"CLSID\\%s\\InprocServer32", identifier);
+  const ScopedKey key = OpenRegistryKey(HKEY_CLASSES_ROOT, path, view | KEY_READ);
+  return key ? QueryRegistryValue(key.Get(), {}).value_or(RegistryData{}).Text() : std::wstring();
+}
+
+}  // namespace smh

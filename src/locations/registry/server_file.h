@@ -1,0 +1,17 @@
+// From a class identifier to the file that serves it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace smh {
+
+// Text in braces that the platform takes for a class identifier.
+bool IsClassIdentifier(const std::wstring& text);
+
+// The in-process server of a class as registered in a view; empty for no identifier, no server, or one that
+// is no text.
+std::wstring ServerFile(const std::wstring& identifier, REGSAM view);
+
+}  // namespace smh

@@ -1,0 +1,52 @@
+#include "locations/registry/uLocationRegistryShellExt.h"
+
+#include "locations/registry/server_file.h"
+#include "model/reader_control.h"
+
+namespace smh {
+
+TLocationRegistryShellExt::TLocationRegistryShellExt(const ShellExtClass& row)
+    : TLocationRegistry(row.type, Abilities{.canModify = false},
+                        {{RootHandle(row.root)}, row.keyPath, {row.disabledKeyPath}}),
+      listsWithoutDescription_(row.listsWithoutDescription) {}
+
+bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
+}
+
+bool TLocationRegistryShellExt::ReadKey(Load& load, const Place& place) {
+  const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
+  if (!key) return true;
+  const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
+  RegistryValueReader values(key.Get());
+  while (values.Next()) {
+    CheckTerminated();
+    FoundEntry entry;
+    entry.caption = values.IsText() ? values.Text() : std::wstring();
+    if (entry.caption.empty() && !listsWithoutDescription_) continue;
+    const std::wstring name(values.Name());
+    entry.command = ServerFile(name, place.view);
+    if (entry.command.empty()) continue;
+    entry.address = {place.view, place.root, place.path, name};
+    entry.isEnabled = place.isOwn;
+    entry.isProtected = isProtected;
+    if (!TakeEntry(load, std::move(entry), name)) return false;
+  }
+  return true;
+}
+
+std::unique_ptr<EntryStore> TLocationRegistryShellExt::Store(bool recorded) const {
+  return std::make_unique<ValueStore>(recorded);
+}
+
+TLocationRegistry::Switch TLocationRegistryShellExt::PlanSwitch(const TStartupItem& item, const RegistryData&,
+                                                                bool enable) {
+  RegistryValueAddress to = AddressOf(item);
+  to.key = KeyPath(enable);
+  // The description read at load, not the caption that people see.
+  return SameNameSwitch(item, std::move(to), item.GivenText());
+}
+
+}  // namespace smh

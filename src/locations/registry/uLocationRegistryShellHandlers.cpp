@@ -1,0 +1,70 @@
+#include "locations/registry/uLocationRegistryShellHandlers.h"
+
+#include "infra/exceptions.h"
+#include "infra/text.h"
+#include "locations/registry/server_file.h"
+#include "model/reader_control.h"
+
+namespace smh {
+
+namespace {
+
+// The side key lies among the handlers of its own list.
+constexpr wchar_t kSideKeyName[] = L"AutorunsDisabled";
+
+}  // namespace
+
+TLocationRegistryShellHandlers::TLocationRegistryShellHandlers(const HandlerClass& row)
+    : TLocationRegistry(row.type, Abilities{.canModify = false},
+                        {{HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}, row.keyPath, {row.disabledKeyPath}}) {}
+
+bool TLocationRegistryShellHandlers::ItemExists(const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  return static_cast<bool>(OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ));
+}
+
+bool TLocationRegistryShellHandlers::ReadKey(Load& load, const Place& place) {
+  const ScopedKey list = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
+  if (!list) return true;
+  for (const std::wstring& name : SubKeyNames(list.Get())) {
+    CheckTerminated();
+    if (place.isOwn && SameText(name, kSideKeyName)) continue;
+    if (!ReadHandler(load, place, list.Get(), name)) return false;
+  }
+  return true;
+}
+
+bool TLocationRegistryShellHandlers::ReadHandler(Load& load, const Place& place, HKEY list,
+                                                 const std::wstring& name) {
+  FoundEntry entry;
+  entry.isProtected = !IsKeyWritable(list, name, place.view);
+  const ScopedKey key = OpenRegistryKey(list, name, place.view | KEY_READ);
+  if (!key) return true;
+  const std::wstring data = QueryRegistryValue(key.Get(), {}).value_or(RegistryData{}).Text();
+  const bool isNamedByClass = IsClassIdentifier(name);
+  const std::wstring& identifier = isNamedByClass ? name : data;
+  entry.caption = isNamedByClass ? data : name;
+  entry.isEnabled = place.isOwn;
+  entry.address = {place.view, place.root, std::wstring(place.path) + L'\\' + name, data};
+  entry.command = ServerFile(identifier, place.view);
+  if (entry.command.empty()) return true;
+  return TakeEntry(load, std::move(entry), data);
+}
+
+std::unique_ptr<EntryStore> TLocationRegistryShellHandlers::Store(bool recorded) const {
+  return std::make_unique<SubkeyStore>(recorded);
+}
+
+TLocationRegistry::Switch TLocationRegistryShellHandlers::PlanSwitch(const TStartupItem& item,
+                                                                     const RegistryData& source,
+                                                                     bool enable) {
+  RegistryValueAddress to = AddressOf(item);
+  // Among the enabled handlers it would be the side key itself.
+  if (enable && SameText(FileNamePart(to.key), kSideKeyName)) RaiseOSError(ERROR_INVALID_NAME);
+  to.key = std::wstring(KeyPath(enable)) + L'\\' + std::wstring(FileNamePart(to.key));
+  // Kept on purpose: only the default value is carried over.
+  to.valueName = source.Text();
+  return SameNameSwitch(item, to, to.valueName);
+}
+
+}  // namespace smh

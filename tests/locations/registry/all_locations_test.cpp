@@ -1,0 +1,139 @@
+#include "handler_fixture.h"
+
+#include <gmock/gmock.h>
+
+namespace smh::test {
+
+using ::testing::ElementsAre;
+
+namespace {
+
+enum class Kind { kFolder, kRunKey, kHandlers, kValues };
+
+struct Row {
+  TTypeStartupLocation location;
+  Kind kind;
+  // Handler lists are read under both roots; folders have none.
+  HKEY root;
+  std::wstring path;
+};
+
+// Every location in the order of the list.
+std::vector<Row> ExpectedLocations() {
+  const std::wstring current = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
+  std::vector<Row> rows = {
+      {sulFolderUser, Kind::kFolder, nullptr, {}},
+      {sulFolderCommon, Kind::kFolder, nullptr, {}},
+      {sulRegistryShellExtApproved, Kind::kValues, HKEY_LOCAL_MACHINE,
+       current + L"Shell Extensions\\Approved"},
+  };
+  int ordinal = 11;
+  for (const wchar_t* list : {L"ContextMenuHandlers", L"DragDropHandlers", L"ColumnHandlers",
+                              L"PropertySheetHandlers", L"CopyHookHandlers"}) {
+    for (const wchar_t* files :
+         {L"*", L"AllFilesystemObjects", L"Directory", L"Folder", L"Directory\\Background"}) {
+      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++), Kind::kHandlers, nullptr,
+                      std::wstring(L"Software\\Classes\\") + files + L"\\shellex\\" + list});
+    }
+  }
+  const std::vector<Row> others = {
+      {sulRegistryUserRun, Kind::kRunKey, HKEY_CURRENT_USER, current + L"Run"},
+      {sulRegistryUserRunOnce, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce"},
+      {sulRegistryCommonRun, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"Run"},
+      {sulRegistryCommonRunOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce"},
+      {sulRegistryUserRunOnceSetup, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce\\Setup"},
+      {sulRegistryCommonRunOnceSetup, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce\\Setup"},
+      {sulRegistryRunServices, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServices"},
+      {sulRegistryRunServicesOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServicesOnce"},
+      {sulRegistryIEBrowserObjects, Kind::kHandlers, nullptr, current + L"Explorer\\Browser Helper Objects"},
+      {sulRegistryUserIEURLSearchHooks, Kind::kValues, HKEY_CURRENT_USER,
+       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
+      {sulRegistryCommonIEURLSearchHooks, Kind::kValues, HKEY_LOCAL_MACHINE,
+       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
+  };
+  rows.insert(rows.end(), others.begin(), others.end());
+  return rows;
+}
+
+}  // namespace
+
+class AllLocationsTest : public HandlerTest {
+ protected:
+  // An entry under both roots, of which a location may read only one.
+  static void Fill(const Row& row, const std::wstring& path, const std::wstring& name) {
+    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+      if (row.kind == Kind::kHandlers) {
+        SetHandler(root, path + L"\\" + name, kClass, OwnView());
+      } else if (row.kind == Kind::kValues) {
+        SetValue(root, path, name == L"on" ? kClass : kOther, Sz(name), OwnView());
+      } else {
+        SetValue(root, path, name, Sz(L"x.exe"), OwnView());
+      }
+    }
+  }
+};
+
+TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheList) {
+  const std::vector<Row> rows = ExpectedLocations();
+  ASSERT_EQ(Locations().size(), 39u);
+  ASSERT_EQ(rows.size(), 39u);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Row& row = rows[i];
+    TLocationStartup& location = *Locations()[i];
+    SCOPED_TRACE(row.location);
+    EXPECT_EQ(location.LocationType(), row.location);
+    EXPECT_TRUE(location.CanEnable());
+    EXPECT_TRUE(location.CanDelete());
+    EXPECT_EQ(location.CanModify(), row.kind == Kind::kFolder || row.kind == Kind::kRunKey);
+    if (row.kind == Kind::kFolder) continue;
+
+    const std::wstring side =
+        row.path + (row.kind == Kind::kRunKey ? L"\\Disabled (Startup Manager)" : L"\\AutorunsDisabled");
+    const EmptiedKeys emptied({row.path});
+    Fill(row, row.path, L"on");
+    Fill(row, side, L"off");
+    location.ReadItems();
+    const std::vector<ItemRef> items = Listed(location);
+    if (row.kind == Kind::kHandlers) {
+      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"on", L"off", L"off"));
+    } else {
+      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"off"));
+    }
+    for (const ItemRef& item : items) EXPECT_EQ(item->IsEnabled(), item->GivenText() == L"on");
+    if (!items.empty() && row.root != nullptr) {
+      EXPECT_THAT(
+          items[0]->Name(),
+          ::testing::HasSubstr(row.root == HKEY_CURRENT_USER ? L"HKEY_CURRENT_USER" : L"HKEY_LOCAL_MACHINE"));
+    }
+
+    // What it can do, done: the entry goes to the side key, back, and away.
+    if (items.empty()) continue;
+    location.DisableItem(items[0]);
+    EXPECT_FALSE(items[0]->IsEnabled());
+    EXPECT_THAT(items[0]->Name(), ::testing::HasSubstr(side));
+    location.EnableItem(items[0]);
+    EXPECT_TRUE(location.ItemExists(*items[0]));
+    location.DeleteItem(items[0]);
+    EXPECT_FALSE(location.ItemExists(*items[0]));
+    EXPECT_FALSE(items[0]->IsListed());
+  }
+}
+
+TEST_F(AllLocationsTest, LocationsOfClassesRefuseToAddMoveAndChange) {
+  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kApproved, kClass, Sz(L"text"), OwnView());
+  TLocationStartup* const locations[] = {&Menus(), &Approved()};
+  for (TLocationStartup* location : locations) {
+    location->ReadItems();
+    const ItemRef item = Listed(*location).at(0);
+    EXPECT_THROW(location->AddItem(L"n", L"c"), EAssertionFailed);
+    EXPECT_THROW(location->MoveItem(item, sulRegistryUserRun), EAssertionFailed);
+    EXPECT_THROW(location->ChangeItemCommand(item, L"c"), EAssertionFailed);
+    EXPECT_THROW(location->ExtractItem(false, item), EAssertionFailed);
+    EXPECT_THROW(location->InsertItem(false, 0, true, L"c", L"n"), EAssertionFailed);
+    EXPECT_FALSE(location->CanAcceptItem(*item));
+    EXPECT_TRUE(item->IsListed());
+  }
+}
+
+}  // namespace smh::test
