@@ -20,6 +20,9 @@ constexpr Command kCommands[] = {
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
     {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
+    {"checkpoints", "Show the changes that can be undone", kTakesJson, RunCheckpoints},
+    {"undo", "Take a checkpoint back, the newest one without ID", kTakesId | kTakesUndoMode, RunUndo},
+    {"redo", "Make the changes of an undone checkpoint again", kNeedsId | kTakesUndoMode, RunRedo},
     {"log", "Print the path of the library's log file", 0, RunLog},
     {"windows", "Print the application windows of the desktop", kHidden, RunWindows},
 };

@@ -25,6 +25,9 @@ enum CommandOption : std::uint32_t {
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
   kHidden = 1 << 13,           // not named by --help
+  kTakesId = 1 << 15,          // ID
+  kNeedsId = 1 << 16,          // ID, required
+  kTakesUndoMode = 1 << 17,    // --show --force
 };
 
 struct Command {
@@ -52,5 +55,8 @@ void RunWatch(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
 void RunWindows(const Arguments& arguments);
+void RunCheckpoints(const Arguments& arguments);
+void RunUndo(const Arguments& arguments);
+void RunRedo(const Arguments& arguments);
 
 }  // namespace smh
