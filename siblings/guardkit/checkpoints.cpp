@@ -27,6 +27,10 @@ bool HasEnded(HANDLE thread) noexcept {
 
 }  // namespace
 
+Checkpoints::~Checkpoints() {
+  for (auto& [thread, entry] : entries_) entry.checkpoint->Abandon();
+}
+
 void Checkpoints::Begin(std::wstring_view title) {
   for (auto& [thread, entry] : TakeAbandoned()) entry.checkpoint->Abandon();
   {

@@ -14,6 +14,12 @@ namespace smh {
 // only.
 class Checkpoints {
  public:
+  Checkpoints() = default;
+  // What is still open stays without an end.
+  ~Checkpoints();
+  Checkpoints(const Checkpoints&) = delete;
+  Checkpoints& operator=(const Checkpoints&) = delete;
+
   // Begins nest: the outermost one opens and names the checkpoint. Raises EOSError.
   void Begin(std::wstring_view title);
   // False when this thread has none. The last end closes the checkpoint.

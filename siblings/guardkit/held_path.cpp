@@ -39,11 +39,14 @@ ScopedHandle HoldFolder(const std::wstring& folder) {
 
 }  // namespace
 
-HeldPath::HeldPath(const std::wstring& folder) {
+HeldPath::HeldPath(const std::wstring& folder, bool make) {
   const std::wstring path = WithTrailingBackslash(folder);
   for (std::size_t end = path.find(L'\\', RootLength(path)); end != std::wstring::npos;
        end = path.find(L'\\', end + 1)) {
-    folders_.push_back(HoldFolder(path.substr(0, end)));
+    const std::wstring level = path.substr(0, end);
+    // A failure shows when the folder is held.
+    if (make) CreateDirectoryW(level.c_str(), nullptr);
+    folders_.push_back(HoldFolder(level));
   }
 }
 

@@ -11,9 +11,10 @@ namespace smh {
 
 class HeldPath {
  public:
-  // Opens every folder of a full path (a trailing backslash does not matter) from the volume's root on.
-  // Raises EOSError: ERROR_CANT_ACCESS_FILE for a reparse point, ERROR_PATH_NOT_FOUND for a missing folder.
-  explicit HeldPath(const std::wstring& folder);
+  // Opens every folder of a full path (a trailing backslash does not matter) from the volume's root on; with
+  // `make` missing ones are made, each in a folder that is held already. Raises EOSError:
+  // ERROR_CANT_ACCESS_FILE for a reparse point, ERROR_PATH_NOT_FOUND for a missing folder.
+  explicit HeldPath(const std::wstring& folder, bool make = false);
 
  private:
   std::vector<ScopedHandle> folders_;

@@ -19,6 +19,14 @@ bool IsLocked(const JournalFolder& folder) {
   }
 }
 
+// A checkpoint that is finished while it is read gets its other name.
+std::optional<JournalContents> ReadLatest(const JournalFolder& folder, const JournalName& name) {
+  std::optional<JournalContents> contents = ReadJournal(folder, name);
+  if (name.closed || (contents && contents->finished)) return contents;
+  std::optional<JournalContents> closed = ReadJournal(folder, {.id = name.id, .closed = true});
+  return closed ? std::move(closed) : std::move(contents);
+}
+
 // `only` chooses by name.
 template <typename Filter>
 std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, Filter&& only) {
@@ -26,21 +34,26 @@ std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, 
   std::vector<IndexedCheckpoint> index;
   for (const JournalName& name : names) {
     if (!only(name)) continue;
-    std::optional<JournalContents> contents = ReadJournal(folder, name);
+    std::optional<JournalContents> contents = ReadLatest(folder, name);
     if (contents) index.push_back({name, *std::move(contents)});
   }
   for (IndexedCheckpoint& checkpoint : index) {
     if (checkpoint.contents.finished) continue;
     // There is one lock, so only the newest can be open.
-    const bool open = !lockHeld && checkpoint.name.id == names.back().id && IsLocked(folder);
-    checkpoint.state = open ? CheckpointState::kOpen : CheckpointState::kInterrupted;
+    const bool isNewest = !lockHeld && checkpoint.name.id == names.back().id;
+    if (isNewest && IsLocked(folder)) {
+      checkpoint.state = CheckpointState::kOpen;
+      continue;
+    }
+    // Its owner may have finished it since it was read.
+    if (isNewest) checkpoint.contents = ReadLatest(folder, checkpoint.name).value_or(checkpoint.contents);
+    if (!checkpoint.contents.finished) checkpoint.state = CheckpointState::kInterrupted;
   }
   return index;
 }
 
-IndexedCheckpoint* FindById(std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
-  const auto found = std::ranges::find(index, id, [](const IndexedCheckpoint& c) { return c.name.id; });
-  return found == index.end() ? nullptr : &*found;
+std::uint32_t IdOf(const IndexedCheckpoint& checkpoint) noexcept {
+  return checkpoint.name.id;
 }
 
 }  // namespace
@@ -51,8 +64,8 @@ std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lo
   for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
     if (checkpoint.contents.header.undoes == 0 || !checkpoint.contents.finished || checkpoint.undoneBy != 0)
       continue;
-    IndexedCheckpoint* const target = FindById(index, checkpoint.contents.header.undoes);
-    if (target == nullptr || target->undoneBy != 0) continue;
+    const auto target = std::ranges::find(index, checkpoint.contents.header.undoes, IdOf);
+    if (target == index.end() || target->undoneBy != 0) continue;
     target->undoneBy = checkpoint.name.id;
     target->state = CheckpointState::kUndone;
   }
@@ -68,23 +81,26 @@ std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder) {
   return index;
 }
 
-const IndexedCheckpoint* FindToUndo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
+const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
+  const auto found = std::ranges::find(index, id, IdOf);
+  return found == index.end() ? nullptr : &*found;
+}
+
+const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
+                                          const std::wstring& user) {
   for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
-    if (id != 0 ? checkpoint.name.id == id
-                : checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty() &&
-                      (checkpoint.contents.header.undoes == 0 ||
-                       checkpoint.state == CheckpointState::kInterrupted)) {
-      return &checkpoint;
-    }
+    const CheckpointHeader& header = checkpoint.contents.header;
+    const bool isNext = header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted;
+    const bool isLeft = checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty();
+    if (isNext && isLeft && header.user == user) return &checkpoint;
   }
   return nullptr;
 }
 
 const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
-  const IndexedCheckpoint* const named = FindToUndo(index, id);
-  if (named == nullptr || id == 0) return nullptr;
-  if (named->undoneBy != 0 && named->contents.header.undoes == 0) return FindToUndo(index, named->undoneBy);
-  return named->contents.header.undoes != 0 ? named : nullptr;
+  const IndexedCheckpoint* const named = FindById(index, id);
+  if (named == nullptr || named->contents.header.undoes != 0) return named;
+  return named->undoneBy != 0 ? FindById(index, named->undoneBy) : nullptr;
 }
 
 }  // namespace smh

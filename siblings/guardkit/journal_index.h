@@ -23,9 +23,11 @@ std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lo
 // The interrupted ones among them, without reading those that were closed.
 std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder);
 
-// `id`, or with 0 the newest that may be undone next: not undone yet, and no undo itself unless it was
-// interrupted. Null when there is none.
-const IndexedCheckpoint* FindToUndo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
+// Null when there is none.
+const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
+// The newest of a user that may be undone next: not undone yet, and no undo itself unless it was interrupted.
+const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
+                                          const std::wstring& user);
 // The checkpoint whose undo brings `id` back: the one that undid it, or `id` itself when that is an undo.
 const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
 

@@ -1,7 +1,6 @@
 #include "guardkit/open_checkpoint.h"
 
 #include "guardkit/registry_place.h"
-#include "guardkit/retention.h"
 #include "infra/exceptions.h"
 
 namespace smh {
@@ -51,7 +50,7 @@ OpenCheckpoint::~OpenCheckpoint() {
   const bool hasSteps = StepCount() != 0;
   if (abandoned_ && hasSteps) return;
   file_.Finish(kept_);
-  if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, ReadRetention());
+  if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, retention_);
 }
 
 void OpenCheckpoint::NoteWrite(const std::wstring& place) {

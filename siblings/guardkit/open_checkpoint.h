@@ -5,6 +5,7 @@
 #include "guardkit/blob_store.h"
 #include "guardkit/journal_file.h"
 #include "guardkit/journal_lock.h"
+#include "guardkit/retention.h"
 
 #include <map>
 #include <string_view>
@@ -48,6 +49,8 @@ class OpenCheckpoint {
   void Keep() noexcept { kept_ = true; }
 
  private:
+  // Read before the lock is taken: it may load a library.
+  const Retention retention_ = ReadRetention();
   JournalFolder folder_;
   JournalLock lock_;
   BlobStore blobs_;

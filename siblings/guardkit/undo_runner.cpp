@@ -36,8 +36,9 @@ StepOutcome OutcomeOf(Verdict verdict) noexcept {
 
 // The checkpoint to undo; null with the reason in `status`.
 const IndexedCheckpoint* Find(const std::vector<IndexedCheckpoint>& index, Direction direction,
-                              std::uint32_t id, HRESULT& status) {
-  const IndexedCheckpoint* const named = FindToUndo(index, id);
+                              std::uint32_t id, const std::wstring& user, HRESULT& status) {
+  const bool isDefault = direction == Direction::kUndo && id == 0;
+  const IndexedCheckpoint* const named = isDefault ? FindNewestToUndo(index, user) : FindById(index, id);
   if (named == nullptr) {
     status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
     return nullptr;
@@ -83,7 +84,7 @@ class UndoCall {
   // Reads and plans; whether it may run without force.
   bool Prepare(const JournalFolder& folder, std::uint32_t id, bool lockHeld) {
     const std::vector<IndexedCheckpoint> index = IndexJournal(folder, lockHeld);
-    const IndexedCheckpoint* const found = Find(index, direction_, id, result_.status);
+    const IndexedCheckpoint* const found = Find(index, direction_, id, sid_, result_.status);
     if (found == nullptr) return false;
     contents_ = found->contents;
     result_.checkpoint = found->name.id;

@@ -1,6 +1,5 @@
 #include "guardkit/undo_steps.h"
 
-#include "common/data_folder.h"
 #include "guardkit/file_changes.h"
 #include "guardkit/registry_changes.h"
 #include "guardkit/registry_place.h"
@@ -28,10 +27,8 @@ ScopedKey MakePlace(OpenCheckpoint& checkpoint, const std::wstring& place, REGSA
   return key;
 }
 
-HeldPath MakeAndHoldFolder(const std::wstring& file) {
-  const std::wstring folder(FolderPart(file));
-  MakeFolders(folder);
-  return HeldPath(folder);
+std::wstring FolderOf(const std::wstring& file) {
+  return std::wstring(FolderPart(file));
 }
 
 void RemoveFile(OpenCheckpoint& checkpoint, const std::wstring& path) {
@@ -81,10 +78,10 @@ struct Undoer {
 
   StepOutcome operator()(const FileStep& step) const {
     if (step.before.exists) {
-      const HeldPath held = MakeAndHoldFolder(step.path);
+      const HeldPath held(FolderOf(step.path), true);
       CheckStatus(MakeRecorded(checkpoint, step.path, step.before));
     } else {
-      const HeldPath held{std::wstring(FolderPart(step.path))};
+      const HeldPath held(FolderOf(step.path));
       RemoveFile(checkpoint, step.path);
     }
     return usual;
@@ -96,8 +93,8 @@ struct Undoer {
       return ReadFileState(step.from).streams == step.file.streams ? StepOutcome::kNothing
                                                                    : StepOutcome::kImpossible;
     }
-    const HeldPath heldFrom = MakeAndHoldFolder(step.from);
-    const HeldPath heldTo{std::wstring(FolderPart(step.to))};
+    const HeldPath heldFrom(FolderOf(step.from), true);
+    const HeldPath heldTo(FolderOf(step.to));
     if (GetFileAttributesW(step.from.c_str()) != INVALID_FILE_ATTRIBUTES) RemoveFile(checkpoint, step.from);
     CheckStatus(MoveRecorded(checkpoint, step.to, step.from));
     // The rights may have been changed for the other folder. They are no part of the content.
@@ -162,7 +159,7 @@ KeyState LiveSystem::Key(const std::wstring& key) {
 FileState LiveSystem::File(const std::wstring& path) {
   std::optional<HeldPath> held;
   try {
-    held.emplace(std::wstring(FolderPart(path)));
+    held.emplace(FolderOf(path));
   } catch (const EOSError& error) {
     if (error.Code() == ERROR_PATH_NOT_FOUND) return {};
     throw;

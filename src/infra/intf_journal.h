@@ -86,11 +86,11 @@ struct IJournal : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetCheckpoints(ICheckpointList** list) = 0;
   // 2: only the interrupted ones that nobody has undone: quick, for the start of a host.
   virtual HRESULT STDMETHODCALLTYPE GetInterrupted(ICheckpointList** list) = 0;
-  // 3: takes checkpoint `id` back, with 0 the newest that is not undone. The report is there whenever the
-  // checkpoint could be read, failure or not. HRESULT_FROM_WIN32 of ERROR_NOT_FOUND: no such checkpoint;
-  // ERROR_BUSY: it is still open, or this thread has one open; ERROR_ACCESS_DENIED: it is another user's.
-  // When the system refuses a step, the undo ends there; what it had done is an interrupted checkpoint of its
-  // own.
+  // 3: takes checkpoint `id` back, with 0 the user's newest that is not undone (and no undo itself). A report
+  // comes with S_OK and kConflict, and when the system refuses a step: the undo ends there then, and what it
+  // had done is an interrupted checkpoint of its own. HRESULT_FROM_WIN32 of ERROR_NOT_FOUND: no such
+  // checkpoint; ERROR_BUSY: it is still open, or this thread has one open; ERROR_ACCESS_DENIED: it is another
+  // user's; ERROR_LOCK_VIOLATION: another checkpoint is open.
   virtual HRESULT STDMETHODCALLTYPE Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) = 0;
   // 4: undoes the undo of `id`; `id` may be the undo itself.
   virtual HRESULT STDMETHODCALLTYPE Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) = 0;
