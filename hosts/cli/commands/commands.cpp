@@ -19,6 +19,8 @@ constexpr Command kCommands[] = {
     {"locate", "Print where an entry lives, and show it there", kTakesOneItem | kTakesLocation, RunLocate},
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
+    {"clients", "Show the default programs: mail, media, browser and the like", kTakesJson | kTakesPaths,
+     RunClients},
     {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
     {"checkpoints", "Show the changes that can be undone", kTakesJson, RunCheckpoints},
     {"undo", "Take a checkpoint back, the newest one without ID", kTakesId | kTakesUndoMode, RunUndo},
