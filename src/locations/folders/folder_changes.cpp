@@ -165,7 +165,7 @@ void TLocationFolderStd::ChangeItemCommand(const ItemRef& item, const std::wstri
 }
 
 void TLocationFolderStd::ReplaceShortcut(const FileChanger& changer, const std::wstring& made,
-                                         const std::wstring& file) const {
+                                         const std::wstring& file, bool enabled) const {
   const std::string bytes = ReadShortcutBytes(made);
   // A recorded replacement writes into the old file: a copy is at hand before that begins.
   const std::wstring kept = MakeUniqueFileName(made);
@@ -174,6 +174,7 @@ void TLocationFolderStd::ReplaceShortcut(const FileChanger& changer, const std::
   try {
     changer.Replace(made, file);
     if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+    if (enabled) TakeOver(file);
   } catch (...) {
     FileChanger(false).Replace(kept, file);
     throw;
@@ -192,8 +193,7 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-    ReplaceShortcut(FileChanger(recorded), made, file);
-    if (state.isEnabled) TakeOver(file);
+    ReplaceShortcut(FileChanger(recorded), made, file, state.isEnabled);
   }
   item->UpdateCommand(file, [] { return true; });
 }

@@ -40,6 +40,7 @@ void TLocationFolderStd::MoveToFolder(const ItemRef& item, TLocationFolderStd& t
   if (!item->IsListed()) return;
   if (!ItemExists(*item)) {
     Items().Remove(*item);
+    Gate().MarkLoadDue();
     return;
   }
   SMH_ASSERT(kUnit, &target != this && target.CanAcceptItem(*item));
@@ -74,9 +75,11 @@ void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled
   const std::string bytes = ReadShortcutBytes(made);
   const std::wstring file = MakeUniqueFileName(PlaceFor(enabled) + name);
   MoveFile(FileChanger(checkpoint), made, file, *this);
-  if (ReadShortcutBytes(file) != bytes) {
+  try {
+    if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+  } catch (...) {
     DeleteFileW(file.c_str());
-    RaiseOSError(ERROR_WRITE_FAULT);
+    throw;
   }
   Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
 }

@@ -66,7 +66,8 @@ class TLocationFolderStd final : public TLocationStartup {
   void MoveFile(const FileChanger& changer, const std::wstring& from, const std::wstring& to,
                 const TLocationFolderStd& target) const;
   int AddShortcut(const std::wstring& name, const std::wstring& command);
-  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file) const;
+  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file,
+                       bool enabled) const;
   void RewriteShortcut(const ItemRef& item, const std::wstring& command);
   void TakeOver(const std::wstring& file) const;
   void RequireTrustedSource(const std::wstring& file) const;
