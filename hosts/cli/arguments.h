@@ -17,10 +17,14 @@ struct Arguments {
   std::optional<std::int32_t> target;   // --to
   std::wstring name;                    // --name
   std::wstring command;                 // --command
+  std::vector<std::wstring> paths;      // --add
   bool all = false;                     // --all
   std::optional<bool> enabled;          // --enabled, --disabled
   OutputFormat format = OutputFormat::table;
   std::optional<unsigned> seconds;  // --seconds
+  unsigned id = 0;                  // ID, a checkpoint; 0 without one
+  bool show = false;                // --show
+  bool force = false;               // --force
 
   ItemFilter Filter() const { return {all, locations, enabled}; }
   // The one --location of a command that takes one.

@@ -4,6 +4,8 @@
 #include "location_names.h"
 #include "text_encoding.h"
 
+#include "infra/text.h"
+
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -44,10 +46,13 @@ std::vector<std::string> EncodeArguments(std::span<const std::wstring> arguments
 struct RawArguments {
   std::vector<std::string> items;
   std::vector<std::string> locations;
+  std::vector<std::string> paths;
   std::string target;
   std::string name;
   std::string command;
   unsigned seconds = 0;
+  unsigned id = 0;
+  bool show = false, force = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
 };
 
@@ -82,7 +87,22 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kNeedsName) app.add_option("--name", raw.name, "Name of the new entry")->required();
   if (options & kNeedsCommand) app.add_option("--command", raw.command, "A command line")->required();
   if (options & kNeedsTarget) app.add_option("--to", raw.target, "A location's name")->required();
+  if (options & (kTakesId | kNeedsId)) {
+    app.add_option("ID", raw.id, "A checkpoint's number, see the command checkpoints")
+        ->required((options & kNeedsId) != 0)
+        ->check(CLI::PositiveNumber);
+  }
+  if (options & kTakesUndoMode) {
+    CLI::Option* const show = app.add_flag("--show", raw.show, "Only say what it would do, step by step");
+    app.add_flag("--force", raw.force, "Over later changes too, and say what was overwritten")
+        ->excludes(show);
+  }
   if (options & kTakesSeconds) app.add_option("--seconds", raw.seconds, "End after that time");
+  if (options & kTakesPaths) {
+    app.add_option("--add", raw.paths, "Also show the program of that path")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+  }
 }
 
 std::int32_t ParseLocation(std::string_view bytes) {
@@ -98,11 +118,18 @@ Arguments Convert(const RawArguments& raw, const CLI::App& app, std::uint32_t op
   Arguments arguments;
   for (const std::string& item : raw.items) arguments.items.push_back(DecodeArgument(item));
   for (const std::string& location : raw.locations) arguments.locations.push_back(ParseLocation(location));
+  for (const std::string& path : raw.paths) {
+    arguments.paths.push_back(DecodeArgument(path));
+    if (Trim(arguments.paths.back()).empty()) throw UsageError(L"The path is empty.");
+  }
   if (options & kNeedsTarget) arguments.target = ParseLocation(raw.target);
   arguments.name = DecodeArgument(raw.name);
   arguments.command = DecodeArgument(raw.command);
   if (options & kNeedsName && arguments.name.empty()) throw UsageError(L"The name is empty.");
   if (options & kNeedsCommand && arguments.command.empty()) throw UsageError(L"The command is empty.");
+  arguments.id = raw.id;
+  arguments.show = raw.show;
+  arguments.force = raw.force;
   arguments.all = raw.all;
   if (raw.enabled || raw.disabled) arguments.enabled = raw.enabled;
   if (raw.json) arguments.format = OutputFormat::json;
@@ -133,6 +160,7 @@ std::variant<Invocation, std::wstring> ParseCommandLine(std::span<const std::wst
   std::vector<std::pair<const Command*, CLI::App*>> parsers;
   for (const Command& command : AllCommands()) {
     CLI::App* const parser = app.add_subcommand(std::string(command.name), std::string(command.help));
+    if (command.options & kHidden) parser->group("");
     Declare(*parser, command.options, raw);
     parsers.emplace_back(&command, parser);
   }

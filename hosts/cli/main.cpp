@@ -2,6 +2,7 @@
 #include "command_line.h"
 #include "console.h"
 #include "host_error.h"
+#include "journal.h"
 #include "text_encoding.h"
 
 #include <windows.h>
@@ -29,6 +30,7 @@ void Run(std::span<const std::wstring> arguments) {
     WriteOutput(*help);
     return;
   }
+  NameInterruptedCheckpoints();
   const Invocation& invocation = std::get<Invocation>(parsed);
   invocation.command->run(invocation.arguments);
 }

@@ -24,6 +24,11 @@ enum CommandOption : std::uint32_t {
   kNeedsCommand = 1 << 10,     // --command
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
+  kHidden = 1 << 13,           // not named by --help
+  kTakesPaths = 1 << 14,       // --add, repeatable
+  kTakesId = 1 << 15,          // ID
+  kNeedsId = 1 << 16,          // ID, required
+  kTakesUndoMode = 1 << 17,    // --show --force
 };
 
 struct Command {
@@ -48,7 +53,12 @@ void RunExecute(const Arguments& arguments);
 void RunLocate(const Arguments& arguments);
 void RunResolve(const Arguments& arguments);
 void RunWatch(const Arguments& arguments);
+void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
+void RunWindows(const Arguments& arguments);
+void RunCheckpoints(const Arguments& arguments);
+void RunUndo(const Arguments& arguments);
+void RunRedo(const Arguments& arguments);
 
 }  // namespace smh

@@ -52,7 +52,7 @@ void FileChanger::Move(const std::wstring& from, const std::wstring& to) const {
   if (target == Presence::kMissing) RaiseOSError(ERROR_FILE_NOT_FOUND);
   if (source != Presence::kThere) return;
   // A source left behind is no move; another file of its name that came meanwhile stays, as both do then.
-  if (IsSameContent(from, to)) TryDelete(to);
+  if (IsSameContent(from, to)) Discard(to);
   RaiseOSError(ERROR_ACCESS_DENIED);
 }
 
@@ -62,6 +62,10 @@ void FileChanger::Delete(const std::wstring& file) const {
   if (left == Presence::kMissing) return;
   CheckStatus(status);
   if (left == Presence::kThere) RaiseOSError(ERROR_ACCESS_DENIED);
+}
+
+void FileChanger::Discard(const std::wstring& file) const noexcept {
+  if (TryDelete(file) != ERROR_SUCCESS) DeleteFileW(file.c_str());
 }
 
 void FileChanger::Replace(const std::wstring& from, const std::wstring& to) const {

@@ -15,6 +15,8 @@ class FileChanger {
   // Fails when `to` exists, and when `from` is still there afterwards; then what was made at `to` goes again.
   void Move(const std::wstring& from, const std::wstring& to) const;
   void Delete(const std::wstring& file) const;
+  // Takes back a file that was just made; where the service refuses, without it.
+  void Discard(const std::wstring& file) const noexcept;
   // Puts the content of `from` in the place of `to` and removes `from`.
   void Replace(const std::wstring& from, const std::wstring& to) const;
 

@@ -45,6 +45,8 @@ class TLocationFolderStd final : public TLocationStartup {
   // Between the two Startup folders the file itself moves; to any other location the base's move.
   void MoveItem(const ItemRef& item, TTypeStartupLocation target) override;
   void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
+  // Raises EOSError when the file browser cannot be started.
+  void ShowItemLocation(const TStartupItem& item) override;
 
  private:
   // What an extracted shortcut was.
@@ -65,6 +67,8 @@ class TLocationFolderStd final : public TLocationStartup {
   void MoveToFolder(const ItemRef& item, TLocationFolderStd& target);
   void MoveFile(const FileChanger& changer, const std::wstring& from, const std::wstring& to,
                 const TLocationFolderStd& target) const;
+  // An extracted file, so that the journal knows of it when `checkpoint` is set.
+  void WriteBack(bool checkpoint, const std::wstring& path, const std::string& bytes) const;
   int AddShortcut(const std::wstring& name, const std::wstring& command);
   void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file,
                        bool enabled) const;
