@@ -6,6 +6,12 @@
 #include <cstdint>
 #include <type_traits>
 
+// The backup service counts the units of value names itself.
+extern "C" {
+LONG NTAPI NtSetValueKey(HANDLE key, void* name, ULONG titleIndex, ULONG type, void* data, ULONG size);
+LONG NTAPI NtDeleteValueKey(HANDLE key, void* name);
+}
+
 namespace smh::test {
 
 namespace {
@@ -24,7 +30,10 @@ enum class Effect { kLooks, kMakes, kChanges };
   ROW(RegSetValueExW, kChanges, ERROR_ACCESS_DENIED)                                   \
   ROW(RegDeleteValueW, kChanges, ERROR_ACCESS_DENIED)                                  \
   ROW(RegDeleteKeyExW, kChanges, ERROR_ACCESS_DENIED)                                  \
+  ROW(NtSetValueKey, kChanges, static_cast<std::int32_t>(0xC0000022))                  \
+  ROW(NtDeleteValueKey, kChanges, static_cast<std::int32_t>(0xC0000022))               \
   ROW(RegSetKeySecurity, kChanges, ERROR_ACCESS_DENIED)                                \
+  ROW(SetFileSecurityW, kChanges, FALSE)                                               \
   ROW(GetFileAttributesW, kLooks, static_cast<std::intptr_t>(INVALID_FILE_ATTRIBUTES)) \
   ROW(FindFirstFileW, kLooks, -1)                                                      \
   ROW(FindNextFileW, kLooks, FALSE)                                                    \

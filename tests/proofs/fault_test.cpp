@@ -18,7 +18,7 @@ struct Outcome {
   const char* victim = nullptr;
 };
 
-// A bounded run takes every second call, in every other scenario those between.
+// A bounded run takes one call in three, in the next scenario others.
 int FirstOf(const Scenario& scenario) {
   return 1 + static_cast<int>(&scenario - Scenarios().data()) % ProofStride();
 }
@@ -106,7 +106,7 @@ void FaultTest::FailEveryCall(const Scenario& scenario, Fault fault) {
     if (outcome.victim == nullptr) return;
     SCOPED_TRACE(std::string(outcome.victim) + ", call " + std::to_string(number));
     Judge(scenario, outcome, fault == Fault::kRefused && alwaysRaises);
-    ProofReport::Count(scenario.name, GetParam() ? "recorded" : "plain");
+    ProofReport::Count(scenario.name, GetParam() ? "faults, recorded" : "faults, plain");
   }
 }
 
@@ -124,7 +124,7 @@ void FaultTest::RefuseEveryServiceCall(const Scenario& scenario) {
       });
     });
     Judge(scenario, outcome, isFolder || calls[number].starts_with(L"BeginCheckpoint"));
-    ProofReport::Count(scenario.name, "service");
+    ProofReport::Count(scenario.name, "faults, service");
   }
 }
 

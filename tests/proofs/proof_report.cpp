@@ -23,18 +23,18 @@ class Table : public ::testing::Environment {
 
   void TearDown() override {
     if (order_.empty()) return;
-    std::printf("\n%-32s", "faults");
-    for (const std::string& column : columns_) std::printf("%12s", column.c_str());
+    std::printf("\n%-32s", "injected and survived");
+    for (const std::string& column : columns_) std::printf("%19s", column.c_str());
     std::map<std::string, int> sums;
     for (const std::string& row : order_) {
       std::printf("\n%-32s", row.c_str());
       for (const std::string& column : columns_) {
-        std::printf("%12d", rows_[row][column]);
+        std::printf("%19d", rows_[row][column]);
         sums[column] += rows_[row][column];
       }
     }
     std::printf("\n%-32s", "all");
-    for (const std::string& column : columns_) std::printf("%12d", sums[column]);
+    for (const std::string& column : columns_) std::printf("%19d", sums[column]);
     std::printf("\n\n");
   }
 

@@ -4,7 +4,7 @@
 namespace smh::test {
 
 // Bounded runs take one step of so many; with SMH_LONG_PROOFS in the environment it is every one.
-int ProofStride(int bounded = 2);
+int ProofStride(int bounded = 3);
 
 class ProofReport {
  public:

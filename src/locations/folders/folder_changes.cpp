@@ -36,12 +36,12 @@ void TLocationFolderStd::MakeOwnFolder(const std::wstring& folder) const {
   if (row_.isCommon) {
     MakeProtectedFolder(folder);
   } else {
-    MakeFolders(folder);
+    MakeFolderPath(folder);
   }
 }
 
 const std::wstring& TLocationFolderStd::StartupFolder() {
-  MakeFolders(RequireFolder(startupFolder_));
+  MakeFolderPath(RequireFolder(startupFolder_));
   return startupFolder_;
 }
 
