@@ -42,6 +42,7 @@ void TLocationFolderStd::MoveToFolder(const ItemRef& item, TLocationFolderStd& t
   if (!item->IsListed()) return;
   if (!ItemExists(*item)) {
     Items().Remove(*item);
+    Gate().MarkLoadDue();
     return;
   }
   SMH_ASSERT(kUnit, &target != this && target.CanAcceptItem(*item));
@@ -75,10 +76,13 @@ void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled
   const ScopedFile removeIfLeft(made);
   const std::string bytes = ReadShortcutBytes(made);
   const std::wstring file = MakeUniqueFileName(PlaceFor(enabled) + name);
-  MoveFile(FileChanger(checkpoint), made, file, *this);
-  if (ReadShortcutBytes(file) != bytes) {
-    DeleteFileW(file.c_str());
-    RaiseOSError(ERROR_WRITE_FAULT);
+  const FileChanger changer(checkpoint);
+  MoveFile(changer, made, file, *this);
+  try {
+    if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+  } catch (...) {
+    changer.Discard(file);
+    throw;
   }
   Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
 }

@@ -1,0 +1,33 @@
+// The changes that are put to the proof: every operation of the three kinds of locations, each from its own
+// beginning.
+#pragma once
+
+#include "proofs/proof_world.h"
+
+#include <span>
+
+namespace smh::test {
+
+struct Scenario {
+  const char* name;
+  // How the line begins that is logged when the change fails.
+  const wchar_t* errorLine;
+  void (*arrange)(ProofWorld& world);
+  // All that the change touches; the first one makes it.
+  std::vector<TTypeStartupLocation> locations;
+  // The entry that is changed; null for an addition.
+  const wchar_t* caption;
+  bool isEnabled;
+  void (*change)(TLocationStartup& location, const ItemRef& item);
+  // The entry hides another of its name, which the next load lists.
+  bool uncovers = false;
+};
+
+std::span<const Scenario> Scenarios();
+
+// Reads the scenario's locations into an empty list and answers the entry; null for an addition. Throws
+// std::runtime_error when it is not there.
+ItemRef LoadEntry(const Scenario& scenario);
+void Perform(const Scenario& scenario, const ItemRef& item);
+
+}  // namespace smh::test
