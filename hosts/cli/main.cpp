@@ -2,6 +2,7 @@
 #include "command_line.h"
 #include "console.h"
 #include "host_error.h"
+#include "host_process.h"
 #include "text_encoding.h"
 
 #include <windows.h>
@@ -16,12 +17,6 @@ int _dowildcard = 0;
 namespace {
 
 using namespace smh;
-
-// No library comes from the current folder, and no box about a missing disk stops a script.
-void SetUpProcess() noexcept {
-  SetDllDirectoryW(L"");
-  SetErrorMode(SEM_FAILCRITICALERRORS);
-}
 
 void Run(std::span<const std::wstring> arguments) {
   const auto parsed = ParseCommandLine(arguments);
@@ -49,6 +44,6 @@ ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
 }  // namespace
 
 int wmain(int count, wchar_t** texts) {
-  SetUpProcess();
+  SetUpHostProcess();
   return static_cast<int>(RunGuarded(count, texts));
 }
