@@ -4,7 +4,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=mingw-i686-release
 build=$root/build/$preset
 packages=(wine wine64 wine32:i386 g++-mingw-w64-i686-posix cmake ninja-build googletest libcli11-dev
-          nlohmann-json3-dev catch2 clang-14 libclang-rt-14-dev)
+          nlohmann-json3-dev catch2 clang-14 libclang-rt-14-dev xvfb xauth)
 
 say() { echo "startup-manager: $*" >&2; }
 

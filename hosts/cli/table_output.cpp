@@ -109,11 +109,10 @@ std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width) {
   return text;
 }
 
-std::wstring ItemSheet(const ItemRecord& item) {
+std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>> rows) {
   TextTable table;
-  for (const ItemField& field : ItemFields()) {
-    std::vector<std::wstring> row = {std::wstring(field.key) + L":",
-                                     std::visit(SheetVisitor(), field.read(item))};
+  for (const auto& [key, value] : rows) {
+    std::vector<std::wstring> row = {key + L":", value};
     if (table.header.empty()) {
       table.header = std::move(row);
     } else {
@@ -123,6 +122,14 @@ std::wstring ItemSheet(const ItemRecord& item) {
   std::wstring text;
   for (const std::wstring& line : table.Lines(0)) text += line + L"\n";
   return text;
+}
+
+std::wstring ItemSheet(const ItemRecord& item) {
+  std::vector<std::pair<std::wstring, std::wstring>> rows;
+  for (const ItemField& field : ItemFields()) {
+    rows.emplace_back(field.key, std::visit(SheetVisitor(), field.read(item)));
+  }
+  return KeyValueLines(rows);
 }
 
 }  // namespace smh

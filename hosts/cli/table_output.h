@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace smh {
@@ -24,6 +25,9 @@ struct TextTable {
 
 // The entries grouped by location, in the order of locations and in list order within one.
 std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width);
+// A line "key: value" per row, the values in one column; there is a row at least. Texts are made printable by
+// the caller.
+std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>> rows);
 // "key: value" lines with every field of one entry.
 std::wstring ItemSheet(const ItemRecord& item);
 

@@ -12,6 +12,9 @@ class DialogBlocker {
   DialogBlocker(const DialogBlocker&) = delete;
   DialogBlocker& operator=(const DialogBlocker&) = delete;
 
+  // Whether a dialog was kept from opening since the beginning of the latest blocker.
+  static bool HasRefused() noexcept;
+
  private:
   HHOOK hook_;
 };

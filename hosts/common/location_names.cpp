@@ -10,16 +10,17 @@ enum class Family { kNone, kStartupFolder, kRunKey, kHandlers, kApproved, kBrows
 struct FamilyRow {
   std::wstring_view name;
   bool canModify;
+  bool entriesAreKeys;
 };
 // By Family.
 constexpr FamilyRow kFamilies[] = {
-    {L"", false},
-    {L"Startup folder", true},
-    {L"Run key", true},
-    {L"Shell extension handlers", false},
-    {L"Approved shell extensions", false},
-    {L"Browser helper objects", false},
-    {L"URL search hooks", false},
+    {L"", false, false},
+    {L"Startup folder", true, false},
+    {L"Run key", true, false},
+    {L"Shell extension handlers", false, true},
+    {L"Approved shell extensions", false, false},
+    {L"Browser helper objects", false, true},
+    {L"URL search hooks", false, false},
 };
 static_assert(std::size(kFamilies) == static_cast<std::size_t>(Family::kSearchHooks) + 1);
 
@@ -133,7 +134,7 @@ std::wstring_view LocationName(std::int32_t location) noexcept {
 LocationFacts FactsOf(TTypeStartupLocation location) {
   const LocationRow& row = kRows[location];
   const FamilyRow& family = kFamilies[static_cast<std::size_t>(row.family)];
-  LocationFacts facts{family.name, row.place, {L"enable", L"disable", L"delete"}};
+  LocationFacts facts{family.name, row.place, {L"enable", L"disable", L"delete"}, family.entriesAreKeys};
   if (family.canModify) facts.can.insert(facts.can.end(), {L"add", L"move", L"changeCommand"});
   return facts;
 }

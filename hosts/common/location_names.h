@@ -21,6 +21,9 @@ struct LocationFacts {
   std::wstring_view place;
   // What the location allows; a single entry may allow less. Names of actions, and "add".
   std::vector<std::wstring_view> can;
+  // Whether a registry entry is a key of its own instead of a value. The last part of its name is then the
+  // text of the key's default value.
+  bool entriesAreKeys;
 };
 // For a location from kFirstLocation to kLastLocation.
 LocationFacts FactsOf(TTypeStartupLocation location);

@@ -4,17 +4,9 @@
 #include "infra/uStatisticsLog.h"
 #include "model/item_list.h"
 #include "sysutil/command_file.h"
-
-#include <shellapi.h>
+#include "sysutil/shell_open.h"
 
 namespace smh {
-
-namespace {
-
-// ShellExecuteW answers more than this when it worked.
-constexpr INT_PTR kLastShellError = 32;
-
-}  // namespace
 
 void ExecuteItem(const TStartupItem& item, HWND window) {
   std::wstring command;
@@ -23,16 +15,13 @@ void ExecuteItem(const TStartupItem& item, HWND window) {
     command = item.Get([](const ItemState& state) { return state.details.Command; });
   }
   const CommandParts parts = ResolveCommand(command);
-  const auto result = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(window, L"open", parts.path.c_str(), parts.arguments.c_str(), nullptr, SW_SHOWNORMAL));
-  if (result > kLastShellError) return;
-  const DWORD code = GetLastError();
+  const DWORD code = OpenWithShell(window, parts.path, parts.arguments);
+  if (code == ERROR_SUCCESS) return;
   const std::wstring error = SystemErrorText(code);
   LogFormat(L"Error execute command for item \"%s\". Command: \"%s\". Error: \"%s\".", item.Name(), command,
             error);
   ShowMessageBoxOwned(window, error, MB_ICONERROR);
-  // The shell may fail without a last error; its own codes below 32 are system codes too.
-  RaiseOSError(code != ERROR_SUCCESS ? code : static_cast<DWORD>(result));
+  RaiseOSError(code);
 }
 
 }  // namespace smh

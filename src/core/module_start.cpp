@@ -1,5 +1,6 @@
 #include "core/module_start.h"
 
+#include "clients/living_collections.h"
 #include "core/location_classes.h"
 #include "core/uDllGlobals.h"
 #include "core/uStartupManager.h"
@@ -12,6 +13,7 @@
 #include "shelllink/desktop_folder.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/uWinVersionInfo.h"
+#include "sysutil/uWindowsExt.h"
 
 #include <ole2.h>
 
@@ -28,6 +30,8 @@ template <void (*Stop)() noexcept>
 void UnlessBroken(StopMode& mode) noexcept {
   if (mode == StopMode::kUnload) Stop();
 }
+
+void StartNothing() {}
 
 void StopNothing(StopMode&) noexcept {}
 
@@ -58,6 +62,7 @@ constexpr ModuleStep kSteps[] = {
     {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
     {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
     {L"Windows version", StartWinVersionInfo, UnlessBroken<StopWinVersionInfo>},
+    {L"windows", StartNothing, UnlessBroken<StopWindowsExt>},
     {L"command lines", StartFileUtils, UnlessBroken<StopFileUtils>},
     {L"shell links", StartShellLink, UnlessBroken<StopShellLink>},
     {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},
@@ -66,6 +71,8 @@ constexpr ModuleStep kSteps[] = {
     {L"locations and reader", StartLocations, UnlessBroken<FreeLocations>},
     {L"location classes", RegisterLocationClasses, StopNothing},
     {L"manager", StartManager, StopReaderAndManager},
+    // Stopped first, for the same reason as the reader.
+    {L"default programs", StartLivingCollections, StopLivingCollectionsAtUnload},
 };
 
 }  // namespace

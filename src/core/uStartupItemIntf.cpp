@@ -4,6 +4,7 @@
 #include "core/item_execution.h"
 #include "core/item_properties.h"
 #include "core/uDllGlobals.h"
+#include "core/variant_values.h"
 #include "infra/assertion.h"
 #include "model/uLocationStartup.h"
 
@@ -165,9 +166,8 @@ HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
 }
 
 HRESULT TStartupItemIntf::ShowLocation() {
-  ClearErrorInfo();
-  if (Item() == nullptr) return S_OK;
-  return ReportFailure(E_NOTIMPL, L"Showing the location of an entry is not available in this version.");
+  return Run(kActionShowLocation, __LINE__,
+             [](const ItemRef& item) { LocationOf(*item).ShowItemLocation(*item); });
 }
 
 }  // namespace smh

@@ -1,34 +1,12 @@
-// Full value paths, root key names, and a read-only registry helper with the two-view lookup.
-//
-// A full value path names one registry value everywhere (item identity, logs): view prefix "(x32)" or
-// "(x64)", root key name, key path, "\", value name.
+// A read-only registry helper with the two-view lookup.
 #pragma once
 
+#include "infra/full_value_path.h"
 #include "infra/registry.h"
 
 #include <set>
 
 namespace smh {
-
-// "HKEY_LOCAL_MACHINE" and its siblings; empty for any other handle.
-std::wstring_view RootKeyName(HKEY root) noexcept;
-std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
-                                std::wstring_view valueName);
-// The inverse. What the path does not tell (view, root) stays as it was; the key path keeps its leading and
-// trailing "\".
-void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,
-                        std::wstring& keyPath, HKEY& root);
-
-// Where one registry value lies.
-struct RegistryValueAddress {
-  REGSAM viewBits = 0;
-  HKEY root = nullptr;
-  std::wstring key;
-  std::wstring valueName;
-
-  std::wstring FullPath() const { return BuildFullValuePath(viewBits, root, key, valueName); }
-  bool operator==(const RegistryValueAddress&) const = default;
-};
 
 class TRegistryEx : public TRegistry {
  public:

@@ -3,6 +3,7 @@
 #include "infra/format.h"
 #include "infra/handle.h"
 #include "infra/import_function.h"
+#include "sysutil/system_library.h"
 #include "sysutil/version_codes.h"
 
 #include <shlwapi.h>
@@ -13,24 +14,18 @@ namespace smh {
 
 namespace {
 
-// Loaded on first need, freed when the module stops.
-struct SystemLibrary {
-  const wchar_t* file;
-  std::atomic<HMODULE> module{nullptr};
-};
-
 using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, BOOL*);
 using GetNativeSystemInfoFunction = void(WINAPI*)(SYSTEM_INFO*);
 using GetProductInfoFunction = BOOL(WINAPI*)(DWORD, DWORD, DWORD, DWORD, DWORD*);
 using IsOSFunction = BOOL(WINAPI*)(DWORD);
 
-constinit SystemLibrary g_kernel32{L"kernel32.dll"};
-constinit SystemLibrary g_shlwapi{L"shlwapi.dll"};
+constinit SystemLibrary g_kernel32(L"kernel32.dll");
+constinit SystemLibrary g_shlwapi(L"shlwapi.dll");
 
-constinit std::atomic<IsWow64ProcessFunction> g_isWow64Process{nullptr};
-constinit std::atomic<GetNativeSystemInfoFunction> g_getNativeSystemInfo{nullptr};
-constinit std::atomic<GetProductInfoFunction> g_getProductInfo{nullptr};
-constinit std::atomic<IsOSFunction> g_isOS{nullptr};
+constinit SystemFunction<IsWow64ProcessFunction> g_isWow64Process;
+constinit SystemFunction<GetNativeSystemInfoFunction> g_getNativeSystemInfo;
+constinit SystemFunction<GetProductInfoFunction> g_getProductInfo;
+constinit SystemFunction<IsOSFunction> g_isOS;
 
 // 0 = not yet worked out.
 constinit std::atomic<int> g_osCode{0};
@@ -43,24 +38,6 @@ constinit std::atomic<int> g_wow64{0};
 constexpr DWORD kIsOsWow64 = 30;
 constexpr WORD kIsOsOrdinal = 437;
 
-HMODULE Loaded(SystemLibrary& library) {
-  if (const HMODULE module = library.module.load()) return module;
-  ScopedModule module(LoadLibraryW(library.file));
-  if (!module) RaiseLastOSError();
-  HMODULE present = nullptr;
-  // Another thread may have been faster: its reference stays, this one goes.
-  return library.module.compare_exchange_strong(present, module.Get()) ? module.Release() : present;
-}
-
-template <typename Function>
-Function Resolved(std::atomic<Function>& entryPoint, SystemLibrary& library, const char* name) {
-  if (const Function function = entryPoint.load()) return function;
-  const auto function = ImportFunction<Function>(Loaded(library), name);
-  if (function == nullptr) RaiseLastOSError();
-  entryPoint.store(function);
-  return function;
-}
-
 // A call that fails without saying why is not an error.
 void CheckCall(BOOL success, std::wstring_view function) {
   const DWORD error = success ? ERROR_SUCCESS : GetLastError();
@@ -70,7 +47,7 @@ void CheckCall(BOOL success, std::wstring_view function) {
 }
 
 bool AskIsWow64Process() {
-  const auto isWow64Process = Resolved(g_isWow64Process, g_kernel32, "IsWow64Process");
+  const auto isWow64Process = g_isWow64Process.Resolved(g_kernel32, "IsWow64Process");
   BOOL wow64 = FALSE;
   SetLastError(ERROR_SUCCESS);
   CheckCall(isWow64Process(GetCurrentProcess(), &wow64), L"IsWow64Process");
@@ -168,7 +145,7 @@ bool WinVersionInfo::IsWow64() {
 
 void WinVersionInfo::GetNativeSystemInfo(SYSTEM_INFO& info) {
   if (IsWow64()) {
-    Resolved(g_getNativeSystemInfo, g_kernel32, "GetNativeSystemInfo")(&info);
+    g_getNativeSystemInfo.Resolved(g_kernel32, "GetNativeSystemInfo")(&info);
   } else {
     GetSystemInfo(&info);
   }
@@ -176,13 +153,13 @@ void WinVersionInfo::GetNativeSystemInfo(SYSTEM_INFO& info) {
 
 void WinVersionInfo::GetProductInfo(DWORD major, DWORD minor, DWORD spMajor, DWORD spMinor,
                                     DWORD& productType) {
-  const auto getProductInfo = Resolved(g_getProductInfo, g_kernel32, "GetProductInfo");
+  const auto getProductInfo = g_getProductInfo.Resolved(g_kernel32, "GetProductInfo");
   SetLastError(ERROR_SUCCESS);
   CheckCall(getProductInfo(major, minor, spMajor, spMinor, &productType), L"GetProductInfo");
 }
 
 bool WinVersionInfo::IsOS(DWORD value) {
-  return Resolved(g_isOS, g_shlwapi, MAKEINTRESOURCEA(kIsOsOrdinal))(value) != FALSE;
+  return g_isOS.Resolved(g_shlwapi, MAKEINTRESOURCEA(kIsOsOrdinal))(value) != FALSE;
 }
 
 bool WinVersionInfo::DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor) {
@@ -203,13 +180,12 @@ void StartWinVersionInfo() {
 }
 
 void StopWinVersionInfo() noexcept {
-  g_isWow64Process.store(nullptr);
-  g_getNativeSystemInfo.store(nullptr);
-  g_getProductInfo.store(nullptr);
-  g_isOS.store(nullptr);
-  for (SystemLibrary* const library : {&g_kernel32, &g_shlwapi}) {
-    if (const HMODULE module = library->module.exchange(nullptr)) FreeLibrary(module);
-  }
+  g_isWow64Process.Forget();
+  g_getNativeSystemInfo.Forget();
+  g_getProductInfo.Forget();
+  g_isOS.Forget();
+  g_kernel32.Free();
+  g_shlwapi.Free();
 }
 
 }  // namespace smh

@@ -79,5 +79,14 @@ TEST_F(ExecuteTest, FailureIsShownLoggedAndReturned) {
   }));
 }
 
+// The prefix of this suite lacks the starter of the registry editor.
+TEST_F(ExecuteTest, RegistryEditorThatCannotBeStartedIsShown) {
+  SetUserRun(L"Sample", sample.Quoted());
+  Read();
+  BoxCloser closer;
+  EXPECT_EQ(FindUserRun(L"Sample").ShowLocation(), S_OK);
+  EXPECT_EQ(closer.Caption(), L"Quillmark Startup Manager");
+}
+
 }  // namespace
 }  // namespace smh::test

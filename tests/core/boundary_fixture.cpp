@@ -66,15 +66,6 @@ std::wstring OwnViewPrefix() {
   return HasTwoViews() ? L"(x64)" : L"(x32)";
 }
 
-bool WaitUntil(const std::function<bool()>& condition, DWORD limit) {
-  const DWORD begin = GetTickCount();
-  while (!condition()) {
-    if (GetTickCount() - begin > limit) return false;
-    Sleep(10);
-  }
-  return true;
-}
-
 bool WaitUntilComplete(const RawCollection& items) {
   return WaitUntil([&] { return items.GetReadState() == 2; });
 }

@@ -4,10 +4,10 @@
 #include "core/boundary_client.h"
 #include "support/file_fixture.h"
 #include "support/registry_fixture.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,8 +25,6 @@ REGSAM OwnView();
 // What full value paths begin with in that view.
 std::wstring OwnViewPrefix();
 
-// Polls until `condition` holds; false after the limit.
-bool WaitUntil(const std::function<bool()>& condition, DWORD limit = 15'000);
 bool WaitUntilComplete(const RawCollection& items);
 
 // "StartupManager.log"

@@ -54,6 +54,8 @@ TEST(CommandLine, ItemsAndValuesArriveAsTheyAre) {
     EXPECT_EQ(Parse(change).arguments.items, Words{L"item"});
   }
   EXPECT_EQ(Parse({L"resolve", L"\"a b\" c"}).arguments.items, Words{L"\"a b\" c"});
+  EXPECT_EQ(Parse({L"clients", L"--add", L"a b", L"--json", L"--add", L"[c,d]"}).arguments.paths,
+            (Words{L"a b", L"[c,d]"}));
 }
 
 TEST(CommandLine, LocationOptionTakesOneWordOnly) {
@@ -92,6 +94,11 @@ TEST(CommandLine, WrongUsageIsRefused) {
       {L"watch", L"--seconds", L"-1"},
       {L"watch", L"--seconds", L"soon"},
       {L"log", L"stray"},
+      {L"clients", L"stray"},
+      {L"clients", L"--csv"},
+      {L"clients", L"--add"},
+      {L"clients", L"--add", L" "},
+      {L"clients", L"--add", L"one", L"two"},
   };
   for (const Words& words : wrong) {
     SCOPED_TRACE(testing::PrintToString(words));
@@ -103,7 +110,10 @@ TEST(CommandLine, HelpIsNoError) {
   const auto top = ParseCommandLine(Words{L"--help"});
   const std::wstring& text = std::get<std::wstring>(top);
   for (const Command& command : AllCommands()) {
-    EXPECT_NE(text.find(std::wstring(command.name.begin(), command.name.end())), std::wstring::npos);
+    const bool hidden = (command.options & kHidden) != 0;
+    const std::size_t place =
+        text.find(L"  " + std::wstring(command.name.begin(), command.name.end()) + L" ");
+    EXPECT_EQ(place == std::wstring::npos, hidden) << command.name;
     const Words words = {std::wstring(command.name.begin(), command.name.end()), L"--help"};
     EXPECT_TRUE(std::holds_alternative<std::wstring>(ParseCommandLine(words)));
   }

@@ -3,6 +3,7 @@
 
 #include "support/child_process.h"
 #include "support/test_main.h"
+#include "support/waiting.h"
 #include "text_encoding.h"
 
 namespace smh::test {
@@ -39,6 +40,18 @@ TEST_F(StartupctlTest, ExecuteFailsWithoutABoxThatWaits) {
   }
 }
 
+// The prefix of this suite lacks the starter of the registry editor.
+TEST_F(StartupctlTest, LocateTellsThePlaceWithoutTheEditor) {
+  SetRun(HKEY_CURRENT_USER, L"ctl\\place", Command(L"here"));
+  const StartupctlResult result = Run({L"locate", L"ctl\\place"}, 1);
+  for (const std::string& part :
+       {std::string("HKEY_CURRENT_USER\n"), ToUtf8(kRunKey) + "\n",
+        std::string(HasTwoViews() ? "64-bit" : "32-bit"), std::string(" ctl\\place\n")}) {
+    EXPECT_NE(result.output.find(part), std::string::npos) << part << " in " << result.output;
+  }
+  EXPECT_NE(result.errors.find("the registry editor cannot be started"), std::string::npos) << result.errors;
+}
+
 class Watching : public StartupctlTest {
  protected:
   // Starts to watch; the first look is over when this returns.
@@ -46,8 +59,8 @@ class Watching : public StartupctlTest {
     std::vector<std::wstring> arguments = {L"watch"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     process_.emplace(arguments);
-    ASSERT_TRUE(process_->WaitUntil(
-        [this] { return process_->Errors().find("Watching") != std::string::npos; }, 30'000));
+    ASSERT_TRUE(
+        WaitUntil([this] { return process_->Errors().find("Watching") != std::string::npos; }, 30'000));
   }
   StartupctlProcess& Process() { return *process_; }
   std::vector<Json> Events() const {
@@ -62,7 +75,7 @@ class Watching : public StartupctlTest {
     return events;
   }
   bool WaitForEvents(std::size_t count, DWORD milliseconds) {
-    return process_->WaitUntil([this, count] { return Events().size() >= count; }, milliseconds);
+    return WaitUntil([this, count] { return Events().size() >= count; }, milliseconds);
   }
 
  private:

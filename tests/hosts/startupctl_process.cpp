@@ -71,15 +71,6 @@ StartupctlProcess::~StartupctlProcess() {
   WaitForSingleObject(process_.Get(), INFINITE);
 }
 
-bool StartupctlProcess::WaitUntil(const std::function<bool()>& condition, DWORD milliseconds) const {
-  const ULONGLONG start = GetTickCount64();
-  while (!condition()) {
-    if (GetTickCount64() - start > milliseconds) return false;
-    Sleep(20);
-  }
-  return true;
-}
-
 StartupctlResult StartupctlProcess::Finish(DWORD limit) {
   EXPECT_EQ(WaitForSingleObject(process_.Get(), limit), WAIT_OBJECT_0) << "startupctl.exe hangs";
   StartupctlResult result;

@@ -3,7 +3,6 @@
 
 #include "infra/handle.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -41,8 +40,6 @@ class StartupctlProcess {
 
   std::string Output() const { return output_.Text(); }
   std::string Errors() const { return errors_.Text(); }
-  // Waits until `condition` holds; false when that takes longer than `milliseconds`.
-  bool WaitUntil(const std::function<bool()>& condition, DWORD milliseconds) const;
   // Waits for the end; one that does not come within `limit` is a failed test, and exit code 259.
   StartupctlResult Finish(DWORD limit = 60'000);
   // What the system does in the process when someone presses Ctrl+Break; there is no console to press it on.

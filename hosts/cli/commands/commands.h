@@ -24,6 +24,8 @@ enum CommandOption : std::uint32_t {
   kNeedsCommand = 1 << 10,     // --command
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
+  kHidden = 1 << 13,           // not named by --help
+  kTakesPaths = 1 << 14,       // --add, repeatable
 };
 
 struct Command {
@@ -48,7 +50,9 @@ void RunExecute(const Arguments& arguments);
 void RunLocate(const Arguments& arguments);
 void RunResolve(const Arguments& arguments);
 void RunWatch(const Arguments& arguments);
+void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
+void RunWindows(const Arguments& arguments);
 
 }  // namespace smh

@@ -1,16 +1,38 @@
 #include "commands/commands.h"
+#include "console.h"
+#include "dialog_blocker.h"
 #include "host_error.h"
+#include "item_place.h"
 #include "item_selector.h"
 #include "reading.h"
+#include "table_output.h"
+#include "text_encoding.h"
 
 namespace smh {
+namespace {
+
+// The system's tool may show something else, or nothing at all; with this the user can go there by hand.
+void WritePlace(const ItemRecord& item) {
+  auto place = ItemPlace(item);
+  for (auto& [name, text] : place) text = Printable(text);
+  WriteOutput(KeyValueLines(place));
+}
+
+}  // namespace
 
 void RunLocate(const Arguments& arguments) {
   const Library library;
   const ItemRecord item = SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
+  WritePlace(item);
   const ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
   if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
-  CheckResult(listed->ShowLocation(), L"Cannot show the place of " + Describe(item));
+  const std::wstring failure = L"Cannot show the place of " + Describe(item);
+  {
+    const DialogBlocker blocker;
+    CheckResult(listed->ShowLocation(), failure);
+  }
+  // The library tells this failure in a message box only.
+  if (DialogBlocker::HasRefused()) throw HostError(failure + L": the registry editor cannot be started.");
 }
 
 }  // namespace smh

@@ -6,6 +6,7 @@
 #include "locations/folders/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "model/reader_control.h"
+#include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>
@@ -70,6 +71,11 @@ std::vector<std::wstring> TLocationFolderStd::AllFolders() const {
 
 bool TLocationFolderStd::ItemExists(const TStartupItem& item) {
   return FileUtils::FileExists(item.Name());
+}
+
+void TLocationFolderStd::ShowItemLocation(const TStartupItem& item) {
+  const DWORD code = OpenWithShell(nullptr, L"explorer.exe", Format(L"/select,\"%s\"", item.Name()));
+  if (code != ERROR_SUCCESS) RaiseOSError(code);
 }
 
 bool TLocationFolderStd::IsChanged() {

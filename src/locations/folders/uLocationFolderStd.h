@@ -45,6 +45,8 @@ class TLocationFolderStd final : public TLocationStartup {
   // Between the two Startup folders the file itself moves; to any other location the base's move.
   void MoveItem(const ItemRef& item, TTypeStartupLocation target) override;
   void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
+  // Raises EOSError when the file browser cannot be started.
+  void ShowItemLocation(const TStartupItem& item) override;
 
  private:
   // What an extracted shortcut was.

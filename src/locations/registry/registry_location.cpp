@@ -5,6 +5,7 @@
 #include "infra/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
 #include "model/reader_control.h"
+#include "sysutil/uRegEditUtils.h"
 #include "sysutil/uWinVersionInfo.h"
 
 namespace smh {
@@ -48,6 +49,11 @@ bool TLocationRegistry::IsChanged() {
     return true;
   }
   return Gate().TakeLoadDue();
+}
+
+void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  RegEditUtils::OpenRegEdit(address.viewBits, address.root, ValueToShow(address), address.key);
 }
 
 void TLocationRegistry::ReadItems() {

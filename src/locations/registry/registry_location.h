@@ -26,6 +26,8 @@ class TLocationRegistry : public TLocationStartup {
   void DeleteItem(const ItemRef& item) final;
   void EnableItem(const ItemRef& item) final;
   void DisableItem(const ItemRef& item) final;
+  // In the registry editor; see RegEditUtils.
+  void ShowItemLocation(const TStartupItem& item) final;
 
  protected:
   struct Keys {
@@ -78,6 +80,8 @@ class TLocationRegistry : public TLocationStartup {
   // The same place below the other key, under the same name.
   Switch SameNameSwitch(const TStartupItem& item, RegistryValueAddress to, std::wstring text) const;
   virtual std::unique_ptr<EntryStore> Store(bool recorded) const = 0;
+  // The value that stands for the entry in its key; the key's default value for an empty name.
+  virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
 
  private:
   void LoadItems();

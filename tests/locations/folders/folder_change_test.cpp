@@ -2,11 +2,13 @@
 #include "folder_fixture.h"
 #include "infra/text.h"
 #include "shelllink/uShellLinkInfo.h"
+#include "support/import_patch.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
 
 #include <objbase.h>
+#include <shellapi.h>
 
 #include <thread>
 
@@ -254,6 +256,25 @@ TEST_P(FolderChange, TheCallersThreadNeedsNoComAndKeepsWhatItHas) {
     EXPECT_EQ(comAfterwards, hasCom ? S_FALSE : S_OK);
   }
   EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"multi.lnk", L"none.lnk"));
+}
+
+std::wstring g_opened;
+HINSTANCE WINAPI TakeOpened(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters, LPCWSTR, INT) {
+  g_opened = std::wstring(verb) + L" " + file + L" " + parameters;
+  const bool works = g_opened.find(L"Foo") != std::wstring::npos;
+  return reinterpret_cast<HINSTANCE>(works ? 33 : SE_ERR_FNF);
+}
+
+TEST_F(FolderTest, ShowOpensTheFileBrowserAtTheFile) {
+  const ImportPatch patch("ShellExecuteW", &TakeOpened);
+  for (const std::wstring& name : {std::wstring(L"Foo, bar.exe"), std::wstring(L"Gone.exe")}) {
+    const std::wstring file = Put(user.startup + name, "MZ");
+    const ItemRef item = LoadAndFind(UserFolder(), file);
+    SetLastError(ERROR_DISK_FULL);
+    EXPECT_EQ(ErrorOf([&] { UserFolder().ShowItemLocation(*item); }),
+              name.starts_with(L"Foo") ? ERROR_SUCCESS : DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(g_opened, L"open explorer.exe /select,\"" + file + L"\"");
+  }
 }
 
 }  // namespace

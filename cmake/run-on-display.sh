@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# run-on-display.sh ARCH PROGRAM ARGS...: runs a test program on a screen of its own, in the display prefix of ARCH
+# (win64 or win32). Wine lacks a program that Windows has in its system folders: the starter of the registry editor.
+# The one in stand_ins beside PROGRAM is put there.
+set -euo pipefail
+arch=$1 program=$2
+here=$(cd "$(dirname "$0")" && pwd)
+root=${SMH_TEST_PREFIXES:-$here/../build}
+export WINEPREFIX=$root/display-$arch WINEDEBUG=${WINEDEBUG:--all}
+export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
+
+if [ -z "${SMH_ON_DISPLAY:-}" ]; then
+  "$here/prefix.sh" "$arch" "$WINEPREFIX" "$here/display-seed.sh"
+  # Two runs that begin at once must not look for a free screen number in the same place.
+  exec env SMH_ON_DISPLAY=1 xvfb-run -a -n $((100 + $$ % 800)) -s "-screen 0 1024x768x24 -nolisten tcp" \
+    "$0" "$@"
+fi
+shift 2
+
+end_session() {
+  wineserver -k || true
+  wineserver -w || true
+}
+# A session that began without this screen cannot use it.
+end_session
+trap end_session EXIT
+for folder in "$WINEPREFIX"/drive_c/windows/{system32,syswow64}; do
+  if [ -d "$folder" ]; then cp "$(dirname "$program")/stand_ins/regedt32.exe" "$folder"; fi
+done
+# The services that the first process starts must not hold a pipe of ours.
+wineserver -p >/dev/null 2>&1
+wine wineboot </dev/null >/dev/null 2>&1
+wine "$program" "$@"
