@@ -47,7 +47,12 @@ std::wstring SessionAccount() {
 }  // namespace
 
 bool Account::IsForeign() const noexcept {
-  return !sessionUser.empty() && !name.empty() && !SameText(name, sessionUser);
+  // A name may come without its domain.
+  const bool bothFull = FolderPart(name).size() > 0 && FolderPart(sessionUser).size() > 0;
+  const auto compared = [bothFull](const std::wstring& text) {
+    return bothFull ? std::wstring_view(text) : FileNamePart(text);
+  };
+  return !sessionUser.empty() && !name.empty() && !SameText(compared(name), compared(sessionUser));
 }
 
 Account CurrentAccount() {

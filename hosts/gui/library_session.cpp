@@ -103,6 +103,17 @@ std::optional<ListNews> LibrarySession::Look() {
   return news;
 }
 
+ProgramNews LibrarySession::ReadPrograms() {
+  ComPtr<IFavoriteItemCollection> programs;
+  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), L"Cannot read the default programs");
+  ProgramNews news;
+  news.programs = ReadClients(library_, *programs);
+  news.smallImages = programs->GetSmallImageList();
+  programsBefore_ = std::move(programs_);
+  programs_ = std::move(programs);
+  return news;
+}
+
 OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
                                       const EntryOperation& operation) const {
   OperationReport report;

@@ -1,6 +1,7 @@
 // The library as the window uses it. Everything here runs on the worker's thread.
 #pragma once
 
+#include "client_record.h"
 #include "entry_look.h"
 #include "entry_rows.h"
 #include "library.h"
@@ -35,6 +36,11 @@ struct EntryOperation {
   std::function<HRESULT(IStartupItem& item)> apply;
 };
 
+struct ProgramNews {
+  std::vector<ClientRecord> programs;
+  HIMAGELIST smallImages = nullptr;  // the library's, valid until the programs are read anew
+};
+
 enum class ExportFormat { csv, json };
 
 class LibrarySession {
@@ -66,11 +72,16 @@ class LibrarySession {
   }
   // Raises HostError when the file cannot be written; what stood there is replaced only by a whole file.
   void Export(std::vector<ItemRecord> items, ExportFormat format, const std::wstring& file) const;
+  // Reads the default programs and waits for them.
+  ProgramNews ReadPrograms();
   const Library& Get() const noexcept { return library_; }
 
  private:
   Library library_;
   std::shared_ptr<std::atomic<int>> openSheets_ = std::make_shared<std::atomic<int>>(0);
+  // The window may still draw with the images of the one before.
+  ComPtr<IFavoriteItemCollection> programs_;
+  ComPtr<IFavoriteItemCollection> programsBefore_;
   EntryWatch watch_{Announce::atOnce};
   std::int32_t tellState_ = -1;
   bool hasListed_ = false;

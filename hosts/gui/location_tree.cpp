@@ -46,6 +46,7 @@ void LocationTree::Build(bool allLocations) {
   building_ = false;
   TreeView_SelectItem(tree_, again == nodes_.end() ? root : again->item);
   SendMessageW(tree_, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(tree_, nullptr, TRUE);
 }
 
 void LocationTree::AddLocations(HTREEITEM root, bool all) {

@@ -21,7 +21,7 @@ void SetPart(HWND status, WPARAM part, const std::wstring& text) {
 }  // namespace
 
 LRESULT MainWindow::OnNotify(const NMHDR& header) {
-  if (entries_ == nullptr) return 0;
+  if (view_ == nullptr) return 0;
   LRESULT result = 0;
   if (CommandBar::OnNotify(header) || tree_.OnNotify(header) || entries_->OnNotify(header, result))
     return result;
@@ -47,6 +47,7 @@ bool MainWindow::CanRun(UINT command) const {
     case CMD_NEXT_PANE:
     case CMD_PREVIOUS_PANE:
     case CMD_ENTRIES:
+    case CMD_DEFAULT_PROGRAMS:
     case CMD_ABOUT:
     case CMD_EXIT:
       return true;
@@ -74,6 +75,8 @@ void MainWindow::Run(UINT command) {
       return NextPane(command == CMD_PREVIOUS_PANE);
     case CMD_ENTRIES:
       return tree_.Select(LocationTree::Kind::entries);
+    case CMD_DEFAULT_PROGRAMS:
+      return tree_.Select(LocationTree::Kind::programs);
     case CMD_ABOUT:
       return ShowAbout();
     case CMD_EXIT:
@@ -86,24 +89,51 @@ void MainWindow::Run(UINT command) {
   }
 }
 
+std::vector<View*> MainWindow::Views() const {
+  return {entries_.get(), programs_.get()};
+}
+
 void MainWindow::ShowNode(const LocationTree::Node& node) {
-  entries_->ShowLocations(node.locations);
-  const bool isUsers = account_.IsForeign() && (node.locations.none() || [&] {
-                         for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-                           if (node.locations[location] && IsUserLocation(location)) return true;
-                         }
-                         return false;
-                       }());
-  const std::wstring text = L"The entries of \u201Cthis user\u201D are those of " + account_.name +
-                            L", not of " + account_.sessionUser + L", who is logged on.";
-  SetWindowTextW(banner_, text.c_str());
-  ShowWindow(banner_, isUsers ? SW_SHOWNA : SW_HIDE);
+  switch (node.kind) {
+    case LocationTree::Kind::entries:
+      entries_->ShowLocations(node.locations);
+      ShowView(*entries_);
+      break;
+    case LocationTree::Kind::programs:
+      ShowView(*programs_);
+      break;
+    case LocationTree::Kind::undo:
+      break;
+  }
+  ShowBanner(node);
   Layout();
   Update();
 }
 
+void MainWindow::ShowView(View& view) {
+  if (view_ == &view) return;
+  view_->Show(false);
+  view_ = &view;
+  view_->Search(TextOf(search_));
+  view_->Show(true);
+  said_.clear();
+}
+
+// Whose entries these are, where that is not plain.
+void MainWindow::ShowBanner(const LocationTree::Node& node) const {
+  bool isUsers = false;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    isUsers = isUsers || (node.locations[location] && IsUserLocation(location));
+  }
+  const std::wstring text = L"The entries of \u201Cthis user\u201D are those of " + account_.name +
+                            L", not of " + account_.sessionUser + L", who is logged on.";
+  SetWindowTextW(banner_, text.c_str());
+  ShowWindow(banner_, isUsers && account_.IsForeign() ? SW_SHOWNA : SW_HIDE);
+}
+
 void MainWindow::Refresh() {
   said_.clear();
+  if (view_ == programs_.get()) return programs_->Refresh();
   worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
 }
 

@@ -73,6 +73,7 @@ void MainWindow::OnCreate() {
     Layout();
   });
   entries_ = std::make_unique<EntriesView>(Handle(), frame_);
+  programs_ = std::make_unique<ProgramsView>(Handle(), frame_);
   status_ =
       CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0,
                       0, 0, 0, Handle(), reinterpret_cast<HMENU>(IDC_STATUS), nullptr, nullptr);
@@ -143,7 +144,7 @@ void MainWindow::ApplyDpi() {
   bar_.SetDpi(dpi_, font.Get());
   bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);
   tree_.SetDpi(dpi_, font.Get());
-  entries_->SetDpi(dpi_, fonts);
+  for (View* const view : Views()) view->SetDpi(dpi_, fonts);
   for (const HWND control : {search_, status_, banner_}) {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
   }
@@ -246,6 +247,7 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DESTROY:
       queue_.Detach();
       entries_->ForgetImages();
+      programs_->ForgetImages();
       PostQuitMessage(0);
       return 0;
     default:

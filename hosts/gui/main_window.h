@@ -7,6 +7,7 @@
 #include "entries_view.h"
 #include "frame.h"
 #include "location_tree.h"
+#include "programs_view.h"
 #include "splitter.h"
 #include "ui_queue.h"
 #include "window.h"
@@ -44,6 +45,9 @@ class MainWindow final : public Window {
   bool CanRun(UINT command) const;
   void Run(UINT command);
   void ShowNode(const LocationTree::Node& node);
+  void ShowView(View& view);
+  void ShowBanner(const LocationTree::Node& node) const;
+  std::vector<View*> Views() const;
   void Refresh();
   void Update();
   void ShowStatus();
@@ -60,6 +64,7 @@ class MainWindow final : public Window {
   CommandBar bar_;
   Splitter splitter_;
   std::unique_ptr<EntriesView> entries_;
+  std::unique_ptr<ProgramsView> programs_;
   View* view_ = nullptr;
   HWND search_ = nullptr;
   HWND status_ = nullptr;
