@@ -101,7 +101,7 @@ void GuiProgram::Search(const std::wstring& text) const {
 
 HWND GuiProgram::WaitForDialog() const {
   HWND dialog = nullptr;
-  WaitUntil([&] { return (dialog = FindWindowOf(process_.Id(), L"#32770")) != nullptr; }, 5'000);
+  WaitUntil([&] { return (dialog = FindWindowOf(process_.Id(), L"#32770")) != nullptr; });
   return dialog;
 }
 

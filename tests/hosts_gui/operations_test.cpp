@@ -151,7 +151,8 @@ TEST_F(OperationsTest, ARefusalShowsTheLibrarysText) {
   const LimitedKey limited(HKEY_CURRENT_USER, kSideKey, LimitedKey::Rights::kReadOnly);
   gui.Command(CMD_DISABLE);
   const HWND box = gui.WaitForDialog();
-  ASSERT_NE(box, nullptr);
+  if (box==nullptr) SaveScreenshot(L"debug");
+  ASSERT_NE(box, nullptr) << gui.Status(0) << gui.Selection(IDC_ENTRIES).size();
   wchar_t text[512] = L"";
   // The text of a message box has the number of a static control without one.
   SendDlgItemMessageW(box, 0xFFFF, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
