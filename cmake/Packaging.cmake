@@ -7,6 +7,7 @@ add_custom_target(product DEPENDS ${PRODUCT_TARGETS})
 install(TARGETS ${PRODUCT_TARGETS} RUNTIME DESTINATION .)
 install(FILES
         src/infra/boundary_string.h src/infra/intf_DebugLog.h src/infra/intf_FileRater.h
-        src/infra/intf_general.h src/infra/intf_safeguard.h src/infra/intf_settings.h
+        src/infra/intf_general.h src/infra/intf_journal.h src/infra/intf_safeguard.h
+        src/infra/intf_settings.h
         DESTINATION include/infra)
 install(FILES src/core/StartupManagerHelper.h DESTINATION include/core)

@@ -3,6 +3,7 @@
 #include "console.h"
 #include "host_error.h"
 #include "host_process.h"
+#include "interrupted_note.h"
 #include "text_encoding.h"
 
 #include <windows.h>
@@ -24,6 +25,7 @@ void Run(std::span<const std::wstring> arguments) {
     WriteOutput(*help);
     return;
   }
+  NameInterruptedCheckpoints();
   const Invocation& invocation = std::get<Invocation>(parsed);
   invocation.command->run(invocation.arguments);
 }

@@ -2,7 +2,7 @@
 
 #include "core/uDllGlobals.h"
 #include "infra/text.h"
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
@@ -167,7 +167,7 @@ void TLocationFolderStd::ChangeItemCommand(const ItemRef& item, const std::wstri
 void TLocationFolderStd::ReplaceShortcut(const FileChanger& changer, const std::wstring& made,
                                          const std::wstring& file) const {
   const std::string bytes = ReadShortcutBytes(made);
-  // A recorded replacement writes into the old file: a copy is at hand before that begins.
+  // Whatever stands there after a failure, the old file comes back from a copy made before.
   const std::wstring kept = MakeUniqueFileName(made);
   const ScopedFile removeKept(kept);
   WriteNewFile(kept, ReadShortcutBytes(file));

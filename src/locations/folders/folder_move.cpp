@@ -2,10 +2,12 @@
 
 #include "core/uDllGlobals.h"
 #include "infra/assertion.h"
+#include "infra/exceptions.h"
 #include "infra/text.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
+#include "sysutil/uFileUtils.h"
 
 namespace smh {
 
@@ -81,7 +83,23 @@ void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled
   Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
 }
 
-void TLocationFolderStd::PutBackItem(bool) {
+void TLocationFolderStd::WriteBack(bool checkpoint, const std::wstring& path,
+                                   const std::string& bytes) const {
+  if (checkpoint) {
+    try {
+      const std::wstring made = MakeUniqueFileName(TempShortcutFolder() + std::wstring(FileNamePart(path)));
+      WriteNewFile(made, bytes);
+      const ScopedFile removeIfLeft(made);
+      FileChanger(true).Move(made, path);
+      return;
+    } catch (const EOSError&) {
+      // What the service refuses is done all the same: no entry may be lost.
+    }
+  }
+  if (!FileUtils::FileExists(path)) WriteNewFile(path, bytes);
+}
+
+void TLocationFolderStd::PutBackItem(bool checkpoint) {
   if (!extracted_) return;
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
@@ -89,7 +107,7 @@ void TLocationFolderStd::PutBackItem(bool) {
   extracted_.reset();
   // Its old name may have been taken meanwhile.
   const std::wstring path = MakeUniqueFileName(entry.path);
-  WriteNewFile(path, entry.bytes);
+  WriteBack(checkpoint, path, entry.bytes);
   if (path != entry.path) Items().Relocate(*entry.item, path, {}, entry.item->IsEnabled());
   Items().Insert(entry.position, entry.item);
 }

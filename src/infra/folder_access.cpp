@@ -1,10 +1,9 @@
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 
 #include "infra/exceptions.h"
 #include "infra/format.h"
 #include "infra/handle.h"
 #include "infra/text.h"
-#include "sysutil/uFileUtils.h"
 
 #include <aclapi.h>
 #include <sddl.h>
@@ -15,10 +14,8 @@ namespace {
 
 // SYSTEM and Administrators everything, Users read; protected from inheritance.
 constexpr wchar_t kProtectedFolder[] = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FRFX;;;BU)";
-
-constexpr ACCESS_MASK kChangeRights = FILE_WRITE_DATA | FILE_APPEND_DATA | FILE_WRITE_EA |
-                                      FILE_WRITE_ATTRIBUTES | FILE_DELETE_CHILD | DELETE | WRITE_DAC |
-                                      WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL | MAXIMUM_ALLOWED;
+// Without the entry for Users.
+constexpr wchar_t kPrivateFolder[] = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)";
 
 struct LocalMemoryTraits {
   using Type = HLOCAL;
@@ -46,9 +43,9 @@ bool HoldsTrustedSid(const ACCESS_ALLOWED_ACE* ace) noexcept {
          IsValidSid(sid) && IsTrustedSid(sid);
 }
 
-// Whether the entry gives somebody else a right to change. Deny entries give nothing; an inherit-only entry
+// Whether the entry gives somebody else one of the rights. Deny entries give nothing; an inherit-only entry
 // speaks of children.
-bool LetsOthersChange(const ACE_HEADER* header) noexcept {
+bool GivesOthers(const ACE_HEADER* header, ACCESS_MASK rights) noexcept {
   if ((header->AceFlags & INHERIT_ONLY_ACE) != 0) return false;
   switch (header->AceType) {
     case ACCESS_DENIED_ACE_TYPE:
@@ -58,7 +55,7 @@ bool LetsOthersChange(const ACE_HEADER* header) noexcept {
     case ACCESS_ALLOWED_ACE_TYPE: {
       if (header->AceSize < sizeof(ACCESS_ALLOWED_ACE)) return true;
       const auto* const ace = reinterpret_cast<const ACCESS_ALLOWED_ACE*>(header);
-      return (ace->Mask & kChangeRights) != 0 && !HoldsTrustedSid(ace);
+      return (ace->Mask & rights) != 0 && !HoldsTrustedSid(ace);
     }
     default:
       // Of a kind that this decision does not know: not trusted.
@@ -75,39 +72,57 @@ Descriptor ReadDescriptor(const std::wstring& path) {
   return descriptor;
 }
 
-ScopedLocalMemory ProtectedFolderDescriptor() {
+ScopedLocalMemory DescriptorOf(const wchar_t* text) {
   ScopedLocalMemory descriptor;
-  if (ConvertStringSecurityDescriptorToSecurityDescriptorW(kProtectedFolder, SDDL_REVISION_1,
-                                                           descriptor.Put(), nullptr) == FALSE) {
+  if (ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, descriptor.Put(),
+                                                           nullptr) == FALSE) {
     RaiseLastOSError();
   }
   return descriptor;
 }
 
-bool MakeOneFolder(const std::wstring& path) {
-  const ScopedLocalMemory descriptor = ProtectedFolderDescriptor();
+bool IsFolder(const std::wstring& path) noexcept {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool MakeOneFolder(const std::wstring& path, const wchar_t* access = kProtectedFolder) {
+  const ScopedLocalMemory descriptor = DescriptorOf(access);
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor.Get(), FALSE};
   return CreateDirectoryW(path.c_str(), &attributes) != FALSE;
 }
 
 }  // namespace
 
-bool IsTrusted(PSID owner, PACL dacl) noexcept {
+bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights) noexcept {
   if (owner == nullptr || !IsValidSid(owner) || !IsTrustedSid(owner)) return false;
   if (dacl == nullptr || !IsValidAcl(dacl)) return false;
   for (DWORD i = 0; i < dacl->AceCount; ++i) {
     void* ace = nullptr;
-    if (GetAce(dacl, i, &ace) == FALSE || LetsOthersChange(static_cast<const ACE_HEADER*>(ace))) return false;
+    if (GetAce(dacl, i, &ace) == FALSE) return false;
+    if (GivesOthers(static_cast<const ACE_HEADER*>(ace), rights)) return false;
   }
   return true;
 }
 
-void MakeProtectedFolder(const std::wstring& folder) {
+namespace {
+
+void MakeFolderWith(const std::wstring& folder, const wchar_t* access) {
   const std::wstring path = WithoutTrailingBackslash(folder);
-  if (FileUtils::DirectoryExists(path)) return;
+  if (IsFolder(path)) return;
   const std::wstring parent(FolderPart(path));
   if (parent.size() > 3 && parent.size() < path.size()) MakeProtectedFolder(parent);
-  if (!MakeOneFolder(path) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
+  if (!MakeOneFolder(path, access) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
+}
+
+}  // namespace
+
+void MakeProtectedFolder(const std::wstring& folder) {
+  MakeFolderWith(folder, kProtectedFolder);
+}
+
+void MakePrivateFolder(const std::wstring& folder) {
+  MakeFolderWith(folder, kPrivateFolder);
 }
 
 bool KeepsAccess(const std::wstring& dataFolder) {
@@ -125,12 +140,13 @@ bool KeepsAccess(const std::wstring& dataFolder) {
   return keeps;
 }
 
-void RequireTrusted(const std::wstring& path) {
+void RequireTrusted(const std::wstring& path, ACCESS_MASK rights) {
   const std::wstring name = WithoutTrailingBackslash(path);
   const DWORD attributes = GetFileAttributesW(name.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
   const Descriptor descriptor = ReadDescriptor(name);
-  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 || !IsTrusted(descriptor.owner, descriptor.dacl)) {
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ||
+      !IsTrusted(descriptor.owner, descriptor.dacl, rights)) {
     RaiseOSError(ERROR_ACCESS_DENIED);
   }
 }
