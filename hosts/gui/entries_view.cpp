@@ -12,8 +12,6 @@ namespace {
 constexpr COLORREF kMissingColor = RGB(0xB0, 0x30, 0x20);
 constexpr int kLeastListHeight = 80;
 constexpr int kLeastDetailsHeight = 60;
-// Sixteen dots are too small from here on.
-constexpr int kLargeImagesDpi = 168;
 
 std::vector<ListColumn> ListColumns() {
   std::vector<ListColumn> columns;
@@ -71,7 +69,7 @@ void EntriesView::OnNews(ListNews& news) {
 }
 
 void EntriesView::ChooseImages() {
-  list_.SetImages(dpi_ >= kLargeImagesDpi ? largeImages_ : smallImages_);
+  list_.SetImages(images_.For(dpi_, smallImages_, largeImages_));
 }
 
 void EntriesView::ForgetImages() {

@@ -4,6 +4,7 @@
 #include "details_pane.h"
 #include "entry_rows.h"
 #include "frame.h"
+#include "scaled_images.h"
 #include "splitter.h"
 #include "view.h"
 #include "virtual_list.h"
@@ -87,6 +88,7 @@ class EntriesView final : public View {
   Splitter splitter_;
   RECT area_ = {};
   LocationSet locations_;
+  ScaledImages images_;
   HIMAGELIST smallImages_ = nullptr;
   HIMAGELIST largeImages_ = nullptr;
   std::int32_t readState_ = kReadStateReading;

@@ -1,6 +1,7 @@
 // What can be done with the selected entries.
 #include "entries_view.h"
 #include "entry_dialogs.h"
+#include "item_property.h"
 #include "location_titles.h"
 #include "resource.h"
 
@@ -147,7 +148,10 @@ void EntriesView::Switch(ItemAction action, std::vector<ItemRecord> items) {
   if (!MayChange(items)) return;
   const bool enable = action == kActionEnable;
   Apply(std::move(items),
-        {action, [enable](IStartupItem& item) { return enable ? item.Enable() : item.Disable(); }},
+        {action, [enable](IStartupItem& item) { return enable ? item.Enable() : item.Disable(); },
+         [enable](IStartupItem& item) {
+           return item.GetIndex() < 0 || FlagProperty(item, kPropertyEnabled) == enable;
+         }},
         enable ? L"Enabled" : L"Disabled");
 }
 
@@ -159,7 +163,10 @@ void EntriesView::Delete() {
                            L"program just as well.")) {
     return;
   }
-  Apply(std::move(items), {kActionDelete, [](IStartupItem& item) { return item.Delete(); }}, L"Deleted");
+  Apply(std::move(items),
+        {kActionDelete, [](IStartupItem& item) { return item.Delete(); },
+         [](IStartupItem& item) { return item.GetIndex() < 0; }},
+        L"Deleted");
 }
 
 void EntriesView::Add() {
@@ -190,7 +197,11 @@ void EntriesView::Move() {
       if (targets.none()) return ShowError(frame_, L"No other location takes " + NamesOf(items) + L".");
       const auto target = AskTarget(frame_.window, targets, L"Move " + NamesOf(items) + L" to");
       if (!target) return;
-      Apply(items, {kActionMove, [target = *target](IStartupItem& item) { return item.MoveTo(target); }},
+      Apply(items,
+            {kActionMove, [target = *target](IStartupItem& item) { return item.MoveTo(target); },
+             [target = *target](IStartupItem& item) {
+               return item.GetIndex() < 0 || item.GetLocation() == target;
+             }},
             L"Moved");
     });
   });
@@ -203,7 +214,10 @@ void EntriesView::ChangeCommand() {
   if (!command || *command == items.front().command) return;
   Apply(std::move(items),
         {kActionChangeCommand,
-         [command = *command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); }},
+         [command = *command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
+         [before = items.front().command](IStartupItem& item) {
+           return item.GetIndex() < 0 || TextProperty(item, kPropertyCommand) != before;
+         }},
         L"Changed");
 }
 

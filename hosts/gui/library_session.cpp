@@ -36,7 +36,12 @@ std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
   if (!item->CanDo(operation.action)) return L"the entry does not allow it in its present state.";
   const DialogBlocker blocker;
   const HRESULT result = operation.apply(*item);
-  return FAILED(result) ? LibraryErrorText(result) : std::wstring();
+  if (FAILED(result)) return LibraryErrorText(result);
+  if (DialogBlocker::HasRefused()) return L"the system could not do it.";
+  // A change that did not happen is never taken for one.
+  if (operation.hasHappened && !operation.hasHappened(*item))
+    return L"nothing was changed: Windows refused it.";
+  return {};
 }
 
 bool WriteWholeFile(const std::wstring& file, const std::string& bytes) {
@@ -109,6 +114,7 @@ ProgramNews LibrarySession::ReadPrograms() {
   ProgramNews news;
   news.programs = ReadClients(library_, *programs);
   news.smallImages = programs->GetSmallImageList();
+  news.largeImages = programs->GetLargeImageList();
   programsBefore_ = std::move(programs_);
   programs_ = std::move(programs);
   return news;

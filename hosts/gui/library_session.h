@@ -4,6 +4,7 @@
 #include "client_record.h"
 #include "entry_look.h"
 #include "entry_rows.h"
+#include "journal.h"
 #include "library.h"
 
 #include <atomic>
@@ -34,11 +35,16 @@ struct OperationReport {
 struct EntryOperation {
   ItemAction action;
   std::function<HRESULT(IStartupItem& item)> apply;
+  // Whether the entry is by now what it has to be; none for an operation that changes no entry. An entry that
+  // has gone has an index below 0.
+  std::function<bool(IStartupItem& item)> hasHappened = {};
 };
 
 struct ProgramNews {
   std::vector<ClientRecord> programs;
-  HIMAGELIST smallImages = nullptr;  // the library's, valid until the programs are read anew
+  // The library's, valid until the programs are read anew.
+  HIMAGELIST smallImages = nullptr;
+  HIMAGELIST largeImages = nullptr;
 };
 
 enum class ExportFormat { csv, json };
@@ -72,12 +78,14 @@ class LibrarySession {
   }
   // Raises HostError when the file cannot be written; what stood there is replaced only by a whole file.
   void Export(std::vector<ItemRecord> items, ExportFormat format, const std::wstring& file) const;
+  const Journal& Changes() const noexcept { return journal_; }
   // Reads the default programs and waits for them.
   ProgramNews ReadPrograms();
   const Library& Get() const noexcept { return library_; }
 
  private:
   Library library_;
+  Journal journal_;
   std::shared_ptr<std::atomic<int>> openSheets_ = std::make_shared<std::atomic<int>>(0);
   // The window may still draw with the images of the one before.
   ComPtr<IFavoriteItemCollection> programs_;

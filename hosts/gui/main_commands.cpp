@@ -23,8 +23,10 @@ void SetPart(HWND status, WPARAM part, const std::wstring& text) {
 LRESULT MainWindow::OnNotify(const NMHDR& header) {
   if (view_ == nullptr) return 0;
   LRESULT result = 0;
-  if (CommandBar::OnNotify(header) || tree_.OnNotify(header) || entries_->OnNotify(header, result))
-    return result;
+  if (CommandBar::OnNotify(header) || tree_.OnNotify(header)) return 0;
+  for (View* const view : Views()) {
+    if (view->OnNotify(header, result)) return result;
+  }
   return 0;
 }
 
@@ -48,11 +50,16 @@ bool MainWindow::CanRun(UINT command) const {
     case CMD_PREVIOUS_PANE:
     case CMD_ENTRIES:
     case CMD_DEFAULT_PROGRAMS:
+    case CMD_UNDO_HISTORY:
     case CMD_ABOUT:
     case CMD_EXIT:
       return true;
     case CMD_RESTART_ELEVATED:
       return !account_.elevated;
+    case CMD_UNDO:
+      return view_ == undo_.get() ? undo_->CanRun(command) : undo_->CanUndoLatest();
+    case CMD_REDO:
+      return view_ == undo_.get() ? undo_->CanRun(command) : undo_->CanRedoLatest();
     default:
       return view_->CanRun(command);
   }
@@ -77,6 +84,12 @@ void MainWindow::Run(UINT command) {
       return tree_.Select(LocationTree::Kind::entries);
     case CMD_DEFAULT_PROGRAMS:
       return tree_.Select(LocationTree::Kind::programs);
+    case CMD_UNDO_HISTORY:
+      return tree_.Select(LocationTree::Kind::undo);
+    case CMD_UNDO:
+      return view_ == undo_.get() ? undo_->Run(command) : undo_->UndoLatest();
+    case CMD_REDO:
+      return view_ == undo_.get() ? undo_->Run(command) : undo_->RedoLatest();
     case CMD_ABOUT:
       return ShowAbout();
     case CMD_EXIT:
@@ -90,7 +103,7 @@ void MainWindow::Run(UINT command) {
 }
 
 std::vector<View*> MainWindow::Views() const {
-  return {entries_.get(), programs_.get()};
+  return {entries_.get(), programs_.get(), undo_.get()};
 }
 
 void MainWindow::ShowNode(const LocationTree::Node& node) {
@@ -103,6 +116,7 @@ void MainWindow::ShowNode(const LocationTree::Node& node) {
       ShowView(*programs_);
       break;
     case LocationTree::Kind::undo:
+      ShowView(*undo_);
       break;
   }
   ShowBanner(node);
@@ -134,6 +148,7 @@ void MainWindow::ShowBanner(const LocationTree::Node& node) const {
 void MainWindow::Refresh() {
   said_.clear();
   if (view_ == programs_.get()) return programs_->Refresh();
+  undo_->Refresh();
   worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
 }
 

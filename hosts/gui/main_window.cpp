@@ -74,6 +74,7 @@ void MainWindow::OnCreate() {
   });
   entries_ = std::make_unique<EntriesView>(Handle(), frame_);
   programs_ = std::make_unique<ProgramsView>(Handle(), frame_);
+  undo_ = std::make_unique<UndoView>(Handle(), frame_);
   status_ =
       CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0,
                       0, 0, 0, Handle(), reinterpret_cast<HMENU>(IDC_STATUS), nullptr, nullptr);
@@ -85,6 +86,7 @@ void MainWindow::OnCreate() {
   bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);
   queue_.Attach(Handle(), kQueueMessage);
   worker_.Listen({[this](ListNews& news) {
+                    if (!news.events.empty()) undo_->Refresh();
                     entries_->OnNews(news);
                     tree_.ShowCounts(entries_->Rows());
                   },

@@ -10,6 +10,7 @@
 #include "programs_view.h"
 #include "splitter.h"
 #include "ui_queue.h"
+#include "undo_view.h"
 #include "window.h"
 #include "worker.h"
 
@@ -65,6 +66,7 @@ class MainWindow final : public Window {
   Splitter splitter_;
   std::unique_ptr<EntriesView> entries_;
   std::unique_ptr<ProgramsView> programs_;
+  std::unique_ptr<UndoView> undo_;
   View* view_ = nullptr;
   HWND search_ = nullptr;
   HWND status_ = nullptr;

@@ -65,7 +65,9 @@ void ProgramsView::Refresh() {
   isRead_ = true;
   frame_.worker.Post([this](LibrarySession& session) {
     frame_.worker.Tell([this, news = session.ReadPrograms()] {
-      list_.SetImages(news.smallImages);
+      smallImages_ = news.smallImages;
+      largeImages_ = news.largeImages;
+      list_.SetImages(images_.For(dpi_, smallImages_, largeImages_));
       shown_.clear();
       programs_ = news.programs;
       Filter();
@@ -98,7 +100,9 @@ void ProgramsView::Place(const RECT& area) {
 }
 
 void ProgramsView::SetDpi(int dpi, const ViewFonts& fonts) {
+  dpi_ = dpi;
   list_.SetDpi(dpi, fonts.normal);
+  list_.SetImages(images_.For(dpi, smallImages_, largeImages_));
 }
 
 bool ProgramsView::CanRun(UINT command) const {

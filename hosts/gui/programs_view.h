@@ -3,6 +3,7 @@
 
 #include "client_record.h"
 #include "frame.h"
+#include "scaled_images.h"
 #include "view.h"
 #include "virtual_list.h"
 
@@ -37,6 +38,10 @@ class ProgramsView final : public View {
   std::vector<ClientRecord> programs_;
   std::vector<const ClientRecord*> shown_;
   std::wstring search_;
+  ScaledImages images_;
+  HIMAGELIST smallImages_ = nullptr;
+  HIMAGELIST largeImages_ = nullptr;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
   VirtualList list_;
   bool isRead_ = false;
 };

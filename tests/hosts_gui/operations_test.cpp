@@ -151,14 +151,45 @@ TEST_F(OperationsTest, ARefusalShowsTheLibrarysText) {
   const LimitedKey limited(HKEY_CURRENT_USER, kSideKey, LimitedKey::Rights::kReadOnly);
   gui.Command(CMD_DISABLE);
   const HWND box = gui.WaitForDialog();
-  if (box==nullptr) SaveScreenshot(L"debug");
-  ASSERT_NE(box, nullptr) << gui.Status(0) << gui.Selection(IDC_ENTRIES).size();
+  ASSERT_NE(box, nullptr);
   wchar_t text[512] = L"";
   // The text of a message box has the number of a static control without one.
   SendDlgItemMessageW(box, 0xFFFF, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
   EXPECT_TRUE(std::wstring(text).starts_with(L"Inkwell: ")) << text;
   Press(box, IDOK);
   EXPECT_TRUE(IsInRun(L"Inkwell"));
+}
+
+TEST_F(OperationsTest, UndoesAndRedoes) {
+  SelectNames({L"Aurora Mixer"});
+  gui.Command(CMD_DISABLE);
+  ASSERT_TRUE(WaitUntil([&] { return IsAside(L"Aurora Mixer") && gui.CanRun(CMD_UNDO); }));
+  EXPECT_FALSE(gui.CanRun(CMD_REDO));
+  gui.Command(CMD_UNDO);
+  EXPECT_TRUE(WaitUntil([&] { return IsInRun(L"Aurora Mixer") && gui.CanRun(CMD_REDO); }));
+  EXPECT_EQ(gui.Status(0), L"Undid: Startup Manager: Disabling Aurora Mixer");
+  EXPECT_TRUE(WaitUntil([&] { return gui.IsChecked(Row(L"Aurora Mixer")); }));
+  gui.Command(CMD_REDO);
+  EXPECT_TRUE(WaitUntil([&] { return IsAside(L"Aurora Mixer") && !gui.CanRun(CMD_REDO); }));
+
+  // From the history, and over a later change only when the user says so.
+  gui.Command(CMD_UNDO_HISTORY);
+  EXPECT_TRUE(WaitUntil(
+      [&] { return gui.Count(IDC_CHECKPOINTS) > 0 && IsWindowVisible(gui.Control(IDC_CHECKPOINTS)); }));
+  gui.Select(IDC_CHECKPOINTS, {0});
+  EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_STEPS) > 0; }));
+  EXPECT_EQ(gui.Cell(IDC_CHECKPOINTS, 0, 1), L"Done");
+  gui.Screenshot(L"startupmanager-undo");
+  SetValue(HKEY_CURRENT_USER, kSideKey, L"Aurora Mixer", Sz(L"changed meanwhile"));
+  for (const int answer : {IDCANCEL, IDOK}) {
+    gui.Command(CMD_UNDO);
+    const HWND question = gui.WaitForDialog();
+    ASSERT_NE(question, nullptr);
+    EXPECT_TRUE(IsAside(L"Aurora Mixer"));
+    Press(question, answer);
+  }
+  EXPECT_TRUE(WaitUntil([] { return IsInRun(L"Aurora Mixer") && !IsAside(L"Aurora Mixer"); }));
+  EXPECT_TRUE(WaitUntil([&] { return gui.Cell(IDC_CHECKPOINTS, 0, 1) == L"Undone"; }));
 }
 
 TEST_F(OperationsTest, ExportsWhatIsShown) {
