@@ -108,8 +108,10 @@ void EntriesView::Restore(const Standing& standing) {
   const std::size_t count = rows_.Shown().size();
   list_.SetCount(count);
   const auto focused = rows_.PositionsOf({standing.focused});
-  const std::size_t neighbour = standing.focusedPosition < count ? standing.focusedPosition : count - 1;
-  list_.Select(rows_.PositionsOf(standing.selected), focused.empty() ? neighbour : focused.front());
+  // The entry that has gone leaves the focus to the one that takes its place.
+  std::size_t row = focused.empty() ? standing.focusedPosition : focused.front();
+  if (focused.empty() && standing.focused != 0 && count > 0) row = std::min(row, count - 1);
+  list_.Select(rows_.PositionsOf(standing.selected), row);
   const auto top = rows_.PositionsOf({standing.top});
   if (!top.empty()) list_.ScrollTo(top.front());
 }

@@ -39,10 +39,10 @@ static_assert(std::size(kHandlerKinds) * kObjectCount ==
 
 // From sulRegistryShellExtApproved on.
 constexpr TitleRow kLastRows[] = {
-    {L"Approved and browser extensions", L"Approved shell extensions", false},
-    {L"Approved and browser extensions", L"Browser helper objects", false},
-    {L"Approved and browser extensions", L"URL search hooks, this user", true},
-    {L"Approved and browser extensions", L"URL search hooks, all users", false},
+    {L"Other extensions", L"Approved shell extensions", false},
+    {L"Other extensions", L"Browser helper objects", false},
+    {L"Other extensions", L"URL search hooks, this user", true},
+    {L"Other extensions", L"URL search hooks, all users", false},
 };
 static_assert(std::size(kLastRows) == kLastLocation - sulRegistryShellExtApproved + 1);
 

@@ -156,7 +156,13 @@ void MainWindow::Refresh() {
 void MainWindow::Update() {
   if (updateWaits_ || Handle() == nullptr) return;
   updateWaits_ = true;
-  PostMessageW(Handle(), WM_APP + 2, 0, 0);
+  PostMessageW(Handle(), kUpdateMessage, 0, 0);
+}
+
+void MainWindow::UpdateNow() {
+  updateWaits_ = false;
+  bar_.Update([this](UINT command) { return CanRun(command); });
+  ShowStatus();
 }
 
 std::wstring MainWindow::ReadingText() const {

@@ -12,7 +12,7 @@ namespace {
 constexpr wchar_t kClassName[] = L"StartupManagerMain";
 constexpr wchar_t kTitle[] = L"Startup Manager";
 constexpr UINT kQueueMessage = WM_APP + 1;
-constexpr UINT kUpdateMessage = WM_APP + 2;
+constexpr UINT kSafetyInterval = 500;
 constexpr SIZE kFirstSize = {1080, 700};
 constexpr SIZE kLeastSize = {560, 360};
 constexpr int kLeastPane = 120;
@@ -85,6 +85,8 @@ void MainWindow::OnCreate() {
   tree_.Build(allLocations_);
   bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);
   queue_.Attach(Handle(), kQueueMessage);
+  // The loop of a dialog that closes may drop a posted message.
+  SetTimer(Handle(), 1, kSafetyInterval, nullptr);
   worker_.Listen({[this](ListNews& news) {
                     if (!news.events.empty()) undo_->Refresh();
                     entries_->OnNews(news);
@@ -235,9 +237,11 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       queue_.RunAll();
       return 0;
     case kUpdateMessage:
-      updateWaits_ = false;
-      bar_.Update([this](UINT command) { return CanRun(command); });
-      ShowStatus();
+      UpdateNow();
+      return 0;
+    case WM_TIMER:
+      queue_.RunAll();
+      if (updateWaits_) UpdateNow();
       return 0;
     case WM_CLOSE:
       SaveLook();

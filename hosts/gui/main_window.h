@@ -51,6 +51,7 @@ class MainWindow final : public Window {
   std::vector<View*> Views() const;
   void Refresh();
   void Update();
+  void UpdateNow();
   void ShowStatus();
   std::wstring ReadingText() const;
   void NextPane(bool backwards) const;
@@ -76,6 +77,7 @@ class MainWindow final : public Window {
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   int treeWidth_ = 230;  // at 96 DPI
   bool allLocations_ = false;
+  static constexpr UINT kUpdateMessage = WM_APP + 2;
   bool updateWaits_ = false;
   std::wstring said_;
 };

@@ -27,6 +27,8 @@ bool IsAside(const std::wstring& name) {
 void Press(HWND dialog, int button) {
   SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
                reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
+  // What is posted while a dialog closes may be lost with it.
+  EXPECT_TRUE(WaitUntil([dialog] { return !IsWindow(dialog); }));
 }
 
 class OperationsTest : public testing::Test {
