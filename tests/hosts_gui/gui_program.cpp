@@ -2,6 +2,7 @@
 
 #include "display/display_support.h"
 #include "resource.h"
+#include "support/registry_fixture.h"
 #include "support/waiting.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@ namespace {
 constexpr std::size_t kTextUnits = 1024;
 constexpr std::size_t kTextOffset = 256;
 constexpr std::size_t kBufferSize = kTextOffset + kTextUnits * sizeof(wchar_t);
+const std::wstring kSettings = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
 constexpr DWORD kReadLimit = 120'000;
 
 struct Search {
@@ -38,6 +40,12 @@ HWND FindWindowOf(DWORD process, const wchar_t* className) {
   Search search = {process, className, nullptr};
   EnumWindows(TakeWindow, reinterpret_cast<LPARAM>(&search));
   return search.found;
+}
+
+// The folder of the program.
+std::wstring PrepareLook(GuiProgram::Look look) {
+  if (look == GuiProgram::Look::fresh) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+  return ThisFolder();
 }
 
 }  // namespace
@@ -67,7 +75,7 @@ std::wstring RemoteBuffer::Text(std::size_t offset, std::size_t units) const {
   return text.substr(0, text.find(L'\0'));
 }
 
-GuiProgram::GuiProgram() : process_(ThisFolder() + L"startupmanager.exe", {}) {
+GuiProgram::GuiProgram(Look look) : process_(PrepareLook(look) + L"startupmanager.exe", {}) {
   WaitUntil([this] { return (window_ = FindWindowOf(process_.Id(), L"StartupManagerMain")) != nullptr; });
   if (window_ == nullptr) throw std::runtime_error("the main window did not come");
   WaitUntilRead();

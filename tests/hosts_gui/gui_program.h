@@ -34,8 +34,11 @@ class RemoteBuffer {
 
 class GuiProgram {
  public:
+  // Size, order and the like as at the first start, or as they were left.
+  enum class Look { fresh, asLeft };
+
   // Returns when the window is there and every entry was read.
-  GuiProgram();
+  explicit GuiProgram(Look look);
   // Closes the window and waits for the end, which is a failed test when it does not come.
   ~GuiProgram();
 

@@ -3,7 +3,6 @@
 
 #include "resource.h"
 #include "startupctl_process.h"
-#include "support/registry_fixture.h"
 #include "support/waiting.h"
 #include "text_encoding.h"
 
@@ -15,8 +14,6 @@
 
 namespace smh::test {
 namespace {
-
-const std::wstring kSettings = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
 
 // The entries as startupctl lists them.
 nlohmann::json Listed(const std::vector<std::wstring>& options = {}) {
@@ -34,13 +31,8 @@ bool Contains(const std::vector<std::wstring>& texts, const std::wstring& text) 
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-class LookTest : public testing::Test {
- protected:
-  LookTest() { DeleteKeyTree(HKEY_CURRENT_USER, kSettings); }
-};
-
-TEST_F(LookTest, ShowsTheSampleMachine) {
-  const GuiProgram gui;
+TEST(LookTest, ShowsTheSampleMachine) {
+  const GuiProgram gui(GuiProgram::Look::fresh);
   std::multiset<std::wstring> expected;
   for (const auto& item : Listed()) {
     expected.insert(FromUtf8(item["caption"].get<std::string>()) + (item["enabled"] ? L" on" : L" off"));
@@ -65,8 +57,8 @@ TEST_F(LookTest, ShowsTheSampleMachine) {
   gui.Screenshot(L"startupmanager-all-locations");
 }
 
-TEST_F(LookTest, FiltersAndSorts) {
-  const GuiProgram gui;
+TEST(LookTest, FiltersAndSorts) {
+  const GuiProgram gui(GuiProgram::Look::fresh);
   const int all = gui.Count(IDC_ENTRIES);
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Inkwell")});
   gui.Search(L"QUILL inkwell");
@@ -94,15 +86,15 @@ TEST_F(LookTest, FiltersAndSorts) {
   EXPECT_EQ(gui.Selection(IDC_ENTRIES), std::vector<int>{gui.RowOf(IDC_ENTRIES, L"Inkwell")});
 }
 
-TEST_F(LookTest, RemembersHowItWasLeft) {
+TEST(LookTest, RemembersHowItWasLeft) {
   const RECT place = {40, 30, 40 + 900, 30 + 600};
   {
-    const GuiProgram gui;
+    const GuiProgram gui(GuiProgram::Look::fresh);
     SetWindowPos(gui.Window(), nullptr, place.left, place.top, 900, 600, SWP_NOZORDER);
     SendMessageW(gui.Control(IDC_ENTRIES), LVM_SETCOLUMNWIDTH, 2, 77);
     gui.ClickHeader(3);
   }
-  const GuiProgram gui;
+  const GuiProgram gui(GuiProgram::Look::asLeft);
   RECT now;
   GetWindowRect(gui.Window(), &now);
   EXPECT_TRUE(EqualRect(&now, &place));
@@ -111,8 +103,8 @@ TEST_F(LookTest, RemembersHowItWasLeft) {
 }
 
 // Controls lie beside and below each other inside the window, whatever the resolution.
-TEST_F(LookTest, IsSharpAndCompleteAtEveryResolution) {
-  const GuiProgram gui;
+TEST(LookTest, IsSharpAndCompleteAtEveryResolution) {
+  const GuiProgram gui(GuiProgram::Look::fresh);
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
   EXPECT_TRUE(WaitUntil([&] { return !Detail(gui, L"File").empty(); }));
   const auto placeOf = [&](int id) {
@@ -140,8 +132,8 @@ TEST_F(LookTest, IsSharpAndCompleteAtEveryResolution) {
   }
 }
 
-TEST_F(LookTest, DefaultPrograms) {
-  const GuiProgram gui;
+TEST(LookTest, DefaultPrograms) {
+  const GuiProgram gui(GuiProgram::Look::fresh);
   gui.Command(CMD_DEFAULT_PROGRAMS);
   const auto listed = nlohmann::json::parse(RunStartupctl({L"clients", L"--json"}).output);
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_PROGRAMS) == static_cast<int>(listed.size()); }));

@@ -46,7 +46,7 @@ class OperationsTest : public testing::Test {
   }
 
   const SavedKey saved_{HKEY_CURRENT_USER, kRunKey};
-  const GuiProgram gui;
+  const GuiProgram gui{GuiProgram::Look::fresh};
 };
 
 TEST_F(OperationsTest, TheCheckBoxDisablesAndEnables) {
@@ -143,7 +143,7 @@ TEST_F(OperationsTest, AddsMovesAndGivesCommands) {
     }
     return std::wstring();
   };
-  ASSERT_NE(moved(), L"");
+  ASSERT_TRUE(WaitUntil([&] { return !moved().empty(); }));
   RemoveValue(HKEY_CURRENT_USER, kRunKey + L"Once", moved());
 }
 

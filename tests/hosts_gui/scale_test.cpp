@@ -41,7 +41,7 @@ TEST(ScaleTest, TenThousandEntriesScrollAndFilter) {
     }
   }
   const ULONGLONG begin = GetTickCount64();
-  const GuiProgram gui;
+  const GuiProgram gui(GuiProgram::Look::fresh);
   ASSERT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) >= kEntries; }));
   const ULONGLONG read = GetTickCount64() - begin;
   const HWND list = gui.Control(IDC_ENTRIES);
