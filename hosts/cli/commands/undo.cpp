@@ -37,27 +37,9 @@ void Show(const UndoRecord& record) {
 }
 
 std::wstring FailureText(const UndoRecord& record, std::wstring_view verb) {
-  switch (record.result) {
-    case IJournal::kConflict:
-      return NameOf(record) + L" is in conflict with later changes; nothing was changed. --force " +
-             std::wstring(verb) + L"es the rest over them." + Exceptions(record);
-    case IJournal::kWrongState:
-      return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
-    case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
-      return L"there is no such checkpoint.";
-    case HRESULT_FROM_WIN32(ERROR_BUSY):
-      return L"it is still at work.";
-    case HRESULT_FROM_WIN32(ERROR_LOCK_VIOLATION):
-      return L"another change is at work.";
-    default:
-      break;
-  }
-  std::wstring text = SystemErrorText(record.result);
-  if (record.ownCheckpoint != 0) {
-    text += L"\nWhat was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
-            L", which can be undone.";
-  }
-  return text;
+  if (record.result != IJournal::kConflict) return UndoFailureText(record, verb);
+  return NameOf(record) + L" is in conflict with later changes; nothing was changed. --force " +
+         std::wstring(verb) + L"es the rest over them." + Exceptions(record);
 }
 
 using Operation = UndoRecord (Journal::*)(std::uint32_t id, UndoMode mode) const;

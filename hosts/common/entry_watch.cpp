@@ -24,7 +24,9 @@ std::vector<WatchEvent> EntryWatch::Update(std::span<const Sighting> sightings, 
   for (std::size_t i = 0; i < sightings.size(); ++i) {
     Entry& entry = entries_[{sightings[i].location, sightings[i].name}];
     entry.seen = true;
-    const bool due = sightings[i].changed || (!entry.announced && ++entry.looks >= kLooksUntilAnnounced);
+    const bool due =
+        sightings[i].changed ||
+        (!entry.announced && (announce_ == Announce::atOnce || ++entry.looks >= kLooksUntilAnnounced));
     if (!due) continue;
     entry.record = read(i);
     events.push_back({entry.announced ? L"changed" : L"added", entry.record});

@@ -27,6 +27,8 @@ struct ClientRecord {
 // Reads the default programs and, after them or among them, the entries of `addedPaths`; waits until every
 // one is complete. Raises HostError when that takes more than two minutes.
 std::vector<ClientRecord> ReadClients(const Library& library, std::span<const std::wstring> addedPaths);
+// The same of a collection that the caller keeps, with the images that belong to it.
+std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemCollection& clients);
 
 // "mail", "media", "browser", "contacts", "calendar", "internetCall", "messaging"; "path" for an added one.
 std::wstring_view ClientKindName(std::int32_t kind) noexcept;

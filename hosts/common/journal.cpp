@@ -1,6 +1,5 @@
 #include "journal.h"
 
-#include "console.h"
 #include "host_error.h"
 #include "library.h"
 
@@ -79,6 +78,29 @@ UndoRecord Journal::Redo(std::uint32_t id, UndoMode mode) const {
   return Collect(result, report.Get());
 }
 
+std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
+  switch (record.result) {
+    case IJournal::kConflict:
+      return L"later changes are in conflict with it; nothing was changed.";
+    case IJournal::kWrongState:
+      return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
+    case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
+      return L"there is no such checkpoint.";
+    case HRESULT_FROM_WIN32(ERROR_BUSY):
+      return L"it is still at work.";
+    case HRESULT_FROM_WIN32(ERROR_LOCK_VIOLATION):
+      return L"another change is at work.";
+    default:
+      break;
+  }
+  std::wstring text = SystemErrorText(record.result);
+  if (record.ownCheckpoint != 0) {
+    text += L"\nWhat was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
+            L", which can be undone.";
+  }
+  return text;
+}
+
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept {
   return NameAt(kStateNames, state);
 }
@@ -98,19 +120,6 @@ std::wstring IsoTimeOf(const FILETIME& time) {
   wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02d", local.wYear, local.wMonth, local.wDay, local.wHour,
             local.wMinute, local.wSecond);
   return text;
-}
-
-void NameInterruptedCheckpoints() noexcept {
-  try {
-    std::wstring line;
-    for (const CheckpointRecord& checkpoint : Journal().Interrupted()) {
-      line += line.empty() ? L"Interrupted: " : L", ";
-      line += L"checkpoint " + std::to_wstring(checkpoint.info.id) + L" \"" + checkpoint.title + L"\"";
-    }
-    if (!line.empty()) WriteMessage(line + L". \"startupctl undo ID\" takes one back.");
-  } catch (...) {
-    // The command itself says what is missing, if it needs it.
-  }
 }
 
 }  // namespace smh

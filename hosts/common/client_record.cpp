@@ -72,11 +72,15 @@ std::vector<ClientRecord> ReadClients(const Library& library, std::span<const st
   for (const std::wstring& path : addedPaths) {
     CheckResult(clients->AddPath(path.c_str()), L"Cannot add \"" + path + L"\"");
   }
+  return ReadClients(library, *clients);
+}
+
+std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemCollection& clients) {
   std::int32_t complete = 0;
-  WaitForReader([&] { return IsComplete(*clients, complete); });
+  WaitForReader([&] { return IsComplete(clients, complete); });
   std::vector<ClientRecord> records;
-  for (std::int32_t index = 0; index < clients->GetCount(); ++index) {
-    records.push_back(ReadClient(library, *ItemAt(*clients, index)));
+  for (std::int32_t index = 0; index < clients.GetCount(); ++index) {
+    records.push_back(ReadClient(library, *ItemAt(clients, index)));
   }
   return records;
 }

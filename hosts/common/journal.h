@@ -46,15 +46,14 @@ class Journal {
   IJournal* journal_;
 };
 
+// Why an undo or redo failed, as far as its result tells; `verb` is "undo" or "redo".
+std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
+
 // "open", "done", "interrupted", "undone".
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept;
 // "undo", "nothing", "conflict", ...
 std::wstring_view StepOutcomeName(StepOutcome outcome) noexcept;
 // Local time: "2024-05-31T23:59:59".
 std::wstring IsoTimeOf(const FILETIME& time);
-
-// Says on standard error, in one line, which changes were interrupted; nothing when none was, or when that
-// cannot be told.
-void NameInterruptedCheckpoints() noexcept;
 
 }  // namespace smh

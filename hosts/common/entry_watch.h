@@ -25,15 +25,22 @@ struct WatchEvent {
   ItemRecord item;         // as it is now; what was known last of an entry that has gone
 };
 
+// When a new entry is told of: when its details are there, for a console, or at once, for a window that fills
+// them in.
+enum class Announce { complete, atOnce };
+
 class EntryWatch {
  public:
   // Reads the entry of the sighting with that index.
   using Reader = std::function<ItemRecord(std::size_t index)>;
 
+  // Knows nothing yet: everything in the next look is new.
+  explicit EntryWatch(Announce announce) : announce_(announce) {}
   // Takes the first look: everything in it counts as known.
   EntryWatch(std::span<const Sighting> sightings, const Reader& read);
 
-  // The next look. A new entry is held back until the library has read its details, for a few looks at most.
+  // The next look. With Announce::complete a new entry is held back until the library has read its details,
+  // for a few looks at most.
   std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
 
  private:
@@ -44,6 +51,7 @@ class EntryWatch {
     bool seen = true;
   };
 
+  Announce announce_ = Announce::complete;
   std::map<std::pair<std::int32_t, std::wstring>, Entry> entries_;
 };
 
