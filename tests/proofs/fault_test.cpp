@@ -90,7 +90,7 @@ void FaultTest::Judge(const Scenario& scenario, const Outcome& outcome, bool mus
                           FindLocation(scenario.locations.front())->IsChanged();
     listIsDue |= vanished;
     EXPECT_TRUE(outcome.raised || !mustRaise || vanished) << "nothing changed, and nobody was told";
-    EXPECT_TRUE(vanished || LogHas(scenario.errorLine)) << "nothing changed, and no line says so";
+    EXPECT_TRUE(vanished || LogHas(scenario.operation.errorLine)) << "nothing changed, and no line says so";
   } else {
     EXPECT_EQ(outcome.entries, after_.entries) << "neither as before nor as it should be";
   }

@@ -59,8 +59,8 @@ class KillTest : public ::testing::Test {
 
   // Without a journal the entry is in one of its places; the one way between locations is left out.
   static void ExpectSomewhere(const Scenario& scenario) {
-    const bool mayBeGone = scenario.caption == nullptr || scenario.locations.size() > 1 ||
-                           std::wstring(scenario.errorLine).starts_with(L"Error delete");
+    const bool mayBeGone = scenario.operation.entry == Entry::kNone || scenario.locations.size() > 1 ||
+                           std::wstring(scenario.operation.errorLine).starts_with(L"Error delete");
     EXPECT_TRUE(mayBeGone || !ReloadedEntries(scenario.locations).empty());
   }
 

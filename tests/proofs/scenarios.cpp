@@ -11,13 +11,6 @@ namespace {
 const HKEY kMachine = HKEY_LOCAL_MACHINE;
 const HKEY kUser = HKEY_CURRENT_USER;
 
-constexpr wchar_t kEnableLine[] = L"Error enable item \"";
-constexpr wchar_t kDisableLine[] = L"Error disable item \"";
-constexpr wchar_t kDeleteLine[] = L"Error delete item \"";
-constexpr wchar_t kAddLine[] = L"Error add item \"";
-constexpr wchar_t kMoveLine[] = L"Error move item \"";
-constexpr wchar_t kChangeLine[] = L"Error change item \"";
-
 // A command whose bytes are not what the library would write: no terminator, and an odd byte.
 RawValue OddCommand() {
   RawValue value{REG_EXPAND_SZ, UnitBytes(L"C:\\windows\\notepad.exe /x")};
@@ -25,25 +18,23 @@ RawValue OddCommand() {
   return value;
 }
 
-void Enable(TLocationStartup& location, const ItemRef& item) {
-  location.EnableItem(item);
-}
-void Disable(TLocationStartup& location, const ItemRef& item) {
-  location.DisableItem(item);
-}
-void Delete(TLocationStartup& location, const ItemRef& item) {
-  location.DeleteItem(item);
-}
-void Add(TLocationStartup& location, const ItemRef&) {
-  location.AddItem(L"New", kProgram + L" /new");
-}
-void Change(TLocationStartup& location, const ItemRef& item) {
-  location.ChangeItemCommand(item, kProgram + L" /changed");
-}
+const Operation kEnable{L"Error enable item \"", Entry::kDisabled,
+                        [](TLocationStartup& location, const ItemRef& item) { location.EnableItem(item); }};
+const Operation kDisable{L"Error disable item \"", Entry::kEnabled,
+                         [](TLocationStartup& location, const ItemRef& item) { location.DisableItem(item); }};
+const Operation kDelete{L"Error delete item \"", Entry::kAny,
+                        [](TLocationStartup& location, const ItemRef& item) { location.DeleteItem(item); }};
+const Operation kAdd{L"Error add item \"", Entry::kNone, [](TLocationStartup& location, const ItemRef&) {
+                       location.AddItem(L"New", kProgram + L" /new");
+                     }};
+const Operation kChange{L"Error change item \"", Entry::kAny,
+                        [](TLocationStartup& location, const ItemRef& item) {
+                          location.ChangeItemCommand(item, kProgram + L" /changed");
+                        }};
 template <TTypeStartupLocation kTarget>
-void MoveTo(TLocationStartup& location, const ItemRef& item) {
-  location.MoveItem(item, kTarget);
-}
+const Operation kMoveTo{
+    L"Error move item \"", Entry::kAny,
+    [](TLocationStartup& location, const ItemRef& item) { location.MoveItem(item, kTarget); }};
 
 void RunInBothViews(ProofWorld& world) {
   world.Put(kMachine, kRunKey, L"Foo", OddCommand());
@@ -143,219 +134,70 @@ void ProgramDisabledByOther(ProofWorld& world) {
 
 std::span<const Scenario> Scenarios() {
   static const Scenario scenarios[] = {
-      {"Run: disable, both views",
-       kDisableLine,
-       RunInBothViews,
-       {sulRegistryCommonRun},
-       L"Foo",
-       true,
-       Disable},
-      {"Run: disable, own view", kDisableLine, RunInOwnView, {sulRegistryCommonRun}, L"Foo", true, Disable},
-      {"Run: disable, plain view",
-       kDisableLine,
-       RunInPlainView,
-       {sulRegistryCommonRun},
-       L"Foo",
-       true,
-       Disable},
-      {"Run: disable, views differ",
-       kDisableLine,
-       RunDiffers,
-       {sulRegistryCommonRun},
-       L"Foo",
-       true,
-       Disable,
-       true},
-      {"Run: disable, name taken",
-       kDisableLine,
-       RunNameTaken,
-       {sulRegistryCommonRun},
-       L"Foo",
-       true,
-       Disable,
-       true},
-      {"Run: disable, user", kDisableLine, RunOfUser, {sulRegistryUserRun}, L"Foo", true, Disable},
-      {"Run: enable", kEnableLine, RunDisabled, {sulRegistryCommonRun}, L"Foo", false, Enable},
-      {"Run: enable, other tool's",
-       kEnableLine,
-       RunDisabledByOther,
-       {sulRegistryCommonRun},
-       L"Foo",
-       false,
-       Enable,
-       true},
-      {"Run: delete, both views", kDeleteLine, RunInBothViews, {sulRegistryCommonRun}, L"Foo", true, Delete},
-      {"Run: delete, views differ",
-       kDeleteLine,
-       RunDiffers,
-       {sulRegistryCommonRun},
-       L"Foo",
-       true,
-       Delete,
-       true},
-      {"Run: delete, user", kDeleteLine, RunOfUser, {sulRegistryUserRun}, L"Foo", true, Delete},
-      {"Run: add", kAddLine, Nothing, {sulRegistryCommonRun}, nullptr, true, Add},
-      {"Run: change", kChangeLine, RunInBothViews, {sulRegistryCommonRun}, L"Foo", true, Change},
-      {"Run: change, user", kChangeLine, RunOfUser, {sulRegistryUserRun}, L"Foo", true, Change},
+      {"Run: disable, both views", kDisable, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: disable, own view", kDisable, RunInOwnView, {sulRegistryCommonRun}},
+      {"Run: disable, plain view", kDisable, RunInPlainView, {sulRegistryCommonRun}},
+      {"Run: disable, views differ", kDisable, RunDiffers, {sulRegistryCommonRun}, true},
+      {"Run: disable, name taken", kDisable, RunNameTaken, {sulRegistryCommonRun}, true},
+      {"Run: disable, user", kDisable, RunOfUser, {sulRegistryUserRun}},
+      {"Run: enable", kEnable, RunDisabled, {sulRegistryCommonRun}},
+      {"Run: enable, other tool's", kEnable, RunDisabledByOther, {sulRegistryCommonRun}, true},
+      {"Run: delete, both views", kDelete, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: delete, views differ", kDelete, RunDiffers, {sulRegistryCommonRun}, true},
+      {"Run: delete, user", kDelete, RunOfUser, {sulRegistryUserRun}},
+      {"Run: add", kAdd, Nothing, {sulRegistryCommonRun}},
+      {"Run: change", kChange, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: change, user", kChange, RunOfUser, {sulRegistryUserRun}},
       {"Run: move to common",
-       kMoveLine,
+       kMoveTo<sulRegistryCommonRun>,
        RunOfUser,
-       {sulRegistryUserRun, sulRegistryCommonRun},
-       L"Foo",
-       true,
-       MoveTo<sulRegistryCommonRun>},
-      {"Run: move to folder",
-       kMoveLine,
-       RunOfUser,
-       {sulRegistryUserRun, sulFolderUser},
-       L"Foo",
-       true,
-       MoveTo<sulFolderUser>},
-      {"Handler: disable, tree",
-       kDisableLine,
-       HandlerWithTree,
-       {sulRegistryAllRegContextMenuHandlers},
-       L"Foo",
-       true,
-       Disable},
-      {"Handler: disable, over other",
-       kDisableLine,
-       HandlerOverOther,
-       {sulRegistryAllRegContextMenuHandlers},
-       L"Foo",
-       true,
-       Disable},
-      {"Handler: disable, listed",
-       kDisableLine,
-       HandlerListedTwice,
-       {sulRegistryAllRegContextMenuHandlers},
-       L"Foo",
-       true,
-       Disable},
-      {"Handler: delete, tree",
-       kDeleteLine,
-       HandlerWithTree,
-       {sulRegistryAllRegContextMenuHandlers},
-       L"Foo",
-       true,
-       Delete},
-      {"Object: disable, both views",
-       kDisableLine,
-       ObjectInBothViews,
-       {sulRegistryIEBrowserObjects},
-       L"Foo",
-       true,
-       Disable},
-      {"Object: enable, both views",
-       kEnableLine,
-       ObjectDisabled,
-       {sulRegistryIEBrowserObjects},
-       L"Foo",
-       false,
-       Enable},
-      {"Object: delete, both views",
-       kDeleteLine,
-       ObjectInBothViews,
-       {sulRegistryIEBrowserObjects},
-       L"Foo",
-       true,
-       Delete},
-      {"Approved: disable",
-       kDisableLine,
-       ApprovedInBothViews,
-       {sulRegistryShellExtApproved},
-       L"Foo",
-       true,
-       Disable},
-      {"Approved: enable",
-       kEnableLine,
-       ApprovedDisabled,
-       {sulRegistryShellExtApproved},
-       L"Foo",
-       false,
-       Enable},
-      {"Approved: enable, listed",
-       kEnableLine,
-       ApprovedListedTwice,
-       {sulRegistryShellExtApproved},
-       L"Foo",
-       false,
-       Enable},
-      {"Approved: delete",
-       kDeleteLine,
-       ApprovedInBothViews,
-       {sulRegistryShellExtApproved},
-       L"Foo",
-       true,
-       Delete},
-      {"Folder: disable", kDisableLine, ShortcutOfUser, {sulFolderUser}, L"Foo", true, Disable},
-      {"Folder: disable, no folders",
-       kDisableLine,
-       ShortcutWithoutFolders,
-       {sulFolderUser},
-       L"Foo",
-       true,
-       Disable},
-      {"Folder: disable, name taken",
-       kDisableLine,
-       ShortcutNameTaken,
-       {sulFolderUser},
-       L"Foo",
-       true,
-       Disable},
-      {"Folder: disable, common", kDisableLine, ShortcutOfAll, {sulFolderCommon}, L"Foo", true, Disable},
-      {"Folder: enable, common",
-       kEnableLine,
-       ShortcutOfAllDisabled,
-       {sulFolderCommon},
-       L"Foo",
-       false,
-       Enable},
-      {"Folder: enable, other tool's",
-       kEnableLine,
-       ProgramDisabledByOther,
-       {sulFolderUser},
-       L"Foo",
-       false,
-       Enable},
-      {"Folder: delete", kDeleteLine, ShortcutOfUser, {sulFolderUser}, L"Foo", true, Delete},
-      {"Folder: add", kAddLine, Nothing, {sulFolderUser}, nullptr, true, Add},
-      {"Folder: add, common", kAddLine, NoFolders, {sulFolderCommon}, nullptr, true, Add},
-      {"Folder: change", kChangeLine, ShortcutOfUser, {sulFolderUser}, L"Foo", true, Change},
-      {"Folder: change, disabled", kChangeLine, ShortcutDisabled, {sulFolderUser}, L"Foo", false, Change},
-      {"Folder: change, common", kChangeLine, ShortcutOfAll, {sulFolderCommon}, L"Foo", true, Change},
-      {"Folder: move to common",
-       kMoveLine,
-       ShortcutOfUser,
-       {sulFolderUser, sulFolderCommon},
-       L"Foo",
-       true,
-       MoveTo<sulFolderCommon>},
+       {sulRegistryUserRun, sulRegistryCommonRun}},
+      {"Run: move to folder", kMoveTo<sulFolderUser>, RunOfUser, {sulRegistryUserRun, sulFolderUser}},
+      {"Handler: disable, tree", kDisable, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: disable, over other", kDisable, HandlerOverOther, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: disable, listed", kDisable, HandlerListedTwice, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: delete, tree", kDelete, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
+      {"Object: disable, both views", kDisable, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
+      {"Object: enable, both views", kEnable, ObjectDisabled, {sulRegistryIEBrowserObjects}},
+      {"Object: delete, both views", kDelete, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
+      {"Approved: disable", kDisable, ApprovedInBothViews, {sulRegistryShellExtApproved}},
+      {"Approved: enable", kEnable, ApprovedDisabled, {sulRegistryShellExtApproved}},
+      {"Approved: enable, listed", kEnable, ApprovedListedTwice, {sulRegistryShellExtApproved}},
+      {"Approved: delete", kDelete, ApprovedInBothViews, {sulRegistryShellExtApproved}},
+      {"Folder: disable", kDisable, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: disable, no folders", kDisable, ShortcutWithoutFolders, {sulFolderUser}},
+      {"Folder: disable, name taken", kDisable, ShortcutNameTaken, {sulFolderUser}},
+      {"Folder: disable, common", kDisable, ShortcutOfAll, {sulFolderCommon}},
+      {"Folder: enable, common", kEnable, ShortcutOfAllDisabled, {sulFolderCommon}},
+      {"Folder: enable, other tool's", kEnable, ProgramDisabledByOther, {sulFolderUser}},
+      {"Folder: delete", kDelete, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: add", kAdd, Nothing, {sulFolderUser}},
+      {"Folder: add, common", kAdd, NoFolders, {sulFolderCommon}},
+      {"Folder: change", kChange, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: change, disabled", kChange, ShortcutDisabled, {sulFolderUser}},
+      {"Folder: change, common", kChange, ShortcutOfAll, {sulFolderCommon}},
+      {"Folder: move to common", kMoveTo<sulFolderCommon>, ShortcutOfUser, {sulFolderUser, sulFolderCommon}},
       {"Folder: move, disabled",
-       kMoveLine,
+       kMoveTo<sulFolderCommon>,
        ShortcutDisabled,
-       {sulFolderUser, sulFolderCommon},
-       L"Foo",
-       false,
-       MoveTo<sulFolderCommon>},
+       {sulFolderUser, sulFolderCommon}},
       {"Folder: move to Run",
-       kMoveLine,
+       kMoveTo<sulRegistryUserRun>,
        ShortcutOfUser,
-       {sulFolderUser, sulRegistryUserRun},
-       L"Foo",
-       true,
-       MoveTo<sulRegistryUserRun>},
+       {sulFolderUser, sulRegistryUserRun}},
   };
   return scenarios;
 }
 
 ItemRef LoadEntry(const Scenario& scenario) {
   ReloadedEntries(scenario.locations);
-  if (scenario.caption == nullptr) return nullptr;
+  const Entry wanted = scenario.operation.entry;
+  if (wanted == Entry::kNone) return nullptr;
   ScopedLock lock(Items().Lock());
   for (const ItemRef& item : Items().Snapshot()) {
-    if (item->Location() == scenario.locations.front() && item->GivenText() == scenario.caption &&
-        item->IsEnabled() == scenario.isEnabled) {
+    const Entry state = item->IsEnabled() ? Entry::kEnabled : Entry::kDisabled;
+    if (item->Location() == scenario.locations.front() && item->GivenText() == L"Foo" &&
+        (wanted == Entry::kAny || wanted == state)) {
       return item;
     }
   }
@@ -363,7 +205,7 @@ ItemRef LoadEntry(const Scenario& scenario) {
 }
 
 void Perform(const Scenario& scenario, const ItemRef& item) {
-  scenario.change(*FindLocation(scenario.locations.front()), item);
+  scenario.operation.perform(*FindLocation(scenario.locations.front()), item);
 }
 
 }  // namespace smh::test

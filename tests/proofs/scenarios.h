@@ -8,17 +8,22 @@
 
 namespace smh::test {
 
+enum class Entry { kNone, kAny, kEnabled, kDisabled };
+
+struct Operation {
+  // How the line begins that is logged when it fails.
+  const wchar_t* errorLine;
+  // Which of the entries called "Foo" it changes.
+  Entry entry;
+  void (*perform)(TLocationStartup& location, const ItemRef& item);
+};
+
 struct Scenario {
   const char* name;
-  // How the line begins that is logged when the change fails.
-  const wchar_t* errorLine;
+  const Operation& operation;
   void (*arrange)(ProofWorld& world);
   // All that the change touches; the first one makes it.
   std::vector<TTypeStartupLocation> locations;
-  // The entry that is changed; null for an addition.
-  const wchar_t* caption;
-  bool isEnabled;
-  void (*change)(TLocationStartup& location, const ItemRef& item);
   // The entry hides another of its name, which the next load lists.
   bool uncovers = false;
 };

@@ -12,14 +12,16 @@ LSTATUS StatusOf(BOOL succeeded) noexcept {
   return succeeded != FALSE ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
 }
 
+bool IsMissing(LSTATUS status) noexcept {
+  return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND;
+}
+
 // What cannot be looked at is neither there nor missing.
 enum class Presence { kThere, kMissing, kUnknown };
 
 Presence PresenceOf(const std::wstring& file) noexcept {
   if (GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) return Presence::kThere;
-  const DWORD error = GetLastError();
-  const bool isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-  return isMissing ? Presence::kMissing : Presence::kUnknown;
+  return IsMissing(static_cast<LSTATUS>(GetLastError())) ? Presence::kMissing : Presence::kUnknown;
 }
 
 bool IsSameContent(const std::wstring& file, const std::wstring& other) {
@@ -46,8 +48,8 @@ void FileChanger::Move(const std::wstring& from, const std::wstring& to) const {
   const LSTATUS status = TryMove(from, to);
   const Presence source = PresenceOf(from);
   const Presence target = PresenceOf(to);
-  // What happened counts, not what was answered.
-  if (source == Presence::kMissing && target == Presence::kThere) return;
+  // What happened counts, not what was answered; unless there was nothing to move.
+  if (source == Presence::kMissing && target == Presence::kThere && !IsMissing(status)) return;
   CheckStatus(status);
   if (target == Presence::kMissing) RaiseOSError(ERROR_FILE_NOT_FOUND);
   if (source != Presence::kThere) return;
@@ -59,7 +61,7 @@ void FileChanger::Move(const std::wstring& from, const std::wstring& to) const {
 void FileChanger::Delete(const std::wstring& file) const {
   const LSTATUS status = TryDelete(file);
   const Presence left = PresenceOf(file);
-  if (left == Presence::kMissing) return;
+  if (left == Presence::kMissing && !IsMissing(status)) return;
   CheckStatus(status);
   if (left == Presence::kThere) RaiseOSError(ERROR_ACCESS_DENIED);
 }
