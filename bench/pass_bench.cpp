@@ -1,0 +1,125 @@
+// Reading the start-up entries against the floor: times, calls, and the same with every call answered from memory;
+// and how the times grow with the number of entries.
+
+#include "bench.h"
+#include "floor.h"
+#include "memory_machine.h"
+#include "sample_entries.h"
+#include "sample_shortcuts.h"
+#include "system_calls.h"
+
+#include "core/module_start.h"
+#include "core/uDllGlobals.h"
+#include "infra/statistics_log_store.h"
+#include "model/uLocationStartup.h"
+
+#include <span>
+
+namespace smh::bench {
+namespace {
+
+constexpr int kPrograms = 40;
+
+constexpr TTypeStartupLocation kRunLocations[] = {sulRegistryUserRun, sulRegistryUserRunOnce,
+                                                  sulRegistryCommonRun, sulRegistryCommonRunOnce};
+constexpr TTypeStartupLocation kHandlerLocations[] = {sulRegistryAllRegContextMenuHandlers};
+constexpr TTypeStartupLocation kFolderLocations[] = {sulFolderUser};
+
+// The module as a host's process has it, with the calls of library and helper counted; lives as long as the
+// process.
+void RequireModule() {
+  static const bool started = [] {
+    StartModule(ModuleSteps());
+    DLLGlobals::Helper();
+    DLLGlobals::FileRater();
+    Locations();
+    CountSystemCalls({L"basekit.dll"});
+    return true;
+  }();
+  REQUIRE(started);
+}
+
+int Count() {
+  const ScopedLock lock(Items().Lock());
+  return Items().Count();
+}
+
+void Forget() {
+  const ScopedLock lock(Items().Lock());
+  Items().Clear();
+  ClearLogLines();
+}
+
+void Read(std::span<const TTypeStartupLocation> locations) {
+  for (const TTypeStartupLocation location : locations) FindLocation(location)->ReadItems();
+}
+
+// One kind of entry, by both programs.
+struct Kind {
+  std::string name;
+  std::span<const TTypeStartupLocation> locations;
+  std::function<void(FloorResult&)> floor;
+  int items;
+};
+
+void CompareCalls(const Kind& kind) {
+  Forget();
+  ResetSystemCalls();
+  Read(kind.locations);
+  const int ours = TotalSystemCalls();
+  AddNote(kind.name + ", ours: " + SystemCallList());
+  ResetSystemCalls();
+  FloorResult result;
+  kind.floor(result);
+  const int floor = TotalSystemCalls();
+  AddNote(kind.name + ", floor: " + SystemCallList());
+  REQUIRE(Count() == kind.items);
+  REQUIRE(static_cast<int>(result.items.size()) == kind.items);
+  AddRow("calls, " + kind.name + " (reference: floor + 1 per item)", "calls", ours, floor + kind.items, 1);
+}
+
+void CompareTimes(const Kind& kind, const char* what, int rounds, double goal) {
+  const Pair times = Alternate(
+      rounds,
+      [&] {
+        Forget();
+        return Microseconds([&] { Read(kind.locations); });
+      },
+      [&] {
+        FloorResult result;
+        return Microseconds([&] { kind.floor(result); });
+      });
+  AddRow(what + kind.name, "us", times.ours, times.reference, goal);
+}
+
+void Compare(const Kind& kind) {
+  const int rounds = kind.items > 5000 ? 3 : 7;
+  CompareCalls(kind);
+  CompareTimes(kind, "first pass, ", rounds, 1.25);
+  const MemoryMachine memory;
+  CompareTimes(kind, "first pass from memory, ", rounds, 5);
+}
+
+TEST_CASE("First pass") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  {
+    RunValues values(programs);
+    for (const int count : {100, 1'000, 10'000}) {
+      values.Fill(count);
+      Compare({std::to_string(count) + " Run values", kRunLocations, FloorRunKeys, count});
+    }
+  }
+  {
+    const Handlers handlers(programs, 2'000);
+    Compare({"2000 handlers", kHandlerLocations, [](FloorResult& result) { FloorHandlers(kHandlerPath, result); },
+             2'000});
+  }
+  const Shortcuts shortcuts(programs, 500);
+  const test::StartupPlaces& places = shortcuts.Places();
+  const std::vector<std::wstring> folders{places.startup, places.disabled, places.autoruns, places.brisko};
+  Compare({"500 shortcuts", kFolderLocations, [&](FloorResult& result) { FloorShortcuts(folders, result); }, 500});
+}
+
+}  // namespace
+}  // namespace smh::bench
