@@ -1,6 +1,7 @@
 // sample_entries: puts the sample machine's shortcuts and files into the Startup folders and the folders of
-// disabled entries. The shortcuts are written byte by byte, because the shell's own object makes none with an
-// environment block and none that is damaged.
+// disabled entries, and the shortcut that a default program's command is beside its program. The shortcuts
+// are written byte by byte, because the shell's own object makes none with an environment block and none that
+// is damaged.
 #include "native/link_builder.h"
 
 #include <windows.h>
@@ -96,12 +97,20 @@ void WriteCommonEntries() {
         LinkTo("C:\\Program Files\\Harbour Tools\\card watch.exe", u"/service"));
 }
 
+void WriteClientShortcut() {
+  LinkBuilder link = LinkTo("C:\\Samples\\Meadow\\meadow.exe", u"/calendar");
+  link.strings.push_back({LinkString::kIconLocation, u"C:\\Samples\\Texts\\clienttexts.dll"});
+  link.iconIndex = 1;
+  Write(fs::path("C:\\Samples\\Meadow\\Meadow Calendar.lnk"), link);
+}
+
 }  // namespace
 
 int wmain() {
   try {
     WriteUserEntries();
     WriteCommonEntries();
+    WriteClientShortcut();
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "sample_entries: " << error.what() << '\n';

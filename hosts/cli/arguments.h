@@ -17,6 +17,7 @@ struct Arguments {
   std::optional<std::int32_t> target;   // --to
   std::wstring name;                    // --name
   std::wstring command;                 // --command
+  std::vector<std::wstring> paths;      // --add
   bool all = false;                     // --all
   std::optional<bool> enabled;          // --enabled, --disabled
   OutputFormat format = OutputFormat::table;

@@ -4,6 +4,8 @@
 #include "location_names.h"
 #include "text_encoding.h"
 
+#include "infra/text.h"
+
 #include <CLI/CLI.hpp>
 
 #include <memory>
@@ -44,6 +46,7 @@ std::vector<std::string> EncodeArguments(std::span<const std::wstring> arguments
 struct RawArguments {
   std::vector<std::string> items;
   std::vector<std::string> locations;
+  std::vector<std::string> paths;
   std::string target;
   std::string name;
   std::string command;
@@ -83,6 +86,11 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kNeedsCommand) app.add_option("--command", raw.command, "A command line")->required();
   if (options & kNeedsTarget) app.add_option("--to", raw.target, "A location's name")->required();
   if (options & kTakesSeconds) app.add_option("--seconds", raw.seconds, "End after that time");
+  if (options & kTakesPaths) {
+    app.add_option("--add", raw.paths, "Also show the program of that path")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+  }
 }
 
 std::int32_t ParseLocation(std::string_view bytes) {
@@ -98,6 +106,10 @@ Arguments Convert(const RawArguments& raw, const CLI::App& app, std::uint32_t op
   Arguments arguments;
   for (const std::string& item : raw.items) arguments.items.push_back(DecodeArgument(item));
   for (const std::string& location : raw.locations) arguments.locations.push_back(ParseLocation(location));
+  for (const std::string& path : raw.paths) {
+    arguments.paths.push_back(DecodeArgument(path));
+    if (Trim(arguments.paths.back()).empty()) throw UsageError(L"The path is empty.");
+  }
   if (options & kNeedsTarget) arguments.target = ParseLocation(raw.target);
   arguments.name = DecodeArgument(raw.name);
   arguments.command = DecodeArgument(raw.command);

@@ -1,58 +1,12 @@
 #include "item_record.h"
 
+#include "item_property.h"
 #include "location_names.h"
-
-#include <oleauto.h>
 
 #include <iterator>
 
 namespace smh {
 namespace {
-
-class ScopedVariant {
- public:
-  ScopedVariant() { VariantInit(&value_); }
-  ~ScopedVariant() { VariantClear(&value_); }
-  ScopedVariant(const ScopedVariant&) = delete;
-  ScopedVariant& operator=(const ScopedVariant&) = delete;
-  VARIANT* Put() noexcept { return &value_; }
-  const VARIANT& Get() const noexcept { return value_; }
-
- private:
-  VARIANT value_;
-};
-
-std::wstring TextProperty(IStartupItem& item, ItemProperty property) {
-  ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_BSTR) return {};
-  const BSTR text = value.Get().bstrVal;
-  return text == nullptr ? std::wstring() : std::wstring(text, SysStringLen(text));
-}
-
-std::int32_t NumberProperty(IStartupItem& item, ItemProperty property, std::int32_t absent) {
-  ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_I4) return absent;
-  return static_cast<std::int32_t>(value.Get().lVal);
-}
-
-bool FlagProperty(IStartupItem& item, ItemProperty property) {
-  ScopedVariant value;
-  return SUCCEEDED(item.GetProperty(property, value.Put())) && value.Get().vt == VT_BOOL &&
-         value.Get().boolVal != VARIANT_FALSE;
-}
-
-std::optional<std::int64_t> SizeProperty(IStartupItem& item, ItemProperty property) {
-  ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_I8) return std::nullopt;
-  return value.Get().llVal;
-}
-
-// Day zero of OLE dates is older than every file: it stands for "no date".
-std::optional<double> DateProperty(IStartupItem& item, ItemProperty property) {
-  ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_DATE) return std::nullopt;
-  return value.Get().date == 0 ? std::nullopt : std::optional(value.Get().date);
-}
 
 struct TextField {
   ItemProperty property;

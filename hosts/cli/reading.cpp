@@ -17,18 +17,22 @@ ComPtr<IStartupItem> ItemAt(const Library& library, std::int32_t index) {
 
 }  // namespace
 
-void ReadToEnd(const Library& library, ReadScope scope) {
-  IStartupItemCollection& items = library.Items();
-  CheckResult(items.SetShowAllLocations(scope == ReadScope::all ? TRUE : FALSE),
-              L"Cannot choose the locations");
-  CheckResult(items.Refresh(), L"Cannot read the entries");
+void WaitForReader(const std::function<bool()>& isComplete) {
   const ULONGLONG start = GetTickCount64();
-  while (items.GetReadState() != kReadStateComplete) {
+  while (!isComplete()) {
     if (GetTickCount64() - start > kTimeLimit) {
       throw HostError(L"Reading the entries took more than two minutes; nothing was changed meanwhile.");
     }
     Sleep(kPollInterval);
   }
+}
+
+void ReadToEnd(const Library& library, ReadScope scope) {
+  IStartupItemCollection& items = library.Items();
+  CheckResult(items.SetShowAllLocations(scope == ReadScope::all ? TRUE : FALSE),
+              L"Cannot choose the locations");
+  CheckResult(items.Refresh(), L"Cannot read the entries");
+  WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; });
 }
 
 std::vector<ItemRecord> TakeSnapshot(const Library& library) {

@@ -4,6 +4,7 @@
 #include "item_record.h"
 #include "library.h"
 
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -13,8 +14,11 @@ namespace smh {
 // Whether the reader has to look at all locations or at the usual ones is enough.
 enum class ReadScope { usual, all };
 
-// Starts reading anew and waits until every entry is complete. Raises HostError when that takes more than two
-// minutes: a dead network path must not hold a script for ever.
+// Raises HostError when that takes more than two minutes: a dead network path must not hold a script for
+// ever.
+void WaitForReader(const std::function<bool()>& isComplete);
+
+// Starts reading anew and waits until every entry is complete, as WaitForReader does.
 void ReadToEnd(const Library& library, ReadScope scope);
 
 // A copy of every listed entry, in list order, without the files of their commands.

@@ -7,9 +7,10 @@
 // Calls are stdcall; slots are numbered after IUnknown's three, that is from 3.
 // - Text: boundary strings (boundary_string.h). The caller releases an out text.
 // - Booleans and enumerations are 32-bit results; of a boolean argument only the low byte counts.
-// - An operation without a result returns an HRESULT; one with a result returns a neutral value when it fails.
-//   Either way the failure's text is in the thread's error info (GetErrorInfo: description = message, source =
-//   class of the exception). Every slot clears the error info on entry.
+// - An operation without a result returns an HRESULT; one with a result returns a neutral value when it
+// fails.
+//   Either way the failure's text is in the thread's error info (GetErrorInfo: description = message, source
+//   = class of the exception). Every slot clears the error info on entry.
 // - Null for an out argument is E_POINTER.
 #pragma once
 
@@ -73,14 +74,14 @@ enum ReadState : std::int32_t {
 
 // Indexes of IStartupItem::GetProperty.
 enum ItemProperty : std::int32_t {
-  kPropertyLocation = 0,             // VT_I4
-  kPropertyEnabled = 1,              // VT_BOOL
-  kPropertyFileFound = 2,            // VT_BOOL
-  kPropertyCaption = 3,              // VT_BSTR, as all below without a note
+  kPropertyLocation = 0,   // VT_I4
+  kPropertyEnabled = 1,    // VT_BOOL
+  kPropertyFileFound = 2,  // VT_BOOL
+  kPropertyCaption = 3,    // VT_BSTR, as all below without a note
   kPropertyCommand = 4,
   kPropertyDescription = 5,
   kPropertyWorkingFolder = 6,
-  kPropertyLinkNumber = 7,           // VT_I4: the hot key of a shortcut item
+  kPropertyLinkNumber = 7,  // VT_I4: the hot key of a shortcut item
   kPropertyProductName = 8,
   kPropertyComments = 9,
   kPropertyVersionNumber = 10,
@@ -88,18 +89,36 @@ enum ItemProperty : std::int32_t {
   kPropertyOriginalFilename = 12,
   kPropertyProductVersion = 13,
   kPropertyFileVersion = 14,
-  kPropertyVersion = 15,             // ProductVersion, else FileVersion
+  kPropertyVersion = 15,  // ProductVersion, else FileVersion
   kPropertyPrivateBuild = 16,
   kPropertySpecialBuild = 17,
-  kPropertyCompany = 18,             // CompanyName, else LegalCopyright
+  kPropertyCompany = 18,  // CompanyName, else LegalCopyright
   kPropertyLegalCopyright = 19,
   kPropertyLegalTrademarks = 20,
-  kPropertyFileSize = 21,            // VT_I8: bytes
-  kPropertyCreationTime = 22,        // VT_DATE: local time
-  kPropertyLastAccessTime = 23,      // VT_DATE
-  kPropertyLastWriteTime = 24,       // VT_DATE
+  kPropertyFileSize = 21,        // VT_I8: bytes
+  kPropertyCreationTime = 22,    // VT_DATE: local time
+  kPropertyLastAccessTime = 23,  // VT_DATE
+  kPropertyLastWriteTime = 24,   // VT_DATE
   kPropertyFileTypeName = 25,
-  kPropertyRating = 26,              // VT_I4: 0 trusted, 1 unknown, 2 risky
+  kPropertyRating = 26,  // VT_I4: 0 trusted, 1 unknown, 2 risky
+};
+
+// What IFavoriteItem::GetKind answers.
+enum FavoriteKind : std::int32_t {
+  kFavoritePath = 0,  // added by IFavoriteItemCollection::AddPath
+  kFavoriteMail = 1,
+  kFavoriteMedia = 2,
+  kFavoriteBrowser = 3,
+  kFavoriteContacts = 4,
+  kFavoriteCalendar = 5,
+  kFavoriteInternetCall = 6,
+  kFavoriteMessaging = 7,
+};
+
+// Indexes of IFavoriteItem::GetProperty besides those of ItemProperty.
+enum FavoriteProperty : std::int32_t {
+  kFavoritePropertyKind = 0,      // VT_I4
+  kFavoritePropertyKeyPath = 27,  // VT_BSTR: below HKEY_LOCAL_MACHINE; empty for an added path
 };
 
 // Actions of IStartupItem::CanDo.
@@ -197,32 +216,47 @@ struct IStartupManagerStrings : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE SetChangingText(const wchar_t* text) = 0;
 };
 
-// One default program. As IStartupItem, a wrapper whose entry is gone answers neutral values.
+// One default program. The wrapper keeps its collection, and with it the entry, alive. Any thread may use it.
 struct IFavoriteItem : IUnknown {
   static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x06}};
 
-  // 3-8
+  // 3: position in the list; it never changes.
   virtual std::int32_t STDMETHODCALLTYPE GetIndex() = 0;
+  // 4: a FavoriteKind.
   virtual std::int32_t STDMETHODCALLTYPE GetKind() = 0;
+  // 5: the display name.
   virtual HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) = 0;
+  // 6: takes and clears the changed mark, which is set once when the entry's details have been loaded, and
+  // says whether it was set.
   virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
+  // 7: index in the collection's own image lists; 0 is the unknown file.
   virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
-  // As IStartupItem::GetProperty, but 0 = kind and 27 = key path.
+  // 8: by a FavoriteProperty or an ItemProperty; VT_NULL for an unknown index and for those that have no
+  // meaning here: enabled, link number, rating. The caller clears the variant.
   virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
 };
 
-// The system's default programs.
+// The system's default programs. Each collection reads them once, on a thread of its own, from the moment it
+// is made; entries are only ever appended. Releasing the last reference, the wrappers' included, ends that
+// thread and waits for it: any thread may do that at any time, but not while another one holds the list's
+// lock.
 struct IFavoriteItemCollection : IUnknown {
   static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
 
-  // 3-10
+  // 3
   virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
+  // 4: a new wrapper. For an index outside the list S_FALSE, and `item` stays as it is.
   virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IFavoriteItem** item) = 0;
+  // 5, 6: 16x16 and 32x32; borrowed, valid while the collection lives.
   virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
   virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
+  // 7: appends an entry for a file; its details are loaded soon after. The path must not be empty.
   virtual HRESULT STDMETHODCALLTYPE AddPath(const wchar_t* path) = 0;
+  // 8, 9: no entry is added and none gets its details in between. Recursive; only the thread that locked may
+  // unlock.
   virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
   virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
+  // 10: a ReadState: created, every kind read, details loaded. It stays complete when a path is added.
   virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
 };
 
@@ -233,7 +267,7 @@ struct IStartupManager : IUnknown {
 
   // 3: always the same collection. Hosts ask for it at least once before they free the library.
   virtual HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) = 0;
-  // 4: a new collection on every call; E_NOTIMPL in this version.
+  // 4: a new collection on every call.
   virtual HRESULT STDMETHODCALLTYPE GetFavoriteItems(IFavoriteItemCollection** items) = 0;
   // 5: a new object on every call.
   virtual HRESULT STDMETHODCALLTYPE GetStrings(IStartupManagerStrings** strings) = 0;

@@ -9,7 +9,4 @@ namespace smh {
 // VT_NULL for an unknown index. The caller owns the variant. Raises std::bad_alloc.
 VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index);
 
-// A variant without a value.
-VARIANT NullVariant() noexcept;
-
 }  // namespace smh

@@ -1,5 +1,6 @@
 #include "core/module_start.h"
 
+#include "clients/living_collections.h"
 #include "core/location_classes.h"
 #include "core/uDllGlobals.h"
 #include "core/uStartupManager.h"
@@ -70,6 +71,8 @@ constexpr ModuleStep kSteps[] = {
     {L"locations and reader", StartLocations, UnlessBroken<FreeLocations>},
     {L"location classes", RegisterLocationClasses, StopNothing},
     {L"manager", StartManager, StopReaderAndManager},
+    // Stopped first, for the same reason as the reader.
+    {L"default programs", StartLivingCollections, StopLivingCollectionsAtUnload},
 };
 
 }  // namespace

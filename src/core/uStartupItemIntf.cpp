@@ -4,6 +4,7 @@
 #include "core/item_execution.h"
 #include "core/item_properties.h"
 #include "core/uDllGlobals.h"
+#include "core/variant_values.h"
 #include "infra/assertion.h"
 #include "model/uLocationStartup.h"
 

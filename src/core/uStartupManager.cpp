@@ -1,5 +1,6 @@
 #include "core/uStartupManager.h"
 
+#include "clients/uFavoriteItemCollection.h"
 #include "core/boundary_call.h"
 #include "core/uStartupItemCollection.h"
 #include "infra/text.h"
@@ -47,10 +48,10 @@ HRESULT TStartupManager::GetStartupItems(IStartupItemCollection** items) {
 }
 
 HRESULT TStartupManager::GetFavoriteItems(IFavoriteItemCollection** items) {
-  ClearErrorInfo();
-  if (items == nullptr) return ReportFailure(E_POINTER, L"An out argument is null.");
-  *items = nullptr;
-  return ReportFailure(E_NOTIMPL, L"Default programs are not available in this version.");
+  return BoundaryResult(items, [&] {
+    *items = nullptr;
+    *items = new TFavoriteItemCollection();
+  });
 }
 
 HRESULT TStartupManager::GetStrings(IStartupManagerStrings** strings) {

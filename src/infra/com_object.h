@@ -8,7 +8,7 @@
 
 namespace smh {
 
-// Starts with one reference, owned by the creator, and deletes itself with the last one. QueryInterface
+// Starts with one reference, owned by the creator, and destroys itself with the last one. QueryInterface
 // answers IUnknown and the listed interfaces, else E_NOINTERFACE.
 template <typename... Interfaces>
 class ComObject : public Interfaces... {
@@ -25,17 +25,17 @@ class ComObject : public Interfaces... {
     AddRef();
     return S_OK;
   }
-  ULONG STDMETHODCALLTYPE AddRef() override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
   ULONG STDMETHODCALLTYPE Release() override {
     const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) delete this;
+    if (left == 0) Destroy();
     return static_cast<ULONG>(left);
   }
 
  protected:
   virtual ~ComObject() = default;
+  // What the last release does.
+  virtual void Destroy() noexcept { delete this; }
 
  private:
   template <typename Interface>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/startup_location.h"
-#include "model/item_details.h"
+#include "model/started_file.h"
 #include "sysutil/uFileUtils.h"
 
 #include <string_view>
@@ -12,8 +12,6 @@ namespace smh {
 
 // Whether the location keeps files in a folder rather than values in the registry.
 bool IsFolderLocation(TTypeStartupLocation location) noexcept;
-
-TargetKind TargetKindOfFile(std::wstring_view file);
 
 // Details with nothing but the given texts and the target's kind. `target` receives what the command resolves
 // to, so that FillBasicDetails need not resolve it again. In a folder location `name` is the entry's own

@@ -56,10 +56,14 @@ int Rate(const ItemDetails& details) {
 
 }  // namespace
 
-void ReadExtendedDetails(ItemDetails& details) {
+void ReadFileFacts(ItemDetails& details) {
   const bool fileExists = details.FileFound && FileUtils::FileExists(details.FilePath);
   if (fileExists) ReadTimes(details);
   ReadTypeName(details);
+}
+
+void ReadExtendedDetails(ItemDetails& details) {
+  ReadFileFacts(details);
   if (!details.FileFound) return;
   details.Rating = Rate(details);
   details.ImageIndex = AppendFileIcon(details.IconPath.empty() ? details.FilePath : details.IconPath,

@@ -2,6 +2,7 @@
 
 #include "infra/uStatisticsLog.h"
 #include "model/reader_control.h"
+#include "model/reader_thread.h"
 #include "model/uLocationStartup.h"
 
 namespace smh {
@@ -12,32 +13,17 @@ constexpr DWORD kPollIntervalMs = 1000;
 
 }  // namespace
 
-template <typename Step>
-bool TReadThread::RunStep(Step&& step) noexcept {
-  try {
-    step();
-    return true;
-  } catch (const EAbort&) {
-    return false;
-  } catch (...) {
-    LogCurrentException();
-    // A lasting failure must not become a busy loop.
-    WaitForSingleObject(wake_, kPollIntervalMs);
-    return true;
-  }
-}
-
 void TReadThread::Execute() noexcept {
-  bool goOn = RunStep([this] { ReadLocations(); });
+  bool goOn = thread_.RunStep([this] { ReadLocations(); });
   if (goOn) state_.exchange(kReadStateListed);
   while (goOn) {
-    goOn = RunStep([this] {
+    goOn = thread_.RunStep([this] {
       ReadExtendedInfo();
       if (state_.load() != kReadStateComplete) state_.exchange(kReadStateComplete);
       CheckTerminated();
       SaveLog();
     });
-    goOn = goOn && RunStep([this] { WaitForChange(); });
+    goOn = goOn && thread_.RunStep([this] { WaitForChange(); });
   }
   SaveLog();
 }
@@ -67,7 +53,7 @@ void TReadThread::ReadExtendedInfo() {
 }
 
 void TReadThread::WaitForChange() {
-  ResetEvent(wake_);
+  ResetEvent(thread_.Wake());
   // A request to end that came before the reset must not be waited away.
   CheckTerminated();
   for (;;) {
@@ -78,7 +64,7 @@ void TReadThread::WaitForChange() {
       location->ReadItems();
       return;
     }
-    if (WaitForSingleObject(wake_, kPollIntervalMs) == WAIT_OBJECT_0) return;
+    if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;
     CheckTerminated();
   }
 }

@@ -4,9 +4,10 @@
 // name, rating, icons) later on the read thread.
 //
 // Lock order of the module, outermost first: the reader's control lock (reader_control.h), the item-list lock
-// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h),
-// the image-list lock (image_lists.h), the checkpoint texts' lock (checkpoint.h), the log's lock, the service
-// cache's lock.
+// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
+// image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the list of living collections
+// (living_collections.h), the log's lock, the service cache's lock. The locks of the default programs
+// (uFavoriteItem.h) and these two are never held together.
 #pragma once
 
 #include "core/startup_location.h"

@@ -73,6 +73,10 @@ OutVariant::OutVariant(const RawItem& item, std::int32_t index) : OutVariant() {
   EXPECT_EQ(item.GetProperty(index, Put()), S_OK) << index;
 }
 
+OutVariant::OutVariant(const RawFavorite& item, std::int32_t index) : OutVariant() {
+  EXPECT_EQ(item.GetProperty(index, Put()), S_OK) << index;
+}
+
 OutVariant::~OutVariant() {
   if (value_.vt == VT_BSTR) SysFreeString(value_.bstrVal);
 }
@@ -92,6 +96,22 @@ std::wstring RawItem::PropertyText(std::int32_t index) const {
   return OutVariant(*this, index).Text();
 }
 
+std::wstring RawFavorite::Name() const {
+  OutText name;
+  GetName(name.Put());
+  return name.Text();
+}
+
+std::wstring RawFavorite::PropertyText(std::int32_t index) const {
+  return OutVariant(*this, index).Text();
+}
+
+RawFavorite RawFavorites::Item(std::int32_t index) const {
+  RawFavorite item;
+  if (GetItem(index, item.Put()) != S_OK) throw std::runtime_error("no default program");
+  return item;
+}
+
 RawItem RawCollection::Item(std::int32_t index) const {
   RawItem item;
   if (FAILED(GetItem(index, item.Put()))) throw std::runtime_error("no item object");
@@ -108,6 +128,12 @@ RawCollection RawManager::Items() const {
   RawCollection items;
   if (FAILED(GetStartupItems(items.Put()))) throw std::runtime_error("no collection");
   return items;
+}
+
+RawFavorites RawManager::Favorites() const {
+  RawFavorites favorites;
+  if (FAILED(GetFavoriteItems(favorites.Put()))) throw std::runtime_error("no default programs");
+  return favorites;
 }
 
 RawStrings RawManager::Strings() const {

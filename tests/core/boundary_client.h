@@ -27,6 +27,10 @@ inline constexpr GUID kCollectionGuid = {
     0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
 inline constexpr GUID kItemGuid = {
     0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
+inline constexpr GUID kFavoritesGuid = {
+    0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
+inline constexpr GUID kFavoriteGuid = {
+    0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x06}};
 
 // Ordinals of locations.
 inline constexpr std::int32_t kNoLocation = 0;
@@ -60,6 +64,7 @@ class OutVariant {
   OutVariant() noexcept;
   // What the item answers for a property.
   OutVariant(const class RawItem& item, std::int32_t index);
+  OutVariant(const class RawFavorite& item, std::int32_t index);
   ~OutVariant();
   OutVariant(const OutVariant&) = delete;
   OutVariant& operator=(const OutVariant&) = delete;
@@ -155,6 +160,33 @@ class RawCollection : public RawObject {
   RawItem Item(std::int32_t index) const;
 };
 
+class RawFavorite : public RawObject {
+ public:
+  std::int32_t GetIndex() const { return Call<std::int32_t>(3); }
+  std::int32_t GetKind() const { return Call<std::int32_t>(4); }
+  HRESULT GetName(const wchar_t** name) const { return Call<HRESULT>(5, name); }
+  std::uint32_t ReadChanged() const { return Call<std::uint32_t>(6); }
+  std::int32_t GetImageIndex() const { return Call<std::int32_t>(7); }
+  HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
+
+  std::wstring Name() const;
+  std::wstring PropertyText(std::int32_t index) const;
+};
+
+class RawFavorites : public RawObject {
+ public:
+  std::int32_t GetCount() const { return Call<std::int32_t>(3); }
+  HRESULT GetItem(std::int32_t index, void** item) const { return Call<HRESULT>(4, index, item); }
+  void* GetSmallImageList() const { return Call<void*>(5); }
+  void* GetLargeImageList() const { return Call<void*>(6); }
+  HRESULT AddPath(const wchar_t* path) const { return Call<HRESULT>(7, path); }
+  HRESULT Lock() const { return Call<HRESULT>(8); }
+  HRESULT Unlock() const { return Call<HRESULT>(9); }
+  std::int32_t GetReadState() const { return Call<std::int32_t>(10); }
+
+  RawFavorite Item(std::int32_t index) const;
+};
+
 // Slots 3 to 14: a getter and a setter for each of the six texts.
 class RawStrings : public RawObject {
  public:
@@ -176,6 +208,7 @@ class RawManager : public RawObject {
 
   RawCollection Items() const;
   RawStrings Strings() const;
+  RawFavorites Favorites() const;
 };
 
 // The library beside this program, loaded by full path; freed at the end unless that was done before.

@@ -1,9 +1,8 @@
 #include "core/boundary_fixture.h"
 
 #include "support/child_process.h"
+#include "support/process_counts.h"
 #include "support/test_main.h"
-
-#include <tlhelp32.h>
 
 #include <algorithm>
 #include <atomic>
@@ -16,28 +15,6 @@ namespace {
 constexpr int kGood = 0;
 constexpr int kBad = 1;
 constexpr wchar_t kMissingProgram[] = L"C:\\no such folder\\gone.exe";
-
-// GetProcessHandleCount is not available everywhere.
-int HandleCount() {
-  constexpr ULONG_PTR kHighest = 0x1000;
-  int count = 0;
-  for (ULONG_PTR value = 4; value < kHighest; value += 4) {
-    DWORD flags = 0;
-    if (GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags)) ++count;
-  }
-  return count;
-}
-
-int ThreadCount() {
-  const ScopedHandle threads(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-  THREADENTRY32 entry = {};
-  entry.dwSize = sizeof(entry);
-  int count = 0;
-  for (BOOL more = Thread32First(threads.Get(), &entry); more; more = Thread32Next(threads.Get(), &entry)) {
-    if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++count;
-  }
-  return count;
-}
 
 bool IsLoaded() {
   return GetModuleHandleW(L"StartupManagerHelper.dll") != nullptr;

@@ -37,9 +37,6 @@ TEST_F(ManagerTest, CollectionIsOneObjectAndStringsAreMany) {
   EXPECT_NE(one.Address(), other.Address());
   EXPECT_EQ(one.AddRef(), 2u);
   EXPECT_EQ(one.Release(), 1u);
-  void* favorites = &favorites;
-  EXPECT_TRUE(IsExplained(manager.GetFavoriteItems(&favorites), E_NOTIMPL));
-  EXPECT_EQ(favorites, nullptr);
 }
 
 TEST_F(ManagerTest, EveryObjectAnswersIUnknownAndItsOwnIdentifier) {

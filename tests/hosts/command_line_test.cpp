@@ -54,6 +54,8 @@ TEST(CommandLine, ItemsAndValuesArriveAsTheyAre) {
     EXPECT_EQ(Parse(change).arguments.items, Words{L"item"});
   }
   EXPECT_EQ(Parse({L"resolve", L"\"a b\" c"}).arguments.items, Words{L"\"a b\" c"});
+  EXPECT_EQ(Parse({L"clients", L"--add", L"a b", L"--json", L"--add", L"[c,d]"}).arguments.paths,
+            (Words{L"a b", L"[c,d]"}));
 }
 
 TEST(CommandLine, LocationOptionTakesOneWordOnly) {
@@ -92,6 +94,11 @@ TEST(CommandLine, WrongUsageIsRefused) {
       {L"watch", L"--seconds", L"-1"},
       {L"watch", L"--seconds", L"soon"},
       {L"log", L"stray"},
+      {L"clients", L"stray"},
+      {L"clients", L"--csv"},
+      {L"clients", L"--add"},
+      {L"clients", L"--add", L" "},
+      {L"clients", L"--add", L"one", L"two"},
   };
   for (const Words& words : wrong) {
     SCOPED_TRACE(testing::PrintToString(words));

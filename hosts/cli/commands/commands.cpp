@@ -19,6 +19,8 @@ constexpr Command kCommands[] = {
     {"locate", "Print where an entry lives, and show it there", kTakesOneItem | kTakesLocation, RunLocate},
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
+    {"clients", "Show the default programs: mail, media, browser and the like", kTakesJson | kTakesPaths,
+     RunClients},
     {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
     {"log", "Print the path of the library's log file", 0, RunLog},
     {"windows", "Print the application windows of the desktop", kHidden, RunWindows},

@@ -25,6 +25,7 @@ enum CommandOption : std::uint32_t {
   kNeedsTarget = 1 << 11,      // --to
   kTakesSeconds = 1 << 12,     // --seconds
   kHidden = 1 << 13,           // not named by --help
+  kTakesPaths = 1 << 14,       // --add, repeatable
 };
 
 struct Command {
@@ -49,6 +50,7 @@ void RunExecute(const Arguments& arguments);
 void RunLocate(const Arguments& arguments);
 void RunResolve(const Arguments& arguments);
 void RunWatch(const Arguments& arguments);
+void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
 void RunWindows(const Arguments& arguments);

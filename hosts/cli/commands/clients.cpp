@@ -1,0 +1,52 @@
+#include "client_record.h"
+#include "commands/commands.h"
+#include "console.h"
+#include "json_output.h"
+#include "table_output.h"
+#include "text_encoding.h"
+
+namespace smh {
+namespace {
+
+std::wstring AsTable(std::span<const ClientRecord> clients) {
+  TextTable table{.header = {L"#", L"Kind", L"Name", L"Company", L"File", L"Description", L"Icon", L"Key"},
+                  .rows = {},
+                  .pathColumn = 4};
+  for (const ClientRecord& client : clients) {
+    table.rows.push_back(
+        {std::to_wstring(client.index), std::wstring(ClientKindName(client.kind)), Printable(client.name),
+         Printable(client.company), Printable(client.file.empty() ? client.command : client.file),
+         Printable(client.description), std::to_wstring(client.imageIndex), Printable(client.keyPath)});
+  }
+  std::wstring text;
+  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
+  return text;
+}
+
+std::wstring AsJson(std::span<const ClientRecord> clients) {
+  std::wstring json = L"[";
+  for (const ClientRecord& client : clients) {
+    json += json.size() == 1 ? L"\n{" : L",\n{";
+    for (const ClientField& field : ClientFields()) {
+      if (!json.ends_with(L'{')) json += L',';
+      json += JsonText(field.key) + L':' + JsonValue(field.read(client));
+    }
+    json += L'}';
+  }
+  return json + (clients.empty() ? L"]\n" : L"\n]\n");
+}
+
+}  // namespace
+
+void RunClients(const Arguments& arguments) {
+  const Library library;
+  const std::vector<ClientRecord> clients = ReadClients(library, arguments.paths);
+  for (const ClientRecord& client : clients) {
+    if (client.kind == kFavoritePath && !client.fileFound) {
+      WriteMessage(L"There is no file \"" + client.command + L"\".");
+    }
+  }
+  WriteOutput(arguments.format == OutputFormat::json ? AsJson(clients) : AsTable(clients));
+}
+
+}  // namespace smh

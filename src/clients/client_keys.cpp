@@ -1,0 +1,98 @@
+#include "clients/client_keys.h"
+
+#include "core/StartupManagerHelper.h"
+#include "core/uDllGlobals.h"
+#include "infra/format.h"
+#include "infra/text.h"
+#include "infra/uRegistryUtils.h"
+
+#include <iterator>
+
+namespace smh {
+
+namespace {
+
+constexpr const wchar_t* kKindKeys[] = {
+    L"",
+    L"Software\\Clients\\Mail",
+    L"Software\\Clients\\Media",
+    L"Software\\Clients\\StartMenuInternet",
+    L"Software\\Clients\\Contacts",
+    L"Software\\Clients\\Calendar",
+    L"Software\\Clients\\Internet Call",
+    L"Software\\Clients\\IM",
+};
+static_assert(std::size(kKindKeys) == kFavoriteMessaging + 1);
+
+// Where a client's display name may stand, the first that yields a text wins; keys hold the client's for
+// "%s".
+struct NameSource {
+  const wchar_t* key;
+  const wchar_t* value;
+};
+constexpr NameSource kNameSources[] = {
+    {L"%s", L"LocalizedString"},
+    {L"%s\\Capabilities", L"ApplicationName"},
+    {L"%s", L""},
+};
+constexpr wchar_t kCommandKey[] = L"%s\\shell\\open\\command";
+constexpr wchar_t kIconKey[] = L"%s\\DefaultIcon";
+
+// Empty when there is no such text.
+std::wstring ReadText(std::wstring keyPath, const std::wstring& value) {
+  TRegistryEx registry(KEY_READ);
+  registry.SetRootKey(HKEY_LOCAL_MACHINE);
+  registry.KeyPath = std::move(keyPath);
+  registry.ValueName = value;
+  registry.AcceptedTypes = {RegistryDataKind::kString, RegistryDataKind::kExpandString};
+  return registry.ValueExistsEx(true, true) ? registry.ReadStringEx(true, true) : std::wstring();
+}
+
+std::wstring ReadName(const std::wstring& keyPath) {
+  for (const NameSource& source : kNameSources) {
+    const std::wstring text = ReadText(Format(source.key, keyPath), source.value);
+    std::wstring name = Trim(DLLGlobals::LoadIndirectString(text));
+    if (!name.empty()) return name;
+  }
+  return Trim(std::wstring_view(keyPath).substr(keyPath.rfind(L'\\') + 1));
+}
+
+std::wstring ReadCommand(const std::wstring& keyPath) {
+  const std::wstring text = ReadText(Format(kCommandKey, keyPath), L"");
+  return Trim(TakeText([&](BoundaryText* command) {
+    return DLLGlobals::ShellHelper().NormalizeCommand(text.c_str(), command);
+  }));
+}
+
+}  // namespace
+
+std::span<const wchar_t* const> ClientKindKeys() noexcept {
+  return kKindKeys;
+}
+
+std::vector<std::wstring> ClientNames(std::int32_t kind, REGSAM view) {
+  TRegistryEx registry(KEY_READ | view);
+  registry.SetRootKey(HKEY_LOCAL_MACHINE);
+  if (!registry.OpenKeyReadOnly(kKindKeys[kind])) return {};
+  return registry.KeyNames();
+}
+
+std::optional<FavoriteIdentity> ReadClient(std::int32_t kind, const std::wstring& keyPath) {
+  FavoriteIdentity client{.kind = kind, .keyPath = keyPath, .name = {}, .command = {}, .iconLocation = {}};
+  client.command = ReadCommand(keyPath);
+  if (client.command.empty()) return std::nullopt;
+  client.name = ReadName(keyPath);
+  if (client.name.empty()) return std::nullopt;
+  client.iconLocation = ReadText(Format(kIconKey, keyPath), L"");
+  return client;
+}
+
+FavoriteIdentity IdentityOfPath(const std::wstring& path) {
+  const std::wstring file = DequoteText(Trim(path));
+  std::wstring name = TakeText(
+      [&](BoundaryText* out) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), out); });
+  if (name.empty()) name = file;
+  return {.kind = kFavoritePath, .keyPath = {}, .name = std::move(name), .command = path, .iconLocation = {}};
+}
+
+}  // namespace smh

@@ -1,0 +1,22 @@
+#include "clients/uFavoriteItem.h"
+
+#include "clients/client_details.h"
+
+namespace smh {
+
+TFavoriteItem::TFavoriteItem(FavoriteIdentity identity, int position)
+    : identity_(std::move(identity)), position_(position), details_(InitialClientDetails(identity_)) {}
+
+bool TFavoriteItem::NeedsDetails() const {
+  ScopedLock lock(lock_);
+  return needsDetails_;
+}
+
+void TFavoriteItem::TakeDetails(ItemDetails details) {
+  ScopedLock lock(lock_);
+  details_ = std::move(details);
+  needsDetails_ = false;
+  state_.exchange(-1);
+}
+
+}  // namespace smh

@@ -1,0 +1,22 @@
+// Values of properties as variants. The caller owns the variant.
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <cstdint>
+#include <string>
+
+namespace smh {
+
+// A variant without a value.
+VARIANT NullVariant() noexcept;
+// Raises std::bad_alloc.
+VARIANT TextVariant(const std::wstring& text);
+VARIANT NumberVariant(std::int32_t number) noexcept;
+VARIANT BooleanVariant(bool set) noexcept;
+VARIANT SizeVariant(std::int64_t size) noexcept;
+// An OLE date.
+VARIANT DateVariant(double date) noexcept;
+
+}  // namespace smh

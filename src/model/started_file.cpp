@@ -1,0 +1,60 @@
+#include "model/started_file.h"
+
+#include "core/uDllGlobals.h"
+#include "infra/text.h"
+
+namespace smh {
+
+namespace {
+
+// Without a trailing backslash, except for the root of a drive.
+std::wstring FolderOf(const std::wstring& path) {
+  std::wstring folder = WithoutTrailingBackslash(FolderPart(path));
+  if (folder.ends_with(L':')) folder += L'\\';
+  return folder;
+}
+
+void TakeVersionTexts(ItemDetails& details) {
+  if (!details.FileFound) return;
+  details.Version = ReadVersionTexts(details.FilePath);
+  const std::wstring& description = details.Version.FileDescription;
+  if (description.empty()) return;
+  details.Description = description;
+  if (details.Caption.empty()) details.Caption = description;
+}
+
+}  // namespace
+
+TargetKind TargetKindOfFile(std::wstring_view file) {
+  const std::wstring_view extension = ExtensionPart(file);
+  if (extension.empty()) return TargetKind::kOther;
+  if (SameText(extension, L".lnk")) return TargetKind::kShortcut;
+  const std::wstring list = TakeText(
+      [](BoundaryText* extensions) { return DLLGlobals::Helper().GetExecutableExtensions(extensions); });
+  for (std::wstring_view rest = list; !rest.empty();) {
+    const std::size_t end = rest.find(L';');
+    if (SameText(rest.substr(0, end), extension)) return TargetKind::kExecutable;
+    rest.remove_prefix(end == std::wstring_view::npos ? rest.size() : end + 1);
+  }
+  return TargetKind::kOther;
+}
+
+std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
+  details.LinkPath = details.FilePath;
+  std::optional<ShortcutFacts> facts = ReadShortcutFacts(details.LinkPath);
+  if (!facts) return facts;
+  details.WorkingFolder = facts->workingFolder;
+  details.IconPath = facts->iconPath;
+  details.IconIndex = facts->iconIndex;
+  details.Description = facts->description;
+  details.LinkShowCommand = facts->hotKey;
+  if (!facts->targetFile.empty()) details.FilePath = facts->targetFile;
+  return facts;
+}
+
+void DescribeStartedFile(ItemDetails& details) {
+  if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
+  TakeVersionTexts(details);
+}
+
+}  // namespace smh

@@ -1,0 +1,217 @@
+#include "core/boundary_favorite_fixture.h"
+
+#include <commctrl.h>
+#include <objbase.h>
+#include <shlobj.h>
+
+#include <algorithm>
+
+namespace smh::test {
+namespace {
+
+constexpr wchar_t kMissingFile[] = L"C:\\no such folder\\gone.exe";
+
+void SaveShortcut(const std::wstring& file, const std::wstring& target, const std::wstring& iconFile,
+                  int iconIndex) {
+  CoInitialize(nullptr);
+  IShellLinkW* link = nullptr;
+  IPersistFile* saved = nullptr;
+  ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                             reinterpret_cast<void**>(&link)),
+            S_OK);
+  link->SetPath(target.c_str());
+  link->SetArguments(L"/from link");
+  link->SetIconLocation(iconFile.c_str(), iconIndex);
+  ASSERT_EQ(link->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&saved)), S_OK);
+  EXPECT_EQ(saved->Save(file.c_str(), TRUE), S_OK);
+  saved->Release();
+  link->Release();
+  CoUninitialize();
+}
+
+TEST_F(FavoriteTest, NamesComeFromTheFirstSourceThatYieldsText) {
+  struct Row {
+    std::wstring key, localized, application, plain, name;
+  };
+  const std::wstring texts = L"@" + TextsLibrary();
+  const Row rows[] = {
+      {L"1 all", texts + L",-101", L"application", L"plain", L"Tidewater Mail"},
+      {L"2 no such string", texts + L",-999", texts + L",-102", L"plain", L"Harbour Card Mail"},
+      {L"3 no such file", L"@C:\\gone.dll,-1", L" application\t", L"plain", L"application"},
+      {L"4 blanks", L" \t", L"", L"  plain ", L"plain"},
+      {L"5 key's own/name", L"", L"", L"", L"5 key's own/name"},
+  };
+  for (const Row& row : rows) {
+    const std::wstring key = keys.Add(1, row.key, sample.Path());
+    keys.Set(key, L"LocalizedString", row.localized);
+    keys.Set(key + L"\\Capabilities", L"ApplicationName", row.application);
+    keys.Set(key, L"", row.plain);
+  }
+  // Only texts count.
+  const std::wstring number = keys.Add(1, L"6 number", sample.Path());
+  SetValue(HKEY_LOCAL_MACHINE, number, L"LocalizedString", Dword(7), OwnView());
+  const RawFavorites favorites = ReadFavorites();
+  ASSERT_EQ(favorites.GetCount(), 6);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(favorites.Item(i).Name(), rows[i].name);
+  EXPECT_EQ(favorites.Item(5).Name(), L"6 number");
+}
+
+TEST_F(FavoriteTest, ListsEveryKindOnceFromBothViewsAndOnlyWithACommand) {
+  std::vector<std::wstring> expected;
+  for (int kind = 1; kind <= 7; ++kind) {
+    keys.Add(kind, L"Both " + std::to_wstring(kind), L" %ComSpec% /" + std::to_wstring(kind) + L' ');
+    keys.Add(kind, L"Mute", L"");
+    expected.push_back(L"Both " + std::to_wstring(kind));
+    if (!HasTwoViews()) continue;
+    keys.Add(kind, L"BOTH " + std::to_wstring(kind), L"other.exe", KEY_WOW64_32KEY);
+    keys.Add(kind, L"Own " + std::to_wstring(kind), sample.Path(), KEY_WOW64_32KEY);
+    expected.push_back(L"Own " + std::to_wstring(kind));
+  }
+  // Of no kind.
+  keys.Add(0, L"Stray", sample.Path());
+  const RawFavorites favorites = ReadFavorites();
+  EXPECT_EQ(Names(favorites), expected);
+  const int step = HasTwoViews() ? 2 : 1;
+  wchar_t interpreter[MAX_PATH];
+  GetEnvironmentVariableW(L"ComSpec", interpreter, MAX_PATH);
+  for (int kind = 1; kind <= 7; ++kind) {
+    const RawFavorite item = favorites.Item((kind - 1) * step);
+    EXPECT_EQ(item.GetIndex(), (kind - 1) * step);
+    EXPECT_EQ(item.GetKind(), kind);
+    EXPECT_EQ(OutVariant(item, 0)->lVal, kind);
+    EXPECT_EQ(item.PropertyText(4), std::wstring(interpreter) + L" /" + std::to_wstring(kind));
+    EXPECT_EQ(item.PropertyText(27), kClientsKey + L'\\' + kKinds[kind] + L"\\Both " + std::to_wstring(kind));
+  }
+}
+
+TEST_F(FavoriteTest, PropertiesMirrorThoseOfStartupItems) {
+  keys.Add(2, L"Player", sample.Quoted() + L" /play");
+  SetUserRun(L"Player", sample.Quoted() + L" /play");
+  Read();
+  const RawItem startup = FindUserRun(L"Player");
+  const RawFavorites favorites = ReadFavorites();
+  const RawFavorite item = favorites.Item(0);
+  EXPECT_EQ(item.ReadChanged(), 1u);
+  EXPECT_EQ(item.ReadChanged(), 0u);
+  EXPECT_EQ(item.PropertyText(5), L"Boundary sample program");
+  for (std::int32_t index = 1; index <= 26; ++index) {
+    const OutVariant value(item, index);
+    if (index == 1 || index == 7 || index == 26) {
+      EXPECT_EQ(value.Type(), VT_NULL) << index;
+      continue;
+    }
+    const OutVariant other(startup, index);
+    EXPECT_EQ(value.Type(), other.Type()) << index;
+    EXPECT_EQ(value.Text(), other.Text()) << index;
+  }
+  EXPECT_EQ(OutVariant(item, 2)->boolVal, VARIANT_TRUE);
+  EXPECT_EQ(OutVariant(item, 21)->llVal, OutVariant(startup, 21)->llVal);
+  EXPECT_EQ(OutVariant(item, 24)->date, OutVariant(startup, 24)->date);
+  for (const std::int32_t index : {-1, 28}) EXPECT_EQ(OutVariant(item, index).Type(), VT_NULL);
+}
+
+TEST_F(FavoriteTest, IconsComeFromTheRegisteredPlaceOrTheShortcut) {
+  const std::wstring texts = TextsLibrary();
+  const TemporaryFolder folder;
+  const std::wstring link = folder.File(L"with blanks.lnk");
+  ASSERT_NO_FATAL_FAILURE(SaveShortcut(link, sample.Path(), texts, 1));
+  SetEnvironmentVariableW(L"FavoriteTexts", texts.c_str());
+  const std::pair<std::wstring, std::wstring> rows[] = {
+      {sample.Path(), L""},
+      {sample.Path(), texts},
+      {sample.Path(), texts + L",1"},
+      {sample.Path(), L'"' + texts + L"\", 1"},
+      {sample.Path(), L"%FavoriteTexts%,99"},
+      {sample.Path(), std::wstring(kMissingFile) + L",0"},
+      {sample.Path(), sample.Path() + L",0"},
+      {L'"' + link + L'"', std::wstring(kMissingFile) + L",0"},
+      {kMissingFile, texts + L",0"},
+  };
+  constexpr int kImages[] = {0, 1, 2, 2, 1, 0, 0, 2, 1};
+  for (int i = 0; i < 9; ++i) {
+    const std::wstring key = keys.Add(3, std::to_wstring(i), rows[i].first);
+    if (!rows[i].second.empty()) keys.Set(key + L"\\DefaultIcon", L"", rows[i].second);
+  }
+  const RawFavorites favorites = ReadFavorites();
+  ASSERT_EQ(favorites.GetCount(), 9);
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(favorites.Item(i).GetImageIndex(), kImages[i]) << i;
+  const auto side = [](void* list) {
+    int width = 0;
+    int height = 0;
+    ImageList_GetIconSize(static_cast<HIMAGELIST>(list), &width, &height);
+    return width;
+  };
+  EXPECT_EQ(side(favorites.GetSmallImageList()), 16);
+  EXPECT_EQ(side(favorites.GetLargeImageList()), 32);
+  EXPECT_EQ(ImageList_GetImageCount(static_cast<HIMAGELIST>(favorites.GetLargeImageList())), 3);
+  // The shortcut stands for its target.
+  EXPECT_EQ(favorites.Item(7).PropertyText(18), L"Quillmark");
+  EXPECT_EQ(favorites.Item(7).PropertyText(4), L'"' + link + L'"');
+  EXPECT_EQ(OutVariant(favorites.Item(8), 2)->boolVal, VARIANT_FALSE);
+
+  // A path that is added needs no quotes.
+  EXPECT_EQ(favorites.AddPath(link.c_str()), S_OK);
+  const RawFavorite added = favorites.Item(9);
+  EXPECT_TRUE(WaitUntil([&] { return added.ReadChanged() == 1; }));
+  EXPECT_EQ(added.GetKind(), 0);
+  EXPECT_EQ(added.Name(), L"with blanks");
+  EXPECT_EQ(added.PropertyText(4), link);
+  EXPECT_EQ(added.PropertyText(27), L"");
+  EXPECT_EQ(added.PropertyText(18), L"Quillmark");
+  EXPECT_EQ(added.GetImageIndex(), 2);
+}
+
+TEST_F(FavoriteTest, CollectionsAreManyAndKeepTheContract) {
+  keys.Add(1, L"Mailer", sample.Path());
+  const RawFavorites favorites = ReadFavorites();
+  const RawFavorites other = manager.Favorites();
+  EXPECT_NE(favorites.Address(), other.Address());
+  const RawFavorite item = favorites.Item(0);
+  for (const std::int32_t index : {-1, 1}) {
+    PlantErrorInfo();
+    void* untouched = this;
+    EXPECT_EQ(favorites.GetItem(index, &untouched), S_FALSE);
+    EXPECT_EQ(untouched, this);
+    EXPECT_FALSE(TakeErrorInfo().has_value());
+  }
+  EXPECT_TRUE(IsExplained(favorites.GetItem(0, nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(item.GetName(nullptr), E_POINTER));
+  EXPECT_TRUE(IsExplained(item.GetProperty(3, nullptr), E_POINTER));
+  for (const wchar_t* path : {static_cast<const wchar_t*>(nullptr), L"", L" \t"}) {
+    EXPECT_TRUE(IsAssertion(favorites.AddPath(path), L"uFavoriteItemCollection"));
+  }
+  EXPECT_TRUE(IsAssertion(favorites.Unlock(), L"uFavoriteItemCollection"));
+  EXPECT_EQ(favorites.GetCount(), 1);
+  const std::pair<const RawObject*, const GUID*> objects[] = {{&favorites, &kFavoritesGuid},
+                                                              {&item, &kFavoriteGuid}};
+  for (const auto& [object, own] : objects) {
+    for (const GUID& id : {kFavoritesGuid, kFavoriteGuid, kCollectionGuid, kItemGuid, IID_IUnknown}) {
+      const bool expected = IsEqualGUID(id, *own) || IsEqualGUID(id, IID_IUnknown);
+      RawObject out;
+      EXPECT_EQ(object->QueryInterface(&id, out.Put()), expected ? S_OK : E_NOINTERFACE);
+      EXPECT_EQ(out.Address(), expected ? object->Address() : nullptr);
+    }
+  }
+}
+
+TEST_F(FavoriteTest, EntriesOutliveTheHostsReferenceToTheirCollection) {
+  keys.Add(1, L"Mailer", sample.Path());
+  RawFavorites favorites = ReadFavorites();
+  const RawFavorite item = favorites.Item(0);
+  favorites.Reset();
+  EXPECT_EQ(item.Name(), L"Mailer");
+  EXPECT_EQ(item.PropertyText(18), L"Quillmark");
+}
+
+TEST_F(FavoriteTest, AFaultyKeyDoesNotKeepTheOthersFromTheList) {
+  const LimitedKey unreadable(HKEY_LOCAL_MACHINE, keys.Add(1, L"B", sample.Path()), LimitedKey::Rights::kNone,
+                              OwnView());
+  keys.Add(1, L"A", sample.Path());
+  keys.Add(1, L"C", std::wstring(30'000, L'x') + L".exe");
+  keys.Add(7, L"D", L"\xD800\"\"\" %");
+  const std::vector<std::wstring> names = Names(ReadFavorites());
+  for (const wchar_t* name : {L"A", L"C", L"D"}) EXPECT_EQ(std::ranges::count(names, name), 1);
+}
+
+}  // namespace
+}  // namespace smh::test
