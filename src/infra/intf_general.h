@@ -41,6 +41,10 @@ struct IHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) = 0;
   // 13: 0 or 1.
   virtual BOOL STDMETHODCALLTYPE IsUserAdmin() = 0;
+  // 14: `count` strings of one version record, as 7 and, for a null name, 8 give them, with one look at the file.
+  // When it fails every text is empty.
+  virtual HRESULT STDMETHODCALLTYPE GetVersionStrings(const wchar_t* file, const wchar_t* const* names,
+                                                      std::uint32_t count, BoundaryText* texts) = 0;
 };
 
 struct IGlobals : IUnknown {

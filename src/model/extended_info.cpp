@@ -46,7 +46,7 @@ int KnownRating(std::int32_t answer) {
 int Rate(const ItemDetails& details) {
   IFileRater& rater = DLLGlobals::FileRater();
   int rating = kRatingUnknown;
-  const std::wstring& company = details.Version.Company();
+  const std::wstring& company = details.Version->Company();
   if (!company.empty()) rating = KnownRating(rater.RateCompany(company.c_str()));
   if (rating == kRatingUnknown) {
     rating = KnownRating(rater.RateFile(std::wstring(FileNamePart(details.FilePath)).c_str()));

@@ -30,7 +30,7 @@ struct ItemDetails {
   std::wstring WorkingFolder;
   // The hot key of a shortcut entry.
   int LinkShowCommand = 0;
-  VersionTexts Version;
+  SharedVersionTexts Version = NoVersionTexts();
   std::int64_t FileSize = 0;
   // OLE dates in local time; 0 when not read.
   double CreationTime = 0;

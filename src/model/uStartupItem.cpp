@@ -120,6 +120,7 @@ void SetShowAllLocations(bool show) noexcept {
 
 void StartStartupItem() {
   g_items = new TItemList();
+  StartVersionTexts();
   StartImageLists();
   g_showAllLocations.store(false);
 }
@@ -127,6 +128,7 @@ void StartStartupItem() {
 void StopStartupItem() noexcept {
   StopImageLists();
   delete std::exchange(g_items, nullptr);
+  StopVersionTexts();
 }
 
 }  // namespace smh

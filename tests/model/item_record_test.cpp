@@ -41,8 +41,8 @@ TEST_F(ItemRecordTest, BasicInformationOfAProgram) {
   EXPECT_EQ(details.EntryName, L"explorer");
   EXPECT_EQ(details.Caption, L"caption");
   EXPECT_EQ(details.WorkingFolder, L"C:\\windows");
-  EXPECT_FALSE(details.Version.FileDescription.empty());
-  EXPECT_EQ(details.Description, details.Version.FileDescription);
+  EXPECT_FALSE(details.Version->FileDescription.empty());
+  EXPECT_EQ(details.Description, details.Version->FileDescription);
   EXPECT_EQ(details.Rating, 1);
   EXPECT_EQ(details.ImageIndex, 3);
 }
@@ -75,7 +75,7 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
-  const std::wstring description = MakeItem(kProgram)->Details().Version.FileDescription;
+  const std::wstring description = MakeItem(kProgram)->Details().Version->FileDescription;
   ASSERT_FALSE(description.empty());
   EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
   EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
@@ -94,7 +94,7 @@ TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
 
 TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
   const ItemRef item = MakeItem(kProgram);
-  const std::wstring company = item->Details().Version.Company();
+  const std::wstring company = item->Details().Version->Company();
   module.Rater().Rate(company, kRatingRisky);
   item->ReadExtendedInfo();
   const ItemDetails details = item->Details();
