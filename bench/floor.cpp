@@ -87,6 +87,27 @@ void ReadRunKey(HKEY root, const std::wstring& path, REGSAM view, bool isAgain, 
   RegCloseKey(key);
 }
 
+void ReadHandlers(HKEY root, const std::wstring& list, REGSAM view, bool isAgain, FloorResult& result) {
+  const HKEY key = Open(root, list.c_str(), view | KEY_READ);
+  if (key == nullptr) return;
+  wchar_t name[256];
+  for (DWORD i = 0;; ++i) {
+    DWORD length = 256;
+    if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+    FloorItem item{std::wstring(name, length), {}, {}};
+    item.isProtected = !MayChange(key, name, view);
+    const HKEY handler = Open(key, name, view | KEY_READ);
+    const std::wstring path = L"CLSID\\" + DefaultText(handler) + L"\\InprocServer32";
+    RegCloseKey(handler);
+    const HKEY server = Open(HKEY_CLASSES_ROOT, path.c_str(), view | KEY_READ);
+    if (server == nullptr) continue;
+    item.command = DefaultText(server);
+    RegCloseKey(server);
+    if (!isAgain) TakeItem(std::move(item), result);
+  }
+  RegCloseKey(key);
+}
+
 std::vector<BYTE> ReadAll(const std::wstring& path) {
   const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                   FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
@@ -162,27 +183,13 @@ void FloorShortcuts(const std::vector<std::wstring>& folders, FloorResult& resul
 }
 
 void FloorHandlers(const std::wstring& list, FloorResult& result) {
-  for (const REGSAM view : Views()) {
-    const bool isAgain = view == 0 && Views().size() == 2;
-    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-      const HKEY key = Open(root, list.c_str(), view | KEY_READ);
-      if (key == nullptr) continue;
-      wchar_t name[256];
-      for (DWORD i = 0;; ++i) {
-        DWORD length = 256;
-        if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-        FloorItem item{std::wstring(name, length), {}, {}};
-        item.isProtected = !MayChange(key, name, view);
-        const HKEY handler = Open(key, name, view | KEY_READ);
-        const std::wstring path = L"CLSID\\" + DefaultText(handler) + L"\\InprocServer32";
-        RegCloseKey(handler);
-        const HKEY server = Open(HKEY_CLASSES_ROOT, path.c_str(), view | KEY_READ);
-        if (server == nullptr) continue;
-        item.command = DefaultText(server);
-        RegCloseKey(server);
-        if (!isAgain) TakeItem(std::move(item), result);
+  for (const wchar_t* const side : {L"", L"\\AutorunsDisabled"}) {
+    bool isAgain = false;
+    for (const REGSAM view : Views()) {
+      for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+        ReadHandlers(root, list + side, view, isAgain, result);
       }
-      RegCloseKey(key);
+      isAgain = true;
     }
   }
 }

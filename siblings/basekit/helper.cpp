@@ -70,9 +70,10 @@ HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* nam
   if (names == nullptr || texts == nullptr) return E_POINTER;
   std::fill_n(texts, count, nullptr);
   const HRESULT result = Guarded([&] {
-    const auto record = ModuleVersionCache().Get(std::wstring(TextArgument(file)));
+    // The system would look for a bare name in its search folders, hence the full path.
+    const VersionRecord record = ReadVersionRecord(FullPath(std::wstring(TextArgument(file))));
     for (std::uint32_t i = 0; i < count; ++i) {
-      texts[i] = MakeBoundaryText(names[i] == nullptr ? record->FileVersionNumber() : record->String(names[i]));
+      texts[i] = MakeBoundaryText(names[i] == nullptr ? record.FileVersionNumber() : record.String(names[i]));
     }
   });
   if (FAILED(result)) {

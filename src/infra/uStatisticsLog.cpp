@@ -8,6 +8,7 @@
 #include "infra/text.h"
 
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace smh {
@@ -58,9 +59,9 @@ void LogSeparator() {
   LogLine(std::wstring(80, L'-'));
 }
 
-void LogLine(std::wstring_view text) {
+void LogLine(std::wstring text) {
   const LogScope scope;
-  if (g_log != nullptr) g_log->lines.emplace_back(text);
+  if (g_log != nullptr) g_log->lines.push_back(std::move(text));
 }
 
 void LogError(const Exception& exception) {

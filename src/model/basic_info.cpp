@@ -58,18 +58,18 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept {
 }
 
 ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
-                           std::wstring_view command, CommandParts& target) {
+                           std::wstring_view command, std::wstring& target) {
   ItemDetails details;
   details.Caption = caption;
   details.Command = command;
-  target = IsFolderLocation(location) ? CommandParts{name, {}} : ResolveCommand(command);
-  details.Kind = TargetKindOfFile(target.path);
+  target = IsFolderLocation(location) ? name : ResolveCommandToFile(command);
+  details.Kind = TargetKindOfFile(target);
   return details;
 }
 
-void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details) {
-  details.EntryName = ShortName(target.path);
-  details.FilePath = std::move(target.path);
+void FillBasicDetails(TTypeStartupLocation location, std::wstring target, ItemDetails& details) {
+  details.EntryName = ShortName(target);
+  details.FilePath = std::move(target);
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
   } else if (IsRundll(details.EntryName)) {

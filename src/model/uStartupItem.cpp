@@ -33,7 +33,11 @@ TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry)
 }
 
 void TStartupItem::FillBasicInfo() {
-  ItemDetails details = Details();
+  ItemDetails details;
+  {
+    ScopedLock lock(Lock);
+    details = std::move(state_.details);
+  }
   FillBasicDetails(location_, std::move(target_), details);
   ScopedLock lock(Lock);
   state_.details = std::move(details);
@@ -44,7 +48,7 @@ bool TStartupItem::UpdateCommand(const std::wstring& command, const std::functio
   const std::wstring started = StartedCommand(location_, command);
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
-  CommandParts target;
+  std::wstring target;
   ItemDetails details = InitialDetails(location_, name, givenText_, command, target);
   FillBasicDetails(location_, std::move(target), details);
 

@@ -51,7 +51,8 @@ class TStartupItem {
   TStartupItem(const TStartupItem&) = delete;
   TStartupItem& operator=(const TStartupItem&) = delete;
 
-  // Gathers file, caption and version record. Called once, before the item is listed.
+  // Gathers file, caption and version record. Called once, before the item is listed; when it fails the item is of
+  // no use any more.
   void FillBasicInfo();
 
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if
@@ -102,7 +103,7 @@ class TStartupItem {
   // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
   // them.
   ItemState state_;
-  CommandParts target_;
+  std::wstring target_;
   bool needsExtendedInfo_ = true;
   // Counts changes of the command, so that facts read for an old command are dropped.
   unsigned revision_ = 0;
