@@ -11,6 +11,8 @@
 #include "core/module_start.h"
 #include "core/uDllGlobals.h"
 #include "infra/statistics_log_store.h"
+#include "model/extended_info.h"
+#include "model/image_lists.h"
 #include "model/uLocationStartup.h"
 
 #include <span>
@@ -138,6 +140,70 @@ TEST_CASE("First pass") {
   const test::StartupPlaces& places = shortcuts.Places();
   const std::vector<std::wstring> folders{places.startup, places.disabled, places.autoruns, places.brisko};
   Compare({"500 shortcuts", kFolderLocations, [&](FloorResult& result) { FloorShortcuts(folders, result); }, 500});
+}
+
+std::vector<ItemRef> ListedItems() {
+  const ScopedLock lock(Items().Lock());
+  return Items().Snapshot();
+}
+
+TEST_CASE("Extended pass") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  RunValues values(programs);
+  values.Fill(1'000);
+  FloorResult result;
+  FloorRunKeys(result);
+  const auto ours = [] {
+    Forget();
+    DestroyImageLists();
+    Read(kRunLocations);
+    const std::vector<ItemRef> items = ListedItems();
+    LargeImageList();
+    return Microseconds([&] {
+      ExtendedPass pass;
+      for (const ItemRef& item : items) item->ReadExtendedInfo(pass);
+    });
+  };
+  ours();
+  ResetSystemCalls();
+  FloorExtended(result);
+  AddNote("extended pass, floor: " + SystemCallList());
+  const Pair times = Alternate(5, ours, [&] { return Microseconds([&] { FloorExtended(result); }); });
+  AddRow("extended pass, 1000 Run values of 40 files", "us", times.ours, times.reference, 1.15);
+}
+
+// What one count of entries costs; each answers microseconds.
+struct Costs {
+  double firstPass;
+  double reread;
+  double removal;
+};
+
+Costs MeasureCosts(RunValues& values, int count) {
+  Costs best{1e12, 1e12, 1e12};
+  for (int round = 0; round < 3; ++round) {
+    values.Fill(count);
+    Forget();
+    best.firstPass = std::min(best.firstPass, Microseconds([] { Read(kRunLocations); }));
+    values.SetCommand(count / 2, L"C:\\changed" + std::to_wstring(round) + L".exe");
+    best.reread = std::min(best.reread, Microseconds([] { Read(kRunLocations); }));
+    for (int i = 0; i < count; i += 2) values.Remove(i);
+    best.removal = std::min(best.removal, Microseconds([] { Read(kRunLocations); }));
+    REQUIRE(Count() == count / 2);
+  }
+  return best;
+}
+
+TEST_CASE("Growth") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  RunValues values(programs);
+  const Costs small = MeasureCosts(values, 1'000);
+  const Costs large = MeasureCosts(values, 10'000);
+  AddRow("growth 1000 to 10000, first pass", "us", large.firstPass, small.firstPass, 11);
+  AddRow("growth 1000 to 10000, re-read after one change", "us", large.reread, small.reread, 11);
+  AddRow("growth 1000 to 10000, removal of half", "us", large.removal, small.removal, 11);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 
 namespace smh {
 
-void LogLine(std::wstring text);
+void LogLine(std::wstring_view text);
 
 template <typename... Arguments>
 void LogFormat(std::wstring_view format, const Arguments&... arguments) {

@@ -65,6 +65,11 @@ bool TStartupItem::UpdateCommand(const std::wstring& command, const std::functio
 }
 
 void TStartupItem::ReadExtendedInfo() {
+  ExtendedPass pass;
+  ReadExtendedInfo(pass);
+}
+
+void TStartupItem::ReadExtendedInfo(ExtendedPass& pass) {
   ItemDetails details;
   unsigned revision = 0;
   {
@@ -73,7 +78,7 @@ void TStartupItem::ReadExtendedInfo() {
     revision = revision_;
   }
   try {
-    ReadExtendedDetails(details);
+    pass.Read(details);
   } catch (const EAbort&) {
     throw;
   } catch (...) {

@@ -44,6 +44,8 @@ struct ItemState {
   ItemDetails details;
 };
 
+class ExtendedPass;
+
 class TStartupItem {
  public:
   // Resolves the command to a file and sets the target's kind; the rest is FillBasicInfo's.
@@ -61,6 +63,8 @@ class TStartupItem {
   bool UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent);
 
   // Read thread only. Touches the disk without holding a lock; a failure is logged and the item stays.
+  void ReadExtendedInfo(ExtendedPass& pass);
+  // In a pass of its own.
   void ReadExtendedInfo();
 
   // Reads the item's fields under its lock.
