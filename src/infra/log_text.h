@@ -1,4 +1,5 @@
-// The lines of a log, kept as the text that is written: in blocks, so that a line costs its own text and no more.
+// The lines of a log, kept as the text that is written: in blocks, so that a line costs its own text and no
+// more.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +28,9 @@ class LogText {
     wchar_t units[kUnits];
   };
 
-  std::size_t Room() const noexcept { return blocks_.empty() ? 0 : BlockOfUnits::kUnits - blocks_.back()->used; }
+  std::size_t Room() const noexcept {
+    return blocks_.empty() ? 0 : BlockOfUnits::kUnits - blocks_.back()->used;
+  }
   void Put(std::wstring_view text);
 
   std::vector<std::unique_ptr<BlockOfUnits>> blocks_;

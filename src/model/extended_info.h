@@ -12,8 +12,8 @@ namespace smh {
 // File times and size, of an existing file, and the type name. Any thread with COM initialised.
 void ReadFileFacts(ItemDetails& details);
 
-// One pass over the items: a file that many of them start is looked at once. Read thread only: the shell wants COM
-// initialised on the calling thread.
+// One pass over the items: a file that many of them start is looked at once. Read thread only: the shell
+// wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
   // Call it without holding a lock. For a missing file rating and icon stay as they are.

@@ -53,8 +53,8 @@ class TStartupItem {
   TStartupItem(const TStartupItem&) = delete;
   TStartupItem& operator=(const TStartupItem&) = delete;
 
-  // Gathers file, caption and version record. Called once, before the item is listed; when it fails the item is of
-  // no use any more.
+  // Gathers file, caption and version record. Called once, before the item is listed; when it fails the item
+  // is of no use any more.
   void FillBasicInfo();
 
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if

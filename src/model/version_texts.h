@@ -36,8 +36,8 @@ using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
 
 // Those of a file without version record: every text is empty.
 SharedVersionTexts NoVersionTexts();
-// Those of a file that stands as `stamp` says: what somebody still holds of it, else asked of the helper service.
-// Any thread may call it.
+// Those of a file that stands as `stamp` says: what somebody still holds of it, else asked of the helper
+// service. Any thread may call it.
 SharedVersionTexts ReadVersionTexts(const std::wstring& file, const FileStamp& stamp);
 
 // Module start-up and shut-down of what is known of files.

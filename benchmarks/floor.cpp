@@ -78,7 +78,8 @@ void ReadRunKey(HKEY root, const std::wstring& path, REGSAM view, bool isAgain, 
     auto length = static_cast<DWORD>(name.size());
     auto size = static_cast<DWORD>(data.size());
     DWORD type = 0;
-    if (RegEnumValueW(key, i, name.data(), &length, nullptr, &type, data.data(), &size) != ERROR_SUCCESS) break;
+    if (RegEnumValueW(key, i, name.data(), &length, nullptr, &type, data.data(), &size) != ERROR_SUCCESS)
+      break;
     if (isAgain) continue;
     FloorItem item{std::wstring(name.data(), length), reinterpret_cast<const wchar_t*>(data.data()), {}};
     item.isProtected = isProtected;

@@ -113,7 +113,8 @@ MemoryKey* ReadKey(const MemoryKey& parent, const wchar_t* path, REGSAM access) 
 
 LSTATUS WINAPI OpenKey(HKEY parent, const wchar_t* path, DWORD, REGSAM access, HKEY* opened) {
   MemoryKey& from = KeyOf(parent);
-  const std::size_t kind = ((access & KEY_WOW64_64KEY) != 0 ? 1 : 0) + ((access & KEY_SET_VALUE) != 0 ? 2 : 0);
+  const std::size_t kind =
+      ((access & KEY_WOW64_64KEY) != 0 ? 1 : 0) + ((access & KEY_SET_VALUE) != 0 ? 2 : 0);
   MemoryKey*& key = from.opened[kind][path];
   if (key == nullptr) key = ReadKey(from, path, access);
   *opened = key->status == ERROR_SUCCESS ? reinterpret_cast<HKEY>(key) : nullptr;
@@ -288,11 +289,13 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
 }  // namespace
 
 #define SMH_ANSWERED(X)                                                                                     \
-  X(RegOpenKeyExW, OpenKey) X(RegCloseKey, CloseKey) X(RegEnumKeyExW, EnumKey) X(RegEnumValueW, EnumValue)  \
-  X(RegQueryValueExW, QueryValue) X(GetFileAttributesW, FileAttributes)                                     \
-  X(GetFileAttributesExW, FileAttributesEx) X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext)         \
-  X(FindClose, FindEnd) X(CreateFileW, OpenFile) X(GetFileSizeEx, FileSize) X(ReadFile, ReadBytesOf)        \
-  X(CloseHandle, Close) X(GetFileVersionInfoSizeW, VersionSize) X(GetFileVersionInfoW, VersionInfo)
+  X(RegOpenKeyExW, OpenKey)                                                                                 \
+  X(RegCloseKey, CloseKey) X(RegEnumKeyExW, EnumKey) X(RegEnumValueW, EnumValue)                            \
+      X(RegQueryValueExW, QueryValue) X(GetFileAttributesW, FileAttributes)                                 \
+          X(GetFileAttributesExW, FileAttributesEx) X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext) \
+              X(FindClose, FindEnd) X(CreateFileW, OpenFile) X(GetFileSizeEx, FileSize)                     \
+                  X(ReadFile, ReadBytesOf) X(CloseHandle, Close) X(GetFileVersionInfoSizeW, VersionSize)    \
+                      X(GetFileVersionInfoW, VersionInfo)
 
 MemoryMachine::MemoryMachine() {
   g_memory = new Memory;

@@ -1,4 +1,5 @@
-// Registry entries in any number, on the real machine: the keys they go to are emptied first and put back at the end.
+// Registry entries in any number, on the real machine: the keys they go to are emptied first and put back at
+// the end.
 #pragma once
 
 #include "sample_programs.h"

@@ -4,8 +4,8 @@
 namespace smh::bench {
 
 // While one lives, counted calls that read are asked of the system the first time and answered from memory
-// from then on. One at a time; CountSystemCalls comes first. Single-threaded. What is changed meanwhile is not
-// seen, and what is remembered goes with the object.
+// from then on. One at a time; CountSystemCalls comes first. Single-threaded. What is changed meanwhile is
+// not seen, and what is remembered goes with the object.
 class MemoryMachine {
  public:
   MemoryMachine();

@@ -1,5 +1,5 @@
-// The floor: a plain program that makes the calls which the entries themselves demand, without the library, and
-// keeps what it gets. It resolves nothing, compares nothing and logs nothing.
+// The floor: a plain program that makes the calls which the entries themselves demand, without the library,
+// and keeps what it gets. It resolves nothing, compares nothing and logs nothing.
 #pragma once
 
 #include <windows.h>
@@ -24,11 +24,11 @@ struct FloorResult {
   std::unordered_map<std::wstring, std::vector<BYTE>> versions;
 };
 
-// The six usual locations: keys in both views, enabled and disabled ones, with all their values; per value the
-// existence test that resolves its command and the one that says whether the file is there.
+// The six usual locations: keys in both views, enabled and disabled ones, with all their values; per value
+// the existence test that resolves its command and the one that says whether the file is there.
 void FloorRunKeys(FloorResult& result);
-// Every file of the user's Startup folder and its folders of disabled entries: whether it may be deleted, and its
-// bytes; per shortcut the two existence tests of its target.
+// Every file of the user's Startup folder and its folders of disabled entries: whether it may be deleted, and
+// its bytes; per shortcut the two existence tests of its target.
 void FloorShortcuts(const std::vector<std::wstring>& folders, FloorResult& result);
 // The list in both views and roots: every handler opened for changing and for reading, its class looked up.
 void FloorHandlers(const std::wstring& list, FloorResult& result);

@@ -1,5 +1,5 @@
-// The programs that the sample entries start: with version records, and far fewer than there are entries, as on real
-// machines.
+// The programs that the sample entries start: with version records, and far fewer than there are entries, as
+// on real machines.
 #pragma once
 
 #include "support/file_fixture.h"

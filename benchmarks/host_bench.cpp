@@ -8,10 +8,10 @@
 #include "infra/com_ptr.h"
 #include "infra/handle.h"
 #include "infra/import_function.h"
+#include "support/process_counts.h"
 #include "support/waiting.h"
 
 #include <oleauto.h>
-#include <psapi.h>
 
 #include <filesystem>
 #include <stdexcept>
@@ -25,8 +25,19 @@ std::wstring Beside(const wchar_t* name) {
   return (std::filesystem::path(own).parent_path() / name).wstring();
 }
 
+constexpr int kPrograms = 40;
+
+// The keys that the library watches from the moment it is loaded: emptied before that and put back at the
+// end.
+RunValues& Values() {
+  static const Programs programs(kPrograms);
+  static RunValues values(programs);
+  return values;
+}
+
 // Loaded once and for good, as by a host.
 IStartupItemCollection& Collection() {
+  Values();
   static IStartupItemCollection* const collection = [] {
     const HMODULE module = LoadLibraryW(Beside(L"StartupManagerHelper.dll").c_str());
     const auto get = ImportFunction<GetInstanceFunction>(module, "GetInstance");
@@ -38,11 +49,24 @@ IStartupItemCollection& Collection() {
   return *collection;
 }
 
-void ReadAll() {
+void Read(int count) {
+  Collection();
+  Values().Fill(count);
   Collection().Refresh();
   if (!test::WaitUntil([] { return Collection().GetReadState() == kReadStateComplete; }, 120'000)) {
     throw std::runtime_error("reading takes too long");
   }
+  REQUIRE(Collection().GetCount() == count);
+}
+
+std::wstring CommandOf(std::int32_t index) {
+  ComPtr<IStartupItem> item;
+  Collection().GetItem(index, item.Put());
+  VARIANT text;
+  item->GetProperty(kPropertyCommand, &text);
+  const std::wstring command(text.bstrVal == nullptr ? L"" : text.bstrVal);
+  VariantClear(&text);
+  return command;
 }
 
 void AskText(std::int32_t index) {
@@ -92,14 +116,11 @@ class MinimalLister final : public MinimalList {
 };
 
 TEST_CASE("Boundary calls") {
-  const Programs programs(1);
-  RunValues values(programs);
-  values.Fill(100);
-  ReadAll();
+  Read(100);
   Collection().Stop();
   InitializeCriticalSection(&listLock);
   InitializeCriticalSection(&itemLock);
-  minimalText = L"\"" + programs[0] + L"\" /entry 17";
+  minimalText = CommandOf(17);
   MinimalLister lister;
   MinimalList* volatile list = &lister;
   const auto million = [](auto&& call) {
@@ -142,46 +163,16 @@ double FastestWalk() {
 }
 
 TEST_CASE("Walk over all items and properties") {
-  const Programs programs(40);
-  RunValues values(programs);
-  values.Fill(1'000);
-  ReadAll();
-  const double small = FastestWalk();
-  values.Fill(10'000);
-  ReadAll();
-  REQUIRE(Collection().GetCount() == 10'000);
-  AddRow("growth 1000 to 10000, walk of a host", "us", FastestWalk(), small, 11);
+  Read(1'000);
   Collection().Stop();
-}
-
-std::size_t PrivateBytes() {
-  PROCESS_MEMORY_COUNTERS_EX counters = {};
-  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                       sizeof(counters));
-  return counters.PrivateUsage;
-}
-
-DWORD Handles() {
-  DWORD count = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &count);
-  return count;
-}
-
-std::wstring CommandOf(std::int32_t index) {
-  ComPtr<IStartupItem> item;
-  Collection().GetItem(index, item.Put());
-  VARIANT text;
-  item->GetProperty(kPropertyCommand, &text);
-  const std::wstring command(text.bstrVal == nullptr ? L"" : text.bstrVal);
-  VariantClear(&text);
-  return command;
+  const double small = FastestWalk();
+  Read(10'000);
+  Collection().Stop();
+  AddRow("growth 1000 to 10000, walk of a host", "us", FastestWalk(), small, 11);
 }
 
 TEST_CASE("Waiting") {
-  const Programs programs(1);
-  RunValues values(programs);
-  values.Fill(10);
-  ReadAll();
+  Read(10);
   static const bool counted = [] {
     CountSystemCalls({L"StartupManagerHelper.dll"});
     return true;
@@ -202,19 +193,20 @@ TEST_CASE("Waiting") {
   double longest = 0;
   for (int i = 0; i < 5; ++i) {
     const std::wstring command = L"C:\\changed" + std::to_wstring(i) + L".exe";
-    values.SetCommand(0, command);
-    longest = std::max(longest, Microseconds([&] { test::WaitUntil([&] { return CommandOf(0) == command; }); }));
+    Values().SetCommand(0, command);
+    longest =
+        std::max(longest, Microseconds([&] { test::WaitUntil([&] { return CommandOf(0) == command; }); }));
   }
   AddRow("a change is noticed (reference: 1000 ms)", "ms", longest / 1'000, 1'000, 1.1);
 
-  const DWORD handles = Handles();
-  const std::size_t bytes = PrivateBytes();
-  for (int i = 0; i < 10'000; ++i) values.SetCommand(0, L"C:\\often" + std::to_wstring(i) + L".exe");
+  const int handles = test::HandleCount();
+  const std::size_t bytes = test::HeapBytes();
+  for (int i = 0; i < 10'000; ++i) Values().SetCommand(0, L"C:\\often" + std::to_wstring(i) + L".exe");
   REQUIRE(test::WaitUntil([] { return CommandOf(0) == L"C:\\often9999.exe"; }));
   Sleep(1'500);
-  AddRow("handles after 10000 changes", "handles", Handles(), handles, 1);
-  const double grown = PrivateBytes() > bytes ? static_cast<double>(PrivateBytes() - bytes) / 1024 : 0;
-  AddRow("private bytes after 10000 changes (reference: 64 KB)", "KB", grown, 64, 1);
+  AddRow("handles after 10000 changes", "handles", test::HandleCount(), handles, 1);
+  const double grown = (static_cast<double>(test::HeapBytes()) - static_cast<double>(bytes)) / 1024;
+  AddRow("heap after 10000 changes (reference: 64 KB)", "KB", std::max(grown, 0.0), 64, 1);
   Collection().Stop();
 }
 

@@ -1,5 +1,5 @@
-// Reading the start-up entries against the floor: times, calls, and the same with every call answered from memory;
-// and how the times grow with the number of entries.
+// Reading the start-up entries against the floor: times, calls, and the same with every call answered from
+// memory; and how the times grow with the number of entries.
 
 #include "bench.h"
 #include "floor.h"
@@ -7,6 +7,7 @@
 #include "sample_entries.h"
 #include "sample_shortcuts.h"
 #include "system_calls.h"
+#include "thread_clock.h"
 
 #include "core/module_start.h"
 #include "core/uDllGlobals.h"
@@ -133,13 +134,14 @@ TEST_CASE("First pass") {
   }
   {
     const Handlers handlers(programs, 2'000);
-    Compare({"2000 handlers", kHandlerLocations, [](FloorResult& result) { FloorHandlers(kHandlerPath, result); },
-             2'000});
+    Compare({"2000 handlers", kHandlerLocations,
+             [](FloorResult& result) { FloorHandlers(kHandlerPath, result); }, 2'000});
   }
   const Shortcuts shortcuts(programs, 500);
   const test::StartupPlaces& places = shortcuts.Places();
   const std::vector<std::wstring> folders{places.startup, places.disabled, places.autoruns, places.brisko};
-  Compare({"500 shortcuts", kFolderLocations, [&](FloorResult& result) { FloorShortcuts(folders, result); }, 500});
+  Compare({"500 shortcuts", kFolderLocations, [&](FloorResult& result) { FloorShortcuts(folders, result); },
+           500});
 }
 
 std::vector<ItemRef> ListedItems() {

@@ -3,20 +3,9 @@
 #define CATCH_CONFIG_MAIN
 #include "bench.h"
 
-#include <windows.h>
-
 #include <cstdio>
 
 namespace smh::bench {
-
-ThreadClock::time_point ThreadClock::now() noexcept {
-  FILETIME times[4];
-  GetThreadTimes(GetCurrentThread(), &times[0], &times[1], &times[2], &times[3]);
-  const auto ticks = [](const FILETIME& time) {
-    return static_cast<long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-  };
-  return time_point(duration(ticks(times[2]) + ticks(times[3])));
-}
 
 void AddRow(const std::string& metric, const char* unit, double ours, double reference, double goal) {
   std::printf("row\t%s\t%s\t%.3f\t%.3f\t%.3f\t%.2f\n", metric.c_str(), unit, ours, reference,
