@@ -15,7 +15,11 @@ namespace {
 // else the length without it. Both may change between two calls.
 template <typename Call>
 std::wstring GrowingText(Call&& call) {
-  std::wstring text(MAX_PATH, L'\0');
+  // Nearly all texts fit here.
+  wchar_t usual[MAX_PATH];
+  const DWORD usualLength = call(usual, MAX_PATH);
+  if (usualLength <= MAX_PATH) return std::wstring(usual, usualLength);
+  std::wstring text(usualLength, L'\0');
   for (;;) {
     const DWORD length = call(text.data(), static_cast<DWORD>(text.size()));
     if (length <= text.size()) {

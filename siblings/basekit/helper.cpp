@@ -2,6 +2,9 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
+#include <utility>
+
 #include "basekit/environment.h"
 #include "basekit/executable_extensions.h"
 #include "basekit/indirect_string.h"
@@ -60,6 +63,23 @@ HRESULT Helper::GetVersionNumber(const wchar_t* file, BoundaryText* version) {
   return AnswerText(version, [&] {
     return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->FileVersionNumber();
   });
+}
+
+HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* names, std::uint32_t count,
+                                  BoundaryText* texts) {
+  if (names == nullptr || texts == nullptr) return E_POINTER;
+  std::fill_n(texts, count, nullptr);
+  const HRESULT result = Guarded([&] {
+    // The system would look for a bare name in its search folders, hence the full path.
+    const VersionRecord record = ReadVersionRecord(FullPath(std::wstring(TextArgument(file))));
+    for (std::uint32_t i = 0; i < count; ++i) {
+      texts[i] = MakeBoundaryText(names[i] == nullptr ? record.FileVersionNumber() : record.String(names[i]));
+    }
+  });
+  if (FAILED(result)) {
+    for (std::uint32_t i = 0; i < count; ++i) ReleaseBoundaryText(std::exchange(texts[i], nullptr));
+  }
+  return result;
 }
 
 HRESULT Helper::FileTimeToDateTime(const FILETIME* time, double* date) {

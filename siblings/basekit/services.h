@@ -24,6 +24,8 @@ class Helper final : public ServiceObject<IHelper> {
   HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t* text, BoundaryText* expanded) override;
   HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) override;
   BOOL STDMETHODCALLTYPE IsUserAdmin() override;
+  HRESULT STDMETHODCALLTYPE GetVersionStrings(const wchar_t* file, const wchar_t* const* names,
+                                              std::uint32_t count, BoundaryText* texts) override;
 };
 
 class Globals final : public ServiceObject<IGlobals> {

@@ -61,8 +61,10 @@ void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDet
   details.FilePath = StartedFile(client);
   details.Kind = TargetKindOfFile(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) FollowShortcut(details);
-  details.FileFound = FileUtils::FileExists(details.FilePath);
-  DescribeStartedFile(details);
+  std::optional<FileStamp> stamp = StampOf(details.FilePath);
+  // A folder is no program.
+  if (stamp && stamp->isFolder) stamp.reset();
+  DescribeStartedFile(stamp, details);
   ReadFileFacts(details);
   details.ImageIndex = LoadIcon(FindIcon(client, details), icons);
 }

@@ -6,13 +6,6 @@
 
 namespace smh {
 
-VARIANT NullVariant() noexcept {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_NULL;
-  return value;
-}
-
 VARIANT TextVariant(const std::wstring& text) {
   VARIANT value = NullVariant();
   value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

@@ -10,7 +10,11 @@
 namespace smh {
 
 // A variant without a value.
-VARIANT NullVariant() noexcept;
+inline VARIANT NullVariant() noexcept {
+  VARIANT value{};
+  value.vt = VT_NULL;
+  return value;
+}
 // Raises std::bad_alloc.
 VARIANT TextVariant(const std::wstring& text);
 VARIANT NumberVariant(std::int32_t number) noexcept;

@@ -9,7 +9,8 @@ namespace smh {
 
 class CriticalSection {
  public:
-  CriticalSection() noexcept { InitializeCriticalSection(&section_); }
+  // Without the system's debugging record: there may be as many as there are items.
+  CriticalSection() noexcept { InitializeCriticalSectionEx(&section_, 0, CRITICAL_SECTION_NO_DEBUG_INFO); }
   ~CriticalSection() { DeleteCriticalSection(&section_); }
   CriticalSection(const CriticalSection&) = delete;
   CriticalSection& operator=(const CriticalSection&) = delete;

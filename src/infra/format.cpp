@@ -12,10 +12,20 @@ namespace {
   throw EConvertError(std::move(message));
 }
 
+std::size_t RoomFor(std::wstring_view format, std::initializer_list<FormatArgument> arguments) noexcept {
+  std::size_t room = format.size();
+  for (const FormatArgument& argument : arguments) {
+    const auto* const text = std::get_if<std::wstring_view>(&argument);
+    room += text == nullptr ? 20 : text->size();
+  }
+  return room;
+}
+
 }  // namespace
 
 std::wstring FormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments) {
   std::wstring result;
+  result.reserve(RoomFor(format, arguments));
   auto argument = arguments.begin();
   for (std::size_t i = 0; i < format.size(); ++i) {
     if (format[i] != L'%') {

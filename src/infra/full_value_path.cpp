@@ -37,10 +37,15 @@ std::wstring_view RootKeyName(HKEY root) noexcept {
 
 std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
                                 std::wstring_view valueName) {
-  std::wstring path(kViewPrefixes[(access & KEY_WOW64_64KEY) != 0 ? 1 : 0]);
-  path.append(RootKeyName(root));
-  if (!keyPath.starts_with(L'\\')) path.append(1, L'\\');
-  return WithTrailingBackslash(path.append(keyPath)).append(valueName);
+  const std::wstring_view prefix = kViewPrefixes[(access & KEY_WOW64_64KEY) != 0 ? 1 : 0];
+  const std::wstring_view rootName = RootKeyName(root);
+  std::wstring path;
+  path.reserve(prefix.size() + rootName.size() + keyPath.size() + valueName.size() + 2);
+  path.append(prefix).append(rootName);
+  if (!keyPath.starts_with(L'\\')) path += L'\\';
+  path.append(keyPath);
+  if (!path.ends_with(L'\\')) path += L'\\';
+  return path.append(valueName);
 }
 
 void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,

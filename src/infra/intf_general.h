@@ -32,7 +32,8 @@ struct IHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetVersionNumber(const wchar_t* file, BoundaryText* version) = 0;
   // 9: local time as an OLE date.
   virtual HRESULT STDMETHODCALLTYPE FileTimeToDateTime(const FILETIME* time, double* date) = 0;
-  // 10: "file,number" at its last comma, environment variables in the file part expanded; number 0 without one.
+  // 10: "file,number" at its last comma, environment variables in the file part expanded; number 0 without
+  // one.
   virtual HRESULT STDMETHODCALLTYPE SplitIndirectString(const wchar_t* text, BoundaryText* file,
                                                         std::int32_t* number) = 0;
   // 11
@@ -41,6 +42,10 @@ struct IHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) = 0;
   // 13: 0 or 1.
   virtual BOOL STDMETHODCALLTYPE IsUserAdmin() = 0;
+  // 14: `count` strings of one version record, as 7 and, for a null name, 8 give them, with one look at the
+  // file. When it fails every text is empty.
+  virtual HRESULT STDMETHODCALLTYPE GetVersionStrings(const wchar_t* file, const wchar_t* const* names,
+                                                      std::uint32_t count, BoundaryText* texts) = 0;
 };
 
 struct IGlobals : IUnknown {

@@ -2,47 +2,17 @@
 
 #include "infra/handle.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace smh {
 
 namespace {
 
-// Gathers units and writes them in blocks; after a failed write it does nothing more.
-class BlockWriter {
- public:
-  explicit BlockWriter(HANDLE file) noexcept : file_(file) {}
-
-  void Put(std::wstring_view text) noexcept {
-    while (!text.empty()) {
-      if (used_ == kUnits) Flush();
-      const std::size_t count = std::min(kUnits - used_, text.size());
-      std::copy_n(text.data(), count, units_ + used_);
-      used_ += count;
-      text.remove_prefix(count);
-    }
-  }
-  bool Finish() noexcept {
-    Flush();
-    return good_;
-  }
-
- private:
-  static constexpr std::size_t kUnits = 2048;
-
-  void Flush() noexcept {
-    DWORD written = 0;
-    const auto bytes = static_cast<DWORD>(used_ * sizeof(wchar_t));
-    good_ = good_ && WriteFile(file_, units_, bytes, &written, nullptr) && written == bytes;
-    used_ = 0;
-  }
-
-  HANDLE file_;
-  bool good_ = true;
-  std::size_t used_ = 0;
-  wchar_t units_[kUnits];
-};
+bool Write(HANDLE file, std::wstring_view text) noexcept {
+  DWORD written = 0;
+  const auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+  return WriteFile(file, text.data(), bytes, &written, nullptr) && written == bytes;
+}
 
 // Cuts the path at each of its backslashes in turn; failures show when the file is made.
 void MakeFolders(std::wstring& path) noexcept {
@@ -53,29 +23,25 @@ void MakeFolders(std::wstring& path) noexcept {
   }
 }
 
-bool WriteLines(const std::wstring& path, std::span<const std::wstring> lines) noexcept {
+bool WriteText(const std::wstring& path, const LogText& text) noexcept {
   const ScopedHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                                       FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return false;
-  BlockWriter writer(file.Get());
-  writer.Put(L"\xFEFF");
-  for (const std::wstring& line : lines) {
-    writer.Put(line);
-    writer.Put(L"\r\n");
-  }
-  return writer.Finish();
+  bool good = Write(file.Get(), L"\xFEFF");
+  for (std::size_t i = 0; good && i < text.BlockCount(); ++i) good = Write(file.Get(), text.Block(i));
+  return good;
 }
 
 }  // namespace
 
-bool WriteLogFile(LogFileNames& names, std::span<const std::wstring> lines) noexcept {
+bool WriteLogFile(LogFileNames& names, const LogText& text) noexcept {
   MakeFolders(names.file);
-  if (WriteLines(names.unfinished, lines) &&
+  if (WriteText(names.unfinished, text) &&
       MoveFileExW(names.unfinished.c_str(), names.file.c_str(), MOVEFILE_REPLACE_EXISTING)) {
     return true;
   }
   DeleteFileW(names.unfinished.c_str());
-  return WriteLines(names.file, lines);
+  return WriteText(names.file, text);
 }
 
 }  // namespace smh

@@ -1,7 +1,8 @@
 // Writing of the log file. kernel32 alone and no allocation: it also serves a process that is ending.
 #pragma once
 
-#include <span>
+#include "infra/log_text.h"
+
 #include <string>
 
 namespace smh {
@@ -12,9 +13,9 @@ struct LogFileNames {
   std::wstring unfinished;
 };
 
-// Makes missing folders, writes the lines as UTF-16LE with byte-order mark and CRLF line ends under the
+// Makes missing folders, writes the text as UTF-16LE with byte-order mark under the
 // unfinished name, and puts that file in the place of the old one; when that name cannot be used, writes over
 // the file itself. False when neither works. Changes the texts of `names` for the time of the call.
-bool WriteLogFile(LogFileNames& names, std::span<const std::wstring> lines) noexcept;
+bool WriteLogFile(LogFileNames& names, const LogText& text) noexcept;
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -18,7 +19,11 @@ int OrdinalCompare(std::wstring_view a, std::wstring_view b) noexcept {
 std::wstring UpperCase(std::wstring_view text) {
   std::wstring result(text);
   const int size = static_cast<int>(text.size());
-  if (size > 0) {
+  if (std::ranges::all_of(text, [](wchar_t unit) { return unit < 0x80; })) {
+    for (wchar_t& unit : result) {
+      if (unit >= L'a' && unit <= L'z') unit = static_cast<wchar_t>(unit - L'a' + L'A');
+    }
+  } else {
     LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, text.data(), size, result.data(), size, nullptr,
                   nullptr, 0);
   }

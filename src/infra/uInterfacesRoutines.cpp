@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace smh {
 
@@ -123,7 +124,14 @@ std::wstring AsciiLowerCase(std::wstring_view text) {
 }
 
 bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept {
-  return std::ranges::equal(a, b, {}, LowerCase, LowerCase);
+  return a.size() == b.size() && (a == b || std::ranges::equal(a, b, {}, LowerCase, LowerCase));
+}
+
+// FNV-1a over the units.
+std::size_t AsciiTextHash::operator()(std::wstring_view text) const noexcept {
+  std::uint32_t hash = 2'166'136'261u;
+  for (const wchar_t unit : text) hash = (hash ^ LowerCase(unit)) * 16'777'619u;
+  return hash;
 }
 
 void StartLibraryList() {

@@ -8,7 +8,6 @@
 #include "infra/text.h"
 
 #include <cstring>
-#include <vector>
 
 namespace smh {
 
@@ -17,7 +16,7 @@ namespace {
 struct Log {
   // Serialises every write and every save, the file's writing included.
   CriticalSection lock;
-  std::vector<std::wstring> lines;
+  LogText text;
   // Empty until the first block was written.
   LogFileNames exitNames;
 };
@@ -46,7 +45,7 @@ LogScope::~LogScope() {
 
 void ClearLogLines() {
   const LogScope scope;
-  if (g_log != nullptr) g_log->lines.clear();
+  if (g_log != nullptr) g_log->text.Clear();
 }
 
 void FixLogFileNames() {
@@ -60,7 +59,7 @@ void LogSeparator() {
 
 void LogLine(std::wstring_view text) {
   const LogScope scope;
-  if (g_log != nullptr) g_log->lines.emplace_back(text);
+  if (g_log != nullptr) g_log->text.AddLine(text);
 }
 
 void LogError(const Exception& exception) {
@@ -106,7 +105,7 @@ void SaveLog() noexcept {
   // A failure is swallowed: the log must not stop what it reports on, and the next save writes all lines.
   try {
     LogFileNames names = CurrentLogFileNames();
-    WriteLogFile(names, g_log->lines);
+    WriteLogFile(names, g_log->text);
   } catch (const std::exception&) {
   }
 }
@@ -122,7 +121,7 @@ void StopStatisticsLog() noexcept {
 
 void SaveLogAtProcessExit() noexcept {
   if (g_log == nullptr || !g_log->lock.TryEnter()) return;
-  if (!g_log->exitNames.file.empty()) WriteLogFile(g_log->exitNames, g_log->lines);
+  if (!g_log->exitNames.file.empty()) WriteLogFile(g_log->exitNames, g_log->text);
   g_log->lock.Leave();
 }
 

@@ -22,10 +22,6 @@ std::wstring ExistingFile(std::wstring_view element) {
   return FileUtils::FileExistsWow64(path) ? path : std::wstring();
 }
 
-bool Exists(const std::wstring& path) {
-  return FileUtils::FileExists(path) || FileUtils::DirectoryExists(path);
-}
-
 void FillFromShortcut(bool inFolder, ItemDetails& details) {
   const std::optional<ShortcutFacts> facts = FollowShortcut(details);
   if (!inFolder) return;
@@ -37,18 +33,19 @@ void FillFromShortcut(bool inFolder, ItemDetails& details) {
   }
 }
 
-void FindFile(TTypeStartupLocation location, ItemDetails& details) {
-  details.FileFound = Exists(details.FilePath);
-  if (details.FileFound || IsFolderLocation(location) || details.Command.empty()) return;
+// A file or a folder; the command is resolved once more when there is none.
+std::optional<FileStamp> FindFile(TTypeStartupLocation location, ItemDetails& details) {
+  std::optional<FileStamp> stamp = StampOf(details.FilePath);
+  if (stamp || IsFolderLocation(location) || details.Command.empty()) return stamp;
   std::wstring again = ResolveCommandToFile(details.Command);
-  if (!Exists(again)) return;
-  details.FilePath = std::move(again);
-  details.FileFound = true;
+  stamp = StampOf(again);
+  if (stamp) details.FilePath = std::move(again);
+  return stamp;
 }
 
 void CompleteCaption(ItemDetails& details) {
   if (details.Caption.empty()) details.Caption = details.EntryName;
-  const std::wstring& description = details.Version.FileDescription;
+  const std::wstring& description = details.Version->FileDescription;
   if (!description.empty() && SameText(details.Caption, FileNamePart(details.FilePath))) {
     details.Caption = Format(L"%s (%s)", details.Caption, description);
   }
@@ -61,18 +58,18 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept {
 }
 
 ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
-                           std::wstring_view command, CommandParts& target) {
+                           std::wstring_view command, std::wstring& target) {
   ItemDetails details;
   details.Caption = caption;
   details.Command = command;
-  target = IsFolderLocation(location) ? CommandParts{name, {}} : ResolveCommand(command);
-  details.Kind = TargetKindOfFile(target.path);
+  target = IsFolderLocation(location) ? name : ResolveCommandToFile(command);
+  details.Kind = TargetKindOfFile(target);
   return details;
 }
 
-void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details) {
-  details.EntryName = ShortName(target.path);
-  details.FilePath = std::move(target.path);
+void FillBasicDetails(TTypeStartupLocation location, std::wstring target, ItemDetails& details) {
+  details.EntryName = ShortName(target);
+  details.FilePath = std::move(target);
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
   } else if (IsRundll(details.EntryName)) {
@@ -80,8 +77,7 @@ void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDe
       details.FilePath = std::move(file);
     }
   }
-  FindFile(location, details);
-  DescribeStartedFile(details);
+  DescribeStartedFile(FindFile(location, details), details);
   CompleteCaption(details);
 }
 

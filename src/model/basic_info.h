@@ -4,8 +4,7 @@
 
 #include "core/startup_location.h"
 #include "model/started_file.h"
-#include "sysutil/uFileUtils.h"
-
+#include <string>
 #include <string_view>
 
 namespace smh {
@@ -17,9 +16,9 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept;
 // to, so that FillBasicDetails need not resolve it again. In a folder location `name` is the entry's own
 // file, and that is what the entry starts.
 ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
-                           std::wstring_view command, CommandParts& target);
+                           std::wstring_view command, std::wstring& target);
 
 // Completes details made by InitialDetails. Touches the disk; call it without holding a lock.
-void FillBasicDetails(TTypeStartupLocation location, CommandParts target, ItemDetails& details);
+void FillBasicDetails(TTypeStartupLocation location, std::wstring target, ItemDetails& details);
 
 }  // namespace smh

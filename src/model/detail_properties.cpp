@@ -6,7 +6,7 @@
 namespace smh {
 
 VARIANT DetailPropertyValue(const ItemDetails& details, std::int32_t index) {
-  const VersionTexts& version = details.Version;
+  const VersionTexts& version = *details.Version;
   switch (index) {
     case kPropertyFileFound:
       return BooleanVariant(details.FileFound);

@@ -46,7 +46,7 @@ int KnownRating(std::int32_t answer) {
 int Rate(const ItemDetails& details) {
   IFileRater& rater = DLLGlobals::FileRater();
   int rating = kRatingUnknown;
-  const std::wstring& company = details.Version.Company();
+  const std::wstring& company = details.Version->Company();
   if (!company.empty()) rating = KnownRating(rater.RateCompany(company.c_str()));
   if (rating == kRatingUnknown) {
     rating = KnownRating(rater.RateFile(std::wstring(FileNamePart(details.FilePath)).c_str()));
@@ -62,12 +62,21 @@ void ReadFileFacts(ItemDetails& details) {
   ReadTypeName(details);
 }
 
-void ReadExtendedDetails(ItemDetails& details) {
+void ExtendedPass::Read(ItemDetails& details) {
+  if (!details.FileFound) {
+    ReadFileFacts(details);
+    return;
+  }
+  Key key(details.FilePath, details.IconPath, details.IconIndex);
+  if (const auto known = known_.find(key); known != known_.end()) {
+    static_cast<ExtendedDetails&>(details) = known->second;
+    return;
+  }
   ReadFileFacts(details);
-  if (!details.FileFound) return;
   details.Rating = Rate(details);
   details.ImageIndex = AppendFileIcon(details.IconPath.empty() ? details.FilePath : details.IconPath,
                                       details.IconPath.empty() ? 0 : details.IconIndex, details.FilePath);
+  known_.emplace(std::move(key), details);
 }
 
 }  // namespace smh

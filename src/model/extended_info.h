@@ -3,13 +3,27 @@
 
 #include "model/item_details.h"
 
+#include <map>
+#include <string>
+#include <tuple>
+
 namespace smh {
 
 // File times and size, of an existing file, and the type name. Any thread with COM initialised.
 void ReadFileFacts(ItemDetails& details);
 
-// Read thread only: the shell wants COM initialised on the calling thread. Call it without holding a lock.
-// For a missing file rating and icon stay as they are.
-void ReadExtendedDetails(ItemDetails& details);
+// One pass over the items: a file that many of them start is looked at once. Read thread only: the shell
+// wants COM initialised on the calling thread.
+class ExtendedPass {
+ public:
+  // Call it without holding a lock. For a missing file rating and icon stay as they are.
+  void Read(ItemDetails& details);
+
+ private:
+  // File, and the icon that stands for it.
+  using Key = std::tuple<std::wstring, std::wstring, int>;
+
+  std::map<Key, ExtendedDetails> known_;
+};
 
 }  // namespace smh

@@ -17,13 +17,6 @@ constexpr int kGrowth = 4;
 constexpr int kSmallSide = 16;
 constexpr int kLargeSide = 32;
 
-std::uint64_t LastWriteTime(const std::wstring& file) noexcept {
-  WIN32_FILE_ATTRIBUTE_DATA data;
-  if (GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data) == FALSE) return 0;
-  return (static_cast<std::uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) |
-         data.ftLastWriteTime.dwLowDateTime;
-}
-
 }  // namespace
 
 HIMAGELIST IconLists::Small() {
@@ -60,7 +53,7 @@ void IconLists::Destroy() noexcept {
 }
 
 IconLists::IconKey IconLists::KeyOf(const std::wstring& file, int index) {
-  return {AsciiLowerCase(file), index, LastWriteTime(file)};
+  return {AsciiLowerCase(file), index, StampOf(file).value_or(FileStamp{})};
 }
 
 IconLists::IconPair IconLists::ExtractIcons(const std::wstring& file, int index) {

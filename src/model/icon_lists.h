@@ -5,10 +5,11 @@
 #include "infra/handle.h"
 #include "infra/scoped_image_list.h"
 
+#include "sysutil/file_stamp.h"
+
 #include <windows.h>
 #include <commctrl.h>
 
-#include <cstdint>
 #include <map>
 #include <span>
 #include <string>
@@ -52,7 +53,7 @@ class IconLists {
     ScopedIcon small;
   };
   // An icon of a file as it stood when the icon was taken.
-  using IconKey = std::tuple<std::wstring, int, std::uint64_t>;
+  using IconKey = std::tuple<std::wstring, int, FileStamp>;
 
   static IconKey KeyOf(const std::wstring& file, int index);
   static IconPair ExtractIcons(const std::wstring& file, int index);

@@ -15,7 +15,20 @@ enum class TargetKind : std::uint8_t { kOther = 0, kExecutable = 1, kShortcut = 
 // Indexes into the image lists; the first three equal the ratings.
 inline constexpr int kImageUnknownFile = 3;
 
-struct ItemDetails {
+// The expensive facts, which a second step reads.
+struct ExtendedDetails {
+  std::int64_t FileSize = 0;
+  // OLE dates in local time; 0 when not read.
+  double CreationTime = 0;
+  double LastAccessTime = 0;
+  double LastWriteTime = 0;
+  // At most 80 units.
+  std::wstring FileTypeName;
+  int Rating = 1;
+  int ImageIndex = kImageUnknownFile;
+};
+
+struct ItemDetails : ExtendedDetails {
   TargetKind Kind = TargetKind::kOther;
   std::wstring LinkPath;
   std::wstring IconPath;
@@ -30,16 +43,7 @@ struct ItemDetails {
   std::wstring WorkingFolder;
   // The hot key of a shortcut entry.
   int LinkShowCommand = 0;
-  VersionTexts Version;
-  std::int64_t FileSize = 0;
-  // OLE dates in local time; 0 when not read.
-  double CreationTime = 0;
-  double LastAccessTime = 0;
-  double LastWriteTime = 0;
-  // At most 80 units.
-  std::wstring FileTypeName;
-  int Rating = 1;
-  int ImageIndex = kImageUnknownFile;
+  SharedVersionTexts Version = NoVersionTexts();
   // The file that the command starts.
   std::wstring FilePath;
 };

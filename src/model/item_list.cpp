@@ -14,11 +14,15 @@ constexpr wchar_t kUnit[] = L"uStartupItem";
 }  // namespace
 
 std::size_t TItemList::KeyHash::operator()(const Key& key) const noexcept {
-  return std::hash<std::wstring>()(key.name) * 31 + static_cast<std::size_t>(key.location);
+  return AsciiTextHash()(key.name) * 31 + static_cast<std::size_t>(key.location);
 }
 
-TItemList::Key TItemList::MakeKey(TTypeStartupLocation location, std::wstring_view name) {
-  return {location, AsciiLowerCase(name)};
+bool TItemList::Key::operator==(const Key& other) const noexcept {
+  return location == other.location && SameAsciiText(name, other.name);
+}
+
+TItemList::Key TItemList::KeyOf(const TStartupItem& item) noexcept {
+  return {item.location_, item.state_.name};
 }
 
 int TItemList::Count() const {
@@ -34,7 +38,7 @@ ItemRef TItemList::At(int index) const {
 
 ItemRef TItemList::Find(TTypeStartupLocation location, std::wstring_view name) const {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  const auto found = index_.find(MakeKey(location, name));
+  const auto found = index_.find(Key{location, name});
   return found == index_.end() ? nullptr : At(found->second->Position());
 }
 
@@ -54,7 +58,7 @@ int TItemList::Insert(int index, ItemRef item) {
   TStartupItem* const raw = item.get();
   const auto at = items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(place), std::move(item));
   try {
-    index_.emplace(MakeKey(raw->location_, raw->state_.name), raw);
+    index_.emplace(KeyOf(*raw), raw);
   } catch (...) {
     items_.erase(at);
     throw;
@@ -67,7 +71,7 @@ int TItemList::Remove(TStartupItem& item) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   const int position = item.Position();
   if (position < 0) return -1;
-  index_.erase(MakeKey(item.location_, item.state_.name));
+  index_.erase(KeyOf(item));
   // Keeps the item alive until the list is consistent again.
   const ItemRef removed = std::move(items_[static_cast<std::size_t>(position)]);
   items_.erase(items_.begin() + position);
@@ -82,7 +86,7 @@ void TItemList::RemoveIf(const std::function<bool(const TStartupItem&)>& drop) {
   for (std::size_t i = items_.size(); i > 0; --i) {
     ItemRef& item = items_[i - 1];
     if (!drop(*item)) continue;
-    index_.erase(MakeKey(item->location_, item->state_.name));
+    index_.erase(KeyOf(*item));
     item->position_.store(-1, std::memory_order_release);
     removed.push_back(std::move(item));
   }
@@ -99,16 +103,18 @@ void TItemList::Clear() noexcept {
 void TItemList::Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   DropStale(item.location_, name, &item);
-  if (item.IsListed() && !SameAsciiText(item.state_.name, name)) {
-    index_.emplace(MakeKey(item.location_, name), &item);
-    index_.erase(MakeKey(item.location_, item.state_.name));
-  }
   ScopedLock lock(item.Lock);
+  // The entry of the index shows the name that goes; it is taken out and put back, which cannot fail.
+  auto entry = index_.extract(item.IsListed() ? KeyOf(item) : Key{sulNone, {}});
   ItemDetails& details = item.state_.details;
   for (std::wstring* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
     if (*path == item.state_.name) *path = name;
   }
   item.state_.name = std::move(name);
+  if (!entry.empty()) {
+    entry.key() = KeyOf(item);
+    index_.insert(std::move(entry));
+  }
   item.state_.address = std::move(address);
   item.state_.isEnabled = enabled;
   item.MarkChanged();

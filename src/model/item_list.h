@@ -38,16 +38,17 @@ class TItemList {
   void Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled);
 
  private:
+  // The name is the listed item's own, or one that is looked for.
   struct Key {
     TTypeStartupLocation location;
-    std::wstring name;
-    bool operator==(const Key&) const = default;
+    std::wstring_view name;
+    bool operator==(const Key& other) const noexcept;
   };
   struct KeyHash {
     std::size_t operator()(const Key& key) const noexcept;
   };
 
-  static Key MakeKey(TTypeStartupLocation location, std::wstring_view name);
+  static Key KeyOf(const TStartupItem& item) noexcept;
   void Renumber(std::size_t from) noexcept;
   void DropStale(TTypeStartupLocation location, std::wstring_view name, const TStartupItem* except);
 

@@ -1,6 +1,7 @@
 #include "model/read_thread.h"
 
 #include "infra/uStatisticsLog.h"
+#include "model/extended_info.h"
 #include "model/reader_control.h"
 #include "model/reader_thread.h"
 #include "model/uLocationStartup.h"
@@ -45,9 +46,10 @@ void TReadThread::ReadExtendedInfo() {
     ScopedLock lock(Items().Lock());
     items = Items().Snapshot();
   }
+  ExtendedPass pass;
   for (ItemRef& item : items) {
     CheckTerminated();
-    if (item->IsListed() && item->NeedsExtendedInfo()) item->ReadExtendedInfo();
+    if (item->IsListed() && item->NeedsExtendedInfo()) item->ReadExtendedInfo(pass);
     item.reset();
   }
 }

@@ -14,10 +14,9 @@ std::wstring FolderOf(const std::wstring& path) {
   return folder;
 }
 
-void TakeVersionTexts(ItemDetails& details) {
-  if (!details.FileFound) return;
-  details.Version = ReadVersionTexts(details.FilePath);
-  const std::wstring& description = details.Version.FileDescription;
+void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
+  details.Version = ReadVersionTexts(details.FilePath, stamp);
+  const std::wstring& description = details.Version->FileDescription;
   if (description.empty()) return;
   details.Description = description;
   if (details.Caption.empty()) details.Caption = description;
@@ -52,9 +51,10 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   return facts;
 }
 
-void DescribeStartedFile(ItemDetails& details) {
+void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details) {
+  details.FileFound = stamp.has_value();
   if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
-  TakeVersionTexts(details);
+  if (stamp) TakeVersionTexts(*stamp, details);
 }
 
 }  // namespace smh

@@ -12,7 +12,8 @@ TargetKind TargetKindOfFile(std::wstring_view file);
 // file. None, with the file as it was, for a shortcut that cannot be read; one without target keeps it too.
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details);
 
-// The file's folder, where no working folder is known yet, and the texts of its version record.
-void DescribeStartedFile(ItemDetails& details);
+// Whether the file is there, as `stamp` says; its folder, where no working folder is known yet; and the texts
+// of its version record.
+void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details);
 
 }  // namespace smh

@@ -141,10 +141,11 @@ bool TLocationStartup::RemoveMissingItems(const FoundNames& found, unsigned gene
   if (gate_.Generation() != generation) return false;
   Items().RemoveIf([&](const TStartupItem& item) {
     if (item.Location() != type_) return false;
-    const std::wstring name = item.Name();
-    if (found.contains(AsciiLowerCase(name))) return false;
-    LogFormat(L"Delete item \"%s\" in location \"%s\".", name, MemberName());
-    return true;
+    return item.Get([&](const ItemState& state) {
+      if (found.contains(state.name)) return false;
+      LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
+      return true;
+    });
   });
   return true;
 }

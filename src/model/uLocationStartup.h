@@ -2,6 +2,7 @@
 // paths and watches; the entries of all of them live in the module-wide item list.
 #pragma once
 
+#include "infra/uInterfacesRoutines.h"
 #include "infra/uStatisticsLog.h"
 #include "model/change_gate.h"
 #include "model/item_list.h"
@@ -15,7 +16,7 @@
 namespace smh {
 
 // The names found by one load, as RemoveMissingItems compares them: ignoring the case of ASCII letters.
-using FoundNames = std::unordered_set<std::wstring>;
+using FoundNames = std::unordered_set<std::wstring, AsciiTextHash, AsciiTextEqual>;
 
 class TLocationStartup {
  public:

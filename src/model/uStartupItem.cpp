@@ -33,7 +33,11 @@ TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry)
 }
 
 void TStartupItem::FillBasicInfo() {
-  ItemDetails details = Details();
+  ItemDetails details;
+  {
+    ScopedLock lock(Lock);
+    details = std::move(state_.details);
+  }
   FillBasicDetails(location_, std::move(target_), details);
   ScopedLock lock(Lock);
   state_.details = std::move(details);
@@ -44,7 +48,7 @@ bool TStartupItem::UpdateCommand(const std::wstring& command, const std::functio
   const std::wstring started = StartedCommand(location_, command);
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
-  CommandParts target;
+  std::wstring target;
   ItemDetails details = InitialDetails(location_, name, givenText_, command, target);
   FillBasicDetails(location_, std::move(target), details);
 
@@ -61,6 +65,11 @@ bool TStartupItem::UpdateCommand(const std::wstring& command, const std::functio
 }
 
 void TStartupItem::ReadExtendedInfo() {
+  ExtendedPass pass;
+  ReadExtendedInfo(pass);
+}
+
+void TStartupItem::ReadExtendedInfo(ExtendedPass& pass) {
   ItemDetails details;
   unsigned revision = 0;
   {
@@ -69,7 +78,7 @@ void TStartupItem::ReadExtendedInfo() {
     revision = revision_;
   }
   try {
-    ReadExtendedDetails(details);
+    pass.Read(details);
   } catch (const EAbort&) {
     throw;
   } catch (...) {
@@ -120,6 +129,7 @@ void SetShowAllLocations(bool show) noexcept {
 
 void StartStartupItem() {
   g_items = new TItemList();
+  StartVersionTexts();
   StartImageLists();
   g_showAllLocations.store(false);
 }
@@ -127,6 +137,7 @@ void StartStartupItem() {
 void StopStartupItem() noexcept {
   StopImageLists();
   delete std::exchange(g_items, nullptr);
+  StopVersionTexts();
 }
 
 }  // namespace smh

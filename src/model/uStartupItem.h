@@ -44,6 +44,8 @@ struct ItemState {
   ItemDetails details;
 };
 
+class ExtendedPass;
+
 class TStartupItem {
  public:
   // Resolves the command to a file and sets the target's kind; the rest is FillBasicInfo's.
@@ -51,7 +53,8 @@ class TStartupItem {
   TStartupItem(const TStartupItem&) = delete;
   TStartupItem& operator=(const TStartupItem&) = delete;
 
-  // Gathers file, caption and version record. Called once, before the item is listed.
+  // Gathers file, caption and version record. Called once, before the item is listed; when it fails the item
+  // is of no use any more.
   void FillBasicInfo();
 
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if
@@ -60,6 +63,8 @@ class TStartupItem {
   bool UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent);
 
   // Read thread only. Touches the disk without holding a lock; a failure is logged and the item stays.
+  void ReadExtendedInfo(ExtendedPass& pass);
+  // In a pass of its own.
   void ReadExtendedInfo();
 
   // Reads the item's fields under its lock.
@@ -102,7 +107,7 @@ class TStartupItem {
   // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
   // them.
   ItemState state_;
-  CommandParts target_;
+  std::wstring target_;
   bool needsExtendedInfo_ = true;
   // Counts changes of the command, so that facts read for an old command are dropped.
   unsigned revision_ = 0;

@@ -1,23 +1,29 @@
 #include "model/version_texts.h"
 
 #include "core/uDllGlobals.h"
+#include "infra/critical_section.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
 
 namespace smh {
 
 namespace {
 
-struct VersionString {
+struct VersionText {
+  // Null for the numeric version.
   const wchar_t* name;
   std::wstring VersionTexts::*text;
 };
 
-// In the order of reading; the numeric version comes after "Comments".
-constexpr VersionString kStringsBeforeNumber[] = {
+// In the order of reading.
+constexpr VersionText kTexts[] = {
     {L"FileDescription", &VersionTexts::FileDescription},
     {L"ProductName", &VersionTexts::ProductName},
     {L"Comments", &VersionTexts::Comments},
-};
-constexpr VersionString kStringsAfterNumber[] = {
+    {nullptr, &VersionTexts::VersionNumber},
     {L"InternalName", &VersionTexts::InternalName},
     {L"OriginalFilename", &VersionTexts::OriginalFilename},
     {L"ProductVersion", &VersionTexts::ProductVersion},
@@ -29,20 +35,69 @@ constexpr VersionString kStringsAfterNumber[] = {
     {L"LegalTrademarks", &VersionTexts::LegalTrademarks},
 };
 
+struct KnownFile {
+  FileStamp stamp;
+  std::weak_ptr<const VersionTexts> texts;
+};
+
+struct KnownFiles {
+  const SharedVersionTexts none = std::make_shared<const VersionTexts>();
+  // A leaf: files are read outside it.
+  CriticalSection lock;
+  std::map<std::wstring, KnownFile, std::less<>> files;
+  // At this many files those that nobody holds any more are forgotten.
+  std::size_t tidyAt = 64;
+};
+
+KnownFiles* g_known = nullptr;
+
+SharedVersionTexts AskHelper(const std::wstring& file) {
+  const wchar_t* names[std::size(kTexts)];
+  std::ranges::transform(kTexts, names, &VersionText::name);
+  BoundaryText texts[std::size(kTexts)] = {};
+  DLLGlobals::Helper().GetVersionStrings(file.c_str(), names, std::size(kTexts), texts);
+  // Owned before anything can fail.
+  std::array<BoundaryString, std::size(kTexts)> owned;
+  for (std::size_t i = 0; i < owned.size(); ++i) *owned[i].Put() = texts[i];
+  auto result = std::make_shared<VersionTexts>();
+  for (std::size_t i = 0; i < owned.size(); ++i) (*result).*kTexts[i].text = owned[i].View();
+  return result;
+}
+
+SharedVersionTexts Recall(const std::wstring& file, const FileStamp& stamp) {
+  const ScopedLock lock(g_known->lock);
+  const auto known = g_known->files.find(file);
+  return known == g_known->files.end() || known->second.stamp != stamp ? nullptr : known->second.texts.lock();
+}
+
+void Remember(const std::wstring& file, const FileStamp& stamp, const SharedVersionTexts& texts) {
+  const ScopedLock lock(g_known->lock);
+  if (g_known->files.size() >= g_known->tidyAt) {
+    std::erase_if(g_known->files, [](const auto& row) { return row.second.texts.expired(); });
+    g_known->tidyAt = std::max(g_known->tidyAt, g_known->files.size() * 2);
+  }
+  g_known->files.insert_or_assign(file, KnownFile{stamp, texts});
+}
+
 }  // namespace
 
-VersionTexts ReadVersionTexts(const std::wstring& file) {
-  VersionTexts texts;
-  IHelper& helper = DLLGlobals::Helper();
-  const auto read = [&](const VersionString& row) {
-    texts.*row.text =
-        TakeText([&](BoundaryText* text) { return helper.GetVersionString(file.c_str(), row.name, text); });
-  };
-  for (const VersionString& row : kStringsBeforeNumber) read(row);
-  texts.VersionNumber =
-      TakeText([&](BoundaryText* text) { return helper.GetVersionNumber(file.c_str(), text); });
-  for (const VersionString& row : kStringsAfterNumber) read(row);
+SharedVersionTexts NoVersionTexts() {
+  return g_known->none;
+}
+
+SharedVersionTexts ReadVersionTexts(const std::wstring& file, const FileStamp& stamp) {
+  if (SharedVersionTexts known = Recall(file, stamp)) return known;
+  SharedVersionTexts texts = AskHelper(file);
+  Remember(file, stamp, texts);
   return texts;
+}
+
+void StartVersionTexts() {
+  g_known = new KnownFiles;
+}
+
+void StopVersionTexts() noexcept {
+  delete std::exchange(g_known, nullptr);
 }
 
 }  // namespace smh

@@ -1,6 +1,9 @@
-// The texts of a file's version record that the lists show.
+// The texts of a file's version record that the lists show, kept once per file however many entries start it.
 #pragma once
 
+#include "sysutil/file_stamp.h"
+
+#include <memory>
 #include <string>
 
 namespace smh {
@@ -28,7 +31,17 @@ struct VersionTexts {
   const std::wstring& Company() const noexcept { return CompanyName.empty() ? LegalCopyright : CompanyName; }
 };
 
-// Asks the helper service; every text is empty for a file without version record.
-VersionTexts ReadVersionTexts(const std::wstring& file);
+// Never null.
+using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
+
+// Those of a file without version record: every text is empty.
+SharedVersionTexts NoVersionTexts();
+// Those of a file that stands as `stamp` says: what somebody still holds of it, else asked of the helper
+// service. Any thread may call it.
+SharedVersionTexts ReadVersionTexts(const std::wstring& file, const FileStamp& stamp);
+
+// Module start-up and shut-down of what is known of files.
+void StartVersionTexts();
+void StopVersionTexts() noexcept;
 
 }  // namespace smh

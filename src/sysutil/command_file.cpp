@@ -2,13 +2,24 @@
 
 namespace smh {
 
+namespace {
+
+std::wstring ResolveProgram(std::wstring_view program) {
+  std::wstring path = FileUtils::NormalizePath(program);
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = std::move(found);
+  return FileUtils::MapWow64Path(path);
+}
+
+}  // namespace
+
 CommandParts ResolveCommand(std::wstring_view command) {
   CommandParts parts = FileUtils::SplitCommandLine(command);
-  parts.path = FileUtils::NormalizePath(parts.path);
-  std::wstring found;
-  if (FileUtils::FindFileByName(parts.path, found)) parts.path = std::move(found);
-  parts.path = FileUtils::MapWow64Path(parts.path);
+  parts.path = ResolveProgram(parts.path);
   return parts;
+}
+
+std::wstring ResolveCommandToFile(std::wstring_view command) {
+  return ResolveProgram(FileUtils::ProgramOfCommand(command));
 }
 
 }  // namespace smh

@@ -8,8 +8,7 @@ namespace smh {
 // Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
 // path need not exist.
 CommandParts ResolveCommand(std::wstring_view command);
-inline std::wstring ResolveCommandToFile(std::wstring_view command) {
-  return ResolveCommand(command).path;
-}
+// The path alone.
+std::wstring ResolveCommandToFile(std::wstring_view command);
 
 }  // namespace smh

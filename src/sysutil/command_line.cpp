@@ -16,12 +16,16 @@ std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_vie
   return command;
 }
 
-CommandParts FileUtils::SplitCommandLine(std::wstring_view command) {
+std::wstring FileUtils::ProgramOfCommand(std::wstring_view command) {
   const std::wstring text(command);
-  CommandParts parts;
-  parts.path = Trim(TakeText([&](BoundaryText* program) {
+  return Trim(TakeText([&](BoundaryText* program) {
     return DLLGlobals::ShellHelper().GetProgramPart(text.c_str(), program);
   }));
+}
+
+CommandParts FileUtils::SplitCommandLine(std::wstring_view command) {
+  CommandParts parts;
+  parts.path = ProgramOfCommand(command);
   // Kept on purpose: the path goes from the arguments too where it is named again.
   const std::wstring rest = Trim(ReplaceText(command, parts.path, L""));
   parts.arguments =

@@ -55,6 +55,8 @@ class FileUtils {
 
   static std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
   static CommandParts SplitCommandLine(std::wstring_view command);
+  // The path alone.
+  static std::wstring ProgramOfCommand(std::wstring_view command);
 };
 
 void StartFileUtils();

@@ -94,7 +94,7 @@ void FakeLocation::ReadItems() {
     item.caption = entry.name;
     item.command = entry.command;
     if (!AddOrUpdateItem(std::move(item), generation)) return;
-    found.insert(AsciiLowerCase(entry.name));
+    found.insert(entry.name);
   }
   RemoveMissingItems(found, generation);
 }

@@ -1,4 +1,5 @@
 #include "infra/text.h"
+#include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
 #include "support/module_fixture.h"
@@ -61,7 +62,7 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
-  const std::wstring description = MakeItem(kProgram)->Details().Version.FileDescription;
+  const std::wstring description = MakeItem(kProgram)->Details().Version->FileDescription;
   ASSERT_FALSE(description.empty());
   EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
   EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
@@ -83,7 +84,7 @@ TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
   EXPECT_EQ(item->Details().Rating, 1);
   EXPECT_EQ(item->Details().ImageIndex, 3);
   EXPECT_EQ(item->Details().WorkingFolder, L"C:\\windows");
-  const std::wstring company = item->Details().Version.Company();
+  const std::wstring company = item->Details().Version->Company();
   module.Rater().Rate(company, kRatingRisky);
   item->ReadExtendedInfo();
   const ItemDetails details = item->Details();
@@ -96,6 +97,24 @@ TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
   EXPECT_FALSE(item->NeedsExtendedInfo());
   EXPECT_TRUE(item->TakeChangedMark());
   EXPECT_FALSE(item->TakeChangedMark());
+}
+
+TEST_F(ItemRecordTest, ItemsOfOneFileShareWhatIsKnownOfIt) {
+  const TemporaryFolder folder;
+  const std::wstring file = folder.Write(L"shared.exe", "x");
+  const ItemRef first = MakeItem(file);
+  const ItemRef second = MakeItem(L"\"" + file + L"\" /again");
+  EXPECT_EQ(first->Details().Version, second->Details().Version);
+  folder.Write(L"shared.exe", "changed");
+  EXPECT_NE(first->Details().Version, MakeItem(file)->Details().Version);
+
+  ExtendedPass pass;
+  first->ReadExtendedInfo(pass);
+  const std::size_t asked = module.Rater().Asked().size();
+  second->ReadExtendedInfo(pass);
+  EXPECT_EQ(module.Rater().Asked().size(), asked);
+  EXPECT_EQ(second->Details().FileSize, 7);
+  EXPECT_FALSE(second->NeedsExtendedInfo());
 }
 
 TEST_F(ItemRecordTest, RatingAsksForTheCompanyFirstAndThenForTheFile) {

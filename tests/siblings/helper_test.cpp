@@ -56,6 +56,13 @@ TEST_F(HelperTest, VersionsTimesUserAndProduct) {
   const std::wstring sample = test::ThisFolder() + L"version_sample.exe";
   EXPECT_EQ(Text(helper_, 7, sample.c_str(), L"CompanyName"), L"Sample Works Ltd.");
   EXPECT_EQ(Text(helper_, 8, sample.c_str()), L"3.14.159.26535");
+  const wchar_t* const names[] = {L"CompanyName", nullptr, L"Nothing"};
+  const wchar_t* texts[3] = {names[0], names[0], names[0]};
+  ASSERT_EQ((CallSlot<HRESULT>(helper_, 14, sample.c_str(), &names[0], 3u, &texts[0])), S_OK);
+  EXPECT_EQ(BoundaryTextView(texts[0]), L"Sample Works Ltd.");
+  EXPECT_EQ(BoundaryTextView(texts[1]), L"3.14.159.26535");
+  EXPECT_EQ(texts[2], nullptr);
+  for (const wchar_t* const text : texts) ReleaseBoundaryText(text);
   const FILETIME noon2000 = {0xBAA22000, 0x01BF544F};
   double date = 0;
   EXPECT_EQ((CallSlot<HRESULT>(helper_, 9, &noon2000, &date)), S_OK);

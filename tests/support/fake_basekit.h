@@ -44,6 +44,10 @@ class FakeHelper : public ComObject<IHelper> {
   HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t*, BoundaryText*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) override { return Give(userText, text); }
   BOOL STDMETHODCALLTYPE IsUserAdmin() override { return userIsAdmin; }
+  HRESULT STDMETHODCALLTYPE GetVersionStrings(const wchar_t*, const wchar_t* const*, std::uint32_t,
+                                              BoundaryText*) override {
+    return E_NOTIMPL;
+  }
 };
 
 class FakeGlobals : public ComObject<IGlobals> {

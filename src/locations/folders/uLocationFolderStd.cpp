@@ -120,7 +120,7 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, unsigned generat
     entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
     entry.isEnabled = SameText(folder, startupFolder_);
     entry.isProtected = !CanDeleteFile(entry.name);
-    found.insert(AsciiLowerCase(entry.name));
+    found.insert(entry.name);
     if (!AddOrUpdateItem(std::move(entry), generation)) return false;
   }
   return true;

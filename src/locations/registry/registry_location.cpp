@@ -96,28 +96,27 @@ bool TLocationRegistry::ReadPath(Load& load, const wchar_t* path) {
 }
 
 bool TLocationRegistry::TakeEntry(Load& load, FoundEntry entry, const std::wstring& shownName) {
-  RegistryValueAddress shown = entry.address;
-  shown.valueName = shownName;
-  entry.name = shown.FullPath();
-  const std::wstring key = AsciiLowerCase(entry.name);
+  const auto fullPath = [&](REGSAM view) {
+    return BuildFullValuePath(view, entry.address.root, entry.address.key, shownName);
+  };
+  entry.name = fullPath(entry.address.viewBits);
 
   const ItemRef own = FindItem(LocationType(), entry.name);
   if (own == nullptr && OwnView() != 0) {
-    shown.viewBits ^= KEY_WOW64_64KEY;
-    if (const std::wstring other = shown.FullPath(); FindItem(LocationType(), other) != nullptr) {
-      load.skipCauses.insert(AsciiLowerCase(other));
-      load.found.insert(key);
+    std::wstring other = fullPath(entry.address.viewBits ^ KEY_WOW64_64KEY);
+    if (FindItem(LocationType(), other) != nullptr) {
+      load.skipCauses.insert(std::move(other));
+      load.found.insert(entry.name);
       return true;
     }
   }
-  if ((own != nullptr && !IsSameEntry(AddressOf(*own), entry.address)) || load.addresses.contains(key)) {
+  if ((own != nullptr && !IsSameEntry(AddressOf(*own), entry.address)) || load.taken.contains(entry.name)) {
     LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.", shownName,
               entry.address.key, MemberName());
-    load.skipCauses.insert(key);
+    load.skipCauses.insert(entry.name);
     return true;
   }
-  load.addresses.emplace(key, entry.address);
-  load.found.insert(key);
+  load.taken.insert(*load.found.insert(entry.name).first);
   return AddOrUpdateItem(std::move(entry), load.generation);
 }
 

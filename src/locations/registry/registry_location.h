@@ -9,8 +9,9 @@
 #include "locations/registry/key_watch.h"
 #include "model/uLocationStartup.h"
 
-#include <map>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace smh {
@@ -46,8 +47,8 @@ class TLocationRegistry : public TLocationStartup {
   struct Load {
     unsigned generation = 0;
     FoundNames found{};
-    // Which entry stands for a found name: two may have one path.
-    std::map<std::wstring, RegistryValueAddress> addresses{};
+    // Those for which an entry of this load stands: two may have one path. Views of found names.
+    std::unordered_set<std::wstring_view, AsciiTextHash, AsciiTextEqual> taken{};
     // Listed names because of which an entry was passed over. When one of them is pruned, that entry's turn
     // has come.
     FoundNames skipCauses{};

@@ -61,7 +61,7 @@ TEST_F(FolderTest, ShortcutsAndProgramFilesOfEveryPlaceAreListedAndNothingElse) 
     EXPECT_EQ(details.Kind, TargetKind::kExecutable);
     EXPECT_EQ(details.Command, program);
     EXPECT_EQ(details.FilePath, program);
-    EXPECT_EQ(details.Version.Company(), L"Northlight Audio Ltd.");
+    EXPECT_EQ(details.Version->Company(), L"Northlight Audio Ltd.");
   }
 }
 

@@ -150,7 +150,7 @@ TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
   EXPECT_FALSE(details.FileFound);
   EXPECT_EQ(details.FileSize, 0);
   EXPECT_EQ(details.ImageIndex, kImageUnknownFile);
-  EXPECT_EQ(details.Version.ProductName, L"");
+  EXPECT_EQ(details.Version->ProductName, L"");
   EXPECT_TRUE(item->NeedsExtendedInfo());
   EXPECT_TRUE(
       LogHas(L"Detect change item notepad (app). Target command change from \"C:\\windows\\notepad.exe\" to "

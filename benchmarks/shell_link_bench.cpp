@@ -13,7 +13,7 @@
 
 #include <stdexcept>
 
-namespace smh {
+namespace smh::bench {
 namespace {
 
 void Check(HRESULT result) {
@@ -95,42 +95,27 @@ std::vector<Bytes> SectionsOf(Bytes link) {
 
 TEST_CASE("Reading a link file") {
   const SavedLink saved;
-  BENCHMARK("ours") {
-    return TShellLinkInfo(saved.path).HotKey();
-  };
-  BENCHMARK("open, read and close") {
-    return OpenReadClose(saved.path);
-  };
+  const auto ours = [&] { return TShellLinkInfo(saved.path).HotKey(); };
+  const Pair file = AlternateRuns(15, 200, ours, [&] { OpenReadClose(saved.path); });
+  AddRow("link file: open, read and close", "us", file.ours, file.reference, 1.2);
   const ComPtr<IUnknown> object = NewShellLink();
   const ComPtr<IPersistFile> loader = Ask<IPersistFile>(*object, IID_IPersistFile);
-  BENCHMARK("the shell's IPersistFile::Load") {
-    return loader->Load(saved.path.c_str(), STGM_READ);
-  };
+  const Pair shell = AlternateRuns(15, 200, ours, [&] { loader->Load(saved.path.c_str(), STGM_READ); });
+  AddRow("link file: the shell's loader", "us", shell.ours, shell.reference, kNoGoal);
 }
 
 TEST_CASE("Parsing a link in memory") {
   const SavedLink saved;
   const std::vector<Bytes> sections = SectionsOf(saved.AsBytes());
-  std::printf("%u bytes in %u sections\n", static_cast<unsigned>(saved.bytes.size()),
-              static_cast<unsigned>(sections.size()));
-  BENCHMARK("ours") {
+  const auto ours = [&] {
     LinkSections link;
     link.Load(saved.AsBytes());
     return link.Header().HotKey();
   };
-  BENCHMARK("copying each section") {
-    return CopySections(sections);
-  };
-  ComPtr<IStream> stream;
-  Check(CreateStreamOnHGlobal(nullptr, TRUE, stream.Put()));
-  Check(stream->Write(saved.bytes.data(), static_cast<ULONG>(saved.bytes.size()), nullptr));
-  const ComPtr<IUnknown> object = NewShellLink();
-  const ComPtr<IPersistStream> loader = Ask<IPersistStream>(*object, IID_IPersistStream);
-  BENCHMARK("the shell's IPersistStream::Load") {
-    stream->Seek({}, STREAM_SEEK_SET, nullptr);
-    return loader->Load(stream.Get());
-  };
+  const Pair copying = AlternateRuns(15, 20'000, ours, [&] { CopySections(sections); });
+  AddRow("link of " + std::to_string(saved.bytes.size()) + " bytes in memory: copying its sections", "us",
+         copying.ours, copying.reference, 3);
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::bench

@@ -1,0 +1,212 @@
+// Reading the start-up entries against the floor: times, calls, and the same with every call answered from
+// memory; and how the times grow with the number of entries.
+
+#include "bench.h"
+#include "floor.h"
+#include "memory_machine.h"
+#include "sample_entries.h"
+#include "sample_shortcuts.h"
+#include "system_calls.h"
+#include "thread_clock.h"
+
+#include "core/module_start.h"
+#include "core/uDllGlobals.h"
+#include "infra/statistics_log_store.h"
+#include "model/extended_info.h"
+#include "model/image_lists.h"
+#include "model/uLocationStartup.h"
+
+#include <span>
+
+namespace smh::bench {
+namespace {
+
+constexpr int kPrograms = 40;
+
+constexpr TTypeStartupLocation kRunLocations[] = {sulRegistryUserRun, sulRegistryUserRunOnce,
+                                                  sulRegistryCommonRun, sulRegistryCommonRunOnce};
+constexpr TTypeStartupLocation kHandlerLocations[] = {sulRegistryAllRegContextMenuHandlers};
+constexpr TTypeStartupLocation kFolderLocations[] = {sulFolderUser};
+
+// The module as a host's process has it, with the calls of library and helper counted; lives as long as the
+// process.
+void RequireModule() {
+  static const bool started = [] {
+    StartModule(ModuleSteps());
+    DLLGlobals::Helper();
+    DLLGlobals::FileRater();
+    Locations();
+    CountSystemCalls({L"basekit.dll"});
+    return true;
+  }();
+  REQUIRE(started);
+}
+
+int Count() {
+  const ScopedLock lock(Items().Lock());
+  return Items().Count();
+}
+
+void Forget() {
+  const ScopedLock lock(Items().Lock());
+  Items().Clear();
+  ClearLogLines();
+}
+
+void Read(std::span<const TTypeStartupLocation> locations) {
+  for (const TTypeStartupLocation location : locations) FindLocation(location)->ReadItems();
+}
+
+// One kind of entry, by both programs.
+struct Kind {
+  std::string name;
+  std::span<const TTypeStartupLocation> locations;
+  std::function<void(FloorResult&)> floor;
+  int items;
+};
+
+void CompareCalls(const Kind& kind) {
+  Forget();
+  ResetSystemCalls();
+  Read(kind.locations);
+  const int ours = TotalSystemCalls();
+  AddNote(kind.name + ", ours: " + SystemCallList());
+  ResetSystemCalls();
+  FloorResult result;
+  kind.floor(result);
+  const int floor = TotalSystemCalls();
+  AddNote(kind.name + ", floor: " + SystemCallList());
+  REQUIRE(Count() == kind.items);
+  REQUIRE(static_cast<int>(result.items.size()) == kind.items);
+  AddRow("calls, " + kind.name + " (reference: floor + 1 per item)", "calls", ours, floor + kind.items, 1);
+}
+
+void CompareTimes(const Kind& kind, const char* what, int rounds, double goal) {
+  const Pair times = Alternate(
+      rounds,
+      [&] {
+        Forget();
+        return Microseconds([&] { Read(kind.locations); });
+      },
+      [&] {
+        FloorResult result;
+        return Microseconds([&] { kind.floor(result); });
+      });
+  AddRow(what + kind.name, "us", times.ours, times.reference, goal);
+}
+
+// Our own work, and letting go of what was read.
+void CompareFromMemory(const Kind& kind) {
+  const MemoryMachine memory;
+  const Pair times = Alternate(
+      2,
+      [&] {
+        return ProcessorMicroseconds([&] {
+          Read(kind.locations);
+          Forget();
+        });
+      },
+      [&] {
+        return ProcessorMicroseconds([&] {
+          FloorResult result;
+          kind.floor(result);
+        });
+      });
+  AddRow("first pass from memory, " + kind.name, "us", times.ours, times.reference, 5);
+}
+
+void Compare(const Kind& kind) {
+  const int rounds = kind.items > 5000 ? 3 : 7;
+  CompareCalls(kind);
+  CompareTimes(kind, "first pass, ", rounds, 1.25);
+  CompareFromMemory(kind);
+}
+
+TEST_CASE("First pass") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  {
+    RunValues values(programs);
+    for (const int count : {100, 1'000, 10'000}) {
+      values.Fill(count);
+      Compare({std::to_string(count) + " Run values", kRunLocations, FloorRunKeys, count});
+    }
+  }
+  {
+    const Handlers handlers(programs, 2'000);
+    Compare({"2000 handlers", kHandlerLocations,
+             [](FloorResult& result) { FloorHandlers(kHandlerPath, result); }, 2'000});
+  }
+  const Shortcuts shortcuts(programs, 500);
+  const test::StartupPlaces& places = shortcuts.Places();
+  const std::vector<std::wstring> folders{places.startup, places.disabled, places.autoruns, places.brisko};
+  Compare({"500 shortcuts", kFolderLocations, [&](FloorResult& result) { FloorShortcuts(folders, result); },
+           500});
+}
+
+std::vector<ItemRef> ListedItems() {
+  const ScopedLock lock(Items().Lock());
+  return Items().Snapshot();
+}
+
+TEST_CASE("Extended pass") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  RunValues values(programs);
+  values.Fill(1'000);
+  FloorResult result;
+  FloorRunKeys(result);
+  const auto ours = [] {
+    Forget();
+    DestroyImageLists();
+    Read(kRunLocations);
+    const std::vector<ItemRef> items = ListedItems();
+    LargeImageList();
+    return Microseconds([&] {
+      ExtendedPass pass;
+      for (const ItemRef& item : items) item->ReadExtendedInfo(pass);
+    });
+  };
+  ours();
+  ResetSystemCalls();
+  FloorExtended(result);
+  AddNote("extended pass, floor: " + SystemCallList());
+  const Pair times = Alternate(5, ours, [&] { return Microseconds([&] { FloorExtended(result); }); });
+  AddRow("extended pass, 1000 Run values of 40 files", "us", times.ours, times.reference, 1.15);
+}
+
+// What one count of entries costs; each answers microseconds.
+struct Costs {
+  double firstPass;
+  double reread;
+  double removal;
+};
+
+Costs MeasureCosts(RunValues& values, int count) {
+  Costs best{1e12, 1e12, 1e12};
+  for (int round = 0; round < 3; ++round) {
+    values.Fill(count);
+    Forget();
+    best.firstPass = std::min(best.firstPass, Microseconds([] { Read(kRunLocations); }));
+    values.SetCommand(count / 2, L"C:\\changed" + std::to_wstring(round) + L".exe");
+    best.reread = std::min(best.reread, Microseconds([] { Read(kRunLocations); }));
+    for (int i = 0; i < count; i += 2) values.Remove(i);
+    best.removal = std::min(best.removal, Microseconds([] { Read(kRunLocations); }));
+    REQUIRE(Count() == count / 2);
+  }
+  return best;
+}
+
+TEST_CASE("Growth") {
+  RequireModule();
+  const Programs programs(kPrograms);
+  RunValues values(programs);
+  const Costs small = MeasureCosts(values, 1'000);
+  const Costs large = MeasureCosts(values, 10'000);
+  AddRow("growth 1000 to 10000, first pass", "us", large.firstPass, small.firstPass, 11);
+  AddRow("growth 1000 to 10000, re-read after one change", "us", large.reread, small.reread, 11);
+  AddRow("growth 1000 to 10000, removal of half", "us", large.removal, small.removal, 11);
+}
+
+}  // namespace
+}  // namespace smh::bench

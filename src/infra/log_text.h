@@ -1,0 +1,39 @@
+// The lines of a log, kept as the text that is written: in blocks, so that a line costs its own text and no
+// more.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// No lock of its own.
+class LogText {
+ public:
+  void AddLine(std::wstring_view line);
+  void Clear() noexcept { blocks_.clear(); }
+
+  std::size_t BlockCount() const noexcept { return blocks_.size(); }
+  // Each line ends with CRLF; a line may go on in the next block.
+  std::wstring_view Block(std::size_t index) const noexcept {
+    return {blocks_[index]->units, blocks_[index]->used};
+  }
+
+ private:
+  struct BlockOfUnits {
+    static constexpr std::size_t kUnits = 8000;
+    std::size_t used = 0;
+    wchar_t units[kUnits];
+  };
+
+  std::size_t Room() const noexcept {
+    return blocks_.empty() ? 0 : BlockOfUnits::kUnits - blocks_.back()->used;
+  }
+  void Put(std::wstring_view text);
+
+  std::vector<std::unique_ptr<BlockOfUnits>> blocks_;
+};
+
+}  // namespace smh

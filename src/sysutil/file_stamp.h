@@ -1,0 +1,20 @@
+// What tells a file from itself at another time.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace smh {
+
+struct FileStamp {
+  bool isFolder = false;
+  std::uint64_t size = 0;
+  std::uint64_t lastWrite = 0;
+  auto operator<=>(const FileStamp&) const = default;
+};
+
+// One call of the system; none for what does not exist.
+std::optional<FileStamp> StampOf(const std::wstring& path) noexcept;
+
+}  // namespace smh
