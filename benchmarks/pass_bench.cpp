@@ -95,8 +95,8 @@ void CompareTimes(const Kind& kind, const char* what, int rounds, double goal) {
   AddRow(what + kind.name, "us", times.ours, times.reference, goal);
 }
 
-// Memory enough for every pass, of which the heap gives nothing back to the system: what it costs to get pages from
-// there is not our own work.
+// Memory enough for every pass, of which the heap gives nothing back to the system: what it costs to get
+// pages from there is not our own work.
 class WarmHeap {
  public:
   WarmHeap() {
