@@ -1,7 +1,7 @@
 #include "sample_shortcuts.h"
 
 #include "infra/format.h"
-#include "native/link_builder.h"
+#include "link_builder.h"
 
 namespace smh::bench {
 
@@ -15,8 +15,8 @@ std::string Narrow(const std::wstring& text) {
 
 Shortcuts::Shortcuts(const Programs& programs, int count) : places_(test::StartupPlaces::Whose::kUser) {
   for (int i = 0; i < count; ++i) {
-    test::LinkBuilder link;
-    link.info = test::LinkInfoSpec{.basePath = Narrow(programs[i])};
+    LinkBuilder link;
+    link.info = LinkInfoSpec{.basePath = Narrow(programs[i])};
     link.strings = {{LinkString::kName, u"A shortcut of the benchmark"}, {LinkString::kArguments, u"/quiet"}};
     test::WriteFileBytes(places_.startup + Format(L"Shortcut %d.lnk", i), link.Build().Text());
   }

@@ -5,7 +5,7 @@
 
 #include "infra/com_ptr.h"
 #include "infra/handle.h"
-#include "native/link_builder.h"
+#include "link_builder.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "support/file_fixture.h"
 

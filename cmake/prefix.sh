@@ -21,7 +21,7 @@ if [ "${PREFIX_LOCKED:-}" != "$folder" ]; then
   exec env PREFIX_LOCKED="$folder" flock "$folder.lock" "$0" "$arch" "$folder" "$@"
 fi
 
-export WINEARCH=$arch WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
+export WINEARCH=$arch WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d"
 unset DISPLAY
 
 # Windows' own modules are copied into a prefix; links to the installed ones save a gigabyte.

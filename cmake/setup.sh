@@ -53,7 +53,7 @@ build_targets() {
 # What every Wine process here runs with. Tests and lists must not start programs of their own.
 wine_environment() {
   export WINEDEBUG=${WINEDEBUG:--all}
-  export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d${WINEDLLOVERRIDES:+;$WINEDLLOVERRIDES}"
+  export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe,winemenubuilder.exe=d${WINEDLLOVERRIDES:+;$WINEDLLOVERRIDES}"
   # Arguments are UTF-8.
   case ${LC_ALL:-${LC_CTYPE:-${LANG:-}}} in
     *[Uu][Tt][Ff]8 | *[Uu][Tt][Ff]-8) ;;

@@ -2,7 +2,7 @@
 // disabled entries, and the shortcut that a default program's command is beside its program. The shortcuts
 // are written byte by byte, because the shell's own object makes none with an environment block and none that
 // is damaged.
-#include "native/link_builder.h"
+#include "link_builder.h"
 
 #include <windows.h>
 
@@ -16,7 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace smh;
-using namespace smh::test;
 
 // Below the data folder. The third place is "AutorunsDisabled" in the Startup folder itself.
 constexpr wchar_t kDisabled[] = L"Quillmark\\Startup Manager\\Disabled Startup";

@@ -2,7 +2,7 @@
 
 #include "bench.h"
 
-#include "native/link_builder.h"
+#include "link_builder.h"
 #include "shelllink/link_sections.h"
 
 #include <libbfio.h>
@@ -16,11 +16,11 @@ namespace smh::bench {
 namespace {
 
 // From half a kilobyte to four, by the length of the texts; with a target, texts and a block.
-std::vector<test::BuiltLink> Corpus() {
-  std::vector<test::BuiltLink> links;
+std::vector<BuiltLink> Corpus() {
+  std::vector<BuiltLink> links;
   for (const std::size_t units : {40u, 150u, 500u}) {
-    test::LinkBuilder link;
-    link.info = test::LinkInfoSpec{.basePath = "C:\\Program Files\\" + std::string(units, 'p') + ".exe"};
+    LinkBuilder link;
+    link.info = LinkInfoSpec{.basePath = "C:\\Program Files\\" + std::string(units, 'p') + ".exe"};
     link.strings = {{LinkString::kName, std::u16string(units, u'n')},
                     {LinkString::kArguments, std::u16string(units, u'a')},
                     {LinkString::kWorkingDir, std::u16string(units, u'w')}};
@@ -72,7 +72,7 @@ void ReadWithLiblnk(const std::string& bytes) {
 }
 
 TEST_CASE("Parsing links") {
-  for (const test::BuiltLink& link : Corpus()) {
+  for (const BuiltLink& link : Corpus()) {
     const std::string size = std::to_string(link.Size());
     const std::vector<Bytes> sections = SectionsOf(link.AsBytes());
     const auto ours = [&] {

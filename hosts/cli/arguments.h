@@ -22,6 +22,9 @@ struct Arguments {
   std::optional<bool> enabled;          // --enabled, --disabled
   OutputFormat format = OutputFormat::table;
   std::optional<unsigned> seconds;  // --seconds
+  unsigned id = 0;                  // ID, a checkpoint; 0 without one
+  bool show = false;                // --show
+  bool force = false;               // --force
 
   ItemFilter Filter() const { return {all, locations, enabled}; }
   // The one --location of a command that takes one.

@@ -51,6 +51,8 @@ struct RawArguments {
   std::string name;
   std::string command;
   unsigned seconds = 0;
+  unsigned id = 0;
+  bool show = false, force = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
 };
 
@@ -85,6 +87,16 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kNeedsName) app.add_option("--name", raw.name, "Name of the new entry")->required();
   if (options & kNeedsCommand) app.add_option("--command", raw.command, "A command line")->required();
   if (options & kNeedsTarget) app.add_option("--to", raw.target, "A location's name")->required();
+  if (options & (kTakesId | kNeedsId)) {
+    app.add_option("ID", raw.id, "A checkpoint's number, see the command checkpoints")
+        ->required((options & kNeedsId) != 0)
+        ->check(CLI::PositiveNumber);
+  }
+  if (options & kTakesUndoMode) {
+    CLI::Option* const show = app.add_flag("--show", raw.show, "Only say what it would do, step by step");
+    app.add_flag("--force", raw.force, "Over later changes too, and say what was overwritten")
+        ->excludes(show);
+  }
   if (options & kTakesSeconds) app.add_option("--seconds", raw.seconds, "End after that time");
   if (options & kTakesPaths) {
     app.add_option("--add", raw.paths, "Also show the program of that path")
@@ -115,6 +127,9 @@ Arguments Convert(const RawArguments& raw, const CLI::App& app, std::uint32_t op
   arguments.command = DecodeArgument(raw.command);
   if (options & kNeedsName && arguments.name.empty()) throw UsageError(L"The name is empty.");
   if (options & kNeedsCommand && arguments.command.empty()) throw UsageError(L"The command is empty.");
+  arguments.id = raw.id;
+  arguments.show = raw.show;
+  arguments.force = raw.force;
   arguments.all = raw.all;
   if (raw.enabled || raw.disabled) arguments.enabled = raw.enabled;
   if (raw.json) arguments.format = OutputFormat::json;

@@ -2,6 +2,8 @@
 #include "command_line.h"
 #include "console.h"
 #include "host_error.h"
+#include "host_process.h"
+#include "interrupted_note.h"
 #include "text_encoding.h"
 
 #include <windows.h>
@@ -17,18 +19,13 @@ namespace {
 
 using namespace smh;
 
-// No library comes from the current folder, and no box about a missing disk stops a script.
-void SetUpProcess() noexcept {
-  SetDllDirectoryW(L"");
-  SetErrorMode(SEM_FAILCRITICALERRORS);
-}
-
 void Run(std::span<const std::wstring> arguments) {
   const auto parsed = ParseCommandLine(arguments);
   if (const auto* help = std::get_if<std::wstring>(&parsed)) {
     WriteOutput(*help);
     return;
   }
+  NameInterruptedCheckpoints();
   const Invocation& invocation = std::get<Invocation>(parsed);
   invocation.command->run(invocation.arguments);
 }
@@ -49,6 +46,6 @@ ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
 }  // namespace
 
 int wmain(int count, wchar_t** texts) {
-  SetUpProcess();
+  SetUpHostProcess();
   return static_cast<int>(RunGuarded(count, texts));
 }

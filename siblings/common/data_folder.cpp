@@ -15,7 +15,11 @@ std::wstring ShellFolder(int csidl) {
 }
 
 std::wstring DataFolder() {
-  std::wstring folder = ShellFolder(CSIDL_APPDATA);
+  return ProductFolder(CSIDL_APPDATA);
+}
+
+std::wstring ProductFolder(int csidl) {
+  std::wstring folder = ShellFolder(csidl);
   if (folder.empty()) return folder;
   for (const std::wstring_view level : {kVendorName, kProductName}) folder.append(1, L'\\').append(level);
   return folder.append(1, L'\\');

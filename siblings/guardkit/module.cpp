@@ -2,6 +2,8 @@
 
 #include "common/module_entry.h"
 #include "common/service_table.h"
+#include "guardkit/checkpoints.h"
+#include "guardkit/journal_service.h"
 #include "guardkit/reg_access.h"
 #include "guardkit/safeguard.h"
 
@@ -11,8 +13,9 @@ namespace {
 
 constinit RegAccess regAccess;
 constinit Safeguard safeguard(regAccess);
+constinit JournalService journalService;
 
-constinit const ServiceRow kServices[] = {{ISafeguard::kId, &safeguard}};
+constinit const ServiceRow kServices[] = {{ISafeguard::kId, &safeguard}, {IJournal::kId, &journalService}};
 
 constexpr ModuleStep kSteps[] = {
     {L"checkpoints", StartCheckpoints, [](StopMode&) noexcept { StopCheckpoints(); }}};

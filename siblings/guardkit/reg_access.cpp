@@ -1,6 +1,8 @@
 #include "guardkit/reg_access.h"
 
-#include "infra/import_function.h"
+#include "guardkit/checkpoints.h"
+#include "guardkit/registry_changes.h"
+#include "guardkit/status_guard.h"
 
 namespace smh {
 
@@ -17,8 +19,15 @@ LSTATUS RegAccess::CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposit
                              DWORD /*unused3*/) {
   if (key == nullptr) return ERROR_INVALID_PARAMETER;
   *key = nullptr;
-  return RegCreateKeyExW(parent, NameOrEmpty(subKey), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
-                         key, disposition);
+  const LSTATUS opened = RegOpenKeyExW(parent, NameOrEmpty(subKey), 0, access, key);
+  if (disposition != nullptr) {
+    *disposition = opened == ERROR_SUCCESS ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
+  }
+  if (opened != ERROR_FILE_NOT_FOUND) return opened;
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return CreateKeyRecorded(*recording, parent, subKey, access, key);
+  });
 }
 
 LSTATUS RegAccess::OpenKey(HKEY parent, const wchar_t* subKey, HKEY* key, REGSAM access, DWORD /*unused*/) {
@@ -31,22 +40,30 @@ HRESULT RegAccess::Reserved3() {
   return E_NOTIMPL;
 }
 
-// Systems without views do not have the function with a view either.
 LSTATUS RegAccess::DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD /*unused*/) {
   if (*NameOrEmpty(subKey) == L'\0') return ERROR_INVALID_PARAMETER;
-  const auto deleteInView =
-      ImportFunction<decltype(&RegDeleteKeyExW)>(GetModuleHandleW(L"advapi32.dll"), "RegDeleteKeyExW");
-  return deleteInView != nullptr ? deleteInView(parent, subKey, viewBits, 0) : RegDeleteKeyW(parent, subKey);
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return DeleteKeyRecorded(*recording, parent, subKey, viewBits);
+  });
 }
 
 LSTATUS RegAccess::SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
                             DWORD /*unused*/) {
   if (data == nullptr && size > 0) return ERROR_INVALID_PARAMETER;
-  return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size);
+  return GuardedStatus([&] {
+    const auto* const bytes = static_cast<const std::byte*>(data);
+    const ScopedRecording recording(ProcessCheckpoints());
+    return SetValueRecorded(*recording, key, NameOrEmpty(name),
+                            {true, type, ByteVector(bytes, bytes + size)});
+  });
 }
 
 LSTATUS RegAccess::DeleteValue(HKEY key, const wchar_t* name) {
-  return RegDeleteValueW(key, name);
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return DeleteValueRecorded(*recording, key, NameOrEmpty(name));
+  });
 }
 
 HRESULT RegAccess::Reserved7() {

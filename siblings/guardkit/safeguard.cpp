@@ -1,16 +1,27 @@
 #include "guardkit/safeguard.h"
 
-#include <utility>
-
-#include "common/guard.h"
 #include "guardkit/checkpoints.h"
 #include "guardkit/file_changes.h"
+#include "guardkit/status_guard.h"
+#include "infra/boundary_string.h"
 
 namespace smh {
 
 namespace {
 
-Checkpoints* checkpoints = nullptr;
+// As the system would take the name now: the journal is read from other current folders.
+std::wstring FullPath(const wchar_t* path) {
+  std::wstring full(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetFullPathNameW(path, static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (length == 0) RaiseLastOSError();
+    if (length < full.size()) {
+      full.resize(length);
+      return full;
+    }
+    full.resize(length);
+  }
+}
 
 }  // namespace
 
@@ -19,34 +30,38 @@ HRESULT Safeguard::GetRegAccess(IRegAccess** access) {
 }
 
 LSTATUS Safeguard::BeginCheckpoint(const wchar_t* title) {
-  return ValueOr<LSTATUS>(ERROR_OUTOFMEMORY, [&]() -> LSTATUS {
-    checkpoints->Begin(TextArgument(title));
+  return GuardedStatus([&]() -> LSTATUS {
+    ProcessCheckpoints().Begin(TextArgument(title));
     return ERROR_SUCCESS;
   });
 }
 
 LSTATUS Safeguard::EndCheckpoint() {
-  return checkpoints->End() ? ERROR_SUCCESS : ERROR_INVALID_FUNCTION;
+  return ProcessCheckpoints().End() ? ERROR_SUCCESS : ERROR_INVALID_FUNCTION;
 }
 
 LSTATUS Safeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
-  return MoveFileNew(from, to);
+  if (from == nullptr || to == nullptr) return ERROR_INVALID_PARAMETER;
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return MoveRecorded(*recording, FullPath(from), FullPath(to));
+  });
 }
 
 LSTATUS Safeguard::DeleteRecordedFile(const wchar_t* file) {
-  return RemoveFile(file);
+  if (file == nullptr) return ERROR_INVALID_PARAMETER;
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return DeleteRecorded(*recording, FullPath(file));
+  });
 }
 
 LSTATUS Safeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) {
-  return CopyFileTo(from, to, (overwrite & 0xFF) != 0);
-}
-
-void StartCheckpoints() {
-  checkpoints = new Checkpoints;
-}
-
-void StopCheckpoints() noexcept {
-  delete std::exchange(checkpoints, nullptr);
+  if (from == nullptr || to == nullptr) return ERROR_INVALID_PARAMETER;
+  return GuardedStatus([&] {
+    const ScopedRecording recording(ProcessCheckpoints());
+    return CopyRecorded(*recording, FullPath(from), FullPath(to), (overwrite & 0xFF) != 0);
+  });
 }
 
 }  // namespace smh

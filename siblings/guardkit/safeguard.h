@@ -22,8 +22,4 @@ class Safeguard final : public ServiceObject<ISafeguard> {
   IRegAccess& regAccess_;
 };
 
-// Module start-up and shut-down of the checkpoints.
-void StartCheckpoints();
-void StopCheckpoints() noexcept;
-
 }  // namespace smh

@@ -1,5 +1,6 @@
 #include "prefkit/services.h"
 
+#include <algorithm>
 #include <string>
 
 #include "common/guard.h"
@@ -29,6 +30,13 @@ DWORD ReadNumber(std::wstring_view hostFileName, const wchar_t* name, DWORD unse
   return status == ERROR_SUCCESS && size == sizeof(number) ? number : unset;
 }
 
+DWORD ReadLimit(const wchar_t* hostFileName, const wchar_t* name, DWORD unset) noexcept {
+  return ValueOr<DWORD>(unset, [&] {
+    const std::wstring_view host = FileNamePart(TextArgument(hostFileName));
+    return host.empty() ? unset : std::max<DWORD>(ReadNumber(host, name, unset), 1);
+  });
+}
+
 }  // namespace
 
 // When nothing can be found out, changes stay undoable.
@@ -37,6 +45,14 @@ BOOL ApplicationSettings::GetUseCheckpoints(const wchar_t* hostFileName) {
     const std::wstring_view host = FileNamePart(TextArgument(hostFileName));
     return host.empty() || ReadNumber(host, L"UseCheckpoints", TRUE) != 0 ? TRUE : FALSE;
   });
+}
+
+DWORD ApplicationSettings::GetKeptCheckpoints(const wchar_t* hostFileName) {
+  return ReadLimit(hostFileName, L"KeptCheckpoints", 200);
+}
+
+DWORD ApplicationSettings::GetKeptMegabytes(const wchar_t* hostFileName) {
+  return ReadLimit(hostFileName, L"KeptMegabytes", 64);
 }
 
 }  // namespace smh

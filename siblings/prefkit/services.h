@@ -9,6 +9,8 @@ namespace smh {
 class ApplicationSettings final : public ServiceObject<IApplicationSettings> {
  public:
   BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) override;
+  DWORD STDMETHODCALLTYPE GetKeptCheckpoints(const wchar_t* hostFileName) override;
+  DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) override;
 };
 
 class Settings final : public ServiceObject<ISettings> {

@@ -1,6 +1,10 @@
 // The backup service of guardkit.dll: performs changes of the registry and of files, and records them for
 // undo. Calls are stdcall; slots are numbered after IUnknown's three. Results are Win32 status codes, 0 for
 // success, unless a slot says otherwise.
+//
+// Every change is written into a journal before it is made (intf_journal.h takes changes back). What cannot be
+// written down is not made: a full disk or a journal held by another checkpoint for more than ten seconds
+// (ERROR_LOCK_VIOLATION) refuses the call before it begins. Every slot may be called from any thread.
 #pragma once
 
 #include "infra/boundary_string.h"
@@ -24,7 +28,7 @@ struct IRegAccess : IUnknown {
   // 4: as RegDeleteKeyExW, for a key without subkeys.
   virtual LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits,
                                               DWORD unused) = 0;
-  // 5: as RegSetValueExW; `size` in bytes.
+  // 5: as RegSetValueExW; `size` in bytes. The key must be open for reading too, here and in 6.
   virtual LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data,
                                              DWORD type, DWORD unused) = 0;
   // 6: as RegDeleteValueW.
@@ -45,14 +49,17 @@ struct ISafeguard : IUnknown {
 
   // 1: an HRESULT; one reference for the caller.
   virtual HRESULT STDMETHODCALLTYPE GetRegAccess(IRegAccess** access) = 0;
-  // 2, 3: a checkpoint gathers the changes between them under one title; begins nest.
+  // 2, 3: a checkpoint gathers the changes of this thread between them under one title; begins nest, and the
+  // outermost counts. Changes outside a checkpoint get one each. Only the outermost begin may be refused; a refused
+  // one has no end. The thread holds the journal until its last end. 3: ERROR_INVALID_FUNCTION without a begin.
   virtual LSTATUS STDMETHODCALLTYPE BeginCheckpoint(const wchar_t* title) = 0;
   virtual LSTATUS STDMETHODCALLTYPE EndCheckpoint() = 0;
   // 4: fails with ERROR_ALREADY_EXISTS or ERROR_FILE_EXISTS when `to` exists.
   virtual LSTATUS STDMETHODCALLTYPE MoveRecordedFile(const wchar_t* from, const wchar_t* to) = 0;
   // 5
   virtual LSTATUS STDMETHODCALLTYPE DeleteRecordedFile(const wchar_t* file) = 0;
-  // 6: `overwrite` is a boolean of which the low byte counts.
+  // 6: `overwrite` is a boolean of which the low byte counts. An overwritten file is replaced at once or not at
+  // all.
   virtual LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) = 0;
 };
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "infra/handle.h"
+#include "infra/registry_values.h"
 
 #include <cstdint>
 #include <string>
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace smh {
-
-inline constexpr REGSAM kViewBits = KEY_WOW64_64KEY | KEY_WOW64_32KEY;
 
 enum class RegistryDataKind { kUnknown, kString, kExpandString, kInteger, kBinary };
 

@@ -12,6 +12,9 @@
 
 namespace smh {
 
+// What an access mask says about the registry view.
+inline constexpr REGSAM kViewBits = KEY_WOW64_64KEY | KEY_WOW64_32KEY;
+
 // A value's type and bytes, as stored.
 struct RegistryData {
   DWORD type = REG_NONE;

@@ -78,6 +78,8 @@ void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target
         if (!item->IsListed()) return;
         if (!ItemExists(*item)) {
           Items().Remove(*item);
+          // It may only have been out of sight.
+          gate_.MarkLoadDue();
           return;
         }
         TLocationStartup* const destination = FindLocation(target);

@@ -1,5 +1,6 @@
 #include "core/boundary_client.h"
 
+#include "infra/com_ptr.h"
 #include "infra/import_function.h"
 #include "support/child_process.h"
 
@@ -69,12 +70,8 @@ OutVariant::OutVariant() noexcept {
   value_.punkVal = reinterpret_cast<IUnknown*>(16);
 }
 
-OutVariant::OutVariant(const RawItem& item, std::int32_t index) : OutVariant() {
-  EXPECT_EQ(item.GetProperty(index, Put()), S_OK) << index;
-}
-
-OutVariant::OutVariant(const RawFavorite& item, std::int32_t index) : OutVariant() {
-  EXPECT_EQ(item.GetProperty(index, Put()), S_OK) << index;
+OutVariant::OutVariant(const RawEntry& entry, std::int32_t index) : OutVariant() {
+  EXPECT_EQ(entry.GetProperty(index, Put()), S_OK) << index;
 }
 
 OutVariant::~OutVariant() {
@@ -86,60 +83,16 @@ std::wstring OutVariant::Text() const {
   return std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal));
 }
 
-std::wstring RawItem::Name() const {
+std::wstring RawEntry::Name() const {
   OutText name;
   GetName(name.Put());
   return name.Text();
-}
-
-std::wstring RawItem::PropertyText(std::int32_t index) const {
-  return OutVariant(*this, index).Text();
-}
-
-std::wstring RawFavorite::Name() const {
-  OutText name;
-  GetName(name.Put());
-  return name.Text();
-}
-
-std::wstring RawFavorite::PropertyText(std::int32_t index) const {
-  return OutVariant(*this, index).Text();
-}
-
-RawFavorite RawFavorites::Item(std::int32_t index) const {
-  RawFavorite item;
-  if (GetItem(index, item.Put()) != S_OK) throw std::runtime_error("no default program");
-  return item;
-}
-
-RawItem RawCollection::Item(std::int32_t index) const {
-  RawItem item;
-  if (FAILED(GetItem(index, item.Put()))) throw std::runtime_error("no item object");
-  return item;
 }
 
 std::wstring RawStrings::Text(int text) const {
   OutText out;
   Get(text, out.Put());
   return out.Text();
-}
-
-RawCollection RawManager::Items() const {
-  RawCollection items;
-  if (FAILED(GetStartupItems(items.Put()))) throw std::runtime_error("no collection");
-  return items;
-}
-
-RawFavorites RawManager::Favorites() const {
-  RawFavorites favorites;
-  if (FAILED(GetFavoriteItems(favorites.Put()))) throw std::runtime_error("no default programs");
-  return favorites;
-}
-
-RawStrings RawManager::Strings() const {
-  RawStrings strings;
-  if (FAILED(GetStrings(strings.Put()))) throw std::runtime_error("no strings");
-  return strings;
 }
 
 std::wstring LoadedLibrary::File() {
@@ -160,26 +113,21 @@ RawManager LoadedLibrary::Manager() const {
 }
 
 std::optional<ErrorInfo> TakeErrorInfo() {
-  IErrorInfo* info = nullptr;
-  if (GetErrorInfo(0, &info) != S_OK || info == nullptr) return std::nullopt;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Put()) != S_OK || !info) return std::nullopt;
   BSTR description = nullptr;
   BSTR source = nullptr;
   info->GetDescription(&description);
   info->GetSource(&source);
-  info->Release();
   return ErrorInfo{TakeBstr(description), TakeBstr(source)};
 }
 
 void PlantErrorInfo() {
-  ICreateErrorInfo* made = nullptr;
-  IErrorInfo* info = nullptr;
-  if (FAILED(CreateErrorInfo(&made))) throw std::runtime_error("no error info");
-  wchar_t text[] = L"of an earlier call";
-  made->SetDescription(text);
-  made->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info));
-  SetErrorInfo(0, info);
-  info->Release();
-  made->Release();
+  ComPtr<ICreateErrorInfo> made;
+  ComPtr<IErrorInfo> info;
+  if (FAILED(CreateErrorInfo(made.Put()))) throw std::runtime_error("no error info");
+  made->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.Put()));
+  SetErrorInfo(0, info.Get());
 }
 
 testing::AssertionResult IsExplained(HRESULT result, HRESULT expected) {

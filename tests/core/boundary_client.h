@@ -34,7 +34,6 @@ inline constexpr GUID kFavoriteGuid = {
 
 // Ordinals of locations.
 inline constexpr std::int32_t kNoLocation = 0;
-inline constexpr std::int32_t kRunServices = 3;
 inline constexpr std::int32_t kUserRun = 5;
 inline constexpr std::int32_t kCommonRun = 8;
 inline constexpr std::int32_t kCommonRunOnce = 9;
@@ -62,9 +61,8 @@ class OutText {
 class OutVariant {
  public:
   OutVariant() noexcept;
-  // What the item answers for a property.
-  OutVariant(const class RawItem& item, std::int32_t index);
-  OutVariant(const class RawFavorite& item, std::int32_t index);
+  // What the entry answers for a property.
+  OutVariant(const class RawEntry& entry, std::int32_t index);
   ~OutVariant();
   OutVariant(const OutVariant&) = delete;
   OutVariant& operator=(const OutVariant&) = delete;
@@ -112,19 +110,34 @@ class RawObject {
     void* const* const table = *static_cast<void* const* const*>(object_);
     return reinterpret_cast<Function>(table[slot])(object_, arguments...);
   }
+  // The object that a call hands out; throws std::runtime_error when there is none.
+  template <typename Object, typename Getter>
+  static Object Given(Getter get) {
+    Object object;
+    if (get(object.Put()) != S_OK) throw std::runtime_error("no object");
+    return object;
+  }
 
  private:
   void* object_ = nullptr;
 };
 
-class RawItem : public RawObject {
+// What startup items and default programs have in common.
+class RawEntry : public RawObject {
  public:
   std::int32_t GetIndex() const { return Call<std::int32_t>(3); }
-  std::uint32_t GetLocation() const { return Call<std::uint32_t>(4); }
   HRESULT GetName(const wchar_t** name) const { return Call<HRESULT>(5, name); }
   std::uint32_t ReadChanged() const { return Call<std::uint32_t>(6); }
   std::int32_t GetImageIndex() const { return Call<std::int32_t>(7); }
   HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
+
+  std::wstring Name() const;
+  std::wstring PropertyText(std::int32_t index) const { return OutVariant(*this, index).Text(); }
+};
+
+class RawItem : public RawEntry {
+ public:
+  std::uint32_t GetLocation() const { return Call<std::uint32_t>(4); }
   std::uint32_t CanDo(std::int32_t action) const { return Call<std::uint32_t>(9, action); }
   std::uint32_t CanMoveTo(std::int32_t location) const { return Call<std::uint32_t>(10, location); }
   HRESULT Delete() const { return Call<HRESULT>(11); }
@@ -135,9 +148,6 @@ class RawItem : public RawObject {
   HRESULT Execute(void* window) const { return Call<HRESULT>(16, window); }
   HRESULT ShowFileDetails(void* window) const { return Call<HRESULT>(17, window); }
   HRESULT ShowLocation() const { return Call<HRESULT>(18); }
-
-  std::wstring Name() const;
-  std::wstring PropertyText(std::int32_t index) const;
 };
 
 class RawCollection : public RawObject {
@@ -157,20 +167,14 @@ class RawCollection : public RawObject {
     return Call<std::int32_t>(14, location, name, command);
   }
 
-  RawItem Item(std::int32_t index) const;
+  RawItem Item(std::int32_t index) const {
+    return Given<RawItem>([&](void** item) { return GetItem(index, item); });
+  }
 };
 
-class RawFavorite : public RawObject {
+class RawFavorite : public RawEntry {
  public:
-  std::int32_t GetIndex() const { return Call<std::int32_t>(3); }
   std::int32_t GetKind() const { return Call<std::int32_t>(4); }
-  HRESULT GetName(const wchar_t** name) const { return Call<HRESULT>(5, name); }
-  std::uint32_t ReadChanged() const { return Call<std::uint32_t>(6); }
-  std::int32_t GetImageIndex() const { return Call<std::int32_t>(7); }
-  HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
-
-  std::wstring Name() const;
-  std::wstring PropertyText(std::int32_t index) const;
 };
 
 class RawFavorites : public RawObject {
@@ -184,7 +188,9 @@ class RawFavorites : public RawObject {
   HRESULT Unlock() const { return Call<HRESULT>(9); }
   std::int32_t GetReadState() const { return Call<std::int32_t>(10); }
 
-  RawFavorite Item(std::int32_t index) const;
+  RawFavorite Item(std::int32_t index) const {
+    return Given<RawFavorite>([&](void** item) { return GetItem(index, item); });
+  }
 };
 
 // Slots 3 to 14: a getter and a setter for each of the six texts.
@@ -206,9 +212,15 @@ class RawManager : public RawObject {
     return Call<HRESULT>(6, command, file);
   }
 
-  RawCollection Items() const;
-  RawStrings Strings() const;
-  RawFavorites Favorites() const;
+  RawCollection Items() const {
+    return Given<RawCollection>([this](void** items) { return GetStartupItems(items); });
+  }
+  RawFavorites Favorites() const {
+    return Given<RawFavorites>([this](void** items) { return GetFavoriteItems(items); });
+  }
+  RawStrings Strings() const {
+    return Given<RawStrings>([this](void** strings) { return GetStrings(strings); });
+  }
 };
 
 // The library beside this program, loaded by full path; freed at the end unless that was done before.

@@ -6,10 +6,8 @@
 namespace smh::test {
 namespace {
 
-class ExecuteTest : public BoundaryTest {
- protected:
-  const SampleProgram sample;
-};
+// A start that works is tested with startupctl.
+class ExecuteTest : public BoundaryTest {};
 
 // Waits for a message box of this process and closes it as its user would.
 class BoxCloser {
@@ -47,14 +45,6 @@ class BoxCloser {
   std::thread thread_{[this] { Run(); }};
 };
 
-TEST_F(ExecuteTest, StartsTheProgramWithItsArguments) {
-  const std::wstring marker = sample.Folder().Write(L"marker.txt", "");
-  SetUserRun(L"Sample", sample.Quoted() + L" " + marker + L" \"two words\" last");
-  Read();
-  EXPECT_EQ(FindUserRun(L"Sample").Execute(nullptr), S_OK);
-  EXPECT_TRUE(WaitUntil([&] { return ReadFileBytes(marker) == "two words\nlast\n"; }));
-}
-
 TEST_F(ExecuteTest, FailureIsShownLoggedAndReturned) {
   const std::wstring command = L"\"C:\\no such folder\\gone.exe\" /x";
   SetUserRun(L"Missing", command);
@@ -73,19 +63,10 @@ TEST_F(ExecuteTest, FailureIsShownLoggedAndReturned) {
   const std::wstring begin =
       L"Error execute command for item \"" + item.Name() + L"\". Command: \"" + command + L"\". Error: \"";
   ASSERT_EQ(items.Stop(), S_OK);
-  const std::vector<std::wstring> lines = LogLines();
+  const std::vector<std::wstring> lines = ReadUtf16Lines(LogFile());
   EXPECT_TRUE(std::ranges::any_of(lines, [&](const std::wstring& line) {
     return line.size() > begin.size() + 2 && line.starts_with(begin) && line.ends_with(L"\".");
   }));
-}
-
-// The prefix of this suite lacks the starter of the registry editor.
-TEST_F(ExecuteTest, RegistryEditorThatCannotBeStartedIsShown) {
-  SetUserRun(L"Sample", sample.Quoted());
-  Read();
-  BoxCloser closer;
-  EXPECT_EQ(FindUserRun(L"Sample").ShowLocation(), S_OK);
-  EXPECT_EQ(closer.Caption(), L"Quillmark Startup Manager");
 }
 
 }  // namespace

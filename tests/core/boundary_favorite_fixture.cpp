@@ -10,14 +10,6 @@ std::wstring TextsLibrary() {
   return std::wstring(path, GetFullPathNameW(file.c_str(), MAX_PATH, path, nullptr));
 }
 
-ClientKeys::ClientKeys() {
-  for (const REGSAM view : {KEY_WOW64_32KEY, KEY_WOW64_64KEY}) {
-    if (view == KEY_WOW64_64KEY && !HasTwoViews()) continue;
-    saved_.emplace_back(HKEY_LOCAL_MACHINE, kClientsKey, view);
-    DeleteKeyTree(HKEY_LOCAL_MACHINE, kClientsKey, view);
-  }
-}
-
 std::wstring ClientKeys::Add(int kind, const std::wstring& name, const std::wstring& command, REGSAM view) {
   const std::wstring key = kClientsKey + L'\\' + kKinds[kind] + L'\\' + name;
   MakeKey(HKEY_LOCAL_MACHINE, key, view);

@@ -4,8 +4,6 @@
 
 #include "core/boundary_fixture.h"
 
-#include <deque>
-
 namespace smh::test {
 
 inline const std::wstring kClientsKey = L"Software\\Clients";
@@ -19,8 +17,6 @@ std::wstring TextsLibrary();
 
 class ClientKeys {
  public:
-  ClientKeys();
-
   // The key of a client; its open command is set unless that is empty.
   static std::wstring Add(int kind, const std::wstring& name, const std::wstring& command,
                           REGSAM view = OwnView());
@@ -32,7 +28,7 @@ class ClientKeys {
   static void AddMany(int count, const std::wstring& command);
 
  private:
-  std::deque<SavedKey> saved_;
+  const EmptiedKeys emptied_{{kClientsKey}};
 };
 
 bool WaitUntilComplete(const RawFavorites& favorites);

@@ -1,6 +1,5 @@
 // Making, ending and leaving behind collections of default programs in every state of their readers.
 #include "core/boundary_favorite_fixture.h"
-#include "support/child_process.h"
 #include "support/process_counts.h"
 #include "support/test_main.h"
 
@@ -15,11 +14,12 @@ namespace {
 
 constexpr int kGood = 0;
 constexpr int kBad = 1;
+constexpr wchar_t kMissingProgram[] = L"C:\\no such folder\\gone.exe";
 
 // One round: made, met by its end at some point of its reading.
 void MakeAndRelease(const RawManager& manager, int round) {
   RawFavorites favorites = manager.Favorites();
-  if (round % 3 == 0) favorites.AddPath(L"C:\\no such folder\\gone.exe");
+  if (round % 3 == 0) favorites.AddPath(kMissingProgram);
   if (round % 10 == 9) WaitUntilComplete(favorites);
   if (round % 10 == 5) Sleep(static_cast<DWORD>(round % 7));
   if (round % 4 == 3) favorites.Lock();
@@ -101,9 +101,9 @@ SMH_CHILD(ReleaseFavoritesAtProcessExit) {
 
 class FavoriteLifeTest : public RunKeysTest {
  protected:
-  static void ExpectEnd(const ChildResult& result, DWORD exitCode) {
-    EXPECT_FALSE(result.timedOut) << result.output;
-    EXPECT_EQ(result.exitCode, exitCode) << result.output;
+  // Of the items' reader, which is at work too.
+  static void SetItems(const std::wstring& command) {
+    for (int i = 0; i < 20; ++i) SetUserRun(L"Entry " + std::to_wstring(i), command);
   }
 
   const ClientKeys keys;
@@ -114,15 +114,17 @@ TEST_F(FavoriteLifeTest, AThousandCollectionsLeaveNothingBehind) {
   const std::wstring key = keys.Add(1, L"Mailer", sample.Path());
   keys.Set(key, L"LocalizedString", L"@" + TextsLibrary() + L",-101");
   keys.Set(key + L"\\DefaultIcon", L"", TextsLibrary() + L",1");
-  keys.Add(2, L"Player", L"C:\\no such folder\\gone.exe");
+  keys.Add(2, L"Player", kMissingProgram);
   const ChildResult result = RunChild(L"MakeAndReleaseFavorites", {L"1000"}, 120'000);
   ExpectEnd(result, kGood);
   std::printf("%s", result.output.c_str());
 }
 
 TEST_F(FavoriteLifeTest, FreeingTheLibraryEndsEveryReader) {
-  keys.AddMany(15, L"C:\\no such folder\\gone.exe");
-  ExpectEnd(RunChild(L"FreeWhileFavoritesRead", {L"25", L"missing"}), kGood);
+  keys.AddMany(15, kMissingProgram);
+  SetItems(kMissingProgram);
+  ExpectEnd(RunChild(L"FreeWhileFavoritesRead", {L"40", L"missing"}), kGood);
+  SetItems(sample.Path());
   for (int kind = 1; kind <= 7; ++kind) {
     keys.Set(keys.Add(kind, L"Real", sample.Path()), L"LocalizedString", L"@" + TextsLibrary() + L",-101");
   }
@@ -130,7 +132,7 @@ TEST_F(FavoriteLifeTest, FreeingTheLibraryEndsEveryReader) {
 }
 
 TEST_F(FavoriteLifeTest, ProcessMayEndWithLivingCollections) {
-  keys.AddMany(15, L"C:\\no such folder\\gone.exe");
+  keys.AddMany(15, kMissingProgram);
   for (const wchar_t* milliseconds : {L"0", L"3", L"20", L"500"}) {
     ExpectEnd(RunChild(L"ReleaseFavoritesAtProcessExit", {milliseconds}), 7);
   }
@@ -143,10 +145,10 @@ TEST_F(FavoriteWakeTest, NoAddedPathIsLost) {
   const RawFavorites favorites = manager.Favorites();
   for (int round = 0; round < 400; ++round) {
     const std::int32_t index = favorites.GetCount();
-    ASSERT_EQ(favorites.AddPath(L"C:\\no such folder\\gone.exe"), S_OK);
+    ASSERT_EQ(favorites.AddPath(kMissingProgram), S_OK);
     for (std::atomic<int> pause = 0; pause < round * 20; ++pause) {
     }
-    ASSERT_EQ(favorites.AddPath(L"C:\\no such folder\\gone.exe"), S_OK);
+    ASSERT_EQ(favorites.AddPath(kMissingProgram), S_OK);
     for (const std::int32_t added : {index, index + 1}) {
       const RawFavorite item = favorites.Item(added);
       ASSERT_TRUE(WaitUntil([&] { return item.ReadChanged() == 1; }, 5000)) << round;

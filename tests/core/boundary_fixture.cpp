@@ -1,11 +1,7 @@
 #include "core/boundary_fixture.h"
 
-#include "support/child_process.h"
-
 #include <shlobj.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
 #include <stdexcept>
 
@@ -78,26 +74,6 @@ std::wstring LogFile() {
   return std::wstring(folder) + L"\\Quillmark\\Startup Manager\\Logs\\StartupManager.log";
 }
 
-std::vector<std::wstring> LogLines() {
-  const std::string bytes = ReadFileBytes(LogFile());
-  std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
-  std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-  if (bytes.size() % sizeof(wchar_t) != 0 || !text.starts_with(L'\xFEFF') || !text.ends_with(L"\r\n")) {
-    throw std::runtime_error("the log is not UTF-16LE text");
-  }
-  std::vector<std::wstring> lines;
-  for (std::size_t begin = 1; begin < text.size();) {
-    const std::size_t end = text.find(L"\r\n", begin);
-    lines.push_back(text.substr(begin, end - begin));
-    begin = end + 2;
-  }
-  return lines;
-}
-
-bool LogHasLine(const std::wstring& line) {
-  return std::ranges::count(LogLines(), line) > 0;
-}
-
 SampleProgram::SampleProgram() : path_(folder_.File(L"boundary_sample.exe")) {
   if (!CopyFileW((ThisFolder() + L"boundary_sample.exe").c_str(), path_.c_str(), TRUE)) {
     throw std::runtime_error("the sample program cannot be copied");
@@ -106,6 +82,11 @@ SampleProgram::SampleProgram() : path_(folder_.File(L"boundary_sample.exe")) {
 
 RunKeysTest::RunKeysTest() {
   for (const RunKey& key : RunKeys()) EmptyKey(key);
+}
+
+void RunKeysTest::ExpectEnd(const ChildResult& result, DWORD exitCode) {
+  EXPECT_FALSE(result.timedOut) << result.output;
+  EXPECT_EQ(result.exitCode, exitCode) << result.output;
 }
 
 BoundaryTest::BoundaryTest() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/boundary_client.h"
+#include "support/child_process.h"
 #include "support/file_fixture.h"
 #include "support/registry_fixture.h"
 #include "support/waiting.h"
@@ -15,7 +16,6 @@ namespace smh::test {
 
 inline const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline const std::wstring kRunOnceKey = kRunKey + L"Once";
-inline const std::wstring kRunServicesKey = kRunKey + L"Services";
 // Where the library keeps disabled entries of the Run key, and where another tool keeps them.
 inline const std::wstring kDisabledKey = kRunKey + L"\\Disabled (Startup Manager)";
 inline const std::wstring kForeignDisabledKey = kRunKey + L"\\AutorunsDisabled";
@@ -29,9 +29,6 @@ bool WaitUntilComplete(const RawCollection& items);
 
 // "StartupManager.log"
 std::wstring LogFile();
-// Without the byte-order mark; throws when the file is missing or does not begin with one.
-std::vector<std::wstring> LogLines();
-bool LogHasLine(const std::wstring& line);
 
 // The sample program, copied to a folder without blanks on C:, so that no redirection and no quoting rule
 // has a part in it.
@@ -56,6 +53,7 @@ class RunKeysTest : public testing::Test {
   static void SetUserRun(const std::wstring& name, const std::wstring& command) {
     SetValue(HKEY_CURRENT_USER, kRunKey, name, Sz(command));
   }
+  static void ExpectEnd(const ChildResult& result, DWORD exitCode);
 };
 
 // The library loaded once for the whole program, its reader stopped between tests.

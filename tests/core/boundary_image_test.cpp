@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
-#include <vector>
-
 namespace smh::test {
 namespace {
 
@@ -50,24 +47,6 @@ TEST_P(ModuleFileTest, ImportsOnlyWhatTheSystemFolderHolds) {
     EXPECT_EQ(GetFileAttributesW((ThisFolder() + name).c_str()), INVALID_FILE_ATTRIBUTES) << bytes;
   }
   EXPECT_EQ(Directory<char>(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT), nullptr);
-}
-
-TEST_P(ModuleFileTest, NamesItselfInItsVersionRecord) {
-  DWORD ignored = 0;
-  std::vector<char> record(GetFileVersionInfoSizeW(file.c_str(), &ignored));
-  ASSERT_TRUE(GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(record.size()), record.data()));
-  void* value = nullptr;
-  UINT length = 0;
-  const auto text = [&](const std::wstring& name) {
-    return VerQueryValueW(record.data(), (L"\\StringFileInfo\\040904B0\\" + name).c_str(), &value, &length)
-               ? std::wstring(static_cast<const wchar_t*>(value))
-               : std::wstring();
-  };
-  EXPECT_EQ(_wcsicmp(text(L"OriginalFilename").c_str(), GetParam()), 0);
-  EXPECT_EQ(text(L"CompanyName"), L"Quillmark");
-  EXPECT_EQ(text(L"ProductName"), L"Startup Manager");
-  EXPECT_NE(text(L"FileDescription"), L"");
-  EXPECT_EQ(text(L"FileVersion"), L"1.0.0.0");
 }
 
 INSTANTIATE_TEST_SUITE_P(Product, ModuleFileTest,

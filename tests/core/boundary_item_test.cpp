@@ -191,17 +191,15 @@ TEST_F(ActionTest, EachStateAllowsItsActions) {
 }
 
 TEST_F(ActionTest, ForbiddenCallsFailAndChangeNothing) {
-  const auto runValues = [] {
-    std::vector<std::optional<RawValue>> values;
-    for (const wchar_t* name : {L"Sample", L"Missing", L"Number", L"Parked", L"Locked"}) {
-      for (const std::wstring& key : {kRunKey, kRunOnceKey, kForeignDisabledKey, kDisabledKey}) {
-        values.push_back(GetValue(HKEY_CURRENT_USER, key, name));
-        values.push_back(GetValue(HKEY_LOCAL_MACHINE, key, name, OwnView()));
-      }
+  const auto names = [] {
+    std::vector<std::vector<std::wstring>> lists;
+    for (const std::wstring& key : {kRunKey, kRunOnceKey, kForeignDisabledKey, kDisabledKey}) {
+      lists.push_back(Values(HKEY_CURRENT_USER, key));
+      lists.push_back(Values(HKEY_LOCAL_MACHINE, key, OwnView()));
     }
-    return values;
+    return lists;
   };
-  const auto before = runValues();
+  const auto before = names();
   const RawItem sampleItem = FindUserRun(L"Sample");
   const RawItem locked = Find(kCommonRunOnce, L"Locked");
   EXPECT_TRUE(IsAssertion(sampleItem.Enable(), kUnit));
@@ -216,7 +214,7 @@ TEST_F(ActionTest, ForbiddenCallsFailAndChangeNothing) {
     EXPECT_TRUE(IsAssertion(sampleItem.MoveTo(location), L"uLocationStartup")) << location;
   }
   EXPECT_EQ(sampleItem.MoveTo(kUserRun), S_OK);
-  EXPECT_EQ(runValues(), before);
+  EXPECT_EQ(names(), before);
   EXPECT_NE(sampleItem.GetIndex(), -1);
 }
 

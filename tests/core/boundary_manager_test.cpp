@@ -42,17 +42,21 @@ TEST_F(ManagerTest, CollectionIsOneObjectAndStringsAreMany) {
 TEST_F(ManagerTest, EveryObjectAnswersIUnknownAndItsOwnIdentifier) {
   const RawStrings strings = manager.Strings();
   const RawItem item = NoItem();
+  const RawFavorites favorites = manager.Favorites();
+  favorites.AddPath(L"C:\\gone.exe");
+  const RawFavorite favorite = favorites.Item(favorites.GetCount() - 1);
   const std::pair<const RawObject*, const GUID*> objects[] = {
-      {&manager, &kManagerGuid}, {&strings, &kStringsGuid}, {&items, &kCollectionGuid}, {&item, &kItemGuid}};
+      {&manager, &kManagerGuid}, {&strings, &kStringsGuid},     {&items, &kCollectionGuid},
+      {&item, &kItemGuid},       {&favorites, &kFavoritesGuid}, {&favorite, &kFavoriteGuid}};
   for (const auto& [object, own] : objects) {
-    for (const GUID& id :
-         {kManagerGuid, kStringsGuid, kCollectionGuid, kItemGuid, IID_IUnknown, IID_IDispatch}) {
+    for (const GUID& id : {kManagerGuid, kStringsGuid, kCollectionGuid, kItemGuid, kFavoritesGuid,
+                           kFavoriteGuid, IID_IUnknown, IID_IDispatch}) {
       const bool expected = IsEqualGUID(id, *own) || IsEqualGUID(id, IID_IUnknown);
       void* out = this;
       EXPECT_EQ(object->QueryInterface(&id, &out), expected ? S_OK : E_NOINTERFACE)
           << id.Data1 << id.Data4[7];
       EXPECT_EQ(out, expected ? object->Address() : nullptr);
-      if (expected) object->Release();
+      if (out == object->Address()) object->Release();
     }
     EXPECT_EQ(object->QueryInterface(own, nullptr), E_POINTER);
   }

@@ -12,24 +12,6 @@ class ReadingTest : public BoundaryTest {
   const SampleProgram sample;
 };
 
-TEST_F(ReadingTest, StateRisesFromZeroToTwo) {
-  Read();
-  ASSERT_EQ(items.Stop(), S_OK);
-  // While somebody holds the list, a new reader gets no further than its first location.
-  ASSERT_EQ(items.Lock(), S_OK);
-  std::thread([&] { EXPECT_EQ(items.Refresh(), S_OK); }).join();
-  Sleep(50);
-  EXPECT_EQ(items.GetReadState(), 0);
-  EXPECT_EQ(items.Unlock(), S_OK);
-  std::int32_t last = 0;
-  EXPECT_TRUE(WaitUntil([&] {
-    const std::int32_t state = items.GetReadState();
-    EXPECT_GE(state, last);
-    last = state;
-    return state == 2;
-  }));
-}
-
 TEST_F(ReadingTest, NothingIsReadBeforeRefreshOrAfterStop) {
   SetUserRun(L"Early", sample.Path());
   Sleep(1200);
@@ -57,20 +39,6 @@ TEST_F(ReadingTest, ChangesShowWithinTwoSecondsAndTakeTheirMark) {
   EXPECT_TRUE(WaitUntil([&] { return static_cast<bool>(FindUserRun(L"Late")); }, kLimit));
   RemoveValue(HKEY_CURRENT_USER, kRunKey, L"Sample");
   EXPECT_TRUE(WaitUntil([&] { return item.GetIndex() == -1; }, kLimit));
-}
-
-TEST_F(ReadingTest, ShowAllSwitchTakesEffectAtRefresh) {
-  SetValue(HKEY_LOCAL_MACHINE, kRunServicesKey, L"Service", Sz(sample.Path()), OwnView());
-  Read();
-  EXPECT_FALSE(Find(kRunServices, L"Service"));
-  ASSERT_EQ(items.SetShowAllLocations(1), S_OK);
-  EXPECT_FALSE(Find(kRunServices, L"Service"));
-  Read();
-  EXPECT_TRUE(Find(kRunServices, L"Service"));
-  RemoveValue(HKEY_LOCAL_MACHINE, kRunServicesKey, L"Service", OwnView());
-  Read();
-  EXPECT_FALSE(Find(kRunServices, L"Service"));
-  EXPECT_EQ(items.SetShowAllLocations(0), S_OK);
 }
 
 // One walk under the lock; the faults that it met.

@@ -44,14 +44,14 @@ struct BitmapTraits {
 };
 using ScopedBitmap = ScopedResource<BitmapTraits>;
 
-ScopedBitmap CopyScreen() {
-  const int width = GetSystemMetrics(SM_CXSCREEN);
-  const int height = GetSystemMetrics(SM_CYSCREEN);
+ScopedBitmap CopyScreen(const RECT& part) {
+  const int width = static_cast<int>(part.right - part.left);
+  const int height = static_cast<int>(part.bottom - part.top);
   const HDC screen = GetDC(nullptr);
   const HDC memory = CreateCompatibleDC(screen);
   ScopedBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
   const HGDIOBJ before = SelectObject(memory, bitmap.Get());
-  BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY);
+  BitBlt(memory, 0, 0, width, height, screen, part.left, part.top, SRCCOPY);
   SelectObject(memory, before);
   DeleteDC(memory);
   ReleaseDC(nullptr, screen);
@@ -113,13 +113,17 @@ void CloseEditors() {
 }
 
 void SaveScreenshot(const std::wstring& name) {
+  SaveScreenshot(name, {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
+}
+
+void SaveScreenshot(const std::wstring& name, const RECT& part) {
   const std::wstring folder = ThisFolder() + L"..\\artefacts";
   CreateDirectoryW(folder.c_str(), nullptr);
   const std::wstring file = folder + L"\\" + name + (HasTwoViews() ? L"-win64.png" : L"-win32.png");
   const Gdiplus::GdiplusStartupInput input;
   ULONG_PTR token = 0;
   if (Gdiplus::GdiplusStartup(&token, &input, nullptr) != Gdiplus::Ok) throw std::runtime_error("no GDI+");
-  const ScopedBitmap copy = CopyScreen();
+  const ScopedBitmap copy = CopyScreen(part);
   Gdiplus::Status saved;
   {
     Gdiplus::Bitmap bitmap(copy.Get(), nullptr);

@@ -39,8 +39,9 @@ HWND FocusOf(HWND window);
 // Ends every editor and waits until its processes are gone.
 void CloseEditors();
 
-// Saves the screen as NAME-win64.png or NAME-win32.png in the folder artefacts beside this program's. Throws
-// std::runtime_error.
+// Saves the screen, or a part of it, as NAME-win64.png or NAME-win32.png in the folder artefacts beside this
+// program's. Throws std::runtime_error.
 void SaveScreenshot(const std::wstring& name);
+void SaveScreenshot(const std::wstring& name, const RECT& part);
 
 }  // namespace smh::test

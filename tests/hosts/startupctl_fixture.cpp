@@ -3,30 +3,17 @@
 #include "support/child_process.h"
 #include "text_encoding.h"
 
-#include <cwchar>
-
 namespace smh::test {
 namespace {
 
-const std::wstring kSettings = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
 constexpr wchar_t kSampleProgram[] = L"..\\samples\\drive_c\\Program Files\\Northlight Audio\\auroratray.exe";
 
 }  // namespace
 
 StartupctlTest::StartupctlTest() : program_(folder_.File(L"tray program.exe")) {
-  saved_.emplace_back(HKEY_CURRENT_USER, kSettings);
-  const REGSAM views[] = {0, NativeView()};
-  for (const std::wstring& key : {kRunKey, kRunKey + L"-"}) {
-    saved_.emplace_back(HKEY_CURRENT_USER, key);
-    DeleteKeyTree(HKEY_CURRENT_USER, key);
-    for (std::size_t i = 0; i < (HasTwoViews() ? 2u : 1u); ++i) {
-      saved_.emplace_back(HKEY_LOCAL_MACHINE, key, views[i]);
-      DeleteKeyTree(HKEY_LOCAL_MACHINE, key, views[i]);
-    }
-  }
   // Windows always has these.
   MakeKey(HKEY_CURRENT_USER, kRunKey);
-  for (const REGSAM view : views) MakeKey(HKEY_LOCAL_MACHINE, kRunKey, view);
+  for (const REGSAM view : {REGSAM(0), NativeView()}) MakeKey(HKEY_LOCAL_MACHINE, kRunKey, view);
   WriteFileBytes(program_, ReadFileBytes(ThisFolder() + kSampleProgram));
 }
 

@@ -22,6 +22,9 @@ inline const std::wstring kSideKey = kRunKey + L"\\Disabled (Startup Manager)";
 
 class StartupctlTest : public testing::Test {
  protected:
+  inline static const std::wstring kSettings =
+      L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
+
   StartupctlTest();
 
   // A program that starts without consequence, with a version record, in a folder of the test's own.
@@ -49,7 +52,8 @@ class StartupctlTest : public testing::Test {
   static Json Find(const std::string& caption);
 
  private:
-  std::deque<SavedKey> saved_;
+  const SavedKey settings_{HKEY_CURRENT_USER, kSettings};
+  const EmptiedKeys emptied_{{kRunKey, kRunKey + L"-"}};
   TemporaryFolder folder_;
   std::wstring program_;
 };

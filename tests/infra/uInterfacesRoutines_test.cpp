@@ -3,7 +3,6 @@
 #include "infra/format.h"
 #include "infra/intf_DebugLog.h"
 #include "infra/intf_general.h"
-#include "infra/text.h"
 #include "support/child_process.h"
 #include "support/fake_basekit.h"
 #include "support/fake_siblings.h"
@@ -14,10 +13,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 namespace smh {
 namespace {
-
-using test::ChildProcess;
 
 // The library list lives as long as one test.
 class SiblingTest : public testing::Test {
@@ -50,16 +49,6 @@ TEST_F(SiblingTest, AnsweredServiceIsKept) {
   test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, nullptr);
 }
 
-TEST_F(SiblingTest, WhatIsNotReplacedComesFromTheRealLibrary) {
-  const auto globals = MakeComObject<test::FakeGlobals>();
-  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, globals.Get());
-  EXPECT_EQ(GetGlobals(), globals.Get());
-  IHelper* const helper = GetHelper();
-  EXPECT_TRUE(
-      EndsText(L"\\windows", TakeText([&](BoundaryText* text) { return helper->GetWindowsFolder(text); })));
-  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, nullptr);
-}
-
 TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
   InterfaceCache failed;
   EXPECT_EQ(GetLibraryInterface(failed, L"guardkit.dll", L"{nobody}", 0), nullptr);
@@ -73,79 +62,29 @@ TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
   test::InstallFakeSibling(L"guardkit.dll", L"{nobody}", nullptr);
 }
 
-template <auto getter>
-IUnknown* Ask() {
-  return getter();
-}
-
-// Every getter asks the library and the identifier of its own row.
-TEST_F(SiblingTest, GettersAskTheirOwnLibraryAndIdentifier) {
-  struct Row {
-    const wchar_t* library;
-    const wchar_t* id;
-    IUnknown* (*get)();
-  };
-  const Row rows[] = {
-      {L"basekit.dll", L"{5C9ABD04-59E8-4686-8E32-FF648BB7FDD5}", &Ask<&GetHelper>},
-      {L"basekit.dll", L"{E3B78765-F359-4D65-86A3-5FE2CA92922E}", &Ask<&GetGlobals>},
-      {L"basekit.dll", L"{6773075A-4E7A-4292-A6B9-12F24F316C36}", &Ask<&GetShellHelper>},
-      {L"basekit.dll", L"{77E19BE1-1240-496E-9650-2D951D7396DF}", &Ask<&GetShellDialogsHelper>},
-      {L"raterkit.dll", L"{A90B8362-CEEF-4902-A639-A0125EDD0201}", &Ask<&GetFileRater>},
-      {L"guardkit.dll", L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}", &Ask<&GetSafeguard>},
-      {L"prefkit.dll", L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}", &Ask<&GetSettings>},
-      {L"tracekit.dll", L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}", &Ask<&GetDebugLogService>},
-  };
-  for (const Row& row : rows) {
-    // Never called: only its address matters.
-    const auto object = MakeComObject<test::FakeFileRater>();
-    test::InstallFakeSibling(row.library, row.id, object.Get());
-    EXPECT_EQ(row.get(), object.Get()) << row.id;
-    test::InstallFakeSibling(row.library, row.id, nullptr);
-  }
+// Says what would be shown.
+int WINAPI PrintBox(HWND, const wchar_t* text, const wchar_t* caption, UINT) {
+  std::printf("%ls: %ls", caption, text);
+  return IDOK;
 }
 
 SMH_CHILD(AskForMissingRater) {
+  const test::ImportPatch patch("MessageBoxW", &PrintBox);
   StartLibraryList();
   GetFileRater();
   return 0;
-}
-
-std::wstring TextOf(HWND window) {
-  wchar_t text[512];
-  return std::wstring(text, static_cast<std::size_t>(GetWindowTextW(window, text, 512)));
-}
-
-// The message box of another process; null after half a minute, or when the process ended.
-HWND WaitForBox(const ChildProcess& child) {
-  for (int tries = 0; tries < 600 && !child.WaitFor(50); ++tries) {
-    HWND box = nullptr;
-    while ((box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr) {
-      DWORD process = 0;
-      GetWindowThreadProcessId(box, &process);
-      if (process == child.Id() && IsWindowVisible(box)) return box;
-    }
-  }
-  return nullptr;
 }
 
 TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
   const test::TemporaryFolder folder;
   const std::wstring program = folder.File(L"lonely.exe");
   ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
-  ChildProcess child(program, {L"--child=AskForMissingRater"});
-  const HWND box = WaitForBox(child);
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(TextOf(box), L"Error");
-  EXPECT_NE(
-      FindWindowExW(box, nullptr, L"Static",
-                    L"An error occurred while loading library raterkit.dll::File Rater. \r\n\r\nIt may have "
-                    L"been removed. Please reinstall the application. If the problem persists, contact "
-                    L"technical support."),
-      nullptr);
-  PostMessageW(box, WM_CLOSE, 0, 0);
-  const test::ChildResult result = child.Finish(20'000);
-  EXPECT_FALSE(result.timedOut);
-  EXPECT_EQ(result.exitCode, 1u) << result.output;
+  const test::ChildResult result = test::RunProgram(program, {L"--child=AskForMissingRater"});
+  EXPECT_EQ(result.exitCode, 1u);
+  EXPECT_EQ(result.output,
+            "Error: An error occurred while loading library raterkit.dll::File Rater. \r\r\n\r\r\nIt may have "
+            "been removed. Please reinstall the application. If the problem persists, contact technical "
+            "support.");
 }
 
 std::wstring g_shown;

@@ -8,17 +8,15 @@ namespace smh::test {
 
 namespace {
 
-std::unique_ptr<TLocationStartup> MakeUsual() {
-  return std::make_unique<FakeLocation>(sulRegistryUserRun);
-}
-std::unique_ptr<TLocationStartup> MakeRare() {
-  return std::make_unique<FakeLocation>(sulRegistryRunServices);
+template <TTypeStartupLocation type, bool isAble>
+std::unique_ptr<TLocationStartup> Make() {
+  return std::make_unique<FakeLocation>(type, isAble);
 }
 
 void RegisterFakes() {
-  RegisterLocationClass(MakeUsual);
-  RegisterLocationClass(MakeRare);
-  RegisterLocationClass(FakeLocation::MakeFixed);
+  RegisterLocationClass(Make<sulRegistryUserRun, true>);
+  RegisterLocationClass(Make<sulRegistryRunServices, true>);
+  RegisterLocationClass(Make<sulRegistryIEBrowserObjects, false>);
 }
 
 std::span<const ModuleStep> StepsWithFakes() {
@@ -48,14 +46,18 @@ FakeLocation& FixedLocation() {
   return Fake(sulRegistryIEBrowserObjects);
 }
 
-std::unique_ptr<TLocationStartup> FakeLocation::MakeFixed() {
-  return std::make_unique<FakeLocation>(
-      sulRegistryIEBrowserObjects, Abilities{.canEnable = false, .canModify = false, .canDelete = false});
-}
-
 void FakeLocation::SetEntries(std::vector<Entry> entries) {
   const std::scoped_lock lock(lock_);
   entries_ = std::move(entries);
+}
+
+void FakeLocation::Reset() {
+  SetEntries({});
+  reads = 0;
+  changed = false;
+  failInsert = false;
+  onRead = nullptr;
+  calls.clear();
 }
 
 std::vector<ItemRef> FakeLocation::Listed() {

@@ -14,17 +14,15 @@ namespace smh::test {
 
 class FakeLocation final : public TLocationStartup {
  public:
-  explicit FakeLocation(TTypeStartupLocation type, Abilities abilities = {})
-      : TLocationStartup(type, abilities) {}
-
-  // One that cannot do anything.
-  static std::unique_ptr<TLocationStartup> MakeFixed();
+  FakeLocation(TTypeStartupLocation type, bool isAble)
+      : TLocationStartup(type, {.canEnable = isAble, .canModify = isAble, .canDelete = isAble}) {}
 
   struct Entry {
     std::wstring name;
     std::wstring command;
   };
   void SetEntries(std::vector<Entry> entries);
+  void Reset();
   std::vector<ItemRef> Listed();
   ItemRef Listed(const std::wstring& name);
   // A change of this location, for the length of the scope.
@@ -57,5 +55,13 @@ FakeLocation& UsualLocation();
 FakeLocation& RareLocation();
 // Cannot do anything.
 FakeLocation& FixedLocation();
+
+// The locations as they are made.
+class FakeLocationTest : public ModuleTest {
+ protected:
+  FakeLocationTest() {
+    for (FakeLocation* location : {&UsualLocation(), &RareLocation(), &FixedLocation()}) location->Reset();
+  }
+};
 
 }  // namespace smh::test

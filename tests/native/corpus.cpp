@@ -69,7 +69,6 @@ void AddHeaders(CorpusWriter& corpus) {
   swapped.classId = kSwappedLinkClassId;
   corpus.Accept("swapped-class", swapped.Build());
   corpus.RefuseData("empty", plain.CutTo(0));
-  corpus.RefuseData("header-short", plain.CutTo(kLinkHeaderSize - 1));
   corpus.RefuseHeader("size-75", plain.With("HeaderSize", 75));
   corpus.RefuseHeader("size-largest", plain.With("HeaderSize", 0xFFFFFFFF));
   corpus.RefuseClass("low-half", plain.With("LinkCLSIDLow", 0x21402));
@@ -89,8 +88,6 @@ void AddIdLists(CorpusWriter& corpus) {
   corpus.Accept("id-list-item-too-long", link.Build());
   link.idList = "\x04\0ab"s;
   corpus.Accept("id-list-unterminated", link.Build());
-  corpus.RefuseData("id-list-size-cut", good.CutTo(kLinkHeaderSize + 1));
-  corpus.RefuseData("id-list-cut", good.CutTo(kLinkHeaderSize + 5));
   corpus.RefuseData("id-list-size-65535", good.With("IDListSize", 0xFFFF));
 }
 
@@ -107,10 +104,8 @@ void AddLinkInfos(CorpusWriter& corpus) {
                 local.With("VolumeLabelOffset", local.ValueOf("VolumeIDSize")));
   corpus.Accept("volume-offset-zero", local.With("VolumeIDOffset", 0));
   corpus.Accept("base-path-offset-at-end", local.With("LocalBasePathOffset", local.ValueOf("LinkInfoSize")));
-  corpus.RefuseData("info-size-cut", local.CutTo(kLinkHeaderSize + 3));
   corpus.RefuseData("info-size-3", local.With("LinkInfoSize", 3));
   corpus.RefuseData("info-size-largest", local.With("LinkInfoSize", 0xFFFFFFFF));
-  corpus.RefuseData("info-cut", local.CutTo(kLinkHeaderSize + 40));
   for (const std::uint32_t size : {4u, 7u, 27u}) {
     corpus.RefuseInfo(("size-" + std::to_string(size)).c_str(), local.With("LinkInfoSize", size));
   }
@@ -158,8 +153,6 @@ void AddStrings(CorpusWriter& corpus) {
   corpus.Accept("strings-ansi", AnsiStrings().Build());
   corpus.Accept("string-of-0", good.CutTo(kLinkHeaderSize).With("LinkFlags", kHasName).Followed({"\0\0", 2}));
   corpus.RefuseData("count-missing", good.CutTo(kLinkHeaderSize));
-  corpus.RefuseData("count-cut", good.CutTo(kLinkHeaderSize + 1));
-  corpus.RefuseData("string-cut", good.CutTo(kLinkHeaderSize + 5));
   corpus.RefuseData("count-65535", good.With("Count0", 0xFFFF));
   corpus.RefuseData("last-count-65535", good.With("Count1", 0xFFFF));
 }
@@ -175,11 +168,7 @@ void AddBlocks(CorpusWriter& corpus) {
   corpus.Accept("terminal-of-3", good.With("TerminalBlock", 3));
   corpus.RefuseData("terminal-of-4", good.With("TerminalBlock", 4));
   corpus.RefuseData("terminal-missing", good.CutTo(good.Size() - 4));
-  corpus.RefuseData("terminal-cut", good.CutTo(good.Size() - 1));
   corpus.RefuseData("after-terminal", good.Followed("x"));
-  corpus.RefuseData("block-size-cut", good.CutTo(kLinkHeaderSize + 3));
-  corpus.RefuseData("signature-cut", good.CutTo(kLinkHeaderSize + 7));
-  corpus.RefuseData("block-cut", good.CutTo(kLinkHeaderSize + 10));
   corpus.RefuseData("block-size-4", good.With("BlockSize0", 4));
   corpus.RefuseData("block-size-7", good.With("BlockSize0", 7));
   corpus.RefuseData("block-size-largest", good.With("BlockSize0", 0xFFFFFFFF));

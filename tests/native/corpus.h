@@ -2,7 +2,7 @@
 // fuzzer starts from; `lnk_corpus FOLDER` writes them anew.
 #pragma once
 
-#include "native/link_builder.h"
+#include "link_builder.h"
 
 namespace smh::test {
 

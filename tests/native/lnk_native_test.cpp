@@ -87,27 +87,10 @@ TEST(CorruptionTest, EveryFieldMayBeAnything) {
     const BuiltLink full = builder.Build();
     for (const LinkField& field : full.Fields()) {
       const std::uint64_t now = full.ValueOf(field.name);
-      for (const std::uint64_t value : {std::uint64_t{0},
-                                        std::uint64_t{1},
-                                        std::uint64_t{3},
-                                        std::uint64_t{4},
-                                        std::uint64_t{7},
-                                        std::uint64_t{20},
-                                        std::uint64_t{21},
-                                        std::uint64_t{28},
-                                        std::uint64_t{35},
-                                        std::uint64_t{36},
-                                        now - 1,
-                                        now + 1,
-                                        now * 2,
-                                        std::uint64_t{full.Size()},
-                                        std::uint64_t{full.Size()} - 1,
-                                        std::uint64_t{0x7FFF},
-                                        std::uint64_t{0xFFFF},
-                                        std::uint64_t{0x7FFFFFFF},
-                                        std::uint64_t{0x80000000},
-                                        std::uint64_t{0xFFFFFFF8},
-                                        std::uint64_t{0xFFFFFFFF}}) {
+      for (const std::uint64_t value : {now - 1, now + 1, now * 2}) FaultOf(full.With(field.name, value));
+      for (const std::size_t value : {full.Size() - 1, full.Size()}) FaultOf(full.With(field.name, value));
+      for (const std::uint32_t value : {0u, 1u, 3u, 4u, 7u, 20u, 21u, 28u, 35u, 36u, 0x7FFFu, 0xFFFFu,
+                                        0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF8u, 0xFFFFFFFFu}) {
         FaultOf(full.With(field.name, value));
       }
     }

@@ -1,8 +1,6 @@
 // The texts of a link: target rules, conversion, description.
-
-#include "infra/handle.h"
-#include "shelllink/desktop_folder.h"
 #include "shelllink/shell_link_fixture.h"
+#include "support/child_process.h"
 
 #include <shlobj.h>
 
@@ -23,14 +21,8 @@ class LinkTargetTest : public ShellLinkTest {
   static LinkInfoSpec LocalInfo() { return {.basePath = "C:\\Tools\\", .suffix = "tool.exe"}; }
 };
 
-TEST_F(LinkTargetTest, EnvironmentBlockFirst) {
-  LinkBuilder link = FullLink();
-  EXPECT_EQ(TargetOf(link), L"%wide%\\tool.exe");
-  link.blocks = {{0xA0000001, StringBlockData("%ansi%\\tool.exe", u"")}};
-  EXPECT_EQ(TargetOf(link), L"%ansi%\\tool.exe");
-}
-
-TEST_F(LinkTargetTest, IdListBeforeLinkInfo) {
+TEST_F(LinkTargetTest, EnvironmentBlockBeforeIdListBeforeLinkInfo) {
+  EXPECT_EQ(TargetOf(FullLink()), L"%wide%\\tool.exe");
   const std::wstring file = folder.Write(L"named.exe", "x");
   LinkBuilder link{.info = LocalInfo()};
   link.idList = ShellIdList(file);
@@ -80,40 +72,14 @@ TEST_F(LinkTargetTest, BothKindsOfCharacters) {
   EXPECT_EQ(TShellLinkInfo(WriteLink(wide)).Arguments(), L"a\xD800z");
 }
 
-TEST_F(LinkTargetTest, IconLocationFromTheBlockOrTheString) {
-  LinkBuilder link = FullLink();
-  const TShellLinkInfo full(WriteLink(link));
-  EXPECT_EQ(full.IconLocation(), L"%wide%\\icon.ico");
-  EXPECT_EQ(full.IconIndex(), -3);
-  link.blocks.clear();
-  EXPECT_EQ(TShellLinkInfo(WriteLink(link)).IconLocation(), L"C:\\Tools\\icons.dll");
-}
-
-// The first string resource of a system library.
-struct NumberedText {
-  UINT number = 0;
-  std::wstring text;
-};
-
-NumberedText FirstStringOf(const wchar_t* library) {
-  const ScopedModule module(LoadLibraryExW(library, nullptr, LOAD_LIBRARY_AS_DATAFILE));
-  wchar_t buffer[260];
-  for (UINT number = 1; number < 0xFFFF; ++number) {
-    const int length = LoadStringW(module.Get(), number, buffer, 260);
-    if (length > 0) return {number, std::wstring(buffer, static_cast<std::size_t>(length))};
-  }
-  return {};
-}
-
 TEST_F(LinkTargetTest, DescriptionMayNameAResource) {
-  const NumberedText resource = FirstStringOf(L"shell32.dll");
-  ASSERT_FALSE(resource.text.empty());
-  const std::string reference = "@shell32.dll,-" + std::to_string(resource.number);
+  const std::wstring reference =
+      L"@" + ThisFolder() + L"..\\samples\\drive_c\\Samples\\Texts\\clienttexts.dll,-101";
   LinkBuilder link;
   link.strings = {{LinkString::kName, std::u16string(reference.begin(), reference.end())}};
   const TShellLinkInfo info(WriteLink(link));
-  EXPECT_EQ(info.Description(), resource.text);
-  EXPECT_EQ(info.StoredDescription(), std::wstring(reference.begin(), reference.end()));
+  EXPECT_EQ(info.Description(), L"Tidewater Mail");
+  EXPECT_EQ(info.StoredDescription(), reference);
   EXPECT_EQ(TShellLinkInfo(WriteLink(FullLink())).Description(), L"Does things");
   EXPECT_EQ(TShellLinkInfo(WriteLink(LinkBuilder{})).Description(), L"");
 }

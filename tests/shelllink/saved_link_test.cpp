@@ -65,20 +65,5 @@ TEST_F(SavedLinkTest, TargetThatDoesNotExist) {
   EXPECT_EQ(TShellLinkInfo(path).Target(), gone);
 }
 
-TEST_F(SavedLinkTest, TheShellReadsWhatTheTestsWrite) {
-  const std::wstring path = WriteLink(FullLink());
-  const ComPtr<IShellLinkW> loaded = NewShellLink();
-  ComPtr<IPersistFile> file;
-  Check(loaded->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(file.Put())));
-  ASSERT_EQ(file->Load(path.c_str(), STGM_READ), S_OK);
-  wchar_t text[MAX_PATH];
-  Check(loaded->GetArguments(text, MAX_PATH));
-  EXPECT_EQ(TShellLinkInfo(path).Arguments(), text);
-  Check(loaded->GetDescription(text, MAX_PATH));
-  EXPECT_EQ(TShellLinkInfo(path).Description(), text);
-  Check(loaded->GetWorkingDirectory(text, MAX_PATH));
-  EXPECT_EQ(TShellLinkInfo(path).WorkingDirectory(), text);
-}
-
 }  // namespace
 }  // namespace smh::test

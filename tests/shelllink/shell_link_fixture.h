@@ -1,21 +1,38 @@
 // Links in a folder of the test's own, and the parts of the module that reading them needs.
 #pragma once
 
-#include "native/link_builder.h"
+#include "core/uDllGlobals.h"
+#include "infra/uInterfacesRoutines.h"
+#include "link_builder.h"
+#include "shelllink/desktop_folder.h"
+#include "shelllink/link_file.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "support/file_fixture.h"
 
 #include <gtest/gtest.h>
+#include <objbase.h>
 
 namespace smh::test {
 
 class ShellLinkTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite();
-  static void TearDownTestSuite();
+  static void SetUpTestSuite() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    StartLibraryList();
+    StartDllGlobals();
+    StartShellLink();
+  }
+  static void TearDownTestSuite() {
+    StopShellLink();
+    StopDllGlobals();
+    StopLibraryList();
+    CoUninitialize();
+  }
 
   // Answers the file's path.
-  std::wstring WriteLink(const BuiltLink& link, std::wstring_view name = L"x.lnk") const;
+  std::wstring WriteLink(const BuiltLink& link, std::wstring_view name = L"x.lnk") const {
+    return folder.Write(name, link.Text());
+  }
   std::wstring WriteLink(const LinkBuilder& link, std::wstring_view name = L"x.lnk") const {
     return WriteLink(link.Build(), name);
   }
@@ -24,10 +41,5 @@ class ShellLinkTest : public ::testing::Test {
 
   TemporaryFolder folder;
 };
-
-// The message of the refusal; empty when the link is accepted.
-std::wstring RefusalOf(const std::wstring& path);
-// The system's code of a failure to open; 0 when the file opens.
-DWORD OpenErrorOf(const std::wstring& path);
 
 }  // namespace smh::test

@@ -43,10 +43,7 @@ TEST(ShellNameTest, AnsiStringEndsWithItsBuffer) {
   EXPECT_EQ(TakeShellName(name, {}), L"C:\\a");
   std::memset(name.cStr, 'x', sizeof name.cStr);
   EXPECT_EQ(TakeShellName(name, {}), std::wstring(MAX_PATH, L'x'));
-}
-
-TEST(ShellNameTest, UnknownFormIsNothing) {
-  STRRET name{};
+  // An unknown form is nothing.
   name.uType = 99;
   EXPECT_EQ(TakeShellName(name, BytesOf("text")), L"");
 }

@@ -3,6 +3,7 @@
 #include "infra/intf_DebugLog.h"
 #include "infra/intf_FileRater.h"
 #include "infra/intf_general.h"
+#include "infra/intf_journal.h"
 #include "infra/intf_safeguard.h"
 #include "infra/intf_settings.h"
 #include "infra/text.h"
@@ -27,6 +28,7 @@ const Service kServices[] = {
     {L"basekit.dll", L"{77E19BE1-1240-496E-9650-2D951D7396DF}", IShellDialogsHelper::iid},
     {L"raterkit.dll", L"{A90B8362-CEEF-4902-A639-A0125EDD0201}", IFileRater::iid},
     {L"guardkit.dll", L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}", ISafeguard::iid},
+    {L"guardkit.dll", L"{D2A4C6E0-71B5-4E39-A0F8-5B9C3D8E1F46}", IJournal::iid},
     {L"prefkit.dll", L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}", ISettings::iid},
     {L"tracekit.dll", L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}", IDebugLog::iid},
 };

@@ -37,5 +37,28 @@ TEST(SettingsTest, CheckpointsAreUsedUntilTheUserSaysNo) {
   }
 }
 
+TEST(SettingsTest, LimitsOfTheJournalAreAtLeastOne) {
+  const test::SiblingLibrary prefkit(L"prefkit.dll");
+  ComPtr<IApplicationSettings> application;
+  EXPECT_EQ(prefkit.Service<ISettings>()->GetApplicationSettings(application.Put()), S_OK);
+  const auto ask = [&](std::size_t slot, const wchar_t* host) {
+    return CallSlot<DWORD>(static_cast<IUnknown*>(application.Get()), slot, host);
+  };
+  const test::RegistryTree tree(L"Software\\Quillmark\\Startup Manager\\Settings\\settingstest.exe");
+  const struct {
+    std::size_t slot;
+    const wchar_t* name;
+    DWORD unset;
+  } rows[] = {{2, L"KeptCheckpoints", 200}, {3, L"KeptMegabytes", 64}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(ask(row.slot, L"settingstest.exe"), row.unset);
+    tree.Set({}, row.name, test::Dword(7));
+    EXPECT_EQ(ask(row.slot, L"SettingsTest.exe"), 7u);
+    EXPECT_EQ(ask(row.slot, nullptr), row.unset);
+    tree.Set({}, row.name, test::Dword(0));
+    EXPECT_EQ(ask(row.slot, L"settingstest.exe"), 1u);
+  }
+}
+
 }  // namespace
 }  // namespace smh

@@ -18,37 +18,38 @@ std::wstring Quoted(const std::wstring& argument) {
   return result.append(backslashes, L'\\').append(1, L'"');
 }
 
-// An inheritable file that vanishes with its last handle: it takes any amount of output without a reader.
-ScopedHandle OutputFile() {
+}  // namespace
+
+CapturedStream::CapturedStream() {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   wchar_t folder[MAX_PATH];
   wchar_t name[MAX_PATH];
   GetTempPathW(MAX_PATH, folder);
   GetTempFileNameW(folder, L"out", 0, name);
   SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
-  return ScopedHandle(CreateFileW(
-      name, GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      &inherit, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+  writer_.Reset(CreateFileW(name, GENERIC_WRITE | DELETE, kShareAll, &inherit, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+  reader_.Reset(CreateFileW(name, GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!writer_ || !reader_) throw std::runtime_error("a stream cannot be captured");
 }
 
-std::string Contents(HANDLE file) {
-  std::string text(GetFileSize(file, nullptr), '\0');
-  SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+std::string CapturedStream::Text() const {
+  std::string text(GetFileSize(reader_.Get(), nullptr), '\0');
+  SetFilePointer(reader_.Get(), 0, nullptr, FILE_BEGIN);
   DWORD read = 0;
-  ReadFile(file, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
+  ReadFile(reader_.Get(), text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
   text.resize(read);
   return text;
 }
 
-}  // namespace
-
-ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments)
-    : output_(OutputFile()) {
+ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments) {
   std::wstring command = Quoted(program);
   for (const std::wstring& argument : arguments) command.append(1, L' ').append(Quoted(argument));
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = startup.hStdError = output_.Get();
+  startup.hStdOutput = output_.Writer();
+  startup.hStdError = errors_.Writer();
   PROCESS_INFORMATION information = {};
   if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                       &information)) {
@@ -77,7 +78,8 @@ ChildResult ChildProcess::Finish(DWORD timeLimit) {
     WaitFor(INFINITE);
   }
   GetExitCodeProcess(process_.Get(), &result.exitCode);
-  result.output = Contents(output_.Get());
+  result.output = Output();
+  result.errors = Errors();
   return result;
 }
 

@@ -15,8 +15,23 @@ struct ChildResult {
   bool timedOut = false;
   // The NTSTATUS when the process was ended by a fault.
   DWORD exitCode = 0;
-  // What it wrote to stdout and stderr.
   std::string output;
+  std::string errors;
+};
+
+// A file that takes what a process writes, however much, and can be read meanwhile. It vanishes with its last
+// handle.
+class CapturedStream {
+ public:
+  CapturedStream();
+  // For the process to inherit.
+  HANDLE Writer() const noexcept { return writer_.Get(); }
+  std::string Text() const;
+
+ private:
+  ScopedHandle writer_;
+  // Apart from the writer's, so that reading moves no position of the process.
+  ScopedHandle reader_;
 };
 
 class ChildProcess {
@@ -30,12 +45,15 @@ class ChildProcess {
   DWORD Id() const noexcept { return id_; }
   HANDLE Handle() const noexcept { return process_.Get(); }
   bool WaitFor(DWORD milliseconds) const noexcept;
+  std::string Output() const { return output_.Text(); }
+  std::string Errors() const { return errors_.Text(); }
   // Waits for the end and collects the result.
   ChildResult Finish(DWORD timeLimit = kChildTimeLimit);
 
  private:
+  CapturedStream output_;
+  CapturedStream errors_;
   ScopedHandle process_;
-  ScopedHandle output_;
   DWORD id_ = 0;
 };
 

@@ -30,6 +30,10 @@ ULONG_PTR* FindSlot(HMODULE module, std::string_view name) noexcept {
   return nullptr;
 }
 
+HMODULE ModuleOrProgram(HMODULE module) noexcept {
+  return module == nullptr ? GetModuleHandleW(nullptr) : module;
+}
+
 void WriteSlot(ULONG_PTR* slot, ULONG_PTR address) noexcept {
   DWORD protection = 0;
   VirtualProtect(slot, sizeof(*slot), PAGE_READWRITE, &protection);
@@ -39,8 +43,14 @@ void WriteSlot(ULONG_PTR* slot, ULONG_PTR address) noexcept {
 
 }  // namespace
 
+std::unique_ptr<ImportPatch> ImportPatch::IfImported(HMODULE module, const char* name, void* replacement) {
+  if (FindSlot(ModuleOrProgram(module), name) == nullptr) return nullptr;
+  return std::unique_ptr<ImportPatch>(
+      new ImportPatch(module, name, reinterpret_cast<ULONG_PTR>(replacement)));
+}
+
 ImportPatch::ImportPatch(HMODULE module, const char* name, ULONG_PTR replacement)
-    : slot_(FindSlot(module == nullptr ? GetModuleHandleW(nullptr) : module, name)) {
+    : slot_(FindSlot(ModuleOrProgram(module), name)) {
   if (slot_ == nullptr) throw std::runtime_error(std::string("not imported: ").append(name));
   original_ = *slot_;
   WriteSlot(slot_, replacement);

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstring>
+#include <memory>
 
 namespace smh::test {
 
@@ -15,9 +16,14 @@ class ImportPatch {
   template <typename Function>
   ImportPatch(const char* name, Function* replacement, HMODULE module = nullptr)
       : ImportPatch(module, name, AddressOf(replacement)) {}
+  // The same for a table of hooks: functions of any type by address.
+  static std::unique_ptr<ImportPatch> IfImported(HMODULE module, const char* name, void* replacement);
   ~ImportPatch();
   ImportPatch(const ImportPatch&) = delete;
   ImportPatch& operator=(const ImportPatch&) = delete;
+
+  // What the module called before.
+  void* Original() const noexcept { return reinterpret_cast<void*>(original_); }
 
  private:
   ImportPatch(HMODULE module, const char* name, ULONG_PTR replacement);

@@ -21,7 +21,6 @@ TEST_F(FileUtilsTest, MakeCommandLine) {
       {L"C:\\a.exe", L"C:\\a.exe", L" \t "},
       {L"C:\\a.exe -x  -y", L"  C:\\a.exe ", L"  -x  -y "},
       {L"\"C:\\a b.exe\" -x", L"C:\\a b.exe", L" -x "},
-      {L"C:\\a\tb.exe", L"C:\\a\tb.exe", L""},
       {L"\"C:\\a \"\"b\"\".exe\" \"c\"", L"C:\\a \"b\".exe", L"\"c\""},
       {L" -x", L"", L"-x"},
   };
@@ -32,8 +31,6 @@ TEST_F(FileUtilsTest, SplitCommandLine) {
   const Row rows[] = {
       {L"   ", L"", L""},
       {L"\"", L"", L""},
-      {L"\"\" -x", L"", L"-x"},
-      {L"  a.exe   -x  ", L"a.exe", L"-x"},
       {L"\"C:\\a b\\c.exe\" -x \"y\"", L"C:\\a b\\c.exe", L"-x \"y\""},
       {L"\"C:\\a b\\c.exe\"  \"y\" z", L"C:\\a b\\c.exe", L"y\" z"},
       {L"\"C:\\a b\\c.exe -x", L"C:\\a b\\c.exe -x", L""},
@@ -98,9 +95,6 @@ TEST_F(FileUtilsTest, HostileCommands) {
     ExpectHarmless(L"\"" + many);
     ExpectHarmless(L"C:\\" + many + L".exe -x");
   }
-  std::wstring words = L"C:\\";
-  while (words.size() < kSize) words += L"a.e %x%";
-  ExpectHarmless(words);
   // A program part that nearly occurs at every place of the arguments.
   ExpectHarmless(L"\"" + std::wstring(kSize / 3, L'a') + L"b\" " + std::wstring(kSize, L'a'));
 }

@@ -57,7 +57,6 @@ TEST(OsCodeTest, EveryRule) {
       {2, 6, 0, 0, 0, 0, L"", L"Unknown"},
       {2, 6, 1, 3, 0, 0, L"", L"Windows Server 2008 R2"},
       {2, 6, 1, 1, 0, 0, L"", L"Windows 7"},
-      {2, 10, 0, 1, 0, 0, L"", L"Windows 7"},
       {2, 10, 0, 4, 0, 0, L"", L"Unknown"},
       {3, 6, 1, 1, 0, 0, L"", L"Unknown"},
   };
@@ -76,17 +75,12 @@ TEST(OsCodeTest, EveryRule) {
 
 TEST(ArchitectureAndServicePackTest, EveryRule) {
   const std::pair<WORD, std::wstring_view> architectures[] = {
-      {0, L"x32"}, {9, L"x64"}, {6, L"Itanuim"}, {5, L"Unknown"}, {0xFFFF, L"Unknown"}};
+      {0, L"x32"}, {9, L"x64"}, {6, L"Itanuim"}, {0xFFFF, L"Unknown"}};
   for (const auto& [architecture, name] : architectures) {
     EXPECT_EQ(ArchitectureNameOf(ArchitectureCodeOf(architecture)), name) << architecture;
   }
-  const std::pair<WORD, std::wstring_view> packs[] = {{0, L""},
-                                                      {1, L"Service Pack 1"},
-                                                      {2, L"Service Pack 2"},
-                                                      {3, L"Service Pack 3"},
-                                                      {4, L"Service Pack 4"},
-                                                      {5, L"Service Pack 5"},
-                                                      {0xFFFF, L"Service Pack 5"}};
+  const std::pair<WORD, std::wstring_view> packs[] = {
+      {0, L""}, {1, L"Service Pack 1"}, {5, L"Service Pack 5"}, {0xFFFF, L"Service Pack 5"}};
   for (const auto& [major, name] : packs) {
     FakeFacts facts;
     facts.servicePackMajor = major;
@@ -95,100 +89,67 @@ TEST(ArchitectureAndServicePackTest, EveryRule) {
 }
 
 TEST(EditionCodeTest, ProductTypesFromVistaOn) {
-  const std::map<DWORD, int> codes = {{1, 23},  {2, 3},   {3, 5},   {4, 10},  {5, 3},   {6, 7},
-                                      {7, 16},  {8, 9},   {9, 14},  {10, 13}, {11, 2},  {12, 9},
-                                      {13, 16}, {14, 13}, {15, 13}, {16, 7},  {17, 21}, {18, 8},
-                                      {19, 6},  {20, 18}, {21, 19}, {22, 20}, {23, 17}, {24, 14},
-                                      {25, 15}, {26, 5},  {27, 10}, {28, 23}, {29, 21}, {0xABCDABCD, 27}};
   FakeFacts facts;
   // What counts when the product type says nothing.
   facts.suiteMask = 0x200;
-  for (const auto& [product, code] : codes) {
+  const std::pair<DWORD, std::wstring_view> rows[] = {
+      {1, L"Ultimate Edition"},    {10, L"Enterprise Edition"}, {25, L"Small Business Premium Edition"},
+      {29, L"Web Server Edition"}, {0xABCDABCD, L"Unlicensed"}, {0, L"Home Edition"},
+      {30, L"Home Edition"}};
+  for (const auto& [product, name] : rows) {
     facts.product = product;
-    EXPECT_EQ(EditionCodeOf(facts, 12), code) << product;
-    EXPECT_EQ(EditionCodeOf(facts, 15), code) << product;
-    EXPECT_EQ(EditionCodeOf(facts, 11), 4) << product;
-  }
-  for (const DWORD product : {0u, 30u, 101u}) {
-    facts.product = product;
-    EXPECT_EQ(EditionCodeOf(facts, 15), 4) << product;
+    for (const int vistaAndLater : {12, 15}) {
+      EXPECT_EQ(EditionNameOf(EditionCodeOf(facts, vistaAndLater)), name) << product;
+    }
+    EXPECT_EQ(EditionNameOf(EditionCodeOf(facts, 11)), L"Home Edition") << product;
   }
 }
 
-struct EditionRow {
-  DWORD value;
-  int code;
-  int onWindows2000;
-};
-
-TEST(EditionCodeTest, SuitesInTheirOrder) {
-  // Each mask also holds bits of the rows that come later.
-  const EditionRow rows[] = {
-      {0x0001 | 0x0002, 14, 14}, {0x0020 | 0x0040, 14, 14}, {0x0002 | 0x0080, 10, 11},
-      {0x0080 | 0x0200, 9, 9},   {0x0200 | 0x0400, 4, 4},   {0x0400 | 0x2000, 21, 21},
-      {0x2000 | 0x4000, 19, 19}, {0x4000 | 0x0040, 8, 8},   {0x0040 | 0x8110, 26, 26},
+// The first row that fits decides. Each case also fits some later ones.
+TEST(EditionCodeTest, SuitesThenIsOsAnswersThenMetrics) {
+  const struct {
+    WORD suites;
+    std::set<DWORD> yes;
+    std::map<int, int> metrics;
+    const wchar_t* name;
+    const wchar_t* onWindows2000;
+    std::size_t questions;
+  } rows[] = {
+      {0x0001 | 0x0002, {}, {}, L"Small Business Edition", L"Small Business Edition", 0},
+      {0x0020 | 0x0040, {}, {}, L"Small Business Edition", L"Small Business Edition", 0},
+      {0x0002 | 0x0080, {8}, {}, L"Enterprise Edition", L"Advanced Edition", 0},
+      {0x4000 | 0x0040, {}, {{87, 1}}, L"Cluster Server Edition", L"Cluster Server Edition", 0},
+      {0x0040 | 0x8110, {}, {}, L"Embedded Edition", L"Embedded Edition", 0},
+      // The other suites say nothing.
+      {0x0100, {8, 20, 33}, {{87, 1}}, L"Professional Edition", L"Professional Edition", 1},
+      {0x0100, {11, 22, 33}, {}, L"Datacenter Edition", L"Datacenter Edition", 6},
+      {0, {22, 19, 33}, {}, L"Enterprise Edition", L"Advanced Edition", 12},
+      {0, {33}, {{87, 1}}, L"Tablet PC Edition", L"Tablet PC Edition", 16},
+      {0, {}, {{87, 1}, {88, 1}, {86, 1}}, L"Media Center Edition", L"Media Center Edition", 16},
+      {0, {}, {{88, 1}, {86, 1}}, L"Starter Edition", L"Starter Edition", 16},
+      {0, {}, {{86, 5}}, L"Tablet PC Edition", L"Tablet PC Edition", 16},
+      {0, {}, {{89, 1}}, L"Unknown Edition", L"Unknown Edition", 16},
   };
-  for (const EditionRow& row : rows) {
+  for (const auto& row : rows) {
     FakeFacts facts;
-    facts.suiteMask = static_cast<WORD>(row.value);
-    EXPECT_EQ(EditionCodeOf(facts, 8), row.code) << row.value;
-    EXPECT_EQ(EditionCodeOf(facts, 7), row.onWindows2000) << row.value;
-    EXPECT_TRUE(facts.asked.empty());
+    facts.suiteMask = row.suites;
+    facts.yes = row.yes;
+    facts.metrics = row.metrics;
+    EXPECT_EQ(EditionNameOf(EditionCodeOf(facts, 8)), row.name) << row.suites << row.name;
+    EXPECT_EQ(facts.asked.size(), row.questions) << row.name;
+    EXPECT_EQ(EditionNameOf(EditionCodeOf(facts, 7)), row.onWindows2000) << row.suites << row.name;
   }
 }
 
-TEST(EditionCodeTest, IsOsAnswersInTheirOrder) {
-  const std::vector<EditionRow> rows = {{8, 12, 12},  {20, 12, 12}, {9, 16, 16},  {23, 16, 16},
-                                        {10, 11, 11}, {11, 9, 9},   {21, 9, 9},   {13, 26, 26},
-                                        {32, 14, 14}, {36, 25, 25}, {31, 21, 21}, {22, 10, 11},
-                                        {19, 4, 4},   {25, 4, 4},   {35, 22, 22}, {33, 24, 24}};
-  std::set<DWORD> thisAndLater;
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-    thisAndLater.insert(row->value);
-    FakeFacts facts;
-    facts.yes = thisAndLater;
-    // A suite bit and a metric that say nothing, or come too late.
-    facts.suiteMask = 0x0100;
-    facts.metrics[87] = 1;
-    EXPECT_EQ(EditionCodeOf(facts, 8), row->code) << row->value;
-    EXPECT_EQ(facts.asked.back(), row->value);
-    EXPECT_EQ(facts.asked.size(), static_cast<std::size_t>(rows.rend() - row));
-    EXPECT_EQ(EditionCodeOf(facts, 7), row->onWindows2000) << row->value;
-  }
-}
-
-TEST(EditionCodeTest, MetricsComeLast) {
-  const std::pair<std::map<int, int>, int> rows[] = {
-      {{{87, 1}, {88, 1}, {86, 1}}, 22}, {{{88, 1}, {86, 1}}, 2}, {{{86, 5}}, 24}, {{{89, 1}}, 1}};
-  for (const auto& [metrics, code] : rows) {
-    FakeFacts facts;
-    facts.metrics = metrics;
-    EXPECT_EQ(EditionCodeOf(facts, 8), code);
-  }
-}
-
-TEST(VersionNamesTest, EditionsAndUnusualCodes) {
-  const std::wstring_view editions[] = {
-      // clang-format off
-      L"Unknown Edition", L"Starter Edition", L"Home Basic Edition", L"Home Edition",
-      L"Home Premium Edition", L"Home Server Edition", L"Business Edition", L"Cluster Server Edition",
-      L"Datacenter Edition", L"Enterprise Edition", L"Advanced Edition", L"Professional Edition",
-      L"Enterprise Edition", L"Small Business Edition", L"Small Business Premium Edition",
-      L"Standard Edition", L"Storage Enterprise Edition", L"Storage Express Edition",
-      L"Storage Standard Edition", L"Storage Workgroup Edition", L"Web Server Edition",
-      L"Media Center Edition", L"Ultimate Edition", L"Tablet PC Edition", L"Appliance Edition",
-      L"Embedded Edition", L"Unlicensed", L"Unknown Edition",
-      // clang-format on
-  };
-  for (int code = 1; code <= 28; ++code) EXPECT_EQ(EditionNameOf(code), editions[code - 1]) << code;
-  EXPECT_EQ(EditionNameOf(0), L"Unknown Edition");
+TEST(VersionNamesTest, CodesAtTheEdges) {
+  for (const int none : {0, 1, 28}) EXPECT_EQ(EditionNameOf(none), L"Unknown Edition") << none;
+  EXPECT_EQ(EditionNameOf(2), L"Starter Edition");
+  EXPECT_EQ(EditionNameOf(27), L"Unlicensed");
   EXPECT_EQ(OsNameOf(16), L"Windows Maximum");
-  EXPECT_EQ(OsNameOf(17), L"Unknown");
+  for (const int none : {-1, 17}) EXPECT_EQ(OsNameOf(none), L"Unknown") << none;
   EXPECT_EQ(OsNameOf(0x80 | 12), L"Windows Vista");
-  EXPECT_EQ(OsNameOf(-1), L"Unknown");
-  EXPECT_EQ(ServicePackNameOf(0), L"Unknown");
   EXPECT_EQ(ServicePackNameOf(7), L"Service Pack Maximum");
-  EXPECT_EQ(ServicePackNameOf(8), L"Unknown");
+  for (const int none : {0, 8}) EXPECT_EQ(ServicePackNameOf(none), L"Unknown") << none;
 }
 
 }  // namespace

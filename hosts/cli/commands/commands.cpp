@@ -22,6 +22,9 @@ constexpr Command kCommands[] = {
     {"clients", "Show the default programs: mail, media, browser and the like", kTakesJson | kTakesPaths,
      RunClients},
     {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
+    {"checkpoints", "Show the changes that can be undone", kTakesJson, RunCheckpoints},
+    {"undo", "Take a checkpoint back, the newest one without ID", kTakesId | kTakesUndoMode, RunUndo},
+    {"redo", "Make the changes of an undone checkpoint again", kNeedsId | kTakesUndoMode, RunRedo},
     {"log", "Print the path of the library's log file", 0, RunLog},
     {"windows", "Print the application windows of the desktop", kHidden, RunWindows},
 };

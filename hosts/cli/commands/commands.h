@@ -26,6 +26,9 @@ enum CommandOption : std::uint32_t {
   kTakesSeconds = 1 << 12,     // --seconds
   kHidden = 1 << 13,           // not named by --help
   kTakesPaths = 1 << 14,       // --add, repeatable
+  kTakesId = 1 << 15,          // ID
+  kNeedsId = 1 << 16,          // ID, required
+  kTakesUndoMode = 1 << 17,    // --show --force
 };
 
 struct Command {
@@ -54,5 +57,8 @@ void RunClients(const Arguments& arguments);
 void RunLocations(const Arguments& arguments);
 void RunLog(const Arguments& arguments);
 void RunWindows(const Arguments& arguments);
+void RunCheckpoints(const Arguments& arguments);
+void RunUndo(const Arguments& arguments);
+void RunRedo(const Arguments& arguments);
 
 }  // namespace smh

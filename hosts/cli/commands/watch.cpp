@@ -1,6 +1,7 @@
 #include "commands/commands.h"
 #include "console.h"
 #include "csv_output.h"
+#include "entry_look.h"
 #include "entry_watch.h"
 #include "host_error.h"
 #include "json_output.h"
@@ -43,24 +44,6 @@ class StopRequest {
  private:
   ScopedHandle event_;
 };
-
-// One look at the list under its lock: `use` gets the sightings and a reader for them.
-template <typename Use>
-void Look(const Library& library, Use&& use) {
-  const ListLock lock(library);
-  std::vector<Sighting> sightings;
-  std::vector<ComPtr<IStartupItem>> items;
-  const std::int32_t count = library.Items().GetCount();
-  for (std::int32_t index = 0; index < count; ++index) {
-    ComPtr<IStartupItem> item;
-    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
-    sightings.push_back({item->GetLocation(),
-                         TakeText([&](BoundaryText* name) { return item->GetName(name); }),
-                         item->ReadChanged() != FALSE});
-    items.push_back(std::move(item));
-  }
-  use(sightings, [&items](std::size_t index) { return ReadItemRecord(*items[index]); });
-}
 
 std::wstring EventText(const WatchEvent& event, OutputFormat format) {
   switch (format) {

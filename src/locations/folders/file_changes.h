@@ -2,6 +2,8 @@
 // and raises EOSError when it did not happen.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 namespace smh {
@@ -10,13 +12,18 @@ class FileChanger {
  public:
   explicit FileChanger(bool recorded) noexcept : recorded_(recorded) {}
 
-  // Fails when `to` exists, and when `from` is still there afterwards.
+  // Fails when `to` exists, and when `from` is still there afterwards; then what was made at `to` goes again.
   void Move(const std::wstring& from, const std::wstring& to) const;
   void Delete(const std::wstring& file) const;
+  // Takes back a file that was just made; where the service refuses, without it.
+  void Discard(const std::wstring& file) const noexcept;
   // Puts the content of `from` in the place of `to` and removes `from`.
   void Replace(const std::wstring& from, const std::wstring& to) const;
 
  private:
+  LSTATUS TryMove(const std::wstring& from, const std::wstring& to) const;
+  LSTATUS TryDelete(const std::wstring& file) const;
+
   const bool recorded_;
 };
 

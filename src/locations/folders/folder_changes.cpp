@@ -1,8 +1,9 @@
 #include "locations/folders/uLocationFolderStd.h"
 
 #include "core/uDllGlobals.h"
+#include "infra/exceptions.h"
 #include "infra/text.h"
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
@@ -35,12 +36,12 @@ void TLocationFolderStd::MakeOwnFolder(const std::wstring& folder) const {
   if (row_.isCommon) {
     MakeProtectedFolder(folder);
   } else {
-    MakeFolders(folder);
+    MakeFolderPath(folder);
   }
 }
 
 const std::wstring& TLocationFolderStd::StartupFolder() {
-  MakeFolders(RequireFolder(startupFolder_));
+  MakeFolderPath(RequireFolder(startupFolder_));
   return startupFolder_;
 }
 
@@ -165,17 +166,23 @@ void TLocationFolderStd::ChangeItemCommand(const ItemRef& item, const std::wstri
 }
 
 void TLocationFolderStd::ReplaceShortcut(const FileChanger& changer, const std::wstring& made,
-                                         const std::wstring& file) const {
+                                         const std::wstring& file, bool enabled) const {
   const std::string bytes = ReadShortcutBytes(made);
-  // A recorded replacement writes into the old file: a copy is at hand before that begins.
+  // Whatever stands there after a failure, the old file comes back from a copy made before.
   const std::wstring kept = MakeUniqueFileName(made);
   const ScopedFile removeKept(kept);
   WriteNewFile(kept, ReadShortcutBytes(file));
   try {
     changer.Replace(made, file);
     if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+    if (enabled) TakeOver(file);
   } catch (...) {
-    FileChanger(false).Replace(kept, file);
+    try {
+      changer.Replace(kept, file);
+    } catch (const EOSError&) {
+      // What the service refuses is done all the same: no entry may be lost.
+      FileChanger(false).Replace(kept, file);
+    }
     throw;
   }
 }
@@ -192,8 +199,7 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-    ReplaceShortcut(FileChanger(recorded), made, file);
-    if (state.isEnabled) TakeOver(file);
+    ReplaceShortcut(FileChanger(recorded), made, file, state.isEnabled);
   }
   item->UpdateCommand(file, [] { return true; });
 }

@@ -76,11 +76,11 @@ std::wstring MakeUniqueFileName(const std::wstring& path) {
   return unique;
 }
 
-void MakeFolders(const std::wstring& folder) {
+void MakeFolderPath(const std::wstring& folder) {
   const std::wstring path = WithoutTrailingBackslash(folder);
   if (FileUtils::DirectoryExists(path)) return;
   const std::wstring parent(FolderPart(path));
-  if (parent.size() > 3 && parent.size() < path.size()) MakeFolders(parent);
+  if (parent.size() > 3 && parent.size() < path.size()) MakeFolderPath(parent);
   if (CreateDirectoryW(path.c_str(), nullptr) == FALSE && GetLastError() != ERROR_ALREADY_EXISTS) {
     RaiseLastOSError();
   }

@@ -18,7 +18,7 @@ bool CanDeleteFile(const std::wstring& path) noexcept;
 std::wstring MakeUniqueFileName(const std::wstring& path);
 
 // Makes a folder (trailing backslash) with all its parents. Raises EOSError.
-void MakeFolders(const std::wstring& folder);
+void MakeFolderPath(const std::wstring& folder);
 
 std::wstring WithLinkExtension(std::wstring_view name);
 

@@ -2,10 +2,12 @@
 
 #include "core/uDllGlobals.h"
 #include "infra/assertion.h"
+#include "infra/exceptions.h"
 #include "infra/text.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
+#include "sysutil/uFileUtils.h"
 
 namespace smh {
 
@@ -40,6 +42,7 @@ void TLocationFolderStd::MoveToFolder(const ItemRef& item, TLocationFolderStd& t
   if (!item->IsListed()) return;
   if (!ItemExists(*item)) {
     Items().Remove(*item);
+    Gate().MarkLoadDue();
     return;
   }
   SMH_ASSERT(kUnit, &target != this && target.CanAcceptItem(*item));
@@ -73,15 +76,34 @@ void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled
   const ScopedFile removeIfLeft(made);
   const std::string bytes = ReadShortcutBytes(made);
   const std::wstring file = MakeUniqueFileName(PlaceFor(enabled) + name);
-  MoveFile(FileChanger(checkpoint), made, file, *this);
-  if (ReadShortcutBytes(file) != bytes) {
-    DeleteFileW(file.c_str());
-    RaiseOSError(ERROR_WRITE_FAULT);
+  const FileChanger changer(checkpoint);
+  MoveFile(changer, made, file, *this);
+  try {
+    if (ReadShortcutBytes(file) != bytes) RaiseOSError(ERROR_WRITE_FAULT);
+  } catch (...) {
+    changer.Discard(file);
+    throw;
   }
   Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
 }
 
-void TLocationFolderStd::PutBackItem(bool) {
+void TLocationFolderStd::WriteBack(bool checkpoint, const std::wstring& path,
+                                   const std::string& bytes) const {
+  if (checkpoint) {
+    try {
+      const std::wstring made = MakeUniqueFileName(TempShortcutFolder() + std::wstring(FileNamePart(path)));
+      WriteNewFile(made, bytes);
+      const ScopedFile removeIfLeft(made);
+      FileChanger(true).Move(made, path);
+      return;
+    } catch (const EOSError&) {
+      // What the service refuses is done all the same: no entry may be lost.
+    }
+  }
+  if (!FileUtils::FileExists(path)) WriteNewFile(path, bytes);
+}
+
+void TLocationFolderStd::PutBackItem(bool checkpoint) {
   if (!extracted_) return;
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
@@ -89,7 +111,7 @@ void TLocationFolderStd::PutBackItem(bool) {
   extracted_.reset();
   // Its old name may have been taken meanwhile.
   const std::wstring path = MakeUniqueFileName(entry.path);
-  WriteNewFile(path, entry.bytes);
+  WriteBack(checkpoint, path, entry.bytes);
   if (path != entry.path) Items().Relocate(*entry.item, path, {}, entry.item->IsEnabled());
   Items().Insert(entry.position, entry.item);
 }

@@ -3,7 +3,7 @@
 #include "core/uDllGlobals.h"
 #include "infra/text.h"
 #include "infra/uInterfacesRoutines.h"
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "model/reader_control.h"
 #include "sysutil/shell_open.h"

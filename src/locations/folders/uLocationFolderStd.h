@@ -67,8 +67,11 @@ class TLocationFolderStd final : public TLocationStartup {
   void MoveToFolder(const ItemRef& item, TLocationFolderStd& target);
   void MoveFile(const FileChanger& changer, const std::wstring& from, const std::wstring& to,
                 const TLocationFolderStd& target) const;
+  // An extracted file, so that the journal knows of it when `checkpoint` is set.
+  void WriteBack(bool checkpoint, const std::wstring& path, const std::string& bytes) const;
   int AddShortcut(const std::wstring& name, const std::wstring& command);
-  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file) const;
+  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file,
+                       bool enabled) const;
   void RewriteShortcut(const ItemRef& item, const std::wstring& command);
   void TakeOver(const std::wstring& file) const;
   void RequireTrustedSource(const std::wstring& file) const;

@@ -171,9 +171,9 @@ bool TLocationRegistry::SwitchEntry(const ItemRef& item, bool enable) {
   const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
                                     item->GivenText());
   if (plan.isListed) {
-    bool complete = false;
-    if (DeleteEntry(*store, from, complete)) Items().Remove(*item);
-    return complete;
+    if (!DeleteEntryAndTwin(*store, from)) return false;
+    Items().Remove(*item);
+    return true;
   }
   if (!MoveEntry(*store, {from, plan.to, std::move(plan.text), twin})) return false;
   Items().Relocate(*item, plan.to.FullPath(), plan.to, enable);
@@ -198,9 +198,11 @@ void TLocationRegistry::DeleteItem(const ItemRef& item) {
         if (!item->IsListed()) return;
         const bool recorded = DLLGlobals::UseBackupCheckpoints();
         const ScopedCheckpoint checkpoint(recorded, ChangeKind::kDeleting, item->GivenText());
-        bool complete = false;
-        if (DeleteEntry(*Store(recorded), AddressOf(*item), complete)) Items().Remove(*item);
-        if (!complete) LogLine(line());
+        if (DeleteEntryAndTwin(*Store(recorded), AddressOf(*item))) {
+          Items().Remove(*item);
+        } else {
+          LogLine(line());
+        }
       },
       line);
 }

@@ -41,7 +41,7 @@ int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring&
   if (!present) {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
-    if (!ValueStore(recorded).WriteConfirmed(address, command)) {
+    if (!WriteEntry(ValueStore(recorded), address, command)) {
       LogLine(Format(kAddLine, name, command, MemberName()));
       return -1;
     }
@@ -73,7 +73,7 @@ void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring&
 
   const bool recorded = DLLGlobals::UseBackupCheckpoints();
   const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-  if (!ValueStore(recorded).WriteConfirmed(state.address, command)) {
+  if (!WriteEntry(ValueStore(recorded), state.address, command)) {
     LogLine(Format(kChangeLine, state.name, command, MemberName()));
     return;
   }
@@ -87,8 +87,9 @@ int TLocationRegistryStd::ExtractItem(bool checkpoint, const ItemRef& item) {
   ScopedLock lock(Items().Lock());
   const RegistryValueAddress address = AddressOf(*item);
   const ValueStore store(checkpoint);
-  Extracted entry{item, item->Position(), address, ReadTextSource(store, address)};
-  if (!store.DeleteConfirmed(address)) {
+  ReadTextSource(store, address);
+  Extracted entry{item, item->Position(), address, store.Keep(address)};
+  if (!DeleteEntry(store, address)) {
     throw ERegistryException(Format(L"Failed to delete '%s'", address.valueName));
   }
   extracted_ = std::move(entry);
@@ -109,9 +110,7 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   entry.isEnabled = enabled;
   const RegistryValueAddress address = entry.address;
   const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
-  const ValueStore writer(checkpoint);
-  if (!writer.WriteConfirmed(address, command)) {
-    writer.Delete(address);
+  if (!WriteEntry(ValueStore(checkpoint), address, command)) {
     throw ERegistryException(Format(L"Failed to set data for '%s'", address.valueName));
   }
   item->FillBasicInfo();
@@ -124,7 +123,7 @@ void TLocationRegistryStd::PutBackItem(bool checkpoint) {
   ScopedLock lock(Items().Lock());
   const Extracted entry = *std::move(extracted_);
   extracted_.reset();
-  if (!ValueStore(checkpoint).RestoreConfirmed(entry.address, entry.data)) {
+  if (!ValueStore(checkpoint).RestoreConfirmed(entry.address, entry.kept)) {
     throw ERegistryException(Format(L"Failed to set data for '%s'", entry.address.valueName));
   }
   Items().Insert(entry.position, entry.item);

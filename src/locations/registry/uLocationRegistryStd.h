@@ -42,7 +42,7 @@ class TLocationRegistryStd final : public TLocationRegistry {
     ItemRef item;
     int position;
     RegistryValueAddress address;
-    RegistryData data;
+    KeptEntry kept;
   };
 
   int AddValue(const std::wstring& name, const std::wstring& command);

@@ -1,5 +1,5 @@
 // Who may have touched what the common Startup folder starts.
-#include "locations/folders/folder_access.h"
+#include "infra/folder_access.h"
 
 #include "folder_fixture.h"
 #include "support/import_patch.h"

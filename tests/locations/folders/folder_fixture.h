@@ -3,7 +3,7 @@
 
 #include "locations/folders/shortcut_writer.h"
 #include "model/uLocationStartup.h"
-#include "native/link_builder.h"
+#include "link_builder.h"
 #include "support/module_fixture.h"
 #include "support/startup_folders.h"
 

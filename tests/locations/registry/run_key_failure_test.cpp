@@ -1,16 +1,6 @@
 #include "run_key_fixture.h"
 
-#include <gmock/gmock.h>
-
 namespace smh::test {
-
-using ::testing::HasSubstr;
-
-namespace {
-
-constexpr LSTATUS kPretend = ERROR_SUCCESS;
-
-}  // namespace
 
 // What stood in the registry still stands there, and the item is what it was.
 #define EXPECT_AS_BEFORE(item, root, name, value)                       \
@@ -20,58 +10,6 @@ constexpr LSTATUS kPretend = ERROR_SUCCESS;
     EXPECT_TRUE((item)->IsListed());                                    \
     EXPECT_TRUE((item)->IsEnabled());                                   \
   } while (false)
-
-TEST_F(RunKeyTest, ARecordedWriteThatDoesNotArriveChangesNothing) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", ExpandSz(L"f.exe"));
-  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  const std::wstring line =
-      L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\".";
-  for (const LSTATUS status : {LSTATUS(ERROR_ACCESS_DENIED), kPretend}) {
-    module.Safeguard().Answer(L"SetValue", status, 2);
-    EXPECT_NO_THROW(UserRun().DisableItem(item));
-    EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", ExpandSz(L"f.exe"));
-    EXPECT_TRUE(LogHas(line));
-    module.Safeguard().Clear();
-  }
-}
-
-TEST_F(RunKeyTest, ASourceThatStaysTakesTheTargetBack) {
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo", ExpandSz(L"f.exe"), OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo", ExpandSz(L"f.exe"));
-  const ItemRef item = LoadAndFind(CommonRun(), L"Foo");
-  // The first delete, of the source in the item's own view, is only pretended.
-  module.Safeguard().Answer(L"DeleteValue", kPretend, 1);
-  EXPECT_NO_THROW(CommonRun().DisableItem(item));
-  EXPECT_AS_BEFORE(item, HKEY_LOCAL_MACHINE, L"Foo", ExpandSz(L"f.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo"), ExpandSz(L"f.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"Foo"), std::nullopt);
-  EXPECT_TRUE(LogHas(L"Error disable item"));
-}
-
-TEST_F(RunKeyTest, AFailureInTheSecondViewRestoresTheFirst) {
-  if (!HasTwoViews()) {
-    SetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo", Sz(L"f.exe"));
-    const ItemRef single = LoadAndFind(CommonRun(), L"Foo");
-    module.Safeguard().Answer(L"CreateKey", ERROR_ACCESS_DENIED, 1);
-    CommonRun().DisableItem(single);
-    EXPECT_AS_BEFORE(single, HKEY_LOCAL_MACHINE, L"Foo", Sz(L"f.exe"));
-    return;
-  }
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo", ExpandSz(L"f.exe"), KEY_WOW64_64KEY);
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo", ExpandSz(L"f.exe"));
-  const ItemRef item = LoadAndFind(CommonRun(), L"Foo");
-  // The source in the item's own view is deleted; the one in the plain view stays.
-  int deletes = 0;
-  module.Safeguard().Before([&](const std::wstring& line) {
-    if (line.starts_with(L"DeleteValue") && ++deletes == 1) {
-      module.Safeguard().Answer(L"DeleteValue", ERROR_ACCESS_DENIED, 1);
-    }
-  });
-  CommonRun().DisableItem(item);
-  module.Safeguard().Before(nullptr);
-  EXPECT_AS_BEFORE(item, HKEY_LOCAL_MACHINE, L"Foo", ExpandSz(L"f.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"Foo"), ExpandSz(L"f.exe"));
-}
 
 TEST_F(RunKeyTest, APlainWriteIntoAClosedKeyRaisesAndLosesNothing) {
   module.Settings().useCheckpoints = false;
@@ -90,25 +28,6 @@ TEST_F(RunKeyTest, APlainWriteIntoAClosedKeyRaisesAndLosesNothing) {
   EXPECT_TRUE(LogHas(L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\"."));
 }
 
-TEST_F(RunKeyTest, WhatStandsInAKeyWithoutReadRightsIsNotOverwritten) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"f.exe"));
-  SetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo", Sz(L"hidden.exe"));
-  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  for (const bool checkpoints : {true, false}) {
-    module.Settings().useCheckpoints = checkpoints;
-    {
-      const LimitedKey limited(HKEY_CURRENT_USER, kOwnSide, LimitedKey::Rights::kNone);
-      EXPECT_THROW(UserRun().DisableItem(item), EOSError);
-    }
-    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo"), Sz(L"hidden.exe"));
-    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo"), Sz(L"f.exe"));
-    {
-      const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kNone);
-      EXPECT_THROW(UserRun().AddItem(L"New", L"n.exe"), EOSError);
-    }
-  }
-}
-
 TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextRaisesBeforeAnythingIsWritten) {
   SetValue(HKEY_CURRENT_USER, kRun, L"gone", Sz(L"g.exe"));
   SetValue(HKEY_CURRENT_USER, kRun, L"number", Dword(1));
@@ -118,14 +37,6 @@ TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextRaisesBeforeAnythingIsWritten) {
   EXPECT_THROW(UserRun().DisableItem(FindByCaption(UserRun(), L"number")), ERegistryException);
   EXPECT_FALSE(KeyIsThere(HKEY_CURRENT_USER, kOwnSide));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"number"), Dword(1));
-}
-
-TEST_F(RunKeyTest, ARefusedCheckpointStopsTheChangeBeforeItBegins) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"f.exe"));
-  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  module.Safeguard().Answer(L"BeginCheckpoint", ERROR_DISK_FULL, 1);
-  EXPECT_THROW(UserRun().DisableItem(item), EOSError);
-  EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
 }
 
 TEST_F(RunKeyTest, SilentFailuresOfDeletingAddingAndChanging) {

@@ -1,0 +1,43 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "journal.h"
+#include "json_output.h"
+#include "table_output.h"
+#include "text_encoding.h"
+
+namespace smh {
+namespace {
+
+std::wstring AsTable(const std::vector<CheckpointRecord>& checkpoints) {
+  TextTable table{.header = {L"ID", L"Time", L"State", L"Steps", L"Title"}, .rows = {}};
+  for (const CheckpointRecord& checkpoint : checkpoints) {
+    table.rows.push_back({std::to_wstring(checkpoint.info.id), IsoTimeOf(checkpoint.info.time),
+                          std::wstring(CheckpointStateName(checkpoint.info.state)),
+                          std::to_wstring(checkpoint.info.steps), Printable(checkpoint.title)});
+  }
+  std::wstring text;
+  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
+  return text;
+}
+
+std::wstring AsJson(const std::vector<CheckpointRecord>& checkpoints) {
+  std::wstring json = L"[";
+  for (const CheckpointRecord& checkpoint : checkpoints) {
+    const CheckpointInfo& info = checkpoint.info;
+    json += json.size() == 1 ? L"\n" : L",\n";
+    json += L"{\"id\":" + std::to_wstring(info.id) + L",\"time\":" + JsonText(IsoTimeOf(info.time)) +
+            L",\"title\":" + JsonText(checkpoint.title) + L",\"steps\":" + std::to_wstring(info.steps) +
+            L",\"state\":" + JsonText(CheckpointStateName(info.state)) + L",\"undoes\":" +
+            (info.undoes == 0 ? L"null" : std::to_wstring(info.undoes)) + L"}";
+  }
+  return json + (checkpoints.empty() ? L"]\n" : L"\n]\n");
+}
+
+}  // namespace
+
+void RunCheckpoints(const Arguments& arguments) {
+  const std::vector<CheckpointRecord> checkpoints = Journal().Checkpoints();
+  WriteOutput(arguments.format == OutputFormat::json ? AsJson(checkpoints) : AsTable(checkpoints));
+}
+
+}  // namespace smh

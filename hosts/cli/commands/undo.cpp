@@ -1,0 +1,69 @@
+#include "commands/commands.h"
+#include "console.h"
+#include "host_error.h"
+#include "journal.h"
+#include "text_encoding.h"
+
+namespace smh {
+namespace {
+
+std::wstring NameOf(const UndoRecord& record) {
+  return L"checkpoint " + std::to_wstring(record.checkpoint) + L" \"" + record.title + L"\"";
+}
+
+std::wstring StepLine(const UndoneStepRecord& step) {
+  std::wstring line(StepOutcomeName(step.outcome));
+  line.resize(std::max<std::size_t>(line.size(), 11), L' ');
+  return line + L"  " + Printable(step.text);
+}
+
+bool IsWorthTelling(const UndoneStepRecord& step) noexcept {
+  return step.outcome != StepOutcome::kUndo && step.outcome != StepOutcome::kNothing;
+}
+
+// The steps that did not go, or will not go, as a user would expect.
+std::wstring Exceptions(const UndoRecord& record) {
+  std::wstring lines;
+  for (const UndoneStepRecord& step : record.steps) {
+    if (IsWorthTelling(step)) lines += L"\n" + StepLine(step);
+  }
+  return lines;
+}
+
+void Show(const UndoRecord& record) {
+  std::wstring text = Printable(NameOf(record)) + L"\n";
+  for (const UndoneStepRecord& step : record.steps) text += StepLine(step) + L"\n";
+  WriteOutput(text);
+}
+
+std::wstring FailureText(const UndoRecord& record, std::wstring_view verb) {
+  if (record.result != IJournal::kConflict) return UndoFailureText(record, verb);
+  return NameOf(record) + L" is in conflict with later changes; nothing was changed. --force " +
+         std::wstring(verb) + L"es the rest over them." + Exceptions(record);
+}
+
+using Operation = UndoRecord (Journal::*)(std::uint32_t id, UndoMode mode) const;
+
+void Run(const Arguments& arguments, Operation operation, std::wstring_view verb, std::wstring_view done) {
+  const UndoMode mode = arguments.show    ? UndoMode::kShow
+                        : arguments.force ? UndoMode::kForce
+                                          : UndoMode::kRun;
+  const UndoRecord record = (Journal().*operation)(arguments.id, mode);
+  if (arguments.show && (SUCCEEDED(record.result) || record.result == IJournal::kConflict))
+    return Show(record);
+  if (FAILED(record.result))
+    throw HostError(L"Cannot " + std::wstring(verb) + L": " + FailureText(record, verb));
+  WriteMessage(std::wstring(done) + L" " + NameOf(record) + L"." + Exceptions(record));
+}
+
+}  // namespace
+
+void RunUndo(const Arguments& arguments) {
+  Run(arguments, &Journal::Undo, L"undo", L"Undid");
+}
+
+void RunRedo(const Arguments& arguments) {
+  Run(arguments, &Journal::Redo, L"redo", L"Redid");
+}
+
+}  // namespace smh

@@ -1,0 +1,21 @@
+#include "interrupted_note.h"
+
+#include "console.h"
+#include "journal.h"
+
+namespace smh {
+
+void NameInterruptedCheckpoints() noexcept {
+  try {
+    std::wstring line;
+    for (const CheckpointRecord& checkpoint : Journal().Interrupted()) {
+      line += line.empty() ? L"Interrupted: " : L", ";
+      line += L"checkpoint " + std::to_wstring(checkpoint.info.id) + L" \"" + checkpoint.title + L"\"";
+    }
+    if (!line.empty()) WriteMessage(line + L". \"startupctl undo ID\" takes one back.");
+  } catch (...) {
+    // The command itself says what is missing, if it needs it.
+  }
+}
+
+}  // namespace smh

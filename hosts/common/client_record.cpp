@@ -1,0 +1,96 @@
+#include "client_record.h"
+
+#include "host_error.h"
+#include "item_property.h"
+#include "reading.h"
+
+#include <iterator>
+
+namespace smh {
+namespace {
+
+// By FavoriteKind.
+constexpr std::wstring_view kKindNames[] = {L"path",     L"mail",     L"media",        L"browser",
+                                            L"contacts", L"calendar", L"internetCall", L"messaging"};
+static_assert(std::size(kKindNames) == kFavoriteMessaging + 1);
+
+using R = const ClientRecord&;
+
+constexpr ClientField kClientFields[] = {
+    {L"index", [](R client) { return FieldValue(std::int64_t(client.index)); }},
+    {L"kind", [](R client) { return FieldValue(std::wstring(ClientKindName(client.kind))); }},
+    {L"name", [](R client) { return FieldValue(client.name); }},
+    {L"command", [](R client) { return FieldValue(client.command); }},
+    {L"file", [](R client) { return FieldValue(client.file); }},
+    {L"fileFound", [](R client) { return FieldValue(client.fileFound); }},
+    {L"description", [](R client) { return FieldValue(client.description); }},
+    {L"company", [](R client) { return FieldValue(client.company); }},
+    {L"version", [](R client) { return FieldValue(client.version); }},
+    {L"imageIndex", [](R client) { return FieldValue(std::int64_t(client.imageIndex)); }},
+    {L"key", [](R client) { return FieldValue(client.keyPath); }},
+};
+
+ComPtr<IFavoriteItem> ItemAt(IFavoriteItemCollection& clients, std::int32_t index) {
+  ComPtr<IFavoriteItem> item;
+  CheckResult(clients.GetItem(index, item.Put()), L"Cannot get a default program");
+  if (!item) throw HostError(L"Cannot get a default program.");
+  return item;
+}
+
+// The library marks an entry when its details are there; `complete` counts the entries up to the first
+// without.
+bool IsComplete(IFavoriteItemCollection& clients, std::int32_t& complete) {
+  if (clients.GetReadState() != kReadStateComplete) return false;
+  while (complete < clients.GetCount()) {
+    if (!ItemAt(clients, complete)->ReadChanged()) return false;
+    ++complete;
+  }
+  return true;
+}
+
+ClientRecord ReadClient(const Library& library, IFavoriteItem& item) {
+  ClientRecord record;
+  record.index = item.GetIndex();
+  record.kind = item.GetKind();
+  record.name = TakeText([&](BoundaryText* name) { return item.GetName(name); });
+  record.command = TextProperty(item, kPropertyCommand);
+  record.file = library.ResolveCommandFile(record.command);
+  record.fileFound = FlagProperty(item, kPropertyFileFound);
+  record.description = TextProperty(item, kPropertyDescription);
+  record.company = TextProperty(item, kPropertyCompany);
+  record.version = TextProperty(item, kPropertyVersion);
+  record.imageIndex = item.GetImageIndex();
+  record.keyPath = TextProperty(item, kFavoritePropertyKeyPath);
+  return record;
+}
+
+}  // namespace
+
+std::vector<ClientRecord> ReadClients(const Library& library, std::span<const std::wstring> addedPaths) {
+  ComPtr<IFavoriteItemCollection> clients;
+  CheckResult(library.Manager().GetFavoriteItems(clients.Put()), L"Cannot read the default programs");
+  for (const std::wstring& path : addedPaths) {
+    CheckResult(clients->AddPath(path.c_str()), L"Cannot add \"" + path + L"\"");
+  }
+  return ReadClients(library, *clients);
+}
+
+std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemCollection& clients) {
+  std::int32_t complete = 0;
+  WaitForReader([&] { return IsComplete(clients, complete); });
+  std::vector<ClientRecord> records;
+  for (std::int32_t index = 0; index < clients.GetCount(); ++index) {
+    records.push_back(ReadClient(library, *ItemAt(clients, index)));
+  }
+  return records;
+}
+
+std::wstring_view ClientKindName(std::int32_t kind) noexcept {
+  return kind >= 0 && kind <= kFavoriteMessaging ? kKindNames[kind] : std::wstring_view();
+}
+
+std::span<const ClientField> ClientFields() noexcept {
+  return kClientFields;
+}
+
+}  // namespace smh

@@ -1,0 +1,58 @@
+// Telling what came, went and changed between two looks at the list of entries.
+#pragma once
+
+#include "item_record.h"
+
+#include <functional>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace smh {
+
+// One entry at one look. Location and name are its identity.
+struct Sighting {
+  std::int32_t location;
+  std::wstring name;
+  bool changed;  // the library's mark: its details were read, for the first time or again
+};
+
+struct WatchEvent {
+  std::wstring_view kind;  // "added", "removed", "changed"
+  ItemRecord item;         // as it is now; what was known last of an entry that has gone
+};
+
+// When a new entry is told of: when its details are there, for a console, or at once, for a window that fills
+// them in.
+enum class Announce { complete, atOnce };
+
+class EntryWatch {
+ public:
+  // Reads the entry of the sighting with that index.
+  using Reader = std::function<ItemRecord(std::size_t index)>;
+
+  // Knows nothing yet: everything in the next look is new.
+  explicit EntryWatch(Announce announce) : announce_(announce) {}
+  // Takes the first look: everything in it counts as known.
+  EntryWatch(std::span<const Sighting> sightings, const Reader& read);
+
+  // The next look. With Announce::complete a new entry is held back until the library has read its details,
+  // for a few looks at most.
+  std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
+
+ private:
+  struct Entry {
+    ItemRecord record;
+    bool announced = false;
+    unsigned looks = 0;
+    bool seen = true;
+  };
+
+  Announce announce_ = Announce::complete;
+  std::map<std::pair<std::int32_t, std::wstring>, Entry> entries_;
+};
+
+}  // namespace smh

@@ -1,0 +1,125 @@
+#include "journal.h"
+
+#include "host_error.h"
+#include "library.h"
+
+#include <array>
+
+namespace smh {
+namespace {
+
+constexpr wchar_t kLibrary[] = L"guardkit.dll";
+
+// In the order of the enumerations.
+constexpr std::wstring_view kStateNames[] = {L"open", L"done", L"interrupted", L"undone"};
+constexpr std::wstring_view kOutcomeNames[] = {L"undo",        L"nothing", L"conflict",  L"blocked",
+                                               L"overwritten", L"kept",    L"impossible"};
+
+template <std::size_t size, typename Value>
+std::wstring_view NameAt(const std::wstring_view (&names)[size], Value value) noexcept {
+  const auto index = static_cast<std::size_t>(value);
+  return index < size ? names[index] : L"unknown";
+}
+
+std::vector<CheckpointRecord> Collect(HRESULT result, ICheckpointList* list) {
+  CheckResult(result, L"Cannot read the journal");
+  std::vector<CheckpointRecord> records;
+  const std::int32_t count = list->GetCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    CheckpointRecord& record = records.emplace_back();
+    CheckResult(list->GetInfo(i, &record.info), L"Cannot read a checkpoint");
+    record.title = TakeText([&](BoundaryText* text) { return list->GetTitle(i, text); });
+  }
+  return records;
+}
+
+UndoRecord Collect(HRESULT result, IUndoReport* report) {
+  UndoRecord record;
+  record.result = result;
+  if (report == nullptr) return record;
+  record.checkpoint = report->GetCheckpoint();
+  record.ownCheckpoint = report->GetOwnCheckpoint();
+  record.title = TakeText([&](BoundaryText* text) { return report->GetTitle(text); });
+  const std::int32_t count = report->GetCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    UndoneStepRecord& step = record.steps.emplace_back();
+    step.text = TakeText([&](BoundaryText* text) { return report->GetStep(i, &step.outcome, text); });
+  }
+  return record;
+}
+
+}  // namespace
+
+Journal::Journal()
+    : library_(LoadFromOwnFolder(kLibrary)),
+      journal_(static_cast<IJournal*>(AskInstance(library_.Get(), kLibrary, IJournal::kId))) {}
+
+std::vector<CheckpointRecord> Journal::Checkpoints() const {
+  ComPtr<ICheckpointList> list;
+  const HRESULT result = journal_->GetCheckpoints(list.Put());
+  return Collect(result, list.Get());
+}
+
+std::vector<CheckpointRecord> Journal::Interrupted() const {
+  ComPtr<ICheckpointList> list;
+  const HRESULT result = journal_->GetInterrupted(list.Put());
+  return Collect(result, list.Get());
+}
+
+UndoRecord Journal::Undo(std::uint32_t id, UndoMode mode) const {
+  ComPtr<IUndoReport> report;
+  const HRESULT result = journal_->Undo(id, mode, report.Put());
+  return Collect(result, report.Get());
+}
+
+UndoRecord Journal::Redo(std::uint32_t id, UndoMode mode) const {
+  ComPtr<IUndoReport> report;
+  const HRESULT result = journal_->Redo(id, mode, report.Put());
+  return Collect(result, report.Get());
+}
+
+std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
+  switch (record.result) {
+    case IJournal::kConflict:
+      return L"later changes are in conflict with it; nothing was changed.";
+    case IJournal::kWrongState:
+      return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
+    case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
+      return L"there is no such checkpoint.";
+    case HRESULT_FROM_WIN32(ERROR_BUSY):
+      return L"it is still at work.";
+    case HRESULT_FROM_WIN32(ERROR_LOCK_VIOLATION):
+      return L"another change is at work.";
+    default:
+      break;
+  }
+  std::wstring text = SystemErrorText(record.result);
+  if (record.ownCheckpoint != 0) {
+    text += L"\nWhat was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
+            L", which can be undone.";
+  }
+  return text;
+}
+
+std::wstring_view CheckpointStateName(CheckpointState state) noexcept {
+  return NameAt(kStateNames, state);
+}
+
+std::wstring_view StepOutcomeName(StepOutcome outcome) noexcept {
+  return NameAt(kOutcomeNames, outcome);
+}
+
+std::wstring IsoTimeOf(const FILETIME& time) {
+  SYSTEMTIME universal;
+  SYSTEMTIME local;
+  if (FileTimeToSystemTime(&time, &universal) == FALSE ||
+      SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local) == FALSE) {
+    return {};
+  }
+  wchar_t text[32];
+  wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02d", local.wYear, local.wMonth, local.wDay, local.wHour,
+            local.wMinute, local.wSecond);
+  return text;
+}
+
+}  // namespace smh

@@ -1,0 +1,126 @@
+#include "command_bar.h"
+
+#include "glyphs.h"
+#include "resource.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+namespace smh {
+namespace {
+
+struct CommandRow {
+  UINT command;  // 0: a gap
+  Glyph glyph;
+  const wchar_t* label;  // none: the picture only
+  const wchar_t* tip;
+};
+constexpr CommandRow kCommands[] = {
+    {CMD_ENABLE, Glyph::on, L"Enable", L"Start the selected entries with Windows again (Ctrl+E)"},
+    {CMD_DISABLE, Glyph::off, L"Disable", L"Keep the selected entries from starting (Ctrl+D)"},
+    {CMD_DELETE, Glyph::remove, L"Delete", L"Delete the selected entries (Del)"},
+    {0, Glyph::none, nullptr, nullptr},
+    {CMD_ADD, Glyph::add, L"Add", L"Add an entry (Ctrl+N)"},
+    {CMD_MOVE, Glyph::move, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
+    {CMD_CHANGE_COMMAND, Glyph::edit, nullptr, L"Change the entry's command (F2)"},
+    {CMD_EXECUTE, Glyph::run, nullptr, L"Run the entry's command now (Ctrl+R)"},
+    {0, Glyph::none, nullptr, nullptr},
+    {CMD_UNDO, Glyph::undo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
+    {CMD_REDO, Glyph::redo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},
+    {0, Glyph::none, nullptr, nullptr},
+    {CMD_EXPORT, Glyph::save, nullptr, L"Write the entries to a CSV or JSON file (Ctrl+S)"},
+    {CMD_REFRESH, Glyph::refresh, nullptr, L"Read all entries anew (F5)"},
+    {CMD_RESTART_ELEVATED, Glyph::shield, nullptr,
+     L"Restart as administrator, to change the entries of all users"},
+};
+
+const CommandRow* RowOf(UINT command) noexcept {
+  const auto row = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                [command](const CommandRow& each) { return each.command == command; });
+  return row == std::end(kCommands) ? nullptr : &*row;
+}
+
+TBBUTTON ButtonOf(const CommandRow& row) noexcept {
+  TBBUTTON button = {};
+  if (row.command == 0) {
+    button.fsStyle = BTNS_SEP;
+    return button;
+  }
+  button.iBitmap = static_cast<int>(row.glyph);
+  button.idCommand = static_cast<int>(row.command);
+  button.fsState = TBSTATE_ENABLED;
+  button.fsStyle = BTNS_AUTOSIZE | (row.label == nullptr ? 0 : BTNS_SHOWTEXT);
+  button.iString = reinterpret_cast<INT_PTR>(row.label == nullptr ? L"" : row.label);
+  return button;
+}
+
+}  // namespace
+
+void CommandBar::Create(HWND parent) {
+  bar_ = CreateWindowExW(0, TOOLBARCLASSNAMEW, L"",
+                         WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_LIST |
+                             TBSTYLE_TOOLTIPS | TBSTYLE_TRANSPARENT | CCS_NODIVIDER | CCS_NORESIZE |
+                             CCS_NOPARENTALIGN,
+                         0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TOOLBAR), nullptr, nullptr);
+  SendMessageW(bar_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+  SendMessageW(bar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
+}
+
+CommandBar::~CommandBar() {
+  for (const HIMAGELIST images : {images_, greyed_}) {
+    if (images != nullptr) ImageList_Destroy(images);
+  }
+}
+
+// A tool bar measures its buttons when they are inserted.
+void CommandBar::SetDpi(int dpi, HFONT font) {
+  const HIMAGELIST before[] = {images_, greyed_};
+  images_ = MakeGlyphs(dpi, GlyphLook::normal);
+  greyed_ = MakeGlyphs(dpi, GlyphLook::greyed);
+  while (SendMessageW(bar_, TB_DELETEBUTTON, 0, 0) != FALSE) {
+  }
+  int side = 16;
+  ImageList_GetIconSize(images_, &side, &side);
+  SendMessageW(bar_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  SendMessageW(bar_, TB_SETBITMAPSIZE, 0, MAKELPARAM(side, side));
+  SendMessageW(bar_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images_));
+  SendMessageW(bar_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(greyed_));
+  const int padding = MulDiv(7, dpi, USER_DEFAULT_SCREEN_DPI);
+  SendMessageW(bar_, TB_SETPADDING, 0, MAKELPARAM(padding, padding));
+  std::vector<TBBUTTON> buttons;
+  for (const CommandRow& row : kCommands) buttons.push_back(ButtonOf(row));
+  SendMessageW(bar_, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
+  SendMessageW(bar_, TB_AUTOSIZE, 0, 0);
+  for (const HIMAGELIST images : before) {
+    if (images != nullptr) ImageList_Destroy(images);
+  }
+}
+
+int CommandBar::Height() const {
+  return HIWORD(SendMessageW(bar_, TB_GETBUTTONSIZE, 0, 0));
+}
+
+void CommandBar::Update(const std::function<bool(UINT command)>& canRun) const {
+  for (const CommandRow& row : kCommands) {
+    if (row.command == 0) continue;
+    const bool isEnabled = SendMessageW(bar_, TB_ISBUTTONENABLED, row.command, 0) != 0;
+    const bool can = canRun(row.command);
+    if (isEnabled != can) SendMessageW(bar_, TB_ENABLEBUTTON, row.command, MAKELPARAM(can ? TRUE : FALSE, 0));
+  }
+}
+
+void CommandBar::ShowButton(UINT command, bool show) const {
+  SendMessageW(bar_, TB_HIDEBUTTON, command, MAKELPARAM(show ? FALSE : TRUE, 0));
+}
+
+bool CommandBar::OnNotify(const NMHDR& header) {
+  if (header.code != TTN_GETDISPINFOW) return false;
+  if (const CommandRow* const row = RowOf(static_cast<UINT>(header.idFrom))) {
+    auto& info = reinterpret_cast<NMTTDISPINFOW&>(const_cast<NMHDR&>(header));
+    info.lpszText = const_cast<wchar_t*>(row->tip);
+  }
+  return true;
+}
+
+}  // namespace smh

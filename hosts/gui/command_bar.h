@@ -1,0 +1,35 @@
+// The tool bar: which commands it has, and whether they can be used now.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+
+namespace smh {
+
+class CommandBar {
+ public:
+  void Create(HWND parent);
+  ~CommandBar();
+  CommandBar() = default;
+  CommandBar(const CommandBar&) = delete;
+  CommandBar& operator=(const CommandBar&) = delete;
+
+  HWND Handle() const noexcept { return bar_; }
+  void SetDpi(int dpi, HFONT font);
+  int Height() const;
+  // Greys what `canRun` denies.
+  void Update(const std::function<bool(UINT command)>& canRun) const;
+  void ShowButton(UINT command, bool show) const;
+  // Gives a tip its text; true when the notification was for one.
+  static bool OnNotify(const NMHDR& header);
+
+ private:
+  HWND bar_ = nullptr;
+  HIMAGELIST images_ = nullptr;
+  HIMAGELIST greyed_ = nullptr;
+};
+
+}  // namespace smh

@@ -1,0 +1,130 @@
+#include "details_pane.h"
+
+#include "dpi.h"
+#include "entry_columns.h"
+#include "location_titles.h"
+#include "resource.h"
+#include "text_encoding.h"
+
+namespace smh {
+namespace {
+
+constexpr int kNameWidth = 130;
+constexpr int kValueWidth = 620;
+
+// Date and time as the user writes them.
+std::wstring LocalTime(const std::optional<double>& date) {
+  SYSTEMTIME time;
+  if (!date || !VariantTimeToSystemTime(*date, &time)) return {};
+  wchar_t day[64] = L"";
+  wchar_t clock[64] = L"";
+  GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, day, ARRAYSIZE(day));
+  GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &time, nullptr, clock, ARRAYSIZE(clock));
+  return std::wstring(day) + L" " + clock;
+}
+
+std::wstring SizeText(const std::optional<std::int64_t>& size) {
+  if (!size) return {};
+  const std::wstring digits = std::to_wstring(*size);
+  std::wstring text;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % 3 == 0) text += L'\u2009';
+    text += digits[i];
+  }
+  return text + L" bytes";
+}
+
+std::wstring FileText(const ItemRecord& item, const std::wstring& file) {
+  if (item.command.empty()) return {};
+  if (IsFileMissing(item)) return file.empty() ? L"(missing)" : file + L"  (missing)";
+  return file;
+}
+
+}  // namespace
+
+std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
+                                                             const std::wstring& file) {
+  std::vector<std::pair<std::wstring, std::wstring>> lines = {
+      {L"Name", item.caption},
+      {L"Status", StatusText(item)},
+      {L"Rating", RatingText(item)},
+      {L"Command", item.command},
+      {L"File", FileText(item, file)},
+      {L"Working folder", item.workingFolder},
+      {L"Description", item.description},
+      {L"Company", item.company},
+      {L"Product", item.productName},
+      {L"Version", item.version},
+      {L"File version", item.fileVersion},
+      {L"Product version", item.productVersion},
+      {L"Version number", item.versionNumber},
+      {L"Internal name", item.internalName},
+      {L"Original file name", item.originalFilename},
+      {L"Comments", item.comments},
+      {L"Private build", item.privateBuild},
+      {L"Special build", item.specialBuild},
+      {L"Copyright", item.legalCopyright},
+      {L"Trademarks", item.legalTrademarks},
+      {L"Type", item.fileTypeName},
+      {L"Size", SizeText(item.fileSize)},
+      {L"Created", LocalTime(item.creationTime)},
+      {L"Changed", LocalTime(item.lastWriteTime)},
+      {L"Last opened", LocalTime(item.lastAccessTime)},
+      {L"Location", TitleOf(item.location).full},
+      {L"Stored as", item.name},
+  };
+  std::erase_if(lines, [](const auto& line) { return line.second.empty(); });
+  for (auto& [name, text] : lines) text = Printable(text);
+  return lines;
+}
+
+void DetailsPane::Create(HWND parent) {
+  heading_ = CreateWindowExW(0, WC_STATICW, L"",
+                             WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE, 0, 0,
+                             0, 0, parent, reinterpret_cast<HMENU>(IDC_HEADING), nullptr, nullptr);
+  ListSource source;
+  source.text = [this](std::size_t row, std::size_t column) {
+    return column == 0 ? lines_[row].first : lines_[row].second;
+  };
+  list_.Create(parent, IDC_DETAILS, {{L"Property", kNameWidth}, {L"Value", kValueWidth}}, std::move(source));
+}
+
+void DetailsPane::Place(const RECT& area) const {
+  const int margin = Scaled(4, dpi_);
+  const int width = static_cast<int>(area.right - area.left);
+  MoveWindow(heading_, area.left + margin, area.top, width - 2 * margin, headingHeight_, TRUE);
+  const int top = area.top + headingHeight_;
+  MoveWindow(list_.Handle(), area.left, top, width, area.bottom > top ? area.bottom - top : 0, TRUE);
+}
+
+void DetailsPane::Show(bool show) const {
+  for (const HWND window : {heading_, list_.Handle()}) ShowWindow(window, show ? SW_SHOWNA : SW_HIDE);
+}
+
+void DetailsPane::SetDpi(int dpi, const ViewFonts& fonts) {
+  dpi_ = dpi;
+  SendMessageW(heading_, WM_SETFONT, reinterpret_cast<WPARAM>(fonts.heading), TRUE);
+  headingHeight_ = FontHeight(heading_, fonts.heading) + Scaled(8, dpi);
+  list_.SetDpi(dpi, fonts.normal);
+}
+
+void DetailsPane::SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file) {
+  auto lines = item == nullptr ? decltype(lines_)() : DetailsOf(*item, file);
+  if (lines == lines_ && item != nullptr) return;
+  lines_ = std::move(lines);
+  SetWindowTextW(heading_, heading.c_str());
+  list_.SetCount(lines_.size());
+}
+
+std::wstring DetailsPane::TextToCopy() const {
+  std::wstring text;
+  const std::vector<std::size_t> rows = list_.Selection();
+  if (rows.size() == 1) return lines_[rows.front()].second;
+  for (std::size_t row = 0; row < lines_.size(); ++row) {
+    if (!rows.empty() && std::find(rows.begin(), rows.end(), row) == rows.end()) continue;
+    text += lines_[row].first + L"\t" + lines_[row].second + L"\r\n";
+  }
+  return text;
+}
+
+}  // namespace smh

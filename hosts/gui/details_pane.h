@@ -1,0 +1,42 @@
+// Everything that is known about one entry, to read and to copy.
+#pragma once
+
+#include "item_record.h"
+#include "view.h"
+#include "virtual_list.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace smh {
+
+// Names and texts in the order of display; what is empty is left out. `file` is the program that the command
+// starts.
+std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
+                                                             const std::wstring& file);
+
+class DetailsPane {
+ public:
+  void Create(HWND parent);
+  HWND Handle() const noexcept { return list_.Handle(); }
+  void Place(const RECT& area) const;
+  void Show(bool show) const;
+  void SetDpi(int dpi, const ViewFonts& fonts);
+
+  // Without an entry only the heading is shown.
+  void SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file);
+  // The selected texts, or all lines when none is selected.
+  std::wstring TextToCopy() const;
+  bool OnNotify(const NMHDR& header, LRESULT& result) { return list_.OnNotify(header, result); }
+
+ private:
+  HWND heading_ = nullptr;
+  VirtualList list_;
+  std::vector<std::pair<std::wstring, std::wstring>> lines_;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
+  int headingHeight_ = 0;
+};
+
+}  // namespace smh

@@ -1,0 +1,30 @@
+// Sizes and fonts at the resolution of a window's screen.
+#pragma once
+
+#include "infra/handle.h"
+
+namespace smh {
+
+// Dots per inch of the screen that the window is on, else of the main screen.
+int DpiOf(HWND window) noexcept;
+
+// A size given for 96 DPI.
+inline int Scaled(int size, int dpi) noexcept {
+  return MulDiv(size, dpi, USER_DEFAULT_SCREEN_DPI);
+}
+
+struct FontTraits {
+  using Type = HFONT;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { DeleteObject(value); }
+};
+using ScopedFont = ScopedResource<FontTraits>;
+
+enum class FontKind { normal, heading };
+
+// The font of the user's message boxes; a heading is bold and larger.
+ScopedFont MakeFont(int dpi, FontKind kind = FontKind::normal);
+int FontHeight(HWND window, HFONT font) noexcept;
+
+}  // namespace smh

@@ -1,0 +1,225 @@
+#include "entries_view.h"
+
+#include "dpi.h"
+#include "location_titles.h"
+#include "resource.h"
+
+#include <algorithm>
+
+namespace smh {
+namespace {
+
+constexpr COLORREF kMissingColor = RGB(0xB0, 0x30, 0x20);
+constexpr int kLeastListHeight = 80;
+constexpr int kLeastDetailsHeight = 60;
+
+std::vector<ListColumn> ListColumns() {
+  std::vector<ListColumn> columns;
+  for (const EntryColumn& column : EntryColumns()) columns.push_back({column.title, column.width});
+  return columns;
+}
+
+}  // namespace
+
+EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame) {
+  list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
+  list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
+  details_.Create(parent);
+  splitter_.Open(parent, Splitter::Direction::upDown, [this](int position) {
+    SetDetailsHeight(MulDiv(static_cast<int>(area_.bottom) - position, USER_DEFAULT_SCREEN_DPI, dpi_));
+  });
+}
+
+ListSource EntriesView::MakeSource() {
+  ListSource source;
+  source.text = [this](std::size_t row, std::size_t column) {
+    return EntryColumns()[column].text(rows_.Shown()[row]->item);
+  };
+  source.image = [this](std::size_t row, std::size_t column) {
+    const ItemRecord& item = rows_.Shown()[row]->item;
+    if (column == kNameColumn) return static_cast<int>(item.imageIndex);
+    // Images 0 to 2 are the ratings.
+    return column == kRatingColumn ? static_cast<int>(item.rating) : I_IMAGENONE;
+  };
+  source.checked = [this](std::size_t row) { return rows_.Shown()[row]->item.enabled; };
+  source.color = [this](std::size_t row) {
+    const ItemRecord& item = rows_.Shown()[row]->item;
+    if (!item.enabled) return GetSysColor(COLOR_GRAYTEXT);
+    return IsFileMissing(item) ? kMissingColor : GetSysColor(COLOR_WINDOWTEXT);
+  };
+  source.onSort = [this](std::size_t column) {
+    SortBy(column, column == rows_.SortColumn() && !rows_.Descending());
+  };
+  source.onCheck = [this](std::size_t row) { Toggle(row); };
+  source.onSelect = [this] { OnSelect(); };
+  return source;
+}
+
+void EntriesView::OnNews(ListNews& news) {
+  readState_ = news.readState;
+  smallImages_ = news.smallImages;
+  largeImages_ = news.largeImages;
+  ChooseImages();
+  if (!news.events.empty()) {
+    Rearrange([&] { rows_.Apply(std::move(news.events)); });
+    SelectAdded();
+    ShowDetails();
+  }
+  frame_.onChange();
+}
+
+void EntriesView::ChooseImages() {
+  list_.SetImages(images_.For(dpi_, smallImages_, largeImages_));
+}
+
+void EntriesView::ForgetImages() {
+  smallImages_ = largeImages_ = nullptr;
+  list_.SetImages(nullptr);
+}
+
+void EntriesView::ShowLocations(const LocationSet& locations) {
+  locations_ = locations;
+  Rearrange([&] { rows_.ShowLocations(locations); });
+}
+
+void EntriesView::Search(std::wstring_view text) {
+  Rearrange([&] { rows_.Search(text); });
+}
+
+void EntriesView::SortBy(std::size_t column, bool descending) {
+  if (column >= EntryColumns().size()) return;
+  Rearrange([&] { rows_.Sort(column, descending); });
+  list_.ShowSortArrow(column, descending);
+}
+
+EntriesView::Standing EntriesView::Remember() const {
+  Standing standing;
+  for (const RowId id : rows_.IdsAt(list_.Selection())) standing.selected.insert(id);
+  standing.focusedPosition = list_.Focused();
+  const auto idAt = [this](std::size_t row) {
+    return row < rows_.Shown().size() ? rows_.Shown()[row]->id : 0;
+  };
+  standing.focused = idAt(standing.focusedPosition);
+  standing.top = idAt(list_.TopRow());
+  return standing;
+}
+
+void EntriesView::Restore(const Standing& standing) {
+  const std::size_t count = rows_.Shown().size();
+  list_.SetCount(count);
+  const auto focused = rows_.PositionsOf({standing.focused});
+  // The entry that has gone leaves the focus to the one that takes its place.
+  std::size_t row = focused.empty() ? standing.focusedPosition : focused.front();
+  if (focused.empty() && standing.focused != 0 && count > 0) row = std::min(row, count - 1);
+  list_.Select(rows_.PositionsOf(standing.selected), row);
+  const auto top = rows_.PositionsOf({standing.top});
+  if (!top.empty()) list_.ScrollTo(top.front());
+}
+
+template <typename Change>
+void EntriesView::Rearrange(Change&& change) {
+  const Standing standing = Remember();
+  SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
+  change();
+  Restore(standing);
+  SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(list_.Handle(), nullptr, FALSE);
+}
+
+void EntriesView::SelectAdded() {
+  if (!added_) return;
+  const auto& shown = rows_.Shown();
+  const auto row = std::find_if(shown.begin(), shown.end(), [this](const EntryRow* each) {
+    return each->item.location == added_->location && each->item.caption == added_->name;
+  });
+  if (row == shown.end()) return;
+  const auto position = static_cast<std::size_t>(row - shown.begin());
+  added_.reset();
+  list_.Select({position}, position);
+  ListView_EnsureVisible(list_.Handle(), static_cast<int>(position), FALSE);
+}
+
+void EntriesView::OnSelect() {
+  ShowDetails();
+  frame_.onChange();
+}
+
+void EntriesView::ShowDetails() {
+  const ItemRecord* const item = OnlySelected();
+  if (item == nullptr) {
+    const std::size_t count = list_.Selection().size();
+    const std::wstring text =
+        count == 0 ? L"Select an entry to see what it is" : std::to_wstring(count) + L" entries selected";
+    return details_.SetEntry(text, nullptr, {});
+  }
+  if (item->command != resolvedCommand_) ResolveFile(*item);
+  details_.SetEntry(
+      CaptionText(*item) + (item->description.empty() ? L"" : L"  \u2013  " + item->description), item,
+      resolvedFile_);
+}
+
+void EntriesView::ResolveFile(const ItemRecord& item) {
+  resolvedCommand_ = item.command;
+  resolvedFile_.clear();
+  frame_.worker.Post([this, command = item.command](LibrarySession& session) {
+    frame_.worker.Tell([this, command, file = session.ResolveFile(command)] {
+      if (command != resolvedCommand_ || file == resolvedFile_) return;
+      resolvedFile_ = file;
+      ShowDetails();
+    });
+  });
+}
+
+void EntriesView::SetDetailsHeight(int height) {
+  detailsHeight_ = height;
+  Place(area_);
+}
+
+void EntriesView::Place(const RECT& area) {
+  area_ = area;
+  const int bar = Scaled(Splitter::kThickness, dpi_);
+  const int height = static_cast<int>(area.bottom - area.top);
+  const int most = std::max(height - bar - Scaled(kLeastListHeight, dpi_), 0);
+  const int details =
+      std::min(std::max(Scaled(detailsHeight_, dpi_), Scaled(kLeastDetailsHeight, dpi_)), most);
+  const int width = static_cast<int>(area.right - area.left);
+  const int top = static_cast<int>(area.bottom) - details;
+  MoveWindow(list_.Handle(), area.left, area.top, width, std::max(top - bar - static_cast<int>(area.top), 0),
+             TRUE);
+  MoveWindow(splitter_.Handle(), area.left, top - bar, width, bar, TRUE);
+  details_.Place({area.left, top, area.right, area.bottom});
+}
+
+void EntriesView::Show(bool show) {
+  shown_ = show;
+  for (const HWND window : {list_.Handle(), splitter_.Handle()})
+    ShowWindow(window, show ? SW_SHOWNA : SW_HIDE);
+  details_.Show(show);
+}
+
+void EntriesView::SetDpi(int dpi, const ViewFonts& fonts) {
+  dpi_ = dpi;
+  list_.SetDpi(dpi, fonts.normal);
+  details_.SetDpi(dpi, fonts);
+  ChooseImages();
+}
+
+bool EntriesView::OnNotify(const NMHDR& header, LRESULT& result) {
+  return list_.OnNotify(header, result) || details_.OnNotify(header, result);
+}
+
+bool EntriesView::HasLockedEntries() const {
+  return std::any_of(rows_.Shown().begin(), rows_.Shown().end(),
+                     [](const EntryRow* row) { return IsLocked(row->item); });
+}
+
+std::wstring EntriesView::CountText() const {
+  std::wstring text = std::to_wstring(rows_.Shown().size());
+  if (rows_.Shown().size() != rows_.Total()) text += L" of " + std::to_wstring(rows_.Total());
+  text += rows_.Total() == 1 ? L" entry" : L" entries";
+  const std::size_t selected = list_.Selection().size();
+  if (selected > 1) text += L", " + std::to_wstring(selected) + L" selected";
+  return text;
+}
+
+}  // namespace smh

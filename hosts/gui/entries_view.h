@@ -1,0 +1,104 @@
+// The view of start-up entries: the list, the details of the selected one, and what can be done with them.
+#pragma once
+
+#include "details_pane.h"
+#include "entry_rows.h"
+#include "frame.h"
+#include "scaled_images.h"
+#include "splitter.h"
+#include "view.h"
+#include "virtual_list.h"
+
+#include <functional>
+#include <optional>
+
+namespace smh {
+
+class EntriesView final : public View {
+ public:
+  EntriesView(HWND parent, const Frame& frame);
+
+  void OnNews(ListNews& news);
+  void ShowLocations(const LocationSet& locations);
+  const EntryRows& Rows() const noexcept { return rows_; }
+  bool IsReading() const noexcept { return readState_ != kReadStateComplete; }
+  std::int32_t ReadState() const noexcept { return readState_; }
+  // The library's images are about to go.
+  void ForgetImages();
+  bool HasLockedEntries() const;
+
+  std::vector<int> ColumnWidths() const { return list_.ColumnWidths(); }
+  void SetColumnWidths(const std::vector<int>& widths) { list_.SetColumnWidths(widths); }
+  void SortBy(std::size_t column, bool descending);
+  int DetailsHeight() const noexcept { return detailsHeight_; }
+  void SetDetailsHeight(int height);
+
+  void Show(bool show) override;
+  void Place(const RECT& area) override;
+  void SetDpi(int dpi, const ViewFonts& fonts) override;
+  HWND MainControl() const override { return list_.Handle(); }
+  bool OnNotify(const NMHDR& header, LRESULT& result) override;
+  bool CanRun(UINT command) const override;
+  void Run(UINT command) override;
+  void Search(std::wstring_view text) override;
+  std::wstring CountText() const override;
+
+ private:
+  // What is selected and where the list stands, by entries instead of positions.
+  struct Standing {
+    std::set<RowId> selected;
+    RowId focused = 0;
+    std::size_t focusedPosition = 0;
+    RowId top = 0;
+  };
+  Standing Remember() const;
+  void Restore(const Standing& standing);
+  // Changes rows_ and keeps selection and place.
+  template <typename Change>
+  void Rearrange(Change&& change);
+
+  ListSource MakeSource();
+  void ChooseImages();
+  void OnSelect();
+  void Toggle(std::size_t row);
+  void ShowDetails();
+  void ResolveFile(const ItemRecord& item);
+  void SelectAdded();
+
+  std::vector<ItemRecord> Selected() const;
+  std::vector<ItemRecord> SelectedThatCan(ItemAction action) const;
+  const ItemRecord* OnlySelected() const;
+
+  // Operations.
+  bool MayChange(const std::vector<ItemRecord>& items) const;
+  void Apply(std::vector<ItemRecord> items, EntryOperation operation, const std::wstring& done);
+  void Switch(ItemAction action, std::vector<ItemRecord> items);
+  void Delete();
+  void Add();
+  void Move();
+  void ChangeCommand();
+  void ShowFile();
+  void Export();
+  void Copy() const;
+
+  const Frame& frame_;
+  EntryRows rows_;
+  VirtualList list_;
+  DetailsPane details_;
+  Splitter splitter_;
+  RECT area_ = {};
+  LocationSet locations_;
+  ScaledImages images_;
+  HIMAGELIST smallImages_ = nullptr;
+  HIMAGELIST largeImages_ = nullptr;
+  std::int32_t readState_ = kReadStateReading;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
+  int detailsHeight_ = 210;  // at 96 DPI
+  bool shown_ = false;
+  // The program of the command that the details show.
+  std::wstring resolvedCommand_;
+  std::wstring resolvedFile_;
+  std::optional<EntryKey> added_;  // location and caption of an entry that is about to appear
+};
+
+}  // namespace smh

@@ -1,0 +1,34 @@
+// The columns of the list of entries.
+#pragma once
+
+#include "item_record.h"
+
+#include <span>
+#include <string>
+
+namespace smh {
+
+struct EntryColumn {
+  const wchar_t* title;
+  int width;  // at 96 DPI
+  std::wstring (*text)(const ItemRecord& item);
+};
+
+inline constexpr std::size_t kNameColumn = 0;
+inline constexpr std::size_t kRatingColumn = 3;
+
+// In their order on the screen.
+std::span<const EntryColumn> EntryColumns() noexcept;
+
+// Whether the entry names a program that is not there.
+bool IsFileMissing(const ItemRecord& item) noexcept;
+// Whether neither its state nor its existence can be changed.
+bool IsLocked(const ItemRecord& item) noexcept;
+// "On", "Off, file missing", ...
+std::wstring StatusText(const ItemRecord& item);
+// "Trusted", "Unknown", "Risky".
+std::wstring RatingText(const ItemRecord& item);
+// The file's or, without one, the value's name when the entry has no caption.
+std::wstring CaptionText(const ItemRecord& item);
+
+}  // namespace smh

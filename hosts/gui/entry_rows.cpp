@@ -1,0 +1,157 @@
+#include "entry_rows.h"
+
+#include "location_titles.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace smh {
+namespace {
+
+std::wstring LowerCase(std::wstring_view text) {
+  std::wstring lower(text);
+  CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
+  return lower;
+}
+
+// By the rules of the user's locale, in a form that compares byte by byte.
+std::string SortKeyOf(const std::wstring& text) {
+  const int length = static_cast<int>(text.size());
+  constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE;
+  const int size =
+      length == 0 ? 0 : LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), length, nullptr, 0);
+  std::string key(static_cast<std::size_t>(std::max(size, 0)), '\0');
+  if (size > 0) {
+    LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), length, reinterpret_cast<wchar_t*>(key.data()),
+                 size);
+  }
+  return key;
+}
+
+std::wstring SearchedText(const ItemRecord& item) {
+  std::wstring text = StatusText(item) + L'\n' + RatingText(item) + L'\n' + TitleOf(item.location).full;
+  for (const std::wstring& part :
+       {item.caption, item.command, item.company, item.description, item.productName}) {
+    text.append(1, L'\n').append(part);
+  }
+  return LowerCase(text);
+}
+
+auto Likeness(const ItemRecord& item) {
+  return std::make_tuple(item.location, item.caption, item.command);
+}
+
+std::vector<std::wstring> WordsOf(const std::wstring& text) {
+  std::vector<std::wstring> words;
+  for (std::size_t end = 0;;) {
+    const std::size_t begin = text.find_first_not_of(L" \t", end);
+    if (begin == std::wstring::npos) return words;
+    end = std::min(text.find_first_of(L" \t", begin), text.size());
+    words.push_back(text.substr(begin, end - begin));
+  }
+}
+
+}  // namespace
+
+void EntryRows::Apply(std::vector<WatchEvent> events) {
+  std::multimap<std::tuple<std::int32_t, std::wstring, std::wstring>, EntryKey> gone;
+  for (const WatchEvent& event : events) {
+    if (event.kind == L"removed") gone.emplace(Likeness(event.item), KeyOf(event.item));
+  }
+  for (WatchEvent& event : events) {
+    if (event.kind == L"removed") continue;
+    const auto before = event.kind == L"added" ? gone.find(Likeness(event.item)) : gone.end();
+    if (before == gone.end()) {
+      Put(std::move(event.item));
+    } else {
+      Rename(before->second, std::move(event.item));
+      gone.erase(before);
+    }
+  }
+  for (const auto& [likeness, key] : gone) Remove(key);
+  Arrange();
+}
+
+void EntryRows::Put(ItemRecord item) {
+  const auto [place, isNew] = rows_.try_emplace(KeyOf(item));
+  EntryRow& row = place->second;
+  if (isNew) {
+    row.id = ++lastId_;
+    ++counts_[item.location];
+  }
+  row.searched = SearchedText(item);
+  row.sortKey = SortKeyOf(EntryColumns()[column_].text(item));
+  row.item = std::move(item);
+}
+
+void EntryRows::Remove(const EntryKey& key) {
+  if (rows_.erase(key) != 0) --counts_[key.location];
+}
+
+void EntryRows::Rename(const EntryKey& from, ItemRecord to) {
+  auto node = rows_.extract(from);
+  if (!node.empty()) {
+    node.key() = KeyOf(to);
+    const auto inserted = rows_.insert(std::move(node));
+    if (!inserted.inserted) --counts_[from.location];
+  }
+  Put(std::move(to));
+}
+
+void EntryRows::ShowLocations(LocationSet locations) {
+  locations_ = locations;
+  Filter();
+}
+
+void EntryRows::Search(std::wstring_view text) {
+  words_ = WordsOf(LowerCase(text));
+  Filter();
+}
+
+void EntryRows::Sort(std::size_t column, bool descending) {
+  if (column != column_) {
+    column_ = column;
+    for (auto& [key, row] : rows_) row.sortKey = SortKeyOf(EntryColumns()[column].text(row.item));
+  }
+  descending_ = descending;
+  Arrange();
+}
+
+void EntryRows::Arrange() {
+  order_.clear();
+  order_.reserve(rows_.size());
+  for (const auto& [key, row] : rows_) order_.push_back(&row);
+  // Rows are gathered in the order of their keys, which equal ones keep.
+  std::stable_sort(order_.begin(), order_.end(), [this](const EntryRow* a, const EntryRow* b) {
+    return descending_ ? b->sortKey < a->sortKey : a->sortKey < b->sortKey;
+  });
+  Filter();
+}
+
+void EntryRows::Filter() {
+  shown_.clear();
+  std::copy_if(order_.begin(), order_.end(), std::back_inserter(shown_), [this](const EntryRow* row) {
+    return locations_[row->item.location] &&
+           std::all_of(words_.begin(), words_.end(), [row](const std::wstring& word) {
+             return row->searched.find(word) != std::wstring::npos;
+           });
+  });
+}
+
+std::vector<RowId> EntryRows::IdsAt(const std::vector<std::size_t>& positions) const {
+  std::vector<RowId> ids;
+  for (const std::size_t position : positions) {
+    if (position < shown_.size()) ids.push_back(shown_[position]->id);
+  }
+  return ids;
+}
+
+std::vector<std::size_t> EntryRows::PositionsOf(const std::set<RowId>& ids) const {
+  std::vector<std::size_t> positions;
+  for (std::size_t position = 0; position < shown_.size(); ++position) {
+    if (ids.contains(shown_[position]->id)) positions.push_back(position);
+  }
+  return positions;
+}
+
+}  // namespace smh

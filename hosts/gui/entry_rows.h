@@ -1,0 +1,83 @@
+// What the list of entries shows: a copy of all entries, the order, and what the filter leaves of them. Has
+// no window; used by one thread.
+#pragma once
+
+#include "entry_columns.h"
+#include "entry_watch.h"
+#include "location_names.h"
+
+#include <bitset>
+#include <compare>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// Location and name are an entry's identity.
+struct EntryKey {
+  std::int32_t location = sulNone;
+  std::wstring name;
+  auto operator<=>(const EntryKey&) const = default;
+};
+
+inline EntryKey KeyOf(const ItemRecord& item) {
+  return {item.location, item.name};
+}
+
+using LocationSet = std::bitset<kLastLocation + 1>;
+
+// A row keeps its number for as long as its entry is listed, under whatever name.
+using RowId = std::uint64_t;
+
+struct EntryRow {
+  RowId id = 0;
+  ItemRecord item;
+  std::wstring searched;  // lower case
+  std::string sortKey;    // of the column that sorts
+};
+
+class EntryRows {
+ public:
+  // An entry that goes while one with the same location, caption and command comes has only changed its name,
+  // as it does when it is disabled: its row stays the same.
+  void Apply(std::vector<WatchEvent> events);
+  void ShowLocations(LocationSet locations);
+  // Shows rows that have every word of `text` somewhere, case ignored.
+  void Search(std::wstring_view text);
+  void Sort(std::size_t column, bool descending);
+
+  std::size_t SortColumn() const noexcept { return column_; }
+  bool Descending() const noexcept { return descending_; }
+  std::size_t Total() const noexcept { return rows_.size(); }
+  std::size_t CountOf(std::int32_t location) const noexcept { return counts_[location]; }
+  // The rows that are shown, in their order. Valid until the next change.
+  const std::vector<const EntryRow*>& Shown() const noexcept { return shown_; }
+
+  std::vector<RowId> IdsAt(const std::vector<std::size_t>& positions) const;
+  // The positions of those rows that are still shown.
+  std::vector<std::size_t> PositionsOf(const std::set<RowId>& ids) const;
+
+ private:
+  using Rows = std::map<EntryKey, EntryRow>;
+
+  void Put(ItemRecord item);
+  void Remove(const EntryKey& key);
+  void Rename(const EntryKey& from, ItemRecord to);
+  void Arrange();
+  void Filter();
+
+  Rows rows_;
+  std::vector<const EntryRow*> order_;  // all rows, sorted
+  std::vector<const EntryRow*> shown_;
+  std::size_t counts_[kLastLocation + 1] = {};
+  LocationSet locations_ = LocationSet().set();
+  std::vector<std::wstring> words_;
+  std::size_t column_ = kNameColumn;
+  bool descending_ = false;
+  RowId lastId_ = 0;
+};
+
+}  // namespace smh

@@ -1,0 +1,56 @@
+#include "frame.h"
+
+#include <cstring>
+
+namespace smh {
+namespace {
+
+constexpr wchar_t kTitle[] = L"Startup Manager";
+constexpr std::size_t kMostFailures = 10;
+
+std::wstring Entries(std::size_t count) {
+  return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries");
+}
+
+}  // namespace
+
+void ShowError(const Frame& frame, const std::wstring& text) {
+  MessageBoxW(frame.window, text.c_str(), kTitle, MB_OK | MB_ICONERROR);
+}
+
+bool Confirm(const Frame& frame, const std::wstring& question) {
+  return MessageBoxW(frame.window, question.c_str(), kTitle, MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+}
+
+void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {
+  if (report.done > 0) frame.say(done + L" " + Entries(report.done) + L".");
+  if (report.failures.empty()) return;
+  std::wstring text;
+  for (std::size_t i = 0; i < report.failures.size() && i < kMostFailures; ++i) {
+    text += report.failures[i] + L"\n";
+  }
+  if (report.failures.size() > kMostFailures) {
+    text += L"and " + std::to_wstring(report.failures.size() - kMostFailures) + L" more.";
+  }
+  if (report.done == 0) frame.say(L"Nothing was changed.");
+  ShowError(frame, text);
+}
+
+bool CopyToClipboard(HWND window, const std::wstring& text) noexcept {
+  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, size);
+  if (block == nullptr) return false;
+  std::memcpy(GlobalLock(block), text.c_str(), size);
+  GlobalUnlock(block);
+  if (!OpenClipboard(window)) {
+    GlobalFree(block);
+    return false;
+  }
+  EmptyClipboard();
+  const bool isSet = SetClipboardData(CF_UNICODETEXT, block) != nullptr;
+  CloseClipboard();
+  if (!isSet) GlobalFree(block);
+  return isSet;
+}
+
+}  // namespace smh

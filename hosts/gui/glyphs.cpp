@@ -1,0 +1,150 @@
+#include "glyphs.h"
+
+#include "dpi.h"
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <memory>
+
+namespace smh {
+namespace {
+
+using namespace Gdiplus;
+
+constexpr int kSide = 16;  // at 96 DPI; glyphs are drawn on a field of that size
+
+struct Colors {
+  ARGB green, red, blue, orange, grey;
+};
+constexpr Colors kNormal = {0xFF2E8B57, 0xFFC0392B, 0xFF2468B0, 0xFFD08A1D, 0xFF6B7480};
+constexpr Colors kGreyed = {0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD};
+
+void Line(Graphics& canvas, ARGB color, float width, std::initializer_list<PointF> points) {
+  Pen pen(Color(color), width);
+  pen.SetLineJoin(LineJoinRound);
+  pen.SetStartCap(LineCapRound);
+  pen.SetEndCap(LineCapRound);
+  canvas.DrawLines(&pen, points.begin(), static_cast<INT>(points.size()));
+}
+
+void Area(Graphics& canvas, ARGB color, std::initializer_list<PointF> points) {
+  const SolidBrush brush{Color(color)};
+  canvas.FillPolygon(&brush, points.begin(), static_cast<INT>(points.size()));
+}
+
+void Ring(Graphics& canvas, ARGB color, float from, float sweep) {
+  const Pen pen(Color(color), 2);
+  canvas.DrawArc(&pen, 3.0f, 3.0f, 10.0f, 10.0f, from, sweep);
+}
+
+// An arrow that comes back; redo is its mirror image.
+void DrawReturn(Graphics& canvas, ARGB color, bool mirrored) {
+  const auto x = [mirrored](float value) { return mirrored ? 16 - value : value; };
+  const Pen pen(Color(color), 2);
+  canvas.DrawArc(&pen, 4.0f, 5.0f, 9.0f, 8.0f, mirrored ? 90.0f : 270.0f, mirrored ? 180.0f : 180.0f);
+  Line(canvas, color, 2, {{x(5), 5}, {8.5f, 5}});
+  Line(canvas, color, 2, {{x(6), 13}, {8.5f, 13}});
+  Area(canvas, color, {{x(1.5f), 5}, {x(6), 1}, {x(6), 9}});
+}
+
+void DrawShield(Graphics& canvas, const Colors& colors) {
+  Area(canvas, colors.blue, {{8, 1}, {14, 3}, {13.5f, 9}, {8, 15}});
+  Area(canvas, colors.orange, {{8, 1}, {2, 3}, {2.5f, 9}, {8, 15}});
+}
+
+void DrawSave(Graphics& canvas, const Colors& colors) {
+  Line(canvas, colors.grey, 1.6f, {{3, 10}, {3, 14}, {13, 14}, {13, 10}});
+  Line(canvas, colors.blue, 2, {{8, 2}, {8, 8}});
+  Area(canvas, colors.blue, {{4, 6.5f}, {12, 6.5f}, {8, 11}});
+}
+
+void DrawGlyph(Graphics& canvas, Glyph glyph, const Colors& colors) {
+  switch (glyph) {
+    case Glyph::on:
+      return Line(canvas, colors.green, 2.6f, {{3, 8.5f}, {6.5f, 12}, {13, 4}});
+    case Glyph::off:
+      Ring(canvas, colors.grey, 0, 360);
+      return Line(canvas, colors.grey, 2, {{4.7f, 11.3f}, {11.3f, 4.7f}});
+    case Glyph::remove:
+      Line(canvas, colors.red, 2.4f, {{4, 4}, {12, 12}});
+      return Line(canvas, colors.red, 2.4f, {{12, 4}, {4, 12}});
+    case Glyph::add:
+      Line(canvas, colors.green, 2.6f, {{8, 3}, {8, 13}});
+      return Line(canvas, colors.green, 2.6f, {{3, 8}, {13, 8}});
+    case Glyph::move:
+      Line(canvas, colors.blue, 2.2f, {{2.5f, 8}, {10, 8}});
+      return Area(canvas, colors.blue, {{9, 3.5f}, {14.5f, 8}, {9, 12.5f}});
+    case Glyph::edit:
+      Line(canvas, colors.orange, 3.2f, {{5.2f, 10.8f}, {12, 4}});
+      return Area(canvas, colors.grey, {{2, 14}, {3.4f, 9.8f}, {6.2f, 12.6f}});
+    case Glyph::run:
+      return Area(canvas, colors.green, {{4, 2.5f}, {13.5f, 8}, {4, 13.5f}});
+    case Glyph::undo:
+      return DrawReturn(canvas, colors.blue, false);
+    case Glyph::redo:
+      return DrawReturn(canvas, colors.blue, true);
+    case Glyph::refresh:
+      Ring(canvas, colors.green, -30, 300);
+      return Area(canvas, colors.green, {{9.5f, 5.8f}, {15, 5.8f}, {14.2f, 0.8f}});
+    case Glyph::shield:
+      return DrawShield(canvas, colors);
+    case Glyph::save:
+      return DrawSave(canvas, colors);
+    case Glyph::none:
+      return;
+  }
+}
+
+void DrawCheck(Graphics& canvas, bool ticked) {
+  const SolidBrush paper{Color(ticked ? 0xFF2468B0 : 0xFFFFFFFF)};
+  const Pen frame(Color(ticked ? 0xFF2468B0 : 0xFF8A9099), 1);
+  canvas.FillRectangle(&paper, 2, 2, 11, 11);
+  canvas.DrawRectangle(&frame, 2, 2, 11, 11);
+  if (ticked) Line(canvas, 0xFFFFFFFF, 1.8f, {{4.5f, 7.8f}, {6.8f, 10.2f}, {11, 5}});
+}
+
+template <typename Draw>
+HIMAGELIST MakeImages(int dpi, int count, Draw&& draw) {
+  const int side = Scaled(kSide, dpi);
+  const HIMAGELIST images = ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, count, 1);
+  for (int i = 0; i < count; ++i) {
+    Bitmap bitmap(side, side, PixelFormat32bppARGB);
+    {
+      Graphics canvas(&bitmap);
+      canvas.SetSmoothingMode(SmoothingModeAntiAlias);
+      const float scale = static_cast<float>(side) / kSide;
+      canvas.ScaleTransform(scale, scale);
+      draw(canvas, i);
+    }
+    HICON icon = nullptr;
+    bitmap.GetHICON(&icon);
+    ImageList_ReplaceIcon(images, -1, icon);
+    DestroyIcon(icon);
+  }
+  return images;
+}
+
+}  // namespace
+
+GlyphDrawing::GlyphDrawing() {
+  const GdiplusStartupInput input;
+  GdiplusStartup(&token_, &input, nullptr);
+}
+
+GlyphDrawing::~GlyphDrawing() {
+  GdiplusShutdown(token_);
+}
+
+HIMAGELIST MakeGlyphs(int dpi, GlyphLook look) {
+  const Colors& colors = look == GlyphLook::normal ? kNormal : kGreyed;
+  return MakeImages(dpi, kGlyphCount,
+                    [&](Graphics& canvas, int i) { DrawGlyph(canvas, static_cast<Glyph>(i), colors); });
+}
+
+HIMAGELIST MakeCheckImages(int dpi) {
+  return MakeImages(dpi, 2, [](Graphics& canvas, int i) { DrawCheck(canvas, i == 1); });
+}
+
+}  // namespace smh

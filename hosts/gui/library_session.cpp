@@ -1,0 +1,179 @@
+#include "library_session.h"
+
+#include "csv_output.h"
+#include "dialog_blocker.h"
+#include "json_output.h"
+#include "reading.h"
+#include "text_encoding.h"
+
+#include "infra/scoped_com.h"
+
+#include <thread>
+
+namespace smh {
+namespace {
+
+// The wrappers of those entries, found in one walk; empty ones for entries that have gone.
+std::vector<ComPtr<IStartupItem>> FindAll(const Library& library, std::span<const ItemRecord> items) {
+  std::map<EntryKey, std::size_t> wanted;
+  for (std::size_t i = 0; i < items.size(); ++i) wanted.emplace(KeyOf(items[i]), i);
+  std::vector<ComPtr<IStartupItem>> found(items.size());
+  const ListLock lock(library);
+  const std::int32_t count = library.Items().GetCount();
+  for (std::int32_t index = 0; index < count; ++index) {
+    ComPtr<IStartupItem> item;
+    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+    const EntryKey key{item->GetLocation(),
+                       TakeText([&](BoundaryText* name) { return item->GetName(name); })};
+    if (const auto place = wanted.find(key); place != wanted.end()) found[place->second] = std::move(item);
+  }
+  return found;
+}
+
+// Empty when the operation went well.
+std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
+  if (item == nullptr || item->GetIndex() < 0) return L"the entry has gone meanwhile.";
+  if (!item->CanDo(operation.action)) return L"the entry does not allow it in its present state.";
+  const DialogBlocker blocker;
+  const HRESULT result = operation.apply(*item);
+  if (FAILED(result)) return LibraryErrorText(result);
+  if (DialogBlocker::HasRefused()) return L"the system could not do it.";
+  // A change that did not happen is never taken for one.
+  if (operation.hasHappened && !operation.hasHappened(*item))
+    return L"nothing was changed: Windows refused it.";
+  return {};
+}
+
+bool WriteWholeFile(const std::wstring& file, const std::string& bytes) {
+  const ScopedHandle handle(
+      CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  return handle &&
+         WriteFile(handle.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+         written == bytes.size() && FlushFileBuffers(handle.Get());
+}
+
+// Beside the target, so that it can take its place at once.
+void ReplaceWithFile(const std::wstring& file, const std::string& bytes) {
+  const std::wstring part = file + L".part";
+  if (WriteWholeFile(part, bytes) && MoveFileExW(part.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING))
+    return;
+  const DWORD error = GetLastError();
+  DeleteFileW(part.c_str());
+  throw HostError(L"Cannot write " + file + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+}
+
+}  // namespace
+
+LibrarySession::LibrarySession() = default;
+
+LibrarySession::~LibrarySession() {
+  if (*openSheets_ > 0) TerminateProcess(GetCurrentProcess(), 0);
+}
+
+void LibrarySession::ShowFile(const ItemRecord& item) const {
+  ComPtr<IStartupItem> listed = FindListedItem(library_, item.location, item.name);
+  if (!listed) return;
+  ++*openSheets_;
+  std::thread([listed = std::move(listed), open = openSheets_]() mutable {
+    {
+      const ScopedCom com(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+      listed->ShowFileDetails(nullptr);
+      listed.Reset();
+    }
+    --*open;
+  }).detach();
+}
+
+void LibrarySession::Refresh(bool allLocations) {
+  CheckResult(library_.Items().SetShowAllLocations(allLocations ? TRUE : FALSE),
+              L"Cannot choose the locations");
+  CheckResult(library_.Items().Refresh(), L"Cannot read the entries");
+  tellState_ = -1;
+}
+
+std::optional<ListNews> LibrarySession::Look() {
+  ListNews news;
+  // Asked first: what was listed by then is seen below.
+  news.readState = library_.Items().GetReadState();
+  if (news.readState != kReadStateReading || !hasListed_) {
+    smh::Look(library_,
+              [&](const auto& sightings, const auto& read) { news.events = watch_.Update(sightings, read); });
+    hasListed_ = hasListed_ || news.readState != kReadStateReading;
+  }
+  if (news.events.empty() && news.readState == tellState_) return std::nullopt;
+  tellState_ = news.readState;
+  news.smallImages = library_.Items().GetSmallImageList();
+  news.largeImages = library_.Items().GetLargeImageList();
+  return news;
+}
+
+ProgramNews LibrarySession::ReadPrograms() {
+  ComPtr<IFavoriteItemCollection> programs;
+  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), L"Cannot read the default programs");
+  ProgramNews news;
+  news.programs = ReadClients(library_, *programs);
+  news.smallImages = programs->GetSmallImageList();
+  news.largeImages = programs->GetLargeImageList();
+  programsBefore_ = std::move(programs_);
+  programs_ = std::move(programs);
+  return news;
+}
+
+OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
+                                      const EntryOperation& operation) const {
+  OperationReport report;
+  const auto found = FindAll(library_, items);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const std::wstring fault = ApplyToOne(found[i].Get(), operation);
+    if (fault.empty()) {
+      ++report.done;
+    } else {
+      report.failures.push_back(CaptionText(items[i]) + L": " + fault);
+    }
+  }
+  return report;
+}
+
+std::wstring LibrarySession::Add(std::int32_t location, const std::wstring& name,
+                                 const std::wstring& command) const {
+  const std::vector<ItemRecord> before = TakeSnapshot(library_);
+  std::int32_t index;
+  ItemRecord added;
+  {
+    const ListLock lock(library_);
+    index = library_.Items().AddItem(location, name.c_str(), command.c_str());
+    if (index < 0) return LibraryErrorText(E_FAIL);
+    ComPtr<IStartupItem> item;
+    CheckResult(library_.Items().GetItem(index, item.Put()), L"Cannot get the new entry");
+    added = ReadItemRecord(*item);
+  }
+  for (const ItemRecord& item : before) {
+    if (KeyOf(item) == KeyOf(added)) return L"An entry of that name exists already; it was not changed.";
+  }
+  return {};
+}
+
+LocationSet LibrarySession::MoveTargets(std::span<const ItemRecord> items) const {
+  LocationSet targets;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) targets.set(location);
+  for (const auto& item : FindAll(library_, items)) {
+    for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+      if (targets[location] && (!item || item->GetLocation() == location || !item->CanMoveTo(location))) {
+        targets.reset(location);
+      }
+    }
+  }
+  return targets;
+}
+
+void LibrarySession::Export(std::vector<ItemRecord> items, ExportFormat format,
+                            const std::wstring& file) const {
+  ResolveFiles(library_, items);
+  // Spreadsheets know UTF-8 by its mark.
+  const std::string bytes =
+      format == ExportFormat::json ? ToUtf8(JsonArray(items)) : "\xEF\xBB\xBF" + ToUtf8(CsvTable(items));
+  ReplaceWithFile(file, bytes);
+}
+
+}  // namespace smh

@@ -1,0 +1,98 @@
+// The library as the window uses it. Everything here runs on the worker's thread.
+#pragma once
+
+#include "client_record.h"
+#include "entry_look.h"
+#include "entry_rows.h"
+#include "journal.h"
+#include "library.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// What a look at the list found.
+struct ListNews {
+  std::vector<WatchEvent> events;
+  std::int32_t readState = kReadStateReading;
+  // The library's, valid as long as it is loaded.
+  HIMAGELIST smallImages = nullptr;
+  HIMAGELIST largeImages = nullptr;
+};
+
+// What became of an operation on several entries.
+struct OperationReport {
+  std::size_t done = 0;
+  std::vector<std::wstring> failures;  // "Caption: what the library says"
+};
+
+struct EntryOperation {
+  ItemAction action;
+  std::function<HRESULT(IStartupItem& item)> apply;
+  // Whether the entry is by now what it has to be; none for an operation that changes no entry. An entry that
+  // has gone has an index below 0.
+  std::function<bool(IStartupItem& item)> hasHappened = {};
+};
+
+struct ProgramNews {
+  std::vector<ClientRecord> programs;
+  // The library's, valid until the programs are read anew.
+  HIMAGELIST smallImages = nullptr;
+  HIMAGELIST largeImages = nullptr;
+};
+
+enum class ExportFormat { csv, json };
+
+class LibrarySession {
+ public:
+  // Loads the libraries. Raises HostError.
+  LibrarySession();
+  // Ends the process when a property sheet is open, since that is inside the library.
+  ~LibrarySession();
+
+  // Starts reading anew.
+  void Refresh(bool allLocations);
+  // Compares the list with what was seen last; none when nothing has changed. While a Refresh is under way
+  // the old entries stay.
+  std::optional<ListNews> Look();
+  // Whether the list or its details are still being read.
+  bool IsReading() const { return library_.Items().GetReadState() != kReadStateComplete; }
+
+  // Goes on behind a failure: every entry is tried.
+  OperationReport Apply(std::span<const ItemRecord> items, const EntryOperation& operation) const;
+  // Empty when it went well, else what is wrong.
+  std::wstring Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
+  // The locations, other than their own, that would take every one of the entries.
+  LocationSet MoveTargets(std::span<const ItemRecord> items) const;
+  // Opens the property sheet of the entry's file. It may keep its thread as long as it is open, so it gets
+  // one of its own.
+  void ShowFile(const ItemRecord& item) const;
+  std::wstring ResolveFile(const std::wstring& command) const {
+    return command.empty() ? std::wstring() : library_.ResolveCommandFile(command);
+  }
+  // Raises HostError when the file cannot be written; what stood there is replaced only by a whole file.
+  void Export(std::vector<ItemRecord> items, ExportFormat format, const std::wstring& file) const;
+  const Journal& Changes() const noexcept { return journal_; }
+  // Reads the default programs and waits for them.
+  ProgramNews ReadPrograms();
+  const Library& Get() const noexcept { return library_; }
+
+ private:
+  Library library_;
+  Journal journal_;
+  std::shared_ptr<std::atomic<int>> openSheets_ = std::make_shared<std::atomic<int>>(0);
+  // The window may still draw with the images of the one before.
+  ComPtr<IFavoriteItemCollection> programs_;
+  ComPtr<IFavoriteItemCollection> programsBefore_;
+  EntryWatch watch_{Announce::atOnce};
+  std::int32_t tellState_ = -1;
+  bool hasListed_ = false;
+};
+
+}  // namespace smh

@@ -1,0 +1,131 @@
+#include "location_tree.h"
+
+#include "dpi.h"
+#include "location_titles.h"
+#include "resource.h"
+
+#include <algorithm>
+
+namespace smh {
+namespace {
+
+constexpr std::wstring_view kOpenGroups[] = {L"Startup folders", L"Run keys"};
+
+std::wstring Counted(const std::wstring& title, std::size_t count) {
+  return count == 0 ? title : title + L" (" + std::to_wstring(count) + L")";
+}
+
+}  // namespace
+
+void LocationTree::Create(HWND parent, OnSelect onSelect) {
+  onSelect_ = std::move(onSelect);
+  tree_ = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
+                          WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TVS_HASBUTTONS |
+                              TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_DISABLEDRAGDROP,
+                          0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TREE), nullptr, nullptr);
+  TreeView_SetBkColor(tree_, GetSysColor(COLOR_WINDOW));
+}
+
+void LocationTree::Build(bool allLocations) {
+  const Node* const selected = NodeOf(TreeView_GetSelection(tree_));
+  const std::wstring before = selected == nullptr ? std::wstring() : selected->title;
+  building_ = true;
+  SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
+  TreeView_DeleteAllItems(tree_);
+  nodes_.clear();
+  const HTREEITEM root = Add(TVI_ROOT, Kind::entries, LocationSet().set(), L"All entries");
+  AddLocations(root, allLocations);
+  TreeView_Expand(tree_, root, TVE_EXPAND);
+  Add(TVI_ROOT, Kind::programs, {}, L"Default programs");
+  Add(TVI_ROOT, Kind::undo, {}, L"Undo history");
+  const auto again =
+      std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.title == before; });
+  building_ = false;
+  TreeView_SelectItem(tree_, again == nodes_.end() ? root : again->item);
+  SendMessageW(tree_, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(tree_, nullptr, TRUE);
+}
+
+void LocationTree::AddLocations(HTREEITEM root, bool all) {
+  HTREEITEM group = nullptr;
+  std::wstring groupTitle;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    if (!all && !IsUsualLocation(location)) continue;
+    const LocationTitle title = TitleOf(location);
+    if (title.group != groupTitle) {
+      groupTitle = title.group;
+      group = Add(root, Kind::entries, {}, groupTitle);
+    }
+    const auto parent =
+        std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.item == group; });
+    parent->locations.set(static_cast<std::size_t>(location));
+    LocationSet own;
+    Add(group, Kind::entries, own.set(static_cast<std::size_t>(location)), title.name);
+    if (std::find(std::begin(kOpenGroups), std::end(kOpenGroups), groupTitle) != std::end(kOpenGroups)) {
+      TreeView_Expand(tree_, group, TVE_EXPAND);
+    }
+  }
+}
+
+HTREEITEM LocationTree::Add(HTREEITEM parent, Kind kind, LocationSet locations, const std::wstring& title) {
+  std::wstring text = title;
+  TVINSERTSTRUCTW insert = {};
+  insert.hParent = parent;
+  insert.hInsertAfter = TVI_LAST;
+  insert.item.mask = TVIF_TEXT;
+  insert.item.pszText = text.data();
+  const auto item =
+      reinterpret_cast<HTREEITEM>(SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
+  nodes_.push_back({kind, locations, title, item});
+  return item;
+}
+
+void LocationTree::ShowCounts(const EntryRows& rows) {
+  for (const Node& node : nodes_) {
+    if (node.kind != Kind::entries) continue;
+    std::size_t count = 0;
+    for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+      if (node.locations[location]) count += rows.CountOf(location);
+    }
+    std::wstring text = Counted(node.title, count);
+    wchar_t shown[128] = L"";
+    TVITEMW item = {};
+    item.mask = TVIF_TEXT;
+    item.hItem = node.item;
+    item.pszText = shown;
+    item.cchTextMax = ARRAYSIZE(shown);
+    SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    if (text == shown) continue;
+    item.pszText = text.data();
+    SendMessageW(tree_, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  }
+}
+
+void LocationTree::SetDpi(int dpi, HFONT font) const {
+  SendMessageW(tree_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  TreeView_SetItemHeight(tree_, FontHeight(tree_, font) + Scaled(6, dpi));
+  TreeView_SetIndent(tree_, Scaled(14, dpi));
+}
+
+void LocationTree::Select(Kind kind) const {
+  const auto node =
+      std::find_if(nodes_.begin(), nodes_.end(), [kind](const Node& each) { return each.kind == kind; });
+  if (node != nodes_.end()) TreeView_SelectItem(tree_, node->item);
+}
+
+bool LocationTree::OnNotify(const NMHDR& header) {
+  if (header.hwndFrom != tree_) return false;
+  if (header.code == TVN_SELCHANGEDW && !building_) {
+    if (const Node* const node = NodeOf(reinterpret_cast<const NMTREEVIEWW&>(header).itemNew.hItem))
+      onSelect_(*node);
+  }
+  return true;
+}
+
+const LocationTree::Node* LocationTree::NodeOf(HTREEITEM item) const {
+  const auto node =
+      std::find_if(nodes_.begin(), nodes_.end(), [item](const Node& each) { return each.item == item; });
+  return item == nullptr || node == nodes_.end() ? nullptr : &*node;
+}
+
+}  // namespace smh

@@ -1,0 +1,47 @@
+// startupmanager: the library's functions in a window.
+#include "glyphs.h"
+#include "host_error.h"
+#include "host_process.h"
+#include "main_window.h"
+#include "text_encoding.h"
+
+#include "infra/scoped_com.h"
+
+#include <exception>
+
+namespace {
+
+using namespace smh;
+
+void ShowFailure(const std::wstring& text) noexcept {
+  MessageBoxW(nullptr, text.c_str(), L"Startup Manager", MB_OK | MB_ICONERROR);
+}
+
+void Run(int showCommand) {
+  UiQueue queue;
+  // The libraries are loaded first: nothing else can take their names then.
+  Worker worker(queue);
+  const ScopedCom com(COINIT_APARTMENTTHREADED);
+  const INITCOMMONCONTROLSEX classes = {
+      sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+  InitCommonControlsEx(&classes);
+  const GlyphDrawing drawing;
+  MainWindow window(worker, queue);
+  window.Open(showCommand);
+  window.RunMessages();
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand) {
+  SetUpHostProcess();
+  try {
+    Run(showCommand);
+    return 0;
+  } catch (const HostError& error) {
+    ShowFailure(error.Message());
+  } catch (const std::exception& error) {
+    ShowFailure(FromUtf8(error.what()));
+  }
+  return 1;
+}

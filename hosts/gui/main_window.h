@@ -1,0 +1,85 @@
+// The main window: tool bar and search box, the tree of locations, the view that it chose, the status bar.
+#pragma once
+
+#include "account.h"
+#include "command_bar.h"
+#include "dpi.h"
+#include "entries_view.h"
+#include "frame.h"
+#include "location_tree.h"
+#include "programs_view.h"
+#include "splitter.h"
+#include "ui_queue.h"
+#include "undo_view.h"
+#include "window.h"
+#include "worker.h"
+
+#include <memory>
+
+namespace smh {
+
+class MainWindow final : public Window {
+ public:
+  // Both live longer than the window.
+  MainWindow(Worker& worker, UiQueue& queue);
+  ~MainWindow() override;
+
+  void Open(int showCommand);
+  // Messages until the window is closed.
+  void RunMessages();
+
+ private:
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  void OnCreate();
+  LRESULT OnNotify(const NMHDR& header);
+  void OnCommand(UINT command, UINT code);
+  void OnMenuOpens(HMENU menu) const;
+  void OnContextMenu(HWND control, POINT point);
+  void OnDpiChanged(int dpi, const RECT& suggested);
+
+  void Layout();
+  void LayoutTop(int width, int top, int height) const;
+  void ApplyDpi();
+  void LoadLook();
+  void SaveLook() const;
+
+  bool CanRun(UINT command) const;
+  void Run(UINT command);
+  void ShowNode(const LocationTree::Node& node);
+  void ShowView(View& view);
+  void ShowBanner(const LocationTree::Node& node) const;
+  std::vector<View*> Views() const;
+  void Refresh();
+  void Update();
+  void UpdateNow();
+  void ShowStatus();
+  std::wstring ReadingText() const;
+  void NextPane(bool backwards) const;
+  void ShowAbout() const;
+  void RestartAsAdministrator();
+
+  Worker& worker_;
+  UiQueue& queue_;
+  const Account account_ = CurrentAccount();
+  Frame frame_;
+  LocationTree tree_;
+  CommandBar bar_;
+  Splitter splitter_;
+  std::unique_ptr<EntriesView> entries_;
+  std::unique_ptr<ProgramsView> programs_;
+  std::unique_ptr<UndoView> undo_;
+  View* view_ = nullptr;
+  HWND search_ = nullptr;
+  HWND status_ = nullptr;
+  HWND banner_ = nullptr;
+  ScopedFont font_;
+  ScopedFont heading_;
+  int dpi_ = USER_DEFAULT_SCREEN_DPI;
+  int treeWidth_ = 230;  // at 96 DPI
+  bool allLocations_ = false;
+  static constexpr UINT kUpdateMessage = WM_APP + 2;
+  bool updateWaits_ = false;
+  std::wstring said_;
+};
+
+}  // namespace smh

@@ -1,0 +1,280 @@
+#include "virtual_list.h"
+
+#include "dpi.h"
+#include "glyphs.h"
+
+#include <uxtheme.h>
+
+#include <algorithm>
+
+namespace smh {
+namespace {
+
+constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | LVS_REPORT | LVS_OWNERDATA |
+                         LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS;
+
+bool StartsWith(const std::wstring& text, const std::wstring& begin) noexcept {
+  const int length = static_cast<int>(begin.size());
+  return text.size() >= begin.size() && CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, text.c_str(),
+                                                       length, begin.c_str(), length) == CSTR_EQUAL;
+}
+
+}  // namespace
+
+void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, ListSource source) {
+  columns_ = std::move(columns);
+  source_ = std::move(source);
+  const DWORD sorting = source_.onSort ? 0 : LVS_NOSORTHEADER;
+  list_ = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", kStyle | sorting, 0, 0, 0, 0, parent,
+                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+  SetWindowTheme(list_, L"Explorer", nullptr);
+  const DWORD checks = source_.checked ? LVS_EX_CHECKBOXES : 0;
+  ListView_SetExtendedListViewStyle(
+      list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP | LVS_EX_HEADERDRAGDROP | checks);
+  if (source_.checked) ListView_SetCallbackMask(list_, LVIS_STATEIMAGEMASK);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    LVCOLUMNW column = {};
+    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+    column.pszText = columns_[i].title.data();
+    column.cx = columns_[i].width;
+    column.iSubItem = static_cast<int>(i);
+    SendMessageW(list_, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
+  }
+}
+
+void VirtualList::SetCount(std::size_t count) {
+  count_ = count;
+  ListView_SetItemCountEx(list_, static_cast<int>(count), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+  InvalidateRect(list_, nullptr, FALSE);
+}
+
+void VirtualList::SetDpi(int dpi, HFONT font) {
+  const std::vector<int> widths = ColumnWidths();
+  dpi_ = dpi;
+  SetColumnWidths(widths);
+  SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  if (!source_.checked) return;
+  const HIMAGELIST before = checkImages_;
+  checkImages_ = MakeCheckImages(dpi);
+  ListView_SetImageList(list_, checkImages_, LVSIL_STATE);
+  if (before != nullptr) ImageList_Destroy(before);
+}
+
+void VirtualList::SetImages(HIMAGELIST images) {
+  if (ListView_GetImageList(list_, LVSIL_SMALL) != images) ListView_SetImageList(list_, images, LVSIL_SMALL);
+  int width = 0;
+  int height = 0;
+  if (images == nullptr || !ImageList_GetIconSize(images, &width, &height)) return;
+  const int blank = ListView_GetStringWidth(list_, L"          ") / 10;
+  blanksForImage_ = blank > 0 ? static_cast<std::size_t>((width + Scaled(3, dpi_)) / blank + 1) : 0;
+}
+
+void VirtualList::ShowSortArrow(std::size_t column, bool descending) const {
+  const HWND header = ListView_GetHeader(list_);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    HDITEMW item = {};
+    item.mask = HDI_FORMAT;
+    SendMessageW(header, HDM_GETITEMW, i, reinterpret_cast<LPARAM>(&item));
+    item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+    if (i == column) item.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
+    SendMessageW(header, HDM_SETITEMW, i, reinterpret_cast<LPARAM>(&item));
+  }
+}
+
+std::vector<std::size_t> VirtualList::Selection() const {
+  std::vector<std::size_t> rows;
+  for (int row = -1; (row = ListView_GetNextItem(list_, row, LVNI_SELECTED)) >= 0;) {
+    rows.push_back(static_cast<std::size_t>(row));
+  }
+  return rows;
+}
+
+void VirtualList::Select(const std::vector<std::size_t>& rows, std::size_t focused) {
+  const std::vector<std::size_t> before = Selection();
+  quiet_ = true;
+  if (before != rows) {
+    ListView_SetItemState(list_, -1, 0, LVIS_SELECTED);
+    if (rows.size() == count_) {
+      SelectAll();
+    } else {
+      for (const std::size_t row : rows) {
+        ListView_SetItemState(list_, static_cast<int>(row), LVIS_SELECTED, LVIS_SELECTED);
+      }
+    }
+  }
+  if (focused < count_ && focused != Focused()) {
+    ListView_SetItemState(list_, static_cast<int>(focused), LVIS_FOCUSED, LVIS_FOCUSED);
+    ListView_SetSelectionMark(list_, static_cast<int>(focused));
+  }
+  quiet_ = false;
+  if (source_.onSelect) source_.onSelect();
+}
+
+void VirtualList::SelectAll() const {
+  ListView_SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+std::size_t VirtualList::Focused() const {
+  return static_cast<std::size_t>(ListView_GetNextItem(list_, -1, LVNI_FOCUSED));
+}
+
+std::size_t VirtualList::TopRow() const {
+  return static_cast<std::size_t>(ListView_GetTopIndex(list_));
+}
+
+void VirtualList::ScrollTo(std::size_t topRow) const {
+  RECT row;
+  if (count_ == 0 || topRow == TopRow() || !ListView_GetItemRect(list_, 0, &row, LVIR_BOUNDS)) return;
+  const int rows = static_cast<int>(topRow) - static_cast<int>(TopRow());
+  ListView_Scroll(list_, 0, rows * (row.bottom - row.top));
+}
+
+std::vector<int> VirtualList::ColumnWidths() const {
+  std::vector<int> widths;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    widths.push_back(
+        MulDiv(ListView_GetColumnWidth(list_, static_cast<int>(i)), USER_DEFAULT_SCREEN_DPI, dpi_));
+  }
+  return widths;
+}
+
+void VirtualList::SetColumnWidths(const std::vector<int>& widths) {
+  for (std::size_t i = 0; i < std::min(widths.size(), columns_.size()); ++i) {
+    ListView_SetColumnWidth(list_, static_cast<int>(i), Scaled(std::clamp(widths[i], 20, 2000), dpi_));
+  }
+}
+
+std::wstring VirtualList::SelectedText() const {
+  std::wstring text;
+  for (const std::size_t row : Selection()) {
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+      if (column > 0) text += L'\t';
+      text += source_.text(row, column);
+    }
+    text += L"\r\n";
+  }
+  return text;
+}
+
+bool VirtualList::OnNotify(const NMHDR& header, LRESULT& result) {
+  if (header.hwndFrom != list_) return false;
+  auto& details = const_cast<NMHDR&>(header);
+  result = 0;
+  switch (header.code) {
+    case LVN_GETDISPINFOW:
+      FillItem(reinterpret_cast<NMLVDISPINFOW&>(details));
+      return true;
+    case NM_CUSTOMDRAW:
+      result = Draw(reinterpret_cast<NMLVCUSTOMDRAW&>(details));
+      return true;
+    case LVN_ODFINDITEMW:
+      result = FindText(reinterpret_cast<NMLVFINDITEMW&>(details));
+      return true;
+    case LVN_COLUMNCLICK:
+      if (source_.onSort) {
+        source_.onSort(static_cast<std::size_t>(reinterpret_cast<NMLISTVIEW&>(details).iSubItem));
+      }
+      return true;
+    case NM_CLICK:
+    case NM_DBLCLK:
+      OnClick(reinterpret_cast<NMITEMACTIVATE&>(details));
+      return true;
+    case LVN_KEYDOWN:
+      OnKey(reinterpret_cast<NMLVKEYDOWN&>(details));
+      return true;
+    case LVN_ITEMACTIVATE:
+      if (source_.onActivate) source_.onActivate();
+      return true;
+    case LVN_ITEMCHANGED:
+    case LVN_ODSTATECHANGED:
+      OnStateChanged();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void VirtualList::FillItem(NMLVDISPINFOW& info) const {
+  LVITEMW& item = info.item;
+  const auto row = static_cast<std::size_t>(item.iItem);
+  const auto column = static_cast<std::size_t>(item.iSubItem);
+  if (row >= count_) return;
+  const int image = source_.image ? source_.image(row, column) : I_IMAGENONE;
+  if ((item.mask & LVIF_TEXT) != 0 && item.cchTextMax > 0) {
+    const std::wstring room(column > 0 && image >= 0 ? blanksForImage_ : 0, L' ');
+    lstrcpynW(item.pszText, (room + source_.text(row, column)).c_str(), item.cchTextMax);
+  }
+  if ((item.mask & LVIF_IMAGE) != 0) item.iImage = column == 0 ? image : I_IMAGENONE;
+  if (source_.checked && column == 0 && (item.mask & LVIF_STATE) != 0) {
+    item.stateMask |= LVIS_STATEIMAGEMASK;
+    item.state |= INDEXTOSTATEIMAGEMASK(source_.checked(row) ? 2u : 1u);
+  }
+}
+
+LRESULT VirtualList::Draw(NMLVCUSTOMDRAW& draw) const {
+  const auto row = static_cast<std::size_t>(draw.nmcd.dwItemSpec);
+  switch (draw.nmcd.dwDrawStage) {
+    case CDDS_PREPAINT:
+      return CDRF_NOTIFYITEMDRAW;
+    case CDDS_ITEMPREPAINT:
+      if (source_.color && row < count_) draw.clrText = source_.color(row);
+      return source_.image ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
+    case CDDS_ITEMPOSTPAINT:
+      if (row < count_) DrawImages(draw.nmcd.hdc, row);
+      return CDRF_DODEFAULT;
+    default:
+      return CDRF_DODEFAULT;
+  }
+}
+
+// The pictures of the columns behind the first. The list view's own way to have them takes room for one in
+// every column on some systems.
+void VirtualList::DrawImages(HDC canvas, std::size_t row) const {
+  const HIMAGELIST images = ListView_GetImageList(list_, LVSIL_SMALL);
+  int width = 0;
+  int height = 0;
+  if (images == nullptr || !ImageList_GetIconSize(images, &width, &height)) return;
+  for (std::size_t column = 1; column < columns_.size(); ++column) {
+    const int image = source_.image(row, column);
+    RECT cell;
+    if (image < 0 || !ListView_GetSubItemRect(list_, static_cast<int>(row), static_cast<int>(column),
+                                              LVIR_BOUNDS, &cell)) {
+      continue;
+    }
+    const int left = static_cast<int>(cell.left) + Scaled(4, dpi_);
+    const int top = static_cast<int>(cell.top + cell.bottom - height) / 2;
+    if (left + width < cell.right) ImageList_Draw(images, image, canvas, left, top, ILD_TRANSPARENT);
+  }
+}
+
+// The next row, from the given one on and around, whose first column begins with the text.
+LRESULT VirtualList::FindText(const NMLVFINDITEMW& find) const {
+  if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || find.lvfi.psz == nullptr) return -1;
+  const std::wstring wanted = find.lvfi.psz;
+  const std::size_t start = static_cast<std::size_t>(std::max(find.iStart, 0));
+  for (std::size_t i = 0; i < count_; ++i) {
+    const std::size_t row = (start + i) % count_;
+    if (StartsWith(source_.text(row, 0), wanted)) return static_cast<LRESULT>(row);
+  }
+  return -1;
+}
+
+// The list toggles no check box by itself: the row shows the state of its entry.
+void VirtualList::OnClick(const NMITEMACTIVATE& click) const {
+  if (!source_.onCheck || !source_.checked) return;
+  LVHITTESTINFO hit = {};
+  hit.pt = click.ptAction;
+  const int row = static_cast<int>(SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+  if (row >= 0 && (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON)
+    source_.onCheck(static_cast<std::size_t>(row));
+}
+
+void VirtualList::OnKey(const NMLVKEYDOWN& key) const {
+  if (key.wVKey == VK_SPACE && source_.onCheck && Focused() < count_) source_.onCheck(Focused());
+}
+
+void VirtualList::OnStateChanged() {
+  if (!quiet_ && source_.onSelect) source_.onSelect();
+}
+
+}  // namespace smh

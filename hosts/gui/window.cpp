@@ -1,0 +1,56 @@
+#include "window.h"
+
+#include "host_error.h"
+#include "resource.h"
+#include "text_encoding.h"
+
+#include <exception>
+
+namespace smh {
+
+Window::~Window() {
+  if (window_ != nullptr) DestroyWindow(window_);
+}
+
+void Window::Create(const Look& look) {
+  WNDCLASSEXW windowClass = {};
+  windowClass.cbSize = sizeof(windowClass);
+  windowClass.lpfnWndProc = Procedure;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.hIcon = LoadIconW(windowClass.hInstance, MAKEINTRESOURCEW(IDI_APPLICATION_ICON));
+  windowClass.hCursor = LoadCursorW(nullptr, look.cursor);
+  windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+  windowClass.lpszClassName = look.className;
+  RegisterClassExW(&windowClass);
+  CreateWindowExW(look.exStyle, look.className, look.title, look.style, CW_USEDEFAULT, CW_USEDEFAULT,
+                  CW_USEDEFAULT, CW_USEDEFAULT, look.parent, look.menu, windowClass.hInstance, this);
+  if (window_ == nullptr) {
+    const DWORD error = GetLastError();
+    throw HostError(L"Cannot make a window: " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  }
+}
+
+LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  if (message == WM_NCCREATE) {
+    auto* const self = static_cast<Window*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+    self->window_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+  }
+  auto* const self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  if (message == WM_NCDESTROY) {
+    self->window_ = nullptr;
+    SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+    return DefWindowProcW(window, message, wParam, lParam);
+  }
+  try {
+    return self->OnMessage(message, wParam, lParam);
+  } catch (const HostError& error) {
+    MessageBoxW(window, error.Message().c_str(), L"Startup Manager", MB_OK | MB_ICONERROR);
+  } catch (const std::exception& error) {
+    MessageBoxA(window, error.what(), "Startup Manager", MB_OK | MB_ICONERROR);
+  }
+  return 0;
+}
+
+}  // namespace smh

@@ -1,0 +1,121 @@
+#include "worker.h"
+
+#include "text_encoding.h"
+
+#include "infra/scoped_com.h"
+
+#include <exception>
+
+namespace smh {
+namespace {
+
+constexpr DWORD kLookInterval = 1000;
+constexpr DWORD kReadingInterval = 150;
+constexpr DWORD kStopLimit = 10'000;
+
+// Empty when `work` went well.
+template <typename Work>
+std::wstring FaultOf(Work&& work) {
+  try {
+    work();
+    return {};
+  } catch (const HostError& error) {
+    return error.Message();
+  } catch (const std::exception& error) {
+    return FromUtf8(error.what());
+  }
+}
+
+}  // namespace
+
+Worker::Worker(UiQueue& queue)
+    : queue_(queue),
+      wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+      begun_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      ended_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+  if (!wake_ || !begun_ || !ended_) throw HostError(L"Cannot create an event.");
+  thread_ = std::thread([this] { Run(); });
+  WaitForSingleObject(begun_.Get(), INFINITE);
+  if (beginFault_.empty()) return;
+  thread_.join();
+  throw HostError(beginFault_);
+}
+
+Worker::~Worker() {
+  stop_ = true;
+  SetEvent(wake_.Get());
+  do {
+    if (WaitForSingleObject(ended_.Get(), kStopLimit) == WAIT_OBJECT_0) {
+      thread_.join();
+      return;
+    }
+  } while (busy_);
+  TerminateProcess(GetCurrentProcess(), 0);
+}
+
+void Worker::Post(Task task) {
+  {
+    const std::lock_guard guard(lock_);
+    tasks_.push_back(std::move(task));
+  }
+  SetEvent(wake_.Get());
+}
+
+void Worker::Run() noexcept {
+  const ScopedCom com(COINIT_APARTMENTTHREADED);
+  beginFault_ = FaultOf([this] {
+    LibrarySession session;
+    SetEvent(begun_.Get());
+    Serve(session);
+  });
+  SetEvent(begun_.Get());
+  SetEvent(ended_.Get());
+}
+
+void Worker::Serve(LibrarySession& session) {
+  while (!stop_) {
+    Task task;
+    if (TakeTask(task)) {
+      RunTask(session, task);
+    } else {
+      WaitForWork(session.IsReading() ? kReadingInterval : kLookInterval);
+    }
+    if (!stop_) Look(session);
+  }
+}
+
+bool Worker::TakeTask(Task& task) {
+  const std::lock_guard guard(lock_);
+  if (tasks_.empty()) return false;
+  task = std::move(tasks_.front());
+  tasks_.pop_front();
+  return true;
+}
+
+void Worker::RunTask(LibrarySession& session, const Task& task) {
+  busy_ = true;
+  const std::wstring fault = FaultOf([&] { task(session); });
+  busy_ = false;
+  if (!fault.empty()) queue_.Post([this, fault] { events_.onFailure(fault); });
+}
+
+// A failure that stays is told once.
+void Worker::Look(LibrarySession& session) {
+  const std::wstring fault = FaultOf([&] {
+    if (auto news = session.Look()) {
+      queue_.Post([this, shared = std::make_shared<ListNews>(std::move(*news))] { events_.onNews(*shared); });
+    }
+  });
+  if (!fault.empty() && fault != lookFault_) queue_.Post([this, fault] { events_.onFailure(fault); });
+  lookFault_ = fault;
+}
+
+// The shell's objects of this thread get their messages meanwhile.
+void Worker::WaitForWork(DWORD milliseconds) const {
+  const HANDLE wake = wake_.Get();
+  if (MsgWaitForMultipleObjects(1, &wake, FALSE, milliseconds, QS_ALLINPUT) != WAIT_OBJECT_0 + 1) return;
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+}  // namespace smh

@@ -1,0 +1,64 @@
+// The one thread that calls the library: it reads, watches, changes and exports, so that the window never
+// waits.
+#pragma once
+
+#include "library_session.h"
+#include "ui_queue.h"
+
+#include "infra/handle.h"
+
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace smh {
+
+class Worker {
+ public:
+  using Task = std::function<void(LibrarySession& session)>;
+  // Both run on the window's thread.
+  struct Events {
+    std::function<void(ListNews& news)> onNews;
+    std::function<void(const std::wstring& text)> onFailure;
+  };
+
+  // Returns when the libraries are loaded. Raises HostError.
+  explicit Worker(UiQueue& queue);
+  // Waits for the task at work. A reader that hangs on a dead path is not waited for: the process ends then.
+  ~Worker();
+  Worker(const Worker&) = delete;
+  Worker& operator=(const Worker&) = delete;
+
+  // Called once, before the first task.
+  void Listen(Events events) { events_ = std::move(events); }
+  // Tasks run one after the other; one that raises HostError is a failure. A look at the list follows each.
+  void Post(Task task);
+  // Runs `work` on the window's thread.
+  void Tell(UiQueue::Work work) { queue_.Post(std::move(work)); }
+
+ private:
+  void Run() noexcept;
+  void Serve(LibrarySession& session);
+  bool TakeTask(Task& task);
+  void RunTask(LibrarySession& session, const Task& task);
+  void Look(LibrarySession& session);
+  void WaitForWork(DWORD milliseconds) const;
+
+  UiQueue& queue_;
+  Events events_;
+  // Guards tasks_; nothing else is taken while it is held.
+  std::mutex lock_;
+  std::deque<Task> tasks_;
+  const ScopedHandle wake_;
+  const ScopedHandle begun_;
+  const ScopedHandle ended_;
+  std::atomic<bool> stop_{false};
+  std::atomic<bool> busy_{false};
+  std::wstring beginFault_;  // written before ended_ is set; read when loading has failed or all is over
+  std::wstring lookFault_;   // of the worker's thread
+  std::thread thread_;
+};
+
+}  // namespace smh

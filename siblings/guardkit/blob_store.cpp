@@ -1,0 +1,138 @@
+#include "guardkit/blob_store.h"
+
+#include "guardkit/content_hash.h"
+#include "infra/exceptions.h"
+#include "infra/format.h"
+
+#include <functional>
+#include <vector>
+
+namespace smh {
+
+namespace {
+
+constexpr std::size_t kChunk = 64 * 1024;
+
+using Sink = std::function<void(std::span<const std::byte>)>;
+
+StreamState Pump(HANDLE file, const Sink& sink) {
+  ContentHasher hasher;
+  StreamState stream;
+  std::vector<std::byte> buffer(kChunk);
+  for (;;) {
+    DWORD read = 0;
+    if (ReadFile(file, buffer.data(), static_cast<DWORD>(buffer.size()), &read, nullptr) == FALSE) {
+      RaiseLastOSError();
+    }
+    if (read == 0) break;
+    const std::span<const std::byte> chunk(buffer.data(), read);
+    hasher.Add(chunk);
+    if (sink) sink(chunk);
+    stream.size += read;
+  }
+  stream.hash = hasher.Finish();
+  return stream;
+}
+
+Sink WriteTo(HANDLE file) {
+  return [file](std::span<const std::byte> chunk) {
+    DWORD written = 0;
+    if (WriteFile(file, chunk.data(), static_cast<DWORD>(chunk.size()), &written, nullptr) == FALSE) {
+      RaiseLastOSError();
+    }
+    if (written != chunk.size()) RaiseOSError(ERROR_DISK_FULL);
+  };
+}
+
+ScopedHandle OpenBlob(const std::wstring& path) {
+  return ScopedHandle(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+template <typename Visit>
+void ForEachFile(const std::wstring& pattern, Visit&& visit) {
+  WIN32_FIND_DATAW found;
+  const ScopedFind find(FindFirstFileW(pattern.c_str(), &found));
+  if (!find) return;
+  do {
+    if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) visit(found);
+  } while (FindNextFileW(find.Get(), &found) != FALSE);
+}
+
+}  // namespace
+
+StreamState BlobStore::Measure(HANDLE file) {
+  return Pump(file, {});
+}
+
+StreamState BlobStore::Keep(HANDLE file) const {
+  CreateDirectoryW(folder_.c_str(), nullptr);
+  const std::wstring staging = StagingFile();
+  StreamState stream;
+  try {
+    const ScopedHandle copy(
+        CreateFileW(staging.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!copy) RaiseLastOSError();
+    stream = Pump(file, WriteTo(copy.Get()));
+    if (FlushFileBuffers(copy.Get()) == FALSE) RaiseLastOSError();
+  } catch (...) {
+    DeleteFileW(staging.c_str());
+    throw;
+  }
+  if (Holds(stream)) {
+    DeleteFileW(staging.c_str());
+    return stream;
+  }
+  const std::wstring path = folder_ + HashText(stream.hash);
+  if (MoveFileExW(staging.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) ==
+      FALSE) {
+    const DWORD error = GetLastError();
+    DeleteFileW(staging.c_str());
+    RaiseOSError(error);
+  }
+  return stream;
+}
+
+// One that was damaged meanwhile is not taken for the content.
+bool BlobStore::Holds(const StreamState& stream) const {
+  const ScopedHandle kept = OpenBlob(folder_ + HashText(stream.hash));
+  return kept && Measure(kept.Get()).hash == stream.hash;
+}
+
+void BlobStore::CopyTo(const StreamState& stream, HANDLE file) const {
+  const ScopedHandle kept = OpenBlob(folder_ + HashText(stream.hash));
+  if (!kept) RaiseLastOSError();
+  if (Pump(kept.Get(), WriteTo(file)).hash != stream.hash) RaiseOSError(ERROR_CRC);
+}
+
+std::uint64_t BlobStore::TotalSize() const {
+  std::uint64_t size = 0;
+  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) {
+    size += std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
+  });
+  return size;
+}
+
+void BlobStore::RemoveAllBut(const std::set<ContentHash>& used) const {
+  std::set<std::wstring> names;
+  for (const ContentHash& hash : used) names.insert(HashText(hash));
+  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) {
+    if (!names.contains(found.cFileName)) DeleteFileW((folder_ + found.cFileName).c_str());
+  });
+}
+
+std::wstring BlobStore::StagingFile() const {
+  static LONG count = 0;
+  return root_ + Format(L"%d-%d.staging", GetCurrentProcessId(), InterlockedIncrement(&count));
+}
+
+void BlobStore::RemoveStagingFiles() const noexcept {
+  try {
+    ForEachFile(root_ + L"*.staging",
+                [&](const WIN32_FIND_DATAW& found) { DeleteFileW((root_ + found.cFileName).c_str()); });
+  } catch (...) {
+    // They are in nobody's way.
+  }
+}
+
+}  // namespace smh

@@ -1,0 +1,33 @@
+// SHA-256, from the system.
+#pragma once
+
+#include "guardkit/journal_steps.h"
+
+#include <windows.h>
+#include <bcrypt.h>
+
+#include <span>
+
+namespace smh {
+
+class ContentHasher {
+ public:
+  // All raise EOSError.
+  ContentHasher();
+  ~ContentHasher();
+  ContentHasher(const ContentHasher&) = delete;
+  ContentHasher& operator=(const ContentHasher&) = delete;
+
+  void Add(std::span<const std::byte> bytes);
+  // Once, after everything was added.
+  ContentHash Finish();
+
+ private:
+  BCRYPT_ALG_HANDLE algorithm_ = nullptr;
+  BCRYPT_HASH_HANDLE hash_ = nullptr;
+};
+
+// In lower-case hexadecimal digits.
+std::wstring HashText(const ContentHash& hash);
+
+}  // namespace smh

@@ -1,0 +1,3 @@
+# The journal's format and the planning of an undo. They know nothing of Windows, so that they are also built
+# natively, under the sanitizers.
+set(GUARDKIT_FORMAT_SOURCES journal_format.cpp record_codec.cpp undo_plan.cpp)

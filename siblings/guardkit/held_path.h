@@ -1,0 +1,23 @@
+// Folders held in place: while the object lives none of them can be renamed, removed or made a link by a
+// process that respects sharing, so that what was checked is what is used.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <string>
+#include <vector>
+
+namespace smh {
+
+class HeldPath {
+ public:
+  // Opens every folder of a full path (a trailing backslash does not matter) from the volume's root on; with
+  // `make` missing ones are made, each in a folder that is held already. Raises EOSError:
+  // ERROR_CANT_ACCESS_FILE for a reparse point, ERROR_PATH_NOT_FOUND for a missing folder.
+  explicit HeldPath(const std::wstring& folder, bool make = false);
+
+ private:
+  std::vector<ScopedHandle> folders_;
+};
+
+}  // namespace smh

@@ -1,0 +1,112 @@
+#include "guardkit/journal_folder.h"
+
+#include "common/data_folder.h"
+#include "common/product.h"
+#include "infra/exceptions.h"
+#include "infra/folder_access.h"
+#include "infra/text.h"
+
+#include <sddl.h>
+#include <shlobj.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace smh {
+
+namespace {
+
+constexpr std::wstring_view kJournalName = L"Journal\\";
+
+bool IsMember(WELL_KNOWN_SID_TYPE group) noexcept {
+  alignas(SID) std::byte sid[SECURITY_MAX_SID_SIZE];
+  DWORD size = sizeof(sid);
+  BOOL member = FALSE;
+  return CreateWellKnownSid(group, nullptr, &sid, &size) != FALSE &&
+         CheckTokenMembership(nullptr, &sid, &member) != FALSE && member != FALSE;
+}
+
+bool IsFolder(const std::wstring& path) noexcept {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// Where owners and DACLs are not kept, there is nothing to decide by.
+void RequirePrivate(const std::wstring& path) {
+  try {
+    RequireTrusted(path, kAnyRight);
+  } catch (const EOSError&) {
+    static const bool keepsAccess = KeepsAccess(ShellFolder(CSIDL_COMMON_APPDATA));
+    if (keepsAccess) throw;
+  }
+}
+
+struct LocalTextTraits {
+  using Type = wchar_t*;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { LocalFree(value); }
+};
+
+}  // namespace
+
+TokenFacts ReadTokenFacts() noexcept {
+  return {
+      .isSystem = IsMember(WinLocalSystemSid),
+      .isService = IsMember(WinServiceSid) || IsMember(WinLocalServiceSid) || IsMember(WinNetworkServiceSid),
+      .isAdministrator = IsMember(WinBuiltinAdministratorsSid)};
+}
+
+JournalKind JournalKindOf(const TokenFacts& token) noexcept {
+  return token.isSystem || token.isService || token.isAdministrator ? JournalKind::kMachine
+                                                                    : JournalKind::kUser;
+}
+
+std::wstring JournalPath(JournalKind kind) {
+  const int base = kind == JournalKind::kMachine ? CSIDL_COMMON_APPDATA : CSIDL_APPDATA;
+  std::wstring path = ProductFolder(base);
+  if (path.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
+  return path.append(kJournalName);
+}
+
+std::wstring CurrentUserSid() {
+  ScopedHandle token;
+  if (OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, token.Put()) == FALSE &&
+      OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Put()) == FALSE) {
+    RaiseLastOSError();
+  }
+  alignas(TOKEN_USER) std::byte buffer[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
+  DWORD size = 0;
+  if (GetTokenInformation(token.Get(), TokenUser, buffer, sizeof(buffer), &size) == FALSE) RaiseLastOSError();
+  ScopedResource<LocalTextTraits> text;
+  if (ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(buffer)->User.Sid, text.Put()) == FALSE) {
+    RaiseLastOSError();
+  }
+  return text.Get();
+}
+
+JournalFolder::JournalFolder(JournalKind kind, std::wstring path) : path_(std::move(path)) {
+  if (kind != JournalKind::kMachine) return;
+  held_.emplace(path_);
+  RequirePrivate(path_);
+}
+
+JournalFolder JournalFolder::Open() {
+  const JournalKind kind = JournalKindOf(ReadTokenFacts());
+  std::wstring path = JournalPath(kind);
+  if (kind == JournalKind::kMachine) {
+    MakePrivateFolder(path);
+  } else {
+    MakeFolders(path);
+  }
+  return JournalFolder(kind, std::move(path));
+}
+
+std::optional<JournalFolder> JournalFolder::OpenExisting() {
+  const JournalKind kind = JournalKindOf(ReadTokenFacts());
+  std::wstring path = JournalPath(kind);
+  if (!IsFolder(path)) return std::nullopt;
+  return JournalFolder(kind, std::move(path));
+}
+
+}  // namespace smh

@@ -1,0 +1,57 @@
+// Where the journal of this process lies.
+//
+// What an elevated process undoes must not have been written by anybody else, so such processes keep a
+// journal of their own, which only SYSTEM and Administrators may touch. Every process reads and writes the
+// journal of its own kind only.
+#pragma once
+
+#include "guardkit/held_path.h"
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace smh {
+
+enum class JournalKind {
+  kMachine,  // "Quillmark\Startup Manager\Journal" below the common application data
+  kUser,     // the same below the user's own
+};
+
+struct TokenFacts {
+  bool isSystem = false;
+  bool isService = false;
+  bool isAdministrator = false;  // enabled, not only a member
+};
+
+TokenFacts ReadTokenFacts() noexcept;
+JournalKind JournalKindOf(const TokenFacts& token) noexcept;
+// With a trailing backslash. Raises EOSError when the shell gives no folder.
+std::wstring JournalPath(JournalKind kind);
+
+// The SID of the user whose HKEY_CURRENT_USER this process has, as text. Raises EOSError.
+std::wstring CurrentUserSid();
+
+// The journal's folder, checked and held in place.
+class JournalFolder {
+ public:
+  // Makes the folder when it is missing. Raises EOSError, access denied among others: the folder of the
+  // machine's journal is refused when somebody else owns it or has any right to it, or when a folder of its
+  // path is a reparse point.
+  static JournalFolder Open();
+  // None when there is no journal yet.
+  static std::optional<JournalFolder> OpenExisting();
+
+  // With a trailing backslash.
+  const std::wstring& Path() const noexcept { return path_; }
+  std::wstring File(const std::wstring& name) const { return path_ + name; }
+
+ private:
+  JournalFolder(JournalKind kind, std::wstring path);
+
+  std::wstring path_;
+  std::optional<HeldPath> held_;
+};
+
+}  // namespace smh

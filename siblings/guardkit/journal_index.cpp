@@ -1,0 +1,106 @@
+#include "guardkit/journal_index.h"
+
+#include "guardkit/journal_lock.h"
+#include "infra/exceptions.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace smh {
+
+namespace {
+
+bool IsLocked(const JournalFolder& folder) {
+  try {
+    const JournalLock lock(folder, 0);
+    return false;
+  } catch (const EOSError&) {
+    return true;
+  }
+}
+
+// A checkpoint that is finished while it is read gets its other name.
+std::optional<JournalContents> ReadLatest(const JournalFolder& folder, const JournalName& name) {
+  std::optional<JournalContents> contents = ReadJournal(folder, name);
+  if (name.closed || (contents && contents->finished)) return contents;
+  std::optional<JournalContents> closed = ReadJournal(folder, {.id = name.id, .closed = true});
+  return closed ? std::move(closed) : std::move(contents);
+}
+
+// `only` chooses by name.
+template <typename Filter>
+std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, Filter&& only) {
+  const std::vector<JournalName> names = ListJournals(folder);
+  std::vector<IndexedCheckpoint> index;
+  for (const JournalName& name : names) {
+    if (!only(name)) continue;
+    std::optional<JournalContents> contents = ReadLatest(folder, name);
+    if (contents) index.push_back({name, *std::move(contents)});
+  }
+  for (IndexedCheckpoint& checkpoint : index) {
+    if (checkpoint.contents.finished) continue;
+    // There is one lock, so only the newest can be open.
+    const bool isNewest = !lockHeld && checkpoint.name.id == names.back().id;
+    if (isNewest && IsLocked(folder)) {
+      checkpoint.state = CheckpointState::kOpen;
+      continue;
+    }
+    // Its owner may have finished it since it was read.
+    if (isNewest) checkpoint.contents = ReadLatest(folder, checkpoint.name).value_or(checkpoint.contents);
+    if (!checkpoint.contents.finished) checkpoint.state = CheckpointState::kInterrupted;
+  }
+  return index;
+}
+
+std::uint32_t IdOf(const IndexedCheckpoint& checkpoint) noexcept {
+  return checkpoint.name.id;
+}
+
+}  // namespace
+
+std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld) {
+  std::vector<IndexedCheckpoint> index = Load(folder, lockHeld, [](const JournalName&) { return true; });
+  // Newest first: whether an undo still holds is known when its turn comes.
+  for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
+    if (checkpoint.contents.header.undoes == 0 || !checkpoint.contents.finished || checkpoint.undoneBy != 0)
+      continue;
+    const auto target = std::ranges::find(index, checkpoint.contents.header.undoes, IdOf);
+    if (target == index.end() || target->undoneBy != 0) continue;
+    target->undoneBy = checkpoint.name.id;
+    target->state = CheckpointState::kUndone;
+  }
+  return index;
+}
+
+std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder) {
+  std::vector<IndexedCheckpoint> index =
+      Load(folder, false, [](const JournalName& name) { return !name.closed; });
+  std::erase_if(index, [](const IndexedCheckpoint& checkpoint) {
+    return checkpoint.state != CheckpointState::kInterrupted || checkpoint.contents.steps.empty();
+  });
+  return index;
+}
+
+const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
+  const auto found = std::ranges::find(index, id, IdOf);
+  return found == index.end() ? nullptr : &*found;
+}
+
+const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
+                                          const std::wstring& user) {
+  for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
+    const CheckpointHeader& header = checkpoint.contents.header;
+    const bool isNext = header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted;
+    const bool isLeft = checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty();
+    if (isNext && isLeft && header.user == user) return &checkpoint;
+  }
+  return nullptr;
+}
+
+const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
+  const IndexedCheckpoint* const named = FindById(index, id);
+  if (named == nullptr || named->contents.header.undoes != 0) return named;
+  return named->undoneBy != 0 ? FindById(index, named->undoneBy) : nullptr;
+}
+
+}  // namespace smh

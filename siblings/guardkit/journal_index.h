@@ -1,0 +1,34 @@
+// The checkpoints of the journal and what has become of them.
+#pragma once
+
+#include "guardkit/journal_file.h"
+#include "infra/intf_journal.h"
+
+#include <optional>
+#include <vector>
+
+namespace smh {
+
+struct IndexedCheckpoint {
+  JournalName name;
+  JournalContents contents;
+  CheckpointState state = CheckpointState::kDone;
+  // The newest checkpoint that took this one back and was not taken back itself; 0 for none.
+  std::uint32_t undoneBy = 0;
+};
+
+// Oldest first; files that are no journals are left out. Whether an unfinished one is still open is told by
+// trying the journal's lock, unless the caller holds it: then none is. Raises EOSError.
+std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld);
+// The interrupted ones among them, without reading those that were closed.
+std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder);
+
+// Null when there is none.
+const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
+// The newest of a user that may be undone next: not undone yet, and no undo itself unless it was interrupted.
+const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
+                                          const std::wstring& user);
+// The checkpoint whose undo brings `id` back: the one that undid it, or `id` itself when that is an undo.
+const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
+
+}  // namespace smh

@@ -1,0 +1,26 @@
+// One checkpoint at a time, of all processes that share a journal.
+//
+// The innermost lock of the system: it is taken after every other lock that the calling thread holds, the
+// library's item list and item locks among them, and nothing waits under it. It is the kernel's, so a process
+// that dies gives it back.
+#pragma once
+
+#include "guardkit/journal_folder.h"
+#include "infra/handle.h"
+
+namespace smh {
+
+class JournalLock {
+ public:
+  // How long a change waits for another one before it is refused.
+  static constexpr DWORD kPatience = 10'000;
+
+  // Raises EOSError ERROR_LOCK_VIOLATION when another checkpoint is open all the while.
+  JournalLock(const JournalFolder& folder, DWORD patience);
+
+ private:
+  // Closing it unlocks.
+  ScopedHandle file_;
+};
+
+}  // namespace smh

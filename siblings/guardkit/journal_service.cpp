@@ -1,0 +1,116 @@
+#include "guardkit/journal_service.h"
+
+#include "common/guard.h"
+#include "guardkit/checkpoints.h"
+#include "guardkit/undo_runner.h"
+#include "infra/com_object.h"
+#include "infra/exceptions.h"
+
+namespace smh {
+
+namespace {
+
+FILETIME FileTimeOf(std::uint64_t time) noexcept {
+  return {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
+}
+
+template <typename Row>
+const Row* RowAt(const std::vector<Row>& rows, std::int32_t index) noexcept {
+  return index >= 0 && static_cast<std::size_t>(index) < rows.size() ? &rows[static_cast<std::size_t>(index)]
+                                                                     : nullptr;
+}
+
+class CheckpointList final : public ComObject<ICheckpointList> {
+ public:
+  explicit CheckpointList(std::vector<IndexedCheckpoint> rows) : rows_(std::move(rows)) {}
+
+  std::int32_t STDMETHODCALLTYPE GetCount() override { return static_cast<std::int32_t>(rows_.size()); }
+  HRESULT STDMETHODCALLTYPE GetInfo(std::int32_t index, CheckpointInfo* info) override {
+    if (info == nullptr) return E_POINTER;
+    const IndexedCheckpoint* const row = RowAt(rows_, index);
+    if (row == nullptr) return E_INVALIDARG;
+    const CheckpointHeader& header = row->contents.header;
+    *info = {header.id, header.undoes, FileTimeOf(header.time),
+             static_cast<std::uint32_t>(row->contents.steps.size()), row->state};
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTitle(std::int32_t index, BoundaryText* title) override {
+    const IndexedCheckpoint* const row = RowAt(rows_, index);
+    if (row == nullptr) return title == nullptr ? E_POINTER : E_INVALIDARG;
+    return AnswerText(title, [&] { return row->contents.header.title; });
+  }
+
+ private:
+  const std::vector<IndexedCheckpoint> rows_;
+};
+
+class UndoReport final : public ComObject<IUndoReport> {
+ public:
+  explicit UndoReport(UndoResult result) : result_(std::move(result)) {}
+
+  std::uint32_t STDMETHODCALLTYPE GetCheckpoint() override { return result_.checkpoint; }
+  std::uint32_t STDMETHODCALLTYPE GetOwnCheckpoint() override { return result_.ownCheckpoint; }
+  HRESULT STDMETHODCALLTYPE GetTitle(BoundaryText* title) override {
+    return AnswerText(title, [&] { return result_.title; });
+  }
+  std::int32_t STDMETHODCALLTYPE GetCount() override {
+    return static_cast<std::int32_t>(result_.steps.size());
+  }
+  HRESULT STDMETHODCALLTYPE GetStep(std::int32_t index, StepOutcome* outcome, BoundaryText* text) override {
+    if (outcome == nullptr || text == nullptr) return E_POINTER;
+    const UndoneStep* const step = RowAt(result_.steps, index);
+    if (step == nullptr) return E_INVALIDARG;
+    *outcome = step->outcome;
+    return AnswerText(text, [&] { return step->text; });
+  }
+
+ private:
+  const UndoResult result_;
+};
+
+// `read` gets the journal's folder; without one the list is empty.
+template <typename Read>
+HRESULT AnswerList(ICheckpointList** list, Read&& read) noexcept {
+  if (list == nullptr) return E_POINTER;
+  *list = nullptr;
+  return Guarded([&] {
+    std::vector<IndexedCheckpoint> rows;
+    if (const auto folder = JournalFolder::OpenExisting()) rows = read(*folder);
+    *list = MakeComObject<CheckpointList>(std::move(rows)).Detach();
+  });
+}
+
+HRESULT AnswerUndo(Direction direction, std::uint32_t id, UndoMode mode, IUndoReport** report) noexcept {
+  if (report == nullptr) return E_POINTER;
+  *report = nullptr;
+  if (mode < UndoMode::kShow || mode > UndoMode::kForce) return E_INVALIDARG;
+  HRESULT status = S_OK;
+  const HRESULT guarded = Guarded([&] {
+    // A checkpoint of this thread would wait for itself.
+    if (ProcessCheckpoints().Current() != nullptr) RaiseOSError(ERROR_BUSY);
+    UndoResult result = RunUndo(direction, id, mode);
+    status = result.status;
+    *report = MakeComObject<UndoReport>(std::move(result)).Detach();
+  });
+  return FAILED(guarded) ? guarded : status;
+}
+
+}  // namespace
+
+HRESULT JournalService::GetCheckpoints(ICheckpointList** list) {
+  return AnswerList(list, [](const JournalFolder& folder) { return IndexJournal(folder, false); });
+}
+
+HRESULT JournalService::GetInterrupted(ICheckpointList** list) {
+  return AnswerList(list, [](const JournalFolder& folder) { return IndexInterrupted(folder); });
+}
+
+HRESULT JournalService::Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) {
+  return AnswerUndo(Direction::kUndo, id, mode, report);
+}
+
+HRESULT JournalService::Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) {
+  return AnswerUndo(Direction::kRedo, id, mode, report);
+}
+
+}  // namespace smh

@@ -1,0 +1,130 @@
+// What the journal knows of a change: the state before it and the state it leaves. Nothing here needs
+// Windows.
+//
+// Texts are UTF-16 units, one per wchar_t on every platform. Keys go by their real place
+// ("HKEY_USERS\S-1-5-21-... \Software\...", "HKEY_LOCAL_MACHINE\Software\Wow6432Node\..."): so a step names
+// its registry view and its user, whatever view and user the process has that reads it.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace smh {
+
+using ByteVector = std::vector<std::byte>;
+using ContentHash = std::array<std::byte, 32>;  // SHA-256
+
+// A state that does not exist has no other fields.
+struct ValueState {
+  bool exists = false;
+  std::uint32_t type = 0;
+  ByteVector data;
+  bool operator==(const ValueState&) const = default;
+};
+
+struct NamedValue {
+  std::wstring name;
+  std::uint32_t type = 0;
+  ByteVector data;
+  auto operator<=>(const NamedValue&) const = default;
+};
+
+// One key without its subkeys.
+struct KeyState {
+  bool exists = false;
+  std::wstring className;
+  ByteVector security;  // self-relative: owner, group, DACL
+  std::vector<NamedValue> values;
+  bool operator==(const KeyState&) const = default;
+};
+
+struct StreamState {
+  std::wstring name;  // empty for the content itself, ":name" for another stream
+  std::uint64_t size = 0;
+  ContentHash hash = {};
+  bool operator==(const StreamState&) const = default;
+};
+
+struct FileState {
+  bool exists = false;
+  std::uint32_t attributes = 0;
+  std::uint64_t created = 0;  // FILETIMEs
+  std::uint64_t accessed = 0;
+  std::uint64_t written = 0;
+  ByteVector security;
+  std::vector<StreamState> streams;
+  bool operator==(const FileState&) const = default;
+};
+
+struct ValueStep {
+  std::wstring key;
+  std::wstring name;
+  ValueState before;
+  ValueState after;
+  bool operator==(const ValueStep&) const = default;
+};
+
+// A key made (empty) or deleted.
+struct KeyStep {
+  std::wstring key;
+  KeyState before;
+  KeyState after;
+  bool operator==(const KeyStep&) const = default;
+};
+
+// A file made, replaced or deleted. What `before` holds lies in the blob store.
+struct FileStep {
+  std::wstring path;
+  FileState before;
+  FileState after;
+  bool operator==(const FileStep&) const = default;
+};
+
+// A file renamed within its volume; its content is nowhere but in the file.
+struct MoveStep {
+  std::wstring from;
+  std::wstring to;
+  FileState file;
+  bool operator==(const MoveStep&) const = default;
+};
+
+using Step = std::variant<ValueStep, KeyStep, FileStep, MoveStep>;
+
+// What the journal says about a step's call.
+enum class StepMark {
+  kNone,    // begun; whether it happened has to be looked up
+  kDone,    // it happened
+  kFailed,  // the system refused it: nothing happened
+};
+
+struct RecordedStep {
+  Step step;
+  StepMark mark = StepMark::kNone;
+  std::uint32_t status = 0;  // of a failed one
+  bool operator==(const RecordedStep&) const = default;
+};
+
+struct CheckpointHeader {
+  std::uint32_t id = 0;
+  std::uint32_t undoes = 0;  // the checkpoint that this one takes back; 0 for none
+  std::uint64_t time = 0;    // FILETIME
+  std::uint32_t process = 0;
+  std::uint64_t processStarted = 0;  // FILETIME
+  std::wstring user;                 // SID
+  std::wstring title;
+  bool operator==(const CheckpointHeader&) const = default;
+};
+
+struct JournalContents {
+  CheckpointHeader header;
+  std::vector<RecordedStep> steps;
+  // Whether the end was written: without it the owner died, or is still at work.
+  bool finished = false;
+  bool operator==(const JournalContents&) const = default;
+};
+
+}  // namespace smh

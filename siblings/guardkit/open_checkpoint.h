@@ -1,0 +1,64 @@
+// One checkpoint while it is open: the journal's folder and lock, its file, and what has to be on the disk
+// before a source may go.
+#pragma once
+
+#include "guardkit/blob_store.h"
+#include "guardkit/journal_file.h"
+#include "guardkit/journal_lock.h"
+#include "guardkit/retention.h"
+
+#include <map>
+#include <string_view>
+#include <utility>
+
+namespace smh {
+
+class OpenCheckpoint {
+ public:
+  // `undoes` is the checkpoint that this one takes back, 0 for an ordinary one. Raises EOSError when the
+  // journal cannot be locked or written: nothing may be changed then.
+  explicit OpenCheckpoint(std::wstring_view title, std::uint32_t undoes = 0);
+  // Finishes it, and lets go of the oldest ones when there are too many (never for one that undoes another).
+  ~OpenCheckpoint();
+
+  std::uint32_t Id() const noexcept { return file_.Id(); }
+  std::uint32_t StepCount() const noexcept { return file_.StepCount(); }
+  const JournalFolder& Folder() const noexcept { return folder_; }
+  const BlobStore& Blobs() const noexcept { return blobs_; }
+
+  // Writes the step down, makes the change, and notes what became of it. `change` answers a Win32 status and
+  // either happens as a whole or not at all. Raises EOSError, before the change, when the step cannot be
+  // written.
+  template <typename Change>
+  LSTATUS Record(const Step& step, Change&& change) {
+    const std::uint32_t number = file_.AppendStep(step);
+    const LSTATUS status = std::forward<Change>(change)();
+    file_.AppendMark(number, status);
+    return status;
+  }
+
+  // A place where something was written: it may be the target of what is deleted next.
+  void NoteWrite(const std::wstring& place);
+  // Writes every hive that this checkpoint wrote to through to the disk, but the one that lies in `place`,
+  // whose order the system keeps. Raises EOSError.
+  void FlushBeforeDelete(const std::wstring& place);
+
+  // Leaves it without an end: it counts as interrupted from now on, unless nothing was changed in it.
+  void Abandon() noexcept { abandoned_ = true; }
+  // Keeps it even when nothing was changed in it: it says that another one is undone.
+  void Keep() noexcept { kept_ = true; }
+
+ private:
+  // Read before the lock is taken: it may load a library.
+  const Retention retention_ = ReadRetention();
+  JournalFolder folder_;
+  JournalLock lock_;
+  BlobStore blobs_;
+  JournalFile file_;
+  std::map<std::wstring, std::wstring> written_;  // hive, a place in it
+  bool isUndo_;
+  bool abandoned_ = false;
+  bool kept_ = false;
+};
+
+}  // namespace smh

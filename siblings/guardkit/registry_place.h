@@ -1,0 +1,31 @@
+// Keys by their real place, and the way back to them.
+#pragma once
+
+#include "infra/handle.h"
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+// The place of an open or predefined key, with HKEY_CURRENT_USER as HKEY_USERS\SID and the registry view as
+// the key that it really is. Raises EOSError; ERROR_NOT_SUPPORTED for a key outside HKEY_LOCAL_MACHINE and
+// HKEY_USERS.
+std::wstring PlaceOf(HKEY key);
+
+// Opens a place level by level. Empty for a missing key. Raises EOSError; ERROR_CANT_ACCESS_FILE when a level
+// is a registry link, which is never followed.
+ScopedKey OpenPlace(const std::wstring& place, REGSAM access);
+
+// The place without its last level, and that level.
+std::wstring ParentPlace(const std::wstring& place);
+std::wstring LastLevel(const std::wstring& place);
+
+// The hive that a place lies in: what one flush writes to the disk.
+std::wstring HiveOf(const std::wstring& place);
+// Whether a user with that SID has a say about the place: it is the machine's or lies in his own hives.
+bool IsOwnPlace(const std::wstring& place, const std::wstring& sid);
+// Whether the last level may be made again: no hive, and nothing that the system makes for its views.
+bool MayMakeKey(const std::wstring& place);
+
+}  // namespace smh

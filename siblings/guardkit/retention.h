@@ -1,0 +1,21 @@
+// How many checkpoints are kept. The oldest go first; one that was never finished stays until it was undone.
+#pragma once
+
+#include "guardkit/blob_store.h"
+#include "guardkit/journal_folder.h"
+
+namespace smh {
+
+struct Retention {
+  std::uint32_t checkpoints = 200;
+  std::uint64_t bytes = 64u << 20;  // journals and contents together
+};
+
+// From the settings of prefkit.dll beside this module; the defaults without it.
+Retention ReadRetention() noexcept;
+
+// The caller holds the journal's lock. The newest checkpoint always stays. What fails is left for the next
+// time.
+void LetGoOfOldest(const JournalFolder& folder, const BlobStore& blobs, const Retention& retention) noexcept;
+
+}  // namespace smh

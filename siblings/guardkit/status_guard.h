@@ -1,0 +1,25 @@
+// The boundary of the slots that answer Win32 statuses: exceptions end here.
+#pragma once
+
+#include "infra/exceptions.h"
+
+#include <new>
+#include <utility>
+
+namespace smh {
+
+// What `call` answers, or the status that the exception which left it stands for.
+template <typename Call>
+LSTATUS GuardedStatus(Call&& call) noexcept {
+  try {
+    return std::forward<Call>(call)();
+  } catch (const EOSError& error) {
+    return static_cast<LSTATUS>(error.Code());
+  } catch (const std::bad_alloc&) {
+    return ERROR_OUTOFMEMORY;
+  } catch (...) {
+    return ERROR_INTERNAL_ERROR;
+  }
+}
+
+}  // namespace smh

@@ -1,0 +1,36 @@
+// Undoing single steps. Every change is recorded in the checkpoint of the undo.
+//
+// No link is followed on the way: neither a registry link nor a reparse point, and the folders that lead to a
+// file are held in place meanwhile.
+#pragma once
+
+#include "guardkit/open_checkpoint.h"
+#include "guardkit/undo_plan.h"
+#include "infra/intf_journal.h"
+
+namespace smh {
+
+// The registry and the files as they are. Reads raise EOSError for what belongs to another user than `sid`.
+class LiveSystem final : public SystemState {
+ public:
+  explicit LiveSystem(std::wstring sid) : sid_(std::move(sid)) {}
+
+  ValueState Value(const std::wstring& key, const std::wstring& name) override;
+  KeyState Key(const std::wstring& key) override;
+  FileState File(const std::wstring& path) override;
+  bool SameName(std::wstring_view a, std::wstring_view b) override;
+
+ private:
+  void RequireOwn(const std::wstring& key) const;
+
+  std::wstring sid_;
+};
+
+// Brings back what was before the step, over whatever is there. The caller has planned it: the step is the
+// user's own, and is in conflict only when forced. Raises EOSError when the system refuses.
+StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict);
+
+// For people: "Set the value ...".
+std::wstring DescribeUndo(const Step& step);
+
+}  // namespace smh

@@ -1,0 +1,42 @@
+// Folders that only SYSTEM and Administrators may change.
+//
+// They lie in the common application data, where ordinary users may create folders: what such a user has put
+// there must neither be carried into the folder that starts programs for everyone nor be undone from.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace smh {
+
+// Rights to change an object, and any right at all.
+inline constexpr ACCESS_MASK kChangeRights = FILE_WRITE_DATA | FILE_APPEND_DATA | FILE_WRITE_EA |
+                                             FILE_WRITE_ATTRIBUTES | FILE_DELETE_CHILD | DELETE | WRITE_DAC |
+                                             WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL | MAXIMUM_ALLOWED;
+inline constexpr ACCESS_MASK kAnyRight = ~ACCESS_MASK{0};
+
+// The access decision: whether nobody but SYSTEM and Administrators owns the object or has one of `rights`. A
+// null DACL lets everyone in; a DACL that cannot be walked to its end counts as one. `owner` may be null:
+// nobody known.
+bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights = kChangeRights) noexcept;
+
+// Makes a folder (trailing backslash) with its parents; each that is made lets SYSTEM and Administrators do
+// everything, Users read, and inherits nothing. Raises EOSError.
+void MakeProtectedFolder(const std::wstring& folder);
+// The same for a folder in which Users may not even read; its parents are as above.
+void MakePrivateFolder(const std::wstring& folder);
+
+// Whether a folder made protected in `dataFolder` reads back so. Where it does not, owners and DACLs are not
+// kept and there is nothing to decide by. `dataFolder` is one in which nobody can touch what others have
+// made. Raises EOSError when no folder can be made there.
+bool KeepsAccess(const std::wstring& dataFolder);
+
+// Raises EOSError (access denied) when someone else owns the file or folder or has one of `rights`, or when
+// it is a reparse point.
+void RequireTrusted(const std::wstring& path, ACCESS_MASK rights = kChangeRights);
+
+// Gives a file what its folder hands down, instead of what it brought along. Raises EOSError.
+void TakeInheritedAccess(const std::wstring& file);
+
+}  // namespace smh

@@ -1,0 +1,204 @@
+#include "proofs/proof_world.h"
+
+#include "infra/text.h"
+#include "locations/folders/shortcut_writer.h"
+#include "model/basic_info.h"
+#include "model/item_list.h"
+#include "support/state_dump.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace smh::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::wstring kTemporary = L"TempShortcuts\\";
+const std::wstring kServerKey = L"Software\\Classes\\CLSID\\" + kServedClass;
+
+struct KeyPlace {
+  HKEY root;
+  std::wstring key;
+};
+
+const std::vector<KeyPlace>& KeyPlaces() {
+  static const std::vector<KeyPlace> places = {{HKEY_LOCAL_MACHINE, kRunKey},
+                                               {HKEY_LOCAL_MACHINE, kHandlersKey},
+                                               {HKEY_LOCAL_MACHINE, kObjectsKey},
+                                               {HKEY_LOCAL_MACHINE, kApprovedKey},
+                                               {HKEY_CURRENT_USER, kRunKey}};
+  return places;
+}
+
+// The user's keys have one view.
+template <typename Visit>
+void ForEachKey(Visit&& visit) {
+  for (const KeyPlace& place : KeyPlaces()) {
+    if (place.root == HKEY_LOCAL_MACHINE && HasTwoViews())
+      visit(place.root, place.key, REGSAM(KEY_WOW64_64KEY));
+    visit(place.root, place.key, REGSAM(0));
+  }
+}
+
+void LetGoOfFolders() {
+  for (const TTypeStartupLocation type : {sulFolderUser, sulFolderCommon}) {
+    while (FindLocation(type)->IsChanged()) {
+    }
+  }
+}
+
+std::string Narrow(const std::wstring& text) {
+  return fs::path(text).string();
+}
+
+void AddEntries(std::string& dump, HKEY root, const std::wstring& key, REGSAM view) {
+  const std::string place =
+      (root == HKEY_LOCAL_MACHINE ? "HKLM" : "HKCU") + std::string(view != 0 ? " 64 " : " ") + Narrow(key);
+  std::vector<std::wstring> values = Values(root, key, view);
+  std::vector<std::wstring> keys = SubKeys(root, key, view);
+  std::ranges::sort(values);
+  std::ranges::sort(keys);
+  const bool isContainer = key.starts_with(kRunKey) || key.ends_with(kAutorunsSide) ||
+                           std::ranges::find(KeyPlaces(), key, &KeyPlace::key) != KeyPlaces().end();
+  if (values.empty() && keys.empty() && !isContainer) dump += place + "\n";
+  for (const std::wstring& name : values) {
+    const std::optional<RawValue> value = GetValue(root, key, name, view);
+    dump += place + " \"" + Narrow(name) + "\" = ";
+    if (value) {
+      dump += std::to_string(value->type) + ' ' +
+              std::string(reinterpret_cast<const char*>(value->bytes.data()), value->bytes.size());
+    }
+    dump += "\n";
+  }
+  for (const std::wstring& sub : keys) AddEntries(dump, root, key + L'\\' + sub, view);
+}
+
+void RemoveFiles(const std::wstring& folder) {
+  if (!fs::is_directory(folder)) return;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (!entry.is_directory()) fs::remove(entry.path());
+  }
+}
+
+void AddFiles(std::string& dump, const std::wstring& folder) {
+  if (!fs::is_directory(folder)) return;
+  std::vector<std::string> lines;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_directory()) continue;
+    const std::wstring path = entry.path().wstring();
+    const std::string bytes = ReadFileBytes(path);
+    lines.push_back(Narrow(path) + " = " + std::to_string(bytes.size()) + " bytes, " +
+                    std::to_string(std::hash<std::string>()(bytes)) + "\n");
+  }
+  std::ranges::sort(lines);
+  for (const std::string& line : lines) dump += line;
+}
+
+}  // namespace
+
+REGSAM OwnView() {
+  return HasTwoViews() ? KEY_WOW64_64KEY : 0;
+}
+
+ProofWorld::ProofWorld(bool withLocations)
+    : keys_({kRunKey, kHandlersKey, kObjectsKey, kApprovedKey, kServerKey}),
+      letGo_(withLocations ? LetGo(LetGoOfFolders) : LetGo()) {
+  Put(HKEY_LOCAL_MACHINE, kServerKey + L"\\InprocServer32", L"", Sz(L"C:\\Samples\\class.dll"));
+  RemoveFolders();
+  Clear();
+}
+
+void ProofWorld::Clear() const {
+  for (const bool deletes : {true, false}) {
+    ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) {
+      if (deletes) {
+        DeleteKeyTree(root, key, view);
+      } else {
+        MakeKey(root, key, view);
+      }
+    });
+  }
+  for (const std::wstring& folder : Folders()) RemoveFiles(folder);
+}
+
+void ProofWorld::RemoveFolders() {
+  user_.reset();
+  common_.reset();
+  user_.emplace(StartupPlaces::Whose::kUser, letGo_);
+  common_.emplace(StartupPlaces::Whose::kCommon, letGo_);
+  if (letGo_) letGo_();
+}
+
+std::vector<std::wstring> ProofWorld::Folders() const {
+  std::vector<std::wstring> folders;
+  for (const StartupPlaces* places : {&*user_, &*common_}) {
+    folders.insert(folders.end(), {places->startup, places->disabled, places->brisko, places->temporary});
+  }
+  return folders;
+}
+
+void ProofWorld::Put(HKEY root, const std::wstring& key, const std::wstring& name, const RawValue& value,
+                     Views views) const {
+  if (views != Views::kPlain || !HasTwoViews()) SetValue(root, key, name, value, OwnView());
+  if (views != Views::kOwn && HasTwoViews()) SetValue(root, key, name, value, 0);
+}
+
+void ProofWorld::PutShortcut(const std::wstring& file, const std::wstring& arguments) const {
+  fs::create_directories(fs::path(file).parent_path());
+  ShortcutFields fields;
+  fields.target = kProgram;
+  fields.arguments = arguments;
+  WriteShortcut(fields, file);
+}
+
+void ProofWorld::PutFile(const std::wstring& file, std::string_view bytes) const {
+  fs::create_directories(fs::path(file).parent_path());
+  WriteFileBytes(file, bytes);
+}
+
+std::string ProofWorld::Entries() const {
+  std::string dump;
+  ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { AddEntries(dump, root, key, view); });
+  for (const std::wstring& folder : Folders()) {
+    if (!folder.ends_with(kTemporary)) AddFiles(dump, folder);
+  }
+  return dump;
+}
+
+std::string ProofWorld::Everything() const {
+  std::string dump;
+  ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { dump += DumpKey(root, key, view); });
+  for (const std::wstring& folder : Folders()) {
+    if (!folder.ends_with(kTemporary)) dump += DumpFolder(WithoutTrailingBackslash(folder));
+  }
+  return dump;
+}
+
+std::vector<std::string> ListedEntries(bool withShortcuts) {
+  std::vector<std::string> lines;
+  ScopedLock lock(Items().Lock());
+  for (const ItemRef& item : Items().Snapshot()) {
+    std::string line = Narrow(item->Name()) + (item->IsEnabled() ? " on" : " off");
+    if (withShortcuts || !IsFolderLocation(item->Location())) line += " = " + Narrow(item->Details().Command);
+    lines.push_back(std::move(line));
+  }
+  std::ranges::sort(lines);
+  return lines;
+}
+
+std::vector<std::string> ReadAndList(const std::vector<TTypeStartupLocation>& locations) {
+  for (const TTypeStartupLocation type : locations) FindLocation(type)->ReadItems();
+  return ListedEntries(true);
+}
+
+std::vector<std::string> ReloadedEntries(const std::vector<TTypeStartupLocation>& locations) {
+  {
+    ScopedLock lock(Items().Lock());
+    Items().Clear();
+  }
+  return ReadAndList(locations);
+}
+
+}  // namespace smh::test

@@ -1,0 +1,211 @@
+#include "proofs/scenarios.h"
+
+#include "model/item_list.h"
+
+#include <stdexcept>
+
+namespace smh::test {
+
+namespace {
+
+const HKEY kMachine = HKEY_LOCAL_MACHINE;
+const HKEY kUser = HKEY_CURRENT_USER;
+
+// A command whose bytes are not what the library would write: no terminator, and an odd byte.
+RawValue OddCommand() {
+  RawValue value{REG_EXPAND_SZ, UnitBytes(L"C:\\windows\\notepad.exe /x")};
+  value.bytes.push_back(std::byte{7});
+  return value;
+}
+
+const Operation kEnable{L"Error enable item \"", Entry::kDisabled,
+                        [](TLocationStartup& location, const ItemRef& item) { location.EnableItem(item); }};
+const Operation kDisable{L"Error disable item \"", Entry::kEnabled,
+                         [](TLocationStartup& location, const ItemRef& item) { location.DisableItem(item); }};
+const Operation kDelete{L"Error delete item \"", Entry::kAny,
+                        [](TLocationStartup& location, const ItemRef& item) { location.DeleteItem(item); }};
+const Operation kAdd{L"Error add item \"", Entry::kNone, [](TLocationStartup& location, const ItemRef&) {
+                       location.AddItem(L"New", kProgram + L" /new");
+                     }};
+const Operation kChange{L"Error change item \"", Entry::kAny,
+                        [](TLocationStartup& location, const ItemRef& item) {
+                          location.ChangeItemCommand(item, kProgram + L" /changed");
+                        }};
+template <TTypeStartupLocation kTarget>
+const Operation kMoveTo{
+    L"Error move item \"", Entry::kAny,
+    [](TLocationStartup& location, const ItemRef& item) { location.MoveItem(item, kTarget); }};
+
+void RunInBothViews(ProofWorld& world) {
+  world.Put(kMachine, kRunKey, L"Foo", OddCommand());
+}
+void RunInOwnView(ProofWorld& world) {
+  world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kOwn);
+}
+void RunInPlainView(ProofWorld& world) {
+  world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kPlain);
+}
+void RunOfUser(ProofWorld& world) {
+  world.Put(kUser, kRunKey, L"Foo", OddCommand());
+}
+// The name is taken where the entry goes, in one view.
+void RunNameTaken(ProofWorld& world) {
+  RunInBothViews(world);
+  world.Put(kMachine, kRunSide, L"Foo", Sz(L"other.exe"), Views::kPlain);
+}
+// The two views hold different entries under one name.
+void RunDiffers(ProofWorld& world) {
+  world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kOwn);
+  world.Put(kMachine, kRunKey, L"Foo", Sz(L"other.exe"), Views::kPlain);
+}
+void RunDisabled(ProofWorld& world) {
+  world.Put(kMachine, kRunSide, L"Foo", OddCommand());
+}
+void RunDisabledByOther(ProofWorld& world) {
+  world.Put(kMachine, kRunKey + kAutorunsSide, L"Foo", OddCommand());
+  world.Put(kMachine, kRunKey, L"Foo", Sz(L"other.exe"));
+}
+void Nothing(ProofWorld&) {}
+
+void Handler(ProofWorld& world, const std::wstring& key, const RawValue& value) {
+  world.Put(kMachine, key, L"", value);
+}
+void HandlerWithTree(ProofWorld& world) {
+  const std::wstring key = kHandlersKey + L"\\Foo";
+  Handler(world, key, Sz(kServedClass));
+  world.Put(kMachine, key, L"extra", Dword(7));
+  world.Put(kMachine, key + L"\\deeper\\still", L"v", Binary("bytes"));
+  world.Put(kMachine, key + L"\\other", L"", Sz(L"o"));
+}
+void HandlerOverOther(ProofWorld& world) {
+  Handler(world, kHandlersKey + L"\\Foo", ExpandSz(kServedClass));
+  Handler(world, kHandlersKey + kAutorunsSide + L"\\Foo", Sz(L"{not a class}"));
+}
+void HandlerListedTwice(ProofWorld& world) {
+  Handler(world, kHandlersKey + L"\\Foo", Sz(kServedClass));
+  Handler(world, kHandlersKey + kAutorunsSide + L"\\Foo", Sz(kServedClass));
+}
+void ObjectInBothViews(ProofWorld& world) {
+  Handler(world, kObjectsKey + L"\\" + kServedClass, Sz(L"Foo"));
+}
+void ObjectDisabled(ProofWorld& world) {
+  Handler(world, kObjectsKey + kAutorunsSide + L"\\" + kServedClass, Sz(L"Foo"));
+}
+
+void ApprovedInBothViews(ProofWorld& world) {
+  world.Put(kMachine, kApprovedKey, kServedClass, ExpandSz(L"Foo"));
+}
+void ApprovedDisabled(ProofWorld& world) {
+  world.Put(kMachine, kApprovedKey + kAutorunsSide, kServedClass, ExpandSz(L"Foo"));
+}
+void ApprovedListedTwice(ProofWorld& world) {
+  ApprovedInBothViews(world);
+  ApprovedDisabled(world);
+}
+
+void NoFolders(ProofWorld& world) {
+  world.RemoveFolders();
+}
+void ShortcutWithoutFolders(ProofWorld& world) {
+  world.RemoveFolders();
+  world.PutShortcut(world.User().startup + L"Foo.lnk", L"/old");
+}
+void ShortcutOfUser(ProofWorld& world) {
+  world.PutShortcut(world.User().startup + L"Foo.lnk", L"/old");
+}
+void ShortcutNameTaken(ProofWorld& world) {
+  ShortcutOfUser(world);
+  world.PutFile(world.User().disabled + L"Foo.lnk", "taken");
+}
+void ShortcutDisabled(ProofWorld& world) {
+  world.PutShortcut(world.User().disabled + L"Foo.lnk", L"/old");
+}
+void ShortcutOfAll(ProofWorld& world) {
+  world.PutShortcut(world.Common().startup + L"Foo.lnk", L"/old");
+}
+void ShortcutOfAllDisabled(ProofWorld& world) {
+  world.PutShortcut(world.Common().disabled + L"Foo.lnk", L"/old");
+}
+void ProgramDisabledByOther(ProofWorld& world) {
+  world.PutFile(world.User().brisko + L"Foo.exe", "MZ not much of a program");
+}
+
+}  // namespace
+
+std::span<const Scenario> Scenarios() {
+  static const Scenario scenarios[] = {
+      {"Run: disable, both views", kDisable, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: disable, own view", kDisable, RunInOwnView, {sulRegistryCommonRun}},
+      {"Run: disable, plain view", kDisable, RunInPlainView, {sulRegistryCommonRun}},
+      {"Run: disable, views differ", kDisable, RunDiffers, {sulRegistryCommonRun}, true},
+      {"Run: disable, name taken", kDisable, RunNameTaken, {sulRegistryCommonRun}, true},
+      {"Run: disable, user", kDisable, RunOfUser, {sulRegistryUserRun}},
+      {"Run: enable", kEnable, RunDisabled, {sulRegistryCommonRun}},
+      {"Run: enable, other tool's", kEnable, RunDisabledByOther, {sulRegistryCommonRun}, true},
+      {"Run: delete, both views", kDelete, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: delete, views differ", kDelete, RunDiffers, {sulRegistryCommonRun}, true},
+      {"Run: delete, user", kDelete, RunOfUser, {sulRegistryUserRun}},
+      {"Run: add", kAdd, Nothing, {sulRegistryCommonRun}},
+      {"Run: change", kChange, RunInBothViews, {sulRegistryCommonRun}},
+      {"Run: change, user", kChange, RunOfUser, {sulRegistryUserRun}},
+      {"Run: move to common",
+       kMoveTo<sulRegistryCommonRun>,
+       RunOfUser,
+       {sulRegistryUserRun, sulRegistryCommonRun}},
+      {"Run: move to folder", kMoveTo<sulFolderUser>, RunOfUser, {sulRegistryUserRun, sulFolderUser}},
+      {"Handler: disable, tree", kDisable, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: disable, over other", kDisable, HandlerOverOther, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: disable, listed", kDisable, HandlerListedTwice, {sulRegistryAllRegContextMenuHandlers}},
+      {"Handler: delete, tree", kDelete, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
+      {"Object: disable, both views", kDisable, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
+      {"Object: enable, both views", kEnable, ObjectDisabled, {sulRegistryIEBrowserObjects}},
+      {"Object: delete, both views", kDelete, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
+      {"Approved: disable", kDisable, ApprovedInBothViews, {sulRegistryShellExtApproved}},
+      {"Approved: enable", kEnable, ApprovedDisabled, {sulRegistryShellExtApproved}},
+      {"Approved: enable, listed", kEnable, ApprovedListedTwice, {sulRegistryShellExtApproved}},
+      {"Approved: delete", kDelete, ApprovedInBothViews, {sulRegistryShellExtApproved}},
+      {"Folder: disable", kDisable, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: disable, no folders", kDisable, ShortcutWithoutFolders, {sulFolderUser}},
+      {"Folder: disable, name taken", kDisable, ShortcutNameTaken, {sulFolderUser}},
+      {"Folder: disable, common", kDisable, ShortcutOfAll, {sulFolderCommon}},
+      {"Folder: enable, common", kEnable, ShortcutOfAllDisabled, {sulFolderCommon}},
+      {"Folder: enable, other tool's", kEnable, ProgramDisabledByOther, {sulFolderUser}},
+      {"Folder: delete", kDelete, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: add", kAdd, Nothing, {sulFolderUser}},
+      {"Folder: add, common", kAdd, NoFolders, {sulFolderCommon}},
+      {"Folder: change", kChange, ShortcutOfUser, {sulFolderUser}},
+      {"Folder: change, disabled", kChange, ShortcutDisabled, {sulFolderUser}},
+      {"Folder: change, common", kChange, ShortcutOfAll, {sulFolderCommon}},
+      {"Folder: move to common", kMoveTo<sulFolderCommon>, ShortcutOfUser, {sulFolderUser, sulFolderCommon}},
+      {"Folder: move, disabled",
+       kMoveTo<sulFolderCommon>,
+       ShortcutDisabled,
+       {sulFolderUser, sulFolderCommon}},
+      {"Folder: move to Run",
+       kMoveTo<sulRegistryUserRun>,
+       ShortcutOfUser,
+       {sulFolderUser, sulRegistryUserRun}},
+  };
+  return scenarios;
+}
+
+ItemRef LoadEntry(const Scenario& scenario) {
+  ReloadedEntries(scenario.locations);
+  const Entry wanted = scenario.operation.entry;
+  if (wanted == Entry::kNone) return nullptr;
+  ScopedLock lock(Items().Lock());
+  for (const ItemRef& item : Items().Snapshot()) {
+    const Entry state = item->IsEnabled() ? Entry::kEnabled : Entry::kDisabled;
+    if (item->Location() == scenario.locations.front() && item->GivenText() == L"Foo" &&
+        (wanted == Entry::kAny || wanted == state)) {
+      return item;
+    }
+  }
+  throw std::runtime_error(std::string("not listed: ") + scenario.name);
+}
+
+void Perform(const Scenario& scenario, const ItemRef& item) {
+  scenario.operation.perform(*FindLocation(scenario.locations.front()), item);
+}
+
+}  // namespace smh::test
