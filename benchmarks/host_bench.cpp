@@ -1,6 +1,7 @@
 // The library as a host has it: what calls across the boundary cost, what waiting costs, what loading costs.
 
 #include "bench.h"
+#include "minimal_item.h"
 #include "sample_entries.h"
 #include "system_calls.h"
 
@@ -23,6 +24,27 @@ std::wstring Beside(const wchar_t* name) {
   wchar_t own[MAX_PATH];
   GetModuleFileNameW(nullptr, own, MAX_PATH);
   return (std::filesystem::path(own).parent_path() / name).wstring();
+}
+
+double TimeToLoad(const wchar_t* file, const wchar_t* id) {
+  return Microseconds([&] {
+    const HMODULE module = LoadLibraryW(Beside(file).c_str());
+    ImportFunction<GetInstanceFunction>(module, "GetInstance")(id, 0);
+    FreeLibrary(module);
+  });
+}
+
+// Comes first: later the library stays loaded.
+TEST_CASE("Size and start") {
+  const auto size = [](const wchar_t* file) {
+    return static_cast<double>(std::filesystem::file_size(Beside(file))) / 1024;
+  };
+  AddRow("size of the library, empty one for comparison", "KB", size(L"StartupManagerHelper.dll"),
+         size(L"empty_module.dll"), kNoGoal);
+  const Pair times = Alternate(
+      10, [] { return TimeToLoad(L"StartupManagerHelper.dll", IStartupManager::kId); },
+      [] { return TimeToLoad(L"empty_module.dll", L""); });
+  AddRow("load, GetInstance, free; empty library for comparison", "us", times.ours, times.reference, kNoGoal);
 }
 
 constexpr int kPrograms = 40;
@@ -77,52 +99,10 @@ void AskText(std::int32_t index) {
   VariantClear(&text);
 }
 
-// The least that three such calls are made of.
-struct MinimalItem {
-  virtual HRESULT STDMETHODCALLTYPE GetText(VARIANT* text) = 0;
-  virtual void STDMETHODCALLTYPE Free() = 0;
-};
-struct MinimalList {
-  virtual MinimalItem* STDMETHODCALLTYPE Make() = 0;
-};
-
-CRITICAL_SECTION listLock;
-CRITICAL_SECTION itemLock;
-std::wstring minimalText;
-
-class Minimal final : public MinimalItem {
- public:
-  HRESULT STDMETHODCALLTYPE GetText(VARIANT* text) override {
-    EnterCriticalSection(&itemLock);
-    text->vt = VT_BSTR;
-    text->bstrVal = SysAllocStringLen(minimalText.data(), static_cast<UINT>(minimalText.size()));
-    LeaveCriticalSection(&itemLock);
-    return S_OK;
-  }
-  void STDMETHODCALLTYPE Free() override { delete this; }
-
- private:
-  char rest_[28] = {};
-};
-
-class MinimalLister final : public MinimalList {
- public:
-  MinimalItem* STDMETHODCALLTYPE Make() override {
-    EnterCriticalSection(&listLock);
-    auto* const item = new Minimal;
-    LeaveCriticalSection(&listLock);
-    return item;
-  }
-};
-
 TEST_CASE("Boundary calls") {
   Read(100);
   Collection().Stop();
-  InitializeCriticalSection(&listLock);
-  InitializeCriticalSection(&itemLock);
-  minimalText = CommandOf(17);
-  MinimalLister lister;
-  MinimalList* volatile list = &lister;
+  MinimalList& list = MakeMinimalList(CommandOf(17));
   const auto million = [](auto&& call) {
     return [call] {
       return Microseconds([&] {
@@ -132,7 +112,7 @@ TEST_CASE("Boundary calls") {
   };
   // Ten times a hundred thousand, in turns.
   const Pair times = Alternate(10, million([](int i) { AskText(i); }), million([&](int) {
-                                 MinimalItem* const item = list->Make();
+                                 MinimalItem* const item = list.Make();
                                  VARIANT text;
                                  item->GetText(&text);
                                  VariantClear(&text);
@@ -193,6 +173,8 @@ TEST_CASE("Waiting") {
   double longest = 0;
   for (int i = 0; i < 5; ++i) {
     const std::wstring command = L"C:\\changed" + std::to_wstring(i) + L".exe";
+    // At another point of the reader's second each time.
+    Sleep(1'000 + 170 * static_cast<DWORD>(i));
     Values().SetCommand(0, command);
     longest =
         std::max(longest, Microseconds([&] { test::WaitUntil([&] { return CommandOf(0) == command; }); }));
@@ -208,26 +190,6 @@ TEST_CASE("Waiting") {
   const double grown = (static_cast<double>(test::HeapBytes()) - static_cast<double>(bytes)) / 1024;
   AddRow("heap after 10000 changes (reference: 64 KB)", "KB", std::max(grown, 0.0), 64, 1);
   Collection().Stop();
-}
-
-double TimeToLoad(const wchar_t* file, const wchar_t* id) {
-  return Microseconds([&] {
-    const HMODULE module = LoadLibraryW(Beside(file).c_str());
-    ImportFunction<GetInstanceFunction>(module, "GetInstance")(id, 0);
-    FreeLibrary(module);
-  });
-}
-
-TEST_CASE("Size and start") {
-  const auto size = [](const wchar_t* file) {
-    return static_cast<double>(std::filesystem::file_size(Beside(file))) / 1024;
-  };
-  AddRow("size of the library, empty one for comparison", "KB", size(L"StartupManagerHelper.dll"),
-         size(L"empty_module.dll"), kNoGoal);
-  const Pair times = Alternate(
-      10, [] { return TimeToLoad(L"StartupManagerHelper.dll", IStartupManager::kId); },
-      [] { return TimeToLoad(L"empty_module.dll", L""); });
-  AddRow("load, GetInstance, free; empty library for comparison", "us", times.ours, times.reference, kNoGoal);
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ namespace smh::bench {
 namespace {
 
 // From half a kilobyte to four, by the length of the texts; with a target, texts and a block.
-std::vector<test::BuiltLink> Corpus() {
-  std::vector<test::BuiltLink> links;
+std::vector<BuiltLink> Corpus() {
+  std::vector<BuiltLink> links;
   for (const std::size_t units : {40u, 150u, 500u}) {
     LinkBuilder link;
     link.info = LinkInfoSpec{.basePath = "C:\\Program Files\\" + std::string(units, 'p') + ".exe"};
@@ -72,7 +72,7 @@ void ReadWithLiblnk(const std::string& bytes) {
 }
 
 TEST_CASE("Parsing links") {
-  for (const test::BuiltLink& link : Corpus()) {
+  for (const BuiltLink& link : Corpus()) {
     const std::string size = std::to_string(link.Size());
     const std::vector<Bytes> sections = SectionsOf(link.AsBytes());
     const auto ours = [&] {
