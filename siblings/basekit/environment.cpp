@@ -63,14 +63,14 @@ std::wstring ExpandEnvironment(std::wstring_view text) {
   }
 }
 
-std::wstring CanonicalizePath(const std::wstring& text) {
+std::wstring CanonicalizePath(const wchar_t* text) {
   return FolderPart(text).empty() ? text : FullPath(text);
 }
 
-std::wstring FullPath(const std::wstring& text) {
-  if (text.empty()) return text;
+std::wstring FullPath(const wchar_t* text) {
+  if (*text == L'\0') return {};
   std::wstring path = GrowingText(
-      [&](wchar_t* buffer, DWORD size) { return GetFullPathNameW(text.c_str(), size, buffer, nullptr); });
+      [text](wchar_t* buffer, DWORD size) { return GetFullPathNameW(text, size, buffer, nullptr); });
   return path.empty() ? text : path;
 }
 

@@ -10,9 +10,9 @@ namespace smh {
 // "%" may begin the next reference. Texts of any length.
 std::wstring ExpandEnvironment(std::wstring_view text);
 // The full path of a text with a folder part, which need not exist; a bare name comes back as it is.
-std::wstring CanonicalizePath(const std::wstring& text);
+std::wstring CanonicalizePath(const wchar_t* text);
 // Completes a bare name with the current folder too.
-std::wstring FullPath(const std::wstring& text);
+std::wstring FullPath(const wchar_t* text);
 // Without a trailing backslash.
 std::wstring WindowsFolder();
 std::wstring SystemFolder();

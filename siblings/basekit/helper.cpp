@@ -35,7 +35,7 @@ HRESULT Helper::GetFileNameWithoutExt(const wchar_t* file, BoundaryText* name) {
 }
 
 HRESULT Helper::CanonicalizePath(const wchar_t* text, BoundaryText* path) {
-  return AnswerText(path, [&] { return smh::CanonicalizePath(std::wstring(TextArgument(text))); });
+  return AnswerText(path, [&] { return smh::CanonicalizePath(text == nullptr ? L"" : text); });
 }
 
 HRESULT Helper::GetExecutableExtensions(BoundaryText* extensions) {
@@ -71,7 +71,7 @@ HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* nam
   std::fill_n(texts, count, nullptr);
   const HRESULT result = Guarded([&] {
     // The system would look for a bare name in its search folders, hence the full path.
-    const VersionRecord record = ReadVersionRecord(FullPath(std::wstring(TextArgument(file))));
+    const VersionRecord record = ReadVersionRecord(FullPath(file == nullptr ? L"" : file));
     for (std::uint32_t i = 0; i < count; ++i) {
       texts[i] = MakeBoundaryText(names[i] == nullptr ? record.FileVersionNumber() : record.String(names[i]));
     }

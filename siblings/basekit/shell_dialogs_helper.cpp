@@ -40,7 +40,7 @@ HRESULT ShellDialogsHelper::Initialize() {
 HRESULT ShellDialogsHelper::ShowFileDetails(HWND window, const wchar_t* file, const wchar_t* text,
                                             std::int32_t /*number*/) {
   return Guarded([&] {
-    const std::wstring path = FullPath(std::wstring(TextArgument(file)));
+    const std::wstring path = FullPath(file == nullptr ? L"" : file);
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
     const ScopedCom com;
     const wchar_t* const page = TextArgument(text).empty() ? nullptr : text;

@@ -39,7 +39,7 @@ VersionRecord ReadVersionRecord(const std::wstring& path) {
 std::shared_ptr<const VersionRecord> VersionCache::Get(const std::wstring& path) {
   // The stamp is older than the record: a change in between leaves an entry that never matches again. The
   // system would look for a bare name in its search folders, hence the full path.
-  const std::optional<FileStamp> stamp = StampOf(FullPath(path));
+  const std::optional<FileStamp> stamp = StampOf(FullPath(path.c_str()));
   if (!stamp.has_value()) return std::make_shared<const VersionRecord>();
   {
     const ScopedLock guard(lock_);

@@ -15,6 +15,9 @@ using FormatArgument = std::variant<std::wstring_view, std::int64_t>;
 // Raises EConvertError when a handle is unknown, has no argument, or has one of the other kind. Arguments
 // left over are ignored.
 std::wstring FormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
+// The same at the end of a text; when it raises, a part may stand there.
+void AppendFormatList(std::wstring& result, std::wstring_view format,
+                      std::initializer_list<FormatArgument> arguments);
 
 inline FormatArgument ToFormatArgument(std::wstring_view text) {
   return text;

@@ -35,17 +35,23 @@ std::wstring_view RootKeyName(HKEY root) noexcept {
   return {};
 }
 
-std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
-                                std::wstring_view valueName) {
+void AssignFullValuePath(std::wstring& path, REGSAM access, HKEY root, std::wstring_view keyPath,
+                         std::wstring_view valueName) {
   const std::wstring_view prefix = kViewPrefixes[(access & KEY_WOW64_64KEY) != 0 ? 1 : 0];
   const std::wstring_view rootName = RootKeyName(root);
-  std::wstring path;
   path.reserve(prefix.size() + rootName.size() + keyPath.size() + valueName.size() + 2);
-  path.append(prefix).append(rootName);
+  path.assign(prefix).append(rootName);
   if (!keyPath.starts_with(L'\\')) path += L'\\';
   path.append(keyPath);
   if (!path.ends_with(L'\\')) path += L'\\';
-  return path.append(valueName);
+  path.append(valueName);
+}
+
+std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
+                                std::wstring_view valueName) {
+  std::wstring path;
+  AssignFullValuePath(path, access, root, keyPath, valueName);
+  return path;
 }
 
 void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,

@@ -15,6 +15,9 @@ namespace smh {
 std::wstring_view RootKeyName(HKEY root) noexcept;
 std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
                                 std::wstring_view valueName);
+// The same into a text that keeps its memory.
+void AssignFullValuePath(std::wstring& path, REGSAM access, HKEY root, std::wstring_view keyPath,
+                         std::wstring_view valueName);
 // The inverse. What the path does not tell (view, root) stays as it was; the key path keeps its leading and
 // trailing "\".
 void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,

@@ -13,6 +13,8 @@ namespace {
 constexpr std::size_t kNameUnits = 16'384;
 constexpr std::size_t kSubKeyNameUnits = 256;
 constexpr std::size_t kDataBytes = 4096;
+// Nearly all texts fit here.
+constexpr std::size_t kUsualUnits = 512;
 
 // An odd last byte does not count.
 std::wstring UnitsOf(std::span<const std::byte> bytes) {
@@ -25,6 +27,11 @@ std::wstring TextOf(std::span<const std::byte> bytes) {
   std::wstring text = UnitsOf(bytes);
   text.resize(std::min(text.size(), text.find(L'\0')));
   return text;
+}
+
+std::wstring_view UpToZero(const wchar_t* units, DWORD bytes) noexcept {
+  const std::wstring_view text(units, bytes / sizeof(wchar_t));
+  return text.substr(0, text.find(L'\0'));
 }
 
 bool IsEnd(LSTATUS status) noexcept {
@@ -72,12 +79,14 @@ std::wstring JoinTextList(std::span<const std::byte> data, std::wstring_view sep
   return result;
 }
 
-RegistryValueReader::RegistryValueReader(HKEY key) : key_(key), name_(kNameUnits), data_(kDataBytes) {}
+RegistryValueReader::RegistryValueReader(HKEY key)
+    : key_(key), name_(kNameUnits), data_(kDataBytes / sizeof(wchar_t)) {}
 
 bool RegistryValueReader::Next() {
   for (;;) {
     auto nameLength = static_cast<DWORD>(name_.size());
-    auto dataSize = static_cast<DWORD>(data_.size());
+    const auto room = static_cast<DWORD>(data_.size() * sizeof(wchar_t));
+    DWORD dataSize = room;
     const LSTATUS status = RegEnumValueW(key_, index_, name_.data(), &nameLength, nullptr, &type_,
                                          reinterpret_cast<BYTE*>(data_.data()), &dataSize);
     if (status == ERROR_SUCCESS) {
@@ -90,8 +99,8 @@ bool RegistryValueReader::Next() {
     if (IsEnd(status)) return false;
     if (status != ERROR_MORE_DATA) RaiseOSError(static_cast<DWORD>(status));
     // The needed size may be out of date by the next attempt, hence never less than double.
-    if (dataSize > data_.size()) {
-      data_.resize(std::max<std::size_t>(dataSize, data_.size() * 2));
+    if (dataSize > room) {
+      data_.resize(std::max<std::size_t>(dataSize / sizeof(wchar_t) + 1, data_.size() * 2));
     } else if (name_.size() < 2 * kNameUnits) {
       name_.resize(name_.size() * 2);
     } else {
@@ -100,8 +109,8 @@ bool RegistryValueReader::Next() {
   }
 }
 
-std::wstring RegistryValueReader::Text() const {
-  return IsText() ? TextOf(Data()) : std::wstring();
+std::wstring_view RegistryValueReader::Text() const noexcept {
+  return IsText() ? UpToZero(data_.data(), dataSize_) : std::wstring_view();
 }
 
 ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) noexcept {
@@ -144,6 +153,17 @@ std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& nam
     data.bytes.resize(size);
     return data;
   }
+}
+
+std::wstring QueryRegistryText(HKEY key, const std::wstring& name) {
+  wchar_t units[kUsualUnits];
+  DWORD size = sizeof(units);
+  DWORD type = REG_NONE;
+  if (name.find(L'\0') != std::wstring::npos) return {};
+  const LSTATUS status =
+      RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(units), &size);
+  if (status == ERROR_SUCCESS) return std::wstring(IsTextType(type) ? UpToZero(units, size) : L"");
+  return QueryRegistryValue(key, name).value_or(RegistryData{}).Text();
 }
 
 }  // namespace smh

@@ -15,12 +15,16 @@ namespace smh {
 // What an access mask says about the registry view.
 inline constexpr REGSAM kViewBits = KEY_WOW64_64KEY | KEY_WOW64_32KEY;
 
+constexpr bool IsTextType(DWORD type) noexcept {
+  return type == REG_SZ || type == REG_EXPAND_SZ;
+}
+
 // A value's type and bytes, as stored.
 struct RegistryData {
   DWORD type = REG_NONE;
   std::vector<std::byte> bytes;
 
-  bool IsText() const noexcept { return type == REG_SZ || type == REG_EXPAND_SZ; }
+  bool IsText() const noexcept { return IsTextType(type); }
   // The text up to its first zero; an odd last byte does not count. Empty for any other type.
   std::wstring Text() const;
   bool operator==(const RegistryData&) const = default;
@@ -42,15 +46,19 @@ class RegistryValueReader {
   // May hold zero characters.
   std::wstring_view Name() const noexcept { return {name_.data(), nameLength_}; }
   DWORD Type() const noexcept { return type_; }
-  std::span<const std::byte> Data() const noexcept { return {data_.data(), dataSize_}; }
-  bool IsText() const noexcept { return type_ == REG_SZ || type_ == REG_EXPAND_SZ; }
-  std::wstring Text() const;
+  std::span<const std::byte> Data() const noexcept {
+    return std::as_bytes(std::span(data_)).first(dataSize_);
+  }
+  bool IsText() const noexcept { return IsTextType(type_); }
+  // As RegistryData::Text.
+  std::wstring_view Text() const noexcept;
 
  private:
   HKEY key_;
   DWORD index_ = 0;
   std::vector<wchar_t> name_;
-  std::vector<std::byte> data_;
+  // As units, which most data are.
+  std::vector<wchar_t> data_;
   std::size_t nameLength_ = 0;
   std::size_t dataSize_ = 0;
   DWORD type_ = REG_NONE;
@@ -65,5 +73,7 @@ std::vector<std::wstring> RegistryValueNames(HKEY key);
 // A value of an open key; none when the value is missing or its key was deleted. Raises EOSError for any
 // other failure. A name that holds a zero character cannot be asked for and counts as missing.
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
+// The text of a value, as RegistryData::Text; empty for a missing one. Fails as QueryRegistryValue.
+std::wstring QueryRegistryText(HKEY key, const std::wstring& name);
 
 }  // namespace smh

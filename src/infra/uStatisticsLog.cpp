@@ -17,6 +17,8 @@ struct Log {
   // Serialises every write and every save, the file's writing included.
   CriticalSection lock;
   LogText text;
+  // The line that is being put together; keeps its memory from line to line.
+  std::wstring line;
   // Empty until the first block was written.
   LogFileNames exitNames;
 };
@@ -60,6 +62,14 @@ void LogSeparator() {
 void LogLine(std::wstring_view text) {
   const LogScope scope;
   if (g_log != nullptr) g_log->text.AddLine(text);
+}
+
+void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments) {
+  const LogScope scope;
+  if (g_log == nullptr) return;
+  g_log->line.clear();
+  AppendFormatList(g_log->line, format, arguments);
+  g_log->text.AddLine(g_log->line);
 }
 
 void LogError(const Exception& exception) {

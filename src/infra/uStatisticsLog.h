@@ -15,9 +15,11 @@ namespace smh {
 
 void LogLine(std::wstring_view text);
 
+// See FormatList.
+void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
 template <typename... Arguments>
 void LogFormat(std::wstring_view format, const Arguments&... arguments) {
-  LogLine(Format(format, arguments...));
+  LogFormatList(format, {ToFormatArgument(arguments)...});
 }
 
 // One error record: class and message, and a stack trace when the crash reporter has one.

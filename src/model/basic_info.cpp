@@ -57,19 +57,10 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept {
   return location == sulFolderUser || location == sulFolderCommon;
 }
 
-ItemDetails InitialDetails(TTypeStartupLocation location, const std::wstring& name, std::wstring_view caption,
-                           std::wstring_view command, std::wstring& target) {
-  ItemDetails details;
-  details.Caption = caption;
-  details.Command = command;
-  target = IsFolderLocation(location) ? name : ResolveCommandToFile(command);
-  details.Kind = TargetKindOfFile(target);
-  return details;
-}
-
-void FillBasicDetails(TTypeStartupLocation location, std::wstring target, ItemDetails& details) {
-  details.EntryName = ShortName(target);
-  details.FilePath = std::move(target);
+void FillBasicDetails(TTypeStartupLocation location, const std::wstring& name, ItemDetails& details) {
+  details.FilePath = IsFolderLocation(location) ? name : ResolveCommandToFile(details.Command);
+  details.Kind = TargetKindOfFile(details.FilePath);
+  details.EntryName = ShortName(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
   } else if (IsRundll(details.EntryName)) {

@@ -13,16 +13,15 @@ constexpr wchar_t kUnit[] = L"uStartupItem";
 
 }  // namespace
 
-std::size_t TItemList::KeyHash::operator()(const Key& key) const noexcept {
-  return AsciiTextHash()(key.name) * 31 + static_cast<std::size_t>(key.location);
-}
+TItemList::Key::Key(TTypeStartupLocation of, std::wstring_view text) noexcept
+    : location(of), name(text), hash(AsciiTextHash()(text) * 31 + static_cast<std::size_t>(of)) {}
 
 bool TItemList::Key::operator==(const Key& other) const noexcept {
-  return location == other.location && SameAsciiText(name, other.name);
+  return hash == other.hash && location == other.location && SameAsciiText(name, other.name);
 }
 
 TItemList::Key TItemList::KeyOf(const TStartupItem& item) noexcept {
-  return {item.location_, item.state_.name};
+  return Key(item.location_, item.state_.name);
 }
 
 int TItemList::Count() const {
@@ -37,8 +36,12 @@ ItemRef TItemList::At(int index) const {
 }
 
 ItemRef TItemList::Find(TTypeStartupLocation location, std::wstring_view name) const {
+  return Find(Key(location, name));
+}
+
+ItemRef TItemList::Find(const Key& key) const {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  const auto found = index_.find(Key{location, name});
+  const auto found = index_.find(key);
   return found == index_.end() ? nullptr : At(found->second->Position());
 }
 
@@ -53,12 +56,13 @@ int TItemList::Append(ItemRef item) {
 
 int TItemList::Insert(int index, ItemRef item) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  DropStale(item->location_, item->state_.name, item.get());
+  const Key key = KeyOf(*item);
+  DropStale(key, item.get());
   const auto place = static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(items_.size())));
   TStartupItem* const raw = item.get();
   const auto at = items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(place), std::move(item));
   try {
-    index_.emplace(KeyOf(*raw), raw);
+    index_.emplace(key, raw);
   } catch (...) {
     items_.erase(at);
     throw;
@@ -102,10 +106,10 @@ void TItemList::Clear() noexcept {
 
 void TItemList::Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  DropStale(item.location_, name, &item);
+  DropStale(Key(item.location_, name), &item);
   ScopedLock lock(item.Lock);
   // The entry of the index shows the name that goes; it is taken out and put back, which cannot fail.
-  auto entry = index_.extract(item.IsListed() ? KeyOf(item) : Key{sulNone, {}});
+  auto entry = index_.extract(item.IsListed() ? KeyOf(item) : Key(sulNone, {}));
   ItemDetails& details = item.state_.details;
   for (std::wstring* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
     if (*path == item.state_.name) *path = name;
@@ -126,8 +130,8 @@ void TItemList::Renumber(std::size_t from) noexcept {
   }
 }
 
-void TItemList::DropStale(TTypeStartupLocation location, std::wstring_view name, const TStartupItem* except) {
-  const ItemRef stale = Find(location, name);
+void TItemList::DropStale(const Key& key, const TStartupItem* except) {
+  const ItemRef stale = Find(key);
   if (stale != nullptr && stale.get() != except) Remove(*stale);
 }
 

@@ -38,19 +38,23 @@ class TItemList {
   void Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled);
 
  private:
-  // The name is the listed item's own, or one that is looked for.
+  // The name is the listed item's own, or one that is looked for. Names are long: each is hashed once.
   struct Key {
+    Key(TTypeStartupLocation of, std::wstring_view text) noexcept;
+    bool operator==(const Key& other) const noexcept;
+
     TTypeStartupLocation location;
     std::wstring_view name;
-    bool operator==(const Key& other) const noexcept;
+    std::size_t hash;
   };
   struct KeyHash {
-    std::size_t operator()(const Key& key) const noexcept;
+    std::size_t operator()(const Key& key) const noexcept { return key.hash; }
   };
 
   static Key KeyOf(const TStartupItem& item) noexcept;
+  ItemRef Find(const Key& key) const;
   void Renumber(std::size_t from) noexcept;
-  void DropStale(TTypeStartupLocation location, std::wstring_view name, const TStartupItem* except);
+  void DropStale(const Key& key, const TStartupItem* except);
 
   mutable CriticalSection lock_;
   std::vector<ItemRef> items_;

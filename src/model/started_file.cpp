@@ -1,7 +1,9 @@
 #include "model/started_file.h"
 
-#include "core/uDllGlobals.h"
 #include "infra/text.h"
+#include "sysutil/uFileUtils.h"
+
+#include <algorithm>
 
 namespace smh {
 
@@ -28,14 +30,9 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
   const std::wstring_view extension = ExtensionPart(file);
   if (extension.empty()) return TargetKind::kOther;
   if (SameText(extension, L".lnk")) return TargetKind::kShortcut;
-  const std::wstring list = TakeText(
-      [](BoundaryText* extensions) { return DLLGlobals::Helper().GetExecutableExtensions(extensions); });
-  for (std::wstring_view rest = list; !rest.empty();) {
-    const std::size_t end = rest.find(L';');
-    if (SameText(rest.substr(0, end), extension)) return TargetKind::kExecutable;
-    rest.remove_prefix(end == std::wstring_view::npos ? rest.size() : end + 1);
-  }
-  return TargetKind::kOther;
+  const auto isSame = [extension](const std::wstring& other) { return SameText(other, extension); };
+  return std::ranges::any_of(FileUtils::StartableExtensions(), isSame) ? TargetKind::kExecutable
+                                                                       : TargetKind::kOther;
 }
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {

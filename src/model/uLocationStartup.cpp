@@ -100,52 +100,61 @@ void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target
       message);
 }
 
-std::optional<unsigned> TLocationStartup::BeginLoad() {
+std::optional<TLocationStartup::Load> TLocationStartup::BeginLoad() {
   ScopedLock lock(Items().Lock());
   const unsigned generation = gate_.Generation();
-  if (!gate_.IsBusy()) return generation;
+  if (!gate_.IsBusy()) return Load{generation, ++loads_};
   gate_.MarkLoadDue();
   return std::nullopt;
 }
 
-bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, unsigned generation) {
-  const auto isCurrent = [&] { return gate_.Generation() == generation; };
-  if (const ItemRef known = FindItem(type_, entry.name)) {
-    known->UpdateCommand(entry.command, isCurrent);
-    return isCurrent();
-  }
+bool TLocationStartup::IsCurrent(const Load& load) const noexcept {
+  return gate_.Generation() == load.generation;
+}
+
+bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, const Load& load) {
+  const ItemRef known = FindItem(type_, entry.name);
+  return known != nullptr ? UpdateItem(*known, entry.command, load) : ListEntry(std::move(entry), load);
+}
+
+bool TLocationStartup::UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load) {
+  item.MarkFound(load.number);
+  item.UpdateCommand(command, [&] { return IsCurrent(load); });
+  return IsCurrent(load);
+}
+
+bool TLocationStartup::ListEntry(FoundEntry entry, const Load& load) {
   CheckTerminated();
-  const std::wstring name = entry.name;
-  const auto message = [&] {
-    return Format(L"Error add item \"%s\" in location \"%s\".", name, MemberName());
+  const auto item = std::make_shared<TStartupItem>(type_, std::move(entry));
+  item->MarkFound(load.number);
+  const auto log = [&](std::wstring_view format) {
+    item->Get([&](const ItemState& state) { LogFormat(format, state.name, MemberName()); });
   };
   try {
-    const auto item = std::make_shared<TStartupItem>(type_, std::move(entry));
     item->FillBasicInfo();
     ScopedLock lock(Items().Lock());
-    if (!isCurrent()) return false;
+    if (!IsCurrent(load)) return false;
     Items().Append(item);
   } catch (const EAbort&) {
     throw;
   } catch (...) {
     LogCurrentException();
-    LogLine(message());
-    return isCurrent();
+    log(L"Error add item \"%s\" in location \"%s\".");
+    return IsCurrent(load);
   }
-  LogFormat(L"Add item \"%s\" in location \"%s\".", name, MemberName());
+  log(L"Add item \"%s\" in location \"%s\".");
   return true;
 }
 
-bool TLocationStartup::RemoveMissingItems(const FoundNames& found, unsigned generation) {
+bool TLocationStartup::RemoveMissingItems(const Load& load) {
   ScopedLock lock(Items().Lock());
-  if (gate_.Generation() != generation) return false;
+  if (!IsCurrent(load)) return false;
   Items().RemoveIf([&](const TStartupItem& item) {
-    if (item.Location() != type_) return false;
-    return item.Get([&](const ItemState& state) {
-      if (found.contains(state.name)) return false;
+    if (item.Location() != type_ || item.WasFoundIn(load.number)) return false;
+    item.Get([&](const ItemState& state) {
       LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
-      return true;
     });
+    return true;
   });
   return true;
 }

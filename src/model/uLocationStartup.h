@@ -10,13 +10,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace smh {
-
-// The names found by one load, as RemoveMissingItems compares them: ignoring the case of ASCII letters.
-using FoundNames = std::unordered_set<std::wstring, AsciiTextHash, AsciiTextEqual>;
 
 class TLocationStartup {
  public:
@@ -73,20 +69,32 @@ class TLocationStartup {
 
   ChangeGate& Gate() noexcept { return gate_; }
 
-  // Begins a load: waits until a change under way has finished with the list, and answers the generation that
-  // the load belongs to. None, and the load stays due, when a change is under way.
-  std::optional<unsigned> BeginLoad();
-  // For loads. Both answer false, and leave the list alone, when a change of this location began after
-  // `generation` was taken.
-  bool AddOrUpdateItem(FoundEntry entry, unsigned generation);
-  bool RemoveMissingItems(const FoundNames& found, unsigned generation);
+  // One load of this location. Items that it finds are marked with its number; at its end those without it
+  // are removed.
+  struct Load {
+    unsigned generation = 0;
+    unsigned number = 0;
+  };
+  // Waits until a change under way has finished with the list. None, and the load stays due, when a change is
+  // under way.
+  std::optional<Load> BeginLoad();
+  // All answer false, and leave the list alone, when a change of this location began after the load.
+  bool AddOrUpdateItem(FoundEntry entry, const Load& load);
+  // The two halves of AddOrUpdateItem: for an item that is listed, and for an entry that is not.
+  bool UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load);
+  bool ListEntry(FoundEntry entry, const Load& load);
+  bool RemoveMissingItems(const Load& load);
 
  private:
   const TTypeStartupLocation type_;
   const bool canEnable_;
   const bool canModify_;
   const bool canDelete_;
+  bool IsCurrent(const Load& load) const noexcept;
+
   ChangeGate gate_;
+  // Under the item-list lock.
+  unsigned loads_ = 0;
 };
 
 // A location class: makes one location object. Static, so that classes can be told apart by address.

@@ -15,42 +15,38 @@ namespace {
 TItemList* g_items = nullptr;
 std::atomic<bool> g_showAllLocations{false};
 
-// The command that an entry starts: in a folder location, of a shortcut, that of its target.
-std::wstring StartedCommand(TTypeStartupLocation location, const std::wstring& command) {
-  if (!IsFolderLocation(location) || TargetKindOfFile(command) != TargetKind::kShortcut) return command;
-  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(command);
-  return facts && !facts->targetFile.empty() ? facts->command : command;
+// What a shortcut in a folder location starts instead of itself.
+std::optional<std::wstring> TargetCommand(TTypeStartupLocation location, std::wstring_view command) {
+  if (!IsFolderLocation(location) || TargetKindOfFile(command) != TargetKind::kShortcut) return std::nullopt;
+  std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(command));
+  if (!facts || facts->targetFile.empty()) return std::nullopt;
+  return std::move(facts->command);
 }
 
 }  // namespace
 
-TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry)
+TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry) noexcept
     : location_(location), givenText_(std::move(entry.caption)), protected_(entry.isProtected) {
   state_.name = std::move(entry.name);
   state_.address = std::move(entry.address);
   state_.isEnabled = entry.isEnabled;
-  state_.details = InitialDetails(location_, state_.name, givenText_, entry.command, target_);
+  state_.details.Command = std::move(entry.command);
 }
 
 void TStartupItem::FillBasicInfo() {
-  ItemDetails details;
-  {
-    ScopedLock lock(Lock);
-    details = std::move(state_.details);
-  }
-  FillBasicDetails(location_, std::move(target_), details);
-  ScopedLock lock(Lock);
-  state_.details = std::move(details);
+  state_.details.Caption = givenText_;
+  FillBasicDetails(location_, state_.name, state_.details);
 }
 
-bool TStartupItem::UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent) {
-  const std::wstring name = Name();
-  const std::wstring started = StartedCommand(location_, command);
+bool TStartupItem::UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent) {
+  const std::optional<std::wstring> target = TargetCommand(location_, command);
+  const std::wstring_view started = target ? std::wstring_view(*target) : command;
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
-  std::wstring target;
-  ItemDetails details = InitialDetails(location_, name, givenText_, command, target);
-  FillBasicDetails(location_, std::move(target), details);
+  ItemDetails details;
+  details.Caption = givenText_;
+  details.Command = command;
+  FillBasicDetails(location_, Name(), details);
 
   ScopedLock listLock(Items().Lock());
   ScopedLock lock(Lock);

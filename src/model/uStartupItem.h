@@ -20,6 +20,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace smh {
 
@@ -48,19 +49,23 @@ class ExtendedPass;
 
 class TStartupItem {
  public:
-  // Resolves the command to a file and sets the target's kind; the rest is FillBasicInfo's.
-  TStartupItem(TTypeStartupLocation location, FoundEntry entry);
+  // Knows the given texts and nothing else; the rest is FillBasicInfo's.
+  TStartupItem(TTypeStartupLocation location, FoundEntry entry) noexcept;
   TStartupItem(const TStartupItem&) = delete;
   TStartupItem& operator=(const TStartupItem&) = delete;
 
-  // Gathers file, caption and version record. Called once, before the item is listed; when it fails the item
-  // is of no use any more.
+  // Resolves the command and gathers file, caption and version record. Called once, before anybody else has
+  // the item; when it fails the item is of no use any more.
   void FillBasicInfo();
 
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if
   // `isCurrent` still holds under the list's and the item's lock, takes it over, logs the change and asks for
   // extended information again. Answers whether the item changed.
-  bool UpdateCommand(const std::wstring& command, const std::function<bool()>& isCurrent);
+  bool UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent);
+
+  // The load of its location that found the item last; see TLocationStartup::BeginLoad.
+  void MarkFound(unsigned load) noexcept { foundIn_.store(load, std::memory_order_relaxed); }
+  bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 
   // Read thread only. Touches the disk without holding a lock; a failure is logged and the item stays.
   void ReadExtendedInfo(ExtendedPass& pass);
@@ -107,12 +112,12 @@ class TStartupItem {
   // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
   // them.
   ItemState state_;
-  std::wstring target_;
   bool needsExtendedInfo_ = true;
   // Counts changes of the command, so that facts read for an old command are dropped.
   unsigned revision_ = 0;
   std::atomic<std::int32_t> changedMark_{0};
   std::atomic<int> position_{-1};
+  std::atomic<unsigned> foundIn_{0};
 };
 
 using ItemRef = std::shared_ptr<TStartupItem>;

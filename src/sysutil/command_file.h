@@ -7,8 +7,8 @@ namespace smh {
 
 // Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
 // path need not exist.
-CommandParts ResolveCommand(std::wstring_view command);
+CommandParts ResolveCommand(const std::wstring& command);
 // The path alone.
-std::wstring ResolveCommandToFile(std::wstring_view command);
+std::wstring ResolveCommandToFile(const std::wstring& command);
 
 }  // namespace smh

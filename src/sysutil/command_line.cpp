@@ -16,14 +16,13 @@ std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_vie
   return command;
 }
 
-std::wstring FileUtils::ProgramOfCommand(std::wstring_view command) {
-  const std::wstring text(command);
-  return Trim(TakeText([&](BoundaryText* program) {
-    return DLLGlobals::ShellHelper().GetProgramPart(text.c_str(), program);
-  }));
+std::wstring FileUtils::ProgramOfCommand(const std::wstring& command) {
+  BoundaryString program;
+  DLLGlobals::ShellHelper().GetProgramPart(command.c_str(), program.Put());
+  return Trim(program.View());
 }
 
-CommandParts FileUtils::SplitCommandLine(std::wstring_view command) {
+CommandParts FileUtils::SplitCommandLine(const std::wstring& command) {
   CommandParts parts;
   parts.path = ProgramOfCommand(command);
   // Kept on purpose: the path goes from the arguments too where it is named again.

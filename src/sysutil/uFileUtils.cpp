@@ -30,6 +30,7 @@ struct FileCaches {
   std::atomic<const std::wstring*> programFilesNativeDir{nullptr};
   std::atomic<const TextList*> searchDirectories{nullptr};
   std::atomic<const TextList*> executableExtensions{nullptr};
+  std::atomic<const TextList*> startableExtensions{nullptr};
 
   FileCaches() = default;
   FileCaches(const FileCaches&) = delete;
@@ -39,8 +40,9 @@ struct FileCaches {
          {&win16SystemDir, &systemDir, &sysnativeDir, &programFilesX86Dir, &programFilesNativeDir}) {
       delete text->load();
     }
-    delete searchDirectories.load();
-    delete executableExtensions.load();
+    for (const auto* const list : {&searchDirectories, &executableExtensions, &startableExtensions}) {
+      delete list->load();
+    }
   }
 };
 
@@ -183,11 +185,12 @@ const std::wstring& FileUtils::GetProgramFilesNativeDir() {
 }
 
 std::wstring FileUtils::NormalizePath(std::wstring_view text) {
-  const std::wstring unquoted = DequoteText(text);
-  const std::wstring expanded = TakeText(
-      [&](BoundaryText* path) { return DLLGlobals::ShellHelper().ExpandPath(unquoted.c_str(), path); });
-  return TakeText(
-      [&](BoundaryText* path) { return DLLGlobals::Helper().CanonicalizePath(expanded.c_str(), path); });
+  std::wstring path = DequoteText(text);
+  // Without a reference there is nothing to ask the helper for.
+  if (path.find(L'%') != std::wstring::npos) {
+    path = TakeText([&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(path.c_str(), out); });
+  }
+  return TakeText([&](BoundaryText* out) { return DLLGlobals::Helper().CanonicalizePath(path.c_str(), out); });
 }
 
 std::wstring FileUtils::NormalizeDirectory(std::wstring_view text) {
@@ -201,6 +204,13 @@ const std::vector<std::wstring>& FileUtils::SearchDirectories() {
 
 const std::vector<std::wstring>& FileUtils::ExecutableExtensions() {
   return Cached(&FileCaches::executableExtensions, MakeExecutableExtensions);
+}
+
+const std::vector<std::wstring>& FileUtils::StartableExtensions() {
+  return Cached(&FileCaches::startableExtensions, [] {
+    return SplitList(TakeText(
+        [](BoundaryText* extensions) { return DLLGlobals::Helper().GetExecutableExtensions(extensions); }));
+  });
 }
 
 void StartFileUtils() {

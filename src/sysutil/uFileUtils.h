@@ -35,6 +35,8 @@ class FileUtils {
   static std::wstring NormalizeDirectory(std::wstring_view text);
   static const std::vector<std::wstring>& SearchDirectories();
   static const std::vector<std::wstring>& ExecutableExtensions();
+  // Those that the general helper names; another list than the one above, which follows PATHEXT.
+  static const std::vector<std::wstring>& StartableExtensions();
 
   static bool FileExists(const std::wstring& path) noexcept;
   static bool DirectoryExists(const std::wstring& path) noexcept;
@@ -54,9 +56,9 @@ class FileUtils {
   static bool FindFileByName(std::wstring_view name, std::wstring& path);
 
   static std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
-  static CommandParts SplitCommandLine(std::wstring_view command);
+  static CommandParts SplitCommandLine(const std::wstring& command);
   // The path alone.
-  static std::wstring ProgramOfCommand(std::wstring_view command);
+  static std::wstring ProgramOfCommand(const std::wstring& command);
 };
 
 void StartFileUtils();

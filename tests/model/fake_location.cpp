@@ -80,23 +80,22 @@ bool FakeLocation::ItemExists(const TStartupItem& item) {
 
 void FakeLocation::ReadItems() {
   ++reads;
-  const unsigned generation = Gate().Generation();
+  const std::optional<Load> load = BeginLoad();
+  if (!load) return;
   if (onRead) onRead();
   std::vector<Entry> entries;
   {
     const std::scoped_lock lock(lock_);
     entries = entries_;
   }
-  FoundNames found;
   for (const Entry& entry : entries) {
     FoundEntry item;
     item.name = entry.name;
     item.caption = entry.name;
     item.command = entry.command;
-    if (!AddOrUpdateItem(std::move(item), generation)) return;
-    found.insert(entry.name);
+    if (!AddOrUpdateItem(std::move(item), *load)) return;
   }
-  RemoveMissingItems(found, generation);
+  RemoveMissingItems(*load);
 }
 
 bool FakeLocation::IsChanged() {

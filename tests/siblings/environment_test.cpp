@@ -51,7 +51,7 @@ TEST(EnvironmentTest, OnlyPathsAreCompleted) {
       {L".\\app.exe", WithTrailingBackslash(folder) + L"app.exe"},
       {deep, deep},
   };
-  for (const TextCase& row : cases) EXPECT_EQ(CanonicalizePath(row.from), row.to);
+  for (const TextCase& row : cases) EXPECT_EQ(CanonicalizePath(row.from.c_str()), row.to);
 }
 
 TEST(IndirectStringTest, SplitsAtItsNumber) {

@@ -100,17 +100,14 @@ void TLocationFolderStd::ReadItems() {
 }
 
 void TLocationFolderStd::LoadItems() {
-  const std::optional<unsigned> generation = BeginLoad();
-  if (!generation) return;
-  FoundNames found;
+  const std::optional<Load> load = BeginLoad();
+  if (!load) return;
   bool current = true;
-  for (const std::wstring& folder : AllFolders()) {
-    current = current && ReadFolder(folder, *generation, found);
-  }
-  if (!current || !RemoveMissingItems(found, *generation)) Gate().MarkLoadDue();
+  for (const std::wstring& folder : AllFolders()) current = current && ReadFolder(folder, *load);
+  if (!current || !RemoveMissingItems(*load)) Gate().MarkLoadDue();
 }
 
-bool TLocationFolderStd::ReadFolder(const std::wstring& folder, unsigned generation, FoundNames& found) {
+bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load) {
   for (const std::wstring& name : FileNamesIn(folder)) {
     CheckTerminated();
     if (!IsEntryFile(name)) continue;
@@ -120,8 +117,7 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, unsigned generat
     entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
     entry.isEnabled = SameText(folder, startupFolder_);
     entry.isProtected = !CanDeleteFile(entry.name);
-    found.insert(entry.name);
-    if (!AddOrUpdateItem(std::move(entry), generation)) return false;
+    if (!AddOrUpdateItem(std::move(entry), load)) return false;
   }
   return true;
 }

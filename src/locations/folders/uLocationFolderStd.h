@@ -61,7 +61,7 @@ class TLocationFolderStd final : public TLocationStartup {
   std::vector<std::wstring> AllFolders() const;
 
   void LoadItems();
-  bool ReadFolder(const std::wstring& folder, unsigned generation, FoundNames& found);
+  bool ReadFolder(const std::wstring& folder, const Load& load);
 
   void SwitchItem(const ItemRef& item, bool enable);
   void MoveToFolder(const ItemRef& item, TLocationFolderStd& target);

@@ -8,6 +8,8 @@
 #include "sysutil/uRegEditUtils.h"
 #include "sysutil/uWinVersionInfo.h"
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {
@@ -15,10 +17,6 @@ namespace {
 constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
 constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
 constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
-
-bool IsSameEntry(const RegistryValueAddress& a, const RegistryValueAddress& b) {
-  return SameText(a.key, b.key) && SameText(a.valueName, b.valueName);
-}
 
 }  // namespace
 
@@ -71,9 +69,9 @@ void TLocationRegistry::LoadItems() {
   // Twice at most: pruning can make room for entries that were passed over.
   bool again = true;
   for (int pass = 0; pass < 2 && again; ++pass) {
-    const std::optional<unsigned> generation = BeginLoad();
-    if (!generation) return;
-    Load load{.generation = *generation};
+    const std::optional<Load> begun = BeginLoad();
+    if (!begun) return;
+    RegistryLoad load{*begun};
     bool current = ReadPath(load, keys_.own);
     for (const wchar_t* path : keys_.side) current = current && ReadPath(load, path);
     if (!current || !Prune(load, again)) {
@@ -83,7 +81,7 @@ void TLocationRegistry::LoadItems() {
   }
 }
 
-bool TLocationRegistry::ReadPath(Load& load, const wchar_t* path) {
+bool TLocationRegistry::ReadPath(RegistryLoad& load, const wchar_t* path) {
   const bool isOwn = path == keys_.own;
   for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
     if (view != 0 && OwnView() == 0) continue;
@@ -95,37 +93,44 @@ bool TLocationRegistry::ReadPath(Load& load, const wchar_t* path) {
   return true;
 }
 
-bool TLocationRegistry::TakeEntry(Load& load, FoundEntry entry, const std::wstring& shownName) {
-  const auto fullPath = [&](REGSAM view) {
-    return BuildFullValuePath(view, entry.address.root, entry.address.key, shownName);
-  };
-  entry.name = fullPath(entry.address.viewBits);
-
-  const ItemRef own = FindItem(LocationType(), entry.name);
-  if (own == nullptr && OwnView() != 0) {
-    std::wstring other = fullPath(entry.address.viewBits ^ KEY_WOW64_64KEY);
-    if (FindItem(LocationType(), other) != nullptr) {
-      load.skipCauses.insert(std::move(other));
-      load.found.insert(entry.name);
-      return true;
-    }
-  }
-  if ((own != nullptr && !IsSameEntry(AddressOf(*own), entry.address)) || load.taken.contains(entry.name)) {
-    LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.", shownName,
-              entry.address.key, MemberName());
-    load.skipCauses.insert(entry.name);
-    return true;
-  }
-  load.taken.insert(*load.found.insert(entry.name).first);
-  return AddOrUpdateItem(std::move(entry), load.generation);
+bool TLocationRegistry::IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
+  if (OwnView() == 0) return false;
+  AssignFullValuePath(load.otherPath, place.view ^ KEY_WOW64_64KEY, place.root, seen.key, seen.shownName);
+  ItemRef other = FindItem(LocationType(), load.otherPath);
+  if (other == nullptr) return false;
+  load.skipCauses.push_back(std::move(other));
+  return true;
 }
 
-bool TLocationRegistry::Prune(const Load& load, bool& again) {
-  again = false;
-  if (!RemoveMissingItems(load.found, load.generation)) return false;
-  for (const std::wstring& cause : load.skipCauses) {
-    if (!load.found.contains(cause)) again = true;
+bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
+  AssignFullValuePath(load.path, place.view, place.root, seen.key, seen.shownName);
+  ItemRef own = FindItem(LocationType(), load.path);
+  if (own == nullptr) {
+    if (IsShownByOtherView(load, place, seen)) return true;
+    FoundEntry entry;
+    entry.name = load.path;
+    entry.caption = seen.caption;
+    entry.command = seen.command;
+    entry.isEnabled = place.isOwn;
+    entry.isProtected = seen.isProtected;
+    entry.address = {place.view, place.root, std::wstring(seen.key), std::wstring(seen.valueName)};
+    return ListEntry(std::move(entry), load);
   }
+  const bool isSame = own->Get([&](const ItemState& state) {
+    return SameText(state.address.key, seen.key) && SameText(state.address.valueName, seen.valueName);
+  });
+  if (isSame && !own->WasFoundIn(load.number)) return UpdateItem(*own, seen.command, load);
+  LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.", seen.shownName,
+            seen.key, MemberName());
+  load.skipCauses.push_back(std::move(own));
+  return true;
+}
+
+bool TLocationRegistry::Prune(const RegistryLoad& load, bool& again) {
+  again = false;
+  if (!RemoveMissingItems(load)) return false;
+  again = std::ranges::any_of(load.skipCauses,
+                              [&](const ItemRef& cause) { return !cause->WasFoundIn(load.number); });
   return true;
 }
 

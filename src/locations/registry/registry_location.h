@@ -11,7 +11,6 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace smh {
@@ -43,15 +42,24 @@ class TLocationRegistry : public TLocationStartup {
     REGSAM view;
     bool isOwn;
   };
-  // One load: what it has found so far.
-  struct Load {
-    unsigned generation = 0;
-    FoundNames found{};
-    // Those for which an entry of this load stands: two may have one path. Views of found names.
-    std::unordered_set<std::wstring_view, AsciiTextHash, AsciiTextEqual> taken{};
-    // Listed names because of which an entry was passed over. When one of them is pruned, that entry's turn
+  // An entry as it is met in its key. Views of what the reading holds: of entries that are listed nothing is
+  // copied.
+  struct SeenEntry {
+    std::wstring_view key;
+    std::wstring_view valueName;
+    // Stands for the last part of the entry's path.
+    std::wstring_view shownName;
+    std::wstring_view caption;
+    std::wstring_view command;
+    bool isProtected = false;
+  };
+  struct RegistryLoad : Load {
+    // Listed items because of which an entry was passed over. When one of them is pruned, that entry's turn
     // has come.
-    FoundNames skipCauses{};
+    std::vector<ItemRef> skipCauses{};
+    // The path of the entry at hand, in its view and in the other one.
+    std::wstring path{};
+    std::wstring otherPath{};
   };
 
   // Arms the change watch. Raises EOSError when its event cannot be made.
@@ -64,10 +72,9 @@ class TLocationRegistry : public TLocationStartup {
   const wchar_t* KeyPath(bool enabled) const noexcept { return enabled ? keys_.own : keys_.side.front(); }
 
   // Takes every entry of a key; false when a change has overtaken the load.
-  virtual bool ReadKey(Load& load, const Place& place) = 0;
-  // Takes one entry over, unless the other view shows it already or another entry has its path. The entry's
-  // address is complete; `shownName` stands for the last part of its path.
-  bool TakeEntry(Load& load, FoundEntry entry, const std::wstring& shownName);
+  virtual bool ReadKey(RegistryLoad& load, const Place& place) = 0;
+  // Takes one entry over, unless the other view shows it already or another entry has its path.
+  bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
 
   // Where a listed item goes when it is switched, and what is written there. The list's and the item's lock
   // are held; whatever forbids the change raises here, before it begins.
@@ -86,8 +93,9 @@ class TLocationRegistry : public TLocationStartup {
 
  private:
   void LoadItems();
-  bool ReadPath(Load& load, const wchar_t* path);
-  bool Prune(const Load& load, bool& again);
+  bool ReadPath(RegistryLoad& load, const wchar_t* path);
+  bool IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
+  bool Prune(const RegistryLoad& load, bool& again);
   void SwitchItem(const ItemRef& item, bool enable);
   bool SwitchEntry(const ItemRef& item, bool enable);
   std::wstring ItemLine(std::wstring_view format, const std::wstring& itemName) const;

@@ -18,7 +18,7 @@ std::wstring ServerFile(const std::wstring& identifier, REGSAM view) {
   if (!IsClassIdentifier(identifier)) return {};
   const std::wstring path = Format(L"CLSID\\%s\\InprocServer32", identifier);
   const ScopedKey key = OpenRegistryKey(HKEY_CLASSES_ROOT, path, view | KEY_READ);
-  return key ? QueryRegistryValue(key.Get(), {}).value_or(RegistryData{}).Text() : std::wstring();
+  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
 }
 
 }  // namespace smh

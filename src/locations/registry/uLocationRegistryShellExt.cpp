@@ -16,23 +16,19 @@ bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
   return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
 }
 
-bool TLocationRegistryShellExt::ReadKey(Load& load, const Place& place) {
+bool TLocationRegistryShellExt::ReadKey(RegistryLoad& load, const Place& place) {
   const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
   if (!key) return true;
   const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
   RegistryValueReader values(key.Get());
   while (values.Next()) {
     CheckTerminated();
-    FoundEntry entry;
-    entry.caption = values.IsText() ? values.Text() : std::wstring();
-    if (entry.caption.empty() && !listsWithoutDescription_) continue;
+    const std::wstring_view description = values.Text();
+    if (description.empty() && !listsWithoutDescription_) continue;
     const std::wstring name(values.Name());
-    entry.command = ServerFile(name, place.view);
-    if (entry.command.empty()) continue;
-    entry.address = {place.view, place.root, place.path, name};
-    entry.isEnabled = place.isOwn;
-    entry.isProtected = isProtected;
-    if (!TakeEntry(load, std::move(entry), name)) return false;
+    const std::wstring server = ServerFile(name, place.view);
+    if (server.empty()) continue;
+    if (!TakeEntry(load, place, {place.path, name, name, description, server, isProtected})) return false;
   }
   return true;
 }

@@ -26,7 +26,7 @@ class TLocationRegistryShellExt final : public TLocationRegistry {
   bool CanAcceptItem(const TStartupItem&) override { return false; }
 
  protected:
-  bool ReadKey(Load& load, const Place& place) override;
+  bool ReadKey(RegistryLoad& load, const Place& place) override;
   Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
   std::unique_ptr<EntryStore> Store(bool recorded) const override;
 

@@ -23,7 +23,7 @@ bool TLocationRegistryShellHandlers::ItemExists(const TStartupItem& item) {
   return static_cast<bool>(OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ));
 }
 
-bool TLocationRegistryShellHandlers::ReadKey(Load& load, const Place& place) {
+bool TLocationRegistryShellHandlers::ReadKey(RegistryLoad& load, const Place& place) {
   const ScopedKey list = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
   if (!list) return true;
   for (const std::wstring& name : SubKeyNames(list.Get())) {
@@ -34,21 +34,17 @@ bool TLocationRegistryShellHandlers::ReadKey(Load& load, const Place& place) {
   return true;
 }
 
-bool TLocationRegistryShellHandlers::ReadHandler(Load& load, const Place& place, HKEY list,
+bool TLocationRegistryShellHandlers::ReadHandler(RegistryLoad& load, const Place& place, HKEY list,
                                                  const std::wstring& name) {
-  FoundEntry entry;
-  entry.isProtected = !IsKeyWritable(list, name, place.view);
+  const bool isProtected = !IsKeyWritable(list, name, place.view);
   const ScopedKey key = OpenRegistryKey(list, name, place.view | KEY_READ);
   if (!key) return true;
-  const std::wstring data = QueryRegistryValue(key.Get(), {}).value_or(RegistryData{}).Text();
+  const std::wstring data = QueryRegistryText(key.Get(), {});
   const bool isNamedByClass = IsClassIdentifier(name);
-  const std::wstring& identifier = isNamedByClass ? name : data;
-  entry.caption = isNamedByClass ? data : name;
-  entry.isEnabled = place.isOwn;
-  entry.address = {place.view, place.root, std::wstring(place.path) + L'\\' + name, data};
-  entry.command = ServerFile(identifier, place.view);
-  if (entry.command.empty()) return true;
-  return TakeEntry(load, std::move(entry), data);
+  const std::wstring server = ServerFile(isNamedByClass ? name : data, place.view);
+  if (server.empty()) return true;
+  const std::wstring path = std::wstring(place.path) + L'\\' + name;
+  return TakeEntry(load, place, {path, data, data, isNamedByClass ? data : name, server, isProtected});
 }
 
 std::unique_ptr<EntryStore> TLocationRegistryShellHandlers::Store(bool recorded) const {

@@ -23,14 +23,14 @@ class TLocationRegistryShellHandlers final : public TLocationRegistry {
   bool CanAcceptItem(const TStartupItem&) override { return false; }
 
  protected:
-  bool ReadKey(Load& load, const Place& place) override;
+  bool ReadKey(RegistryLoad& load, const Place& place) override;
   Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
   std::unique_ptr<EntryStore> Store(bool recorded) const override;
   // The last part of a handler's path is the text of its key's default value, no value's name.
   std::wstring ValueToShow(const RegistryValueAddress&) const override { return {}; }
 
  private:
-  bool ReadHandler(Load& load, const Place& place, HKEY list, const std::wstring& name);
+  bool ReadHandler(RegistryLoad& load, const Place& place, HKEY list, const std::wstring& name);
 };
 
 }  // namespace smh

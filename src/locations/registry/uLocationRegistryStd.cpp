@@ -8,11 +8,11 @@ namespace smh {
 
 namespace {
 
-// A zero inside a name would end it everywhere: it is shown as its symbol, and the entry is protected.
-bool ReplaceZeros(std::wstring& name) {
-  const bool found = name.find(L'\0') != std::wstring::npos;
-  std::replace(name.begin(), name.end(), L'\0', L'\x2400');
-  return found;
+// A zero inside a name would end it everywhere: it is shown as its symbol.
+std::wstring WithSymbolsForZeros(std::wstring_view name) {
+  std::wstring shown(name);
+  std::ranges::replace(shown, L'\0', L'\x2400');
+  return shown;
 }
 
 }  // namespace
@@ -43,21 +43,19 @@ bool TLocationRegistryStd::CanAcceptItem(const TStartupItem& item) {
   }
 }
 
-bool TLocationRegistryStd::ReadKey(Load& load, const Place& place) {
+bool TLocationRegistryStd::ReadKey(RegistryLoad& load, const Place& place) {
   const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
   if (!key) return true;
   const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
   RegistryValueReader values(key.Get());
   while (values.Next()) {
     CheckTerminated();
-    FoundEntry entry;
-    entry.address = {place.view, place.root, place.path, std::wstring(values.Name())};
-    entry.caption = values.Name();
-    entry.isEnabled = place.isOwn;
-    entry.isProtected = ReplaceZeros(entry.caption) || isProtected;
-    if (values.IsText()) entry.command = values.Text();
-    const std::wstring shownName = entry.caption;
-    if (!TakeEntry(load, std::move(entry), shownName)) return false;
+    const std::wstring_view name = values.Name();
+    const bool hasZero = name.find(L'\0') != std::wstring_view::npos;
+    const std::wstring symbols = hasZero ? WithSymbolsForZeros(name) : std::wstring();
+    const std::wstring_view shown = hasZero ? std::wstring_view(symbols) : name;
+    const SeenEntry seen{place.path, name, shown, shown, values.Text(), hasZero || isProtected};
+    if (!TakeEntry(load, place, seen)) return false;
   }
   return true;
 }

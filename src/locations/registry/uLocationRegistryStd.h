@@ -32,7 +32,7 @@ class TLocationRegistryStd final : public TLocationRegistry {
   void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
 
  protected:
-  bool ReadKey(Load& load, const Place& place) override;
+  bool ReadKey(RegistryLoad& load, const Place& place) override;
   Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
   std::unique_ptr<EntryStore> Store(bool recorded) const override;
 
