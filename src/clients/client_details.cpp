@@ -26,9 +26,9 @@ IconPlace SplitIconLocation(const std::wstring& location) {
 }
 
 // An added path may have blanks without quotes: it has no arguments.
-std::wstring StartedFile(const FavoriteIdentity& client) {
-  if (!client.keyPath.empty()) return ResolveCommandToFile(client.command);
-  return ResolveCommandToFile(QuoteText(DequoteText(Trim(client.command))));
+SharedText StartedFile(const FavoriteIdentity& client) {
+  if (!client.keyPath.empty()) return ResolveCommandToFile(client.command.c_str());
+  return ResolveCommandToFile(QuoteText(DequoteText(Trim(client.command))).c_str());
 }
 
 // A shortcut's icon goes before the registered one; a path that was added shows its own.

@@ -14,7 +14,7 @@ void ExecuteItem(const TStartupItem& item, HWND window) {
     ScopedLock lock(Items().Lock());
     command = item.Get([](const ItemState& state) { return state.details.Command; });
   }
-  const CommandParts parts = ResolveCommand(command);
+  const CommandParts parts = ResolveCommand(command.c_str());
   const DWORD code = OpenWithShell(window, parts.path, parts.arguments);
   if (code == ERROR_SUCCESS) return;
   const std::wstring error = SystemErrorText(code);

@@ -67,9 +67,9 @@ namespace {
 // target, is its own answer.
 std::wstring CommandFile(std::wstring_view command) {
   const std::wstring text = DequoteText(command);
-  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text);
+  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text.c_str());
   const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
-  return facts && !facts->targetFile.empty() ? facts->targetFile : std::wstring(command);
+  return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
 }
 
 }  // namespace

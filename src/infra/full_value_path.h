@@ -4,6 +4,8 @@
 // "(x64)", root key name, key path, "\", value name.
 #pragma once
 
+#include "infra/shared_text.h"
+
 #include <windows.h>
 
 #include <string>
@@ -32,6 +34,21 @@ struct RegistryValueAddress {
 
   std::wstring FullPath() const { return BuildFullValuePath(viewBits, root, key, valueName); }
   bool operator==(const RegistryValueAddress&) const = default;
+};
+
+// The same for those who keep many: values of one key share its path.
+struct SharedValueAddress {
+  REGSAM viewBits = 0;
+  HKEY root = nullptr;
+  SharedText key;
+  SharedText valueName;
+
+  SharedValueAddress() noexcept = default;
+  SharedValueAddress(REGSAM view, HKEY rootKey, SharedText keyPath, SharedText name) noexcept
+      : viewBits(view), root(rootKey), key(std::move(keyPath)), valueName(std::move(name)) {}
+  SharedValueAddress(const RegistryValueAddress& address)
+      : SharedValueAddress(address.viewBits, address.root, address.key, address.valueName) {}
+  operator RegistryValueAddress() const { return {viewBits, root, key, valueName}; }
 };
 
 }  // namespace smh

@@ -68,10 +68,14 @@ bool SameLocaleText(std::wstring_view a, std::wstring_view b) noexcept {
                         static_cast<int>(b.size())) == CSTR_EQUAL;
 }
 
-std::wstring Trim(std::wstring_view text) {
+std::wstring_view TrimmedPart(std::wstring_view text) noexcept {
   while (!text.empty() && text.front() <= L' ') text.remove_prefix(1);
   while (!text.empty() && text.back() <= L' ') text.remove_suffix(1);
-  return std::wstring(text);
+  return text;
+}
+
+std::wstring Trim(std::wstring_view text) {
+  return std::wstring(TrimmedPart(text));
 }
 
 std::wstring ReplaceText(std::wstring_view text, std::wstring_view pattern, std::wstring_view replacement) {
@@ -94,7 +98,9 @@ std::wstring ReplaceText(std::wstring_view text, std::wstring_view pattern, std:
 }
 
 std::wstring QuoteText(std::wstring_view text) {
-  std::wstring result(1, L'"');
+  std::wstring result;
+  result.reserve(text.size() + 2);
+  result += L'"';
   for (const wchar_t unit : text) result.append(unit == L'"' ? 2 : 1, unit);
   return result.append(1, L'"');
 }

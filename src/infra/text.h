@@ -17,6 +17,8 @@ bool SameLocaleText(std::wstring_view a, std::wstring_view b) noexcept;
 
 // Without blanks and control characters at both ends.
 std::wstring Trim(std::wstring_view text);
+// The same as a part of the text.
+std::wstring_view TrimmedPart(std::wstring_view text) noexcept;
 // Every occurrence of `pattern`, ignoring case, replaced; an empty pattern replaces nothing.
 std::wstring ReplaceText(std::wstring_view text, std::wstring_view pattern, std::wstring_view replacement);
 // In double quotes, with every quote inside doubled.

@@ -11,15 +11,15 @@ namespace smh {
 
 namespace {
 
-std::wstring ShortName(const std::wstring& file) {
-  return TakeText(
+SharedText ShortName(const SharedText& file) {
+  return TakeSharedText(
       [&](BoundaryText* name) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), name); });
 }
 
 std::wstring ExistingFile(std::wstring_view element) {
-  std::wstring path = FileUtils::NormalizePath(element);
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = std::move(found);
-  return FileUtils::FileExistsWow64(path) ? path : std::wstring();
+  SharedText path = FileUtils::NormalizePath(element);
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = found;
+  return FileUtils::FileExistsWow64(path) ? std::wstring(path) : std::wstring();
 }
 
 void FillFromShortcut(bool inFolder, ItemDetails& details) {
@@ -37,7 +37,7 @@ void FillFromShortcut(bool inFolder, ItemDetails& details) {
 std::optional<FileStamp> FindFile(TTypeStartupLocation location, ItemDetails& details) {
   std::optional<FileStamp> stamp = StampOf(details.FilePath);
   if (stamp || IsFolderLocation(location) || details.Command.empty()) return stamp;
-  std::wstring again = ResolveCommandToFile(details.Command);
+  SharedText again = ResolveCommandToFile(details.Command.c_str());
   stamp = StampOf(again);
   if (stamp) details.FilePath = std::move(again);
   return stamp;
@@ -45,7 +45,7 @@ std::optional<FileStamp> FindFile(TTypeStartupLocation location, ItemDetails& de
 
 void CompleteCaption(ItemDetails& details) {
   if (details.Caption.empty()) details.Caption = details.EntryName;
-  const std::wstring& description = details.Version->FileDescription;
+  const SharedText& description = details.Version->FileDescription;
   if (!description.empty() && SameText(details.Caption, FileNamePart(details.FilePath))) {
     details.Caption = Format(L"%s (%s)", details.Caption, description);
   }
@@ -57,15 +57,15 @@ bool IsFolderLocation(TTypeStartupLocation location) noexcept {
   return location == sulFolderUser || location == sulFolderCommon;
 }
 
-void FillBasicDetails(TTypeStartupLocation location, const std::wstring& name, ItemDetails& details) {
-  details.FilePath = IsFolderLocation(location) ? name : ResolveCommandToFile(details.Command);
+void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, ItemDetails& details) {
+  details.FilePath = IsFolderLocation(location) ? name : ResolveCommandToFile(details.Command.c_str());
   details.Kind = TargetKindOfFile(details.FilePath);
   details.EntryName = ShortName(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
   } else if (IsRundll(details.EntryName)) {
-    if (std::wstring file = RundllTarget(details.Command, ExistingFile); !file.empty()) {
-      details.FilePath = std::move(file);
+    if (const std::wstring file = RundllTarget(details.Command, ExistingFile); !file.empty()) {
+      details.FilePath = file;
     }
   }
   DescribeStartedFile(FindFile(location, details), details);

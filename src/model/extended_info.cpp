@@ -36,7 +36,7 @@ void ReadTypeName(ItemDetails& details) {
                      SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES) == 0) {
     return;
   }
-  details.FileTypeName.assign(info.szTypeName, wcsnlen(info.szTypeName, kTypeNameUnits));
+  details.FileTypeName = std::wstring_view(info.szTypeName, wcsnlen(info.szTypeName, kTypeNameUnits));
 }
 
 int KnownRating(std::int32_t answer) {

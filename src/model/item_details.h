@@ -23,29 +23,29 @@ struct ExtendedDetails {
   double LastAccessTime = 0;
   double LastWriteTime = 0;
   // At most 80 units.
-  std::wstring FileTypeName;
+  SharedText FileTypeName;
   int Rating = 1;
   int ImageIndex = kImageUnknownFile;
 };
 
 struct ItemDetails : ExtendedDetails {
   TargetKind Kind = TargetKind::kOther;
-  std::wstring LinkPath;
-  std::wstring IconPath;
+  SharedText LinkPath;
+  SharedText IconPath;
   int IconIndex = 0;
   bool FileFound = false;
   // Short name of the started file; the duplicate key when an entry is moved in.
-  std::wstring EntryName;
-  std::wstring Caption;
+  SharedText EntryName;
+  SharedText Caption;
   // The command line as stored in the location.
-  std::wstring Command;
-  std::wstring Description;
-  std::wstring WorkingFolder;
+  SharedText Command;
+  SharedText Description;
+  SharedText WorkingFolder;
   // The hot key of a shortcut entry.
   int LinkShowCommand = 0;
   SharedVersionTexts Version = NoVersionTexts();
   // The file that the command starts.
-  std::wstring FilePath;
+  SharedText FilePath;
 };
 
 }  // namespace smh

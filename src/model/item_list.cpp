@@ -104,14 +104,14 @@ void TItemList::Clear() noexcept {
   items_.clear();
 }
 
-void TItemList::Relocate(TStartupItem& item, std::wstring name, RegistryValueAddress address, bool enabled) {
+void TItemList::Relocate(TStartupItem& item, SharedText name, RegistryValueAddress address, bool enabled) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   DropStale(Key(item.location_, name), &item);
   ScopedLock lock(item.Lock);
   // The entry of the index shows the name that goes; it is taken out and put back, which cannot fail.
   auto entry = index_.extract(item.IsListed() ? KeyOf(item) : Key(sulNone, {}));
   ItemDetails& details = item.state_.details;
-  for (std::wstring* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
+  for (SharedText* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
     if (*path == item.state_.name) *path = name;
   }
   item.state_.name = std::move(name);

@@ -13,7 +13,7 @@ std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
     const std::wstring target = link.Target();
     const std::wstring arguments = link.Arguments();
     if (!target.empty()) {
-      facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments));
+      facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
       facts.command = FileUtils::MakeCommandLine(facts.targetFile, arguments);
     }
     facts.description = link.Description();

@@ -1,6 +1,8 @@
 // What an item takes from a shortcut.
 #pragma once
 
+#include "infra/shared_text.h"
+
 #include <optional>
 #include <string>
 
@@ -8,12 +10,12 @@ namespace smh {
 
 struct ShortcutFacts {
   // The file that the target, together with the arguments, resolves to; empty for a link without target.
-  std::wstring targetFile;
+  SharedText targetFile;
   // Target file and arguments as one command line; empty for a link without target.
-  std::wstring command;
-  std::wstring description;
-  std::wstring workingFolder;
-  std::wstring iconPath;
+  SharedText command;
+  SharedText description;
+  SharedText workingFolder;
+  SharedText iconPath;
   int iconIndex = 0;
   int hotKey = 0;
 };

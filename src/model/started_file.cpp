@@ -10,15 +10,16 @@ namespace smh {
 namespace {
 
 // Without a trailing backslash, except for the root of a drive.
-std::wstring FolderOf(const std::wstring& path) {
-  std::wstring folder = WithoutTrailingBackslash(FolderPart(path));
-  if (folder.ends_with(L':')) folder += L'\\';
+SharedText FolderOf(std::wstring_view path) {
+  std::wstring_view folder = FolderPart(path);
+  if (folder.ends_with(L':')) return std::wstring(folder) + L'\\';
+  if (folder.ends_with(L'\\') && !folder.ends_with(L":\\")) folder.remove_suffix(1);
   return folder;
 }
 
 void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
   details.Version = ReadVersionTexts(details.FilePath, stamp);
-  const std::wstring& description = details.Version->FileDescription;
+  const SharedText& description = details.Version->FileDescription;
   if (description.empty()) return;
   details.Description = description;
   if (details.Caption.empty()) details.Caption = description;

@@ -16,7 +16,7 @@ TItemList* g_items = nullptr;
 std::atomic<bool> g_showAllLocations{false};
 
 // What a shortcut in a folder location starts instead of itself.
-std::optional<std::wstring> TargetCommand(TTypeStartupLocation location, std::wstring_view command) {
+std::optional<SharedText> TargetCommand(TTypeStartupLocation location, std::wstring_view command) {
   if (!IsFolderLocation(location) || TargetKindOfFile(command) != TargetKind::kShortcut) return std::nullopt;
   std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(command));
   if (!facts || facts->targetFile.empty()) return std::nullopt;
@@ -39,14 +39,14 @@ void TStartupItem::FillBasicInfo() {
 }
 
 bool TStartupItem::UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent) {
-  const std::optional<std::wstring> target = TargetCommand(location_, command);
+  const std::optional<SharedText> target = TargetCommand(location_, command);
   const std::wstring_view started = target ? std::wstring_view(*target) : command;
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
   ItemDetails details;
   details.Caption = givenText_;
   details.Command = command;
-  FillBasicDetails(location_, Name(), details);
+  FillBasicDetails(location_, Get([](const ItemState& state) { return state.name; }), details);
 
   ScopedLock listLock(Items().Lock());
   ScopedLock lock(Lock);

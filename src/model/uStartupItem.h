@@ -27,20 +27,20 @@ namespace smh {
 // How a location describes an entry that it found.
 struct FoundEntry {
   // Identity within the location: the full value path or the file path.
-  std::wstring name;
+  SharedText name;
   // The text given at creation: value name, file name.
-  std::wstring caption;
-  std::wstring command;
+  SharedText caption;
+  SharedText command;
   bool isEnabled = true;
   bool isProtected = false;
   // Where a registry entry lies, as enumerated. Operations use this and never split the name again.
-  RegistryValueAddress address;
+  SharedValueAddress address;
 };
 
 // The fields of an item that can change.
 struct ItemState {
-  std::wstring name;
-  RegistryValueAddress address;
+  SharedText name;
+  SharedValueAddress address;
   bool isEnabled = true;
   ItemDetails details;
 };
@@ -97,7 +97,7 @@ class TStartupItem {
 
   TTypeStartupLocation Location() const noexcept { return location_; }
   // The text given at creation, never rewritten: what is written back and what titles a checkpoint.
-  const std::wstring& GivenText() const noexcept { return givenText_; }
+  const SharedText& GivenText() const noexcept { return givenText_; }
   bool IsProtected() const noexcept { return protected_; }
 
   // Guards the fields that can change. Taken after the item-list lock.
@@ -107,7 +107,7 @@ class TStartupItem {
   friend class TItemList;
 
   const TTypeStartupLocation location_;
-  const std::wstring givenText_;
+  const SharedText givenText_;
   const bool protected_;
   // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
   // them.

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
+#include <unordered_map>
 #include <utility>
 
 namespace smh {
@@ -15,7 +15,7 @@ namespace {
 struct VersionText {
   // Null for the numeric version.
   const wchar_t* name;
-  std::wstring VersionTexts::*text;
+  SharedText VersionTexts::*text;
 };
 
 // In the order of reading.
@@ -40,18 +40,24 @@ struct KnownFile {
   std::weak_ptr<const VersionTexts> texts;
 };
 
+struct PathHash {
+  std::size_t operator()(const SharedText& path) const noexcept {
+    return std::hash<std::wstring_view>()(path);
+  }
+};
+
 struct KnownFiles {
   const SharedVersionTexts none = std::make_shared<const VersionTexts>();
   // A leaf: files are read outside it.
   CriticalSection lock;
-  std::map<std::wstring, KnownFile, std::less<>> files;
+  std::unordered_map<SharedText, KnownFile, PathHash> files;
   // At this many files those that nobody holds any more are forgotten.
   std::size_t tidyAt = 64;
 };
 
 KnownFiles* g_known = nullptr;
 
-SharedVersionTexts AskHelper(const std::wstring& file) {
+SharedVersionTexts AskHelper(const SharedText& file) {
   const wchar_t* names[std::size(kTexts)];
   std::ranges::transform(kTexts, names, &VersionText::name);
   BoundaryText texts[std::size(kTexts)] = {};
@@ -60,17 +66,17 @@ SharedVersionTexts AskHelper(const std::wstring& file) {
   std::array<BoundaryString, std::size(kTexts)> owned;
   for (std::size_t i = 0; i < owned.size(); ++i) *owned[i].Put() = texts[i];
   auto result = std::make_shared<VersionTexts>();
-  for (std::size_t i = 0; i < owned.size(); ++i) (*result).*kTexts[i].text = owned[i].View();
+  for (std::size_t i = 0; i < owned.size(); ++i) (*result).*kTexts[i].text = SharedText(std::move(owned[i]));
   return result;
 }
 
-SharedVersionTexts Recall(const std::wstring& file, const FileStamp& stamp) {
+SharedVersionTexts Recall(const SharedText& file, const FileStamp& stamp) {
   const ScopedLock lock(g_known->lock);
   const auto known = g_known->files.find(file);
   return known == g_known->files.end() || known->second.stamp != stamp ? nullptr : known->second.texts.lock();
 }
 
-void Remember(const std::wstring& file, const FileStamp& stamp, const SharedVersionTexts& texts) {
+void Remember(const SharedText& file, const FileStamp& stamp, const SharedVersionTexts& texts) {
   const ScopedLock lock(g_known->lock);
   if (g_known->files.size() >= g_known->tidyAt) {
     std::erase_if(g_known->files, [](const auto& row) { return row.second.texts.expired(); });
@@ -85,7 +91,7 @@ SharedVersionTexts NoVersionTexts() {
   return g_known->none;
 }
 
-SharedVersionTexts ReadVersionTexts(const std::wstring& file, const FileStamp& stamp) {
+SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp) {
   if (SharedVersionTexts known = Recall(file, stamp)) return known;
   SharedVersionTexts texts = AskHelper(file);
   Remember(file, stamp, texts);

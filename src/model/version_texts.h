@@ -1,6 +1,7 @@
 // The texts of a file's version record that the lists show, kept once per file however many entries start it.
 #pragma once
 
+#include "infra/shared_text.h"
 #include "sysutil/file_stamp.h"
 
 #include <memory>
@@ -9,26 +10,26 @@
 namespace smh {
 
 struct VersionTexts {
-  std::wstring FileDescription;
-  std::wstring ProductName;
-  std::wstring Comments;
+  SharedText FileDescription;
+  SharedText ProductName;
+  SharedText Comments;
   // The numeric version as text.
-  std::wstring VersionNumber;
-  std::wstring InternalName;
-  std::wstring OriginalFilename;
-  std::wstring ProductVersion;
-  std::wstring FileVersion;
-  std::wstring PrivateBuild;
-  std::wstring SpecialBuild;
-  std::wstring CompanyName;
-  std::wstring LegalCopyright;
-  std::wstring LegalTrademarks;
+  SharedText VersionNumber;
+  SharedText InternalName;
+  SharedText OriginalFilename;
+  SharedText ProductVersion;
+  SharedText FileVersion;
+  SharedText PrivateBuild;
+  SharedText SpecialBuild;
+  SharedText CompanyName;
+  SharedText LegalCopyright;
+  SharedText LegalTrademarks;
 
   // What people call the version and the maker.
-  const std::wstring& Version() const noexcept {
+  const SharedText& Version() const noexcept {
     return ProductVersion.empty() ? FileVersion : ProductVersion;
   }
-  const std::wstring& Company() const noexcept { return CompanyName.empty() ? LegalCopyright : CompanyName; }
+  const SharedText& Company() const noexcept { return CompanyName.empty() ? LegalCopyright : CompanyName; }
 };
 
 // Never null.
@@ -38,7 +39,7 @@ using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
 SharedVersionTexts NoVersionTexts();
 // Those of a file that stands as `stamp` says: what somebody still holds of it, else asked of the helper
 // service. Any thread may call it.
-SharedVersionTexts ReadVersionTexts(const std::wstring& file, const FileStamp& stamp);
+SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp);
 
 // Module start-up and shut-down of what is known of files.
 void StartVersionTexts();

@@ -79,7 +79,8 @@ std::wstring TShellLinkInfo::Target() const {
 }
 
 std::wstring TShellLinkInfo::Description() const {
-  return DLLGlobals::LoadIndirectString(StoredDescription());
+  std::wstring stored = StoredDescription();
+  return stored.starts_with(L'@') ? DLLGlobals::LoadIndirectString(stored) : stored;
 }
 
 std::wstring TShellLinkInfo::IconLocation() const {

@@ -4,22 +4,22 @@ namespace smh {
 
 namespace {
 
-std::wstring ResolveProgram(std::wstring_view program) {
-  std::wstring path = FileUtils::NormalizePath(program);
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = std::move(found);
+SharedText ResolveProgram(const SharedText& program) {
+  SharedText path = FileUtils::NormalizePath(program);
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = found;
   FileUtils::FileExistsWow64(path);
   return path;
 }
 
 }  // namespace
 
-CommandParts ResolveCommand(const std::wstring& command) {
+CommandParts ResolveCommand(const wchar_t* command) {
   CommandParts parts = FileUtils::SplitCommandLine(command);
   parts.path = ResolveProgram(parts.path);
   return parts;
 }
 
-std::wstring ResolveCommandToFile(const std::wstring& command) {
+SharedText ResolveCommandToFile(const wchar_t* command) {
   return ResolveProgram(FileUtils::ProgramOfCommand(command));
 }
 

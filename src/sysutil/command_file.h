@@ -6,9 +6,9 @@
 namespace smh {
 
 // Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
-// path need not exist.
-CommandParts ResolveCommand(const std::wstring& command);
+// path need not exist. `command` is terminated.
+CommandParts ResolveCommand(const wchar_t* command);
 // The path alone.
-std::wstring ResolveCommandToFile(const std::wstring& command);
+SharedText ResolveCommandToFile(const wchar_t* command);
 
 }  // namespace smh

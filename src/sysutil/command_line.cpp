@@ -9,20 +9,27 @@
 namespace smh {
 
 std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_view arguments) {
-  std::wstring command = Trim(path);
-  if (command.find(L' ') != std::wstring::npos) command = QuoteText(command);
-  const std::wstring trimmed = Trim(arguments);
-  if (!trimmed.empty()) command.append(1, L' ').append(trimmed);
+  path = TrimmedPart(path);
+  arguments = TrimmedPart(arguments);
+  std::wstring command;
+  if (path.find(L' ') != std::wstring_view::npos) {
+    command = QuoteText(path);
+  } else {
+    command.reserve(path.size() + 1 + arguments.size());
+    command = path;
+  }
+  if (!arguments.empty()) command.append(1, L' ').append(arguments);
   return command;
 }
 
-std::wstring FileUtils::ProgramOfCommand(const std::wstring& command) {
-  BoundaryString program;
-  DLLGlobals::ShellHelper().GetProgramPart(command.c_str(), program.Put());
-  return Trim(program.View());
+SharedText FileUtils::ProgramOfCommand(const wchar_t* command) {
+  SharedText program = TakeSharedText(
+      [command](BoundaryText* out) { return DLLGlobals::ShellHelper().GetProgramPart(command, out); });
+  const std::wstring_view trimmed = TrimmedPart(program);
+  return trimmed.size() == program.size() ? program : SharedText(trimmed);
 }
 
-CommandParts FileUtils::SplitCommandLine(const std::wstring& command) {
+CommandParts FileUtils::SplitCommandLine(const wchar_t* command) {
   CommandParts parts;
   parts.path = ProgramOfCommand(command);
   // Kept on purpose: the path goes from the arguments too where it is named again.

@@ -10,16 +10,24 @@ std::uint64_t Wide(DWORD high, DWORD low) noexcept {
   return static_cast<std::uint64_t>(high) << 32 | low;
 }
 
-}  // namespace
-
-std::optional<FileStamp> StampOf(const std::wstring& path) noexcept {
+std::optional<FileStamp> StampOfTerminated(std::wstring_view path) noexcept {
   WIN32_FILE_ATTRIBUTE_DATA data;
   // What follows a zero character would not be looked at.
-  if (path.find(L'\0') != std::wstring::npos) return std::nullopt;
-  if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == FALSE) return std::nullopt;
+  if (path.empty() || path.find(L'\0') != std::wstring_view::npos) return std::nullopt;
+  if (GetFileAttributesExW(path.data(), GetFileExInfoStandard, &data) == FALSE) return std::nullopt;
   return FileStamp{(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
                    Wide(data.nFileSizeHigh, data.nFileSizeLow),
                    Wide(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
+}
+
+}  // namespace
+
+std::optional<FileStamp> StampOf(const std::wstring& path) noexcept {
+  return StampOfTerminated(path);
+}
+
+std::optional<FileStamp> StampOf(const SharedText& path) noexcept {
+  return StampOfTerminated(path);
 }
 
 }  // namespace smh

@@ -1,6 +1,8 @@
 // What tells a file from itself at another time.
 #pragma once
 
+#include "infra/shared_text.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,5 +18,6 @@ struct FileStamp {
 
 // One call of the system; none for what does not exist.
 std::optional<FileStamp> StampOf(const std::wstring& path) noexcept;
+std::optional<FileStamp> StampOf(const SharedText& path) noexcept;
 
 }  // namespace smh

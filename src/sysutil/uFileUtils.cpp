@@ -184,18 +184,21 @@ const std::wstring& FileUtils::GetProgramFilesNativeDir() {
   return Cached(&FileCaches::programFilesNativeDir, MakeProgramFilesNativeDir);
 }
 
-std::wstring FileUtils::NormalizePath(std::wstring_view text) {
-  std::wstring path = DequoteText(text);
+SharedText FileUtils::NormalizePath(const SharedText& text) {
+  const std::wstring_view given = text;
+  SharedText path = given.starts_with(L'"') ? SharedText(DequoteText(given)) : text;
   // Without a reference there is nothing to ask the helper for.
-  if (path.find(L'%') != std::wstring::npos) {
-    path = TakeText([&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(path.c_str(), out); });
+  if (std::wstring_view(path).find(L'%') != std::wstring_view::npos) {
+    path = TakeSharedText(
+        [&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(path.c_str(), out); });
   }
-  return TakeText([&](BoundaryText* out) { return DLLGlobals::Helper().CanonicalizePath(path.c_str(), out); });
+  return TakeSharedText(
+      [&](BoundaryText* out) { return DLLGlobals::Helper().CanonicalizePath(path.c_str(), out); });
 }
 
-std::wstring FileUtils::NormalizeDirectory(std::wstring_view text) {
-  const std::wstring folder = NormalizePath(text);
-  return folder.empty() ? folder : WithTrailingBackslash(folder);
+std::wstring FileUtils::NormalizeDirectory(const SharedText& text) {
+  const SharedText folder = NormalizePath(text);
+  return folder.empty() ? std::wstring() : WithTrailingBackslash(folder);
 }
 
 const std::vector<std::wstring>& FileUtils::SearchDirectories() {

@@ -6,6 +6,8 @@
 // PATH or PATHEXT after first use is not seen. Nothing raises on a missing file, key or variable.
 #pragma once
 
+#include "infra/shared_text.h"
+
 #include <windows.h>
 
 #include <string>
@@ -31,8 +33,8 @@ class FileUtils {
   static const std::wstring& GetProgramFilesX86Dir();
   static const std::wstring& GetProgramFilesNativeDir();
 
-  static std::wstring NormalizePath(std::wstring_view text);
-  static std::wstring NormalizeDirectory(std::wstring_view text);
+  static SharedText NormalizePath(const SharedText& text);
+  static std::wstring NormalizeDirectory(const SharedText& text);
   static const std::vector<std::wstring>& SearchDirectories();
   static const std::vector<std::wstring>& ExecutableExtensions();
   // Those that the general helper names; another list than the one above, which follows PATHEXT.
@@ -44,6 +46,7 @@ class FileUtils {
   static std::wstring MapWow64Path(std::wstring_view path);
   static std::wstring DirectoryExistsWow64(std::wstring_view path);
   static bool FileExistsWow64(std::wstring& path);
+  static bool FileExistsWow64(SharedText& path);
 
   // `name` has no extension; `extension` has its dot or is empty.
   static std::wstring SearchInPath(std::wstring_view name, std::wstring_view extension);
@@ -56,9 +59,10 @@ class FileUtils {
   static bool FindFileByName(std::wstring_view name, std::wstring& path);
 
   static std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
-  static CommandParts SplitCommandLine(const std::wstring& command);
+  // `command` is terminated.
+  static CommandParts SplitCommandLine(const wchar_t* command);
   // The path alone.
-  static std::wstring ProgramOfCommand(const std::wstring& command);
+  static SharedText ProgramOfCommand(const wchar_t* command);
 };
 
 void StartFileUtils();

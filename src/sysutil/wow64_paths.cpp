@@ -25,10 +25,27 @@ constexpr Redirection kRedirections[] = {
     {FileUtils::GetProgramFilesNativeDir, FileUtils::GetProgramFilesX86Dir},
 };
 
-using ExistenceTest = bool (*)(const std::wstring&) noexcept;
+// What follows a zero character would not be looked at.
+template <typename Text>
+DWORD AttributesOf(const Text& path) noexcept {
+  const std::wstring_view view = path;
+  return view.find(L'\0') == std::wstring_view::npos ? GetFileAttributesW(path.c_str())
+                                                     : INVALID_FILE_ATTRIBUTES;
+}
+
+constexpr auto kIsFile = [](const auto& path) noexcept {
+  const DWORD attributes = AttributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+};
+
+constexpr auto kIsFolder = [](const auto& path) noexcept {
+  const DWORD attributes = AttributesOf(path);
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+};
 
 // Whether the path passes as given or as its twin, which then replaces it.
-bool ExistsOrTwin(std::wstring& path, ExistenceTest exists) {
+template <typename Text, typename ExistenceTest>
+bool ExistsOrTwin(Text& path, ExistenceTest exists) {
   if (exists(path)) return true;
   if (!WinVersionInfo::IsWow64()) return false;
   const auto rule = std::ranges::find_if(
@@ -41,30 +58,27 @@ bool ExistsOrTwin(std::wstring& path, ExistenceTest exists) {
   return true;
 }
 
-// What follows a zero character would not be looked at.
-DWORD AttributesOf(const std::wstring& path) noexcept {
-  return path.find(L'\0') == std::wstring::npos ? GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
-}
-
 }  // namespace
 
 bool FileUtils::FileExists(const std::wstring& path) noexcept {
-  const DWORD attributes = AttributesOf(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  return kIsFile(path);
 }
 
 bool FileUtils::DirectoryExists(const std::wstring& path) noexcept {
-  const DWORD attributes = AttributesOf(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return kIsFolder(path);
 }
 
 bool FileUtils::FileExistsWow64(std::wstring& path) {
-  return ExistsOrTwin(path, FileExists);
+  return ExistsOrTwin(path, kIsFile);
+}
+
+bool FileUtils::FileExistsWow64(SharedText& path) {
+  return ExistsOrTwin(path, kIsFile);
 }
 
 std::wstring FileUtils::DirectoryExistsWow64(std::wstring_view path) {
   std::wstring result(path);
-  ExistsOrTwin(result, DirectoryExists);
+  ExistsOrTwin(result, kIsFolder);
   return result;
 }
 

@@ -7,8 +7,9 @@ class ItemListTest : public ModuleTest {
  protected:
   static ItemRef Add(TTypeStartupLocation location, const std::wstring& valueName) {
     FoundEntry entry;
-    entry.address = {0, HKEY_CURRENT_USER, L"K", valueName};
-    entry.name = entry.address.FullPath();
+    const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
+    entry.address = address;
+    entry.name = address.FullPath();
     entry.caption = valueName;
     const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
     Items().Append(item);

@@ -39,7 +39,7 @@ TEST_F(FileUtilsTest, SplitCommandLine) {
       {L"\"aab\" aaab aaaaab", L"aab", L"a aaa"},
   };
   for (const Row& row : rows) {
-    const CommandParts parts = FileUtils::SplitCommandLine(row.command);
+    const CommandParts parts = FileUtils::SplitCommandLine(row.command.c_str());
     EXPECT_EQ(parts.path, row.path) << row.command;
     EXPECT_EQ(parts.arguments, row.arguments) << row.command;
   }
@@ -67,10 +67,10 @@ TEST(ResolveCommandTest, FromCommandToFile) {
       {L"\"smh native.exe\" -x", native, L"-x"},
   };
   for (const Row& row : rows) {
-    const CommandParts parts = ResolveCommand(row.command);
+    const CommandParts parts = ResolveCommand(row.command.c_str());
     EXPECT_EQ(parts.path, row.path) << row.command;
     EXPECT_EQ(parts.arguments, row.arguments) << row.command;
-    EXPECT_EQ(ResolveCommandToFile(row.command), row.path);
+    EXPECT_EQ(ResolveCommandToFile(row.command.c_str()), row.path);
   }
   DeleteFileW(native.c_str());
 }
@@ -78,7 +78,7 @@ TEST(ResolveCommandTest, FromCommandToFile) {
 // Whatever stands in the registry: nothing is raised and nothing takes long.
 void ExpectHarmless(const std::wstring& command) {
   const ULONGLONG begin = GetTickCount64();
-  EXPECT_NO_THROW(ResolveCommand(command)) << command.substr(0, 20);
+  EXPECT_NO_THROW(ResolveCommand(command.c_str())) << command.substr(0, 20);
   EXPECT_LT(GetTickCount64() - begin, 1500u) << command.substr(0, 20) << " of " << command.size();
 }
 

@@ -58,9 +58,9 @@ std::vector<std::wstring> FileNamesIn(const std::wstring& folder) {
   return names;
 }
 
-bool CanDeleteFile(const std::wstring& path) noexcept {
+bool CanDeleteFile(const wchar_t* path) noexcept {
   return static_cast<bool>(
-      ScopedHandle(CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      ScopedHandle(CreateFileW(path, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                nullptr, OPEN_EXISTING, 0, nullptr)));
 }
 

@@ -12,7 +12,7 @@ namespace smh {
 std::vector<std::wstring> FileNamesIn(const std::wstring& folder);
 
 // Whether the file may be deleted now: by its rights and by how others have it open.
-bool CanDeleteFile(const std::wstring& path) noexcept;
+bool CanDeleteFile(const wchar_t* path) noexcept;
 
 // The path itself, else "name (1).ext", "name (2).ext", ...: the first that no file has.
 std::wstring MakeUniqueFileName(const std::wstring& path);

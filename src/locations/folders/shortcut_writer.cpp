@@ -39,7 +39,7 @@ void SaveShortcut(const ShortcutFields& fields, const std::wstring& file) {
 }  // namespace
 
 ShortcutFields FieldsOfCommand(const std::wstring& command) {
-  const CommandParts parts = FileUtils::SplitCommandLine(command);
+  const CommandParts parts = FileUtils::SplitCommandLine(command.c_str());
   ShortcutFields fields;
   // A shortcut wants a full path; the redirected twin is this process's view and must not get into it.
   fields.target = FileUtils::NormalizePath(parts.path);

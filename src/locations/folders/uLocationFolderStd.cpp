@@ -116,7 +116,7 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load
     entry.command = entry.name;
     entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
     entry.isEnabled = SameText(folder, startupFolder_);
-    entry.isProtected = !CanDeleteFile(entry.name);
+    entry.isProtected = !CanDeleteFile(entry.name.c_str());
     if (!AddOrUpdateItem(std::move(entry), load)) return false;
   }
   return true;

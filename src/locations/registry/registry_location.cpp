@@ -113,7 +113,10 @@ bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const 
     entry.command = seen.command;
     entry.isEnabled = place.isOwn;
     entry.isProtected = seen.isProtected;
-    entry.address = {place.view, place.root, std::wstring(seen.key), std::wstring(seen.valueName)};
+    if (load.key != seen.key) load.key = seen.key;
+    const bool isNamedByCaption = seen.valueName == seen.caption;
+    entry.address = {place.view, place.root, load.key,
+                     isNamedByCaption ? entry.caption : SharedText(seen.valueName)};
     return ListEntry(std::move(entry), load);
   }
   const bool isSame = own->Get([&](const ItemState& state) {

@@ -60,6 +60,8 @@ class TLocationRegistry : public TLocationStartup {
     // The path of the entry at hand, in its view and in the other one.
     std::wstring path{};
     std::wstring otherPath{};
+    // That of the entry taken last, for the next ones of its key.
+    SharedText key{};
   };
 
   // Arms the change watch. Raises EOSError when its event cannot be made.

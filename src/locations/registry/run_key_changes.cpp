@@ -23,16 +23,16 @@ int TLocationRegistryStd::AddItem(const std::wstring& name, const std::wstring& 
 
 int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring& command) {
   ScopedLock lock(Items().Lock());
+  const RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
   FoundEntry entry;
-  entry.address = {OwnView(), FirstRoot(), KeyPath(true), name};
-  entry.name = entry.address.FullPath();
+  entry.address = address;
+  entry.name = address.FullPath();
   entry.caption = name;
   entry.command = command;
   if (const ItemRef known = Items().Find(LocationType(), entry.name)) return known->Position();
 
   // An entry that is not listed yet is found, not overwritten.
-  const std::optional<RegistryData> present = ValueStore(false).Read(entry.address);
-  const RegistryValueAddress address = entry.address;
+  const std::optional<RegistryData> present = ValueStore(false).Read(address);
   if (present) {
     entry.command = present->Text();
     entry.isProtected = !IsKeyWritable(FirstRoot(), KeyPath(true), OwnView());
@@ -101,14 +101,14 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   TLocationStartup::InsertItem(checkpoint, extracted, enabled, command, entryName);
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
+  RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(enabled), entryName};
+  address.valueName = UniqueValueName(address, false);
   FoundEntry entry;
-  entry.address = {OwnView(), FirstRoot(), KeyPath(enabled), entryName};
-  entry.address.valueName = UniqueValueName(entry.address, false);
-  entry.name = entry.address.FullPath();
-  entry.caption = entry.address.valueName;
+  entry.address = address;
+  entry.name = address.FullPath();
+  entry.caption = address.valueName;
   entry.command = command;
   entry.isEnabled = enabled;
-  const RegistryValueAddress address = entry.address;
   const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
   if (!WriteEntry(ValueStore(checkpoint), address, command)) {
     throw ERegistryException(Format(L"Failed to set data for '%s'", address.valueName));
