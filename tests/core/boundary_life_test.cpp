@@ -19,13 +19,15 @@ bool IsLoaded() {
   return GetModuleHandleW(L"StartupManagerHelper.dll") != nullptr;
 }
 
-// Ends in the middle of reading, or, with "complete", while the reader waits for changes.
+// Ends in the middle of reading, when so many items are listed, or, with "complete", while the reader waits
+// for changes.
 SMH_CHILD(ExitWhileReading) {
   const LoadedLibrary& library = *new LoadedLibrary;
   const RawCollection items = library.Manager().Items();
   if (items.Refresh() != S_OK) return kBad;
   if (arguments.at(0) != L"complete") {
-    Sleep(static_cast<DWORD>(std::stoi(arguments.at(0))));
+    const int listed = std::stoi(arguments.at(0));
+    if (!WaitUntil([&] { return items.GetCount() >= listed; })) return kBad;
   } else {
     if (!WaitUntilComplete(items)) return kBad;
     // The reader has saved the log by now and would not save it again.
@@ -96,12 +98,13 @@ class LifeTest : public RunKeysTest {
   const SampleProgram sample;
 };
 
-// Of files that are missing: Wine's own file opening may fail at the end of a process one of whose threads
-// was opening a file.
+// Wine's own file opening may fail at the end of a process one of whose threads was opening a file or a
+// folder. So the files are missing, the folders have been read by the time the first item is listed, and
+// there are many items more than that before the log is saved.
 TEST_F(LifeTest, ProcessMayEndAnywhereInReading) {
-  for (int i = 0; i < 300; ++i) SetUserRun(L"Entry " + std::to_wstring(i), kMissingProgram);
-  for (const wchar_t* milliseconds : {L"0", L"2", L"5", L"10", L"30"}) {
-    ExpectEnd(RunChild(L"ExitWhileReading", {milliseconds}), 7);
+  for (int i = 0; i < 1000; ++i) SetUserRun(L"Entry " + std::to_wstring(i), kMissingProgram);
+  for (const wchar_t* listed : {L"1", L"50", L"150", L"300", L"500"}) {
+    ExpectEnd(RunChild(L"ExitWhileReading", {listed}), 7);
   }
 }
 

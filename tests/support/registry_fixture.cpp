@@ -131,6 +131,8 @@ void DeleteKeyTree(HKEY root, const std::wstring& path, REGSAM view) {
   if (status == ERROR_FILE_NOT_FOUND) return;
   Check(status, "a key to delete cannot be opened");
   DeleteBelow(key.Get(), view);
+  // Those who watch the key are told by Windows that it goes, and by Wine only of a change before.
+  RegSetValueExW(key.Get(), L"going", 0, REG_NONE, nullptr, 0);
   Check(NativeFunction<NtDeleteKeyFunction>("NtDeleteKey")(key.Get()), "a key cannot be deleted");
 }
 

@@ -1,6 +1,6 @@
 #include "locations/folders/folder_watch.h"
 
-#include "sysutil/uFileUtils.h"
+#include "infra/text.h"
 
 #include <algorithm>
 
@@ -8,48 +8,77 @@ namespace smh {
 
 namespace {
 
-constexpr DWORD kFilter = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME |
-                          FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE |
-                          FILE_NOTIFY_CHANGE_LAST_WRITE;
+constexpr DWORD kOwnFilter = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME |
+                             FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE |
+                             FILE_NOTIFY_CHANGE_LAST_WRITE;
+
+// Empty for the root of a drive and for a network share.
+std::wstring_view FolderAbove(std::wstring_view folder) {
+  const int backslashesOfRoot = folder.starts_with(L"\\\\") ? 4 : 1;
+  if (std::ranges::count(folder, L'\\') <= backslashesOfRoot) return {};
+  return FolderPart(folder.substr(0, folder.size() - 1));
+}
+
+HANDLE Open(const std::wstring& folder, bool isOwn) noexcept {
+  return FindFirstChangeNotificationW(folder.c_str(), isOwn,
+                                      isOwn ? kOwnFilter : FILE_NOTIFY_CHANGE_DIR_NAME);
+}
 
 }  // namespace
 
-FolderWatch::FolderWatch(std::vector<std::wstring> folders) {
-  for (std::wstring& folder : folders) folders_.push_back({std::move(folder), Notification()});
-  Refresh();
+FolderWatch::FolderWatch(const std::vector<std::wstring>& folders) {
+  for (const std::wstring& folder : folders) Add(folder, true);
+  for (std::size_t i = 0; i < places_.size() && places_.size() < MAXIMUM_WAIT_OBJECTS; ++i) {
+    Add(std::wstring(FolderAbove(places_[i].path)), false);
+  }
+  std::ranges::stable_sort(places_, {}, [](const Place& place) { return place.path.size(); });
+  for (Place& place : places_) place.above = Find(FolderAbove(place.path));
+  handles_.reserve(places_.size());
+  Look();
 }
 
-bool FolderWatch::Refresh() {
-  handles_.clear();
-  bool changed = false;
-  for (Folder& folder : folders_) {
-    const bool watched = static_cast<bool>(folder.notification);
-    if (!FileUtils::DirectoryExists(folder.path)) {
-      folder.notification.Reset();
-    } else if (!watched) {
-      folder.notification.Reset(FindFirstChangeNotificationW(folder.path.c_str(), TRUE, kFilter));
-    }
-    if (folder.notification) handles_.push_back(folder.notification.Get());
-    changed = changed || static_cast<bool>(folder.notification) != watched;
-  }
-  return changed;
+void FolderWatch::Add(std::wstring path, bool isOwn) {
+  if (!path.empty() && Find(path) == nullptr) places_.push_back({std::move(path), isOwn});
+}
+
+const FolderWatch::Place* FolderWatch::Find(std::wstring_view path) const noexcept {
+  const auto place =
+      std::ranges::find_if(places_, [&](const Place& candidate) { return SameText(candidate.path, path); });
+  return place == places_.end() ? nullptr : &*place;
 }
 
 bool FolderWatch::TakeChange() {
-  // A folder that comes or goes is not always signalled: nobody watches the one it lies in.
-  const bool changed = Refresh();
-  if (handles_.empty()) return changed;
   const auto count = static_cast<DWORD>(handles_.size());
-  const DWORD result = WaitForMultipleObjects(count, handles_.data(), FALSE, 0);
-  if (result >= WAIT_OBJECT_0 + count) return changed;
-  const HANDLE signalled = handles_[result - WAIT_OBJECT_0];
-  if (FindNextChangeNotification(signalled) == FALSE) {
-    // The folder behind it is gone, and may be back as another one.
-    const auto stale = std::ranges::find(folders_, signalled,
-                                         [](const Folder& folder) { return folder.notification.Get(); });
-    stale->notification.Reset();
+  const bool isSignalled =
+      count > 0 && WaitForMultipleObjects(count, handles_.data(), FALSE, 0) < WAIT_OBJECT_0 + count;
+  return (isSignalled || isAnyLost_) && Look();
+}
+
+bool FolderWatch::Look() {
+  bool changed = false;
+  handles_.clear();
+  isAnyLost_ = false;
+  for (Place& place : places_) {
+    auto& notification = place.notification;
+    const bool wasWatched = static_cast<bool>(notification);
+    const bool isSignalled = wasWatched && WaitForSingleObject(notification.Get(), 0) == WAIT_OBJECT_0;
+    const bool isAnother = place.above != nullptr && place.above->isTouched;
+    // Going on fails when the folder is gone; it may be back as another one.
+    if (isAnother || place.isLost ||
+        (isSignalled && FindNextChangeNotification(notification.Get()) == FALSE)) {
+      // A folder being deleted stays until its last handle is closed, and cannot be opened.
+      notification.Reset();
+      notification.Reset(Open(place.path, place.isOwn));
+    }
+    const bool isWatched = static_cast<bool>(notification);
+    place.isTouched = isSignalled || isAnother || isWatched != wasWatched;
+    place.isLost = !isWatched && (place.above == nullptr || place.above->isLost);
+    if (isWatched) handles_.push_back(notification.Get());
+    if (!place.isOwn) continue;
+    changed = changed || (place.isTouched && (wasWatched || isWatched));
+    isAnyLost_ = isAnyLost_ || place.isLost;
   }
-  return true;
+  return changed;
 }
 
 }  // namespace smh

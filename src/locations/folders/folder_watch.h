@@ -1,4 +1,10 @@
-// Watches folders for changes.
+// Watches folders for changes, and for being removed, made and replaced.
+//
+// A folder's own notification does not reliably tell that the folder is gone, and none can be had for one
+// that is missing. So the folders above each are watched too, up to the root and shared ones once, for the
+// folders in them that come and go: when one of them is signalled, all below it are opened anew. Each is
+// opened before those in it, so what comes after a folder was looked for is signalled by the one above.
+// Without a signal nothing is looked at.
 #pragma once
 
 #include "infra/handle.h"
@@ -15,28 +21,43 @@ struct ChangeNotificationTraits {
   static void Close(Type value) noexcept { FindCloseChangeNotification(value); }
 };
 
-// For at most MAXIMUM_WAIT_OBJECTS folders; not shared between threads at the same time.
+// For at most MAXIMUM_WAIT_OBJECTS folders; of those above them the nearest that are within the limit too.
+// Not shared between threads at the same time.
 class FolderWatch {
  public:
-  // Folders with a trailing backslash. Starts watching those that exist.
-  explicit FolderWatch(std::vector<std::wstring> folders);
+  // Folders with a trailing backslash; an empty one is unknown and watches nothing. Starts watching.
+  explicit FolderWatch(const std::vector<std::wstring>& folders);
 
-  // Whether something changed since the last call, a folder that came or went included; watches on.
+  // Whether something in the folders changed since the last call, or one came, went or was replaced; watches
+  // on. Also true when a folder came or went beside an existing one or beside a folder above it: it may be
+  // that one. One call of the system as long as nothing happens, unless a folder and all above it cannot be
+  // watched, as on a network that is not there: then each is tried again every time.
   bool TakeChange();
 
  private:
-  using Notification = ScopedResource<ChangeNotificationTraits>;
-  struct Folder {
+  struct Place {
     std::wstring path;
-    Notification notification;
+    // One of those that were asked for.
+    bool isOwn;
+    const Place* above = nullptr;
+    ScopedResource<ChangeNotificationTraits> notification{};
+    // Neither this nor any above is watched: nobody would tell that it came.
+    bool isLost = true;
+    // In the last look it or one above was signalled, came or went: those in it may be others.
+    bool isTouched = false;
   };
 
-  // Starts watching folders that exist now and forgets those that are gone; whether there were any.
-  bool Refresh();
+  void Add(std::wstring path, bool isOwn);
+  const Place* Find(std::wstring_view path) const noexcept;
+  // Takes every signal and opens what has to be opened; whether the folders asked for may have changed.
+  bool Look();
 
-  std::vector<Folder> folders_;
-  // The handles of the watched folders, for waiting.
+  // Each folder before those in it. Not changed in number or order after construction.
+  std::vector<Place> places_;
+  // The handles of those watched, for waiting.
   std::vector<HANDLE> handles_;
+  // One of the folders asked for is lost.
+  bool isAnyLost_ = false;
 };
 
 }  // namespace smh

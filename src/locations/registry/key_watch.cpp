@@ -6,34 +6,38 @@
 
 namespace smh {
 
-KeyWatch::KeyWatch(std::vector<WatchedKey> keys)
-    : keys_(std::move(keys)), event_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-  if (!event_) RaiseLastOSError();
+KeyWatch::Watch::Watch(const WatchedKey& watched, REGSAM viewBits)
+    : key(watched), view(viewBits), event(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+  if (!event) RaiseLastOSError();
+}
+
+void KeyWatch::Watch::Arm() noexcept {
+  constexpr DWORD kFilter = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_ATTRIBUTES |
+                            REG_NOTIFY_CHANGE_LAST_SET | REG_NOTIFY_CHANGE_SECURITY;
+  handle.Reset();
+  ResetEvent(event.Get());
+  handle = OpenRegistryKey(key.root, key.path, view | KEY_READ);
+  if (!handle) return;
+  if (RegNotifyChangeKeyValue(handle.Get(), TRUE, kFilter, event.Get(), TRUE) != ERROR_SUCCESS)
+    handle.Reset();
+}
+
+KeyWatch::KeyWatch(const std::vector<WatchedKey>& keys) {
+  for (const WatchedKey& key : keys) {
+    watches_.emplace_back(key, 0);
+    if (WinVersionInfo::IsWow64()) watches_.emplace_back(key, KEY_WOW64_64KEY);
+  }
+  for (const Watch& watch : watches_) events_.push_back(watch.event.Get());
   Rearm();
 }
 
 bool KeyWatch::IsSignalled() const noexcept {
-  return WaitForSingleObject(event_.Get(), 0) == WAIT_OBJECT_0;
+  const auto count = static_cast<DWORD>(events_.size());
+  return WaitForMultipleObjects(count, events_.data(), FALSE, 0) < WAIT_OBJECT_0 + count;
 }
 
-void KeyWatch::Rearm() {
-  // Closing a watched key may signal the event: close first.
-  handles_.clear();
-  ResetEvent(event_.Get());
-  for (const WatchedKey& key : keys_) {
-    Watch(key, 0);
-    if (WinVersionInfo::IsWow64()) Watch(key, KEY_WOW64_64KEY);
-  }
-}
-
-void KeyWatch::Watch(const WatchedKey& key, REGSAM view) {
-  constexpr DWORD kFilter = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_ATTRIBUTES |
-                            REG_NOTIFY_CHANGE_LAST_SET | REG_NOTIFY_CHANGE_SECURITY;
-  ScopedKey handle = OpenRegistryKey(key.root, key.path, view | KEY_READ);
-  if (!handle) return;
-  if (RegNotifyChangeKeyValue(handle.Get(), TRUE, kFilter, event_.Get(), TRUE) == ERROR_SUCCESS) {
-    handles_.push_back(std::move(handle));
-  }
+void KeyWatch::Rearm() noexcept {
+  for (Watch& watch : watches_) watch.Arm();
 }
 
 }  // namespace smh

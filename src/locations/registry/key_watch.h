@@ -1,4 +1,4 @@
-// Watches registry keys for changes through one event.
+// Watches registry keys for changes.
 #pragma once
 
 #include "infra/handle.h"
@@ -13,23 +13,37 @@ struct WatchedKey {
   std::wstring path;
 };
 
-// Not shared between threads at the same time.
+// For at most MAXIMUM_WAIT_OBJECTS keys, on a 64-bit Windows half as many; not shared between threads at the
+// same time.
 class KeyWatch {
  public:
-  // Arms the watch. Raises EOSError when the event cannot be made.
-  explicit KeyWatch(std::vector<WatchedKey> keys);
+  // Arms the watch. Raises EOSError when an event cannot be made.
+  explicit KeyWatch(const std::vector<WatchedKey>& keys);
 
+  // Whether a key changed since the watch was armed; one call of the system.
   bool IsSignalled() const noexcept;
-  // Closes every watched key, resets the event and watches every key anew, in the plain view and, on a 64-bit
-  // Windows, in the 64-bit view. Subkeys count. A key that does not exist is not watched.
-  void Rearm();
+  // Forgets every signal and watches every key anew, in the plain view and, on a 64-bit Windows, in the
+  // 64-bit view. Subkeys count. A key that does not exist is not watched. What changes after its key was
+  // armed is signalled, whatever else is still to be armed.
+  void Rearm() noexcept;
 
  private:
-  void Watch(const WatchedKey& key, REGSAM view);
+  // One key in one view. Each has an event of its own: arming resets the event, and one that is shared would
+  // lose the signals of keys armed before, which then never signal again.
+  struct Watch {
+    Watch(const WatchedKey& watched, REGSAM viewBits);
+    void Arm() noexcept;
 
-  const std::vector<WatchedKey> keys_;
-  ScopedHandle event_;
-  std::vector<ScopedKey> handles_;
+    WatchedKey key;
+    REGSAM view;
+    ScopedHandle event;
+    // Closing it may signal the event.
+    ScopedKey handle;
+  };
+
+  std::vector<Watch> watches_;
+  // Their events, for waiting.
+  std::vector<HANDLE> events_;
 };
 
 }  // namespace smh

@@ -1,6 +1,11 @@
 // How changes of the Startup folders are noticed, and how loads and changes stay apart.
 #include "folder_fixture.h"
 
+#include "infra/import_function.h"
+#include "locations/folders/folder_watch.h"
+#include "support/import_patch.h"
+#include "support/waiting.h"
+
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -80,6 +85,112 @@ TEST_F(FolderWatchTest, ALoadDuringAChangeDoesNothingAndIsDueAfterwards) {
   EXPECT_FALSE(UserFolder().IsChanged()) << "once";
   UserFolder().ReadItems();
   EXPECT_EQ(Names(UserFolder()).size(), 2u);
+}
+
+template <typename Function>
+Function* Real(const char* name) {
+  return ImportFunction<Function*>(GetModuleHandleW(L"kernel32.dll"), name);
+}
+
+bool isUnreachable = false;
+int lookUps = 0;
+int waits = 0;
+
+HANDLE WINAPI FindFirst(LPCWSTR path, BOOL subtree, DWORD filter) {
+  ++lookUps;
+  if (isUnreachable) return INVALID_HANDLE_VALUE;
+  return Real<decltype(FindFirst)>("FindFirstChangeNotificationW")(path, subtree, filter);
+}
+DWORD WINAPI Attributes(LPCWSTR path) {
+  ++lookUps;
+  return Real<decltype(Attributes)>("GetFileAttributesW")(path);
+}
+DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD limit) {
+  ++waits;
+  return Real<decltype(Wait)>("WaitForMultipleObjects")(count, handles, all, limit);
+}
+
+// A folder of its own, three levels below one that is always there.
+class WatchedFolderTest : public ::testing::Test {
+ protected:
+  bool ChangeArrives() {
+    const bool arrived = WaitUntil([&] { return watch.TakeChange(); }, kSignalLimit);
+    IsQuiet();
+    return arrived;
+  }
+  // Takes what is still on its way; whether that was nothing.
+  bool IsQuiet() {
+    Sleep(50);
+    int changes = 0;
+    while (watch.TakeChange()) ++changes;
+    return changes == 0;
+  }
+  bool FilesAreNoticed() {
+    folder.Write(L"a\\b\\c\\" + std::to_wstring(++files), "1");
+    return ChangeArrives();
+  }
+  void Rename(const std::wstring& from, const std::wstring& to) {
+    fs::rename(folder.File(from), folder.File(to));
+  }
+
+  const TemporaryFolder folder;
+  int files = 0;
+  FolderWatch watch{{L"", folder.File(L"a\\b\\c\\")}};
+};
+
+TEST_F(WatchedFolderTest, AFolderIsNoticedOnceItIsThereHoweverMuchOfItsPathWasMissing) {
+  for (const wchar_t* above : {L"a", L"a\\other", L"a\\b"}) {
+    folder.MakeFolder(above);
+    EXPECT_TRUE(IsQuiet()) << "not the folder itself";
+  }
+  folder.MakeFolder(L"a\\b\\c");
+  EXPECT_TRUE(ChangeArrives());
+  EXPECT_TRUE(FilesAreNoticed());
+}
+
+TEST_F(WatchedFolderTest, AFolderThatGoesOrIsReplacedWithAnyAboveItIsNoticedAndWatchedAgain) {
+  for (const std::wstring level : {L"a", L"a\\b", L"a\\b\\c"}) {
+    folder.MakeFolder(L"a\\b\\c");
+    EXPECT_TRUE(ChangeArrives());
+    Rename(level, L"gone" + std::to_wstring(level.size()));
+    EXPECT_TRUE(ChangeArrives());
+    EXPECT_TRUE(IsQuiet());
+    folder.MakeFolder(L"a\\b\\c");
+    EXPECT_TRUE(ChangeArrives());
+    EXPECT_TRUE(FilesAreNoticed());
+
+    Rename(level, L"replaced" + std::to_wstring(level.size()));
+    folder.MakeFolder(L"a\\b\\c");
+    EXPECT_TRUE(ChangeArrives());
+    EXPECT_TRUE(FilesAreNoticed());
+    Rename(level, L"end" + std::to_wstring(level.size()));
+    IsQuiet();
+  }
+}
+
+TEST_F(WatchedFolderTest, AnIdlePollIsOneWait) {
+  const ImportPatch first("FindFirstChangeNotificationW", &FindFirst);
+  const ImportPatch attributes("GetFileAttributesW", &Attributes);
+  const ImportPatch wait("WaitForMultipleObjects", &Wait);
+  for (const wchar_t* there : {L"a", L"a\\b\\c"}) {
+    folder.MakeFolder(there);
+    IsQuiet();
+    lookUps = waits = 0;
+    EXPECT_FALSE(watch.TakeChange());
+    EXPECT_EQ(lookUps, 0);
+    EXPECT_EQ(waits, 1);
+  }
+}
+
+TEST_F(WatchedFolderTest, WhatCannotBeReachedIsTriedAgain) {
+  folder.MakeFolder(L"a\\b\\c");
+  const ImportPatch patch("FindFirstChangeNotificationW", &FindFirst);
+  isUnreachable = true;
+  watch = FolderWatch({folder.File(L"a\\b\\c\\")});
+  EXPECT_TRUE(IsQuiet());
+  isUnreachable = false;
+  EXPECT_TRUE(ChangeArrives());
+  EXPECT_TRUE(FilesAreNoticed());
 }
 
 }  // namespace

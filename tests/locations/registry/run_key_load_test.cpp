@@ -1,6 +1,8 @@
 #include "run_key_fixture.h"
 
+#include "infra/import_function.h"
 #include "infra/uRegistryUtils.h"
+#include "support/import_patch.h"
 
 #include <gmock/gmock.h>
 
@@ -210,6 +212,30 @@ TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
   EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kOwnSide, L"s", Sz(L"s.exe")); }));
   EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"e.exe")); }));
   EXPECT_FALSE(UserRun().IsChanged());
+}
+
+int armings = 0;
+
+// Changes the Run key once it is watched and a further key is about to be.
+LSTATUS WINAPI ChangeBetween(HKEY key, BOOL subtree, DWORD filter, HANDLE event, BOOL asynchronous) {
+  if (armings++ == (HasTwoViews() ? 2 : 1)) SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"between.exe"));
+  const auto original = ImportFunction<decltype(&RegNotifyChangeKeyValue)>(GetModuleHandleW(L"advapi32.dll"),
+                                                                           "RegNotifyChangeKeyValue");
+  return original(key, subtree, filter, event, asynchronous);
+}
+
+TEST_F(RunKeyTest, AChangeWhileTheWatchIsArmedIsSeenAndThoseAfterIt) {
+  SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"d.exe"));
+  while (UserRun().IsChanged()) UserRun().ReadItems();
+  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  armings = 0;
+  {
+    const ImportPatch patch("RegNotifyChangeKeyValue", &ChangeBetween);
+    EXPECT_TRUE(UserRun().IsChanged());
+  }
+  EXPECT_TRUE(UserRun().IsChanged());
+  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"after.exe"));
+  EXPECT_TRUE(UserRun().IsChanged());
 }
 
 }  // namespace smh::test
