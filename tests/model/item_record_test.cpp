@@ -74,7 +74,7 @@ TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
   const TemporaryFolder folder;
   const std::wstring library = folder.Write(L"my lib.dll", "x");
   const ItemDetails details = MakeItem(L"rundll32.exe \"" + library + L"\",Start")->Details();
-  EXPECT_TRUE(SameText(details.FilePath, library)) << details.FilePath;
+  EXPECT_TRUE(SameText(details.FilePath, library)) << std::wstring(details.FilePath);
   EXPECT_EQ(details.EntryName, L"rundll32");
   EXPECT_TRUE(EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->Details().FilePath));
 }

@@ -150,7 +150,7 @@ SMH_CHILD(ProofWorker) {
       items = Items().Snapshot();
     }
     for (const ItemRef& item : items) {
-      if (item->GivenText().find(name) == std::wstring::npos) continue;
+      if (std::wstring_view(item->GivenText()).find(name) == std::wstring::npos) continue;
       TLocationStartup& location = *FindLocation(item->Location());
       if (random.Below(3) == 0) {
         location.ChangeItemCommand(item, kProgram + L" /" + std::to_wstring(round));
