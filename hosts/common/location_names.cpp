@@ -151,18 +151,4 @@ std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexc
   return std::nullopt;
 }
 
-bool IsUsualLocation(std::int32_t location) noexcept {
-  switch (location) {
-    case sulFolderUser:
-    case sulFolderCommon:
-    case sulRegistryUserRun:
-    case sulRegistryUserRunOnce:
-    case sulRegistryCommonRun:
-    case sulRegistryCommonRunOnce:
-      return true;
-    default:
-      return false;
-  }
-}
-
 }  // namespace smh

@@ -55,7 +55,7 @@ std::wstring AsJson(const Summaries& summaries) {
     json += location == kFirstLocation ? L"\n" : L",\n";
     json += L"{\"location\":" + JsonText(LocationName(location)) + L",\"ordinal\":" +
             std::to_wstring(location) + L",\"family\":" + JsonText(facts.family) + L",\"place\":" +
-            JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsUsualLocation(location)) +
+            JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsReadByDefault(location)) +
             L",\"enabled\":" + std::to_wstring(summary.enabled) + L",\"disabled\":" +
             std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(facts.can) + L"}";
   }
