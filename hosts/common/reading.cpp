@@ -21,7 +21,7 @@ void WaitForReader(const std::function<bool()>& isComplete) {
   const ULONGLONG start = GetTickCount64();
   while (!isComplete()) {
     if (GetTickCount64() - start > kTimeLimit) {
-      throw HostError(L"Reading the entries took more than two minutes; nothing was changed meanwhile.");
+      throw HostError(L"Reading took more than two minutes.");
     }
     Sleep(kPollInterval);
   }
