@@ -37,6 +37,7 @@ constexpr std::array<ServiceRow, kSiblingServiceCount> kServices = {{
 }};
 
 struct Siblings {
+  // Entered after the service cache's lock; under it comes the loader's, and no other.
   CriticalSection lock;
   TLibraryList libraries;
   std::array<InterfaceCache, kSiblingServiceCount> caches;
