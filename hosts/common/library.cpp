@@ -68,6 +68,12 @@ Library::~Library() {
   if (items_) items_->Stop();
 }
 
+ComPtr<IStartupItem> Library::ItemAt(std::int32_t index) const {
+  ComPtr<IStartupItem> item;
+  CheckResult(items_->GetItem(index, item.Put()), L"Cannot get an entry");
+  return item;
+}
+
 std::wstring Library::ResolveCommandFile(const std::wstring& command) const {
   return TakeText([&](BoundaryText* file) { return manager_->ResolveCommandFile(command.c_str(), file); });
 }

@@ -2,6 +2,7 @@
 
 #include "csv_output.h"
 #include "dialog_blocker.h"
+#include "host_error.h"
 #include "json_output.h"
 #include "reading.h"
 #include "text_encoding.h"
@@ -21,8 +22,7 @@ std::vector<ComPtr<IStartupItem>> FindAll(const Library& library, std::span<cons
   const ListLock lock(library);
   const std::int32_t count = library.Items().GetCount();
   for (std::int32_t index = 0; index < count; ++index) {
-    ComPtr<IStartupItem> item;
-    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+    ComPtr<IStartupItem> item = library.ItemAt(index);
     const EntryKey key{item->GetLocation(),
                        TakeText([&](BoundaryText* name) { return item->GetName(name); })};
     if (const auto place = wanted.find(key); place != wanted.end()) found[place->second] = std::move(item);

@@ -1,5 +1,7 @@
 #include "worker.h"
 
+#include "host_error.h"
+
 #include "infra/scoped_com.h"
 
 namespace smh {
