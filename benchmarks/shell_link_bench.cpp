@@ -5,7 +5,7 @@
 
 #include "infra/com_ptr.h"
 #include "infra/handle.h"
-#include "link_builder.h"
+#include "link_sections_copy.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "support/file_fixture.h"
 
@@ -64,33 +64,6 @@ std::size_t OpenReadClose(const std::wstring& path) {
   DWORD read = 0;
   ReadFile(file.Get(), buffer, sizeof buffer, &read, nullptr);
   return read;
-}
-
-// Each section of the link in a buffer of its own.
-std::vector<std::unique_ptr<std::byte[]>> CopySections(const std::vector<Bytes>& sections) {
-  std::vector<std::unique_ptr<std::byte[]>> copies;
-  copies.reserve(sections.size());
-  for (const Bytes section : sections) {
-    copies.push_back(std::make_unique_for_overwrite<std::byte[]>(section.size()));
-    std::memcpy(copies.back().get(), section.data(), section.size());
-  }
-  return copies;
-}
-
-std::vector<Bytes> SectionsOf(Bytes link) {
-  ByteCursor file(link);
-  std::vector<Bytes> sections{file.Take(kLinkHeaderSize)};
-  THeaderInfo header;
-  ByteCursor again(sections[0]);
-  header.Load(again);
-  if (header.Has(kHasLinkTargetIDList)) sections.push_back(file.Take(file.U16()));
-  if (header.Has(kHasLinkInfo)) sections.push_back(file.Take(file.U32() - 4));
-  for (const std::uint32_t flag :
-       {kHasName, kHasRelativePath, kHasWorkingDir, kHasArguments, kHasIconLocation}) {
-    if (header.Has(flag)) sections.push_back(file.Take(file.U16() * (header.Has(kIsUnicode) ? 2u : 1u)));
-  }
-  for (std::uint32_t size = file.U32(); size >= 4; size = file.U32()) sections.push_back(file.Take(size - 4));
-  return sections;
 }
 
 TEST_CASE("Reading a link file") {

@@ -3,13 +3,11 @@
 #include "bench.h"
 
 #include "link_builder.h"
-#include "shelllink/link_sections.h"
+#include "link_sections_copy.h"
 
 #include <libbfio.h>
 #include <liblnk.h>
 
-#include <cstring>
-#include <memory>
 #include <stdexcept>
 
 namespace smh::bench {
@@ -28,31 +26,6 @@ std::vector<BuiltLink> Corpus() {
     links.push_back(link.Build());
   }
   return links;
-}
-
-std::vector<Bytes> SectionsOf(Bytes link) {
-  ByteCursor file(link);
-  std::vector<Bytes> sections{file.Take(kLinkHeaderSize)};
-  THeaderInfo header;
-  ByteCursor again(sections[0]);
-  header.Load(again);
-  if (header.Has(kHasLinkTargetIDList)) sections.push_back(file.Take(file.U16()));
-  if (header.Has(kHasLinkInfo)) sections.push_back(file.Take(file.U32() - 4));
-  for (const std::uint32_t flag :
-       {kHasName, kHasRelativePath, kHasWorkingDir, kHasArguments, kHasIconLocation}) {
-    if (header.Has(flag)) sections.push_back(file.Take(file.U16() * (header.Has(kIsUnicode) ? 2u : 1u)));
-  }
-  for (std::uint32_t size = file.U32(); size >= 4; size = file.U32()) sections.push_back(file.Take(size - 4));
-  return sections;
-}
-
-void Copy(const std::vector<Bytes>& sections) {
-  std::vector<std::unique_ptr<std::byte[]>> copies;
-  copies.reserve(sections.size());
-  for (const Bytes section : sections) {
-    copies.push_back(std::make_unique_for_overwrite<std::byte[]>(section.size()));
-    std::memcpy(copies.back().get(), section.data(), section.size());
-  }
 }
 
 // What a program does to read one link with liblnk.
@@ -79,7 +52,7 @@ TEST_CASE("Parsing links") {
       LinkSections parsed;
       parsed.Load(link.AsBytes());
     };
-    const Pair copying = AlternateRuns(15, 20'000, ours, [&] { Copy(sections); });
+    const Pair copying = AlternateRuns(15, 20'000, ours, [&] { CopySections(sections); });
     AddRow("native: link of " + size + " bytes, copying its sections", "us", copying.ours, copying.reference,
            3);
     const Pair other = AlternateRuns(15, 2'000, ours, [&] { ReadWithLiblnk(link.Text()); });

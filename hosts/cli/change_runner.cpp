@@ -22,12 +22,6 @@ bool Contains(std::span<const ItemRecord> list, const ItemRecord& item) {
                      [&item](const ItemRecord& other) { return IsSameEntry(item, other); });
 }
 
-ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item) {
-  ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
-  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
-  return listed;
-}
-
 // The entries that ITEMs mean, each once.
 std::vector<ItemRecord> SelectTargets(std::span<const ItemRecord> list, const Arguments& arguments) {
   std::vector<ItemRecord> targets;

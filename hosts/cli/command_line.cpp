@@ -56,7 +56,8 @@ struct RawArguments {
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
 };
 
-void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
+// What the command works on.
+void DeclareSubject(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kTakesOneItem) {
     app.add_option("ITEM", raw.items, "Name of an entry, or a caption that only one entry has")
         ->required()
@@ -68,6 +69,19 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kTakesCommandLine) {
     app.add_option("COMMANDLINE", raw.items, "A command line, as one argument")->required()->expected(1);
   }
+  if (options & (kTakesId | kNeedsId)) {
+    app.add_option("ID", raw.id, "A checkpoint's number, see the command checkpoints")
+        ->required((options & kNeedsId) != 0)
+        ->check(CLI::PositiveNumber);
+  }
+  if (options & kTakesPaths) {
+    app.add_option("--add", raw.paths, "Also show the program of that path")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+  }
+}
+
+void DeclareLocation(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & (kTakesLocations | kTakesLocation | kNeedsLocation)) {
     CLI::Option* const location =
         app.add_option("--location", raw.locations, "A location's name, see the command locations")
@@ -76,6 +90,10 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
     if (!(options & kTakesLocations)) location->expected(1);
     if (options & kNeedsLocation) location->required();
   }
+}
+
+// What is shown, how and for how long.
+void DeclareShowing(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kTakesFilter) {
     app.add_flag("--all", raw.all, "All locations, not only the usual ones");
     CLI::Option* const enabled = app.add_flag("--enabled", raw.enabled, "Only enabled entries");
@@ -84,25 +102,26 @@ void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   CLI::Option* json = nullptr;
   if (options & kTakesJson) json = app.add_flag("--json", raw.json, "As JSON");
   if (options & kTakesCsv) app.add_flag("--csv", raw.csv, "As CSV")->excludes(json);
+  if (options & kTakesSeconds) app.add_option("--seconds", raw.seconds, "End after that time");
+}
+
+// What a change makes of it.
+void DeclareChange(CLI::App& app, std::uint32_t options, RawArguments& raw) {
   if (options & kNeedsName) app.add_option("--name", raw.name, "Name of the new entry")->required();
   if (options & kNeedsCommand) app.add_option("--command", raw.command, "A command line")->required();
   if (options & kNeedsTarget) app.add_option("--to", raw.target, "A location's name")->required();
-  if (options & (kTakesId | kNeedsId)) {
-    app.add_option("ID", raw.id, "A checkpoint's number, see the command checkpoints")
-        ->required((options & kNeedsId) != 0)
-        ->check(CLI::PositiveNumber);
-  }
   if (options & kTakesUndoMode) {
     CLI::Option* const show = app.add_flag("--show", raw.show, "Only say what it would do, step by step");
     app.add_flag("--force", raw.force, "Over later changes too, and say what was overwritten")
         ->excludes(show);
   }
-  if (options & kTakesSeconds) app.add_option("--seconds", raw.seconds, "End after that time");
-  if (options & kTakesPaths) {
-    app.add_option("--add", raw.paths, "Also show the program of that path")
-        ->allow_extra_args(false)
-        ->type_name("PATH");
-  }
+}
+
+void Declare(CLI::App& app, std::uint32_t options, RawArguments& raw) {
+  DeclareSubject(app, options, raw);
+  DeclareLocation(app, options, raw);
+  DeclareShowing(app, options, raw);
+  DeclareChange(app, options, raw);
 }
 
 std::int32_t ParseLocation(std::string_view bytes) {

@@ -12,7 +12,7 @@ bool ItemFilter::Shows(const ItemRecord& item) const {
 }
 
 ReadScope ItemFilter::Scope() const {
-  const bool all = allLocations || !std::all_of(locations.begin(), locations.end(), IsUsualLocation);
+  const bool all = allLocations || !std::all_of(locations.begin(), locations.end(), IsReadByDefault);
   return all ? ReadScope::all : ReadScope::usual;
 }
 

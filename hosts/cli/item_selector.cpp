@@ -2,6 +2,7 @@
 
 #include "host_error.h"
 #include "location_names.h"
+#include "reading.h"
 #include "text_encoding.h"
 
 #include "infra/text.h"
@@ -65,6 +66,12 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
     throw HostError(quoted + L" means several entries; give the full name of one:" + CandidateList(matches));
   }
   return *matches.front();
+}
+
+ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item) {
+  ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
+  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
+  return listed;
 }
 
 std::wstring Describe(const ItemRecord& item) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "item_record.h"
+#include "library.h"
 
 #include <optional>
 #include <span>
@@ -17,6 +18,9 @@ namespace smh {
 // Raises HostError when no entry matches, and when several do: the message lists them.
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
                              std::optional<std::int32_t> location);
+
+// The entry in the list as it is now. Raises HostError when it has gone.
+ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item);
 
 // "Caption" in sulRegistryUserRun: how messages name an entry.
 std::wstring Describe(const ItemRecord& item);

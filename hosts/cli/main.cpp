@@ -4,11 +4,8 @@
 #include "host_error.h"
 #include "host_process.h"
 #include "interrupted_note.h"
-#include "text_encoding.h"
 
 #include <windows.h>
-
-#include <exception>
 
 // The runtime must not replace arguments like * by file names.
 extern "C" {
@@ -37,8 +34,8 @@ ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
   } catch (const HostError& error) {
     WriteMessage(error.Message());
     return error.Code();
-  } catch (const std::exception& error) {
-    WriteMessage(FromUtf8(error.what()));
+  } catch (...) {
+    WriteMessage(CurrentFaultText());
     return ExitCode::failed;
   }
 }

@@ -63,12 +63,7 @@ struct SheetVisitor {
   std::wstring operator()(std::int64_t value) const { return std::to_wstring(value); }
   std::wstring operator()(const std::wstring& value) const { return Printable(value); }
   std::wstring operator()(const std::vector<std::wstring_view>& names) const {
-    std::wstring list;
-    for (const std::wstring_view name : names) {
-      if (!list.empty()) list += L", ";
-      list += name;
-    }
-    return list;
+    return JoinNames(names, L", ");
   }
 };
 
@@ -85,6 +80,12 @@ std::vector<std::wstring> TextTable::Lines(std::size_t width) const {
   std::vector<std::wstring> lines = {Line(header, widths, pathColumn)};
   for (const auto& row : rows) lines.push_back(Line(row, widths, pathColumn));
   return lines;
+}
+
+std::wstring TextTable::Text(std::size_t width) const {
+  std::wstring text;
+  for (const std::wstring& line : Lines(width)) text += line + L"\n";
+  return text;
 }
 
 std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width) {
@@ -119,9 +120,7 @@ std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>
       table.rows.push_back(std::move(row));
     }
   }
-  std::wstring text;
-  for (const std::wstring& line : table.Lines(0)) text += line + L"\n";
-  return text;
+  return table.Text(0);
 }
 
 std::wstring ItemSheet(const ItemRecord& item) {

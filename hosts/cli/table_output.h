@@ -21,6 +21,8 @@ struct TextTable {
   // One line per row, two blanks between columns. With a width other than 0 the widest columns are cut until
   // a line fits.
   std::vector<std::wstring> Lines(std::size_t width) const;
+  // The same as one text.
+  std::wstring Text(std::size_t width) const;
 };
 
 // The entries grouped by location, in the order of locations and in list order within one.

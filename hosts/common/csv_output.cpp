@@ -11,23 +11,15 @@ struct CsvVisitor {
   std::wstring operator()(std::int64_t value) const { return CsvField(std::to_wstring(value)); }
   std::wstring operator()(const std::wstring& value) const { return CsvField(value); }
   std::wstring operator()(const std::vector<std::wstring_view>& names) const {
-    std::wstring list;
-    for (const std::wstring_view name : names) {
-      if (!list.empty()) list += L' ';
-      list += name;
-    }
-    return CsvField(list);
+    return CsvField(JoinNames(names, L" "));
   }
 };
 
 std::wstring WithoutUnpairedSurrogates(std::wstring_view text) {
   std::wstring result;
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = CodePointAt(text, i);
-    const std::wstring_view units = text.substr(i, point.units);
-    result += IsSurrogate(point.value) ? Printable(units) : std::wstring(units);
-    i += point.units;
-  }
+  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view units) {
+    result += IsSurrogate(value) ? Printable(units) : std::wstring(units);
+  });
   return result;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "entry_watch.h"
-#include "host_error.h"
 #include "library.h"
 
 #include <utility>
@@ -19,8 +18,7 @@ void Look(const Library& library, Use&& use) {
   std::vector<ComPtr<IStartupItem>> items;
   const std::int32_t count = library.Items().GetCount();
   for (std::int32_t index = 0; index < count; ++index) {
-    ComPtr<IStartupItem> item;
-    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+    ComPtr<IStartupItem> item = library.ItemAt(index);
     sightings.push_back({item->GetLocation(),
                          TakeText([&](BoundaryText* name) { return item->GetName(name); }),
                          item->ReadChanged() != FALSE});

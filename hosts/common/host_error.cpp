@@ -1,11 +1,25 @@
 #include "host_error.h"
 
+#include "text_encoding.h"
+
 #include "infra/com_ptr.h"
+#include "infra/exceptions.h"
+#include "infra/handle.h"
 #include "infra/text.h"
 
 #include <oleauto.h>
 
 namespace smh {
+namespace {
+
+struct BstrTraits {
+  using Type = BSTR;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { SysFreeString(value); }
+};
+
+}  // namespace
 
 std::wstring SystemErrorText(HRESULT result) {
   wchar_t buffer[512];
@@ -20,14 +34,27 @@ std::wstring SystemErrorText(HRESULT result) {
 std::wstring LibraryErrorText(HRESULT result) {
   ComPtr<IErrorInfo> info;
   if (GetErrorInfo(0, info.Put()) == S_OK && info) {
-    BSTR description = nullptr;
-    if (SUCCEEDED(info->GetDescription(&description)) && description != nullptr) {
-      std::wstring text = Trim(std::wstring_view(description, SysStringLen(description)));
-      SysFreeString(description);
+    ScopedResource<BstrTraits> description;
+    if (SUCCEEDED(info->GetDescription(description.Put())) && description) {
+      std::wstring text = Trim(std::wstring_view(description.Get(), SysStringLen(description.Get())));
       if (!text.empty()) return text;
     }
   }
   return SystemErrorText(result);
+}
+
+std::wstring CurrentFaultText() {
+  try {
+    throw;
+  } catch (const HostError& error) {
+    return error.Message();
+  } catch (const Exception& error) {
+    return error.Message();
+  } catch (const std::exception& error) {
+    return FromUtf8(error.what());
+  } catch (...) {
+    return L"An unknown error.";
+  }
 }
 
 void CheckResult(HRESULT result, const std::wstring& doing) {

@@ -30,6 +30,8 @@ inline HostError UsageError(std::wstring message) {
 std::wstring SystemErrorText(HRESULT result);
 // What the library said about its last call on this thread, else the system's text for `result`.
 std::wstring LibraryErrorText(HRESULT result);
+// What the exception in flight says, for people; call it inside a catch handler.
+std::wstring CurrentFaultText();
 // Raises "`doing`: text of the failure" when `result` is a failure. Call it right after the library's call.
 void CheckResult(HRESULT result, const std::wstring& doing);
 

@@ -123,6 +123,15 @@ std::vector<std::wstring_view> ActionNames(std::uint32_t can) {
   return names;
 }
 
+std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator) {
+  std::wstring list;
+  for (const std::wstring_view name : names) {
+    if (!list.empty()) list += separator;
+    list += name;
+  }
+  return list;
+}
+
 std::wstring_view RatingName(std::int32_t rating) noexcept {
   return rating == 0 ? L"trusted" : rating == 2 ? L"risky" : L"unknown";
 }

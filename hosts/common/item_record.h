@@ -56,6 +56,7 @@ ItemRecord ReadItemRecord(IStartupItem& item);
 
 // The names of the actions that `can` allows, in the order of ItemAction.
 std::vector<std::wstring_view> ActionNames(std::uint32_t can);
+std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator);
 // "trusted", "unknown", "risky".
 std::wstring_view RatingName(std::int32_t rating) noexcept;
 // "enabled", "disabled".

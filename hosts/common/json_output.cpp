@@ -48,20 +48,17 @@ wchar_t ShortEscape(std::uint32_t value) {
 
 std::wstring JsonText(std::wstring_view text) {
   std::wstring json = L"\"";
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = CodePointAt(text, i);
-    if (const wchar_t escape = ShortEscape(point.value)) {
+  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view units) {
+    if (const wchar_t escape = ShortEscape(value)) {
       json += {L'\\', escape};
-    } else if (point.value < 0x20 || (point.value >= 0x7F && point.value <= 0x9F) ||
-               IsSurrogate(point.value)) {
-      wchar_t units[8];
-      wsprintfW(units, L"\\u%04x", static_cast<unsigned>(point.value));
-      json += units;
+    } else if (value < 0x20 || (value >= 0x7F && value <= 0x9F) || IsSurrogate(value)) {
+      wchar_t hexadecimal[8];
+      wsprintfW(hexadecimal, L"\\u%04x", static_cast<unsigned>(value));
+      json += hexadecimal;
     } else {
-      json.append(text, i, point.units);
+      json += units;
     }
-    i += point.units;
-  }
+  });
   return json + L'"';
 }
 
@@ -79,13 +76,19 @@ std::wstring JsonObject(const ItemRecord& item, std::wstring_view event) {
   return L'{' + json + L'}';
 }
 
-std::wstring JsonArray(std::span<const ItemRecord> items) {
+std::wstring JsonArray(std::span<const std::wstring> elements) {
   std::wstring json = L"[";
-  for (const ItemRecord& item : items) {
+  for (const std::wstring& element : elements) {
     json += json.size() == 1 ? L"\n" : L",\n";
-    json += JsonObject(item);
+    json += element;
   }
-  return json + (items.empty() ? L"]\n" : L"\n]\n");
+  return json + (elements.empty() ? L"]\n" : L"\n]\n");
+}
+
+std::wstring JsonArray(std::span<const ItemRecord> items) {
+  std::vector<std::wstring> elements;
+  for (const ItemRecord& item : items) elements.push_back(JsonObject(item));
+  return JsonArray(elements);
 }
 
 }  // namespace smh

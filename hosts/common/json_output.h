@@ -14,7 +14,8 @@ std::wstring JsonValue(const FieldValue& value);
 
 // {"index":0,...} on one line; a non-empty `event` is the first key.
 std::wstring JsonObject(const ItemRecord& item, std::wstring_view event = {});
-// An array with an entry per line, and a line break at the end.
+// An array with an element per line, and a line break at the end.
+std::wstring JsonArray(std::span<const std::wstring> elements);
 std::wstring JsonArray(std::span<const ItemRecord> items);
 
 }  // namespace smh

@@ -3,6 +3,7 @@
 #include "host_error.h"
 
 #include "infra/import_function.h"
+#include "infra/module_path.h"
 #include "infra/text.h"
 
 namespace smh {
@@ -20,13 +21,9 @@ constexpr Sibling kSiblings[] = {
 };
 
 std::wstring OwnFolder() {
-  std::wstring file(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
-    if (length == 0) throw HostError(L"Cannot find the folder of this program.");
-    if (length < file.size()) return std::wstring(FolderPart(std::wstring_view(file).substr(0, length)));
-    file.resize(file.size() * 2);
-  }
+  const std::wstring program = ModuleFileName(nullptr);
+  if (program.empty()) throw HostError(L"Cannot find the folder of this program.");
+  return std::wstring(FolderPart(program));
 }
 
 bool FileExists(const std::wstring& file) {
@@ -69,6 +66,12 @@ Library::Library() {
 
 Library::~Library() {
   if (items_) items_->Stop();
+}
+
+ComPtr<IStartupItem> Library::ItemAt(std::int32_t index) const {
+  ComPtr<IStartupItem> item;
+  CheckResult(items_->GetItem(index, item.Put()), L"Cannot get an entry");
+  return item;
 }
 
 std::wstring Library::ResolveCommandFile(const std::wstring& command) const {

@@ -29,6 +29,8 @@ class Library {
 
   IStartupManager& Manager() const noexcept { return *manager_; }
   IStartupItemCollection& Items() const noexcept { return *items_; }
+  // The entry at that position; only a ListLock keeps it there. Raises HostError.
+  ComPtr<IStartupItem> ItemAt(std::int32_t index) const;
   // The file that a command line starts; empty when there is none.
   std::wstring ResolveCommandFile(const std::wstring& command) const;
 

@@ -1,5 +1,7 @@
 #include "location_names.h"
 
+#include "infra/ascii_text.h"
+
 #include <iterator>
 
 namespace smh {
@@ -113,18 +115,6 @@ static_assert(std::size(kRows) == kLastLocation + 1);
 // What may be left out in front of a name.
 constexpr std::wstring_view kPrefixes[] = {L"", L"sul", L"sulRegistry"};
 
-wchar_t AsciiLower(wchar_t unit) noexcept {
-  return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit - L'A' + L'a') : unit;
-}
-
-bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (AsciiLower(a[i]) != AsciiLower(b[i])) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 std::wstring_view LocationName(std::int32_t location) noexcept {
@@ -149,20 +139,6 @@ std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexc
     }
   }
   return std::nullopt;
-}
-
-bool IsUsualLocation(std::int32_t location) noexcept {
-  switch (location) {
-    case sulFolderUser:
-    case sulFolderCommon:
-    case sulRegistryUserRun:
-    case sulRegistryUserRunOnce:
-    case sulRegistryCommonRun:
-    case sulRegistryCommonRunOnce:
-      return true;
-    default:
-      return false;
-  }
 }
 
 }  // namespace smh

@@ -29,7 +29,5 @@ struct LocationFacts {
 LocationFacts FactsOf(TTypeStartupLocation location);
 // The location of that name, ASCII case ignored; "sul" or "sulRegistry" in front may be left out.
 std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexcept;
-// Whether the library reads the location without being told to read all of them.
-bool IsUsualLocation(std::int32_t location) noexcept;
 
 }  // namespace smh

@@ -8,20 +8,13 @@ namespace {
 constexpr ULONGLONG kTimeLimit = 120'000;
 constexpr DWORD kPollInterval = 10;
 
-// The wrapper of the entry at `index`; the caller holds the list's lock.
-ComPtr<IStartupItem> ItemAt(const Library& library, std::int32_t index) {
-  ComPtr<IStartupItem> item;
-  CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
-  return item;
-}
-
 }  // namespace
 
 void WaitForReader(const std::function<bool()>& isComplete) {
   const ULONGLONG start = GetTickCount64();
   while (!isComplete()) {
     if (GetTickCount64() - start > kTimeLimit) {
-      throw HostError(L"Reading the entries took more than two minutes; nothing was changed meanwhile.");
+      throw HostError(L"Reading took more than two minutes.");
     }
     Sleep(kPollInterval);
   }
@@ -40,7 +33,7 @@ std::vector<ItemRecord> TakeSnapshot(const Library& library) {
   std::vector<ItemRecord> records;
   const std::int32_t count = library.Items().GetCount();
   for (std::int32_t index = 0; index < count; ++index) {
-    records.push_back(ReadItemRecord(*ItemAt(library, index)));
+    records.push_back(ReadItemRecord(*library.ItemAt(index)));
   }
   return records;
 }
@@ -60,7 +53,7 @@ ComPtr<IStartupItem> FindListedItem(const Library& library, std::int32_t locatio
   const ListLock lock(library);
   const std::int32_t count = library.Items().GetCount();
   for (std::int32_t index = 0; index < count; ++index) {
-    ComPtr<IStartupItem> item = ItemAt(library, index);
+    ComPtr<IStartupItem> item = library.ItemAt(index);
     if (item->GetLocation() != location) continue;
     if (TakeText([&](BoundaryText* text) { return item->GetName(text); }) == name) return item;
   }

@@ -77,18 +77,16 @@ std::uint32_t TakeUtf8(std::string_view bytes, std::size_t& position) {
 
 std::wstring Escaped(std::wstring_view text, bool keepLines) {
   std::wstring result;
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = CodePointAt(text, i);
-    const bool kept = keepLines && (point.value == L'\n' || point.value == L'\r' || point.value == L'\t');
-    if (!kept && Contains(kUnprintable, point.value)) {
+  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view units) {
+    const bool kept = keepLines && (value == L'\n' || value == L'\r' || value == L'\t');
+    if (!kept && Contains(kUnprintable, value)) {
       wchar_t escape[16];
-      wsprintfW(escape, L"\\u{%x}", static_cast<unsigned>(point.value));
+      wsprintfW(escape, L"\\u{%x}", static_cast<unsigned>(value));
       result += escape;
     } else {
-      result.append(text, i, point.units);
+      result += units;
     }
-    i += point.units;
-  }
+  });
   return result;
 }
 
@@ -126,11 +124,7 @@ CodePoint CodePointAt(std::wstring_view text, std::size_t position) noexcept {
 std::string ToUtf8(std::wstring_view text) {
   std::string bytes;
   bytes.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = CodePointAt(text, i);
-    AppendUtf8(bytes, point.value);
-    i += point.units;
-  }
+  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view) { AppendUtf8(bytes, value); });
   return bytes;
 }
 
@@ -172,11 +166,7 @@ std::wstring DecodeEscapes(std::wstring_view text) {
 
 std::size_t DisplayWidth(std::wstring_view text) noexcept {
   std::size_t width = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = CodePointAt(text, i);
-    width += CellsOf(point.value);
-    i += point.units;
-  }
+  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view) { width += CellsOf(value); });
   return width;
 }
 

@@ -17,6 +17,15 @@ struct CodePoint {
 };
 // `position` is inside the text.
 CodePoint CodePointAt(std::wstring_view text, std::size_t position) noexcept;
+// Calls `visit` with each code point's value and its part of the text, in order.
+template <typename Visit>
+void ForEachCodePoint(std::wstring_view text, Visit&& visit) {
+  for (std::size_t i = 0; i < text.size();) {
+    const CodePoint point = CodePointAt(text, i);
+    visit(point.value, text.substr(i, point.units));
+    i += point.units;
+  }
+}
 bool IsSurrogate(std::uint32_t codePoint) noexcept;
 
 // UTF-8, with an unpaired surrogate as its own three bytes; the reverse function takes those back. Bytes

@@ -66,12 +66,12 @@ Account CurrentAccount() {
   return account;
 }
 
-bool RestartElevated(void* window) {
+bool RestartElevated(HWND window) {
   const std::wstring program = ModuleFileName(nullptr);
   SHELLEXECUTEINFOW info = {};
   info.cbSize = sizeof(info);
   info.fMask = SEE_MASK_NOASYNC;
-  info.hwnd = static_cast<HWND>(window);
+  info.hwnd = window;
   info.lpVerb = L"runas";
   info.lpFile = program.c_str();
   info.nShow = SW_SHOWNORMAL;

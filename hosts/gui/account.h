@@ -1,6 +1,8 @@
 // Whose entries this process shows, and what it may do.
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 namespace smh {
@@ -18,6 +20,6 @@ struct Account {
 Account CurrentAccount();
 
 // Starts this program again with the rights of an administrator; false when the user declines.
-bool RestartElevated(void* window);
+bool RestartElevated(HWND window);
 
 }  // namespace smh

@@ -67,34 +67,27 @@ void CommandBar::Create(HWND parent) {
   SendMessageW(bar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
 }
 
-CommandBar::~CommandBar() {
-  for (const HIMAGELIST images : {images_, greyed_}) {
-    if (images != nullptr) ImageList_Destroy(images);
-  }
-}
-
 // A tool bar measures its buttons when they are inserted.
 void CommandBar::SetDpi(int dpi, HFONT font) {
-  const HIMAGELIST before[] = {images_, greyed_};
-  images_ = MakeGlyphs(dpi, GlyphLook::normal);
-  greyed_ = MakeGlyphs(dpi, GlyphLook::greyed);
+  ScopedImageList images = MakeGlyphs(dpi, GlyphLook::normal);
+  ScopedImageList greyed = MakeGlyphs(dpi, GlyphLook::greyed);
   while (SendMessageW(bar_, TB_DELETEBUTTON, 0, 0) != FALSE) {
   }
   int side = 16;
-  ImageList_GetIconSize(images_, &side, &side);
+  ImageList_GetIconSize(images.Get(), &side, &side);
   SendMessageW(bar_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   SendMessageW(bar_, TB_SETBITMAPSIZE, 0, MAKELPARAM(side, side));
-  SendMessageW(bar_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images_));
-  SendMessageW(bar_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(greyed_));
+  SendMessageW(bar_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.Get()));
+  SendMessageW(bar_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(greyed.Get()));
   const int padding = MulDiv(7, dpi, USER_DEFAULT_SCREEN_DPI);
   SendMessageW(bar_, TB_SETPADDING, 0, MAKELPARAM(padding, padding));
   std::vector<TBBUTTON> buttons;
   for (const CommandRow& row : kCommands) buttons.push_back(ButtonOf(row));
   SendMessageW(bar_, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
   SendMessageW(bar_, TB_AUTOSIZE, 0, 0);
-  for (const HIMAGELIST images : before) {
-    if (images != nullptr) ImageList_Destroy(images);
-  }
+  // The tool bar has let go of those before.
+  images_ = std::move(images);
+  greyed_ = std::move(greyed);
 }
 
 int CommandBar::Height() const {

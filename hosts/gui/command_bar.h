@@ -1,9 +1,7 @@
 // The tool bar: which commands it has, and whether they can be used now.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
+#include "infra/scoped_image_list.h"
 
 #include <functional>
 
@@ -12,11 +10,6 @@ namespace smh {
 class CommandBar {
  public:
   void Create(HWND parent);
-  ~CommandBar();
-  CommandBar() = default;
-  CommandBar(const CommandBar&) = delete;
-  CommandBar& operator=(const CommandBar&) = delete;
-
   HWND Handle() const noexcept { return bar_; }
   void SetDpi(int dpi, HFONT font);
   int Height() const;
@@ -28,8 +21,8 @@ class CommandBar {
 
  private:
   HWND bar_ = nullptr;
-  HIMAGELIST images_ = nullptr;
-  HIMAGELIST greyed_ = nullptr;
+  ScopedImageList images_;
+  ScopedImageList greyed_;
 };
 
 }  // namespace smh

@@ -161,13 +161,13 @@ void EntriesView::ShowDetails() {
 void EntriesView::ResolveFile(const ItemRecord& item) {
   resolvedCommand_ = item.command;
   resolvedFile_.clear();
-  frame_.worker.Post([this, command = item.command](LibrarySession& session) {
-    frame_.worker.Tell([this, command, file = session.ResolveFile(command)] {
-      if (command != resolvedCommand_ || file == resolvedFile_) return;
-      resolvedFile_ = file;
-      ShowDetails();
-    });
-  });
+  frame_.worker.Ask(
+      [command = item.command](LibrarySession& session) { return session.ResolveFile(command); },
+      [this, command = item.command](const std::wstring& file) {
+        if (command != resolvedCommand_ || file == resolvedFile_) return;
+        resolvedFile_ = file;
+        ShowDetails();
+      });
 }
 
 void EntriesView::SetDetailsHeight(int height) {

@@ -76,6 +76,7 @@ class EntriesView final : public View {
   void Delete();
   void Add();
   void Move();
+  void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items);
   void ChangeCommand();
   void ShowFile();
   void Export();

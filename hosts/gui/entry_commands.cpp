@@ -137,11 +137,9 @@ bool EntriesView::MayChange(const std::vector<ItemRecord>& items) const {
 
 void EntriesView::Apply(std::vector<ItemRecord> items, EntryOperation operation, const std::wstring& done) {
   if (items.empty()) return;
-  frame_.worker.Post(
-      [this, items = std::move(items), operation = std::move(operation), done](LibrarySession& session) {
-        frame_.worker.Tell(
-            [this, done, report = session.Apply(items, operation)] { ShowOutcome(frame_, done, report); });
-      });
+  frame_.worker.Ask([items = std::move(items), operation = std::move(operation)](
+                        LibrarySession& session) { return session.Apply(items, operation); },
+                    [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); });
 }
 
 void EntriesView::Switch(ItemAction action, std::vector<ItemRecord> items) {
@@ -179,32 +177,35 @@ void EntriesView::Add() {
   ItemRecord place;
   place.location = entry->location;
   if (!MayChange({place})) return;
-  frame_.worker.Post([this, entry = *entry](LibrarySession& session) {
-    frame_.worker.Tell([this, entry, fault = session.Add(entry.location, entry.name, entry.command)] {
-      if (!fault.empty()) return ShowError(frame_, L"Cannot add \u201C" + entry.name + L"\u201D: " + fault);
-      frame_.say(L"Added \u201C" + entry.name + L"\u201D.");
-      added_ = EntryKey{entry.location, entry.name};
-      SelectAdded();
-    });
-  });
+  frame_.worker.Ask(
+      [entry = *entry](LibrarySession& session) {
+        return session.Add(entry.location, entry.name, entry.command);
+      },
+      [this, entry = *entry](const std::wstring& fault) {
+        if (!fault.empty()) return ShowError(frame_, L"Cannot add \u201C" + entry.name + L"\u201D: " + fault);
+        frame_.say(L"Added \u201C" + entry.name + L"\u201D.");
+        added_ = EntryKey{entry.location, entry.name};
+        SelectAdded();
+      });
 }
 
 void EntriesView::Move() {
-  std::vector<ItemRecord> items = SelectedThatCan(kActionMove);
+  const std::vector<ItemRecord> items = SelectedThatCan(kActionMove);
   if (items.empty() || !MayChange(items)) return;
-  frame_.worker.Post([this, items = std::move(items)](LibrarySession& session) {
-    frame_.worker.Tell([this, items, targets = session.MoveTargets(items)] {
-      if (targets.none()) return ShowError(frame_, L"No other location takes " + NamesOf(items) + L".");
-      const auto target = AskTarget(frame_.window, targets, L"Move " + NamesOf(items) + L" to");
-      if (!target) return;
-      Apply(items,
-            {kActionMove, [target = *target](IStartupItem& item) { return item.MoveTo(target); },
-             [target = *target](IStartupItem& item) {
-               return item.GetIndex() < 0 || item.GetLocation() == target;
-             }},
-            L"Moved");
-    });
-  });
+  frame_.worker.Ask([items](LibrarySession& session) { return session.MoveTargets(items); },
+                    [this, items](const LocationSet& targets) { MoveToOneOf(targets, items); });
+}
+
+void EntriesView::MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) {
+  if (targets.none()) return ShowError(frame_, L"No other location takes " + NamesOf(items) + L".");
+  const auto target = AskTarget(frame_.window, targets, L"Move " + NamesOf(items) + L" to");
+  if (!target) return;
+  Apply(items,
+        {kActionMove, [target = *target](IStartupItem& item) { return item.MoveTo(target); },
+         [target = *target](IStartupItem& item) {
+           return item.GetIndex() < 0 || item.GetLocation() == target;
+         }},
+        L"Moved");
 }
 
 void EntriesView::ChangeCommand() {
@@ -236,12 +237,15 @@ void EntriesView::Export() {
   }
   const auto target = AskExportTarget(frame_.window);
   if (!target) return;
-  frame_.worker.Post([this, items = std::move(items), target = *target](LibrarySession& session) {
-    session.Export(items, target.json ? ExportFormat::json : ExportFormat::csv, target.file);
-    frame_.worker.Tell([this, count = items.size(), file = target.file] {
-      frame_.say(L"Wrote " + std::to_wstring(count) + (count == 1 ? L" entry to " : L" entries to ") + file);
-    });
-  });
+  frame_.worker.Ask(
+      [items = std::move(items), target = *target](LibrarySession& session) {
+        session.Export(items, target.json ? ExportFormat::json : ExportFormat::csv, target.file);
+        return items.size();
+      },
+      [this, file = target->file](std::size_t count) {
+        frame_.say(L"Wrote " + std::to_wstring(count) + (count == 1 ? L" entry to " : L" entries to ") +
+                   file);
+      });
 }
 
 void EntriesView::Copy() const {

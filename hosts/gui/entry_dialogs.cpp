@@ -2,6 +2,7 @@
 
 #include "location_titles.h"
 #include "resource.h"
+#include "window.h"
 
 #include "infra/text.h"
 
@@ -12,11 +13,8 @@
 namespace smh {
 namespace {
 
-std::wstring TextOf(HWND dialog, int control) {
-  const HWND window = GetDlgItem(dialog, control);
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-  return Trim(text);
+std::wstring FieldText(HWND dialog, int control) {
+  return Trim(TextOf(GetDlgItem(dialog, control)));
 }
 
 void FillLocations(HWND dialog, const LocationSet& locations, std::int32_t chosen) {
@@ -64,8 +62,8 @@ struct Form {
 
 // OK is possible only with every field filled.
 void UpdateOk(HWND dialog, const Form& form) {
-  const bool isComplete = (!form.hasName || !TextOf(dialog, IDC_NAME).empty()) &&
-                          (!form.hasCommand || !TextOf(dialog, IDC_COMMAND).empty()) &&
+  const bool isComplete = (!form.hasName || !FieldText(dialog, IDC_NAME).empty()) &&
+                          (!form.hasCommand || !FieldText(dialog, IDC_COMMAND).empty()) &&
                           (form.locations.none() || ChosenLocation(dialog) != sulNone);
   EnableWindow(GetDlgItem(dialog, IDOK), isComplete);
 }
@@ -78,12 +76,12 @@ void Fill(HWND dialog, const Form& form) {
 }
 
 void Take(HWND dialog, Form& form) {
-  if (form.hasName) form.entry.name = TextOf(dialog, IDC_NAME);
-  if (form.hasCommand) form.entry.command = TextOf(dialog, IDC_COMMAND);
+  if (form.hasName) form.entry.name = FieldText(dialog, IDC_NAME);
+  if (form.hasCommand) form.entry.command = FieldText(dialog, IDC_COMMAND);
   if (form.locations.any()) form.entry.location = ChosenLocation(dialog);
 }
 
-INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(dialog, DWLP_USER, lParam);
     Fill(dialog, *reinterpret_cast<Form*>(lParam));

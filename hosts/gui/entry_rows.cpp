@@ -1,18 +1,13 @@
 #include "entry_rows.h"
 
 #include "location_titles.h"
+#include "search_text.h"
 
 #include <algorithm>
 #include <tuple>
 
 namespace smh {
 namespace {
-
-std::wstring LowerCase(std::wstring_view text) {
-  std::wstring lower(text);
-  CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
-  return lower;
-}
 
 // By the rules of the user's locale, in a form that compares byte by byte.
 std::string SortKeyOf(const std::wstring& text) {
@@ -104,7 +99,7 @@ void EntryRows::ShowLocations(LocationSet locations) {
 }
 
 void EntryRows::Search(std::wstring_view text) {
-  words_ = WordsOf(LowerCase(text));
+  words_ = WordsOf(LowerCase(std::wstring(text)));
   Filter();
 }
 

@@ -1,11 +1,12 @@
 #include "frame.h"
 
+#include "window.h"
+
 #include <cstring>
 
 namespace smh {
 namespace {
 
-constexpr wchar_t kTitle[] = L"Startup Manager";
 constexpr std::size_t kMostFailures = 10;
 
 std::wstring Entries(std::size_t count) {
@@ -15,11 +16,11 @@ std::wstring Entries(std::size_t count) {
 }  // namespace
 
 void ShowError(const Frame& frame, const std::wstring& text) {
-  MessageBoxW(frame.window, text.c_str(), kTitle, MB_OK | MB_ICONERROR);
+  MessageBoxW(frame.window, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
 }
 
 bool Confirm(const Frame& frame, const std::wstring& question) {
-  return MessageBoxW(frame.window, question.c_str(), kTitle, MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+  return MessageBoxW(frame.window, question.c_str(), kProgramTitle, MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
 }
 
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {

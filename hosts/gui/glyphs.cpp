@@ -43,7 +43,7 @@ void Ring(Graphics& canvas, ARGB color, float from, float sweep) {
 void DrawReturn(Graphics& canvas, ARGB color, bool mirrored) {
   const auto x = [mirrored](float value) { return mirrored ? 16 - value : value; };
   const Pen pen(Color(color), 2);
-  canvas.DrawArc(&pen, 4.0f, 5.0f, 9.0f, 8.0f, mirrored ? 90.0f : 270.0f, mirrored ? 180.0f : 180.0f);
+  canvas.DrawArc(&pen, 4.0f, 5.0f, 9.0f, 8.0f, mirrored ? 90.0f : 270.0f, 180.0f);
   Line(canvas, color, 2, {{x(5), 5}, {8.5f, 5}});
   Line(canvas, color, 2, {{x(6), 13}, {8.5f, 13}});
   Area(canvas, color, {{x(1.5f), 5}, {x(6), 1}, {x(6), 9}});
@@ -106,9 +106,9 @@ void DrawCheck(Graphics& canvas, bool ticked) {
 }
 
 template <typename Draw>
-HIMAGELIST MakeImages(int dpi, int count, Draw&& draw) {
+ScopedImageList MakeImages(int dpi, int count, Draw&& draw) {
   const int side = Scaled(kSide, dpi);
-  const HIMAGELIST images = ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, count, 1);
+  ScopedImageList images(ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, count, 1));
   for (int i = 0; i < count; ++i) {
     Bitmap bitmap(side, side, PixelFormat32bppARGB);
     {
@@ -118,10 +118,9 @@ HIMAGELIST MakeImages(int dpi, int count, Draw&& draw) {
       canvas.ScaleTransform(scale, scale);
       draw(canvas, i);
     }
-    HICON icon = nullptr;
-    bitmap.GetHICON(&icon);
-    ImageList_ReplaceIcon(images, -1, icon);
-    DestroyIcon(icon);
+    ScopedIcon icon;
+    bitmap.GetHICON(icon.Put());
+    ImageList_ReplaceIcon(images.Get(), -1, icon.Get());
   }
   return images;
 }
@@ -134,16 +133,16 @@ GlyphDrawing::GlyphDrawing() {
 }
 
 GlyphDrawing::~GlyphDrawing() {
-  GdiplusShutdown(token_);
+  if (token_ != 0) GdiplusShutdown(token_);
 }
 
-HIMAGELIST MakeGlyphs(int dpi, GlyphLook look) {
+ScopedImageList MakeGlyphs(int dpi, GlyphLook look) {
   const Colors& colors = look == GlyphLook::normal ? kNormal : kGreyed;
   return MakeImages(dpi, kGlyphCount,
                     [&](Graphics& canvas, int i) { DrawGlyph(canvas, static_cast<Glyph>(i), colors); });
 }
 
-HIMAGELIST MakeCheckImages(int dpi) {
+ScopedImageList MakeCheckImages(int dpi) {
   return MakeImages(dpi, 2, [](Graphics& canvas, int i) { DrawCheck(canvas, i == 1); });
 }
 

@@ -1,9 +1,7 @@
 // The small pictures of tool bar and check boxes, drawn as vectors so that they are sharp at any resolution.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
+#include "infra/scoped_image_list.h"
 
 namespace smh {
 
@@ -24,9 +22,9 @@ class GlyphDrawing {
   ULONG_PTR token_ = 0;
 };
 
-// All glyphs in their order. The caller destroys the list.
-HIMAGELIST MakeGlyphs(int dpi, GlyphLook look);
-// An empty and a ticked box. The caller destroys the list.
-HIMAGELIST MakeCheckImages(int dpi);
+// All glyphs in their order.
+ScopedImageList MakeGlyphs(int dpi, GlyphLook look);
+// An empty and a ticked box.
+ScopedImageList MakeCheckImages(int dpi);
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 
 #include "csv_output.h"
 #include "dialog_blocker.h"
+#include "host_error.h"
 #include "json_output.h"
 #include "reading.h"
 #include "text_encoding.h"
@@ -21,8 +22,7 @@ std::vector<ComPtr<IStartupItem>> FindAll(const Library& library, std::span<cons
   const ListLock lock(library);
   const std::int32_t count = library.Items().GetCount();
   for (std::int32_t index = 0; index < count; ++index) {
-    ComPtr<IStartupItem> item;
-    CheckResult(library.Items().GetItem(index, item.Put()), L"Cannot get an entry");
+    ComPtr<IStartupItem> item = library.ItemAt(index);
     const EntryKey key{item->GetLocation(),
                        TakeText([&](BoundaryText* name) { return item->GetName(name); })};
     if (const auto place = wanted.find(key); place != wanted.end()) found[place->second] = std::move(item);
@@ -75,14 +75,19 @@ void LibrarySession::ShowFile(const ItemRecord& item) const {
   ComPtr<IStartupItem> listed = FindListedItem(library_, item.location, item.name);
   if (!listed) return;
   ++*openSheets_;
-  std::thread([listed = std::move(listed), open = openSheets_]() mutable {
-    {
-      const ScopedCom com(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
-      listed->ShowFileDetails(nullptr);
-      listed.Reset();
-    }
-    --*open;
-  }).detach();
+  try {
+    std::thread([listed = std::move(listed), open = openSheets_]() mutable {
+      {
+        const ScopedCom com(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+        listed->ShowFileDetails(nullptr);
+        listed.Reset();
+      }
+      --*open;
+    }).detach();
+  } catch (...) {
+    --*openSheets_;
+    throw;
+  }
 }
 
 void LibrarySession::Refresh(bool allLocations) {
@@ -138,11 +143,10 @@ OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
 std::wstring LibrarySession::Add(std::int32_t location, const std::wstring& name,
                                  const std::wstring& command) const {
   const std::vector<ItemRecord> before = TakeSnapshot(library_);
-  std::int32_t index;
   ItemRecord added;
   {
     const ListLock lock(library_);
-    index = library_.Items().AddItem(location, name.c_str(), command.c_str());
+    const std::int32_t index = library_.Items().AddItem(location, name.c_str(), command.c_str());
     if (index < 0) return LibraryErrorText(E_FAIL);
     ComPtr<IStartupItem> item;
     CheckResult(library_.Items().GetItem(index, item.Put()), L"Cannot get the new entry");

@@ -50,7 +50,7 @@ void LocationTree::AddLocations(HTREEITEM root, bool all) {
   HTREEITEM group = nullptr;
   std::wstring groupTitle;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    if (!all && !IsUsualLocation(location)) continue;
+    if (!all && !IsReadByDefault(location)) continue;
     const LocationTitle title = TitleOf(location);
     if (title.group != groupTitle) {
       groupTitle = title.group;

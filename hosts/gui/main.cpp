@@ -3,18 +3,15 @@
 #include "host_error.h"
 #include "host_process.h"
 #include "main_window.h"
-#include "text_encoding.h"
 
 #include "infra/scoped_com.h"
-
-#include <exception>
 
 namespace {
 
 using namespace smh;
 
 void ShowFailure(const std::wstring& text) noexcept {
-  MessageBoxW(nullptr, text.c_str(), L"Startup Manager", MB_OK | MB_ICONERROR);
+  MessageBoxW(nullptr, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
 }
 
 void Run(int showCommand) {
@@ -38,10 +35,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand) {
   try {
     Run(showCommand);
     return 0;
-  } catch (const HostError& error) {
-    ShowFailure(error.Message());
-  } catch (const std::exception& error) {
-    ShowFailure(FromUtf8(error.what()));
+  } catch (...) {
+    ShowFailure(CurrentFaultText());
+    return 1;
   }
-  return 1;
 }

@@ -10,7 +10,6 @@ namespace smh {
 namespace {
 
 constexpr wchar_t kClassName[] = L"StartupManagerMain";
-constexpr wchar_t kTitle[] = L"Startup Manager";
 constexpr UINT kQueueMessage = WM_APP + 1;
 constexpr UINT kSafetyInterval = 500;
 constexpr SIZE kFirstSize = {1080, 700};
@@ -46,7 +45,7 @@ MainWindow::~MainWindow() {
 void MainWindow::Open(int showCommand) {
   const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU));
   const std::wstring title =
-      account_.elevated ? kTitle + (L" \u2013 Administrator " + account_.name) : kTitle;
+      account_.elevated ? kProgramTitle + (L" \u2013 Administrator " + account_.name) : kProgramTitle;
   Create({.className = kClassName,
           .title = title.c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
@@ -178,7 +177,7 @@ void MainWindow::Layout() {
   const int topHeight = std::max(bar_.Height(), FontHeight(search_, font_.Get()) + Scaled(10, dpi_));
   LayoutTop(width, margin / 2, topHeight);
   int top = topHeight + margin;
-  const bool hasBanner = IsWindowVisible(banner_) || (GetWindowLongW(banner_, GWL_STYLE) & WS_VISIBLE) != 0;
+  const bool hasBanner = (GetWindowLongW(banner_, GWL_STYLE) & WS_VISIBLE) != 0;
   if (hasBanner) {
     const int height = FontHeight(banner_, font_.Get()) + Scaled(8, dpi_);
     MoveWindow(banner_, margin * 2, top, width - margin * 4, height, TRUE);

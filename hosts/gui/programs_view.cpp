@@ -1,6 +1,7 @@
 #include "programs_view.h"
 
 #include "resource.h"
+#include "search_text.h"
 #include "text_encoding.h"
 
 #include "infra/text.h"
@@ -40,8 +41,7 @@ constexpr ProgramColumn kColumns[] = {
 std::wstring RowText(const ClientRecord& program) {
   std::wstring text;
   for (const ProgramColumn& column : kColumns) text += column.text(program) + L"\n";
-  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
-  return text;
+  return LowerCase(std::move(text));
 }
 
 }  // namespace
@@ -63,16 +63,15 @@ ProgramsView::ProgramsView(HWND parent, const Frame& frame) : frame_(frame) {
 
 void ProgramsView::Refresh() {
   isRead_ = true;
-  frame_.worker.Post([this](LibrarySession& session) {
-    frame_.worker.Tell([this, news = session.ReadPrograms()] {
-      smallImages_ = news.smallImages;
-      largeImages_ = news.largeImages;
-      list_.SetImages(images_.For(dpi_, smallImages_, largeImages_));
-      shown_.clear();
-      programs_ = news.programs;
-      Filter();
-    });
-  });
+  frame_.worker.Ask([](LibrarySession& session) { return session.ReadPrograms(); },
+                    [this](const ProgramNews& news) {
+                      smallImages_ = news.smallImages;
+                      largeImages_ = news.largeImages;
+                      list_.SetImages(images_.For(dpi_, smallImages_, largeImages_));
+                      shown_.clear();
+                      programs_ = news.programs;
+                      Filter();
+                    });
 }
 
 void ProgramsView::Filter() {
@@ -85,8 +84,7 @@ void ProgramsView::Filter() {
 }
 
 void ProgramsView::Search(std::wstring_view text) {
-  search_ = Trim(text);
-  CharLowerBuffW(search_.data(), static_cast<DWORD>(search_.size()));
+  search_ = LowerCase(Trim(text));
   Filter();
 }
 

@@ -1,24 +1,17 @@
 // The library's images at the size that the screen's resolution asks for.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
+#include "infra/scoped_image_list.h"
 
 namespace smh {
 
 class ScaledImages {
  public:
-  ScaledImages() = default;
-  ~ScaledImages();
-  ScaledImages(const ScaledImages&) = delete;
-  ScaledImages& operator=(const ScaledImages&) = delete;
-
   // `small` or `large` where they fit, else copies of the large ones, made as images come. Null for null.
   HIMAGELIST For(int dpi, HIMAGELIST small, HIMAGELIST large);
 
  private:
-  HIMAGELIST images_ = nullptr;
+  ScopedImageList images_;
   HIMAGELIST source_ = nullptr;
   int side_ = 0;
 };

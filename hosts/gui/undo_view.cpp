@@ -2,6 +2,7 @@
 
 #include "dpi.h"
 #include "resource.h"
+#include "search_text.h"
 #include "text_encoding.h"
 
 #include "infra/text.h"
@@ -46,9 +47,11 @@ bool CanBeUndone(const CheckpointRecord& checkpoint) noexcept {
                                   checkpoint.info.state == CheckpointState::kInterrupted);
 }
 
-std::wstring LowerCase(std::wstring text) {
-  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
-  return text;
+// What is as expected needs no word.
+std::wstring StepText(const UndoneStepRecord& step) {
+  const bool isPlain = step.outcome == StepOutcome::kUndo;
+  return (isPlain ? std::wstring() : std::wstring(StepOutcomeName(step.outcome)) + L": ") +
+         Printable(step.text);
 }
 
 // The steps that stand in the way.
@@ -86,9 +89,8 @@ UndoView::UndoView(HWND parent, const Frame& frame) : frame_(frame) {
 }
 
 void UndoView::Refresh() {
-  frame_.worker.Post([this](LibrarySession& session) {
-    frame_.worker.Tell([this, checkpoints = session.Changes().Checkpoints()] { Take(checkpoints); });
-  });
+  frame_.worker.Ask([](LibrarySession& session) { return session.Changes().Checkpoints(); },
+                    [this](const std::vector<CheckpointRecord>& checkpoints) { Take(checkpoints); });
 }
 
 void UndoView::Take(std::vector<CheckpointRecord> checkpoints) {
@@ -133,17 +135,12 @@ void UndoView::ShowSteps() {
   steps_.clear();
   stepList_.SetCount(0);
   if (id == 0) return;
-  frame_.worker.Post([this, id](LibrarySession& session) {
-    frame_.worker.Tell([this, id, record = session.Changes().Undo(id, UndoMode::kShow)] {
-      if (id != stepsOf_) return;
-      for (const UndoneStepRecord& step : record.steps) {
-        const bool isPlain = step.outcome == StepOutcome::kUndo;
-        steps_.push_back((isPlain ? std::wstring() : std::wstring(StepOutcomeName(step.outcome)) + L": ") +
-                         Printable(step.text));
-      }
-      stepList_.SetCount(steps_.size());
-    });
-  });
+  frame_.worker.Ask([id](LibrarySession& session) { return session.Changes().Undo(id, UndoMode::kShow); },
+                    [this, id](const UndoRecord& record) {
+                      if (id != stepsOf_) return;
+                      for (const UndoneStepRecord& step : record.steps) steps_.push_back(StepText(step));
+                      stepList_.SetCount(steps_.size());
+                    });
 }
 
 bool UndoView::CanUndoLatest() const {
@@ -176,11 +173,12 @@ void UndoView::RedoLatest() {
 }
 
 void UndoView::Start(Direction direction, std::uint32_t id, UndoMode mode) {
-  frame_.worker.Post([this, direction, id, mode](LibrarySession& session) {
-    const Journal& journal = session.Changes();
-    const UndoRecord record = direction == Direction::undo ? journal.Undo(id, mode) : journal.Redo(id, mode);
-    frame_.worker.Tell([this, direction, mode, record] { Finish(direction, mode, record); });
-  });
+  frame_.worker.Ask(
+      [direction, id, mode](LibrarySession& session) {
+        const Journal& journal = session.Changes();
+        return direction == Direction::undo ? journal.Undo(id, mode) : journal.Redo(id, mode);
+      },
+      [this, direction, mode](const UndoRecord& record) { Finish(direction, mode, record); });
 }
 
 void UndoView::Finish(Direction direction, UndoMode mode, const UndoRecord& record) {

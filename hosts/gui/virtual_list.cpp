@@ -54,10 +54,9 @@ void VirtualList::SetDpi(int dpi, HFONT font) {
   SetColumnWidths(widths);
   SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   if (!source_.checked) return;
-  const HIMAGELIST before = checkImages_;
-  checkImages_ = MakeCheckImages(dpi);
-  ListView_SetImageList(list_, checkImages_, LVSIL_STATE);
-  if (before != nullptr) ImageList_Destroy(before);
+  ScopedImageList images = MakeCheckImages(dpi);
+  ListView_SetImageList(list_, images.Get(), LVSIL_STATE);
+  checkImages_ = std::move(images);
 }
 
 void VirtualList::SetImages(HIMAGELIST images) {

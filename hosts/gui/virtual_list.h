@@ -1,9 +1,7 @@
 // A report list that draws its rows from somewhere else and keeps no copy of them.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
+#include "infra/scoped_image_list.h"
 
 #include <functional>
 #include <string>
@@ -72,8 +70,8 @@ class VirtualList {
   std::size_t count_ = 0;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   bool quiet_ = false;
-  std::size_t blanksForImage_ = 0;    // in front of a text, to make room for the picture
-  HIMAGELIST checkImages_ = nullptr;  // the list view's
+  std::size_t blanksForImage_ = 0;  // in front of a text, to make room for the picture
+  ScopedImageList checkImages_;
 };
 
 }  // namespace smh

@@ -2,11 +2,14 @@
 
 #include "host_error.h"
 #include "resource.h"
-#include "text_encoding.h"
-
-#include <exception>
 
 namespace smh {
+
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
 
 Window::~Window() {
   if (window_ != nullptr) DestroyWindow(window_);
@@ -45,12 +48,11 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
   }
   try {
     return self->OnMessage(message, wParam, lParam);
-  } catch (const HostError& error) {
-    MessageBoxW(window, error.Message().c_str(), L"Startup Manager", MB_OK | MB_ICONERROR);
-  } catch (const std::exception& error) {
-    MessageBoxA(window, error.what(), "Startup Manager", MB_OK | MB_ICONERROR);
+  } catch (...) {
+    MessageBoxW(window, CurrentFaultText().c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
   }
-  return 0;
+  // A window that is not whole is not made.
+  return message == WM_CREATE ? -1 : 0;
 }
 
 }  // namespace smh

@@ -3,7 +3,15 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace smh {
+
+// In the captions of all windows.
+inline constexpr wchar_t kProgramTitle[] = L"Startup Manager";
+
+// The whole text of a window or control.
+std::wstring TextOf(HWND window);
 
 class Window {
  public:

@@ -1,10 +1,8 @@
 #include "worker.h"
 
-#include "text_encoding.h"
+#include "host_error.h"
 
 #include "infra/scoped_com.h"
-
-#include <exception>
 
 namespace smh {
 namespace {
@@ -19,10 +17,8 @@ std::wstring FaultOf(Work&& work) {
   try {
     work();
     return {};
-  } catch (const HostError& error) {
-    return error.Message();
-  } catch (const std::exception& error) {
-    return FromUtf8(error.what());
+  } catch (...) {
+    return CurrentFaultText();
   }
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace smh {
 
@@ -33,10 +34,17 @@ class Worker {
 
   // Called once, before the first task.
   void Listen(Events events) { events_ = std::move(events); }
-  // Tasks run one after the other; one that raises HostError is a failure. A look at the list follows each.
+  // Tasks run one after the other; one that raises HostError is a failure. A look at the list follows each. A
+  // task may still run when the window has gone: it must not refer to anything of the window's.
   void Post(Task task);
-  // Runs `work` on the window's thread.
-  void Tell(UiQueue::Work work) { queue_.Post(std::move(work)); }
+  // Posts `question` as a task and hands what it answers to `answer`, which runs on the window's thread as
+  // long as the window is there.
+  template <typename Question, typename Answer>
+  void Ask(Question question, Answer answer) {
+    Post([this, question = std::move(question), answer = std::move(answer)](LibrarySession& session) {
+      queue_.Post([answer, result = question(session)] { answer(result); });
+    });
+  }
 
  private:
   void Run() noexcept;

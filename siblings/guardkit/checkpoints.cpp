@@ -46,6 +46,7 @@ void Checkpoints::Begin(std::wstring_view title) {
 }
 
 bool Checkpoints::End() noexcept {
+  // Closed, which writes to the disk, after the lock was given back.
   std::unique_ptr<OpenCheckpoint> closing;
   const ScopedLock guard(lock_);
   Entry* const own = FindOwn();

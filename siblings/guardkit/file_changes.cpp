@@ -97,11 +97,14 @@ LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const
   FileState wanted = KeepFileState(from, checkpoint.Blobs());
   if (!wanted.exists) return ERROR_FILE_NOT_FOUND;
   wanted.security.clear();
-  return MakeRecorded(checkpoint, to, wanted);
+  return MakeRecorded(checkpoint, to, wanted, overwrite);
 }
 
-LSTATUS MakeRecorded(OpenCheckpoint& checkpoint, const std::wstring& path, const FileState& wanted) {
+LSTATUS MakeRecorded(OpenCheckpoint& checkpoint, const std::wstring& path, const FileState& wanted,
+                     bool overwrite) {
   FileStep step{path, KeepFileState(path, checkpoint.Blobs()), wanted};
+  // From here on the rename itself fails on a file that was not there now.
+  if (!overwrite && step.before.exists) return ERROR_FILE_EXISTS;
   if (step.after.security.empty()) step.after.security = step.before.security;
   const StagedFile staged(StagingPath(checkpoint, path, step.after));
   MakeFile(step.after, staged.Path(), checkpoint.Blobs());

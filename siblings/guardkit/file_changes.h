@@ -20,7 +20,9 @@ LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file);
 LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
                      bool overwrite);
 
-// Gives `path` the content and everything else of `wanted`, all of whose streams are kept.
-LSTATUS MakeRecorded(OpenCheckpoint& checkpoint, const std::wstring& path, const FileState& wanted);
+// Gives `path` the content and everything else of `wanted`, all of whose streams are kept. Without
+// `overwrite` an existing file stays, as above.
+LSTATUS MakeRecorded(OpenCheckpoint& checkpoint, const std::wstring& path, const FileState& wanted,
+                     bool overwrite);
 
 }  // namespace smh

@@ -1,5 +1,6 @@
 #include "guardkit/file_state.h"
 
+#include "guardkit/file_time.h"
 #include "guardkit/security_state.h"
 #include "infra/exceptions.h"
 #include "infra/text.h"
@@ -23,14 +24,6 @@ using Reader = std::function<StreamState(HANDLE)>;
 ScopedHandle OpenToRead(const std::wstring& path, DWORD flags) {
   return ScopedHandle(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, flags, nullptr));
-}
-
-std::uint64_t TimeOf(const FILETIME& time) noexcept {
-  return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-}
-
-FILETIME FileTimeOf(std::uint64_t time) noexcept {
-  return {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
 }
 
 ByteVector SecurityOf(const std::wstring& path) {
@@ -85,9 +78,9 @@ FileState ReadState(const std::wstring& path, const Reader& read) {
   if ((information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) RaiseOSError(ERROR_ACCESS_DENIED);
   state.exists = true;
   state.attributes = information.dwFileAttributes;
-  state.created = TimeOf(information.ftCreationTime);
-  state.accessed = TimeOf(information.ftLastAccessTime);
-  state.written = TimeOf(information.ftLastWriteTime);
+  state.created = NumberOf(information.ftCreationTime);
+  state.accessed = NumberOf(information.ftLastAccessTime);
+  state.written = NumberOf(information.ftLastWriteTime);
   state.security = SecurityOf(path);
   state.streams.push_back(read(file.Get()));
   for (const std::wstring& name : OtherStreams(path)) {

@@ -2,6 +2,7 @@
 
 #include "common/guard.h"
 #include "guardkit/checkpoints.h"
+#include "guardkit/file_time.h"
 #include "guardkit/undo_runner.h"
 #include "infra/com_object.h"
 #include "infra/exceptions.h"
@@ -9,10 +10,6 @@
 namespace smh {
 
 namespace {
-
-FILETIME FileTimeOf(std::uint64_t time) noexcept {
-  return {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
-}
 
 template <typename Row>
 const Row* RowAt(const std::vector<Row>& rows, std::int32_t index) noexcept {

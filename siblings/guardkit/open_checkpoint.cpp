@@ -1,5 +1,6 @@
 #include "guardkit/open_checkpoint.h"
 
+#include "guardkit/file_time.h"
 #include "guardkit/registry_place.h"
 #include "infra/exceptions.h"
 
@@ -10,7 +11,7 @@ namespace {
 std::uint64_t Now() noexcept {
   FILETIME time;
   GetSystemTimeAsFileTime(&time);
-  return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+  return NumberOf(time);
 }
 
 std::uint64_t StartOfThisProcess() noexcept {
@@ -19,7 +20,7 @@ std::uint64_t StartOfThisProcess() noexcept {
   FILETIME kernel;
   FILETIME user;
   GetProcessTimes(GetCurrentProcess(), &started, &ended, &kernel, &user);
-  return std::uint64_t{started.dwHighDateTime} << 32 | started.dwLowDateTime;
+  return NumberOf(started);
 }
 
 CheckpointHeader MakeHeader(const JournalFolder& folder, std::wstring_view title, std::uint32_t undoes) {

@@ -26,7 +26,7 @@ LSTATUS RegAccess::CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposit
   if (opened != ERROR_FILE_NOT_FOUND) return opened;
   return GuardedStatus([&] {
     const ScopedRecording recording(ProcessCheckpoints());
-    return CreateKeyRecorded(*recording, parent, subKey, access, key);
+    return CreateKeyRecorded(*recording, parent, NameOrEmpty(subKey), access, key);
   });
 }
 

@@ -62,6 +62,7 @@ LSTATUS CreateLevelRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::
 LSTATUS CreateKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& path, REGSAM access,
                           HKEY* key) {
   const std::vector<std::wstring> levels = LevelsOf(path);
+  if (levels.empty()) return ERROR_BAD_PATHNAME;
   const REGSAM onTheWay = (access & kViewBits) | KEY_QUERY_VALUE | KEY_CREATE_SUB_KEY;
   ScopedKey current;
   for (std::size_t i = 0; i < levels.size(); ++i) {

@@ -13,6 +13,9 @@ bool HasZero(const std::wstring& name) noexcept {
   return name.find(L'\0') != std::wstring::npos;
 }
 
+// The system's limit for a value's name, in units; what the journal of another machine says may be longer.
+constexpr std::size_t kLongestName = 16'383;
+
 UNICODE_STRING Counted(const std::wstring& name) noexcept {
   const auto bytes = static_cast<USHORT>(name.size() * sizeof(wchar_t));
   return {bytes, bytes, const_cast<wchar_t*>(name.data())};
@@ -84,6 +87,7 @@ KeyState ReadKeyState(HKEY key) {
 }
 
 LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) noexcept {
+  if (name.size() > kLongestName) return ERROR_INVALID_PARAMETER;
   const auto size = static_cast<DWORD>(value.data.size());
   if (HasZero(name)) {
     UNICODE_STRING counted = Counted(name);
@@ -101,6 +105,7 @@ LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) 
 }
 
 LSTATUS RemoveValue(HKEY key, const std::wstring& name) noexcept {
+  if (name.size() > kLongestName) return ERROR_INVALID_PARAMETER;
   if (!HasZero(name)) return RegDeleteValueW(key, name.c_str());
   UNICODE_STRING counted = Counted(name);
   return StatusOf(NtDeleteValueKey(key, &counted));

@@ -51,9 +51,9 @@ std::uint64_t TotalSize(const std::vector<JournalName>& names, const BlobStore& 
 }
 
 bool RemoveOldest(const JournalFolder& folder, std::vector<JournalName>& names) {
-  for (auto name = names.begin(); name + 1 < names.end(); ++name) {
-    if (!name->closed || DeleteFileW(folder.File(name->FileName()).c_str()) == FALSE) continue;
-    names.erase(name);
+  for (std::size_t i = 0; i + 1 < names.size(); ++i) {
+    if (!names[i].closed || DeleteFileW(folder.File(names[i].FileName()).c_str()) == FALSE) continue;
+    names.erase(names.begin() + static_cast<std::ptrdiff_t>(i));
     return true;
   }
   return false;

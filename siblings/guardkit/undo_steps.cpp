@@ -79,7 +79,7 @@ struct Undoer {
   StepOutcome operator()(const FileStep& step) const {
     if (step.before.exists) {
       const HeldPath held(FolderOf(step.path), true);
-      CheckStatus(MakeRecorded(checkpoint, step.path, step.before));
+      CheckStatus(MakeRecorded(checkpoint, step.path, step.before, true));
     } else {
       const HeldPath held(FolderOf(step.path));
       RemoveFile(checkpoint, step.path);

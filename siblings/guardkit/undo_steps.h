@@ -30,7 +30,7 @@ class LiveSystem final : public SystemState {
 // user's own, and is in conflict only when forced. Raises EOSError when the system refuses.
 StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict);
 
-// For people: "Set the value ...".
+// For people: "Restore the value ...".
 std::wstring DescribeUndo(const Step& step);
 
 }  // namespace smh

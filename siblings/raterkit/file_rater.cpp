@@ -5,11 +5,9 @@
 
 #include "common/data_folder.h"
 #include "common/guard.h"
+#include "infra/module_path.h"
 #include "infra/text.h"
 #include "raterkit/rating_store.h"
-
-// The start of this module in memory, as the linker names it.
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace smh {
 
@@ -25,24 +23,14 @@ struct RatingsState {
 
 RatingsState* state = nullptr;
 
-// With its trailing backslash.
-std::wstring ModuleFolder() {
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase), path.data(),
-                                            static_cast<DWORD>(path.size()));
-    if (length < path.size()) return std::wstring(FolderPart(std::wstring_view(path).substr(0, length)));
-    path.resize(path.size() * 2);
-  }
-}
-
 // Made by the first call: the shell must not be asked for folders while the module loads.
 RatingStore& Store() {
   const ScopedLock guard(state->lock);
   if (state->store == nullptr) {
     const std::wstring folder = DataFolder();
+    const std::wstring moduleFolder(FolderPart(ModuleFileName(ThisModule())));
     state->store = std::make_unique<RatingStore>(folder.empty() ? folder : folder + std::wstring(kFileName),
-                                                 ModuleFolder().append(kFileName));
+                                                 moduleFolder + std::wstring(kFileName));
   }
   return *state->store;
 }

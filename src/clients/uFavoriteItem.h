@@ -1,6 +1,6 @@
 // One default program: a client registered for a kind, or a path that the host added.
 //
-// Lock order: the collection's lock (uFavoriteItemCollection.h), an item's lock. Under an item's lock nothing
+// Lock order: the collection's lock (favorite_list.h), an item's lock. Under an item's lock nothing
 // else is entered.
 #pragma once
 

@@ -65,6 +65,21 @@ enum TTypeStartupLocation : std::int32_t {
   sulRegistryCommonIEURLSearchHooks = 39,
 };
 
+// Whether the location, a TTypeStartupLocation, is read without IStartupItemCollection::SetShowAllLocations.
+constexpr bool IsReadByDefault(std::int32_t location) noexcept {
+  switch (location) {
+    case sulFolderUser:
+    case sulFolderCommon:
+    case sulRegistryUserRun:
+    case sulRegistryUserRunOnce:
+    case sulRegistryCommonRun:
+    case sulRegistryCommonRunOnce:
+      return true;
+    default:
+      return false;
+  }
+}
+
 // What IStartupItemCollection::GetReadState answers.
 enum ReadState : std::int32_t {
   kReadStateReading = 0,   // the first pass over the locations is not finished
@@ -165,8 +180,9 @@ struct IStartupItem : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Execute(HWND window) = 0;
   // 17: the property sheet of the entry's file.
   virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) = 0;
-  // 18: a registry entry in the registry editor, which is closed and started anew; a file in the file browser.
-  // May take a few seconds. An editor that cannot be started is shown in a message box and is no failure.
+  // 18: a registry entry in the registry editor, which is closed and started anew; a file in the file
+  // browser. May take a few seconds. An editor that cannot be started is shown in a message box and is no
+  // failure.
   virtual HRESULT STDMETHODCALLTYPE ShowLocation() = 0;
 };
 
@@ -183,7 +199,7 @@ struct IStartupItemCollection : IUnknown {
   virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
   // 7: a ReadState.
   virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
-  // 8, 9: all 39 locations instead of the six usual ones; takes effect at the next Refresh.
+  // 8, 9: all 39 locations instead of the six read by default; takes effect at the next Refresh.
   virtual BOOL STDMETHODCALLTYPE GetShowAllLocations() = 0;
   virtual HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) = 0;
   // 10, 11: start reading anew; stop and wait. Refused with E_UNEXPECTED by a thread that holds Lock.

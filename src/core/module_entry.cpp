@@ -1,6 +1,6 @@
 #include "core/boundary_call.h"
 #include "core/module_start.h"
-#include "infra/uInterfacesRoutines.h"
+#include "infra/ascii_text.h"
 #include "infra/uStatisticsLog.h"
 
 #include <windows.h>

@@ -1,6 +1,6 @@
 #include "core/startup_location.h"
 
-#include "infra/uInterfacesRoutines.h"
+#include "infra/ascii_text.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -24,6 +24,7 @@ std::int32_t TStartupItemCollection::GetCount() {
 
 HRESULT TStartupItemCollection::GetItem(std::int32_t index, IStartupItem** item) {
   return BoundaryResult(item, [&] {
+    *item = nullptr;
     ItemRef found;
     {
       ScopedLock lock(Items().Lock());

@@ -23,6 +23,15 @@ __attribute__((noinline, no_sanitize("undefined"))) void StopUnlessAskedFor(ISta
   if (reference == nullptr) reference->Stop();
 }
 
+// The file that a command line, or the shortcut that it is, starts. A shortcut that cannot be read, or has no
+// target, is its own answer.
+std::wstring CommandFile(std::wstring_view command) {
+  const std::wstring text = DequoteText(command);
+  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text.c_str());
+  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
+  return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
+}
+
 }  // namespace
 
 TStartupManager::TStartupManager() {
@@ -60,19 +69,6 @@ HRESULT TStartupManager::GetStrings(IStartupManagerStrings** strings) {
     *strings = new TStartupManagerStrings();
   });
 }
-
-namespace {
-
-// The file that a command line, or the shortcut that it is, starts. A shortcut that cannot be read, or has no
-// target, is its own answer.
-std::wstring CommandFile(std::wstring_view command) {
-  const std::wstring text = DequoteText(command);
-  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text.c_str());
-  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
-  return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
-}
-
-}  // namespace
 
 HRESULT TStartupManager::ResolveCommandFile(const wchar_t* command, BoundaryText* file) {
   return BoundaryResult(file, [&] {

@@ -5,6 +5,8 @@
 // lock here as well. It is entered after the globals' lock and before nothing but the loader's.
 #pragma once
 
+#include "infra/ascii_text.h"
+
 #include <windows.h>
 #include <unknwn.h>
 
@@ -62,19 +64,6 @@ IUnknown* GetSiblingService(SiblingService service);
 // A message box above all windows, captioned with the vendor's and the product's name; the pressed button.
 int ShowMessageBox(const std::wstring& text, UINT flags);
 int ShowMessageBoxOwned(HWND owner, const std::wstring& text, UINT flags);
-
-// Changes only "A" to "Z".
-std::wstring AsciiLowerCase(std::wstring_view text);
-bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept;
-// For hashed containers whose keys are compared by SameAsciiText; look-ups need no copy of the text.
-struct AsciiTextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::wstring_view text) const noexcept;
-};
-struct AsciiTextEqual {
-  using is_transparent = void;
-  bool operator()(std::wstring_view a, std::wstring_view b) const noexcept { return SameAsciiText(a, b); }
-};
 
 // Module start-up and shut-down of the library list. Shut-down forgets, it never frees a library.
 void StartLibraryList();

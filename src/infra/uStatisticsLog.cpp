@@ -14,7 +14,8 @@ namespace smh {
 namespace {
 
 struct Log {
-  // Serialises every write and every save, the file's writing included.
+  // Serialises every write and every save, the file's writing included. Entered under the model's locks;
+  // under it come the service cache's lock and what that takes, and no other.
   CriticalSection lock;
   LogText text;
   // The line that is being put together; keeps its memory from line to line.

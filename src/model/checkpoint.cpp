@@ -19,6 +19,7 @@ constexpr const wchar_t* kDefaultTexts[] = {
 };
 
 struct CheckpointTexts {
+  // Guards the texts. A leaf.
   CriticalSection lock;
   std::array<std::wstring, std::size(kDefaultTexts)> texts;
 };

@@ -62,20 +62,6 @@ void CheckTerminated() {
   g_reader->thread.CheckTerminated();
 }
 
-bool IsReadByDefault(TTypeStartupLocation location) noexcept {
-  switch (location) {
-    case sulFolderUser:
-    case sulFolderCommon:
-    case sulRegistryUserRun:
-    case sulRegistryUserRunOnce:
-    case sulRegistryCommonRun:
-    case sulRegistryCommonRunOnce:
-      return true;
-    default:
-      return false;
-  }
-}
-
 void StartReader() {
   g_reader = new ReaderState();
 }

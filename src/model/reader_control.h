@@ -21,9 +21,6 @@ ReadState CurrentReadState() noexcept;
 // Raises EAbort, which unwinds to the reader's loop, when a reader was asked to end.
 void CheckTerminated();
 
-// The locations that are read without the show-all-locations switch.
-bool IsReadByDefault(TTypeStartupLocation location) noexcept;
-
 void StartReader();
 // At unload, with the loader's lock held: the reader cannot exit there, so its last act is to signal that it
 // has finished and to park, and it is ended parked. One that does not get there within the time limit is

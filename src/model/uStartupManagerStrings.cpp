@@ -8,7 +8,10 @@ namespace smh {
 namespace {
 
 HRESULT GetText(ChangeKind kind, BoundaryText* text) noexcept {
-  return BoundaryResult(text, [&] { *text = MakeBoundaryText(CheckpointText(kind)); });
+  return BoundaryResult(text, [&] {
+    *text = nullptr;
+    *text = MakeBoundaryText(CheckpointText(kind));
+  });
 }
 
 HRESULT SetText(ChangeKind kind, const wchar_t* text) noexcept {

@@ -3,6 +3,7 @@
 #include "infra/com_ptr.h"
 #include "infra/critical_section.h"
 #include "infra/exceptions.h"
+#include "infra/handle.h"
 #include "shelllink/link_text.h"
 #include "shelllink/section_view.h"
 
@@ -29,17 +30,16 @@ ComPtr<IShellFolder> Desktop() {
   return g_desktop->folder;
 }
 
+struct TaskStringTraits {
+  using Type = wchar_t*;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { CoTaskMemFree(value); }
+};
+
 std::wstring TakeTaskString(wchar_t* text) {
-  if (text == nullptr) return {};
-  std::wstring copy;
-  try {
-    copy = text;
-  } catch (...) {
-    CoTaskMemFree(text);
-    throw;
-  }
-  CoTaskMemFree(text);
-  return copy;
+  const ScopedResource<TaskStringTraits> owned(text);
+  return owned ? std::wstring(owned.Get()) : std::wstring();
 }
 
 }  // namespace

@@ -15,22 +15,20 @@ std::wstring AsTable(const std::vector<CheckpointRecord>& checkpoints) {
                           std::wstring(CheckpointStateName(checkpoint.info.state)),
                           std::to_wstring(checkpoint.info.steps), Printable(checkpoint.title)});
   }
-  std::wstring text;
-  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
-  return text;
+  return table.Text(ConsoleWidth());
 }
 
 std::wstring AsJson(const std::vector<CheckpointRecord>& checkpoints) {
-  std::wstring json = L"[";
+  std::vector<std::wstring> elements;
   for (const CheckpointRecord& checkpoint : checkpoints) {
     const CheckpointInfo& info = checkpoint.info;
-    json += json.size() == 1 ? L"\n" : L",\n";
-    json += L"{\"id\":" + std::to_wstring(info.id) + L",\"time\":" + JsonText(IsoTimeOf(info.time)) +
-            L",\"title\":" + JsonText(checkpoint.title) + L",\"steps\":" + std::to_wstring(info.steps) +
-            L",\"state\":" + JsonText(CheckpointStateName(info.state)) + L",\"undoes\":" +
-            (info.undoes == 0 ? L"null" : std::to_wstring(info.undoes)) + L"}";
+    elements.push_back(L"{\"id\":" + std::to_wstring(info.id) + L",\"time\":" +
+                       JsonText(IsoTimeOf(info.time)) + L",\"title\":" + JsonText(checkpoint.title) +
+                       L",\"steps\":" + std::to_wstring(info.steps) + L",\"state\":" +
+                       JsonText(CheckpointStateName(info.state)) + L",\"undoes\":" +
+                       (info.undoes == 0 ? L"null" : std::to_wstring(info.undoes)) + L"}");
   }
-  return json + (checkpoints.empty() ? L"]\n" : L"\n]\n");
+  return JsonArray(elements);
 }
 
 }  // namespace

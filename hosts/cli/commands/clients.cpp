@@ -18,22 +18,20 @@ std::wstring AsTable(std::span<const ClientRecord> clients) {
          Printable(client.company), Printable(client.file.empty() ? client.command : client.file),
          Printable(client.description), std::to_wstring(client.imageIndex), Printable(client.keyPath)});
   }
-  std::wstring text;
-  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
-  return text;
+  return table.Text(ConsoleWidth());
 }
 
 std::wstring AsJson(std::span<const ClientRecord> clients) {
-  std::wstring json = L"[";
+  std::vector<std::wstring> elements;
   for (const ClientRecord& client : clients) {
-    json += json.size() == 1 ? L"\n{" : L",\n{";
+    std::wstring& json = elements.emplace_back(L"{");
     for (const ClientField& field : ClientFields()) {
-      if (!json.ends_with(L'{')) json += L',';
+      if (json.size() > 1) json += L',';
       json += JsonText(field.key) + L':' + JsonValue(field.read(client));
     }
     json += L'}';
   }
-  return json + (clients.empty() ? L"]\n" : L"\n]\n");
+  return JsonArray(elements);
 }
 
 }  // namespace

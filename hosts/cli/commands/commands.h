@@ -1,4 +1,5 @@
-// The commands of the program, each in the source file of its name.
+// The commands of the program, each in the source file of its name; one that is the other way round of
+// another (disable, redo) stands with it.
 #pragma once
 
 #include "arguments.h"

@@ -26,8 +26,7 @@ void RunExecute(const Arguments& arguments) {
                     L" does not exist.");
   }
   if (!item.Can(kActionExecute)) throw HostError(failure + L": " + item.file + L" is not a program.");
-  const ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
-  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
+  const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
   {
     const DialogBlocker blocker;
     CheckResult(listed->Execute(nullptr), failure);

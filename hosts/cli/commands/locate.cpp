@@ -24,8 +24,7 @@ void RunLocate(const Arguments& arguments) {
   const Library library;
   const ItemRecord item = SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
   WritePlace(item);
-  const ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
-  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
+  const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
   const std::wstring failure = L"Cannot show the place of " + Describe(item);
   {
     const DialogBlocker blocker;

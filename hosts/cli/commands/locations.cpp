@@ -33,33 +33,25 @@ std::wstring AsTable(const Summaries& summaries) {
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
     const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
-    std::wstring can;
-    for (const std::wstring_view action : facts.can) {
-      if (!can.empty()) can += L' ';
-      can += action;
-    }
     table.rows.push_back({std::wstring(LocationName(location)), std::wstring(facts.family),
-                          std::wstring(facts.place), can, std::to_wstring(summary.enabled),
-                          std::to_wstring(summary.disabled)});
+                          std::wstring(facts.place), JoinNames(facts.can, L" "),
+                          std::to_wstring(summary.enabled), std::to_wstring(summary.disabled)});
   }
-  std::wstring text;
-  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
-  return text;
+  return table.Text(ConsoleWidth());
 }
 
 std::wstring AsJson(const Summaries& summaries) {
-  std::wstring json = L"[";
+  std::vector<std::wstring> elements;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
     const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
-    json += location == kFirstLocation ? L"\n" : L",\n";
-    json += L"{\"location\":" + JsonText(LocationName(location)) + L",\"ordinal\":" +
-            std::to_wstring(location) + L",\"family\":" + JsonText(facts.family) + L",\"place\":" +
-            JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsUsualLocation(location)) +
-            L",\"enabled\":" + std::to_wstring(summary.enabled) + L",\"disabled\":" +
-            std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(facts.can) + L"}";
+    elements.push_back(L"{\"location\":" + JsonText(LocationName(location)) + L",\"ordinal\":" +
+                       std::to_wstring(location) + L",\"family\":" + JsonText(facts.family) + L",\"place\":" +
+                       JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsReadByDefault(location)) +
+                       L",\"enabled\":" + std::to_wstring(summary.enabled) + L",\"disabled\":" +
+                       std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(facts.can) + L"}");
   }
-  return json + L"\n]\n";
+  return JsonArray(elements);
 }
 
 }  // namespace

@@ -20,9 +20,7 @@ void RunWindows(const Arguments&) {
   } catch (const Exception& exception) {
     throw HostError(L"Cannot list the windows: " + exception.Message());
   }
-  std::wstring text;
-  for (const std::wstring& line : table.Lines(ConsoleWidth())) text += line + L"\n";
-  WriteOutput(text);
+  WriteOutput(table.Text(ConsoleWidth()));
 }
 
 }  // namespace smh

@@ -135,6 +135,11 @@ ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view) {
   return key;
 }
 
+bool ValueExists(const RegistryValueAddress& address) {
+  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
+}
+
 bool EntryStore::WriteConfirmed(const RegistryValueAddress& address, const std::wstring& text) const {
   const RegistryData data = StringData(text);
   Write(recorded_, address, data);

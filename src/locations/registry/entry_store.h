@@ -15,6 +15,9 @@ namespace smh {
 // must not be taken for nothing.
 ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view);
 
+// False, too, for a value whose key may not be read.
+bool ValueExists(const RegistryValueAddress& address);
+
 // One value of an entry, or a key without a default value when there is no data.
 struct KeptValue {
   RegistryValueAddress address;

@@ -11,9 +11,7 @@ TLocationRegistryShellExt::TLocationRegistryShellExt(const ShellExtClass& row)
       listsWithoutDescription_(row.listsWithoutDescription) {}
 
 bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
-  const RegistryValueAddress address = AddressOf(item);
-  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
-  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
+  return ValueExists(AddressOf(item));
 }
 
 bool TLocationRegistryShellExt::ReadKey(RegistryLoad& load, const Place& place) {

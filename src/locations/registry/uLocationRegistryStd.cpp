@@ -24,9 +24,7 @@ TLocationRegistryStd::TLocationRegistryStd(const RunKeyClass& row)
                          {std::begin(row.disabledKeyPaths), std::end(row.disabledKeyPaths)}}) {}
 
 bool TLocationRegistryStd::ItemExists(const TStartupItem& item) {
-  const RegistryValueAddress address = AddressOf(item);
-  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
-  return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
+  return ValueExists(AddressOf(item));
 }
 
 bool TLocationRegistryStd::CanAcceptItem(const TStartupItem& item) {

@@ -1,0 +1,18 @@
+// File times as the journal keeps them: one number of 100-nanosecond steps since 1601, UTC.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+namespace smh {
+
+inline std::uint64_t NumberOf(const FILETIME& time) noexcept {
+  return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+}
+
+inline FILETIME FileTimeOf(std::uint64_t number) noexcept {
+  return {static_cast<DWORD>(number), static_cast<DWORD>(number >> 32)};
+}
+
+}  // namespace smh
