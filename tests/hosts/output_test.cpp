@@ -45,7 +45,7 @@ TEST(JsonOutput, KeysValuesAndKinds) {
 }
 
 TEST(JsonOutput, ArraysAndEvents) {
-  EXPECT_EQ(Parsed(JsonArray({})), Json::array());
+  EXPECT_EQ(Parsed(JsonArray(std::vector<ItemRecord>())), Json::array());
   const std::vector<ItemRecord> items(2, FullItem());
   EXPECT_EQ(Parsed(JsonArray(items)).size(), 2u);
   const std::wstring event = JsonObject(items[0], L"changed");
