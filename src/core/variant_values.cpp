@@ -6,7 +6,7 @@
 
 namespace smh {
 
-VARIANT TextVariant(const std::wstring& text) {
+VARIANT TextVariant(std::wstring_view text) {
   VARIANT value = NullVariant();
   value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
   if (value.bstrVal == nullptr) throw std::bad_alloc();

@@ -16,7 +16,7 @@ inline VARIANT NullVariant() noexcept {
   return value;
 }
 // Raises std::bad_alloc.
-VARIANT TextVariant(const std::wstring& text);
+VARIANT TextVariant(std::wstring_view text);
 VARIANT NumberVariant(std::int32_t number) noexcept;
 VARIANT BooleanVariant(bool set) noexcept;
 VARIANT SizeVariant(std::int64_t size) noexcept;

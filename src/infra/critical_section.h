@@ -1,4 +1,4 @@
-// A recursive lock that can say whether the calling thread holds it.
+// The system's lock: recursive, and able to say whether the calling thread holds it.
 #pragma once
 
 #include <windows.h>
@@ -7,30 +7,29 @@
 
 namespace smh {
 
-// Made of the system's slim lock: it needs no call to be made or freed and 12 bytes, and there are as many as
-// there are items. Constant-initialised, so that it may be part of module state of any kind.
 class CriticalSection {
  public:
-  constexpr CriticalSection() noexcept = default;
+  // Kept on purpose: with the system's debugging record. Where it is left out Wine makes a call to its server
+  // for every deletion, and there are as many of these as there are items.
+  CriticalSection() noexcept { InitializeCriticalSection(&section_); }
+  ~CriticalSection() { DeleteCriticalSection(&section_); }
   CriticalSection(const CriticalSection&) = delete;
   CriticalSection& operator=(const CriticalSection&) = delete;
 
   void Enter() noexcept {
-    if (!IsHeldByCaller()) AcquireSRWLockExclusive(&slim_);
+    EnterCriticalSection(&section_);
     Entered();
   }
   bool TryEnter() noexcept {
-    if (!IsHeldByCaller() && TryAcquireSRWLockExclusive(&slim_) == FALSE) return false;
+    if (TryEnterCriticalSection(&section_) == FALSE) return false;
     Entered();
     return true;
   }
   // Only the thread that entered may leave; see IsHeldByCaller.
   void Leave() noexcept {
-    if (--depth_ != 0) return;
-    owner_.store(0, std::memory_order_relaxed);
-    ReleaseSRWLockExclusive(&slim_);
+    if (--depth_ == 0) owner_.store(0, std::memory_order_relaxed);
+    LeaveCriticalSection(&section_);
   }
-  // Only the holder ever finds its own number here, whatever the order of other threads' writes.
   bool IsHeldByCaller() const noexcept {
     return owner_.load(std::memory_order_relaxed) == GetCurrentThreadId();
   }
@@ -41,7 +40,7 @@ class CriticalSection {
     owner_.store(GetCurrentThreadId(), std::memory_order_relaxed);
   }
 
-  SRWLOCK slim_ = SRWLOCK_INIT;
+  CRITICAL_SECTION section_;
   std::atomic<DWORD> owner_{0};
   unsigned depth_ = 0;
 };
