@@ -149,18 +149,31 @@ int AppendIcon(HIMAGELIST large, HIMAGELIST small, const std::wstring& file) {
 
 }  // namespace
 
-void FloorRunKeys(FloorResult& result) {
+namespace {
+
+void ReadRunKeys(bool isAgain, FloorResult& result) {
   for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
     for (const wchar_t* const path : kRunPaths) {
       for (const wchar_t* const suffix : kSuffixes) {
-        bool isAgain = false;
+        bool isKnown = isAgain;
         for (const REGSAM view : Views()) {
-          ReadRunKey(root, std::wstring(path) + suffix, view, isAgain, result);
-          isAgain = true;
+          ReadRunKey(root, std::wstring(path) + suffix, view, isKnown, result);
+          isKnown = true;
         }
       }
     }
   }
+}
+
+}  // namespace
+
+void FloorRunKeys(FloorResult& result) {
+  ReadRunKeys(false, result);
+}
+
+void FloorRunKeysAgain() {
+  FloorResult nothing;
+  ReadRunKeys(true, nothing);
 }
 
 void FloorShortcuts(const std::vector<std::wstring>& folders, FloorResult& result) {

@@ -27,6 +27,8 @@ struct FloorResult {
 // The six usual locations: keys in both views, enabled and disabled ones, with all their values; per value
 // the existence test that resolves its command and the one that says whether the file is there.
 void FloorRunKeys(FloorResult& result);
+// What reading them again costs at least: the values of all keys in both views, and nothing done with them.
+void FloorRunKeysAgain();
 // Every file of the user's Startup folder and its folders of disabled entries: whether it may be deleted, and
 // its bytes; per shortcut the two existence tests of its target.
 void FloorShortcuts(const std::vector<std::wstring>& folders, FloorResult& result);

@@ -55,7 +55,8 @@ HRESULT Helper::GetBaseFolder(BoundaryText* folder) {
 
 HRESULT Helper::GetVersionString(const wchar_t* file, const wchar_t* name, BoundaryText* text) {
   return AnswerText(text, [&] {
-    return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->String(TextArgument(name));
+    const auto record = ModuleVersionCache().Get(std::wstring(TextArgument(file)));
+    return std::wstring(record->String(TextArgument(name)));
   });
 }
 
@@ -73,7 +74,9 @@ HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* nam
     // The system would look for a bare name in its search folders, hence the full path.
     const VersionRecord record = ReadVersionRecord(FullPath(file == nullptr ? L"" : file));
     for (std::uint32_t i = 0; i < count; ++i) {
-      texts[i] = MakeBoundaryText(names[i] == nullptr ? record.FileVersionNumber() : record.String(names[i]));
+      const std::wstring_view text =
+          names[i] == nullptr ? std::wstring_view(record.FileVersionNumber()) : record.String(names[i]);
+      texts[i] = MakeBoundaryText(text);
     }
   });
   if (FAILED(result)) {

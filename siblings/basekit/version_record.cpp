@@ -66,12 +66,10 @@ class VersionRecord::Reader {
 
   // The units from `at` up to a zero or `end`.
   std::wstring Text(std::size_t at, std::size_t end) const {
-    std::wstring text;
-    for (; end - at >= sizeof(wchar_t); at += sizeof(wchar_t)) {
-      const wchar_t unit = Word(at);
-      if (unit == L'\0') break;
-      text += unit;
-    }
+    std::size_t units = 0;
+    while (end - at >= (units + 1) * sizeof(wchar_t) && Word(at + units * sizeof(wchar_t)) != 0) ++units;
+    std::wstring text(units, L'\0');
+    if (units > 0) std::memcpy(text.data(), bytes_.data() + at, units * sizeof(wchar_t));
     return text;
   }
 
@@ -110,8 +108,8 @@ class VersionRecord::Reader {
   // it.
   void ReadTable(const Block& block) const {
     StringTable table{block.key, {}};
-    ForEachChild(block, [&](const Block& string) {
-      table.strings.emplace_back(string.key, Text(string.value, string.end));
+    ForEachChild(block, [&](Block& string) {
+      table.strings.emplace_back(std::move(string.key), Text(string.value, string.end));
     });
     record_.tables_.push_back(std::move(table));
   }
@@ -139,7 +137,8 @@ const std::wstring* VersionRecord::StringTable::Find(std::wstring_view name) con
   return row == strings.end() ? nullptr : &row->second;
 }
 
-std::wstring VersionRecord::StringOfLanguage(std::wstring_view language, std::wstring_view name) const {
+std::wstring_view VersionRecord::StringOfLanguage(std::wstring_view language,
+                                                  std::wstring_view name) const noexcept {
   for (const StringTable& table : tables_) {
     if (!language.empty() && !SameText(table.language, language)) continue;
     const std::wstring* const text = table.Find(name);
@@ -148,8 +147,8 @@ std::wstring VersionRecord::StringOfLanguage(std::wstring_view language, std::ws
   return {};
 }
 
-std::wstring VersionRecord::String(std::wstring_view name) const {
-  std::wstring text;
+std::wstring_view VersionRecord::String(std::wstring_view name) const noexcept {
+  std::wstring_view text;
   for (std::size_t i = 0; i < translations_.size() && text.empty(); ++i) {
     text = StringOfLanguage(translations_[i], name);
   }

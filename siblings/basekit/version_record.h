@@ -19,8 +19,8 @@ class VersionRecord {
   explicit VersionRecord(std::span<const std::byte> bytes);
 
   // A string by its name, ignoring case: from the languages of the translation list in order, then from the
-  // usual English and neutral ones, then from any; the first that is not empty.
-  std::wstring String(std::wstring_view name) const;
+  // usual English and neutral ones, then from any; the first that is not empty. Valid as long as the record.
+  std::wstring_view String(std::wstring_view name) const noexcept;
   // The fixed part's file version as "a.b.c.d"; empty without a fixed part.
   const std::wstring& FileVersionNumber() const noexcept { return fileVersionNumber_; }
 
@@ -33,7 +33,7 @@ class VersionRecord {
   };
   class Reader;
 
-  std::wstring StringOfLanguage(std::wstring_view language, std::wstring_view name) const;
+  std::wstring_view StringOfLanguage(std::wstring_view language, std::wstring_view name) const noexcept;
 
   std::vector<std::wstring> translations_;
   std::vector<StringTable> tables_;

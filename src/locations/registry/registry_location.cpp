@@ -98,7 +98,8 @@ bool TLocationRegistry::IsShownByOtherView(RegistryLoad& load, const Place& plac
   AssignFullValuePath(load.otherPath, place.view ^ KEY_WOW64_64KEY, place.root, seen.key, seen.shownName);
   ItemRef other = FindItem(LocationType(), load.otherPath);
   if (other == nullptr) return false;
-  load.skipCauses.push_back(std::move(other));
+  // One that this load has found already stays.
+  if (!other->WasFoundIn(load.number)) load.skipCauses.push_back(std::move(other));
   return true;
 }
 
