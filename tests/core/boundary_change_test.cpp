@@ -21,7 +21,7 @@ TEST_F(ChangeTest, ChangesShowInTheListAtOnce) {
   EXPECT_EQ(item.GetIndex(), index);
   ASSERT_EQ(item.Disable(), S_OK);
   EXPECT_EQ(OutVariant(item, 1)->boolVal, VARIANT_FALSE);
-  EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kDisabledKey + L"\\" + kName);
+  EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kRunSide + L"\\" + kName);
   ASSERT_EQ(item.Enable(), S_OK);
   EXPECT_EQ(OutVariant(item, 1)->boolVal, VARIANT_TRUE);
   ASSERT_EQ(item.ChangeCommand(sample.Quoted().c_str()), S_OK);

@@ -54,10 +54,6 @@ testing::Environment* const g_savedRunKeys = testing::AddGlobalTestEnvironment(n
 
 }  // namespace
 
-REGSAM OwnView() {
-  return HasTwoViews() ? KEY_WOW64_64KEY : 0;
-}
-
 std::wstring OwnViewPrefix() {
   return HasTwoViews() ? L"(x64)" : L"(x32)";
 }

@@ -14,14 +14,8 @@
 
 namespace smh::test {
 
-inline const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline const std::wstring kRunOnceKey = kRunKey + L"Once";
-// Where the library keeps disabled entries of the Run key, and where another tool keeps them.
-inline const std::wstring kDisabledKey = kRunKey + L"\\Disabled (Startup Manager)";
-inline const std::wstring kForeignDisabledKey = kRunKey + L"\\AutorunsDisabled";
 
-// The view that the library lists first and makes new entries in.
-REGSAM OwnView();
 // What full value paths begin with in that view.
 std::wstring OwnViewPrefix();
 

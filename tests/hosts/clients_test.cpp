@@ -14,7 +14,7 @@ class ClientsTest : public StartupctlTest {
  protected:
   static void SetClient(const std::wstring& key, const std::wstring& command) {
     SetValue(HKEY_LOCAL_MACHINE, kClientsKey + L'\\' + key + L"\\shell\\open\\command", L"", Sz(command),
-             NativeView());
+             OwnView());
   }
 
  private:

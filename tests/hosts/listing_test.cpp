@@ -33,8 +33,8 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
 
 TEST_F(StartupctlTest, FiltersByLocationAndState) {
   SetRun(HKEY_CURRENT_USER, L"ctl on", Command(L"1"));
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"ctl off", Sz(Command(L"2")));
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"3"), NativeView());
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl off", Sz(Command(L"2")));
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"3"), OwnView());
   const auto captions = [](std::vector<std::wstring> arguments) {
     arguments.insert(arguments.begin(), {L"list", L"--json"});
     std::vector<std::string> texts;
@@ -78,13 +78,13 @@ TEST_F(StartupctlTest, OddNamesSurviveEveryOutputAndSelectTheirEntry) {
   }
   Run({L"disable", L"ctl \\ud83d lone", L"ctl \\u0001 control"});
   EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, kRunKey, names[3].name));
-  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kSideKey, names[3].name));
-  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kSideKey, names[2].name));
+  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kRunSide, names[3].name));
+  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kRunSide, names[2].name));
 }
 
 TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   SetRun(HKEY_CURRENT_USER, L"ctl a", Command(L"a"));
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"ctl b", Sz(Command(L"b")));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl b", Sz(Command(L"b")));
   const Json locations = Json::parse(Run({L"locations", L"--json"}).output);
   ASSERT_EQ(locations.size(), 39u);
   const Json& user = locations[4];

@@ -23,7 +23,6 @@ namespace {
 
 using Lines = std::vector<std::wstring>;
 
-constexpr wchar_t kRun[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Log";
 const std::wstring kSeparator(80, L'-');
 constexpr wchar_t kLogPath[] = L"Quillmark\\Startup Manager\\Logs\\StartupManager.log";
@@ -154,10 +153,10 @@ TEST_F(StatisticsLogTest, DumpOfAClosedOrMissingKeyWritesNothing) {
 
 // The Run keys follow in order: each once, and on a 64-bit Windows a second time in the other view.
 TEST_F(StatisticsLogTest, SystemInfoBlock) {
-  const test::SavedKey saved(HKEY_CURRENT_USER, kRun);
-  const std::wstring runOnce = std::wstring(kRun) + L"Once";
+  const test::SavedKey saved(HKEY_CURRENT_USER, test::kRunKey);
+  const std::wstring runOnce = test::kRunKey + L"Once";
   Lines keys;
-  for (const std::wstring& key : {std::wstring(kRun), runOnce}) {
+  for (const std::wstring& key : {test::kRunKey, runOnce}) {
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
       test::MakeKey(root, key, 0);
       keys.push_back(BuildFullValuePath(0, root, key, L""));
@@ -166,7 +165,7 @@ TEST_F(StatisticsLogTest, SystemInfoBlock) {
       keys.push_back(BuildFullValuePath(KEY_WOW64_64KEY, root, key, L""));
     }
   }
-  test::SetValue(HKEY_CURRENT_USER, kRun, L"Probe", test::Sz(L"probe.exe"));
+  test::SetValue(HKEY_CURRENT_USER, test::kRunKey, L"Probe", test::Sz(L"probe.exe"));
   LogLine(L"forgotten");
   LogSystemInfo();
   LogLine(L"kept");

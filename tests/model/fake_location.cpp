@@ -60,19 +60,6 @@ void FakeLocation::Reset() {
   calls.clear();
 }
 
-std::vector<ItemRef> FakeLocation::Listed() {
-  std::vector<ItemRef> items;
-  ScopedLock lock(Items().Lock());
-  for (const ItemRef& item : Items().Snapshot()) {
-    if (item->Location() == LocationType()) items.push_back(item);
-  }
-  return items;
-}
-
-ItemRef FakeLocation::Listed(const std::wstring& name) {
-  return FindItem(LocationType(), name);
-}
-
 bool FakeLocation::ItemExists(const TStartupItem& item) {
   const std::scoped_lock lock(lock_);
   return std::ranges::any_of(entries_, [&](const Entry& entry) { return entry.name == item.Name(); });

@@ -1,7 +1,6 @@
 // Locations whose entries are a list that the test writes, in place of the real location classes.
 #pragma once
 
-#include "model/uLocationStartup.h"
 #include "support/module_fixture.h"
 
 #include <atomic>
@@ -23,8 +22,7 @@ class FakeLocation final : public TLocationStartup {
   };
   void SetEntries(std::vector<Entry> entries);
   void Reset();
-  std::vector<ItemRef> Listed();
-  ItemRef Listed(const std::wstring& name);
+  ItemRef Listed(const std::wstring& name) const { return FindItem(LocationType(), name); }
   // A change of this location, for the length of the scope.
   ChangeGate::Scope BeginChange() { return ChangeGate::Scope(Gate()); }
 

@@ -24,7 +24,7 @@ TEST_F(LocationBaseTest, ALoadAddsUpdatesAndDropsByNameIgnoringAsciiCase) {
   UsualLocation().ReadItems();
   EXPECT_TRUE(a->IsListed());
   EXPECT_EQ(a->Details().Command, L"new.exe");
-  EXPECT_EQ(UsualLocation().Listed().size(), 2u);
+  EXPECT_EQ(Listed(UsualLocation()).size(), 2u);
   EXPECT_TRUE(LogHas(L"Delete item \"b\" in location \"sulRegistryUserRun\"."));
 }
 

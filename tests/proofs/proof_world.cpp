@@ -25,7 +25,7 @@ struct KeyPlace {
 
 const std::vector<KeyPlace>& KeyPlaces() {
   static const std::vector<KeyPlace> places = {{HKEY_LOCAL_MACHINE, kRunKey},
-                                               {HKEY_LOCAL_MACHINE, kHandlersKey},
+                                               {HKEY_LOCAL_MACHINE, kMenusKey},
                                                {HKEY_LOCAL_MACHINE, kObjectsKey},
                                                {HKEY_LOCAL_MACHINE, kApprovedKey},
                                                {HKEY_CURRENT_USER, kRunKey}};
@@ -98,12 +98,8 @@ void AddFiles(std::string& dump, const std::wstring& folder) {
 
 }  // namespace
 
-REGSAM OwnView() {
-  return HasTwoViews() ? KEY_WOW64_64KEY : 0;
-}
-
 ProofWorld::ProofWorld(bool withLocations)
-    : keys_({kRunKey, kHandlersKey, kObjectsKey, kApprovedKey, kServerKey}),
+    : keys_({kRunKey, kMenusKey, kObjectsKey, kApprovedKey, kServerKey}),
       letGo_(withLocations ? LetGo(LetGoOfFolders) : LetGo()) {
   Put(HKEY_LOCAL_MACHINE, kServerKey + L"\\InprocServer32", L"", Sz(L"C:\\Samples\\class.dll"));
   RemoveFolders();
@@ -151,11 +147,6 @@ void ProofWorld::PutShortcut(const std::wstring& file, const std::wstring& argum
   fields.target = kProgram;
   fields.arguments = arguments;
   WriteShortcut(fields, file);
-}
-
-void ProofWorld::PutFile(const std::wstring& file, std::string_view bytes) const {
-  fs::create_directories(fs::path(file).parent_path());
-  WriteFileBytes(file, bytes);
 }
 
 std::string ProofWorld::Entries() const {

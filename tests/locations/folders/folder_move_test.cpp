@@ -13,14 +13,11 @@ namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const std::wstring kRun = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-const std::wstring kRunSide = kRun + L"\\Disabled (Startup Manager)";
-
-class FolderMove : public FolderChangeBase {
+class FolderMove : public BothWays<FolderTest> {
  protected:
-  FolderMove() : savedRun_(HKEY_CURRENT_USER, kRun) {
-    DeleteKeyTree(HKEY_CURRENT_USER, kRun);
-    MakeKey(HKEY_CURRENT_USER, kRun);
+  FolderMove() : savedRun_(HKEY_CURRENT_USER, kRunKey) {
+    DeleteKeyTree(HKEY_CURRENT_USER, kRunKey);
+    MakeKey(HKEY_CURRENT_USER, kRunKey);
   }
 
   TLocationStartup& UserRun() { return *FindLocation(sulRegistryUserRun); }
@@ -41,8 +38,8 @@ TEST_P(FolderMove, BetweenTheFoldersTheFileGoesAlongWithItsState) {
   const std::string bytes = ReadFileBytes(enabled);
   const int position = on->Position();
   UserFolder().MoveItem(on, sulFolderCommon);
-  ExpectRecorded(L"Startup Manager: Moving On",
-                 {L"MoveFile \"" + enabled + L"\" \"" + common.startup + L"On (1).lnk\""});
+  ExpectCheckpoint(L"Startup Manager: Moving On",
+                   {L"MoveFile \"" + enabled + L"\" \"" + common.startup + L"On (1).lnk\""});
   EXPECT_FALSE(Exists(enabled));
   EXPECT_FALSE(on->IsListed());
   EXPECT_EQ(ReadFileBytes(common.startup + L"On (1).lnk"), bytes);
@@ -91,7 +88,7 @@ TEST_P(FolderMove, AFileThatIsGoneLeavesTheList) {
     UserFolder().MoveItem(item, target);
     EXPECT_FALSE(item->IsListed());
   }
-  EXPECT_THAT(Values(HKEY_CURRENT_USER, kRun), IsEmpty());
+  EXPECT_THAT(Values(HKEY_CURRENT_USER, kRunKey), IsEmpty());
 }
 
 TEST_P(FolderMove, ToARunKeyAndBack) {
@@ -102,7 +99,7 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   UserFolder().MoveItem(FindItem(sulFolderUser, off), sulRegistryUserRun);
   EXPECT_FALSE(Exists(on));
   EXPECT_FALSE(Exists(off));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"On"), Sz(Command(L"/tray")));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"On"), Sz(Command(L"/tray")));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Off"), Sz(Command(L"/off")));
   EXPECT_THAT(Names(UserFolder()), IsEmpty());
 
@@ -124,7 +121,7 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->IsEnabled(), items[0]->IsEnabled());
   EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
-  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRun).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
+  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunKey).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
 }
 
 TEST_P(FolderMove, NamesOfMovedInEntriesBecomePlainAndUnique) {
@@ -153,7 +150,7 @@ TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
   const ItemRef item = LoadAndFind(UserFolder(), file);
   const int position = item->Position();
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
     EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryUserRun), Exception);
   }
   EXPECT_EQ(ReadFileBytes(file), link.Build().Text());

@@ -120,8 +120,8 @@ TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheLis
 }
 
 TEST_F(AllLocationsTest, LocationsOfClassesRefuseToAddMoveAndChange) {
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kApproved, kClass, Sz(L"text"), OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, Sz(L"text"), OwnView());
   TLocationStartup* const locations[] = {&Menus(), &Approved()};
   for (TLocationStartup* location : locations) {
     location->ReadItems();

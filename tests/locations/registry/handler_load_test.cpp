@@ -10,8 +10,6 @@ namespace smh::test {
 
 namespace {
 
-const std::wstring kClasses = L"Software\\Classes\\CLSID\\";
-
 std::wstring Numbered(int number) {
   return L"Handler " + std::to_wstring(number);
 }
@@ -65,7 +63,7 @@ class HandlerLoad : public HandlerTest {
 
 TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfCalls) {
   const auto fill = [](int from, int to) {
-    const ScopedKey list = MakeKey(HKEY_LOCAL_MACHINE, kObjects, OwnView());
+    const ScopedKey list = MakeKey(HKEY_LOCAL_MACHINE, kObjectsKey, OwnView());
     for (int i = from; i < to; ++i) SetHandler(list.Get(), Numbered(i), kClass, OwnView());
   };
   fill(0, 10);
@@ -82,14 +80,14 @@ TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfCalls) {
   vanishing = Numbered(2500);
   Objects().ReadItems();
   EXPECT_EQ(Listed(Objects()).size(), 5009u);
-  DeleteKeyTree(HKEY_LOCAL_MACHINE, kObjects, OwnView());
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, kObjectsKey, OwnView());
   Objects().ReadItems();
   EXPECT_THAT(Listed(Objects()), ::testing::IsEmpty());
 }
 
 TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {
   for (const std::wstring& name : {kClass, kOther, kUnserved})
-    SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\" + name, L"d", OwnView());
+    SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name, L"d", OwnView());
   std::vector<std::unique_ptr<LimitedKey>> denied;
   const std::wstring looping = kClasses + kUnserved + L"\\InprocServer32";
   for (const REGSAM view : {REGSAM(0), OwnView()}) {
@@ -102,7 +100,7 @@ TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {
   }
   Menus().ReadItems();
   EXPECT_EQ(Listed(Menus()).size(), 1u);
-  EXPECT_NE(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenus + L"\\" + kClass, L"d"), nullptr);
+  EXPECT_NE(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + kClass, L"d"), nullptr);
   for (const REGSAM view : {REGSAM(0), OwnView()}) DeleteKeyTree(HKEY_LOCAL_MACHINE, looping, view);
 }
 

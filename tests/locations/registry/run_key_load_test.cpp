@@ -51,19 +51,19 @@ TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
 }
 
 TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"", Sz(L"default.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"number", Dword(7));
-  SetValue(HKEY_CURRENT_USER, kRun, L"list", MultiSz({L"a", L"b"}));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"", Sz(L"default.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"number", Dword(7));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"list", MultiSz({L"a", L"b"}));
   RawValue odd{REG_SZ, UnitBytes(L"abc")};
   odd.bytes.pop_back();
-  SetValue(HKEY_CURRENT_USER, kRun, L"odd", odd);
-  SetValue(HKEY_CURRENT_USER, kRun, L"bare", {REG_SZ, UnitBytes(L"no end")});
-  SetValue(HKEY_CURRENT_USER, kRun, L"none", {REG_SZ, {}});
-  SetValue(HKEY_CURRENT_USER, kRun, L"big", Sz(std::wstring(512 * 1024, L'x')));
-  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(L"half \xD800"), Sz(L"h.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(16'383, L'n'), Sz(L"long.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"C:\\a \"b\"\\c", Sz(L"\""));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"odd", odd);
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"bare", {REG_SZ, UnitBytes(L"no end")});
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"none", {REG_SZ, {}});
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"big", Sz(std::wstring(512 * 1024, L'x')));
+  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(L"half \xD800"), Sz(L"h.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(16'383, L'n'), Sz(L"long.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"C:\\a \"b\"\\c", Sz(L"\""));
   UserRun().ReadItems();
 
   const std::pair<std::wstring, std::wstring> expected[] = {
@@ -88,7 +88,7 @@ TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
 }
 
 TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
-  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRun);
+  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRunKey);
   SetCountedValue(key.Get(), std::wstring_view(L"a\0b", 3), Sz(L"zero.exe"));
   const ItemRef item = LoadAndFind(UserRun(),
                                    L"a\x2400"
@@ -100,13 +100,13 @@ TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
 }
 
 TEST_F(RunKeyTest, OfTwoValuesWithOnePathTheFirstIsListedUntilItGoes) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x", Sz(L"first.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun + L"\\AutorunsDisabled", L"x", Sz(L"second.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"AutorunsDisabled\\x", Sz(L"first.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"\\AutorunsDisabled", L"x", Sz(L"second.exe"));
   UserRun().ReadItems();
   EXPECT_THAT(Captions(UserRun()), ElementsAre(L"AutorunsDisabled\\x"));
   EXPECT_TRUE(LogHas(L"has the same path as another."));
 
-  RemoveValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x");
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"AutorunsDisabled\\x");
   UserRun().ReadItems();
   EXPECT_THAT(Captions(UserRun()), ElementsAre(L"x"));
   EXPECT_FALSE(FindByCaption(UserRun(), L"x")->IsEnabled());
@@ -114,36 +114,36 @@ TEST_F(RunKeyTest, OfTwoValuesWithOnePathTheFirstIsListedUntilItGoes) {
 
 TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
   if (!HasTwoViews()) {
-    SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
+    SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"32.exe"));
     EXPECT_THAT(LoadAndFind(CommonRun(), L"both")->Name(),
                 ::testing::StartsWith(L"(x32)HKEY_LOCAL_MACHINE\\"));
     return;
   }
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"only32", Sz(L"only.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"32.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"only32", Sz(L"only.exe"));
   CommonRun().ReadItems();
   EXPECT_THAT(Captions(CommonRun()), ElementsAre(L"both", L"only32"));
   EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"64.exe");
 
-  RemoveValue(HKEY_LOCAL_MACHINE, kRun, L"both", KEY_WOW64_64KEY);
+  RemoveValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", KEY_WOW64_64KEY);
   CommonRun().ReadItems();
   EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"32.exe");
   EXPECT_THAT(FindByCaption(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)"));
 }
 
 TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"app");
   item->ReadExtendedInfo();
   EXPECT_TRUE(item->TakeChangedMark());
   ASSERT_FALSE(item->NeedsExtendedInfo());
 
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"c:\\WINDOWS\\NOTEPAD.EXE"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"c:\\WINDOWS\\NOTEPAD.EXE"));
   EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
   EXPECT_FALSE(item->NeedsExtendedInfo()) << "letter case is no change";
 
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\missing.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\missing.exe"));
   EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
   const ItemDetails details = item->Details();
   EXPECT_EQ(details.Command, L"C:\\missing.exe");
@@ -158,31 +158,31 @@ TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
 }
 
 TEST_F(RunKeyTest, KeysWithoutRights) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
     const ItemRef item = LoadAndFind(UserRun(), L"a");
     ASSERT_NE(item, nullptr);
     EXPECT_TRUE(item->IsProtected());
   }
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kNone);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kNone);
     UserRun().ReadItems();
     EXPECT_THAT(Captions(UserRun()), ElementsAre());
   }
 }
 
 TEST_F(RunKeyTest, ALoadDuringAChangeLeavesTheListAloneAndIsDueAfterwards) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"b", Sz(L"b.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"b", Sz(L"b.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"a");
   while (UserRun().IsChanged()) UserRun().ReadItems();
 
   bool reported = true;
   module.Safeguard().Before([&](const std::wstring& line) {
     if (!line.starts_with(L"BeginCheckpoint")) return;
-    RemoveValue(HKEY_CURRENT_USER, kRun, L"b");
-    SetValue(HKEY_CURRENT_USER, kRun, L"c", Sz(L"c.exe"));
+    RemoveValue(HKEY_CURRENT_USER, kRunKey, L"b");
+    SetValue(HKEY_CURRENT_USER, kRunKey, L"c", Sz(L"c.exe"));
     reported = UserRun().IsChanged();
     UserRun().ReadItems();
     EXPECT_THAT(Captions(UserRun()), UnorderedElementsAre(L"a", L"b"));
@@ -196,8 +196,8 @@ TEST_F(RunKeyTest, ALoadDuringAChangeLeavesTheListAloneAndIsDueAfterwards) {
 }
 
 TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"d.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"d.exe"));
   while (UserRun().IsChanged()) UserRun().ReadItems();
   EXPECT_FALSE(UserRun().IsChanged());
 
@@ -206,9 +206,9 @@ TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
     const bool seen = UserRun().IsChanged();
     return seen && !UserRun().IsChanged();
   };
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"b.exe")); }));
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kOwnSide, L"s", Sz(L"s.exe")); }));
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"e.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"b.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunSide, L"s", Sz(L"s.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"e.exe")); }));
   EXPECT_FALSE(UserRun().IsChanged());
 }
 
