@@ -4,7 +4,6 @@
 #include "startupctl_fixture.h"
 #include "support/startup_folders.h"
 #include "support/waiting.h"
-#include "text_encoding.h"
 
 #include <commctrl.h>
 

@@ -11,7 +11,6 @@
 #include "sysutil/file_utils_fixture.h"
 #include "sysutil/uWindowsExt.h"
 
-#include <gtest/gtest.h>
 #include <shellapi.h>
 
 namespace smh::test {

@@ -1,8 +1,6 @@
 // Changes made by startupctl, looked up in both registry views, with backup checkpoints and without.
 #include "startupctl_fixture.h"
 
-#include "text_encoding.h"
-
 namespace smh::test {
 namespace {
 

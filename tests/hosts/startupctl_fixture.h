@@ -7,11 +7,7 @@
 #include "support/registry_fixture.h"
 #include "text_encoding.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-#include <optional>
-#include <string>
 
 namespace smh::test {
 

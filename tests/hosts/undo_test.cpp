@@ -3,7 +3,6 @@
 
 #include "support/startup_folders.h"
 #include "support/state_dump.h"
-#include "text_encoding.h"
 
 #include <shlobj.h>
 

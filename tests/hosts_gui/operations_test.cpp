@@ -8,7 +8,6 @@
 #include "support/registry_fixture.h"
 #include "support/waiting.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace smh::test {

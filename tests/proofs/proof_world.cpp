@@ -82,20 +82,6 @@ void RemoveFiles(const std::wstring& folder) {
   }
 }
 
-void AddFiles(std::string& dump, const std::wstring& folder) {
-  if (!fs::is_directory(folder)) return;
-  std::vector<std::string> lines;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_directory()) continue;
-    const std::wstring path = entry.path().wstring();
-    const std::string bytes = ReadFileBytes(path);
-    lines.push_back(Narrow(path) + " = " + std::to_string(bytes.size()) + " bytes, " +
-                    std::to_string(std::hash<std::string>()(bytes)) + "\n");
-  }
-  std::ranges::sort(lines);
-  for (const std::string& line : lines) dump += line;
-}
-
 }  // namespace
 
 ProofWorld::ProofWorld(bool withLocations)
@@ -153,7 +139,7 @@ std::string ProofWorld::Entries() const {
   std::string dump;
   ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { AddEntries(dump, root, key, view); });
   for (const std::wstring& folder : Folders()) {
-    if (!folder.ends_with(kTemporary)) AddFiles(dump, folder);
+    if (!folder.ends_with(kTemporary)) dump += DumpFolder(WithoutTrailingBackslash(folder), false);
   }
   return dump;
 }

@@ -2,13 +2,8 @@
 #pragma once
 
 #include "model/uLocationStartup.h"
-#include "support/file_fixture.h"
 #include "support/registry_fixture.h"
 #include "support/startup_folders.h"
-
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace smh::test {
 

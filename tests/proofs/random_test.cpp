@@ -3,10 +3,8 @@
 #include "model/item_list.h"
 #include "proofs/proof_report.h"
 #include "proofs/undo_world.h"
-#include "support/child_process.h"
 #include "support/test_main.h"
 
-#include <memory>
 #include <random>
 
 namespace smh::test {

@@ -1,12 +1,14 @@
-// Enabling, disabling, adding, deleting and re-commanding in the Startup folders.
+// Enabling, disabling, adding, deleting and re-commanding in the Startup folders, and the file behind a
+// command line that names a shortcut.
 #include "folder_fixture.h"
+
+#include "core/uStartupManager.h"
 #include "infra/text.h"
+#include "infra/uInterfacesRoutines.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "support/import_patch.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
-
 #include <objbase.h>
 #include <shellapi.h>
 
@@ -272,6 +274,22 @@ TEST_F(FolderTest, ShowOpensTheFileBrowserAtTheFile) {
               name.starts_with(L"Foo") ? ERROR_SUCCESS : DWORD{ERROR_FILE_NOT_FOUND});
     EXPECT_EQ(g_opened, L"open explorer.exe /select,\"" + file + L"\"");
   }
+}
+
+TEST_F(FolderTest, ACommandThatIsAShortcutResolvesToWhatThatStarts) {
+  // Never released: the end of a manager that was not asked for its collection faults.
+  const auto resolve = [manager = new TStartupManager](const std::wstring& command) {
+    return TakeText([&](BoundaryText* file) { return manager->ResolveCommandFile(command.c_str(), file); });
+  };
+  const std::wstring link = PutShortcut(Folder().File(L"a link.lnk"), L"/tray");
+  EXPECT_EQ(resolve(link), Program());
+  EXPECT_EQ(resolve(L'"' + Folder().File(L"A LINK.LNK") + L'"'), Program());
+  // What cannot be read, or has no target, is its own answer.
+  const std::wstring damaged = L'"' + Folder().Write(L"damaged.Lnk", "text") + L'"';
+  EXPECT_EQ(resolve(damaged), damaged);
+  const std::wstring empty = Folder().Write(L"empty.lnk", LinkBuilder{}.Build().Text());
+  EXPECT_EQ(resolve(empty), empty);
+  EXPECT_EQ(resolve(Folder().File(L"missing.lnk")), Folder().File(L"missing.lnk"));
 }
 
 }  // namespace

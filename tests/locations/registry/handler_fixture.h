@@ -5,8 +5,6 @@
 #include "support/module_fixture.h"
 #include "support/registry_fixture.h"
 
-#include <string>
-
 namespace smh::test {
 
 inline const std::wstring kClasses = L"Software\\Classes\\CLSID\\";

@@ -167,25 +167,4 @@ TEST_P(RunKeyChange, ChangingTheCommandRewritesItsOwnViewAndReplacesTheItem) {
   EXPECT_EQ(Command(changed), L"new.exe");
 }
 
-TEST_F(RunKeyTest, TheServiceIsCalledInTheOrderWriteConfirmDelete) {
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"f"));
-  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  UserRun().DisableItem(item);
-  std::vector<std::wstring> changes;
-  for (const std::wstring& line : module.Safeguard().Lines()) {
-    if (line.find(L"Value #") != std::wstring::npos || line.find(L"Checkpoint") != std::wstring::npos ||
-        line.starts_with(L"CreateKey")) {
-      changes.push_back(line.substr(0, line.find(L' ')));
-    }
-  }
-  if (HasTwoViews()) {
-    EXPECT_THAT(changes, ElementsAre(L"BeginCheckpoint", L"CreateKey", L"SetValue", L"CreateKey", L"SetValue",
-                                     L"DeleteValue", L"EndCheckpoint"))
-        << "the current user's views are one: the second delete finds nothing";
-  } else {
-    EXPECT_THAT(changes,
-                ElementsAre(L"BeginCheckpoint", L"CreateKey", L"SetValue", L"DeleteValue", L"EndCheckpoint"));
-  }
-}
-
 }  // namespace smh::test

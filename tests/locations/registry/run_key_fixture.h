@@ -4,8 +4,6 @@
 #include "support/module_fixture.h"
 #include "support/registry_fixture.h"
 
-#include <string>
-
 namespace smh::test {
 
 class RunKeyTest : public ModuleTest {
