@@ -4,9 +4,11 @@
 #include "support/child_process.h"
 #include "support/fake_siblings.h"
 #include "support/file_fixture.h"
+#include "support/recording_safeguard.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <thread>
 
 namespace smh {
@@ -26,6 +28,11 @@ class FakeDialogs : public ComObject<IShellDialogsHelper> {
     return S_OK;
   }
 };
+
+ULONG References(IUnknown& object) {
+  object.AddRef();
+  return object.Release();
+}
 
 class DllGlobalsTest : public testing::Test {
  protected:
@@ -48,6 +55,36 @@ class DllGlobalsTest : public testing::Test {
  private:
   std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
 };
+
+TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
+  const struct {
+    const wchar_t* library;
+    const wchar_t* id;
+    std::function<IUnknown*()> get;
+  } rows[] = {
+      {L"basekit.dll", IHelper::kId, [] { return &DLLGlobals::Helper(); }},
+      {L"basekit.dll", IGlobals::kId, [] { return &DLLGlobals::Globals(); }},
+      {L"basekit.dll", IShellHelper::kId, [] { return &DLLGlobals::ShellHelper(); }},
+      {L"raterkit.dll", IFileRater::kId, [] { return &DLLGlobals::FileRater(); }},
+      {L"guardkit.dll", ISafeguard::kId, [] { return &DLLGlobals::Safeguard(); }},
+      {L"prefkit.dll", ISettings::kId, [] { return &DLLGlobals::Settings(); }},
+      {L"basekit.dll", IShellDialogsHelper::kId, [] { return &DLLGlobals::ShellDialogs(); }},
+  };
+  for (const auto& row : rows) {
+    // Only one of its slots is ever called: the first, by ShellDialogs.
+    const auto object = MakeComObject<FakeDialogs>();
+    const auto later = MakeComObject<FakeDialogs>();
+    Install(row.library, row.id, object.Get());
+    EXPECT_EQ(row.get(), object.Get()) << row.id;
+    Install(row.library, row.id, later.Get());
+    EXPECT_EQ(row.get(), object.Get()) << row.id;
+    EXPECT_EQ(References(*object), 2u);
+    test::InstallFakeSibling(row.library, row.id, nullptr);
+    StopDllGlobals();
+    EXPECT_EQ(References(*object), 1u);
+    StartDllGlobals();
+  }
+}
 
 TEST_F(DllGlobalsTest, ShellDialogsAreInitialisedOnceHoweverManyAsk) {
   const auto dialogs = MakeComObject<FakeDialogs>();
