@@ -166,6 +166,14 @@ TEST(ExtraDataTest, Utf16TargetBeforeAnsi) {
   EXPECT_EQ(Wide(LoadedLink(environment("", wideLongest)).EnvironmentTarget()), wideLongest);
 }
 
+TEST(ExtraDataTest, OnlyBlocksOfStringsHaveATarget) {
+  const LoadedLink link(FullLink());
+  EXPECT_EQ(Wide(link.FindExtraData(TExtraDataKind::edkDarwin)->Target()), u"darwin");
+  EXPECT_TRUE(link.FindExtraData(TExtraDataKind::edkTracker)->Target().Empty());
+  const std::string full = StringBlockData(std::string(260, 'a'), std::u16string(260, u'w'));
+  EXPECT_EQ(TExtraDataStringProps(std::as_bytes(std::span(full))).AnsiTarget().AnsiView().size(), 260u);
+}
+
 TEST(IconLocationTest, IconEnvironmentBeforeTheString) {
   LinkBuilder builder;
   builder.strings = {{LinkString::kIconLocation, u"plain.ico"}};
