@@ -27,6 +27,25 @@ TEST_P(StartupctlChanges, UserEntryFromAddToDelete) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
 }
 
+// A handler is a key of its own, an approved extension a value that is named after its class.
+TEST_P(StartupctlChanges, ShellExtensionsGoAsideBackAndAway) {
+  const std::wstring wave = L"{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}";
+  const EmptiedKeys emptied({kMenusKey, kApprovedKey});
+  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, OwnView());
+  server.Set(L"InprocServer32", L"", Sz(Program()));
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\ctl menu", L"", Sz(wave), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, wave, Sz(L"ctl page"), OwnView());
+  for (const wchar_t* command : {L"disable", L"enable", L"disable", L"delete"}) {
+    Run({command, L"ctl menu", L"ctl page"});
+    const bool on = *command == L'e';
+    const bool aside = command == std::wstring(L"disable");
+    for (const auto& [side, there] : {std::pair(std::wstring(), on), std::pair(kAutorunsSide, aside)}) {
+      EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + side + L"\\ctl menu", OwnView()), there);
+      EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + side, wave, OwnView()).has_value(), there);
+    }
+  }
+}
+
 TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
   SetRun(HKEY_CURRENT_USER, L"ctl fixed", Command(L"fixed"));
   {
