@@ -1,6 +1,7 @@
 #include "core/boundary_fixture.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace smh::test {
 namespace {
@@ -21,7 +22,7 @@ TEST_F(ChangeTest, ChangesShowInTheListAtOnce) {
   EXPECT_EQ(item.GetIndex(), index);
   ASSERT_EQ(item.Disable(), S_OK);
   EXPECT_EQ(OutVariant(item, 1)->boolVal, VARIANT_FALSE);
-  EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kDisabledKey + L"\\" + kName);
+  EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kRunSide + L"\\" + kName);
   ASSERT_EQ(item.Enable(), S_OK);
   EXPECT_EQ(OutVariant(item, 1)->boolVal, VARIANT_TRUE);
   ASSERT_EQ(item.ChangeCommand(sample.Quoted().c_str()), S_OK);
@@ -48,6 +49,67 @@ TEST_F(ChangeTest, AFailedChangeIsExplainedAndLogged) {
   EXPECT_EQ(std::ranges::count(ReadUtf16Lines(LogFile()),
                                L"Error disable item \"" + name + L"\" in location \"sulRegistryCommonRun\"."),
             1);
+}
+
+// Waits for a message box of this process and closes it as its user would.
+class BoxCloser {
+ public:
+  // Of the box that was closed; empty when none came.
+  std::wstring Caption() {
+    thread_.join();
+    return caption_;
+  }
+
+ private:
+  void Run() {
+    WaitUntil([this] {
+      HWND box = nullptr;
+      EnumWindows(&TakeOwnDialog, reinterpret_cast<LPARAM>(&box));
+      if (box == nullptr) return false;
+      wchar_t text[256];
+      caption_.assign(text, static_cast<std::size_t>(GetWindowTextW(box, text, 256)));
+      return PostMessageW(box, WM_CLOSE, 0, 0) != FALSE;
+    });
+  }
+
+  static BOOL CALLBACK TakeOwnDialog(HWND window, LPARAM result) {
+    DWORD process = 0;
+    wchar_t className[16];
+    GetWindowThreadProcessId(window, &process);
+    GetClassNameW(window, className, 16);
+    if (process != GetCurrentProcessId() || !IsWindowVisible(window) || wcscmp(className, L"#32770") != 0)
+      return TRUE;
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+  }
+
+  std::wstring caption_;
+  std::thread thread_{[this] { Run(); }};
+};
+
+// A start that works is tested with startupctl.
+TEST_F(ChangeTest, AFailedStartIsShownLoggedAndReturned) {
+  const std::wstring command = L"\"C:\\no such folder\\gone.exe\" /x";
+  SetUserRun(L"Missing", command);
+  Read();
+  const RawItem item = FindUserRun(L"Missing");
+  BoxCloser closer;
+  const HRESULT result = item.Execute(nullptr);
+  const std::optional<ErrorInfo> info = TakeErrorInfo();
+  EXPECT_EQ(closer.Caption(), L"Quillmark Startup Manager");
+  EXPECT_TRUE(result == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND) ||
+              result == HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND))
+      << std::hex << result;
+  ASSERT_TRUE(info.has_value());
+  EXPECT_EQ(info->source, L"EOSError");
+  // The reader saves the log when it ends.
+  const std::wstring begin =
+      L"Error execute command for item \"" + item.Name() + L"\". Command: \"" + command + L"\". Error: \"";
+  ASSERT_EQ(items.Stop(), S_OK);
+  const std::vector<std::wstring> lines = ReadUtf16Lines(LogFile());
+  EXPECT_TRUE(std::ranges::any_of(lines, [&](const std::wstring& line) {
+    return line.size() > begin.size() + 2 && line.starts_with(begin) && line.ends_with(L"\".");
+  }));
 }
 
 }  // namespace

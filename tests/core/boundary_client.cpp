@@ -8,7 +8,6 @@
 
 #include <cstring>
 #include <regex>
-#include <stdexcept>
 
 namespace smh::test {
 

@@ -1,8 +1,6 @@
 #include "core/boundary_client.h"
 #include "support/child_process.h"
 
-#include <gtest/gtest.h>
-
 namespace smh::test {
 namespace {
 

@@ -152,7 +152,7 @@ class ActionTest : public ItemTest {
     SetUserRun(L"Missing", L"\"C:\\no such folder\\gone.exe\" /x");
     SetUserRun(L"Text", sample.Folder().Write(L"readme.txt", "text"));
     SetValue(HKEY_CURRENT_USER, kRunKey, L"Number", Dword(7));
-    SetValue(HKEY_CURRENT_USER, kForeignDisabledKey, L"Parked", Sz(sample.Path()));
+    SetValue(HKEY_CURRENT_USER, kRunKey + kAutorunsSide, L"Parked", Sz(sample.Path()));
     SetValue(HKEY_LOCAL_MACHINE, kRunOnceKey, L"Locked", Sz(sample.Path()), OwnView());
     limited_.emplace(HKEY_LOCAL_MACHINE, kRunOnceKey, LimitedKey::Rights::kReadOnly, OwnView());
     Read();
@@ -193,7 +193,7 @@ TEST_F(ActionTest, EachStateAllowsItsActions) {
 TEST_F(ActionTest, ForbiddenCallsFailAndChangeNothing) {
   const auto names = [] {
     std::vector<std::vector<std::wstring>> lists;
-    for (const std::wstring& key : {kRunKey, kRunOnceKey, kForeignDisabledKey, kDisabledKey}) {
+    for (const std::wstring& key : {kRunKey, kRunOnceKey, kRunKey + kAutorunsSide, kRunSide}) {
       lists.push_back(Values(HKEY_CURRENT_USER, key));
       lists.push_back(Values(HKEY_LOCAL_MACHINE, key, OwnView()));
     }

@@ -89,24 +89,16 @@ TEST_F(ManagerTest, StringsAreSharedAndEachHasItsOwnPlace) {
   }
 }
 
-// The rules are FileUtils's; here the round trip and what no host may get wrong or crash.
+// The rules are FileUtils's; here what no host may get wrong or crash.
 TEST_F(ManagerTest, ResolvesCommandsToFiles) {
   const SampleProgram sample;
-  const std::pair<std::wstring, std::wstring> rows[] = {
-      {sample.Quoted() + L" /x \"y z\"", sample.Path()},
-      // One pair around program and arguments; outer quotes of two pairs.
-      {L'"' + sample.Path() + L" /x\"", sample.Path()},
-      {sample.Quoted() + L" \"y z\"", sample.Path()},
-      {L"C:\\no such folder\\gone.exe -a", L"C:\\no such folder\\gone.exe"},
-      {L"", L""},
-  };
   const auto resolve = [&](const wchar_t* command) {
     OutText file;
     EXPECT_EQ(manager.ResolveCommandFile(command, file.Put()), S_OK);
     EXPECT_TRUE(file.IsWellFormed());
     return file.Text();
   };
-  for (const auto& [command, file] : rows) EXPECT_EQ(resolve(command.c_str()), file) << command;
+  EXPECT_EQ(resolve((sample.Quoted() + L" /x \"y z\"").c_str()), sample.Path());
   EXPECT_EQ(resolve(nullptr), L"");
   for (const std::wstring& command : {std::wstring(L"\"\"\""), std::wstring(32'000, L'"'),
                                       std::wstring(32'000, L'a'), std::wstring(L"\xD800\xDFFF.exe")}) {

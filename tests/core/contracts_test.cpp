@@ -1,10 +1,4 @@
 #include "core/startup_location.h"
-#include "infra/intf_DebugLog.h"
-#include "infra/intf_FileRater.h"
-#include "infra/intf_general.h"
-#include "infra/intf_safeguard.h"
-#include "infra/intf_settings.h"
-#include "infra/uInterfacesRoutines.h"
 
 #include <gtest/gtest.h>
 
@@ -39,20 +33,6 @@ TEST(StartupLocationTest, OrdinalsAndMemberNames) {
   }
   for (const wchar_t* const other : {L"", L"sulRegistryUserRu", L"sulRegistryUserRun ", L"5"}) {
     EXPECT_EQ(LocationFromMemberName(other), std::nullopt) << other;
-  }
-}
-
-TEST(IdentifiersTest, InterfacesKeepTheirGuids) {
-  // What GetInstance is asked for as text and what QueryInterface then knows are the same.
-  const std::pair<GUID, std::wstring_view> rows[] = {
-      {IHelper::iid, IHelper::kId},           {IGlobals::iid, IGlobals::kId},
-      {IShellHelper::iid, IShellHelper::kId}, {IShellDialogsHelper::iid, IShellDialogsHelper::kId},
-      {IFileRater::iid, IFileRater::kId},     {ISafeguard::iid, ISafeguard::kId},
-      {ISettings::iid, ISettings::kId},       {IDebugLog::iid, IDebugLog::kId}};
-  for (const auto& [iid, id] : rows) {
-    wchar_t buffer[39];
-    ASSERT_EQ(StringFromGUID2(iid, buffer, 39), 39);
-    EXPECT_TRUE(SameAsciiText(buffer, id)) << buffer;
   }
 }
 

@@ -1,6 +1,5 @@
 #include "core/uDllGlobals.h"
 
-#include "infra/com_object.h"
 #include "infra/uInterfacesRoutines.h"
 #include "support/child_process.h"
 #include "support/fake_siblings.h"
@@ -9,10 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 #include <thread>
-#include <vector>
 
 namespace smh {
 namespace {

@@ -4,8 +4,6 @@
 #include "support/registry_fixture.h"
 #include "support/waiting.h"
 
-#include "infra/handle.h"
-
 #include <commctrl.h>
 #include <objidl.h>
 

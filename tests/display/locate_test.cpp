@@ -4,7 +4,6 @@
 #include "startupctl_fixture.h"
 #include "support/startup_folders.h"
 #include "support/waiting.h"
-#include "text_encoding.h"
 
 #include <commctrl.h>
 
@@ -48,12 +47,12 @@ TEST_F(LocateTest, ValuesInTheSystemsRegistryEditor) {
   for (const wchar_t* name : {L"Aurora", L"Inkwell", L"Zebra"})
     SetRun(HKEY_CURRENT_USER, name, Command(L"a"));
   for (const wchar_t* name : {L"first", L"second"}) {
-    SetRun(HKEY_LOCAL_MACHINE, name, Command(L"b"), NativeView());
+    SetRun(HKEY_LOCAL_MACHINE, name, Command(L"b"), OwnView());
   }
   ExpectShown(L"Inkwell", L"HKEY_CURRENT_USER\\" + kRunKey, 2);
   SaveScreenshot(L"locate-run-value");
   Run({L"disable", L"Zebra"});
-  ExpectShown(L"Zebra", L"HKEY_CURRENT_USER\\" + kSideKey, 1);
+  ExpectShown(L"Zebra", L"HKEY_CURRENT_USER\\" + kRunSide, 1);
   ExpectShown(L"second", L"HKEY_LOCAL_MACHINE\\" + kRunKey, 2);
   const std::string windows = Run({L"windows"}).output;
   EXPECT_NE(windows.find("regedit.exe"), std::string::npos) << windows;
@@ -65,14 +64,13 @@ TEST_F(LocateTest, ShellExtensionsInTheSystemsRegistryEditor) {
   const std::wstring menus = L"Software\\Classes\\*\\shellex\\ContextMenuHandlers";
   const std::wstring approved = L"Software\\Microsoft\\Windows\\CurrentVersion\\Shell Extensions\\Approved";
   const EmptiedKeys emptied({menus, approved});
-  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, NativeView());
+  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, OwnView());
   server.Set(L"InprocServer32", L"", Sz(Program()));
   SetValue(HKEY_LOCAL_MACHINE, menus + L"\\ctl wave", L"", Sz(wave));
   // The class is no value of that key, so its name must not be typed.
   SetValue(HKEY_LOCAL_MACHINE, menus + L"\\ctl wave", L"{6F2C}", Sz(L"another"));
-  SetValue(HKEY_LOCAL_MACHINE, approved, L"{00000000-0000-0000-0000-000000000001}", Sz(L"first"),
-           NativeView());
-  SetValue(HKEY_LOCAL_MACHINE, approved, wave, Sz(L"ctl wave page"), NativeView());
+  SetValue(HKEY_LOCAL_MACHINE, approved, L"{00000000-0000-0000-0000-000000000001}", Sz(L"first"), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, approved, wave, Sz(L"ctl wave page"), OwnView());
   ExpectShown(L"ctl wave", L"HKEY_LOCAL_MACHINE\\" + menus + L"\\ctl wave", 0);
   SaveScreenshot(L"locate-handler");
   ExpectShown(L"ctl wave page", L"HKEY_LOCAL_MACHINE\\" + approved, 2);

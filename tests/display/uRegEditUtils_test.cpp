@@ -11,7 +11,6 @@
 #include "sysutil/file_utils_fixture.h"
 #include "sysutil/uWindowsExt.h"
 
-#include <gtest/gtest.h>
 #include <shellapi.h>
 
 namespace smh::test {
@@ -19,12 +18,6 @@ namespace {
 
 const std::wstring kEditorSettings = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";
 const std::wstring kEditedKey = L"Software\\Startup Manager Edited";
-
-std::wstring TextOf(const std::optional<RawValue>& value) {
-  if (!value) return L"(none)";
-  return std::wstring(reinterpret_cast<const wchar_t*>(value->bytes.data()),
-                      value->bytes.size() / sizeof(wchar_t) - 1);
-}
 
 // The stand-in, whose list has "(Default)" and the three values. No blanks in them: the list of Wine takes
 // none.

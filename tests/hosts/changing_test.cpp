@@ -1,8 +1,6 @@
 // Changes made by startupctl, looked up in both registry views, with backup checkpoints and without.
 #include "startupctl_fixture.h"
 
-#include "text_encoding.h"
-
 namespace smh::test {
 namespace {
 
@@ -19,58 +17,33 @@ TEST_P(StartupctlChanges, UserEntryFromAddToDelete) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), Command(L"one"));
   Run({L"disable", name});
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, name), Command(L"one"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), Command(L"one"));
   Run({L"change", name, L"--command", Command(L"two")});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, name), Command(L"two"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), Command(L"two"));
   Run({L"enable", name});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, name), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), std::nullopt);
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), Command(L"two"));
   Run({L"delete", name});
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
 }
 
-TEST_P(StartupctlChanges, CommonEntryIsDisabledInBothViews) {
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl both", Command(L"same"), 0);
-  if (HasTwoViews()) SetRun(HKEY_LOCAL_MACHINE, L"ctl both", Command(L"same"), KEY_WOW64_64KEY);
-  Run({L"disable", L"ctl both"});
-  EXPECT_EQ(TextInBothViews(HKEY_LOCAL_MACHINE, kRunKey, L"ctl both"), std::nullopt);
-  EXPECT_EQ(TextInBothViews(HKEY_LOCAL_MACHINE, kSideKey, L"ctl both"), Command(L"same"));
-  Run({L"enable", L"ctl both"});
-  EXPECT_EQ(TextInBothViews(HKEY_LOCAL_MACHINE, kRunKey, L"ctl both"), Command(L"same"));
-  EXPECT_EQ(TextInBothViews(HKEY_LOCAL_MACHINE, kSideKey, L"ctl both"), std::nullopt);
-  Run({L"delete", L"ctl both"});
-  EXPECT_EQ(TextInBothViews(HKEY_LOCAL_MACHINE, kRunKey, L"ctl both"), std::nullopt);
-}
-
-TEST_P(StartupctlChanges, MovesToTheCommonKeyAndBack) {
-  // Its name in the new place is the short name of its program.
-  const std::wstring moved = L"tray program";
-  SetRun(HKEY_CURRENT_USER, L"ctl mover", Command(L"move"));
-  Run({L"move", L"ctl mover", L"--to", L"sulRegistryCommonRun"});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl mover"), std::nullopt);
-  EXPECT_EQ(Text(HKEY_LOCAL_MACHINE, kRunKey, moved, NativeView()), Command(L"move"));
-  const std::string caption = Find("ctl mover").empty() ? "" : "still there";
-  EXPECT_EQ(caption, "");
-  Json list = List();
-  std::wstring name;
-  for (const Json& item : list) {
-    if (item["command"] == ToUtf8(Command(L"move"))) name = FromUtf8(item["name"].get<std::string>());
+// A handler is a key of its own, an approved extension a value that is named after its class.
+TEST_P(StartupctlChanges, ShellExtensionsGoAsideBackAndAway) {
+  const std::wstring wave = L"{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}";
+  const EmptiedKeys emptied({kMenusKey, kApprovedKey});
+  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, OwnView());
+  server.Set(L"InprocServer32", L"", Sz(Program()));
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\ctl menu", L"", Sz(wave), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, wave, Sz(L"ctl page"), OwnView());
+  for (const wchar_t* command : {L"disable", L"enable", L"disable", L"delete"}) {
+    Run({command, L"ctl menu", L"ctl page"});
+    const bool on = *command == L'e';
+    const bool aside = command == std::wstring(L"disable");
+    for (const auto& [side, there] : {std::pair(std::wstring(), on), std::pair(kAutorunsSide, aside)}) {
+      EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + side + L"\\ctl menu", OwnView()), there);
+      EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + side, wave, OwnView()).has_value(), there);
+    }
   }
-  Run({L"move", name, L"--to", L"sulRegistryUserRun"});
-  EXPECT_EQ(Text(HKEY_LOCAL_MACHINE, kRunKey, moved, NativeView()), std::nullopt);
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, moved), Command(L"move"));
-}
-
-TEST_P(StartupctlChanges, DisabledNameGetsANumber) {
-  SetRun(HKEY_CURRENT_USER, L"ctl twice", Command(L"new"));
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"ctl twice", Sz(Command(L"old")));
-  Run({L"disable", L"ctl twice", L"--location", L"sulRegistryUserRun"}, 1);  // two entries of that caption
-  for (const Json& item : List()) {
-    if (item["caption"] == "ctl twice" && item["enabled"])
-      Run({L"disable", FromUtf8(item["name"].get<std::string>())});
-  }
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl twice"), Command(L"old"));
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl twice (1)"), Command(L"new"));
 }
 
 TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
@@ -90,7 +63,7 @@ TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
     }
   }
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl fixed"), Command(L"fixed"));
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl fixed"), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl fixed"), std::nullopt);
   EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, kRunKey, L"ctl new"));
   EXPECT_TRUE(Find("tray program").empty());
 }
@@ -98,26 +71,26 @@ TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
 // A recorded write fails without a word: only looking the entry up tells.
 TEST_P(StartupctlChanges, ChangeThatDidNotHappenIsAFailure) {
   SetRun(HKEY_CURRENT_USER, L"ctl stays", Command(L"stays"));
-  MakeKey(HKEY_CURRENT_USER, kSideKey);
+  MakeKey(HKEY_CURRENT_USER, kRunSide);
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kSideKey, LimitedKey::Rights::kReadOnly);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunSide, LimitedKey::Rights::kReadOnly);
     const StartupctlResult result = Run({L"disable", L"ctl stays"}, 1);
     EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot disable ")) << result.errors;
   }
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl stays"), Command(L"stays"));
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl stays"), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl stays"), std::nullopt);
 }
 
 TEST_F(StartupctlTest, AmbiguousCaptionIsRefusedWithCandidates) {
   SetRun(HKEY_CURRENT_USER, L"ctl same", Command(L"user"));
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl same", Command(L"common"), NativeView());
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl same", Command(L"common"), OwnView());
   const StartupctlResult refused = Run({L"delete", L"ctl same"}, 1);
   EXPECT_NE(refused.errors.find("HKEY_CURRENT_USER\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
   EXPECT_NE(refused.errors.find("HKEY_LOCAL_MACHINE\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
   EXPECT_EQ(Find("ctl same").size(), 2u);
   Run({L"delete", L"ctl same", L"--location", L"sulRegistryCommonRun"});
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl same"), Command(L"user"));
-  EXPECT_FALSE(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"ctl same", NativeView()));
+  EXPECT_FALSE(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"ctl same", OwnView()));
 }
 
 TEST_F(StartupctlTest, OneBadItemAmongSeveralChangesNothing) {
@@ -130,8 +103,8 @@ TEST_F(StartupctlTest, OneBadItemAmongSeveralChangesNothing) {
   EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl good"));
   EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl better"));
   Run({L"disable", L"ctl good", L"ctl better", L"ctl good"});
-  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl good"));
-  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kSideKey, L"ctl better"));
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl good"));
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl better"));
   Run({L"enable", L"ctl side", L"ctl good"});
   EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl side"));
 }

@@ -1,8 +1,5 @@
-// What startupctl prints about the entries of the Run keys.
+// What startupctl prints about the entries of the Run keys and about the default programs.
 #include "startupctl_fixture.h"
-
-#include "support/child_process.h"
-#include "text_encoding.h"
 
 #include <algorithm>
 
@@ -33,8 +30,8 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
 
 TEST_F(StartupctlTest, FiltersByLocationAndState) {
   SetRun(HKEY_CURRENT_USER, L"ctl on", Command(L"1"));
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"ctl off", Sz(Command(L"2")));
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"3"), NativeView());
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl off", Sz(Command(L"2")));
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"3"), OwnView());
   const auto captions = [](std::vector<std::wstring> arguments) {
     arguments.insert(arguments.begin(), {L"list", L"--json"});
     std::vector<std::string> texts;
@@ -51,40 +48,26 @@ TEST_F(StartupctlTest, FiltersByLocationAndState) {
   EXPECT_EQ(captions({L"--location", L"sulRegistryRunServices"}), Texts());
 }
 
-TEST_F(StartupctlTest, OddNamesSurviveEveryOutputAndSelectTheirEntry) {
-  struct OddName {
-    std::wstring name;
-    std::string inJson;
-    std::string inTable;
-  };
-  const OddName names[] = {
-      {L"ctl \"quoted\"", R"(ctl \"quoted\")", "ctl \"quoted\""},
-      {L"ctl back\\slash", R"(ctl back\\slash)", "ctl back\\slash"},
-      {L"ctl \x01 control", R"(ctl \u0001 control)", "ctl \\u{1} control"},
-      {L"ctl " + kLone + L" lone", R"(ctl \ud83d lone)", "ctl \\u{d83d} lone"},
-      {L"ctl \u4E2D\u00E4", "ctl \xE4\xB8\xAD\xC3\xA4", "ctl \xE4\xB8\xAD\xC3\xA4"},
-      {L"-ctl dash", "-ctl dash", "-ctl dash"},
-  };
-  for (const OddName& odd : names) SetRun(HKEY_CURRENT_USER, odd.name, Command(L"x"));
-  const std::string json = Run({L"list", L"--json"}).output;
+// How they are written is tested with the formats; here that they arrive whole and select their entry.
+TEST_F(StartupctlTest, OddNamesSelectTheirEntry) {
+  const std::pair<std::wstring, std::wstring> names[] = {{L"ctl \x01 control", L"ctl \\u{1} control"},
+                                                         {L"ctl " + kLone + L" lone", L"ctl \\ud83d lone"},
+                                                         {L"ctl \u4E2D\u00E4", L"ctl \u4E2D\u00E4"},
+                                                         {L"-ctl dash", L"-ctl dash"}};
+  for (const auto& [name, shown] : names) SetRun(HKEY_CURRENT_USER, name, Command(L"x"));
   const std::string table = Run({L"list"}).output;
   EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
-  EXPECT_NE(Run({L"list", L"--csv"}).output.find(",\"ctl \"\"quoted\"\"\",true,"), std::string::npos);
-  for (const OddName& odd : names) {
-    SCOPED_TRACE(odd.inTable);
-    EXPECT_NE(json.find("\"caption\":\"" + odd.inJson + "\""), std::string::npos);
-    EXPECT_NE(table.find(odd.inTable), std::string::npos);
-    EXPECT_NE(Run({L"show", L"--", FromUtf8(odd.inTable)}).output.find("enabled:"), std::string::npos);
-  }
-  Run({L"disable", L"ctl \\ud83d lone", L"ctl \\u0001 control"});
-  EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, kRunKey, names[3].name));
-  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kSideKey, names[3].name));
-  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kSideKey, names[2].name));
+  EXPECT_NE(Run({L"list", L"--csv"}).output.find(",ctl \xE4\xB8\xAD\xC3\xA4,true,"), std::string::npos);
+  std::vector<std::wstring> disable = {L"disable", L"--"};
+  for (const auto& [name, shown] : names) disable.push_back(shown);
+  Run(disable);
+  for (const auto& [name, shown] : names)
+    EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kRunSide, name)) << ToUtf8(shown);
 }
 
 TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   SetRun(HKEY_CURRENT_USER, L"ctl a", Command(L"a"));
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"ctl b", Sz(Command(L"b")));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl b", Sz(Command(L"b")));
   const Json locations = Json::parse(Run({L"locations", L"--json"}).output);
   ASSERT_EQ(locations.size(), 39u);
   const Json& user = locations[4];
@@ -144,6 +127,61 @@ TEST_F(StartupctlTest, MissingSiblingIsNamed) {
   const StartupctlResult broken = StartupctlProcess({L"list"}, copy).Finish();
   EXPECT_EQ(broken.exitCode, 1u);
   EXPECT_NE(broken.errors.find("guardkit.dll"), std::string::npos) << broken.errors;
+}
+
+const std::wstring kClientsKey = L"Software\\Clients";
+
+class ClientsTest : public StartupctlTest {
+ protected:
+  static void SetClient(const std::wstring& key, const std::wstring& command) {
+    SetValue(HKEY_LOCAL_MACHINE, kClientsKey + L'\\' + key + L"\\shell\\open\\command", L"", Sz(command),
+             OwnView());
+  }
+
+ private:
+  const EmptiedKeys emptied_{{kClientsKey}};
+};
+
+TEST_F(ClientsTest, PrintsRegisteredAndAddedPrograms) {
+  const std::pair<std::wstring, std::string> kinds[] = {
+      {L"Mail", "mail"},         {L"Media", "media"},       {L"StartMenuInternet", "browser"},
+      {L"Contacts", "contacts"}, {L"Calendar", "calendar"}, {L"Internet Call", "internetCall"},
+      {L"IM", "messaging"}};
+  for (const auto& [key, name] : kinds) SetClient(key + L"\\ctl \"" + key, Command(L"/" + key));
+  const StartupctlResult result =
+      Run({L"clients", L"--json", L"--add", Program(), L"--add", L"C:\\no such folder\\gone.exe"});
+  EXPECT_EQ(result.errors, "startupctl: There is no file \"C:\\no such folder\\gone.exe\".\n");
+  const Json clients = Json::parse(result.output);
+  ASSERT_EQ(clients.size(), 9u);
+  const auto of = [&](const std::string& kind, std::size_t which = 0) {
+    Json found = Json::array();
+    std::ranges::copy_if(clients, std::back_inserter(found),
+                         [&](const Json& c) { return c["kind"] == kind; });
+    return found.at(which);
+  };
+  for (const auto& [key, name] : kinds) {
+    const Json client = of(name);
+    EXPECT_EQ(client["name"], ToUtf8(L"ctl \"" + key));
+    EXPECT_EQ(client["command"], ToUtf8(Command(L"/" + key)));
+    EXPECT_EQ(client["file"], ToUtf8(Program()));
+    EXPECT_EQ(client["fileFound"], true);
+    EXPECT_EQ(client["company"], "Northlight Audio Ltd.");
+    EXPECT_EQ(client["description"], "Aurora Mixer tray icon");
+    EXPECT_EQ(client["imageIndex"], 0);
+    EXPECT_EQ(client["key"], ToUtf8(kClientsKey + L'\\' + key + L"\\ctl \"" + key));
+  }
+  EXPECT_EQ(of("path", 0)["file"], ToUtf8(Program()));
+  EXPECT_EQ(of("path", 0)["version"], "4.2.0.118");
+  EXPECT_EQ(of("path", 1)["name"], "gone");
+  EXPECT_EQ(of("path", 1)["fileFound"], false);
+}
+
+TEST_F(ClientsTest, TableNamesEveryProgram) {
+  EXPECT_EQ(Json::parse(Run({L"clients", L"--json"}).output), Json::array());
+  SetClient(L"Mail\\ctl \x01", Command(L"1"));
+  const std::string table = Run({L"clients"}).output;
+  EXPECT_NE(table.find("ctl \\u{1}"), std::string::npos);
+  EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 // Commands that run something or run on: execute, locate, watch.
 #include "startupctl_fixture.h"
 
-#include "support/child_process.h"
 #include "support/test_main.h"
 #include "support/waiting.h"
-#include "text_encoding.h"
 
 namespace smh::test {
 namespace {

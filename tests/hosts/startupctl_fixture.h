@@ -5,27 +5,24 @@
 
 #include "support/file_fixture.h"
 #include "support/registry_fixture.h"
+#include "text_encoding.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-#include <deque>
-#include <optional>
-#include <string>
 
 namespace smh::test {
 
 using Json = nlohmann::ordered_json;
-
-inline const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-inline const std::wstring kSideKey = kRunKey + L"\\Disabled (Startup Manager)";
 
 class StartupctlTest : public testing::Test {
  protected:
   inline static const std::wstring kSettings =
       L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
 
-  StartupctlTest();
+  StartupctlTest() {
+    // Windows always has these.
+    MakeKey(HKEY_CURRENT_USER, kRunKey);
+    for (const REGSAM view : {REGSAM(0), OwnView()}) MakeKey(HKEY_LOCAL_MACHINE, kRunKey, view);
+  }
 
   // A program that starts without consequence, with a version record, in a folder of the test's own.
   const std::wstring& Program() const noexcept { return program_; }
@@ -38,24 +35,38 @@ class StartupctlTest : public testing::Test {
   }
   // The text of a value in both views, which must agree; none when it is in neither.
   static std::optional<std::wstring> TextInBothViews(HKEY root, const std::wstring& key,
-                                                     const std::wstring& name);
-  static std::optional<std::wstring> Text(HKEY root, const std::wstring& key, const std::wstring& name,
-                                          REGSAM view);
-  // The view in which the library writes entries of HKEY_LOCAL_MACHINE.
-  static REGSAM NativeView() { return HasTwoViews() ? KEY_WOW64_64KEY : 0; }
-  static void UseCheckpoints(bool use);
+                                                     const std::wstring& name) {
+    const std::optional<RawValue> plain = GetValue(root, key, name);
+    EXPECT_EQ(plain, GetValue(root, key, name, OwnView()));
+    if (!plain) return std::nullopt;
+    EXPECT_EQ(plain->type, static_cast<DWORD>(REG_SZ));
+    return TextOf(*plain);
+  }
+  static void UseCheckpoints(bool use) {
+    SetValue(HKEY_CURRENT_USER, kSettings, L"UseCheckpoints", Dword(use ? 1 : 0));
+  }
 
   // Runs the command and expects the exit code; its error output is shown when that differs.
-  static StartupctlResult Run(const std::vector<std::wstring>& arguments, DWORD exitCode = 0);
+  static StartupctlResult Run(const std::vector<std::wstring>& arguments, DWORD exitCode = 0) {
+    StartupctlResult result = RunStartupctl(arguments);
+    EXPECT_EQ(result.exitCode, exitCode) << ToUtf8(arguments.front()) << ": " << result.errors;
+    return result;
+  }
   // The items of `list --all --json` and those of one caption.
-  static Json List();
-  static Json Find(const std::string& caption);
+  static Json List() { return Json::parse(Run({L"list", L"--all", L"--json"}).output); }
+  static Json Find(const std::string& caption) {
+    Json found = Json::array();
+    for (const Json& item : List()) {
+      if (item["caption"] == caption) found.push_back(item);
+    }
+    return found;
+  }
 
  private:
   const SavedKey settings_{HKEY_CURRENT_USER, kSettings};
   const EmptiedKeys emptied_{{kRunKey, kRunKey + L"-"}};
-  TemporaryFolder folder_;
-  std::wstring program_;
+  const TemporaryFolder folder_;
+  const std::wstring program_ = folder_.Write(L"tray program.exe", ReadFileBytes(SampleProgramFile()));
 };
 
 }  // namespace smh::test

@@ -3,7 +3,6 @@
 
 #include "support/startup_folders.h"
 #include "support/state_dump.h"
-#include "text_encoding.h"
 
 #include <shlobj.h>
 
@@ -106,46 +105,6 @@ TEST_F(StartupctlUndo, InterruptedChangesAreNamedAtEveryStart) {
   Run({L"undo"});
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl cut"), Command(L"cut"));
   EXPECT_EQ(Run({L"locations"}).errors, "");
-}
-
-TEST_F(StartupctlUndo, EveryKindOfChangeOfBothFamiliesIsTakenBackToTheByte) {
-  const StartupPlaces user(StartupPlaces::Whose::kUser);
-  const StartupPlaces common(StartupPlaces::Whose::kCommon);
-  SetRun(HKEY_CURRENT_USER, L"ctl value", Command(L"value"));
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"common"), NativeView());
-  WriteFileBytes(user.startup + L"ctl program.exe", ReadFileBytes(Program()));
-  const auto dump = [&] {
-    std::string all = DumpRunKeys();
-    for (const StartupPlaces* places : {&user, &common}) {
-      for (const std::wstring& folder : {places->startup, places->disabled, places->temporary}) {
-        all += DumpFolder(folder.substr(0, folder.size() - 1));
-      }
-    }
-    return all;
-  };
-  const std::string before = dump();
-  const std::vector<std::wstring> changes[] = {
-      {L"disable", L"ctl value"},
-      {L"enable", L"ctl value"},
-      {L"change", L"ctl value", L"--command", Command(L"other")},
-      {L"disable", L"ctl common"},
-      {L"delete", L"ctl common"},
-      {L"move", L"ctl value", L"--to", L"sulFolderUser"},
-      {L"disable", user.startup + L"ctl program.exe"},
-      {L"add", L"--location", L"sulFolderUser", L"--name", L"ctl added", L"--command", Command(L"added")},
-      {L"change", user.startup + L"ctl added.lnk", L"--command", Command(L"more")},
-      {L"move", user.startup + L"ctl added.lnk", L"--to", L"sulFolderCommon"},
-  };
-  std::vector<std::string> states = {before};
-  for (const auto& change : changes) {
-    Run(change);
-    states.push_back(dump());
-  }
-  for (std::size_t i = std::size(changes); i > 0; --i) {
-    Run({L"undo"});
-    EXPECT_EQ(dump(), states[i - 1]) << ToUtf8(changes[i - 1].front());
-  }
-  EXPECT_EQ(dump(), before);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include "support/waiting.h"
 #include "text_encoding.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>

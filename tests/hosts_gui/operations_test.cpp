@@ -8,14 +8,10 @@
 #include "support/registry_fixture.h"
 #include "support/waiting.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace smh::test {
 namespace {
-
-const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-const std::wstring kSideKey = kRunKey + L"\\Disabled (Startup Manager)";
 
 // In one look, since somebody else is at work in the key. Empty for a missing value.
 std::wstring TextIn(const std::wstring& key, const std::wstring& name) {
@@ -30,7 +26,7 @@ bool IsInRun(const std::wstring& name) {
   return !TextIn(kRunKey, name).empty();
 }
 bool IsAside(const std::wstring& name) {
-  return !TextIn(kSideKey, name).empty();
+  return !TextIn(kRunSide, name).empty();
 }
 
 void Press(HWND dialog, int button) {
@@ -156,7 +152,7 @@ TEST_F(OperationsTest, AddsMovesAndGivesCommands) {
 TEST_F(OperationsTest, ARefusalShowsTheLibrarysText) {
   SelectNames({L"Inkwell"});
   // Nobody may write the side key, though the window still believes so.
-  const LimitedKey limited(HKEY_CURRENT_USER, kSideKey, LimitedKey::Rights::kReadOnly);
+  const LimitedKey limited(HKEY_CURRENT_USER, kRunSide, LimitedKey::Rights::kReadOnly);
   gui.Command(CMD_DISABLE);
   const HWND box = gui.WaitForDialog();
   ASSERT_NE(box, nullptr);
@@ -188,7 +184,7 @@ TEST_F(OperationsTest, UndoesAndRedoes) {
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_STEPS) > 0; }));
   EXPECT_EQ(gui.Cell(IDC_CHECKPOINTS, 0, 1), L"Done");
   gui.Screenshot(L"startupmanager-undo");
-  SetValue(HKEY_CURRENT_USER, kSideKey, L"Aurora Mixer", Sz(L"changed meanwhile"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"Aurora Mixer", Sz(L"changed meanwhile"));
   for (const int answer : {IDCANCEL, IDOK}) {
     gui.Command(CMD_UNDO);
     const HWND question = gui.WaitForDialog();

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int kEntries = 10'000;
 constexpr double kLongestPause = 100;  // milliseconds
-const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 template <typename Action>
 double Milliseconds(Action&& action) {

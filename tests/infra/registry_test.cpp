@@ -173,19 +173,6 @@ TEST_F(TRegistryTest, WritesAndDeletes) {
   EXPECT_EQ(registry_.KeyNames(), std::vector<std::wstring>{L"one"});
 }
 
-TEST(KeyTreeTest, DeletionHonoursTheView) {
-  if (!test::HasTwoViews()) return;
-  const RegistryTree plain(kTree, HKEY_LOCAL_MACHINE, 0);
-  const RegistryTree other(kTree, HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY);
-  plain.Key(L"k\\deep");
-  other.Key(L"k\\deep");
-  TRegistry registry(KEY_ALL_ACCESS | KEY_WOW64_64KEY);
-  registry.SetRootKey(HKEY_LOCAL_MACHINE);
-  EXPECT_TRUE(registry.DeleteKey(std::wstring(kTree) + L"\\k"));
-  EXPECT_FALSE(other.Has(L"k"));
-  EXPECT_TRUE(plain.Has(L"k\\deep"));
-}
-
 TEST(KeyTreeTest, LinksAreNotEnteredAndUnreadableKeysStopTheDeletion) {
   const RegistryTree tree(kTree);
   tree.Set(L"precious\\deep", L"v", test::Dword(1));

@@ -3,12 +3,13 @@
 #include "infra/format.h"
 #include "infra/intf_DebugLog.h"
 #include "infra/intf_general.h"
+#include "infra/uAxDebug.h"
 #include "support/child_process.h"
-#include "support/fake_basekit.h"
 #include "support/fake_siblings.h"
 #include "support/file_fixture.h"
 #include "support/import_patch.h"
 #include "support/recording_safeguard.h"
+#include "support/registry_fixture.h"
 #include "support/test_main.h"
 
 #include <gtest/gtest.h>
@@ -81,10 +82,11 @@ TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
   ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
   const test::ChildResult result = test::RunProgram(program, {L"--child=AskForMissingRater"});
   EXPECT_EQ(result.exitCode, 1u);
-  EXPECT_EQ(result.output,
-            "Error: An error occurred while loading library raterkit.dll::File Rater. \r\r\n\r\r\nIt may have "
-            "been removed. Please reinstall the application. If the problem persists, contact technical "
-            "support.");
+  EXPECT_EQ(
+      result.output,
+      "Error: An error occurred while loading library raterkit.dll::File Rater. \r\r\n\r\r\nIt may have "
+      "been removed. Please reinstall the application. If the problem persists, contact technical "
+      "support.");
 }
 
 std::wstring g_shown;
@@ -96,8 +98,6 @@ int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UI
 }
 
 TEST_F(SiblingTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
-  const auto globals = MakeComObject<test::FakeGlobals>();
-  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, globals.Get());
   const test::ImportPatch patch("MessageBoxW", &RecordBox);
   g_shown.clear();
   EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
@@ -105,12 +105,60 @@ TEST_F(SiblingTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
   EXPECT_EQ(g_shown, Format(L"Quillmark Startup Manager: Really? %d\n"
                             L"Quillmark Startup Manager: Failed %d owned\n",
                             0x42004, 0x42010));
-  test::InstallFakeSibling(L"basekit.dll", IGlobals::kId, nullptr);
 }
 
 TEST(AsciiTextTest, OnlyAsciiLettersFold) {
   EXPECT_EQ(AsciiLowerCase(L"@AZ[`az{ \x00C4\x0130"), L"@az[`az{ \x00C4\x0130");
   EXPECT_FALSE(SameAsciiText(L"\x00C4", L"\x00E4"));
+}
+
+constexpr wchar_t kSettings[] = L"Software\\Quillmark\\DebugMode";
+
+SMH_CHILD(DebugDecision) {
+  StartDebugLog();
+  const bool decided = IsDebugMode();
+  // What was decided at the start holds.
+  SetDebugModeSetting(!decided);
+  return IsDebugMode() == decided ? decided : 2;
+}
+
+struct DebugCase {
+  bool library;
+  std::optional<test::RawValue> setting;
+  std::vector<std::wstring> arguments;
+  DWORD expected;
+};
+
+TEST(DebugDecisionTest, LibraryThenRegistryThenFirstArgument) {
+  const test::RawValue odd{REG_DWORD, {std::byte{1}}};
+  const DebugCase cases[] = {
+      {false, test::Dword(1), {L"-debug"}, 0},
+      {true, std::nullopt, {}, 0},
+      {true, test::Dword(1), {}, 1},
+      {true, test::Dword(2), {}, 0},
+      {true, test::Sz(L"1"), {}, 0},
+      {true, odd, {}, 0},
+      {true, std::nullopt, {L"-debug"}, 1},
+      {true, test::Dword(0), {L"-DeBuG"}, 1},
+      {true, std::nullopt, {L"x", L"-debug"}, 0},
+      {true, std::nullopt, {L"-debugger"}, 0},
+  };
+  const test::SavedKey saved(HKEY_CURRENT_USER, kSettings);
+  const test::TemporaryFolder folder;
+  const std::wstring program = folder.File(L"host.exe");
+  ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
+  const std::wstring library = folder.File(L"tracekit.dll");
+  for (const DebugCase& row : cases) {
+    DeleteFileW(library.c_str());
+    if (row.library) folder.Write(L"tracekit.dll", "only its presence counts");
+    test::DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+    if (row.setting) test::SetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode", *row.setting);
+    std::vector<std::wstring> arguments = row.arguments;
+    arguments.push_back(L"--child=DebugDecision");
+    const test::ChildResult result = test::RunProgram(program, arguments);
+    EXPECT_EQ(result.exitCode, row.expected) << "case " << &row - cases << ": " << result.output;
+    EXPECT_EQ(test::GetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode"), test::Dword(1 - row.expected));
+  }
 }
 
 }  // namespace

@@ -1,14 +1,7 @@
 // Locations whose entries are a list that the test writes, in place of the real location classes.
 #pragma once
 
-#include "model/uLocationStartup.h"
 #include "support/module_fixture.h"
-
-#include <atomic>
-#include <functional>
-#include <mutex>
-#include <string>
-#include <vector>
 
 namespace smh::test {
 
@@ -21,40 +14,90 @@ class FakeLocation final : public TLocationStartup {
     std::wstring name;
     std::wstring command;
   };
-  void SetEntries(std::vector<Entry> entries);
-  void Reset();
-  std::vector<ItemRef> Listed();
-  ItemRef Listed(const std::wstring& name);
+
+  void SetEntries(std::vector<Entry> entries) {
+    const std::scoped_lock lock(lock_);
+    entries_ = std::move(entries);
+  }
+  void Reset() {
+    SetEntries({});
+    reads = 0;
+    changed = false;
+    onRead = nullptr;
+  }
+  ItemRef Listed(const std::wstring& name) const { return FindItem(LocationType(), name); }
   // A change of this location, for the length of the scope.
   ChangeGate::Scope BeginChange() { return ChangeGate::Scope(Gate()); }
 
-  bool ItemExists(const TStartupItem& item) override;
-  void ReadItems() override;
-  bool IsChanged() override;
-  int ExtractItem(bool checkpoint, const ItemRef& item) override;
-  void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
-                  const std::wstring& entryName) override;
-  void PutBackItem(bool checkpoint) override;
+  bool ItemExists(const TStartupItem&) override { return true; }
+  void ReadItems() override {
+    ++reads;
+    const std::optional<Load> load = BeginLoad();
+    if (!load) return;
+    if (onRead) onRead();
+    std::vector<Entry> entries;
+    {
+      const std::scoped_lock lock(lock_);
+      entries = entries_;
+    }
+    for (const Entry& entry : entries) {
+      FoundEntry item;
+      item.name = entry.name;
+      item.caption = entry.name;
+      item.command = entry.command;
+      if (!AddOrUpdateItem(std::move(item), *load)) return;
+    }
+    RemoveMissingItems(*load);
+  }
+  bool IsChanged() override { return changed.exchange(false); }
 
   std::atomic<int> reads{0};
   std::atomic<bool> changed{false};
-  bool failInsert = false;
   // Called at the beginning of a load.
   std::function<void()> onRead;
-  // What the move halves were called with, in order.
-  std::vector<std::wstring> calls;
 
  private:
   std::mutex lock_;
   std::vector<Entry> entries_;
-  std::vector<Entry> extracted_;
 };
 
+template <TTypeStartupLocation type, bool isAble>
+std::unique_ptr<TLocationStartup> MakeFake() {
+  return std::make_unique<FakeLocation>(type, isAble);
+}
+
+inline void RegisterFakes() {
+  RegisterLocationClass(MakeFake<sulRegistryUserRun, true>);
+  RegisterLocationClass(MakeFake<sulRegistryRunServices, true>);
+  RegisterLocationClass(MakeFake<sulRegistryIEBrowserObjects, false>);
+}
+
+inline std::span<const ModuleStep> StepsWithFakes() {
+  static std::vector<ModuleStep> steps;
+  for (const ModuleStep& step : ModuleSteps()) {
+    steps.push_back(step);
+    if (step.name == std::wstring_view(L"location classes")) steps.back().start = RegisterFakes;
+  }
+  return steps;
+}
+
+inline const bool g_fakesAreChosen = (stepsUnderTest = StepsWithFakes, true);
+
+inline FakeLocation& Fake(TTypeStartupLocation type) {
+  return dynamic_cast<FakeLocation&>(*FindLocation(type));
+}
+
 // Read by default, and only with the show-all switch.
-FakeLocation& UsualLocation();
-FakeLocation& RareLocation();
+inline FakeLocation& UsualLocation() {
+  return Fake(sulRegistryUserRun);
+}
+inline FakeLocation& RareLocation() {
+  return Fake(sulRegistryRunServices);
+}
 // Cannot do anything.
-FakeLocation& FixedLocation();
+inline FakeLocation& FixedLocation() {
+  return Fake(sulRegistryIEBrowserObjects);
+}
 
 // The locations as they are made.
 class FakeLocationTest : public ModuleTest {

@@ -1,4 +1,3 @@
-#include "model/item_list.h"
 #include "support/module_fixture.h"
 
 namespace smh::test {

@@ -12,22 +12,6 @@ using ::testing::IsEmpty;
 
 class LocationBaseTest : public FakeLocationTest {};
 
-TEST_F(LocationBaseTest, ALoadAddsUpdatesAndDropsByNameIgnoringAsciiCase) {
-  UsualLocation().SetEntries({{L"A", L"a.exe"}, {L"b", L"b.exe"}, {L"\xC4", L"umlaut.exe"}});
-  UsualLocation().ReadItems();
-  const ItemRef a = UsualLocation().Listed(L"a");
-  ASSERT_NE(a, nullptr);
-  EXPECT_EQ(UsualLocation().Listed(L"\xE4"), nullptr) << "only ASCII letters lose their case";
-  EXPECT_TRUE(LogHas(L"Add item \"b\" in location \"sulRegistryUserRun\"."));
-
-  UsualLocation().SetEntries({{L"a", L"new.exe"}, {L"\xC4", L"umlaut.exe"}});
-  UsualLocation().ReadItems();
-  EXPECT_TRUE(a->IsListed());
-  EXPECT_EQ(a->Details().Command, L"new.exe");
-  EXPECT_EQ(UsualLocation().Listed().size(), 2u);
-  EXPECT_TRUE(LogHas(L"Delete item \"b\" in location \"sulRegistryUserRun\"."));
-}
-
 TEST_F(LocationBaseTest, ALoadOvertakenByAChangeAddsAndDropsNothing) {
   UsualLocation().SetEntries({{L"a", L"a.exe"}});
   UsualLocation().ReadItems();
@@ -66,31 +50,6 @@ TEST_F(LocationBaseTest, OperationsThatALocationLacksAreAssertions) {
   }
   EXPECT_TRUE(item->IsListed());
   EXPECT_FALSE(fixed.GetCanModify());
-}
-
-TEST_F(LocationBaseTest, AMoveIsCheckpointExtractInsertAndBackWhenTheInsertFails) {
-  UsualLocation().SetEntries({{L"first", L"1.exe"}, {L"n", L"C:\\windows\\notepad.exe"}});
-  UsualLocation().ReadItems();
-  UsualLocation().MoveItem(UsualLocation().Listed(L"n"), sulRegistryRunServices);
-  EXPECT_THAT(UsualLocation().calls, ElementsAre(L"extract n"));
-  EXPECT_THAT(RareLocation().calls, ElementsAre(L"insert 1 on C:\\windows\\notepad.exe notepad"));
-  EXPECT_THAT(module.Safeguard().Lines(),
-              ElementsAre(L"BeginCheckpoint \"Startup Manager: Moving n\"", L"EndCheckpoint"));
-
-  RareLocation().failInsert = true;
-  EXPECT_THROW(UsualLocation().MoveItem(UsualLocation().Listed(L"first"), sulRegistryRunServices), EOSError);
-  EXPECT_THAT(UsualLocation().calls, ElementsAre(L"extract n", L"extract first", L"put back"));
-  EXPECT_TRUE(
-      LogHas(L"Error move item \"first\" from \"sulRegistryUserRun\" to \"sulRegistryRunServices\"."));
-}
-
-TEST_F(LocationBaseTest, AnEntryNameIsAcceptedOnceWhateverItsCase) {
-  UsualLocation().SetEntries({{L"x", L"C:\\windows\\notepad.exe"}});
-  UsualLocation().ReadItems();
-  RareLocation().SetEntries({{L"y", L"C:\\no such\\NOTEPAD.exe"}, {L"z", L"C:\\windows\\regedit.exe"}});
-  RareLocation().ReadItems();
-  EXPECT_FALSE(UsualLocation().CanAcceptItem(*RareLocation().Listed(L"y")));
-  EXPECT_TRUE(UsualLocation().CanAcceptItem(*RareLocation().Listed(L"z")));
 }
 
 // Getting, setting and sharing are tested through the boundary.

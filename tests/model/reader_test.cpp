@@ -4,8 +4,6 @@
 #include "support/process_counts.h"
 #include "support/waiting.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <future>
 #include <thread>

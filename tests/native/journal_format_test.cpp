@@ -96,17 +96,5 @@ TEST(JournalFormat, RecordsThatCannotFollowEndTheReading) {
   }
 }
 
-TEST(JournalFormat, CountsBeyondTheEndAllocateNothing) {
-  // A value step whose key claims four billion units.
-  RecordWriter payload;
-  payload.U8(2);
-  payload.U32(0);
-  payload.U8(0);
-  payload.U32(0xFFFFFFFF);
-  const auto read = DecodeJournal(Joined({EncodeBeginning({}), Framed(payload.Written())}));
-  ASSERT_TRUE(read);
-  EXPECT_TRUE(read->steps.empty());
-}
-
 }  // namespace
 }  // namespace smh::test

@@ -30,25 +30,6 @@ std::string Ansi(const StoredText& text) {
   return std::string(text.AnsiView());
 }
 
-TEST(HeaderTest, ErrorsSayWhatWasFound) {
-  const BuiltLink good = LinkBuilder{}.Build();
-  LinkSections link;
-  try {
-    link.Load(good.With("HeaderSize", 0x80000001).AsBytes());
-    FAIL();
-  } catch (const LinkFormatError& error) {
-    EXPECT_EQ(error.HeaderSize(), 0x80000001u);
-  }
-  try {
-    link.Load(good.With("LinkCLSIDHigh", 0x1122334455667788).AsBytes());
-    FAIL();
-  } catch (const LinkFormatError& error) {
-    EXPECT_EQ(error.ClassId()[0], std::byte{1});
-    EXPECT_EQ(error.ClassId()[8], std::byte{0x88});
-    EXPECT_EQ(error.ClassId()[15], std::byte{0x11});
-  }
-}
-
 TEST(IdListTest, OnlyWellFormedListsPass) {
   struct Row {
     std::string list;
@@ -120,7 +101,8 @@ TEST(LinkInfoTest, TextsBehindTheStructureAreEmpty) {
   EXPECT_FALSE(half.fault);
   EXPECT_TRUE(half.LinkInfo().LocalBasePath().Empty());
   // Fields of a volume there are zero.
-  for (const std::uint64_t at : {size, size - 3}) EXPECT_FALSE(LoadedLink(unicode.With("VolumeIDOffset", at)).fault);
+  for (const std::uint64_t at : {size, size - 3})
+    EXPECT_FALSE(LoadedLink(unicode.With("VolumeIDOffset", at)).fault);
 }
 
 TEST(LinkInfoTest, NetNameIsAnsiUpToOffset20) {
@@ -134,20 +116,6 @@ TEST(LinkInfoTest, NetNameIsAnsiUpToOffset20) {
   EXPECT_EQ(Wide(LoadedLink(unicode).LinkInfo().NetName()), u"\\\\n\u00E9w\\share");
   EXPECT_TRUE(LoadedLink(unicode.With("LinkInfoFlags", 1)).LinkInfo().NetName().Empty());
   EXPECT_TRUE(LoadedLink(unicode.With("CommonNetworkRelativeLinkOffset", 0)).LinkInfo().NetName().Empty());
-}
-
-TEST(StringTest, EachFlagReadsItsOwnText) {
-  const LoadedLink link(FullLink());
-  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kName)), u"Does things");
-  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kRelativePath)), u"..\\tool.exe");
-  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kArguments)), u"/start \"a b\"");
-  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kWorkingDir)), u"C:\\Work");
-  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kIconLocation)), u"C:\\Tools\\icons.dll");
-  LinkBuilder one;
-  one.strings = {{LinkString::kWorkingDir, u"C:\\W"}};
-  const LoadedLink alone(one);
-  EXPECT_EQ(Wide(alone.Strings().Text(LinkString::kWorkingDir)), u"C:\\W");
-  EXPECT_TRUE(alone.Strings().Text(LinkString::kArguments).Empty());
 }
 
 TEST(StringTest, CutAtTheFirstZero) {

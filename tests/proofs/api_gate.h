@@ -5,7 +5,6 @@
 #include "support/import_patch.h"
 
 #include <initializer_list>
-#include <memory>
 #include <vector>
 
 namespace smh::test {

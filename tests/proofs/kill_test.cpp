@@ -3,7 +3,6 @@
 #include "proofs/api_gate.h"
 #include "proofs/proof_report.h"
 #include "proofs/undo_world.h"
-#include "support/child_process.h"
 #include "support/test_main.h"
 
 namespace smh::test {

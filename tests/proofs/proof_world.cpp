@@ -25,7 +25,7 @@ struct KeyPlace {
 
 const std::vector<KeyPlace>& KeyPlaces() {
   static const std::vector<KeyPlace> places = {{HKEY_LOCAL_MACHINE, kRunKey},
-                                               {HKEY_LOCAL_MACHINE, kHandlersKey},
+                                               {HKEY_LOCAL_MACHINE, kMenusKey},
                                                {HKEY_LOCAL_MACHINE, kObjectsKey},
                                                {HKEY_LOCAL_MACHINE, kApprovedKey},
                                                {HKEY_CURRENT_USER, kRunKey}};
@@ -82,28 +82,10 @@ void RemoveFiles(const std::wstring& folder) {
   }
 }
 
-void AddFiles(std::string& dump, const std::wstring& folder) {
-  if (!fs::is_directory(folder)) return;
-  std::vector<std::string> lines;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_directory()) continue;
-    const std::wstring path = entry.path().wstring();
-    const std::string bytes = ReadFileBytes(path);
-    lines.push_back(Narrow(path) + " = " + std::to_string(bytes.size()) + " bytes, " +
-                    std::to_string(std::hash<std::string>()(bytes)) + "\n");
-  }
-  std::ranges::sort(lines);
-  for (const std::string& line : lines) dump += line;
-}
-
 }  // namespace
 
-REGSAM OwnView() {
-  return HasTwoViews() ? KEY_WOW64_64KEY : 0;
-}
-
 ProofWorld::ProofWorld(bool withLocations)
-    : keys_({kRunKey, kHandlersKey, kObjectsKey, kApprovedKey, kServerKey}),
+    : keys_({kRunKey, kMenusKey, kObjectsKey, kApprovedKey, kServerKey}),
       letGo_(withLocations ? LetGo(LetGoOfFolders) : LetGo()) {
   Put(HKEY_LOCAL_MACHINE, kServerKey + L"\\InprocServer32", L"", Sz(L"C:\\Samples\\class.dll"));
   RemoveFolders();
@@ -153,16 +135,11 @@ void ProofWorld::PutShortcut(const std::wstring& file, const std::wstring& argum
   WriteShortcut(fields, file);
 }
 
-void ProofWorld::PutFile(const std::wstring& file, std::string_view bytes) const {
-  fs::create_directories(fs::path(file).parent_path());
-  WriteFileBytes(file, bytes);
-}
-
 std::string ProofWorld::Entries() const {
   std::string dump;
   ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { AddEntries(dump, root, key, view); });
   for (const std::wstring& folder : Folders()) {
-    if (!folder.ends_with(kTemporary)) AddFiles(dump, folder);
+    if (!folder.ends_with(kTemporary)) dump += DumpFolder(WithoutTrailingBackslash(folder), false);
   }
   return dump;
 }

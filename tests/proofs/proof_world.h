@@ -2,24 +2,11 @@
 #pragma once
 
 #include "model/uLocationStartup.h"
-#include "support/file_fixture.h"
 #include "support/registry_fixture.h"
 #include "support/startup_folders.h"
 
-#include <optional>
-#include <string>
-#include <vector>
-
 namespace smh::test {
 
-inline const std::wstring kRunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-inline const std::wstring kRunSide = kRunKey + L"\\Disabled (Startup Manager)";
-inline const std::wstring kHandlersKey = L"Software\\Classes\\*\\shellex\\ContextMenuHandlers";
-inline const std::wstring kObjectsKey =
-    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Browser Helper Objects";
-inline const std::wstring kApprovedKey =
-    L"Software\\Microsoft\\Windows\\CurrentVersion\\Shell Extensions\\Approved";
-inline const std::wstring kAutorunsSide = L"\\AutorunsDisabled";
 // A class with a server in every view.
 inline const std::wstring kServedClass = L"{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8A11}";
 
@@ -42,7 +29,6 @@ class ProofWorld {
            Views views = Views::kBoth) const;
   // A shortcut to kProgram; makes the folder.
   void PutShortcut(const std::wstring& file, const std::wstring& arguments) const;
-  void PutFile(const std::wstring& file, std::string_view bytes) const;
 
   const StartupPlaces& User() const { return *user_; }
   const StartupPlaces& Common() const { return *common_; }
@@ -62,7 +48,6 @@ class ProofWorld {
   std::optional<StartupPlaces> common_;
 };
 
-REGSAM OwnView();
 // What the item list says about the entries: sorted lines of name, state and command. A shortcut's command is
 // left out unless asked for: one that could not be read when it was changed is completed by the next load.
 std::vector<std::string> ListedEntries(bool withShortcuts = false);

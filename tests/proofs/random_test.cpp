@@ -3,10 +3,8 @@
 #include "model/item_list.h"
 #include "proofs/proof_report.h"
 #include "proofs/undo_world.h"
-#include "support/child_process.h"
 #include "support/test_main.h"
 
-#include <memory>
 #include <random>
 
 namespace smh::test {
@@ -80,11 +78,11 @@ void ArrangeEverything(ProofWorld& world) {
     world.Put(HKEY_LOCAL_MACHINE, kRunKey, std::wstring(L"plain ") + name, Sz(kProgram), Views::kPlain);
     world.Put(HKEY_LOCAL_MACHINE, kRunSide, std::wstring(L"off ") + name, Sz(kProgram), Views::kOwn);
     world.Put(HKEY_CURRENT_USER, kRunKey, name, Sz(kProgram + L" /user"));
-    world.Put(HKEY_LOCAL_MACHINE, kHandlersKey + L"\\" + name, L"", Sz(kServedClass));
-    world.Put(HKEY_LOCAL_MACHINE, kHandlersKey + L"\\" + name + L"\\below", L"v", Binary("bytes"));
+    world.Put(HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name, L"", Sz(kServedClass));
+    world.Put(HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name + L"\\below", L"v", Binary("bytes"));
     world.PutShortcut(world.User().startup + name + L".lnk", name);
     world.PutShortcut(world.Common().disabled + name + L" too.lnk", name);
-    world.PutFile(world.User().startup + name + L".exe", "not much of a program");
+    WriteFileBytes(world.User().startup + name + L".exe", "not much of a program");
   }
   world.Put(HKEY_CURRENT_USER, kRunKey, L"number", Dword(7));
   world.Put(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kServedClass, L"", Sz(L"object"));

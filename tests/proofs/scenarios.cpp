@@ -71,19 +71,19 @@ void Handler(ProofWorld& world, const std::wstring& key, const RawValue& value) 
   world.Put(kMachine, key, L"", value);
 }
 void HandlerWithTree(ProofWorld& world) {
-  const std::wstring key = kHandlersKey + L"\\Foo";
+  const std::wstring key = kMenusKey + L"\\Foo";
   Handler(world, key, Sz(kServedClass));
   world.Put(kMachine, key, L"extra", Dword(7));
   world.Put(kMachine, key + L"\\deeper\\still", L"v", Binary("bytes"));
   world.Put(kMachine, key + L"\\other", L"", Sz(L"o"));
 }
 void HandlerOverOther(ProofWorld& world) {
-  Handler(world, kHandlersKey + L"\\Foo", ExpandSz(kServedClass));
-  Handler(world, kHandlersKey + kAutorunsSide + L"\\Foo", Sz(L"{not a class}"));
+  Handler(world, kMenusKey + L"\\Foo", ExpandSz(kServedClass));
+  Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(L"{not a class}"));
 }
 void HandlerListedTwice(ProofWorld& world) {
-  Handler(world, kHandlersKey + L"\\Foo", Sz(kServedClass));
-  Handler(world, kHandlersKey + kAutorunsSide + L"\\Foo", Sz(kServedClass));
+  Handler(world, kMenusKey + L"\\Foo", Sz(kServedClass));
+  Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(kServedClass));
 }
 void ObjectInBothViews(ProofWorld& world) {
   Handler(world, kObjectsKey + L"\\" + kServedClass, Sz(L"Foo"));
@@ -115,7 +115,7 @@ void ShortcutOfUser(ProofWorld& world) {
 }
 void ShortcutNameTaken(ProofWorld& world) {
   ShortcutOfUser(world);
-  world.PutFile(world.User().disabled + L"Foo.lnk", "taken");
+  WriteFileBytes(world.User().disabled + L"Foo.lnk", "taken");
 }
 void ShortcutDisabled(ProofWorld& world) {
   world.PutShortcut(world.User().disabled + L"Foo.lnk", L"/old");
@@ -127,7 +127,7 @@ void ShortcutOfAllDisabled(ProofWorld& world) {
   world.PutShortcut(world.Common().disabled + L"Foo.lnk", L"/old");
 }
 void ProgramDisabledByOther(ProofWorld& world) {
-  world.PutFile(world.User().brisko + L"Foo.exe", "MZ not much of a program");
+  WriteFileBytes(world.User().brisko + L"Foo.exe", "MZ not much of a program");
 }
 
 }  // namespace

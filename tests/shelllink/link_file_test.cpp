@@ -1,6 +1,5 @@
 // Opening and refusing files.
 
-#include "shelllink/link_file.h"
 #include "shelllink/shell_link_fixture.h"
 
 namespace smh::test {

@@ -1,8 +1,16 @@
-// The texts of a link: target rules, conversion, description.
+// The texts of a link: target rules, conversion, description, names of the shell; and links as the shell
+// saves them.
 #include "shelllink/shell_link_fixture.h"
+
+#include "infra/com_ptr.h"
+#include "shelllink/desktop_folder.h"
 #include "support/child_process.h"
 
+#include <gtest/gtest.h>
 #include <shlobj.h>
+
+#include <cstring>
+#include <stdexcept>
 
 namespace smh::test {
 namespace {
@@ -93,6 +101,100 @@ TEST_F(LinkTargetTest, DesktopFolderIsFetchedAnewAfterAStop) {
   StopShellLink();
   StartShellLink();
   EXPECT_EQ(info.Target(), file);
+}
+
+void Check(HRESULT result) {
+  if (FAILED(result)) throw std::runtime_error("the shell's link object failed");
+}
+
+ComPtr<IShellLinkW> NewShellLink() {
+  ComPtr<IShellLinkW> link;
+  Check(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                         reinterpret_cast<void**>(link.Put())));
+  return link;
+}
+
+void Save(IShellLinkW& link, const std::wstring& path) {
+  ComPtr<IPersistFile> file;
+  Check(link.QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(file.Put())));
+  Check(file->Save(path.c_str(), TRUE));
+}
+
+class SavedLinkTest : public ShellLinkTest {};
+
+TEST_F(SavedLinkTest, EveryPropertyComesBack) {
+  const std::wstring program = folder.Write(L"a program.exe", "x");
+  const std::wstring icons = folder.File(L"icons.dll");
+  const ComPtr<IShellLinkW> saved = NewShellLink();
+  Check(saved->SetPath(program.c_str()));
+  Check(saved->SetArguments(L"/one \"two three\""));
+  Check(saved->SetDescription(L"K\u00F6ln \u4E2D"));
+  Check(saved->SetWorkingDirectory(folder.Path().c_str()));
+  Check(saved->SetIconLocation(icons.c_str(), -5));
+  Check(saved->SetShowCmd(SW_SHOWMINNOACTIVE));
+  Check(saved->SetHotkey(0x0641));
+  const std::wstring path = folder.File(L"saved.lnk");
+  Save(*saved, path);
+
+  const TShellLinkInfo info(path);
+  EXPECT_EQ(info.Target(), program);
+  EXPECT_EQ(info.Arguments(), L"/one \"two three\"");
+  EXPECT_EQ(info.Description(), L"K\u00F6ln \u4E2D");
+  EXPECT_EQ(info.WorkingDirectory(), folder.Path());
+  EXPECT_EQ(info.IconLocation(), icons);
+  EXPECT_EQ(info.IconIndex(), -5);
+  EXPECT_EQ(info.ShowCommand(), DWORD{SW_SHOWMINNOACTIVE});
+  EXPECT_EQ(info.HotKey(), 0x0641);
+  EXPECT_EQ(info.FileSize(), ReadFileBytes(path).size());
+}
+
+TEST_F(SavedLinkTest, TargetThatDoesNotExist) {
+  const std::wstring gone = folder.File(L"gone.exe");
+  const ComPtr<IShellLinkW> saved = NewShellLink();
+  // Succeeds with S_FALSE on some systems.
+  Check(saved->SetPath(gone.c_str()));
+  const std::wstring path = folder.File(L"gone.lnk");
+  Save(*saved, path);
+  EXPECT_EQ(TShellLinkInfo(path).Target(), gone);
+}
+
+Bytes BytesOf(std::string_view text) {
+  return std::as_bytes(std::span(text));
+}
+
+TEST(ShellNameTest, WideStringIsTakenOver) {
+  STRRET name{};
+  name.uType = STRRET_WSTR;
+  name.pOleStr = static_cast<wchar_t*>(CoTaskMemAlloc(6 * sizeof(wchar_t)));
+  std::memcpy(name.pOleStr, L"C:\\\u4E2D.", 6 * sizeof(wchar_t));
+  EXPECT_EQ(TakeShellName(name, {}), L"C:\\\u4E2D.");
+  EXPECT_EQ(name.pOleStr, nullptr);
+  EXPECT_EQ(TakeShellName(name, {}), L"");
+}
+
+TEST(ShellNameTest, OffsetStaysInsideTheList) {
+  constexpr std::string_view kList("ab\0cde", 6);
+  STRRET name{};
+  name.uType = STRRET_OFFSET;
+  EXPECT_EQ(TakeShellName(name, BytesOf(kList)), L"ab");
+  name.uOffset = 3;
+  EXPECT_EQ(TakeShellName(name, BytesOf(kList)), L"cde");
+  for (const UINT offset : {6u, 7u, 0xFFFFFFFFu}) {
+    name.uOffset = offset;
+    EXPECT_EQ(TakeShellName(name, BytesOf(kList)), L"") << offset;
+  }
+}
+
+TEST(ShellNameTest, AnsiStringEndsWithItsBuffer) {
+  STRRET name{};
+  name.uType = STRRET_CSTR;
+  std::memcpy(name.cStr, "C:\\a", 5);
+  EXPECT_EQ(TakeShellName(name, {}), L"C:\\a");
+  std::memset(name.cStr, 'x', sizeof name.cStr);
+  EXPECT_EQ(TakeShellName(name, {}), std::wstring(MAX_PATH, L'x'));
+  // An unknown form is nothing.
+  name.uType = 99;
+  EXPECT_EQ(TakeShellName(name, BytesOf("text")), L"");
 }
 
 }  // namespace

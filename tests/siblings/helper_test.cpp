@@ -2,7 +2,6 @@
 
 #include "infra/text.h"
 #include "siblings/sibling_library.h"
-#include "support/child_process.h"
 
 #include <gtest/gtest.h>
 #include <shlobj.h>

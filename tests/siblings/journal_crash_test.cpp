@@ -1,93 +1,17 @@
-// Owners that die, disks that fill up, journals that are torn.
+// Threads that leave, disks that fill up, undos that fail. Owners that die have a proof of their own.
 #include "siblings/journal_fixture.h"
 
-#include "support/child_process.h"
 #include "support/file_fixture.h"
 #include "support/import_patch.h"
 #include "support/state_dump.h"
-#include "support/test_main.h"
 
 #include <atomic>
-#include <filesystem>
-#include <optional>
 #include <thread>
 
 namespace smh::test {
 namespace {
 
 constexpr wchar_t kTree[] = L"Software\\SmhJournalCrash";
-
-[[noreturn]] void Die() {
-  TerminateProcess(GetCurrentProcess(), 1);
-  std::abort();
-}
-
-LSTATUS WINAPI DieBeforeSetting(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
-  Die();
-}
-LSTATUS WINAPI DieAfterSetting(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
-                               DWORD size) {
-  RegSetValueExW(key, name, reserved, type, data, size);
-  Die();
-}
-
-// Changes "v" from "1" to "2" in a checkpoint and dies: "before" or "after" the call, or "open" behind it.
-SMH_CHILD(JournalCrash) {
-  const Guardkit guardkit;
-  guardkit.Begin(L"crash");
-  guardkit.Set(HKEY_CURRENT_USER, std::wstring(kTree) + L"\\made", L"first", Sz(L"done"));
-  std::optional<ImportPatch> patch;
-  if (arguments[0] == L"before") patch.emplace("RegSetValueExW", &DieBeforeSetting, guardkit.Module());
-  if (arguments[0] == L"after") patch.emplace("RegSetValueExW", &DieAfterSetting, guardkit.Module());
-  guardkit.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"2"));
-  Die();
-}
-
-TEST_F(JournalTest, OwnersDeathAtAnyPointIsTakenBack) {
-  using enum StepOutcome;
-  const struct {
-    const wchar_t* when;
-    StepOutcome last;
-  } rows[] = {{L"before", kNothing}, {L"after", kUndo}, {L"open", kUndo}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(row.when)));
-    ClearJournal();
-    const RegistryTree tree(kTree);
-    tree.Set({}, L"v", Sz(L"1"));
-    const std::string before = DumpKey(HKEY_CURRENT_USER, kTree);
-    EXPECT_EQ(RunChild(L"JournalCrash", {row.when}).exitCode, 1u);
-    const auto interrupted = guardkit_.List(true);
-    ASSERT_EQ(interrupted.size(), 1u);
-    EXPECT_EQ(interrupted[0].state, CheckpointState::kInterrupted);
-    EXPECT_EQ(interrupted[0].title, L"crash");
-    EXPECT_EQ(interrupted[0].steps, 3u);
-    // The next checkpoint is not held up by it.
-    Checkpoint([&] { guardkit_.Set(HKEY_CURRENT_USER, kTree, L"other", Sz(L"1")); });
-    EXPECT_EQ(guardkit_.Undo().result, S_OK);
-    const UndoAnswer answer = guardkit_.Undo();
-    EXPECT_EQ(answer.checkpoint, interrupted[0].id);
-    EXPECT_EQ(answer.outcomes, (std::vector{row.last, kUndo, kUndo}));
-    EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, kTree), before);
-    EXPECT_TRUE(guardkit_.List(true).empty());
-  }
-}
-
-TEST_F(JournalTest, TornTailLeavesTheStepsBeforeIt) {
-  const RegistryTree tree(kTree);
-  const std::uint32_t id = Checkpoint([&] {
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"1"));
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"1"));
-  });
-  const std::wstring file = JournalFolderPath() + L"\\00000001.journal";
-  std::string bytes = ReadFileBytes(file);
-  // The end and half of the last mark.
-  bytes.resize(bytes.size() - 13 - 8);
-  WriteFileBytes(file, bytes);
-  EXPECT_EQ(guardkit_.List().front().state, CheckpointState::kInterrupted);
-  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
-  EXPECT_FALSE(tree.Get({}, L"v"));
-  EXPECT_FALSE(tree.Get({}, L"w"));
-}
 
 BOOL WINAPI DiskIsFull(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
   *written = 0;

@@ -8,8 +8,6 @@
 #include "support/import_patch.h"
 #include "support/state_dump.h"
 
-#include <filesystem>
-
 namespace smh::test {
 namespace {
 

@@ -10,8 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include <filesystem>
 
 namespace smh::test {
 
@@ -34,8 +33,7 @@ struct UndoAnswer {
 // Without the gtest fixture, for child processes.
 class Guardkit {
  public:
-  Guardkit();
-
+  Guardkit() { safeguard_->GetRegAccess(access_.Put()); }
   HMODULE Module() const noexcept { return library_.Module(); }
   ISafeguard& Safeguard() const noexcept { return *safeguard_; }
   IJournal& Journal() const noexcept { return *journal_; }
@@ -44,15 +42,69 @@ class Guardkit {
   LSTATUS End() const { return safeguard_->EndCheckpoint(); }
   // Through IRegAccess, with the key opened for it; `key` may be missing in Set.
   LSTATUS Set(HKEY root, const std::wstring& key, const std::wstring& name, const RawValue& value,
-              REGSAM view = 0) const;
-  LSTATUS RemoveValue(HKEY root, const std::wstring& key, const std::wstring& name, REGSAM view = 0) const;
-  LSTATUS RemoveKey(HKEY root, const std::wstring& key, REGSAM view = 0) const;
+              REGSAM view = 0) const {
+    HKEY opened = nullptr;
+    LSTATUS status =
+        access_->CreateKey(root, key.c_str(), nullptr, &opened, 0, KEY_ALL_ACCESS | view, 0, 0, 0);
+    if (status != ERROR_SUCCESS) return status;
+    status = access_->SetValue(opened, name.c_str(), static_cast<DWORD>(value.bytes.size()),
+                               value.bytes.data(), value.type, 0);
+    access_->CloseKey(opened);
+    return status;
+  }
+  LSTATUS RemoveValue(HKEY root, const std::wstring& key, const std::wstring& name, REGSAM view = 0) const {
+    HKEY opened = nullptr;
+    LSTATUS status = access_->OpenKey(root, key.c_str(), &opened, KEY_ALL_ACCESS | view, 0);
+    if (status != ERROR_SUCCESS) return status;
+    status = access_->DeleteValue(opened, name.c_str());
+    access_->CloseKey(opened);
+    return status;
+  }
+  LSTATUS RemoveKey(HKEY root, const std::wstring& key, REGSAM view = 0) const {
+    return access_->DeleteKey(root, key.c_str(), view, 0);
+  }
 
-  std::vector<ListedCheckpoint> List(bool onlyInterrupted = false) const;
-  UndoAnswer Undo(std::uint32_t id = 0, UndoMode mode = UndoMode::kRun) const;
-  UndoAnswer Redo(std::uint32_t id, UndoMode mode = UndoMode::kRun) const;
+  std::vector<ListedCheckpoint> List(bool onlyInterrupted = false) const {
+    ComPtr<ICheckpointList> list;
+    EXPECT_EQ(onlyInterrupted ? journal_->GetInterrupted(list.Put()) : journal_->GetCheckpoints(list.Put()),
+              S_OK);
+    std::vector<ListedCheckpoint> rows;
+    for (std::int32_t i = 0; list && i < list->GetCount(); ++i) {
+      CheckpointInfo info;
+      EXPECT_EQ(list->GetInfo(i, &info), S_OK);
+      const std::wstring title = TakeText([&](BoundaryText* text) { return list->GetTitle(i, text); });
+      rows.push_back({info.id, info.state, title, info.steps, info.undoes});
+    }
+    return rows;
+  }
+  UndoAnswer Undo(std::uint32_t id = 0, UndoMode mode = UndoMode::kRun) const {
+    ComPtr<IUndoReport> report;
+    const HRESULT result = journal_->Undo(id, mode, report.Put());
+    return Collect(result, std::move(report));
+  }
+  UndoAnswer Redo(std::uint32_t id, UndoMode mode = UndoMode::kRun) const {
+    ComPtr<IUndoReport> report;
+    const HRESULT result = journal_->Redo(id, mode, report.Put());
+    return Collect(result, std::move(report));
+  }
 
  private:
+  static UndoAnswer Collect(HRESULT result, ComPtr<IUndoReport> report) {
+    UndoAnswer answer;
+    answer.result = result;
+    if (!report) return answer;
+    answer.checkpoint = report->GetCheckpoint();
+    answer.own = report->GetOwnCheckpoint();
+    for (std::int32_t i = 0; i < report->GetCount(); ++i) {
+      StepOutcome outcome;
+      BoundaryString text;
+      EXPECT_EQ(report->GetStep(i, &outcome, text.Put()), S_OK);
+      answer.outcomes.push_back(outcome);
+      answer.texts += text.Text() + L'\n';
+    }
+    return answer;
+  }
+
   SiblingLibrary library_{L"guardkit.dll"};
   ISafeguard* safeguard_ = library_.Service<ISafeguard>();
   IJournal* journal_ = library_.Service<IJournal>();
@@ -60,8 +112,15 @@ class Guardkit {
 };
 
 // The folder of the journal that this process has, without a trailing backslash.
-std::wstring JournalFolderPath();
-void ClearJournal();
+inline std::wstring JournalFolderPath() {
+  std::wstring path = JournalPath(JournalKindOf(ReadTokenFacts()));
+  path.pop_back();
+  return path;
+}
+inline void ClearJournal() {
+  std::error_code ignored;
+  std::filesystem::remove_all(JournalFolderPath(), ignored);
+}
 
 class JournalTest : public testing::Test {
  protected:

@@ -2,15 +2,11 @@
 #include "siblings/journal_fixture.h"
 
 #include "common/data_folder.h"
-#include "infra/folder_access.h"
 #include "infra/text.h"
 #include "support/file_fixture.h"
 #include "support/state_dump.h"
 
-#include <sddl.h>
 #include <shlobj.h>
-
-#include <filesystem>
 
 namespace smh::test {
 namespace {
@@ -24,36 +20,6 @@ TEST(JournalPlace, PrivilegedProcessesHaveAJournalOfTheirOwn) {
   EXPECT_EQ(JournalPath(JournalKind::kUser), DataFolder() + L"Journal\\");
   EXPECT_EQ(JournalPath(JournalKind::kMachine),
             ShellFolder(CSIDL_COMMON_APPDATA) + L"\\Quillmark\\Startup Manager\\Journal\\");
-}
-
-// The decision by itself: the file system here keeps neither owners nor rights.
-TEST(JournalPlace, NobodyElseMayOwnTheFolderOrHaveAnyRight) {
-  const struct {
-    const wchar_t* sddl;
-    bool accepted;
-  } rows[] = {
-      {L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)", true},
-      {L"O:SYD:P(A;OICI;FA;;;SY)", true},
-      {L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;;FR;;;BU)", false},
-      {L"O:BAD:P(A;OICI;FA;;;BA)(A;;0x80;;;AU)", false},
-      {L"O:BAD:P(A;OICI;FA;;;BA)(A;;FA;;;S-1-5-21-1-2-3-1001)", false},
-      {L"O:S-1-5-21-1-2-3-1001D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)", false},
-      {L"O:BUD:P(A;OICI;FA;;;BA)", false},
-      {L"O:BA", false},
-  };
-  for (const auto& row : rows) {
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(row.sddl, SDDL_REVISION_1, &descriptor,
-                                                                     nullptr));
-    PSID owner = nullptr;
-    PACL dacl = nullptr;
-    BOOL ignored;
-    GetSecurityDescriptorOwner(descriptor, &owner, &ignored);
-    GetSecurityDescriptorDacl(descriptor, &ignored, &dacl, &ignored);
-    EXPECT_EQ(IsTrusted(owner, dacl, kAnyRight), row.accepted)
-        << testing::PrintToString(std::wstring(row.sddl));
-    LocalFree(descriptor);
-  }
 }
 
 class JournalRetention : public JournalTest {

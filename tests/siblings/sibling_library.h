@@ -2,21 +2,24 @@
 #pragma once
 
 #include "infra/boundary_string.h"
-#include "infra/handle.h"
 #include "infra/import_function.h"
+#include "support/child_process.h"
 
 #include <unknwn.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
+#include <stdexcept>
 
 namespace smh::test {
 
 class SiblingLibrary {
  public:
   // "basekit.dll". Throws std::runtime_error.
-  explicit SiblingLibrary(const wchar_t* file);
+  explicit SiblingLibrary(const wchar_t* file)
+      : module_(LoadLibraryW((ThisFolder() + file).c_str())),
+        getInstance_(ImportFunction<decltype(getInstance_)>(module_.Get(), "GetInstance")) {
+    if (getInstance_ == nullptr) throw std::runtime_error("a sibling library cannot be loaded");
+  }
 
   HMODULE Module() const noexcept { return module_.Get(); }
   void* Instance(const wchar_t* id) const noexcept { return getInstance_(id, 0); }
@@ -24,7 +27,6 @@ class SiblingLibrary {
   Interface* Service() const noexcept {
     return static_cast<Interface*>(Instance(Interface::kId));
   }
-  std::vector<std::string> ExportNames() const;
 
  private:
   ScopedModule module_;

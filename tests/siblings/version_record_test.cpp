@@ -106,7 +106,9 @@ TEST(VersionRecordTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
 
 class VersionFileTest : public testing::Test {
  protected:
-  std::wstring Description(const std::wstring& path) { return cache_.Get(path)->String(L"FileDescription"); }
+  std::wstring Description(const std::wstring& path) {
+    return std::wstring(cache_.Get(path)->String(L"FileDescription"));
+  }
 
   const std::wstring sample_ = SamplePath();
   const std::wstring library_ = test::ThisFolder() + L"basekit.dll";

@@ -104,4 +104,8 @@ std::wstring ThisFolder() {
   return program.substr(0, program.rfind(L'\\') + 1);
 }
 
+std::wstring SampleProgramFile() {
+  return ThisFolder() + L"..\\samples\\drive_c\\Program Files\\Northlight Audio\\auroratray.exe";
+}
+
 }  // namespace smh::test

@@ -66,5 +66,7 @@ ChildResult RunChild(const std::wstring& name, const std::vector<std::wstring>& 
 std::wstring ThisProgram();
 // The folder of this program, with a trailing backslash.
 std::wstring ThisFolder();
+// A program that starts without consequence, with a version record, to be copied.
+std::wstring SampleProgramFile();
 
 }  // namespace smh::test

@@ -32,10 +32,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::wstring TemporaryFolder::Write(std::wstring_view name, std::string_view bytes) const {
-  const std::wstring path = File(name);
-  fs::create_directories(fs::path(path).parent_path());
-  WriteFileBytes(path, bytes);
-  return path;
+  return WriteFileBytes(File(name), bytes);
 }
 
 std::wstring TemporaryFolder::MakeFolder(std::wstring_view name) const {
@@ -43,10 +40,12 @@ std::wstring TemporaryFolder::MakeFolder(std::wstring_view name) const {
   return File(name);
 }
 
-void WriteFileBytes(const std::wstring& path, std::string_view bytes) {
+std::wstring WriteFileBytes(const std::wstring& path, std::string_view bytes) {
+  fs::create_directories(fs::path(path).parent_path());
   std::ofstream file(fs::path(path), std::ios::binary | std::ios::trunc);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!file.flush()) throw std::runtime_error("a test file cannot be written");
+  return path;
 }
 
 std::string ReadFileBytes(const std::wstring& path) {

@@ -26,7 +26,8 @@ class TemporaryFolder {
   std::wstring path_;
 };
 
-void WriteFileBytes(const std::wstring& path, std::string_view bytes);
+// Makes missing folders and answers the path.
+std::wstring WriteFileBytes(const std::wstring& path, std::string_view bytes);
 // Throws std::runtime_error when the file cannot be read.
 std::string ReadFileBytes(const std::wstring& path);
 // The lines of a log: UTF-16 with its byte-order mark, every line ended by CRLF. Throws std::runtime_error

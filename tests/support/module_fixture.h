@@ -4,6 +4,7 @@
 #include "core/module_start.h"
 #include "infra/uStatisticsLog.h"
 #include "model/item_list.h"
+#include "model/uLocationStartup.h"
 #include "support/fake_siblings.h"
 #include "support/file_fixture.h"
 #include "support/recording_safeguard.h"
@@ -48,8 +49,26 @@ class ModuleTest : public ::testing::Test {
   ModuleTest() {
     module.Safeguard().Clear();
     module.Settings().useCheckpoints = true;
+    ClearItems();
+  }
+
+  static void ClearItems() {
     ScopedLock lock(Items().Lock());
     Items().Clear();
+  }
+  // The location's items in the order of the list, and what their entries are called.
+  static std::vector<ItemRef> Listed(const TLocationStartup& location) {
+    std::vector<ItemRef> listed;
+    ScopedLock lock(Items().Lock());
+    for (const ItemRef& item : Items().Snapshot()) {
+      if (item->Location() == location.LocationType()) listed.push_back(item);
+    }
+    return listed;
+  }
+  static std::vector<std::wstring> Captions(const TLocationStartup& location) {
+    std::vector<std::wstring> captions;
+    for (const ItemRef& item : Listed(location)) captions.push_back(item->GivenText());
+    return captions;
   }
 
   // The statistics log as saved, every line.
@@ -61,6 +80,32 @@ class ModuleTest : public ::testing::Test {
   static bool LogHas(std::wstring_view line) { return LogText().find(line) != std::wstring::npos; }
 
   ModuleUnderTest& module = ModuleUnderTest::Instance();
+};
+
+// A fixture whose tests run twice: with changes recorded inside a checkpoint, and plain.
+template <typename Fixture>
+class BothWays : public Fixture, public ::testing::WithParamInterface<bool> {
+ protected:
+  BothWays() { this->module.Settings().useCheckpoints = this->GetParam(); }
+
+  // The service's calls since the last look: all inside a checkpoint of that title, and these when some are
+  // given. None without checkpoints.
+  void ExpectCheckpoint(const std::wstring& title, const std::vector<std::wstring>& calls = {}) {
+    std::vector<std::wstring> lines = this->module.Safeguard().Lines();
+    this->module.Safeguard().Clear();
+    if (!this->GetParam()) {
+      EXPECT_TRUE(lines.empty()) << "recorded without checkpoints";
+      return;
+    }
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(lines.front(), L"BeginCheckpoint \"" + title + L'"');
+    EXPECT_EQ(lines.back(), L"EndCheckpoint");
+    lines = std::vector(lines.begin() + 1, lines.end() - 1);
+    for (const std::wstring& line : lines) EXPECT_EQ(line.find(L"Checkpoint"), std::wstring::npos);
+    if (!calls.empty()) {
+      EXPECT_EQ(lines, calls);
+    }
+  }
 };
 
 }  // namespace smh::test

@@ -85,6 +85,12 @@ Bytes UnitBytes(std::wstring_view units) {
   return bytes;
 }
 
+std::wstring TextOf(const std::optional<RawValue>& value) {
+  if (!value) return L"(none)";
+  const auto* const units = reinterpret_cast<const wchar_t*>(value->bytes.data());
+  return std::wstring(units, std::max<std::size_t>(value->bytes.size() / sizeof(wchar_t), 1) - 1);
+}
+
 RawValue Sz(std::wstring_view text) {
   return TextValue(REG_SZ, text);
 }
@@ -284,6 +290,10 @@ LimitedKey::~LimitedKey() {
 bool HasTwoViews() {
   BOOL wow64 = FALSE;
   return IsWow64Process(GetCurrentProcess(), &wow64) && wow64;
+}
+
+REGSAM OwnView() {
+  return HasTwoViews() ? KEY_WOW64_64KEY : 0;
 }
 
 }  // namespace smh::test

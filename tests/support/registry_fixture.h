@@ -3,6 +3,7 @@
 #pragma once
 
 #include "infra/handle.h"
+#include "support/known_keys.h"
 
 #include <cstddef>
 #include <memory>
@@ -27,6 +28,8 @@ RawValue ExpandSz(std::wstring_view text);
 RawValue MultiSz(const std::vector<std::wstring>& texts);
 RawValue Dword(DWORD number);
 RawValue Binary(std::string_view bytes);
+// A text without its terminator; "(none)" for no value.
+std::wstring TextOf(const std::optional<RawValue>& value);
 // The units of the text and nothing else: no terminator.
 Bytes UnitBytes(std::wstring_view units);
 
@@ -123,5 +126,7 @@ class LimitedKey {
 
 // Whether this is a 64-bit Windows, where the registry has two views.
 bool HasTwoViews();
+// The view that the library lists first and makes new entries in.
+REGSAM OwnView();
 
 }  // namespace smh::test

@@ -8,8 +8,6 @@
 #include <gmock/gmock.h>
 #include <sddl.h>
 
-#include <filesystem>
-
 namespace smh::test {
 namespace {
 
@@ -73,6 +71,17 @@ TEST(FolderAccess, OnlySystemAndAdministratorsMayOwnAndChange) {
   for (const Row& row : rows) {
     const Descriptor descriptor(row.sddl);
     EXPECT_EQ(IsTrusted(descriptor.owner, descriptor.dacl), row.trusted) << fs::path(row.sddl);
+  }
+}
+
+// The folder of the backup journal is nobody else's business.
+TEST(FolderAccess, AnyRightMayBeOneTooMany) {
+  const Descriptor own(L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)");
+  EXPECT_TRUE(IsTrusted(own.owner, own.dacl, kAnyRight));
+  for (const wchar_t* sddl : {L"O:BAD:P(A;OICI;FA;;;BA)(A;;FR;;;BU)",
+                              L"O:BAD:P(A;OICI;FA;;;BA)(A;;0x80;;;AU)", L"O:BUD:P(A;OICI;FA;;;BA)"}) {
+    const Descriptor others(sddl);
+    EXPECT_FALSE(IsTrusted(others.owner, others.dacl, kAnyRight)) << fs::path(sddl);
   }
 }
 

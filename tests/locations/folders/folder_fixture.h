@@ -2,19 +2,19 @@
 #pragma once
 
 #include "locations/folders/shortcut_writer.h"
-#include "model/uLocationStartup.h"
 #include "link_builder.h"
+#include "support/child_process.h"
 #include "support/module_fixture.h"
 #include "support/startup_folders.h"
 
-#include <string>
-#include <vector>
+#include <algorithm>
+#include <filesystem>
 
 namespace smh::test {
 
 class FolderTest : public ModuleTest {
  protected:
-  FolderTest();
+  FolderTest() { SettleBoth(); }
 
   static TLocationStartup& UserFolder() { return *FindLocation(sulFolderUser); }
   static TLocationStartup& CommonFolder() { return *FindLocation(sulFolderCommon); }
@@ -26,40 +26,61 @@ class FolderTest : public ModuleTest {
   std::wstring Command(const std::wstring& arguments) const { return program_ + L' ' + arguments; }
 
   // All make the file's folder and answer the file's path.
-  static std::wstring Put(const std::wstring& path, std::string_view bytes);
+  static std::wstring Put(const std::wstring& path, std::string_view bytes) {
+    return WriteFileBytes(path, bytes);
+  }
   static std::wstring Put(const std::wstring& path, const LinkBuilder& link) {
     return Put(path, link.Build().Text());
   }
   // A shortcut to Program() as the shell saves it.
-  std::wstring PutShortcut(const std::wstring& path, const std::wstring& arguments = {}) const;
+  std::wstring PutShortcut(const std::wstring& path, const std::wstring& arguments = {}) const {
+    ShortcutFields fields;
+    fields.target = program_;
+    fields.arguments = arguments;
+    WriteShortcut(fields, Put(path, ""));
+    return path;
+  }
 
   // The item of that file; null when there is none.
-  static ItemRef LoadAndFind(TLocationStartup& location, const std::wstring& file);
+  static ItemRef LoadAndFind(TLocationStartup& location, const std::wstring& file) {
+    location.ReadItems();
+    return FindItem(location.LocationType(), file);
+  }
   // The names of the location's items, in the order of the list.
-  static std::vector<std::wstring> Names(TLocationStartup& location);
+  static std::vector<std::wstring> Names(const TLocationStartup& location) {
+    std::vector<std::wstring> names;
+    for (const ItemRef& item : Listed(location)) names.push_back(item->Name());
+    return names;
+  }
   // The names of the files and folders in a folder, sorted; empty for a missing one.
-  static std::vector<std::wstring> FilesIn(const std::wstring& folder);
-  static bool Exists(const std::wstring& file);
+  static std::vector<std::wstring> FilesIn(const std::wstring& folder) {
+    namespace fs = std::filesystem;
+    std::vector<std::wstring> names;
+    if (!fs::is_directory(folder)) return names;
+    for (const auto& entry : fs::directory_iterator(folder))
+      names.push_back(entry.path().filename().wstring());
+    std::ranges::sort(names);
+    return names;
+  }
+  static bool Exists(const std::wstring& file) {
+    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+  }
   // Takes changes until there is none.
-  static void Settle(TLocationStartup& location);
-  static void SettleBoth();
+  static void Settle(TLocationStartup& location) {
+    while (location.IsChanged()) {
+    }
+  }
+  static void SettleBoth() {
+    Settle(UserFolder());
+    Settle(CommonFolder());
+  }
 
   const StartupPlaces user{StartupPlaces::Whose::kUser, SettleBoth};
   const StartupPlaces common{StartupPlaces::Whose::kCommon, SettleBoth};
 
  private:
-  TemporaryFolder folder_;
-  std::wstring program_;
-};
-
-// Every test twice: with changes recorded inside a checkpoint, and plain.
-class FolderChangeBase : public FolderTest, public ::testing::WithParamInterface<bool> {
- protected:
-  FolderChangeBase() { module.Settings().useCheckpoints = GetParam(); }
-
-  // The recorded calls since the last look, which must be these inside a checkpoint of that title; none
-  // without checkpoints.
-  void ExpectRecorded(const std::wstring& title, std::vector<std::wstring> calls);
+  const TemporaryFolder folder_;
+  const std::wstring program_ = folder_.Write(L"auroratray.exe", ReadFileBytes(SampleProgramFile()));
 };
 
 // The code of the system error that `change` raises; 0 when nothing is raised. Other exceptions pass.

@@ -1,9 +1,10 @@
-// Moves between the Startup folders, and to and from a Run key.
+// Moves between the Startup folders, and to and from a Run key; and a backup service that refuses, pretends
+// or does half of a change, which then fails and loses nothing.
 #include "folder_fixture.h"
+
 #include "shelllink/uShellLinkInfo.h"
 #include "support/registry_fixture.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace smh::test {
@@ -13,14 +14,11 @@ namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-const std::wstring kRun = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-const std::wstring kRunSide = kRun + L"\\Disabled (Startup Manager)";
-
-class FolderMove : public FolderChangeBase {
+class FolderMove : public BothWays<FolderTest> {
  protected:
-  FolderMove() : savedRun_(HKEY_CURRENT_USER, kRun) {
-    DeleteKeyTree(HKEY_CURRENT_USER, kRun);
-    MakeKey(HKEY_CURRENT_USER, kRun);
+  FolderMove() : savedRun_(HKEY_CURRENT_USER, kRunKey) {
+    DeleteKeyTree(HKEY_CURRENT_USER, kRunKey);
+    MakeKey(HKEY_CURRENT_USER, kRunKey);
   }
 
   TLocationStartup& UserRun() { return *FindLocation(sulRegistryUserRun); }
@@ -41,8 +39,8 @@ TEST_P(FolderMove, BetweenTheFoldersTheFileGoesAlongWithItsState) {
   const std::string bytes = ReadFileBytes(enabled);
   const int position = on->Position();
   UserFolder().MoveItem(on, sulFolderCommon);
-  ExpectRecorded(L"Startup Manager: Moving On",
-                 {L"MoveFile \"" + enabled + L"\" \"" + common.startup + L"On (1).lnk\""});
+  ExpectCheckpoint(L"Startup Manager: Moving On",
+                   {L"MoveFile \"" + enabled + L"\" \"" + common.startup + L"On (1).lnk\""});
   EXPECT_FALSE(Exists(enabled));
   EXPECT_FALSE(on->IsListed());
   EXPECT_EQ(ReadFileBytes(common.startup + L"On (1).lnk"), bytes);
@@ -91,7 +89,7 @@ TEST_P(FolderMove, AFileThatIsGoneLeavesTheList) {
     UserFolder().MoveItem(item, target);
     EXPECT_FALSE(item->IsListed());
   }
-  EXPECT_THAT(Values(HKEY_CURRENT_USER, kRun), IsEmpty());
+  EXPECT_THAT(Values(HKEY_CURRENT_USER, kRunKey), IsEmpty());
 }
 
 TEST_P(FolderMove, ToARunKeyAndBack) {
@@ -102,7 +100,7 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   UserFolder().MoveItem(FindItem(sulFolderUser, off), sulRegistryUserRun);
   EXPECT_FALSE(Exists(on));
   EXPECT_FALSE(Exists(off));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"On"), Sz(Command(L"/tray")));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"On"), Sz(Command(L"/tray")));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Off"), Sz(Command(L"/off")));
   EXPECT_THAT(Names(UserFolder()), IsEmpty());
 
@@ -124,7 +122,7 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->IsEnabled(), items[0]->IsEnabled());
   EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
-  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRun).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
+  EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunKey).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
 }
 
 TEST_P(FolderMove, NamesOfMovedInEntriesBecomePlainAndUnique) {
@@ -153,7 +151,7 @@ TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
   const ItemRef item = LoadAndFind(UserFolder(), file);
   const int position = item->Position();
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
     EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryUserRun), Exception);
   }
   EXPECT_EQ(ReadFileBytes(file), link.Build().Text());
@@ -174,6 +172,106 @@ TEST_P(FolderMove, AFilePutBackFindsItsNameTaken) {
   EXPECT_EQ(ReadFileBytes(file), "somebody else's");
   EXPECT_EQ(ReadFileBytes(user.startup + L"Foo (1).lnk"), bytes);
   EXPECT_EQ(FindItem(sulFolderUser, user.startup + L"Foo (1).lnk"), item);
+}
+
+namespace fs = std::filesystem;
+
+class FolderFailure : public FolderTest {
+ protected:
+  FolderFailure()
+      : file_(PutShortcut(user.startup + L"Foo.lnk", L"/old")),
+        bytes_(ReadFileBytes(file_)),
+        item_(LoadAndFind(UserFolder(), file_)) {}
+
+  void ExpectAsBefore() const {
+    EXPECT_EQ(ReadFileBytes(file_), bytes_);
+    EXPECT_EQ(item_->Name(), file_);
+    EXPECT_TRUE(item_->IsListed());
+    EXPECT_TRUE(item_->IsEnabled());
+    EXPECT_EQ(item_->Details().Command, Command(L"/old"));
+    EXPECT_EQ(FilesIn(user.temporary).size(), 0u);
+  }
+
+  const std::wstring file_;
+  const std::string bytes_;
+  const ItemRef item_;
+};
+
+TEST_F(FolderFailure, EveryFailedCallRaisesItsErrorAndIsLogged) {
+  struct Row {
+    const wchar_t* call;
+    std::function<void()> change;
+    std::wstring line;
+  };
+  const std::wstring quoted = L'"' + file_ + L'"';
+  const Row rows[] = {
+      {L"MoveFile", [&] { UserFolder().DisableItem(item_); },
+       L"Error disable item " + quoted + L" in location \"sulFolderUser\"."},
+      {L"DeleteFile", [&] { UserFolder().DeleteItem(item_); },
+       L"Error delete item " + quoted + L" in location \"sulFolderUser\"."},
+      {L"CopyFile", [&] { UserFolder().ChangeItemCommand(item_, Program() + L" /new"); },
+       L"Error change item " + quoted + L" comand on \"" + Program() +
+           L" /new\" in location \"sulFolderUser\"\r\n"},
+      {L"MoveFile", [&] { UserFolder().MoveItem(item_, sulFolderCommon); },
+       L"Error move item " + quoted + L" from \"sulFolderUser\" to \"sulFolderCommon\"."},
+      {L"DeleteFile", [&] { UserFolder().MoveItem(item_, sulRegistryUserRun); },
+       L"Error move item " + quoted + L" from \"sulFolderUser\" to \"sulRegistryUserRun\"."},
+      {L"MoveFile", [&] { UserFolder().AddItem(L"New", Program()); },
+       L"Error add item \"New\" (" + Program() + L") in location \"sulFolderUser\"."},
+  };
+  for (const Row& row : rows) {
+    for (const wchar_t* call : {row.call, L"BeginCheckpoint"}) {
+      module.Safeguard().Answer(call, ERROR_DISK_FULL);
+      EXPECT_EQ(ErrorOf(row.change), DWORD(ERROR_DISK_FULL)) << fs::path(row.line);
+      ExpectAsBefore();
+      EXPECT_TRUE(LogHas(L"Error class   : EOSError"));
+      EXPECT_TRUE(LogHas(row.line)) << fs::path(row.line);
+      module.Safeguard().Clear();
+    }
+    module.Safeguard().Answer(row.call, ERROR_SUCCESS);
+    EXPECT_NE(ErrorOf(row.change), 0u) << "pretended: " << fs::path(row.line);
+    ExpectAsBefore();
+    module.Safeguard().Clear();
+  }
+  EXPECT_THAT(FilesIn(user.startup), ::testing::ElementsAre(L"Foo.lnk"));
+  EXPECT_THAT(FilesIn(common.startup), ::testing::IsEmpty());
+}
+
+TEST_F(FolderFailure, AMoveThatLeavesTheSourceBehindIsNoMove) {
+  module.Safeguard().Before([&](const std::wstring& line) {
+    if (line.starts_with(L"MoveFile")) fs::copy_file(file_, user.disabled + L"Foo.lnk");
+  });
+  module.Safeguard().Answer(L"MoveFile", ERROR_SUCCESS);
+  EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(item_); }), 0u);
+  ExpectAsBefore();
+  EXPECT_FALSE(Exists(user.disabled + L"Foo.lnk"));
+}
+
+TEST_F(FolderFailure, AReplacementThatEndsHalfwayIsUndone) {
+  for (const LSTATUS status : {LSTATUS(ERROR_DISK_FULL), LSTATUS(ERROR_SUCCESS)}) {
+    module.Safeguard().Before([&](const std::wstring& line) {
+      if (line.starts_with(L"CopyFile")) WriteFileBytes(file_, "half");
+    });
+    module.Safeguard().Answer(L"CopyFile", status);
+    EXPECT_NE(ErrorOf([&] { UserFolder().ChangeItemCommand(item_, Program() + L" /new"); }), 0u);
+    ExpectAsBefore();
+    module.Safeguard().Clear();
+  }
+}
+
+// Numbering would make the name longer than a file system takes.
+TEST_F(FolderFailure, ANameThatCannotBeNumberedStays) {
+  const std::wstring name = std::wstring(251, L'n') + L".lnk";
+  const std::wstring file = Put(user.startup + name, bytes_);
+  Put(user.disabled + name, "taken");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  for (const bool checkpoints : {true, false}) {
+    module.Settings().useCheckpoints = checkpoints;
+    EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(item); }), 0u);
+    EXPECT_EQ(ReadFileBytes(file), bytes_);
+    EXPECT_EQ(ReadFileBytes(user.disabled + name), "taken");
+    EXPECT_TRUE(item->IsEnabled());
+  }
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// What a load meets: many handlers, keys that go while they are read, classes that cannot be looked up.
+// What a load meets: many handlers, keys that go while they are read, classes that cannot be looked up; and
+// which key each location loads.
 #include "handler_fixture.h"
 
 #include "infra/import_function.h"
@@ -10,70 +11,49 @@ namespace smh::test {
 
 namespace {
 
-const std::wstring kClasses = L"Software\\Classes\\CLSID\\";
-
 std::wstring Numbered(int number) {
   return L"Handler " + std::to_wstring(number);
 }
 
-unsigned registryCalls = 0;
+unsigned openedKeys = 0;
 // The handler that goes as soon as it is about to be opened; none when empty.
 std::wstring vanishing;
 
-// The platform's function; this program's own import leads to the counting one.
-template <typename Function>
-Function* Original(const char* name) noexcept {
-  return ImportFunction<Function*>(GetModuleHandleW(L"advapi32.dll"), name);
-}
-
 LSTATUS WINAPI CountedOpen(HKEY key, LPCWSTR name, DWORD options, REGSAM access, PHKEY result) {
-  ++registryCalls;
+  ++openedKeys;
   if (!vanishing.empty() && name != nullptr && vanishing == name) {
     vanishing.clear();
     RegDeleteKeyExW(key, name, HasTwoViews() ? KEY_WOW64_64KEY : 0, 0);
   }
-  static const auto original = Original<decltype(RegOpenKeyExW)>("RegOpenKeyExW");
+  // This program's own import leads here.
+  static const auto original =
+      ImportFunction<decltype(&RegOpenKeyExW)>(GetModuleHandleW(L"advapi32.dll"), "RegOpenKeyExW");
   return original(key, name, options, access, result);
 }
-LSTATUS WINAPI CountedQuery(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
-                            LPDWORD size) {
-  ++registryCalls;
-  static const auto original = Original<decltype(RegQueryValueExW)>("RegQueryValueExW");
-  return original(key, name, reserved, type, data, size);
-}
-LSTATUS WINAPI CountedEnum(HKEY key, DWORD index, LPWSTR name, LPDWORD size, LPDWORD reserved, LPWSTR text,
-                           LPDWORD textSize, PFILETIME time) {
-  ++registryCalls;
-  static const auto original = Original<decltype(RegEnumKeyExW)>("RegEnumKeyExW");
-  return original(key, index, name, size, reserved, text, textSize, time);
-}
-
-unsigned CallsOfOneLoad(TLocationStartup& location) {
-  registryCalls = 0;
+unsigned KeysOpenedByOneLoad(TLocationStartup& location) {
+  openedKeys = 0;
   location.ReadItems();
-  return registryCalls;
+  return openedKeys;
 }
 
 class HandlerLoad : public HandlerTest {
  private:
   const ImportPatch open_{"RegOpenKeyExW", &CountedOpen};
-  const ImportPatch query_{"RegQueryValueExW", &CountedQuery};
-  const ImportPatch enumerate_{"RegEnumKeyExW", &CountedEnum};
 };
 
 }  // namespace
 
-TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfCalls) {
+TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfKeys) {
   const auto fill = [](int from, int to) {
-    const ScopedKey list = MakeKey(HKEY_LOCAL_MACHINE, kObjects, OwnView());
+    const ScopedKey list = MakeKey(HKEY_LOCAL_MACHINE, kObjectsKey, OwnView());
     for (int i = from; i < to; ++i) SetHandler(list.Get(), Numbered(i), kClass, OwnView());
   };
   fill(0, 10);
-  const unsigned few = CallsOfOneLoad(Objects());
+  const unsigned few = KeysOpenedByOneLoad(Objects());
   fill(10, 510);
-  const unsigned some = CallsOfOneLoad(Objects());
+  const unsigned some = KeysOpenedByOneLoad(Objects());
   fill(510, 5010);
-  const unsigned all = CallsOfOneLoad(Objects());
+  const unsigned all = KeysOpenedByOneLoad(Objects());
   ASSERT_EQ(Listed(Objects()).size(), 5010u);
   EXPECT_GT(some, few);
   EXPECT_EQ(all - some, 9 * (some - few));
@@ -82,14 +62,14 @@ TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfCalls) {
   vanishing = Numbered(2500);
   Objects().ReadItems();
   EXPECT_EQ(Listed(Objects()).size(), 5009u);
-  DeleteKeyTree(HKEY_LOCAL_MACHINE, kObjects, OwnView());
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, kObjectsKey, OwnView());
   Objects().ReadItems();
   EXPECT_THAT(Listed(Objects()), ::testing::IsEmpty());
 }
 
 TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {
   for (const std::wstring& name : {kClass, kOther, kUnserved})
-    SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\" + name, L"d", OwnView());
+    SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name, L"d", OwnView());
   std::vector<std::unique_ptr<LimitedKey>> denied;
   const std::wstring looping = kClasses + kUnserved + L"\\InprocServer32";
   for (const REGSAM view : {REGSAM(0), OwnView()}) {
@@ -102,8 +82,123 @@ TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {
   }
   Menus().ReadItems();
   EXPECT_EQ(Listed(Menus()).size(), 1u);
-  EXPECT_NE(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenus + L"\\" + kClass, L"d"), nullptr);
+  EXPECT_NE(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + kClass, L"d"), nullptr);
   for (const REGSAM view : {REGSAM(0), OwnView()}) DeleteKeyTree(HKEY_LOCAL_MACHINE, looping, view);
+}
+
+using ::testing::ElementsAre;
+
+namespace {
+
+enum class Kind { kFolder, kRunKey, kHandlers, kValues };
+
+struct Row {
+  TTypeStartupLocation location;
+  Kind kind;
+  // Handler lists are read under both roots; folders have none.
+  HKEY root;
+  std::wstring path;
+};
+
+// Every location in the order of the list.
+std::vector<Row> ExpectedLocations() {
+  const std::wstring current = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
+  std::vector<Row> rows = {
+      {sulFolderUser, Kind::kFolder, nullptr, {}},
+      {sulFolderCommon, Kind::kFolder, nullptr, {}},
+      {sulRegistryShellExtApproved, Kind::kValues, HKEY_LOCAL_MACHINE,
+       current + L"Shell Extensions\\Approved"},
+  };
+  int ordinal = 11;
+  for (const wchar_t* list : {L"ContextMenuHandlers", L"DragDropHandlers", L"ColumnHandlers",
+                              L"PropertySheetHandlers", L"CopyHookHandlers"}) {
+    for (const wchar_t* files :
+         {L"*", L"AllFilesystemObjects", L"Directory", L"Folder", L"Directory\\Background"}) {
+      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++), Kind::kHandlers, nullptr,
+                      std::wstring(L"Software\\Classes\\") + files + L"\\shellex\\" + list});
+    }
+  }
+  const std::vector<Row> others = {
+      {sulRegistryUserRun, Kind::kRunKey, HKEY_CURRENT_USER, current + L"Run"},
+      {sulRegistryUserRunOnce, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce"},
+      {sulRegistryCommonRun, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"Run"},
+      {sulRegistryCommonRunOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce"},
+      {sulRegistryUserRunOnceSetup, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce\\Setup"},
+      {sulRegistryCommonRunOnceSetup, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce\\Setup"},
+      {sulRegistryRunServices, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServices"},
+      {sulRegistryRunServicesOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServicesOnce"},
+      {sulRegistryIEBrowserObjects, Kind::kHandlers, nullptr, current + L"Explorer\\Browser Helper Objects"},
+      {sulRegistryUserIEURLSearchHooks, Kind::kValues, HKEY_CURRENT_USER,
+       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
+      {sulRegistryCommonIEURLSearchHooks, Kind::kValues, HKEY_LOCAL_MACHINE,
+       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
+  };
+  rows.insert(rows.end(), others.begin(), others.end());
+  return rows;
+}
+
+}  // namespace
+
+class AllLocationsTest : public HandlerTest {
+ protected:
+  // An entry under both roots, of which a location may read only one.
+  static void Fill(const Row& row, const std::wstring& path, const std::wstring& name) {
+    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+      if (row.kind == Kind::kHandlers) {
+        SetHandler(root, path + L"\\" + name, kClass, OwnView());
+      } else if (row.kind == Kind::kValues) {
+        SetValue(root, path, name == L"on" ? kClass : kOther, Sz(name), OwnView());
+      } else {
+        SetValue(root, path, name, Sz(L"x.exe"), OwnView());
+      }
+    }
+  }
+};
+
+TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheList) {
+  const std::vector<Row> rows = ExpectedLocations();
+  ASSERT_EQ(Locations().size(), 39u);
+  ASSERT_EQ(rows.size(), 39u);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Row& row = rows[i];
+    TLocationStartup& location = *Locations()[i];
+    SCOPED_TRACE(row.location);
+    EXPECT_EQ(location.LocationType(), row.location);
+    EXPECT_TRUE(location.CanEnable());
+    EXPECT_TRUE(location.CanDelete());
+    EXPECT_EQ(location.CanModify(), row.kind == Kind::kFolder || row.kind == Kind::kRunKey);
+    if (row.kind == Kind::kFolder) continue;
+
+    const std::wstring side =
+        row.path + (row.kind == Kind::kRunKey ? L"\\Disabled (Startup Manager)" : L"\\AutorunsDisabled");
+    const EmptiedKeys emptied({row.path});
+    Fill(row, row.path, L"on");
+    Fill(row, side, L"off");
+    location.ReadItems();
+    const std::vector<ItemRef> items = Listed(location);
+    if (row.kind == Kind::kHandlers) {
+      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"on", L"off", L"off"));
+    } else {
+      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"off"));
+    }
+    for (const ItemRef& item : items) EXPECT_EQ(item->IsEnabled(), item->GivenText() == L"on");
+    if (!items.empty() && row.root != nullptr) {
+      EXPECT_THAT(
+          items[0]->Name(),
+          ::testing::HasSubstr(row.root == HKEY_CURRENT_USER ? L"HKEY_CURRENT_USER" : L"HKEY_LOCAL_MACHINE"));
+    }
+
+    // What it can do, done: the entry goes to the side key, back, and away.
+    if (items.empty()) continue;
+    location.DisableItem(items[0]);
+    EXPECT_FALSE(items[0]->IsEnabled());
+    EXPECT_THAT(items[0]->Name(), ::testing::HasSubstr(side));
+    location.EnableItem(items[0]);
+    EXPECT_TRUE(location.ItemExists(*items[0]));
+    location.DeleteItem(items[0]);
+    EXPECT_FALSE(location.ItemExists(*items[0]));
+    EXPECT_FALSE(items[0]->IsListed());
+  }
 }
 
 }  // namespace smh::test

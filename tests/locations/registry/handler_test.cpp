@@ -1,5 +1,4 @@
 #include "handler_fixture.h"
-#include "infra/uRegistryUtils.h"
 #include "locations/registry/shell_extension_classes.h"
 
 #include <gmock/gmock.h>
@@ -9,29 +8,10 @@ namespace smh::test {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Every change twice: recorded inside a checkpoint, and plain.
-class HandlerChange : public HandlerTest, public ::testing::WithParamInterface<bool> {
+class HandlerChange : public BothWays<HandlerTest> {
  protected:
-  HandlerChange() { module.Settings().useCheckpoints = GetParam(); }
-
-  std::vector<std::wstring> Checkpoints() {
-    std::vector<std::wstring> titles;
-    for (const std::wstring& line : module.Safeguard().Lines()) {
-      if (line.starts_with(L"BeginCheckpoint ")) titles.push_back(line.substr(16));
-    }
-    return titles;
-  }
-  void ExpectCheckpoint(const std::wstring& title) {
-    if (GetParam()) {
-      EXPECT_THAT(Checkpoints(), ElementsAre(L'"' + title + L'"'));
-      EXPECT_EQ(module.Safeguard().Lines().back(), L"EndCheckpoint");
-    } else {
-      EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
-    }
-    module.Safeguard().Clear();
-  }
   static ItemRef LoadMenu(const std::wstring& name, REGSAM view = OwnView()) {
-    return LoadAndFind(Menus(), view, HKEY_LOCAL_MACHINE, kMenus + L"\\" + name, kClass);
+    return LoadAndFind(Menus(), view, HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name, kClass);
   }
 };
 
@@ -40,37 +20,37 @@ INSTANTIATE_TEST_SUITE_P(Checkpoints, HandlerChange, ::testing::Bool());
 TEST_F(HandlerTest, HandlersAreListedByNameAndByIdentifierUnderBothRoots) {
   const HKEY kMachine = HKEY_LOCAL_MACHINE;
   const REGSAM view = OwnView();
-  SetHandler(kMachine, kMenus + L"\\Foo", kClass, view);
-  SetHandler(kMachine, kMenus + L"\\" + kClass, L"Described", view);
-  SetHandler(kMachine, kMenus + L"\\" + kOther, L"", view);
-  SetHandler(kMachine, kMenus + L"\\Unserved", kUnserved, view);
-  SetHandler(kMachine, kMenus + L"\\Program", L"txtfile", view);
-  SetHandler(kMachine, kMenus + L"\\Open", kClass.substr(0, kClass.size() - 1), view);
-  SetHandler(kMachine, kMenus + L"\\" + kOther.substr(0, kOther.size() - 1), kOther, view);
-  SetHandler(kMachine, kMenus + kSide, kClass, view);
-  SetHandler(kMachine, kMenus + kSide + L"\\Off", kOther, view);
-  SetHandler(HKEY_CURRENT_USER, kMenus + L"\\Foo", kClass, view);
+  SetHandler(kMachine, kMenusKey + L"\\Foo", kClass, view);
+  SetHandler(kMachine, kMenusKey + L"\\" + kClass, L"Described", view);
+  SetHandler(kMachine, kMenusKey + L"\\" + kOther, L"", view);
+  SetHandler(kMachine, kMenusKey + L"\\Unserved", kUnserved, view);
+  SetHandler(kMachine, kMenusKey + L"\\Program", L"txtfile", view);
+  SetHandler(kMachine, kMenusKey + L"\\Open", kClass.substr(0, kClass.size() - 1), view);
+  SetHandler(kMachine, kMenusKey + L"\\" + kOther.substr(0, kOther.size() - 1), kOther, view);
+  SetHandler(kMachine, kMenusKey + kAutorunsSide, kClass, view);
+  SetHandler(kMachine, kMenusKey + kAutorunsSide + L"\\Off", kOther, view);
+  SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Foo", kClass, view);
 
-  const ItemRef byName = LoadAndFind(Menus(), view, kMachine, kMenus + L"\\Foo", kClass);
+  const ItemRef byName = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\Foo", kClass);
   ASSERT_NE(byName, nullptr);
   EXPECT_EQ(byName->GivenText(), L"Foo");
   EXPECT_EQ(Command(byName), kServer);
   EXPECT_NE(FindItem(Menus().LocationType(),
-                     BuildFullValuePath(view, HKEY_CURRENT_USER, kMenus + L"\\Foo", kClass)),
+                     BuildFullValuePath(view, HKEY_CURRENT_USER, kMenusKey + L"\\Foo", kClass)),
             nullptr);
-  const ItemRef byClass = LoadAndFind(Menus(), view, kMachine, kMenus + L"\\" + kClass, L"Described");
+  const ItemRef byClass = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kClass, L"Described");
   ASSERT_NE(byClass, nullptr);
   EXPECT_EQ(byClass->GivenText(), L"Described");
-  const ItemRef empty = LoadAndFind(Menus(), view, kMachine, kMenus + L"\\" + kOther, L"");
+  const ItemRef empty = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kOther, L"");
   ASSERT_NE(empty, nullptr);
   EXPECT_EQ(empty->GivenText(), L"");
   EXPECT_FALSE(empty->Details().Caption.empty()) << "people see the file's name instead";
   EXPECT_TRUE(empty->Name().ends_with(L'\\'));
   // An identifier without its closing brace is a name like any other.
   EXPECT_NE(
-      LoadAndFind(Menus(), view, kMachine, kMenus + L"\\" + kOther.substr(0, kOther.size() - 1), kOther),
+      LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kOther.substr(0, kOther.size() - 1), kOther),
       nullptr);
-  const ItemRef off = LoadAndFind(Menus(), view, kMachine, kMenus + kSide + L"\\Off", kOther);
+  const ItemRef off = LoadAndFind(Menus(), view, kMachine, kMenusKey + kAutorunsSide + L"\\Off", kOther);
   ASSERT_NE(off, nullptr);
   EXPECT_FALSE(off->IsEnabled());
   EXPECT_EQ(Listed(Menus()).size(), 6u) << "neither the side key nor what has no server";
@@ -79,7 +59,7 @@ TEST_F(HandlerTest, HandlersAreListedByNameAndByIdentifierUnderBothRoots) {
 TEST_F(HandlerTest, OddDefaultValuesCountAsEmptyOrAsTheTextTheyAre) {
   const REGSAM view = OwnView();
   const auto path = [](int number) {
-    return kObjects + L"\\{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8B0" + std::to_wstring(number) + L"}";
+    return kObjectsKey + L"\\{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8B0" + std::to_wstring(number) + L"}";
   };
   std::vector<std::unique_ptr<RegistryTree>> classes;
   const std::optional<RawValue> values[] = {std::nullopt, Binary("abc"), MultiSz({kClass, L"b"}), Dword(1),
@@ -89,11 +69,11 @@ TEST_F(HandlerTest, OddDefaultValuesCountAsEmptyOrAsTheTextTheyAre) {
     const std::wstring key = path(number++);
     MakeKey(HKEY_LOCAL_MACHINE, key, view);
     if (value) SetValue(HKEY_LOCAL_MACHINE, key, L"", *value, view);
-    const std::wstring named = kObjects + L"\\Named" + std::to_wstring(number);
+    const std::wstring named = kObjectsKey + L"\\Named" + std::to_wstring(number);
     MakeKey(HKEY_LOCAL_MACHINE, named, view);
     if (value) SetValue(HKEY_LOCAL_MACHINE, named, L"", *value, view);
     classes.push_back(std::make_unique<RegistryTree>(
-        L"Software\\Classes\\CLSID\\" + key.substr(kObjects.size() + 1), HKEY_LOCAL_MACHINE, view));
+        L"Software\\Classes\\CLSID\\" + key.substr(kObjectsKey.size() + 1), HKEY_LOCAL_MACHINE, view));
     classes.back()->Set(L"InprocServer32", L"", ExpandSz(L"%SystemRoot%\\x.dll"));
   }
   Objects().ReadItems();
@@ -105,14 +85,14 @@ TEST_F(HandlerTest, OddDefaultValuesCountAsEmptyOrAsTheTextTheyAre) {
 }
 
 TEST_P(HandlerChange, DisablingAndEnablingCarryTheDefaultValueOnly) {
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", L"extra", Sz(L"e"), OwnView());
-  MakeKey(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo\\deeper\\still", OwnView());
-  const std::wstring off = kMenus + kSide + L"\\Foo";
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", L"extra", Sz(L"e"), OwnView());
+  MakeKey(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo\\deeper\\still", OwnView());
+  const std::wstring off = kMenusKey + kAutorunsSide + L"\\Foo";
   const ItemRef item = LoadMenu(L"Foo");
   Menus().DisableItem(item);
   ExpectCheckpoint(L"Startup Manager: Disabling Foo");
-  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", OwnView()));
+  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", OwnView()));
   EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, off, OwnView()), Sz(kClass));
   EXPECT_THAT(Values(HKEY_LOCAL_MACHINE, off, OwnView()), ElementsAre(L""));
   EXPECT_THAT(SubKeys(HKEY_LOCAL_MACHINE, off, OwnView()), IsEmpty());
@@ -123,77 +103,78 @@ TEST_P(HandlerChange, DisablingAndEnablingCarryTheDefaultValueOnly) {
   EXPECT_TRUE(item->IsListed()) << "the same object goes on";
   Menus().EnableItem(item);
   ExpectCheckpoint(L"Startup Manager: Enabling Foo");
-  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", OwnView()), Sz(kClass));
+  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", OwnView()), Sz(kClass));
   EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, off, OwnView()));
   EXPECT_TRUE(item->IsEnabled());
 }
 
 TEST_P(HandlerChange, BothViewsAreKeptInStep) {
   for (const REGSAM view : {REGSAM(0), OwnView()})
-    SetHandler(HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, L"d", view);
-  const ItemRef item = LoadAndFind(Objects(), OwnView(), HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, L"d");
+    SetHandler(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, L"d", view);
+  const ItemRef item =
+      LoadAndFind(Objects(), OwnView(), HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, L"d");
   ASSERT_NE(item, nullptr);
   EXPECT_EQ(Listed(Objects()).size(), 1u);
   Objects().DisableItem(item);
   for (const REGSAM view : {REGSAM(0), OwnView()}) {
-    EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kObjects + kSide + L"\\" + kClass, view), Sz(L"d"));
-    EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, view));
+    EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kObjectsKey + kAutorunsSide + L"\\" + kClass, view), Sz(L"d"));
+    EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, view));
   }
   Objects().DeleteItem(item);
   for (const REGSAM view : {REGSAM(0), OwnView()}) {
-    EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kObjects + kSide + L"\\" + kClass, view));
+    EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kObjectsKey + kAutorunsSide + L"\\" + kClass, view));
   }
   if (!HasTwoViews()) return;
 
   // Another entry of the plain view stays.
-  SetHandler(HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, L"64", KEY_WOW64_64KEY);
-  SetHandler(HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, L"32", 0);
+  SetHandler(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, L"64", KEY_WOW64_64KEY);
+  SetHandler(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, L"32", 0);
   const ItemRef wide =
-      LoadAndFind(Objects(), KEY_WOW64_64KEY, HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, L"64");
+      LoadAndFind(Objects(), KEY_WOW64_64KEY, HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, L"64");
   EXPECT_EQ(Listed(Objects()).size(), 2u);
   Objects().DeleteItem(wide);
-  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kObjects + L"\\" + kClass, 0), Sz(L"32"));
+  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kObjectsKey + L"\\" + kClass, 0), Sz(L"32"));
 }
 
 TEST_P(HandlerChange, AHandlerThatTheTargetHoldsAlreadyIsDeletedAtItsSource) {
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Foo", kClass, OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Foo", L"kept", Sz(L"k"), OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Foo", kClass, OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Foo", L"kept", Sz(L"k"), OwnView());
   const ItemRef item = LoadMenu(L"Foo");
   EXPECT_EQ(Listed(Menus()).size(), 2u);
   Menus().DisableItem(item);
   EXPECT_FALSE(item->IsListed());
-  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", OwnView()));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Foo", L"kept", OwnView()), Sz(L"k"));
+  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", OwnView()));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Foo", L"kept", OwnView()), Sz(L"k"));
   ASSERT_EQ(Listed(Menus()).size(), 1u);
   EXPECT_FALSE(Listed(Menus())[0]->IsEnabled());
 
   // A listed target that has gone meanwhile does not cost the source.
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
   const ItemRef again = LoadMenu(L"Foo");
-  DeleteKeyTree(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Foo", OwnView());
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Foo", OwnView());
   Menus().DisableItem(again);
-  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Foo", OwnView()), Sz(kClass));
+  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Foo", OwnView()), Sz(kClass));
   EXPECT_THAT(Listed(Menus()), ElementsAre(again));
 }
 
 TEST_P(HandlerChange, TheSideKeyIsNeverTakenForAHandler) {
-  const std::wstring odd = kMenus + kSide + kSide;
+  const std::wstring odd = kMenusKey + kAutorunsSide + kAutorunsSide;
   SetHandler(HKEY_LOCAL_MACHINE, odd, kClass, OwnView());
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Off", kOther, OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Off", kOther, OwnView());
   const ItemRef item = LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, odd, kClass);
   ASSERT_NE(item, nullptr);
   EXPECT_THROW(Menus().EnableItem(item), EOSError);
   EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, odd, OwnView()), Sz(kClass));
-  EXPECT_TRUE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenus + kSide + L"\\Off", OwnView()));
+  EXPECT_TRUE(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + kAutorunsSide + L"\\Off", OwnView()));
 }
 
 TEST_P(HandlerChange, DeletingTakesTheTreeButFollowsNoLinkAndRefusesDepth) {
   const RegistryTree outside(L"Software\\Handler test target");
   outside.Set(L"sub", L"v", Sz(L"stays"));
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo\\a\\b", L"v", Sz(L"x"), OwnView());
-  MakeLink(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo\\a\\link", outside.Key().Get(), OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo\\a\\b", L"v", Sz(L"x"), OwnView());
+  MakeLink(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo\\a\\link", outside.Key().Get(), OwnView());
   const ItemRef item = LoadMenu(L"Foo");
   try {
     Menus().DeleteItem(item);
@@ -201,11 +182,11 @@ TEST_P(HandlerChange, DeletingTakesTheTreeButFollowsNoLinkAndRefusesDepth) {
     // The link may be refused instead of removed.
   }
   EXPECT_EQ(outside.Get(L"sub", L"v"), Sz(L"stays"));
-  EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", OwnView()), item->IsListed());
-  DeleteKeyTree(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", OwnView());
+  EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", OwnView()), item->IsListed());
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", OwnView());
 
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Deep", kClass, OwnView());
-  ScopedKey deepest = MakeKey(HKEY_LOCAL_MACHINE, kMenus + L"\\Deep", OwnView());
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Deep", kClass, OwnView());
+  ScopedKey deepest = MakeKey(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Deep", OwnView());
   for (int level = 0; level < 520; ++level) deepest = MakeKey(deepest.Get(), L"d");
   const ItemRef deep = LoadMenu(L"Deep");
   ASSERT_NE(deep, nullptr);
@@ -216,21 +197,22 @@ TEST_P(HandlerChange, DeletingTakesTheTreeButFollowsNoLinkAndRefusesDepth) {
     EXPECT_THROW(Menus().DeleteItem(deep), EOSError);
   }
   EXPECT_TRUE(deep->IsListed());
-  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenus + L"\\Deep", OwnView()), Sz(kClass));
+  EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Deep", OwnView()), Sz(kClass));
 }
 
 TEST_F(HandlerTest, OtherDataAtTheTargetIsOverwritten) {
-  const std::wstring off = kMenus + kSide + L"\\Foo";
-  SetHandler(HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass, OwnView());
+  const std::wstring off = kMenusKey + kAutorunsSide + L"\\Foo";
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass, OwnView());
   SetHandler(HKEY_LOCAL_MACHINE, off, kOther, OwnView());
-  Menus().DisableItem(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenus + L"\\Foo", kClass));
+  Menus().DisableItem(LoadAndFind(Menus(), OwnView(), HKEY_LOCAL_MACHINE, kMenusKey + L"\\Foo", kClass));
   EXPECT_EQ(Handler(HKEY_LOCAL_MACHINE, off, OwnView()), Sz(kClass));
 }
 
 TEST_F(HandlerTest, ProtectionAndChangesAreNoticed) {
-  SetHandler(HKEY_CURRENT_USER, kMenus + L"\\Foo", kClass, OwnView());
+  SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Foo", kClass, OwnView());
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kMenus + L"\\Foo", LimitedKey::Rights::kReadOnly, OwnView());
+    const LimitedKey limited(HKEY_CURRENT_USER, kMenusKey + L"\\Foo", LimitedKey::Rights::kReadOnly,
+                             OwnView());
     Menus().ReadItems();
     ASSERT_EQ(Listed(Menus()).size(), 1u);
     EXPECT_TRUE(Listed(Menus())[0]->IsProtected());
@@ -238,7 +220,7 @@ TEST_F(HandlerTest, ProtectionAndChangesAreNoticed) {
   // A location made now watches the keys that are there now.
   const std::unique_ptr<TLocationStartup> location = MakeHandlerLocation<0>();
   EXPECT_FALSE(location->IsChanged());
-  SetHandler(HKEY_CURRENT_USER, kMenus + L"\\Bar", kOther, OwnView());
+  SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Bar", kOther, OwnView());
   bool changed = false;
   for (int tries = 0; tries < 100 && !changed; ++tries) {
     changed = location->IsChanged();
@@ -247,6 +229,83 @@ TEST_F(HandlerTest, ProtectionAndChangesAreNoticed) {
   EXPECT_TRUE(changed);
   location->ReadItems();
   EXPECT_EQ(Listed(Menus()).size(), 2u);
+}
+
+using ::testing::UnorderedElementsAre;
+
+using ShellExtChange = BothWays<HandlerTest>;
+INSTANTIATE_TEST_SUITE_P(Checkpoints, ShellExtChange, ::testing::Bool());
+
+TEST_F(HandlerTest, ApprovedExtensionsNeedAServerAndADescription) {
+  const REGSAM view = OwnView();
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, Sz(L"Described"), view);
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kOther, Sz(L""), view);
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kUnserved, Sz(L"No server"), view);
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, L"No class", Sz(L"text"), view);
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey + kAutorunsSide, kOther, ExpandSz(L"%Off%"), view);
+  SetValue(HKEY_CURRENT_USER, kApprovedKey, kClass, Sz(L"Not read"), view);
+  Approved().ReadItems();
+  EXPECT_THAT(Captions(Approved()), UnorderedElementsAre(L"Described", L"%Off%"));
+  const ItemRef item = LoadAndFind(Approved(), view, HKEY_LOCAL_MACHINE, kApprovedKey, kClass);
+  ASSERT_NE(item, nullptr);
+  EXPECT_EQ(Command(item), kServer);
+}
+
+TEST_P(ShellExtChange, TheDescriptionReadIsWrittenBackAndNeverTheCaption) {
+  SetValue(HKEY_CURRENT_USER, kHooksKey, kClass, Sz(L""), OwnView());
+  SetValue(HKEY_CURRENT_USER, kHooksKey, kOther, Dword(5), OwnView());
+  for (const std::wstring& name : {kClass, kOther}) {
+    const ItemRef item = LoadAndFind(UserHooks(), OwnView(), HKEY_CURRENT_USER, kHooksKey, name);
+    ASSERT_NE(item, nullptr);
+    EXPECT_FALSE(item->Details().Caption.empty());
+    UserHooks().DisableItem(item);
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name, OwnView()), Sz(L""));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), std::nullopt);
+    EXPECT_EQ(item->Name(),
+              BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name));
+    UserHooks().EnableItem(item);
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), Sz(L""));
+  }
+}
+
+TEST_P(ShellExtChange, ApprovedValuesMoveAndGoInBothViews) {
+  for (const REGSAM view : {REGSAM(0), OwnView()}) {
+    SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, Sz(L"Text"), view);
+  }
+  const ItemRef item = LoadAndFind(Approved(), OwnView(), HKEY_LOCAL_MACHINE, kApprovedKey, kClass);
+  ASSERT_NE(item, nullptr);
+  EXPECT_EQ(Listed(Approved()).size(), 1u);
+  Approved().DisableItem(item);
+  for (const REGSAM view : {REGSAM(0), OwnView()}) {
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, view), std::nullopt);
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + kAutorunsSide, kClass, view), Sz(L"Text"));
+  }
+  // The own key has the value again: enabling drops the disabled one.
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, Sz(L"New"), OwnView());
+  Approved().ReadItems();
+  Approved().EnableItem(item);
+  EXPECT_FALSE(item->IsListed());
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, OwnView()), Sz(L"New"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + kAutorunsSide, kClass, OwnView()), std::nullopt);
+  const ItemRef left = Listed(Approved()).at(0);
+  EXPECT_EQ(left->GivenText(), L"New");
+  Approved().DeleteItem(left);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, OwnView()), std::nullopt);
+}
+
+TEST_F(HandlerTest, AFailedSwitchOfAValueLeavesBothKeysAsTheyWere) {
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, ExpandSz(L"Text"), OwnView());
+  const ItemRef item = LoadAndFind(Approved(), OwnView(), HKEY_LOCAL_MACHINE, kApprovedKey, kClass);
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey + kAutorunsSide, kClass, Dword(7), OwnView());
+  for (const wchar_t* call : {L"SetValue", L"DeleteValue"}) {
+    module.Safeguard().Answer(call, ERROR_SUCCESS, 1);
+    Approved().DisableItem(item);
+    module.Safeguard().Clear();
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey, kClass, OwnView()), ExpandSz(L"Text"));
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + kAutorunsSide, kClass, OwnView()), Dword(7));
+    EXPECT_TRUE(item->IsListed() && item->IsEnabled());
+  }
+  EXPECT_TRUE(LogHas(L"\" in location \"sulRegistryShellExtApproved\"."));
 }
 
 }  // namespace smh::test

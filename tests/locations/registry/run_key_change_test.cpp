@@ -9,58 +9,28 @@ namespace smh::test {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Every change twice: recorded inside a checkpoint, and plain.
-class RunKeyChange : public RunKeyTest, public ::testing::WithParamInterface<bool> {
- protected:
-  RunKeyChange() { module.Settings().useCheckpoints = GetParam(); }
-
-  // Titles of the checkpoints so far; each must have been closed.
-  std::vector<std::wstring> Checkpoints() {
-    std::vector<std::wstring> titles;
-    int open = 0;
-    for (const std::wstring& line : module.Safeguard().Lines()) {
-      if (line.starts_with(L"BeginCheckpoint ")) {
-        titles.push_back(line.substr(16));
-        ++open;
-      } else if (line == L"EndCheckpoint") {
-        --open;
-      } else {
-        EXPECT_EQ(open, 1) << "a change outside a checkpoint";
-      }
-    }
-    EXPECT_EQ(open, 0);
-    return titles;
-  }
-  void ExpectCheckpoint(const std::wstring& title) {
-    if (GetParam()) {
-      EXPECT_THAT(Checkpoints(), ElementsAre(L'"' + title + L'"'));
-    } else {
-      EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
-    }
-  }
-};
-
+using RunKeyChange = BothWays<RunKeyTest>;
 INSTANTIATE_TEST_SUITE_P(Checkpoints, RunKeyChange, ::testing::Bool());
 
 TEST_P(RunKeyChange, DisablingAndEnablingMoveTheValueAndNumberNamesThatAreTaken) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"new.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo (1)", Sz(L"other.exe"));
-  SetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo", Sz(L"old.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"new.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo (1)", Sz(L"other.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"Foo", Sz(L"old.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
   UserRun().DisableItem(item);
   ExpectCheckpoint(L"Startup Manager: Disabling Foo");
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo (1)"), Sz(L"new.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"Foo"), Sz(L"old.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo"), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Foo (1)"), Sz(L"new.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Foo"), Sz(L"old.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), std::nullopt);
   EXPECT_FALSE(item->IsEnabled());
   EXPECT_TRUE(item->TakeChangedMark());
-  EXPECT_EQ(item->Name(), BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kOwnSide, L"Foo (1)"));
+  EXPECT_EQ(item->Name(), BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kRunSide, L"Foo (1)"));
 
   module.Safeguard().Clear();
   UserRun().EnableItem(item);
   ExpectCheckpoint(L"Startup Manager: Enabling Foo");
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo (1) (1)"), Sz(L"new.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo (1)"), Sz(L"other.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo (1) (1)"), Sz(L"new.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo (1)"), Sz(L"other.exe"));
   EXPECT_TRUE(item->IsEnabled());
 
   UserRun().ReadItems();
@@ -68,88 +38,88 @@ TEST_P(RunKeyChange, DisablingAndEnablingMoveTheValueAndNumberNamesThatAreTaken)
 }
 
 TEST_P(RunKeyChange, AnEntryThatAnotherToolDisabledComesBackAndThenGoesToTheOwnPlace) {
-  const std::wstring dash = kRun + L"-";
+  const std::wstring dash = kRunKey + L"-";
   SetValue(HKEY_CURRENT_USER, dash, L"d", ExpandSz(L"%TEMP%\\d.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"d");
   UserRun().EnableItem(item);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"d"), Sz(L"%TEMP%\\d.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"d"), Sz(L"%TEMP%\\d.exe"));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, dash, L"d"), std::nullopt);
   UserRun().DisableItem(item);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"d"), Sz(L"%TEMP%\\d.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"d"), Sz(L"%TEMP%\\d.exe"));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, dash, L"d"), std::nullopt);
 }
 
 TEST_P(RunKeyChange, TheTextWrittenIsTheOneInTheRegistryNow) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"old.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"old.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"a");
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"new.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"new.exe"));
   UserRun().DisableItem(item);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"a"), Sz(L"new.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"a"), Sz(L"new.exe"));
 }
 
 TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
   if (!HasTwoViews()) {
-    SetValue(HKEY_LOCAL_MACHINE, kRun, L"a", Sz(L"a.exe"));
+    SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", Sz(L"a.exe"));
     CommonRun().DisableItem(LoadAndFind(CommonRun(), L"a"));
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"a"), Sz(L"a.exe"));
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"a"), Sz(L"a.exe"));
     return;
   }
   constexpr REGSAM k64 = KEY_WOW64_64KEY;
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"same", Sz(L"s.exe"), k64);
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"same", Sz(L"s.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"other", Sz(L"64.exe"), k64);
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"other", Sz(L"32.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"one", Sz(L"1.exe"), k64);
-  SetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"one", Sz(L"taken in the plain view"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"), k64);
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other", Sz(L"64.exe"), k64);
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other", Sz(L"32.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"one", Sz(L"1.exe"), k64);
+  SetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one", Sz(L"taken in the plain view"));
   CommonRun().ReadItems();
 
   CommonRun().DisableItem(FindByCaption(CommonRun(), L"same"));
   for (const REGSAM view : {REGSAM(0), k64}) {
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"same", view), Sz(L"s.exe"));
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"same", view), std::nullopt);
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"same", view), Sz(L"s.exe"));
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", view), std::nullopt);
   }
 
   CommonRun().DisableItem(FindByCaption(CommonRun(), L"other"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"other", k64), Sz(L"64.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"other"), std::nullopt);
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"other"), Sz(L"32.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"other", k64), Sz(L"64.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"other"), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other"), Sz(L"32.exe"));
 
   CommonRun().DisableItem(FindByCaption(CommonRun(), L"one"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"one (1)", k64), Sz(L"1.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"one (1)"), Sz(L"1.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kOwnSide, L"one"), Sz(L"taken in the plain view"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one (1)", k64), Sz(L"1.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one (1)"), Sz(L"1.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one"), Sz(L"taken in the plain view"));
 
   CommonRun().ReadItems();
   const ItemRef left =
-      FindItem(sulRegistryCommonRun, BuildFullValuePath(0, HKEY_LOCAL_MACHINE, kRun, L"other"));
+      FindItem(sulRegistryCommonRun, BuildFullValuePath(0, HKEY_LOCAL_MACHINE, kRunKey, L"other"));
   ASSERT_NE(left, nullptr) << "the plain view's own entry is listed now";
   EXPECT_EQ(Command(left), L"32.exe");
 }
 
 TEST_P(RunKeyChange, DeletingTakesTheTwinAlongButNotAnotherEntry) {
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"same", Sz(L"s.exe"), OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"same", Sz(L"s.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"other", Sz(L"64.exe"), OwnView());
-  if (HasTwoViews()) SetValue(HKEY_LOCAL_MACHINE, kRun, L"other", Dword(1));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other", Sz(L"64.exe"), OwnView());
+  if (HasTwoViews()) SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other", Dword(1));
   CommonRun().ReadItems();
   const ItemRef same = FindByCaption(CommonRun(), L"same");
   CommonRun().DeleteItem(same);
   ExpectCheckpoint(L"Startup Manager: Deleting same");
   EXPECT_FALSE(same->IsListed());
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"same", OwnView()), std::nullopt);
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"same"), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", OwnView()), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same"), std::nullopt);
 
   CommonRun().DeleteItem(FindByCaption(CommonRun(), L"other"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"other", OwnView()), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other", OwnView()), std::nullopt);
   if (HasTwoViews()) {
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"other"), Dword(1));
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other"), Dword(1));
   }
 }
 
 TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"listed", Sz(L"l.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"listed", Sz(L"l.exe"));
   UserRun().ReadItems();
-  SetValue(HKEY_CURRENT_USER, kRun, L"unlisted", Sz(L"u.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"unlisted", Sz(L"u.exe"));
 
   const int listed = UserRun().AddItem(L"LISTED", L"x.exe");
   EXPECT_EQ(listed, FindByCaption(UserRun(), L"listed")->Position());
@@ -159,7 +129,7 @@ TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
   EXPECT_EQ(unlisted, found->Position());
   EXPECT_EQ(Command(found), L"u.exe");
   EXPECT_THAT(module.Safeguard().Lines(), IsEmpty()) << "nothing was changed";
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"listed"), Sz(L"l.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"listed"), Sz(L"l.exe"));
 
   const int added = UserRun().AddItem(L"a\\\"b\"", L"\"C:\\windows\\notepad.exe\" /x");
   ExpectCheckpoint(L"Startup Manager: Adding a\\\"b\"");
@@ -168,54 +138,33 @@ TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
   EXPECT_EQ(added, item->Position());
   EXPECT_TRUE(item->IsEnabled());
   EXPECT_TRUE(item->Details().FileFound);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"a\\\"b\"", OwnView()),
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"a\\\"b\"", OwnView()),
             Sz(L"\"C:\\windows\\notepad.exe\" /x"));
   UserRun().ReadItems();
   EXPECT_TRUE(item->IsListed());
 }
 
 TEST_P(RunKeyChange, ChangingTheCommandRewritesItsOwnViewAndReplacesTheItem) {
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"a", ExpandSz(L"a.exe"), OwnView());
-  if (HasTwoViews()) SetValue(HKEY_LOCAL_MACHINE, kRun, L"a", ExpandSz(L"a.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"b", Sz(L"b.exe"), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", ExpandSz(L"a.exe"), OwnView());
+  if (HasTwoViews()) SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", ExpandSz(L"a.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"b", Sz(L"b.exe"), OwnView());
   const ItemRef item = LoadAndFind(CommonRun(), L"a");
   const int position = item->Position();
   CommonRun().ChangeItemCommand(item, L"A.EXE");
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"a", OwnView()), ExpandSz(L"a.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", OwnView()), ExpandSz(L"a.exe"));
   EXPECT_TRUE(item->IsListed());
 
   CommonRun().ChangeItemCommand(item, L"new.exe");
   ExpectCheckpoint(L"Startup Manager: Changing a");
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"a", OwnView()), Sz(L"new.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", OwnView()), Sz(L"new.exe"));
   if (HasTwoViews()) {
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"a"), ExpandSz(L"a.exe"));
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a"), ExpandSz(L"a.exe"));
   }
   EXPECT_FALSE(item->IsListed());
   const ItemRef changed = FindByCaption(CommonRun(), L"a");
   EXPECT_EQ(changed->Position(), position);
   EXPECT_EQ(changed->Name(), item->Name());
   EXPECT_EQ(Command(changed), L"new.exe");
-}
-
-TEST_F(RunKeyTest, TheServiceIsCalledInTheOrderWriteConfirmDelete) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"f"));
-  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  UserRun().DisableItem(item);
-  std::vector<std::wstring> changes;
-  for (const std::wstring& line : module.Safeguard().Lines()) {
-    if (line.find(L"Value #") != std::wstring::npos || line.find(L"Checkpoint") != std::wstring::npos ||
-        line.starts_with(L"CreateKey")) {
-      changes.push_back(line.substr(0, line.find(L' ')));
-    }
-  }
-  if (HasTwoViews()) {
-    EXPECT_THAT(changes, ElementsAre(L"BeginCheckpoint", L"CreateKey", L"SetValue", L"CreateKey", L"SetValue",
-                                     L"DeleteValue", L"EndCheckpoint"))
-        << "the current user's views are one: the second delete finds nothing";
-  } else {
-    EXPECT_THAT(changes,
-                ElementsAre(L"BeginCheckpoint", L"CreateKey", L"SetValue", L"DeleteValue", L"EndCheckpoint"));
-  }
 }
 
 }  // namespace smh::test

@@ -13,7 +13,8 @@ namespace smh::test {
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
 
-TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
+// The keys of the others are tested with all locations.
+TEST_F(RunKeyTest, ARunKeyListsItsValuesAndThoseOfItsSideKeys) {
   struct Row {
     TTypeStartupLocation location;
     HKEY root;
@@ -21,12 +22,6 @@ TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
   };
   const Row rows[] = {
       {sulRegistryUserRun, HKEY_CURRENT_USER, L"Run"},
-      {sulRegistryUserRunOnce, HKEY_CURRENT_USER, L"RunOnce"},
-      {sulRegistryUserRunOnceSetup, HKEY_CURRENT_USER, L"RunOnce\\Setup"},
-      {sulRegistryCommonRun, HKEY_LOCAL_MACHINE, L"Run"},
-      {sulRegistryCommonRunOnce, HKEY_LOCAL_MACHINE, L"RunOnce"},
-      {sulRegistryCommonRunOnceSetup, HKEY_LOCAL_MACHINE, L"RunOnce\\Setup"},
-      {sulRegistryRunServices, HKEY_LOCAL_MACHINE, L"RunServices"},
       {sulRegistryRunServicesOnce, HKEY_LOCAL_MACHINE, L"RunServicesOnce"},
   };
   for (const Row& row : rows) {
@@ -53,32 +48,19 @@ TEST_F(RunKeyTest, EveryRunKeyListsItsValuesAndThoseOfItsSideKeys) {
 }
 
 TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"", Sz(L"default.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"number", Dword(7));
-  SetValue(HKEY_CURRENT_USER, kRun, L"list", MultiSz({L"a", L"b"}));
-  RawValue odd{REG_SZ, UnitBytes(L"abc")};
-  odd.bytes.pop_back();
-  SetValue(HKEY_CURRENT_USER, kRun, L"odd", odd);
-  SetValue(HKEY_CURRENT_USER, kRun, L"bare", {REG_SZ, UnitBytes(L"no end")});
-  SetValue(HKEY_CURRENT_USER, kRun, L"none", {REG_SZ, {}});
-  SetValue(HKEY_CURRENT_USER, kRun, L"big", Sz(std::wstring(512 * 1024, L'x')));
-  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(L"half \xD800"), Sz(L"h.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, std::wstring(16'383, L'n'), Sz(L"long.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"C:\\a \"b\"\\c", Sz(L"\""));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"", Sz(L"default.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"number", Dword(7));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"big", Sz(std::wstring(512 * 1024, L'x')));
+  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(L"half \xD800"), Sz(L"h.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(16'383, L'n'), Sz(L"long.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"C:\\a \"b\"\\c", Sz(L"\""));
   UserRun().ReadItems();
 
   const std::pair<std::wstring, std::wstring> expected[] = {
-      {L"", L"default.exe"},
-      {L"expand", L"%SystemRoot%\\x.exe"},
-      {L"number", L""},
-      {L"list", L""},
-      {L"odd", L"ab"},
-      {L"bare", L"no end"},
-      {L"none", L""},
-      {L"big", std::wstring(512 * 1024, L'x')},
-      {L"half \xD800", L"h.exe"},
-      {std::wstring(16'383, L'n'), L"long.exe"},
+      {L"", L"default.exe"},      {L"expand", L"%SystemRoot%\\x.exe"},
+      {L"number", L""},           {L"big", std::wstring(512 * 1024, L'x')},
+      {L"half \xD800", L"h.exe"}, {std::wstring(16'383, L'n'), L"long.exe"},
       {L"C:\\a \"b\"\\c", L"\""},
   };
   EXPECT_EQ(Captions(UserRun()).size(), std::size(expected));
@@ -90,7 +72,7 @@ TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
 }
 
 TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
-  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRun);
+  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRunKey);
   SetCountedValue(key.Get(), std::wstring_view(L"a\0b", 3), Sz(L"zero.exe"));
   const ItemRef item = LoadAndFind(UserRun(),
                                    L"a\x2400"
@@ -102,50 +84,51 @@ TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
 }
 
 TEST_F(RunKeyTest, OfTwoValuesWithOnePathTheFirstIsListedUntilItGoes) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x", Sz(L"first.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun + L"\\AutorunsDisabled", L"x", Sz(L"second.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"AutorunsDisabled\\x", Sz(L"first.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"\\AutorunsDisabled", L"x", Sz(L"second.exe"));
   UserRun().ReadItems();
   EXPECT_THAT(Captions(UserRun()), ElementsAre(L"AutorunsDisabled\\x"));
   EXPECT_TRUE(LogHas(L"has the same path as another."));
 
-  RemoveValue(HKEY_CURRENT_USER, kRun, L"AutorunsDisabled\\x");
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"AutorunsDisabled\\x");
   UserRun().ReadItems();
   EXPECT_THAT(Captions(UserRun()), ElementsAre(L"x"));
+  EXPECT_TRUE(LogHas(L"Delete item \"(x"));
   EXPECT_FALSE(FindByCaption(UserRun(), L"x")->IsEnabled());
 }
 
 TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
   if (!HasTwoViews()) {
-    SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
+    SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"32.exe"));
     EXPECT_THAT(LoadAndFind(CommonRun(), L"both")->Name(),
                 ::testing::StartsWith(L"(x32)HKEY_LOCAL_MACHINE\\"));
     return;
   }
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"both", Sz(L"32.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"only32", Sz(L"only.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"32.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"only32", Sz(L"only.exe"));
   CommonRun().ReadItems();
   EXPECT_THAT(Captions(CommonRun()), ElementsAre(L"both", L"only32"));
   EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"64.exe");
 
-  RemoveValue(HKEY_LOCAL_MACHINE, kRun, L"both", KEY_WOW64_64KEY);
+  RemoveValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", KEY_WOW64_64KEY);
   CommonRun().ReadItems();
   EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"32.exe");
   EXPECT_THAT(FindByCaption(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)"));
 }
 
 TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"app");
   item->ReadExtendedInfo();
   EXPECT_TRUE(item->TakeChangedMark());
   ASSERT_FALSE(item->NeedsExtendedInfo());
 
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"c:\\WINDOWS\\NOTEPAD.EXE"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"c:\\WINDOWS\\NOTEPAD.EXE"));
   EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
   EXPECT_FALSE(item->NeedsExtendedInfo()) << "letter case is no change";
 
-  SetValue(HKEY_CURRENT_USER, kRun, L"app", Sz(L"C:\\missing.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\missing.exe"));
   EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
   const ItemDetails details = item->Details();
   EXPECT_EQ(details.Command, L"C:\\missing.exe");
@@ -160,31 +143,31 @@ TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
 }
 
 TEST_F(RunKeyTest, KeysWithoutRights) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kReadOnly);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
     const ItemRef item = LoadAndFind(UserRun(), L"a");
     ASSERT_NE(item, nullptr);
     EXPECT_TRUE(item->IsProtected());
   }
   {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRun, LimitedKey::Rights::kNone);
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kNone);
     UserRun().ReadItems();
     EXPECT_THAT(Captions(UserRun()), ElementsAre());
   }
 }
 
 TEST_F(RunKeyTest, ALoadDuringAChangeLeavesTheListAloneAndIsDueAfterwards) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun, L"b", Sz(L"b.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"b", Sz(L"b.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"a");
   while (UserRun().IsChanged()) UserRun().ReadItems();
 
   bool reported = true;
   module.Safeguard().Before([&](const std::wstring& line) {
     if (!line.starts_with(L"BeginCheckpoint")) return;
-    RemoveValue(HKEY_CURRENT_USER, kRun, L"b");
-    SetValue(HKEY_CURRENT_USER, kRun, L"c", Sz(L"c.exe"));
+    RemoveValue(HKEY_CURRENT_USER, kRunKey, L"b");
+    SetValue(HKEY_CURRENT_USER, kRunKey, L"c", Sz(L"c.exe"));
     reported = UserRun().IsChanged();
     UserRun().ReadItems();
     EXPECT_THAT(Captions(UserRun()), UnorderedElementsAre(L"a", L"b"));
@@ -198,8 +181,8 @@ TEST_F(RunKeyTest, ALoadDuringAChangeLeavesTheListAloneAndIsDueAfterwards) {
 }
 
 TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
-  SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"d.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"d.exe"));
   while (UserRun().IsChanged()) UserRun().ReadItems();
   EXPECT_FALSE(UserRun().IsChanged());
 
@@ -208,9 +191,9 @@ TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
     const bool seen = UserRun().IsChanged();
     return seen && !UserRun().IsChanged();
   };
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"b.exe")); }));
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kOwnSide, L"s", Sz(L"s.exe")); }));
-  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"e.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"b.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunSide, L"s", Sz(L"s.exe")); }));
+  EXPECT_TRUE(seenAfter([] { SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"e.exe")); }));
   EXPECT_FALSE(UserRun().IsChanged());
 }
 
@@ -218,23 +201,23 @@ int armings = 0;
 
 // Changes the Run key once it is watched and a further key is about to be.
 LSTATUS WINAPI ChangeBetween(HKEY key, BOOL subtree, DWORD filter, HANDLE event, BOOL asynchronous) {
-  if (armings++ == (HasTwoViews() ? 2 : 1)) SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"between.exe"));
+  if (armings++ == (HasTwoViews() ? 2 : 1)) SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"between.exe"));
   const auto original = ImportFunction<decltype(&RegNotifyChangeKeyValue)>(GetModuleHandleW(L"advapi32.dll"),
                                                                            "RegNotifyChangeKeyValue");
   return original(key, subtree, filter, event, asynchronous);
 }
 
 TEST_F(RunKeyTest, AChangeWhileTheWatchIsArmedIsSeenAndThoseAfterIt) {
-  SetValue(HKEY_CURRENT_USER, kRun + L"-", L"d", Sz(L"d.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"d.exe"));
   while (UserRun().IsChanged()) UserRun().ReadItems();
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
   armings = 0;
   {
     const ImportPatch patch("RegNotifyChangeKeyValue", &ChangeBetween);
     EXPECT_TRUE(UserRun().IsChanged());
   }
   EXPECT_TRUE(UserRun().IsChanged());
-  SetValue(HKEY_CURRENT_USER, kRun, L"a", Sz(L"after.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"after.exe"));
   EXPECT_TRUE(UserRun().IsChanged());
 }
 

@@ -2,44 +2,34 @@
 
 namespace smh::test {
 
-class RunKeyMove : public RunKeyTest, public ::testing::WithParamInterface<bool> {
- protected:
-  RunKeyMove() { module.Settings().useCheckpoints = GetParam(); }
-};
-
+using RunKeyMove = BothWays<RunKeyTest>;
 INSTANTIATE_TEST_SUITE_P(Checkpoints, RunKeyMove, ::testing::Bool());
 
 TEST_P(RunKeyMove, AnEntryGoesToTheOtherLocationUnderTheNameOfItsFile) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"My Notes", ExpandSz(L"C:\\windows\\notepad.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"notepad", Dword(1), OwnView());
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"My Notes", ExpandSz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"notepad", Dword(1), OwnView());
   const ItemRef item = LoadAndFind(UserRun(), L"My Notes");
   UserRun().MoveItem(item, sulRegistryCommonRun);
   EXPECT_FALSE(item->IsListed());
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"My Notes"), std::nullopt);
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"notepad (1)", OwnView()), Sz(L"C:\\windows\\notepad.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRun, L"notepad", OwnView()), Dword(1));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"My Notes"), std::nullopt);
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"notepad (1)", OwnView()),
+            Sz(L"C:\\windows\\notepad.exe"));
+  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"notepad", OwnView()), Dword(1));
   const ItemRef moved = FindByCaption(CommonRun(), L"notepad (1)");
   ASSERT_NE(moved, nullptr);
   EXPECT_TRUE(moved->IsEnabled());
-  const std::vector<std::wstring> lines = module.Safeguard().Lines();
-  if (GetParam()) {
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.front(), L"BeginCheckpoint \"Startup Manager: Moving My Notes\"");
-    EXPECT_EQ(lines.back(), L"EndCheckpoint");
-  } else {
-    EXPECT_TRUE(lines.empty());
-  }
+  ExpectCheckpoint(L"Startup Manager: Moving My Notes");
 
   CommonRun().DisableItem(moved);
   CommonRun().MoveItem(moved, sulRegistryUserRun);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kOwnSide, L"notepad"), Sz(L"C:\\windows\\notepad.exe"))
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"notepad"), Sz(L"C:\\windows\\notepad.exe"))
       << "a disabled entry stays disabled";
 }
 
 TEST_P(RunKeyMove, ATargetThatRefusesIsAnAssertionWithNothingChanged) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"Bar", Sz(L"c:\\windows\\system32\\NOTEPAD.EXE"), OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kRun + L"Services", L"missing", Sz(L"C:\\no such.exe"), OwnView());
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"Bar", Sz(L"c:\\windows\\system32\\NOTEPAD.EXE"), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey + L"Services", L"missing", Sz(L"C:\\no such.exe"), OwnView());
   CommonRun().ReadItems();
   TLocationStartup& services = *FindLocation(sulRegistryRunServices);
   services.ReadItems();
@@ -48,31 +38,104 @@ TEST_P(RunKeyMove, ATargetThatRefusesIsAnAssertionWithNothingChanged) {
        {sulRegistryCommonRun, sulRegistryUserRun, sulNone, TTypeStartupLocation(99)}) {
     EXPECT_THROW(UserRun().MoveItem(item, target), EAssertionFailed) << target;
   }
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo"), Sz(L"C:\\windows\\notepad.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(L"C:\\windows\\notepad.exe"));
   EXPECT_TRUE(item->IsListed());
 
   // A missing file may come from the usual Run keys only.
   EXPECT_FALSE(UserRun().CanAcceptItem(*FindByCaption(services, L"missing")));
-  SetValue(HKEY_LOCAL_MACHINE, kRun, L"missing", Sz(L"C:\\no such.exe"), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"missing", Sz(L"C:\\no such.exe"), OwnView());
   EXPECT_TRUE(UserRun().CanAcceptItem(*LoadAndFind(CommonRun(), L"missing")));
 }
 
 TEST_P(RunKeyMove, AnEntryThatVanishedLeavesTheListAndNothingElseHappens) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
-  RemoveValue(HKEY_CURRENT_USER, kRun, L"Foo");
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"Foo");
   UserRun().MoveItem(item, sulRegistryCommonRun);
   EXPECT_FALSE(item->IsListed());
   EXPECT_TRUE(module.Safeguard().Lines().empty());
-  EXPECT_TRUE(Values(HKEY_LOCAL_MACHINE, kRun, OwnView()).empty());
+  EXPECT_TRUE(Values(HKEY_LOCAL_MACHINE, kRunKey, OwnView()).empty());
 }
 
 TEST_F(RunKeyTest, AnEntryGoesBackWithoutTheServiceWhenThatRefusesToWrite) {
-  SetValue(HKEY_CURRENT_USER, kRun, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
   module.Safeguard().Answer(L"SetValue", ERROR_ACCESS_DENIED, 9);
   EXPECT_THROW(UserRun().MoveItem(item, sulRegistryCommonRun), ERegistryException);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRun, L"Foo"), Sz(L"C:\\windows\\notepad.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(L"C:\\windows\\notepad.exe"));
+}
+
+// What stood in the registry still stands there, and the item is what it was.
+#define EXPECT_AS_BEFORE(item, root, name, value)                       \
+  do {                                                                  \
+    EXPECT_EQ(GetValue(root, kRunKey, name, OwnView()), value);         \
+    EXPECT_EQ(GetValue(root, kRunSide, name, OwnView()), std::nullopt); \
+    EXPECT_TRUE((item)->IsListed());                                    \
+    EXPECT_TRUE((item)->IsEnabled());                                   \
+  } while (false)
+
+TEST_F(RunKeyTest, APlainWriteIntoAClosedKeyRaisesAndLosesNothing) {
+  module.Settings().useCheckpoints = false;
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"f.exe"));
+  MakeKey(HKEY_CURRENT_USER, kRunSide);
+  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
+  const LimitedKey limited(HKEY_CURRENT_USER, kRunSide, LimitedKey::Rights::kReadOnly);
+  try {
+    UserRun().DisableItem(item);
+    ADD_FAILURE() << "nothing was raised";
+  } catch (const EOSError& error) {
+    EXPECT_EQ(error.Code(), DWORD(ERROR_ACCESS_DENIED));
+  }
+  EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
+  EXPECT_TRUE(LogHas(L"Error class   : EOSError"));
+  EXPECT_TRUE(LogHas(L"Error disable item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\"."));
+}
+
+TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextRaisesBeforeAnythingIsWritten) {
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"gone", Sz(L"g.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"number", Dword(1));
+  UserRun().ReadItems();
+  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"gone");
+  EXPECT_THROW(UserRun().DisableItem(FindByCaption(UserRun(), L"gone")), EOSError);
+  EXPECT_THROW(UserRun().DisableItem(FindByCaption(UserRun(), L"number")), ERegistryException);
+  EXPECT_FALSE(KeyIsThere(HKEY_CURRENT_USER, kRunSide));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"number"), Dword(1));
+}
+
+TEST_F(RunKeyTest, SilentFailuresOfDeletingAddingAndChanging) {
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"f.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
+
+  module.Safeguard().Answer(L"DeleteValue", ERROR_ACCESS_DENIED, 1);
+  UserRun().DeleteItem(item);
+  EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
+  EXPECT_TRUE(LogHas(L"Error delete item \"" + item->Name() + L"\" in location \"sulRegistryUserRun\"."));
+
+  module.Safeguard().Answer(L"SetValue", ERROR_ACCESS_DENIED, 1);
+  UserRun().ChangeItemCommand(item, L"new.exe");
+  EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
+  EXPECT_EQ(Command(item), L"f.exe");
+  EXPECT_TRUE(LogHas(L"Error change item \"" + item->Name() +
+                     L"\" comand on \"new.exe\" in location \"sulRegistryUserRun\"\r\n"));
+
+  module.Safeguard().Answer(L"SetValue", ERROR_ACCESS_DENIED, 1);
+  EXPECT_EQ(UserRun().AddItem(L"Bar", L"b.exe"), -1);
+  EXPECT_EQ(FindByCaption(UserRun(), L"Bar"), nullptr);
+  EXPECT_TRUE(LogHas(L"Error add item \"Bar\" (b.exe) in location \"sulRegistryUserRun\"."));
+}
+
+TEST_F(RunKeyTest, ItemsOfOtherLocationsAndThoseThatLeftTheListAreNotTouched) {
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"f.exe"));
+  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
+  CommonRun().DisableItem(item);
+  CommonRun().DeleteItem(item);
+  CommonRun().ChangeItemCommand(item, L"x.exe");
+  EXPECT_AS_BEFORE(item, HKEY_CURRENT_USER, L"Foo", Sz(L"f.exe"));
+
+  ClearItems();
+  UserRun().DisableItem(item);
+  UserRun().DeleteItem(item);
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(L"f.exe"));
 }
 
 }  // namespace smh::test
