@@ -10,7 +10,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -34,16 +33,19 @@ inline BoundaryTextHead* HeadOf(BoundaryText text) noexcept {
 
 }  // namespace detail
 
-// Makes a boundary string with one reference, owned by the caller. Throws std::bad_alloc.
-inline BoundaryText MakeBoundaryText(std::wstring_view text) {
-  if (text.empty()) return nullptr;
-  const std::size_t bytes = sizeof(detail::BoundaryTextHead) + (text.size() + 1) * sizeof(wchar_t);
+// Makes a boundary string of a text and what follows it, with one reference, owned by the caller. Throws
+// std::bad_alloc.
+inline BoundaryText MakeBoundaryText(std::wstring_view text, std::wstring_view rest = {}) {
+  const std::size_t length = text.size() + rest.size();
+  if (length == 0) return nullptr;
+  const std::size_t bytes = sizeof(detail::BoundaryTextHead) + (length + 1) * sizeof(wchar_t);
   void* const block = HeapAlloc(GetProcessHeap(), 0, bytes);
   if (block == nullptr) throw std::bad_alloc();
-  auto* const head = new (block) detail::BoundaryTextHead{1, static_cast<std::uint32_t>(text.size())};
+  auto* const head = new (block) detail::BoundaryTextHead{1, static_cast<std::uint32_t>(length)};
   auto* const units = reinterpret_cast<wchar_t*>(head + 1);
-  std::memcpy(units, text.data(), text.size() * sizeof(wchar_t));
-  units[text.size()] = L'\0';
+  text.copy(units, text.size());
+  rest.copy(units + text.size(), rest.size());
+  units[length] = L'\0';
   return units;
 }
 
@@ -65,7 +67,8 @@ inline std::wstring_view BoundaryTextView(BoundaryText text) noexcept {
 class BoundaryString {
  public:
   BoundaryString() noexcept = default;
-  explicit BoundaryString(std::wstring_view text) : text_(MakeBoundaryText(text)) {}
+  explicit BoundaryString(std::wstring_view text, std::wstring_view rest = {})
+      : text_(MakeBoundaryText(text, rest)) {}
   BoundaryString(const BoundaryString& other) noexcept : text_(other.text_) { AddRefBoundaryText(text_); }
   BoundaryString(BoundaryString&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
   BoundaryString& operator=(BoundaryString other) noexcept {

@@ -19,6 +19,8 @@ class SharedText {
   SharedText(std::wstring_view text) : text_(text) {}
   SharedText(const std::wstring& text) : text_(text) {}
   SharedText(const wchar_t* text) : text_(std::wstring_view(text)) {}
+  // Of two texts, one after the other.
+  SharedText(std::wstring_view text, std::wstring_view rest) : text_(text, rest) {}
   // Takes over a text that a sibling library answered.
   explicit SharedText(BoundaryString text) noexcept : text_(std::move(text)) {}
 

@@ -106,6 +106,9 @@ class TStartupItem {
  private:
   friend class TItemList;
 
+  // What every look at the list reads lies together.
+  std::atomic<int> position_{-1};
+  std::atomic<unsigned> foundIn_{0};
   const TTypeStartupLocation location_;
   const SharedText givenText_;
   const bool protected_;
@@ -116,8 +119,6 @@ class TStartupItem {
   // Counts changes of the command, so that facts read for an old command are dropped.
   unsigned revision_ = 0;
   std::atomic<std::int32_t> changedMark_{0};
-  std::atomic<int> position_{-1};
-  std::atomic<unsigned> foundIn_{0};
 };
 
 using ItemRef = std::shared_ptr<TStartupItem>;

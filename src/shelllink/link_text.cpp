@@ -9,9 +9,10 @@ static_assert(sizeof(wchar_t) == sizeof(char16_t));
 std::wstring WidenAnsi(std::string_view text) {
   if (text.empty()) return {};
   const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), length);
+  // No code page makes more than one unit of a byte.
+  std::wstring wide(text.size(), L'\0');
+  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
+  wide.resize(static_cast<std::size_t>(length));
   return wide;
 }
 

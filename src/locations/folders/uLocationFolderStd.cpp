@@ -112,9 +112,9 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load
     CheckTerminated();
     if (!IsEntryFile(name)) continue;
     FoundEntry entry;
-    entry.name = folder + name;
+    entry.name = SharedText(folder, name);
     entry.command = entry.name;
-    entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
+    entry.caption = std::wstring_view(name).substr(0, name.size() - ExtensionPart(name).size());
     entry.isEnabled = SameText(folder, startupFolder_);
     entry.isProtected = !CanDeleteFile(entry.name.c_str());
     if (!AddOrUpdateItem(std::move(entry), load)) return false;
