@@ -1,5 +1,6 @@
-// Text that many hold at once: one immutable block with its count, so that a copy costs neither memory nor time.
-// The block is a boundary string (boundary_string.h): what a sibling library answered is kept as it came.
+// Text that many hold at once: one immutable block with its count, so that a copy costs neither memory nor
+// time. The block is a boundary string (boundary_string.h): what a sibling library answered is kept as it
+// came.
 #pragma once
 
 #include "infra/boundary_string.h"

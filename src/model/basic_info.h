@@ -12,8 +12,9 @@ namespace smh {
 // Whether the location keeps files in a folder rather than values in the registry.
 bool IsFolderLocation(TTypeStartupLocation location) noexcept;
 
-// Completes details that have nothing but the caption and the command as given. In a folder location `name` is
-// the entry's own file, and that is what the entry starts. Touches the disk; call it without holding a lock.
+// Completes details that have nothing but the caption and the command as given. In a folder location `name`
+// is the entry's own file, and that is what the entry starts. Touches the disk; call it without holding a
+// lock.
 void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, ItemDetails& details);
 
 }  // namespace smh

@@ -26,9 +26,7 @@ struct VersionTexts {
   SharedText LegalTrademarks;
 
   // What people call the version and the maker.
-  const SharedText& Version() const noexcept {
-    return ProductVersion.empty() ? FileVersion : ProductVersion;
-  }
+  const SharedText& Version() const noexcept { return ProductVersion.empty() ? FileVersion : ProductVersion; }
   const SharedText& Company() const noexcept { return CompanyName.empty() ? LegalCopyright : CompanyName; }
 };
 

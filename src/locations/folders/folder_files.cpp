@@ -60,8 +60,8 @@ std::vector<std::wstring> FileNamesIn(const std::wstring& folder) {
 
 bool CanDeleteFile(const wchar_t* path) noexcept {
   return static_cast<bool>(
-      ScopedHandle(CreateFileW(path, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                               nullptr, OPEN_EXISTING, 0, nullptr)));
+      ScopedHandle(CreateFileW(path, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                               OPEN_EXISTING, 0, nullptr)));
 }
 
 std::wstring MakeUniqueFileName(const std::wstring& path) {
