@@ -34,6 +34,10 @@ std::wstring_view UpToZero(const wchar_t* units, DWORD bytes) noexcept {
   return text.substr(0, text.find(L'\0'));
 }
 
+bool IsMissing(LSTATUS status) noexcept {
+  return status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED;
+}
+
 bool IsEnd(LSTATUS status) noexcept {
   return status == ERROR_NO_MORE_ITEMS || status == ERROR_KEY_DELETED;
 }
@@ -144,7 +148,7 @@ std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& nam
     auto size = static_cast<DWORD>(data.bytes.size());
     const LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &data.type,
                                             reinterpret_cast<BYTE*>(data.bytes.data()), &size);
-    if (status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED) return std::nullopt;
+    if (IsMissing(status)) return std::nullopt;
     if (status == ERROR_MORE_DATA) {
       data.bytes.resize(std::max<std::size_t>(size, data.bytes.size() * 2));
       continue;
@@ -162,8 +166,10 @@ std::wstring QueryRegistryText(HKEY key, const std::wstring& name) {
   if (name.find(L'\0') != std::wstring::npos) return {};
   const LSTATUS status =
       RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(units), &size);
-  if (status == ERROR_SUCCESS) return std::wstring(IsTextType(type) ? UpToZero(units, size) : L"");
-  return QueryRegistryValue(key, name).value_or(RegistryData{}).Text();
+  if (IsMissing(status)) return {};
+  if (status == ERROR_MORE_DATA) return QueryRegistryValue(key, name).value_or(RegistryData{}).Text();
+  CheckStatus(status);
+  return IsTextType(type) ? std::wstring(UpToZero(units, size)) : std::wstring();
 }
 
 }  // namespace smh

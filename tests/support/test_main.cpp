@@ -22,7 +22,8 @@ int RunChild(const std::wstring& name, const ChildArguments& arguments) {
   try {
     return Children().at(name)(arguments);
   } catch (const std::exception& exception) {
-    std::fprintf(stderr, "child %ls let out: %s\n", name.c_str(), exception.what());
+    // Where the parent shows it.
+    std::printf("child %ls let out: %s\n", name.c_str(), exception.what());
     return 97;
   }
 }

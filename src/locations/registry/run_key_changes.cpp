@@ -14,6 +14,13 @@ constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in
 
 }  // namespace
 
+// Complete before anything is written: what can fail fails while nothing has changed.
+ItemRef TLocationRegistryStd::MakeItem(FoundEntry entry) const {
+  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
+  item->FillBasicInfo();
+  return item;
+}
+
 int TLocationRegistryStd::AddItem(const std::wstring& name, const std::wstring& command) {
   TLocationStartup::AddItem(name, command);
   const ChangeGate::Scope change(Gate());
@@ -37,7 +44,7 @@ int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring&
     entry.command = present->Text();
     entry.isProtected = !IsKeyWritable(FirstRoot(), KeyPath(true), OwnView());
   }
-  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
+  const ItemRef item = MakeItem(std::move(entry));
   if (!present) {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
@@ -46,7 +53,6 @@ int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring&
       return -1;
     }
   }
-  item->FillBasicInfo();
   return Items().Append(item);
 }
 
@@ -69,7 +75,7 @@ void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring&
   entry.command = command;
   entry.isEnabled = state.isEnabled;
   entry.address = state.address;
-  const auto changed = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
+  const ItemRef changed = MakeItem(std::move(entry));
 
   const bool recorded = DLLGlobals::UseBackupCheckpoints();
   const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
@@ -77,7 +83,6 @@ void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring&
     LogLine(Format(kChangeLine, state.name, command, MemberName()));
     return;
   }
-  changed->FillBasicInfo();
   Items().Insert(Items().Remove(*item), changed);
 }
 
@@ -109,11 +114,10 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   entry.caption = address.valueName;
   entry.command = command;
   entry.isEnabled = enabled;
-  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
+  const ItemRef item = MakeItem(std::move(entry));
   if (!WriteEntry(ValueStore(checkpoint), address, command)) {
     throw ERegistryException(Format(L"Failed to set data for '%s'", address.valueName));
   }
-  item->FillBasicInfo();
   Items().Insert(extracted, item);
 }
 

@@ -45,6 +45,7 @@ class TLocationRegistryStd final : public TLocationRegistry {
     KeptEntry kept;
   };
 
+  ItemRef MakeItem(FoundEntry entry) const;
   int AddValue(const std::wstring& name, const std::wstring& command);
   void RewriteValue(const ItemRef& item, const std::wstring& command);
 
