@@ -1,5 +1,7 @@
 #include "support/test_main.h"
 
+#include "infra/exceptions.h"
+
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -21,8 +23,12 @@ std::map<std::wstring, ChildFunction>& Children() {
 int RunChild(const std::wstring& name, const ChildArguments& arguments) {
   try {
     return Children().at(name)(arguments);
+    // Where the parent shows them.
+  } catch (const Exception& exception) {
+    std::printf("child %ls let out %ls: %ls\n", name.c_str(), exception.ClassName(),
+                exception.Message().c_str());
+    return 97;
   } catch (const std::exception& exception) {
-    // Where the parent shows it.
     std::printf("child %ls let out: %s\n", name.c_str(), exception.what());
     return 97;
   }
