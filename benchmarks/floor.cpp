@@ -110,8 +110,8 @@ void ReadHandlers(HKEY root, const std::wstring& list, REGSAM view, bool isAgain
 }
 
 std::vector<BYTE> ReadAll(const std::wstring& path) {
-  const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   LARGE_INTEGER size{};
   GetFileSizeEx(file, &size);
   std::vector<BYTE> bytes(static_cast<std::size_t>(size.QuadPart));

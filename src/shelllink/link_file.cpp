@@ -8,8 +8,8 @@ EFOpenError::EFOpenError(std::wstring_view fileName, DWORD code)
     : EFileStreamError(Format(L"Cannot open file \"%s\". %s", fileName, SystemErrorText(code)), code) {}
 
 LinkFile::LinkFile(const std::wstring& fileName)
-    : file_(CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                        FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr)) {
+    : file_(CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr)) {
   LARGE_INTEGER size{};
   if (!file_ || GetFileSizeEx(file_.Get(), &size) == FALSE) throw EFOpenError(fileName, GetLastError());
   size_ = static_cast<std::uint64_t>(size.QuadPart);

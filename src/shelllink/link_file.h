@@ -29,7 +29,7 @@ class EFOpenError : public EFileStreamError {
   const wchar_t* ClassName() const noexcept override { return L"EFOpenError"; }
 };
 
-// Open for reading, writes by others denied, until it goes out of scope.
+// Open for reading until it goes out of scope: others may not write to it meanwhile, but move or delete it.
 class LinkFile {
  public:
   // Raises EFOpenError.

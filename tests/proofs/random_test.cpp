@@ -124,6 +124,22 @@ std::wstring WorkerName(const std::wstring& worker) {
   return L"Worker " + worker + L' ';
 }
 
+// Another command, or switched without one. Refused while the other process has the shortcut open.
+void ChangeSomehow(const ItemRef& item, const std::wstring& command) {
+  TLocationStartup& location = *FindLocation(item->Location());
+  try {
+    if (!command.empty()) {
+      location.ChangeItemCommand(item, command);
+    } else if (item->IsEnabled()) {
+      location.DisableItem(item);
+    } else {
+      location.EnableItem(item);
+    }
+  } catch (const EOSError& error) {
+    if (error.Code() != ERROR_SHARING_VIOLATION) throw;
+  }
+}
+
 // Changes its own entries again and again, and takes back some of it each time, and all of it in the end.
 SMH_CHILD(ProofWorker) {
   const std::wstring name = WorkerName(arguments[0]);
@@ -149,14 +165,7 @@ SMH_CHILD(ProofWorker) {
     }
     for (const ItemRef& item : items) {
       if (std::wstring_view(item->GivenText()).find(name) == std::wstring::npos) continue;
-      TLocationStartup& location = *FindLocation(item->Location());
-      if (random.Below(3) == 0) {
-        location.ChangeItemCommand(item, kProgram + L" /" + std::to_wstring(round));
-      } else if (item->IsEnabled()) {
-        location.DisableItem(item);
-      } else {
-        location.EnableItem(item);
-      }
+      ChangeSomehow(item, random.Below(3) == 0 ? kProgram + L" /" + std::to_wstring(round) : L"");
     }
     if (!undoNewest(2)) return 2;
   }

@@ -105,6 +105,8 @@ TEST_F(LinkFileTest, DeniesWritesWhileOpenAndLetsGoAfterwards) {
     const LinkFile file(path);
     EXPECT_EQ(openErrorFor(GENERIC_READ, FILE_SHARE_READ), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(openErrorFor(GENERIC_WRITE, FILE_SHARE_READ), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_EQ(openErrorFor(DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE), DWORD{ERROR_SUCCESS})
+        << "others may move it";
   }
   EXPECT_NE(RefusalOf(path), L"");
   EXPECT_EQ(openErrorFor(GENERIC_WRITE, 0), DWORD{ERROR_SUCCESS});

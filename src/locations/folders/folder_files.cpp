@@ -105,7 +105,8 @@ std::wstring PlainFileName(std::wstring_view name) {
 }
 
 std::string ReadShortcutBytes(const std::wstring& path) {
-  const ScopedHandle file = OpenOrRaise(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
+  const ScopedHandle file =
+      OpenOrRaise(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
   LARGE_INTEGER size;
   if (GetFileSizeEx(file.Get(), &size) == FALSE) RaiseLastOSError();
   if (size.QuadPart > kLargestShortcut) RaiseOSError(ERROR_FILE_TOO_LARGE);
