@@ -147,10 +147,6 @@ int AppendIcon(HIMAGELIST large, HIMAGELIST small, const std::wstring& file) {
   return index;
 }
 
-}  // namespace
-
-namespace {
-
 void ReadRunKeys(bool isAgain, FloorResult& result) {
   for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
     for (const wchar_t* const path : kRunPaths) {

@@ -24,8 +24,8 @@ struct FloorResult {
   std::unordered_map<std::wstring, std::vector<BYTE>> versions;
 };
 
-// The six usual locations: keys in both views, enabled and disabled ones, with all their values; per value
-// the existence test that resolves its command and the one that says whether the file is there.
+// The four usual Run locations: keys in both views, enabled and disabled ones, with all their values; per
+// value the existence test that resolves its command and the one that says whether the file is there.
 void FloorRunKeys(FloorResult& result);
 // What reading them again costs at least: the values of all keys in both views, and nothing done with them.
 void FloorRunKeysAgain();

@@ -152,7 +152,7 @@ TEST_CASE("First pass") {
   {
     const Handlers handlers(programs, 2'000);
     Compare({"2000 handlers", kHandlerLocations,
-             [](FloorResult& result) { FloorHandlers(kHandlerPath, result); }, 2'000});
+             [](FloorResult& result) { FloorHandlers(test::kMenusKey, result); }, 2'000});
   }
   const Shortcuts shortcuts(programs, 500);
   const test::StartupPlaces& places = shortcuts.Places();
@@ -230,9 +230,9 @@ TEST_CASE("Growth") {
   }
   AddRow("growth 1000 to 10000, first pass", "us", large.firstPass, small.firstPass, 11);
   AddRow("growth 1000 to 10000, re-read after one change", "us", large.reread, small.reread, 11);
-  AddRow("the same, the system's enumeration alone", "us", large.rereadFloor, small.rereadFloor, kNoGoal);
+  AddRow("growth of the system's part of the re-read", "us", large.rereadFloor, small.rereadFloor, kNoGoal);
   AddRow("growth 1000 to 10000, removal of half", "us", large.removal, small.removal, 11);
-  AddRow("the same, the system's enumeration alone", "us", large.removalFloor, small.removalFloor, kNoGoal);
+  AddRow("growth of the system's part of the removal", "us", large.removalFloor, small.removalFloor, kNoGoal);
 }
 
 }  // namespace

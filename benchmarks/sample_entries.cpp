@@ -25,15 +25,11 @@ std::wstring ClassIdentifier(int index) {
 
 }  // namespace
 
-REGSAM OwnView() {
-  return test::HasTwoViews() ? KEY_WOW64_64KEY : 0;
-}
-
 RunValues::RunValues(const Programs& programs)
     : programs_(programs),
-      emptied_({kRunKeyPath, kRunKeyPath + L"Once", kRunKeyPath + L"-", kRunKeyPath + L"Once-"}),
-      user_(test::MakeKey(HKEY_CURRENT_USER, kRunKeyPath, OwnView())),
-      common_(test::MakeKey(HKEY_LOCAL_MACHINE, kRunKeyPath, OwnView())) {}
+      emptied_({test::kRunKey, test::kRunKey + L"Once", test::kRunKey + L"-", test::kRunKey + L"Once-"}),
+      user_(test::MakeKey(HKEY_CURRENT_USER, test::kRunKey, test::OwnView())),
+      common_(test::MakeKey(HKEY_LOCAL_MACHINE, test::kRunKey, test::OwnView())) {}
 
 void RunValues::Fill(int count) {
   for (int i = 0; i < count; ++i) SetCommand(i, Command(programs_, i));
@@ -49,13 +45,13 @@ void RunValues::Remove(int index) const {
   RegDeleteValueW(KeyOf(index), ValueName(index).c_str());
 }
 
-Handlers::Handlers(const Programs& programs, int count) : emptied_({kHandlerPath}) {
-  const ScopedKey list = test::MakeKey(HKEY_LOCAL_MACHINE, kHandlerPath, OwnView());
+Handlers::Handlers(const Programs& programs, int count) : emptied_({test::kMenusKey}) {
+  const ScopedKey list = test::MakeKey(HKEY_LOCAL_MACHINE, test::kMenusKey, test::OwnView());
   for (int i = 0; i < count; ++i) {
     const std::wstring identifier = ClassIdentifier(i);
     SetText(test::MakeKey(list.Get(), Format(L"Handler %d", i)).Get(), L"", identifier);
     classes_.push_back(std::make_unique<test::RegistryTree>(L"Software\\Classes\\CLSID\\" + identifier,
-                                                            HKEY_LOCAL_MACHINE, OwnView()));
+                                                            HKEY_LOCAL_MACHINE, test::OwnView()));
     SetText(classes_.back()->Key(L"InprocServer32").Get(), L"", programs[i]);
   }
 }

@@ -4,6 +4,7 @@
 
 #include "sample_programs.h"
 
+#include "support/known_keys.h"
 #include "support/registry_fixture.h"
 
 #include <memory>
@@ -11,12 +12,6 @@
 #include <vector>
 
 namespace smh::bench {
-
-inline const std::wstring kRunKeyPath = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-inline const std::wstring kHandlerPath = L"Software\\Classes\\*\\shellex\\ContextMenuHandlers";
-
-// The view that new entries are made in.
-REGSAM OwnView();
 
 // Values of the two Run keys: the even ones the user's, the odd ones everybody's in the own view.
 class RunValues {
