@@ -1,7 +1,7 @@
 // Every benchmark program's main, and the rows that it prints: fields separated by tabs, "row" first.
 
 #define CATCH_CONFIG_MAIN
-#include "bench.h"
+#include "benchmarks/bench.h"
 
 #include <cstdio>
 

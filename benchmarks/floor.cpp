@@ -1,4 +1,4 @@
-#include "floor.h"
+#include "benchmarks/floor.h"
 
 #include <shellapi.h>
 #include <commctrl.h>

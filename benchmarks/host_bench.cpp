@@ -1,16 +1,16 @@
 // The library as a host has it: what calls across the boundary cost, what waiting costs, what loading costs.
 
-#include "bench.h"
-#include "minimal_item.h"
-#include "sample_entries.h"
-#include "system_calls.h"
+#include "benchmarks/bench.h"
+#include "benchmarks/minimal_item.h"
+#include "benchmarks/sample_entries.h"
+#include "benchmarks/system_calls.h"
 
-#include "core/StartupManagerHelper.h"
-#include "infra/com_ptr.h"
-#include "infra/handle.h"
-#include "infra/import_function.h"
-#include "support/process_counts.h"
-#include "support/waiting.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/handle.h"
+#include "infra/runtime/import_function.h"
+#include "tests/support/process_counts.h"
+#include "tests/support/waiting.h"
 
 #include <oleauto.h>
 

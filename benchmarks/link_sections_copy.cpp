@@ -1,4 +1,4 @@
-#include "link_sections_copy.h"
+#include "benchmarks/link_sections_copy.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
 // What parsing a link in memory is measured against: its sections, each copied into a buffer of its own.
 #pragma once
 
-#include "shelllink/link_sections.h"
+#include "shelllink/format/link_sections.h"
 
 #include <cstddef>
 #include <memory>

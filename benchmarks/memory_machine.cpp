@@ -1,6 +1,6 @@
-#include "memory_machine.h"
+#include "benchmarks/memory_machine.h"
 
-#include "system_calls.h"
+#include "benchmarks/system_calls.h"
 
 #include <algorithm>
 #include <cstring>
@@ -292,7 +292,8 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(RegOpenKeyExW, OpenKey)                                                                                  \
   X(RegCloseKey, CloseKey)                                                                                   \
   X(RegEnumKeyExW, EnumKey)                                                                                  \
-  X(RegEnumValueW, EnumValue) X(RegQueryValueExW, QueryValue) X(GetFileAttributesW, FileAttributes)          \
+  X(RegEnumValueW, EnumValue)                                                                                \
+  X(RegQueryValueExW, QueryValue) X(GetFileAttributesW, FileAttributes)                                      \
       X(GetFileAttributesExW, FileAttributesEx) X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext)      \
           X(FindClose, FindEnd) X(CreateFileW, OpenFile) X(GetFileSizeEx, FileSize) X(ReadFile, ReadBytesOf) \
               X(CloseHandle, Close) X(GetFileVersionInfoSizeW, VersionSize)                                  \

@@ -1,5 +1,5 @@
 // In a file of its own, so that its callers cannot see through the calls.
-#include "minimal_item.h"
+#include "benchmarks/minimal_item.h"
 
 #include <oleauto.h>
 

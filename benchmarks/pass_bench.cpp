@@ -1,17 +1,17 @@
 // Reading the start-up entries against the floor: times, calls, and the same with every call answered from
 // memory; and how the times grow with the number of entries.
 
-#include "bench.h"
-#include "floor.h"
-#include "memory_machine.h"
-#include "sample_entries.h"
-#include "sample_shortcuts.h"
-#include "system_calls.h"
-#include "thread_clock.h"
+#include "benchmarks/bench.h"
+#include "benchmarks/floor.h"
+#include "benchmarks/memory_machine.h"
+#include "benchmarks/sample_entries.h"
+#include "benchmarks/sample_shortcuts.h"
+#include "benchmarks/system_calls.h"
+#include "benchmarks/thread_clock.h"
 
 #include "core/module_start.h"
-#include "core/uDllGlobals.h"
-#include "infra/statistics_log_store.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/log/statistics_log_store.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/uLocationStartup.h"

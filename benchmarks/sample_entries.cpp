@@ -1,6 +1,6 @@
-#include "sample_entries.h"
+#include "benchmarks/sample_entries.h"
 
-#include "infra/format.h"
+#include "infra/runtime/format.h"
 
 namespace smh::bench {
 

@@ -2,10 +2,10 @@
 // the end.
 #pragma once
 
-#include "sample_programs.h"
+#include "benchmarks/sample_programs.h"
 
-#include "support/known_keys.h"
-#include "support/registry_fixture.h"
+#include "tests/support/known_keys.h"
+#include "tests/support/registry_fixture.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
-#include "sample_programs.h"
+#include "benchmarks/sample_programs.h"
 
-#include "infra/format.h"
+#include "infra/runtime/format.h"
 
 #include <windows.h>
 

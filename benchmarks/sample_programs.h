@@ -2,7 +2,7 @@
 // on real machines.
 #pragma once
 
-#include "support/file_fixture.h"
+#include "tests/support/file_fixture.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
-#include "sample_shortcuts.h"
+#include "benchmarks/sample_shortcuts.h"
 
-#include "infra/format.h"
-#include "link_builder.h"
+#include "infra/runtime/format.h"
+#include "samples/link_builder.h"
 
 namespace smh::bench {
 

@@ -1,9 +1,9 @@
 // Shortcuts in any number in the real Startup folder, which is emptied first and put back at the end.
 #pragma once
 
-#include "sample_programs.h"
+#include "benchmarks/sample_programs.h"
 
-#include "support/startup_folders.h"
+#include "tests/support/startup_folders.h"
 
 namespace smh::bench {
 

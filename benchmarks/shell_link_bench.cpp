@@ -1,13 +1,13 @@
 // Reading a shell link: against the shell's own loader on the same bytes, against the bare calls on the same
 // file, and against copying the same sections.
 
-#include "bench.h"
+#include "benchmarks/bench.h"
 
-#include "infra/com_ptr.h"
-#include "infra/handle.h"
-#include "link_sections_copy.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/handle.h"
+#include "benchmarks/link_sections_copy.h"
 #include "shelllink/uShellLinkInfo.h"
-#include "support/file_fixture.h"
+#include "tests/support/file_fixture.h"
 
 #include <shlobj.h>
 

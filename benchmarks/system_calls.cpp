@@ -1,6 +1,6 @@
-#include "system_calls.h"
+#include "benchmarks/system_calls.h"
 
-#include "support/import_patch.h"
+#include "tests/support/import_patch.h"
 
 #include <shellapi.h>
 

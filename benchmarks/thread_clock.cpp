@@ -1,4 +1,4 @@
-#include "thread_clock.h"
+#include "benchmarks/thread_clock.h"
 
 #include <windows.h>
 

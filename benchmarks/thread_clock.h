@@ -1,7 +1,7 @@
 // Processor time, for what must not depend on what else the machine does.
 #pragma once
 
-#include "bench.h"
+#include "benchmarks/bench.h"
 
 namespace smh::bench {
 

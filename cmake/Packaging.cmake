@@ -5,9 +5,8 @@ set(PRODUCT_TARGETS StartupManagerHelper basekit prefkit raterkit guardkit trace
 add_custom_target(product DEPENDS ${PRODUCT_TARGETS})
 
 install(TARGETS ${PRODUCT_TARGETS} RUNTIME DESTINATION .)
-install(FILES
-        src/infra/boundary_string.h src/infra/intf_DebugLog.h src/infra/intf_FileRater.h
-        src/infra/intf_general.h src/infra/intf_journal.h src/infra/intf_safeguard.h
-        src/infra/intf_settings.h
-        DESTINATION include/infra)
-install(FILES src/core/StartupManagerHelper.h DESTINATION include/core)
+set(HOST_HEADERS
+    StartupManagerHelper.h boundary_string.h intf_DebugLog.h intf_FileRater.h intf_general.h intf_journal.h
+    intf_safeguard.h intf_settings.h)
+list(TRANSFORM HOST_HEADERS PREPEND src/core/contracts/)
+install(FILES ${HOST_HEADERS} DESTINATION include/core/contracts)

@@ -13,7 +13,8 @@ target_compile_definitions(build_settings INTERFACE
 target_compile_options(build_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Werror
   $<$<CONFIG:Debug>:-fsanitize=undefined -fsanitize-undefined-trap-on-error>)
-target_include_directories(build_settings INTERFACE "${CMAKE_SOURCE_DIR}/src")
+# An include names its file from src/ or from the top of the tree.
+target_include_directories(build_settings INTERFACE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
 # The static runtime leaves system DLLs as the only imports.
 target_link_options(build_settings INTERFACE
   -static -static-libgcc -static-libstdc++

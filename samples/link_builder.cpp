@@ -1,4 +1,4 @@
-#include "link_builder.h"
+#include "samples/link_builder.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,8 +1,8 @@
 // Writes shell links byte by byte, right ones and, by changing fields afterwards, wrong ones. Portable.
 #pragma once
 
-#include "shelllink/header_info.h"
-#include "shelllink/string_data.h"
+#include "shelllink/format/header_info.h"
+#include "shelllink/format/string_data.h"
 
 #include <optional>
 #include <string>

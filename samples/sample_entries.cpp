@@ -2,7 +2,7 @@
 // disabled entries, and the shortcut that a default program's command is beside its program. The shortcuts
 // are written byte by byte, because the shell's own object makes none with an environment block and none that
 // is damaged.
-#include "link_builder.h"
+#include "samples/link_builder.h"
 
 #include <windows.h>
 

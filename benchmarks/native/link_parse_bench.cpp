@@ -1,9 +1,9 @@
 // Parsing shell links from memory: against copying their sections, and against liblnk on the same bytes.
 
-#include "bench.h"
+#include "benchmarks/bench.h"
 
-#include "link_builder.h"
-#include "link_sections_copy.h"
+#include "samples/link_builder.h"
+#include "benchmarks/link_sections_copy.h"
 
 #include <libbfio.h>
 #include <liblnk.h>

@@ -1,7 +1,7 @@
 // What a command line asks for, after parsing.
 #pragma once
 
-#include "item_filter.h"
+#include "hosts/cli/item_filter.h"
 
 #include <optional>
 #include <string>

@@ -1,10 +1,10 @@
-#include "change_runner.h"
+#include "hosts/cli/change_runner.h"
 
-#include "console.h"
-#include "host_error.h"
-#include "item_selector.h"
-#include "location_names.h"
-#include "reading.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/host_error.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
 
 #include <algorithm>
 

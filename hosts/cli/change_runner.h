@@ -4,9 +4,9 @@
 // entry is looked up again: a change that did not happen is a failure.
 #pragma once
 
-#include "arguments.h"
-#include "item_record.h"
-#include "library.h"
+#include "hosts/cli/arguments.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/library.h"
 
 #include <functional>
 #include <string>

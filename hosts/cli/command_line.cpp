@@ -1,10 +1,10 @@
-#include "command_line.h"
+#include "hosts/cli/command_line.h"
 
-#include "host_error.h"
-#include "location_names.h"
-#include "text_encoding.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <CLI/CLI.hpp>
 

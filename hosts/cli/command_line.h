@@ -1,8 +1,8 @@
 // The syntax of the command line.
 #pragma once
 
-#include "arguments.h"
-#include "commands/commands.h"
+#include "hosts/cli/arguments.h"
+#include "hosts/cli/commands/commands.h"
 
 #include <span>
 #include <string>

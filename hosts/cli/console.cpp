@@ -1,7 +1,7 @@
-#include "console.h"
+#include "hosts/cli/console.h"
 
-#include "host_error.h"
-#include "text_encoding.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "interrupted_note.h"
+#include "hosts/cli/interrupted_note.h"
 
-#include "console.h"
-#include "journal.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/journal.h"
 
 namespace smh {
 

@@ -1,6 +1,6 @@
-#include "item_filter.h"
+#include "hosts/cli/item_filter.h"
 
-#include "location_names.h"
+#include "hosts/common/location_names.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // Which entries `list` and `watch` show.
 #pragma once
 
-#include "item_record.h"
-#include "reading.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/reading.h"
 
 #include <optional>
 #include <span>

@@ -1,11 +1,11 @@
-#include "item_selector.h"
+#include "hosts/cli/item_selector.h"
 
-#include "host_error.h"
-#include "location_names.h"
-#include "reading.h"
-#include "text_encoding.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 // Finding the entry that an ITEM of the command line means.
 #pragma once
 
-#include "item_record.h"
-#include "library.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/library.h"
 
 #include <optional>
 #include <span>

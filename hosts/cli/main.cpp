@@ -1,9 +1,9 @@
 // startupctl: the library's functions on the command line.
-#include "command_line.h"
-#include "console.h"
-#include "host_error.h"
-#include "host_process.h"
-#include "interrupted_note.h"
+#include "hosts/cli/command_line.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/host_process.h"
+#include "hosts/cli/interrupted_note.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
-#include "stored_command.h"
+#include "hosts/cli/stored_command.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 namespace {

@@ -1,8 +1,8 @@
 // Whether an entry holds a command that was given to the library.
 #pragma once
 
-#include "item_record.h"
-#include "library.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/library.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "table_output.h"
+#include "hosts/cli/table_output.h"
 
-#include "location_names.h"
-#include "text_encoding.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 

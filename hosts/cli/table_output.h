@@ -1,7 +1,7 @@
 // Tables for people.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <optional>
 #include <span>

@@ -1,8 +1,8 @@
-#include "client_record.h"
+#include "hosts/common/client_record.h"
 
-#include "host_error.h"
-#include "item_property.h"
-#include "reading.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/item_property.h"
+#include "hosts/common/reading.h"
 
 #include <iterator>
 

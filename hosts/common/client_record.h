@@ -1,8 +1,8 @@
 // Copies of what the library says about the default programs.
 #pragma once
 
-#include "item_record.h"
-#include "library.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/library.h"
 
 #include <span>
 #include <string>

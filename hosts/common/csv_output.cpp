@@ -1,6 +1,6 @@
-#include "csv_output.h"
+#include "hosts/common/csv_output.h"
 
-#include "text_encoding.h"
+#include "hosts/common/text_encoding.h"
 
 namespace smh {
 namespace {

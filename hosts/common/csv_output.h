@@ -1,7 +1,7 @@
 // CSV after RFC 4180: a header row, CRLF line ends, the same columns as the keys of the JSON output.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <span>
 #include <string>

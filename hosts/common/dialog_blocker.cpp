@@ -1,4 +1,4 @@
-#include "dialog_blocker.h"
+#include "hosts/common/dialog_blocker.h"
 
 namespace smh {
 namespace {

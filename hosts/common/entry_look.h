@@ -1,8 +1,8 @@
 // One look at the library's list, as EntryWatch wants it.
 #pragma once
 
-#include "entry_watch.h"
-#include "library.h"
+#include "hosts/common/entry_watch.h"
+#include "hosts/common/library.h"
 
 #include <utility>
 #include <vector>

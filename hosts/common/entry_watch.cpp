@@ -1,4 +1,4 @@
-#include "entry_watch.h"
+#include "hosts/common/entry_watch.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 // Telling what came, went and changed between two looks at the list of entries.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <functional>
 #include <map>

@@ -1,11 +1,11 @@
-#include "host_error.h"
+#include "hosts/common/host_error.h"
 
-#include "text_encoding.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/com_ptr.h"
-#include "infra/exceptions.h"
-#include "infra/handle.h"
-#include "infra/text.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/handle.h"
+#include "infra/runtime/text.h"
 
 #include <oleauto.h>
 

@@ -1,4 +1,4 @@
-#include "host_process.h"
+#include "hosts/common/host_process.h"
 
 #include <windows.h>
 

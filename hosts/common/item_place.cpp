@@ -1,8 +1,8 @@
-#include "item_place.h"
+#include "hosts/common/item_place.h"
 
-#include "location_names.h"
+#include "hosts/common/location_names.h"
 
-#include "infra/full_value_path.h"
+#include "infra/registry/full_value_path.h"
 
 namespace smh {
 namespace {

@@ -1,7 +1,7 @@
 // Where an entry lives, as its name tells it.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <string>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
-#include "item_property.h"
-#include "location_names.h"
+#include "hosts/common/item_property.h"
+#include "hosts/common/location_names.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 // A copy of what the library says about one entry, and the table of its fields that all outputs share.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
+#include "core/contracts/StartupManagerHelper.h"
 
 #include <cstdint>
 #include <optional>

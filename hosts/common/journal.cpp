@@ -1,7 +1,7 @@
-#include "journal.h"
+#include "hosts/common/journal.h"
 
-#include "host_error.h"
-#include "library.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/library.h"
 
 #include <array>
 

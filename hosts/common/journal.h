@@ -1,9 +1,9 @@
 // The journal of guardkit.dll: the checkpoints of past changes, and taking them back.
 #pragma once
 
-#include "infra/com_ptr.h"
-#include "infra/handle.h"
-#include "infra/intf_journal.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/handle.h"
+#include "core/contracts/intf_journal.h"
 
 #include <string>
 #include <string_view>

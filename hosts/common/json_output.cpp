@@ -1,6 +1,6 @@
-#include "json_output.h"
+#include "hosts/common/json_output.h"
 
-#include "text_encoding.h"
+#include "hosts/common/text_encoding.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // JSON. Unpaired surrogates and control characters are escapes, so the output is always valid UTF-8.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <span>
 #include <string>

@@ -1,10 +1,10 @@
-#include "library.h"
+#include "hosts/common/library.h"
 
-#include "host_error.h"
+#include "hosts/common/host_error.h"
 
-#include "infra/import_function.h"
-#include "infra/module_path.h"
-#include "infra/text.h"
+#include "infra/runtime/import_function.h"
+#include "infra/runtime/module_path.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 namespace {

@@ -1,9 +1,9 @@
 // StartupManagerHelper.dll and its sibling libraries, loaded at run time from the folder of this program.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
-#include "infra/com_ptr.h"
-#include "infra/handle.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <vector>

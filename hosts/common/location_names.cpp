@@ -1,6 +1,6 @@
-#include "location_names.h"
+#include "hosts/common/location_names.h"
 
-#include "infra/ascii_text.h"
+#include "infra/runtime/ascii_text.h"
 
 #include <iterator>
 

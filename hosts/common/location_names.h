@@ -1,7 +1,7 @@
 // The names by which locations are given on the command line and shown in lists, and what is known of each.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
+#include "core/contracts/StartupManagerHelper.h"
 
 #include <optional>
 #include <string_view>

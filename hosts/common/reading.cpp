@@ -1,6 +1,6 @@
-#include "reading.h"
+#include "hosts/common/reading.h"
 
-#include "host_error.h"
+#include "hosts/common/host_error.h"
 
 namespace smh {
 namespace {

@@ -1,8 +1,8 @@
 // Reading the entries: starting the library's reader, waiting for it, copying what it found.
 #pragma once
 
-#include "item_record.h"
-#include "library.h"
+#include "hosts/common/item_record.h"
+#include "hosts/common/library.h"
 
 #include <functional>
 #include <span>

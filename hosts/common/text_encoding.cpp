@@ -1,4 +1,4 @@
-#include "text_encoding.h"
+#include "hosts/common/text_encoding.h"
 
 #include <windows.h>
 

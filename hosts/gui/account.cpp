@@ -1,11 +1,11 @@
-#include "account.h"
+#include "hosts/gui/account.h"
 
-#include "library.h"
+#include "hosts/common/library.h"
 
-#include "infra/handle.h"
-#include "infra/intf_general.h"
-#include "infra/module_path.h"
-#include "infra/text.h"
+#include "infra/runtime/handle.h"
+#include "core/contracts/intf_general.h"
+#include "infra/runtime/module_path.h"
+#include "infra/runtime/text.h"
 
 #include <shellapi.h>
 #include <wtsapi32.h>

@@ -1,7 +1,7 @@
-#include "command_bar.h"
+#include "hosts/gui/command_bar.h"
 
-#include "glyphs.h"
-#include "resource.h"
+#include "hosts/gui/glyphs.h"
+#include "hosts/gui/resource.h"
 
 #include <algorithm>
 #include <iterator>

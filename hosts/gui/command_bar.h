@@ -1,7 +1,7 @@
 // The tool bar: which commands it has, and whether they can be used now.
 #pragma once
 
-#include "infra/scoped_image_list.h"
+#include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
 

@@ -1,9 +1,9 @@
 // Everything that is known about one entry, to read and to copy.
 #pragma once
 
-#include "item_record.h"
-#include "view.h"
-#include "virtual_list.h"
+#include "hosts/common/item_record.h"
+#include "hosts/gui/view.h"
+#include "hosts/gui/virtual_list.h"
 
 #include <optional>
 #include <string>

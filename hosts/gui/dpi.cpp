@@ -1,6 +1,6 @@
-#include "dpi.h"
+#include "hosts/gui/dpi.h"
 
-#include "infra/import_function.h"
+#include "infra/runtime/import_function.h"
 
 #include <algorithm>
 

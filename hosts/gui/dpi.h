@@ -1,7 +1,7 @@
 // Sizes and fonts at the resolution of a window's screen.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 namespace smh {
 

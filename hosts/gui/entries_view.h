@@ -1,13 +1,13 @@
 // The view of start-up entries: the list, the details of the selected one, and what can be done with them.
 #pragma once
 
-#include "details_pane.h"
-#include "entry_rows.h"
-#include "frame.h"
-#include "scaled_images.h"
-#include "splitter.h"
-#include "view.h"
-#include "virtual_list.h"
+#include "hosts/gui/details_pane.h"
+#include "hosts/gui/entry_rows.h"
+#include "hosts/gui/frame.h"
+#include "hosts/gui/scaled_images.h"
+#include "hosts/gui/splitter.h"
+#include "hosts/gui/view.h"
+#include "hosts/gui/virtual_list.h"
 
 #include <functional>
 #include <optional>

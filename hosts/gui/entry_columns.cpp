@@ -1,9 +1,9 @@
-#include "entry_columns.h"
+#include "hosts/gui/entry_columns.h"
 
-#include "location_titles.h"
-#include "text_encoding.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 namespace {

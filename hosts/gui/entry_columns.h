@@ -1,7 +1,7 @@
 // The columns of the list of entries.
 #pragma once
 
-#include "item_record.h"
+#include "hosts/common/item_record.h"
 
 #include <span>
 #include <string>

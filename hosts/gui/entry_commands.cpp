@@ -1,9 +1,9 @@
 // What can be done with the selected entries.
-#include "entries_view.h"
-#include "entry_dialogs.h"
-#include "item_property.h"
-#include "location_titles.h"
-#include "resource.h"
+#include "hosts/gui/entries_view.h"
+#include "hosts/gui/entry_dialogs.h"
+#include "hosts/common/item_property.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/resource.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
-#include "entry_dialogs.h"
+#include "hosts/gui/entry_dialogs.h"
 
-#include "location_titles.h"
-#include "resource.h"
-#include "window.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/resource.h"
+#include "hosts/gui/window.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <commdlg.h>
 

@@ -1,7 +1,7 @@
 // The dialogs that ask for what a change needs.
 #pragma once
 
-#include "entry_rows.h"
+#include "hosts/gui/entry_rows.h"
 
 #include <windows.h>
 

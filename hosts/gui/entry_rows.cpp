@@ -1,7 +1,7 @@
-#include "entry_rows.h"
+#include "hosts/gui/entry_rows.h"
 
-#include "location_titles.h"
-#include "search_text.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/search_text.h"
 
 #include <algorithm>
 #include <tuple>

@@ -2,9 +2,9 @@
 // no window; used by one thread.
 #pragma once
 
-#include "entry_columns.h"
-#include "entry_watch.h"
-#include "location_names.h"
+#include "hosts/gui/entry_columns.h"
+#include "hosts/common/entry_watch.h"
+#include "hosts/common/location_names.h"
 
 #include <bitset>
 #include <compare>

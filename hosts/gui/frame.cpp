@@ -1,6 +1,6 @@
-#include "frame.h"
+#include "hosts/gui/frame.h"
 
-#include "window.h"
+#include "hosts/gui/window.h"
 
 #include <cstring>
 

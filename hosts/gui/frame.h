@@ -1,8 +1,8 @@
 // What the views need of the main window.
 #pragma once
 
-#include "account.h"
-#include "worker.h"
+#include "hosts/gui/account.h"
+#include "hosts/gui/worker.h"
 
 #include <functional>
 #include <string>

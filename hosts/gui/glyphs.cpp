@@ -1,6 +1,6 @@
-#include "glyphs.h"
+#include "hosts/gui/glyphs.h"
 
-#include "dpi.h"
+#include "hosts/gui/dpi.h"
 
 #include <objidl.h>
 

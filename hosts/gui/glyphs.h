@@ -1,7 +1,7 @@
 // The small pictures of tool bar and check boxes, drawn as vectors so that they are sharp at any resolution.
 #pragma once
 
-#include "infra/scoped_image_list.h"
+#include "infra/runtime/scoped_image_list.h"
 
 namespace smh {
 

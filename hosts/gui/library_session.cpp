@@ -1,13 +1,13 @@
-#include "library_session.h"
+#include "hosts/gui/library_session.h"
 
-#include "csv_output.h"
-#include "dialog_blocker.h"
-#include "host_error.h"
-#include "json_output.h"
-#include "reading.h"
-#include "text_encoding.h"
+#include "hosts/common/csv_output.h"
+#include "hosts/common/dialog_blocker.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/json_output.h"
+#include "hosts/common/reading.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/scoped_com.h"
+#include "infra/runtime/scoped_com.h"
 
 #include <thread>
 

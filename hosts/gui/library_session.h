@@ -1,11 +1,11 @@
 // The library as the window uses it. Everything here runs on the worker's thread.
 #pragma once
 
-#include "client_record.h"
-#include "entry_look.h"
-#include "entry_rows.h"
-#include "journal.h"
-#include "library.h"
+#include "hosts/common/client_record.h"
+#include "hosts/common/entry_look.h"
+#include "hosts/gui/entry_rows.h"
+#include "hosts/common/journal.h"
+#include "hosts/common/library.h"
 
 #include <atomic>
 #include <functional>

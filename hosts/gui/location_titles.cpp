@@ -1,6 +1,6 @@
-#include "location_titles.h"
+#include "hosts/gui/location_titles.h"
 
-#include "location_names.h"
+#include "hosts/common/location_names.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 // Locations as people know them.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
+#include "core/contracts/StartupManagerHelper.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
-#include "location_tree.h"
+#include "hosts/gui/location_tree.h"
 
-#include "dpi.h"
-#include "location_titles.h"
-#include "resource.h"
+#include "hosts/gui/dpi.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/resource.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // views.
 #pragma once
 
-#include "entry_rows.h"
+#include "hosts/gui/entry_rows.h"
 
 #include <windows.h>
 

@@ -1,10 +1,10 @@
 // startupmanager: the library's functions in a window.
-#include "glyphs.h"
-#include "host_error.h"
-#include "host_process.h"
-#include "main_window.h"
+#include "hosts/gui/glyphs.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/host_process.h"
+#include "hosts/gui/main_window.h"
 
-#include "infra/scoped_com.h"
+#include "infra/runtime/scoped_com.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // What the main window's commands do, and what its bars say.
-#include "main_window.h"
+#include "hosts/gui/main_window.h"
 
-#include "entry_dialogs.h"
-#include "location_titles.h"
-#include "resource.h"
+#include "hosts/gui/entry_dialogs.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/resource.h"
 
 namespace smh {
 namespace {

@@ -1,8 +1,8 @@
-#include "main_window.h"
+#include "hosts/gui/main_window.h"
 
-#include "location_titles.h"
-#include "resource.h"
-#include "window_settings.h"
+#include "hosts/gui/location_titles.h"
+#include "hosts/gui/resource.h"
+#include "hosts/gui/window_settings.h"
 
 #include <algorithm>
 

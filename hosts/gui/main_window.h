@@ -1,18 +1,18 @@
 // The main window: tool bar and search box, the tree of locations, the view that it chose, the status bar.
 #pragma once
 
-#include "account.h"
-#include "command_bar.h"
-#include "dpi.h"
-#include "entries_view.h"
-#include "frame.h"
-#include "location_tree.h"
-#include "programs_view.h"
-#include "splitter.h"
-#include "ui_queue.h"
-#include "undo_view.h"
-#include "window.h"
-#include "worker.h"
+#include "hosts/gui/account.h"
+#include "hosts/gui/command_bar.h"
+#include "hosts/gui/dpi.h"
+#include "hosts/gui/entries_view.h"
+#include "hosts/gui/frame.h"
+#include "hosts/gui/location_tree.h"
+#include "hosts/gui/programs_view.h"
+#include "hosts/gui/splitter.h"
+#include "hosts/gui/ui_queue.h"
+#include "hosts/gui/undo_view.h"
+#include "hosts/gui/window.h"
+#include "hosts/gui/worker.h"
 
 #include <memory>
 

@@ -1,11 +1,11 @@
 // The view of default programs: what mail, media, browser and the like are opened with.
 #pragma once
 
-#include "client_record.h"
-#include "frame.h"
-#include "scaled_images.h"
-#include "view.h"
-#include "virtual_list.h"
+#include "hosts/common/client_record.h"
+#include "hosts/gui/frame.h"
+#include "hosts/gui/scaled_images.h"
+#include "hosts/gui/view.h"
+#include "hosts/gui/virtual_list.h"
 
 #include <string>
 #include <vector>

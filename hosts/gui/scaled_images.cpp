@@ -1,6 +1,6 @@
-#include "scaled_images.h"
+#include "hosts/gui/scaled_images.h"
 
-#include "dpi.h"
+#include "hosts/gui/dpi.h"
 
 namespace smh {
 namespace {

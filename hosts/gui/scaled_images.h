@@ -1,7 +1,7 @@
 // The library's images at the size that the screen's resolution asks for.
 #pragma once
 
-#include "infra/scoped_image_list.h"
+#include "infra/runtime/scoped_image_list.h"
 
 namespace smh {
 

@@ -1,4 +1,4 @@
-#include "search_text.h"
+#include "hosts/gui/search_text.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "splitter.h"
+#include "hosts/gui/splitter.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // A bar between two panes that the user drags.
 #pragma once
 
-#include "window.h"
+#include "hosts/gui/window.h"
 
 #include <functional>
 

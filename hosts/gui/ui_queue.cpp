@@ -1,4 +1,4 @@
-#include "ui_queue.h"
+#include "hosts/gui/ui_queue.h"
 
 #include <utility>
 

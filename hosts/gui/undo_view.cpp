@@ -1,11 +1,11 @@
-#include "undo_view.h"
+#include "hosts/gui/undo_view.h"
 
-#include "dpi.h"
-#include "resource.h"
-#include "search_text.h"
-#include "text_encoding.h"
+#include "hosts/gui/dpi.h"
+#include "hosts/gui/resource.h"
+#include "hosts/gui/search_text.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,10 +1,10 @@
 // The view of past changes: what was changed when, what taking it back would mean, undo and redo.
 #pragma once
 
-#include "frame.h"
-#include "journal.h"
-#include "view.h"
-#include "virtual_list.h"
+#include "hosts/gui/frame.h"
+#include "hosts/common/journal.h"
+#include "hosts/gui/view.h"
+#include "hosts/gui/virtual_list.h"
 
 #include <optional>
 #include <string>

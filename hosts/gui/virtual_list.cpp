@@ -1,7 +1,7 @@
-#include "virtual_list.h"
+#include "hosts/gui/virtual_list.h"
 
-#include "dpi.h"
-#include "glyphs.h"
+#include "hosts/gui/dpi.h"
+#include "hosts/gui/glyphs.h"
 
 #include <uxtheme.h>
 

@@ -1,7 +1,7 @@
 // A report list that draws its rows from somewhere else and keeps no copy of them.
 #pragma once
 
-#include "infra/scoped_image_list.h"
+#include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
-#include "window.h"
+#include "hosts/gui/window.h"
 
-#include "host_error.h"
-#include "resource.h"
+#include "hosts/common/host_error.h"
+#include "hosts/gui/resource.h"
 
 namespace smh {
 

@@ -1,4 +1,4 @@
-#include "window_settings.h"
+#include "hosts/gui/window_settings.h"
 
 #include <cwchar>
 

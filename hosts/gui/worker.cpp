@@ -1,8 +1,8 @@
-#include "worker.h"
+#include "hosts/gui/worker.h"
 
-#include "host_error.h"
+#include "hosts/common/host_error.h"
 
-#include "infra/scoped_com.h"
+#include "infra/runtime/scoped_com.h"
 
 namespace smh {
 namespace {

@@ -2,10 +2,10 @@
 // waits.
 #pragma once
 
-#include "library_session.h"
-#include "ui_queue.h"
+#include "hosts/gui/library_session.h"
+#include "hosts/gui/ui_queue.h"
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <atomic>
 #include <deque>

@@ -1,11 +1,11 @@
-#include "basekit/environment.h"
+#include "siblings/basekit/environment.h"
 
 #include <windows.h>
 
 #include <optional>
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

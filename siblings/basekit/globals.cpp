@@ -1,9 +1,9 @@
-#include "basekit/services.h"
+#include "siblings/basekit/services.h"
 
-#include "basekit/version_record.h"
-#include "common/guard.h"
-#include "common/product.h"
-#include "infra/exceptions.h"
+#include "siblings/basekit/version_record.h"
+#include "core/contracts/guard.h"
+#include "siblings/common/product.h"
+#include "infra/runtime/exceptions.h"
 
 // The start of this module in memory, as the linker names it.
 extern "C" IMAGE_DOS_HEADER __ImageBase;

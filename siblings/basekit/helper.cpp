@@ -1,19 +1,19 @@
-#include "basekit/services.h"
+#include "siblings/basekit/services.h"
 
 #include <shlobj.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "basekit/environment.h"
-#include "basekit/executable_extensions.h"
-#include "basekit/indirect_string.h"
-#include "basekit/ole_date.h"
-#include "basekit/user.h"
-#include "basekit/version_cache.h"
-#include "common/data_folder.h"
-#include "common/guard.h"
-#include "infra/text.h"
+#include "siblings/basekit/environment.h"
+#include "siblings/basekit/executable_extensions.h"
+#include "siblings/basekit/indirect_string.h"
+#include "siblings/basekit/ole_date.h"
+#include "siblings/basekit/user.h"
+#include "siblings/basekit/version_cache.h"
+#include "siblings/common/data_folder.h"
+#include "core/contracts/guard.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,10 +1,10 @@
-#include "basekit/indirect_string.h"
+#include "siblings/basekit/indirect_string.h"
 
 #include <limits>
 #include <optional>
 
-#include "basekit/environment.h"
-#include "infra/text.h"
+#include "siblings/basekit/environment.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,10 +1,10 @@
 // The entry point and the one export of basekit.dll.
 
-#include "basekit/redirected_twin.h"
-#include "basekit/services.h"
-#include "basekit/version_cache.h"
-#include "common/module_entry.h"
-#include "common/service_table.h"
+#include "siblings/basekit/redirected_twin.h"
+#include "siblings/basekit/services.h"
+#include "siblings/basekit/version_cache.h"
+#include "siblings/common/module_entry.h"
+#include "core/contracts/service_table.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
-#include "basekit/ole_date.h"
+#include "siblings/basekit/ole_date.h"
 
 #include <cmath>
 #include <cstdint>
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

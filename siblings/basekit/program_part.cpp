@@ -1,11 +1,11 @@
-#include "basekit/program_part.h"
+#include "siblings/basekit/program_part.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "basekit/environment.h"
-#include "basekit/executable_extensions.h"
-#include "infra/text.h"
+#include "siblings/basekit/environment.h"
+#include "siblings/basekit/executable_extensions.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,14 +1,14 @@
-#include "basekit/redirected_twin.h"
+#include "siblings/basekit/redirected_twin.h"
 
 #include <windows.h>
 #include <shlobj.h>
 
 #include <utility>
 
-#include "basekit/environment.h"
-#include "common/data_folder.h"
-#include "infra/critical_section.h"
-#include "infra/text.h"
+#include "siblings/basekit/environment.h"
+#include "siblings/common/data_folder.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // redirected_twin.h.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_general.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_general.h"
 
 namespace smh {
 

@@ -1,11 +1,11 @@
-#include "basekit/services.h"
+#include "siblings/basekit/services.h"
 
 #include <commctrl.h>
 #include <shlobj.h>
 
-#include "basekit/environment.h"
-#include "common/guard.h"
-#include "infra/exceptions.h"
+#include "siblings/basekit/environment.h"
+#include "core/contracts/guard.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

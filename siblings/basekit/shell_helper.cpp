@@ -1,11 +1,11 @@
-#include "basekit/services.h"
+#include "siblings/basekit/services.h"
 
-#include "basekit/environment.h"
-#include "basekit/program_part.h"
-#include "basekit/redirected_twin.h"
-#include "common/data_folder.h"
-#include "common/guard.h"
-#include "infra/text.h"
+#include "siblings/basekit/environment.h"
+#include "siblings/basekit/program_part.h"
+#include "siblings/basekit/redirected_twin.h"
+#include "siblings/common/data_folder.h"
+#include "core/contracts/guard.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,4 +1,4 @@
-#include "basekit/user.h"
+#include "siblings/basekit/user.h"
 
 #include <windows.h>
 #define SECURITY_WIN32

@@ -1,11 +1,11 @@
-#include "basekit/version_cache.h"
+#include "siblings/basekit/version_cache.h"
 
 #include <windows.h>
 
 #include <algorithm>
 #include <optional>
 
-#include "basekit/environment.h"
+#include "siblings/basekit/environment.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // kept.
 #pragma once
 
-#include "basekit/version_record.h"
-#include "infra/critical_section.h"
+#include "siblings/basekit/version_record.h"
+#include "infra/runtime/critical_section.h"
 
 #include <array>
 #include <memory>

@@ -1,12 +1,12 @@
-#include "basekit/version_record.h"
+#include "siblings/basekit/version_record.h"
 
 #include <windows.h>
 
 #include <algorithm>
 #include <cstring>
 
-#include "infra/format.h"
-#include "infra/text.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,10 +1,10 @@
-#include "common/data_folder.h"
+#include "siblings/common/data_folder.h"
 
 #include <windows.h>
 #include <shlobj.h>
 
-#include "common/product.h"
-#include "infra/text.h"
+#include "siblings/common/product.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

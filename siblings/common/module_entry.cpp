@@ -1,6 +1,6 @@
-#include "common/module_entry.h"
+#include "siblings/common/module_entry.h"
 
-#include "common/guard.h"
+#include "core/contracts/guard.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 // The entry point of a sibling that has state: its DllMain is one call of RunModuleEntry.
 #pragma once
 
-#include "infra/module_steps.h"
+#include "infra/runtime/module_steps.h"
 
 #include <windows.h>
 

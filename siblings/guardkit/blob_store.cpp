@@ -1,8 +1,8 @@
-#include "guardkit/blob_store.h"
+#include "siblings/guardkit/blob_store.h"
 
-#include "guardkit/content_hash.h"
-#include "infra/exceptions.h"
-#include "infra/format.h"
+#include "siblings/guardkit/content_hash.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
 
 #include <functional>
 #include <vector>

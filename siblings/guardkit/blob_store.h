@@ -2,9 +2,9 @@
 // folder.
 #pragma once
 
-#include "guardkit/journal_folder.h"
-#include "guardkit/journal_steps.h"
-#include "infra/handle.h"
+#include "siblings/guardkit/journal_folder.h"
+#include "siblings/guardkit/format/journal_steps.h"
+#include "infra/runtime/handle.h"
 
 #include <set>
 

@@ -1,6 +1,6 @@
-#include "guardkit/checkpoints.h"
+#include "siblings/guardkit/checkpoints.h"
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 #include <utility>
 

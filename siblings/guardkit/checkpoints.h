@@ -1,8 +1,8 @@
 // The open checkpoints of the process, one per thread.
 #pragma once
 
-#include "guardkit/open_checkpoint.h"
-#include "infra/critical_section.h"
+#include "siblings/guardkit/open_checkpoint.h"
+#include "infra/runtime/critical_section.h"
 
 #include <map>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "guardkit/content_hash.h"
+#include "siblings/guardkit/content_hash.h"
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 // SHA-256, from the system.
 #pragma once
 
-#include "guardkit/journal_steps.h"
+#include "siblings/guardkit/format/journal_steps.h"
 
 #include <windows.h>
 #include <bcrypt.h>

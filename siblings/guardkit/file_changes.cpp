@@ -1,8 +1,8 @@
-#include "guardkit/file_changes.h"
+#include "siblings/guardkit/file_changes.h"
 
-#include "common/data_folder.h"
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "siblings/common/data_folder.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 #include <shlobj.h>
 

@@ -5,8 +5,8 @@
 // rename.
 #pragma once
 
-#include "guardkit/file_state.h"
-#include "guardkit/open_checkpoint.h"
+#include "siblings/guardkit/file_state.h"
+#include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
-#include "guardkit/file_state.h"
+#include "siblings/guardkit/file_state.h"
 
-#include "guardkit/file_time.h"
-#include "guardkit/security_state.h"
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "siblings/guardkit/file_time.h"
+#include "siblings/guardkit/security_state.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 #include <functional>
 

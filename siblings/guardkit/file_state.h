@@ -1,8 +1,8 @@
 // The states of files: read for the journal, written back by an undo.
 #pragma once
 
-#include "guardkit/blob_store.h"
-#include "guardkit/journal_steps.h"
+#include "siblings/guardkit/blob_store.h"
+#include "siblings/guardkit/format/journal_steps.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
-#include "guardkit/held_path.h"
+#include "siblings/guardkit/held_path.h"
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

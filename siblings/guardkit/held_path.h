@@ -2,7 +2,7 @@
 // process that respects sharing, so that what was checked is what is used.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <vector>

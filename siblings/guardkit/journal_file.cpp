@@ -1,7 +1,7 @@
-#include "guardkit/journal_file.h"
+#include "siblings/guardkit/journal_file.h"
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -2,9 +2,9 @@
 // finished.
 #pragma once
 
-#include "guardkit/journal_folder.h"
-#include "guardkit/journal_format.h"
-#include "infra/handle.h"
+#include "siblings/guardkit/journal_folder.h"
+#include "siblings/guardkit/format/journal_format.h"
+#include "infra/runtime/handle.h"
 
 #include <optional>
 #include <vector>

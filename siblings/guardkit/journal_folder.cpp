@@ -1,10 +1,10 @@
-#include "guardkit/journal_folder.h"
+#include "siblings/guardkit/journal_folder.h"
 
-#include "common/data_folder.h"
-#include "common/product.h"
-#include "infra/exceptions.h"
-#include "infra/folder_access.h"
-#include "infra/text.h"
+#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/files/folder_access.h"
+#include "infra/runtime/text.h"
 
 #include <sddl.h>
 #include <shlobj.h>

@@ -5,7 +5,7 @@
 // journal of its own kind only.
 #pragma once
 
-#include "guardkit/held_path.h"
+#include "siblings/guardkit/held_path.h"
 
 #include <windows.h>
 

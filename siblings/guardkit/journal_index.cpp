@@ -1,7 +1,7 @@
-#include "guardkit/journal_index.h"
+#include "siblings/guardkit/journal_index.h"
 
-#include "guardkit/journal_lock.h"
-#include "infra/exceptions.h"
+#include "siblings/guardkit/journal_lock.h"
+#include "infra/runtime/exceptions.h"
 
 #include <algorithm>
 #include <ranges>

@@ -1,8 +1,8 @@
 // The checkpoints of the journal and what has become of them.
 #pragma once
 
-#include "guardkit/journal_file.h"
-#include "infra/intf_journal.h"
+#include "siblings/guardkit/journal_file.h"
+#include "core/contracts/intf_journal.h"
 
 #include <optional>
 #include <vector>

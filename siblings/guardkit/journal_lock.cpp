@@ -1,6 +1,6 @@
-#include "guardkit/journal_lock.h"
+#include "siblings/guardkit/journal_lock.h"
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

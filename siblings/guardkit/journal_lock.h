@@ -5,8 +5,8 @@
 // that dies gives it back.
 #pragma once
 
-#include "guardkit/journal_folder.h"
-#include "infra/handle.h"
+#include "siblings/guardkit/journal_folder.h"
+#include "infra/runtime/handle.h"
 
 namespace smh {
 

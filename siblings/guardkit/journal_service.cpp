@@ -1,11 +1,11 @@
-#include "guardkit/journal_service.h"
+#include "siblings/guardkit/journal_service.h"
 
-#include "common/guard.h"
-#include "guardkit/checkpoints.h"
-#include "guardkit/file_time.h"
-#include "guardkit/undo_runner.h"
-#include "infra/com_object.h"
-#include "infra/exceptions.h"
+#include "core/contracts/guard.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/file_time.h"
+#include "siblings/guardkit/undo_runner.h"
+#include "core/contracts/com_object.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 // The journal as hosts reach it.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_journal.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_journal.h"
 
 namespace smh {
 

@@ -1,11 +1,11 @@
 // The entry point and the one export of guardkit.dll.
 
-#include "common/module_entry.h"
-#include "common/service_table.h"
-#include "guardkit/checkpoints.h"
-#include "guardkit/journal_service.h"
-#include "guardkit/reg_access.h"
-#include "guardkit/safeguard.h"
+#include "siblings/common/module_entry.h"
+#include "core/contracts/service_table.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/journal_service.h"
+#include "siblings/guardkit/reg_access.h"
+#include "siblings/guardkit/safeguard.h"
 
 namespace smh {
 

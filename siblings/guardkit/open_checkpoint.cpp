@@ -1,8 +1,8 @@
-#include "guardkit/open_checkpoint.h"
+#include "siblings/guardkit/open_checkpoint.h"
 
-#include "guardkit/file_time.h"
-#include "guardkit/registry_place.h"
-#include "infra/exceptions.h"
+#include "siblings/guardkit/file_time.h"
+#include "siblings/guardkit/registry_place.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

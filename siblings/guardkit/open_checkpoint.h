@@ -2,10 +2,10 @@
 // before a source may go.
 #pragma once
 
-#include "guardkit/blob_store.h"
-#include "guardkit/journal_file.h"
-#include "guardkit/journal_lock.h"
-#include "guardkit/retention.h"
+#include "siblings/guardkit/blob_store.h"
+#include "siblings/guardkit/journal_file.h"
+#include "siblings/guardkit/journal_lock.h"
+#include "siblings/guardkit/retention.h"
 
 #include <map>
 #include <string_view>

@@ -1,8 +1,8 @@
-#include "guardkit/reg_access.h"
+#include "siblings/guardkit/reg_access.h"
 
-#include "guardkit/checkpoints.h"
-#include "guardkit/registry_changes.h"
-#include "guardkit/status_guard.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/registry_changes.h"
+#include "siblings/guardkit/status_guard.h"
 
 namespace smh {
 

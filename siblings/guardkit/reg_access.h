@@ -1,8 +1,8 @@
 // The registry half of the backup service: every change of a key or value is made here.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_safeguard.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_safeguard.h"
 
 namespace smh {
 

@@ -1,10 +1,10 @@
-#include "guardkit/registry_changes.h"
+#include "siblings/guardkit/registry_changes.h"
 
-#include "guardkit/registry_place.h"
-#include "guardkit/registry_state.h"
-#include "infra/exceptions.h"
-#include "infra/registry_tree.h"
-#include "infra/registry_values.h"
+#include "siblings/guardkit/registry_place.h"
+#include "siblings/guardkit/registry_state.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_tree.h"
+#include "infra/registry/registry_values.h"
 
 namespace smh {
 

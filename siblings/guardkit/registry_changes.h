@@ -2,7 +2,7 @@
 // statuses; what keeps a change from being recorded raises EOSError, and the change is not made then.
 #pragma once
 
-#include "guardkit/open_checkpoint.h"
+#include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
-#include "guardkit/registry_place.h"
+#include "siblings/guardkit/registry_place.h"
 
-#include "guardkit/native_registry.h"
-#include "infra/exceptions.h"
-#include "infra/registry_tree.h"
-#include "infra/text.h"
+#include "siblings/guardkit/native_registry.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_tree.h"
+#include "infra/runtime/text.h"
 
 #include <cstring>
 #include <vector>

@@ -1,7 +1,7 @@
 // Keys by their real place, and the way back to them.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <string_view>

@@ -1,9 +1,9 @@
-#include "guardkit/registry_state.h"
+#include "siblings/guardkit/registry_state.h"
 
-#include "guardkit/native_registry.h"
-#include "guardkit/security_state.h"
-#include "infra/exceptions.h"
-#include "infra/registry_values.h"
+#include "siblings/guardkit/native_registry.h"
+#include "siblings/guardkit/security_state.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_values.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 // The states of values and keys: read for the journal, written back by an undo.
 #pragma once
 
-#include "guardkit/journal_steps.h"
+#include "siblings/guardkit/format/journal_steps.h"
 
 #include <windows.h>
 

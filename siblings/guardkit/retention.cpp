@@ -1,12 +1,12 @@
-#include "guardkit/retention.h"
+#include "siblings/guardkit/retention.h"
 
-#include "guardkit/journal_file.h"
-#include "infra/com_ptr.h"
-#include "infra/exceptions.h"
-#include "infra/import_function.h"
-#include "infra/intf_settings.h"
-#include "infra/module_path.h"
-#include "infra/text.h"
+#include "siblings/guardkit/journal_file.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/import_function.h"
+#include "core/contracts/intf_settings.h"
+#include "infra/runtime/module_path.h"
+#include "infra/runtime/text.h"
 
 #include <numeric>
 

@@ -1,8 +1,8 @@
 // How many checkpoints are kept. The oldest go first; one that was never finished stays until it was undone.
 #pragma once
 
-#include "guardkit/blob_store.h"
-#include "guardkit/journal_folder.h"
+#include "siblings/guardkit/blob_store.h"
+#include "siblings/guardkit/journal_folder.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
-#include "guardkit/safeguard.h"
+#include "siblings/guardkit/safeguard.h"
 
-#include "guardkit/checkpoints.h"
-#include "guardkit/file_changes.h"
-#include "guardkit/status_guard.h"
-#include "infra/boundary_string.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/file_changes.h"
+#include "siblings/guardkit/status_guard.h"
+#include "core/contracts/boundary_string.h"
 
 namespace smh {
 

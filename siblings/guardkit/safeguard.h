@@ -1,8 +1,8 @@
 // The backup service: checkpoints, file changes, and the way to registry changes.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_safeguard.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_safeguard.h"
 
 namespace smh {
 

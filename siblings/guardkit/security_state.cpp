@@ -1,4 +1,4 @@
-#include "guardkit/security_state.h"
+#include "siblings/guardkit/security_state.h"
 
 #include <cstring>
 

@@ -1,8 +1,8 @@
 // Owner, group and DACL of keys and files, as self-relative descriptors.
 #pragma once
 
-#include "guardkit/journal_steps.h"
-#include "infra/handle.h"
+#include "siblings/guardkit/format/journal_steps.h"
+#include "infra/runtime/handle.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // The boundary of the slots that answer Win32 statuses: exceptions end here.
 #pragma once
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 #include <new>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "guardkit/undo_runner.h"
+#include "siblings/guardkit/undo_runner.h"
 
-#include "guardkit/undo_steps.h"
-#include "infra/exceptions.h"
+#include "siblings/guardkit/undo_steps.h"
+#include "infra/runtime/exceptions.h"
 
 #include <algorithm>
 #include <memory>

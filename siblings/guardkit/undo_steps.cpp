@@ -1,12 +1,12 @@
-#include "guardkit/undo_steps.h"
+#include "siblings/guardkit/undo_steps.h"
 
-#include "guardkit/file_changes.h"
-#include "guardkit/registry_changes.h"
-#include "guardkit/registry_place.h"
-#include "guardkit/registry_state.h"
-#include "infra/exceptions.h"
-#include "infra/format.h"
-#include "infra/text.h"
+#include "siblings/guardkit/file_changes.h"
+#include "siblings/guardkit/registry_changes.h"
+#include "siblings/guardkit/registry_place.h"
+#include "siblings/guardkit/registry_state.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/text.h"
 
 #include <optional>
 

@@ -1,11 +1,11 @@
-#include "prefkit/services.h"
+#include "siblings/prefkit/services.h"
 
 #include <algorithm>
 #include <string>
 
-#include "common/guard.h"
-#include "common/product.h"
-#include "infra/text.h"
+#include "core/contracts/guard.h"
+#include "siblings/common/product.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 // The one export of prefkit.dll.
 
-#include "common/service_table.h"
-#include "prefkit/services.h"
+#include "core/contracts/service_table.h"
+#include "siblings/prefkit/services.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 // The objects behind prefkit's services. They hold nothing: every question reads the registry.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_settings.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_settings.h"
 
 namespace smh {
 

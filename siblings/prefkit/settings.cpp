@@ -1,4 +1,4 @@
-#include "prefkit/services.h"
+#include "siblings/prefkit/services.h"
 
 namespace smh {
 

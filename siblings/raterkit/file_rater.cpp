@@ -1,13 +1,13 @@
-#include "raterkit/file_rater.h"
+#include "siblings/raterkit/file_rater.h"
 
 #include <memory>
 #include <utility>
 
-#include "common/data_folder.h"
-#include "common/guard.h"
-#include "infra/module_path.h"
-#include "infra/text.h"
-#include "raterkit/rating_store.h"
+#include "siblings/common/data_folder.h"
+#include "core/contracts/guard.h"
+#include "infra/runtime/module_path.h"
+#include "infra/runtime/text.h"
+#include "siblings/raterkit/rating_store.h"
 
 namespace smh {
 

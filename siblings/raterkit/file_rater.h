@@ -1,8 +1,8 @@
 // The object behind raterkit's service.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_FileRater.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_FileRater.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 // The entry point and the one export of raterkit.dll.
 
-#include "common/module_entry.h"
-#include "common/service_table.h"
-#include "raterkit/file_rater.h"
+#include "siblings/common/module_entry.h"
+#include "core/contracts/service_table.h"
+#include "siblings/raterkit/file_rater.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
-#include "raterkit/rating_store.h"
+#include "siblings/raterkit/rating_store.h"
 
 #include <windows.h>
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // is read on first use and again when it has changed, appeared or gone.
 #pragma once
 
-#include "infra/critical_section.h"
-#include "raterkit/rating_table.h"
+#include "infra/runtime/critical_section.h"
+#include "siblings/raterkit/rating_table.h"
 
 #include <array>
 

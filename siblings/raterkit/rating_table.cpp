@@ -1,6 +1,6 @@
-#include "raterkit/rating_table.h"
+#include "siblings/raterkit/rating_table.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

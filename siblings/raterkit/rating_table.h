@@ -3,7 +3,7 @@
 // remarks, the first of two equal names counts, and any other line is passed over.
 #pragma once
 
-#include "infra/intf_FileRater.h"
+#include "core/contracts/intf_FileRater.h"
 
 #include <map>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "tracekit/debug_log.h"
+#include "siblings/tracekit/debug_log.h"
 
 #include <algorithm>
 #include <atomic>
@@ -7,9 +7,9 @@
 #include <string>
 #include <utility>
 
-#include "common/guard.h"
-#include "infra/exceptions.h"
-#include "tracekit/trace_file.h"
+#include "core/contracts/guard.h"
+#include "infra/runtime/exceptions.h"
+#include "siblings/tracekit/trace_file.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // mode is on, and whoever loaded it then just traces; SetEnabled switches it off and on again.
 #pragma once
 
-#include "common/service_object.h"
-#include "infra/intf_DebugLog.h"
+#include "core/contracts/service_object.h"
+#include "core/contracts/intf_DebugLog.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 // The entry point and the one export of tracekit.dll.
 
-#include "common/module_entry.h"
-#include "common/service_table.h"
-#include "tracekit/debug_log.h"
+#include "siblings/common/module_entry.h"
+#include "core/contracts/service_table.h"
+#include "siblings/tracekit/debug_log.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
-#include "tracekit/trace_file.h"
+#include "siblings/tracekit/trace_file.h"
 
 #include <string>
 
-#include "common/data_folder.h"
-#include "infra/exceptions.h"
+#include "siblings/common/data_folder.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // CRLF line ends, only ever appended to, also by several processes at once.
 #pragma once
 
-#include "infra/critical_section.h"
-#include "infra/handle.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/handle.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "clients/client_details.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/text.h"
 #include "model/extended_info.h"
 #include "model/started_file.h"
 #include "sysutil/command_file.h"

@@ -1,10 +1,10 @@
 #include "clients/client_keys.h"
 
-#include "core/StartupManagerHelper.h"
-#include "core/uDllGlobals.h"
-#include "infra/format.h"
-#include "infra/text.h"
-#include "infra/uRegistryUtils.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/text.h"
+#include "infra/registry/uRegistryUtils.h"
 
 #include <iterator>
 

@@ -1,6 +1,6 @@
 #include "clients/favorite_list.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/uFavoriteItem.h"
-#include "core/StartupManagerHelper.h"
+#include "core/contracts/StartupManagerHelper.h"
 #include "model/icon_lists.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "clients/client_details.h"
 #include "clients/client_keys.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 namespace smh {
 

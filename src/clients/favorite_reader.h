@@ -3,7 +3,7 @@
 #pragma once
 
 #include "clients/favorite_list.h"
-#include "model/reader_thread.h"
+#include "model/parkable_thread.h"
 
 namespace smh {
 

@@ -1,6 +1,6 @@
 #include "clients/living_collections.h"
 
-#include "infra/critical_section.h"
+#include "infra/runtime/critical_section.h"
 
 #include <utility>
 #include <vector>

@@ -1,8 +1,8 @@
 // Every collection that lives, so that their readers can be ended when the module is unloaded.
 #pragma once
 
-#include "infra/module_steps.h"
-#include "model/reader_thread.h"
+#include "infra/runtime/module_steps.h"
+#include "model/parkable_thread.h"
 
 namespace smh {
 

@@ -4,7 +4,7 @@
 // else is entered.
 #pragma once
 
-#include "infra/critical_section.h"
+#include "infra/runtime/critical_section.h"
 #include "model/item_details.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "core/item_execution.h"
 
-#include "infra/uInterfacesRoutines.h"
-#include "infra/uStatisticsLog.h"
+#include "core/contracts/message_box.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/item_list.h"
 #include "sysutil/command_file.h"
 #include "sysutil/shell_open.h"

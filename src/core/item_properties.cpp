@@ -1,7 +1,7 @@
 #include "core/item_properties.h"
 
-#include "core/variant_values.h"
-#include "model/detail_properties.h"
+#include "core/contracts/variant_values.h"
+#include "core/detail_properties.h"
 
 namespace smh {
 

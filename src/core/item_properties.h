@@ -1,7 +1,7 @@
 // The properties of an item as variants.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
+#include "core/contracts/StartupManagerHelper.h"
 #include "model/uStartupItem.h"
 
 namespace smh {

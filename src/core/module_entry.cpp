@@ -1,7 +1,7 @@
-#include "core/boundary_call.h"
+#include "core/contracts/boundary_call.h"
 #include "core/module_start.h"
-#include "infra/ascii_text.h"
-#include "infra/uStatisticsLog.h"
+#include "infra/runtime/ascii_text.h"
+#include "infra/log/uStatisticsLog.h"
 
 #include <windows.h>
 

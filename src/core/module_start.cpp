@@ -2,18 +2,18 @@
 
 #include "clients/living_collections.h"
 #include "core/location_classes.h"
-#include "core/uDllGlobals.h"
+#include "core/contracts/uDllGlobals.h"
 #include "core/uStartupManager.h"
-#include "infra/crash_report.h"
-#include "infra/uAxDebug.h"
-#include "infra/uInterfacesRoutines.h"
-#include "infra/uStatisticsLog.h"
-#include "model/reader_control.h"
+#include "infra/log/crash_report.h"
+#include "infra/log/uAxDebug.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/log/uStatisticsLog.h"
+#include "model/reading.h"
 #include "model/uLocationStartup.h"
 #include "shelllink/desktop_folder.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/uWinVersionInfo.h"
-#include "sysutil/uWindowsExt.h"
+#include "sysutil/version/uWinVersionInfo.h"
+#include "sysutil/windows/uWindowsExt.h"
 
 #include <ole2.h>
 

@@ -1,8 +1,8 @@
 // The module's start-up and shut-down.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
-#include "infra/module_steps.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "infra/runtime/module_steps.h"
 
 #include <span>
 

@@ -1,10 +1,10 @@
 #include "core/uStartupItemCollection.h"
 
-#include "core/boundary_call.h"
+#include "core/contracts/boundary_call.h"
 #include "core/uStartupItemIntf.h"
-#include "infra/assertion.h"
+#include "infra/runtime/assertion.h"
 #include "model/image_lists.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 #include "model/uLocationStartup.h"
 
 namespace smh {

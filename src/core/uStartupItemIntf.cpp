@@ -1,11 +1,11 @@
 #include "core/uStartupItemIntf.h"
 
-#include "core/boundary_call.h"
+#include "core/contracts/boundary_call.h"
 #include "core/item_execution.h"
 #include "core/item_properties.h"
-#include "core/uDllGlobals.h"
-#include "core/variant_values.h"
-#include "infra/assertion.h"
+#include "core/contracts/uDllGlobals.h"
+#include "core/contracts/variant_values.h"
+#include "infra/runtime/assertion.h"
 #include "model/uLocationStartup.h"
 
 namespace smh {

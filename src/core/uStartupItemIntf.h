@@ -1,8 +1,8 @@
 // The host's view of one item.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
-#include "infra/com_object.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "core/contracts/com_object.h"
 #include "model/uStartupItem.h"
 
 #include <memory>

@@ -1,14 +1,14 @@
 #include "core/uStartupManager.h"
 
-#include "clients/uFavoriteItemCollection.h"
-#include "core/boundary_call.h"
+#include "core/uFavoriteItemCollection.h"
+#include "core/contracts/boundary_call.h"
 #include "core/uStartupItemCollection.h"
-#include "infra/text.h"
-#include "infra/uStatisticsLog.h"
+#include "infra/runtime/text.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
 #include "model/shortcut_facts.h"
-#include "model/uStartupManagerStrings.h"
+#include "core/uStartupManagerStrings.h"
 #include "sysutil/command_file.h"
 
 namespace smh {

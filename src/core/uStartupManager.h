@@ -2,8 +2,8 @@
 // lines, and opens and closes the log session.
 #pragma once
 
-#include "core/StartupManagerHelper.h"
-#include "infra/com_object.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "core/contracts/com_object.h"
 
 namespace smh {
 

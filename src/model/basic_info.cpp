@@ -1,8 +1,8 @@
 #include "model/basic_info.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/format.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/text.h"
 #include "model/rundll_rule.h"
 #include "model/started_file.h"
 #include "sysutil/command_file.h"

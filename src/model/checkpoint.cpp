@@ -1,9 +1,9 @@
 #include "model/checkpoint.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/critical_section.h"
-#include "infra/exceptions.h"
-#include "infra/format.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
 
 #include <array>
 #include <utility>

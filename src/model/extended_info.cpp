@@ -1,8 +1,8 @@
 #include "model/extended_info.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/handle.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/handle.h"
+#include "infra/runtime/text.h"
 #include "model/image_lists.h"
 #include "sysutil/uFileUtils.h"
 

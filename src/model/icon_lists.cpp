@@ -1,7 +1,7 @@
 #include "model/icon_lists.h"
 
-#include "infra/exceptions.h"
-#include "infra/uInterfacesRoutines.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <shellapi.h>
 

@@ -1,11 +1,11 @@
 // A small and a large image list that hold the same icons at the same indexes.
 #pragma once
 
-#include "infra/critical_section.h"
-#include "infra/handle.h"
-#include "infra/scoped_image_list.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/handle.h"
+#include "infra/runtime/scoped_image_list.h"
 
-#include "sysutil/file_stamp.h"
+#include "infra/files/file_stamp.h"
 
 #include <windows.h>
 #include <commctrl.h>

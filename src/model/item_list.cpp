@@ -1,7 +1,7 @@
 #include "model/item_list.h"
 
-#include "infra/assertion.h"
-#include "infra/uInterfacesRoutines.h"
+#include "infra/runtime/assertion.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <algorithm>
 

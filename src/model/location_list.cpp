@@ -1,8 +1,8 @@
 #include "model/uLocationStartup.h"
 
-#include "infra/critical_section.h"
+#include "infra/runtime/critical_section.h"
 #include "model/checkpoint.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 
 #include <atomic>
 #include <utility>

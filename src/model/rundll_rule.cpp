@@ -1,6 +1,6 @@
 #include "model/rundll_rule.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #include "model/shortcut_facts.h"
 
-#include "infra/uStatisticsLog.h"
+#include "infra/log/uStatisticsLog.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_file.h"
 

@@ -1,7 +1,7 @@
 // What an item takes from a shortcut.
 #pragma once
 
-#include "infra/shared_text.h"
+#include "core/contracts/shared_text.h"
 
 #include <optional>
 #include <string>

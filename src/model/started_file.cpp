@@ -1,6 +1,6 @@
 #include "model/started_file.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>

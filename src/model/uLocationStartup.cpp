@@ -1,11 +1,11 @@
 #include "model/uLocationStartup.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/assertion.h"
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/assertion.h"
+#include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // paths and watches; the entries of all of them live in the module-wide item list.
 #pragma once
 
-#include "infra/uInterfacesRoutines.h"
-#include "infra/uStatisticsLog.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/change_gate.h"
 #include "model/item_list.h"
 

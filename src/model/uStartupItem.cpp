@@ -1,8 +1,8 @@
 #include "model/uStartupItem.h"
 
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
-#include "infra/uStatisticsLog.h"
+#include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"

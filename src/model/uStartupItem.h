@@ -10,9 +10,9 @@
 // (uFavoriteItem.h) and these two are never held together.
 #pragma once
 
-#include "core/startup_location.h"
-#include "infra/critical_section.h"
-#include "infra/uRegistryUtils.h"
+#include "core/contracts/startup_location.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/registry/uRegistryUtils.h"
 #include "model/basic_info.h"
 #include "model/item_details.h"
 

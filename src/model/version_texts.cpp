@@ -1,7 +1,7 @@
 #include "model/version_texts.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/critical_section.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/critical_section.h"
 
 #include <algorithm>
 #include <array>

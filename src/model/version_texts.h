@@ -1,8 +1,8 @@
 // The texts of a file's version record that the lists show, kept once per file however many entries start it.
 #pragma once
 
-#include "infra/shared_text.h"
-#include "sysutil/file_stamp.h"
+#include "core/contracts/shared_text.h"
+#include "infra/files/file_stamp.h"
 
 #include <memory>
 #include <string>

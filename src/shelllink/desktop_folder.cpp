@@ -1,11 +1,11 @@
 #include "shelllink/desktop_folder.h"
 
-#include "infra/com_ptr.h"
-#include "infra/critical_section.h"
-#include "infra/exceptions.h"
-#include "infra/handle.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/handle.h"
 #include "shelllink/link_text.h"
-#include "shelllink/section_view.h"
+#include "shelllink/format/section_view.h"
 
 #include <utility>
 

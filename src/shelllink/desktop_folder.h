@@ -1,7 +1,7 @@
 // Names of the shell's namespace, asked of the desktop folder.
 #pragma once
 
-#include "shelllink/bytes.h"
+#include "shelllink/format/bytes.h"
 
 #include <windows.h>
 #include <shlobj.h>

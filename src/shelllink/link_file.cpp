@@ -1,6 +1,6 @@
 #include "shelllink/link_file.h"
 
-#include "infra/format.h"
+#include "infra/runtime/format.h"
 
 namespace smh {
 

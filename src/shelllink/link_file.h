@@ -1,8 +1,8 @@
 // A link file read whole into memory.
 #pragma once
 
-#include "infra/exceptions.h"
-#include "infra/handle.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/handle.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "shelllink/uShellLinkInfo.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/format.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/text.h"
 #include "shelllink/desktop_folder.h"
 #include "shelllink/link_file.h"
 #include "shelllink/link_text.h"

@@ -4,8 +4,8 @@
 // A link is read at once, then only queried. One object serves one thread at a time.
 #pragma once
 
-#include "infra/exceptions.h"
-#include "shelllink/link_sections.h"
+#include "infra/runtime/exceptions.h"
+#include "shelllink/format/link_sections.h"
 
 #include <string>
 #include <string_view>
@@ -38,8 +38,8 @@ class TShellLinkInfo {
   // Texts are empty when the link has none.
   //
   // The first that is not empty: the environment block's target, the shell's name of the ID list, the local
-  // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder. Only between
-  // StartShellLink and StopShellLink (desktop_folder.h).
+  // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder. Only
+  // between StartShellLink and StopShellLink (desktop_folder.h).
   std::wstring Target() const;
   std::wstring Arguments() const { return Text(LinkString::kArguments); }
   // The name as stored; "@file,-number" stands for a string resource.

@@ -1,8 +1,8 @@
 // Joining and splitting of command lines.
 #include "sysutil/uFileUtils.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
 // The search for a program that is named without its folder.
 #include "sysutil/uFileUtils.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/exceptions.h"
-#include "infra/registry_values.h"
-#include "infra/text.h"
-#include "infra/uRegistryUtils.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_values.h"
+#include "infra/runtime/text.h"
+#include "infra/registry/uRegistryUtils.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
 #include <optional>

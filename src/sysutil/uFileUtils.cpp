@@ -2,10 +2,10 @@
 // what is done with them.
 #include "sysutil/uFileUtils.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/critical_section.h"
-#include "infra/text.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/text.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <shlobj.h>
 

@@ -6,7 +6,7 @@
 // PATH or PATHEXT after first use is not seen. Nothing raises on a missing file, key or variable.
 #pragma once
 
-#include "infra/shared_text.h"
+#include "core/contracts/shared_text.h"
 
 #include <windows.h>
 

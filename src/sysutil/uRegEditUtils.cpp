@@ -1,13 +1,13 @@
 #include "sysutil/uRegEditUtils.h"
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
-#include "infra/uRegistryUtils.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "core/contracts/message_box.h"
+#include "infra/registry/uRegistryUtils.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/uWindowTopHelper.h"
-#include "sysutil/uWindowsExt.h"
+#include "sysutil/windows/uWindowTopHelper.h"
+#include "sysutil/windows/uWindowsExt.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 // Files and folders that a 32-bit process on a 64-bit Windows sees under another name.
 #include "sysutil/uFileUtils.h"
 
-#include "infra/text.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "infra/runtime/text.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "core/boundary_fixture.h"
+#include "tests/core/boundary_fixture.h"
 
 #include <algorithm>
 #include <thread>

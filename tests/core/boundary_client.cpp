@@ -1,8 +1,8 @@
-#include "core/boundary_client.h"
+#include "tests/core/boundary_client.h"
 
-#include "infra/com_ptr.h"
-#include "infra/import_function.h"
-#include "support/child_process.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/import_function.h"
+#include "tests/support/child_process.h"
 
 #include <oleauto.h>
 

@@ -3,7 +3,7 @@
 // moved or a type that changed in both the library and its header is still noticed.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <windows.h>
 #include <oaidl.h>

@@ -2,7 +2,7 @@
 // it.
 #pragma once
 
-#include "core/boundary_fixture.h"
+#include "tests/core/boundary_fixture.h"
 
 namespace smh::test {
 

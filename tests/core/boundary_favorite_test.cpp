@@ -1,6 +1,6 @@
-#include "core/boundary_favorite_fixture.h"
+#include "tests/core/boundary_favorite_fixture.h"
 
-#include "link_builder.h"
+#include "samples/link_builder.h"
 
 #include <commctrl.h>
 

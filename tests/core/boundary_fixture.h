@@ -1,11 +1,11 @@
 // Tests of the loaded library on the real Run keys: emptied before every test, put back at the program's end.
 #pragma once
 
-#include "core/boundary_client.h"
-#include "support/child_process.h"
-#include "support/file_fixture.h"
-#include "support/registry_fixture.h"
-#include "support/waiting.h"
+#include "tests/core/boundary_client.h"
+#include "tests/support/child_process.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/waiting.h"
 
 #include <shlobj.h>
 

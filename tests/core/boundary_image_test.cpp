@@ -1,5 +1,5 @@
-#include "core/boundary_client.h"
-#include "support/child_process.h"
+#include "tests/core/boundary_client.h"
+#include "tests/support/child_process.h"
 
 namespace smh::test {
 namespace {

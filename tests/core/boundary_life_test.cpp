@@ -1,10 +1,10 @@
 // Loading and freeing the library, making and ending its collections, and ending the process, at every point
 // of their reading.
 
-#include "core/boundary_favorite_fixture.h"
+#include "tests/core/boundary_favorite_fixture.h"
 
-#include "support/process_counts.h"
-#include "support/test_main.h"
+#include "tests/support/process_counts.h"
+#include "tests/support/test_main.h"
 
 #include <commctrl.h>
 

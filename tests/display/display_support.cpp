@@ -1,8 +1,8 @@
-#include "display/display_support.h"
+#include "tests/display/display_support.h"
 
-#include "support/child_process.h"
-#include "support/registry_fixture.h"
-#include "support/waiting.h"
+#include "tests/support/child_process.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/waiting.h"
 
 #include <commctrl.h>
 #include <objidl.h>

@@ -1,9 +1,9 @@
 // startupctl locate and the system's own tools that it opens.
-#include "display/display_support.h"
-#include "display/stand_ins/editor_settings.h"
-#include "startupctl_fixture.h"
-#include "support/startup_folders.h"
-#include "support/waiting.h"
+#include "tests/display/display_support.h"
+#include "tests/display/stand_ins/editor_settings.h"
+#include "tests/hosts/cli/startupctl_fixture.h"
+#include "tests/support/startup_folders.h"
+#include "tests/support/waiting.h"
 
 #include <commctrl.h>
 

@@ -1,15 +1,15 @@
 #include "sysutil/uRegEditUtils.h"
 
-#include "display/display_support.h"
-#include "display/stand_ins/editor_settings.h"
-#include "infra/exceptions.h"
-#include "infra/text.h"
-#include "support/child_process.h"
-#include "support/import_patch.h"
-#include "support/registry_fixture.h"
-#include "support/waiting.h"
-#include "sysutil/file_utils_fixture.h"
-#include "sysutil/uWindowsExt.h"
+#include "tests/display/display_support.h"
+#include "tests/display/stand_ins/editor_settings.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "tests/support/child_process.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/waiting.h"
+#include "tests/sysutil/file_utils_fixture.h"
+#include "sysutil/windows/uWindowsExt.h"
 
 #include <shellapi.h>
 

@@ -1,12 +1,12 @@
-#include "sysutil/uWindowTopHelper.h"
+#include "sysutil/windows/uWindowTopHelper.h"
 
-#include "display/display_support.h"
-#include "infra/exceptions.h"
-#include "infra/text.h"
-#include "support/child_process.h"
-#include "support/file_fixture.h"
-#include "support/test_main.h"
-#include "support/waiting.h"
+#include "tests/display/display_support.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "tests/support/child_process.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/test_main.h"
+#include "tests/support/waiting.h"
 #include "sysutil/uRegEditUtils.h"
 
 #include <aclapi.h>

@@ -1,7 +1,7 @@
 // Locations whose entries are a list that the test writes, in place of the real location classes.
 #pragma once
 
-#include "support/module_fixture.h"
+#include "tests/support/module_fixture.h"
 
 namespace smh::test {
 

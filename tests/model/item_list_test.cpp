@@ -1,4 +1,4 @@
-#include "support/module_fixture.h"
+#include "tests/support/module_fixture.h"
 
 namespace smh::test {
 

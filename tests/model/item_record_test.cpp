@@ -1,9 +1,9 @@
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/rundll_rule.h"
-#include "support/module_fixture.h"
-#include "support/registry_fixture.h"
+#include "tests/support/module_fixture.h"
+#include "tests/support/registry_fixture.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
-#include "fake_location.h"
+#include "tests/model/fake_location.h"
 
 #include "model/checkpoint.h"
-#include "model/uStartupManagerStrings.h"
+#include "core/uStartupManagerStrings.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
-#include "fake_location.h"
+#include "tests/model/fake_location.h"
 
-#include "model/reader_control.h"
-#include "support/process_counts.h"
-#include "support/waiting.h"
+#include "model/reading.h"
+#include "tests/support/process_counts.h"
+#include "tests/support/waiting.h"
 
 #include <chrono>
 #include <future>

@@ -1,7 +1,7 @@
 // Reads everything that a link's sections hand out, byte by byte, so that a sanitizer sees every view.
 #pragma once
 
-#include "shelllink/link_sections.h"
+#include "shelllink/format/link_sections.h"
 
 #include <optional>
 #include <vector>

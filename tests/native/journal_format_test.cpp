@@ -1,7 +1,7 @@
 // The journal's reader over whole, torn and damaged files.
 
-#include "guardkit/record_codec.h"
-#include "native/sample_journal.h"
+#include "siblings/guardkit/format/record_codec.h"
+#include "tests/native/sample_journal.h"
 
 #include <gtest/gtest.h>
 

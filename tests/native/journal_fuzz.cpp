@@ -2,7 +2,7 @@
 // same. The checksum would keep the fuzzer out, so most inputs are payloads that get the right one: a byte
 // says how long each is.
 
-#include "native/sample_journal.h"
+#include "tests/native/sample_journal.h"
 
 namespace {
 

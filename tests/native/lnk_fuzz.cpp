@@ -1,7 +1,7 @@
 // The fuzz target: any bytes either load or raise the parser's own error, and every accessor stays inside
 // them.
 
-#include "native/every_accessor.h"
+#include "tests/native/every_accessor.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const smh::Bytes bytes = std::as_bytes(std::span(data, size));

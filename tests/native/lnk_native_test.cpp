@@ -1,7 +1,7 @@
 // The parser over the corpus and over everything that can go wrong with one field or one byte.
 
-#include "link_builder.h"
-#include "native/every_accessor.h"
+#include "samples/link_builder.h"
+#include "tests/native/every_accessor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // A journal with a step of every kind, and what tests need to take journals apart.
 #pragma once
 
-#include "guardkit/journal_format.h"
-#include "guardkit/record_codec.h"
+#include "siblings/guardkit/format/journal_format.h"
+#include "siblings/guardkit/format/record_codec.h"
 
 #include <string>
 

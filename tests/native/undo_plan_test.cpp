@@ -1,7 +1,7 @@
 // What an undo decides, step by step, for every state that it may find.
 
-#include "guardkit/undo_plan.h"
-#include "native/sample_journal.h"
+#include "siblings/guardkit/format/undo_plan.h"
+#include "tests/native/sample_journal.h"
 
 #include <gtest/gtest.h>
 

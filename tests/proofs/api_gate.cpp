@@ -1,4 +1,4 @@
-#include "proofs/api_gate.h"
+#include "tests/proofs/api_gate.h"
 
 #include <aclapi.h>
 #include <objbase.h>

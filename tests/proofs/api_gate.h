@@ -2,7 +2,7 @@
 // to fail, or to end the process.
 #pragma once
 
-#include "support/import_patch.h"
+#include "tests/support/import_patch.h"
 
 #include <initializer_list>
 #include <vector>

@@ -1,11 +1,11 @@
 // Every operation of every change fails once: the entry is where it was or where it should be, and everybody
 // knows which.
-#include "infra/statistics_log_store.h"
+#include "infra/log/statistics_log_store.h"
 #include "model/basic_info.h"
-#include "proofs/api_gate.h"
-#include "proofs/proof_report.h"
-#include "proofs/scenarios.h"
-#include "support/module_fixture.h"
+#include "tests/proofs/api_gate.h"
+#include "tests/proofs/proof_report.h"
+#include "tests/proofs/scenarios.h"
+#include "tests/support/module_fixture.h"
 
 namespace smh::test {
 namespace {

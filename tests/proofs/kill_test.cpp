@@ -1,9 +1,9 @@
 // The process ends before every operation that makes or changes something: nothing is lost, and undo brings
 // back what was.
-#include "proofs/api_gate.h"
-#include "proofs/proof_report.h"
-#include "proofs/undo_world.h"
-#include "support/test_main.h"
+#include "tests/proofs/api_gate.h"
+#include "tests/proofs/proof_report.h"
+#include "tests/proofs/undo_world.h"
+#include "tests/support/test_main.h"
 
 namespace smh::test {
 namespace {

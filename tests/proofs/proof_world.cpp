@@ -1,10 +1,10 @@
-#include "proofs/proof_world.h"
+#include "tests/proofs/proof_world.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 #include "locations/folders/shortcut_writer.h"
 #include "model/basic_info.h"
 #include "model/item_list.h"
-#include "support/state_dump.h"
+#include "tests/support/state_dump.h"
 
 #include <algorithm>
 #include <filesystem>

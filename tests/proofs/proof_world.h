@@ -2,8 +2,8 @@
 #pragma once
 
 #include "model/uLocationStartup.h"
-#include "support/registry_fixture.h"
-#include "support/startup_folders.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/startup_folders.h"
 
 namespace smh::test {
 

@@ -1,9 +1,9 @@
 // A thousand random changes, and everything taken back.
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 #include "model/item_list.h"
-#include "proofs/proof_report.h"
-#include "proofs/undo_world.h"
-#include "support/test_main.h"
+#include "tests/proofs/proof_report.h"
+#include "tests/proofs/undo_world.h"
+#include "tests/support/test_main.h"
 
 #include <random>
 

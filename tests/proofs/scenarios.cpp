@@ -1,4 +1,4 @@
-#include "proofs/scenarios.h"
+#include "tests/proofs/scenarios.h"
 
 #include "model/item_list.h"
 

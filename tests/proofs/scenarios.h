@@ -2,7 +2,7 @@
 // beginning.
 #pragma once
 
-#include "proofs/proof_world.h"
+#include "tests/proofs/proof_world.h"
 
 #include <span>
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "core/module_start.h"
-#include "proofs/scenarios.h"
-#include "siblings/journal_fixture.h"
-#include "support/fake_siblings.h"
+#include "tests/proofs/scenarios.h"
+#include "tests/siblings/guardkit/journal_fixture.h"
+#include "tests/support/fake_siblings.h"
 
 namespace smh::test {
 

@@ -1,6 +1,6 @@
 // Opening and refusing files.
 
-#include "shelllink/shell_link_fixture.h"
+#include "tests/shelllink/shell_link_fixture.h"
 
 namespace smh::test {
 namespace {

@@ -1,10 +1,10 @@
 // The texts of a link: target rules, conversion, description, names of the shell; and links as the shell
 // saves them.
-#include "shelllink/shell_link_fixture.h"
+#include "tests/shelllink/shell_link_fixture.h"
 
-#include "infra/com_ptr.h"
+#include "infra/runtime/com_ptr.h"
 #include "shelllink/desktop_folder.h"
-#include "support/child_process.h"
+#include "tests/support/child_process.h"
 
 #include <gtest/gtest.h>
 #include <shlobj.h>

@@ -1,13 +1,13 @@
 // Links in a folder of the test's own, and the parts of the module that reading them needs.
 #pragma once
 
-#include "core/uDllGlobals.h"
-#include "infra/uInterfacesRoutines.h"
-#include "link_builder.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "samples/link_builder.h"
 #include "shelllink/desktop_folder.h"
 #include "shelllink/link_file.h"
 #include "shelllink/uShellLinkInfo.h"
-#include "support/file_fixture.h"
+#include "tests/support/file_fixture.h"
 
 #include <gtest/gtest.h>
 #include <objbase.h>

@@ -2,7 +2,7 @@
 // ChildProcess object, is ended.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <vector>

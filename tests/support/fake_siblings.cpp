@@ -1,7 +1,7 @@
-#include "support/fake_siblings.h"
+#include "tests/support/fake_siblings.h"
 
-#include "infra/import_function.h"
-#include "support/child_process.h"
+#include "infra/runtime/import_function.h"
+#include "tests/support/child_process.h"
 
 #include <stdexcept>
 

@@ -4,9 +4,9 @@
 // finds it. What a test does not replace comes from the real library beside the test program.
 #pragma once
 
-#include "infra/com_object.h"
-#include "infra/intf_FileRater.h"
-#include "infra/intf_settings.h"
+#include "core/contracts/com_object.h"
+#include "core/contracts/intf_FileRater.h"
+#include "core/contracts/intf_settings.h"
 
 #include <atomic>
 #include <map>

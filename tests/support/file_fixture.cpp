@@ -1,4 +1,4 @@
-#include "support/file_fixture.h"
+#include "tests/support/file_fixture.h"
 
 #include <windows.h>
 

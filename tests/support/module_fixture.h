@@ -2,12 +2,12 @@
 #pragma once
 
 #include "core/module_start.h"
-#include "infra/uStatisticsLog.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/item_list.h"
 #include "model/uLocationStartup.h"
-#include "support/fake_siblings.h"
-#include "support/file_fixture.h"
-#include "support/recording_safeguard.h"
+#include "tests/support/fake_siblings.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/recording_safeguard.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "support/process_counts.h"
+#include "tests/support/process_counts.h"
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <tlhelp32.h>
 

@@ -1,4 +1,4 @@
-#include "support/recording_safeguard.h"
+#include "tests/support/recording_safeguard.h"
 
 namespace smh::test {
 

@@ -12,8 +12,8 @@
 //   1
 #pragma once
 
-#include "infra/com_object.h"
-#include "infra/intf_safeguard.h"
+#include "core/contracts/com_object.h"
+#include "core/contracts/intf_safeguard.h"
 
 #include <functional>
 #include <map>

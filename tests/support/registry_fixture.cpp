@@ -1,6 +1,6 @@
-#include "support/registry_fixture.h"
+#include "tests/support/registry_fixture.h"
 
-#include "infra/import_function.h"
+#include "infra/runtime/import_function.h"
 
 #include <sddl.h>
 #include <winternl.h>

@@ -2,8 +2,8 @@
 // `root`; `view` is 0, KEY_WOW64_64KEY or KEY_WOW64_32KEY. What fails unexpectedly throws std::runtime_error.
 #pragma once
 
-#include "infra/handle.h"
-#include "support/known_keys.h"
+#include "infra/runtime/handle.h"
+#include "tests/support/known_keys.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,6 +1,6 @@
-#include "support/startup_folders.h"
+#include "tests/support/startup_folders.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // The real Startup folders and their folders of disabled entries, for tests.
 #pragma once
 
-#include "support/file_fixture.h"
+#include "tests/support/file_fixture.h"
 
 #include <deque>
 #include <functional>

@@ -1,8 +1,8 @@
-#include "support/state_dump.h"
+#include "tests/support/state_dump.h"
 
-#include "infra/handle.h"
-#include "support/file_fixture.h"
-#include "support/registry_fixture.h"
+#include "infra/runtime/handle.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/registry_fixture.h"
 
 #include <sddl.h>
 

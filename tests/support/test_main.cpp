@@ -1,6 +1,6 @@
-#include "support/test_main.h"
+#include "tests/support/test_main.h"
 
-#include "infra/exceptions.h"
+#include "infra/runtime/exceptions.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -1,7 +1,7 @@
 #include "sysutil/command_file.h"
 
-#include "support/file_fixture.h"
-#include "sysutil/file_utils_fixture.h"
+#include "tests/support/file_fixture.h"
+#include "tests/sysutil/file_utils_fixture.h"
 
 namespace smh {
 namespace {

@@ -1,6 +1,6 @@
-#include "support/file_fixture.h"
-#include "support/registry_fixture.h"
-#include "sysutil/file_utils_fixture.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/sysutil/file_utils_fixture.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 // The module's units up to FileUtils, started for one test with the environment it asks for.
 #pragma once
 
-#include "core/uDllGlobals.h"
-#include "infra/uInterfacesRoutines.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <gtest/gtest.h>
 

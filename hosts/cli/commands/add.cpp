@@ -1,12 +1,12 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "host_error.h"
-#include "item_selector.h"
-#include "location_names.h"
-#include "reading.h"
-#include "stored_command.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/host_error.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
+#include "hosts/cli/stored_command.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 

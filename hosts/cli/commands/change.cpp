@@ -1,8 +1,8 @@
-#include "change_runner.h"
-#include "commands/commands.h"
-#include "stored_command.h"
+#include "hosts/cli/change_runner.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/stored_command.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 namespace {

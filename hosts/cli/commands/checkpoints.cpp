@@ -1,9 +1,9 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "journal.h"
-#include "json_output.h"
-#include "table_output.h"
-#include "text_encoding.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/journal.h"
+#include "hosts/common/json_output.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/text_encoding.h"
 
 namespace smh {
 namespace {

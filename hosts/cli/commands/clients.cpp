@@ -1,9 +1,9 @@
-#include "client_record.h"
-#include "commands/commands.h"
-#include "console.h"
-#include "json_output.h"
-#include "table_output.h"
-#include "text_encoding.h"
+#include "hosts/common/client_record.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/json_output.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/text_encoding.h"
 
 namespace smh {
 namespace {

@@ -1,4 +1,4 @@
-#include "commands/commands.h"
+#include "hosts/cli/commands/commands.h"
 
 namespace smh {
 namespace {

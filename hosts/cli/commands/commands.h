@@ -2,7 +2,7 @@
 // another (disable, redo) stands with it.
 #pragma once
 
-#include "arguments.h"
+#include "hosts/cli/arguments.h"
 
 #include <cstdint>
 #include <span>

@@ -1,5 +1,5 @@
-#include "change_runner.h"
-#include "commands/commands.h"
+#include "hosts/cli/change_runner.h"
+#include "hosts/cli/commands/commands.h"
 
 namespace smh {
 namespace {

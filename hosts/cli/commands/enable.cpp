@@ -1,7 +1,7 @@
 // The commands enable and disable.
 
-#include "change_runner.h"
-#include "commands/commands.h"
+#include "hosts/cli/change_runner.h"
+#include "hosts/cli/commands/commands.h"
 
 namespace smh {
 namespace {

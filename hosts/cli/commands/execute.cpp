@@ -1,9 +1,9 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "dialog_blocker.h"
-#include "host_error.h"
-#include "item_selector.h"
-#include "reading.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/dialog_blocker.h"
+#include "hosts/common/host_error.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/common/reading.h"
 
 namespace smh {
 namespace {

@@ -1,12 +1,12 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "dialog_blocker.h"
-#include "host_error.h"
-#include "item_place.h"
-#include "item_selector.h"
-#include "reading.h"
-#include "table_output.h"
-#include "text_encoding.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/dialog_blocker.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/item_place.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/common/reading.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/text_encoding.h"
 
 namespace smh {
 namespace {

@@ -1,9 +1,9 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "item_selector.h"
-#include "json_output.h"
-#include "reading.h"
-#include "table_output.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/common/json_output.h"
+#include "hosts/common/reading.h"
+#include "hosts/cli/table_output.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "host_error.h"
-#include "journal.h"
-#include "text_encoding.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/journal.h"
+#include "hosts/common/text_encoding.h"
 
 namespace smh {
 namespace {

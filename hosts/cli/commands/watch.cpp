@@ -1,15 +1,15 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "csv_output.h"
-#include "entry_look.h"
-#include "entry_watch.h"
-#include "host_error.h"
-#include "json_output.h"
-#include "location_names.h"
-#include "reading.h"
-#include "text_encoding.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/csv_output.h"
+#include "hosts/common/entry_look.h"
+#include "hosts/common/entry_watch.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/json_output.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 namespace smh {
 namespace {

@@ -1,11 +1,11 @@
-#include "commands/commands.h"
-#include "console.h"
-#include "host_error.h"
-#include "table_output.h"
-#include "text_encoding.h"
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/console.h"
+#include "hosts/common/host_error.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/text_encoding.h"
 
-#include "infra/exceptions.h"
-#include "sysutil/uWindowTopHelper.h"
+#include "infra/runtime/exceptions.h"
+#include "sysutil/windows/uWindowTopHelper.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 #include "locations/folders/file_changes.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/exceptions.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/exceptions.h"
 #include "locations/folders/folder_files.h"
 
 namespace smh {

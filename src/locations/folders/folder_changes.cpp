@@ -1,9 +1,9 @@
 #include "locations/folders/uLocationFolderStd.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/exceptions.h"
-#include "infra/text.h"
-#include "infra/folder_access.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "infra/files/folder_access.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"

@@ -1,9 +1,9 @@
 #include "locations/folders/folder_files.h"
 
-#include "infra/exceptions.h"
-#include "infra/format.h"
-#include "infra/handle.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
+#include "infra/runtime/handle.h"
+#include "infra/runtime/text.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "locations/folders/folder_watch.h"
 
-#include "infra/text.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 

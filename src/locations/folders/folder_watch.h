@@ -7,7 +7,7 @@
 // Without a signal nothing is looked at.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "locations/folders/link_entry.h"
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 #include "locations/folders/shortcut_writer.h"
 
-#include "infra/com_ptr.h"
-#include "infra/exceptions.h"
-#include "infra/scoped_com.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/scoped_com.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/uFileUtils.h"
 

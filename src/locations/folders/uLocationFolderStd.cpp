@@ -1,11 +1,11 @@
 #include "locations/folders/uLocationFolderStd.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
-#include "infra/folder_access.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/files/folder_access.h"
 #include "locations/folders/folder_files.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
 

@@ -1,7 +1,7 @@
 #include "locations/registry/entry_changes.h"
 
-#include "infra/exceptions.h"
-#include "infra/format.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
 #include "locations/registry/entry_store.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/exceptions.h"
-#include "infra/registry_tree.h"
-#include "infra/uSafeguardRegistry.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_tree.h"
+#include "locations/registry/uSafeguardRegistry.h"
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 // deleted through the backup service, which records it, or plain; always confirmed by reading back.
 #pragma once
 
-#include "infra/registry_values.h"
-#include "infra/uRegistryUtils.h"
+#include "infra/registry/registry_values.h"
+#include "infra/registry/uRegistryUtils.h"
 
 #include <optional>
 #include <string>

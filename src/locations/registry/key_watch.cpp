@@ -1,8 +1,8 @@
 #include "locations/registry/key_watch.h"
 
-#include "infra/exceptions.h"
-#include "infra/registry_values.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/registry/registry_values.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 namespace smh {
 

@@ -1,7 +1,7 @@
 // Watches registry keys for changes.
 #pragma once
 
-#include "infra/handle.h"
+#include "infra/runtime/handle.h"
 
 #include <string>
 #include <vector>

@@ -1,12 +1,12 @@
 #include "locations/registry/registry_location.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 #include "sysutil/uRegEditUtils.h"
-#include "sysutil/uWinVersionInfo.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "locations/registry/uLocationRegistryStd.h"
 
-#include "core/uDllGlobals.h"
-#include "infra/text.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/text.h"
 #include "model/checkpoint.h"
 
 namespace smh {

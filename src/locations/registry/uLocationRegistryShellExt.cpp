@@ -1,7 +1,7 @@
 #include "locations/registry/uLocationRegistryShellExt.h"
 
 #include "locations/registry/server_file.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 
 namespace smh {
 

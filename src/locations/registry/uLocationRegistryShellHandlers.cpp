@@ -1,9 +1,9 @@
 #include "locations/registry/uLocationRegistryShellHandlers.h"
 
-#include "infra/exceptions.h"
-#include "infra/text.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 #include "locations/registry/server_file.h"
-#include "model/reader_control.h"
+#include "model/reading.h"
 
 namespace smh {
 

@@ -1,6 +1,6 @@
 #include "locations/registry/uLocationRegistryStd.h"
 
-#include "model/reader_control.h"
+#include "model/reading.h"
 
 #include <algorithm>
 

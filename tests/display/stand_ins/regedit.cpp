@@ -1,6 +1,6 @@
 // A registry editor whose tree and list are direct children of its window. It shows the values of the last
 // key of the system's editor, and in its title which one is selected.
-#include "display/stand_ins/editor_settings.h"
+#include "tests/display/stand_ins/editor_settings.h"
 
 #include <windows.h>
 #include <commctrl.h>

@@ -1,5 +1,5 @@
 // Stands in for the system's starter of the registry editor.
-#include "display/stand_ins/editor_settings.h"
+#include "tests/display/stand_ins/editor_settings.h"
 
 #include <windows.h>
 

@@ -1,8 +1,8 @@
 // Who may have touched what the common Startup folder starts.
-#include "infra/folder_access.h"
+#include "infra/files/folder_access.h"
 
-#include "folder_fixture.h"
-#include "support/import_patch.h"
+#include "tests/locations/folders/folder_fixture.h"
+#include "tests/support/import_patch.h"
 
 #include <aclapi.h>
 #include <gmock/gmock.h>

@@ -1,12 +1,12 @@
 // Enabling, disabling, adding, deleting and re-commanding in the Startup folders, and the file behind a
 // command line that names a shortcut.
-#include "folder_fixture.h"
+#include "tests/locations/folders/folder_fixture.h"
 
 #include "core/uStartupManager.h"
-#include "infra/text.h"
-#include "infra/uInterfacesRoutines.h"
+#include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "shelllink/uShellLinkInfo.h"
-#include "support/import_patch.h"
+#include "tests/support/import_patch.h"
 
 #include <gmock/gmock.h>
 #include <objbase.h>

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "locations/folders/shortcut_writer.h"
-#include "link_builder.h"
-#include "support/child_process.h"
-#include "support/module_fixture.h"
-#include "support/startup_folders.h"
+#include "samples/link_builder.h"
+#include "tests/support/child_process.h"
+#include "tests/support/module_fixture.h"
+#include "tests/support/startup_folders.h"
 
 #include <algorithm>
 #include <filesystem>

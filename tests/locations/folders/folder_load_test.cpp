@@ -1,7 +1,7 @@
 // What a load of the Startup folders lists.
-#include "folder_fixture.h"
-#include "infra/import_function.h"
-#include "support/import_patch.h"
+#include "tests/locations/folders/folder_fixture.h"
+#include "infra/runtime/import_function.h"
+#include "tests/support/import_patch.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

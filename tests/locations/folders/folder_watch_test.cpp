@@ -1,10 +1,10 @@
 // How changes of the Startup folders are noticed, and how loads and changes stay apart.
-#include "folder_fixture.h"
+#include "tests/locations/folders/folder_fixture.h"
 
-#include "infra/import_function.h"
+#include "infra/runtime/import_function.h"
 #include "locations/folders/folder_watch.h"
-#include "support/import_patch.h"
-#include "support/waiting.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/waiting.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 // Tests on the real handler lists, approved extensions and URL search hooks, which are put back afterwards.
 #pragma once
 
-#include "infra/uRegistryUtils.h"
-#include "support/module_fixture.h"
-#include "support/registry_fixture.h"
+#include "infra/registry/uRegistryUtils.h"
+#include "tests/support/module_fixture.h"
+#include "tests/support/registry_fixture.h"
 
 namespace smh::test {
 

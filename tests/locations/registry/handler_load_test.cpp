@@ -1,9 +1,9 @@
 // What a load meets: many handlers, keys that go while they are read, classes that cannot be looked up; and
 // which key each location loads.
-#include "handler_fixture.h"
+#include "tests/locations/registry/handler_fixture.h"
 
-#include "infra/import_function.h"
-#include "support/import_patch.h"
+#include "infra/runtime/import_function.h"
+#include "tests/support/import_patch.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "handler_fixture.h"
+#include "tests/locations/registry/handler_fixture.h"
 #include "locations/registry/shell_extension_classes.h"
 
 #include <gmock/gmock.h>

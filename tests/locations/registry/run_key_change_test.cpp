@@ -1,6 +1,6 @@
-#include "run_key_fixture.h"
+#include "tests/locations/registry/run_key_fixture.h"
 
-#include "infra/uRegistryUtils.h"
+#include "infra/registry/uRegistryUtils.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
 // Tests on the real Run keys, which are put back afterwards.
 #pragma once
 
-#include "support/module_fixture.h"
-#include "support/registry_fixture.h"
+#include "tests/support/module_fixture.h"
+#include "tests/support/registry_fixture.h"
 
 namespace smh::test {
 

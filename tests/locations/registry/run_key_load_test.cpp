@@ -1,8 +1,8 @@
-#include "run_key_fixture.h"
+#include "tests/locations/registry/run_key_fixture.h"
 
-#include "infra/import_function.h"
-#include "infra/uRegistryUtils.h"
-#include "support/import_patch.h"
+#include "infra/runtime/import_function.h"
+#include "infra/registry/uRegistryUtils.h"
+#include "tests/support/import_patch.h"
 
 #include <gmock/gmock.h>
 

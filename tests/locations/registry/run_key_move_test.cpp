@@ -1,4 +1,4 @@
-#include "run_key_fixture.h"
+#include "tests/locations/registry/run_key_fixture.h"
 
 namespace smh::test {
 

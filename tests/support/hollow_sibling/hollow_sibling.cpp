@@ -1,6 +1,6 @@
 // Stands in for one of the sibling libraries, under its name. It hands out what a test put in for an
 // identifier and asks the real library beside the test program for anything else.
-#include "infra/import_function.h"
+#include "infra/runtime/import_function.h"
 
 #include <unknwn.h>
 

@@ -1,0 +1,288 @@
+#include "siblings/guardkit/format/journal_format.h"
+
+#include "siblings/guardkit/format/record_codec.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+constexpr std::array<std::byte, 8> kSignature = {std::byte{'S'}, std::byte{'M'}, std::byte{'H'},
+                                                 std::byte{'J'}, std::byte{'R'}, std::byte{'N'},
+                                                 std::byte{'L'}, std::byte{'1'}};
+
+// Fixed in the format: in the order of the alternatives of Step for the kinds of steps.
+enum RecordType : std::uint8_t { kHeaderRecord = 1, kStepRecord = 2, kMarkRecord = 3, kEndRecord = 4 };
+
+ByteVector Framed(const RecordWriter& payload) {
+  RecordWriter record;
+  record.U32(static_cast<std::uint32_t>(payload.Written().size()));
+  record.U32(Checksum(payload.Written()));
+  record.Bytes(payload.Written());
+  return record.Written();
+}
+
+void Write(RecordWriter& out, const ValueState& state) {
+  out.U8(state.exists ? 1 : 0);
+  if (!state.exists) return;
+  out.U32(state.type);
+  out.Block(state.data);
+}
+
+void Write(RecordWriter& out, const KeyState& state) {
+  out.U8(state.exists ? 1 : 0);
+  if (!state.exists) return;
+  out.Text(state.className);
+  out.Block(state.security);
+  out.U32(static_cast<std::uint32_t>(state.values.size()));
+  for (const NamedValue& value : state.values) {
+    out.Text(value.name);
+    out.U32(value.type);
+    out.Block(value.data);
+  }
+}
+
+void Write(RecordWriter& out, const FileState& state) {
+  out.U8(state.exists ? 1 : 0);
+  if (!state.exists) return;
+  out.U32(state.attributes);
+  for (const std::uint64_t time : {state.created, state.accessed, state.written}) out.U64(time);
+  out.Block(state.security);
+  out.U32(static_cast<std::uint32_t>(state.streams.size()));
+  for (const StreamState& stream : state.streams) {
+    out.Text(stream.name);
+    out.U64(stream.size);
+    out.Bytes(stream.hash);
+  }
+}
+
+struct StepWriter {
+  RecordWriter& out;
+
+  void operator()(const ValueStep& step) const {
+    out.Text(step.key);
+    out.Text(step.name);
+    Write(out, step.before);
+    Write(out, step.after);
+  }
+  void operator()(const KeyStep& step) const {
+    out.Text(step.key);
+    Write(out, step.before);
+    Write(out, step.after);
+  }
+  void operator()(const FileStep& step) const {
+    out.Text(step.path);
+    Write(out, step.before);
+    Write(out, step.after);
+  }
+  void operator()(const MoveStep& step) const {
+    out.Text(step.from);
+    out.Text(step.to);
+    Write(out, step.file);
+  }
+};
+
+bool ReadFlag(RecordCursor& in) noexcept {
+  const std::uint8_t flag = in.U8();
+  if (flag > 1) in.Fail();
+  return flag == 1;
+}
+
+void Read(RecordCursor& in, ValueState& state) {
+  state.exists = ReadFlag(in);
+  if (!state.exists) return;
+  state.type = in.U32();
+  state.data = in.Block();
+}
+
+void Read(RecordCursor& in, KeyState& state) {
+  state.exists = ReadFlag(in);
+  if (!state.exists) return;
+  state.className = in.Text();
+  state.security = in.Block();
+  for (std::uint32_t left = in.U32(); left > 0 && in.Ok(); --left) {
+    NamedValue& value = state.values.emplace_back();
+    value.name = in.Text();
+    value.type = in.U32();
+    value.data = in.Block();
+  }
+}
+
+void Read(RecordCursor& in, FileState& state) {
+  state.exists = ReadFlag(in);
+  if (!state.exists) return;
+  state.attributes = in.U32();
+  for (std::uint64_t* time : {&state.created, &state.accessed, &state.written}) *time = in.U64();
+  state.security = in.Block();
+  for (std::uint32_t left = in.U32(); left > 0 && in.Ok(); --left) {
+    StreamState& stream = state.streams.emplace_back();
+    stream.name = in.Text();
+    stream.size = in.U64();
+    const std::span<const std::byte> hash = in.Take(stream.hash.size());
+    std::copy(hash.begin(), hash.end(), stream.hash.begin());
+  }
+}
+
+struct StepReader {
+  RecordCursor& in;
+
+  void operator()(ValueStep& step) const {
+    step.key = in.Text();
+    step.name = in.Text();
+    Read(in, step.before);
+    Read(in, step.after);
+  }
+  void operator()(KeyStep& step) const {
+    step.key = in.Text();
+    Read(in, step.before);
+    Read(in, step.after);
+  }
+  void operator()(FileStep& step) const {
+    step.path = in.Text();
+    Read(in, step.before);
+    Read(in, step.after);
+  }
+  void operator()(MoveStep& step) const {
+    step.from = in.Text();
+    step.to = in.Text();
+    Read(in, step.file);
+  }
+};
+
+std::optional<Step> EmptyStep(std::uint8_t kind) {
+  switch (kind) {
+    case 0:
+      return ValueStep{};
+    case 1:
+      return KeyStep{};
+    case 2:
+      return FileStep{};
+    case 3:
+      return MoveStep{};
+    default:
+      return std::nullopt;
+  }
+}
+
+// Each reads the rest of a payload behind its type; false when that is not what it should be.
+bool ReadHeader(RecordCursor& in, JournalContents& contents) {
+  CheckpointHeader& header = contents.header;
+  header.id = in.U32();
+  header.undoes = in.U32();
+  header.time = in.U64();
+  header.process = in.U32();
+  header.processStarted = in.U64();
+  header.user = in.Text();
+  header.title = in.Text();
+  return in.AtEnd();
+}
+
+bool ReadStep(RecordCursor& in, JournalContents& contents) {
+  if (in.U32() != contents.steps.size()) return false;
+  std::optional<Step> step = EmptyStep(in.U8());
+  if (!step) return false;
+  std::visit(StepReader{in}, *step);
+  if (!in.AtEnd()) return false;
+  contents.steps.push_back({*std::move(step), StepMark::kNone, 0});
+  return true;
+}
+
+bool ReadMark(RecordCursor& in, JournalContents& contents) {
+  const std::uint32_t number = in.U32();
+  const std::uint32_t status = in.U32();
+  if (!in.AtEnd() || number >= contents.steps.size()) return false;
+  RecordedStep& step = contents.steps[number];
+  if (step.mark != StepMark::kNone) return false;
+  step.mark = status == 0 ? StepMark::kDone : StepMark::kFailed;
+  step.status = status;
+  return true;
+}
+
+bool ReadEnd(RecordCursor& in, JournalContents& contents) {
+  contents.finished = in.U32() == contents.steps.size() && in.AtEnd();
+  return contents.finished;
+}
+
+// The next payload; none at the end and at a torn or damaged record.
+std::optional<std::span<const std::byte>> NextPayload(RecordCursor& file) {
+  const std::uint32_t size = file.U32();
+  const std::uint32_t checksum = file.U32();
+  const std::span<const std::byte> payload = file.Take(size);
+  if (!file.Ok() || payload.empty() || Checksum(payload) != checksum) return std::nullopt;
+  return payload;
+}
+
+bool ReadRecord(std::span<const std::byte> payload, JournalContents& contents) {
+  RecordCursor in(payload);
+  switch (in.U8()) {
+    case kStepRecord:
+      return ReadStep(in, contents);
+    case kMarkRecord:
+      return ReadMark(in, contents);
+    case kEndRecord:
+      return ReadEnd(in, contents);
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+ByteVector EncodeBeginning(const CheckpointHeader& header) {
+  RecordWriter payload;
+  payload.U8(kHeaderRecord);
+  payload.U32(header.id);
+  payload.U32(header.undoes);
+  payload.U64(header.time);
+  payload.U32(header.process);
+  payload.U64(header.processStarted);
+  payload.Text(header.user);
+  payload.Text(header.title);
+  RecordWriter file;
+  file.Bytes(kSignature);
+  file.Bytes(Framed(payload));
+  return file.Written();
+}
+
+ByteVector EncodeStep(std::uint32_t number, const Step& step) {
+  RecordWriter payload;
+  payload.U8(kStepRecord);
+  payload.U32(number);
+  payload.U8(static_cast<std::uint8_t>(step.index()));
+  std::visit(StepWriter{payload}, step);
+  return Framed(payload);
+}
+
+ByteVector EncodeMark(std::uint32_t number, std::uint32_t status) {
+  RecordWriter payload;
+  payload.U8(kMarkRecord);
+  payload.U32(number);
+  payload.U32(status);
+  return Framed(payload);
+}
+
+ByteVector EncodeEnd(std::uint32_t stepCount) {
+  RecordWriter payload;
+  payload.U8(kEndRecord);
+  payload.U32(stepCount);
+  return Framed(payload);
+}
+
+std::optional<JournalContents> DecodeJournal(std::span<const std::byte> file) {
+  RecordCursor in(file);
+  JournalContents contents;
+  if (!std::ranges::equal(in.Take(kSignature.size()), kSignature)) return std::nullopt;
+  const auto header = NextPayload(in);
+  if (!header) return std::nullopt;
+  RecordCursor fields(*header);
+  if (fields.U8() != kHeaderRecord || !ReadHeader(fields, contents)) return std::nullopt;
+  while (!contents.finished) {
+    const auto payload = NextPayload(in);
+    if (!payload || !ReadRecord(*payload, contents)) break;
+  }
+  return contents;
+}
+
+}  // namespace smh

@@ -1,0 +1,30 @@
+// The bytes of a journal: eight of signature, then records. A record is the payload's size and checksum, each
+// four bytes, and the payload; its first byte says what it is. docs/undo.md describes every field.
+//
+// Records are only ever appended, so that whatever stops a writer leaves whole records and at most one torn
+// one behind them.
+#pragma once
+
+#include "siblings/guardkit/format/journal_steps.h"
+
+#include <optional>
+#include <span>
+
+namespace smh {
+
+// A journal that grows beyond this is not read, and not written either.
+inline constexpr std::uint64_t kLargestJournal = 64u << 20;
+
+// The beginning of a file: signature and header.
+ByteVector EncodeBeginning(const CheckpointHeader& header);
+// Steps are numbered from 0 in the order of the file.
+ByteVector EncodeStep(std::uint32_t number, const Step& step);
+// `status` is a Win32 status; 0 marks the step as done.
+ByteVector EncodeMark(std::uint32_t number, std::uint32_t status);
+ByteVector EncodeEnd(std::uint32_t stepCount);
+
+// What a file holds up to its first record that is torn, damaged, or not what the records before it allow.
+// None when not even the header can be read.
+std::optional<JournalContents> DecodeJournal(std::span<const std::byte> file);
+
+}  // namespace smh

@@ -1,0 +1,133 @@
+#include "siblings/guardkit/format/undo_plan.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+bool SameContent(const ValueState& a, const ValueState& b) {
+  return a == b;
+}
+
+// The values in any order; class and security do not matter.
+bool SameContent(const KeyState& a, const KeyState& b) {
+  std::vector<NamedValue> valuesOfA = a.values;
+  std::vector<NamedValue> valuesOfB = b.values;
+  std::ranges::sort(valuesOfA);
+  std::ranges::sort(valuesOfB);
+  return a.exists == b.exists && valuesOfA == valuesOfB;
+}
+
+// Times, attributes and security change without anybody's doing.
+bool SameContent(const FileState& a, const FileState& b) {
+  return a.exists == b.exists && a.streams == b.streams;
+}
+
+Verdict Decide(StepMark mark, bool isBefore, bool isAfter) {
+  if (mark == StepMark::kNone && isBefore) return Verdict::kNothing;
+  if (isAfter) return isBefore ? Verdict::kNothing : Verdict::kUndo;
+  return Verdict::kConflict;
+}
+
+// What the steps undone so far leave behind, in front of what is really there.
+template <typename State>
+class Overlay {
+ public:
+  explicit Overlay(SystemState& system) : system_(system) {}
+
+  State* Find(const std::wstring& place, const std::wstring& name = {}) {
+    for (Row& row : rows_) {
+      if (system_.SameName(row.place, place) && system_.SameName(row.name, name)) return &row.state;
+    }
+    return nullptr;
+  }
+  void Set(const std::wstring& place, const std::wstring& name, const State& state) {
+    if (State* const known = Find(place, name)) {
+      *known = state;
+    } else {
+      rows_.push_back({place, name, state});
+    }
+  }
+
+ private:
+  struct Row {
+    std::wstring place;
+    std::wstring name;
+    State state;
+  };
+  SystemState& system_;
+  std::vector<Row> rows_;
+};
+
+class Planner {
+ public:
+  explicit Planner(SystemState& system) : system_(system), values_(system), keys_(system), files_(system) {}
+
+  Verdict Plan(const RecordedStep& recorded) {
+    if (recorded.mark == StepMark::kFailed) return Verdict::kNothing;
+    try {
+      return std::visit([&](const auto& step) { return PlanStep(recorded.mark, step); }, recorded.step);
+    } catch (const std::exception&) {
+      return Verdict::kBlocked;
+    }
+  }
+
+ private:
+  Verdict PlanStep(StepMark mark, const ValueStep& step) {
+    const ValueState* const known = values_.Find(step.key, step.name);
+    const ValueState found = known != nullptr ? *known : system_.Value(step.key, step.name);
+    values_.Set(step.key, step.name, step.before);
+    return Decide(mark, SameContent(found, step.before), SameContent(found, step.after));
+  }
+
+  Verdict PlanStep(StepMark mark, const KeyStep& step) {
+    const KeyState* const known = keys_.Find(step.key);
+    const KeyState found = known != nullptr ? *known : system_.Key(step.key);
+    keys_.Set(step.key, {}, step.before);
+    // A key that was made is removed when nothing is in it any more; whatever it holds now is no conflict.
+    if (!step.before.exists) return found.exists ? Verdict::kUndo : Verdict::kNothing;
+    return Decide(mark, SameContent(found, step.before), SameContent(found, step.after));
+  }
+
+  Verdict PlanStep(StepMark mark, const FileStep& step) {
+    const FileState found = File(step.path);
+    files_.Set(step.path, {}, step.before);
+    return Decide(mark, SameContent(found, step.before), SameContent(found, step.after));
+  }
+
+  Verdict PlanStep(StepMark mark, const MoveStep& step) {
+    const FileState from = File(step.from);
+    const FileState to = File(step.to);
+    files_.Set(step.from, {}, step.file);
+    files_.Set(step.to, {}, FileState{});
+    return Decide(mark, SameContent(from, step.file) && !to.exists,
+                  !from.exists && SameContent(to, step.file));
+  }
+
+  FileState File(const std::wstring& path) {
+    const FileState* const known = files_.Find(path);
+    return known != nullptr ? *known : system_.File(path);
+  }
+
+  SystemState& system_;
+  Overlay<ValueState> values_;
+  Overlay<KeyState> keys_;
+  Overlay<FileState> files_;
+};
+
+}  // namespace
+
+std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system) {
+  Planner planner(system);
+  std::vector<PlannedStep> plan;
+  for (std::size_t number = checkpoint.steps.size(); number-- > 0;) {
+    plan.push_back({number, planner.Plan(checkpoint.steps[number])});
+  }
+  return plan;
+}
+
+}  // namespace smh

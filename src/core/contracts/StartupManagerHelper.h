@@ -1,0 +1,297 @@
+// The interfaces of StartupManagerHelper.dll for hosts.
+//
+// Load the library by full path, look up its one export `GetInstance` and ask it for IStartupManager. The
+// pointer it returns carries no reference for the caller: AddRef it to keep it beyond the next call, and
+// Release only what was added. Before FreeLibrary call IStartupItemCollection::Stop and release everything.
+//
+// Calls are stdcall; slots are numbered after IUnknown's three, that is from 3.
+// - Text: boundary strings (boundary_string.h). The caller releases an out text.
+// - Booleans and enumerations are 32-bit results; of a boolean argument only the low byte counts.
+// - An operation without a result returns an HRESULT; one with a result returns a neutral value when it
+// fails.
+//   Either way the failure's text is in the thread's error info (GetErrorInfo: description = message, source
+//   = class of the exception). Every slot clears the error info on entry.
+// - Null for an out argument is E_POINTER.
+#pragma once
+
+#include "core/contracts/boundary_string.h"
+
+#include <unknwn.h>
+#include <oaidl.h>
+#include <commctrl.h>
+
+namespace smh {
+
+enum TTypeStartupLocation : std::int32_t {
+  sulNone = 0,
+  sulFolderUser = 1,
+  sulFolderCommon = 2,
+  sulRegistryRunServices = 3,
+  sulRegistryRunServicesOnce = 4,
+  sulRegistryUserRun = 5,
+  sulRegistryUserRunOnce = 6,
+  sulRegistryUserRunOnceSetup = 7,
+  sulRegistryCommonRun = 8,
+  sulRegistryCommonRunOnce = 9,
+  sulRegistryCommonRunOnceSetup = 10,
+  sulRegistryAllRegContextMenuHandlers = 11,
+  sulRegistryAllContextMenuHandlers = 12,
+  sulRegistryDirectoryContextMenuHandlers = 13,
+  sulRegistryFolderContextMenuHandlers = 14,
+  sulRegistryBackgroundContextMenuHandlers = 15,
+  sulRegistryAllRegDragDropHandlers = 16,
+  sulRegistryAllDragDropHandlers = 17,
+  sulRegistryDirectoryDragDropHandlers = 18,
+  sulRegistryFolderDragDropHandlers = 19,
+  sulRegistryBackgroundDragDropHandlers = 20,
+  sulRegistryAllRegColumnHandlers = 21,
+  sulRegistryAllColumnHandlers = 22,
+  sulRegistryDirectoryColumnHandlers = 23,
+  sulRegistryFolderColumnHandlers = 24,
+  sulRegistryBackgroundColumnHandlers = 25,
+  sulRegistryAllRegPropertyHandlers = 26,
+  sulRegistryAllPropertyHandlers = 27,
+  sulRegistryDirectoryPropertyHandlers = 28,
+  sulRegistryFolderPropertyHandlers = 29,
+  sulRegistryBackgroundPropertyHandlers = 30,
+  sulRegistryAllRegCopyHandlers = 31,
+  sulRegistryAllCopyHandlers = 32,
+  sulRegistryDirectoryCopyHandlers = 33,
+  sulRegistryFolderCopyHandlers = 34,
+  sulRegistryBackgroundCopyHandlers = 35,
+  sulRegistryShellExtApproved = 36,
+  sulRegistryIEBrowserObjects = 37,
+  sulRegistryUserIEURLSearchHooks = 38,
+  sulRegistryCommonIEURLSearchHooks = 39,
+};
+
+// Whether the location, a TTypeStartupLocation, is read without IStartupItemCollection::SetShowAllLocations.
+constexpr bool IsReadByDefault(std::int32_t location) noexcept {
+  switch (location) {
+    case sulFolderUser:
+    case sulFolderCommon:
+    case sulRegistryUserRun:
+    case sulRegistryUserRunOnce:
+    case sulRegistryCommonRun:
+    case sulRegistryCommonRunOnce:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// What IStartupItemCollection::GetReadState answers.
+enum ReadState : std::int32_t {
+  kReadStateReading = 0,   // the first pass over the locations is not finished
+  kReadStateListed = 1,    // every taking-part location was read once
+  kReadStateComplete = 2,  // every item's extended information was read as well
+};
+
+// Indexes of IStartupItem::GetProperty.
+enum ItemProperty : std::int32_t {
+  kPropertyLocation = 0,   // VT_I4
+  kPropertyEnabled = 1,    // VT_BOOL
+  kPropertyFileFound = 2,  // VT_BOOL
+  kPropertyCaption = 3,    // VT_BSTR, as all below without a note
+  kPropertyCommand = 4,
+  kPropertyDescription = 5,
+  kPropertyWorkingFolder = 6,
+  kPropertyLinkNumber = 7,  // VT_I4: the hot key of a shortcut item
+  kPropertyProductName = 8,
+  kPropertyComments = 9,
+  kPropertyVersionNumber = 10,
+  kPropertyInternalName = 11,
+  kPropertyOriginalFilename = 12,
+  kPropertyProductVersion = 13,
+  kPropertyFileVersion = 14,
+  kPropertyVersion = 15,  // ProductVersion, else FileVersion
+  kPropertyPrivateBuild = 16,
+  kPropertySpecialBuild = 17,
+  kPropertyCompany = 18,  // CompanyName, else LegalCopyright
+  kPropertyLegalCopyright = 19,
+  kPropertyLegalTrademarks = 20,
+  kPropertyFileSize = 21,        // VT_I8: bytes
+  kPropertyCreationTime = 22,    // VT_DATE: local time
+  kPropertyLastAccessTime = 23,  // VT_DATE
+  kPropertyLastWriteTime = 24,   // VT_DATE
+  kPropertyFileTypeName = 25,
+  kPropertyRating = 26,  // VT_I4: 0 trusted, 1 unknown, 2 risky
+};
+
+// What IFavoriteItem::GetKind answers.
+enum FavoriteKind : std::int32_t {
+  kFavoritePath = 0,  // added by IFavoriteItemCollection::AddPath
+  kFavoriteMail = 1,
+  kFavoriteMedia = 2,
+  kFavoriteBrowser = 3,
+  kFavoriteContacts = 4,
+  kFavoriteCalendar = 5,
+  kFavoriteInternetCall = 6,
+  kFavoriteMessaging = 7,
+};
+
+// Indexes of IFavoriteItem::GetProperty besides those of ItemProperty.
+enum FavoriteProperty : std::int32_t {
+  kFavoritePropertyKind = 0,      // VT_I4
+  kFavoritePropertyKeyPath = 27,  // VT_BSTR: below HKEY_LOCAL_MACHINE; empty for an added path
+};
+
+// Actions of IStartupItem::CanDo.
+enum ItemAction : std::int32_t {
+  kActionDelete = 0,
+  kActionEnable = 1,
+  kActionDisable = 2,
+  kActionMove = 3,
+  kActionChangeCommand = 4,
+  kActionExecute = 5,
+  kActionShowFileDetails = 6,
+  kActionShowLocation = 7,
+};
+
+// One start-up entry. The wrapper does not keep its entry alive: when the entry leaves the list, or there
+// never was one, every query answers the neutral value given here and every operation does nothing. Any
+// thread may use it.
+struct IStartupItem : IUnknown {
+  static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
+
+  // 3: position in the list; -1.
+  virtual std::int32_t STDMETHODCALLTYPE GetIndex() = 0;
+  // 4: a TTypeStartupLocation; sulNone.
+  virtual std::int32_t STDMETHODCALLTYPE GetLocation() = 0;
+  // 5: identity within the location: the full value path or the file path; empty.
+  virtual HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) = 0;
+  // 6: takes and clears the changed mark, and says whether it was set; 1.
+  virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
+  // 7: index in both image lists of the collection; -1.
+  virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
+  // 8: an ItemProperty; VT_NULL for an unknown index. The caller clears the variant.
+  virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
+  // 9: an ItemAction; 0.
+  virtual BOOL STDMETHODCALLTYPE CanDo(std::int32_t action) = 0;
+  // 10: 0.
+  virtual BOOL STDMETHODCALLTYPE CanMoveTo(std::int32_t location) = 0;
+  // 11-15: changes. Ask CanDo first: a call that it forbids fails with E_UNEXPECTED.
+  virtual HRESULT STDMETHODCALLTYPE Delete() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Enable() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Disable() = 0;
+  virtual HRESULT STDMETHODCALLTYPE MoveTo(std::int32_t location) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ChangeCommand(const wchar_t* command) = 0;
+  // 16: starts the command; a failure is shown in a message box, then returned.
+  virtual HRESULT STDMETHODCALLTYPE Execute(HWND window) = 0;
+  // 17: the property sheet of the entry's file.
+  virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) = 0;
+  // 18: a registry entry in the registry editor, which is closed and started anew; a file in the file
+  // browser. May take a few seconds. An editor that cannot be started is shown in a message box and is no
+  // failure.
+  virtual HRESULT STDMETHODCALLTYPE ShowLocation() = 0;
+};
+
+// All start-up entries of all locations read so far. Any thread may use it.
+struct IStartupItemCollection : IUnknown {
+  static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
+
+  // 3
+  virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
+  // 4: a new wrapper; for an index outside the list one without entry.
+  virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IStartupItem** item) = 0;
+  // 5, 6: 16x16 and 32x32, owned by the library. Images 0 to 2 are the ratings, 3 the unknown file.
+  virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
+  virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
+  // 7: a ReadState.
+  virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
+  // 8, 9: all 39 locations instead of the six read by default; takes effect at the next Refresh.
+  virtual BOOL STDMETHODCALLTYPE GetShowAllLocations() = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) = 0;
+  // 10, 11: start reading anew; stop and wait. Refused with E_UNEXPECTED by a thread that holds Lock.
+  virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Stop() = 0;
+  // 12, 13: hold the list still for a walk. Unlock by a thread that does not hold it is E_UNEXPECTED.
+  virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
+  // 14: the new entry's position, or that of the entry that has the name already; -1 when it fails.
+  virtual std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
+                                                 const wchar_t* command) = 0;
+};
+
+// The titles of backup checkpoints; "%s" receives the entry's name. All objects share the module's texts.
+struct IStartupManagerStrings : IUnknown {
+  static constexpr GUID iid = {0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x02}};
+
+  // 3-14
+  virtual HRESULT STDMETHODCALLTYPE GetAddingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetAddingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetMovingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetMovingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDeletingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetDeletingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetEnablingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetEnablingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDisablingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetDisablingText(const wchar_t* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetChangingText(BoundaryText* text) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetChangingText(const wchar_t* text) = 0;
+};
+
+// One default program. The wrapper keeps its collection, and with it the entry, alive. Any thread may use it.
+struct IFavoriteItem : IUnknown {
+  static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x06}};
+
+  // 3: position in the list; it never changes.
+  virtual std::int32_t STDMETHODCALLTYPE GetIndex() = 0;
+  // 4: a FavoriteKind.
+  virtual std::int32_t STDMETHODCALLTYPE GetKind() = 0;
+  // 5: the display name.
+  virtual HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) = 0;
+  // 6: takes and clears the changed mark, which is set once when the entry's details have been loaded, and
+  // says whether it was set.
+  virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
+  // 7: index in the collection's own image lists; 0 is the unknown file.
+  virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
+  // 8: by a FavoriteProperty or an ItemProperty; VT_NULL for an unknown index and for those that have no
+  // meaning here: enabled, link number, rating. The caller clears the variant.
+  virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
+};
+
+// The system's default programs. Each collection reads them once, on a thread of its own, from the moment it
+// is made; entries are only ever appended. Releasing the last reference, the wrappers' included, ends that
+// thread and waits for it: any thread may do that at any time, but not while another one holds the list's
+// lock.
+struct IFavoriteItemCollection : IUnknown {
+  static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
+
+  // 3
+  virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
+  // 4: a new wrapper. For an index outside the list S_FALSE, and `item` stays as it is.
+  virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IFavoriteItem** item) = 0;
+  // 5, 6: 16x16 and 32x32; borrowed, valid while the collection lives.
+  virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
+  virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
+  // 7: appends an entry for a file; its details are loaded soon after. The path must not be empty.
+  virtual HRESULT STDMETHODCALLTYPE AddPath(const wchar_t* path) = 0;
+  // 8, 9: no entry is added and none gets its details in between. Recursive; only the thread that locked may
+  // unlock.
+  virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
+  // 10: a ReadState: created, every kind read, details loaded. It stays complete when a path is added.
+  virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
+};
+
+// What GetInstance hands out. The first call of GetStartupItems is expected from one thread.
+struct IStartupManager : IUnknown {
+  static constexpr wchar_t kId[] = L"{E8C7F189-6EBA-407B-A55E-97C824EC0201}";
+  static constexpr GUID iid = {0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x01}};
+
+  // 3: always the same collection. Hosts ask for it at least once before they free the library.
+  virtual HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) = 0;
+  // 4: a new collection on every call.
+  virtual HRESULT STDMETHODCALLTYPE GetFavoriteItems(IFavoriteItemCollection** items) = 0;
+  // 5: a new object on every call.
+  virtual HRESULT STDMETHODCALLTYPE GetStrings(IStartupManagerStrings** strings) = 0;
+  // 6: the file that a command line or shortcut starts.
+  virtual HRESULT STDMETHODCALLTYPE ResolveCommandFile(const wchar_t* command, BoundaryText* file) = 0;
+};
+
+// The export. `iid` is compared as text, ignoring ASCII case; null or any other identifier gives null.
+using GetInstanceFunction = IUnknown*(STDMETHODCALLTYPE*)(const wchar_t* iid, DWORD reserved);
+
+}  // namespace smh

@@ -1,0 +1,28 @@
+// The developer trace of tracekit.dll. Calls are stdcall; slots are numbered after IUnknown's three.
+#pragma once
+
+#include "core/contracts/boundary_string.h"
+
+#include <unknwn.h>
+
+namespace smh {
+
+struct IDebugLog : IUnknown {
+  static constexpr wchar_t kId[] = L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}";
+  static constexpr GUID iid = {0xF7CF8DA8, 0xADCC, 0x4D0B, {0xBB, 0x10, 0x66, 0x55, 0x2F, 0xC8, 0x51, 0xA9}};
+
+  // 1: `context` names the object (any pointer-sized value); `args` holds `count` zero-terminated texts.
+  virtual HRESULT STDMETHODCALLTYPE EnterMethod(const void* context, const wchar_t* name,
+                                                const wchar_t* const* args, std::int32_t count) = 0;
+  // 2
+  virtual HRESULT STDMETHODCALLTYPE ExitMethod(const void* context) = 0;
+  // 3
+  virtual HRESULT STDMETHODCALLTYPE Message(const wchar_t* text) = 0;
+  // 4: 0 switches the output off, any other number on.
+  virtual HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t enabled) = 0;
+};
+
+// The one object of the process, uncounted; see intf_general.h. Called only when debug mode is on.
+IDebugLog* GetDebugLogService();
+
+}  // namespace smh

@@ -1,0 +1,27 @@
+// The file reputation service of raterkit.dll. Calls are stdcall; slots are numbered after IUnknown's three.
+#pragma once
+
+#include "core/contracts/boundary_string.h"
+
+#include <unknwn.h>
+
+namespace smh {
+
+enum FileRating : std::int32_t { kRatingTrusted = 0, kRatingUnknown = 1, kRatingRisky = 2 };
+
+struct IFileRater : IUnknown {
+  static constexpr wchar_t kId[] = L"{A90B8362-CEEF-4902-A639-A0125EDD0201}";
+  static constexpr GUID iid = {0xA90B8362, 0xCEEF, 0x4902, {0xA6, 0x39, 0xA0, 0x12, 0x5E, 0xDD, 0x02, 0x01}};
+
+  // 1: by the file's name without folder.
+  virtual std::int32_t STDMETHODCALLTYPE RateFile(const wchar_t* name) = 0;
+  // 2: E_NOTIMPL.
+  virtual HRESULT STDMETHODCALLTYPE Reserved2() = 0;
+  // 3: by the company of the file's version record.
+  virtual std::int32_t STDMETHODCALLTYPE RateCompany(const wchar_t* company) = 0;
+};
+
+// The one object of the process, uncounted; see intf_general.h.
+IFileRater* GetFileRater();
+
+}  // namespace smh

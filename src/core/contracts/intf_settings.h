@@ -1,0 +1,36 @@
+// The settings service of prefkit.dll. Calls are stdcall; slots are numbered after IUnknown's three.
+#pragma once
+
+#include "core/contracts/boundary_string.h"
+
+#include <unknwn.h>
+
+namespace smh {
+
+struct IApplicationSettings : IUnknown {
+  static constexpr GUID iid = {0xEFD8173C, 0xC76D, 0x4A9A, {0x87, 0xBF, 0x35, 0x9D, 0x2E, 0xD0, 0x8A, 0xFE}};
+
+  // 1: whether changes run inside backup checkpoints: 0 or 1. Kept per user, per host file; 1 when never set.
+  virtual BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) = 0;
+  // 2, 3: how many checkpoints the backup service keeps, and how much space they may take: at least 1, and
+  // 200 and 64 when never set.
+  virtual DWORD STDMETHODCALLTYPE GetKeptCheckpoints(const wchar_t* hostFileName) = 0;
+  virtual DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) = 0;
+};
+
+struct ISettings : IUnknown {
+  static constexpr wchar_t kId[] = L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}";
+  static constexpr GUID iid = {0xEFD8173C, 0xC76D, 0x4A9A, {0x87, 0xBF, 0x35, 0x9D, 0x2E, 0xD0, 0x8A, 0xFD}};
+
+  // 1-3: E_NOTIMPL.
+  virtual HRESULT STDMETHODCALLTYPE Reserved1() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Reserved2() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Reserved3() = 0;
+  // 4: one reference for the caller.
+  virtual HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings** settings) = 0;
+};
+
+// The one object of the process, uncounted; see intf_general.h.
+ISettings* GetSettings();
+
+}  // namespace smh

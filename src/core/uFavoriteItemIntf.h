@@ -1,0 +1,29 @@
+// The host's view of one default program.
+#pragma once
+
+#include "clients/uFavoriteItem.h"
+#include "core/uFavoriteItemCollection.h"
+#include "core/contracts/StartupManagerHelper.h"
+#include "core/contracts/com_object.h"
+
+namespace smh {
+
+class TFavoriteItemIntf final : public ComObject<IFavoriteItem> {
+ public:
+  // Keeps the collection, which owns the item, alive.
+  TFavoriteItemIntf(TFavoriteItemCollection& collection, TFavoriteItem& item) noexcept
+      : collection_(&collection), item_(item) {}
+
+  std::int32_t STDMETHODCALLTYPE GetIndex() override;
+  std::int32_t STDMETHODCALLTYPE GetKind() override;
+  HRESULT STDMETHODCALLTYPE GetName(BoundaryText* name) override;
+  BOOL STDMETHODCALLTYPE ReadChanged() override;
+  std::int32_t STDMETHODCALLTYPE GetImageIndex() override;
+  HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) override;
+
+ private:
+  const ComPtr<IFavoriteItemCollection> collection_;
+  TFavoriteItem& item_;
+};
+
+}  // namespace smh

@@ -1,0 +1,122 @@
+#include "infra/log/uAxDebug.h"
+
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/module_path.h"
+#include "infra/registry/registry.h"
+#include "infra/runtime/text.h"
+
+#include <shellapi.h>
+
+#include <atomic>
+
+namespace smh {
+
+namespace {
+
+constexpr wchar_t kSettingsKey[] = L"Software\\Quillmark\\DebugMode";
+constexpr wchar_t kSettingsValue[] = L"DebugMode";
+constexpr wchar_t kDebugSwitch[] = L"-debug";
+constexpr wchar_t kDebugLibrary[] = L"tracekit.dll";
+
+enum class DebugState : unsigned char { kUndecided = 0, kOff = 2, kOn = 3 };
+
+constinit std::atomic<DebugState> g_state{DebugState::kUndecided};
+constinit std::atomic<bool> g_libraryPresent{false};
+
+// Lives as long as the module and is not counted.
+class TNullDebugClient final : public IDebugLog {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    const bool known = IsEqualGUID(wanted, IID_IUnknown) || IsEqualGUID(wanted, IDebugLog::iid);
+    *object = known ? static_cast<IDebugLog*>(this) : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE EnterMethod(const void*, const wchar_t*, const wchar_t* const*,
+                                        std::int32_t) override {
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE ExitMethod(const void*) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE Message(const wchar_t*) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t) override { return S_OK; }
+};
+
+constinit TNullDebugClient g_nullClient;
+
+bool SwitchedOnByRegistry() {
+  TRegistry registry(KEY_READ);
+  return registry.OpenKeyReadOnly(kSettingsKey) &&
+         registry.DataKind(kSettingsValue) == RegistryDataKind::kInteger &&
+         registry.ReadInteger(kSettingsValue) == 1;
+}
+
+bool SwitchedOnByArgument() noexcept {
+  int count = 0;
+  wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+  const bool on = arguments != nullptr && count > 1 && SameText(arguments[1], kDebugSwitch);
+  LocalFree(arguments);
+  return on;
+}
+
+DebugState Decide() {
+  if (!g_libraryPresent) return DebugState::kOff;
+  try {
+    if (SwitchedOnByRegistry()) return DebugState::kOn;
+  } catch (const Exception&) {
+    // A value that cannot be read switches nothing on.
+  }
+  return SwitchedOnByArgument() ? DebugState::kOn : DebugState::kOff;
+}
+
+}  // namespace
+
+IDebugLog* DebugLog() {
+  return IsDebugMode() ? GetDebugLogService() : &g_nullClient;
+}
+
+bool IsDebugMode() {
+  if (g_state == DebugState::kUndecided) g_state = Decide();
+  return g_state == DebugState::kOn;
+}
+
+void ForceDebugMode() {
+  g_state = DebugState::kOn;
+  DebugLog()->SetEnabled(1);
+}
+
+void SetDebugModeSetting(bool on) {
+  TRegistry registry;
+  if (!registry.OpenKey(kSettingsKey, true)) RaiseLastOSError();
+  registry.WriteInteger(kSettingsValue, on ? 1 : 0);
+}
+
+bool CheckDebugLibrary() {
+  std::wstring path(FolderPart(ModuleFileName(nullptr)));
+  const DWORD attributes = GetFileAttributesW(path.append(kDebugLibrary).c_str());
+  g_libraryPresent = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  return g_libraryPresent;
+}
+
+DebugScope::DebugScope(const void* context, const wchar_t* name,
+                       std::initializer_list<const wchar_t*> arguments)
+    : context_(context) {
+  DebugLog()->EnterMethod(context_, name, arguments.begin(), static_cast<std::int32_t>(arguments.size()));
+}
+
+DebugScope::~DebugScope() {
+  DebugLog()->ExitMethod(context_);
+}
+
+void StartDebugLog() {
+  CheckDebugLibrary();
+  g_state = Decide();
+}
+
+void StopDebugLog() noexcept {
+  g_state = DebugState::kUndecided;
+  g_libraryPresent = false;
+}
+
+}  // namespace smh

@@ -1,0 +1,45 @@
+// The statistics log "StartupManager.log": lines kept in memory for the module's life and saved as one
+// UTF-16LE file. Every call takes the log's lock, which is a leaf: nothing else is entered under it but the
+// service cache's lock.
+#pragma once
+
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+void LogLine(std::wstring_view text);
+
+// See FormatList.
+void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
+template <typename... Arguments>
+void LogFormat(std::wstring_view format, const Arguments&... arguments) {
+  LogFormatList(format, {ToFormatArgument(arguments)...});
+}
+
+// One error record: class and message, and a stack trace when the crash reporter has one.
+void LogError(const Exception& exception);
+// As above for any exception in flight; call it inside a catch handler. An EAbort is not logged.
+void LogCurrentException();
+// Empties the log and writes the machine, user and version block and the Run keys. Also fixes the path that
+// a save at process exit uses.
+void LogSystemInfo();
+// Dumps the values of a key. `view` is 0 or KEY_WOW64_64KEY.
+void LogRegistryKey(REGSAM view, HKEY root, bool recurse, const std::wstring& key);
+// Replaces the file by all lines collected so far. A failure is swallowed.
+void SaveLog() noexcept;
+std::wstring LogFilePath();
+
+void StartStatisticsLog();
+// Frees the lock and the lines.
+void StopStatisticsLog() noexcept;
+// Process exit: other threads are gone and may have left the lock held. When it can be entered, the lines are
+// written to the path fixed by LogSystemInfo with kernel32 alone; nothing is allocated or freed.
+void SaveLogAtProcessExit() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,54 @@
+// Full value paths and root key names.
+//
+// A full value path names one registry value everywhere (item identity, logs): view prefix "(x32)" or
+// "(x64)", root key name, key path, "\", value name.
+#pragma once
+
+#include "core/contracts/shared_text.h"
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+// "HKEY_LOCAL_MACHINE" and its siblings; empty for any other handle.
+std::wstring_view RootKeyName(HKEY root) noexcept;
+std::wstring BuildFullValuePath(REGSAM access, HKEY root, std::wstring_view keyPath,
+                                std::wstring_view valueName);
+// The same into a text that keeps its memory.
+void AssignFullValuePath(std::wstring& path, REGSAM access, HKEY root, std::wstring_view keyPath,
+                         std::wstring_view valueName);
+// The inverse. What the path does not tell (view, root) stays as it was; the key path keeps its leading and
+// trailing "\".
+void ParseFullValuePath(std::wstring_view path, REGSAM& viewBits, std::wstring& valueName,
+                        std::wstring& keyPath, HKEY& root);
+
+// Where one registry value lies.
+struct RegistryValueAddress {
+  REGSAM viewBits = 0;
+  HKEY root = nullptr;
+  std::wstring key;
+  std::wstring valueName;
+
+  std::wstring FullPath() const { return BuildFullValuePath(viewBits, root, key, valueName); }
+  bool operator==(const RegistryValueAddress&) const = default;
+};
+
+// The same for those who keep many: values of one key share its path.
+struct SharedValueAddress {
+  REGSAM viewBits = 0;
+  HKEY root = nullptr;
+  SharedText key;
+  SharedText valueName;
+
+  SharedValueAddress() noexcept = default;
+  SharedValueAddress(REGSAM view, HKEY rootKey, SharedText keyPath, SharedText name) noexcept
+      : viewBits(view), root(rootKey), key(std::move(keyPath)), valueName(std::move(name)) {}
+  SharedValueAddress(const RegistryValueAddress& address)
+      : SharedValueAddress(address.viewBits, address.root, address.key, address.valueName) {}
+  operator RegistryValueAddress() const { return {viewBits, root, key, valueName}; }
+};
+
+}  // namespace smh

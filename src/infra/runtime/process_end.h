@@ -1,0 +1,15 @@
+// Whether the process is on its way out: its other threads are gone then, wherever they were, and may have
+// left locks held.
+#pragma once
+
+#include "infra/runtime/import_function.h"
+
+namespace smh {
+
+inline bool IsProcessEnding() noexcept {
+  using Function = BOOLEAN(WINAPI*)();
+  const auto isEnding = ImportFunction<Function>(GetModuleHandleW(L"ntdll.dll"), "RtlDllShutdownInProgress");
+  return isEnding != nullptr && isEnding() != FALSE;
+}
+
+}  // namespace smh

@@ -1,0 +1,33 @@
+#include "shelllink/format/link_target_id_list.h"
+
+#include "shelllink/format/section_view.h"
+
+namespace smh {
+
+void TLinkTargetIDList::Load(ByteCursor& file) {
+  const Bytes list = file.Take(file.U16());
+  if (list.empty()) return;
+  list_ = AllocateTaskMemory(list.size());
+  size_ = list.size();
+  std::memcpy(list_.get(), list.data(), list.size());
+}
+
+void TLinkTargetIDList::Clear() noexcept {
+  list_.reset();
+  size_ = 0;
+}
+
+bool TLinkTargetIDList::IsWellFormed() const noexcept {
+  // An item's size counts itself; one without a byte of content says nothing that a folder could read.
+  constexpr std::size_t kSizeField = 2;
+  SectionView rest(List());
+  while (rest.All().size() >= kSizeField) {
+    const std::uint16_t size = rest.U16At(0);
+    if (size == 0) return true;
+    if (size <= kSizeField) return false;
+    rest = rest.From(size);
+  }
+  return false;
+}
+
+}  // namespace smh

@@ -1,0 +1,47 @@
+// What Windows this process runs on. Every answer is worked out once and cached in a module-global code; the
+// caches need no lock because every thread works out the same values.
+#pragma once
+
+#include "infra/runtime/exceptions.h"
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+class TWinVersionInfoException : public Exception {
+ public:
+  using Exception::Exception;
+  const wchar_t* ClassName() const noexcept override { return L"TWinVersionInfoException"; }
+};
+
+class WinVersionInfo {
+ public:
+  static int OSCode();
+  static int ArchitectureCode();
+  static int ServicePackCode();
+  static int EditionCode();
+  static std::wstring_view OSName();
+  static std::wstring_view ArchitectureName();
+  static std::wstring_view ServicePackName();
+  static std::wstring_view EditionName();
+
+  // A 32-bit process on a 64-bit Windows; the system's test for a 64-bit Windows.
+  static bool IsWow64();
+  static void GetNativeSystemInfo(SYSTEM_INFO& info);
+  // Raises TWinVersionInfoException when the call fails with a reason, EOSError when Windows lacks it. A
+  // failure without a reason leaves what the call stored.
+  static void GetProductInfo(DWORD major, DWORD minor, DWORD spMajor, DWORD spMinor, DWORD& productType);
+  static bool IsOS(DWORD value);
+  // What the library's DllGetVersion says; false when the library or the export is missing.
+  static bool DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor);
+};
+
+// Forgets what an earlier life of the module worked out.
+void StartWinVersionInfo();
+// Frees the libraries the entry points came from.
+void StopWinVersionInfo() noexcept;
+
+}  // namespace smh

@@ -1,0 +1,141 @@
+// Changes made by startupctl, looked up in both registry views, with backup checkpoints and without.
+#include "tests/hosts/cli/startupctl_fixture.h"
+
+namespace smh::test {
+namespace {
+
+class StartupctlChanges : public StartupctlTest, public testing::WithParamInterface<bool> {
+ protected:
+  StartupctlChanges() { UseCheckpoints(GetParam()); }
+};
+INSTANTIATE_TEST_SUITE_P(Checkpoints, StartupctlChanges, testing::Bool(),
+                         [](const auto& parameter) { return parameter.param ? "On" : "Off"; });
+
+TEST_P(StartupctlChanges, UserEntryFromAddToDelete) {
+  const std::wstring name = L"ctl trip";
+  Run({L"add", L"--location", L"sulRegistryUserRun", L"--name", name, L"--command", Command(L"one")});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), Command(L"one"));
+  Run({L"disable", name});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), Command(L"one"));
+  Run({L"change", name, L"--command", Command(L"two")});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), Command(L"two"));
+  Run({L"enable", name});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, name), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), Command(L"two"));
+  Run({L"delete", name});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
+}
+
+// A handler is a key of its own, an approved extension a value that is named after its class.
+TEST_P(StartupctlChanges, ShellExtensionsGoAsideBackAndAway) {
+  const std::wstring wave = L"{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}";
+  const EmptiedKeys emptied({kMenusKey, kApprovedKey});
+  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, OwnView());
+  server.Set(L"InprocServer32", L"", Sz(Program()));
+  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\ctl menu", L"", Sz(wave), OwnView());
+  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, wave, Sz(L"ctl page"), OwnView());
+  for (const wchar_t* command : {L"disable", L"enable", L"disable", L"delete"}) {
+    Run({command, L"ctl menu", L"ctl page"});
+    const bool on = *command == L'e';
+    const bool aside = command == std::wstring(L"disable");
+    for (const auto& [side, there] : {std::pair(std::wstring(), on), std::pair(kAutorunsSide, aside)}) {
+      EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + side + L"\\ctl menu", OwnView()), there);
+      EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + side, wave, OwnView()).has_value(), there);
+    }
+  }
+}
+
+TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
+  SetRun(HKEY_CURRENT_USER, L"ctl fixed", Command(L"fixed"));
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
+    const std::vector<std::wstring> changes[] = {
+        {L"disable", L"ctl fixed"},
+        {L"delete", L"ctl fixed"},
+        {L"change", L"ctl fixed", L"--command", Command(L"other")},
+        {L"move", L"ctl fixed", L"--to", L"sulRegistryCommonRun"},
+        {L"add", L"--location", L"sulRegistryUserRun", L"--name", L"ctl new", L"--command", Command(L"new")},
+    };
+    for (const auto& arguments : changes) {
+      const StartupctlResult result = Run(arguments, 1);
+      EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot ")) << result.errors;
+    }
+  }
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl fixed"), Command(L"fixed"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl fixed"), std::nullopt);
+  EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, kRunKey, L"ctl new"));
+  EXPECT_TRUE(Find("tray program").empty());
+}
+
+// A recorded write fails without a word: only looking the entry up tells.
+TEST_P(StartupctlChanges, ChangeThatDidNotHappenIsAFailure) {
+  SetRun(HKEY_CURRENT_USER, L"ctl stays", Command(L"stays"));
+  MakeKey(HKEY_CURRENT_USER, kRunSide);
+  {
+    const LimitedKey limited(HKEY_CURRENT_USER, kRunSide, LimitedKey::Rights::kReadOnly);
+    const StartupctlResult result = Run({L"disable", L"ctl stays"}, 1);
+    EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot disable ")) << result.errors;
+  }
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl stays"), Command(L"stays"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl stays"), std::nullopt);
+}
+
+TEST_F(StartupctlTest, AmbiguousCaptionIsRefusedWithCandidates) {
+  SetRun(HKEY_CURRENT_USER, L"ctl same", Command(L"user"));
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl same", Command(L"common"), OwnView());
+  const StartupctlResult refused = Run({L"delete", L"ctl same"}, 1);
+  EXPECT_NE(refused.errors.find("HKEY_CURRENT_USER\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
+  EXPECT_NE(refused.errors.find("HKEY_LOCAL_MACHINE\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
+  EXPECT_EQ(Find("ctl same").size(), 2u);
+  Run({L"delete", L"ctl same", L"--location", L"sulRegistryCommonRun"});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl same"), Command(L"user"));
+  EXPECT_FALSE(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"ctl same", OwnView()));
+}
+
+TEST_F(StartupctlTest, OneBadItemAmongSeveralChangesNothing) {
+  SetRun(HKEY_CURRENT_USER, L"ctl good", Command(L"good"));
+  SetRun(HKEY_CURRENT_USER, L"ctl better", Command(L"better"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"\\AutorunsDisabled", L"ctl side", Sz(Command(L"side")));
+  for (const wchar_t* command : {L"disable", L"delete"}) {
+    Run({command, L"ctl good", L"ctl better", L"ctl missing"}, 1);
+  }
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl good"));
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl better"));
+  Run({L"disable", L"ctl good", L"ctl better", L"ctl good"});
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl good"));
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl better"));
+  Run({L"enable", L"ctl side", L"ctl good"});
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl side"));
+}
+
+TEST_F(StartupctlTest, ChangesThatAreNone) {
+  SetRun(HKEY_CURRENT_USER, L"ctl still", Command(L"Still"));
+  const std::vector<std::wstring> nothingToDo[] = {
+      {L"enable", L"ctl still"},
+      {L"change", L"ctl still", L"--command", Command(L"Still")},
+      {L"move", L"ctl still", L"--to", L"sulRegistryUserRun"},
+      {L"add", L"--location", L"sulRegistryUserRun", L"--name", L"ctl still", L"--command",
+       Command(L"Still")},
+  };
+  for (const auto& arguments : nothingToDo) {
+    EXPECT_NE(Run(arguments).errors.find("already"), std::string::npos) << ToUtf8(arguments[0]);
+  }
+  // Neither overwritten nor taken for a change.
+  Run({L"add", L"--location", L"sulRegistryUserRun", L"--name", L"ctl still", L"--command", Command(L"x")},
+      1);
+  Run({L"change", L"ctl still", L"--command", Command(L"STILL")}, 1);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl still"), Command(L"Still"));
+}
+
+TEST_F(StartupctlTest, RefusedMovesSayWhy) {
+  SetRun(HKEY_CURRENT_USER, L"ctl refused", Command(L"refused"));
+  for (const wchar_t* target : {L"sulRegistryShellExtApproved", L"sulRegistryIEBrowserObjects"}) {
+    const StartupctlResult result = Run({L"move", L"ctl refused", L"--to", target}, 1);
+    EXPECT_NE(result.errors.find(ToUtf8(target)), std::string::npos) << result.errors;
+  }
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl refused"));
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,113 @@
+// Changes made by startupctl in the Startup folders, looked up in the files.
+#include "tests/hosts/cli/startupctl_fixture.h"
+
+#include "tests/support/startup_folders.h"
+
+#include <filesystem>
+
+namespace smh::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class StartupctlFolders : public StartupctlTest, public testing::WithParamInterface<bool> {
+ protected:
+  StartupctlFolders() { UseCheckpoints(GetParam()); }
+
+  void Add(const wchar_t* location, const std::wstring& name, const std::wstring& arguments) const {
+    Run({L"add", L"--location", location, L"--name", name, L"--command", Command(arguments)});
+  }
+  // The command that the entry of a file shows; empty when it is not listed in that state.
+  static std::wstring Shown(const std::wstring& file, bool enabled) {
+    for (const Json& item : List()) {
+      if (item["name"] == ToUtf8(file) && item["enabled"] == enabled)
+        return FromUtf8(item["command"].get<std::string>());
+    }
+    return {};
+  }
+
+  const StartupPlaces user{StartupPlaces::Whose::kUser};
+  const StartupPlaces common{StartupPlaces::Whose::kCommon};
+};
+INSTANTIATE_TEST_SUITE_P(Checkpoints, StartupctlFolders, testing::Bool(),
+                         [](const auto& parameter) { return parameter.param ? "On" : "Off"; });
+
+TEST_P(StartupctlFolders, EntryFromAddToDelete) {
+  const std::wstring on = user.startup + L"ctl trip.lnk";
+  const std::wstring off = user.disabled + L"ctl trip.lnk";
+  Add(L"FolderUser", L"ctl trip", L"one");
+  EXPECT_EQ(Shown(on, true), Command(L"one"));
+  const Json item = Find("ctl trip")[0];
+  EXPECT_EQ(item["company"], "Northlight Audio Ltd.");
+  EXPECT_EQ(item["file"], ToUtf8(Program()));
+  const std::string bytes = ReadFileBytes(on);
+
+  Run({L"disable", L"ctl trip"});
+  EXPECT_FALSE(fs::exists(on));
+  EXPECT_EQ(ReadFileBytes(off), bytes);
+  // Another way to write the same command is no change, other arguments are.
+  EXPECT_NE(Run({L"change", L"ctl trip", L"--command", Command(L"  one ")}).errors.find("already"),
+            std::string::npos);
+  Run({L"change", L"ctl trip", L"--command", Command(L"two")});
+  EXPECT_EQ(Shown(off, false), Command(L"two"));
+  Run({L"change", L"ctl trip", L"--command", L'"' + Program() + L'"'});
+  EXPECT_EQ(Shown(off, false), L'"' + Program() + L'"');
+  Run({L"change", L"ctl trip", L"--command", L"notepad.exe a.txt"});
+  EXPECT_NE(Shown(off, false).find(L"notepad.exe a.txt"), std::wstring::npos);
+
+  WriteFileBytes(user.startup + L"ctl trip.lnk", "another");
+  Run({L"enable", off});
+  EXPECT_EQ(ReadFileBytes(on), "another");
+  EXPECT_NE(Shown(user.startup + L"ctl trip (1).lnk", true), L"");
+  Run({L"delete", L"ctl trip (1)"});
+  EXPECT_FALSE(fs::exists(user.startup + L"ctl trip (1).lnk"));
+  EXPECT_EQ(ReadFileBytes(on), "another");
+}
+
+TEST_P(StartupctlFolders, MovesBetweenTheFoldersAndToARunKeyAndBack) {
+  Add(L"FolderUser", L"ctl mover", L"/move");
+  Run({L"move", L"ctl mover", L"--to", L"FolderCommon"});
+  EXPECT_FALSE(fs::exists(user.startup + L"ctl mover.lnk"));
+  EXPECT_EQ(Shown(common.startup + L"ctl mover.lnk", true), Command(L"/move"));
+  Run({L"disable", L"ctl mover"});
+  EXPECT_TRUE(fs::exists(common.disabled + L"ctl mover.lnk"));
+  Run({L"move", L"ctl mover", L"--to", L"UserRun"});
+  EXPECT_FALSE(fs::exists(common.disabled + L"ctl mover.lnk"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl mover"), Command(L"/move"));
+  Run({L"enable", L"ctl mover"});
+  Run({L"move", L"ctl mover", L"--to", L"FolderUser"});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl mover"), std::nullopt);
+  EXPECT_EQ(Shown(user.startup + L"tray program.lnk", true), Command(L"/move"));
+
+  // Quotes that a shortcut does not keep are no difference.
+  SetRun(HKEY_CURRENT_USER, L"ctl quoted", L"\"C:\\windows\\notepad.exe\" a.txt");
+  Run({L"move", L"ctl quoted", L"--to", L"FolderUser"});
+  EXPECT_EQ(Shown(user.startup + L"notepad.lnk", true), L"C:\\windows\\notepad.exe a.txt");
+}
+
+TEST_P(StartupctlFolders, RefusalsLeaveTheFilesAsTheyAre) {
+  const std::wstring damaged = WriteFileBytes(user.startup + L"ctl damaged.lnk", "damaged");
+  const std::wstring program = WriteFileBytes(user.startup + L"ctl program.exe", ReadFileBytes(Program()));
+  for (const std::wstring& file : {damaged, program}) {
+    const std::string bytes = ReadFileBytes(file);
+    Run({L"change", file, L"--command", Command(L"x")}, 1);
+    Run({L"move", file, L"--to", L"UserRun"}, 1);
+    EXPECT_EQ(ReadFileBytes(file), bytes);
+  }
+  Run({L"add", L"--location", L"FolderUser", L"--name", L"a\\b", L"--command", Command(L"x")}, 1);
+  Add(L"FolderUser", L"ctl taken", L"mine");
+  Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl taken", L"--command", Command(L"other")}, 1);
+  EXPECT_NE(
+      Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl taken", L"--command", Command(L"mine")})
+          .errors.find("already"),
+      std::string::npos);
+  EXPECT_EQ(Shown(user.startup + L"ctl taken.lnk", true), Command(L"mine"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(user.startup), {}), 3);
+  EXPECT_TRUE(fs::is_empty(user.temporary));
+  Run({L"delete", damaged, program});
+  EXPECT_FALSE(fs::exists(damaged));
+  EXPECT_FALSE(fs::exists(program));
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,188 @@
+// What startupctl prints about the entries of the Run keys and about the default programs.
+#include "tests/hosts/cli/startupctl_fixture.h"
+
+#include <algorithm>
+
+namespace smh::test {
+namespace {
+
+const std::wstring kLone(1, static_cast<wchar_t>(0xD83D));
+
+TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
+  SetRun(HKEY_CURRENT_USER, L"ctl tray", Command(L"/tray"));
+  const Json found = Find("ctl tray");
+  ASSERT_EQ(found.size(), 1u);
+  const Json& item = found[0];
+  EXPECT_EQ(item["location"], "sulRegistryUserRun");
+  EXPECT_EQ(item["command"], ToUtf8(Command(L"/tray")));
+  EXPECT_EQ(item["file"], ToUtf8(Program()));
+  EXPECT_EQ(item["fileFound"], true);
+  EXPECT_EQ(item["company"], "Northlight Audio Ltd.");
+  EXPECT_EQ(item["fileVersion"], "4.2.0.118");
+  EXPECT_EQ(item["fileSize"], ReadFileBytes(Program()).size());
+  EXPECT_EQ(item["lastWriteTime"].get<std::string>().size(), std::string("2024-05-31T12:00:00").size());
+  EXPECT_EQ(item["can"], Json::parse(R"(["delete","disable","move","changeCommand","execute",)"
+                                     R"("showDetails","showLocation"])"));
+  const std::string sheet = Run({L"show", L"ctl tray"}).output;
+  EXPECT_NE(sheet.find("Aurora Mixer tray icon"), std::string::npos);
+  EXPECT_EQ(Json::parse(Run({L"show", L"ctl tray", L"--json"}).output), item);
+}
+
+TEST_F(StartupctlTest, FiltersByLocationAndState) {
+  SetRun(HKEY_CURRENT_USER, L"ctl on", Command(L"1"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl off", Sz(Command(L"2")));
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl common", Command(L"3"), OwnView());
+  const auto captions = [](std::vector<std::wstring> arguments) {
+    arguments.insert(arguments.begin(), {L"list", L"--json"});
+    std::vector<std::string> texts;
+    for (const Json& item : Json::parse(Run(arguments).output)) {
+      if (item["caption"].get<std::string>().starts_with("ctl ")) texts.push_back(item["caption"]);
+    }
+    return texts;
+  };
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(captions({}), (Texts{"ctl on", "ctl off", "ctl common"}));
+  EXPECT_EQ(captions({L"--enabled"}), (Texts{"ctl on", "ctl common"}));
+  EXPECT_EQ(captions({L"--disabled"}), Texts{"ctl off"});
+  EXPECT_EQ(captions({L"--location", L"sulRegistryCommonRun"}), Texts{"ctl common"});
+  EXPECT_EQ(captions({L"--location", L"sulRegistryRunServices"}), Texts());
+}
+
+// How they are written is tested with the formats; here that they arrive whole and select their entry.
+TEST_F(StartupctlTest, OddNamesSelectTheirEntry) {
+  const std::pair<std::wstring, std::wstring> names[] = {{L"ctl \x01 control", L"ctl \\u{1} control"},
+                                                         {L"ctl " + kLone + L" lone", L"ctl \\ud83d lone"},
+                                                         {L"ctl \u4E2D\u00E4", L"ctl \u4E2D\u00E4"},
+                                                         {L"-ctl dash", L"-ctl dash"}};
+  for (const auto& [name, shown] : names) SetRun(HKEY_CURRENT_USER, name, Command(L"x"));
+  const std::string table = Run({L"list"}).output;
+  EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
+  EXPECT_NE(Run({L"list", L"--csv"}).output.find(",ctl \xE4\xB8\xAD\xC3\xA4,true,"), std::string::npos);
+  std::vector<std::wstring> disable = {L"disable", L"--"};
+  for (const auto& [name, shown] : names) disable.push_back(shown);
+  Run(disable);
+  for (const auto& [name, shown] : names)
+    EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kRunSide, name)) << ToUtf8(shown);
+}
+
+TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
+  SetRun(HKEY_CURRENT_USER, L"ctl a", Command(L"a"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl b", Sz(Command(L"b")));
+  const Json locations = Json::parse(Run({L"locations", L"--json"}).output);
+  ASSERT_EQ(locations.size(), 39u);
+  const Json& user = locations[4];
+  EXPECT_EQ(user["location"], "sulRegistryUserRun");
+  EXPECT_EQ(user["enabled"], 1);
+  EXPECT_EQ(user["disabled"], 1);
+  EXPECT_EQ(user["family"], "Run key");
+  EXPECT_EQ(user["place"], "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
+  EXPECT_EQ(user["can"].size(), 6u);
+  EXPECT_EQ(locations[0]["family"], "Startup folder");
+  EXPECT_EQ(locations[10]["family"], "Shell extension handlers");
+  EXPECT_EQ(locations[35]["family"], "Approved shell extensions");
+  EXPECT_EQ(locations[10]["place"], "Software\\Classes\\*\\shellex\\ContextMenuHandlers");
+  EXPECT_EQ(locations[10]["can"], Json({"enable", "disable", "delete"}));
+  const std::string table = Run({L"locations"}).output;
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 40);
+}
+
+TEST_F(StartupctlTest, ResolvesCommandLines) {
+  EXPECT_EQ(Run({L"resolve", Command(L"/x")}).output, ToUtf8(Program()) + "\n");
+  EXPECT_EQ(Run({L"resolve", Program() + L" /x"}).output, ToUtf8(Program()) + "\n");
+  Run({L"resolve", L""}, 1);
+}
+
+TEST_F(StartupctlTest, LogIsWhereTheCommandSays) {
+  SetRun(HKEY_CURRENT_USER, L"ctl logged", Command(L"logged"));
+  Run({L"list"});
+  const std::string path = Run({L"log"}).output;
+  ASSERT_TRUE(path.ends_with("\\Quillmark\\Startup Manager\\Logs\\StartupManager.log\n")) << path;
+  const std::vector<std::wstring> lines = ReadUtf16Lines(FromUtf8(path.substr(0, path.size() - 1)));
+  EXPECT_EQ(std::ranges::count(lines, L"ctl logged (REG_SZ) = \"" + Command(L"logged") + L'"'),
+            HasTwoViews() ? 2 : 1);
+}
+
+TEST_F(StartupctlTest, ExitCodesAndStreams) {
+  const StartupctlResult help = Run({L"--help"});
+  EXPECT_NE(help.output.find("Usage: startupctl"), std::string::npos);
+  EXPECT_TRUE(help.errors.empty());
+  const StartupctlResult wrong = Run({L"list", L"--frob"}, 2);
+  EXPECT_TRUE(wrong.output.empty());
+  EXPECT_TRUE(wrong.errors.starts_with("startupctl: "));
+  const StartupctlResult missing = Run({L"show", L"ctl nothing of that name"}, 1);
+  EXPECT_NE(missing.errors.find("ctl nothing of that name"), std::string::npos);
+}
+
+TEST_F(StartupctlTest, MissingSiblingIsNamed) {
+  const std::wstring copy = Folder().File(L"startupctl.exe");
+  WriteFileBytes(copy, ReadFileBytes(ThisFolder() + L"startupctl.exe"));
+  for (const wchar_t* present : {L"", L"basekit.dll", L"prefkit.dll", L"raterkit.dll"}) {
+    if (*present != 0) WriteFileBytes(Folder().File(present), ReadFileBytes(ThisFolder() + present));
+    const StartupctlResult result = StartupctlProcess({L"list"}, copy).Finish();
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_NE(result.errors.find("is missing"), std::string::npos) << result.errors;
+  }
+  // A file of that name that is no library.
+  WriteFileBytes(Folder().File(L"guardkit.dll"), "no library");
+  const StartupctlResult broken = StartupctlProcess({L"list"}, copy).Finish();
+  EXPECT_EQ(broken.exitCode, 1u);
+  EXPECT_NE(broken.errors.find("guardkit.dll"), std::string::npos) << broken.errors;
+}
+
+const std::wstring kClientsKey = L"Software\\Clients";
+
+class ClientsTest : public StartupctlTest {
+ protected:
+  static void SetClient(const std::wstring& key, const std::wstring& command) {
+    SetValue(HKEY_LOCAL_MACHINE, kClientsKey + L'\\' + key + L"\\shell\\open\\command", L"", Sz(command),
+             OwnView());
+  }
+
+ private:
+  const EmptiedKeys emptied_{{kClientsKey}};
+};
+
+TEST_F(ClientsTest, PrintsRegisteredAndAddedPrograms) {
+  const std::pair<std::wstring, std::string> kinds[] = {
+      {L"Mail", "mail"},         {L"Media", "media"},       {L"StartMenuInternet", "browser"},
+      {L"Contacts", "contacts"}, {L"Calendar", "calendar"}, {L"Internet Call", "internetCall"},
+      {L"IM", "messaging"}};
+  for (const auto& [key, name] : kinds) SetClient(key + L"\\ctl \"" + key, Command(L"/" + key));
+  const StartupctlResult result =
+      Run({L"clients", L"--json", L"--add", Program(), L"--add", L"C:\\no such folder\\gone.exe"});
+  EXPECT_EQ(result.errors, "startupctl: There is no file \"C:\\no such folder\\gone.exe\".\n");
+  const Json clients = Json::parse(result.output);
+  ASSERT_EQ(clients.size(), 9u);
+  const auto of = [&](const std::string& kind, std::size_t which = 0) {
+    Json found = Json::array();
+    std::ranges::copy_if(clients, std::back_inserter(found),
+                         [&](const Json& c) { return c["kind"] == kind; });
+    return found.at(which);
+  };
+  for (const auto& [key, name] : kinds) {
+    const Json client = of(name);
+    EXPECT_EQ(client["name"], ToUtf8(L"ctl \"" + key));
+    EXPECT_EQ(client["command"], ToUtf8(Command(L"/" + key)));
+    EXPECT_EQ(client["file"], ToUtf8(Program()));
+    EXPECT_EQ(client["fileFound"], true);
+    EXPECT_EQ(client["company"], "Northlight Audio Ltd.");
+    EXPECT_EQ(client["description"], "Aurora Mixer tray icon");
+    EXPECT_EQ(client["imageIndex"], 0);
+    EXPECT_EQ(client["key"], ToUtf8(kClientsKey + L'\\' + key + L"\\ctl \"" + key));
+  }
+  EXPECT_EQ(of("path", 0)["file"], ToUtf8(Program()));
+  EXPECT_EQ(of("path", 0)["version"], "4.2.0.118");
+  EXPECT_EQ(of("path", 1)["name"], "gone");
+  EXPECT_EQ(of("path", 1)["fileFound"], false);
+}
+
+TEST_F(ClientsTest, TableNamesEveryProgram) {
+  EXPECT_EQ(Json::parse(Run({L"clients", L"--json"}).output), Json::array());
+  SetClient(L"Mail\\ctl \x01", Command(L"1"));
+  const std::string table = Run({L"clients"}).output;
+  EXPECT_NE(table.find("ctl \\u{1}"), std::string::npos);
+  EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
+}
+
+}  // namespace
+}  // namespace smh::test

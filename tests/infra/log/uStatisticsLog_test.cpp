@@ -1,0 +1,298 @@
+#include "infra/log/uStatisticsLog.h"
+
+#include "core/contracts/uDllGlobals.h"
+#include "core/contracts/intf_general.h"
+#include "infra/log/statistics_log_store.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/registry/uRegistryUtils.h"
+#include "tests/support/child_process.h"
+#include "tests/support/fake_siblings.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/test_main.h"
+#include "sysutil/version/uWinVersionInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <thread>
+
+namespace smh {
+namespace {
+
+using Lines = std::vector<std::wstring>;
+
+constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Log";
+const std::wstring kSeparator(80, L'-');
+constexpr wchar_t kLogPath[] = L"Quillmark\\Startup Manager\\Logs\\StartupManager.log";
+
+// What the log asks of the general helpers. Its fields are set before use; the other operations are
+// E_NOTIMPL.
+class FakeHelper : public ComObject<IHelper> {
+ public:
+  std::wstring baseFolder;
+  std::wstring userText;
+  bool userIsAdmin = false;
+  // By name of the version string, for any file.
+  std::map<std::wstring, std::wstring> versionStrings;
+
+  HRESULT STDMETHODCALLTYPE GetWindowsFolder(BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetSystemFolder(BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetFileNameWithoutExt(const wchar_t*, BoundaryText*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE CanonicalizePath(const wchar_t*, BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetExecutableExtensions(BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetBaseFolder(BoundaryText* folder) override { return Give(baseFolder, folder); }
+  HRESULT STDMETHODCALLTYPE GetVersionString(const wchar_t*, const wchar_t* name,
+                                             BoundaryText* text) override {
+    return Give(versionStrings[name], text);
+  }
+  HRESULT STDMETHODCALLTYPE GetVersionNumber(const wchar_t*, BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE FileTimeToDateTime(const FILETIME*, double*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SplitIndirectString(const wchar_t*, BoundaryText*, std::int32_t*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t*, BoundaryText*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) override { return Give(userText, text); }
+  BOOL STDMETHODCALLTYPE IsUserAdmin() override { return userIsAdmin; }
+  HRESULT STDMETHODCALLTYPE GetVersionStrings(const wchar_t*, const wchar_t* const*, std::uint32_t,
+                                              BoundaryText*) override {
+    return E_NOTIMPL;
+  }
+
+ private:
+  static HRESULT Give(std::wstring_view from, BoundaryText* to) {
+    *to = MakeBoundaryText(from);
+    return S_OK;
+  }
+};
+
+// Started with a stand-in for what the log asks; a scope may leave it running.
+struct LogServices {
+  explicit LogServices(const std::wstring& baseFolder) {
+    helper->baseFolder = baseFolder;
+    helper->userText = L"J\x00F6rg";
+    helper->userIsAdmin = true;
+    helper->versionStrings[L"FileVersion"] = L"9.8.7.6";
+    test::InstallFakeSibling(L"basekit.dll", IHelper::kId, helper.Get());
+    StartLibraryList();
+    StartDllGlobals();
+    StartWinVersionInfo();
+    StartStatisticsLog();
+  }
+
+  const ComPtr<FakeHelper> helper = MakeComObject<FakeHelper>();
+};
+
+class StatisticsLogTest : public testing::Test {
+ protected:
+  ~StatisticsLogTest() override {
+    StopStatisticsLog();
+    StopWinVersionInfo();
+    StopDllGlobals();
+    StopLibraryList();
+    test::InstallFakeSibling(L"basekit.dll", IHelper::kId, nullptr);
+  }
+
+  std::wstring File() const { return folder_.File(kLogPath); }
+  Lines Saved() const {
+    SaveLog();
+    return test::ReadUtf16Lines(File());
+  }
+
+  const test::TemporaryFolder folder_;
+  const LogServices services_{folder_.Path()};
+};
+
+TEST_F(StatisticsLogTest, SavesAllLinesUnderTheProductsFolder) {
+  EXPECT_EQ(LogFilePath(), File());
+  LogLine(L"first \xD800 lone, \x4E2D");
+  LogFormat(L"item \"%s\" in \"%s\", %d", L"n", L"sulRegistryUserRun", 3);
+  EXPECT_EQ(Saved(), (Lines{L"first \xD800 lone, \x4E2D", L"item \"n\" in \"sulRegistryUserRun\", 3"}));
+  LogLine(std::wstring(10'000, L'x'));
+  EXPECT_EQ(Saved().back(), std::wstring(10'000, L'x'));
+  EXPECT_EQ(GetFileAttributesW((File() + L".new").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(StatisticsLogTest, ABlockedFileIsLeftAloneAndSavedLater) {
+  LogLine(L"one");
+  ASSERT_EQ(Saved(), Lines{L"one"});
+  LogLine(L"two");
+  ScopedHandle reader(
+      CreateFileW(File().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(reader);
+  EXPECT_EQ(Saved(), Lines{L"one"});
+  reader.Reset();
+  // The second name is taken: the file itself is written over.
+  folder_.MakeFolder(std::wstring(kLogPath) + L".new");
+  EXPECT_EQ(Saved(), (Lines{L"one", L"two"}));
+}
+
+TEST_F(StatisticsLogTest, AFolderThatCannotBeMadeIsSwallowed) {
+  folder_.Write(L"Quillmark", "a file where the folder should be");
+  LogLine(L"x");
+  EXPECT_NO_THROW(SaveLog());
+  EXPECT_EQ(test::ReadFileBytes(folder_.File(L"Quillmark")), "a file where the folder should be");
+}
+
+TEST_F(StatisticsLogTest, ErrorRecords) {
+  const auto log = [](auto&& exception) {
+    try {
+      throw exception;
+    } catch (...) {
+      LogCurrentException();
+    }
+  };
+  LogError(EOSError(ERROR_FILE_NOT_FOUND));
+  log(EAbort());
+  log(std::runtime_error("plain"));
+  log(42);
+  // The first message holds a line end of its own.
+  EXPECT_EQ(Saved(),
+            (Lines{kSeparator, L"Error class   : EOSError", L"Error message : System Error.  Code: 2.",
+                   SystemErrorText(ERROR_FILE_NOT_FOUND), kSeparator, kSeparator,
+                   L"Error class   : Exception", L"Error message : plain", kSeparator, kSeparator,
+                   L"Error class   : Exception", L"Error message : Unknown exception", kSeparator}));
+}
+
+TEST_F(StatisticsLogTest, DumpsEveryKindOfValue) {
+  const test::RegistryTree tree(kTree);
+  using namespace std::string_view_literals;
+  tree.Set(L"", L"", test::Sz(L"default"));
+  tree.Set(L"", L"binary", test::Binary("abc"));
+  tree.Set(L"", L"dword", test::Dword(0xFFFFFFFF));
+  tree.Set(L"", L"expand", test::ExpandSz(L"%windir%\\x.exe"));
+  tree.Set(L"", L"list", test::MultiSz({L"a", L"b"}));
+  tree.Set(L"", L"open", {REG_SZ, test::UnitBytes(L"no end"sv)});
+  tree.Set(L"one", L"v", test::Sz(L"1"));
+  tree.Key(L"two\\deep");
+  test::MakeLink(HKEY_CURRENT_USER, tree.PathOf(L"two\\loop"), tree.Key().Get());
+  LogRegistryKey(0, HKEY_CURRENT_USER, true, kTree);
+  Lines lines = Saved();
+  const std::wstring top = std::wstring(L"(x32)HKEY_CURRENT_USER\\") + kTree + L"\\";
+  ASSERT_GE(lines.size(), 7u);
+  EXPECT_EQ(lines.front(), top);
+  std::sort(lines.begin() + 1, lines.begin() + 7);
+  EXPECT_EQ(lines,
+            (Lines{top, L" (REG_SZ) = \"default\"", L"binary () = \"\"",
+                   L"dword (REG_DWORD) = \"4294967295\"", L"expand (REG_SZ) = \"%windir%\\x.exe\"",
+                   L"list (REG_MULTISZ) = \"a, b, \"", L"open (REG_SZ) = \"no end\"", L"", top + L"one\\",
+                   L"v (REG_SZ) = \"1\"", L"", top + L"two\\", L"", top + L"two\\deep\\", L""}));
+}
+
+TEST_F(StatisticsLogTest, DumpOfAClosedOrMissingKeyWritesNothing) {
+  const test::RegistryTree tree(kTree);
+  const test::LimitedKey closed(HKEY_CURRENT_USER, tree.PathOf(L"closed"), test::LimitedKey::Rights::kNone);
+  LogRegistryKey(0, HKEY_CURRENT_USER, true, tree.PathOf(L"closed"));
+  LogRegistryKey(0, HKEY_CURRENT_USER, true, tree.PathOf(L"missing"));
+  LogRegistryKey(KEY_WOW64_64KEY, HKEY_CURRENT_USER, false, kTree);
+  EXPECT_EQ(Saved(), (Lines{std::wstring(L"(x64)HKEY_CURRENT_USER\\") + kTree + L"\\", L""}));
+}
+
+// The Run keys follow in order: each once, and on a 64-bit Windows a second time in the other view.
+TEST_F(StatisticsLogTest, SystemInfoBlock) {
+  const test::SavedKey saved(HKEY_CURRENT_USER, test::kRunKey);
+  const std::wstring runOnce = test::kRunKey + L"Once";
+  Lines keys;
+  for (const std::wstring& key : {test::kRunKey, runOnce}) {
+    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
+      test::MakeKey(root, key, 0);
+      keys.push_back(BuildFullValuePath(0, root, key, L""));
+      if (!test::HasTwoViews()) continue;
+      test::MakeKey(root, key, KEY_WOW64_64KEY);
+      keys.push_back(BuildFullValuePath(KEY_WOW64_64KEY, root, key, L""));
+    }
+  }
+  test::SetValue(HKEY_CURRENT_USER, test::kRunKey, L"Probe", test::Sz(L"probe.exe"));
+  LogLine(L"forgotten");
+  LogSystemInfo();
+  LogLine(L"kept");
+  const Lines lines = Saved();
+  const std::wstring expected[] = {
+      kSeparator,
+      L"System info at \\d{4}\\.\\d\\d\\.\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}\\.",
+      kSeparator,
+      L"Version:        .+",
+      L"Architecture:   .+",
+      L"Service Pack:   .*",
+      L"Edition:        .*",
+      L"shlwapi.dll: \\d+\\.\\d+",
+      L"shell32.dll: \\d+\\.\\d+",
+      L"comctl32.dll: \\d+\\.\\d+",
+      std::wstring(L"IsWow64Process: ") + (test::HasTwoViews() ? L"True" : L"False"),
+      kSeparator,
+      L"User name       : J\x00F6rg",
+      L"User is admin   : True",
+      L"Product version : \\d+\\.\\d+\\.\\d+\\.\\d+",
+      L"Program version : 9\\.8\\.7\\.6",
+      kSeparator,
+  };
+  ASSERT_GT(lines.size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_TRUE(std::regex_match(lines[i], std::wregex(expected[i]))) << lines[i];
+  }
+  EXPECT_EQ(lines[lines.size() - 2], kSeparator);
+  EXPECT_EQ(lines.back(), L"kept");
+  Lines found;
+  std::ranges::copy_if(lines, std::back_inserter(found),
+                       [&](const std::wstring& line) { return std::ranges::find(keys, line) != keys.end(); });
+  EXPECT_EQ(found, keys);
+  EXPECT_EQ(std::ranges::count(lines, L"Probe (REG_SZ) = \"probe.exe\""), test::HasTwoViews() ? 2 : 1);
+}
+
+TEST_F(StatisticsLogTest, WritersDoNotTearEachOther) {
+  std::vector<std::thread> writers;
+  for (int writer = 0; writer < 4; ++writer) {
+    writers.emplace_back([writer] {
+      for (int i = 0; i < 200; ++i) {
+        LogFormat(L"%d", writer);
+        if (i % 50 == 0) SaveLog();
+      }
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  const Lines lines = Saved();
+  EXPECT_EQ(lines.size(), 800u);
+  for (const wchar_t* const text : {L"0", L"1", L"2", L"3"}) EXPECT_EQ(std::ranges::count(lines, text), 200);
+}
+
+// Ends like a process that leaves with the library loaded. Arguments: the base folder, and when to leave.
+SMH_CHILD(ExitWithLog) {
+  LogLine(L"lost before the start");
+  const LogServices services(arguments.at(0));
+  if (arguments.at(1) == L"before the first block") {
+    SaveLogAtProcessExit();
+    return 0;
+  }
+  LogSystemInfo();
+  LogLine(L"the last line");
+  if (arguments.at(1) == L"while the lock is orphaned") {
+    // Never destroyed: the thread leaves with the lock held.
+    std::thread([] { new LogScope; }).join();
+  }
+  // No service is asked any more: the path is the one of the block.
+  services.helper->baseFolder = L"C:\\elsewhere";
+  SaveLogAtProcessExit();
+  return 0;
+}
+
+TEST(StatisticsLogLifeTest, ProcessExitSavesToThePathOfTheBlockUnlessTheLockIsOrphaned) {
+  for (const wchar_t* const when : {L"", L"before the first block", L"while the lock is orphaned"}) {
+    const test::TemporaryFolder folder;
+    const test::ChildResult result = test::RunChild(L"ExitWithLog", {folder.Path(), when}, 20'000);
+    EXPECT_FALSE(result.timedOut);
+    EXPECT_EQ(result.exitCode, 0u) << result.output;
+    if (*when == L'\0') {
+      const Lines lines = test::ReadUtf16Lines(folder.File(kLogPath));
+      EXPECT_EQ(lines.front(), kSeparator);
+      EXPECT_EQ(lines.back(), L"the last line");
+    } else {
+      EXPECT_EQ(GetFileAttributesW(folder.File(L"Quillmark").c_str()), INVALID_FILE_ATTRIBUTES) << when;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace smh

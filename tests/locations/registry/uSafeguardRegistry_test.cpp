@@ -1,0 +1,205 @@
+#include "locations/registry/uSafeguardRegistry.h"
+
+#include "infra/registry/registry.h"
+#include "infra/log/uAxDebug.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "tests/support/fake_siblings.h"
+#include "tests/support/recording_safeguard.h"
+#include "tests/support/registry_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace smh {
+namespace {
+
+using test::RecordingSafeguard;
+using test::RegistryTree;
+using Lines = std::vector<std::wstring>;
+
+constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Safeguard";
+
+std::wstring Top(std::wstring_view below = {}) {
+  return L"\"" + std::wstring(kTree) + std::wstring(below) + L"\"";
+}
+
+class TSgRegistryTest : public testing::Test {
+ protected:
+  TSgRegistryTest() : registry_(safeguard_.Get()) { safeguard_->Clear(); }
+  ~TSgRegistryTest() override { registry_.CloseKey(); }
+
+  Lines Recorded() const { return safeguard_->Lines(); }
+
+  const ComPtr<RecordingSafeguard> safeguard_ = MakeComObject<RecordingSafeguard>();
+  RegistryTree tree_{kTree};
+  TSgRegistryEx registry_;
+};
+
+TEST(TSgRegistryCreateTest, AsksTwiceAndKeepsTheSecondAnswer) {
+  const auto safeguard = MakeComObject<RecordingSafeguard>();
+  const TSgRegistryEx registry(safeguard.Get());
+  EXPECT_EQ(safeguard->Lines(), (Lines{L"GetRegAccess", L"GetRegAccess"}));
+}
+
+TEST(TSgRegistryCreateTest, WithoutServiceNothingOpensAndNothingChanges) {
+  const RegistryTree tree(kTree);
+  tree.Set(L"k", L"v", test::Dword(1));
+  const auto mute = MakeComObject<RecordingSafeguard>();
+  mute->GiveRegAccess(false);
+  for (ISafeguard* const safeguard :
+       {static_cast<ISafeguard*>(nullptr), static_cast<ISafeguard*>(mute.Get())}) {
+    TSgRegistryEx registry(safeguard);
+    EXPECT_FALSE(registry.OpenKey(kTree, false));
+    EXPECT_FALSE(registry.OpenKey(tree.PathOf(L"new"), true));
+    EXPECT_FALSE(registry.KeyExists(kTree));
+    EXPECT_FALSE(registry.WriteString(L"v", L"x"));
+    EXPECT_FALSE(registry.DeleteValue(L"v"));
+    EXPECT_NE(registry.DeleteKey(tree.PathOf(L"k")), ERROR_SUCCESS);
+  }
+  EXPECT_EQ(mute->Lines(), Lines{L"GetRegAccess"});
+  EXPECT_FALSE(tree.Has(L"new"));
+  EXPECT_EQ(tree.Get(L"k", L"v"), test::Dword(1));
+}
+
+TEST_F(TSgRegistryTest, WriteSequence) {
+  ASSERT_TRUE(registry_.OpenKey(tree_.PathOf(L"sub"), true));
+  EXPECT_EQ(registry_.CurrentPath(), tree_.PathOf(L"sub"));
+  EXPECT_TRUE(registry_.WriteString(L"name", L"text"));
+  ASSERT_TRUE(registry_.OpenKey(L"deep", true));
+  EXPECT_EQ(registry_.CurrentPath(), tree_.PathOf(L"sub\\deep"));
+  ASSERT_TRUE(registry_.OpenKey(std::wstring(L"\\") + kTree, false));
+  registry_.CloseKey();
+  EXPECT_EQ(registry_.CurrentPath(), L"");
+  EXPECT_EQ(
+      Recorded(),
+      (Lines{L"CreateKey HKCU " + Top(L"\\sub") + L" 000F003F -> #1",
+             L"SetValue #1 \"name\" type 1 size 10 \"text\"", L"CreateKey #1 \"deep\" 000F003F -> #2",
+             L"CloseKey #1", L"OpenKey HKCU " + Top() + L" 000F003F -> #3", L"CloseKey #2", L"CloseKey #3"}));
+  EXPECT_EQ(tree_.Get(L"sub", L"name"), test::Sz(L"text"));
+}
+
+TEST_F(TSgRegistryTest, FailedOpenLeavesNoKeyOpen) {
+  ASSERT_TRUE(registry_.OpenKey(kTree, false));
+  EXPECT_FALSE(registry_.OpenKey(L"missing", false));
+  EXPECT_EQ(registry_.CurrentKey(), nullptr);
+  EXPECT_FALSE(registry_.OpenKey(std::wstring(kTree) + L'\0' + L"x", true));
+  EXPECT_EQ(Recorded(), (Lines{L"OpenKey HKCU " + Top() + L" 000F003F -> #1",
+                               L"OpenKey #1 \"missing\" 000F003F -> error 2", L"CloseKey #1"}));
+}
+
+TEST_F(TSgRegistryTest, ExistenceIsAskedInTheSameViewWithReadAccess) {
+  registry_.SetAccess(KEY_WOW64_64KEY | KEY_ALL_ACCESS);
+  EXPECT_TRUE(registry_.KeyExists(kTree));
+  EXPECT_FALSE(registry_.KeyExists(L"missing"));
+  EXPECT_EQ(registry_.Access(), static_cast<REGSAM>(KEY_WOW64_64KEY | KEY_ALL_ACCESS));
+  EXPECT_EQ(Recorded(), (Lines{L"OpenKey HKCU " + Top() + L" 00020109 -> #1", L"CloseKey #1",
+                               L"OpenKey HKCU \"missing\" 00020109 -> error 2"}));
+}
+
+TEST_F(TSgRegistryTest, DestructionForgetsAnOpenKey) {
+  HKEY open = nullptr;
+  {
+    TSgRegistryEx careless(safeguard_.Get());
+    ASSERT_TRUE(careless.OpenKey(kTree, false));
+    open = careless.CurrentKey();
+  }
+  EXPECT_EQ(Recorded().back(), L"OpenKey HKCU " + Top() + L" 000F003F -> #1");
+  EXPECT_EQ(RegCloseKey(open), ERROR_SUCCESS);
+}
+
+TEST_F(TSgRegistryTest, ValuesKeepTheirTypesAndRefusedWritesAnswerFalse) {
+  ASSERT_TRUE(registry_.OpenKey(kTree, false));
+  const struct {
+    SgDataKind kind;
+    DWORD type;
+  } rows[] = {
+      {SgDataKind::kUnknown, REG_NONE},     {SgDataKind::kString, REG_SZ},
+      {SgDataKind::kMultiString, REG_NONE}, {SgDataKind::kExpandString, REG_EXPAND_SZ},
+      {SgDataKind::kInteger, REG_DWORD},    {SgDataKind::kBinary, REG_BINARY},
+  };
+  for (const auto& row : rows) {
+    ASSERT_TRUE(registry_.PutData(L"v", L"a", row.kind, 4));
+    EXPECT_EQ(tree_.Get(L"", L"v"), (test::RawValue{row.type, test::Sz(L"a").bytes}));
+  }
+  safeguard_->Answer(L"SetValue", ERROR_ACCESS_DENIED);
+  EXPECT_FALSE(registry_.WriteString(L"new", L"x"));
+  EXPECT_FALSE(registry_.ValueExists(L"new"));
+  EXPECT_FALSE(registry_.DeleteValue(L"new"));
+  EXPECT_FALSE(registry_.DeleteValue(std::wstring(L"v\0x", 3)));
+  EXPECT_TRUE(registry_.ValueExists(L"v"));
+}
+
+TEST_F(TSgRegistryTest, DeletesTreesDeepestFirstAndBackwards) {
+  tree_.Set(L"k\\a\\deep", L"v", test::Dword(1));
+  tree_.Key(L"k\\b");
+  tree_.Set(L"k", L"first", test::Dword(1));
+  tree_.Set(L"k", L"second", test::Dword(2));
+  ASSERT_TRUE(registry_.OpenKey(kTree, false));
+  const HKEY current = registry_.CurrentKey();
+  safeguard_->Clear();
+  EXPECT_EQ(registry_.DeleteKey(L"\\" + tree_.PathOf(L"k")), ERROR_SUCCESS);
+  EXPECT_EQ(registry_.CurrentKey(), current);
+  EXPECT_FALSE(tree_.Has(L"k"));
+  EXPECT_EQ(Recorded(),
+            (Lines{L"OpenKey HKCU " + Top(L"\\k") + L" 000F003F -> #1", L"OpenKey #1 \"b\" 000F003F -> #2",
+                   L"CloseKey #2", L"DeleteKey #1 \"b\" view 000", L"OpenKey #1 \"a\" 000F003F -> #3",
+                   L"OpenKey #3 \"deep\" 000F003F -> #4", L"DeleteValue #4 \"v\"", L"CloseKey #4",
+                   L"DeleteKey #3 \"deep\" view 000", L"CloseKey #3", L"DeleteKey #1 \"a\" view 000",
+                   L"DeleteValue #1 \"first\"", L"DeleteValue #1 \"second\"", L"CloseKey #1",
+                   L"DeleteKey HKCU " + Top(L"\\k") + L" view 000"}));
+}
+
+TEST_F(TSgRegistryTest, DeletionOfAMissingKeyAsksTheServiceAtOnce) {
+  registry_.SetAccess(KEY_ALL_ACCESS | KEY_WOW64_64KEY);
+  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"missing")), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Recorded(), (Lines{L"OpenKey HKCU " + Top(L"\\missing") + L" 000F013F -> error 2",
+                               L"DeleteKey HKCU " + Top(L"\\missing") + L" view 100"}));
+}
+
+TEST_F(TSgRegistryTest, DeletionRefusesLinksAndTheBaseKeyItself) {
+  tree_.Set(L"precious", L"v", test::Dword(1));
+  tree_.Set(L"k", L"v", test::Dword(1));
+  test::MakeLink(HKEY_CURRENT_USER, tree_.PathOf(L"k\\link"), tree_.Key(L"precious").Get());
+  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_NOT_SUPPORTED);
+  EXPECT_NE(registry_.DeleteKey(L""), ERROR_SUCCESS);
+  EXPECT_NE(registry_.DeleteKey(L"\\"), ERROR_SUCCESS);
+  EXPECT_NE(registry_.DeleteKey(tree_.PathOf(L"k") + L'\0' + L"x"), ERROR_SUCCESS);
+  EXPECT_TRUE(Recorded().empty());
+  EXPECT_EQ(tree_.Get(L"k", L"v"), test::Dword(1));
+  EXPECT_EQ(tree_.Get(L"precious", L"v"), test::Dword(1));
+}
+
+class RecordingDebugLog : public ComObject<IDebugLog> {
+ public:
+  Lines lines;
+
+  HRESULT STDMETHODCALLTYPE EnterMethod(const void*, const wchar_t* name, const wchar_t* const* args,
+                                        std::int32_t count) override {
+    return Message((std::wstring(name) + (count == 1 ? L' ' + std::wstring(args[0]) : L"")).c_str());
+  }
+  HRESULT STDMETHODCALLTYPE ExitMethod(const void*) override { return Message(L"<"); }
+  HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE Message(const wchar_t* text) override {
+    lines.push_back(text);
+    return S_OK;
+  }
+};
+
+TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
+  StartLibraryList();
+  const auto trace = MakeComObject<RecordingDebugLog>();
+  test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, trace.Get());
+  tree_.Key(L"k\\a");
+  tree_.Key(L"quiet");
+  registry_.SetRootKey(HKEY_CURRENT_USER);
+  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"quiet")), ERROR_SUCCESS);
+  ForceDebugMode();
+  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_SUCCESS);
+  StopDebugLog();
+  EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
+                                 L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
+  test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
+  StopLibraryList();
+}
+
+}  // namespace
+}  // namespace smh

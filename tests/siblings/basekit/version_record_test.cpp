@@ -1,0 +1,158 @@
+#include "siblings/basekit/version_record.h"
+
+#include "siblings/basekit/version_cache.h"
+#include "tests/support/child_process.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/registry_fixture.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+namespace smh {
+namespace {
+
+using test::Bytes;
+
+const std::wstring& SamplePath() {
+  static const std::wstring path = test::ThisFolder() + L"version_sample.exe";
+  return path;
+}
+
+// The sample's record as its resource compiler laid it out.
+Bytes SampleRecord() {
+  const ScopedModule file(LoadLibraryExW(SamplePath().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+  const HRSRC found = FindResourceW(file.Get(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
+  const auto* const start = static_cast<const std::byte*>(LockResource(LoadResource(file.Get(), found)));
+  return Bytes(start, start + SizeofResource(file.Get(), found));
+}
+
+// The byte `distance` before or after the start of a block's key.
+std::byte& AtKey(Bytes& record, std::wstring_view key, std::ptrdiff_t distance) {
+  const Bytes units = test::UnitBytes(key);
+  return std::ranges::search(record, units).begin()[distance];
+}
+
+TEST(VersionRecordTest, LanguagesAreAskedInOrder) {
+  Bytes bytes = SampleRecord();
+  const VersionRecord listed(bytes);
+  EXPECT_EQ(listed.FileVersionNumber(), L"3.14.159.26535");
+  EXPECT_EQ(listed.String(L"filedescription"), L"Deutsches Beispiel");
+  EXPECT_EQ(listed.String(L"CompanyName"), L"Sample Works Ltd.");
+  EXPECT_EQ(listed.String(L"Comments"), L"neutral");
+  EXPECT_EQ(listed.String(L"Rest"), L"only here");
+  EXPECT_EQ(listed.String(L"Missing"), L"");
+  AtKey(bytes, L"Translation", 0) = std::byte{'X'};
+  EXPECT_EQ(VersionRecord(bytes).String(L"FileDescription"), L"English sample");
+}
+
+TEST(VersionRecordTest, LengthsInBytesAreReadAndForeignBlocksAreNot) {
+  Bytes bytes = SampleRecord();
+  // Some compilers count a text's length in units, others in bytes.
+  std::byte& length = AtKey(bytes, L"CompanyName", -4);
+  for (const unsigned size : {18u, 36u}) {
+    length = std::byte(size);
+    EXPECT_EQ(VersionRecord(bytes).String(L"CompanyName"), L"Sample Works Ltd.");
+  }
+  Bytes unmarked = bytes;
+  AtKey(unmarked, L"VS_VERSION_INFO", 34) = std::byte{1};
+  EXPECT_EQ(VersionRecord(unmarked).FileVersionNumber(), L"");
+  AtKey(bytes, L"VS_VERSION_INFO", 0) = std::byte{'X'};
+  EXPECT_EQ(VersionRecord(bytes).FileVersionNumber(), L"");
+  EXPECT_EQ(VersionRecord(bytes).String(L"CompanyName"), L"");
+}
+
+// Bytes that end where readable memory ends: a read past them is a fault.
+class EdgeOfMemory {
+ public:
+  EdgeOfMemory()
+      : pages_(static_cast<std::byte*>(VirtualAlloc(nullptr, 2 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
+    DWORD old = 0;
+    VirtualProtect(pages_ + kPage, kPage, PAGE_NOACCESS, &old);
+  }
+  ~EdgeOfMemory() { VirtualFree(pages_, 0, MEM_RELEASE); }
+
+  std::span<const std::byte> Put(std::span<const std::byte> bytes) const {
+    std::byte* const start = pages_ + kPage - bytes.size();
+    if (!bytes.empty()) std::memcpy(start, bytes.data(), bytes.size());
+    return {start, bytes.size()};
+  }
+
+ private:
+  static constexpr std::size_t kPage = 4096;
+  std::byte* pages_;
+};
+
+TEST(VersionRecordTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
+  const EdgeOfMemory edge;
+  const Bytes whole = SampleRecord();
+  const std::wstring text = L"Sample Works Ltd.";
+  ASSERT_EQ(VersionRecord(edge.Put(whole)).String(L"CompanyName"), text);
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    EXPECT_TRUE(
+        text.starts_with(VersionRecord(edge.Put(std::span(whole).first(size))).String(L"CompanyName")));
+  }
+  for (std::size_t at = 0; at < whole.size(); ++at) {
+    for (const int value : {0x00, 0x01, 0x05, 0x06, 0x7F, 0xFF}) {
+      Bytes changed = whole;
+      changed[at] = static_cast<std::byte>(value);
+      EXPECT_LE(VersionRecord(edge.Put(changed)).String(L"Rest").size(), whole.size());
+    }
+  }
+}
+
+class VersionFileTest : public testing::Test {
+ protected:
+  std::wstring Description(const std::wstring& path) {
+    return std::wstring(cache_.Get(path)->String(L"FileDescription"));
+  }
+
+  const std::wstring sample_ = SamplePath();
+  const std::wstring library_ = test::ThisFolder() + L"basekit.dll";
+  const test::TemporaryFolder folder_;
+  VersionCache cache_;
+};
+
+TEST_F(VersionFileTest, FileIsReadOnceUntilItChanges) {
+  const std::wstring path = folder_.Write(L"a.exe", "MZ, but no program");
+  EXPECT_EQ(Description(path), L"");
+  ASSERT_TRUE(CopyFileW(sample_.c_str(), path.c_str(), FALSE));
+  const auto record = cache_.Get(path);
+  EXPECT_EQ(record->String(L"FileDescription"), L"Deutsches Beispiel");
+  EXPECT_EQ(cache_.Get(path), record);
+  ASSERT_TRUE(CopyFileW(library_.c_str(), path.c_str(), FALSE));
+  EXPECT_EQ(Description(path), L"Startup Manager general services");
+  ASSERT_TRUE(DeleteFileW(path.c_str()));
+  // Names without a folder are not looked for in the system's search folders.
+  for (const std::wstring& none : {path, folder_.Write(L"empty.exe", ""), folder_.Path(), std::wstring(),
+                                   std::wstring(L"kernel32.dll")}) {
+    EXPECT_EQ(Description(none), L"") << none;
+  }
+}
+
+TEST_F(VersionFileTest, MoreFilesThanTheCacheHoldsAndManyThreads) {
+  std::vector<std::wstring> programs;
+  for (int i = 0; i < 8; ++i) {
+    programs.push_back(folder_.File(std::to_wstring(i) + L".exe"));
+    ASSERT_TRUE(CopyFileW((i % 2 == 0 ? sample_ : library_).c_str(), programs.back().c_str(), FALSE));
+  }
+  std::atomic<int> wrong{0};
+  std::vector<std::jthread> threads;
+  for (std::size_t thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (std::size_t i = 0; i < 64; ++i) {
+        const std::size_t file = (i + thread) % programs.size();
+        const bool isSample = Description(programs[file]) == L"Deutsches Beispiel";
+        if (isSample != (file % 2 == 0)) ++wrong;
+      }
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(wrong, 0);
+}
+
+}  // namespace
+}  // namespace smh

@@ -1,0 +1,195 @@
+// File changes recorded, undone and redone.
+#include "tests/siblings/guardkit/journal_fixture.h"
+
+#include "siblings/common/data_folder.h"
+#include "siblings/guardkit/file_state.h"
+#include "infra/runtime/exceptions.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/state_dump.h"
+
+namespace smh::test {
+namespace {
+
+class JournalFiles : public JournalTest {
+ protected:
+  LSTATUS Move(const std::wstring& from, const std::wstring& to) {
+    return guardkit_.Safeguard().MoveRecordedFile(from.c_str(), to.c_str());
+  }
+  LSTATUS Delete(const std::wstring& file) { return guardkit_.Safeguard().DeleteRecordedFile(file.c_str()); }
+  LSTATUS Copy(const std::wstring& from, const std::wstring& to, BOOL overwrite = TRUE) {
+    return guardkit_.Safeguard().CopyRecordedFile(from.c_str(), to.c_str(), overwrite);
+  }
+  std::string Dump() const { return DumpFolder(folder_.Path()); }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(JournalFiles, EveryKindOfChangeIsTakenBackToTheByteAndMadeAgain) {
+  const std::wstring moved = folder_.Write(L"a\\moved.lnk", "moved");
+  const std::wstring deleted = folder_.Write(L"a\\deleted.lnk", std::string("\0\r\n\xFF", 4));
+  const std::wstring replaced = folder_.Write(L"a\\replaced.lnk", "old");
+  const std::wstring source = folder_.Write(L"b\\source.lnk", "new");
+  for (const std::wstring& file : {moved, deleted, replaced}) {
+    const ScopedHandle handle(
+        CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    const FILETIME time = {0x12345000, 0x01C00000};
+    SetFileTime(handle.Get(), nullptr, nullptr, &time);
+  }
+  SetFileAttributesW(deleted.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
+  const std::string before = Dump();
+  const std::uint32_t id = Checkpoint([&] {
+    EXPECT_EQ(Move(moved, folder_.File(L"b\\moved (1).lnk")), ERROR_SUCCESS);
+    EXPECT_EQ(Delete(deleted), ERROR_SUCCESS);
+    EXPECT_EQ(Copy(source, replaced), ERROR_SUCCESS);
+    EXPECT_EQ(Copy(source, folder_.File(L"a\\copied.lnk"), FALSE), ERROR_SUCCESS);
+    EXPECT_EQ(Move(folder_.File(L"a\\copied.lnk"), moved), ERROR_SUCCESS);
+  });
+  const std::string after = Dump();
+  EXPECT_EQ(ReadFileBytes(replaced), "new");
+  EXPECT_NE(after, before);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+    EXPECT_EQ(Dump(), before);
+    EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
+    EXPECT_EQ(Dump(), after);
+  }
+}
+
+TEST_F(JournalFiles, ConflictsChangeNothingUnlessForced) {
+  const std::wstring moved = folder_.Write(L"moved", "moved");
+  const std::wstring gone = folder_.Write(L"gone", "gone");
+  const std::wstring deleted = folder_.Write(L"deleted", "deleted");
+  const std::uint32_t id = Checkpoint([&] {
+    Move(moved, folder_.File(L"to"));
+    Move(gone, folder_.File(L"to nowhere"));
+    Delete(deleted);
+  });
+  folder_.Write(L"to", "edited");
+  folder_.Write(L"moved", "in the way");
+  folder_.Write(L"deleted", "another");
+  DeleteFileW(folder_.File(L"to nowhere").c_str());
+  const std::string found = Dump();
+
+  using enum StepOutcome;
+  EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kConflict);
+  EXPECT_EQ(Dump(), found);
+  const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
+  EXPECT_EQ(forced.outcomes, (std::vector{kOverwritten, kImpossible, kOverwritten}));
+  EXPECT_EQ(ReadFileBytes(deleted), "deleted");
+  EXPECT_EQ(ReadFileBytes(moved), "edited");
+  EXPECT_EQ(guardkit_.Undo(forced.own).result, S_OK);
+  EXPECT_EQ(Dump(), found);
+}
+
+// An addition is undone without a trace in the folder of temporary shortcuts.
+TEST_F(JournalFiles, WhatComesFromTheTemporaryFolderWasMade) {
+  const std::wstring temporary = DataFolder() + L"TempShortcuts\\";
+  MakeFolders(temporary);
+  const std::wstring made = temporary + L"journal test.lnk";
+  WriteFileBytes(made, "new");
+  const std::wstring target = folder_.File(L"added.lnk");
+  const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Move(made, target), ERROR_SUCCESS); });
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+  EXPECT_EQ(Dump(), "");
+  EXPECT_FALSE(std::filesystem::exists(made));
+  EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
+  EXPECT_EQ(ReadFileBytes(target), "new");
+}
+
+TEST_F(JournalFiles, AnotherVolumeIsReachedByACopy) {
+  // Whatever file system the prefix is on, this one is another.
+  const std::wstring other = L"Z:\\dev\\shm\\smh-journal-test-" + std::to_wstring(GetCurrentProcessId());
+  ASSERT_TRUE(CreateDirectoryW(other.c_str(), nullptr));
+  const std::wstring file = folder_.Write(L"file", "content");
+  const std::string before = Dump();
+  const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Move(file, other + L"\\file"), ERROR_SUCCESS); });
+  EXPECT_EQ(ReadFileBytes(other + L"\\file"), "content");
+  EXPECT_EQ(Dump(), "");
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+  EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(DumpFolder(other), "");
+  std::filesystem::remove_all(other);
+}
+
+// A file system with streams, which the one here is not: a stream is a file with a colon in its name.
+std::wstring g_fileWithStreams;
+HANDLE WINAPI FindTwoStreams(const wchar_t* file, STREAM_INFO_LEVELS, void* found, DWORD) {
+  auto* const data = static_cast<WIN32_FIND_STREAM_DATA*>(found);
+  lstrcpyW(data->cStreamName, L"::$DATA");
+  if (file != g_fileWithStreams) {
+    SetLastError(ERROR_HANDLE_EOF);
+    return INVALID_HANDLE_VALUE;
+  }
+  WIN32_FIND_DATAW ignored;
+  return FindFirstFileW(L"C:\\*", &ignored);
+}
+BOOL WINAPI FindNextOfTwo(HANDLE, void* found) {
+  auto* const data = static_cast<WIN32_FIND_STREAM_DATA*>(found);
+  SetLastError(ERROR_HANDLE_EOF);
+  if (std::wstring_view(data->cStreamName) != L"::$DATA") return FALSE;
+  lstrcpyW(data->cStreamName, L":zone:$DATA");
+  return TRUE;
+}
+
+TEST_F(JournalFiles, OtherStreamsAreKeptAndMade) {
+  const ImportPatch first("FindFirstStreamW", &FindTwoStreams);
+  const ImportPatch next("FindNextStreamW", &FindNextOfTwo);
+  g_fileWithStreams = folder_.Write(L"file", "abc");
+  folder_.Write(L"file:zone", "zone");
+  const JournalFolder journal = JournalFolder::Open();
+  const BlobStore blobs(journal);
+  FileState state = KeepFileState(g_fileWithStreams, blobs);
+  ASSERT_EQ(state.streams.size(), 2u);
+  EXPECT_EQ(state.streams[1].name, L":zone");
+  EXPECT_EQ(state.streams[1].size, 4u);
+  // SHA-256 of "abc".
+  EXPECT_EQ(std::to_integer<int>(state.streams[0].hash[0]), 0xBA);
+  EXPECT_EQ(std::to_integer<int>(state.streams[0].hash[31]), 0xAD);
+  const std::wstring made = folder_.File(L"made");
+  MakeFile(state, made, blobs);
+  EXPECT_EQ(ReadFileBytes(made), "abc");
+  EXPECT_EQ(ReadFileBytes(made + L":zone"), "zone");
+
+  // Neither a name that leads elsewhere nor a content that was damaged is used.
+  state.streams[1].name = L"\\..\\other";
+  EXPECT_THROW(MakeFile(state, folder_.File(L"other"), blobs), EOSError);
+  state.streams[1].name = L":zone";
+  for (const auto& blob : std::filesystem::directory_iterator(journal.File(L"Blobs"))) {
+    WriteFileBytes(blob.path().wstring(), "damaged");
+  }
+  EXPECT_THROW(MakeFile(state, folder_.File(L"other"), blobs), EOSError);
+  EXPECT_FALSE(std::filesystem::exists(folder_.File(L"other")));
+}
+
+BOOL WINAPI ReportReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
+  // Not through the patched import.
+  static const auto real = ImportFunction<decltype(&GetFileInformationByHandle)>(
+      GetModuleHandleW(L"kernel32.dll"), "GetFileInformationByHandle");
+  const BOOL succeeded = real(file, information);
+  if ((information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    information->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+  }
+  return succeeded;
+}
+
+TEST_F(JournalFiles, ReparsePointInTheWayIsNotFollowed) {
+  const std::wstring file = folder_.Write(L"file", "content");
+  const std::uint32_t id = Checkpoint([&] { Delete(file); });
+  {
+    EXPECT_NO_THROW(HeldPath{folder_.Path()});
+    const ImportPatch patch("GetFileInformationByHandle", &ReportReparsePoint);
+    EXPECT_THROW(HeldPath{folder_.Path()}, EOSError);
+  }
+  {
+    // The journal's own folder is refused so, too.
+    const ImportPatch patch("GetFileInformationByHandle", &ReportReparsePoint, guardkit_.Module());
+    EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_CANT_ACCESS_FILE));
+    EXPECT_EQ(guardkit_.Begin(), ERROR_CANT_ACCESS_FILE);
+  }
+  EXPECT_EQ(Dump(), "");
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,214 @@
+// Registry changes recorded, undone and redone, in every hive and view.
+#include "tests/siblings/guardkit/journal_fixture.h"
+
+#include "siblings/guardkit/format/journal_format.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/state_dump.h"
+
+#include <sddl.h>
+
+#include <atomic>
+
+namespace smh::test {
+namespace {
+
+constexpr wchar_t kTree[] = L"Software\\SmhJournalTest";
+
+struct Place {
+  const char* name;
+  HKEY root;
+  REGSAM view;
+};
+
+class JournalRegistry : public JournalTest, public testing::WithParamInterface<Place> {
+ protected:
+  HKEY Root() const { return GetParam().root; }
+  REGSAM View() const { return HasTwoViews() ? GetParam().view : 0; }
+  std::string Dump() const { return DumpKey(Root(), kTree, View()); }
+  LSTATUS Set(const std::wstring& key, const std::wstring& name, const RawValue& value) {
+    return guardkit_.Set(Root(), tree_.PathOf(key), name, value, View());
+  }
+
+  const RegistryTree tree_{kTree, GetParam().root, HasTwoViews() ? GetParam().view : 0};
+};
+INSTANTIATE_TEST_SUITE_P(Places, JournalRegistry,
+                         testing::Values(Place{"User", HKEY_CURRENT_USER, 0},
+                                         Place{"Machine32", HKEY_LOCAL_MACHINE, KEY_WOW64_32KEY},
+                                         Place{"Machine64", HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY}),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+// A key with a class, values of odd sizes and names, and rights of its own.
+void MakeOddKey(const RegistryTree& tree, HKEY root, REGSAM view) {
+  ScopedKey key;
+  ASSERT_EQ(RegCreateKeyExW(root, tree.PathOf(L"odd").c_str(), 0, const_cast<wchar_t*>(L"klass"), 0,
+                            KEY_ALL_ACCESS | view, nullptr, key.Put(), nullptr),
+            ERROR_SUCCESS);
+  tree.Set(L"odd", L"", {REG_SZ, Bytes(3, std::byte{0x41})});
+  tree.Set(L"odd", L"unknown", {0x12345, Bytes(70'000, std::byte{7})});
+  SetCountedValue(key.Get(), std::wstring_view(L"zero\0inside", 11), Dword(5));
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  ConvertStringSecurityDescriptorToSecurityDescriptorW(
+      L"O:SYG:SYD:P(A;OICI;KA;;;SY)(A;OICI;KA;;;BA)(A;;KR;;;WD)", SDDL_REVISION_1, &descriptor, nullptr);
+  EXPECT_EQ(RegSetKeySecurity(key.Get(), 7, descriptor), ERROR_SUCCESS);
+  LocalFree(descriptor);
+}
+
+TEST_P(JournalRegistry, EveryKindOfChangeIsTakenBackToTheByteAndMadeAgain) {
+  tree_.Set({}, L"changed", ExpandSz(L"%old%"));
+  tree_.Set({}, L"deleted", Binary(std::string("\0\1", 2)));
+  MakeOddKey(tree_, Root(), View());
+  const std::string before = Dump();
+  const std::uint32_t id = Checkpoint([&] {
+    // Unterminated, with a zero right behind it in memory.
+    EXPECT_EQ(Set({}, L"changed", {REG_SZ, UnitBytes(L"new")}), ERROR_SUCCESS);
+    EXPECT_EQ(Set(L"made\\deep", L"v", Sz(L"1")), ERROR_SUCCESS);
+    EXPECT_EQ(Set(L"made\\deep", L"v", Sz(L"2")), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.RemoveValue(Root(), tree_.Path(), L"deleted", View()), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.RemoveKey(Root(), tree_.PathOf(L"odd"), View()), ERROR_SUCCESS);
+  });
+  EXPECT_EQ(tree_.Get({}, L"changed"), (RawValue{REG_SZ, UnitBytes(L"new")}));
+  const std::string after = Dump();
+  EXPECT_EQ(after.find("odd"), std::string::npos);
+
+  EXPECT_EQ(guardkit_.Undo(id, UndoMode::kShow).result, S_OK);
+  EXPECT_EQ(Dump(), after);
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+  EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kWrongState);
+  EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
+  EXPECT_EQ(Dump(), after);
+  EXPECT_EQ(guardkit_.Redo(id).result, IJournal::kWrongState);
+  EXPECT_EQ(guardkit_.Undo().checkpoint, id);
+  EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+}
+
+TEST_P(JournalRegistry, ConflictsChangeNothingUnlessForced) {
+  tree_.Set({}, L"a", Sz(L"old a"));
+  tree_.Set({}, L"b", Sz(L"old b"));
+  const std::uint32_t id = Checkpoint([&] {
+    Set({}, L"a", Sz(L"new a"));
+    Set({}, L"b", Sz(L"new b"));
+    Set(L"made", L"c", Sz(L"c"));
+  });
+  tree_.Set({}, L"b", Sz(L"somebody's"));
+  tree_.Set(L"made", L"d", Sz(L"somebody's too"));
+  const std::string found = Dump();
+
+  using enum StepOutcome;
+  const UndoAnswer refused = guardkit_.Undo(id);
+  EXPECT_EQ(refused.result, IJournal::kConflict);
+  EXPECT_EQ(refused.outcomes, (std::vector{kUndo, kUndo, kConflict, kUndo}));
+  EXPECT_NE(refused.texts.find(L"\"b\""), std::wstring::npos);
+  EXPECT_EQ(refused.own, 0u);
+  EXPECT_EQ(Dump(), found);
+
+  const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
+  EXPECT_EQ(forced.result, S_OK);
+  EXPECT_EQ(forced.outcomes, (std::vector{kUndo, kKept, kOverwritten, kUndo}));
+  EXPECT_EQ(tree_.Get({}, L"a"), Sz(L"old a"));
+  EXPECT_EQ(tree_.Get({}, L"b"), Sz(L"old b"));
+  EXPECT_EQ(tree_.Get(L"made", L"d"), Sz(L"somebody's too"));
+  // What was overwritten is not lost either.
+  EXPECT_EQ(guardkit_.Undo(forced.own).result, S_OK);
+  EXPECT_EQ(Dump(), found);
+}
+
+TEST_P(JournalRegistry, LinkInTheWayIsNotFollowed) {
+  const std::uint32_t id = Checkpoint([&] { Set(L"sub", L"v", Sz(L"1")); });
+  const RegistryTree elsewhere(std::wstring(kTree) + L"2", Root(), View());
+  elsewhere.Set({}, L"v", Sz(L"1"));
+  DeleteKeyTree(Root(), tree_.PathOf(L"sub"), View());
+  MakeLink(Root(), tree_.PathOf(L"sub"), elsewhere.Key().Get(), View());
+  EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kConflict);
+  const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
+  EXPECT_EQ(forced.outcomes, (std::vector{StepOutcome::kBlocked, StepOutcome::kBlocked}));
+  EXPECT_EQ(elsewhere.Get({}, L"v"), Sz(L"1"));
+}
+
+TEST_F(JournalTest, ChangesOutsideACheckpointGetOneEachAndThoseWithoutEffectNone) {
+  const RegistryTree tree(kTree);
+  guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"1"));
+  guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"2"));
+  guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"2"));
+  EXPECT_EQ(guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, L"none"), ERROR_FILE_NOT_FOUND);
+  Checkpoint([] {}, L"empty");
+  Checkpoint(
+      [&] {
+        guardkit_.Begin(L"inner");
+        guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"1"));
+        guardkit_.End();
+        guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"2"));
+      },
+      L"outer");
+  const auto list = guardkit_.List();
+  ASSERT_EQ(list.size(), 3u);
+  EXPECT_EQ(list[2].title, L"outer");
+  EXPECT_EQ(list[2].steps, 2u);
+  EXPECT_EQ(guardkit_.Undo(list[1].id).result, S_OK);
+  EXPECT_EQ(tree.Get({}, L"v"), Sz(L"1"));
+  const auto after = guardkit_.List();
+  ASSERT_EQ(after.size(), 4u);
+  EXPECT_EQ(after[1].state, CheckpointState::kUndone);
+  EXPECT_EQ(after[3].undoes, list[1].id);
+}
+
+std::atomic<int> g_flushes;
+LSTATUS WINAPI CountFlush(HKEY) {
+  ++g_flushes;
+  return ERROR_SUCCESS;
+}
+
+TEST_F(JournalTest, TargetInAnotherHiveIsFlushedBeforeItsSourceGoes) {
+  const RegistryTree user(kTree);
+  const RegistryTree machine(kTree, HKEY_LOCAL_MACHINE);
+  user.Set({}, L"v", Sz(L"1"));
+  user.Set({}, L"w", Sz(L"1"));
+  const ImportPatch patch("RegFlushKey", &CountFlush, guardkit_.Module());
+  g_flushes = 0;
+  Checkpoint([&] {
+    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"target", Sz(L"1"));
+    guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, L"v");
+    EXPECT_EQ(g_flushes, 0);
+    guardkit_.Set(HKEY_LOCAL_MACHINE, kTree, L"target", Sz(L"1"));
+    guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, L"w");
+    EXPECT_EQ(g_flushes, 1);
+  });
+}
+
+// Journals that this user, or nobody who is asked, has written.
+TEST_F(JournalTest, StepsOfAnotherUserAreRefused) {
+  const struct {
+    const wchar_t* user;
+    const wchar_t* key;
+    HRESULT result;
+  } rows[] = {
+      {L"S-1-5-21-9-9-9-1001", L"HKEY_LOCAL_MACHINE\\Software\\SmhJournalTest",
+       HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)},
+      {nullptr, L"HKEY_USERS\\S-1-5-21-9-9-9-1001\\Software\\SmhJournalTest", IJournal::kConflict},
+      {nullptr, L"HKEY_CLASSES_ROOT\\SmhJournalTest", IJournal::kConflict},
+      {nullptr, L"HKEY_LOCAL_MACHINE\\Software\\\\SmhJournalTest", IJournal::kConflict},
+      {nullptr, L"", IJournal::kConflict},
+  };
+  for (const auto& row : rows) {
+    ClearJournal();
+    Checkpoint([] {});
+    CheckpointHeader header;
+    header.id = 1;
+    header.user = row.user != nullptr ? row.user : CurrentUserSid();
+    const ValueStep step{row.key, L"v", {true, REG_SZ, {}}, {}};
+    std::string file;
+    for (const ByteVector& part :
+         {EncodeBeginning(header), EncodeStep(0, step), EncodeMark(0, 0), EncodeEnd(1)}) {
+      file.append(reinterpret_cast<const char*>(part.data()), part.size());
+    }
+    WriteFileBytes(JournalFolderPath() + L"\\00000001.journal", file);
+    EXPECT_EQ(guardkit_.Undo(1).result, row.result) << row.key;
+    guardkit_.Undo(1, UndoMode::kForce);
+  }
+  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kTree));
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,93 @@
+#include "core/contracts/intf_FileRater.h"
+
+#include "siblings/common/data_folder.h"
+#include "siblings/raterkit/rating_store.h"
+#include "tests/siblings/common/sibling_library.h"
+#include "tests/support/file_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace smh {
+namespace {
+
+TEST(RatingTableTest, SectionsNamesAndWords) {
+  const RatingTable table(
+      L"Loose=risky\r\n; Remark=risky\r\n[companies]\r\n  Some Corp. =  TRUSTED \r\nA=B Ltd.=risky\r\n"
+      L"Twice=risky\nTwice=trusted\nM\u00DCLLER=risky\nBad word=good\r\nNo rating\r\n=risky\r\n"
+      L"[Other]\r\nElsewhere=risky\r\n[FILES]\r\n#x.exe=risky\r\napp.exe=unknown\rlast.exe=risky");
+  EXPECT_EQ(table.OfCompany(L" SOME corp. "), kRatingTrusted);
+  EXPECT_EQ(table.OfCompany(L"a=b ltd."), kRatingRisky);
+  EXPECT_EQ(table.OfCompany(L"Twice"), kRatingRisky);
+  EXPECT_EQ(table.OfCompany(L"M\u00FCller"), kRatingRisky);
+  EXPECT_EQ(table.OfFile(L"App.exe"), kRatingUnknown);
+  EXPECT_EQ(table.OfFile(L"last.exe"), kRatingRisky);
+  for (const wchar_t* const name :
+       {L"Loose", L"; Remark", L"Bad word", L"No rating", L"Elsewhere", L"app.exe", L"Some Corp"}) {
+    EXPECT_EQ(table.OfCompany(name), std::nullopt) << name;
+  }
+  for (const wchar_t* const name : {L"Some Corp.", L"x.exe"}) EXPECT_EQ(table.OfFile(name), std::nullopt);
+}
+
+TEST(RatingTableTest, EveryEncodingIsRead) {
+  using namespace std::string_view_literals;
+  for (const std::string_view bytes : {"\xC3\xBC"sv, "\xEF\xBB\xBF\xC3\xBC"sv, "\xFF\xFE\xFC\x00"sv,
+                                       "\xFE\xFF\x00\xFC"sv, "\xFF\xFE\xFC\x00\x41"sv}) {
+    EXPECT_EQ(DecodeText(bytes), L"\u00FC");
+  }
+  for (const std::string_view bytes : {""sv, "\xFF\xFE"sv}) EXPECT_EQ(DecodeText(bytes), L"");
+}
+
+TEST(RatingStoreTest, UsersFileComesFirstAndChangesAreSeen) {
+  const test::TemporaryFolder folder;
+  const std::wstring user = folder.File(L"user.ini");
+  const std::wstring defaults = folder.Write(L"default.ini", "[Companies]\nA=trusted\nB=trusted\n");
+  RatingStore store(user, defaults);
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
+  test::WriteFileBytes(user, "[Companies]\nA=risky\n");
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingRisky);
+  EXPECT_EQ(store.OfCompany(L"B"), kRatingTrusted);
+  test::WriteFileBytes(defaults, "[Files]\nb.exe=risky\n");
+  EXPECT_EQ(store.OfCompany(L"B"), kRatingUnknown);
+  EXPECT_EQ(store.OfFile(L"b.exe"), kRatingRisky);
+  ASSERT_TRUE(DeleteFileW(user.c_str()));
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingUnknown);
+}
+
+TEST(RatingStoreTest, FileBeingWrittenKeepsTheRatingsReadBefore) {
+  const test::TemporaryFolder folder;
+  const std::wstring path = folder.Write(L"ratings.ini", "[Companies]\nA=trusted\n");
+  RatingStore store({}, path);
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
+  test::WriteFileBytes(path, "[Companies]\nA=risky\nmore=risky\n");
+  ScopedHandle exclusive(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(exclusive);
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
+  exclusive.Reset();
+  EXPECT_EQ(store.OfCompany(L"A"), kRatingRisky);
+}
+
+TEST(FileRaterTest, DefaultsLieBesideTheLibraryAndTheUsersFileOverrides) {
+  const std::wstring user = DataFolder() + L"ratings.ini";
+  MakeFolders(DataFolder());
+  DeleteFileW(user.c_str());
+  const test::SiblingLibrary raterkit(L"raterkit.dll");
+  auto* const rater = raterkit.Service<IFileRater>();
+  const auto rateFile = [&](const wchar_t* name) { return test::CallSlot<std::int32_t>(rater, 1, name); };
+  const auto rateCompany = [&](const wchar_t* name) { return test::CallSlot<std::int32_t>(rater, 3, name); };
+  EXPECT_EQ(rateCompany(L"microsoft corporation"), kRatingTrusted);
+  EXPECT_EQ(rateFile(L"SVCH0ST.EXE"), kRatingRisky);
+  EXPECT_EQ(rateCompany(L"svch0st.exe"), kRatingUnknown);
+  for (const wchar_t* const text : {static_cast<const wchar_t*>(nullptr), L"", L" ", L"svchost.exe"}) {
+    EXPECT_EQ(rateFile(text), kRatingUnknown);
+    EXPECT_EQ(rateCompany(text), kRatingUnknown);
+  }
+  test::WriteFileBytes(
+      user, "\xEF\xBB\xBF[Companies]\r\nMicrosoft Corporation=risky\r\n[Files]\r\nsvch0st.exe=unknown\r\n");
+  EXPECT_EQ(rateCompany(L"Microsoft Corporation"), kRatingRisky);
+  EXPECT_EQ(rateFile(L"svch0st.exe"), kRatingUnknown);
+  ASSERT_TRUE(DeleteFileW(user.c_str()));
+  EXPECT_EQ(rateCompany(L"Microsoft Corporation"), kRatingTrusted);
+}
+
+}  // namespace
+}  // namespace smh
