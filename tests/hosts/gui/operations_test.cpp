@@ -60,8 +60,7 @@ TEST_F(OperationsTest, TheCheckBoxDisablesAndEnables) {
   EXPECT_TRUE(WaitUntil([] { return !IsInRun(L"Aurora Mixer") && IsAside(L"Aurora Mixer"); }));
   EXPECT_TRUE(WaitUntil([&] { return !gui.IsChecked(Row(L"Aurora Mixer")); }));
   EXPECT_EQ(SelectedNames(), std::vector<std::wstring>{L"Aurora Mixer"});
-  EXPECT_TRUE(gui.CanRun(CMD_ENABLE));
-  EXPECT_FALSE(gui.CanRun(CMD_DISABLE));
+  EXPECT_TRUE(WaitUntil([&] { return gui.CanRun(CMD_ENABLE) && !gui.CanRun(CMD_DISABLE); }));
   gui.ClickCheckBox(Row(L"Aurora Mixer"));
   EXPECT_TRUE(WaitUntil([] { return IsInRun(L"Aurora Mixer") && !IsAside(L"Aurora Mixer"); }));
   EXPECT_TRUE(WaitUntil([&] { return gui.IsChecked(Row(L"Aurora Mixer")); }));
