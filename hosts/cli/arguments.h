@@ -9,7 +9,7 @@
 
 namespace smh {
 
-enum class OutputFormat { table, json, csv };
+enum class OutputFormat { kTable, kJson, kCsv };
 
 struct Arguments {
   std::vector<std::wstring> items;      // ITEM..., or the COMMANDLINE of `resolve`
@@ -20,7 +20,7 @@ struct Arguments {
   std::vector<std::wstring> paths;      // --add
   bool all = false;                     // --all
   std::optional<bool> enabled;          // --enabled, --disabled
-  OutputFormat format = OutputFormat::table;
+  OutputFormat format = OutputFormat::kTable;
   std::optional<unsigned> seconds;  // --seconds
   unsigned id = 0;                  // ID, a checkpoint; 0 without one
   bool show = false;                // --show

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 // The very same entry in the same state. The name alone is not enough: an entry of another key may take the
@@ -38,11 +39,11 @@ std::vector<ItemRecord> CheckTargets(const Library& library, std::vector<ItemRec
   std::vector<ItemRecord> accepted;
   for (ItemRecord& item : targets) {
     const Verdict verdict = change.check(item, *RequireListedItem(library, item));
-    if (verdict.kind == Verdict::Kind::refused) {
+    if (verdict.kind == Verdict::Kind::kRefused) {
       throw HostError(L"Cannot " + std::wstring(change.verb) + L" " + Describe(item) + L": " +
                       verdict.reason + L" Nothing was changed.");
     }
-    if (verdict.kind == Verdict::Kind::nothingToDo) {
+    if (verdict.kind == Verdict::Kind::kNothingToDo) {
       WriteMessage(Describe(item) + L": " + verdict.reason);
     } else {
       accepted.push_back(std::move(item));

@@ -16,8 +16,8 @@ namespace smh {
 
 // What a check says before anything is changed.
 struct Verdict {
-  enum class Kind { proceed, nothingToDo, refused };
-  Kind kind = Kind::proceed;
+  enum class Kind { kProceed, kNothingToDo, kRefused };
+  Kind kind = Kind::kProceed;
   // Why; for the user.
   std::wstring reason;
 };

@@ -11,6 +11,7 @@
 #include <memory>
 
 namespace smh {
+
 namespace {
 
 // In front of an argument that the parser must take as it is: it treats an empty value as missing and one in
@@ -151,8 +152,8 @@ Arguments Convert(const RawArguments& raw, const CLI::App& app, std::uint32_t op
   arguments.force = raw.force;
   arguments.all = raw.all;
   if (raw.enabled || raw.disabled) arguments.enabled = raw.enabled;
-  if (raw.json) arguments.format = OutputFormat::json;
-  if (raw.csv) arguments.format = OutputFormat::csv;
+  if (raw.json) arguments.format = OutputFormat::kJson;
+  if (raw.csv) arguments.format = OutputFormat::kCsv;
   if (options & kTakesSeconds && app.count("--seconds") != 0) arguments.seconds = raw.seconds;
   return arguments;
 }

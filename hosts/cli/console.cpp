@@ -6,6 +6,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 // A console takes no more than 64 KB in one call.

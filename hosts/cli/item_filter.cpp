@@ -13,7 +13,7 @@ bool ItemFilter::Shows(const ItemRecord& item) const {
 
 ReadScope ItemFilter::Scope() const {
   const bool all = allLocations || !std::all_of(locations.begin(), locations.end(), IsReadByDefault);
-  return all ? ReadScope::all : ReadScope::usual;
+  return all ? ReadScope::kAll : ReadScope::kUsual;
 }
 
 std::vector<ItemRecord> ItemFilter::Select(std::span<const ItemRecord> items) const {

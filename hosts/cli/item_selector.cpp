@@ -10,6 +10,7 @@
 #include <vector>
 
 namespace smh {
+
 namespace {
 
 using Matches = std::vector<const ItemRecord*>;

@@ -30,13 +30,13 @@ void Run(std::span<const std::wstring> arguments) {
 ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
   try {
     Run(std::vector<std::wstring>(texts + (count > 0 ? 1 : 0), texts + count));
-    return ExitCode::ok;
+    return ExitCode::kOk;
   } catch (const HostError& error) {
     WriteMessage(error.Message());
     return error.Code();
   } catch (...) {
     WriteMessage(CurrentFaultText());
-    return ExitCode::failed;
+    return ExitCode::kFailed;
   }
 }
 

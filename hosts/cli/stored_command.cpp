@@ -3,6 +3,7 @@
 #include "infra/runtime/text.h"
 
 namespace smh {
+
 namespace {
 
 bool IsInFolder(const ItemRecord& item) noexcept {

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 constexpr std::size_t kGap = 2;

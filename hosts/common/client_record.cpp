@@ -7,6 +7,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 // By FavoriteKind.

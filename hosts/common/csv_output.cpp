@@ -3,6 +3,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 struct CsvVisitor {

@@ -1,6 +1,7 @@
 #include "hosts/common/dialog_blocker.h"
 
 namespace smh {
+
 namespace {
 
 // The window class of dialogs and message boxes.

@@ -3,6 +3,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 // Details that cannot be read are never marked as read: such an entry is shown without them.
@@ -26,7 +27,7 @@ std::vector<WatchEvent> EntryWatch::Update(std::span<const Sighting> sightings, 
     entry.seen = true;
     const bool due =
         sightings[i].changed ||
-        (!entry.announced && (announce_ == Announce::atOnce || ++entry.looks >= kLooksUntilAnnounced));
+        (!entry.announced && (announce_ == Announce::kAtOnce || ++entry.looks >= kLooksUntilAnnounced));
     if (!due) continue;
     entry.record = read(i);
     events.push_back({entry.announced ? L"changed" : L"added", entry.record});

@@ -27,7 +27,7 @@ struct WatchEvent {
 
 // When a new entry is told of: when its details are there, for a console, or at once, for a window that fills
 // them in.
-enum class Announce { complete, atOnce };
+enum class Announce { kComplete, kAtOnce };
 
 class EntryWatch {
  public:
@@ -39,7 +39,7 @@ class EntryWatch {
   // Takes the first look: everything in it counts as known.
   EntryWatch(std::span<const Sighting> sightings, const Reader& read);
 
-  // The next look. With Announce::complete a new entry is held back until the library has read its details,
+  // The next look. With Announce::kComplete a new entry is held back until the library has read its details,
   // for a few looks at most.
   std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
 
@@ -51,7 +51,7 @@ class EntryWatch {
     bool seen = true;
   };
 
-  Announce announce_ = Announce::complete;
+  Announce announce_ = Announce::kComplete;
   std::map<std::pair<std::int32_t, std::wstring>, Entry> entries_;
 };
 

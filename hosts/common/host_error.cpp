@@ -10,6 +10,7 @@
 #include <oleauto.h>
 
 namespace smh {
+
 namespace {
 
 struct BstrTraits {

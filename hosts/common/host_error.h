@@ -8,11 +8,11 @@
 
 namespace smh {
 
-enum class ExitCode : int { ok = 0, failed = 1, usage = 2 };
+enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2 };
 
 class HostError {
  public:
-  explicit HostError(std::wstring message, ExitCode code = ExitCode::failed)
+  explicit HostError(std::wstring message, ExitCode code = ExitCode::kFailed)
       : message_(std::move(message)), code_(code) {}
   const std::wstring& Message() const noexcept { return message_; }
   ExitCode Code() const noexcept { return code_; }
@@ -23,7 +23,7 @@ class HostError {
 };
 
 inline HostError UsageError(std::wstring message) {
-  return HostError(std::move(message), ExitCode::usage);
+  return HostError(std::move(message), ExitCode::kUsage);
 }
 
 // The system's text for an HRESULT or Win32 code, with the number.

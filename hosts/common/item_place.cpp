@@ -5,6 +5,7 @@
 #include "infra/registry/full_value_path.h"
 
 namespace smh {
+
 namespace {
 
 // The name of a value may hold backslashes; an entry's caption, when it is that name, tells where it begins.

@@ -6,6 +6,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 struct TextField {

@@ -6,6 +6,7 @@
 #include <array>
 
 namespace smh {
+
 namespace {
 
 constexpr wchar_t kLibrary[] = L"guardkit.dll";

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 namespace smh {
+
 namespace {
 
 struct JsonVisitor {

@@ -7,6 +7,7 @@
 #include "infra/runtime/text.h"
 
 namespace smh {
+
 namespace {
 
 constexpr wchar_t kLibrary[] = L"StartupManagerHelper.dll";

@@ -5,6 +5,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 enum class Family { kNone, kStartupFolder, kRunKey, kHandlers, kApproved, kBrowserObjects, kSearchHooks };

@@ -3,6 +3,7 @@
 #include "hosts/common/host_error.h"
 
 namespace smh {
+
 namespace {
 
 constexpr ULONGLONG kTimeLimit = 120'000;
@@ -22,7 +23,7 @@ void WaitForReader(const std::function<bool()>& isComplete) {
 
 void ReadToEnd(const Library& library, ReadScope scope) {
   IStartupItemCollection& items = library.Items();
-  CheckResult(items.SetShowAllLocations(scope == ReadScope::all ? TRUE : FALSE),
+  CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
               L"Cannot choose the locations");
   CheckResult(items.Refresh(), L"Cannot read the entries");
   WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; });
@@ -45,7 +46,7 @@ void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
 }
 
 std::vector<ItemRecord> ReadAllItems(const Library& library) {
-  ReadToEnd(library, ReadScope::all);
+  ReadToEnd(library, ReadScope::kAll);
   return TakeSnapshot(library);
 }
 

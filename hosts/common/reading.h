@@ -12,7 +12,7 @@
 namespace smh {
 
 // Whether the reader has to look at all locations or at the usual ones is enough.
-enum class ReadScope { usual, all };
+enum class ReadScope { kUsual, kAll };
 
 // Raises HostError when that takes more than two minutes: a dead network path must not hold a script for
 // ever.

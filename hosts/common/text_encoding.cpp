@@ -7,6 +7,7 @@
 #include <optional>
 
 namespace smh {
+
 namespace {
 
 constexpr std::uint32_t kReplacement = 0xFFFD;

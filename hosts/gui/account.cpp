@@ -11,6 +11,7 @@
 #include <wtsapi32.h>
 
 namespace smh {
+
 namespace {
 
 // The helper library is loaded by now and stays.

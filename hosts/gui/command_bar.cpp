@@ -8,6 +8,7 @@
 #include <vector>
 
 namespace smh {
+
 namespace {
 
 struct CommandRow {
@@ -17,21 +18,21 @@ struct CommandRow {
   const wchar_t* tip;
 };
 constexpr CommandRow kCommands[] = {
-    {CMD_ENABLE, Glyph::on, L"Enable", L"Start the selected entries with Windows again (Ctrl+E)"},
-    {CMD_DISABLE, Glyph::off, L"Disable", L"Keep the selected entries from starting (Ctrl+D)"},
-    {CMD_DELETE, Glyph::remove, L"Delete", L"Delete the selected entries (Del)"},
-    {0, Glyph::none, nullptr, nullptr},
-    {CMD_ADD, Glyph::add, L"Add", L"Add an entry (Ctrl+N)"},
-    {CMD_MOVE, Glyph::move, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
-    {CMD_CHANGE_COMMAND, Glyph::edit, nullptr, L"Change the entry's command (F2)"},
-    {CMD_EXECUTE, Glyph::run, nullptr, L"Run the entry's command now (Ctrl+R)"},
-    {0, Glyph::none, nullptr, nullptr},
-    {CMD_UNDO, Glyph::undo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
-    {CMD_REDO, Glyph::redo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},
-    {0, Glyph::none, nullptr, nullptr},
-    {CMD_EXPORT, Glyph::save, nullptr, L"Write the entries to a CSV or JSON file (Ctrl+S)"},
-    {CMD_REFRESH, Glyph::refresh, nullptr, L"Read all entries anew (F5)"},
-    {CMD_RESTART_ELEVATED, Glyph::shield, nullptr,
+    {CMD_ENABLE, Glyph::kOn, L"Enable", L"Start the selected entries with Windows again (Ctrl+E)"},
+    {CMD_DISABLE, Glyph::kOff, L"Disable", L"Keep the selected entries from starting (Ctrl+D)"},
+    {CMD_DELETE, Glyph::kRemove, L"Delete", L"Delete the selected entries (Del)"},
+    {0, Glyph::kNone, nullptr, nullptr},
+    {CMD_ADD, Glyph::kAdd, L"Add", L"Add an entry (Ctrl+N)"},
+    {CMD_MOVE, Glyph::kMove, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
+    {CMD_CHANGE_COMMAND, Glyph::kEdit, nullptr, L"Change the entry's command (F2)"},
+    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+R)"},
+    {0, Glyph::kNone, nullptr, nullptr},
+    {CMD_UNDO, Glyph::kUndo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
+    {CMD_REDO, Glyph::kRedo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},
+    {0, Glyph::kNone, nullptr, nullptr},
+    {CMD_EXPORT, Glyph::kSave, nullptr, L"Write the entries to a CSV or JSON file (Ctrl+S)"},
+    {CMD_REFRESH, Glyph::kRefresh, nullptr, L"Read all entries anew (F5)"},
+    {CMD_RESTART_ELEVATED, Glyph::kShield, nullptr,
      L"Restart as administrator, to change the entries of all users"},
 };
 
@@ -69,8 +70,8 @@ void CommandBar::Create(HWND parent) {
 
 // A tool bar measures its buttons when they are inserted.
 void CommandBar::SetDpi(int dpi, HFONT font) {
-  ScopedImageList images = MakeGlyphs(dpi, GlyphLook::normal);
-  ScopedImageList greyed = MakeGlyphs(dpi, GlyphLook::greyed);
+  ScopedImageList images = MakeGlyphs(dpi, GlyphLook::kNormal);
+  ScopedImageList greyed = MakeGlyphs(dpi, GlyphLook::kGreyed);
   while (SendMessageW(bar_, TB_DELETEBUTTON, 0, 0) != FALSE) {
   }
   int side = 16;

@@ -7,6 +7,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 constexpr int kNameWidth = 130;

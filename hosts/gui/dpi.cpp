@@ -5,6 +5,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 // Since Windows 10.
@@ -43,7 +44,7 @@ int DpiOf(HWND window) noexcept {
 
 ScopedFont MakeFont(int dpi, FontKind kind) {
   LOGFONTW font = MessageFont(dpi);
-  if (kind == FontKind::heading) {
+  if (kind == FontKind::kHeading) {
     font.lfHeight = MulDiv(font.lfHeight, 5, 4);
     font.lfWeight = FW_BOLD;
   }

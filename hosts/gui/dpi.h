@@ -21,10 +21,10 @@ struct FontTraits {
 };
 using ScopedFont = ScopedResource<FontTraits>;
 
-enum class FontKind { normal, heading };
+enum class FontKind { kNormal, kHeading };
 
 // The font of the user's message boxes; a heading is bold and larger.
-ScopedFont MakeFont(int dpi, FontKind kind = FontKind::normal);
+ScopedFont MakeFont(int dpi, FontKind kind = FontKind::kNormal);
 int FontHeight(HWND window, HFONT font) noexcept;
 
 }  // namespace smh

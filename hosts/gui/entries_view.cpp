@@ -7,6 +7,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 constexpr COLORREF kMissingColor = RGB(0xB0, 0x30, 0x20);
@@ -25,7 +26,7 @@ EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame) {
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
   details_.Create(parent);
-  splitter_.Open(parent, Splitter::Direction::upDown, [this](int position) {
+  splitter_.Open(parent, Splitter::Direction::kUpDown, [this](int position) {
     SetDetailsHeight(MulDiv(static_cast<int>(area_.bottom) - position, USER_DEFAULT_SCREEN_DPI, dpi_));
   });
 }

@@ -6,6 +6,7 @@
 #include "infra/runtime/text.h"
 
 namespace smh {
+
 namespace {
 
 constexpr EntryColumn kColumns[] = {

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 std::wstring NamesOf(const std::vector<ItemRecord>& items) {
@@ -239,7 +240,7 @@ void EntriesView::Export() {
   if (!target) return;
   frame_.worker.Ask(
       [items = std::move(items), target = *target](LibrarySession& session) {
-        session.Export(items, target.json ? ExportFormat::json : ExportFormat::csv, target.file);
+        session.Export(items, target.json ? ExportFormat::kJson : ExportFormat::kCsv, target.file);
         return items.size();
       },
       [this, file = target->file](std::size_t count) {

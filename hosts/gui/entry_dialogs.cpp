@@ -11,6 +11,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 std::wstring FieldText(HWND dialog, int control) {

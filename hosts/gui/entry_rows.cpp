@@ -7,6 +7,7 @@
 #include <tuple>
 
 namespace smh {
+
 namespace {
 
 // By the rules of the user's locale, in a form that compares byte by byte.

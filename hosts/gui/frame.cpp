@@ -5,6 +5,7 @@
 #include <cstring>
 
 namespace smh {
+
 namespace {
 
 constexpr std::size_t kMostFailures = 10;

@@ -9,6 +9,7 @@
 #include <memory>
 
 namespace smh {
+
 namespace {
 
 using namespace Gdiplus;
@@ -62,37 +63,37 @@ void DrawSave(Graphics& canvas, const Colors& colors) {
 
 void DrawGlyph(Graphics& canvas, Glyph glyph, const Colors& colors) {
   switch (glyph) {
-    case Glyph::on:
+    case Glyph::kOn:
       return Line(canvas, colors.green, 2.6f, {{3, 8.5f}, {6.5f, 12}, {13, 4}});
-    case Glyph::off:
+    case Glyph::kOff:
       Ring(canvas, colors.grey, 0, 360);
       return Line(canvas, colors.grey, 2, {{4.7f, 11.3f}, {11.3f, 4.7f}});
-    case Glyph::remove:
+    case Glyph::kRemove:
       Line(canvas, colors.red, 2.4f, {{4, 4}, {12, 12}});
       return Line(canvas, colors.red, 2.4f, {{12, 4}, {4, 12}});
-    case Glyph::add:
+    case Glyph::kAdd:
       Line(canvas, colors.green, 2.6f, {{8, 3}, {8, 13}});
       return Line(canvas, colors.green, 2.6f, {{3, 8}, {13, 8}});
-    case Glyph::move:
+    case Glyph::kMove:
       Line(canvas, colors.blue, 2.2f, {{2.5f, 8}, {10, 8}});
       return Area(canvas, colors.blue, {{9, 3.5f}, {14.5f, 8}, {9, 12.5f}});
-    case Glyph::edit:
+    case Glyph::kEdit:
       Line(canvas, colors.orange, 3.2f, {{5.2f, 10.8f}, {12, 4}});
       return Area(canvas, colors.grey, {{2, 14}, {3.4f, 9.8f}, {6.2f, 12.6f}});
-    case Glyph::run:
+    case Glyph::kRun:
       return Area(canvas, colors.green, {{4, 2.5f}, {13.5f, 8}, {4, 13.5f}});
-    case Glyph::undo:
+    case Glyph::kUndo:
       return DrawReturn(canvas, colors.blue, false);
-    case Glyph::redo:
+    case Glyph::kRedo:
       return DrawReturn(canvas, colors.blue, true);
-    case Glyph::refresh:
+    case Glyph::kRefresh:
       Ring(canvas, colors.green, -30, 300);
       return Area(canvas, colors.green, {{9.5f, 5.8f}, {15, 5.8f}, {14.2f, 0.8f}});
-    case Glyph::shield:
+    case Glyph::kShield:
       return DrawShield(canvas, colors);
-    case Glyph::save:
+    case Glyph::kSave:
       return DrawSave(canvas, colors);
-    case Glyph::none:
+    case Glyph::kNone:
       return;
   }
 }
@@ -137,7 +138,7 @@ GlyphDrawing::~GlyphDrawing() {
 }
 
 ScopedImageList MakeGlyphs(int dpi, GlyphLook look) {
-  const Colors& colors = look == GlyphLook::normal ? kNormal : kGreyed;
+  const Colors& colors = look == GlyphLook::kNormal ? kNormal : kGreyed;
   return MakeImages(dpi, kGlyphCount,
                     [&](Graphics& canvas, int i) { DrawGlyph(canvas, static_cast<Glyph>(i), colors); });
 }

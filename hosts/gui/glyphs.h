@@ -5,10 +5,24 @@
 
 namespace smh {
 
-enum class Glyph { none = -1, on, off, remove, add, move, edit, run, undo, redo, refresh, shield, save };
-inline constexpr int kGlyphCount = static_cast<int>(Glyph::save) + 1;
+enum class Glyph {
+  kNone = -1,
+  kOn,
+  kOff,
+  kRemove,
+  kAdd,
+  kMove,
+  kEdit,
+  kRun,
+  kUndo,
+  kRedo,
+  kRefresh,
+  kShield,
+  kSave
+};
+inline constexpr int kGlyphCount = static_cast<int>(Glyph::kSave) + 1;
 
-enum class GlyphLook { normal, greyed };
+enum class GlyphLook { kNormal, kGreyed };
 
 // Drawing is possible as long as one lives.
 class GlyphDrawing {

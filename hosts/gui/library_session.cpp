@@ -12,6 +12,7 @@
 #include <thread>
 
 namespace smh {
+
 namespace {
 
 // The wrappers of those entries, found in one walk; empty ones for entries that have gone.
@@ -176,7 +177,7 @@ void LibrarySession::Export(std::vector<ItemRecord> items, ExportFormat format,
   ResolveFiles(library_, items);
   // Spreadsheets know UTF-8 by its mark.
   const std::string bytes =
-      format == ExportFormat::json ? ToUtf8(JsonArray(items)) : "\xEF\xBB\xBF" + ToUtf8(CsvTable(items));
+      format == ExportFormat::kJson ? ToUtf8(JsonArray(items)) : "\xEF\xBB\xBF" + ToUtf8(CsvTable(items));
   ReplaceWithFile(file, bytes);
 }
 

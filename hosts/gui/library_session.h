@@ -47,7 +47,7 @@ struct ProgramNews {
   HIMAGELIST largeImages = nullptr;
 };
 
-enum class ExportFormat { csv, json };
+enum class ExportFormat { kCsv, kJson };
 
 class LibrarySession {
  public:
@@ -90,7 +90,7 @@ class LibrarySession {
   // The window may still draw with the images of the one before.
   ComPtr<IFavoriteItemCollection> programs_;
   ComPtr<IFavoriteItemCollection> programsBefore_;
-  EntryWatch watch_{Announce::atOnce};
+  EntryWatch watch_{Announce::kAtOnce};
   std::int32_t tellState_ = -1;
   bool hasListed_ = false;
 };

@@ -5,6 +5,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 struct TitleRow {

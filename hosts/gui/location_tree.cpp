@@ -7,6 +7,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 constexpr std::wstring_view kOpenGroups[] = {L"Startup folders", L"Run keys"};
@@ -33,11 +34,11 @@ void LocationTree::Build(bool allLocations) {
   SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
   TreeView_DeleteAllItems(tree_);
   nodes_.clear();
-  const HTREEITEM root = Add(TVI_ROOT, Kind::entries, LocationSet().set(), L"All entries");
+  const HTREEITEM root = Add(TVI_ROOT, Kind::kEntries, LocationSet().set(), L"All entries");
   AddLocations(root, allLocations);
   TreeView_Expand(tree_, root, TVE_EXPAND);
-  Add(TVI_ROOT, Kind::programs, {}, L"Default programs");
-  Add(TVI_ROOT, Kind::undo, {}, L"Undo history");
+  Add(TVI_ROOT, Kind::kPrograms, {}, L"Default programs");
+  Add(TVI_ROOT, Kind::kUndo, {}, L"Undo history");
   const auto again =
       std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.title == before; });
   building_ = false;
@@ -54,13 +55,13 @@ void LocationTree::AddLocations(HTREEITEM root, bool all) {
     const LocationTitle title = TitleOf(location);
     if (title.group != groupTitle) {
       groupTitle = title.group;
-      group = Add(root, Kind::entries, {}, groupTitle);
+      group = Add(root, Kind::kEntries, {}, groupTitle);
     }
     const auto parent =
         std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.item == group; });
     parent->locations.set(static_cast<std::size_t>(location));
     LocationSet own;
-    Add(group, Kind::entries, own.set(static_cast<std::size_t>(location)), title.name);
+    Add(group, Kind::kEntries, own.set(static_cast<std::size_t>(location)), title.name);
     if (std::find(std::begin(kOpenGroups), std::end(kOpenGroups), groupTitle) != std::end(kOpenGroups)) {
       TreeView_Expand(tree_, group, TVE_EXPAND);
     }
@@ -82,7 +83,7 @@ HTREEITEM LocationTree::Add(HTREEITEM parent, Kind kind, LocationSet locations, 
 
 void LocationTree::ShowCounts(const EntryRows& rows) {
   for (const Node& node : nodes_) {
-    if (node.kind != Kind::entries) continue;
+    if (node.kind != Kind::kEntries) continue;
     std::size_t count = 0;
     for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
       if (node.locations[location]) count += rows.CountOf(location);

@@ -15,7 +15,7 @@ namespace smh {
 
 class LocationTree {
  public:
-  enum class Kind { entries, programs, undo };
+  enum class Kind { kEntries, kPrograms, kUndo };
   struct Node {
     Kind kind;
     LocationSet locations;

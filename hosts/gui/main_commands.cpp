@@ -6,6 +6,7 @@
 #include "hosts/gui/resource.h"
 
 namespace smh {
+
 namespace {
 
 void SetPart(HWND status, WPARAM part, const std::wstring& text) {
@@ -75,11 +76,11 @@ void MainWindow::Run(UINT command) {
     case CMD_PREVIOUS_PANE:
       return NextPane(command == CMD_PREVIOUS_PANE);
     case CMD_ENTRIES:
-      return tree_.Select(LocationTree::Kind::entries);
+      return tree_.Select(LocationTree::Kind::kEntries);
     case CMD_DEFAULT_PROGRAMS:
-      return tree_.Select(LocationTree::Kind::programs);
+      return tree_.Select(LocationTree::Kind::kPrograms);
     case CMD_UNDO_HISTORY:
-      return tree_.Select(LocationTree::Kind::undo);
+      return tree_.Select(LocationTree::Kind::kUndo);
     case CMD_UNDO:
       return view_ == undo_.get() ? undo_->Run(command) : undo_->UndoLatest();
     case CMD_REDO:
@@ -102,14 +103,14 @@ std::vector<View*> MainWindow::Views() const {
 
 void MainWindow::ShowNode(const LocationTree::Node& node) {
   switch (node.kind) {
-    case LocationTree::Kind::entries:
+    case LocationTree::Kind::kEntries:
       entries_->ShowLocations(node.locations);
       ShowView(*entries_);
       break;
-    case LocationTree::Kind::programs:
+    case LocationTree::Kind::kPrograms:
       ShowView(*programs_);
       break;
-    case LocationTree::Kind::undo:
+    case LocationTree::Kind::kUndo:
       ShowView(*undo_);
       break;
   }

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 constexpr wchar_t kClassName[] = L"StartupManagerMain";
@@ -67,7 +68,7 @@ void MainWindow::OnCreate() {
                             WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
                             0, 0, Handle(), reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
   tree_.Create(Handle(), [this](const LocationTree::Node& node) { ShowNode(node); });
-  splitter_.Open(Handle(), Splitter::Direction::leftRight, [this](int position) {
+  splitter_.Open(Handle(), Splitter::Direction::kLeftRight, [this](int position) {
     treeWidth_ = MulDiv(position, USER_DEFAULT_SCREEN_DPI, dpi_);
     Layout();
   });
@@ -142,7 +143,7 @@ void MainWindow::SaveLook() const {
 
 void MainWindow::ApplyDpi() {
   ScopedFont font = MakeFont(dpi_);
-  ScopedFont heading = MakeFont(dpi_, FontKind::heading);
+  ScopedFont heading = MakeFont(dpi_, FontKind::kHeading);
   const ViewFonts fonts = {font.Get(), heading.Get()};
   bar_.SetDpi(dpi_, font.Get());
   bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);

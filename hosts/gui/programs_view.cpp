@@ -10,6 +10,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 // By FavoriteKind.

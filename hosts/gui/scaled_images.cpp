@@ -3,6 +3,7 @@
 #include "hosts/gui/dpi.h"
 
 namespace smh {
+
 namespace {
 
 constexpr int kSmallSide = 16;

@@ -9,7 +9,7 @@ namespace smh {
 
 class Splitter : public Window {
  public:
-  enum class Direction { leftRight, upDown };
+  enum class Direction { kLeftRight, kUpDown };
 
   // `onDrag` gets the bar's new place, in the parent's coordinates.
   void Open(HWND parent, Direction direction, std::function<void(int position)> onDrag);
@@ -19,7 +19,7 @@ class Splitter : public Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-  Direction direction_ = Direction::leftRight;
+  Direction direction_ = Direction::kLeftRight;
   std::function<void(int)> onDrag_;
 };
 

@@ -11,6 +11,7 @@
 #include <iterator>
 
 namespace smh {
+
 namespace {
 
 constexpr std::size_t kMostSteps = 8;
@@ -165,25 +166,25 @@ bool UndoView::CanRedoLatest() const {
 }
 
 void UndoView::UndoLatest() {
-  Start(Direction::undo, 0, UndoMode::kRun);
+  Start(Direction::kUndo, 0, UndoMode::kRun);
 }
 
 void UndoView::RedoLatest() {
-  Start(Direction::redo, LatestUndone(), UndoMode::kRun);
+  Start(Direction::kRedo, LatestUndone(), UndoMode::kRun);
 }
 
 void UndoView::Start(Direction direction, std::uint32_t id, UndoMode mode) {
   frame_.worker.Ask(
       [direction, id, mode](LibrarySession& session) {
         const Journal& journal = session.Changes();
-        return direction == Direction::undo ? journal.Undo(id, mode) : journal.Redo(id, mode);
+        return direction == Direction::kUndo ? journal.Undo(id, mode) : journal.Redo(id, mode);
       },
       [this, direction, mode](const UndoRecord& record) { Finish(direction, mode, record); });
 }
 
 void UndoView::Finish(Direction direction, UndoMode mode, const UndoRecord& record) {
   Refresh();
-  const bool isUndo = direction == Direction::undo;
+  const bool isUndo = direction == Direction::kUndo;
   if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + record.title);
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
     if (Confirm(frame_,
@@ -253,9 +254,9 @@ void UndoView::Run(UINT command) {
   if (command == CMD_COPY) {
     CopyToClipboard(frame_.window, list_.SelectedText());
   } else if (command == CMD_UNDO) {
-    Start(Direction::undo, selected == nullptr ? 0 : selected->info.id, UndoMode::kRun);
+    Start(Direction::kUndo, selected == nullptr ? 0 : selected->info.id, UndoMode::kRun);
   } else if (command == CMD_REDO) {
-    Start(Direction::redo, selected == nullptr ? LatestUndone() : selected->info.id, UndoMode::kRun);
+    Start(Direction::kRedo, selected == nullptr ? LatestUndone() : selected->info.id, UndoMode::kRun);
   }
 }
 

@@ -35,7 +35,7 @@ class UndoView final : public View {
   std::wstring CountText() const override;
 
  private:
-  enum class Direction { undo, redo };
+  enum class Direction { kUndo, kRedo };
 
   void Take(std::vector<CheckpointRecord> checkpoints);
   void Filter();

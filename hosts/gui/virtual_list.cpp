@@ -8,6 +8,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | LVS_REPORT | LVS_OWNERDATA |

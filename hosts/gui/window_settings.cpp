@@ -3,6 +3,7 @@
 #include <cwchar>
 
 namespace smh {
+
 namespace {
 
 constexpr wchar_t kKey[] = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";

@@ -5,6 +5,7 @@
 #include "infra/runtime/scoped_com.h"
 
 namespace smh {
+
 namespace {
 
 constexpr DWORD kLookInterval = 1000;

@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kEditorSettings = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";

@@ -14,6 +14,7 @@
 #include <shellapi.h>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kEditorSettings = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit";

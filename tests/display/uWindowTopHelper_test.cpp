@@ -18,6 +18,7 @@
 #include <thread>
 
 namespace smh::test {
+
 namespace {
 
 constexpr DWORD kPlain = WS_OVERLAPPEDWINDOW;

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 namespace smh {
+
 namespace {
 
 const ItemRecord* FindByName(std::span<const ItemRecord> list, std::int32_t location,

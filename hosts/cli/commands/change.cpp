@@ -5,15 +5,17 @@
 #include "infra/runtime/text.h"
 
 namespace smh {
+
 namespace {
 
 Verdict Check(const Library& library, const ItemRecord& item, const std::wstring& command) {
   if (HoldsCommand(library, item, command)) {
-    return {Verdict::Kind::nothingToDo, L"has that command already."};
+    return {Verdict::Kind::kNothingToDo, L"has that command already."};
   }
-  if (!item.Can(kActionChangeCommand)) return {Verdict::Kind::refused, RefusalReason(item)};
+  if (!item.Can(kActionChangeCommand)) return {Verdict::Kind::kRefused, RefusalReason(item)};
   if (!SameText(item.command, command)) return {};
-  return {Verdict::Kind::refused, L"the new command differs in case only, which does not count as a change."};
+  return {Verdict::Kind::kRefused,
+          L"the new command differs in case only, which does not count as a change."};
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 std::wstring AsTable(const std::vector<CheckpointRecord>& checkpoints) {
@@ -35,7 +36,7 @@ std::wstring AsJson(const std::vector<CheckpointRecord>& checkpoints) {
 
 void RunCheckpoints(const Arguments& arguments) {
   const std::vector<CheckpointRecord> checkpoints = Journal().Checkpoints();
-  WriteOutput(arguments.format == OutputFormat::json ? AsJson(checkpoints) : AsTable(checkpoints));
+  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(checkpoints) : AsTable(checkpoints));
 }
 
 }  // namespace smh

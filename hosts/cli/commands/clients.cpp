@@ -6,6 +6,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 std::wstring AsTable(std::span<const ClientRecord> clients) {
@@ -44,7 +45,7 @@ void RunClients(const Arguments& arguments) {
       WriteMessage(L"There is no file \"" + client.command + L"\".");
     }
   }
-  WriteOutput(arguments.format == OutputFormat::json ? AsJson(clients) : AsTable(clients));
+  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(clients) : AsTable(clients));
 }
 
 }  // namespace smh

@@ -1,6 +1,7 @@
 #include "hosts/cli/commands/commands.h"
 
 namespace smh {
+
 namespace {
 
 constexpr std::uint32_t kShowing = kTakesLocations | kTakesFilter | kTakesJson | kTakesCsv;

@@ -2,11 +2,12 @@
 #include "hosts/cli/commands/commands.h"
 
 namespace smh {
+
 namespace {
 
 Verdict Check(const ItemRecord& item, IStartupItem&) {
   if (item.Can(kActionDelete)) return {};
-  return {Verdict::Kind::refused, RefusalReason(item)};
+  return {Verdict::Kind::kRefused, RefusalReason(item)};
 }
 
 }  // namespace

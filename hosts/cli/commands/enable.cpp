@@ -4,14 +4,15 @@
 #include "hosts/cli/commands/commands.h"
 
 namespace smh {
+
 namespace {
 
 Verdict CheckSwitch(const ItemRecord& item, bool enable) {
   if (item.enabled == enable) {
-    return {Verdict::Kind::nothingToDo, enable ? L"is enabled already." : L"is disabled already."};
+    return {Verdict::Kind::kNothingToDo, enable ? L"is enabled already." : L"is disabled already."};
   }
   if (item.Can(enable ? kActionEnable : kActionDisable)) return {};
-  return {Verdict::Kind::refused, RefusalReason(item)};
+  return {Verdict::Kind::kRefused, RefusalReason(item)};
 }
 
 Change Switch(bool enable) {

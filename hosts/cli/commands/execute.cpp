@@ -6,6 +6,7 @@
 #include "hosts/common/reading.h"
 
 namespace smh {
+
 namespace {
 
 bool FileExists(const std::wstring& file) {

@@ -14,11 +14,11 @@ void RunList(const Arguments& arguments) {
   std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
   ResolveFiles(library, items);
   switch (arguments.format) {
-    case OutputFormat::json:
+    case OutputFormat::kJson:
       return WriteOutput(JsonArray(items));
-    case OutputFormat::csv:
+    case OutputFormat::kCsv:
       return WriteOutput(CsvTable(items));
-    case OutputFormat::table:
+    case OutputFormat::kTable:
       return WriteOutput(ItemTable(items, ConsoleWidth()));
   }
 }

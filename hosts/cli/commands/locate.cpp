@@ -9,6 +9,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 // The system's tool may show something else, or nothing at all; with this the user can go there by hand.

@@ -8,6 +8,7 @@
 #include <array>
 
 namespace smh {
+
 namespace {
 
 struct LocationSummary {
@@ -59,7 +60,7 @@ std::wstring AsJson(const Summaries& summaries) {
 void RunLocations(const Arguments& arguments) {
   const Library library;
   const Summaries summaries = Summarize(ReadAllItems(library));
-  WriteOutput(arguments.format == OutputFormat::json ? AsJson(summaries) : AsTable(summaries));
+  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(summaries) : AsTable(summaries));
 }
 
 }  // namespace smh

@@ -8,6 +8,7 @@
 #include "infra/runtime/text.h"
 
 namespace smh {
+
 namespace {
 
 constexpr wchar_t kBaseKit[] = L"basekit.dll";

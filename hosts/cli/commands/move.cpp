@@ -4,14 +4,15 @@
 #include "hosts/cli/stored_command.h"
 
 namespace smh {
+
 namespace {
 
 Verdict Check(const ItemRecord& item, IStartupItem& listed, std::int32_t target) {
   const std::wstring name(LocationName(target));
-  if (item.location == target) return {Verdict::Kind::nothingToDo, L"is in " + name + L" already."};
-  if (!item.Can(kActionMove)) return {Verdict::Kind::refused, RefusalReason(item)};
+  if (item.location == target) return {Verdict::Kind::kNothingToDo, L"is in " + name + L" already."};
+  if (!item.Can(kActionMove)) return {Verdict::Kind::kRefused, RefusalReason(item)};
   if (listed.CanMoveTo(target)) return {};
-  return {Verdict::Kind::refused,
+  return {Verdict::Kind::kRefused,
           name + L" does not take it: it may hold an entry of the same program, or take no entries at all" +
               (item.fileFound ? L"." : L", or none without a file.")};
 }

@@ -11,7 +11,7 @@ void RunShow(const Arguments& arguments) {
   const Library library;
   ItemRecord item = SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
   ResolveFiles(library, {&item, 1});
-  WriteOutput(arguments.format == OutputFormat::json ? JsonObject(item) + L"\n" : ItemSheet(item));
+  WriteOutput(arguments.format == OutputFormat::kJson ? JsonObject(item) + L"\n" : ItemSheet(item));
 }
 
 }  // namespace smh

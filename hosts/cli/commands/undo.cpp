@@ -5,6 +5,7 @@
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
+
 namespace {
 
 std::wstring NameOf(const UndoRecord& record) {

@@ -12,6 +12,7 @@
 #include "infra/runtime/handle.h"
 
 namespace smh {
+
 namespace {
 
 constexpr DWORD kLookInterval = 200;
@@ -47,11 +48,11 @@ class StopRequest {
 
 std::wstring EventText(const WatchEvent& event, OutputFormat format) {
   switch (format) {
-    case OutputFormat::json:
+    case OutputFormat::kJson:
       return JsonObject(event.item, event.kind) + L"\n";
-    case OutputFormat::csv:
+    case OutputFormat::kCsv:
       return CsvRow(event.item, event.kind);
-    case OutputFormat::table:
+    case OutputFormat::kTable:
       break;
   }
   return std::wstring(event.kind) + L"  " + std::wstring(LocationName(event.item.location)) + L"  " +
@@ -81,7 +82,7 @@ void RunWatch(const Arguments& arguments) {
   ReadToEnd(library, filter.Scope());
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
-  if (arguments.format == OutputFormat::csv) WriteOutput(CsvHeader(true));
+  if (arguments.format == OutputFormat::kCsv) WriteOutput(CsvHeader(true));
   WriteMessage(L"Watching; Ctrl+C ends.");
   const ULONGLONG start = GetTickCount64();
   while (!IsOver(arguments, start) && !stop.Wait(kLookInterval)) {

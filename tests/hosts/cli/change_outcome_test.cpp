@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kRun = L"(x64)HKEY_CURRENT_USER\\Run";

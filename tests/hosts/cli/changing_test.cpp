@@ -2,6 +2,7 @@
 #include "tests/hosts/cli/startupctl_fixture.h"
 
 namespace smh::test {
+
 namespace {
 
 class StartupctlChanges : public StartupctlTest, public testing::WithParamInterface<bool> {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 namespace smh {
+
 namespace {
 
 using Words = std::vector<std::wstring>;
@@ -19,7 +20,7 @@ void ExpectUsageError(const Words& words) {
     ParseCommandLine(words);
     ADD_FAILURE() << "accepted";
   } catch (const HostError& error) {
-    EXPECT_EQ(error.Code(), ExitCode::usage);
+    EXPECT_EQ(error.Code(), ExitCode::kUsage);
     EXPECT_FALSE(error.Message().empty());
   }
 }
@@ -31,7 +32,7 @@ TEST(CommandLine, ListTakesFiltersAndFormats) {
   EXPECT_TRUE(list.arguments.all);
   EXPECT_EQ(list.arguments.locations, (std::vector<std::int32_t>{sulRegistryUserRun, sulRegistryCommonRun}));
   EXPECT_EQ(list.arguments.enabled, std::optional(false));
-  EXPECT_EQ(list.arguments.format, OutputFormat::json);
+  EXPECT_EQ(list.arguments.format, OutputFormat::kJson);
   EXPECT_EQ(Parse({L"list"}).arguments.enabled, std::nullopt);
   EXPECT_EQ(Parse({L"watch", L"--csv", L"--seconds", L"0"}).arguments.seconds, std::optional(0u));
   EXPECT_EQ(Parse({L"watch"}).arguments.seconds, std::nullopt);

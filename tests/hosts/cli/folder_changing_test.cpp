@@ -6,6 +6,7 @@
 #include <filesystem>
 
 namespace smh::test {
+
 namespace {
 
 namespace fs = std::filesystem;

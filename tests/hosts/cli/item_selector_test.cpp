@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kUser = L"(x64)HKEY_CURRENT_USER\\Run";
@@ -27,7 +28,7 @@ std::wstring Refusal(std::wstring_view text, std::optional<std::int32_t> locatio
   try {
     return L"selected " + SelectItem(kItems, text, location).name;
   } catch (const HostError& error) {
-    EXPECT_EQ(error.Code(), ExitCode::failed);
+    EXPECT_EQ(error.Code(), ExitCode::kFailed);
     return error.Message();
   }
 }

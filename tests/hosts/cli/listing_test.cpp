@@ -4,6 +4,7 @@
 #include <algorithm>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kLone(1, static_cast<wchar_t>(0xD83D));

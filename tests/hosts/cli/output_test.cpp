@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 namespace smh::test {
+
 namespace {
 
 using Json = nlohmann::ordered_json;

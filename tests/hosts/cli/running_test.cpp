@@ -5,6 +5,7 @@
 #include "tests/support/waiting.h"
 
 namespace smh::test {
+
 namespace {
 
 SMH_CHILD(LeaveMark) {

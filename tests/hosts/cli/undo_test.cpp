@@ -9,6 +9,7 @@
 #include <filesystem>
 
 namespace smh::test {
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace smh {
+
 namespace {
 
 const std::wstring kHigh(1, static_cast<wchar_t>(0xD83D));

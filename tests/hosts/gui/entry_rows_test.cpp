@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 namespace smh::test {
+
 namespace {
 
 const std::wstring kRun = L"HKEY_CURRENT_USER\\Run";
@@ -92,7 +93,7 @@ TEST_F(EntryRowsTest, AChangeMovesTheRow) {
 }
 
 TEST(EntryWatchAtOnce, TellsOfAnEntryBeforeItsDetails) {
-  EntryWatch watch(Announce::atOnce);
+  EntryWatch watch(Announce::kAtOnce);
   const ItemRecord item = Item(L"alpha");
   const auto look = [&](std::vector<Sighting> sightings) {
     std::vector<std::wstring_view> kinds;

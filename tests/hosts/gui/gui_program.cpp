@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 namespace smh::test {
+
 namespace {
 
 constexpr std::size_t kTextUnits = 1024;
@@ -44,7 +45,7 @@ HWND FindWindowOf(DWORD process, const wchar_t* className) {
 
 // The folder of the program.
 std::wstring PrepareLook(GuiProgram::Look look) {
-  if (look == GuiProgram::Look::fresh) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+  if (look == GuiProgram::Look::kFresh) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
   return ThisFolder();
 }
 

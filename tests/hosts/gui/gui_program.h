@@ -33,7 +33,7 @@ class RemoteBuffer {
 class GuiProgram {
  public:
   // Size, order and the like as at the first start, or as they were left.
-  enum class Look { fresh, asLeft };
+  enum class Look { kFresh, kAsLeft };
 
   // Returns when the window is there and every entry was read.
   explicit GuiProgram(Look look);

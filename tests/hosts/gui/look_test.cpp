@@ -12,6 +12,7 @@
 #include <set>
 
 namespace smh::test {
+
 namespace {
 
 // The entries as startupctl lists them.
@@ -31,7 +32,7 @@ bool Contains(const std::vector<std::wstring>& texts, const std::wstring& text) 
 }
 
 TEST(LookTest, ShowsTheSampleMachine) {
-  const GuiProgram gui(GuiProgram::Look::fresh);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
   std::multiset<std::wstring> expected;
   for (const auto& item : Listed()) {
     expected.insert(FromUtf8(item["caption"].get<std::string>()) + (item["enabled"] ? L" on" : L" off"));
@@ -57,7 +58,7 @@ TEST(LookTest, ShowsTheSampleMachine) {
 }
 
 TEST(LookTest, FiltersAndSorts) {
-  const GuiProgram gui(GuiProgram::Look::fresh);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
   const int all = gui.Count(IDC_ENTRIES);
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Inkwell")});
   gui.Search(L"QUILL inkwell");
@@ -88,12 +89,12 @@ TEST(LookTest, FiltersAndSorts) {
 TEST(LookTest, RemembersHowItWasLeft) {
   const RECT place = {40, 30, 40 + 900, 30 + 600};
   {
-    const GuiProgram gui(GuiProgram::Look::fresh);
+    const GuiProgram gui(GuiProgram::Look::kFresh);
     SetWindowPos(gui.Window(), nullptr, place.left, place.top, 900, 600, SWP_NOZORDER);
     SendMessageW(gui.Control(IDC_ENTRIES), LVM_SETCOLUMNWIDTH, 2, 77);
     gui.ClickHeader(3);
   }
-  const GuiProgram gui(GuiProgram::Look::asLeft);
+  const GuiProgram gui(GuiProgram::Look::kAsLeft);
   RECT now;
   GetWindowRect(gui.Window(), &now);
   EXPECT_TRUE(EqualRect(&now, &place));
@@ -103,7 +104,7 @@ TEST(LookTest, RemembersHowItWasLeft) {
 
 // Controls lie beside and below each other inside the window, whatever the resolution.
 TEST(LookTest, IsSharpAndCompleteAtEveryResolution) {
-  const GuiProgram gui(GuiProgram::Look::fresh);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
   EXPECT_TRUE(WaitUntil([&] { return !Detail(gui, L"File").empty(); }));
   const auto placeOf = [&](int id) {
@@ -132,7 +133,7 @@ TEST(LookTest, IsSharpAndCompleteAtEveryResolution) {
 }
 
 TEST(LookTest, DefaultPrograms) {
-  const GuiProgram gui(GuiProgram::Look::fresh);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
   gui.Command(CMD_DEFAULT_PROGRAMS);
   const auto listed = nlohmann::json::parse(RunStartupctl({L"clients", L"--json"}).output);
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_PROGRAMS) == static_cast<int>(listed.size()); }));

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 namespace smh::test {
+
 namespace {
 
 // In one look, since somebody else is at work in the key. Empty for a missing value.
@@ -51,7 +52,7 @@ class OperationsTest : public testing::Test {
   }
 
   const SavedKey saved_{HKEY_CURRENT_USER, kRunKey};
-  const GuiProgram gui{GuiProgram::Look::fresh};
+  const GuiProgram gui{GuiProgram::Look::kFresh};
 };
 
 TEST_F(OperationsTest, TheCheckBoxDisablesAndEnables) {

@@ -11,6 +11,7 @@
 #include <cstdio>
 
 namespace smh::test {
+
 namespace {
 
 constexpr int kEntries = 10'000;
@@ -47,7 +48,7 @@ TEST(ScaleTest, TenThousandEntriesScrollAndFilter) {
     }
   }
   const ULONGLONG begin = GetTickCount64();
-  const GuiProgram gui(GuiProgram::Look::fresh);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
   ASSERT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) >= kEntries; }));
   const ULONGLONG read = GetTickCount64() - begin;
   const HWND list = gui.Control(IDC_ENTRIES);
