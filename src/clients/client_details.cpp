@@ -4,7 +4,9 @@
 #include "infra/runtime/text.h"
 #include "model/extended_info.h"
 #include "model/started_file.h"
-#include "sysutil/command_file.h"
+#include "sysutil/command_line.h"
+#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 namespace smh {
 

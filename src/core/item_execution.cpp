@@ -3,7 +3,7 @@
 #include "core/contracts/message_box.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/item_list.h"
-#include "sysutil/command_file.h"
+#include "sysutil/command_line.h"
 #include "sysutil/shell_open.h"
 
 namespace smh {

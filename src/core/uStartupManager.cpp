@@ -9,7 +9,7 @@
 #include "model/item_list.h"
 #include "model/shortcut_facts.h"
 #include "core/uStartupManagerStrings.h"
-#include "sysutil/command_file.h"
+#include "sysutil/command_line.h"
 
 namespace smh {
 

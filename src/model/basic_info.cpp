@@ -5,7 +5,10 @@
 #include "infra/runtime/text.h"
 #include "model/rundll_rule.h"
 #include "model/started_file.h"
-#include "sysutil/command_file.h"
+#include "sysutil/command_line.h"
+#include "sysutil/file_search.h"
+#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 namespace smh {
 

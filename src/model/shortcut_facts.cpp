@@ -2,7 +2,7 @@
 
 #include "infra/log/uStatisticsLog.h"
 #include "shelllink/uShellLinkInfo.h"
-#include "sysutil/command_file.h"
+#include "sysutil/command_line.h"
 
 namespace smh {
 

@@ -1,12 +1,25 @@
-// Joining and splitting of command lines.
-#include "sysutil/uFileUtils.h"
+#include "sysutil/command_line.h"
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/text.h"
+#include "sysutil/file_search.h"
+#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 
 namespace smh {
+
+namespace {
+
+SharedText ResolveProgram(const SharedText& program) {
+  SharedText path = FileUtils::NormalizePath(program);
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = found;
+  FileUtils::FileExistsWow64(path);
+  return path;
+}
+
+}  // namespace
 
 std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_view arguments) {
   path = TrimmedPart(path);
@@ -37,6 +50,16 @@ CommandParts FileUtils::SplitCommandLine(const wchar_t* command) {
   parts.arguments =
       Trim(std::wstring_view(rest).substr(std::min(rest.find_first_not_of(L"\" "), rest.size())));
   return parts;
+}
+
+CommandParts ResolveCommand(const wchar_t* command) {
+  CommandParts parts = FileUtils::SplitCommandLine(command);
+  parts.path = ResolveProgram(parts.path);
+  return parts;
+}
+
+SharedText ResolveCommandToFile(const wchar_t* command) {
+  return ResolveProgram(FileUtils::ProgramOfCommand(command));
 }
 
 }  // namespace smh

@@ -1,15 +1,17 @@
-// The search for a program that is named without its folder.
-#include "sysutil/uFileUtils.h"
+#include "sysutil/file_search.h"
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/registry/registry_values.h"
 #include "infra/runtime/text.h"
+#include "infra/registry/registry_values.h"
 #include "infra/registry/uRegistryUtils.h"
+#include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
+#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace smh {
 

@@ -1,5 +1,3 @@
-// The folders, the two lists and their caches; see file_search.cpp, wow64_paths.cpp and command_line.cpp for
-// what is done with them.
 #include "sysutil/uFileUtils.h"
 
 #include "core/contracts/uDllGlobals.h"

@@ -1,9 +1,10 @@
-// From a command line to the file it starts: splitting and joining, the search for a bare name as the command
-// interpreter and the shell do it, and the redirected twins of the system and program folders under WOW64.
+// The folders of this Windows, the two lists that a program without a folder is looked for in, and paths in
+// their usual form. What is done with them: file_search.h, wow64_paths.h and command_line.h.
 //
-// All operations are class operations and may be called from any thread. The caches are built once under one
-// lock (a leaf but for the service cache's lock) and never refreshed before the module unloads: a change of
-// PATH or PATHEXT after first use is not seen. Nothing raises on a missing file, key or variable.
+// Any thread may call any operation. The folders and the lists are made once, under one lock (a leaf but for
+// the service cache's lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after
+// first use is not seen. Nothing raises on a missing folder or variable; std::bad_alloc passes through.
+// References stay valid until StopFileUtils.
 #pragma once
 
 #include "core/contracts/shared_text.h"
@@ -11,60 +12,38 @@
 #include <windows.h>
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace smh {
 
-class TRegistryEx;
+namespace FileUtils {
 
-struct CommandParts {
-  std::wstring path;
-  std::wstring arguments;
-};
+// Empty for a variable that is not set.
+std::wstring GetEnvironmentValue(const std::wstring& name);
 
-class FileUtils {
- public:
-  static std::wstring GetEnvironmentValue(const std::wstring& name);
-  // Each with a trailing backslash.
-  static const std::wstring& GetWin16SystemDir();
-  static const std::wstring& GetSystemDir();
-  static const std::wstring& GetSysnativeDir();
-  static const std::wstring& GetProgramFilesX86Dir();
-  static const std::wstring& GetProgramFilesNativeDir();
+// Each with a trailing backslash. The 16-bit system folder, the system folder as this process sees it, the
+// native system folder (the same as the one before on a 32-bit Windows), and the two program folders.
+const std::wstring& GetWin16SystemDir();
+const std::wstring& GetSystemDir();
+const std::wstring& GetSysnativeDir();
+const std::wstring& GetProgramFilesX86Dir();
+const std::wstring& GetProgramFilesNativeDir();
 
-  static SharedText NormalizePath(const SharedText& text);
-  static std::wstring NormalizeDirectory(const SharedText& text);
-  static const std::vector<std::wstring>& SearchDirectories();
-  static const std::vector<std::wstring>& ExecutableExtensions();
-  // Those that the general helper names; another list than the one above, which follows PATHEXT.
-  static const std::vector<std::wstring>& StartableExtensions();
+// Without quotes, with its environment references expanded, in canonical form. The path need not exist.
+SharedText NormalizePath(const SharedText& text);
+// The same with a trailing backslash; empty stays empty.
+std::wstring NormalizeDirectory(const SharedText& text);
 
-  static bool FileExists(const std::wstring& path) noexcept;
-  static bool DirectoryExists(const std::wstring& path) noexcept;
-  // The path itself, or its redirected twin when only the twin exists.
-  static std::wstring MapWow64Path(std::wstring_view path);
-  static std::wstring DirectoryExistsWow64(std::wstring_view path);
-  static bool FileExistsWow64(std::wstring& path);
-  static bool FileExistsWow64(SharedText& path);
+// The system folders and PATH, in the order of search, each with a trailing backslash.
+const std::vector<std::wstring>& SearchDirectories();
+// PATHEXT, completed by the usual ones; each with its dot.
+const std::vector<std::wstring>& ExecutableExtensions();
+// Those that the general helper names; another list than the one above, which follows PATHEXT.
+const std::vector<std::wstring>& StartableExtensions();
 
-  // `name` has no extension; `extension` has its dot or is empty.
-  static std::wstring SearchInPath(std::wstring_view name, std::wstring_view extension);
-  static std::wstring ReadAppPathKey(TRegistryEx& registry, std::wstring_view key, std::wstring_view name,
-                                     std::wstring_view extension);
-  // `view` is 0 or KEY_WOW64_64KEY.
-  static std::wstring SearchAppPaths(REGSAM view, std::wstring_view name, std::wstring_view extension);
-  static std::wstring SearchSharedDlls(REGSAM view, std::wstring_view name, std::wstring_view extension);
-  // The full search for a name without folder; a name with one is not searched.
-  static bool FindFileByName(std::wstring_view name, std::wstring& path);
+}  // namespace FileUtils
 
-  static std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
-  // `command` is terminated.
-  static CommandParts SplitCommandLine(const wchar_t* command);
-  // The path alone.
-  static SharedText ProgramOfCommand(const wchar_t* command);
-};
-
+// Module start-up and shut-down of the folders and lists. Before and after, no operation may be called.
 void StartFileUtils();
 void StopFileUtils() noexcept;
 

@@ -12,18 +12,18 @@
 
 namespace smh {
 
-class RegEditUtils {
- public:
-  // The editor's window; null when there is none, and when the windows cannot be listed.
-  static HWND FindRegEditWindow();
-  // The same, waiting up to two seconds for it to appear.
-  static HWND WaitForRegEditWindow();
-  // Selects an entry of a list view by its name, as by typing; an empty text selects the first one.
-  static void TypeIntoList(HWND list, std::wstring_view text);
-  // `access` holds the view bits, `rootKey` is a predefined key. That the editor cannot be started is shown
-  // in a message box; any later obstacle ends the operation silently.
-  static void OpenRegEdit(REGSAM access, HKEY rootKey, const std::wstring& valueName,
-                          const std::wstring& keyPath);
-};
+namespace RegEditUtils {
+
+// The editor's window; null when there is none, and when the windows cannot be listed.
+HWND FindRegEditWindow();
+// The same, waiting up to two seconds for it to appear.
+HWND WaitForRegEditWindow();
+// Selects an entry of a list view by its name, as by typing; an empty text selects the first one.
+void TypeIntoList(HWND list, std::wstring_view text);
+// `access` holds the view bits, `rootKey` is a predefined key. That the editor cannot be started is shown
+// in a message box; any later obstacle ends the operation silently.
+void OpenRegEdit(REGSAM access, HKEY rootKey, const std::wstring& valueName, const std::wstring& keyPath);
+
+}  // namespace RegEditUtils
 
 }  // namespace smh

@@ -1,8 +1,10 @@
-// Files and folders that a 32-bit process on a 64-bit Windows sees under another name.
-#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 #include "infra/runtime/text.h"
+#include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
+
+#include <windows.h>
 
 #include <algorithm>
 #include <iterator>
@@ -61,6 +63,10 @@ bool ExistsOrTwin(Text& path, ExistenceTest exists) {
 }  // namespace
 
 bool FileUtils::FileExists(const std::wstring& path) noexcept {
+  return kIsFile(path);
+}
+
+bool FileUtils::FileExists(const SharedText& path) noexcept {
   return kIsFile(path);
 }
 

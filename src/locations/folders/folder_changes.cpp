@@ -7,7 +7,7 @@
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
-#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 namespace smh {
 

@@ -4,7 +4,7 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
-#include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 

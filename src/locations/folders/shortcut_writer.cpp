@@ -4,6 +4,8 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/scoped_com.h"
 #include "shelllink/uShellLinkInfo.h"
+#include "sysutil/command_line.h"
+#include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
 
 #include <shlobj.h>

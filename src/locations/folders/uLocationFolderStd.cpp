@@ -8,6 +8,7 @@
 #include "model/reading.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
+#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 

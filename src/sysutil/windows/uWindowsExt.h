@@ -10,25 +10,25 @@
 
 namespace smh {
 
-class WindowsExt {
- public:
-  // Empty when the window has no title or it cannot be read.
-  static std::wstring GetWindowCaption(HWND window);
-  // In device form ("\Device\HarddiskVolume1\..."). Raises EOSError.
-  static std::wstring GetProcessImageFileName(HANDLE process);
-  // The full path of a module of a process, of its program for a null module. Raises EOSError, for every
-  // 64-bit process among others.
-  static std::wstring GetModuleFileNameEx(HANDLE process, HMODULE module);
-  // As WTSEnumerateProcessesW; FreeWtsMemory frees the list. Raises EOSError.
-  static void EnumerateProcesses(HANDLE server, DWORD reserved, DWORD version, WTS_PROCESS_INFOW*& info,
-                                 DWORD& count);
-  // Frees and clears a list of EnumerateProcesses, without failure; null is allowed.
-  static void FreeWtsMemory(WTS_PROCESS_INFOW*& info);
-  // As WaitForMultipleObjects.
-  static DWORD WaitForObjects(std::span<const HANDLE> handles, bool waitAll, DWORD timeout) noexcept;
-  // Milliseconds since `start`, a value of GetTickCount; one short, on purpose, when the counter has wrapped.
-  static DWORD TickDiff(DWORD start) noexcept;
-};
+namespace WindowsExt {
+
+// Empty when the window has no title or it cannot be read.
+std::wstring GetWindowCaption(HWND window);
+// In device form ("\Device\HarddiskVolume1\..."). Raises EOSError.
+std::wstring GetProcessImageFileName(HANDLE process);
+// The full path of a module of a process, of its program for a null module. Raises EOSError, for every
+// 64-bit process among others.
+std::wstring GetModuleFileNameEx(HANDLE process, HMODULE module);
+// As WTSEnumerateProcessesW; FreeWtsMemory frees the list. Raises EOSError.
+void EnumerateProcesses(HANDLE server, DWORD reserved, DWORD version, WTS_PROCESS_INFOW*& info, DWORD& count);
+// Frees and clears a list of EnumerateProcesses, without failure; null is allowed.
+void FreeWtsMemory(WTS_PROCESS_INFOW*& info);
+// As WaitForMultipleObjects.
+DWORD WaitForObjects(std::span<const HANDLE> handles, bool waitAll, DWORD timeout) noexcept;
+// Milliseconds since `start`, a value of GetTickCount; one short, on purpose, when the counter has wrapped.
+DWORD TickDiff(DWORD start) noexcept;
+
+}  // namespace WindowsExt
 
 // Frees the libraries the entry points came from.
 void StopWindowsExt() noexcept;

@@ -1,0 +1,37 @@
+// Joining and splitting of command lines, and the one way from a command line to the file it starts, shared
+// by all that show or start one.
+//
+// Any thread may call any operation, without holding a lock: the shell helper, disk and registry are asked.
+// `command` is terminated. Nothing raises on a missing file; std::bad_alloc passes through.
+#pragma once
+
+#include "core/contracts/shared_text.h"
+
+#include <string>
+#include <string_view>
+
+namespace smh {
+
+struct CommandParts {
+  std::wstring path;
+  std::wstring arguments;
+};
+
+namespace FileUtils {
+
+// The path, in quotes when it holds a blank, and the arguments after one blank.
+std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
+// The program part as it is named, without quotes, and the rest.
+CommandParts SplitCommandLine(const wchar_t* command);
+// The program part alone.
+SharedText ProgramOfCommand(const wchar_t* command);
+
+}  // namespace FileUtils
+
+// Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
+// path need not exist.
+CommandParts ResolveCommand(const wchar_t* command);
+// The path alone.
+SharedText ResolveCommandToFile(const wchar_t* command);
+
+}  // namespace smh
