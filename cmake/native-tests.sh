@@ -7,13 +7,13 @@
 # hours. `SMH_FUZZ=journal` sends them to the journal's.
 # Inputs that reach new code stay in build/native/corpus for the next run; a failing input lands in build/native.
 set -euo pipefail
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 build=$root/build/native
 mkdir -p "$build"
 
 if [ ! -f "$build/build.ninja" ]; then
   cmake -S "$root/tests/native" -B "$build" -G Ninja \
-    -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 >&2
+    -DCMAKE_C_COMPILER="clang$llvm" -DCMAKE_CXX_COMPILER="clang++$llvm" >&2
 fi
 flock -o "$build/.lock" ninja -C "$build" --quiet >&2
 "$build/lnk_native_test" --gtest_brief=1

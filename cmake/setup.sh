@@ -1,10 +1,25 @@
-# Sourced by ./run and ./test: packages, configuration and build. Everything is said on stderr.
+# Sourced by the scripts: packages, configuration and build. Everything is said on stderr.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=mingw-i686-release
 build=$root/build/$preset
+
+# What the releases of Debian have in different versions; those that are not listed, packages without a number.
+codename=$(. /etc/os-release 2>/dev/null && echo "${VERSION_CODENAME:-}" || true)
+from=() release_packages=()
+case $codename in
+  bookworm)
+    llvm=-14
+    # For the benchmarks: later releases have version 3.
+    release_packages=(catch2)
+    # Given by name, Debian's own release wins over newer ones that the other architecture may lack.
+    from=(-t bookworm)
+    ;;
+  trixie) llvm=-19 ;;
+  *) llvm='' ;;
+esac
 packages=(wine wine64 wine32:i386 g++-mingw-w64-i686-posix cmake ninja-build googletest libcli11-dev
-          nlohmann-json3-dev catch2 clang-14 libclang-rt-14-dev xvfb xauth)
+          nlohmann-json3-dev "clang$llvm" "libclang-rt$llvm-dev" xvfb xauth "${release_packages[@]}")
 
 say() { echo "startup-manager: $*" >&2; }
 
@@ -15,9 +30,10 @@ missing_packages() {
   done
 }
 
-# Installs what is missing on Debian 12. A stale package index alone is no reason to stop.
+# Installs what is missing on Debian. A stale package index alone is no reason to stop.
 install_packages() {
-  local missing release=()
+  local missing
+  command -v dpkg-query >/dev/null || return 0
   mapfile -t missing < <(missing_packages)
   [ ${#missing[@]} -gt 0 ] || return 0
   if [ "$(id -u)" -ne 0 ]; then
@@ -25,13 +41,11 @@ install_packages() {
     exit 1
   fi
   say "installing ${missing[*]}"
-  # Given by name, Debian's own release wins over newer ones that the other architecture may lack.
-  if grep -qs '^VERSION_CODENAME=bookworm' /etc/os-release; then release=(-t bookworm); fi
   export DEBIAN_FRONTEND=noninteractive
   {
     dpkg --add-architecture i386
     apt-get update || true
-    apt-get install -y "${release[@]}" --no-install-recommends "${missing[@]}"
+    apt-get install -y "${from[@]}" --no-install-recommends "${missing[@]}"
   } </dev/null >&2
 }
 
