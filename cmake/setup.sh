@@ -49,13 +49,18 @@ install_packages() {
   } </dev/null >&2
 }
 
-# build_targets TARGET...: configures if need be and builds.
-build_targets() {
+# Makes the folder build say how everything is built.
+configure() {
   mkdir -p "$root/build"
   if [ ! -f "$build/build.ninja" ]; then
     say "configuring"
-    (cd "$root" && cmake --preset "$preset") >&2
+    (cd "$root" && cmake --preset "$preset" -B "$build") >&2
   fi
+}
+
+# build_targets TARGET...: configures if need be and builds.
+build_targets() {
+  configure
   # Two runs at once must not build into each other.
   local ninja=(flock "$root/build/.lock" ninja -C "$build")
   if [[ $("${ninja[@]}" -n "$@") != *"no work to do"* ]]; then

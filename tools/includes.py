@@ -1,10 +1,20 @@
-"""Which file of the tree an #include names."""
+"""The product's sources, and which file of the tree an #include names."""
 import os
 import re
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), ".."))
+PRODUCT = ("src/", "siblings/", "hosts/")
 _INCLUDE = re.compile(r'\s*#\s*include\s+"([^"]+)"')
 _known = {}
+
+
+def sources():
+    """The product's sources and headers, as paths below ROOT."""
+    for place in PRODUCT:
+        for folder, _, names in sorted(os.walk(os.path.join(ROOT, place))):
+            for name in sorted(names):
+                if name.endswith((".h", ".cpp")):
+                    yield os.path.relpath(os.path.join(folder, name), ROOT)
 
 
 def includes(path):

@@ -11,9 +11,7 @@ import os
 import subprocess
 import sys
 
-from includes import ROOT, closure
-
-PRODUCT = ("src/", "siblings/", "hosts/")
+from includes import PRODUCT, ROOT, closure
 
 
 def text_of(*command):
