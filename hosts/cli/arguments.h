@@ -1,4 +1,5 @@
-// What a command line asks for, after parsing.
+// What a command line asks for, after parsing. A member whose option was not given, or that the command does
+// not take, has its initial value.
 #pragma once
 
 #include "hosts/cli/item_filter.h"
@@ -9,6 +10,7 @@
 
 namespace smh {
 
+// A table for people, or --json or --csv for programs.
 enum class OutputFormat { kTable, kJson, kCsv };
 
 struct Arguments {
@@ -26,6 +28,7 @@ struct Arguments {
   bool show = false;                // --show
   bool force = false;               // --force
 
+  // Which entries `list` and `watch` show.
   ItemFilter Filter() const { return {all, locations, enabled}; }
   // The one --location of a command that takes one.
   std::optional<std::int32_t> Location() const {

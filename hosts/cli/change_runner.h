@@ -14,7 +14,7 @@
 
 namespace smh {
 
-// What a check says before anything is changed.
+// What a check says before anything is changed. Refused by one entry, the whole command changes nothing.
 struct Verdict {
   enum class Kind { kProceed, kNothingToDo, kRefused };
   Kind kind = Kind::kProceed;
@@ -22,24 +22,30 @@ struct Verdict {
   std::wstring reason;
 };
 
+// How one command changes an entry. The functions are called on the thread of ChangeItems, without the list's
+// lock; what they raise ends the command.
 struct Change {
-  std::wstring_view verb;  // "disable"
+  std::wstring_view verb;  // "disable": behind "Cannot"
   std::wstring_view done;  // "Disabled"
   std::wstring target;     // " to ..." behind the entry, or empty
+  // Whether the entry may and needs to be changed; called for every ITEM before the first change.
   std::function<Verdict(const ItemRecord& item, IStartupItem& listed)> check;
+  // The change itself; a failure of the library ends the command.
   std::function<HRESULT(IStartupItem& listed)> apply;
-  // Whether `now` is what `before` has to become; empty when the entry has to be gone.
+  // Whether `now` is what `before` has to become; empty when the entry has to be gone. Without this function
+  // only the old entry has to be gone.
   std::function<bool(const ItemRecord& before, const ItemRecord& now)> isOutcome;
   // Called first, for functions that ask the library; it lives until the end of ChangeItems.
   std::function<void(const Library& library)> prepare = {};
 };
 
-// Runs a change of every ITEM of `arguments`. Raises HostError; the entries changed until then stay changed,
+// Runs a change of every ITEM of `arguments`, in their order and each entry once; loads the library and reads
+// all locations for it. Raises HostError for the first failure; the entries changed until then stay changed,
 // and a message has named each.
 void ChangeItems(const Arguments& arguments, const Change& change);
 
-// Looks for the outcome of a change of `before` between two copies of the list. Empty when it happened, else
-// what is wrong.
+// Looks for the outcome of a change of `before` between two snapshots of the list. Empty when it happened,
+// else what is wrong.
 std::wstring FindFault(const Change& change, const ItemRecord& before, std::span<const ItemRecord> listBefore,
                        std::span<const ItemRecord> listNow);
 

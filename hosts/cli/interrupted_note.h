@@ -3,8 +3,8 @@
 
 namespace smh {
 
-// Says on standard error, in one line, which changes were interrupted; nothing when none was, or when that
-// cannot be told.
+// Says on standard error, in one line, which changes of this user or, elevated, of the machine were
+// interrupted; nothing when none was, or when the journal cannot be read.
 void NameInterruptedCheckpoints() noexcept;
 
 }  // namespace smh

@@ -10,15 +10,16 @@
 
 namespace smh {
 
+// What --all, --location and --enabled or --disabled leave of the entries.
 struct ItemFilter {
-  bool allLocations = false;
+  bool allLocations = false;            // read all locations, whichever are shown
   std::vector<std::int32_t> locations;  // empty: all that were read
-  std::optional<bool> enabled;
+  std::optional<bool> enabled;          // none: in either state
 
   bool Shows(const ItemRecord& item) const;
-  // Naming a location that is not read usually is reason enough to read all.
+  // What has to be read. Naming a location that is not read by default is reason enough to read all.
   ReadScope Scope() const;
-  // The entries that are shown, in their order.
+  // Copies of the entries that are shown, in their order.
   std::vector<ItemRecord> Select(std::span<const ItemRecord> items) const;
 };
 

@@ -11,18 +11,21 @@
 
 namespace smh {
 
-// `text` is the exact name of an entry (ASCII case ignored), else a caption (case ignored) that only one of
-// the entries has. `location` leaves out the entries of every other location. When nothing matches, the text
-// is tried once more with its \uXXXX and \u{X} escapes replaced.
+// `text` is the name of an entry, else a caption that only one of the entries has; case is ignored, but of
+// names that differ in case only the one that is written exactly so is meant. `location` leaves out the
+// entries of every other location. When nothing matches, the text is tried once more with its \uXXXX and
+// \u{X} escapes replaced.
 //
-// Raises HostError when no entry matches, and when several do: the message lists them.
+// Answers an element of `items`. Raises HostError when no entry matches, and when several do: the message
+// lists them.
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
                              std::optional<std::int32_t> location);
 
-// The entry in the list as it is now. Raises HostError when it has gone.
+// The entry in the list as it is now, with a reference of the caller's. Takes the list's lock for the search;
+// the entry may go right after. Raises HostError when it has gone.
 ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item);
 
-// "Caption" in sulRegistryUserRun: how messages name an entry.
+// "Caption" in sulRegistryUserRun: how messages name an entry. Not yet printable: WriteMessage escapes.
 std::wstring Describe(const ItemRecord& item);
 
 }  // namespace smh

@@ -5,6 +5,9 @@
 
 namespace smh {
 
+// While an object lives, every creation of a window of the system's dialog class on its thread fails, and the
+// function that would show the dialog returns at once. Made and destroyed by the same thread. When the hook
+// cannot be set, dialogs open as usual.
 class DialogBlocker {
  public:
   DialogBlocker() noexcept;
@@ -12,7 +15,8 @@ class DialogBlocker {
   DialogBlocker(const DialogBlocker&) = delete;
   DialogBlocker& operator=(const DialogBlocker&) = delete;
 
-  // Whether a dialog was kept from opening since the beginning of the latest blocker.
+  // Whether a dialog was kept from opening since the beginning of the latest blocker. Of the calling thread;
+  // still readable after that blocker is gone.
   static bool HasRefused() noexcept;
 
  private:

@@ -1,4 +1,5 @@
-// One look at the library's list, as EntryWatch wants it.
+// One look at the library's list, as EntryWatch wants it: what is listed at one moment, with the changed
+// marks taken.
 #pragma once
 
 #include "hosts/common/entry_watch.h"
@@ -9,8 +10,10 @@
 
 namespace smh {
 
-// Holds the list still while `use` gets the sightings and a reader for them. Takes the marks of changed
-// entries.
+// Calls `use(sightings, read)` with the entries in list order and a reader that copies the entry of a
+// sighting; both are valid inside the call only. Holds the list's lock throughout, so `use` sees one state of
+// the list and must be quick; it must not start or stop the reading. Takes the changed marks: one watcher per
+// process sees every change. Raises HostError when the library refuses, and passes what `use` raises.
 template <typename Use>
 void Look(const Library& library, Use&& use) {
   const ListLock lock(library);

@@ -1,4 +1,5 @@
-// Telling what came, went and changed between two looks at the list of entries.
+// Telling what came, went and changed between two looks at the list of entries. Knows neither library nor
+// lock: each look is handed in, and the events are copies.
 #pragma once
 
 #include "hosts/common/item_record.h"
@@ -20,8 +21,9 @@ struct Sighting {
   bool changed;  // the library's mark: its details were read, for the first time or again
 };
 
+// What happened to one entry between two looks.
 struct WatchEvent {
-  std::wstring_view kind;  // "added", "removed", "changed"
+  std::wstring_view kind;  // "added", "removed", "changed"; a literal, valid for ever
   ItemRecord item;         // as it is now; what was known last of an entry that has gone
 };
 
@@ -29,18 +31,21 @@ struct WatchEvent {
 // them in.
 enum class Announce { kComplete, kAtOnce };
 
+// Keeps a copy of every entry that was seen. One thread at a time uses an object.
 class EntryWatch {
  public:
-  // Reads the entry of the sighting with that index.
+  // Copies the entry of the sighting with that index. What it raises passes through; what the look had found
+  // by then is not told again.
   using Reader = std::function<ItemRecord(std::size_t index)>;
 
   // Knows nothing yet: everything in the next look is new.
   explicit EntryWatch(Announce announce) : announce_(announce) {}
-  // Takes the first look: everything in it counts as known.
+  // Takes the first look, which raises no events: everything in it counts as known.
   EntryWatch(std::span<const Sighting> sightings, const Reader& read);
 
-  // The next look. With Announce::kComplete a new entry is held back until the library has read its details,
-  // for a few looks at most.
+  // Takes the next look and answers the differences: first the entries that came or changed, in list order,
+  // then those that went. With Announce::kComplete a new entry is held back until the library has marked it
+  // as read, for at most fifteen looks; one that goes before that is never told of.
   std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
 
  private:

@@ -1,4 +1,4 @@
-// Failures of the host, with the text for the user and the exit code.
+// Failures of the hosts, with the text for the user and the exit code, and the texts of others' failures.
 #pragma once
 
 #include <windows.h>
@@ -8,8 +8,10 @@
 
 namespace smh {
 
+// What the program answers to its caller: all went well, something failed, the command line does not fit.
 enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2 };
 
+// What the hosts raise. The message is a whole sentence for the user and may have several lines.
 class HostError {
  public:
   explicit HostError(std::wstring message, ExitCode code = ExitCode::kFailed)
@@ -22,17 +24,22 @@ class HostError {
   ExitCode code_;
 };
 
+// For a command line that does not fit; the program ends with ExitCode::kUsage.
 inline HostError UsageError(std::wstring message) {
   return HostError(std::move(message), ExitCode::kUsage);
 }
 
-// The system's text for an HRESULT or Win32 code, with the number.
+// The system's text for an HRESULT or Win32 code, with the number in hexadecimal; "Error" and the number when
+// it knows none.
 std::wstring SystemErrorText(HRESULT result);
-// What the library said about its last call on this thread, else the system's text for `result`.
+// What the library said about its last call on this thread, else the system's text for `result`. Takes the
+// thread's error info: a second call for the same failure gives the system's text only.
 std::wstring LibraryErrorText(HRESULT result);
-// What the exception in flight says, for people; call it inside a catch handler.
+// What the exception in flight says, for people; call it inside a catch handler. Raises nothing but
+// std::bad_alloc.
 std::wstring CurrentFaultText();
-// Raises "`doing`: text of the failure" when `result` is a failure. Call it right after the library's call.
+// Raises HostError with "`doing`: text of the failure" when `result` is a failure. Call it right after the
+// library's call and on the same thread, where the error info is.
 void CheckResult(HRESULT result, const std::wstring& doing);
 
 }  // namespace smh

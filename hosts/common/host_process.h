@@ -3,8 +3,8 @@
 
 namespace smh {
 
-// No library comes from the current folder, and no box about a missing disk holds the program. Call it before
-// anything else is loaded.
+// Takes the current folder out of the search for libraries, and makes critical disk errors fail instead of
+// asking. For the whole process: call it once, before anything else is loaded.
 void SetUpHostProcess() noexcept;
 
 }  // namespace smh

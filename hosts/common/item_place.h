@@ -9,8 +9,9 @@
 
 namespace smh {
 
-// Names and texts for people: root, view, key and value of a registry entry (the 64-bit or the 32-bit view of
-// the registry, "(Default)" for the value without a name), the file of any other.
+// Names and texts for people: "Root", "View", "Key" and "Value" of a registry entry ("64-bit" or "32-bit"
+// view, "(Default)" for the value without a name), "File" of any other. Takes them from the record alone;
+// nothing is looked up.
 std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item);
 
 }  // namespace smh

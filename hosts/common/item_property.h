@@ -1,4 +1,6 @@
-// Properties of the library's items, read through GetProperty. A property of another type counts as absent.
+// Properties of the library's items, read through GetProperty into values of the caller's. A property of
+// another type, or one that cannot be read, counts as absent; nothing is raised but std::bad_alloc. `Item` is
+// IStartupItem or IFavoriteItem, and `property` an index of its GetProperty.
 #pragma once
 
 #include <windows.h>
@@ -10,12 +12,14 @@
 
 namespace smh {
 
+// Owns a VARIANT and clears it.
 class ScopedVariant {
  public:
   ScopedVariant() { VariantInit(&value_); }
   ~ScopedVariant() { VariantClear(&value_); }
   ScopedVariant(const ScopedVariant&) = delete;
   ScopedVariant& operator=(const ScopedVariant&) = delete;
+  // The place for an out argument. It is not cleared before: one call for each object.
   VARIANT* Put() noexcept { return &value_; }
   const VARIANT& Get() const noexcept { return value_; }
 
@@ -23,7 +27,7 @@ class ScopedVariant {
   VARIANT value_;
 };
 
-// `Item` is IStartupItem or IFavoriteItem.
+// A text, with NULs inside if it has any; empty when absent.
 template <typename Item>
 std::wstring TextProperty(Item& item, std::int32_t property) {
   ScopedVariant value;
@@ -32,6 +36,7 @@ std::wstring TextProperty(Item& item, std::int32_t property) {
   return text == nullptr ? std::wstring() : std::wstring(text, SysStringLen(text));
 }
 
+// A 32-bit number; `absent` when absent.
 template <typename Item>
 std::int32_t NumberProperty(Item& item, std::int32_t property, std::int32_t absent) {
   ScopedVariant value;
@@ -39,6 +44,7 @@ std::int32_t NumberProperty(Item& item, std::int32_t property, std::int32_t abse
   return static_cast<std::int32_t>(value.Get().lVal);
 }
 
+// A truth value; false when absent.
 template <typename Item>
 bool FlagProperty(Item& item, std::int32_t property) {
   ScopedVariant value;
@@ -46,6 +52,7 @@ bool FlagProperty(Item& item, std::int32_t property) {
          value.Get().boolVal != VARIANT_FALSE;
 }
 
+// A size in bytes.
 template <typename Item>
 std::optional<std::int64_t> SizeProperty(Item& item, std::int32_t property) {
   ScopedVariant value;
@@ -53,7 +60,7 @@ std::optional<std::int64_t> SizeProperty(Item& item, std::int32_t property) {
   return value.Get().llVal;
 }
 
-// Day zero of OLE dates is older than every file: it stands for "no date".
+// An OLE date in local time. Day zero is older than every file: it stands for "no date".
 template <typename Item>
 std::optional<double> DateProperty(Item& item, std::int32_t property) {
   ScopedVariant value;

@@ -1,4 +1,5 @@
 // A copy of what the library says about one entry, and the table of its fields that all outputs share.
+// Records own their texts and may go from thread to thread.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -13,10 +14,12 @@
 
 namespace smh {
 
+// One entry at the moment when it was read. Location and name are its identity; a text that the library does
+// not know is empty.
 struct ItemRecord {
-  std::int32_t index = -1;
-  std::int32_t location = sulNone;
-  std::wstring name;
+  std::int32_t index = -1;          // position in the list; -1 for an entry that has left it
+  std::int32_t location = sulNone;  // a TTypeStartupLocation
+  std::wstring name;                // the full value path or the file path
   std::wstring caption;
   bool enabled = false;
   bool fileFound = false;
@@ -24,7 +27,7 @@ struct ItemRecord {
   std::wstring file;  // filled by ResolveFiles
   std::wstring description;
   std::wstring workingFolder;
-  std::int32_t linkNumber = 0;
+  std::int32_t linkNumber = 0;  // the hot key of a shortcut
   std::wstring productName;
   std::wstring comments;
   std::wstring versionNumber;
@@ -38,42 +41,49 @@ struct ItemRecord {
   std::wstring company;
   std::wstring legalCopyright;
   std::wstring legalTrademarks;
-  // None without a file.
+  // In bytes. None without a file, as the times below.
   std::optional<std::int64_t> fileSize;
   std::optional<double> creationTime;  // OLE dates in local time
   std::optional<double> lastAccessTime;
   std::optional<double> lastWriteTime;
   std::wstring fileTypeName;
-  std::int32_t rating = 1;
-  std::int32_t imageIndex = -1;
-  std::uint32_t can = 0;  // bit n: ItemAction n
+  std::int32_t rating = 1;       // 0 trusted, 1 unknown, 2 risky
+  std::int32_t imageIndex = -1;  // in the list's image lists; -1 for none
+  std::uint32_t can = 0;         // bit n: ItemAction n
 
+  // Whether the library allowed the action when the record was read.
   bool Can(ItemAction action) const noexcept { return (can >> action & 1) != 0; }
 };
 
-// Reads every property; the caller holds the list's lock where the entry may leave the list meanwhile.
+// Reads every property but the file. Each comes by a call of its own: the caller holds the list's lock where
+// the entry may leave the list meanwhile, for which the neutral values come.
 ItemRecord ReadItemRecord(IStartupItem& item);
 
-// The names of the actions that `can` allows, in the order of ItemAction.
+// The names of the actions that `can` allows ("delete", "changeCommand", ...), in the order of ItemAction;
+// literals, valid for ever.
 std::vector<std::wstring_view> ActionNames(std::uint32_t can);
+// The names one after the other, with `separator` between two.
 std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator);
-// "trusted", "unknown", "risky".
+// "trusted" for 0, "risky" for 2, "unknown" for any other.
 std::wstring_view RatingName(std::int32_t rating) noexcept;
 // "enabled", "disabled".
 std::wstring_view StateName(bool enabled) noexcept;
-// "2024-05-31T23:59:59"; empty for no date or one that is none.
+// "2024-05-31T23:59:59" for an OLE date, in the time zone that it is in; empty for no date or one that is
+// none.
 std::wstring IsoTime(const std::optional<double>& date);
 
-// None (no such file), a truth value, a number, a text, or names.
+// A field as the outputs write it: none (no such file), a truth value, a number, a text, or names, which are
+// literals.
 using FieldValue =
     std::variant<std::monostate, bool, std::int64_t, std::wstring, std::vector<std::wstring_view>>;
 
+// One column of the output: its key, and a function that takes the column's value out of a record.
 struct ItemField {
   std::wstring_view key;
   FieldValue (*read)(const ItemRecord& item);
 };
 
-// In the order of output.
+// All columns in the order of output; valid for ever.
 std::span<const ItemField> ItemFields() noexcept;
 
 }  // namespace smh

@@ -1,4 +1,6 @@
-// Reading the entries: starting the library's reader, waiting for it, copying what it found.
+// Reading the entries: starting the library's reader, waiting for it, copying what it found. What the library
+// refuses raises HostError. The list's lock is taken by those that copy or search, and for that time only;
+// ReadToEnd fails on a thread that holds it.
 #pragma once
 
 #include "hosts/common/item_record.h"
@@ -11,24 +13,28 @@
 
 namespace smh {
 
-// Whether the reader has to look at all locations or at the usual ones is enough.
+// Whether the reader has to look at all locations or the usual ones, those read by default, are enough.
 enum class ReadScope { kUsual, kAll };
 
-// Raises HostError when that takes more than two minutes: a dead network path must not hold a script for
-// ever.
+// Asks `isComplete` every ten milliseconds until it says yes; blocks the thread. Raises HostError after two
+// minutes: a dead network path must not hold a script for ever.
 void WaitForReader(const std::function<bool()>& isComplete);
 
-// Starts reading anew and waits until every entry is complete, as WaitForReader does.
+// Starts reading anew and waits until every entry is complete, as WaitForReader does. The scope stays chosen
+// for later reads.
 void ReadToEnd(const Library& library, ReadScope scope);
 
-// A copy of every listed entry, in list order, without the files of their commands.
+// A copy of every listed entry, in list order, without the files of their commands: one state of the list,
+// under its lock.
 std::vector<ItemRecord> TakeSnapshot(const Library& library);
-// Fills ItemRecord::file; searching takes time and disk, so it is done only for entries that are shown.
+// Fills ItemRecord::file of entries with a command, empty where none is found; searching takes time and disk,
+// so it is done only for entries that are shown.
 void ResolveFiles(const Library& library, std::span<ItemRecord> items);
 // ReadToEnd of all locations, then a copy of every entry.
 std::vector<ItemRecord> ReadAllItems(const Library& library);
 
-// The listed entry of that location and name; empty when it has gone.
+// The listed entry of that location and name, compared unit by unit; empty when it has gone. It may leave the
+// list right after.
 ComPtr<IStartupItem> FindListedItem(const Library& library, std::int32_t location, std::wstring_view name);
 
 }  // namespace smh

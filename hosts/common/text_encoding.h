@@ -1,7 +1,8 @@
-// Text on its way between UTF-16 and bytes, and the escapes for what cannot be printed.
+// Text on its way between UTF-16 and bytes, and the escapes for what cannot be printed. Pure functions, for
+// any thread.
 //
-// Names in the registry are any sequence of UTF-16 units, unpaired surrogates and control characters among
-// them; none of these conversions loses a unit.
+// Names in the registry are any sequence of UTF-16 code units, unpaired surrogates and control characters
+// among them; nothing here that converts such a name loses a unit of it.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +14,9 @@ namespace smh {
 // One code point of a UTF-16 text; an unpaired surrogate is a code point of its own.
 struct CodePoint {
   std::uint32_t value;
-  std::size_t units;
+  std::size_t units;  // code units that it takes: 1 or 2
 };
-// `position` is inside the text.
+// `position` is a code unit inside the text; the second half of a pair counts as unpaired there.
 CodePoint CodePointAt(std::wstring_view text, std::size_t position) noexcept;
 // Calls `visit` with each code point's value and its part of the text, in order.
 template <typename Visit>
@@ -26,23 +27,28 @@ void ForEachCodePoint(std::wstring_view text, Visit&& visit) {
     i += point.units;
   }
 }
+// Whether the code point is half of a pair, which a well-formed text has no use for.
 bool IsSurrogate(std::uint32_t codePoint) noexcept;
 
-// UTF-8, with an unpaired surrogate as its own three bytes; the reverse function takes those back. Bytes
-// that are no UTF-8 become U+FFFD.
+// UTF-8, with an unpaired surrogate as three bytes of its own, as generalized UTF-8 (WTF-8) has it. The
+// reverse function takes those back; each byte that begins no code point becomes U+FFFD.
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);
 
-// For people: control characters, those that turn the direction of text, and unpaired surrogates as \u{1F}.
+// For people: control characters, marks that break lines or turn the direction of text, and unpaired
+// surrogates as \u{1f}.
 std::wstring Printable(std::wstring_view text);
-// As above, but line breaks stay: for messages.
+// As above, but line breaks and tabs stay: for messages.
 std::wstring PrintableLines(std::wstring_view text);
-// The escapes \uXXXX and \u{X...} replaced by their units; anything else stays, backslashes included.
+// The escapes \uXXXX and \u{X...}, up to 10FFFF, replaced by their code units; anything else stays,
+// backslashes included.
 std::wstring DecodeEscapes(std::wstring_view text);
 
-// Cells that a text takes on a console: East Asian wide characters take two, combining marks none.
+// Cells that a text takes on a console: East Asian wide characters take two, combining marks none. An
+// estimate by the blocks of Unicode; control characters count one.
 std::size_t DisplayWidth(std::wstring_view text) noexcept;
-// The text cut at its end, or at its beginning, to at most `width` cells, one of them an ellipsis.
+// The text cut at its end, or at its beginning, to at most `width` cells, one of them an ellipsis; empty for
+// a width of 0. No pair of surrogates is cut in two.
 std::wstring CutEnd(std::wstring_view text, std::size_t width);
 std::wstring CutBeginning(std::wstring_view text, std::size_t width);
 

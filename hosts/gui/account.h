@@ -7,19 +7,23 @@
 
 namespace smh {
 
+// The account of this process and the one of its session.
 struct Account {
   std::wstring name;         // "MACHINE\user"
   std::wstring sessionUser;  // who is logged on to the session; empty when that is unknown
   bool elevated = false;
 
-  // An administrator who runs the program in somebody else's session sees his own entries, not theirs.
+  // An administrator who runs the program in somebody else's session sees his own entries, not theirs. False
+  // when either name is unknown; without a domain on both sides only the users are compared.
   bool IsForeign() const noexcept;
 };
 
-// The libraries are loaded. Raises HostError.
+// Asks basekit.dll, which has to be loaded by now, and the session. Raises HostError when basekit.dll lacks
+// its service; a name that cannot be found out is empty.
 Account CurrentAccount();
 
-// Starts this program again with the rights of an administrator; false when the user declines.
+// Starts this program again with the rights of an administrator; false when the user declines or it cannot be
+// started. Blocks until the system's question is answered. This process goes on: the caller ends it.
 bool RestartElevated(HWND window);
 
 }  // namespace smh

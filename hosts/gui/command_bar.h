@@ -1,4 +1,4 @@
-// The tool bar: which commands it has, and whether they can be used now.
+// The tool bar: which commands it has, and whether they can be used now. For the window's thread.
 #pragma once
 
 #include "infra/runtime/scoped_image_list.h"
@@ -7,16 +7,22 @@
 
 namespace smh {
 
+// The control belongs to `parent`, which destroys it; the object owns its pictures and outlives the control.
 class CommandBar {
  public:
+  // Called once; SetDpi gives the bar its buttons.
   void Create(HWND parent);
   HWND Handle() const noexcept { return bar_; }
+  // Makes the buttons anew, all of them shown and enabled. The font is the caller's and lives until the next
+  // call.
   void SetDpi(int dpi, HFONT font);
+  // In pixels.
   int Height() const;
   // Greys what `canRun` denies.
   void Update(const std::function<bool(UINT command)>& canRun) const;
+  // Shows or hides one button, until the next SetDpi.
   void ShowButton(UINT command, bool show) const;
-  // Gives a tip its text; true when the notification was for one.
+  // Gives a tip its text; true when the notification was for a tip, of whichever control.
   static bool OnNotify(const NMHDR& header);
 
  private:

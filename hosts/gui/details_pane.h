@@ -1,4 +1,4 @@
-// Everything that is known about one entry, to read and to copy.
+// Everything that is known about one entry, to read and to copy. For the window's thread.
 #pragma once
 
 #include "hosts/common/item_record.h"
@@ -12,23 +12,29 @@
 
 namespace smh {
 
-// Names and texts in the order of display; what is empty is left out. `file` is the program that the command
-// starts.
+// Names and texts in the order of display, made printable; what is empty is left out. `file` is the program
+// that the command starts.
 std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
                                                              const std::wstring& file);
 
+// A heading and a list of properties. Both controls belong to `parent`, which destroys them; the object
+// outlives them.
 class DetailsPane {
  public:
   void Create(HWND parent);
   HWND Handle() const noexcept { return list_.Handle(); }
+  // Takes the area in pixels of the parent's client area.
   void Place(const RECT& area) const;
   void Show(bool show) const;
+  // The fonts are the caller's and live until the next call.
   void SetDpi(int dpi, const ViewFonts& fonts);
 
-  // Without an entry only the heading is shown.
+  // Copies what it shows of the entry. Without an entry only the heading is shown.
   void SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file);
-  // The selected texts, or all lines when none is selected.
+  // The value of the selected line, the selected lines as "name TAB value", or all lines when none is
+  // selected.
   std::wstring TextToCopy() const;
+  // As VirtualList::OnNotify.
   bool OnNotify(const NMHDR& header, LRESULT& result) { return list_.OnNotify(header, result); }
 
  private:

@@ -13,6 +13,7 @@ inline int Scaled(int size, int dpi) noexcept {
   return MulDiv(size, dpi, USER_DEFAULT_SCREEN_DPI);
 }
 
+// How ScopedResource owns a font.
 struct FontTraits {
   using Type = HFONT;
   static constexpr Type kNone = nullptr;
@@ -23,8 +24,10 @@ using ScopedFont = ScopedResource<FontTraits>;
 
 enum class FontKind { kNormal, kHeading };
 
-// The font of the user's message boxes; a heading is bold and larger.
+// The font of the user's message boxes at that resolution; a heading is bold and a quarter larger. Empty when
+// the system has none to give.
 ScopedFont MakeFont(int dpi, FontKind kind = FontKind::kNormal);
+// The height of a line in pixels, as `window` would draw it.
 int FontHeight(HWND window, HFONT font) noexcept;
 
 }  // namespace smh

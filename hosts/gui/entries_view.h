@@ -1,4 +1,6 @@
 // The view of start-up entries: the list, the details of the selected one, and what can be done with them.
+// Everything here runs on the window's thread; what asks the library is a task of the worker and shows its
+// answer later.
 #pragma once
 
 #include "hosts/gui/details_pane.h"
@@ -14,25 +16,38 @@
 
 namespace smh {
 
+// Shows copies of the entries, which OnNews keeps up to date; holds nothing of the library but its image
+// lists. The controls belong to `parent`, which destroys them.
 class EntriesView final : public View {
  public:
+  // `frame` outlives the view.
   EntriesView(HWND parent, const Frame& frame);
 
+  // Takes in what a look at the library's list has found, and moves the events out of it. Selection and
+  // scroll position stay with their entries.
   void OnNews(ListNews& news);
+  // Shows the entries of those locations only.
   void ShowLocations(const LocationSet& locations);
+  // Valid as long as the view; what it shows changes with every call that is not const.
   const EntryRows& Rows() const noexcept { return rows_; }
+  // Whether the list or its details were still being read at the last news; the ReadState of those.
   bool IsReading() const noexcept { return readState_ != kReadStateComplete; }
   std::int32_t ReadState() const noexcept { return readState_; }
-  // The library's images are about to go.
+  // The library's images are about to go: nothing is drawn with them from here on.
   void ForgetImages();
+  // Whether an entry that is shown can be neither switched nor deleted.
   bool HasLockedEntries() const;
 
+  // At 96 DPI, in the order of EntryColumns.
   std::vector<int> ColumnWidths() const { return list_.ColumnWidths(); }
   void SetColumnWidths(const std::vector<int>& widths) { list_.SetColumnWidths(widths); }
+  // A column beyond the last one is ignored.
   void SortBy(std::size_t column, bool descending);
+  // At 96 DPI; the height is kept within the view when it is placed.
   int DetailsHeight() const noexcept { return detailsHeight_; }
   void SetDetailsHeight(int height);
 
+  // See view.h.
   void Show(bool show) override;
   void Place(const RECT& area) override;
   void SetDpi(int dpi, const ViewFonts& fonts) override;

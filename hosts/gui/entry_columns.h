@@ -1,4 +1,4 @@
-// The columns of the list of entries.
+// The columns of the list of entries. Pure functions over copies, for any thread. Texts are printable.
 #pragma once
 
 #include "hosts/common/item_record.h"
@@ -8,23 +8,25 @@
 
 namespace smh {
 
+// A column's title, its first width, and its text for an entry.
 struct EntryColumn {
   const wchar_t* title;
   int width;  // at 96 DPI
   std::wstring (*text)(const ItemRecord& item);
 };
 
+// The columns with a picture.
 inline constexpr std::size_t kNameColumn = 0;
 inline constexpr std::size_t kRatingColumn = 3;
 
-// In their order on the screen.
+// In their order on the screen; valid for ever.
 std::span<const EntryColumn> EntryColumns() noexcept;
 
 // Whether the entry names a program that is not there.
 bool IsFileMissing(const ItemRecord& item) noexcept;
-// Whether neither its state nor its existence can be changed.
+// Whether neither its state nor its existence can be changed by this account.
 bool IsLocked(const ItemRecord& item) noexcept;
-// "On", "Off, file missing", ...
+// "On", "Off, file missing", "On, locked".
 std::wstring StatusText(const ItemRecord& item);
 // "Trusted", "Unknown", "Risky".
 std::wstring RatingText(const ItemRecord& item);

@@ -1,5 +1,5 @@
-// What the list of entries shows: a copy of all entries, the order, and what the filter leaves of them. Has
-// no window; used by one thread.
+// What the list of entries shows: a snapshot of all entries, their order, and what the filter leaves of them.
+// Has no window and takes no lock; used by one thread.
 #pragma once
 
 #include "hosts/gui/entry_columns.h"
@@ -32,32 +32,40 @@ using LocationSet = std::bitset<kLastLocation + 1>;
 // A row keeps its number for as long as its entry is listed, under whatever name.
 using RowId = std::uint64_t;
 
+// An entry with what searching and sorting compare.
 struct EntryRow {
   RowId id = 0;
   ItemRecord item;
   std::wstring searched;  // lower case
-  std::string sortKey;    // of the column that sorts
+  std::string sortKey;    // of the column that sorts; compares byte by byte
 };
 
+// Owns the rows. Every change rebuilds order and filter: pointers to rows stay valid until Apply, positions
+// until any change.
 class EntryRows {
  public:
-  // An entry that goes while one with the same location, caption and command comes has only changed its name,
-  // as it does when it is disabled: its row stays the same.
+  // Takes in the events of one look. An entry that goes while one with the same location, caption and command
+  // comes has only changed its name, as it does when it is disabled: its row stays the same.
   void Apply(std::vector<WatchEvent> events);
+  // Shows rows of those locations only; at first all.
   void ShowLocations(LocationSet locations);
-  // Shows rows that have every word of `text` somewhere, case ignored.
+  // Shows rows that have every word of `text` somewhere in what the user reads of them, case ignored; without
+  // words all.
   void Search(std::wstring_view text);
+  // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
   void Sort(std::size_t column, bool descending);
 
   std::size_t SortColumn() const noexcept { return column_; }
   bool Descending() const noexcept { return descending_; }
+  // All rows, and those of one location, whatever the filter shows.
   std::size_t Total() const noexcept { return rows_.size(); }
   std::size_t CountOf(std::int32_t location) const noexcept { return counts_[location]; }
   // The rows that are shown, in their order. Valid until the next change.
   const std::vector<const EntryRow*>& Shown() const noexcept { return shown_; }
 
+  // Of positions among those shown; one beyond the end is passed over.
   std::vector<RowId> IdsAt(const std::vector<std::size_t>& positions) const;
-  // The positions of those rows that are still shown.
+  // The positions of those rows that are still shown, in rising order.
   std::vector<std::size_t> PositionsOf(const std::set<RowId>& ids) const;
 
  private:

@@ -1,4 +1,4 @@
-// What the views need of the main window.
+// What the views need of the main window. For the window's thread.
 #pragma once
 
 #include "hosts/gui/account.h"
@@ -9,8 +9,9 @@
 
 namespace smh {
 
+// References to what the main window has or was given; all of it outlives the views.
 struct Frame {
-  HWND window = nullptr;
+  HWND window = nullptr;  // the owner of modal boxes; null until the window is made
   Worker& worker;
   const Account& account;
   // What can be done has changed, or what there is.
@@ -19,13 +20,13 @@ struct Frame {
   std::function<void(const std::wstring& text)> say;
 };
 
-// Modal boxes above the main window.
+// Modal boxes above the main window: messages are handled meanwhile, so whatever the caller holds may change.
 void ShowError(const Frame& frame, const std::wstring& text);
 bool Confirm(const Frame& frame, const std::wstring& question);
-// Says how an operation went: "Disabled 3 entries.", failures in a box.
+// Says how an operation went: "Disabled 3 entries." in the status bar, the first ten failures in a box.
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report);
 
-// False when that was not possible.
+// Replaces what is in the clipboard; false when that was not possible.
 bool CopyToClipboard(HWND window, const std::wstring& text) noexcept;
 
 }  // namespace smh

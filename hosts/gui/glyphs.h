@@ -5,6 +5,7 @@
 
 namespace smh {
 
+// In the order of the image list that MakeGlyphs makes.
 enum class Glyph {
   kNone = -1,
   kOn,
@@ -22,9 +23,10 @@ enum class Glyph {
 };
 inline constexpr int kGlyphCount = static_cast<int>(Glyph::kSave) + 1;
 
+// Coloured, or grey for a command that cannot be used now.
 enum class GlyphLook { kNormal, kGreyed };
 
-// Drawing is possible as long as one lives.
+// The start of GDI+: glyphs can be drawn as long as one object lives, and come out empty without.
 class GlyphDrawing {
  public:
   GlyphDrawing();
@@ -36,9 +38,9 @@ class GlyphDrawing {
   ULONG_PTR token_ = 0;
 };
 
-// All glyphs in their order.
+// All glyphs in their order, 16 pixels wide at 96 DPI.
 ScopedImageList MakeGlyphs(int dpi, GlyphLook look);
-// An empty and a ticked box.
+// An empty and a ticked box, of the same size.
 ScopedImageList MakeCheckImages(int dpi);
 
 }  // namespace smh

@@ -1,4 +1,6 @@
-// The library as the window uses it. Everything here runs on the worker's thread.
+// The library as the window uses it. Everything here runs on the worker's thread, on which it is also made
+// and destroyed; what it answers are copies, but for the image lists. What the library refuses raises
+// HostError unless it is said otherwise.
 #pragma once
 
 #include "hosts/common/client_record.h"
@@ -17,7 +19,7 @@
 
 namespace smh {
 
-// What a look at the list found.
+// What a look at the list found: the differences to the look before.
 struct ListNews {
   std::vector<WatchEvent> events;
   std::int32_t readState = kReadStateReading;
@@ -32,14 +34,16 @@ struct OperationReport {
   std::vector<std::wstring> failures;  // "Caption: what the library says"
 };
 
+// What is done to each of several entries, on the worker's thread and without the list's lock.
 struct EntryOperation {
-  ItemAction action;
+  ItemAction action;  // asked for first: an entry that does not allow it is a failure
   std::function<HRESULT(IStartupItem& item)> apply;
   // Whether the entry is by now what it has to be; none for an operation that changes no entry. An entry that
   // has gone has an index below 0.
   std::function<bool(IStartupItem& item)> hasHappened = {};
 };
 
+// The default programs, and the image lists of their collection.
 struct ProgramNews {
   std::vector<ClientRecord> programs;
   // The library's, valid until the programs are read anew.
@@ -47,40 +51,48 @@ struct ProgramNews {
   HIMAGELIST largeImages = nullptr;
 };
 
+// Comma-separated with a byte order mark, for spreadsheets, or JSON.
 enum class ExportFormat { kCsv, kJson };
 
 class LibrarySession {
  public:
-  // Loads the libraries. Raises HostError.
+  // Loads the libraries; nothing is read yet.
   LibrarySession();
   // Ends the process when a property sheet is open, since that is inside the library.
   ~LibrarySession();
 
-  // Starts reading anew.
+  // Starts reading anew; the library's reader does it.
   void Refresh(bool allLocations);
   // Compares the list with what was seen last; none when nothing has changed. While a Refresh is under way
-  // the old entries stay.
+  // the old entries stay. Takes the list's lock for that time, and the changed marks.
   std::optional<ListNews> Look();
   // Whether the list or its details are still being read.
   bool IsReading() const { return library_.Items().GetReadState() != kReadStateComplete; }
 
-  // Goes on behind a failure: every entry is tried.
+  // Tries every entry: the failure of one is a line of the report. Dialogs that the library would show are
+  // refused and count as failures.
   OperationReport Apply(std::span<const ItemRecord> items, const EntryOperation& operation) const;
-  // Empty when it went well, else what is wrong.
+  // Empty when it went well, else what is wrong: the library's refusal, or that the name was taken.
   std::wstring Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
-  // The locations, other than their own, that would take every one of the entries.
+  // The locations, other than their own, that would take every one of the entries; none when one of them has
+  // gone.
   LocationSet MoveTargets(std::span<const ItemRecord> items) const;
-  // Opens the property sheet of the entry's file. It may keep its thread as long as it is open, so it gets
-  // one of its own.
+  // Opens the property sheet of the entry's file, if it is still listed. The sheet may keep its thread as
+  // long as it is open, so it gets one of its own.
   void ShowFile(const ItemRecord& item) const;
+  // The file that a command line starts; empty when there is none.
   std::wstring ResolveFile(const std::wstring& command) const {
     return command.empty() ? std::wstring() : library_.ResolveCommandFile(command);
   }
-  // Raises HostError when the file cannot be written; what stood there is replaced only by a whole file.
+  // Finds the files of the entries and writes them as UTF-8. Raises HostError when the file cannot be
+  // written; what stood there is replaced only by a whole file, which is written as "`file`.part" before.
   void Export(std::vector<ItemRecord> items, ExportFormat format, const std::wstring& file) const;
+  // The journal of changes; valid as long as the session.
   const Journal& Changes() const noexcept { return journal_; }
-  // Reads the default programs and waits for them.
+  // Reads the default programs and blocks until their details are there, as ReadClients does. When it fails
+  // those read before stay.
   ProgramNews ReadPrograms();
+  // Valid as long as the session.
   const Library& Get() const noexcept { return library_; }
 
  private:

@@ -1,5 +1,5 @@
 // The tree at the left: all entries, the locations by group with the number of their entries, the other
-// views.
+// views. For the window's thread.
 #pragma once
 
 #include "hosts/gui/entry_rows.h"
@@ -13,24 +13,34 @@
 
 namespace smh {
 
+// The control belongs to `parent`, which destroys it.
 class LocationTree {
  public:
+  // Which view a node chooses.
   enum class Kind { kEntries, kPrograms, kUndo };
+  // One line of the tree: its view and, for entries, the locations that it shows.
   struct Node {
     Kind kind;
     LocationSet locations;
     std::wstring title;
     HTREEITEM item;
   };
+  // Told of every change of the selected node, by the user or by Select and Build. The node is valid until
+  // the next Build.
   using OnSelect = std::function<void(const Node& node)>;
 
   void Create(HWND parent, OnSelect onSelect);
   HWND Handle() const noexcept { return tree_; }
-  // Makes the nodes anew; what was selected stays so as long as it is there.
+  // Makes the nodes anew, for all locations or for those read by default; the node of the same title stays
+  // selected, else the first one is.
   void Build(bool allLocations);
+  // Writes the number of entries behind each title.
   void ShowCounts(const EntryRows& rows);
+  // The font is the caller's and lives until the next call.
   void SetDpi(int dpi, HFONT font) const;
+  // Selects the first node of that kind.
   void Select(Kind kind) const;
+  // Answers a notification; true when it was the tree's.
   bool OnNotify(const NMHDR& header);
 
  private:

@@ -1,4 +1,5 @@
 // The main window: tool bar and search box, the tree of locations, the view that it chose, the status bar.
+// Everything of it runs on the thread that made it.
 #pragma once
 
 #include "hosts/gui/account.h"
@@ -18,14 +19,19 @@
 
 namespace smh {
 
+// Owns the views, which see it as a Frame only. What it wants of the library it posts to the worker; answers
+// and news come back through the queue.
 class MainWindow final : public Window {
  public:
-  // Both live longer than the window.
+  // Both outlive the window. Raises HostError when the account cannot be found out.
   MainWindow(Worker& worker, UiQueue& queue);
+  // Drops what the queue still has for the window.
   ~MainWindow() override;
 
+  // Makes and shows the window as the user left it, and starts reading. Raises HostError when it cannot be
+  // made.
   void Open(int showCommand);
-  // Messages until the window is closed.
+  // Handles messages until the window is closed; an exception of a handler ends in a message box.
   void RunMessages();
 
  private:

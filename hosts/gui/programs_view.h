@@ -1,4 +1,5 @@
-// The view of default programs: what mail, media, browser and the like are opened with.
+// The view of default programs: what mail, media, browser and the like are opened with. For the window's
+// thread; the worker reads them.
 #pragma once
 
 #include "hosts/common/client_record.h"
@@ -12,15 +13,19 @@
 
 namespace smh {
 
+// Shows copies of the default programs; they are read when the view is first shown, and by Refresh. Holds
+// nothing of the library but the image lists of its collection.
 class ProgramsView final : public View {
  public:
+  // `frame` outlives the view, and `parent` destroys the control.
   ProgramsView(HWND parent, const Frame& frame);
 
-  // Reads them anew.
+  // Reads them anew; what is shown stays until the answer is there.
   void Refresh();
-  // The library's images are about to go.
+  // The library's images are about to go: nothing is drawn with them from here on.
   void ForgetImages() { list_.SetImages(nullptr); }
 
+  // See view.h.
   void Show(bool show) override;
   void Place(const RECT& area) override;
   void SetDpi(int dpi, const ViewFonts& fonts) override;

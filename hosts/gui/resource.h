@@ -1,4 +1,6 @@
-// Numbers that code and resources share. Tests find commands and controls by them.
+// Numbers that code and resources share: icon, menus and dialogs (below 100), commands (CMD_, from 100),
+// controls (IDC_: of the main window from 1001, of the dialogs from 1101). Tests find commands and controls
+// by them.
 #pragma once
 
 #define IDI_APPLICATION_ICON 1

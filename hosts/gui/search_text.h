@@ -5,7 +5,8 @@
 
 namespace smh {
 
-// By the system's rules for letters; what is searched in and what is searched for both pass through here.
+// By the system's rules for letters, code unit by code unit; what is searched in and what is searched for
+// both pass through here.
 std::wstring LowerCase(std::wstring text);
 
 }  // namespace smh

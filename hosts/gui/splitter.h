@@ -1,4 +1,4 @@
-// A bar between two panes that the user drags.
+// A bar between two panes that the user drags. For the window's thread.
 #pragma once
 
 #include "hosts/gui/window.h"
@@ -7,14 +7,17 @@
 
 namespace smh {
 
+// Moves nothing itself: whoever is told places the bar and the panes.
 class Splitter : public Window {
  public:
   enum class Direction { kLeftRight, kUpDown };
 
-  // `onDrag` gets the bar's new place, in the parent's coordinates.
+  // Makes the bar as a child of `parent`, which destroys it. `onDrag` gets the place of the mouse, in pixels
+  // of the parent's client area, and may be called until then. Raises HostError.
   void Open(HWND parent, Direction direction, std::function<void(int position)> onDrag);
 
-  static constexpr int kThickness = 5;  // at 96 DPI
+  // At 96 DPI.
+  static constexpr int kThickness = 5;
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -1,4 +1,5 @@
-// The view of past changes: what was changed when, what taking it back would mean, undo and redo.
+// The view of past changes: what was changed when, what taking it back would mean, undo and redo. For the
+// window's thread; the worker asks the journal.
 #pragma once
 
 #include "hosts/gui/frame.h"
@@ -12,18 +13,25 @@
 
 namespace smh {
 
+// Shows a snapshot of the journal's checkpoints, read when the view is shown, by Refresh and after every
+// undo.
 class UndoView final : public View {
  public:
+  // `frame` outlives the view, and `parent` destroys the controls.
   UndoView(HWND parent, const Frame& frame);
 
-  // Reads the journal anew.
+  // Reads the journal anew; what is shown stays until the answer is there.
   void Refresh();
-  // For the commands of the other views: the latest change, whichever is selected here.
+  // For the commands of the other views: the latest change, whichever is selected here. They ask the snapshot
+  // only.
   bool CanUndoLatest() const;
   bool CanRedoLatest() const;
+  // Start the undo or redo as a task. A conflict asks the user whether to overwrite; any other failure ends
+  // in a box.
   void UndoLatest();
   void RedoLatest();
 
+  // See view.h.
   void Show(bool show) override;
   void Place(const RECT& area) override;
   void SetDpi(int dpi, const ViewFonts& fonts) override;

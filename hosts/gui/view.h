@@ -1,4 +1,5 @@
-// One of the views that share the right side of the main window.
+// One of the views that share the right side of the main window. Everything here is called on the window's
+// thread, by the main window only.
 #pragma once
 
 #include <windows.h>
@@ -8,26 +9,35 @@
 
 namespace smh {
 
+// Owned by the main window, valid until the next SetDpi.
 struct ViewFonts {
   HFONT normal;
   HFONT heading;
 };
 
+// The controls are children of the main window, which destroys them.
 class View {
  public:
   virtual ~View() = default;
+  // Shows or hides all controls of the view; hidden views still get news and notifications.
   virtual void Show(bool show) = 0;
+  // Takes the view's area in pixels of the main window's client area; called before the view is seen and
+  // whenever that area changes.
   virtual void Place(const RECT& area) = 0;
+  // Called once before the first Place, and whenever the resolution changes.
   virtual void SetDpi(int dpi, const ViewFonts& fonts) = 0;
-  // The control that gets the focus with the view.
+  // The control that gets the focus with the view; borrowed.
   virtual HWND MainControl() const = 0;
-  // True when the notification was the view's.
+  // True when the notification was of one of the view's controls; `result` is then the answer to it.
   virtual bool OnNotify(const NMHDR& header, LRESULT& result) = 0;
+  // Whether a command (CMD_ in resource.h) means something now; asked often, so it only looks at what is
+  // shown.
   virtual bool CanRun(UINT command) const = 0;
-  // CanRun has said yes.
+  // CanRun has said yes. May ask the user in a dialog; what takes time is posted to the worker.
   virtual void Run(UINT command) = 0;
+  // Shows what has `text` in it, case ignored; everything for an empty text.
   virtual void Search(std::wstring_view text) = 0;
-  // "3 of 40 entries, 1 selected"
+  // For the status bar: "3 of 40 entries, 2 selected".
   virtual std::wstring CountText() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// A report list that draws its rows from somewhere else and keeps no copy of them.
+// A report list that draws its rows from somewhere else and keeps no copy of them. For the window's thread.
 #pragma once
 
 #include "infra/runtime/scoped_image_list.h"
@@ -9,12 +9,14 @@
 
 namespace smh {
 
+// A column's title and its first width.
 struct ListColumn {
   std::wstring title;
   int width;  // at 96 DPI
 };
 
-// Where rows come from, and who is told. Functions that are left empty mean "none".
+// Where rows come from, and who is told. Functions that are left empty mean "none". They are called on the
+// window's thread, with rows below Count, for as long as the control exists; `text` is required.
 struct ListSource {
   std::function<std::wstring(std::size_t row, std::size_t column)> text;
   std::function<int(std::size_t row, std::size_t column)> image;  // -1: none
@@ -26,30 +28,41 @@ struct ListSource {
   std::function<void()> onActivate;
 };
 
+// The control belongs to its parent, which destroys it; it refers to this object, which stays where it is and
+// outlives it. Create comes first, and SetDpi before the list is seen.
 class VirtualList {
  public:
+  // Makes the control, without rows; `id` is the control's number for notifications and tests.
   void Create(HWND parent, int id, std::vector<ListColumn> columns, ListSource source);
 
   HWND Handle() const noexcept { return list_; }
   std::size_t Count() const noexcept { return count_; }
-  // Keeps the position and draws anew.
+  // Tells how many rows the source has by now. Keeps selection and scroll position by row number, and draws
+  // anew.
   void SetCount(std::size_t count);
+  // Scales columns and check boxes. The font is the caller's and lives until the next call.
   void SetDpi(int dpi, HFONT font);
-  // The images are the owner's.
+  // The images are the owner's and live until the next call; null for none.
   void SetImages(HIMAGELIST images);
   void ShowSortArrow(std::size_t column, bool descending) const;
 
+  // The selected rows in rising order.
   std::vector<std::size_t> Selection() const;
-  // Tells onSelect once, when anything has changed.
+  // Makes exactly `rows` the selection and puts the focus on `focused`, unless that is beyond the last row.
+  // Tells onSelect once at the end, whether anything has changed or not.
   void Select(const std::vector<std::size_t>& rows, std::size_t focused);
+  // Tells onSelect.
   void SelectAll() const;
+  // The row with the focus; the greatest std::size_t when there is none.
   std::size_t Focused() const;
+  // The first row that is seen, and scrolling to make another one that.
   std::size_t TopRow() const;
   void ScrollTo(std::size_t topRow) const;
 
-  std::vector<int> ColumnWidths() const;  // at 96 DPI
+  // At 96 DPI. A width that is set is kept between 20 and 2000; widths beyond the last column are ignored.
+  std::vector<int> ColumnWidths() const;
   void SetColumnWidths(const std::vector<int>& widths);
-  // The selected rows as lines, their columns apart by tabs.
+  // The selected rows as lines with CRLF, their columns apart by tabs.
   std::wstring SelectedText() const;
 
   // Answers a notification that may be this list's; true when it was, with the answer in `result`.

@@ -1,4 +1,5 @@
-// A window of a class of this program's own, whose messages arrive in a member function.
+// A window of a class of this program's own, whose messages arrive in a member function. For the thread that
+// makes it.
 #pragma once
 
 #include <windows.h>
@@ -10,20 +11,26 @@ namespace smh {
 // In the captions of all windows.
 inline constexpr wchar_t kProgramTitle[] = L"Startup Manager";
 
-// The whole text of a window or control.
+// The whole text of a window or control of this thread.
 std::wstring TextOf(HWND window);
 
+// Owns the window. When something else destroys that first, its parent or WM_CLOSE, the handle is null from
+// then on.
 class Window {
  public:
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
+  // Null before Create, and after the window has gone.
   HWND Handle() const noexcept { return window_; }
 
  protected:
   Window() = default;
-  // Destroys the window if it still exists.
+  // Destroys the window if it still exists. By now OnMessage of the derived class is gone, so the window
+  // ought to have ended before: by WM_CLOSE or with its parent.
   virtual ~Window();
 
+  // How the window looks; the texts are read by Create only. A menu becomes the window's, a class is
+  // registered once.
   struct Look {
     const wchar_t* className;
     const wchar_t* title = L"";
@@ -33,9 +40,11 @@ class Window {
     HWND parent = nullptr;
     HMENU menu = nullptr;
   };
-  // Raises HostError.
+  // Makes the window; OnMessage gets its first messages before this returns. Raises HostError, also when
+  // handling WM_CREATE raised.
   void Create(const Look& look);
-  // Exceptions end in a message box.
+  // Answers a message, by DefWindowProcW what it does not know; not called for the window's first and last.
+  // Exceptions end in a message box and answer 0; for WM_CREATE the window is then not made.
   virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
 
  private:

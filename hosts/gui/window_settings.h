@@ -1,4 +1,5 @@
-// How the user left the window: kept per user, beside the other settings of this program.
+// How the user left the window: kept per user, in the key of this program beside the other settings. A value
+// is a REG_SZ of decimal numbers with a blank between two; their meaning and unit are the caller's.
 #pragma once
 
 #include <windows.h>
@@ -8,9 +9,10 @@
 
 namespace smh {
 
-// Numbers under a name; sizes are for 96 DPI. Empty when they were never saved or are of no use.
+// The numbers under that name. Empty when they were never saved or are of no use: not `count` of them, or one
+// beyond 100000.
 std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count);
-// A failure only means that the next start shows the old ones.
+// A failure is ignored: the next start shows the old ones.
 void SaveNumbers(const wchar_t* name, const std::vector<int>& numbers);
 
 }  // namespace smh

@@ -16,29 +16,35 @@
 
 namespace smh {
 
+// Owns the thread and, on it, the library session. Made and destroyed by the window's thread, and outlives
+// the window.
 class Worker {
  public:
+  // Runs on the worker's thread; the session is valid inside the call.
   using Task = std::function<void(LibrarySession& session)>;
-  // Both run on the window's thread.
+  // Both run on the window's thread: the differences that a look has found, to be moved out, and why a task
+  // or look has failed.
   struct Events {
     std::function<void(ListNews& news)> onNews;
     std::function<void(const std::wstring& text)> onFailure;
   };
 
-  // Returns when the libraries are loaded. Raises HostError.
+  // Returns when the libraries are loaded. Raises HostError with what that raised. The queue outlives the
+  // worker.
   explicit Worker(UiQueue& queue);
-  // Waits for the task at work. A reader that hangs on a dead path is not waited for: the process ends then.
+  // Waits for the task at work; those behind it are dropped. A reader that hangs on a dead path is not waited
+  // for longer than ten seconds: the process ends then.
   ~Worker();
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
 
-  // Called once, before the first task.
+  // Called once by the window's thread, before that runs the queue.
   void Listen(Events events) { events_ = std::move(events); }
-  // Tasks run one after the other; one that raises HostError is a failure. A look at the list follows each. A
-  // task may still run when the window has gone: it must not refer to anything of the window's.
+  // Any thread. Tasks run one after the other; what one raises goes to onFailure. A look at the list follows
+  // each. A task may still run when the window has gone: it must not refer to anything of the window's.
   void Post(Task task);
-  // Posts `question` as a task and hands what it answers to `answer`, which runs on the window's thread as
-  // long as the window is there.
+  // Posts `question` as a task and hands a copy of what it answers to `answer`, which runs on the window's
+  // thread as long as the window is there. When `question` raises, onFailure is told instead.
   template <typename Question, typename Answer>
   void Ask(Question question, Answer answer) {
     Post([this, question = std::move(question), answer = std::move(answer)](LibrarySession& session) {

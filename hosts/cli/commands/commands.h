@@ -32,16 +32,20 @@ enum CommandOption : std::uint32_t {
   kTakesUndoMode = 1 << 17,    // --show --force
 };
 
+// One row of the table of commands. Texts are ASCII literals; the parser takes them as they are.
 struct Command {
   std::string_view name;
   std::string_view help;
-  std::uint32_t options;
-  // Raises HostError when it fails.
+  std::uint32_t options;  // bits of CommandOption
+  // Does the whole command on the calling thread and blocks until it is done; the result is on standard
+  // output. Raises HostError when it fails.
   void (*run)(const Arguments& arguments);
 };
 
+// In the order of --help; valid for ever.
 std::span<const Command> AllCommands() noexcept;
 
+// What the rows of AllCommands run; each stands with its options there.
 void RunList(const Arguments& arguments);
 void RunShow(const Arguments& arguments);
 void RunEnable(const Arguments& arguments);
