@@ -5,7 +5,7 @@
 
 namespace smh {
 
-// Lower case, each with its dot.
+// Lower case, each with its dot, in the order in which they are tried.
 inline constexpr std::wstring_view kExecutableExtensions[] = {
     L".com", L".exe", L".bat", L".cmd", L".pif", L".scr", L".cpl", L".msc", L".msi",
     L".vbs", L".vbe", L".js",  L".jse", L".wsf", L".wsh", L".hta", L".ps1",

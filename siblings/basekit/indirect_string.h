@@ -7,6 +7,7 @@
 
 namespace smh {
 
+// The file and, as the shell counts them, an index or (negative) an identifier of a resource in it.
 struct IndirectString {
   std::wstring file;
   std::int32_t number = 0;

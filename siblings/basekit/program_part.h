@@ -8,14 +8,14 @@
 namespace smh {
 
 // Tells whether a full path on a drive names a file, on disk or behind the redirection of 64-bit Windows.
+// What it raises passes.
 using FileTest = std::function<bool(const std::wstring& path)>;
 
 // The program as it stands in the command (references unexpanded), without quotes and blanks at its ends:
 // - after a leading quote, the text up to the next quote or the end;
 // - else the first prefix that ends at a blank or the end, is at most 260 units long and whose expanded text
-// has
-//   a folder part on a drive and names a file, as it is or with an executable extension. Network paths are
-//   never tested: a dead one would hold the caller;
+//   has a folder part on a drive and names a file, as it is or with an executable extension. Network paths
+//   are never tested: a dead one would hold the caller;
 // - else the text up to the first executable extension that a blank or the end follows;
 // - else the text up to the first blank.
 std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists);

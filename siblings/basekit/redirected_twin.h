@@ -1,4 +1,4 @@
-// The folders that 64-bit Windows redirects for 32-bit programs, and the paths behind them.
+// The folders that 64-bit Windows redirects for 32-bit programs (WOW64), and the paths behind them.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,8 @@
 
 namespace smh {
 
-// Both with a trailing backslash.
+// A folder as this process names it and another name that reaches its other side. Both with a trailing
+// backslash.
 struct FolderTwin {
   std::wstring folder;
   std::wstring twin;
@@ -21,10 +22,11 @@ std::vector<FolderTwin> GatherFolderTwins();
 // `path` with the first row's folder that begins it replaced by its twin, ignoring case; empty without such a
 // row.
 std::wstring RedirectedTwin(std::wstring_view path, std::span<const FolderTwin> twins);
-// Whether `path` or its twin names a file. The rows are gathered by the first call and kept.
+// Whether `path` or its twin names a file. The rows are gathered by the first call and kept; any thread may
+// call between start and stop. Asks the disk.
 bool FileOrTwinExists(const std::wstring& path);
 
-// Module start-up and shut-down of the rows.
+// Module start-up and shut-down of the rows, each called once by the module's table of steps.
 void StartFolderTwins();
 void StopFolderTwins() noexcept;
 

@@ -1,5 +1,6 @@
-// The objects behind basekit's services. None has state of its own: see version_cache.h and
-// redirected_twin.h.
+// The objects behind basekit's services; intf_general.h has their contracts. Any thread may call: none has
+// state of its own, see version_cache.h and redirected_twin.h. No exception leaves a slot: it becomes the
+// answer, and the thread's error info.
 #pragma once
 
 #include "core/contracts/service_object.h"

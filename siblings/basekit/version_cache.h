@@ -1,4 +1,4 @@
-// Version records of files. A file's strings are asked for one after another, so the last few records are
+// Version records of files. A file's strings are asked for one after another, so the last four records are
 // kept.
 #pragma once
 
@@ -19,10 +19,12 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-// Any thread may call it.
+// Any thread may call it; two that ask for the same new file may both read it.
 class VersionCache {
  public:
-  // Never null; the record of a file that is missing or has none is empty. `path` may be relative.
+  // Never null; the record of a file that is missing or has none is empty. `path` may be relative. The record
+  // stays as it is for as long as anybody holds it. Reads the file when it is not among the last ones or has
+  // changed since.
   std::shared_ptr<const VersionRecord> Get(const std::wstring& path);
 
  private:
@@ -37,11 +39,13 @@ class VersionCache {
   std::size_t oldest_ = 0;
 };
 
-// The version record of a file, read anew.
+// The version record of a file, read anew; empty without one. A bare name would be looked for in the system's
+// search folders: callers give a full path.
 VersionRecord ReadVersionRecord(const std::wstring& path);
 
-// The module's cache, which lives from start-up to shut-down.
+// The module's cache, which lives from start-up to shut-down; only then may it be asked for.
 VersionCache& ModuleVersionCache() noexcept;
+// Each called once by the module's table of steps.
 void StartVersionCache();
 void StopVersionCache() noexcept;
 

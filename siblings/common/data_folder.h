@@ -1,4 +1,5 @@
-// The product's folder below the user's application data.
+// The product's folder below the user's application data. The shell is asked for folders: not while a module
+// is loaded or unloaded. Any thread may call.
 #pragma once
 
 #include <string>
@@ -13,8 +14,8 @@ std::wstring ShellFolder(int csidl);
 std::wstring DataFolder();
 // The same below another folder of the shell, by CSIDL.
 std::wstring ProductFolder(int csidl);
-// Makes every missing folder of a path that ends in a backslash. A failure shows in the first use of the
-// folder.
+// Makes every missing folder of a path that ends in a backslash, with the rights that each inherits. A
+// failure shows in the first use of the folder.
 void MakeFolders(const std::wstring& folder);
 
 }  // namespace smh

@@ -5,6 +5,7 @@
 
 namespace smh {
 
+// Never change them: settings and journals of earlier versions lie under these names.
 inline constexpr std::wstring_view kVendorName = L"Quillmark";
 inline constexpr std::wstring_view kProductName = L"Startup Manager";
 

@@ -1,5 +1,5 @@
 // The content of deleted and replaced files, each once, under its hash: "Blobs\<hash>" in the journal's
-// folder.
+// folder, <hash> being SHA-256 in lower-case hexadecimal digits. Sizes are bytes.
 #pragma once
 
 #include "siblings/guardkit/journal_folder.h"
@@ -10,26 +10,33 @@
 
 namespace smh {
 
+// Knows folders only and keeps nothing open; any number may be made of one journal.
 class BlobStore {
  public:
-  // The folder must outlive it. The caller holds the journal's lock whenever it keeps or removes something.
+  // The folder must outlive it: it holds the path in place. The caller has the journal's lock whenever it
+  // keeps or removes something.
   explicit BlobStore(const JournalFolder& folder) : folder_(folder.File(L"Blobs\\")), root_(folder.Path()) {}
 
-  // Reads an open file to its end and answers what it holds; nothing is kept.
+  // Reads an open file from where it stands to its end and answers size and hash; nothing is kept. Raises
+  // EOSError.
   static StreamState Measure(HANDLE file);
-  // The same, and the content is on the disk under its hash when this returns. Raises EOSError.
+  // The same, and the content is on the disk under its hash when this returns. Raises EOSError. Content that
+  // is kept already and whole is not written again.
   StreamState Keep(HANDLE file) const;
   // Appends the content to an open file. Raises EOSError: ERROR_FILE_NOT_FOUND when it is not there,
   // ERROR_CRC when it is not what was kept.
   void CopyTo(const StreamState& stream, HANDLE file) const;
 
+  // Of all contents; those that cannot be listed count nothing.
   std::uint64_t TotalSize() const;
-  // Removes every content but these.
+  // Removes every content but these; one that cannot be removed stays.
   void RemoveAllBut(const std::set<ContentHash>& used) const;
 
-  // A new name for a file that is being made in the journal's folder.
+  // The full path of a new name for a file that is being made, in the journal's folder; unique among the
+  // running processes.
   std::wstring StagingFile() const;
-  // Removes what processes that died left half made.
+  // Removes what processes that died left half made. Under the journal's lock: nobody else is making one
+  // then.
   void RemoveStagingFiles() const noexcept;
 
  private:

@@ -11,20 +11,23 @@
 namespace smh {
 
 // Any thread may call it. A checkpoint belongs to the thread that began it and is touched by that thread
-// only.
+// only; when that has ended, by the next one that begins, which leaves it without an end.
 class Checkpoints {
  public:
   Checkpoints() = default;
-  // What is still open stays without an end.
+  // What is still open stays without an end and counts as interrupted. No other thread may be inside a call.
   ~Checkpoints();
   Checkpoints(const Checkpoints&) = delete;
   Checkpoints& operator=(const Checkpoints&) = delete;
 
-  // Begins nest: the outermost one opens and names the checkpoint. Raises EOSError.
+  // Begins nest: the outermost one opens and names the checkpoint, and waits up to ten seconds for the
+  // journal's lock, which the thread then has until the last end. Raises EOSError when the journal cannot be
+  // locked or written; there is nothing to end then.
   void Begin(std::wstring_view title);
-  // False when this thread has none. The last end closes the checkpoint.
+  // False when this thread has none. The last end closes the checkpoint, which writes to the disk, and gives
+  // the journal's lock back.
   bool End() noexcept;
-  // This thread's checkpoint; null when it has none.
+  // This thread's checkpoint, valid until its last end; null when it has none.
   OpenCheckpoint* Current() noexcept;
 
  private:
@@ -43,9 +46,10 @@ class Checkpoints {
 };
 
 // The checkpoint in which a call of this thread is recorded: the open one, or one of its own for this call.
+// For a scope of one thread.
 class ScopedRecording {
  public:
-  // Raises EOSError.
+  // As Checkpoints::Begin; `checkpoints` outlives the scope. Raises EOSError.
   explicit ScopedRecording(Checkpoints& checkpoints);
   ~ScopedRecording() { checkpoints_.End(); }
   ScopedRecording(const ScopedRecording&) = delete;
@@ -57,7 +61,8 @@ class ScopedRecording {
   Checkpoints& checkpoints_;
 };
 
-// The process's object, and its making and freeing at module start and stop.
+// The process's object, which lives from module start to stop, and its making and freeing by the module's
+// table of steps.
 Checkpoints& ProcessCheckpoints() noexcept;
 void StartCheckpoints();
 void StopCheckpoints() noexcept;

@@ -1,4 +1,4 @@
-// SHA-256, from the system.
+// SHA-256 (FIPS 180-4), from the system.
 #pragma once
 
 #include "siblings/guardkit/format/journal_steps.h"
@@ -10,9 +10,10 @@
 
 namespace smh {
 
+// One hash under way; one thread at a time.
 class ContentHasher {
  public:
-  // All raise EOSError.
+  // This, Add and Finish raise EOSError with ERROR_INTERNAL_ERROR when the system refuses.
   ContentHasher();
   ~ContentHasher();
   ContentHasher(const ContentHasher&) = delete;

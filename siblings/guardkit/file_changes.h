@@ -1,5 +1,6 @@
-// Changes of files, each recorded in a checkpoint before it is made. Paths are full. Answers are the system's
-// statuses; what keeps a change from being recorded raises EOSError, and the change is not made then.
+// Changes of files, each recorded in a checkpoint before it is made. For the thread that opened the
+// checkpoint, and with it has the journal's lock. Paths are full. Answers are Win32 statuses; what keeps a
+// change from being recorded raises EOSError, and the change is not made then.
 //
 // A file never stands half written in its folder: it is made elsewhere on the volume and gets there by one
 // rename.
@@ -10,13 +11,15 @@
 
 namespace smh {
 
-// Never replaces a file: ERROR_ALREADY_EXISTS. Another volume is reached by a copy, which is on the disk
-// before the source is deleted. What comes from the product's folder of temporary shortcuts counts as made,
-// and what goes there as deleted: an undo leaves nothing in that folder.
+// Never replaces a file: ERROR_ALREADY_EXISTS. Another volume is reached by a copy, which is on the disk and
+// compared before the source is deleted. What comes from the product's folder of temporary shortcuts counts
+// as made, and what goes there as deleted: an undo leaves nothing in that folder.
 LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to);
+// Keeps the content first, and writes the registry changes of the checkpoint through to the disk.
+// ERROR_FILE_NOT_FOUND when there is no such file.
 LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file);
-// Without `overwrite` an existing file stays: ERROR_FILE_EXISTS. A file that is overwritten keeps its access
-// rights.
+// Content, streams, times and attributes. Without `overwrite` an existing file stays: ERROR_FILE_EXISTS. A
+// file that is overwritten keeps its access rights; a new one gets those of its folder.
 LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
                      bool overwrite);
 

@@ -7,6 +7,7 @@
 
 namespace smh {
 
+// FILETIME is that number in two halves; every value has one of the other kind.
 inline std::uint64_t NumberOf(const FILETIME& time) noexcept {
   return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }

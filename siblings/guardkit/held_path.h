@@ -9,6 +9,8 @@
 
 namespace smh {
 
+// Owns a handle to each folder. A folder that this process may not list is checked, but not held: nobody
+// without rights there gets to replace it.
 class HeldPath {
  public:
   // Opens every folder of a full path (a trailing backslash does not matter) from the volume's root on; with

@@ -1,5 +1,7 @@
 // The files of checkpoints: "00000012.open" from the begin on, "00000012.journal" once the checkpoint is
 // finished.
+//
+// What stands in them: format/journal_format.h. Failures raise EOSError unless it is said otherwise.
 #pragma once
 
 #include "siblings/guardkit/journal_folder.h"
@@ -17,32 +19,36 @@ struct JournalName {
   bool closed = false;
   std::uint64_t size = 0;
 
+  // The name without folder: eight decimal digits and the extension.
   std::wstring FileName() const;
 };
 
-// By id. Raises EOSError.
+// By id, whatever stands in the files. Other files in the folder are passed over.
 std::vector<JournalName> ListJournals(const JournalFolder& folder);
-// None for a file that has gone or is no journal. Raises EOSError when it cannot be read.
+// None for a file that has gone, is no journal or is another checkpoint's. What stands behind a torn record
+// is left out. Needs no lock: a checkpoint that is being written is read as far as it got.
 std::optional<JournalContents> ReadJournal(const JournalFolder& folder, const JournalName& name);
-// Takes an interrupted checkpoint out of those that are named at every start.
+// Takes an interrupted checkpoint out of those that are named at every start. The caller holds the journal's
+// lock; a failure leaves it among them.
 void CloseJournal(const JournalFolder& folder, std::uint32_t id) noexcept;
 
-// A checkpoint being written. The caller holds the journal's lock. Whatever could not be written whole is
-// taken back, or the file takes no more records.
+// A checkpoint being written, by one thread, which holds the journal's lock. Whatever could not be written
+// whole is taken back, or the file takes no more records.
 class JournalFile {
  public:
-  // Makes the file; its header is on the disk when this returns. Raises EOSError.
+  // Makes the file; its header is on the disk when this returns, or no file is left.
   JournalFile(const JournalFolder& folder, const CheckpointHeader& header);
 
   std::uint32_t Id() const noexcept { return name_.id; }
   std::uint32_t StepCount() const noexcept { return steps_; }
 
-  // The step's number; the record is on the disk when this returns. Raises EOSError.
+  // Answers the step's number in the checkpoint, from 0; the record is on the disk when this returns.
   std::uint32_t AppendStep(const Step& step);
-  // Without flushing: a mark that is lost only makes the undo look closer.
+  // Notes the Win32 status that step `number` ended with. Without flushing: a mark that is lost only makes
+  // the undo look closer.
   void AppendMark(std::uint32_t number, LSTATUS status) noexcept;
   // Ends and closes the file; one without steps is deleted unless `evenEmpty`. Nothing else may be called
-  // afterwards.
+  // afterwards. When the end cannot be written the checkpoint counts as interrupted.
   void Finish(bool evenEmpty = false) noexcept;
 
  private:

@@ -19,32 +19,38 @@ enum class JournalKind {
   kUser,     // the same below the user's own
 };
 
+// What decides about the journal: what the calling thread's token, or the process's, is a member of.
 struct TokenFacts {
   bool isSystem = false;
   bool isService = false;
   bool isAdministrator = false;  // enabled, not only a member
 };
 
+// What cannot be told counts as not being a member.
 TokenFacts ReadTokenFacts() noexcept;
+// The machine's journal for SYSTEM, services and elevated administrators, else the user's.
 JournalKind JournalKindOf(const TokenFacts& token) noexcept;
-// With a trailing backslash. Raises EOSError when the shell gives no folder.
+// With a trailing backslash, whether it exists or not. Raises EOSError when the shell gives no folder.
 std::wstring JournalPath(JournalKind kind);
 
-// The SID of the user whose HKEY_CURRENT_USER this process has, as text. Raises EOSError.
+// The SID of the user whose token the calling thread or else the process has, as text ("S-1-5-21-...").
+// Raises EOSError.
 std::wstring CurrentUserSid();
 
-// The journal's folder, checked and held in place.
+// The journal's folder. The machine's is checked, and held in place as long as the object lives, see
+// HeldPath; the user's is neither.
 class JournalFolder {
  public:
   // Makes the folder when it is missing. Raises EOSError, access denied among others: the folder of the
   // machine's journal is refused when somebody else owns it or has any right to it, or when a folder of its
   // path is a reparse point.
   static JournalFolder Open();
-  // None when there is no journal yet.
+  // None when there is no journal yet; refused like above.
   static std::optional<JournalFolder> OpenExisting();
 
   // With a trailing backslash.
   const std::wstring& Path() const noexcept { return path_; }
+  // The full path of a file in it.
   std::wstring File(const std::wstring& name) const { return path_ + name; }
 
  private:

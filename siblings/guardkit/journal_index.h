@@ -1,4 +1,5 @@
-// The checkpoints of the journal and what has become of them.
+// The checkpoints of the journal and what has become of them: a snapshot, read without holding the journal's
+// lock unless the caller does.
 #pragma once
 
 #include "siblings/guardkit/journal_file.h"
@@ -9,6 +10,7 @@
 
 namespace smh {
 
+// One checkpoint with all of its steps.
 struct IndexedCheckpoint {
   JournalName name;
   JournalContents contents;
@@ -20,12 +22,14 @@ struct IndexedCheckpoint {
 // Oldest first; files that are no journals are left out. Whether an unfinished one is still open is told by
 // trying the journal's lock, unless the caller holds it: then none is. Raises EOSError.
 std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld);
-// The interrupted ones among them, without reading those that were closed.
+// The interrupted ones that have steps and were not undone, oldest first, without reading those that were
+// closed. Raises EOSError.
 std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder);
 
-// Null when there is none.
+// Null when there is none, here and below; the answer points into `index`.
 const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
-// The newest of a user that may be undone next: not undone yet, and no undo itself unless it was interrupted.
+// The newest of a user, by SID, that may be undone next: with steps, not undone yet, and no undo itself
+// unless it was interrupted.
 const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
                                           const std::wstring& user);
 // The checkpoint whose undo brings `id` back: the one that undid it, or `id` itself when that is an undo.

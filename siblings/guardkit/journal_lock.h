@@ -10,12 +10,15 @@
 
 namespace smh {
 
+// Has the lock from making to destruction, which may be on different threads.
 class JournalLock {
  public:
-  // How long a change waits for another one before it is refused.
+  // How long a change waits for another one before it is refused, in milliseconds.
   static constexpr DWORD kPatience = 10'000;
 
-  // Raises EOSError ERROR_LOCK_VIOLATION when another checkpoint is open all the while.
+  // Waits up to `patience` milliseconds, asking every 15. Raises EOSError: ERROR_LOCK_VIOLATION when another
+  // checkpoint is open all the while, another code when the lock's file cannot be opened. Not recursive: a
+  // thread that has it waits for itself in vain.
   JournalLock(const JournalFolder& folder, DWORD patience);
 
  private:

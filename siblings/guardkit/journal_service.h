@@ -1,4 +1,4 @@
-// The journal as hosts reach it.
+// The journal as hosts reach it; intf_journal.h has the contract. Without state, for any thread.
 #pragma once
 
 #include "core/contracts/service_object.h"
@@ -6,6 +6,8 @@
 
 namespace smh {
 
+// Lists and reports are snapshots with one reference, the caller's. No exception leaves a slot: it becomes
+// the answer, and the thread's error info.
 class JournalService final : public ServiceObject<IJournal> {
  public:
   HRESULT STDMETHODCALLTYPE GetCheckpoints(ICheckpointList** list) override;

@@ -7,6 +7,8 @@
 
 extern "C" {
 
+// As Windows documents them for drivers (ZwQueryKey and so on), here on handles of registry keys. Sizes are
+// bytes; names are counted.
 NTSTATUS NTAPI NtQueryKey(HANDLE key, int informationClass, void* information, ULONG size, ULONG* needed);
 NTSTATUS NTAPI NtSetValueKey(HANDLE key, UNICODE_STRING* name, ULONG titleIndex, ULONG type, const void* data,
                              ULONG size);

@@ -13,22 +13,26 @@
 
 namespace smh {
 
+// For one thread, which has the journal's lock from making to destruction.
 class OpenCheckpoint {
  public:
-  // `undoes` is the checkpoint that this one takes back, 0 for an ordinary one. Raises EOSError when the
-  // journal cannot be locked or written: nothing may be changed then.
+  // `undoes` is the checkpoint that this one takes back, 0 for an ordinary one. Waits up to ten seconds for
+  // the journal's lock. Raises EOSError when the journal cannot be locked or written: nothing may be changed
+  // then.
   explicit OpenCheckpoint(std::wstring_view title, std::uint32_t undoes = 0);
   // Finishes it, and lets go of the oldest ones when there are too many (never for one that undoes another).
   ~OpenCheckpoint();
 
+  // Its number in the journal, and how many steps it has by now.
   std::uint32_t Id() const noexcept { return file_.Id(); }
   std::uint32_t StepCount() const noexcept { return file_.StepCount(); }
+  // Both valid as long as the checkpoint.
   const JournalFolder& Folder() const noexcept { return folder_; }
   const BlobStore& Blobs() const noexcept { return blobs_; }
 
   // Writes the step down, makes the change, and notes what became of it. `change` answers a Win32 status and
   // either happens as a whole or not at all. Raises EOSError, before the change, when the step cannot be
-  // written.
+  // written. The status is the answer.
   template <typename Change>
   LSTATUS Record(const Step& step, Change&& change) {
     const std::uint32_t number = file_.AppendStep(step);
@@ -37,10 +41,11 @@ class OpenCheckpoint {
     return status;
   }
 
-  // A place where something was written: it may be the target of what is deleted next.
+  // The place (registry_place.h) of a key where something was written: it may be the target of what is
+  // deleted next.
   void NoteWrite(const std::wstring& place);
   // Writes every hive that this checkpoint wrote to through to the disk, but the one that lies in `place`,
-  // whose order the system keeps. Raises EOSError.
+  // whose order the system keeps; all for an empty place. Raises EOSError.
   void FlushBeforeDelete(const std::wstring& place);
 
   // Leaves it without an end: it counts as interrupted from now on, unless nothing was changed in it.

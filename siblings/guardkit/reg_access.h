@@ -1,4 +1,5 @@
-// The registry half of the backup service: every change of a key or value is made here.
+// The registry half of the backup service: every change of a key or value is made here. intf_safeguard.h has
+// the contract.
 #pragma once
 
 #include "core/contracts/service_object.h"
@@ -6,6 +7,7 @@
 
 namespace smh {
 
+// Without state, for any thread. No exception leaves a slot: it becomes a Win32 status.
 class RegAccess final : public ServiceObject<IRegAccess> {
  public:
   LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,

@@ -1,25 +1,29 @@
-// Changes of the registry, each recorded in a checkpoint before it is made. Answers are the system's
-// statuses; what keeps a change from being recorded raises EOSError, and the change is not made then.
+// Changes of the registry, each recorded in a checkpoint before it is made. For the thread that opened the
+// checkpoint, and with it has the journal's lock. Answers are Win32 statuses; what keeps a change from being
+// recorded raises EOSError, and the change is not made then.
 #pragma once
 
 #include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 
-// The key must be open for reading too.
+// The key must be open for reading too. A value that has that state already is written again, without a step.
 LSTATUS SetValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstring& name,
                          const ValueState& value);
+// Writes what the checkpoint changed in other hives through to the disk first. ERROR_FILE_NOT_FOUND when
+// there is no such value.
 LSTATUS DeleteValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstring& name);
 
 // Makes the missing levels of a path that does not exist, each as a step of its own, and opens the last one
-// with `access`, whose view bits hold for all levels.
+// with `access`, whose view bits hold for all levels. The caller closes `*key`, which is set on success only.
 LSTATUS CreateKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& path, REGSAM access,
                           HKEY* key);
-// One level. `like` gives its class.
+// One level, with the class of `like` and nothing else of it. `*key` as above.
 LSTATUS CreateLevelRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& level, REGSAM access,
                             const KeyState& like, HKEY* key);
 
-// A key without subkeys, in the view of the bits. A registry link is refused: ERROR_NOT_SUPPORTED.
+// A key without subkeys, in the view of the bits: ERROR_ACCESS_DENIED for one that has any. Its values and
+// security are recorded with it. A registry link is refused: ERROR_NOT_SUPPORTED.
 LSTATUS DeleteKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& path, REGSAM viewBits);
 
 }  // namespace smh

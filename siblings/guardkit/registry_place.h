@@ -1,4 +1,6 @@
-// Keys by their real place, and the way back to them.
+// Keys by their real place, and the way back to them. A place is a text like
+// "HKEY_USERS\S-1-5-21-...\Software\Vendor": a root and levels in the 64-bit view, the same for every
+// process. For any thread.
 #pragma once
 
 #include "infra/runtime/handle.h"
@@ -13,19 +15,21 @@ namespace smh {
 // HKEY_USERS.
 std::wstring PlaceOf(HKEY key);
 
-// Opens a place level by level. Empty for a missing key. Raises EOSError; ERROR_CANT_ACCESS_FILE when a level
-// is a registry link, which is never followed.
+// Opens a place level by level, with `access` and the right to read values. Empty for a missing key and for a
+// bare root. Raises EOSError; ERROR_CANT_ACCESS_FILE when a level is a registry link, which is never
+// followed, ERROR_NOT_SUPPORTED for a text that is no place.
 ScopedKey OpenPlace(const std::wstring& place, REGSAM access);
 
-// The place without its last level, and that level.
+// The place without its last level, empty for a bare root, and that level.
 std::wstring ParentPlace(const std::wstring& place);
 std::wstring LastLevel(const std::wstring& place);
 
-// The hive that a place lies in: what one flush writes to the disk.
+// The hive that a place lies in, its root and first level: what one flush writes to the disk.
 std::wstring HiveOf(const std::wstring& place);
 // Whether a user with that SID has a say about the place: it is the machine's or lies in his own hives.
 bool IsOwnPlace(const std::wstring& place, const std::wstring& sid);
-// Whether the last level may be made again: no hive, and nothing that the system makes for its views.
+// Whether the last level may be made again: no hive, and not Wow6432Node, which the system makes for its
+// views.
 bool MayMakeKey(const std::wstring& place);
 
 }  // namespace smh

@@ -1,4 +1,5 @@
-// The backup service: checkpoints, file changes, and the way to registry changes.
+// The backup service: checkpoints, file changes, and the way to registry changes. intf_safeguard.h has the
+// contract.
 #pragma once
 
 #include "core/contracts/service_object.h"
@@ -6,8 +7,11 @@
 
 namespace smh {
 
+// Without state of its own, for any thread: checkpoints are kept by thread, see checkpoints.h. No exception
+// leaves a slot: it becomes a Win32 status. Paths are completed by the current folder.
 class Safeguard final : public ServiceObject<ISafeguard> {
  public:
+  // `regAccess` is the module's object and lives as long.
   explicit constexpr Safeguard(IRegAccess& regAccess) noexcept : regAccess_(regAccess) {}
 
   HRESULT STDMETHODCALLTYPE GetRegAccess(IRegAccess** access) override;

@@ -8,7 +8,8 @@
 
 namespace smh {
 
-// What `call` answers, or the status that the exception which left it stands for.
+// What `call` answers, or the status that the exception which left it stands for: the code of an EOSError,
+// ERROR_OUTOFMEMORY, or ERROR_INTERNAL_ERROR for any other.
 template <typename Call>
 LSTATUS GuardedStatus(Call&& call) noexcept {
   try {

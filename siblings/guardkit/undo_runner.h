@@ -6,11 +6,13 @@
 
 namespace smh {
 
+// What became, or would become, of one step, and what that means in words.
 struct UndoneStep {
   StepOutcome outcome = StepOutcome::kNothing;
   std::wstring text;
 };
 
+// What IUndoReport answers, and the slot's result.
 struct UndoResult {
   HRESULT status = S_OK;
   std::uint32_t checkpoint = 0;
@@ -21,7 +23,9 @@ struct UndoResult {
 
 enum class Direction { kUndo, kRedo };
 
-// As IJournal's slots. This thread has no checkpoint open. Raises EOSError when the journal cannot be read.
+// As IJournal's slots, for a thread that has no checkpoint open. kShow waits for no lock; the others have the
+// journal's while they plan and change. Refusals are the result's status. Raises EOSError when the journal
+// cannot be read, locked or written: nothing was changed then.
 UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode);
 
 }  // namespace smh

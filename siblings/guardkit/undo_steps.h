@@ -10,7 +10,8 @@
 
 namespace smh {
 
-// The registry and the files as they are. Reads raise EOSError for what belongs to another user than `sid`.
+// The registry and the files as they are. Reads raise EOSError for what cannot be looked at, and for a key
+// that is not `sid`'s own (ERROR_ACCESS_DENIED). Any thread may call.
 class LiveSystem final : public SystemState {
  public:
   explicit LiveSystem(std::wstring sid) : sid_(std::move(sid)) {}
@@ -27,10 +28,11 @@ class LiveSystem final : public SystemState {
 };
 
 // Brings back what was before the step, over whatever is there. The caller has planned it: the step is the
-// user's own, and is in conflict only when forced. Raises EOSError when the system refuses.
+// user's own, and is in conflict only when forced. For the thread that opened the checkpoint. Raises EOSError
+// when the system refuses; what was changed until then is recorded.
 StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict);
 
-// For people: "Restore the value ...".
+// For people: "Restore the value ...". Names come as they are, not yet printable.
 std::wstring DescribeUndo(const Step& step);
 
 }  // namespace smh

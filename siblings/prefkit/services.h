@@ -1,4 +1,6 @@
-// The objects behind prefkit's services. They hold nothing: every question reads the registry.
+// The objects behind prefkit's services; intf_settings.h has their contracts. They hold nothing: every
+// question reads the registry, so any thread may call and sees the settings of the moment. They are DWORD
+// values of "Software\Quillmark\Startup Manager\Settings\<host file>" of the current user.
 #pragma once
 
 #include "core/contracts/service_object.h"
@@ -6,6 +8,7 @@
 
 namespace smh {
 
+// What cannot be read answers its default. `hostFileName` may have a folder, which does not count.
 class ApplicationSettings final : public ServiceObject<IApplicationSettings> {
  public:
   BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) override;
@@ -15,6 +18,7 @@ class ApplicationSettings final : public ServiceObject<IApplicationSettings> {
 
 class Settings final : public ServiceObject<ISettings> {
  public:
+  // `application` is the module's object and lives as long.
   explicit constexpr Settings(ApplicationSettings& application) noexcept : application_(application) {}
 
   HRESULT STDMETHODCALLTYPE Reserved1() override;

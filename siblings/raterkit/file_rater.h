@@ -1,4 +1,4 @@
-// The object behind raterkit's service.
+// The object behind raterkit's service; intf_FileRater.h has the contract.
 #pragma once
 
 #include "core/contracts/service_object.h"
@@ -6,6 +6,7 @@
 
 namespace smh {
 
+// Any thread may call. What cannot be rated, for whatever reason, is unknown.
 class FileRater final : public ServiceObject<IFileRater> {
  public:
   std::int32_t STDMETHODCALLTYPE RateFile(const wchar_t* name) override;
@@ -13,7 +14,8 @@ class FileRater final : public ServiceObject<IFileRater> {
   std::int32_t STDMETHODCALLTYPE RateCompany(const wchar_t* company) override;
 };
 
-// Module start-up and shut-down of the ratings.
+// Module start-up and shut-down of the ratings, each called once by the module's table of steps; the files
+// are read on first use.
 void StartRatings();
 void StopRatings() noexcept;
 

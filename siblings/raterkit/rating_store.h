@@ -9,12 +9,14 @@
 
 namespace smh {
 
-// A rating file and what was read from it.
+// A rating file and what was read from it. Used under the store's lock.
 class RatingFile {
  public:
+  // `path` is full; an empty one is a file that does not exist.
   explicit RatingFile(std::wstring path) : path_(std::move(path)) {}
 
-  // The current ratings; none without a readable file.
+  // The ratings by now, valid until the next call; none without a file. A file that cannot be read keeps the
+  // ratings read before. Asks the disk.
   const RatingTable& Table();
 
  private:
@@ -33,11 +35,14 @@ class RatingFile {
   RatingTable table_;
 };
 
-// Any thread may call it.
+// Any thread may call it. Every question asks the disk whether a file has changed.
 class RatingStore {
  public:
+  // Reads nothing yet.
   RatingStore(std::wstring userFile, std::wstring defaultFile);
 
+  // By the company of a version record, or by a file's name without folder; kRatingUnknown when neither file
+  // lists it.
   FileRating OfCompany(std::wstring_view company);
   FileRating OfFile(std::wstring_view name);
 

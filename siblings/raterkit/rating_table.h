@@ -12,14 +12,18 @@
 
 namespace smh {
 
-// The text of a file: UTF-16 of either byte order by its byte-order mark, else UTF-8 with or without one.
+// The text of a file: UTF-16 of either byte order by its byte order mark, else UTF-8 with or without one.
+// Bytes that are neither are replaced.
 std::wstring DecodeText(std::string_view bytes);
 
+// Constant once it is made.
 class RatingTable {
  public:
   RatingTable() = default;
+  // Reads the text of a file, any text; lines that make no sense are passed over.
   explicit RatingTable(std::wstring_view text);
 
+  // None for a name that is not listed. Case and blanks around the name do not count.
   std::optional<FileRating> OfCompany(std::wstring_view company) const { return Find(companies_, company); }
   std::optional<FileRating> OfFile(std::wstring_view name) const { return Find(files_, name); }
 

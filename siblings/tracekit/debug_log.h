@@ -7,9 +7,9 @@
 
 namespace smh {
 
-// One line per call: local time, thread, two blanks per method that the thread has entered, and
-// "> name(args) [context]", "< [context]" or the message. Line ends and other control characters become
-// blanks.
+// Any thread may call. One line per call: local time, thread, two blanks per method that the thread has
+// entered (forty at most), and "> name(args) [context]", "< [context]" or the message. Line ends and other
+// control characters become blanks. A line that cannot be written is the failure of its call.
 class DebugLog final : public ServiceObject<IDebugLog> {
  public:
   HRESULT STDMETHODCALLTYPE EnterMethod(const void* context, const wchar_t* name, const wchar_t* const* args,
@@ -19,7 +19,8 @@ class DebugLog final : public ServiceObject<IDebugLog> {
   HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t enabled) override;
 };
 
-// Module start-up and shut-down of the trace's file, switch and nesting.
+// Module start-up and shut-down of the trace's file, switch and nesting, each called once by the module's
+// table of steps.
 void StartTrace();
 void StopTrace() noexcept;
 

@@ -9,11 +9,12 @@
 
 namespace smh {
 
-// Any thread may call it.
+// Any thread may call it; lines of several processes do not mix.
 class TraceFile {
  public:
   // Appends one line, which holds no line end, and makes folders and file with the first one. Raises
-  // EOSError, and the next line tries to open the file again.
+  // EOSError: a file that could not be opened is tried again with the next line, one that could not be
+  // written to stays open.
   void Append(std::wstring_view line);
 
  private:
