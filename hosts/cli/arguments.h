@@ -13,6 +13,7 @@ namespace smh {
 // A table for people, or --json or --csv for programs.
 enum class OutputFormat { kTable, kJson, kCsv };
 
+// The members by the options that fill them. Texts are as they were given, unit by unit.
 struct Arguments {
   std::vector<std::wstring> items;      // ITEM..., or the COMMANDLINE of `resolve`
   std::vector<std::int32_t> locations;  // --location

@@ -16,6 +16,8 @@ struct ItemFilter {
   std::vector<std::int32_t> locations;  // empty: all that were read
   std::optional<bool> enabled;          // none: in either state
 
+  // Whether the entry is in a location that was named, and in the state that was named; what was not named
+  // does not matter.
   bool Shows(const ItemRecord& item) const;
   // What has to be read. Naming a location that is not read by default is reason enough to read all.
   ReadScope Scope() const;

@@ -10,6 +10,7 @@ namespace smh {
 // cannot be set, dialogs open as usual.
 class DialogBlocker {
  public:
+  // Begins to refuse, and forgets what was refused before. May be nested.
   DialogBlocker() noexcept;
   ~DialogBlocker();
   DialogBlocker(const DialogBlocker&) = delete;

@@ -21,6 +21,7 @@ std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& i
 // outlives them.
 class DetailsPane {
  public:
+  // Makes the controls, hidden and without an entry. Called once; SetDpi comes before Place.
   void Create(HWND parent);
   HWND Handle() const noexcept { return list_.Handle(); }
   // Takes the area in pixels of the parent's client area.

@@ -22,6 +22,7 @@ struct FontTraits {
 };
 using ScopedFont = ScopedResource<FontTraits>;
 
+// For texts and for headings.
 enum class FontKind { kNormal, kHeading };
 
 // The font of the user's message boxes at that resolution; a heading is bold and a quarter larger. Empty when

@@ -23,6 +23,7 @@ struct EntryKey {
   auto operator<=>(const EntryKey&) const = default;
 };
 
+// The identity of the entry that the record was read from.
 inline EntryKey KeyOf(const ItemRecord& item) {
   return {item.location, item.name};
 }
@@ -55,6 +56,7 @@ class EntryRows {
   // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
   void Sort(std::size_t column, bool descending);
 
+  // An index of EntryColumns, and the direction: what Sort was told last.
   std::size_t SortColumn() const noexcept { return column_; }
   bool Descending() const noexcept { return descending_; }
   // All rows, and those of one location, whatever the filter shows.

@@ -29,6 +29,7 @@ enum class GlyphLook { kNormal, kGreyed };
 // The start of GDI+: glyphs can be drawn as long as one object lives, and come out empty without.
 class GlyphDrawing {
  public:
+  // A failure shows in glyphs that are empty.
   GlyphDrawing();
   ~GlyphDrawing();
   GlyphDrawing(const GlyphDrawing&) = delete;

@@ -54,6 +54,7 @@ struct ProgramNews {
 // Comma-separated with a byte order mark, for spreadsheets, or JSON.
 enum class ExportFormat { kCsv, kJson };
 
+// Owns the library, loaded for as long as it lives, and what has been seen of its list.
 class LibrarySession {
  public:
   // Loads the libraries; nothing is read yet.

@@ -29,6 +29,7 @@ class LocationTree {
   // the next Build.
   using OnSelect = std::function<void(const Node& node)>;
 
+  // Makes the tree without nodes. Called once; `onSelect` is kept as long as the object.
   void Create(HWND parent, OnSelect onSelect);
   HWND Handle() const noexcept { return tree_; }
   // Makes the nodes anew, for all locations or for those read by default; the node of the same title stays

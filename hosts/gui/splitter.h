@@ -10,6 +10,7 @@ namespace smh {
 // Moves nothing itself: whoever is told places the bar and the panes.
 class Splitter : public Window {
  public:
+  // How the bar moves: between panes that lie side by side, or one above the other.
   enum class Direction { kLeftRight, kUpDown };
 
   // Makes the bar as a child of `parent`, which destroys it. `onDrag` gets the place of the mouse, in pixels

@@ -35,6 +35,7 @@ class VirtualList {
   // Makes the control, without rows; `id` is the control's number for notifications and tests.
   void Create(HWND parent, int id, std::vector<ListColumn> columns, ListSource source);
 
+  // Null before Create.
   HWND Handle() const noexcept { return list_; }
   std::size_t Count() const noexcept { return count_; }
   // Tells how many rows the source has by now. Keeps selection and scroll position by row number, and draws

@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// IHelper, over environment.h, version_cache.h, indirect_string.h, ole_date.h and user.h.
 class Helper final : public ServiceObject<IHelper> {
  public:
   HRESULT STDMETHODCALLTYPE GetWindowsFolder(BoundaryText* folder) override;
@@ -29,6 +30,7 @@ class Helper final : public ServiceObject<IHelper> {
                                               std::uint32_t count, BoundaryText* texts) override;
 };
 
+// IGlobals, over the names of siblings/common/product.h and this module's own version record.
 class Globals final : public ServiceObject<IGlobals> {
  public:
   HRESULT STDMETHODCALLTYPE Reserved1() override;
@@ -37,6 +39,7 @@ class Globals final : public ServiceObject<IGlobals> {
   HRESULT STDMETHODCALLTYPE GetProductVersion(BoundaryText* version) override;
 };
 
+// IShellHelper, over program_part.h and redirected_twin.h.
 class ShellHelper final : public ServiceObject<IShellHelper> {
  public:
   HRESULT STDMETHODCALLTYPE GetSpecialFolder(std::int32_t csidl, std::uint32_t flags,
@@ -46,6 +49,7 @@ class ShellHelper final : public ServiceObject<IShellHelper> {
   HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) override;
 };
 
+// IShellDialogsHelper. Initializes COM for the calling thread while a call needs it.
 class ShellDialogsHelper final : public ServiceObject<IShellDialogsHelper> {
  public:
   HRESULT STDMETHODCALLTYPE Initialize() override;

@@ -19,6 +19,7 @@ class ContentHasher {
   ContentHasher(const ContentHasher&) = delete;
   ContentHasher& operator=(const ContentHasher&) = delete;
 
+  // Goes on with these bytes, of any number.
   void Add(std::span<const std::byte> bytes);
   // Once, after everything was added.
   ContentHash Finish();

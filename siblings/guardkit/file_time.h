@@ -12,6 +12,7 @@ inline std::uint64_t NumberOf(const FILETIME& time) noexcept {
   return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
 
+// The way back.
 inline FILETIME FileTimeOf(std::uint64_t number) noexcept {
   return {static_cast<DWORD>(number), static_cast<DWORD>(number >> 32)};
 }

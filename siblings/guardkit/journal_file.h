@@ -39,6 +39,7 @@ class JournalFile {
   // Makes the file; its header is on the disk when this returns, or no file is left.
   JournalFile(const JournalFolder& folder, const CheckpointHeader& header);
 
+  // Its number, and how many steps were appended so far.
   std::uint32_t Id() const noexcept { return name_.id; }
   std::uint32_t StepCount() const noexcept { return steps_; }
 

@@ -14,6 +14,7 @@
 
 namespace smh {
 
+// Whose journal it is.
 enum class JournalKind {
   kMachine,  // "Quillmark\Startup Manager\Journal" below the common application data
   kUser,     // the same below the user's own

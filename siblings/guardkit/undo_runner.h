@@ -21,6 +21,7 @@ struct UndoResult {
   std::vector<UndoneStep> steps;
 };
 
+// Taking a checkpoint back, or taking its undo back.
 enum class Direction { kUndo, kRedo };
 
 // As IJournal's slots, for a thread that has no checkpoint open. kShow waits for no lock; the others have the

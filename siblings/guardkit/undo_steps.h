@@ -14,6 +14,7 @@ namespace smh {
 // that is not `sid`'s own (ERROR_ACCESS_DENIED). Any thread may call.
 class LiveSystem final : public SystemState {
  public:
+  // `sid` is the user's who undoes.
   explicit LiveSystem(std::wstring sid) : sid_(std::move(sid)) {}
 
   ValueState Value(const std::wstring& key, const std::wstring& name) override;

@@ -16,6 +16,7 @@ class ApplicationSettings final : public ServiceObject<IApplicationSettings> {
   DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) override;
 };
 
+// Hands out the settings, one reference for the caller.
 class Settings final : public ServiceObject<ISettings> {
  public:
   // `application` is the module's object and lives as long.
