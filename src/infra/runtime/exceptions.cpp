@@ -1,11 +1,11 @@
 #include "infra/runtime/exceptions.h"
 
-#include "infra/runtime/format.h"
-
 namespace smh {
 
+// Put together by hand: formatting raises one of these exceptions and builds upon this unit.
 EOSError::EOSError(DWORD code)
-    : Exception(Format(L"System Error.  Code: %d.\r\n%s", static_cast<int>(code), SystemErrorText(code))),
+    : Exception(L"System Error.  Code: " + std::to_wstring(static_cast<int>(code)) + L".\r\n" +
+                SystemErrorText(code)),
       code_(code) {}
 
 EOleSysError::EOleSysError(HRESULT result)
