@@ -2,7 +2,10 @@
 
 #include "clients/client_details.h"
 #include "clients/client_keys.h"
+#include "infra/runtime/catch_failure.h"
 #include "sysutil/version/uWinVersionInfo.h"
+
+#include <utility>
 
 namespace smh {
 
@@ -11,13 +14,7 @@ namespace {
 // Runs what may fail for one key or entry without harm to the others.
 template <typename Body>
 void LogFailure(Body&& body) {
-  try {
-    body();
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
-    LogCurrentException();
-  }
+  CatchFailure(std::forward<Body>(body), LogCurrentException);
 }
 
 }  // namespace

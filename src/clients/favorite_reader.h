@@ -10,7 +10,7 @@ namespace smh {
 class FavoriteReader {
  public:
   // Lives on `thread`.
-  FavoriteReader(FavoriteList& list, const ReaderThread& thread) noexcept : list_(list), thread_(thread) {}
+  FavoriteReader(FavoriteList& list, const ParkableThread& thread) noexcept : list_(list), thread_(thread) {}
 
   // Returns when the reader was asked to end. A failure that nothing below has caught is logged and survived.
   void Execute() noexcept;
@@ -24,7 +24,7 @@ class FavoriteReader {
   void WaitForWork();
 
   FavoriteList& list_;
-  const ReaderThread& thread_;
+  const ParkableThread& thread_;
 };
 
 }  // namespace smh

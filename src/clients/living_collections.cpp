@@ -7,40 +7,32 @@
 
 namespace smh {
 
-namespace {
-
-struct Living {
+struct LivingCollections {
   // Guards the list. Taken alone.
   CriticalSection lock;
   std::vector<LivingCollection*> collections;
 };
 
-Living* g_living = nullptr;
-
-}  // namespace
+constinit ModuleGlobal<LivingCollections> g_livingCollections(L"living_collections");
 
 LivingCollection::LivingCollection() {
-  ScopedLock lock(g_living->lock);
-  g_living->collections.push_back(this);
+  ScopedLock lock(g_livingCollections->lock);
+  g_livingCollections->collections.push_back(this);
 }
 
 LivingCollection::~LivingCollection() {
-  ScopedLock lock(g_living->lock);
-  std::erase(g_living->collections, this);
+  ScopedLock lock(g_livingCollections->lock);
+  std::erase(g_livingCollections->collections, this);
 }
 
-void StartLivingCollections() {
-  g_living = new Living();
-}
-
-void StopLivingCollectionsAtUnload(StopMode& mode) noexcept {
+void EndCollectionsAtUnload(StopMode& mode) noexcept {
   // Held by a thread that is making or ending a collection: it would never get to run again.
-  if (!g_living->lock.TryEnter()) {
+  if (!g_livingCollections->lock.TryEnter()) {
     mode = StopMode::kUnloadBroken;
     return;
   }
-  const std::vector<LivingCollection*> collections = std::exchange(g_living->collections, {});
-  g_living->lock.Leave();
+  const std::vector<LivingCollection*> collections = std::exchange(g_livingCollections->collections, {});
+  g_livingCollections->lock.Leave();
   const DWORD since = GetTickCount();
   for (LivingCollection* const collection : collections) collection->Reader().AskToPark();
   for (LivingCollection* const collection : collections) {
@@ -48,7 +40,6 @@ void StopLivingCollectionsAtUnload(StopMode& mode) noexcept {
   }
   if (mode != StopMode::kUnload) return;
   for (LivingCollection* const collection : collections) collection->Destroy();
-  delete std::exchange(g_living, nullptr);
 }
 
 }  // namespace smh

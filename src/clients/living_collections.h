@@ -1,7 +1,7 @@
 // Every collection that lives, so that their readers can be ended when the module is unloaded.
 #pragma once
 
-#include "infra/runtime/module_steps.h"
+#include "infra/runtime/module_global.h"
 #include "model/parkable_thread.h"
 
 namespace smh {
@@ -12,7 +12,7 @@ class LivingCollection {
   LivingCollection(const LivingCollection&) = delete;
   LivingCollection& operator=(const LivingCollection&) = delete;
 
-  virtual ReaderThread& Reader() noexcept = 0;
+  virtual ParkableThread& Reader() noexcept = 0;
   // Called at unload, its reader ended: no call of the host can reach the collection any more.
   virtual void Destroy() noexcept = 0;
 
@@ -21,9 +21,12 @@ class LivingCollection {
   virtual ~LivingCollection();
 };
 
-void StartLivingCollections();
+struct LivingCollections;
+extern ModuleGlobal<LivingCollections> g_livingCollections;
+
 // At unload, with the loader's lock held: every reader is asked to park, and ended parked. Those that do not
-// get there within the time limit, which all share, are ended where they stand, which breaks the mode.
-void StopLivingCollectionsAtUnload(StopMode& mode) noexcept;
+// get there within the time limit, which all share, are ended where they stand, which breaks the mode. In an
+// unbroken mode the collections are destroyed.
+void EndCollectionsAtUnload(StopMode& mode) noexcept;
 
 }  // namespace smh

@@ -8,8 +8,15 @@
 #include "infra/log/uAxDebug.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/uStatisticsLog.h"
+#include "infra/runtime/com_ptr.h"
+#include "infra/runtime/module_global.h"
+#include "model/checkpoint.h"
+#include "model/image_lists.h"
+#include "model/item_list.h"
+#include "model/reader_state.h"
 #include "model/reading.h"
 #include "model/uLocationStartup.h"
+#include "model/version_texts.h"
 #include "shelllink/desktop_folder.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -17,13 +24,13 @@
 
 #include <ole2.h>
 
-#include <utility>
-
 namespace smh {
 
 namespace {
 
-IStartupManager* g_manager = nullptr;
+// None until it is asked for; its end releases it.
+using ManagerReference = ComPtr<IStartupManager>;
+constinit ModuleGlobal<ManagerReference> g_manager(L"module_start");
 
 // A stop that enters no lock and frees nothing once a thread was ended where it stood.
 template <void (*Stop)() noexcept>
@@ -31,48 +38,36 @@ void UnlessBroken(StopMode& mode) noexcept {
   if (mode == StopMode::kUnload) Stop();
 }
 
-void StartNothing() {}
-
-void StopNothing(StopMode&) noexcept {}
-
 void StartOle() {
   // A host that chose the other threading model already is none of our business, and what it initialised is
   // not ours to undo.
   OleInitialize(nullptr);
 }
 
-void StartManager() {
-  g_manager = nullptr;
-}
-
-void ReleaseManager() noexcept {
-  if (IStartupManager* const manager = std::exchange(g_manager, nullptr)) manager->Release();
-}
-
-// The reader first: it may hold a lock that the manager's end needs, and wait for the loader's, which is held
-// during an unload, itself.
-void StopReaderAndManager(StopMode& mode) noexcept {
-  StopReaderAtUnload(mode);
-  UnlessBroken<ReleaseManager>(mode);
-}
-
 constexpr ModuleStep kSteps[] = {
     {L"sibling libraries", StartLibraryList, UnlessBroken<StopLibraryList>},
-    {L"OLE", StartOle, StopNothing},
+    // Left initialised: the thread that unloads the module need not be the one that loaded it.
+    {L"OLE", StartOle, nullptr},
     {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
     {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
-    {L"Windows version", StartWinVersionInfo, UnlessBroken<StopWinVersionInfo>},
-    {L"windows", StartNothing, UnlessBroken<StopWindowsExt>},
-    {L"command lines", StartFileUtils, UnlessBroken<StopFileUtils>},
-    {L"shell links", StartShellLink, UnlessBroken<StopShellLink>},
-    {L"debug log", StartDebugLog, UnlessBroken<StopDebugLog>},
-    {L"statistics log", StartStatisticsLog, UnlessBroken<StopStatisticsLog>},
-    {L"items", StartStartupItem, UnlessBroken<StopStartupItem>},
-    {L"locations and reader", StartLocations, UnlessBroken<FreeLocations>},
-    {L"location classes", RegisterLocationClasses, StopNothing},
-    {L"manager", StartManager, StopReaderAndManager},
+    {L"Windows version", nullptr, UnlessBroken<ForgetWinVersionInfo>},
+    {L"windows", nullptr, UnlessBroken<ForgetWindowsExt>},
+    StepOf<g_fileCaches>(L"command lines"),
+    StepOf<g_desktopFolder>(L"shell links"),
+    StepOf<g_debugMode>(L"debug log"),
+    StepOf<g_statisticsLog>(L"statistics log"),
+    StepOf<g_versionTexts>(L"version texts"),
+    StepOf<g_items>(L"items"),
+    StepOf<g_itemIcons>(L"image lists"),
+    StepOf<g_locations>(L"locations"),
+    {L"location classes", RegisterLocationClasses, nullptr},
+    StepOf<g_checkpointTexts>(L"checkpoint texts"),
+    StepOf<g_manager>(L"manager"),
+    // Stopped before the manager: the reader may hold a lock that the manager's end needs, and wait for the
+    // loader's, which is held during an unload, itself.
+    StepOf<g_reader, EndReaderAtUnload>(L"reader"),
     // Stopped first, for the same reason as the reader.
-    {L"default programs", StartLivingCollections, StopLivingCollectionsAtUnload},
+    StepOf<g_livingCollections, EndCollectionsAtUnload>(L"default programs"),
 };
 
 }  // namespace
@@ -82,8 +77,9 @@ std::span<const ModuleStep> ModuleSteps() noexcept {
 }
 
 IStartupManager* Manager() {
-  if (g_manager == nullptr) g_manager = new TStartupManager();
-  return g_manager;
+  ManagerReference& manager = *g_manager;
+  if (!manager) manager = ManagerReference::Adopt(new TStartupManager());
+  return manager.Get();
 }
 
 }  // namespace smh

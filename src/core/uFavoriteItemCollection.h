@@ -28,12 +28,12 @@ class TFavoriteItemCollection final : public ComObject<IFavoriteItemCollection>,
   // Ends the reader and waits for it.
   ~TFavoriteItemCollection() override;
 
-  ReaderThread& Reader() noexcept override { return reader_; }
+  ParkableThread& Reader() noexcept override { return reader_; }
   // At process exit, where the reader is gone wherever it was, nothing is destroyed.
   void Destroy() noexcept override;
 
   FavoriteList list_;
-  ReaderThread reader_;
+  ParkableThread reader_;
 };
 
 }  // namespace smh

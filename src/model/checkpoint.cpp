@@ -5,8 +5,9 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 
+#include <algorithm>
 #include <array>
-#include <utility>
+#include <iterator>
 
 namespace smh {
 
@@ -18,24 +19,26 @@ constexpr const wchar_t* kDefaultTexts[] = {
     L"Startup Manager: Enabling %s", L"Startup Manager: Disabling %s", L"Startup Manager: Changing %s",
 };
 
+}  // namespace
+
 struct CheckpointTexts {
+  CheckpointTexts() { std::ranges::copy(kDefaultTexts, texts.begin()); }
+
   // Guards the texts. A leaf.
   CriticalSection lock;
   std::array<std::wstring, std::size(kDefaultTexts)> texts;
 };
 
-CheckpointTexts* g_texts = nullptr;
-
-}  // namespace
+constinit ModuleGlobal<CheckpointTexts> g_checkpointTexts(L"checkpoint");
 
 std::wstring CheckpointText(ChangeKind kind) {
-  ScopedLock lock(g_texts->lock);
-  return g_texts->texts[static_cast<std::size_t>(kind)];
+  ScopedLock lock(g_checkpointTexts->lock);
+  return g_checkpointTexts->texts[static_cast<std::size_t>(kind)];
 }
 
 void SetCheckpointText(ChangeKind kind, std::wstring_view text) {
-  ScopedLock lock(g_texts->lock);
-  g_texts->texts[static_cast<std::size_t>(kind)] = text;
+  ScopedLock lock(g_checkpointTexts->lock);
+  g_checkpointTexts->texts[static_cast<std::size_t>(kind)] = text;
 }
 
 std::wstring CheckpointTitle(ChangeKind kind, std::wstring_view itemName) {
@@ -54,15 +57,6 @@ void BeginCheckpoint(ChangeKind kind, std::wstring_view itemName) {
 void EndCheckpoint() noexcept {
   // Begin fetched the service, so this cannot fail to find it.
   DLLGlobals::Safeguard().EndCheckpoint();
-}
-
-void StartCheckpointTexts() {
-  g_texts = new CheckpointTexts();
-  for (std::size_t i = 0; i < std::size(kDefaultTexts); ++i) g_texts->texts[i] = kDefaultTexts[i];
-}
-
-void StopCheckpointTexts() noexcept {
-  delete std::exchange(g_texts, nullptr);
 }
 
 }  // namespace smh

@@ -1,6 +1,8 @@
 // Backup checkpoints around changes, and the six texts that title them.
 #pragma once
 
+#include "infra/runtime/module_global.h"
+
 #include <string>
 #include <string_view>
 
@@ -36,7 +38,8 @@ class [[nodiscard]] ScopedCheckpoint {
   const bool active_;
 };
 
-void StartCheckpointTexts();
-void StopCheckpointTexts() noexcept;
+// The six texts; every module start has the defaults.
+struct CheckpointTexts;
+extern ModuleGlobal<CheckpointTexts> g_checkpointTexts;
 
 }  // namespace smh

@@ -4,7 +4,6 @@
 #include "model/item_details.h"
 
 #include <iterator>
-#include <utility>
 
 namespace smh {
 
@@ -18,33 +17,29 @@ constexpr FixedIcon kFixedIcons[] = {
 };
 static_assert(std::size(kFixedIcons) == kImageUnknownFile + 1);
 
-IconLists* g_lists = nullptr;
-
 }  // namespace
 
+struct ItemIcons : IconLists {
+  ItemIcons() noexcept : IconLists(kFixedIcons) {}
+};
+
+constinit ModuleGlobal<ItemIcons> g_itemIcons(L"image_lists");
+
 HIMAGELIST SmallImageList() {
-  return g_lists->Small();
+  return g_itemIcons->Small();
 }
 
 HIMAGELIST LargeImageList() {
-  return g_lists->Large();
+  return g_itemIcons->Large();
 }
 
 int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& shownFile) {
-  const int appended = g_lists->AppendFileIcon(iconFile, index, shownFile);
+  const int appended = g_itemIcons->AppendFileIcon(iconFile, index, shownFile);
   return appended < 0 ? kImageUnknownFile : appended;
 }
 
 void DestroyImageLists() noexcept {
-  g_lists->Destroy();
-}
-
-void StartImageLists() {
-  g_lists = new IconLists(kFixedIcons);
-}
-
-void StopImageLists() noexcept {
-  delete std::exchange(g_lists, nullptr);
+  g_itemIcons->Destroy();
 }
 
 }  // namespace smh

@@ -2,6 +2,8 @@
 // ratings, the unknown file, then the icons of files.
 #pragma once
 
+#include "infra/runtime/module_global.h"
+
 #include <windows.h>
 #include <commctrl.h>
 
@@ -21,7 +23,8 @@ int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& 
 // Destroys the lists; the next use makes new ones.
 void DestroyImageLists() noexcept;
 
-void StartImageLists();
-void StopImageLists() noexcept;
+// Both lists, when they were made.
+struct ItemIcons;
+extern ModuleGlobal<ItemIcons> g_itemIcons;
 
 }  // namespace smh

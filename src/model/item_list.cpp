@@ -9,9 +9,11 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kUnit[] = L"uStartupItem";
+constexpr wchar_t kUnit[] = L"item_list";
 
 }  // namespace
+
+constinit ModuleGlobal<TItemList> g_items(kUnit);
 
 TItemList::Key::Key(TTypeStartupLocation of, std::wstring_view text) noexcept
     : location(of), name(text), hash(AsciiTextHash()(text) * 31 + static_cast<std::size_t>(of)) {}

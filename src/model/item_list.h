@@ -1,6 +1,7 @@
 // The module-wide owning list of start-up items, with an index by (location, name).
 #pragma once
 
+#include "infra/runtime/module_global.h"
 #include "model/uStartupItem.h"
 
 #include <functional>
@@ -61,12 +62,18 @@ class TItemList {
   std::unordered_map<Key, TStartupItem*, KeyHash> index_;
 };
 
-// The list of the module; valid between StartStartupItem and StopStartupItem.
-TItemList& Items() noexcept;
-inline void LockItems() noexcept {
+extern ModuleGlobal<TItemList> g_items;
+
+// The list of the module. Raises EAssertionFailed before the module's start and after its stop, as do all
+// below.
+inline TItemList& Items() {
+  return *g_items;
+}
+// Enter and leave the item-list lock.
+inline void LockItems() {
   Items().Lock().Enter();
 }
-inline void UnlockItems() noexcept {
+inline void UnlockItems() {
   Items().Lock().Leave();
 }
 // First item of that location with that name, under the item-list lock.

@@ -8,13 +8,13 @@
 
 namespace smh {
 
-class ReaderThread;
+class ParkableThread;
 class TLocationStartup;
 
 class TReadThread {
  public:
   // Lives on `thread`; `state` is exchanged for 1 and 2 as the passes finish.
-  TReadThread(bool showAll, const ReaderThread& thread, std::atomic<ReadState>& state) noexcept
+  TReadThread(bool showAll, const ParkableThread& thread, std::atomic<ReadState>& state) noexcept
       : showAll_(showAll), thread_(thread), state_(state) {}
 
   // Returns when the reader was asked to end. A failure that nothing below has caught is logged and survived.
@@ -27,7 +27,7 @@ class TReadThread {
   void WaitForChange();
 
   const bool showAll_;
-  const ReaderThread& thread_;
+  const ParkableThread& thread_;
   std::atomic<ReadState>& state_;
 };
 

@@ -27,10 +27,10 @@ void CancelFileAccess(HANDLE thread) noexcept {
 
 }  // namespace
 
-ReaderThread::ReaderThread()
+ParkableThread::ParkableThread()
     : wake_(MakeEvent()), running_(MakeEvent()), finished_(MakeEvent()), never_(MakeEvent()) {}
 
-void ReaderThread::Start(std::function<void()> read) {
+void ParkableThread::Start(std::function<void()> read) {
   ResetEvent(wake_.Get());
   ResetEvent(running_.Get());
   end_.store(EndMode::kRun);
@@ -43,8 +43,8 @@ void ReaderThread::Start(std::function<void()> read) {
   WaitForSingleObject(running_.Get(), INFINITE);
 }
 
-DWORD ReaderThread::Procedure(void* self) noexcept {
-  auto& reader = *static_cast<ReaderThread*>(self);
+DWORD ParkableThread::Procedure(void* self) noexcept {
+  auto& reader = *static_cast<ParkableThread*>(self);
   SetEvent(reader.running_.Get());
   const ScopedCom com(COINIT_APARTMENTTHREADED);
   reader.Run();
@@ -55,32 +55,32 @@ DWORD ReaderThread::Procedure(void* self) noexcept {
   return 0;
 }
 
-void ReaderThread::Run() noexcept {
+void ParkableThread::Run() noexcept {
   read_();
   // One that ended for a reason of its own must not let the thread exit: at unload that could not finish.
-  while (!IsAskedToEnd()) Sleep(kReaderStopStepMs);
+  while (!IsAskedToEnd()) Sleep(kThreadStopStepMs);
 }
 
-void ReaderThread::AskToEnd(EndMode mode) noexcept {
+void ParkableThread::AskToEnd(EndMode mode) noexcept {
   end_.store(mode);
   SetEvent(wake_.Get());
 }
 
-void ReaderThread::Stop() noexcept {
+void ParkableThread::Stop() noexcept {
   const HANDLE thread = thread_.Get();
   if (thread == nullptr) return;
   AskToEnd(EndMode::kExit);
-  while (WaitForSingleObject(thread, kReaderStopStepMs) == WAIT_TIMEOUT) CancelFileAccess(thread);
+  while (WaitForSingleObject(thread, kThreadStopStepMs) == WAIT_TIMEOUT) CancelFileAccess(thread);
   thread_.Reset();
   read_ = nullptr;
   end_.store(EndMode::kRun);
 }
 
-void ReaderThread::AskToPark() noexcept {
+void ParkableThread::AskToPark() noexcept {
   if (thread_) AskToEnd(EndMode::kPark);
 }
 
-bool ReaderThread::EndParked(DWORD since, DWORD limit) noexcept {
+bool ParkableThread::EndParked(DWORD since, DWORD limit) noexcept {
   const HANDLE thread = thread_.Get();
   if (thread == nullptr) return true;
   const HANDLE ends[] = {finished_.Get(), thread};
@@ -89,20 +89,20 @@ bool ReaderThread::EndParked(DWORD since, DWORD limit) noexcept {
   };
   bool parked = isParked(0);
   while (!parked && GetTickCount() - since < limit) {
-    parked = isParked(kReaderStopStepMs);
+    parked = isParked(kThreadStopStepMs);
     if (!parked) CancelFileAccess(thread);
   }
   TerminateThread(thread, 0);
-  WaitForSingleObject(thread, kReaderStopStepMs);
+  WaitForSingleObject(thread, kThreadStopStepMs);
   thread_.Reset();
   return parked;
 }
 
-void ReaderThread::CheckTerminated() const {
+void ParkableThread::CheckTerminated() const {
   if (IsAskedToEnd()) throw EAbort();
 }
 
-void ReaderThread::PauseAfterFailure() const noexcept {
+void ParkableThread::PauseAfterFailure() const noexcept {
   WaitForSingleObject(wake_.Get(), kPauseAfterFailureMs);
 }
 

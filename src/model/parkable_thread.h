@@ -13,17 +13,17 @@ namespace smh {
 
 // How long a stop waits before it cancels the reader's file access, and again between two tries; a wait for a
 // reader that is not waited for endlessly goes in such steps.
-inline constexpr DWORD kReaderStopStepMs = 100;
-inline constexpr DWORD kReaderUnloadLimitMs = 5000;
+inline constexpr DWORD kThreadStopStepMs = 100;
+inline constexpr DWORD kThreadUnloadLimitMs = 5000;
 
 // The owner serialises Start, Stop and the unload; the rest may be called from any thread. Stop before
 // destroying it.
-class ReaderThread {
+class ParkableThread {
  public:
   // Raises EOSError.
-  ReaderThread();
-  ReaderThread(const ReaderThread&) = delete;
-  ReaderThread& operator=(const ReaderThread&) = delete;
+  ParkableThread();
+  ParkableThread(const ParkableThread&) = delete;
+  ParkableThread& operator=(const ParkableThread&) = delete;
 
   // Runs `read`, which must not throw, on a new thread with COM initialised; returns when that thread runs.
   // No other may be running. Raises EOSError.
@@ -37,7 +37,7 @@ class ReaderThread {
   void AskToPark() noexcept;
   // Waits until `limit` milliseconds after `since` (GetTickCount) for the reader to park and ends it, parked
   // or not; whether it was parked or none ran.
-  bool EndParked(DWORD since, DWORD limit = kReaderUnloadLimitMs) noexcept;
+  bool EndParked(DWORD since, DWORD limit = kThreadUnloadLimitMs) noexcept;
 
   bool IsAskedToEnd() const noexcept { return end_.load() != EndMode::kRun; }
   // Raises EAbort, which unwinds to the reader's loop, when a reader was asked to end.

@@ -2,30 +2,17 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/assertion.h"
-#include "infra/runtime/critical_section.h"
 #include "model/image_lists.h"
+#include "model/item_list.h"
 #include "model/location_reader.h"
-#include "model/parkable_thread.h"
+#include "model/reader_state.h"
 #include "model/uLocationStartup.h"
-
-#include <atomic>
-#include <utility>
 
 namespace smh {
 
 namespace {
 
-constexpr wchar_t kUnit[] = L"uLocationStartup";
-
-// Everything of the reader that outlives one thread.
-struct ReaderState {
-  // The control lock, outermost of the module: serialises start and stop.
-  CriticalSection control;
-  ReaderThread thread;
-  std::atomic<ReadState> readState{kReadStateReading};
-};
-
-ReaderState* g_reader = nullptr;
+constexpr wchar_t kUnit[] = L"reading";
 
 // Makes what the reader would make on first use.
 void PrepareForReader() {
@@ -40,11 +27,12 @@ void PrepareForReader() {
 void StartReading() {
   SMH_ASSERT(kUnit, !Items().Lock().IsHeldByCaller());
   PrepareForReader();
-  ScopedLock lock(g_reader->control);
-  g_reader->thread.Stop();
-  g_reader->readState.store(kReadStateReading);
-  g_reader->thread.Start([showAll = ShowAllLocations()] {
-    TReadThread(showAll, g_reader->thread, g_reader->readState).Execute();
+  ReaderState& reader = *g_reader;
+  ScopedLock lock(reader.control);
+  reader.thread.Stop();
+  reader.readState.store(kReadStateReading);
+  reader.thread.Start([&reader, showAll = reader.showAllLocations.load()] {
+    TReadThread(showAll, reader.thread, reader.readState).Execute();
   });
 }
 
@@ -54,28 +42,28 @@ void StopReading() {
   g_reader->thread.Stop();
 }
 
-ReadState CurrentReadState() noexcept {
+ReadState CurrentReadState() {
   return g_reader->readState.load();
 }
 
-void CheckTerminated() {
-  g_reader->thread.CheckTerminated();
+bool ShowAllLocations() {
+  return g_reader->showAllLocations.load();
 }
 
-void StartReader() {
-  g_reader = new ReaderState();
+void SetShowAllLocations(bool show) {
+  g_reader->showAllLocations.store(show);
 }
 
-void StopReaderAtUnload(StopMode& mode) noexcept {
+void EndReaderAtUnload(StopMode& mode) noexcept {
+  ReaderState& reader = *g_reader;
   // Held by a thread that is inside Start or Stop: it would never get to run again.
-  if (!g_reader->control.TryEnter()) {
+  if (!reader.control.TryEnter()) {
     mode = StopMode::kUnloadBroken;
     return;
   }
-  g_reader->thread.AskToPark();
-  if (!g_reader->thread.EndParked(GetTickCount())) mode = StopMode::kUnloadBroken;
-  g_reader->control.Leave();
-  if (mode == StopMode::kUnload) delete std::exchange(g_reader, nullptr);
+  reader.thread.AskToPark();
+  if (!reader.thread.EndParked(GetTickCount())) mode = StopMode::kUnloadBroken;
+  reader.control.Leave();
 }
 
 }  // namespace smh

@@ -5,7 +5,7 @@
 #include "infra/runtime/text.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 
 namespace smh {
 
@@ -130,20 +130,21 @@ bool TLocationStartup::ListEntry(FoundEntry entry, const Load& load) {
   const auto log = [&](std::wstring_view format) {
     item->Get([&](const ItemState& state) { LogFormat(format, state.name, MemberName()); });
   };
-  try {
+  const auto append = [&] {
     item->FillBasicInfo();
-    ScopedLock lock(Items().Lock());
-    if (!IsCurrent(load)) return false;
-    Items().Append(item);
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
+    {
+      ScopedLock lock(Items().Lock());
+      if (!IsCurrent(load)) return false;
+      Items().Append(item);
+    }
+    log(L"Add item \"%s\" in location \"%s\".");
+    return true;
+  };
+  return CatchFailure(append, [&] {
     LogCurrentException();
     log(L"Error add item \"%s\" in location \"%s\".");
     return IsCurrent(load);
-  }
-  log(L"Add item \"%s\" in location \"%s\".");
-  return true;
+  });
 }
 
 bool TLocationStartup::RemoveMissingItems(const Load& load) {

@@ -4,6 +4,8 @@
 
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/uStatisticsLog.h"
+#include "infra/runtime/catch_failure.h"
+#include "infra/runtime/module_global.h"
 #include "model/change_gate.h"
 #include "model/item_list.h"
 
@@ -112,20 +114,15 @@ TLocationStartup* FindLocation(TTypeStartupLocation type);
 // Quiet aborts pass unlogged.
 template <typename Body, typename Message>
 auto RunLogged(Body&& body, Message&& message) {
-  try {
-    return body();
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
+  return CatchFailure(std::forward<Body>(body), [&message]() -> decltype(body()) {
     LogCurrentException();
     LogLine(message());
     throw;
-  }
+  });
 }
 
-// Module start-up of class registry, checkpoint texts and reader; shut-down of all but the reader, which is
-// stopped before (reader_control.h).
-void StartLocations();
-void FreeLocations() noexcept;
+// The class registry and the locations, which its stop destroys.
+struct ModuleLocations;
+extern ModuleGlobal<ModuleLocations> g_locations;
 
 }  // namespace smh

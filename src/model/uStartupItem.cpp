@@ -1,19 +1,16 @@
 #include "model/uStartupItem.h"
 
+#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
-#include "model/image_lists.h"
 #include "model/item_list.h"
 #include "model/shortcut_facts.h"
 
 namespace smh {
 
 namespace {
-
-TItemList* g_items = nullptr;
-std::atomic<bool> g_showAllLocations{false};
 
 // What a shortcut in a folder location starts instead of itself.
 std::optional<SharedText> TargetCommand(TTypeStartupLocation location, std::wstring_view command) {
@@ -73,16 +70,17 @@ void TStartupItem::ReadExtendedInfo(ExtendedPass& pass) {
     details = state_.details;
     revision = revision_;
   }
-  try {
+  const auto read = [&] {
     pass.Read(details);
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
+    return true;
+  };
+  const bool isRead = CatchFailure(read, [&] {
     LogCurrentException();
     LogFormat(L"Error read extended info for item %s (%s). Location: %s.", details.EntryName, Name(),
               LocationMemberName(location_));
-    return;
-  }
+    return false;
+  });
+  if (!isRead) return;
   ScopedLock lock(Lock);
   if (revision != revision_) return;
   state_.details = std::move(details);
@@ -109,31 +107,6 @@ bool TStartupItem::IsEnabled() const {
 bool TStartupItem::NeedsExtendedInfo() const {
   ScopedLock lock(Lock);
   return needsExtendedInfo_;
-}
-
-TItemList& Items() noexcept {
-  return *g_items;
-}
-
-bool ShowAllLocations() noexcept {
-  return g_showAllLocations.load();
-}
-
-void SetShowAllLocations(bool show) noexcept {
-  g_showAllLocations.store(show);
-}
-
-void StartStartupItem() {
-  g_items = new TItemList();
-  StartVersionTexts();
-  StartImageLists();
-  g_showAllLocations.store(false);
-}
-
-void StopStartupItem() noexcept {
-  StopImageLists();
-  delete std::exchange(g_items, nullptr);
-  StopVersionTexts();
 }
 
 }  // namespace smh

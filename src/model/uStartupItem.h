@@ -3,7 +3,7 @@
 // An item is made in two steps: the basic information when it is found, the extended information (times, type
 // name, rating, icons) later on the read thread.
 //
-// Lock order of the module, outermost first: the reader's control lock (reader_control.h), the item-list lock
+// Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
 // (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
 // image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the list of living collections
 // (living_collections.h), the log's lock, the service cache's lock. The locks of the default programs
@@ -122,13 +122,5 @@ class TStartupItem {
 };
 
 using ItemRef = std::shared_ptr<TStartupItem>;
-
-// The module-wide show-all-locations switch; taken by the reader when it starts.
-bool ShowAllLocations() noexcept;
-void SetShowAllLocations(bool show) noexcept;
-
-// Module start-up and shut-down of item list, image lists and switch.
-void StartStartupItem();
-void StopStartupItem() noexcept;
 
 }  // namespace smh

@@ -46,7 +46,9 @@ struct PathHash {
   }
 };
 
-struct KnownFiles {
+}  // namespace
+
+struct KnownVersionTexts {
   const SharedVersionTexts none = std::make_shared<const VersionTexts>();
   // A leaf: files are read outside it.
   CriticalSection lock;
@@ -55,7 +57,9 @@ struct KnownFiles {
   std::size_t tidyAt = 64;
 };
 
-KnownFiles* g_known = nullptr;
+constinit ModuleGlobal<KnownVersionTexts> g_versionTexts(L"version_texts");
+
+namespace {
 
 SharedVersionTexts AskHelper(const SharedText& file) {
   const wchar_t* names[std::size(kTexts)];
@@ -71,24 +75,25 @@ SharedVersionTexts AskHelper(const SharedText& file) {
 }
 
 SharedVersionTexts Recall(const SharedText& file, const FileStamp& stamp) {
-  const ScopedLock lock(g_known->lock);
-  const auto known = g_known->files.find(file);
-  return known == g_known->files.end() || known->second.stamp != stamp ? nullptr : known->second.texts.lock();
+  const ScopedLock lock(g_versionTexts->lock);
+  const auto known = g_versionTexts->files.find(file);
+  return known == g_versionTexts->files.end() || known->second.stamp != stamp ? nullptr
+                                                                              : known->second.texts.lock();
 }
 
 void Remember(const SharedText& file, const FileStamp& stamp, const SharedVersionTexts& texts) {
-  const ScopedLock lock(g_known->lock);
-  if (g_known->files.size() >= g_known->tidyAt) {
-    std::erase_if(g_known->files, [](const auto& row) { return row.second.texts.expired(); });
-    g_known->tidyAt = std::max(g_known->tidyAt, g_known->files.size() * 2);
+  const ScopedLock lock(g_versionTexts->lock);
+  if (g_versionTexts->files.size() >= g_versionTexts->tidyAt) {
+    std::erase_if(g_versionTexts->files, [](const auto& row) { return row.second.texts.expired(); });
+    g_versionTexts->tidyAt = std::max(g_versionTexts->tidyAt, g_versionTexts->files.size() * 2);
   }
-  g_known->files.insert_or_assign(file, KnownFile{stamp, texts});
+  g_versionTexts->files.insert_or_assign(file, KnownFile{stamp, texts});
 }
 
 }  // namespace
 
 SharedVersionTexts NoVersionTexts() {
-  return g_known->none;
+  return g_versionTexts->none;
 }
 
 SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp) {
@@ -96,14 +101,6 @@ SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& sta
   SharedVersionTexts texts = AskHelper(file);
   Remember(file, stamp, texts);
   return texts;
-}
-
-void StartVersionTexts() {
-  g_known = new KnownFiles;
-}
-
-void StopVersionTexts() noexcept {
-  delete std::exchange(g_known, nullptr);
 }
 
 }  // namespace smh

@@ -3,6 +3,7 @@
 
 #include "core/contracts/shared_text.h"
 #include "infra/files/file_stamp.h"
+#include "infra/runtime/module_global.h"
 
 #include <memory>
 #include <string>
@@ -39,8 +40,8 @@ SharedVersionTexts NoVersionTexts();
 // service. Any thread may call it.
 SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp);
 
-// Module start-up and shut-down of what is known of files.
-void StartVersionTexts();
-void StopVersionTexts() noexcept;
+// What is known of files. Started before the first item is made and stopped after the last one.
+struct KnownVersionTexts;
+extern ModuleGlobal<KnownVersionTexts> g_versionTexts;
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
+#include "infra/runtime/lazy.h"
 #include "shelllink/link_text.h"
 #include "shelllink/format/section_view.h"
 
@@ -11,23 +12,26 @@
 
 namespace smh {
 
-namespace {
-
 struct DesktopFolder {
-  // Only the shell's own locks come under it.
+  // Held while the folder is fetched; only the shell's own locks come under it.
   CriticalSection lock;
-  ComPtr<IShellFolder> folder;
+  Lazy<const ComPtr<IShellFolder>> folder{lock};
 };
 
-DesktopFolder* g_desktop = nullptr;
+constinit ModuleGlobal<DesktopFolder> g_desktopFolder(L"desktop_folder");
 
-ComPtr<IShellFolder> Desktop() {
-  const ScopedLock lock(g_desktop->lock);
-  if (!g_desktop->folder) {
-    const HRESULT result = SHGetDesktopFolder(g_desktop->folder.Put());
-    if (FAILED(result)) throw EOleSysError(result);
-  }
-  return g_desktop->folder;
+namespace {
+
+// Borrowed: it is kept until the module's stop.
+IShellFolder& Desktop() {
+  return *g_desktopFolder->folder
+              .Get([] {
+                ComPtr<IShellFolder> folder;
+                const HRESULT result = SHGetDesktopFolder(folder.Put());
+                if (FAILED(result)) throw EOleSysError(result);
+                return folder;
+              })
+              .Get();
 }
 
 struct TaskStringTraits {
@@ -58,24 +62,10 @@ std::wstring TakeShellName(STRRET& name, Bytes idList) {
 }
 
 std::wstring ParsingName(Bytes idList) {
-  const ComPtr<IShellFolder> desktop = Desktop();
   STRRET name{};
   const auto* const list = reinterpret_cast<PCUITEMID_CHILD>(idList.data());
-  if (FAILED(desktop->GetDisplayNameOf(list, SHGDN_FORPARSING, &name))) return {};
+  if (FAILED(Desktop().GetDisplayNameOf(list, SHGDN_FORPARSING, &name))) return {};
   return TakeShellName(name, idList);
-}
-
-void StartShellLink() {
-  g_desktop = new DesktopFolder;
-}
-
-void StopShellLink() noexcept {
-  if (g_desktop == nullptr) return;
-  {
-    const ScopedLock lock(g_desktop->lock);
-    g_desktop->folder.Reset();
-  }
-  delete std::exchange(g_desktop, nullptr);
 }
 
 }  // namespace smh

@@ -1,6 +1,7 @@
 // Names of the shell's namespace, asked of the desktop folder.
 #pragma once
 
+#include "infra/runtime/module_global.h"
 #include "shelllink/format/bytes.h"
 
 #include <windows.h>
@@ -11,7 +12,7 @@
 namespace smh {
 
 // The display name for parsing of a well-formed ID list in memory that the shell may read; empty when the
-// shell gives none. The desktop folder is fetched by the first call and kept until StopShellLink. Raises
+// shell gives none. The desktop folder is fetched by the first call and kept until the module stops. Raises
 // EOleSysError when there is no desktop folder. From any thread; the shell is asked outside the lock.
 std::wstring ParsingName(Bytes idList);
 
@@ -19,8 +20,8 @@ std::wstring ParsingName(Bytes idList);
 // inside `idList`, which is the list that the shell was asked about.
 std::wstring TakeShellName(STRRET& name, Bytes idList);
 
-void StartShellLink();
-// Releases the desktop folder under the lock, then the lock.
-void StopShellLink() noexcept;
+// The desktop folder, released by the stop.
+struct DesktopFolder;
+extern ModuleGlobal<DesktopFolder> g_desktopFolder;
 
 }  // namespace smh

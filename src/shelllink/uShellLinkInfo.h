@@ -39,7 +39,7 @@ class TShellLinkInfo {
   //
   // The first that is not empty: the environment block's target, the shell's name of the ID list, the local
   // base path with its suffix, the net name. Raises EOleSysError when the shell has no desktop folder. Only
-  // between StartShellLink and StopShellLink (desktop_folder.h).
+  // while g_desktopFolder is started (desktop_folder.h).
   std::wstring Target() const;
   std::wstring Arguments() const { return Text(LinkString::kArguments); }
   // The name as stored; "@file,-number" stands for a string resource.

@@ -2,63 +2,37 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 #include <shlobj.h>
 
 #include <algorithm>
-#include <atomic>
-#include <utility>
 
 namespace smh {
 
-namespace {
-
 using TextList = std::vector<std::wstring>;
 
-// Each is made once and never changes, so that readers need no lock.
 struct FileCaches {
-  // Under it come the service cache's lock and what that takes, and no other.
+  // Held while one of them is made. Under it come the service cache's lock and what that takes, and no other.
   CriticalSection lock;
-  std::atomic<const std::wstring*> win16SystemDir{nullptr};
-  std::atomic<const std::wstring*> systemDir{nullptr};
-  std::atomic<const std::wstring*> sysnativeDir{nullptr};
-  std::atomic<const std::wstring*> programFilesX86Dir{nullptr};
-  std::atomic<const std::wstring*> programFilesNativeDir{nullptr};
-  std::atomic<const TextList*> searchDirectories{nullptr};
-  std::atomic<const TextList*> executableExtensions{nullptr};
-  std::atomic<const TextList*> startableExtensions{nullptr};
-
-  FileCaches() = default;
-  FileCaches(const FileCaches&) = delete;
-  FileCaches& operator=(const FileCaches&) = delete;
-  ~FileCaches() {
-    for (const auto* const text :
-         {&win16SystemDir, &systemDir, &sysnativeDir, &programFilesX86Dir, &programFilesNativeDir}) {
-      delete text->load();
-    }
-    for (const auto* const list : {&searchDirectories, &executableExtensions, &startableExtensions}) {
-      delete list->load();
-    }
-  }
+  Lazy<const std::wstring> win16SystemDir{lock};
+  Lazy<const std::wstring> systemDir{lock};
+  Lazy<const std::wstring> sysnativeDir{lock};
+  Lazy<const std::wstring> programFilesX86Dir{lock};
+  Lazy<const std::wstring> programFilesNativeDir{lock};
+  Lazy<const TextList> searchDirectories{lock};
+  Lazy<const TextList> executableExtensions{lock};
+  Lazy<const TextList> startableExtensions{lock};
 };
 
-FileCaches* g_caches = nullptr;
+constinit ModuleGlobal<FileCaches> g_fileCaches(L"uFileUtils");
+
+namespace {
 
 constexpr std::wstring_view kDefaultExtensions[] = {L".com", L".exe", L".bat", L".cmd"};
 constexpr std::wstring_view kX86Suffix = L" (x86)";
-
-template <typename Value, typename Make>
-const Value& Cached(std::atomic<const Value*> FileCaches::*slot, Make&& make) {
-  std::atomic<const Value*>& cache = g_caches->*slot;
-  if (const Value* const value = cache.load()) return *value;
-  const ScopedLock lock(g_caches->lock);
-  if (const Value* const value = cache.load()) return *value;
-  const Value* const value = new Value(make());
-  cache.store(value);
-  return *value;
-}
 
 std::wstring WindowsDir() {
   return TakeText([](BoundaryText* folder) { return DLLGlobals::Helper().GetWindowsFolder(folder); });
@@ -157,29 +131,28 @@ std::wstring FileUtils::GetEnvironmentValue(const std::wstring& name) {
 }
 
 const std::wstring& FileUtils::GetWin16SystemDir() {
-  return Cached(&FileCaches::win16SystemDir,
-                [] { return WithTrailingBackslash(WindowsDir()) + L"system\\"; });
+  return g_fileCaches->win16SystemDir.Get([] { return WithTrailingBackslash(WindowsDir()) + L"system\\"; });
 }
 
 const std::wstring& FileUtils::GetSystemDir() {
-  return Cached(&FileCaches::systemDir, [] {
+  return g_fileCaches->systemDir.Get([] {
     return WithTrailingBackslash(
         TakeText([](BoundaryText* folder) { return DLLGlobals::Helper().GetSystemFolder(folder); }));
   });
 }
 
 const std::wstring& FileUtils::GetSysnativeDir() {
-  return Cached(&FileCaches::sysnativeDir, [] {
+  return g_fileCaches->sysnativeDir.Get([] {
     return WinVersionInfo::IsWow64() ? WithTrailingBackslash(WindowsDir()) + L"Sysnative\\" : GetSystemDir();
   });
 }
 
 const std::wstring& FileUtils::GetProgramFilesX86Dir() {
-  return Cached(&FileCaches::programFilesX86Dir, MakeProgramFilesX86Dir);
+  return g_fileCaches->programFilesX86Dir.Get(MakeProgramFilesX86Dir);
 }
 
 const std::wstring& FileUtils::GetProgramFilesNativeDir() {
-  return Cached(&FileCaches::programFilesNativeDir, MakeProgramFilesNativeDir);
+  return g_fileCaches->programFilesNativeDir.Get(MakeProgramFilesNativeDir);
 }
 
 SharedText FileUtils::NormalizePath(const SharedText& text) {
@@ -200,26 +173,18 @@ std::wstring FileUtils::NormalizeDirectory(const SharedText& text) {
 }
 
 const std::vector<std::wstring>& FileUtils::SearchDirectories() {
-  return Cached(&FileCaches::searchDirectories, MakeSearchDirectories);
+  return g_fileCaches->searchDirectories.Get(MakeSearchDirectories);
 }
 
 const std::vector<std::wstring>& FileUtils::ExecutableExtensions() {
-  return Cached(&FileCaches::executableExtensions, MakeExecutableExtensions);
+  return g_fileCaches->executableExtensions.Get(MakeExecutableExtensions);
 }
 
 const std::vector<std::wstring>& FileUtils::StartableExtensions() {
-  return Cached(&FileCaches::startableExtensions, [] {
+  return g_fileCaches->startableExtensions.Get([] {
     return SplitList(TakeText(
         [](BoundaryText* extensions) { return DLLGlobals::Helper().GetExecutableExtensions(extensions); }));
   });
-}
-
-void StartFileUtils() {
-  g_caches = new FileCaches;
-}
-
-void StopFileUtils() noexcept {
-  delete std::exchange(g_caches, nullptr);
 }
 
 }  // namespace smh

@@ -4,10 +4,11 @@
 // Any thread may call any operation. The folders and the lists are made once, under one lock (a leaf but for
 // the service cache's lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after
 // first use is not seen. Nothing raises on a missing folder or variable; std::bad_alloc passes through.
-// References stay valid until StopFileUtils.
+// References stay valid until the module stops.
 #pragma once
 
 #include "core/contracts/shared_text.h"
+#include "infra/runtime/module_global.h"
 
 #include <windows.h>
 
@@ -43,8 +44,8 @@ const std::vector<std::wstring>& StartableExtensions();
 
 }  // namespace FileUtils
 
-// Module start-up and shut-down of the folders and lists. Before and after, no operation may be called.
-void StartFileUtils();
-void StopFileUtils() noexcept;
+// The folders and lists. While it is not started every operation that needs one raises EAssertionFailed.
+struct FileCaches;
+extern ModuleGlobal<FileCaches> g_fileCaches;
 
 }  // namespace smh

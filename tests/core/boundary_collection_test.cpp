@@ -10,7 +10,7 @@ namespace smh::test {
 namespace {
 
 constexpr wchar_t kUnit[] = L"uStartupItemCollection";
-constexpr wchar_t kReaderUnit[] = L"uLocationStartup";
+constexpr wchar_t kReaderUnit[] = L"reading";
 constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
 
 class CollectionTest : public BoundaryTest {};

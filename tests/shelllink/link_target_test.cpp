@@ -98,8 +98,8 @@ TEST_F(LinkTargetTest, DesktopFolderIsFetchedAnewAfterAStop) {
   link.idList = ShellIdList(file);
   const TShellLinkInfo info(WriteLink(link));
   EXPECT_EQ(info.Target(), file);
-  StopShellLink();
-  StartShellLink();
+  g_desktopFolder.Stop();
+  g_desktopFolder.Start();
   EXPECT_EQ(info.Target(), file);
 }
 

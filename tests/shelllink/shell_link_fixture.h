@@ -20,10 +20,10 @@ class ShellLinkTest : public ::testing::Test {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     StartLibraryList();
     StartDllGlobals();
-    StartShellLink();
+    g_desktopFolder.Start();
   }
   static void TearDownTestSuite() {
-    StopShellLink();
+    g_desktopFolder.Stop();
     StopDllGlobals();
     StopLibraryList();
     CoUninitialize();

@@ -33,14 +33,13 @@ class StartedFileUtils {
  public:
   StartedFileUtils() {
     StartLibraryList();
-    StartWinVersionInfo();
     StartDllGlobals();
-    StartFileUtils();
+    g_fileCaches.Start();
   }
   ~StartedFileUtils() {
-    StopFileUtils();
+    g_fileCaches.Stop();
     StopDllGlobals();
-    StopWinVersionInfo();
+    ForgetWinVersionInfo();
     StopLibraryList();
   }
   StartedFileUtils(const StartedFileUtils&) = delete;

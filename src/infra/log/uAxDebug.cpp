@@ -18,11 +18,6 @@ constexpr wchar_t kSettingsValue[] = L"DebugMode";
 constexpr wchar_t kDebugSwitch[] = L"-debug";
 constexpr wchar_t kDebugLibrary[] = L"tracekit.dll";
 
-enum class DebugState : unsigned char { kUndecided = 0, kOff = 2, kOn = 3 };
-
-constinit std::atomic<DebugState> g_state{DebugState::kUndecided};
-constinit std::atomic<bool> g_libraryPresent{false};
-
 // Lives as long as the module and is not counted.
 class TNullDebugClient final : public IDebugLog {
  public:
@@ -60,29 +55,35 @@ bool SwitchedOnByArgument() noexcept {
   return on;
 }
 
-DebugState Decide() {
-  if (!g_libraryPresent) return DebugState::kOff;
+bool IsSwitchedOn() {
   try {
-    if (SwitchedOnByRegistry()) return DebugState::kOn;
+    if (SwitchedOnByRegistry()) return true;
   } catch (const Exception&) {
     // A value that cannot be read switches nothing on.
   }
-  return SwitchedOnByArgument() ? DebugState::kOn : DebugState::kOff;
+  return SwitchedOnByArgument();
 }
 
 }  // namespace
+
+struct DebugMode {
+  DebugMode() : isOn(CheckDebugLibrary() && IsSwitchedOn()) {}
+
+  std::atomic<bool> isOn;
+};
+
+constinit ModuleGlobal<DebugMode> g_debugMode(L"uAxDebug");
 
 IDebugLog* DebugLog() {
   return IsDebugMode() ? GetDebugLogService() : &g_nullClient;
 }
 
 bool IsDebugMode() {
-  if (g_state == DebugState::kUndecided) g_state = Decide();
-  return g_state == DebugState::kOn;
+  return g_debugMode.IsStarted() && g_debugMode->isOn;
 }
 
 void ForceDebugMode() {
-  g_state = DebugState::kOn;
+  g_debugMode->isOn = true;
   DebugLog()->SetEnabled(1);
 }
 
@@ -95,8 +96,7 @@ void SetDebugModeSetting(bool on) {
 bool CheckDebugLibrary() {
   std::wstring path(FolderPart(ModuleFileName(nullptr)));
   const DWORD attributes = GetFileAttributesW(path.append(kDebugLibrary).c_str());
-  g_libraryPresent = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-  return g_libraryPresent;
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 DebugScope::DebugScope(const void* context, const wchar_t* name,
@@ -107,16 +107,6 @@ DebugScope::DebugScope(const void* context, const wchar_t* name,
 
 DebugScope::~DebugScope() {
   DebugLog()->ExitMethod(context_);
-}
-
-void StartDebugLog() {
-  CheckDebugLibrary();
-  g_state = Decide();
-}
-
-void StopDebugLog() noexcept {
-  g_state = DebugState::kUndecided;
-  g_libraryPresent = false;
 }
 
 }  // namespace smh

@@ -2,17 +2,20 @@
 #pragma once
 
 #include "core/contracts/intf_DebugLog.h"
+#include "infra/runtime/module_global.h"
 
 #include <initializer_list>
 
 namespace smh {
 
-// The library's log when debug mode is on, else a client that does nothing. Must not be called from DllMain:
-// the first call loads the library.
+// The library's log when debug mode is on, else a client that does nothing; borrowed, for any thread. Must
+// not be called from DllMain: the first call loads the library, and ends the process with a message when that
+// fails.
 IDebugLog* DebugLog();
+// What was decided at the start, or forced since; off while g_debugMode is not started. Any thread.
 bool IsDebugMode();
 // Switches debug mode and the library's output on, whatever the settings say; ends the process with a message
-// when the library is missing.
+// when the library is missing. Raises EAssertionFailed when g_debugMode is not started.
 void ForceDebugMode();
 // Writes "DebugMode" under HKEY_CURRENT_USER\Software\Quillmark\DebugMode; seen at the next start. Raises
 // EOSError.
@@ -32,9 +35,9 @@ class DebugScope {
   const void* context_;
 };
 
-// Start-up takes the debug decision: tracekit.dll lies beside the host, and the registry value is 1 or the
+// Its start takes the debug decision: tracekit.dll lies beside the host, and the registry value is 1 or the
 // host's first argument is "-debug" in any case.
-void StartDebugLog();
-void StopDebugLog() noexcept;
+struct DebugMode;
+extern ModuleGlobal<DebugMode> g_debugMode;
 
 }  // namespace smh

@@ -11,9 +11,7 @@
 
 namespace smh {
 
-namespace {
-
-struct Log {
+struct StatisticsLog {
   // Serialises every write and every save, the file's writing included. Entered under the model's locks;
   // under it come the service cache's lock and what that takes, and no other.
   CriticalSection lock;
@@ -24,7 +22,9 @@ struct Log {
   LogFileNames exitNames;
 };
 
-Log* g_log = nullptr;
+constinit ModuleGlobal<StatisticsLog> g_statisticsLog(L"uStatisticsLog");
+
+namespace {
 
 LogFileNames CurrentLogFileNames() {
   LogFileNames names{LogFilePath(), {}};
@@ -39,21 +39,21 @@ std::wstring WidenAscii(const char* text) {
 }  // namespace
 
 LogScope::LogScope() noexcept {
-  if (g_log != nullptr) g_log->lock.Enter();
+  if (g_statisticsLog.IsStarted()) g_statisticsLog->lock.Enter();
 }
 
 LogScope::~LogScope() {
-  if (g_log != nullptr) g_log->lock.Leave();
+  if (g_statisticsLog.IsStarted()) g_statisticsLog->lock.Leave();
 }
 
 void ClearLogLines() {
   const LogScope scope;
-  if (g_log != nullptr) g_log->text.Clear();
+  if (g_statisticsLog.IsStarted()) g_statisticsLog->text.Clear();
 }
 
 void FixLogFileNames() {
   const LogScope scope;
-  if (g_log != nullptr) g_log->exitNames = CurrentLogFileNames();
+  if (g_statisticsLog.IsStarted()) g_statisticsLog->exitNames = CurrentLogFileNames();
 }
 
 void LogSeparator() {
@@ -62,15 +62,15 @@ void LogSeparator() {
 
 void LogLine(std::wstring_view text) {
   const LogScope scope;
-  if (g_log != nullptr) g_log->text.AddLine(text);
+  if (g_statisticsLog.IsStarted()) g_statisticsLog->text.AddLine(text);
 }
 
 void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments) {
   const LogScope scope;
-  if (g_log == nullptr) return;
-  g_log->line.clear();
-  AppendFormatList(g_log->line, format, arguments);
-  g_log->text.AddLine(g_log->line);
+  if (!g_statisticsLog.IsStarted()) return;
+  g_statisticsLog->line.clear();
+  AppendFormatList(g_statisticsLog->line, format, arguments);
+  g_statisticsLog->text.AddLine(g_statisticsLog->line);
 }
 
 void LogError(const Exception& exception) {
@@ -112,28 +112,20 @@ std::wstring LogFilePath() {
 
 void SaveLog() noexcept {
   const LogScope scope;
-  if (g_log == nullptr) return;
+  if (!g_statisticsLog.IsStarted()) return;
   // A failure is swallowed: the log must not stop what it reports on, and the next save writes all lines.
   try {
     LogFileNames names = CurrentLogFileNames();
-    WriteLogFile(names, g_log->text);
+    WriteLogFile(names, g_statisticsLog->text);
   } catch (const std::exception&) {
   }
 }
 
-void StartStatisticsLog() {
-  g_log = new Log;
-}
-
-void StopStatisticsLog() noexcept {
-  delete g_log;
-  g_log = nullptr;
-}
-
 void SaveLogAtProcessExit() noexcept {
-  if (g_log == nullptr || !g_log->lock.TryEnter()) return;
-  if (!g_log->exitNames.file.empty()) WriteLogFile(g_log->exitNames, g_log->text);
-  g_log->lock.Leave();
+  if (!g_statisticsLog.IsStarted() || !g_statisticsLog->lock.TryEnter()) return;
+  if (!g_statisticsLog->exitNames.file.empty())
+    WriteLogFile(g_statisticsLog->exitNames, g_statisticsLog->text);
+  g_statisticsLog->lock.Leave();
 }
 
 }  // namespace smh

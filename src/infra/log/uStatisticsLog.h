@@ -5,6 +5,7 @@
 
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
+#include "infra/runtime/module_global.h"
 
 #include <windows.h>
 
@@ -35,9 +36,9 @@ void LogRegistryKey(REGSAM view, HKEY root, bool recurse, const std::wstring& ke
 void SaveLog() noexcept;
 std::wstring LogFilePath();
 
-void StartStatisticsLog();
-// Frees the lock and the lines.
-void StopStatisticsLog() noexcept;
+// The lock and the lines.
+struct StatisticsLog;
+extern ModuleGlobal<StatisticsLog> g_statisticsLog;
 // Process exit: other threads are gone and may have left the lock held. When it can be entered, the lines are
 // written to the path fixed by LogSystemInfo with kernel32 alone; nothing is allocated or freed.
 void SaveLogAtProcessExit() noexcept;

@@ -63,11 +63,13 @@ class ModuleGlobal {
   const int line_;
 };
 
-// The row of a global: started and stopped by it, but left as it is once the mode is broken.
-template <auto& global>
+// The row of a global: started and stopped by it, but left as it is once the mode is broken. `beforeStop`
+// comes first, in every mode, and may break it.
+template <auto& global, void (*beforeStop)(StopMode& mode) noexcept = nullptr>
 constexpr ModuleStep StepOf(const wchar_t* name) noexcept {
   return {name, [] { global.Start(); },
           [](StopMode& mode) noexcept {
+            if constexpr (beforeStop != nullptr) beforeStop(mode);
             if (mode == StopMode::kUnload) global.Stop();
           }};
 }

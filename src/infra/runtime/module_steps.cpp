@@ -5,7 +5,9 @@ namespace smh {
 void StartModule(std::span<const ModuleStep> steps) {
   std::size_t started = 0;
   try {
-    for (; started < steps.size(); ++started) steps[started].start();
+    for (; started < steps.size(); ++started) {
+      if (steps[started].start != nullptr) steps[started].start();
+    }
   } catch (...) {
     StopModule(steps.first(started));
     throw;
@@ -14,7 +16,9 @@ void StartModule(std::span<const ModuleStep> steps) {
 
 void StopModule(std::span<const ModuleStep> steps) noexcept {
   StopMode mode = StopMode::kUnload;
-  for (std::size_t i = steps.size(); i > 0; --i) steps[i - 1].stop(mode);
+  for (std::size_t i = steps.size(); i > 0; --i) {
+    if (steps[i - 1].stop != nullptr) steps[i - 1].stop(mode);
+  }
 }
 
 }  // namespace smh

@@ -5,7 +5,7 @@
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/files/folder_access.h"
 #include "locations/folders/folder_files.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/wow64_paths.h"
@@ -90,14 +90,11 @@ bool TLocationFolderStd::IsChanged() {
 }
 
 void TLocationFolderStd::ReadItems() {
-  try {
-    LoadItems();
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
-    LogCurrentException();
-    LogFormat(L"Error load item list for location \"%s\".", MemberName());
-  }
+  CatchFailure([this] { LoadItems(); },
+               [this] {
+                 LogCurrentException();
+                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
+               });
 }
 
 void TLocationFolderStd::LoadItems() {

@@ -4,7 +4,7 @@
 #include "infra/runtime/text.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 #include "sysutil/uRegEditUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
@@ -55,14 +55,11 @@ void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
 }
 
 void TLocationRegistry::ReadItems() {
-  try {
-    LoadItems();
-  } catch (const EAbort&) {
-    throw;
-  } catch (...) {
-    LogCurrentException();
-    LogFormat(L"Error load item list for location \"%s\".", MemberName());
-  }
+  CatchFailure([this] { LoadItems(); },
+               [this] {
+                 LogCurrentException();
+                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
+               });
 }
 
 void TLocationRegistry::LoadItems() {

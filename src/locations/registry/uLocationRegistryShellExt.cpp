@@ -1,7 +1,7 @@
 #include "locations/registry/uLocationRegistryShellExt.h"
 
 #include "locations/registry/server_file.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 
 namespace smh {
 

@@ -3,7 +3,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "locations/registry/server_file.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 
 namespace smh {
 

@@ -1,6 +1,6 @@
 #include "locations/registry/uLocationRegistryStd.h"
 
-#include "model/reading.h"
+#include "model/reader_state.h"
 
 #include <algorithm>
 

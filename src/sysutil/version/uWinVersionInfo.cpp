@@ -173,13 +173,10 @@ bool WinVersionInfo::DllVersion(const wchar_t* fileName, DWORD& major, DWORD& mi
   return true;
 }
 
-void StartWinVersionInfo() {
+void ForgetWinVersionInfo() noexcept {
   for (auto* const code : {&g_osCode, &g_architectureCode, &g_servicePackCode, &g_editionCode, &g_wow64}) {
     code->store(0);
   }
-}
-
-void StopWinVersionInfo() noexcept {
   g_isWow64Process.Forget();
   g_getNativeSystemInfo.Forget();
   g_getProductInfo.Forget();

@@ -1,5 +1,5 @@
 // What Windows this process runs on. Every answer is worked out once and cached in a module-global code; the
-// caches need no lock because every thread works out the same values.
+// caches are numbers that need no lock, because every thread works out the same values. From any thread.
 #pragma once
 
 #include "infra/runtime/exceptions.h"
@@ -39,9 +39,9 @@ class WinVersionInfo {
   static bool DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor);
 };
 
-// Forgets what an earlier life of the module worked out.
-void StartWinVersionInfo();
-// Frees the libraries the entry points came from.
-void StopWinVersionInfo() noexcept;
+// Forgets every answer and frees the libraries the entry points came from; no other thread may ask meanwhile.
+// A module's stop calls it. There is no start: all of this is constant-initialised, because programs that
+// have no start-up table ask as well.
+void ForgetWinVersionInfo() noexcept;
 
 }  // namespace smh

@@ -77,7 +77,7 @@ DWORD WindowsExt::TickDiff(DWORD start) noexcept {
   return now + (std::numeric_limits<DWORD>::max() - start);
 }
 
-void StopWindowsExt() noexcept {
+void ForgetWindowsExt() noexcept {
   g_enumerateProcesses.Forget();
   g_freeMemory.Forget();
   g_imageFileName.Forget();

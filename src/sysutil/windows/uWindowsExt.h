@@ -30,7 +30,8 @@ DWORD TickDiff(DWORD start) noexcept;
 
 }  // namespace WindowsExt
 
-// Frees the libraries the entry points came from.
-void StopWindowsExt() noexcept;
+// Frees the libraries the entry points came from; no other thread may use them meanwhile. A module's stop
+// calls it; there is no start, because programs that have no start-up table use this as well.
+void ForgetWindowsExt() noexcept;
 
 }  // namespace smh

@@ -79,8 +79,7 @@ struct LogServices {
     test::InstallFakeSibling(L"basekit.dll", IHelper::kId, helper.Get());
     StartLibraryList();
     StartDllGlobals();
-    StartWinVersionInfo();
-    StartStatisticsLog();
+    g_statisticsLog.Start();
   }
 
   const ComPtr<FakeHelper> helper = MakeComObject<FakeHelper>();
@@ -89,8 +88,8 @@ struct LogServices {
 class StatisticsLogTest : public testing::Test {
  protected:
   ~StatisticsLogTest() override {
-    StopStatisticsLog();
-    StopWinVersionInfo();
+    g_statisticsLog.Stop();
+    ForgetWinVersionInfo();
     StopDllGlobals();
     StopLibraryList();
     test::InstallFakeSibling(L"basekit.dll", IHelper::kId, nullptr);

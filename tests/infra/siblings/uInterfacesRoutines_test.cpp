@@ -116,7 +116,7 @@ TEST(AsciiTextTest, OnlyAsciiLettersFold) {
 constexpr wchar_t kSettings[] = L"Software\\Quillmark\\DebugMode";
 
 SMH_CHILD(DebugDecision) {
-  StartDebugLog();
+  g_debugMode.Start();
   const bool decided = IsDebugMode();
   // What was decided at the start holds.
   SetDebugModeSetting(!decided);

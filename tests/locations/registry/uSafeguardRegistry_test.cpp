@@ -192,9 +192,10 @@ TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
   tree_.Key(L"quiet");
   registry_.SetRootKey(HKEY_CURRENT_USER);
   EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"quiet")), ERROR_SUCCESS);
+  g_debugMode.Start();
   ForceDebugMode();
   EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_SUCCESS);
-  StopDebugLog();
+  g_debugMode.Stop();
   EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
                                  L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
   test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);

@@ -39,13 +39,7 @@ class EntryPoints {
 
 class WinVersionInfoTest : public testing::Test {
  protected:
-  WinVersionInfoTest() { StartWinVersionInfo(); }
-  ~WinVersionInfoTest() override { StopWinVersionInfo(); }
-
-  static void Restart() {
-    StopWinVersionInfo();
-    StartWinVersionInfo();
-  }
+  ~WinVersionInfoTest() override { ForgetWinVersionInfo(); }
 };
 
 TEST_F(WinVersionInfoTest, ArchitectureFollowsTheSystem) {
@@ -80,7 +74,7 @@ TEST_F(WinVersionInfoTest, FailuresOfProductInfo) {
   EXPECT_NO_THROW(WinVersionInfo::GetProductInfo(5, 0, 0, 0, product));
   EXPECT_EQ(product, 0u);
   try {
-    Restart();
+    ForgetWinVersionInfo();
     const EntryPoints failing({{"GetProductInfo", reinterpret_cast<void*>(&FailingProductInfo)}});
     WinVersionInfo::GetProductInfo(6, 1, 0, 0, product);
     FAIL() << "nothing was raised";
@@ -89,7 +83,7 @@ TEST_F(WinVersionInfoTest, FailuresOfProductInfo) {
               L"WinVersionInfo.GetProductInfo() (Error code: 87). " + SystemErrorText(87));
   }
   try {
-    Restart();
+    ForgetWinVersionInfo();
     const EntryPoints missing({{"GetProductInfo", nullptr}});
     WinVersionInfo::GetProductInfo(6, 1, 0, 0, product);
     FAIL() << "nothing was raised";
@@ -116,20 +110,19 @@ TEST_F(WinVersionInfoTest, IsOsAnswersWhenIsWow64ProcessCannot) {
   for (void* const process : {reinterpret_cast<void*>(&FailingIsWow64Process), static_cast<void*>(nullptr)}) {
     for (const auto isOs : {&OnlyWow64, &AllButWow64}) {
       const EntryPoints others({{"IsWow64Process", process}, {"437", reinterpret_cast<void*>(isOs)}});
-      Restart();
+      ForgetWinVersionInfo();
       EXPECT_EQ(WinVersionInfo::IsWow64(), isOs == &OnlyWow64);
     }
   }
   const EntryPoints none({{"IsWow64Process", nullptr}, {"437", nullptr}});
-  Restart();
+  ForgetWinVersionInfo();
   EXPECT_THROW(WinVersionInfo::IsWow64(), EOSError);
 }
 
 SMH_CHILD(PrintVersion) {
-  StartWinVersionInfo();
   std::printf("%ls|%ls|%ls", WinVersionInfo::OSName().data(), WinVersionInfo::ServicePackName().data(),
               WinVersionInfo::EditionName().data());
-  StopWinVersionInfo();
+  ForgetWinVersionInfo();
   return 0;
 }
 

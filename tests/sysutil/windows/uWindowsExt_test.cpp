@@ -13,7 +13,7 @@ namespace {
 
 class WindowsExtTest : public testing::Test {
  protected:
-  ~WindowsExtTest() override { StopWindowsExt(); }
+  ~WindowsExtTest() override { ForgetWindowsExt(); }
 };
 
 DWORD g_now;

@@ -1,0 +1,28 @@
+// What the reader's parts and the locations share: what outlives one thread of the reader.
+#pragma once
+
+#include "core/contracts/StartupManagerHelper.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/module_global.h"
+#include "model/parkable_thread.h"
+
+#include <atomic>
+
+namespace smh {
+
+struct ReaderState {
+  // The control lock, outermost of the module: serialises start and stop of reading. A thread that holds the
+  // item-list lock must not enter it, because the reader may be waiting for that lock.
+  CriticalSection control;
+  ParkableThread thread;
+  std::atomic<ReadState> readState{kReadStateReading};
+  // Taken by the reader when it starts.
+  std::atomic<bool> showAllLocations{false};
+};
+extern ModuleGlobal<ReaderState> g_reader;
+
+// Raises EAbort, which unwinds to the reader's loop, when the reader was asked to end. The locations call it
+// between two steps that may take long, whatever thread they run on; takes no lock.
+void CheckTerminated();
+
+}  // namespace smh
