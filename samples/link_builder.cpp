@@ -38,8 +38,9 @@ std::uint32_t FlagsOf(const LinkBuilder& link) {
 void PutHeader(BuiltLink& out, const LinkBuilder& link) {
   out.PutField("HeaderSize", kLinkHeaderSize, 4);
   // As two halves, so that either can be changed like any other field.
-  out.PutField("LinkCLSIDLow", LoadInteger<std::uint64_t>(link.classId), 8);
-  out.PutField("LinkCLSIDHigh", LoadInteger<std::uint64_t>(Bytes(link.classId).subspan(8)), 8);
+  ByteCursor classId(link.classId);
+  out.PutField("LinkCLSIDLow", classId.U64(), 8);
+  out.PutField("LinkCLSIDHigh", classId.U64(), 8);
   out.PutField("LinkFlags", FlagsOf(link), 4);
   out.PutField("FileAttributes", 0x20, 4);
   out.PutField("CreationTime", 0, 8);

@@ -1,8 +1,8 @@
 // Names of the shell's namespace, asked of the desktop folder.
 #pragma once
 
+#include "infra/runtime/byte_cursor.h"
 #include "infra/runtime/module_global.h"
-#include "shelllink/format/bytes.h"
 
 #include <windows.h>
 #include <shlobj.h>

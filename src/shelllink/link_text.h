@@ -7,8 +7,10 @@
 
 namespace smh {
 
-// From the system code page.
+// From the system code page; bytes that stand for no character give its replacement. Raises std::bad_alloc.
+// Any thread.
 std::wstring WidenAnsi(std::string_view text);
+// In whichever encoding the text is stored. Raises std::bad_alloc. Any thread.
 std::wstring ToWide(const StoredText& text);
 
 }  // namespace smh

@@ -62,7 +62,7 @@ inline ByteVector Framed(const ByteVector& payload) {
   RecordWriter record;
   record.U32(static_cast<std::uint32_t>(payload.size()));
   record.U32(Checksum(payload));
-  record.Bytes(payload);
+  record.Put(payload);
   return record.Written();
 }
 

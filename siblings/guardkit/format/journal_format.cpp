@@ -20,7 +20,7 @@ ByteVector Framed(const RecordWriter& payload) {
   RecordWriter record;
   record.U32(static_cast<std::uint32_t>(payload.Written().size()));
   record.U32(Checksum(payload.Written()));
-  record.Bytes(payload.Written());
+  record.Put(payload.Written());
   return record.Written();
 }
 
@@ -54,7 +54,7 @@ void Write(RecordWriter& out, const FileState& state) {
   for (const StreamState& stream : state.streams) {
     out.Text(stream.name);
     out.U64(stream.size);
-    out.Bytes(stream.hash);
+    out.Put(stream.hash);
   }
 }
 
@@ -84,69 +84,68 @@ struct StepWriter {
   }
 };
 
-bool ReadFlag(RecordCursor& in) noexcept {
+bool ReadFlag(ByteCursor& in) noexcept {
   const std::uint8_t flag = in.U8();
   if (flag > 1) in.Fail();
   return flag == 1;
 }
 
-void Read(RecordCursor& in, ValueState& state) {
+void Read(ByteCursor& in, ValueState& state) {
   state.exists = ReadFlag(in);
   if (!state.exists) return;
   state.type = in.U32();
-  state.data = in.Block();
+  state.data = ReadBlock(in);
 }
 
-void Read(RecordCursor& in, KeyState& state) {
+void Read(ByteCursor& in, KeyState& state) {
   state.exists = ReadFlag(in);
   if (!state.exists) return;
-  state.className = in.Text();
-  state.security = in.Block();
+  state.className = ReadText(in);
+  state.security = ReadBlock(in);
   for (std::uint32_t left = in.U32(); left > 0 && in.Ok(); --left) {
     NamedValue& value = state.values.emplace_back();
-    value.name = in.Text();
+    value.name = ReadText(in);
     value.type = in.U32();
-    value.data = in.Block();
+    value.data = ReadBlock(in);
   }
 }
 
-void Read(RecordCursor& in, FileState& state) {
+void Read(ByteCursor& in, FileState& state) {
   state.exists = ReadFlag(in);
   if (!state.exists) return;
   state.attributes = in.U32();
   for (std::uint64_t* time : {&state.created, &state.accessed, &state.written}) *time = in.U64();
-  state.security = in.Block();
+  state.security = ReadBlock(in);
   for (std::uint32_t left = in.U32(); left > 0 && in.Ok(); --left) {
     StreamState& stream = state.streams.emplace_back();
-    stream.name = in.Text();
+    stream.name = ReadText(in);
     stream.size = in.U64();
-    const std::span<const std::byte> hash = in.Take(stream.hash.size());
-    std::copy(hash.begin(), hash.end(), stream.hash.begin());
+    stream.hash = in.Array<sizeof(stream.hash)>();
   }
 }
 
 struct StepReader {
-  RecordCursor& in;
+  ByteCursor& in;
 
   void operator()(ValueStep& step) const {
-    step.key = in.Text();
-    step.name = in.Text();
+    step.key = ReadText(in);
+    step.name = ReadText(in);
     Read(in, step.before);
     Read(in, step.after);
   }
   void operator()(KeyStep& step) const {
-    step.key = in.Text();
+    step.key = ReadText(in);
     Read(in, step.before);
     Read(in, step.after);
   }
   void operator()(FileStep& step) const {
-    step.path = in.Text();
+    step.path = ReadText(in);
     Read(in, step.before);
     Read(in, step.after);
   }
   void operator()(MoveStep& step) const {
-    step.from = in.Text();
-    step.to = in.Text();
+    step.from = ReadText(in);
+    step.to = ReadText(in);
     Read(in, step.file);
   }
 };
@@ -167,19 +166,19 @@ std::optional<Step> EmptyStep(std::uint8_t kind) {
 }
 
 // Each reads the rest of a payload behind its type; false when that is not what it should be.
-bool ReadHeader(RecordCursor& in, JournalContents& contents) {
+bool ReadHeader(ByteCursor& in, JournalContents& contents) {
   CheckpointHeader& header = contents.header;
   header.id = in.U32();
   header.undoes = in.U32();
   header.time = in.U64();
   header.process = in.U32();
   header.processStarted = in.U64();
-  header.user = in.Text();
-  header.title = in.Text();
+  header.user = ReadText(in);
+  header.title = ReadText(in);
   return in.AtEnd();
 }
 
-bool ReadStep(RecordCursor& in, JournalContents& contents) {
+bool ReadStep(ByteCursor& in, JournalContents& contents) {
   if (in.U32() != contents.steps.size()) return false;
   std::optional<Step> step = EmptyStep(in.U8());
   if (!step) return false;
@@ -189,7 +188,7 @@ bool ReadStep(RecordCursor& in, JournalContents& contents) {
   return true;
 }
 
-bool ReadMark(RecordCursor& in, JournalContents& contents) {
+bool ReadMark(ByteCursor& in, JournalContents& contents) {
   const std::uint32_t number = in.U32();
   const std::uint32_t status = in.U32();
   if (!in.AtEnd() || number >= contents.steps.size()) return false;
@@ -200,22 +199,22 @@ bool ReadMark(RecordCursor& in, JournalContents& contents) {
   return true;
 }
 
-bool ReadEnd(RecordCursor& in, JournalContents& contents) {
+bool ReadEnd(ByteCursor& in, JournalContents& contents) {
   contents.finished = in.U32() == contents.steps.size() && in.AtEnd();
   return contents.finished;
 }
 
 // The next payload; none at the end and at a torn or damaged record.
-std::optional<std::span<const std::byte>> NextPayload(RecordCursor& file) {
+std::optional<Bytes> NextPayload(ByteCursor& file) {
   const std::uint32_t size = file.U32();
   const std::uint32_t checksum = file.U32();
-  const std::span<const std::byte> payload = file.Take(size);
+  const Bytes payload = file.Take(size);
   if (!file.Ok() || payload.empty() || Checksum(payload) != checksum) return std::nullopt;
   return payload;
 }
 
-bool ReadRecord(std::span<const std::byte> payload, JournalContents& contents) {
-  RecordCursor in(payload);
+bool ReadRecord(Bytes payload, JournalContents& contents) {
+  ByteCursor in(payload);
   switch (in.U8()) {
     case kStepRecord:
       return ReadStep(in, contents);
@@ -241,8 +240,8 @@ ByteVector EncodeBeginning(const CheckpointHeader& header) {
   payload.Text(header.user);
   payload.Text(header.title);
   RecordWriter file;
-  file.Bytes(kSignature);
-  file.Bytes(Framed(payload));
+  file.Put(kSignature);
+  file.Put(Framed(payload));
   return file.Written();
 }
 
@@ -270,13 +269,13 @@ ByteVector EncodeEnd(std::uint32_t stepCount) {
   return Framed(payload);
 }
 
-std::optional<JournalContents> DecodeJournal(std::span<const std::byte> file) {
-  RecordCursor in(file);
+std::optional<JournalContents> DecodeJournal(Bytes file) {
+  ByteCursor in(file);
   JournalContents contents;
   if (!std::ranges::equal(in.Take(kSignature.size()), kSignature)) return std::nullopt;
   const auto header = NextPayload(in);
   if (!header) return std::nullopt;
-  RecordCursor fields(*header);
+  ByteCursor fields(*header);
   if (fields.U8() != kHeaderRecord || !ReadHeader(fields, contents)) return std::nullopt;
   while (!contents.finished) {
     const auto payload = NextPayload(in);

@@ -5,16 +5,18 @@
 // one behind them.
 #pragma once
 
+#include "infra/runtime/byte_cursor.h"
 #include "siblings/guardkit/format/journal_steps.h"
 
 #include <optional>
-#include <span>
 
 namespace smh {
 
 // A journal that grows beyond this is not read, and not written either.
 inline constexpr std::uint64_t kLargestJournal = 64u << 20;
 
+// What is appended to a journal. All raise std::bad_alloc; any thread.
+//
 // The beginning of a file: signature and header.
 ByteVector EncodeBeginning(const CheckpointHeader& header);
 // Steps are numbered from 0 in the order of the file.
@@ -24,7 +26,8 @@ ByteVector EncodeMark(std::uint32_t number, std::uint32_t status);
 ByteVector EncodeEnd(std::uint32_t stepCount);
 
 // What a file holds up to its first record that is torn, damaged, or not what the records before it allow.
-// None when not even the header can be read.
-std::optional<JournalContents> DecodeJournal(std::span<const std::byte> file);
+// None when not even the header can be read. The contents own their texts and data. Raises std::bad_alloc;
+// any thread.
+std::optional<JournalContents> DecodeJournal(Bytes file);
 
 }  // namespace smh

@@ -1,65 +1,44 @@
-// The fields of a record: little-endian integers, texts as a count and UTF-16 units, blocks as a count and
-// bytes.
+// The fields of a record: little-endian integers, texts as a count and UTF-16 code units, blocks as a count
+// and bytes.
 #pragma once
 
+#include "infra/runtime/byte_cursor.h"
 #include "siblings/guardkit/format/journal_steps.h"
 
-#include <cstring>
-#include <span>
 #include <string_view>
 
 namespace smh {
 
+// Appends fields to bytes that it owns. Everything but Written raises std::bad_alloc. No state but its own:
+// any thread, one object at a time.
 class RecordWriter {
  public:
-  void U8(std::uint8_t value) { Put(value, 1); }
-  void U32(std::uint32_t value) { Put(value, 4); }
-  void U64(std::uint64_t value) { Put(value, 8); }
-  void Bytes(std::span<const std::byte> bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
-  void Block(std::span<const std::byte> bytes);
+  void U8(std::uint8_t value) { PutInteger(value); }
+  void U32(std::uint32_t value) { PutInteger(value); }
+  void U64(std::uint64_t value) { PutInteger(value); }
+  // Without a count.
+  void Put(Bytes bytes);
+  void Block(Bytes bytes);
   void Text(std::wstring_view text);
 
+  // Valid until the next field or the writer's end.
   const ByteVector& Written() const noexcept { return bytes_; }
 
  private:
-  void Put(std::uint64_t value, int width);
+  template <typename Integer>
+  void PutInteger(Integer value) {
+    Put(std::as_bytes(std::span(&value, 1)));
+  }
 
   ByteVector bytes_;
 };
 
-// Reads fields in order. What is asked for beyond the end gives zeros and empty texts, and Ok is false from
-// then on: a reader checks once, at its end. Nothing is allocated for a count that the rest cannot hold.
-class RecordCursor {
- public:
-  explicit RecordCursor(std::span<const std::byte> bytes) noexcept : rest_(bytes) {}
+// The field at the cursor. Beyond its end both are empty, the cursor fails, and nothing was allocated for a
+// count that the rest cannot hold. Raise std::bad_alloc. Any thread.
+ByteVector ReadBlock(ByteCursor& in);
+std::wstring ReadText(ByteCursor& in);
 
-  bool Ok() const noexcept { return ok_; }
-  bool AtEnd() const noexcept { return ok_ && rest_.empty(); }
-  std::size_t Remaining() const noexcept { return rest_.size(); }
-  // For a field with an impossible value.
-  void Fail() noexcept;
-
-  std::span<const std::byte> Take(std::uint64_t count) noexcept;
-  std::uint8_t U8() noexcept { return Integer<std::uint8_t>(); }
-  std::uint32_t U32() noexcept { return Integer<std::uint32_t>(); }
-  std::uint64_t U64() noexcept { return Integer<std::uint64_t>(); }
-  ByteVector Block();
-  std::wstring Text();
-
- private:
-  template <typename Type>
-  Type Integer() noexcept {
-    Type value = 0;
-    const std::span<const std::byte> bytes = Take(sizeof(value));
-    if (!bytes.empty()) std::memcpy(&value, bytes.data(), sizeof(value));
-    return value;
-  }
-
-  std::span<const std::byte> rest_;
-  bool ok_ = true;
-};
-
-// The CRC-32 of IEEE 802.3.
-std::uint32_t Checksum(std::span<const std::byte> bytes) noexcept;
+// The CRC-32 of IEEE 802.3. Any thread.
+std::uint32_t Checksum(Bytes bytes) noexcept;
 
 }  // namespace smh

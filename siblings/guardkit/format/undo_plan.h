@@ -7,7 +7,8 @@
 
 namespace smh {
 
-// What a plan looks at. The reads may raise whatever they like: such a step is blocked.
+// What a plan looks at. The reads may raise any std::exception: such a step is blocked. Asked only by
+// PlanUndo, on its thread.
 class SystemState {
  public:
   virtual ~SystemState() = default;
@@ -34,7 +35,8 @@ struct PlannedStep {
 };
 
 // In the order of undoing: last step first. A step is compared with the state that undoing the later steps
-// will have left, so that a plan may be made before anything is done.
+// will have left, so that a plan may be made before anything is done. Changes nothing; `system` is borrowed
+// for the call. Raises std::bad_alloc. Any thread.
 std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system);
 
 }  // namespace smh

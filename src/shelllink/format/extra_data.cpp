@@ -1,7 +1,5 @@
 #include "shelllink/format/extra_data.h"
 
-#include "shelllink/format/link_format_error.h"
-
 #include <algorithm>
 #include <iterator>
 
@@ -50,7 +48,7 @@ bool HasStringProps(TExtraDataKind kind) noexcept {
 TExtraData TExtraData::Load(ByteCursor& file, std::uint32_t blockSize) {
   const BlockRow row = RowOf(file.U32());
   const bool isExpected = row.requiredSize == kAnySize || row.requiredSize == blockSize;
-  if (!isExpected || blockSize < kHeadSize) throw LinkFormatError(LinkFault::kSizeOrData);
+  if (!isExpected || blockSize < kHeadSize) file.Fail();
   return TExtraData(row.kind, row.signature, file.Take(blockSize - kHeadSize));
 }
 
@@ -62,11 +60,13 @@ StoredText TExtraData::Target() const noexcept {
 }
 
 StoredText TExtraDataStringProps::AnsiTarget() const noexcept {
-  return StoredText::Ansi(data_.first(kTargetCharacters));
+  return StoredText::Ansi(ByteCursor(data_).Take(kTargetCharacters));
 }
 
 StoredText TExtraDataStringProps::UnicodeTarget() const noexcept {
-  return StoredText::Utf16(data_.subspan(kTargetCharacters, kTargetCharacters * sizeof(char16_t)));
+  ByteCursor strings(data_);
+  strings.Skip(kTargetCharacters);
+  return StoredText::Utf16(strings.Take(kTargetCharacters * sizeof(char16_t)));
 }
 
 }  // namespace smh

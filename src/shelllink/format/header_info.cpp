@@ -19,10 +19,12 @@ constinit const ClassIdBytes kLinkClassId = ClassIdOf(0xC0, 0x00);
 
 void THeaderInfo::Load(ByteCursor& file) {
   const Bytes header = file.Take(kLinkHeaderSize);
+  if (!file.Ok()) return;
   header_ = SectionView(header);
-  const std::uint32_t size = header_.U32At(0);
+  ByteCursor fields(header);
+  const std::uint32_t size = fields.U32();
   if (size != kLinkHeaderSize) throw LinkFormatError::OfHeaderSize(size);
-  const auto id = LoadInteger<ClassIdBytes>(header.subspan(4));
+  const ClassIdBytes id = fields.Array<sizeof(ClassIdBytes)>();
   if (id != kSwappedLinkClassId && id != kLinkClassId) throw LinkFormatError::OfClassId(id);
 }
 

@@ -1,7 +1,7 @@
 // The ShellLinkHeader of the Shell Link Binary File Format.
 #pragma once
 
-#include "shelllink/format/byte_cursor.h"
+#include "infra/runtime/byte_cursor.h"
 #include "shelllink/format/link_format_error.h"
 #include "shelllink/format/section_view.h"
 
@@ -25,14 +25,17 @@ inline constexpr std::uint32_t kLinkHeaderSize = 76;
 extern const ClassIdBytes kSwappedLinkClassId;
 extern const ClassIdBytes kLinkClassId;
 
-// Every field is zero when no header is loaded.
+// Every field is zero when no header is loaded. Borrows from the link's bytes. Loaded and read by one thread
+// at a time.
 class THeaderInfo {
  public:
-  // Keeps the header, then raises kHeaderSize or kClassId when it is not a link's.
+  // Fails the cursor when the file is shorter than a header, and loads nothing. Else keeps the header, then
+  // raises LinkFormatError (kHeaderSize, kClassId) when it is not a link's.
   void Load(ByteCursor& file);
   void Clear() noexcept { header_ = {}; }
 
   std::uint32_t LinkFlags() const noexcept { return header_.U32At(20); }
+  // Whether any bit of `flag` is set.
   bool Has(std::uint32_t flag) const noexcept { return (LinkFlags() & flag) != 0; }
   std::int32_t IconIndex() const noexcept { return static_cast<std::int32_t>(header_.U32At(56)); }
   std::uint32_t ShowCommand() const noexcept { return header_.U32At(60); }

@@ -22,6 +22,7 @@ enum class LinkFault {
   kLinkInfo,
 };
 
+// Raised by the sections and by LinkSections only; never leaves TShellLinkInfo. A value: any thread.
 class LinkFormatError : public std::exception {
  public:
   explicit LinkFormatError(LinkFault fault) noexcept : fault_(fault) {}

@@ -49,11 +49,12 @@ void Require(bool holds) {
 
 void TLinkInfo::Load(ByteCursor& file) {
   constexpr std::uint32_t kSizeField = 4;
-  const ByteCursor start = file;
-  const std::uint32_t size = file.U32();
-  if (size < kSizeField) throw LinkFormatError(LinkFault::kSizeOrData);
-  file = start;
-  info_ = SectionView(file.Take(size));
+  // The size counts itself.
+  const std::uint32_t size = ByteCursor(file).U32();
+  if (size < kSizeField) file.Fail();
+  const Bytes info = file.Take(size);
+  if (!file.Ok()) return;
+  info_ = SectionView(info);
   CheckOffsets();
   CheckVolumeId();
   CheckNetworkLink();

@@ -1,15 +1,17 @@
 // The LinkInfo structure: where the target was when the link was made, on a volume or on the network.
 #pragma once
 
-#include "shelllink/format/byte_cursor.h"
+#include "infra/runtime/byte_cursor.h"
 #include "shelllink/format/section_view.h"
 
 namespace smh {
 
+// Borrows from the link's bytes, as the texts that it hands out. Loaded and read by one thread at a time.
 class TLinkInfo {
  public:
-  // For a header with kHasLinkInfo. Keeps the structure, then raises kLinkInfo when it contradicts itself.
-  // The accessors bound themselves, so they may be used whatever the outcome.
+  // For a header with kHasLinkInfo. Fails the cursor when the structure is longer than the file or than its
+  // size field allows, and loads nothing. Else keeps the structure, then raises LinkFormatError (kLinkInfo)
+  // when it contradicts itself. The accessors bound themselves, so they may be used whatever the outcome.
   void Load(ByteCursor& file);
   void Clear() noexcept { info_ = {}; }
 

@@ -33,6 +33,7 @@ void LinkSections::Parse(Bytes link) {
   strings_.Load(file, header_);
   // A file that ends right after the strings is complete; one that ends after a block is not.
   if (file.Remaining() > 0) LoadExtraData(file);
+  if (!file.Ok()) throw LinkFormatError(LinkFault::kSizeOrData);
 }
 
 void LinkSections::LoadExtraData(ByteCursor& file) {
@@ -40,9 +41,11 @@ void LinkSections::LoadExtraData(ByteCursor& file) {
   // Links of today carry up to five.
   extraData_.reserve(8);
   for (std::uint32_t size = file.U32(); size >= kSmallestBlock; size = file.U32()) {
-    extraData_.push_back(TExtraData::Load(file, size));
+    const TExtraData block = TExtraData::Load(file, size);
+    if (!file.Ok()) return;
+    extraData_.push_back(block);
   }
-  if (file.Remaining() != 0) throw LinkFormatError(LinkFault::kSizeOrData);
+  if (!file.AtEnd()) file.Fail();
 }
 
 const TExtraData* LinkSections::FindExtraData(TExtraDataKind kind) const noexcept {

@@ -22,7 +22,8 @@ class LinkSections {
   LinkSections(const LinkSections&) = delete;
   LinkSections& operator=(const LinkSections&) = delete;
 
-  // Parses a whole link of `size` bytes. Raises LinkFormatError; the sections before the fault are kept.
+  // Drops what was read and parses a whole link of `size` bytes. Raises LinkFormatError; the sections before
+  // the fault are kept. Raises std::bad_alloc.
   void Load(std::unique_ptr<std::byte[]> link, std::size_t size);
   // The same from a copy.
   void Load(Bytes link);
@@ -35,7 +36,7 @@ class LinkSections {
   // In the order of the file.
   const std::vector<TExtraData>& ExtraData() const noexcept { return extraData_; }
 
-  // The first block of that kind, or null.
+  // The first block of that kind, or null; valid until the next Load or Clear, like all texts.
   const TExtraData* FindExtraData(TExtraDataKind kind) const noexcept;
   // The target of the environment block; empty without one.
   StoredText EnvironmentTarget() const noexcept;

@@ -1,6 +1,6 @@
 #include "shelllink/format/link_target_id_list.h"
 
-#include "shelllink/format/section_view.h"
+#include <cstring>
 
 namespace smh {
 
@@ -20,14 +20,13 @@ void TLinkTargetIDList::Clear() noexcept {
 bool TLinkTargetIDList::IsWellFormed() const noexcept {
   // An item's size counts itself; one without a byte of content says nothing that a folder could read.
   constexpr std::size_t kSizeField = 2;
-  SectionView rest(List());
-  while (rest.All().size() >= kSizeField) {
-    const std::uint16_t size = rest.U16At(0);
-    if (size == 0) return true;
-    if (size <= kSizeField) return false;
-    rest = rest.From(size);
+  ByteCursor list(List());
+  std::uint16_t size = list.U16();
+  while (size > kSizeField) {
+    list.Skip(size - kSizeField);
+    size = list.U16();
   }
-  return false;
+  return list.Ok() && size == 0;
 }
 
 }  // namespace smh

@@ -1,5 +1,5 @@
 # The parser of shell links. It knows nothing of Windows but the allocator of item ID lists, so that it is also
 # built natively, under the sanitizers.
 set(SHELLLINK_FORMAT_SOURCES
-    byte_cursor.cpp extra_data.cpp header_info.cpp link_info.cpp link_sections.cpp link_target_id_list.cpp
-    section_view.cpp stored_text.cpp string_data.cpp)
+    extra_data.cpp header_info.cpp link_info.cpp link_sections.cpp link_target_id_list.cpp stored_text.cpp
+    string_data.cpp)

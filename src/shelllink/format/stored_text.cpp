@@ -1,5 +1,7 @@
 #include "shelllink/format/stored_text.h"
 
+#include <cstring>
+
 namespace smh {
 
 StoredText StoredText::Ansi(Bytes bytes) noexcept {
@@ -10,10 +12,11 @@ StoredText StoredText::Ansi(Bytes bytes) noexcept {
 }
 
 StoredText StoredText::Utf16(Bytes bytes) noexcept {
-  constexpr std::size_t kUnit = sizeof(char16_t);
-  std::size_t end = 0;
-  while (end + kUnit <= bytes.size() && LoadInteger<char16_t>(bytes.subspan(end)) != 0) end += kUnit;
-  return {bytes.first(end), true};
+  // Behind the last unit the cursor reads zeros.
+  ByteCursor units(bytes);
+  std::size_t size = 0;
+  while (units.U16() != 0) size += sizeof(char16_t);
+  return {bytes.first(size), true};
 }
 
 std::string_view StoredText::AnsiView() const noexcept {

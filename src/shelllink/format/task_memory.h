@@ -11,7 +11,7 @@ struct TaskMemoryDeleter {
 };
 using TaskMemory = std::unique_ptr<std::byte[], TaskMemoryDeleter>;
 
-// Raises std::bad_alloc.
+// `size` bytes, not 0, without a value; the caller owns them. Raises std::bad_alloc. Any thread.
 TaskMemory AllocateTaskMemory(std::size_t size);
 
 }  // namespace smh
