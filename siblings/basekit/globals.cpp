@@ -1,6 +1,6 @@
 #include "siblings/basekit/services.h"
 
-#include "siblings/basekit/version_record.h"
+#include "siblings/basekit/format/version_record.h"
 #include "core/contracts/guard.h"
 #include "siblings/common/product.h"
 #include "infra/runtime/exceptions.h"

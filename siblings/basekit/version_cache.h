@@ -2,7 +2,7 @@
 // kept.
 #pragma once
 
-#include "siblings/basekit/version_record.h"
+#include "siblings/basekit/format/version_record.h"
 #include "infra/runtime/critical_section.h"
 
 #include <array>

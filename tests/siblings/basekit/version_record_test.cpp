@@ -1,4 +1,4 @@
-#include "siblings/basekit/version_record.h"
+#include "siblings/basekit/format/version_record.h"
 
 #include "siblings/basekit/version_cache.h"
 #include "tests/support/child_process.h"
@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 #include <thread>
 
 namespace smh {
@@ -63,45 +62,6 @@ TEST(VersionRecordTest, LengthsInBytesAreReadAndForeignBlocksAreNot) {
   AtKey(bytes, L"VS_VERSION_INFO", 0) = std::byte{'X'};
   EXPECT_EQ(VersionRecord(bytes).FileVersionNumber(), L"");
   EXPECT_EQ(VersionRecord(bytes).String(L"CompanyName"), L"");
-}
-
-// Bytes that end where readable memory ends: a read past them is a fault.
-class EdgeOfMemory {
- public:
-  EdgeOfMemory()
-      : pages_(static_cast<std::byte*>(VirtualAlloc(nullptr, 2 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
-    DWORD old = 0;
-    VirtualProtect(pages_ + kPage, kPage, PAGE_NOACCESS, &old);
-  }
-  ~EdgeOfMemory() { VirtualFree(pages_, 0, MEM_RELEASE); }
-
-  std::span<const std::byte> Put(std::span<const std::byte> bytes) const {
-    std::byte* const start = pages_ + kPage - bytes.size();
-    if (!bytes.empty()) std::memcpy(start, bytes.data(), bytes.size());
-    return {start, bytes.size()};
-  }
-
- private:
-  static constexpr std::size_t kPage = 4096;
-  std::byte* pages_;
-};
-
-TEST(VersionRecordTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
-  const EdgeOfMemory edge;
-  const Bytes whole = SampleRecord();
-  const std::wstring text = L"Sample Works Ltd.";
-  ASSERT_EQ(VersionRecord(edge.Put(whole)).String(L"CompanyName"), text);
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    EXPECT_TRUE(
-        text.starts_with(VersionRecord(edge.Put(std::span(whole).first(size))).String(L"CompanyName")));
-  }
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    for (const int value : {0x00, 0x01, 0x05, 0x06, 0x7F, 0xFF}) {
-      Bytes changed = whole;
-      changed[at] = static_cast<std::byte>(value);
-      EXPECT_LE(VersionRecord(edge.Put(changed)).String(L"Rest").size(), whole.size());
-    }
-  }
 }
 
 class VersionFileTest : public testing::Test {
