@@ -75,7 +75,8 @@ void ChangeItems(const Arguments& arguments, const Change& change) {
   std::vector<ItemRecord> list = ReadAllItems(library);
   const std::vector<ItemRecord> targets = CheckTargets(library, SelectTargets(list, arguments), change);
   for (const ItemRecord& item : targets) {
-    const std::wstring failure = L"Cannot " + std::wstring(change.verb) + L" " + Describe(item);
+    const std::wstring failure =
+        std::wstring(L"Cannot ").append(change.verb).append(L" ").append(Describe(item));
     CheckResult(change.apply(*RequireListedItem(library, item)), failure);
     std::vector<ItemRecord> listNow = ReadAllItems(library);
     const std::wstring fault = FindFault(change, item, list, listNow);

@@ -49,7 +49,7 @@ std::wstring SessionAccount() {
 
 bool Account::IsForeign() const noexcept {
   // A name may come without its domain.
-  const bool bothFull = FolderPart(name).size() > 0 && FolderPart(sessionUser).size() > 0;
+  const bool bothFull = !FolderPart(name).empty() && !FolderPart(sessionUser).empty();
   const auto compared = [bothFull](const std::wstring& text) {
     return bothFull ? std::wstring_view(text) : FileNamePart(text);
   };

@@ -6,6 +6,8 @@
 #include "hosts/gui/resource.h"
 #include "hosts/common/text_encoding.h"
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {

@@ -212,12 +212,13 @@ void EntriesView::MoveToOneOf(const LocationSet& targets, const std::vector<Item
 void EntriesView::ChangeCommand() {
   std::vector<ItemRecord> items = SelectedThatCan(kActionChangeCommand);
   if (items.size() != 1 || !MayChange(items)) return;
-  const auto command = AskCommand(frame_.window, L"Command of " + NamesOf(items), items.front().command);
-  if (!command || *command == items.front().command) return;
+  const std::wstring before = items.front().command;
+  const auto command = AskCommand(frame_.window, L"Command of " + NamesOf(items), before);
+  if (!command || *command == before) return;
   Apply(std::move(items),
         {kActionChangeCommand,
          [command = *command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
-         [before = items.front().command](IStartupItem& item) {
+         [before](IStartupItem& item) {
            return item.GetIndex() < 0 || TextProperty(item, kPropertyCommand) != before;
          }},
         L"Changed");

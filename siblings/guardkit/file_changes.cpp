@@ -40,7 +40,7 @@ bool IsTemporary(const std::wstring& file) {
 // one inherits it from the folder above the target's, which is not watched and starts nothing.
 std::wstring StagingPath(const OpenCheckpoint& checkpoint, const std::wstring& target,
                          const FileState& wanted) {
-  const std::wstring made = checkpoint.Blobs().StagingFile();
+  std::wstring made = checkpoint.Blobs().StagingFile();
   const std::wstring folder = WithoutTrailingBackslash(FolderPart(target));
   if (!wanted.security.empty() && OnOneVolume(made, folder)) return made;
   const std::wstring above(FolderPart(folder));

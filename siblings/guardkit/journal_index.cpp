@@ -4,7 +4,6 @@
 #include "infra/runtime/exceptions.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace smh {
 
@@ -61,12 +60,12 @@ std::uint32_t IdOf(const IndexedCheckpoint& checkpoint) noexcept {
 std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld) {
   std::vector<IndexedCheckpoint> index = Load(folder, lockHeld, [](const JournalName&) { return true; });
   // Newest first: whether an undo still holds is known when its turn comes.
-  for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
-    if (checkpoint.contents.header.undoes == 0 || !checkpoint.contents.finished || checkpoint.undoneBy != 0)
-      continue;
-    const auto target = std::ranges::find(index, checkpoint.contents.header.undoes, IdOf);
+  for (auto checkpoint = index.rbegin(); checkpoint != index.rend(); ++checkpoint) {
+    const std::uint32_t undoes = checkpoint->contents.header.undoes;
+    if (undoes == 0 || !checkpoint->contents.finished || checkpoint->undoneBy != 0) continue;
+    const auto target = std::ranges::find(index, undoes, IdOf);
     if (target == index.end() || target->undoneBy != 0) continue;
-    target->undoneBy = checkpoint.name.id;
+    target->undoneBy = checkpoint->name.id;
     target->state = CheckpointState::kUndone;
   }
   return index;
@@ -88,13 +87,14 @@ const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, s
 
 const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
                                           const std::wstring& user) {
-  for (const IndexedCheckpoint& checkpoint : std::views::reverse(index)) {
+  const auto isNextToUndo = [&user](const IndexedCheckpoint& checkpoint) {
     const CheckpointHeader& header = checkpoint.contents.header;
     const bool isNext = header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted;
     const bool isLeft = checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty();
-    if (isNext && isLeft && header.user == user) return &checkpoint;
-  }
-  return nullptr;
+    return isNext && isLeft && header.user == user;
+  };
+  const auto newest = std::find_if(index.rbegin(), index.rend(), isNextToUndo);
+  return newest == index.rend() ? nullptr : &*newest;
 }
 
 const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {

@@ -72,7 +72,7 @@ class UndoCall {
 
   UndoResult Run(std::uint32_t id) {
     // What is meant is settled before the lock is there, and looked at again under it.
-    const UndoResult wanted = UndoCall(direction_, UndoMode::kShow).Show(id);
+    UndoResult wanted = UndoCall(direction_, UndoMode::kShow).Show(id);
     if (FAILED(wanted.status) && wanted.status != IJournal::kConflict) return wanted;
     OpenCheckpoint own(TitleOfUndoing(wanted.title), wanted.checkpoint);
     direction_ = Direction::kUndo;

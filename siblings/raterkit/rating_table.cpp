@@ -27,7 +27,7 @@ std::optional<FileRating> ParseRating(std::wstring_view text) {
 // The first line, removed from `text` with its end.
 std::wstring TakeLine(std::wstring_view& text) {
   const std::size_t end = text.find_first_of(L"\r\n");
-  const std::wstring line = Trim(text.substr(0, end));
+  std::wstring line = Trim(text.substr(0, end));
   text.remove_prefix(end == std::wstring_view::npos ? text.size() : end + 1);
   return line;
 }
@@ -48,10 +48,12 @@ std::wstring DecodeText(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xFE")) return DecodeUtf16(bytes.substr(2), false);
   if (bytes.starts_with("\xFE\xFF")) return DecodeUtf16(bytes.substr(2), true);
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  const int size = static_cast<int>(bytes.size());
-  std::wstring text(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, nullptr, 0)),
-                    L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, text.data(), static_cast<int>(text.size()));
+  const auto decodeInto = [bytes](wchar_t* target, std::size_t room) {
+    return MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), target,
+                               static_cast<int>(room));
+  };
+  std::wstring text(static_cast<std::size_t>(decodeInto(nullptr, 0)), L'\0');
+  decodeInto(text.data(), text.size());
   return text;
 }
 

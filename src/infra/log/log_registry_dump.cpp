@@ -48,7 +48,7 @@ void LogKey(REGSAM view, HKEY root, bool recurse, const std::wstring& key, int d
   const std::vector<std::wstring> names = registry.KeyNames();
   registry.CloseKey();
   for (const std::wstring& name : names) {
-    const std::wstring below = key + L'\\' + name;
+    const std::wstring below = std::wstring(key).append(L"\\").append(name);
     // What a link leads to lies elsewhere, and may lead back here.
     if (!IsRegistryLink(root, below, view)) LogKey(view, root, recurse, below, depth + 1);
   }

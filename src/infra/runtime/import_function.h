@@ -14,7 +14,7 @@ Function ImportFunction(HMODULE module, const char* name) noexcept {
   Function result = nullptr;
   if (module == nullptr) return result;
   const FARPROC address = GetProcAddress(module, name);
-  std::memcpy(&result, &address, sizeof(result));
+  std::memcpy(static_cast<void*>(&result), static_cast<const void*>(&address), sizeof(result));
   return result;
 }
 
