@@ -293,11 +293,11 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(RegCloseKey, CloseKey)                                                                                   \
   X(RegEnumKeyExW, EnumKey)                                                                                  \
   X(RegEnumValueW, EnumValue)                                                                                \
-  X(RegQueryValueExW, QueryValue) X(GetFileAttributesW, FileAttributes)                                      \
-      X(GetFileAttributesExW, FileAttributesEx) X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext)      \
-          X(FindClose, FindEnd) X(CreateFileW, OpenFile) X(GetFileSizeEx, FileSize) X(ReadFile, ReadBytesOf) \
-              X(CloseHandle, Close) X(GetFileVersionInfoSizeW, VersionSize)                                  \
-                  X(GetFileVersionInfoW, VersionInfo)
+  X(RegQueryValueExW, QueryValue)                                                                            \
+  X(GetFileAttributesW, FileAttributes) X(GetFileAttributesExW, FileAttributesEx)                            \
+      X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext) X(FindClose, FindEnd) X(CreateFileW, OpenFile) \
+          X(GetFileSizeEx, FileSize) X(ReadFile, ReadBytesOf) X(CloseHandle, Close)                          \
+              X(GetFileVersionInfoSizeW, VersionSize) X(GetFileVersionInfoW, VersionInfo)
 
 MemoryMachine::MemoryMachine() {
   g_memory = new Memory;
