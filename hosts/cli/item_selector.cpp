@@ -14,9 +14,10 @@ namespace smh {
 namespace {
 
 using Matches = std::vector<const ItemRecord*>;
+using TextMember = std::wstring ItemRecord::*;
 
 Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
-                  std::optional<std::int32_t> location, std::wstring ItemRecord::*member) {
+                  std::optional<std::int32_t> location, TextMember member) {
   Matches matches;
   for (const ItemRecord& item : items) {
     if (location && item.location != *location) continue;

@@ -9,9 +9,11 @@ namespace smh {
 
 namespace {
 
+using TextMember = std::wstring ItemRecord::*;
+
 struct TextField {
   ItemProperty property;
-  std::wstring ItemRecord::*member;
+  TextMember member;
 };
 constexpr TextField kTextFields[] = {
     {kPropertyCaption, &ItemRecord::caption},

@@ -70,8 +70,8 @@ std::wstring ArgumentList(const wchar_t* const* args, std::int32_t count) {
 
 void WriteLine(std::size_t depth, std::wstring_view text) {
   std::wstring line = LinePrefix(depth).append(text);
-  std::ranges::replace_if(
-      line, [](wchar_t unit) { return unit < L' '; }, L' ');
+  const auto isControl = [](wchar_t unit) { return unit < L' '; };
+  std::ranges::replace_if(line, isControl, L' ');
   state->file.Append(line);
 }
 

@@ -113,7 +113,7 @@ void IconLists::Create() {
   large_ = std::move(large);
 }
 
-ScopedImageList IconLists::MakeList(int side, const wchar_t* FixedIcon::*name) const {
+ScopedImageList IconLists::MakeList(int side, FixedIconName name) const {
   ScopedImageList list(ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, kInitialSize, kGrowth));
   if (!list) RaiseLastOSError();
   const auto module = reinterpret_cast<HINSTANCE>(&__ImageBase);

@@ -22,6 +22,7 @@ struct FixedIcon {
   const wchar_t* smallName;
   const wchar_t* largeName;
 };
+using FixedIconName = const wchar_t* FixedIcon::*;
 
 // What shows a file whose icon is not known; the last of the fixed icons of every list.
 inline constexpr FixedIcon kUnknownFileIcon = {L"IMG_UNKNOWN_SMALL", L"IMG_UNKNOWN_LARGE"};
@@ -62,7 +63,7 @@ class IconLists {
   int Remember(const IconKey& key, int index);
   int Append(const IconPair& icons);
   void Create();
-  ScopedImageList MakeList(int side, const wchar_t* FixedIcon::*name) const;
+  ScopedImageList MakeList(int side, FixedIconName name) const;
 
   const std::span<const FixedIcon> fixed_;
   // The image-list lock: guards creation and growth. Taken alone.

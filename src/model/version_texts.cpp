@@ -12,10 +12,12 @@ namespace smh {
 
 namespace {
 
+using TextMember = SharedText VersionTexts::*;
+
 struct VersionText {
   // Null for the numeric version.
   const wchar_t* name;
-  SharedText VersionTexts::*text;
+  TextMember text;
 };
 
 // In the order of reading.
