@@ -1,7 +1,6 @@
 #include "hosts/common/item_place.h"
 
-#include "hosts/common/location_names.h"
-
+#include "core/contracts/location_table.h"
 #include "infra/registry/full_value_path.h"
 
 namespace smh {
@@ -29,7 +28,7 @@ std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& i
   ParseFullValuePath(item.name, address.viewBits, address.valueName, address.key, address.root);
   if (address.root == nullptr) return {{L"File", item.name}};
   TakeWholeValueName(item.caption, address);
-  if (FactsOf(static_cast<TTypeStartupLocation>(item.location)).entriesAreKeys) address.valueName.clear();
+  if (FamilyOf(LocationRowOf(item.location)).entriesAreKeys) address.valueName.clear();
   return {{L"Root", std::wstring(RootKeyName(address.root))},
           {L"View", address.viewBits == KEY_WOW64_64KEY ? L"64-bit" : L"32-bit"},
           {L"Key", PlainKey(address.key)},

@@ -73,7 +73,7 @@ std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& i
       {L"Created", LocalTime(item.creationTime)},
       {L"Changed", LocalTime(item.lastWriteTime)},
       {L"Last opened", LocalTime(item.lastAccessTime)},
-      {L"Location", TitleOf(item.location).full},
+      {L"Location", FullTitle(item.location)},
       {L"Stored as", item.name},
   };
   std::erase_if(lines, [](const auto& line) { return line.second.empty(); });

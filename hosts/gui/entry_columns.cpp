@@ -15,7 +15,7 @@ constexpr EntryColumn kColumns[] = {
     {L"Company", 125, [](const ItemRecord& item) { return Printable(item.company); }},
     {L"Rating", 80, RatingText},
     {L"Command", 205, [](const ItemRecord& item) { return Printable(item.command); }},
-    {L"Location", 140, [](const ItemRecord& item) { return TitleOf(item.location).full; }},
+    {L"Location", 140, [](const ItemRecord& item) { return FullTitle(item.location); }},
 };
 
 }  // namespace

@@ -22,7 +22,7 @@ void FillLocations(HWND dialog, const LocationSet& locations, std::int32_t chose
   const HWND box = GetDlgItem(dialog, IDC_LOCATION);
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     if (!locations[location]) continue;
-    const std::wstring title = TitleOf(location).full;
+    const std::wstring title = FullTitle(location);
     const LRESULT index = SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(title.c_str()));
     SendMessageW(box, CB_SETITEMDATA, static_cast<WPARAM>(index), location);
     if (location == chosen || index == 0) SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
@@ -115,8 +115,7 @@ bool Ask(HWND owner, int id, Form& form) {
 }  // namespace
 
 bool TakesNewEntries(std::int32_t location) {
-  const auto can = FactsOf(static_cast<TTypeStartupLocation>(location)).can;
-  return std::find(can.begin(), can.end(), L"add") != can.end();
+  return FamilyOf(LocationRowOf(location)).canModify;
 }
 
 std::optional<NewEntry> AskNewEntry(HWND owner, std::int32_t location) {

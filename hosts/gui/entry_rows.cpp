@@ -25,7 +25,7 @@ std::string SortKeyOf(const std::wstring& text) {
 }
 
 std::wstring SearchedText(const ItemRecord& item) {
-  std::wstring text = StatusText(item) + L'\n' + RatingText(item) + L'\n' + TitleOf(item.location).full;
+  std::wstring text = StatusText(item) + L'\n' + RatingText(item) + L'\n' + FullTitle(item.location);
   for (const std::wstring& part :
        {item.caption, item.command, item.company, item.description, item.productName}) {
     text.append(1, L'\n').append(part);

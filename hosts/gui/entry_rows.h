@@ -4,7 +4,7 @@
 
 #include "hosts/gui/entry_columns.h"
 #include "hosts/common/entry_watch.h"
-#include "hosts/common/location_names.h"
+#include "core/contracts/location_table.h"
 
 #include <bitset>
 #include <compare>

@@ -1,16 +1,14 @@
 #include "hosts/gui/location_tree.h"
 
 #include "hosts/gui/dpi.h"
-#include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>
+#include <map>
 
 namespace smh {
 
 namespace {
-
-constexpr std::wstring_view kOpenGroups[] = {L"Startup folders", L"Run keys"};
 
 std::wstring Counted(const std::wstring& title, std::size_t count) {
   return count == 0 ? title : title + L" (" + std::to_wstring(count) + L")";
@@ -48,23 +46,20 @@ void LocationTree::Build(bool allLocations) {
 }
 
 void LocationTree::AddLocations(HTREEITEM root, bool all) {
-  HTREEITEM group = nullptr;
-  std::wstring groupTitle;
+  std::map<std::wstring_view, HTREEITEM> groups;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     if (!all && !IsReadByDefault(location)) continue;
-    const LocationTitle title = TitleOf(location);
-    if (title.group != groupTitle) {
-      groupTitle = title.group;
-      group = Add(root, Kind::kEntries, {}, groupTitle);
-    }
+    const LocationRow& row = LocationRowOf(location);
+    const auto [place, isNew] = groups.try_emplace(row.group);
+    if (isNew) place->second = Add(root, Kind::kEntries, {}, std::wstring(row.group));
+    const HTREEITEM group = place->second;
     const auto parent =
         std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.item == group; });
     parent->locations.set(static_cast<std::size_t>(location));
     LocationSet own;
-    Add(group, Kind::kEntries, own.set(static_cast<std::size_t>(location)), title.name);
-    if (std::find(std::begin(kOpenGroups), std::end(kOpenGroups), groupTitle) != std::end(kOpenGroups)) {
-      TreeView_Expand(tree_, group, TVE_EXPAND);
-    }
+    Add(group, Kind::kEntries, own.set(static_cast<std::size_t>(location)), std::wstring(row.title));
+    // What people come for stands open.
+    if (FamilyOf(row).canModify) TreeView_Expand(tree_, group, TVE_EXPAND);
   }
 }
 

@@ -1,8 +1,8 @@
 #include "core/module_start.h"
 
 #include "clients/living_collections.h"
-#include "core/location_classes.h"
 #include "core/contracts/uDllGlobals.h"
+#include "core/make_location.h"
 #include "core/uStartupManager.h"
 #include "infra/log/crash_report.h"
 #include "infra/log/uAxDebug.h"
@@ -60,7 +60,7 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_items>(L"items"),
     StepOf<g_itemIcons>(L"image lists"),
     StepOf<g_locations>(L"locations"),
-    {L"location classes", RegisterLocationClasses, nullptr},
+    {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},
     StepOf<g_checkpointTexts>(L"checkpoint texts"),
     StepOf<g_manager>(L"manager"),
     // Stopped before the manager: the reader may hold a lock that the manager's end needs, and wait for the

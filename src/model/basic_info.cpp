@@ -57,7 +57,7 @@ void CompleteCaption(ItemDetails& details) {
 }  // namespace
 
 bool IsFolderLocation(TTypeStartupLocation location) noexcept {
-  return location == sulFolderUser || location == sulFolderCommon;
+  return LocationRowOf(location).family == LocationFamily::kStartupFolder;
 }
 
 void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, ItemDetails& details) {

@@ -2,7 +2,7 @@
 // record.
 #pragma once
 
-#include "core/contracts/startup_location.h"
+#include "core/contracts/location_table.h"
 #include "model/started_file.h"
 #include <string>
 #include <string_view>

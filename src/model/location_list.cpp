@@ -14,21 +14,23 @@ struct ModuleLocations {
   // The location-list lock: guards nothing but the making of the list. A leaf, except that the constructors
   // of the locations open registry keys and folders under it.
   CriticalSection lock;
-  std::vector<LocationClass> classes;
+  LocationMaker make = nullptr;
   Lazy<const LocationList> list{lock};
 };
 
 constinit ModuleGlobal<ModuleLocations> g_locations(L"location_list");
 
-void RegisterLocationClass(LocationClass locationClass) {
-  g_locations->classes.push_back(locationClass);
+void SetLocationMaker(LocationMaker maker) {
+  g_locations->make = maker;
 }
 
 const LocationList& Locations() {
   ModuleLocations& locations = *g_locations;
   return locations.list.Get([&locations] {
     LocationList list;
-    for (const LocationClass make : locations.classes) list.push_back(make());
+    for (const TTypeStartupLocation type : kLocationListOrder) {
+      list.push_back(locations.make(LocationRowOf(type)));
+    }
     return list;
   });
 }

@@ -1,5 +1,6 @@
 #include "model/location_reader.h"
 
+#include "infra/log/uAxDebug.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/item_list.h"
@@ -12,6 +13,11 @@ namespace smh {
 namespace {
 
 constexpr DWORD kPollIntervalMs = 1000;
+
+void ReadTraced(TLocationStartup& location) {
+  const DebugScope trace(&location, L"ReadItems", {location.Row().className.data()});
+  location.ReadItems();
+}
 
 }  // namespace
 
@@ -37,7 +43,7 @@ bool TReadThread::TakesPart(const TLocationStartup& location) const noexcept {
 void TReadThread::ReadLocations() {
   for (const auto& location : Locations()) {
     CheckTerminated();
-    if (TakesPart(*location)) location->ReadItems();
+    if (TakesPart(*location)) ReadTraced(*location);
   }
 }
 
@@ -64,7 +70,7 @@ void TReadThread::WaitForChange() {
       if (!TakesPart(*location)) continue;
       CheckTerminated();
       if (!location->IsChanged()) continue;
-      location->ReadItems();
+      ReadTraced(*location);
       return;
     }
     if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;

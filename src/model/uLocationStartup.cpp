@@ -34,7 +34,7 @@ bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   ScopedLock lock(Items().Lock());
   for (int i = 0; i < Items().Count(); ++i) {
     const ItemRef other = Items().At(i);
-    if (other->Location() != type_) continue;
+    if (other->Location() != LocationType()) continue;
     const bool same = other->Get(
         [&](const ItemState& state) { return SameLocaleText(state.details.EntryName, entryName); });
     if (same) return false;
@@ -113,7 +113,7 @@ bool TLocationStartup::IsCurrent(const Load& load) const noexcept {
 }
 
 bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, const Load& load) {
-  const ItemRef known = FindItem(type_, entry.name);
+  const ItemRef known = FindItem(LocationType(), entry.name);
   return known != nullptr ? UpdateItem(*known, entry.command, load) : ListEntry(std::move(entry), load);
 }
 
@@ -125,7 +125,7 @@ bool TLocationStartup::UpdateItem(TStartupItem& item, std::wstring_view command,
 
 bool TLocationStartup::ListEntry(FoundEntry entry, const Load& load) {
   CheckTerminated();
-  const auto item = std::make_shared<TStartupItem>(type_, std::move(entry));
+  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
   item->MarkFound(load.number);
   const auto log = [&](std::wstring_view format) {
     item->Get([&](const ItemState& state) { LogFormat(format, state.name, MemberName()); });
@@ -151,7 +151,7 @@ bool TLocationStartup::RemoveMissingItems(const Load& load) {
   ScopedLock lock(Items().Lock());
   if (!IsCurrent(load)) return false;
   Items().RemoveIf([&](const TStartupItem& item) {
-    if (item.Location() != type_ || item.WasFoundIn(load.number)) return false;
+    if (item.Location() != LocationType() || item.WasFoundIn(load.number)) return false;
     item.Get([&](const ItemState& state) {
       LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
     });

@@ -22,11 +22,12 @@ class TLocationStartup {
   TLocationStartup(const TLocationStartup&) = delete;
   TLocationStartup& operator=(const TLocationStartup&) = delete;
 
-  TTypeStartupLocation LocationType() const noexcept { return type_; }
+  const LocationRow& Row() const noexcept { return row_; }
+  TTypeStartupLocation LocationType() const noexcept { return row_.location; }
   bool CanEnable() const noexcept { return canEnable_; }
   bool CanModify() const noexcept { return canModify_; }
   bool CanDelete() const noexcept { return canDelete_; }
-  std::wstring_view MemberName() const noexcept { return LocationMemberName(type_); }
+  std::wstring_view MemberName() const noexcept { return row_.memberName; }
 
   // The operations of a location. Those that a location does not support fail with an assertion; hosts ask
   // CanDo first. A failed load is logged and swallowed, a failed change is logged and raised again.
@@ -63,8 +64,9 @@ class TLocationStartup {
     bool canModify = true;
     bool canDelete = true;
   };
-  TLocationStartup(TTypeStartupLocation type, Abilities abilities) noexcept
-      : type_(type),
+  // `row` lives as long as the module.
+  TLocationStartup(const LocationRow& row, Abilities abilities) noexcept
+      : row_(row),
         canEnable_(abilities.canEnable),
         canModify_(abilities.canModify),
         canDelete_(abilities.canDelete) {}
@@ -88,7 +90,7 @@ class TLocationStartup {
   bool RemoveMissingItems(const Load& load);
 
  private:
-  const TTypeStartupLocation type_;
+  const LocationRow& row_;
   const bool canEnable_;
   const bool canModify_;
   const bool canDelete_;
@@ -99,15 +101,17 @@ class TLocationStartup {
   unsigned loads_ = 0;
 };
 
-// A location class: makes one location object. Static, so that classes can be told apart by address.
-using LocationClass = std::unique_ptr<TLocationStartup> (*)();
+// Makes the location of a row; never null. Raises what its making raises.
+using LocationMaker = std::unique_ptr<TLocationStartup> (*)(const LocationRow& row);
 
-// Appends to the class registry; called only at module start-up.
-void RegisterLocationClass(LocationClass locationClass);
-// One object per registered class, in registry order; made together on first use, under the location-list
-// lock.
+// How locations are made: their classes lie above this layer. For module start-up, before any call below.
+void SetLocationMaker(LocationMaker maker);
+
+// Every location of the table, in the order of the list; made together on first use, under the location-list
+// lock. Any thread may ask; the locations live until the module stops. Raises what the maker raises, and then
+// the next call tries again.
 const std::vector<std::unique_ptr<TLocationStartup>>& Locations();
-// First location of that type; null when there is none.
+// The location of that type; null for a value that names none. As above.
 TLocationStartup* FindLocation(TTypeStartupLocation type);
 
 // Runs a change; when it fails, logs the exception and the line that `message` makes, and raises it again.
@@ -121,7 +125,7 @@ auto RunLogged(Body&& body, Message&& message) {
   });
 }
 
-// The class registry and the locations, which its stop destroys.
+// The maker and the locations, which its stop destroys.
 struct ModuleLocations;
 extern ModuleGlobal<ModuleLocations> g_locations;
 

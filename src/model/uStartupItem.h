@@ -10,7 +10,7 @@
 // (uFavoriteItem.h) and these two are never held together.
 #pragma once
 
-#include "core/contracts/startup_location.h"
+#include "core/contracts/location_table.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/registry/uRegistryUtils.h"
 #include "model/basic_info.h"

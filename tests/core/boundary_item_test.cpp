@@ -185,7 +185,7 @@ TEST_F(ActionTest, EachStateAllowsItsActions) {
   EXPECT_EQ(item.CanMoveTo(kCommonRun), 1u);
   // It starts the same file as the entry there.
   EXPECT_EQ(item.CanMoveTo(kCommonRunOnce), 0u);
-  for (const std::int32_t location : {0, -1, 40, 256 + kCommonRun, kLargest, kSmallest}) {
+  for (const std::int32_t location : {0, -1, 100, 256 + kCommonRun, kLargest, kSmallest}) {
     EXPECT_EQ(item.CanMoveTo(location), 0u) << location;
   }
 }
@@ -210,7 +210,7 @@ TEST_F(ActionTest, ForbiddenCallsFailAndChangeNothing) {
   EXPECT_TRUE(IsAssertion(FindUserRun(L"Number").Execute(nullptr), kUnit));
   EXPECT_TRUE(IsAssertion(FindUserRun(L"Missing").ShowFileDetails(nullptr), kUnit));
   EXPECT_TRUE(IsAssertion(sampleItem.MoveTo(kNoLocation), kUnit));
-  for (const std::int32_t location : {-1, 40, 256 + kCommonRun, kLargest, kSmallest}) {
+  for (const std::int32_t location : {-1, 100, 256 + kCommonRun, kLargest, kSmallest}) {
     EXPECT_TRUE(IsAssertion(sampleItem.MoveTo(location), L"uLocationStartup")) << location;
   }
   EXPECT_EQ(sampleItem.MoveTo(kUserRun), S_OK);

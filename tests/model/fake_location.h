@@ -7,8 +7,8 @@ namespace smh::test {
 
 class FakeLocation final : public TLocationStartup {
  public:
-  FakeLocation(TTypeStartupLocation type, bool isAble)
-      : TLocationStartup(type, {.canEnable = isAble, .canModify = isAble, .canDelete = isAble}) {}
+  FakeLocation(const LocationRow& row, bool isAble)
+      : TLocationStartup(row, {.canEnable = isAble, .canModify = isAble, .canDelete = isAble}) {}
 
   struct Entry {
     std::wstring name;
@@ -61,22 +61,17 @@ class FakeLocation final : public TLocationStartup {
   std::vector<Entry> entries_;
 };
 
-template <TTypeStartupLocation type, bool isAble>
-std::unique_ptr<TLocationStartup> MakeFake() {
-  return std::make_unique<FakeLocation>(type, isAble);
-}
-
-inline void RegisterFakes() {
-  RegisterLocationClass(MakeFake<sulRegistryUserRun, true>);
-  RegisterLocationClass(MakeFake<sulRegistryRunServices, true>);
-  RegisterLocationClass(MakeFake<sulRegistryIEBrowserObjects, false>);
+inline std::unique_ptr<TLocationStartup> MakeFake(const LocationRow& row) {
+  return std::make_unique<FakeLocation>(row, row.location != sulRegistryIEBrowserObjects);
 }
 
 inline std::span<const ModuleStep> StepsWithFakes() {
   static std::vector<ModuleStep> steps;
   for (const ModuleStep& step : ModuleSteps()) {
     steps.push_back(step);
-    if (step.name == std::wstring_view(L"location classes")) steps.back().start = RegisterFakes;
+    if (step.name == std::wstring_view(L"location classes")) {
+      steps.back().start = [] { SetLocationMaker(MakeFake); };
+    }
   }
   return steps;
 }

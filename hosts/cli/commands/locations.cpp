@@ -33,10 +33,10 @@ std::wstring AsTable(const Summaries& summaries) {
                   .pathColumn = 2};
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
-    const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
-    table.rows.push_back({std::wstring(LocationName(location)), std::wstring(facts.family),
-                          std::wstring(facts.place), JoinNames(facts.can, L" "),
-                          std::to_wstring(summary.enabled), std::to_wstring(summary.disabled)});
+    const LocationRow& row = LocationRowOf(location);
+    table.rows.push_back({std::wstring(row.memberName), std::wstring(FamilyOf(row).name), LocationPlace(row),
+                          JoinNames(LocationActions(row), L" "), std::to_wstring(summary.enabled),
+                          std::to_wstring(summary.disabled)});
   }
   return table.Text(ConsoleWidth());
 }
@@ -45,12 +45,13 @@ std::wstring AsJson(const Summaries& summaries) {
   std::vector<std::wstring> elements;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
-    const LocationFacts facts = FactsOf(static_cast<TTypeStartupLocation>(location));
-    elements.push_back(L"{\"location\":" + JsonText(LocationName(location)) + L",\"ordinal\":" +
-                       std::to_wstring(location) + L",\"family\":" + JsonText(facts.family) + L",\"place\":" +
-                       JsonText(facts.place) + L",\"readByDefault\":" + JsonValue(IsReadByDefault(location)) +
-                       L",\"enabled\":" + std::to_wstring(summary.enabled) + L",\"disabled\":" +
-                       std::to_wstring(summary.disabled) + L",\"can\":" + JsonValue(facts.can) + L"}");
+    const LocationRow& row = LocationRowOf(location);
+    elements.push_back(
+        L"{\"location\":" + JsonText(row.memberName) + L",\"ordinal\":" + std::to_wstring(location) +
+        L",\"family\":" + JsonText(FamilyOf(row).name) + L",\"place\":" + JsonText(LocationPlace(row)) +
+        L",\"readByDefault\":" + JsonValue(IsReadByDefault(location)) + L",\"enabled\":" +
+        std::to_wstring(summary.enabled) + L",\"disabled\":" + std::to_wstring(summary.disabled) +
+        L",\"can\":" + JsonValue(LocationActions(row)) + L"}");
   }
   return JsonArray(elements);
 }

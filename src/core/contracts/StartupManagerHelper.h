@@ -15,70 +15,13 @@
 #pragma once
 
 #include "core/contracts/boundary_string.h"
+#include "core/contracts/location_table.h"
 
 #include <unknwn.h>
 #include <oaidl.h>
 #include <commctrl.h>
 
 namespace smh {
-
-enum TTypeStartupLocation : std::int32_t {
-  sulNone = 0,
-  sulFolderUser = 1,
-  sulFolderCommon = 2,
-  sulRegistryRunServices = 3,
-  sulRegistryRunServicesOnce = 4,
-  sulRegistryUserRun = 5,
-  sulRegistryUserRunOnce = 6,
-  sulRegistryUserRunOnceSetup = 7,
-  sulRegistryCommonRun = 8,
-  sulRegistryCommonRunOnce = 9,
-  sulRegistryCommonRunOnceSetup = 10,
-  sulRegistryAllRegContextMenuHandlers = 11,
-  sulRegistryAllContextMenuHandlers = 12,
-  sulRegistryDirectoryContextMenuHandlers = 13,
-  sulRegistryFolderContextMenuHandlers = 14,
-  sulRegistryBackgroundContextMenuHandlers = 15,
-  sulRegistryAllRegDragDropHandlers = 16,
-  sulRegistryAllDragDropHandlers = 17,
-  sulRegistryDirectoryDragDropHandlers = 18,
-  sulRegistryFolderDragDropHandlers = 19,
-  sulRegistryBackgroundDragDropHandlers = 20,
-  sulRegistryAllRegColumnHandlers = 21,
-  sulRegistryAllColumnHandlers = 22,
-  sulRegistryDirectoryColumnHandlers = 23,
-  sulRegistryFolderColumnHandlers = 24,
-  sulRegistryBackgroundColumnHandlers = 25,
-  sulRegistryAllRegPropertyHandlers = 26,
-  sulRegistryAllPropertyHandlers = 27,
-  sulRegistryDirectoryPropertyHandlers = 28,
-  sulRegistryFolderPropertyHandlers = 29,
-  sulRegistryBackgroundPropertyHandlers = 30,
-  sulRegistryAllRegCopyHandlers = 31,
-  sulRegistryAllCopyHandlers = 32,
-  sulRegistryDirectoryCopyHandlers = 33,
-  sulRegistryFolderCopyHandlers = 34,
-  sulRegistryBackgroundCopyHandlers = 35,
-  sulRegistryShellExtApproved = 36,
-  sulRegistryIEBrowserObjects = 37,
-  sulRegistryUserIEURLSearchHooks = 38,
-  sulRegistryCommonIEURLSearchHooks = 39,
-};
-
-// Whether the location, a TTypeStartupLocation, is read without IStartupItemCollection::SetShowAllLocations.
-constexpr bool IsReadByDefault(std::int32_t location) noexcept {
-  switch (location) {
-    case sulFolderUser:
-    case sulFolderCommon:
-    case sulRegistryUserRun:
-    case sulRegistryUserRunOnce:
-    case sulRegistryCommonRun:
-    case sulRegistryCommonRunOnce:
-      return true;
-    default:
-      return false;
-  }
-}
 
 // What IStartupItemCollection::GetReadState answers.
 enum ReadState : std::int32_t {

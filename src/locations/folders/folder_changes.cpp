@@ -33,7 +33,7 @@ std::wstring TLocationFolderStd::ItemLine(std::wstring_view format, const std::w
 
 void TLocationFolderStd::MakeOwnFolder(const std::wstring& folder) const {
   if (FileUtils::DirectoryExists(folder)) return;
-  if (row_.isCommon) {
+  if (IsCommon()) {
     MakeProtectedFolder(folder);
   } else {
     MakeFolderPath(folder);
@@ -55,7 +55,7 @@ std::wstring TLocationFolderStd::TempShortcutFolder() const {
   std::wstring folder = RequireFolder(ownFolder_) + L"TempShortcuts\\";
   MakeOwnFolder(folder);
   // What somebody else may change between its making and its move would start for everyone.
-  if (row_.isCommon && KeepsAccess(dataFolder_)) RequireTrusted(folder);
+  if (IsCommon() && KeepsAccess(dataFolder_)) RequireTrusted(folder);
   return folder;
 }
 
@@ -67,13 +67,13 @@ std::wstring TLocationFolderStd::CreateShortcut(const std::wstring& name,
 }
 
 void TLocationFolderStd::RequireTrustedSource(const std::wstring& file) const {
-  if (!row_.isCommon || !KeepsAccess(RequireFolder(dataFolder_))) return;
+  if (!IsCommon() || !KeepsAccess(RequireFolder(dataFolder_))) return;
   RequireTrusted(std::wstring(FolderPart(file)));
   RequireTrusted(file);
 }
 
 void TLocationFolderStd::TakeOver(const std::wstring& file) const {
-  if (row_.isCommon && KeepsAccess(RequireFolder(dataFolder_))) TakeInheritedAccess(file);
+  if (IsCommon() && KeepsAccess(RequireFolder(dataFolder_))) TakeInheritedAccess(file);
 }
 
 void TLocationFolderStd::EnableItem(const ItemRef& item) {

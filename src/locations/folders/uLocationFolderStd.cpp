@@ -10,6 +10,8 @@
 #include "sysutil/uFileUtils.h"
 #include "sysutil/wow64_paths.h"
 
+#include <shlobj.h>
+
 #include <algorithm>
 
 namespace smh {
@@ -54,11 +56,10 @@ bool IsEntryFile(std::wstring_view name) {
 
 }  // namespace
 
-TLocationFolderStd::TLocationFolderStd(const FolderClass& row)
-    : TLocationStartup(row.type, Abilities{}),
-      row_(row),
-      startupFolder_(SpecialFolder(row.startupFolder)),
-      dataFolder_(SpecialFolder(row.dataFolder)),
+TLocationFolderStd::TLocationFolderStd(const LocationRow& row)
+    : TLocationStartup(row, Abilities{.canModify = FamilyOf(row).canModify}),
+      startupFolder_(SpecialFolder(IsCommon() ? CSIDL_COMMON_STARTUP : CSIDL_STARTUP)),
+      dataFolder_(SpecialFolder(IsCommon() ? CSIDL_COMMON_APPDATA : CSIDL_APPDATA)),
       ownFolder_(OwnFolder(dataFolder_)),
       disabledFolders_(DisabledFolders(startupFolder_, dataFolder_, ownFolder_)),
       watch_(AllFolders()) {}

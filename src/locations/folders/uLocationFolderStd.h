@@ -14,22 +14,11 @@
 
 namespace smh {
 
-// What tells one Startup folder from another.
-struct FolderClass {
-  const wchar_t* className;
-  TTypeStartupLocation type;
-  // CSIDLs of the Startup folder and of the folder that holds the disabled entries.
-  int startupFolder;
-  int dataFolder;
-  // Starts programs for everyone: what goes in there must be trusted.
-  bool isCommon;
-};
-
 class TLocationFolderStd final : public TLocationStartup {
  public:
-  // Finds the folders and starts watching them. A Startup folder that the shell does not know is an empty
-  // location.
-  explicit TLocationFolderStd(const FolderClass& row);
+  // For a row of the Startup-folder family: its root says whose folders. Finds them and starts watching them;
+  // a Startup folder that the shell does not know is an empty location.
+  explicit TLocationFolderStd(const LocationRow& row);
 
   bool ItemExists(const TStartupItem& item) override;
   void ReadItems() override;
@@ -57,6 +46,8 @@ class TLocationFolderStd final : public TLocationStartup {
     std::string bytes;
   };
 
+  // Starts programs for everyone: what goes in there must be trusted.
+  bool IsCommon() const noexcept { return Row().root == LocationRoot::kMachine; }
   bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
   std::vector<std::wstring> AllFolders() const;
 
@@ -86,7 +77,6 @@ class TLocationFolderStd final : public TLocationStartup {
   std::wstring CreateShortcut(const std::wstring& name, const ShortcutFields& fields) const;
   std::wstring ItemLine(std::wstring_view format, const std::wstring& itemName) const;
 
-  const FolderClass& row_;
   // With trailing backslashes; empty when unknown.
   const std::wstring startupFolder_;
   const std::wstring dataFolder_;

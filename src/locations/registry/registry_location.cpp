@@ -18,18 +18,22 @@ constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".
 constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
 constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
 
-}  // namespace
-
-HKEY RootHandle(RegistryRoot root) noexcept {
-  return root == RegistryRoot::kCurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+// In the order of reading.
+std::vector<HKEY> RootHandles(LocationRoot root) {
+  if (root == LocationRoot::kBoth) return {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER};
+  return {root == LocationRoot::kUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE};
 }
 
-TLocationRegistry::TLocationRegistry(TTypeStartupLocation type, Abilities abilities, Keys keys)
-    : TLocationStartup(type, abilities), keys_(std::move(keys)), watch_([this] {
+}  // namespace
+
+TLocationRegistry::TLocationRegistry(const LocationRow& row)
+    : TLocationStartup(row, Abilities{.canModify = FamilyOf(row).canModify}),
+      keys_{RootHandles(row.root), std::wstring(row.place), SidePaths(row)},
+      watch_([this] {
         std::vector<WatchedKey> watched;
         for (const HKEY root : keys_.roots) {
           watched.push_back({root, keys_.own});
-          for (const wchar_t* path : keys_.side) watched.push_back({root, path});
+          for (const std::wstring& path : keys_.side) watched.push_back({root, path});
         }
         return watched;
       }()) {}
@@ -69,8 +73,8 @@ void TLocationRegistry::LoadItems() {
     const std::optional<Load> begun = BeginLoad();
     if (!begun) return;
     RegistryLoad load{*begun};
-    bool current = ReadPath(load, keys_.own);
-    for (const wchar_t* path : keys_.side) current = current && ReadPath(load, path);
+    bool current = ReadPath(load, keys_.own, true);
+    for (const std::wstring& path : keys_.side) current = current && ReadPath(load, path, false);
     if (!current || !Prune(load, again)) {
       Gate().MarkLoadDue();
       return;
@@ -78,8 +82,7 @@ void TLocationRegistry::LoadItems() {
   }
 }
 
-bool TLocationRegistry::ReadPath(RegistryLoad& load, const wchar_t* path) {
-  const bool isOwn = path == keys_.own;
+bool TLocationRegistry::ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn) {
   for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
     if (view != 0 && OwnView() == 0) continue;
     for (const HKEY root : keys_.roots) {

@@ -15,10 +15,6 @@
 
 namespace smh {
 
-// As a constant; the platform's root handles are none.
-enum class RegistryRoot { kCurrentUser, kLocalMachine };
-HKEY RootHandle(RegistryRoot root) noexcept;
-
 class TLocationRegistry : public TLocationStartup {
  public:
   void ReadItems() final;
@@ -32,13 +28,13 @@ class TLocationRegistry : public TLocationStartup {
  protected:
   struct Keys {
     std::vector<HKEY> roots;
-    const wchar_t* own;
-    std::vector<const wchar_t*> side;
+    std::wstring own;
+    std::vector<std::wstring> side;
   };
   // One key in one view while it is read.
   struct Place {
     HKEY root;
-    const wchar_t* path;
+    const std::wstring& path;
     REGSAM view;
     bool isOwn;
   };
@@ -64,14 +60,17 @@ class TLocationRegistry : public TLocationStartup {
     SharedText key{};
   };
 
-  // Arms the change watch. Raises EOSError when its event cannot be made.
-  TLocationRegistry(TTypeStartupLocation type, Abilities abilities, Keys keys);
+  // Reads root, key and side keys from the row. Arms the change watch; raises EOSError when its event cannot
+  // be made.
+  explicit TLocationRegistry(const LocationRow& row);
 
   // The view new entries are made in: the 64-bit one on a 64-bit Windows.
   static REGSAM OwnView();
   bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
   HKEY FirstRoot() const noexcept { return keys_.roots.front(); }
-  const wchar_t* KeyPath(bool enabled) const noexcept { return enabled ? keys_.own : keys_.side.front(); }
+  const std::wstring& KeyPath(bool enabled) const noexcept {
+    return enabled ? keys_.own : keys_.side.front();
+  }
 
   // Takes every entry of a key; false when a change has overtaken the load.
   virtual bool ReadKey(RegistryLoad& load, const Place& place) = 0;
@@ -95,7 +94,7 @@ class TLocationRegistry : public TLocationStartup {
 
  private:
   void LoadItems();
-  bool ReadPath(RegistryLoad& load, const wchar_t* path);
+  bool ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn);
   bool IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
   bool Prune(const RegistryLoad& load, bool& again);
   void SwitchItem(const ItemRef& item, bool enable);

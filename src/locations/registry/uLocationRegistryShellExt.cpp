@@ -5,11 +5,6 @@
 
 namespace smh {
 
-TLocationRegistryShellExt::TLocationRegistryShellExt(const ShellExtClass& row)
-    : TLocationRegistry(row.type, Abilities{.canModify = false},
-                        {{RootHandle(row.root)}, row.keyPath, {row.disabledKeyPath}}),
-      listsWithoutDescription_(row.listsWithoutDescription) {}
-
 bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
   return ValueExists(AddressOf(item));
 }
@@ -17,12 +12,14 @@ bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
 bool TLocationRegistryShellExt::ReadKey(RegistryLoad& load, const Place& place) {
   const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
   if (!key) return true;
+  // A search hook needs no description.
+  const bool listsWithoutDescription = Row().family == LocationFamily::kSearchHooks;
   const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
   RegistryValueReader values(key.Get());
   while (values.Next()) {
     CheckTerminated();
     const std::wstring_view description = values.Text();
-    if (description.empty() && !listsWithoutDescription_) continue;
+    if (description.empty() && !listsWithoutDescription) continue;
     const std::wstring name(values.Name());
     const std::wstring server = ServerFile(name, place.view);
     if (server.empty()) continue;

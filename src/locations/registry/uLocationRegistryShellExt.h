@@ -6,20 +6,10 @@
 
 namespace smh {
 
-// What tells one such location from another.
-struct ShellExtClass {
-  const wchar_t* className;
-  TTypeStartupLocation type;
-  RegistryRoot root;
-  const wchar_t* keyPath;
-  const wchar_t* disabledKeyPath;
-  // Lists values whose data is empty, too.
-  bool listsWithoutDescription;
-};
-
 class TLocationRegistryShellExt final : public TLocationRegistry {
  public:
-  explicit TLocationRegistryShellExt(const ShellExtClass& row);
+  // For a row of the families of approved extensions and of URL search hooks. Raises EOSError.
+  explicit TLocationRegistryShellExt(const LocationRow& row) : TLocationRegistry(row) {}
 
   bool ItemExists(const TStartupItem& item) override;
   // Nothing can be moved here.
@@ -29,9 +19,6 @@ class TLocationRegistryShellExt final : public TLocationRegistry {
   bool ReadKey(RegistryLoad& load, const Place& place) override;
   Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
   std::unique_ptr<EntryStore> Store(bool recorded) const override;
-
- private:
-  const bool listsWithoutDescription_;
 };
 
 }  // namespace smh

@@ -7,16 +7,9 @@
 
 namespace smh {
 
-namespace {
-
-// The side key lies among the handlers of its own list.
-constexpr wchar_t kSideKeyName[] = L"AutorunsDisabled";
-
-}  // namespace
-
-TLocationRegistryShellHandlers::TLocationRegistryShellHandlers(const HandlerClass& row)
-    : TLocationRegistry(row.type, Abilities{.canModify = false},
-                        {{HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}, row.keyPath, {row.disabledKeyPath}}) {}
+std::wstring_view TLocationRegistryShellHandlers::SideKeyName() const noexcept {
+  return FileNamePart(KeyPath(false));
+}
 
 bool TLocationRegistryShellHandlers::ItemExists(const TStartupItem& item) {
   const RegistryValueAddress address = AddressOf(item);
@@ -28,7 +21,7 @@ bool TLocationRegistryShellHandlers::ReadKey(RegistryLoad& load, const Place& pl
   if (!list) return true;
   for (const std::wstring& name : SubKeyNames(list.Get())) {
     CheckTerminated();
-    if (place.isOwn && SameText(name, kSideKeyName)) continue;
+    if (place.isOwn && SameText(name, SideKeyName())) continue;
     if (!ReadHandler(load, place, list.Get(), name)) return false;
   }
   return true;
@@ -43,7 +36,7 @@ bool TLocationRegistryShellHandlers::ReadHandler(RegistryLoad& load, const Place
   const bool isNamedByClass = IsClassIdentifier(name);
   const std::wstring server = ServerFile(isNamedByClass ? name : data, place.view);
   if (server.empty()) return true;
-  const std::wstring path = std::wstring(place.path) + L'\\' + name;
+  const std::wstring path = place.path + L'\\' + name;
   return TakeEntry(load, place, {path, data, data, isNamedByClass ? data : name, server, isProtected});
 }
 
@@ -56,8 +49,8 @@ TLocationRegistry::Switch TLocationRegistryShellHandlers::PlanSwitch(const TStar
                                                                      bool enable) {
   RegistryValueAddress to = AddressOf(item);
   // Among the enabled handlers it would be the side key itself.
-  if (enable && SameText(FileNamePart(to.key), kSideKeyName)) RaiseOSError(ERROR_INVALID_NAME);
-  to.key = std::wstring(KeyPath(enable)) + L'\\' + std::wstring(FileNamePart(to.key));
+  if (enable && SameText(FileNamePart(to.key), SideKeyName())) RaiseOSError(ERROR_INVALID_NAME);
+  to.key = KeyPath(enable) + L'\\' + std::wstring(FileNamePart(to.key));
   // Kept on purpose: only the default value is carried over.
   to.valueName = source.Text();
   return SameNameSwitch(item, to, to.valueName);

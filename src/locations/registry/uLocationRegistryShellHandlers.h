@@ -6,17 +6,10 @@
 
 namespace smh {
 
-// What tells one handler location from another.
-struct HandlerClass {
-  const wchar_t* className;
-  TTypeStartupLocation type;
-  const wchar_t* keyPath;
-  const wchar_t* disabledKeyPath;
-};
-
 class TLocationRegistryShellHandlers final : public TLocationRegistry {
  public:
-  explicit TLocationRegistryShellHandlers(const HandlerClass& row);
+  // For a row of the families of handlers and of browser helper objects. Raises EOSError.
+  explicit TLocationRegistryShellHandlers(const LocationRow& row) : TLocationRegistry(row) {}
 
   bool ItemExists(const TStartupItem& item) override;
   // Nothing can be moved here.
@@ -30,6 +23,8 @@ class TLocationRegistryShellHandlers final : public TLocationRegistry {
   std::wstring ValueToShow(const RegistryValueAddress&) const override { return {}; }
 
  private:
+  // The side key's own name: it lies among the handlers of its own list.
+  std::wstring_view SideKeyName() const noexcept;
   bool ReadHandler(RegistryLoad& load, const Place& place, HKEY list, const std::wstring& name);
 };
 

@@ -17,12 +17,6 @@ std::wstring WithSymbolsForZeros(std::wstring_view name) {
 
 }  // namespace
 
-TLocationRegistryStd::TLocationRegistryStd(const RunKeyClass& row)
-    : TLocationRegistry(row.type, Abilities{},
-                        {{RootHandle(row.root)},
-                         row.keyPath,
-                         {std::begin(row.disabledKeyPaths), std::end(row.disabledKeyPaths)}}) {}
-
 bool TLocationRegistryStd::ItemExists(const TStartupItem& item) {
   return ValueExists(AddressOf(item));
 }

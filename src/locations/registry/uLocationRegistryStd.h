@@ -9,18 +9,10 @@
 
 namespace smh {
 
-// What tells one Run-key location from another.
-struct RunKeyClass {
-  const wchar_t* className;
-  TTypeStartupLocation type;
-  RegistryRoot root;
-  const wchar_t* keyPath;
-  const wchar_t* disabledKeyPaths[4];
-};
-
 class TLocationRegistryStd final : public TLocationRegistry {
  public:
-  explicit TLocationRegistryStd(const RunKeyClass& row);
+  // For a row of the Run-key family. Raises EOSError.
+  explicit TLocationRegistryStd(const LocationRow& row) : TLocationRegistry(row) {}
 
   bool ItemExists(const TStartupItem& item) override;
   int ExtractItem(bool checkpoint, const ItemRef& item) override;

@@ -1,7 +1,9 @@
-#include "core/contracts/startup_location.h"
+#include "core/contracts/location_table.h"
 
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -20,20 +22,43 @@ TEST(StartupLocationTest, OrdinalsAndMemberNames) {
                                                     {36, L"sulRegistryShellExtApproved"},
                                                     {39, L"sulRegistryCommonIEURLSearchHooks"}};
   for (const auto& [ordinal, name] : rows) {
-    EXPECT_EQ(LocationMemberName(static_cast<TTypeStartupLocation>(ordinal)), name);
+    EXPECT_EQ(LocationMemberName(ordinal), name);
   }
-  EXPECT_EQ(kLocationCount, 40);
-  for (int ordinal = 0; ordinal < kLocationCount; ++ordinal) {
-    const auto location = static_cast<TTypeStartupLocation>(ordinal);
-    EXPECT_EQ(LocationFromMemberName(LocationMemberName(location)), location);
+  for (const int ordinal : {-1, kLastLocation + 1, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(LocationMemberName(ordinal), L"") << ordinal;
+    EXPECT_EQ(LocationRowOf(ordinal).location, sulNone) << ordinal;
+    EXPECT_FALSE(IsReadByDefault(ordinal)) << ordinal;
   }
-  EXPECT_EQ(LocationFromMemberName(L"SULREGISTRYuserrun"), sulRegistryUserRun);
-  for (const int ordinal : {-1, 40, INT_MIN}) {
-    EXPECT_EQ(LocationMemberName(static_cast<TTypeStartupLocation>(ordinal)), L"") << ordinal;
+}
+
+// Ordinals, member names and classes lie with every host: what is published cannot be another's.
+TEST(StartupLocationTest, NoTwoLocationsShareANameAPlaceOrATitle) {
+  std::set<std::wstring> seen;
+  for (const LocationRow& row : kLocationTable) {
+    if (row.location == sulNone) continue;
+    const std::wstring root = std::to_wstring(static_cast<int>(row.root)) + L'\\';
+    for (const std::wstring& text :
+         {std::wstring(row.memberName), std::wstring(row.className), root + std::wstring(row.place),
+          std::wstring(row.group).append(L"\n").append(row.title)}) {
+      EXPECT_FALSE(text.empty());
+      EXPECT_TRUE(seen.insert(text).second) << row.location;
+    }
+    EXPECT_NE(row.family, LocationFamily::kNone);
+    EXPECT_NE(row.root, LocationRoot::kNone);
+    EXPECT_NE(row.place.front(), L'\\');
+    EXPECT_EQ(SidePaths(row).empty(), row.family == LocationFamily::kStartupFolder);
   }
-  for (const wchar_t* const other : {L"", L"sulRegistryUserRu", L"sulRegistryUserRun ", L"5"}) {
-    EXPECT_EQ(LocationFromMemberName(other), std::nullopt) << other;
-  }
+}
+
+TEST(StartupLocationTest, DisabledEntriesLieBesideTheirKey) {
+  const std::wstring run = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+  EXPECT_EQ(
+      SidePaths(LocationRowOf(sulRegistryUserRun)),
+      (std::vector{run + L"\\Disabled (Startup Manager)", run + L"\\Disabled (Quillmark Startup Manager)",
+                   run + L"\\AutorunsDisabled", run + L"-"}));
+  EXPECT_EQ(SidePaths(LocationRowOf(sulRegistryIEBrowserObjects)),
+            std::vector<std::wstring>{L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\"
+                                      L"Browser Helper Objects\\AutorunsDisabled"});
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ TEST(LocationNames, EveryMemberIsFoundByItsName) {
   EXPECT_EQ(LocationByName(L""), std::nullopt);
   EXPECT_EQ(LocationName(sulRegistryShellExtApproved), L"sulRegistryShellExtApproved");
   EXPECT_EQ(LocationName(-1), L"sulNone");
-  EXPECT_EQ(LocationName(40), L"sulNone");
+  EXPECT_EQ(LocationName(kLastLocation + 1), L"sulNone");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // What startupctl prints about the entries of the Run keys and about the default programs.
 #include "tests/hosts/cli/startupctl_fixture.h"
 
+#include "core/contracts/location_table.h"
+
 #include <algorithm>
 
 namespace smh::test {
@@ -70,7 +72,7 @@ TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   SetRun(HKEY_CURRENT_USER, L"ctl a", Command(L"a"));
   SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl b", Sz(Command(L"b")));
   const Json locations = Json::parse(Run({L"locations", L"--json"}).output);
-  ASSERT_EQ(locations.size(), 39u);
+  ASSERT_EQ(locations.size(), static_cast<std::size_t>(kLastLocation));
   const Json& user = locations[4];
   EXPECT_EQ(user["location"], "sulRegistryUserRun");
   EXPECT_EQ(user["enabled"], 1);
@@ -84,7 +86,7 @@ TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   EXPECT_EQ(locations[10]["place"], "Software\\Classes\\*\\shellex\\ContextMenuHandlers");
   EXPECT_EQ(locations[10]["can"], Json({"enable", "disable", "delete"}));
   const std::string table = Run({L"locations"}).output;
-  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 40);
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), kLastLocation + 1);
 }
 
 TEST_F(StartupctlTest, ResolvesCommandLines) {

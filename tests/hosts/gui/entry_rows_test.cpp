@@ -1,5 +1,6 @@
 #include "hosts/gui/entry_rows.h"
 
+#include "hosts/common/location_names.h"
 #include "hosts/gui/account.h"
 #include "hosts/gui/location_titles.h"
 #include "tests/hosts/common/test_items.h"
@@ -111,13 +112,13 @@ TEST(EntryWatchAtOnce, TellsOfAnEntryBeforeItsDetails) {
 TEST(LocationTitles, AreDifferentAndTellWhose) {
   std::set<std::wstring> titles;
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    EXPECT_TRUE(titles.insert(TitleOf(location).full).second) << location;
-    const std::wstring place(FactsOf(static_cast<TTypeStartupLocation>(location)).place);
+    EXPECT_TRUE(titles.insert(FullTitle(location)).second) << location;
+    const std::wstring place = LocationPlace(LocationRowOf(location));
     const bool isUsers = place.starts_with(L"HKEY_CURRENT_USER") || place == L"shell:startup";
     EXPECT_EQ(IsUserLocation(location), isUsers) << place;
   }
-  EXPECT_EQ(TitleOf(sulRegistryBackgroundCopyHandlers).full, L"Copy hooks: folder background");
-  EXPECT_EQ(TitleOf(kLastLocation + 1).full, L"");
+  EXPECT_EQ(FullTitle(sulRegistryBackgroundCopyHandlers), L"Copy hooks: folder background");
+  EXPECT_EQ(FullTitle(kLastLocation + 1), L"");
 }
 
 TEST(AccountTest, SomebodyElsesSession) {

@@ -94,44 +94,71 @@ enum class Kind { kFolder, kRunKey, kHandlers, kValues };
 
 struct Row {
   TTypeStartupLocation location;
+  std::wstring className;
   Kind kind;
   // Handler lists are read under both roots; folders have none.
   HKEY root;
   std::wstring path;
 };
 
-// Every location in the order of the list.
-std::vector<Row> ExpectedLocations() {
-  const std::wstring current = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
-  std::vector<Row> rows = {
-      {sulFolderUser, Kind::kFolder, nullptr, {}},
-      {sulFolderCommon, Kind::kFolder, nullptr, {}},
-      {sulRegistryShellExtApproved, Kind::kValues, HKEY_LOCAL_MACHINE,
-       current + L"Shell Extensions\\Approved"},
-  };
-  int ordinal = 11;
-  for (const wchar_t* list : {L"ContextMenuHandlers", L"DragDropHandlers", L"ColumnHandlers",
-                              L"PropertySheetHandlers", L"CopyHookHandlers"}) {
-    for (const wchar_t* files :
-         {L"*", L"AllFilesystemObjects", L"Directory", L"Folder", L"Directory\\Background"}) {
-      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++), Kind::kHandlers, nullptr,
-                      std::wstring(L"Software\\Classes\\") + files + L"\\shellex\\" + list});
+const std::wstring kCurrent = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
+
+// Five kinds of handlers, each for the same five objects.
+std::vector<Row> HandlerRows() {
+  const std::pair<std::wstring, std::wstring> kinds[] = {{L"ContextMenu", L"ContextMenuHandlers"},
+                                                         {L"DragDrop", L"DragDropHandlers"},
+                                                         {L"Column", L"ColumnHandlers"},
+                                                         {L"Property", L"PropertySheetHandlers"},
+                                                         {L"Copy", L"CopyHookHandlers"}};
+  const std::pair<std::wstring, std::wstring> objects[] = {{L"AllReg", L"*"},
+                                                           {L"All", L"AllFilesystemObjects"},
+                                                           {L"Directory", L"Directory"},
+                                                           {L"Folder", L"Folder"},
+                                                           {L"Background", L"Directory\\Background"}};
+  std::vector<Row> rows;
+  std::int32_t ordinal = sulRegistryAllRegContextMenuHandlers;
+  for (const auto& [kind, list] : kinds) {
+    for (const auto& [object, files] : objects) {
+      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++),
+                      L"TLocationRegistry" + object + kind + L"Handlers", Kind::kHandlers, nullptr,
+                      L"Software\\Classes\\" + files + L"\\shellex\\" + list});
     }
   }
+  return rows;
+}
+
+// Every location in the order of the list.
+std::vector<Row> ExpectedLocations() {
+  std::vector<Row> rows = {
+      {sulFolderUser, L"TLocationFolderUserRun", Kind::kFolder, nullptr, {}},
+      {sulFolderCommon, L"TLocationFolderCommonRun", Kind::kFolder, nullptr, {}},
+      {sulRegistryShellExtApproved, L"TLocationRegistryShellExtApproved", Kind::kValues, HKEY_LOCAL_MACHINE,
+       kCurrent + L"Shell Extensions\\Approved"},
+  };
+  const std::vector<Row> handlers = HandlerRows();
+  rows.insert(rows.end(), handlers.begin(), handlers.end());
   const std::vector<Row> others = {
-      {sulRegistryUserRun, Kind::kRunKey, HKEY_CURRENT_USER, current + L"Run"},
-      {sulRegistryUserRunOnce, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce"},
-      {sulRegistryCommonRun, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"Run"},
-      {sulRegistryCommonRunOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce"},
-      {sulRegistryUserRunOnceSetup, Kind::kRunKey, HKEY_CURRENT_USER, current + L"RunOnce\\Setup"},
-      {sulRegistryCommonRunOnceSetup, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunOnce\\Setup"},
-      {sulRegistryRunServices, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServices"},
-      {sulRegistryRunServicesOnce, Kind::kRunKey, HKEY_LOCAL_MACHINE, current + L"RunServicesOnce"},
-      {sulRegistryIEBrowserObjects, Kind::kHandlers, nullptr, current + L"Explorer\\Browser Helper Objects"},
-      {sulRegistryUserIEURLSearchHooks, Kind::kValues, HKEY_CURRENT_USER,
-       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
-      {sulRegistryCommonIEURLSearchHooks, Kind::kValues, HKEY_LOCAL_MACHINE,
-       L"Software\\Microsoft\\Internet Explorer\\URLSearchHooks"},
+      {sulRegistryUserRun, L"TLocationRegistryUserRun", Kind::kRunKey, HKEY_CURRENT_USER, kCurrent + L"Run"},
+      {sulRegistryUserRunOnce, L"TLocationRegistryUserRunOnce", Kind::kRunKey, HKEY_CURRENT_USER,
+       kCurrent + L"RunOnce"},
+      {sulRegistryCommonRun, L"TLocationRegistryCommonRun", Kind::kRunKey, HKEY_LOCAL_MACHINE,
+       kCurrent + L"Run"},
+      {sulRegistryCommonRunOnce, L"TLocationRegistryCommonRunOnce", Kind::kRunKey, HKEY_LOCAL_MACHINE,
+       kCurrent + L"RunOnce"},
+      {sulRegistryUserRunOnceSetup, L"TLocationRegistryUserRunOnceSetup", Kind::kRunKey, HKEY_CURRENT_USER,
+       kCurrent + L"RunOnce\\Setup"},
+      {sulRegistryCommonRunOnceSetup, L"TLocationRegistryCommonRunOnceSetup", Kind::kRunKey,
+       HKEY_LOCAL_MACHINE, kCurrent + L"RunOnce\\Setup"},
+      {sulRegistryRunServices, L"TLocationRegistryCommonRunServices", Kind::kRunKey, HKEY_LOCAL_MACHINE,
+       kCurrent + L"RunServices"},
+      {sulRegistryRunServicesOnce, L"TLocationRegistryCommonRunServicesOnce", Kind::kRunKey,
+       HKEY_LOCAL_MACHINE, kCurrent + L"RunServicesOnce"},
+      {sulRegistryIEBrowserObjects, L"TLocationRegistryIEBrowserObjects", Kind::kHandlers, nullptr,
+       kCurrent + L"Explorer\\Browser Helper Objects"},
+      {sulRegistryUserIEURLSearchHooks, L"TLocationRegistryUserIEURLSearchHooks", Kind::kValues,
+       HKEY_CURRENT_USER, kHooksKey},
+      {sulRegistryCommonIEURLSearchHooks, L"TLocationRegistryCommonIEURLSearchHooks", Kind::kValues,
+       HKEY_LOCAL_MACHINE, kHooksKey},
   };
   rows.insert(rows.end(), others.begin(), others.end());
   return rows;
@@ -157,13 +184,13 @@ class AllLocationsTest : public HandlerTest {
 
 TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheList) {
   const std::vector<Row> rows = ExpectedLocations();
-  ASSERT_EQ(Locations().size(), 39u);
-  ASSERT_EQ(rows.size(), 39u);
+  ASSERT_EQ(Locations().size(), rows.size());
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Row& row = rows[i];
     TLocationStartup& location = *Locations()[i];
     SCOPED_TRACE(row.location);
     EXPECT_EQ(location.LocationType(), row.location);
+    EXPECT_EQ(location.Row().className, row.className);
     EXPECT_TRUE(location.CanEnable());
     EXPECT_TRUE(location.CanDelete());
     EXPECT_EQ(location.CanModify(), row.kind == Kind::kFolder || row.kind == Kind::kRunKey);

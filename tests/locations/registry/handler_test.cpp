@@ -1,5 +1,5 @@
 #include "tests/locations/registry/handler_fixture.h"
-#include "locations/registry/shell_extension_classes.h"
+#include "core/make_location.h"
 
 #include <gmock/gmock.h>
 
@@ -218,7 +218,7 @@ TEST_F(HandlerTest, ProtectionAndChangesAreNoticed) {
     EXPECT_TRUE(Listed(Menus())[0]->IsProtected());
   }
   // A location made now watches the keys that are there now.
-  const std::unique_ptr<TLocationStartup> location = MakeHandlerLocation<0>();
+  const std::unique_ptr<TLocationStartup> location = MakeLocation(Menus().Row());
   EXPECT_FALSE(location->IsChanged());
   SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Bar", kOther, OwnView());
   bool changed = false;

@@ -1,0 +1,12 @@
+// From a row of the location table to the location: the one place that knows all location classes.
+#pragma once
+
+#include "model/uLocationStartup.h"
+
+namespace smh {
+
+// The location of the row, which may be any but that of sulNone; its watches are armed. Raises EOSError when
+// that fails, EAssertionFailed for the row of sulNone. Takes no lock of its own.
+std::unique_ptr<TLocationStartup> MakeLocation(const LocationRow& row);
+
+}  // namespace smh
