@@ -8,8 +8,8 @@
 
 namespace smh {
 
-// `index` is an ItemProperty; VT_NULL for one that the details do not hold. The caller owns the variant.
-// Raises std::bad_alloc.
+// `index` is an ItemProperty; VT_NULL for one that the details do not hold. The caller clears the variant.
+// Takes no lock. Raises std::bad_alloc.
 VARIANT DetailPropertyValue(const ItemDetails& details, std::int32_t index);
 
 }  // namespace smh

@@ -6,7 +6,8 @@
 
 namespace smh {
 
-// VT_NULL for an unknown index. The caller owns the variant. Raises std::bad_alloc.
+// `index` is an ItemProperty; VT_NULL for an unknown one. The caller clears the variant. Takes the item's
+// lock, for any thread. Raises std::bad_alloc.
 VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index);
 
 }  // namespace smh

@@ -1,4 +1,4 @@
-// The host's view of one default program.
+// The host's view of one default program. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "clients/uFavoriteItem.h"
@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// Any thread may use it. Holds no copy: every slot reads the item under its lock.
 class TFavoriteItemIntf final : public ComObject<IFavoriteItem> {
  public:
   // Keeps the collection, which owns the item, alive.

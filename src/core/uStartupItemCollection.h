@@ -1,4 +1,4 @@
-// The host's view of the module-wide item list.
+// The host's view of the module-wide item list. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -6,7 +6,8 @@
 
 namespace smh {
 
-// Has no state of its own; any number of objects show the same list.
+// Has no state of its own; any number of objects show the same list. The slots take the item-list lock for a
+// look at the list; Refresh and Stop take the control lock and must not be called with the list's.
 class TStartupItemCollection final : public ComObject<IStartupItemCollection> {
  public:
   std::int32_t STDMETHODCALLTYPE GetCount() override;

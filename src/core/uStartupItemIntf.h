@@ -1,4 +1,4 @@
-// The host's view of one item.
+// The host's view of one item. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -12,7 +12,8 @@ namespace smh {
 class TLocationStartup;
 
 // Refers to an item without keeping it alive and notices when it has left the list; then, or without an item
-// from the start, it answers neutral values and its operations do nothing.
+// from the start, it answers neutral values and its operations do nothing. Any thread may use it. Queries
+// take the item's lock; changes take the item-list lock and hold it until they are confirmed.
 class TStartupItemIntf final : public ComObject<IStartupItem> {
  public:
   // `item` may be null.
@@ -44,7 +45,8 @@ class TStartupItemIntf final : public ComObject<IStartupItem> {
   const std::weak_ptr<TStartupItem> item_;
 };
 
-// Whether an action is possible for an item in its present state.
+// Whether an action, an ItemAction, is possible for an item in its present state; false for an unknown one.
+// Takes the item's lock; another thread may change the answer right after.
 bool CanDoAction(const TStartupItem& item, std::int32_t action);
 
 }  // namespace smh

@@ -1,5 +1,5 @@
 // The object behind IStartupManager: hands out the objects that reach the module-wide state, resolves command
-// lines, and opens and closes the log session.
+// lines, and opens and closes the log session. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -9,7 +9,7 @@ namespace smh {
 
 class TStartupManager final : public ComObject<IStartupManager> {
  public:
-  // Opens the log session.
+  // Opens the log session: reads what the log says about the system, and loads basekit for it.
   TStartupManager();
 
   HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) override;

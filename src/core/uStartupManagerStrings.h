@@ -1,4 +1,4 @@
-// The host's view of the checkpoint titles.
+// The host's view of the checkpoint titles. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -6,7 +6,7 @@
 
 namespace smh {
 
-// Every object shows the module-wide texts.
+// Every object shows the module-wide texts (model/checkpoint.h); any thread may use it.
 class TStartupManagerStrings final : public ComObject<IStartupManagerStrings> {
  public:
   HRESULT STDMETHODCALLTYPE GetAddingText(BoundaryText* text) override;

@@ -9,8 +9,10 @@
 
 namespace smh {
 
+// Any thread may call: the reader looks, the threads of changes count.
 class ChangeGate {
  public:
+  // Whether a change is under way.
   bool IsBusy() const noexcept { return busy_.load() > 0; }
   // Differs from an earlier value when a change began meanwhile.
   unsigned Generation() const noexcept { return generation_.load(); }
@@ -19,6 +21,7 @@ class ChangeGate {
   // Takes and clears the mark.
   bool TakeLoadDue() noexcept { return loadDue_.exchange(false); }
 
+  // One change under way, of one thread. Entered before the item-list lock; the gate outlives it.
   class [[nodiscard]] Scope {
    public:
     explicit Scope(ChangeGate& gate) noexcept : gate_(gate) {

@@ -9,14 +9,16 @@
 
 namespace smh {
 
-// File times and size, of an existing file, and the type name. Any thread with COM initialised.
+// File times and size, of an existing file, and the type name, from the disk and the shell. Any thread with
+// COM initialised.
 void ReadFileFacts(ItemDetails& details);
 
 // One pass over the items: a file that many of them start is looked at once. Read thread only: the shell
 // wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
-  // Call it without holding a lock. For a missing file rating and icon stay as they are.
+  // Completes `details`. Call it without holding a lock. For a missing file rating and icon stay as they are.
+  // Raises what the services raise.
   void Read(ItemDetails& details);
 
  private:

@@ -28,6 +28,7 @@ struct ExtendedDetails {
   int ImageIndex = kImageUnknownFile;
 };
 
+// A value: an item guards its own by its lock and hands out copies. Texts that are not known are empty.
 struct ItemDetails : ExtendedDetails {
   TargetKind Kind = TargetKind::kOther;
   SharedText LinkPath;

@@ -1,4 +1,6 @@
 // Commands that start a library through rundll: which file they really run.
+//
+// Pure: what is asked of the disk comes in as a function.
 #pragma once
 
 #include <functional>

@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// Texts as the shortcut has them, or empty.
 struct ShortcutFacts {
   // The file that the target, together with the arguments, resolves to; empty for a link without target.
   SharedText targetFile;
@@ -20,7 +21,8 @@ struct ShortcutFacts {
   int hotKey = 0;
 };
 
-// None, with a record in the statistics log, for a shortcut that cannot be read.
+// Reads the file and searches its target, on the calling thread; takes no lock but the log's. None, with a
+// record in the statistics log, for a shortcut that cannot be read.
 std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
 
 }  // namespace smh

@@ -6,6 +6,7 @@
 
 namespace smh {
 
+// By the file's extension alone.
 TargetKind TargetKindOfFile(std::wstring_view file);
 
 // The details' file is a shortcut: takes from it what it says, and makes the file that it starts the details'

@@ -12,6 +12,7 @@
 
 namespace smh {
 
+// A command line in two, neither part with quotes or blanks around it.
 struct CommandParts {
   std::wstring path;
   std::wstring arguments;
@@ -19,9 +20,10 @@ struct CommandParts {
 
 namespace FileUtils {
 
-// The path, in quotes when it holds a blank, and the arguments after one blank.
+// The path, in quotes when it holds a blank, and the arguments after one blank, both trimmed.
 std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
-// The program part as it is named, without quotes, and the rest.
+// The program part as it is named, without quotes, and the rest; every further mention of the program's path
+// goes from the rest too.
 CommandParts SplitCommandLine(const wchar_t* command);
 // The program part alone.
 SharedText ProgramOfCommand(const wchar_t* command);

@@ -25,6 +25,7 @@ std::wstring ReadAppPathKey(TRegistryEx& registry, std::wstring_view key, std::w
                             std::wstring_view extension);
 // Among the registered programs and the shared libraries. `view` is 0 or KEY_WOW64_64KEY.
 std::wstring SearchAppPaths(REGSAM view, std::wstring_view name, std::wstring_view extension);
+// Among the files that installers count as shared ("SharedDLLs").
 std::wstring SearchSharedDlls(REGSAM view, std::wstring_view name, std::wstring_view extension);
 // The full search for a name, with or without extension. False and an empty path when nothing is found, and
 // for a name with a folder, which is not searched.

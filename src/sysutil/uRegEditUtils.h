@@ -18,7 +18,8 @@ namespace RegEditUtils {
 HWND FindRegEditWindow();
 // The same, waiting up to two seconds for it to appear.
 HWND WaitForRegEditWindow();
-// Selects an entry of a list view by its name, as by typing; an empty text selects the first one.
+// Selects an entry of a list view by its name, as by typing; an empty text selects the first one. Gives up
+// when the list's thread does not answer.
 void TypeIntoList(HWND list, std::wstring_view text);
 // `access` holds the view bits, `rootKey` is a predefined key. That the editor cannot be started is shown
 // in a message box; any later obstacle ends the operation silently.

@@ -5,6 +5,7 @@
 
 namespace smh {
 
+// At module start and stop.
 void RegisterCrashHandler();
 void UnregisterCrashHandler() noexcept;
 // The stack trace of the exception being handled; empty without a reporter.

@@ -9,14 +9,15 @@
 
 namespace smh {
 
-// No lock of its own.
+// Has no lock of its own: its user serialises the calls.
 class LogText {
  public:
+  // Appends the line and CRLF. Raises std::bad_alloc.
   void AddLine(std::wstring_view line);
   void Clear() noexcept { blocks_.clear(); }
 
   std::size_t BlockCount() const noexcept { return blocks_.size(); }
-  // Each line ends with CRLF; a line may go on in the next block.
+  // A block of the text, valid until the next AddLine or Clear; a line may go on in the next block.
   std::wstring_view Block(std::size_t index) const noexcept {
     return {blocks_[index]->units, blocks_[index]->used};
   }

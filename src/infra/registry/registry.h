@@ -14,8 +14,11 @@
 
 namespace smh {
 
+// REG_SZ, REG_EXPAND_SZ, REG_DWORD and REG_BINARY; unknown is any other type and a missing value.
 enum class RegistryDataKind { kUnknown, kString, kExpandString, kInteger, kBinary };
 
+// Owns the open key. Names and paths are relative to it or, without one, to the root; keys are opened with
+// the access mask.
 class TRegistry {
  public:
   explicit TRegistry(REGSAM access = KEY_ALL_ACCESS) noexcept : access_(access) {}
@@ -24,22 +27,27 @@ class TRegistry {
   TRegistry& operator=(const TRegistry&) = delete;
 
   HKEY RootKey() const noexcept { return root_; }
+  // A predefined key. Another one than before closes the open key.
   void SetRootKey(HKEY root);
   REGSAM Access() const noexcept { return access_; }
   void SetAccess(REGSAM access) noexcept { access_ = access; }
+  // Borrowed until the next open or close; null without an open key. Its path below the root is empty then.
   HKEY CurrentKey() const noexcept { return current_.Get(); }
   const std::wstring& CurrentPath() const noexcept { return path_; }
 
   // Relative to the open key unless `key` begins with "\". A failed open keeps the old key and answers false;
   // the thread's last error then says why.
   bool OpenKey(std::wstring_view key, bool canCreate);
+  // With KEY_READ in the view of the access mask.
   bool OpenKeyReadOnly(std::wstring_view key);
   void CloseKey() noexcept;
+  // Whether the key can be opened for reading: one that may not be read counts as missing.
   bool KeyExists(std::wstring_view key) const;
   // With everything below it, in the view of the access mask; a registry link goes itself, not what it leads
   // to. An empty key text is refused. The thread's last error says why it failed.
   bool DeleteKey(std::wstring_view key);
 
+  // Of the open key: whether the value is there, of whatever type.
   bool ValueExists(const std::wstring& name) const;
   RegistryDataKind DataKind(const std::wstring& name) const;
   // Data size in bytes, -1 for a missing value.
@@ -53,6 +61,7 @@ class TRegistry {
   // Raise EOSError on failure.
   void WriteString(const std::wstring& name, std::wstring_view text);
   void WriteInteger(const std::wstring& name, std::uint32_t value);
+  // Of the open key; the thread's last error says why it failed.
   bool DeleteValue(const std::wstring& name);
 
   // In enumeration order; empty without an open key. Raise EOSError.
@@ -78,6 +87,7 @@ inline std::wstring RelativeKeyText(std::wstring_view key) {
   return std::wstring(IsRelativeKey(key) ? key : key.substr(1));
 }
 
+// ERegistryException with the texts above.
 [[noreturn]] void RaiseInvalidDataType(std::wstring_view name);
 [[noreturn]] void RaiseFailedToGetData(std::wstring_view name);
 

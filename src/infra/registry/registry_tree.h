@@ -1,4 +1,7 @@
 // Key trees: registry links, and the deletion of a key with everything below it.
+//
+// `parent` is an open or predefined key and stays the caller's; `viewBits` is KEY_WOW64_64KEY or 0. Statuses
+// are Win32 codes. For any thread; what others change meanwhile is taken as it comes.
 #pragma once
 
 #include <windows.h>
@@ -10,14 +13,15 @@ namespace smh {
 // Keys do not nest deeper on any Windows; a walk that gets further has run into a loop.
 inline constexpr int kDeepestKey = 512;
 
-// Whether the key is a link to another key. Walks that delete or recurse must not enter one: the other key is
-// somebody else's.
+// Whether the key is a link to another key; false for one that cannot be opened. Walks that delete or recurse
+// must not enter one: the other key is somebody else's.
 bool IsRegistryLink(HKEY parent, const std::wstring& key, REGSAM viewBits) noexcept;
 // ERROR_NOT_SUPPORTED when the key is or holds a link, or nests too deep; otherwise ERROR_SUCCESS, also
 // for a missing key or one that cannot be opened.
 LSTATUS CheckKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits);
 // Deletes the deepest keys first, in the view of the bits. A link is removed itself, not what it leads to.
-// Stops at the first failure and answers its status.
+// Stops at the first failure and answers its status, ERROR_FILE_NOT_FOUND for a missing key; what was deleted
+// until then is gone.
 LSTATUS DeleteKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits);
 
 }  // namespace smh

@@ -14,6 +14,7 @@
 
 namespace smh {
 
+// How ScopedResource owns a change notification.
 struct ChangeNotificationTraits {
   using Type = HANDLE;
   static constexpr Type kNone = nullptr;

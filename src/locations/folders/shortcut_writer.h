@@ -7,6 +7,7 @@
 
 namespace smh {
 
+// What a shortcut stores, as IShellLink names it.
 struct ShortcutFields {
   std::wstring target;
   std::wstring arguments;
@@ -19,7 +20,8 @@ struct ShortcutFields {
   WORD hotKey = 0;
 };
 
-// The program and the arguments that a command line starts, as a shortcut names them.
+// The program and the arguments that a command line starts, as a shortcut names them; searches a bare name.
+// An empty target when the command has no program.
 ShortcutFields FieldsOfCommand(const std::wstring& command);
 
 // Writes a shortcut and confirms that it can be read and still has its target. Raises EOleSysError, EOSError

@@ -1,5 +1,7 @@
 // What a registry location's entries are made of: values, or subkeys with everything below them. Written and
 // deleted through the backup service, which records it, or plain; always confirmed by reading back.
+//
+// Addresses name a view, a predefined key, a path below it and a value.
 #pragma once
 
 #include "infra/registry/registry_values.h"
@@ -28,9 +30,11 @@ struct KeptValue {
 using KeptEntry = std::vector<KeptValue>;
 
 // Recorded changes fail silently; plain ones raise EOSError. Text is written as REG_SZ: the type is not kept,
-// on purpose. Reading raises EOSError when it cannot be told what stands there.
+// on purpose. Reading raises EOSError when it cannot be told what stands there. Without state but the way of
+// changing; for the thread of a change.
 class EntryStore {
  public:
+  // `recorded`: through the backup service, in the checkpoint of the thread.
   explicit EntryStore(bool recorded) noexcept : recorded_(recorded) {}
   virtual ~EntryStore() = default;
   EntryStore(const EntryStore&) = delete;

@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// A predefined key and a path below it.
 struct WatchedKey {
   HKEY root;
   std::wstring path;
@@ -20,7 +21,7 @@ class KeyWatch {
   // Arms the watch. Raises EOSError when an event cannot be made.
   explicit KeyWatch(const std::vector<WatchedKey>& keys);
 
-  // Whether a key changed since the watch was armed; one call of the system.
+  // Whether a key changed since the watch was armed; one call of the system, without waiting.
   bool IsSignalled() const noexcept;
   // Forgets every signal and watches every key anew, in the plain view and, on a 64-bit Windows, in the
   // 64-bit view. Subkeys count. A key that does not exist is not watched. What changes after its key was

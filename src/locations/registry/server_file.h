@@ -7,11 +7,11 @@
 
 namespace smh {
 
-// Text in braces that the platform takes for a class identifier.
+// Text in braces that the platform takes for a class identifier ("{8-4-4-4-12}").
 bool IsClassIdentifier(const std::wstring& text);
 
-// The in-process server of a class as registered in a view; empty for no identifier, no server, or one that
-// is no text.
+// The in-process server of a class as registered in a view ("InprocServer32"), unexpanded; empty for no
+// identifier, no server, or one that is no text. Raises EOSError when the registration cannot be read.
 std::wstring ServerFile(const std::wstring& identifier, REGSAM view);
 
 }  // namespace smh

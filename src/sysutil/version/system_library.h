@@ -9,12 +9,13 @@
 
 namespace smh {
 
-// Loaded on first need, freed when the module stops.
+// Loaded on first need, by its bare name, and freed when the module stops.
 class SystemLibrary {
  public:
+  // `file` is a literal.
   constexpr explicit SystemLibrary(const wchar_t* file) noexcept : file_(file) {}
 
-  // Raises EOSError.
+  // Borrowed until Free. Raises EOSError.
   HMODULE Loaded();
   // No function of the library may be used any more; a failure is ignored.
   void Free() noexcept;
@@ -28,7 +29,8 @@ class SystemLibrary {
 template <typename Function>
 class SystemFunction {
  public:
-  // `name` may be an ordinal. Raises EOSError when the library or the function is missing.
+  // Valid until the library is freed. `name` may be an ordinal. Raises EOSError when the library or the
+  // function is missing.
   Function Resolved(SystemLibrary& library, const char* name) {
     if (const Function function = address_.load()) return function;
     const auto function = ImportFunction<Function>(library.Loaded(), name);
@@ -36,6 +38,7 @@ class SystemFunction {
     address_.store(function);
     return function;
   }
+  // Before the library is freed.
   void Forget() noexcept { address_.store(nullptr); }
 
  private:

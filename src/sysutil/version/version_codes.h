@@ -9,6 +9,7 @@
 
 namespace smh {
 
+// The generations of Windows that the rules know; later ones count as the last they know of their kind.
 enum OsCode : int {
   kOsUnknown = 0,
   kOsWin32s = 1,
@@ -67,7 +68,8 @@ enum EditionCode : int {
   kEditionUnlicensed = 27,
 };
 
-// What GetVersionExW says. The queries are made only when a rule needs their answer, and may raise.
+// What GetVersionExW says, in its terms. The queries are made only when a rule needs their answer, and may
+// raise; what they raise passes the rules.
 class VersionFacts {
  public:
   DWORD platform = 0;
@@ -80,19 +82,24 @@ class VersionFacts {
   std::wstring servicePackText;
 
   virtual ~VersionFacts() = default;
+  // As the shell's IsOS.
   virtual bool IsOS(DWORD value) = 0;
+  // As GetSystemMetrics.
   virtual int SystemMetric(int index) = 0;
   // GetProductInfo's answer for this version.
   virtual DWORD ProductInfo() = 0;
 };
 
+// From what GetVersionExW says, with the queries for what that leaves open.
 OsCode OsCodeOf(VersionFacts& facts);
+// `processorArchitecture` is that of the native SYSTEM_INFO.
 ArchitectureCode ArchitectureCodeOf(WORD processorArchitecture) noexcept;
 // 1 = none, 2 = the first, up to 6 = the fifth or any later.
 int ServicePackCodeOf(const VersionFacts& facts) noexcept;
+// `osCode` is what OsCodeOf answered.
 EditionCode EditionCodeOf(VersionFacts& facts, int osCode);
 
-// The low seven bits of a code choose the name; a code without one is unknown.
+// The low seven bits of a code choose the name, a literal; a code without one is unknown.
 std::wstring_view OsNameOf(int code) noexcept;
 std::wstring_view ArchitectureNameOf(int code) noexcept;
 std::wstring_view ServicePackNameOf(int code) noexcept;

@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// A window, as it was when the collection was made.
 struct TWindowTopItem {
   // 0 for a placeholder: a process that was asked for and has no window.
   DWORD ProcessId = 0;
@@ -22,7 +23,8 @@ struct TWindowTopItem {
 };
 
 // The windows with a title and a system menu that nothing owns, in the order of the desktop, topmost first.
-// Not among them are tool windows, and invisible windows without an icon.
+// Not among them are tool windows, and invisible windows without an icon. A snapshot, for one thread; making
+// it asks each window for its icon and waits half a second at most for one that hangs.
 class TWindowTopCollection {
  public:
   // With a filter (lower-case names of executable files) only the windows of such processes, then a
