@@ -51,14 +51,6 @@ int LoadIcon(const IconPlace& icon, IconLists& icons) {
 
 }  // namespace
 
-ItemDetails InitialClientDetails(const FavoriteIdentity& client) {
-  ItemDetails details;
-  details.Caption = client.name;
-  details.Command = client.command;
-  details.ImageIndex = kFavoriteImageUnknown;
-  return details;
-}
-
 void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details) {
   details.FilePath = StartedFile(client);
   details.Kind = TargetKindOfFile(details.FilePath);

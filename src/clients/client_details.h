@@ -7,12 +7,6 @@
 
 namespace smh {
 
-// The icon at index 0 of a collection's lists is the unknown file's.
-inline constexpr int kFavoriteImageUnknown = 0;
-
-// Name and command, and nothing else.
-ItemDetails InitialClientDetails(const FavoriteIdentity& client);
-
 // Completes details made by InitialClientDetails. Touches the disk; call it without holding a lock, on a
 // thread with COM initialised.
 void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details);

@@ -1,8 +1,14 @@
 #include "clients/uFavoriteItem.h"
 
-#include "clients/client_details.h"
-
 namespace smh {
+
+ItemDetails InitialClientDetails(const FavoriteIdentity& client) {
+  ItemDetails details;
+  details.Caption = client.name;
+  details.Command = client.command;
+  details.ImageIndex = kFavoriteImageUnknown;
+  return details;
+}
 
 TFavoriteItem::TFavoriteItem(FavoriteIdentity identity, int position)
     : identity_(std::move(identity)), position_(position), details_(InitialClientDetails(identity_)) {}

@@ -25,6 +25,12 @@ struct FavoriteIdentity {
   std::wstring iconLocation;
 };
 
+// The icon at index 0 of a collection's lists is the unknown file's.
+inline constexpr int kFavoriteImageUnknown = 0;
+
+// Name and command, and nothing else. Takes no lock; fails only for want of memory.
+ItemDetails InitialClientDetails(const FavoriteIdentity& client);
+
 class TFavoriteItem {
  public:
   TFavoriteItem(FavoriteIdentity identity, int position);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "clients/uFavoriteItem.h"
-#include "core/uFavoriteItemCollection.h"
 #include "core/contracts/StartupManagerHelper.h"
 #include "core/contracts/com_object.h"
 
@@ -12,7 +11,7 @@ namespace smh {
 class TFavoriteItemIntf final : public ComObject<IFavoriteItem> {
  public:
   // Keeps the collection, which owns the item, alive.
-  TFavoriteItemIntf(TFavoriteItemCollection& collection, TFavoriteItem& item) noexcept
+  TFavoriteItemIntf(IFavoriteItemCollection& collection, TFavoriteItem& item) noexcept
       : collection_(&collection), item_(item) {}
 
   std::int32_t STDMETHODCALLTYPE GetIndex() override;

@@ -10,14 +10,9 @@ namespace smh {
 // Changes only "A" to "Z".
 std::wstring AsciiLowerCase(std::wstring_view text);
 bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept;
-// For hashed containers whose keys are compared by SameAsciiText; look-ups need no copy of the text.
+// The same for texts that SameAsciiText calls the same.
 struct AsciiTextHash {
-  using is_transparent = void;
   std::size_t operator()(std::wstring_view text) const noexcept;
-};
-struct AsciiTextEqual {
-  using is_transparent = void;
-  bool operator()(std::wstring_view a, std::wstring_view b) const noexcept { return SameAsciiText(a, b); }
 };
 
 }  // namespace smh

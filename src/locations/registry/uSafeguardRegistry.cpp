@@ -67,10 +67,6 @@ TSgRegistry::~TSgRegistry() {
 
 void TSgRegistry::SetRootKey(HKEY root) {
   if (root == rootKey_) return;
-  if (closeRootKey_) {
-    if (regAccess_) regAccess_->CloseKey(rootKey_);
-    closeRootKey_ = false;
-  }
   rootKey_ = root;
   CloseKey();
 }

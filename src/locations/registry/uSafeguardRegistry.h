@@ -84,7 +84,6 @@ class TSgRegistry {
   HKEY rootKey_ = HKEY_CURRENT_USER;
   bool lazyWrite_ = true;
   std::wstring currentPath_;
-  bool closeRootKey_ = false;
   REGSAM access_ = KEY_ALL_ACCESS;
 };
 
