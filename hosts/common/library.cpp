@@ -2,6 +2,7 @@
 
 #include "hosts/common/host_error.h"
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/import_function.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
@@ -27,16 +28,11 @@ std::wstring OwnFolder() {
   return std::wstring(FolderPart(program));
 }
 
-bool FileExists(const std::wstring& file) {
-  const DWORD attributes = GetFileAttributesW(file.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
 }  // namespace
 
 ScopedModule LoadFromOwnFolder(const std::wstring& name) {
   const std::wstring file = OwnFolder() + name;
-  if (!FileExists(file)) throw HostError(L"The library " + file + L" is missing.");
+  if (!IsFile(file)) throw HostError(L"The library " + file + L" is missing.");
   ScopedModule library(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
   if (!library) {
     const DWORD error = GetLastError();
@@ -54,7 +50,7 @@ IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* 
 
 Library::Library() {
   for (const Sibling& sibling : kSiblings) {
-    if (sibling.required || FileExists(OwnFolder() + sibling.file)) {
+    if (sibling.required || IsFile(OwnFolder() + sibling.file)) {
       siblings_.push_back(LoadFromOwnFolder(sibling.file));
     }
   }

@@ -4,31 +4,13 @@
 
 #include <optional>
 
-#include "infra/runtime/exceptions.h"
+#include "infra/files/paths.h"
+#include "infra/runtime/growing_text.h"
 #include "infra/runtime/text.h"
 
 namespace smh {
 
 namespace {
-
-// Fills a text by a call that answers the needed size, terminator included, when the buffer is too small,
-// else the length without it. Both may change between two calls.
-template <typename Call>
-std::wstring GrowingText(Call&& call) {
-  // Nearly all texts fit here.
-  wchar_t usual[MAX_PATH];
-  const DWORD usualLength = call(usual, MAX_PATH);
-  if (usualLength <= MAX_PATH) return std::wstring(usual, usualLength);
-  std::wstring text(usualLength, L'\0');
-  for (;;) {
-    const DWORD length = call(text.data(), static_cast<DWORD>(text.size()));
-    if (length <= text.size()) {
-      text.resize(length);
-      return text;
-    }
-    text.resize(length);
-  }
-}
 
 std::optional<std::wstring> EnvironmentValue(const std::wstring& name) {
   DWORD error = ERROR_SUCCESS;
@@ -69,9 +51,7 @@ std::wstring CanonicalizePath(const wchar_t* text) {
 
 std::wstring FullPath(const wchar_t* text) {
   if (*text == L'\0') return {};
-  std::wstring path = GrowingText(
-      [text](wchar_t* buffer, DWORD size) { return GetFullPathNameW(text, size, buffer, nullptr); });
-  return path.empty() ? text : path;
+  return FullPathOf(text).value_or(text);
 }
 
 std::wstring WindowsFolder() {
@@ -82,11 +62,6 @@ std::wstring WindowsFolder() {
 std::wstring SystemFolder() {
   return WithoutTrailingBackslash(
       GrowingText([](wchar_t* buffer, DWORD size) { return DWORD{GetSystemDirectoryW(buffer, size)}; }));
-}
-
-bool FileExists(const std::wstring& path) noexcept {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 }  // namespace smh

@@ -19,8 +19,5 @@ std::wstring FullPath(const wchar_t* text);
 // Full paths without a trailing backslash; empty when the system has none to give.
 std::wstring WindowsFolder();
 std::wstring SystemFolder();
-// Whether the path names a file that can be seen; false for a folder and on any failure. Asks the disk or the
-// network.
-bool FileExists(const std::wstring& path) noexcept;
 
 }  // namespace smh

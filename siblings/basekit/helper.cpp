@@ -11,8 +11,8 @@
 #include "siblings/basekit/ole_date.h"
 #include "siblings/basekit/user.h"
 #include "siblings/basekit/version_cache.h"
-#include "siblings/common/data_folder.h"
 #include "core/contracts/guard.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 
 namespace smh {

@@ -6,7 +6,8 @@
 #include <utility>
 
 #include "siblings/basekit/environment.h"
-#include "siblings/common/data_folder.h"
+#include "infra/files/file_facts.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/text.h"
 
@@ -59,9 +60,9 @@ std::wstring RedirectedTwin(std::wstring_view path, std::span<const FolderTwin> 
 }
 
 bool FileOrTwinExists(const std::wstring& path) {
-  if (FileExists(path)) return true;
+  if (IsFile(path)) return true;
   const std::wstring twin = RedirectedTwin(path, FolderTwins());
-  return !twin.empty() && FileExists(twin);
+  return !twin.empty() && IsFile(twin);
 }
 
 void StartFolderTwins() {

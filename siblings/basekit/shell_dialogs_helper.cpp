@@ -5,28 +5,11 @@
 
 #include "siblings/basekit/environment.h"
 #include "core/contracts/guard.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
+#include "infra/runtime/scoped_com.h"
 
 namespace smh {
-
-namespace {
-
-// COM for the calling thread, which may have it already, in whichever mode.
-class ScopedCom {
- public:
-  ScopedCom() noexcept
-      : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)) {}
-  ~ScopedCom() {
-    if (SUCCEEDED(result_)) CoUninitialize();
-  }
-  ScopedCom(const ScopedCom&) = delete;
-  ScopedCom& operator=(const ScopedCom&) = delete;
-
- private:
-  HRESULT result_;
-};
-
-}  // namespace
 
 // The classes that the pages of a property sheet are made of.
 HRESULT ShellDialogsHelper::Initialize() {
@@ -41,8 +24,8 @@ HRESULT ShellDialogsHelper::ShowFileDetails(HWND window, const wchar_t* file, co
                                             std::int32_t /*number*/) {
   return Guarded([&] {
     const std::wstring path = FullPath(file == nullptr ? L"" : file);
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
-    const ScopedCom com;
+    if (!Exists(path)) RaiseLastOSError();
+    const ScopedCom com(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     const wchar_t* const page = TextArgument(text).empty() ? nullptr : text;
     if (SHObjectProperties(window, SHOP_FILEPATH, path.c_str(), page) == FALSE) RaiseOSError(ERROR_CANCELLED);
   });

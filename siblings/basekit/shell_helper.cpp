@@ -3,8 +3,8 @@
 #include "siblings/basekit/environment.h"
 #include "siblings/basekit/program_part.h"
 #include "siblings/basekit/redirected_twin.h"
-#include "siblings/common/data_folder.h"
 #include "core/contracts/guard.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 
 namespace smh {

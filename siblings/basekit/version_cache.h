@@ -3,32 +3,26 @@
 #pragma once
 
 #include "siblings/basekit/format/version_record.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/critical_section.h"
 
 #include <array>
 #include <memory>
+#include <string>
 
 namespace smh {
-
-// A file's identity at one moment; a changed file has another.
-struct FileStamp {
-  std::wstring path;
-  std::uint64_t size = 0;
-  std::uint64_t lastWrite = 0;
-
-  bool operator==(const FileStamp&) const = default;
-};
 
 // Any thread may call it; two that ask for the same new file may both read it.
 class VersionCache {
  public:
-  // Never null; the record of a file that is missing or has none is empty. `path` may be relative. The record
+  // Never null; the record of a file that is missing or has none is empty. `file` may be relative. The record
   // stays as it is for as long as anybody holds it. Reads the file when it is not among the last ones or has
   // changed since.
-  std::shared_ptr<const VersionRecord> Get(const std::wstring& path);
+  std::shared_ptr<const VersionRecord> Get(const std::wstring& file);
 
  private:
   struct Entry {
+    std::wstring path;
     FileStamp stamp;
     std::shared_ptr<const VersionRecord> record;
   };

@@ -1,6 +1,7 @@
 #include "siblings/guardkit/blob_store.h"
 
 #include "siblings/guardkit/content_hash.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 
@@ -66,6 +67,7 @@ StreamState BlobStore::Measure(HANDLE file) {
 }
 
 StreamState BlobStore::Keep(HANDLE file) const {
+  // This one level alone: the journal's folder is held in place, and never made again where it has gone.
   CreateDirectoryW(folder_.c_str(), nullptr);
   const std::wstring staging = StagingFile();
   StreamState stream;
@@ -107,9 +109,7 @@ void BlobStore::CopyTo(const StreamState& stream, HANDLE file) const {
 
 std::uint64_t BlobStore::TotalSize() const {
   std::uint64_t size = 0;
-  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) {
-    size += std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
-  });
+  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) { size += SizeIn(found); });
   return size;
 }
 

@@ -1,6 +1,8 @@
 #include "siblings/guardkit/file_changes.h"
 
 #include "siblings/common/data_folder.h"
+#include "infra/files/file_facts.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 
@@ -31,7 +33,7 @@ class StagedFile {
 bool IsTemporary(const std::wstring& file) {
   for (const int base : {CSIDL_APPDATA, CSIDL_COMMON_APPDATA}) {
     const std::wstring folder = ProductFolder(base);
-    if (!folder.empty() && SameText(FolderPart(file), folder + L"TempShortcuts\\")) return true;
+    if (!folder.empty() && SameText(FolderPart(file), TempShortcutsIn(folder))) return true;
   }
   return false;
 }
@@ -69,7 +71,7 @@ LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const s
 }  // namespace
 
 LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to) {
-  if (GetFileAttributesW(to.c_str()) != INVALID_FILE_ATTRIBUTES) return ERROR_ALREADY_EXISTS;
+  if (Exists(to)) return ERROR_ALREADY_EXISTS;
   const bool isDeleted = IsTemporary(to);
   const FileState file = isDeleted ? KeepFileState(from, checkpoint.Blobs()) : ReadFileState(from);
   if (!file.exists) return ERROR_FILE_NOT_FOUND;
@@ -93,7 +95,7 @@ LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file) {
 
 LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
                      bool overwrite) {
-  if (!overwrite && GetFileAttributesW(to.c_str()) != INVALID_FILE_ATTRIBUTES) return ERROR_FILE_EXISTS;
+  if (!overwrite && Exists(to)) return ERROR_FILE_EXISTS;
   FileState wanted = KeepFileState(from, checkpoint.Blobs());
   if (!wanted.exists) return ERROR_FILE_NOT_FOUND;
   wanted.security.clear();

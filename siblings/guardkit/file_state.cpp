@@ -1,6 +1,6 @@
 #include "siblings/guardkit/file_state.h"
 
-#include "siblings/guardkit/file_time.h"
+#include "infra/files/file_facts.h"
 #include "siblings/guardkit/security_state.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"

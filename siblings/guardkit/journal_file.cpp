@@ -1,5 +1,7 @@
 #include "siblings/guardkit/journal_file.h"
 
+#include "infra/files/file_facts.h"
+#include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 
@@ -26,20 +28,8 @@ std::optional<JournalName> ParseName(const WIN32_FIND_DATAW& found) {
   JournalName result;
   for (const wchar_t digit : digits) result.id = result.id * 10 + static_cast<std::uint32_t>(digit - L'0');
   result.closed = closed;
-  result.size = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
+  result.size = SizeIn(found);
   return result;
-}
-
-ByteVector ReadAll(HANDLE file) {
-  LARGE_INTEGER size;
-  if (GetFileSizeEx(file, &size) == FALSE) RaiseLastOSError();
-  if (static_cast<std::uint64_t>(size.QuadPart) > kLargestJournal) RaiseOSError(ERROR_FILE_TOO_LARGE);
-  ByteVector bytes(static_cast<std::size_t>(size.QuadPart));
-  DWORD read = 0;
-  if (ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) == FALSE)
-    RaiseLastOSError();
-  bytes.resize(read);
-  return bytes;
 }
 
 // A name that stays open is no harm: the end in the file counts.
@@ -79,7 +69,7 @@ std::optional<JournalContents> ReadJournal(const JournalFolder& folder, const Jo
     if (GetLastError() == ERROR_FILE_NOT_FOUND) return std::nullopt;
     RaiseLastOSError();
   }
-  std::optional<JournalContents> contents = DecodeJournal(ReadAll(file.Get()));
+  std::optional<JournalContents> contents = DecodeJournal(ReadOpenFile(file.Get(), kLargestJournal));
   return contents && contents->header.id == name.id ? std::move(contents) : std::nullopt;
 }
 

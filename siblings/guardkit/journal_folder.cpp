@@ -3,7 +3,10 @@
 #include "siblings/common/data_folder.h"
 #include "siblings/common/product.h"
 #include "infra/runtime/exceptions.h"
+#include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
+#include "infra/files/folder_making.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 
 #include <sddl.h>
@@ -24,11 +27,6 @@ bool IsMember(WELL_KNOWN_SID_TYPE group) noexcept {
   BOOL member = FALSE;
   return CreateWellKnownSid(group, nullptr, &sid, &size) != FALSE &&
          CheckTokenMembership(nullptr, &sid, &member) != FALSE && member != FALSE;
-}
-
-bool IsFolder(const std::wstring& path) noexcept {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 // Where owners and DACLs are not kept, there is nothing to decide by.

@@ -2,7 +2,7 @@
 
 #include "core/contracts/guard.h"
 #include "siblings/guardkit/checkpoints.h"
-#include "siblings/guardkit/file_time.h"
+#include "infra/files/file_facts.h"
 #include "siblings/guardkit/undo_runner.h"
 #include "core/contracts/com_object.h"
 #include "infra/runtime/exceptions.h"

@@ -1,6 +1,6 @@
 #include "siblings/guardkit/open_checkpoint.h"
 
-#include "siblings/guardkit/file_time.h"
+#include "infra/files/file_facts.h"
 #include "siblings/guardkit/registry_place.h"
 #include "infra/runtime/exceptions.h"
 

@@ -1,6 +1,7 @@
 #include "siblings/guardkit/registry_place.h"
 
 #include "siblings/guardkit/native_registry.h"
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/registry/registry_tree.h"
 #include "infra/runtime/text.h"
@@ -56,7 +57,7 @@ SplitPlace Split(const std::wstring& place) {
   const std::wstring_view root = std::wstring_view(place).substr(0, rootEnd);
   if (SameText(root, kMachine)) split.root = HKEY_LOCAL_MACHINE;
   if (SameText(root, kUsers)) split.root = HKEY_USERS;
-  if (split.root == nullptr || place.find(L'\0') != std::wstring::npos) RaiseOSError(ERROR_NOT_SUPPORTED);
+  if (split.root == nullptr || HoldsNul(place)) RaiseOSError(ERROR_NOT_SUPPORTED);
   for (std::size_t at = rootEnd; at < place.size();) {
     const std::size_t end = std::min(place.find(L'\\', at + 1), place.size());
     if (end == at + 1) RaiseOSError(ERROR_NOT_SUPPORTED);

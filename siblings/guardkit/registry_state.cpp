@@ -2,16 +2,13 @@
 
 #include "siblings/guardkit/native_registry.h"
 #include "siblings/guardkit/security_state.h"
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/registry/registry_values.h"
 
 namespace smh {
 
 namespace {
-
-bool HasZero(const std::wstring& name) noexcept {
-  return name.find(L'\0') != std::wstring::npos;
-}
 
 // The system's limit for a value's name, in units; what the journal of another machine says may be longer.
 constexpr std::size_t kLongestName = 16'383;
@@ -63,7 +60,7 @@ ByteVector SecurityOf(HKEY key) {
 }  // namespace
 
 ValueState ReadValueState(HKEY key, const std::wstring& name) {
-  if (!HasZero(name)) {
+  if (!HoldsNul(name)) {
     const std::optional<RegistryData> data = QueryRegistryValue(key, name);
     return data ? ValueState{true, data->type, data->bytes} : ValueState{};
   }
@@ -89,7 +86,7 @@ KeyState ReadKeyState(HKEY key) {
 LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) noexcept {
   if (name.size() > kLongestName) return ERROR_INVALID_PARAMETER;
   const auto size = static_cast<DWORD>(value.data.size());
-  if (HasZero(name)) {
+  if (HoldsNul(name)) {
     UNICODE_STRING counted = Counted(name);
     return StatusOf(NtSetValueKey(key, &counted, 0, value.type, value.data.data(), size));
   }
@@ -106,7 +103,7 @@ LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) 
 
 LSTATUS RemoveValue(HKEY key, const std::wstring& name) noexcept {
   if (name.size() > kLongestName) return ERROR_INVALID_PARAMETER;
-  if (!HasZero(name)) return RegDeleteValueW(key, name.c_str());
+  if (!HoldsNul(name)) return RegDeleteValueW(key, name.c_str());
   UNICODE_STRING counted = Counted(name);
   return StatusOf(NtDeleteValueKey(key, &counted));
 }

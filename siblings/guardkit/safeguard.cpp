@@ -4,6 +4,8 @@
 #include "siblings/guardkit/file_changes.h"
 #include "siblings/guardkit/status_guard.h"
 #include "core/contracts/boundary_string.h"
+#include "infra/files/paths.h"
+#include "infra/runtime/exceptions.h"
 
 namespace smh {
 
@@ -11,16 +13,9 @@ namespace {
 
 // As the system would take the name now: the journal is read from other current folders.
 std::wstring FullPath(const wchar_t* path) {
-  std::wstring full(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetFullPathNameW(path, static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (length == 0) RaiseLastOSError();
-    if (length < full.size()) {
-      full.resize(length);
-      return full;
-    }
-    full.resize(length);
-  }
+  std::optional<std::wstring> full = FullPathOf(path);
+  if (!full.has_value()) RaiseLastOSError();
+  return *std::move(full);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "siblings/guardkit/registry_changes.h"
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
@@ -32,7 +33,7 @@ std::wstring FolderOf(const std::wstring& file) {
 }
 
 void RemoveFile(OpenCheckpoint& checkpoint, const std::wstring& path) {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const DWORD attributes = AttributesOf(path);
   // Recorded first as it is, the file would refuse to go.
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
     SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
@@ -88,14 +89,14 @@ struct Undoer {
   }
 
   StepOutcome operator()(const MoveStep& step) const {
-    if (GetFileAttributesW(step.to.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (!Exists(step.to)) {
       // Forced: nothing is left to move, but it may be back already.
       return ReadFileState(step.from).streams == step.file.streams ? StepOutcome::kNothing
                                                                    : StepOutcome::kImpossible;
     }
     const HeldPath heldFrom(FolderOf(step.from), true);
     const HeldPath heldTo(FolderOf(step.to));
-    if (GetFileAttributesW(step.from.c_str()) != INVALID_FILE_ATTRIBUTES) RemoveFile(checkpoint, step.from);
+    if (Exists(step.from)) RemoveFile(checkpoint, step.from);
     CheckStatus(MoveRecorded(checkpoint, step.to, step.from));
     // The rights may have been changed for the other folder. They are no part of the content.
     if (ReadFileState(step.from).security != step.file.security)

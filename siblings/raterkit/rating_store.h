@@ -2,10 +2,13 @@
 // is read on first use and again when it has changed, appeared or gone.
 #pragma once
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/critical_section.h"
 #include "siblings/raterkit/rating_table.h"
 
 #include <array>
+#include <optional>
+#include <string>
 
 namespace smh {
 
@@ -20,18 +23,9 @@ class RatingFile {
   const RatingTable& Table();
 
  private:
-  struct Stamp {
-    bool exists = false;
-    std::uint64_t size = 0;
-    std::uint64_t lastWrite = 0;
-
-    bool operator==(const Stamp&) const = default;
-  };
-
-  Stamp CurrentStamp() const noexcept;
-
   std::wstring path_;
-  Stamp stamp_;
+  // None as long as there was no file.
+  std::optional<FileStamp> stamp_;
   RatingTable table_;
 };
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "siblings/common/data_folder.h"
+#include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
 
 namespace smh {
@@ -21,7 +22,7 @@ void Write(HANDLE file, std::wstring_view text) {
 ScopedHandle OpenTraceFile() {
   const std::wstring dataFolder = DataFolder();
   if (dataFolder.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
-  const std::wstring folder = dataFolder + L"Logs\\";
+  std::wstring folder = dataFolder + L"Logs\\";
   MakeFolders(folder);
   const DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   ScopedHandle file(CreateFileW((folder + L"debug.log").c_str(), FILE_APPEND_DATA, sharing, nullptr,

@@ -1,6 +1,7 @@
 #include "model/extended_info.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
@@ -23,8 +24,7 @@ void ReadTimes(ItemDetails& details) {
   WIN32_FIND_DATAW data;
   const ScopedFind find(FindFirstFileW(details.FilePath.c_str(), &data));
   if (!find) return;
-  details.FileSize =
-      static_cast<std::int64_t>((static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+  details.FileSize = static_cast<std::int64_t>(SizeIn(data));
   details.CreationTime = ToDateTime(data.ftCreationTime);
   details.LastAccessTime = ToDateTime(data.ftLastAccessTime);
   details.LastWriteTime = ToDateTime(data.ftLastWriteTime);

@@ -5,7 +5,7 @@
 #include "infra/runtime/handle.h"
 #include "infra/runtime/scoped_image_list.h"
 
-#include "infra/files/file_stamp.h"
+#include "infra/files/file_facts.h"
 
 #include <windows.h>
 #include <commctrl.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/contracts/shared_text.h"
-#include "infra/files/file_stamp.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/module_global.h"
 
 #include <memory>

@@ -1,6 +1,7 @@
 #include "sysutil/file_search.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "infra/registry/registry_values.h"
@@ -28,7 +29,7 @@ std::wstring Joined(std::wstring_view folder, std::wstring_view name, std::wstri
 
 // Whether a file or registry key may have this name: an absurd one is not worth a walk over all folders.
 bool CanBeName(std::wstring_view name) noexcept {
-  return name.size() <= kLongestName && name.find(L'\0') == std::wstring_view::npos;
+  return name.size() <= kLongestName && !HoldsNul(name);
 }
 
 bool HasFolderPart(std::wstring_view path) noexcept {

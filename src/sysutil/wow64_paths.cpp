@@ -4,8 +4,6 @@
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <iterator>
 
@@ -27,27 +25,9 @@ constexpr Redirection kRedirections[] = {
     {FileUtils::GetProgramFilesNativeDir, FileUtils::GetProgramFilesX86Dir},
 };
 
-// What follows a zero character would not be looked at.
-template <typename Text>
-DWORD AttributesOf(const Text& path) noexcept {
-  const std::wstring_view view = path;
-  return view.find(L'\0') == std::wstring_view::npos ? GetFileAttributesW(path.c_str())
-                                                     : INVALID_FILE_ATTRIBUTES;
-}
-
-constexpr auto kIsFile = [](const auto& path) noexcept {
-  const DWORD attributes = AttributesOf(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-};
-
-constexpr auto kIsFolder = [](const auto& path) noexcept {
-  const DWORD attributes = AttributesOf(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-};
-
 // Whether the path passes as given or as its twin, which then replaces it.
-template <typename Text, typename ExistenceTest>
-bool ExistsOrTwin(Text& path, ExistenceTest exists) {
+template <typename Text>
+bool ExistsOrTwin(Text& path, bool (*exists)(PathView) noexcept) {
   if (exists(path)) return true;
   if (!WinVersionInfo::IsWow64()) return false;
   const auto rule = std::ranges::find_if(
@@ -62,29 +42,25 @@ bool ExistsOrTwin(Text& path, ExistenceTest exists) {
 
 }  // namespace
 
-bool FileUtils::FileExists(const std::wstring& path) noexcept {
-  return kIsFile(path);
+bool FileUtils::FileExists(PathView path) noexcept {
+  return IsFile(path);
 }
 
-bool FileUtils::FileExists(const SharedText& path) noexcept {
-  return kIsFile(path);
-}
-
-bool FileUtils::DirectoryExists(const std::wstring& path) noexcept {
-  return kIsFolder(path);
+bool FileUtils::DirectoryExists(PathView path) noexcept {
+  return IsFolder(path);
 }
 
 bool FileUtils::FileExistsWow64(std::wstring& path) {
-  return ExistsOrTwin(path, kIsFile);
+  return ExistsOrTwin(path, IsFile);
 }
 
 bool FileUtils::FileExistsWow64(SharedText& path) {
-  return ExistsOrTwin(path, kIsFile);
+  return ExistsOrTwin(path, IsFile);
 }
 
 std::wstring FileUtils::DirectoryExistsWow64(std::wstring_view path) {
   std::wstring result(path);
-  ExistsOrTwin(result, kIsFolder);
+  ExistsOrTwin(result, IsFolder);
   return result;
 }
 

@@ -6,15 +6,16 @@
 #pragma once
 
 #include "core/contracts/shared_text.h"
+#include "infra/files/file_facts.h"
 
 #include <string>
 #include <string_view>
 
 namespace smh::FileUtils {
 
-bool FileExists(const std::wstring& path) noexcept;
-bool FileExists(const SharedText& path) noexcept;
-bool DirectoryExists(const std::wstring& path) noexcept;
+// The file itself and the folder itself, as IsFile and IsFolder tell them.
+bool FileExists(PathView path) noexcept;
+bool DirectoryExists(PathView path) noexcept;
 
 // Whether the file exists as given or as its redirected twin, which then replaces it. Raise std::bad_alloc.
 bool FileExistsWow64(std::wstring& path);

@@ -7,6 +7,8 @@
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 
+#include "infra/files/paths.h"
+
 #include <shlobj.h>
 
 #include <memory>
@@ -59,11 +61,7 @@ inline bool WaitUntilComplete(const RawCollection& items) {
 
 // "StartupManager.log"
 inline std::wstring LogFile() {
-  wchar_t folder[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder))) {
-    throw std::runtime_error("no data folder");
-  }
-  return std::wstring(folder) + L"\\Quillmark\\Startup Manager\\Logs\\StartupManager.log";
+  return ShellFolder(CSIDL_APPDATA) + L"\\Quillmark\\Startup Manager\\Logs\\StartupManager.log";
 }
 
 // The sample program, copied to a folder without blanks on C:, so that no redirection and no quoting rule

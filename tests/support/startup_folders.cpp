@@ -1,5 +1,6 @@
 #include "tests/support/startup_folders.h"
 
+#include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 
 #include <windows.h>
@@ -15,12 +16,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::wstring ShellFolder(int csidl) {
-  wchar_t path[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, csidl | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path))) {
-    throw std::runtime_error("the shell does not know a folder");
-  }
-  return std::wstring(path) + L'\\';
+std::wstring MadeFolder(int csidl) {
+  const std::wstring folder = ShellFolder(csidl | CSIDL_FLAG_CREATE);
+  if (folder.empty()) throw std::runtime_error("the shell does not know a folder");
+  return folder + L'\\';
 }
 
 std::wstring UnusedName(const TemporaryFolder& folder) {
@@ -59,8 +58,8 @@ void SavedFolder::Remove() const {
 }
 
 StartupPlaces::StartupPlaces(Whose whose, LetGo letGo)
-    : startup(ShellFolder(whose == Whose::kUser ? CSIDL_STARTUP : CSIDL_COMMON_STARTUP)),
-      data(ShellFolder(whose == Whose::kUser ? CSIDL_APPDATA : CSIDL_COMMON_APPDATA)),
+    : startup(MadeFolder(whose == Whose::kUser ? CSIDL_STARTUP : CSIDL_COMMON_STARTUP)),
+      data(MadeFolder(whose == Whose::kUser ? CSIDL_APPDATA : CSIDL_COMMON_APPDATA)),
       disabled(data + L"Quillmark\\Startup Manager\\Disabled Startup\\"),
       temporary(data + L"Quillmark\\Startup Manager\\TempShortcuts\\"),
       autoruns(startup + L"AutorunsDisabled\\"),

@@ -5,16 +5,9 @@
 #include "hosts/cli/item_selector.h"
 #include "hosts/common/reading.h"
 
+#include "infra/files/file_facts.h"
+
 namespace smh {
-
-namespace {
-
-bool FileExists(const std::wstring& file) {
-  const DWORD attributes = GetFileAttributesW(file.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-}  // namespace
 
 void RunExecute(const Arguments& arguments) {
   const Library library;
@@ -22,7 +15,7 @@ void RunExecute(const Arguments& arguments) {
   ResolveFiles(library, {&item, 1});
   const std::wstring failure = L"Cannot execute " + Describe(item);
   if (item.command.empty()) throw HostError(failure + L": it has no command.");
-  if (!FileExists(item.file)) {
+  if (!IsFile(item.file)) {
     throw HostError(failure + L": the file " + (item.file.empty() ? item.command : item.file) +
                     L" does not exist.");
   }

@@ -4,6 +4,8 @@
 #include "hosts/common/library.h"
 #include "hosts/common/text_encoding.h"
 
+#include "infra/files/file_facts.h"
+
 namespace smh {
 
 void RunResolve(const Arguments& arguments) {
@@ -12,9 +14,7 @@ void RunResolve(const Arguments& arguments) {
   const std::wstring file = library.ResolveCommandFile(command);
   if (file.empty()) throw HostError(L"The command line \"" + command + L"\" names no file.");
   WriteOutput(Printable(file) + L"\n");
-  if (GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES) {
-    WriteMessage(L"There is no such file.");
-  }
+  if (!Exists(file)) WriteMessage(L"There is no such file.");
 }
 
 }  // namespace smh

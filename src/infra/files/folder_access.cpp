@@ -1,5 +1,7 @@
 #include "infra/files/folder_access.h"
 
+#include "infra/files/file_facts.h"
+#include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/handle.h"
@@ -81,13 +83,9 @@ ScopedLocalMemory DescriptorOf(const wchar_t* text) {
   return descriptor;
 }
 
-bool IsFolder(const std::wstring& path) noexcept {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-bool MakeOneFolder(const std::wstring& path, const wchar_t* access = kProtectedFolder) {
-  const ScopedLocalMemory descriptor = DescriptorOf(access);
+template <const wchar_t* Access>
+bool MakeOneFolder(const std::wstring& path) {
+  const ScopedLocalMemory descriptor = DescriptorOf(Access);
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor.Get(), FALSE};
   return CreateDirectoryW(path.c_str(), &attributes) != FALSE;
 }
@@ -105,30 +103,18 @@ bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights) noexcept {
   return true;
 }
 
-namespace {
-
-void MakeFolderWith(const std::wstring& folder, const wchar_t* access) {
-  const std::wstring path = WithoutTrailingBackslash(folder);
-  if (IsFolder(path)) return;
-  const std::wstring parent(FolderPart(path));
-  if (parent.size() > 3 && parent.size() < path.size()) MakeProtectedFolder(parent);
-  if (!MakeOneFolder(path, access) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
-}
-
-}  // namespace
-
 void MakeProtectedFolder(const std::wstring& folder) {
-  MakeFolderWith(folder, kProtectedFolder);
+  MakeFolderPath(folder, MakeOneFolder<kProtectedFolder>, MakeOneFolder<kProtectedFolder>);
 }
 
 void MakePrivateFolder(const std::wstring& folder) {
-  MakeFolderWith(folder, kPrivateFolder);
+  MakeFolderPath(folder, MakeOneFolder<kPrivateFolder>, MakeOneFolder<kProtectedFolder>);
 }
 
 bool KeepsAccess(const std::wstring& dataFolder) {
   const std::wstring probe =
       WithTrailingBackslash(dataFolder) + Format(L"probe-%d-%d", GetCurrentProcessId(), GetTickCount());
-  if (!MakeOneFolder(probe)) RaiseLastOSError();
+  if (!MakeOneFolder<kProtectedFolder>(probe)) RaiseLastOSError();
   bool keeps = true;
   try {
     const Descriptor made = ReadDescriptor(probe);
@@ -142,7 +128,7 @@ bool KeepsAccess(const std::wstring& dataFolder) {
 
 void RequireTrusted(const std::wstring& path, ACCESS_MASK rights) {
   const std::wstring name = WithoutTrailingBackslash(path);
-  const DWORD attributes = GetFileAttributesW(name.c_str());
+  const DWORD attributes = AttributesOf(name);
   if (attributes == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
   const Descriptor descriptor = ReadDescriptor(name);
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ||

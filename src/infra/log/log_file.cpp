@@ -1,5 +1,6 @@
 #include "infra/log/log_file.h"
 
+#include "infra/files/folder_making.h"
 #include "infra/runtime/handle.h"
 
 #include <string_view>
@@ -12,15 +13,6 @@ bool Write(HANDLE file, std::wstring_view text) noexcept {
   DWORD written = 0;
   const auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
   return WriteFile(file, text.data(), bytes, &written, nullptr) && written == bytes;
-}
-
-// Cuts the path at each of its backslashes in turn; failures show when the file is made.
-void MakeFolders(std::wstring& path) noexcept {
-  for (std::size_t at = path.find(L'\\'); at != std::wstring::npos; at = path.find(L'\\', at + 1)) {
-    path[at] = L'\0';
-    CreateDirectoryW(path.c_str(), nullptr);
-    path[at] = L'\\';
-  }
 }
 
 bool WriteText(const std::wstring& path, const LogText& text) noexcept {

@@ -1,5 +1,6 @@
 #include "infra/log/uAxDebug.h"
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_path.h"
 #include "infra/registry/registry.h"
@@ -95,8 +96,7 @@ void SetDebugModeSetting(bool on) {
 
 bool CheckDebugLibrary() {
   std::wstring path(FolderPart(ModuleFileName(nullptr)));
-  const DWORD attributes = GetFileAttributesW(path.append(kDebugLibrary).c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  return IsFile(path.append(kDebugLibrary));
 }
 
 DebugScope::DebugScope(const void* context, const wchar_t* name,

@@ -1,5 +1,6 @@
 #include "infra/registry/registry.h"
 
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/registry/registry_tree.h"
@@ -18,13 +19,9 @@ struct ValueForm {
   DWORD size = 0;
 };
 
-bool HasZero(std::wstring_view text) noexcept {
-  return text.find(L'\0') != std::wstring_view::npos;
-}
-
 std::optional<ValueForm> QueryForm(HKEY key, const std::wstring& name) noexcept {
   ValueForm form;
-  if (HasZero(name)) return std::nullopt;
+  if (HoldsNul(name)) return std::nullopt;
   const LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &form.type, nullptr, &form.size);
   return status == ERROR_SUCCESS ? std::optional(form) : std::nullopt;
 }
@@ -77,7 +74,7 @@ bool TRegistry::Open(std::wstring_view key, bool canCreate, REGSAM access) {
   const bool below = current_ && IsRelativeKey(key);
   const HKEY base = below ? current_.Get() : root_;
   const std::wstring text = RelativeKeyText(key);
-  if (HasZero(text)) return Answer(ERROR_INVALID_NAME);
+  if (HoldsNul(text)) return Answer(ERROR_INVALID_NAME);
   ScopedKey opened;
   const LSTATUS status = canCreate && !text.empty()
                              ? RegCreateKeyExW(base, text.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
@@ -141,7 +138,7 @@ std::uint32_t TRegistry::ReadInteger(const std::wstring& name) const {
 }
 
 void TRegistry::Write(const std::wstring& name, DWORD type, const void* data, std::size_t size) {
-  if (HasZero(name)) RaiseOSError(ERROR_INVALID_NAME);
+  if (HoldsNul(name)) RaiseOSError(ERROR_INVALID_NAME);
   CheckStatus(RegSetValueExW(CurrentKey(), name.c_str(), 0, type, static_cast<const BYTE*>(data),
                              static_cast<DWORD>(size)));
 }
@@ -156,7 +153,7 @@ void TRegistry::WriteInteger(const std::wstring& name, std::uint32_t value) {
 }
 
 bool TRegistry::DeleteValue(const std::wstring& name) {
-  return Answer(HasZero(name) ? ERROR_FILE_NOT_FOUND : RegDeleteValueW(CurrentKey(), name.c_str()));
+  return Answer(HoldsNul(name) ? ERROR_FILE_NOT_FOUND : RegDeleteValueW(CurrentKey(), name.c_str()));
 }
 
 std::vector<std::wstring> TRegistry::KeyNames() const {

@@ -1,5 +1,6 @@
 #include "infra/registry/registry_tree.h"
 
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/import_function.h"
@@ -12,7 +13,7 @@ namespace {
 // The key itself, even when it is a link.
 LSTATUS OpenWithoutFollowing(HKEY parent, const std::wstring& key, REGSAM access,
                              ScopedKey& result) noexcept {
-  if (key.find(L'\0') != std::wstring::npos) return ERROR_INVALID_NAME;
+  if (HoldsNul(key)) return ERROR_INVALID_NAME;
   return RegOpenKeyExW(parent, key.c_str(), REG_OPTION_OPEN_LINK, access, result.Put());
 }
 

@@ -1,5 +1,6 @@
 #include "infra/registry/registry_values.h"
 
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 
 #include <algorithm>
@@ -25,13 +26,12 @@ std::wstring UnitsOf(std::span<const std::byte> bytes) {
 
 std::wstring TextOf(std::span<const std::byte> bytes) {
   std::wstring text = UnitsOf(bytes);
-  text.resize(std::min(text.size(), text.find(L'\0')));
+  text.resize(UpToNul(text).size());
   return text;
 }
 
 std::wstring_view UpToZero(const wchar_t* units, DWORD bytes) noexcept {
-  const std::wstring_view text(units, bytes / sizeof(wchar_t));
-  return text.substr(0, text.find(L'\0'));
+  return UpToNul({units, bytes / sizeof(wchar_t)});
 }
 
 bool IsMissing(LSTATUS status) noexcept {
@@ -119,9 +119,8 @@ std::wstring_view RegistryValueReader::Text() const noexcept {
 
 ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) noexcept {
   ScopedKey key;
-  const LSTATUS status = path.find(L'\0') == std::wstring::npos
-                             ? RegOpenKeyExW(root, path.c_str(), 0, access, key.Put())
-                             : ERROR_INVALID_NAME;
+  const LSTATUS status =
+      !HoldsNul(path) ? RegOpenKeyExW(root, path.c_str(), 0, access, key.Put()) : ERROR_INVALID_NAME;
   if (status != ERROR_SUCCESS) {
     key.Release();
     SetLastError(static_cast<DWORD>(status));
@@ -142,7 +141,7 @@ std::vector<std::wstring> RegistryValueNames(HKEY key) {
 }
 
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name) {
-  if (name.find(L'\0') != std::wstring::npos) return std::nullopt;
+  if (HoldsNul(name)) return std::nullopt;
   RegistryData data{REG_NONE, std::vector<std::byte>(kDataBytes)};
   for (;;) {
     auto size = static_cast<DWORD>(data.bytes.size());
@@ -163,7 +162,7 @@ std::wstring QueryRegistryText(HKEY key, const std::wstring& name) {
   wchar_t units[kUsualUnits];
   DWORD size = sizeof(units);
   DWORD type = REG_NONE;
-  if (name.find(L'\0') != std::wstring::npos) return {};
+  if (HoldsNul(name)) return {};
   const LSTATUS status =
       RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(units), &size);
   if (IsMissing(status)) return {};

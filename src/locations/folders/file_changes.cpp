@@ -1,6 +1,7 @@
 #include "locations/folders/file_changes.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "locations/folders/folder_files.h"
 
@@ -20,7 +21,7 @@ bool IsMissing(LSTATUS status) noexcept {
 enum class Presence { kThere, kMissing, kUnknown };
 
 Presence PresenceOf(const std::wstring& file) noexcept {
-  if (GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) return Presence::kThere;
+  if (Exists(file)) return Presence::kThere;
   return IsMissing(static_cast<LSTATUS>(GetLastError())) ? Presence::kMissing : Presence::kUnknown;
 }
 

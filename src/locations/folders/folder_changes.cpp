@@ -4,6 +4,8 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "infra/files/folder_access.h"
+#include "infra/files/folder_making.h"
+#include "infra/files/paths.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/link_entry.h"
 #include "model/checkpoint.h"
@@ -52,7 +54,7 @@ const std::wstring& TLocationFolderStd::DisabledFolder() {
 }
 
 std::wstring TLocationFolderStd::TempShortcutFolder() const {
-  std::wstring folder = RequireFolder(ownFolder_) + L"TempShortcuts\\";
+  std::wstring folder = TempShortcutsIn(RequireFolder(ownFolder_));
   MakeOwnFolder(folder);
   // What somebody else may change between its making and its move would start for everyone.
   if (IsCommon() && KeepsAccess(dataFolder_)) RequireTrusted(folder);

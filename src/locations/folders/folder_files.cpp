@@ -1,10 +1,11 @@
 #include "locations/folders/folder_files.h"
 
+#include "infra/files/file_facts.h"
+#include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
-#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 
@@ -31,13 +32,6 @@ bool IsDeviceName(std::wstring_view name) noexcept {
   const bool numbered = std::wstring_view(L"123456789\xB9\xB2\xB3").find(base[3]) != std::wstring_view::npos;
   const auto isStem = [&](const wchar_t* device) { return SameText(base.substr(0, 3), device); };
   return numbered && std::ranges::any_of(kNumberedDeviceNames, isStem);
-}
-
-ScopedHandle OpenOrRaise(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
-  ScopedHandle file(
-      CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) RaiseLastOSError();
-  return file;
 }
 
 }  // namespace
@@ -70,20 +64,10 @@ std::wstring MakeUniqueFileName(const std::wstring& path) {
   const std::wstring_view extension = ExtensionPart(path);
   std::wstring_view base = FileNamePart(path);
   base.remove_suffix(extension.size());
-  for (int number = 1; FileUtils::FileExists(unique); ++number) {
+  for (int number = 1; IsFile(unique); ++number) {
     unique = Format(L"%s\\%s (%d)%s", folder, base, number, extension);
   }
   return unique;
-}
-
-void MakeFolderPath(const std::wstring& folder) {
-  const std::wstring path = WithoutTrailingBackslash(folder);
-  if (FileUtils::DirectoryExists(path)) return;
-  const std::wstring parent(FolderPart(path));
-  if (parent.size() > 3 && parent.size() < path.size()) MakeFolderPath(parent);
-  if (CreateDirectoryW(path.c_str(), nullptr) == FALSE && GetLastError() != ERROR_ALREADY_EXISTS) {
-    RaiseLastOSError();
-  }
 }
 
 std::wstring WithLinkExtension(std::wstring_view name) {
@@ -105,22 +89,13 @@ std::wstring PlainFileName(std::wstring_view name) {
 }
 
 std::string ReadShortcutBytes(const std::wstring& path) {
-  const ScopedHandle file =
-      OpenOrRaise(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING);
-  LARGE_INTEGER size;
-  if (GetFileSizeEx(file.Get(), &size) == FALSE) RaiseLastOSError();
-  if (size.QuadPart > kLargestShortcut) RaiseOSError(ERROR_FILE_TOO_LARGE);
-  std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
-  DWORD read = 0;
-  if (ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) == FALSE) {
-    RaiseLastOSError();
-  }
-  if (read != bytes.size()) RaiseOSError(ERROR_HANDLE_EOF);
-  return bytes;
+  return ReadWholeFile(path, FILE_SHARE_READ | FILE_SHARE_DELETE, kLargestShortcut);
 }
 
 void WriteNewFile(const std::wstring& path, std::string_view bytes) {
-  ScopedHandle file = OpenOrRaise(path, GENERIC_WRITE, 0, CREATE_NEW);
+  ScopedHandle file(
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) RaiseLastOSError();
   DWORD written = 0;
   const bool complete =
       WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&

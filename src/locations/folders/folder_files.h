@@ -17,9 +17,6 @@ bool CanDeleteFile(const wchar_t* path) noexcept;
 // The path itself, else "name (1).ext", "name (2).ext", ...: the first that no file has.
 std::wstring MakeUniqueFileName(const std::wstring& path);
 
-// Makes a folder (trailing backslash) with all its parents. Raises EOSError.
-void MakeFolderPath(const std::wstring& folder);
-
 std::wstring WithLinkExtension(std::wstring_view name);
 
 // Whether a name is one plain component that every part of the system takes for the same file.

@@ -1,5 +1,6 @@
 #include "locations/registry/uLocationRegistryStd.h"
 
+#include "infra/runtime/embedded_nul.h"
 #include "model/reader_state.h"
 
 #include <algorithm>
@@ -43,7 +44,7 @@ bool TLocationRegistryStd::ReadKey(RegistryLoad& load, const Place& place) {
   while (values.Next()) {
     CheckTerminated();
     const std::wstring_view name = values.Name();
-    const bool hasZero = name.find(L'\0') != std::wstring_view::npos;
+    const bool hasZero = HoldsNul(name);
     const std::wstring symbols = hasZero ? WithSymbolsForZeros(name) : std::wstring();
     const std::wstring_view shown = hasZero ? std::wstring_view(symbols) : name;
     const SeenEntry seen{place.path, name, shown, shown, values.Text(), hasZero || isProtected};

@@ -2,6 +2,7 @@
 
 #include "infra/registry/registry.h"
 #include "infra/registry/registry_tree.h"
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 #include "infra/log/uAxDebug.h"
 
@@ -44,11 +45,6 @@ SgDataKind ReadKind(DWORD type) noexcept {
   return SgDataKind::kUnknown;
 }
 
-// A name cut at its first zero would be somebody else's.
-bool HasZero(std::wstring_view name) noexcept {
-  return name.find(L'\0') != std::wstring_view::npos;
-}
-
 }  // namespace
 
 TSgRegistry::TSgRegistry(ISafeguard* safeguard) {
@@ -85,14 +81,14 @@ HKEY TSgRegistry::BaseKey(bool relative) const noexcept {
 
 HKEY TSgRegistry::OpenBelow(HKEY base, const std::wstring& key, REGSAM access) {
   HKEY opened = nullptr;
-  if (!regAccess_ || HasZero(key)) return nullptr;
+  if (!regAccess_ || HoldsNul(key)) return nullptr;
   return regAccess_->OpenKey(base, key.c_str(), &opened, access, 0) == ERROR_SUCCESS ? opened : nullptr;
 }
 
 HKEY TSgRegistry::CreateBelow(HKEY base, const std::wstring& key) {
   HKEY created = nullptr;
   DWORD ignored = 0;
-  if (!regAccess_ || HasZero(key)) return nullptr;
+  if (!regAccess_ || HoldsNul(key)) return nullptr;
   const LSTATUS status = regAccess_->CreateKey(base, key.c_str(), &ignored, &created, 0, access_, 0, 0, 0);
   return status == ERROR_SUCCESS ? created : nullptr;
 }
@@ -141,7 +137,7 @@ bool TSgRegistry::GetDataInfo(const std::wstring& name, SgDataKind& kind, DWORD&
   DWORD type = REG_NONE;
   kind = SgDataKind::kUnknown;
   size = 0;
-  if (HasZero(name) ||
+  if (HoldsNul(name) ||
       RegQueryValueExW(currentKey_, name.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
     return false;
   }
@@ -161,19 +157,19 @@ bool TSgRegistry::WriteString(const std::wstring& name, const std::wstring& text
 }
 
 bool TSgRegistry::PutData(const std::wstring& name, const void* data, SgDataKind kind, DWORD size) {
-  return regAccess_ && !HasZero(name) &&
+  return regAccess_ && !HoldsNul(name) &&
          regAccess_->SetValue(currentKey_, name.c_str(), size, data, WrittenType(kind), 0) == ERROR_SUCCESS;
 }
 
 bool TSgRegistry::DeleteValue(const std::wstring& name) {
-  return regAccess_ && !HasZero(name) && regAccess_->DeleteValue(currentKey_, name.c_str()) == ERROR_SUCCESS;
+  return regAccess_ && !HoldsNul(name) && regAccess_->DeleteValue(currentKey_, name.c_str()) == ERROR_SUCCESS;
 }
 
 LSTATUS TSgRegistry::DeleteKey(std::wstring_view key) {
   const std::wstring text = RelativeKeyText(key);
   if (!regAccess_) return ERROR_NOT_READY;
   // An empty text would name the base key itself, with all that it holds.
-  if (text.empty() || HasZero(text)) return ERROR_INVALID_PARAMETER;
+  if (text.empty() || HoldsNul(text)) return ERROR_INVALID_PARAMETER;
   const HKEY base = BaseKey(IsRelativeKey(key));
   const LSTATUS status = CheckKeyTree(base, text, access_ & kViewBits);
   return status == ERROR_SUCCESS ? DeleteTree(base, text) : status;

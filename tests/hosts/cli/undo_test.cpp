@@ -4,6 +4,8 @@
 #include "tests/support/startup_folders.h"
 #include "tests/support/state_dump.h"
 
+#include "infra/files/paths.h"
+
 #include <shlobj.h>
 
 #include <filesystem>
@@ -24,9 +26,7 @@ class StartupctlUndo : public StartupctlTest {
 
   // Tests run with administrators' rights.
   static fs::path JournalFolder() {
-    wchar_t data[MAX_PATH];
-    SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, data);
-    return fs::path(data) / L"Quillmark\\Startup Manager\\Journal";
+    return fs::path(ShellFolder(CSIDL_COMMON_APPDATA)) / L"Quillmark\\Startup Manager\\Journal";
   }
   static Json Checkpoints() { return Json::parse(Run({L"checkpoints", L"--json"}).output); }
   static std::string DumpRunKeys() {

@@ -3,6 +3,7 @@
 
 #include "siblings/common/data_folder.h"
 #include "siblings/guardkit/file_state.h"
+#include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
@@ -84,7 +85,7 @@ TEST_F(JournalFiles, ConflictsChangeNothingUnlessForced) {
 
 // An addition is undone without a trace in the folder of temporary shortcuts.
 TEST_F(JournalFiles, WhatComesFromTheTemporaryFolderWasMade) {
-  const std::wstring temporary = DataFolder() + L"TempShortcuts\\";
+  std::wstring temporary = DataFolder() + L"TempShortcuts\\";
   MakeFolders(temporary);
   const std::wstring made = temporary + L"journal test.lnk";
   WriteFileBytes(made, "new");

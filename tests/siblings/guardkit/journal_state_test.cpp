@@ -2,6 +2,7 @@
 #include "tests/siblings/guardkit/journal_fixture.h"
 
 #include "siblings/common/data_folder.h"
+#include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/state_dump.h"

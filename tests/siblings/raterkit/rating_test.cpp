@@ -68,7 +68,6 @@ TEST(RatingStoreTest, FileBeingWrittenKeepsTheRatingsReadBefore) {
 
 TEST(FileRaterTest, DefaultsLieBesideTheLibraryAndTheUsersFileOverrides) {
   const std::wstring user = DataFolder() + L"ratings.ini";
-  MakeFolders(DataFolder());
   DeleteFileW(user.c_str());
   const test::SiblingLibrary raterkit(L"raterkit.dll");
   auto* const rater = raterkit.Service<IFileRater>();

@@ -1,0 +1,88 @@
+// What the system says about the name of a file or folder.
+//
+// Every function is one call of the system, keeps no state and may be called from any thread. All of them
+// take a name as the system does:
+// - An empty text and one that holds a NUL name nothing.
+// - A symbolic link or junction is looked at itself and not followed: one that leads to a folder is a folder,
+//   wherever it leads.
+// - "folder\" is the folder. Dots and blanks at the end of a name are dropped, unless the path begins with
+//   "\\?\", which takes it as it stands.
+// - A relative name starts at the process's current folder.
+// - A path of MAX_PATH units and more names nothing, unless it begins with "\\?\".
+#pragma once
+
+#include "infra/runtime/embedded_nul.h"
+
+#include <windows.h>
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace smh {
+
+// A path as these functions take it: a terminated text of the caller's, whose length shows whether the system
+// would see all of it. For arguments only.
+class PathView {
+ public:
+  template <typename Text>
+  requires requires(const Text& text) {
+    { text.c_str() }
+    noexcept->std::same_as<const wchar_t*>;
+    { text.size() }
+    noexcept->std::same_as<std::size_t>;
+  }
+  PathView(const Text& text) noexcept : text_(text.c_str(), text.size()) {}
+
+  const wchar_t* c_str() const noexcept { return text_.data(); }
+  bool IsEmpty() const noexcept { return text_.empty(); }
+  // Whether the system would see only a part of it.
+  bool IsCut() const noexcept { return HoldsNul(text_); }
+
+ private:
+  std::wstring_view text_;
+};
+
+// The attributes, INVALID_FILE_ATTRIBUTES for what cannot be looked at; then the thread's last error says
+// why: ERROR_FILE_NOT_FOUND or ERROR_PATH_NOT_FOUND when nothing is there, ERROR_ACCESS_DENIED and others
+// when that cannot be told, ERROR_INVALID_NAME for a text that holds a NUL.
+DWORD AttributesOf(PathView path) noexcept;
+// Whether a file, a folder, or any of the two is there and can be looked at. What cannot be looked at counts
+// as missing; the thread's last error says why, as above.
+bool IsFile(PathView path) noexcept;
+bool IsFolder(PathView path) noexcept;
+bool Exists(PathView path) noexcept;
+
+// Two halves as the system gives sizes and times.
+constexpr std::uint64_t JoinHalves(DWORD high, DWORD low) noexcept {
+  return std::uint64_t{high} << 32 | low;
+}
+
+// The size in bytes out of WIN32_FIND_DATAW, WIN32_FILE_ATTRIBUTE_DATA or BY_HANDLE_FILE_INFORMATION.
+template <typename Data>
+constexpr std::uint64_t SizeIn(const Data& data) noexcept {
+  return JoinHalves(data.nFileSizeHigh, data.nFileSizeLow);
+}
+
+// File times as one number: steps of 100 nanoseconds since 1601, UTC.
+constexpr std::uint64_t NumberOf(const FILETIME& time) noexcept {
+  return JoinHalves(time.dwHighDateTime, time.dwLowDateTime);
+}
+constexpr FILETIME FileTimeOf(std::uint64_t number) noexcept {
+  return {static_cast<DWORD>(number), static_cast<DWORD>(number >> 32)};
+}
+
+// What tells a file from itself at another time.
+struct FileStamp {
+  bool isFolder = false;
+  std::uint64_t size = 0;
+  std::uint64_t lastWrite = 0;
+  auto operator<=>(const FileStamp&) const = default;
+};
+
+// None for what does not exist or cannot be looked at.
+std::optional<FileStamp> StampOf(PathView path) noexcept;
+
+}  // namespace smh
