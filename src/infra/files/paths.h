@@ -9,8 +9,8 @@ namespace smh {
 
 // The full path as the system would take the text now, with the process's current folder, without "." and
 // ".." and without dots and blanks at the end; of any length, and whether or not anything is there. A
-// trailing backslash stays. None for an empty text, and when the system gives none; the thread's last error
-// says why.
+// trailing backslash stays. None for an empty text (ERROR_INVALID_NAME) and when the system gives none; the
+// thread's last error says why. Raises std::bad_alloc.
 std::optional<std::wstring> FullPathOf(const wchar_t* text);
 
 // A folder of the shell by CSIDL, its flags included, without a trailing backslash; empty when the shell

@@ -8,6 +8,7 @@
 
 namespace smh {
 
+// Without state; any thread that may change the location. Every path is a full one.
 class FileChanger {
  public:
   explicit FileChanger(bool recorded) noexcept : recorded_(recorded) {}
