@@ -9,10 +9,10 @@
 namespace smh {
 
 // Owns its entries, image lists and reader. The reader refers to it without keeping it alive, wrappers of its
-// entries keep it.
+// entries keep it. Any thread may use it; StartupManagerHelper.h has the contract of its slots.
 class TFavoriteItemCollection final : public ComObject<IFavoriteItemCollection>, private LivingCollection {
  public:
-  // Starts the reader. Raises EOSError.
+  // Fetches the services that the reader needs and starts it. Raises EOSError.
   TFavoriteItemCollection();
 
   std::int32_t STDMETHODCALLTYPE GetCount() override;

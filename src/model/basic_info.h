@@ -13,8 +13,9 @@ namespace smh {
 bool IsFolderLocation(TTypeStartupLocation location) noexcept;
 
 // Completes details that have nothing but the caption and the command as given. In a folder location `name`
-// is the entry's own file, and that is what the entry starts. Touches the disk; call it without holding a
-// lock.
+// is the entry's own file, and that is what the entry starts. Touches disk and registry: loads call it
+// without a lock, changes under the item-list lock. What is missing stays empty; raises what the services
+// raise.
 void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, ItemDetails& details);
 
 }  // namespace smh

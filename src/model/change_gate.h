@@ -1,8 +1,9 @@
 // How the loads and the changes of one location stay apart.
 //
-// A change counts itself in before it takes the item-list lock and out when it is done. A load that finds a
-// change under way does nothing; one during which a change began stops taking entries over and does not
-// prune. Either way the load is due again, which the location's change test then reports.
+// A change counts itself in before it touches the location, and out when it is done; most do so before they
+// take the item-list lock, a move does so under it. A load that finds a change under way does nothing; one
+// during which a change began stops taking entries over and does not prune. Either way the load is due again,
+// which the location's change test then reports.
 #pragma once
 
 #include <atomic>
@@ -21,7 +22,7 @@ class ChangeGate {
   // Takes and clears the mark.
   bool TakeLoadDue() noexcept { return loadDue_.exchange(false); }
 
-  // One change under way, of one thread. Entered before the item-list lock; the gate outlives it.
+  // One change under way, of one thread. The gate outlives it.
   class [[nodiscard]] Scope {
    public:
     explicit Scope(ChangeGate& gate) noexcept : gate_(gate) {

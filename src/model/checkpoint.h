@@ -8,21 +8,24 @@
 
 namespace smh {
 
+// What a change does to an entry, in the order of the texts.
 enum class ChangeKind { kAdding, kMoving, kDeleting, kEnabling, kDisabling, kChanging };
 
-// The texts are module-wide and guarded by a lock of their own (a leaf); a change holds for every later
-// checkpoint. "%s" receives the item's name.
+// The texts are module-wide and guarded by a lock of their own (a leaf), so that any thread may call; a
+// change holds for every later checkpoint. "%s" receives the item's name.
 std::wstring CheckpointText(ChangeKind kind);
 void SetCheckpointText(ChangeKind kind, std::wstring_view text);
 
-// A text that cannot be formatted is used as it stands.
+// The title of a change of that item. A text that cannot be formatted is used as it stands.
 std::wstring CheckpointTitle(ChangeKind kind, std::wstring_view itemName);
 
-// Raises EOSError when the backup service refuses.
+// Opens a checkpoint of the backup service for this thread, which ends it; see ISafeguard. May be called
+// under the item-list lock, and waits up to ten seconds for the journal. Raises EOSError when the service
+// refuses: nothing may be changed then, and nothing is to be ended.
 void BeginCheckpoint(ChangeKind kind, std::wstring_view itemName);
 void EndCheckpoint() noexcept;
 
-// A checkpoint for the length of a scope when `active`; nothing otherwise.
+// A checkpoint for the length of a scope of one thread when `active`; nothing otherwise. Raises EOSError.
 class [[nodiscard]] ScopedCheckpoint {
  public:
   ScopedCheckpoint(bool active, ChangeKind kind, std::wstring_view itemName) : active_(active) {

@@ -11,8 +11,9 @@
 
 namespace smh {
 
-// 16x16 and 32x32, 32-bit colour with mask; created together on first use, under the image-list lock. Owned
-// by the module. Raise EOSError when they cannot be made.
+// 16x16 and 32x32, 32-bit colour with mask; created together on first use, under the image-list lock. Any
+// thread may ask. Owned by the module and valid until DestroyImageLists. Raise EOSError when they cannot be
+// made.
 HIMAGELIST SmallImageList();
 HIMAGELIST LargeImageList();
 

@@ -11,6 +11,8 @@ namespace smh {
 class ParkableThread;
 class TLocationStartup;
 
+// One run of the reader, on its thread from beginning to end; takes no lock but what the locations and items
+// take.
 class TReadThread {
  public:
   // Lives on `thread`; `state` is exchanged for 1 and 2 as the passes finish.

@@ -16,8 +16,8 @@ namespace smh {
 inline constexpr DWORD kThreadStopStepMs = 100;
 inline constexpr DWORD kThreadUnloadLimitMs = 5000;
 
-// The owner serialises Start, Stop and the unload; the rest may be called from any thread. Stop before
-// destroying it.
+// The owner serialises Start, Stop and the unload; the rest may be called from any thread. Stop, or
+// EndParked, before destroying it.
 class ParkableThread {
  public:
   // Raises EOSError.
@@ -39,6 +39,7 @@ class ParkableThread {
   // or not; whether it was parked or none ran.
   bool EndParked(DWORD since, DWORD limit = kThreadUnloadLimitMs) noexcept;
 
+  // Whether the thread was asked to end, and has not begun anew since.
   bool IsAskedToEnd() const noexcept { return end_.load() != EndMode::kRun; }
   // Raises EAbort, which unwinds to the reader's loop, when a reader was asked to end.
   void CheckTerminated() const;
@@ -79,8 +80,8 @@ class ParkableThread {
   std::atomic<EndMode> end_{EndMode::kRun};
 };
 
-// Makes the services that readers use. A module loaded or asked for a function by a reader while the host
-// unloads this one would hold the unload up until its limit, so owners call it before they start one.
+// Fetches the services that a reader would fetch on first use: at unload it could not load a library, with
+// the loader's lock held. Ends the process when one is missing, see CheckInterface.
 void FetchReaderServices();
 
 }  // namespace smh

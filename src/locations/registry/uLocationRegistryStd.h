@@ -9,6 +9,7 @@
 
 namespace smh {
 
+// The threads and failures of its operations are those of TLocationStartup.
 class TLocationRegistryStd final : public TLocationRegistry {
  public:
   // For a row of the Run-key family. Raises EOSError.
@@ -19,7 +20,9 @@ class TLocationRegistryStd final : public TLocationRegistry {
   void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
                   const std::wstring& entryName) override;
   void PutBackItem(bool checkpoint) override;
+  // Refuses an entry whose file is missing, too, unless it comes from a Run or RunOnce key.
   bool CanAcceptItem(const TStartupItem& item) override;
+  // A value of that name that is there already stays as it is and is listed.
   int AddItem(const std::wstring& name, const std::wstring& command) override;
   void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
 

@@ -1,5 +1,5 @@
-// What Windows this process runs on. Every answer is worked out once and cached in a module-global code; the
-// caches are numbers that need no lock, because every thread works out the same values. From any thread.
+// What Windows this process runs on. Any thread may call. Every answer is worked out once and cached in a
+// module-global code; the caches need no lock because every thread works out the same values.
 #pragma once
 
 #include "infra/runtime/exceptions.h"
@@ -11,6 +11,7 @@
 
 namespace smh {
 
+// Raised when a call of the system fails; the message names it.
 class TWinVersionInfoException : public Exception {
  public:
   using Exception::Exception;
