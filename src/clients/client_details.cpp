@@ -38,7 +38,7 @@ IconPlace FindIcon(const FavoriteIdentity& client, const ItemDetails& details) {
   if (!details.IconPath.empty()) {
     return {FileUtils::MapWow64Path(FileUtils::NormalizePath(details.IconPath)), details.IconIndex};
   }
-  if (client.keyPath.empty()) return {details.FilePath, 0};
+  if (client.keyPath.empty()) return {std::wstring(details.FilePath), 0};
   return SplitIconLocation(client.iconLocation);
 }
 

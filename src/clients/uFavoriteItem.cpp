@@ -4,8 +4,8 @@ namespace smh {
 
 ItemDetails InitialClientDetails(const FavoriteIdentity& client) {
   ItemDetails details;
-  details.Caption = client.name;
-  details.Command = client.command;
+  details.Caption = SharedText(client.name);
+  details.Command = SharedText(client.command);
   details.ImageIndex = kFavoriteImageUnknown;
   return details;
 }

@@ -9,7 +9,7 @@
 namespace smh {
 
 void ExecuteItem(const TStartupItem& item, HWND window) {
-  std::wstring command;
+  SharedText command;
   {
     ScopedLock lock(Items().Lock());
     command = item.Get([](const ItemState& state) { return state.details.Command; });

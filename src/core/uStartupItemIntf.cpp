@@ -159,7 +159,7 @@ HRESULT TStartupItemIntf::Execute(HWND window) {
 
 HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
   return Run(kActionShowFileDetails, __LINE__, [&](const ItemRef& item) {
-    const std::wstring file = item->Get([](const ItemState& state) { return state.details.FilePath; });
+    const SharedText file = item->Get([](const ItemState& state) { return state.details.FilePath; });
     const HRESULT shown = DLLGlobals::ShellDialogs().ShowFileDetails(window, file.c_str(), L"", 0);
     if (FAILED(shown)) throw EOleSysError(shown);
   });

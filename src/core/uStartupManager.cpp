@@ -27,7 +27,7 @@ __attribute__((noinline, no_sanitize("undefined"))) void StopUnlessAskedFor(ISta
 // target, is its own answer.
 std::wstring CommandFile(std::wstring_view command) {
   const std::wstring text = DequoteText(command);
-  if (!SameText(ExtensionPart(text), L".lnk")) return ResolveCommandToFile(text.c_str());
+  if (!SameText(ExtensionPart(text), L".lnk")) return std::wstring(ResolveCommandToFile(text.c_str()));
   const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
   return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
 }

@@ -20,8 +20,8 @@ SharedText ShortName(const SharedText& file) {
 }
 
 std::wstring ExistingFile(std::wstring_view element) {
-  SharedText path = FileUtils::NormalizePath(element);
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = found;
+  SharedText path = FileUtils::NormalizePath(SharedText(element));
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = SharedText(found);
   return FileUtils::FileExistsWow64(path) ? std::wstring(path) : std::wstring();
 }
 
@@ -30,7 +30,7 @@ void FillFromShortcut(bool inFolder, ItemDetails& details) {
   if (!inFolder) return;
   if (!facts) {
     // Listed all the same: Windows may start it.
-    details.Caption = FileNamePart(details.LinkPath);
+    details.Caption = SharedText(FileNamePart(details.LinkPath));
   } else if (!facts->targetFile.empty()) {
     details.Command = facts->command;
   }
@@ -50,7 +50,7 @@ void CompleteCaption(ItemDetails& details) {
   if (details.Caption.empty()) details.Caption = details.EntryName;
   const SharedText& description = details.Version->FileDescription;
   if (!description.empty() && SameText(details.Caption, FileNamePart(details.FilePath))) {
-    details.Caption = Format(L"%s (%s)", details.Caption, description);
+    details.Caption = SharedText(Format(L"%s (%s)", details.Caption, description));
   }
 }
 
@@ -68,7 +68,7 @@ void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, Ite
     FillFromShortcut(IsFolderLocation(location), details);
   } else if (IsRundll(details.EntryName)) {
     if (const std::wstring file = RundllTarget(details.Command, ExistingFile); !file.empty()) {
-      details.FilePath = file;
+      details.FilePath = SharedText(file);
     }
   }
   DescribeStartedFile(FindFile(location, details), details);

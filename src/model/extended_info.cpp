@@ -36,7 +36,8 @@ void ReadTypeName(ItemDetails& details) {
                      SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES) == 0) {
     return;
   }
-  details.FileTypeName = std::wstring_view(info.szTypeName, wcsnlen(info.szTypeName, kTypeNameUnits));
+  details.FileTypeName =
+      SharedText(std::wstring_view(info.szTypeName, wcsnlen(info.szTypeName, kTypeNameUnits)));
 }
 
 int KnownRating(std::int32_t answer) {
@@ -46,7 +47,7 @@ int KnownRating(std::int32_t answer) {
 int Rate(const ItemDetails& details) {
   IFileRater& rater = DLLGlobals::FileRater();
   int rating = kRatingUnknown;
-  const std::wstring& company = details.Version->Company();
+  const SharedText& company = details.Version->Company();
   if (!company.empty()) rating = KnownRating(rater.RateCompany(company.c_str()));
   if (rating == kRatingUnknown) {
     rating = KnownRating(rater.RateFile(std::wstring(FileNamePart(details.FilePath)).c_str()));
@@ -74,8 +75,9 @@ void ExtendedPass::Read(ItemDetails& details) {
   }
   ReadFileFacts(details);
   details.Rating = Rate(details);
-  details.ImageIndex = AppendFileIcon(details.IconPath.empty() ? details.FilePath : details.IconPath,
-                                      details.IconPath.empty() ? 0 : details.IconIndex, details.FilePath);
+  const bool hasIcon = !details.IconPath.empty();
+  details.ImageIndex = AppendFileIcon(std::wstring(hasIcon ? details.IconPath : details.FilePath),
+                                      hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
   known_.emplace(std::move(key), details);
 }
 

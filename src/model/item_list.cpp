@@ -106,7 +106,7 @@ void TItemList::Clear() noexcept {
   items_.clear();
 }
 
-void TItemList::Relocate(TStartupItem& item, SharedText name, RegistryValueAddress address, bool enabled) {
+void TItemList::Relocate(TStartupItem& item, SharedText name, SharedValueAddress address, bool enabled) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   DropStale(Key(item.location_, name), &item);
   ScopedLock lock(item.Lock);

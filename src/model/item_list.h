@@ -36,7 +36,7 @@ class TItemList {
 
   // Gives a listed item its new name, place and state, and marks it changed. An item that names its own file
   // as command or file follows it to the new name.
-  void Relocate(TStartupItem& item, SharedText name, RegistryValueAddress address, bool enabled);
+  void Relocate(TStartupItem& item, SharedText name, SharedValueAddress address, bool enabled);
 
  private:
   // The name is the listed item's own, or one that is looked for. Names are long: each is hashed once.

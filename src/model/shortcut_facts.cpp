@@ -14,11 +14,11 @@ std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
     const std::wstring arguments = link.Arguments();
     if (!target.empty()) {
       facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
-      facts.command = FileUtils::MakeCommandLine(facts.targetFile, arguments);
+      facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
     }
-    facts.description = link.Description();
-    facts.workingFolder = link.WorkingDirectory();
-    facts.iconPath = link.IconLocation();
+    facts.description = SharedText(link.Description());
+    facts.workingFolder = SharedText(link.WorkingDirectory());
+    facts.iconPath = SharedText(link.IconLocation());
     facts.iconIndex = link.IconIndex();
     facts.hotKey = link.HotKey();
     return facts;

@@ -12,9 +12,9 @@ namespace {
 // Without a trailing backslash, except for the root of a drive.
 SharedText FolderOf(std::wstring_view path) {
   std::wstring_view folder = FolderPart(path);
-  if (folder.ends_with(L':')) return std::wstring(folder) + L'\\';
+  if (folder.ends_with(L':')) return SharedText(folder, L"\\");
   if (folder.ends_with(L'\\') && !folder.ends_with(L":\\")) folder.remove_suffix(1);
-  return folder;
+  return SharedText(folder);
 }
 
 void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
@@ -38,7 +38,7 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkPath = details.FilePath;
-  std::optional<ShortcutFacts> facts = ReadShortcutFacts(details.LinkPath);
+  std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(details.LinkPath));
   if (!facts) return facts;
   details.WorkingFolder = facts->workingFolder;
   details.IconPath = facts->iconPath;

@@ -30,7 +30,7 @@ void TLocationStartup::PutBackItem(bool) {
 
 bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   if (!canModify_) return false;
-  const std::wstring entryName = item.Get([](const ItemState& state) { return state.details.EntryName; });
+  const SharedText entryName = item.Get([](const ItemState& state) { return state.details.EntryName; });
   ScopedLock lock(Items().Lock());
   for (int i = 0; i < Items().Count(); ++i) {
     const ItemRef other = Items().At(i);
@@ -88,10 +88,11 @@ void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target
         const bool checkpoint = DLLGlobals::UseBackupCheckpoints();
         const ScopedCheckpoint scope(checkpoint, ChangeKind::kMoving, item->GivenText());
         const int extracted = ExtractItem(checkpoint, item);
-        const std::wstring& entryName =
+        const SharedText& entryName =
             state.details.EntryName.empty() ? item->GivenText() : state.details.EntryName;
         try {
-          destination->InsertItem(checkpoint, extracted, state.isEnabled, state.details.Command, entryName);
+          destination->InsertItem(checkpoint, extracted, state.isEnabled, std::wstring(state.details.Command),
+                                  std::wstring(entryName));
         } catch (...) {
           PutBackItem(checkpoint);
           throw;

@@ -42,7 +42,7 @@ bool TStartupItem::UpdateCommand(std::wstring_view command, const std::function<
   if (Get(isSame)) return false;
   ItemDetails details;
   details.Caption = givenText_;
-  details.Command = command;
+  details.Command = SharedText(command);
   FillBasicDetails(location_, Get([](const ItemState& state) { return state.name; }), details);
 
   ScopedLock listLock(Items().Lock());
@@ -97,7 +97,7 @@ ItemDetails TStartupItem::Details() const {
 }
 
 std::wstring TStartupItem::Name() const {
-  return Get([](const ItemState& state) { return state.name; });
+  return Get([](const ItemState& state) { return std::wstring(state.name); });
 }
 
 bool TStartupItem::IsEnabled() const {

@@ -14,7 +14,7 @@ namespace {
 
 SharedText ResolveProgram(const SharedText& program) {
   SharedText path = FileUtils::NormalizePath(program);
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = found;
+  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = SharedText(found);
   FileUtils::FileExistsWow64(path);
   return path;
 }
@@ -54,7 +54,7 @@ CommandParts FileUtils::SplitCommandLine(const wchar_t* command) {
 
 CommandParts ResolveCommand(const wchar_t* command) {
   CommandParts parts = FileUtils::SplitCommandLine(command);
-  parts.path = ResolveProgram(parts.path);
+  parts.path = std::wstring(ResolveProgram(SharedText(parts.path)));
   return parts;
 }
 

@@ -94,7 +94,7 @@ std::wstring FileUtils::SearchInPath(std::wstring_view name, std::wstring_view e
 std::wstring FileUtils::ReadAppPathKey(TRegistryEx& registry, std::wstring_view key, std::wstring_view name,
                                        std::wstring_view extension) {
   if (!registry.OpenKey(key, false)) return {};
-  std::wstring result = NormalizePath(TextValue(registry, L""));
+  std::wstring result(NormalizePath(SharedText(TextValue(registry, L""))));
   if (!HasFolderPart(result)) result.clear();
   if (result.empty()) {
     const std::wstring folder = TextValue(registry, L"Path");

@@ -167,8 +167,8 @@ SharedText FileUtils::NormalizePath(const SharedText& text) {
       [&](BoundaryText* out) { return DLLGlobals::Helper().CanonicalizePath(path.c_str(), out); });
 }
 
-std::wstring FileUtils::NormalizeDirectory(const SharedText& text) {
-  const SharedText folder = NormalizePath(text);
+std::wstring FileUtils::NormalizeDirectory(std::wstring_view text) {
+  const SharedText folder = NormalizePath(SharedText(text));
   return folder.empty() ? std::wstring() : WithTrailingBackslash(folder);
 }
 

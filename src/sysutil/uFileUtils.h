@@ -13,6 +13,7 @@
 #include <windows.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace smh {
@@ -33,7 +34,7 @@ const std::wstring& GetProgramFilesNativeDir();
 // Without quotes, with its environment references expanded, in canonical form. The path need not exist.
 SharedText NormalizePath(const SharedText& text);
 // The same with a trailing backslash; empty stays empty.
-std::wstring NormalizeDirectory(const SharedText& text);
+std::wstring NormalizeDirectory(std::wstring_view text);
 
 // The system folders and PATH, in the order of search, each with a trailing backslash.
 const std::vector<std::wstring>& SearchDirectories();

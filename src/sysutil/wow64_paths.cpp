@@ -36,7 +36,7 @@ bool ExistsOrTwin(Text& path, bool (*exists)(PathView) noexcept) {
   // Kept on purpose: every occurrence of the prefix is replaced, not only the leading one.
   std::wstring twin = ReplaceText(path, rule->prefix(), rule->twin());
   if (!exists(twin)) return false;
-  path = std::move(twin);
+  path = Text(std::move(twin));
   return true;
 }
 

@@ -42,9 +42,9 @@ class FakeLocation final : public TLocationStartup {
     }
     for (const Entry& entry : entries) {
       FoundEntry item;
-      item.name = entry.name;
-      item.caption = entry.name;
-      item.command = entry.command;
+      item.name = SharedText(entry.name);
+      item.caption = item.name;
+      item.command = SharedText(entry.command);
       if (!AddOrUpdateItem(std::move(item), *load)) return;
     }
     RemoveMissingItems(*load);

@@ -7,16 +7,16 @@ class ItemListTest : public ModuleTest {
   static ItemRef Add(TTypeStartupLocation location, const std::wstring& valueName) {
     FoundEntry entry;
     const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
-    entry.address = address;
-    entry.name = address.FullPath();
-    entry.caption = valueName;
+    entry.address = SharedValueAddress(address);
+    entry.name = SharedText(address.FullPath());
+    entry.caption = SharedText(valueName);
     const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
     Items().Append(item);
     return item;
   }
   static void Relocate(TStartupItem& item, const std::wstring& valueName, bool enabled) {
     const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
-    Items().Relocate(item, address.FullPath(), address, enabled);
+    Items().Relocate(item, SharedText(address.FullPath()), SharedValueAddress(address), enabled);
   }
   // Every listed item is where it says, and its name leads to it.
   static void ExpectConsistent() {

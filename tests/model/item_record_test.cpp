@@ -23,9 +23,9 @@ const std::wstring kProgram = L"C:\\windows\\explorer.exe";
 ItemRef MakeItem(const std::wstring& command, const std::wstring& caption = L"caption",
                  TTypeStartupLocation location = sulRegistryUserRun) {
   FoundEntry entry;
-  entry.name = L"name";
-  entry.caption = caption;
-  entry.command = command;
+  entry.name = SharedText(L"name");
+  entry.caption = SharedText(caption);
+  entry.command = SharedText(command);
   const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
   item->FillBasicInfo();
   return item;
@@ -63,7 +63,7 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
-  const std::wstring description = MakeItem(kProgram)->Details().Version->FileDescription;
+  const std::wstring description(MakeItem(kProgram)->Details().Version->FileDescription);
   ASSERT_FALSE(description.empty());
   EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
   EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
@@ -85,7 +85,7 @@ TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
   EXPECT_EQ(item->Details().Rating, 1);
   EXPECT_EQ(item->Details().ImageIndex, 3);
   EXPECT_EQ(item->Details().WorkingFolder, L"C:\\windows");
-  const std::wstring company = item->Details().Version->Company();
+  const std::wstring company(item->Details().Version->Company());
   module.Rater().Rate(company, kRatingRisky);
   item->ReadExtendedInfo();
   const ItemDetails details = item->Details();

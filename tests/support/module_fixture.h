@@ -67,7 +67,7 @@ class ModuleTest : public ::testing::Test {
   }
   static std::vector<std::wstring> Captions(const TLocationStartup& location) {
     std::vector<std::wstring> captions;
-    for (const ItemRef& item : Listed(location)) captions.push_back(item->GivenText());
+    for (const ItemRef& item : Listed(location)) captions.emplace_back(item->GivenText());
     return captions;
   }
 

@@ -47,7 +47,7 @@ TEST_F(FileUtilsTest, Normalisation) {
       {L"%SMH_NOT_THERE%", L"%SMH_NOT_THERE%", L"%SMH_NOT_THERE%\\"},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(FileUtils::NormalizePath(row.text), row.path);
+    EXPECT_EQ(FileUtils::NormalizePath(SharedText(row.text)), row.path);
     EXPECT_EQ(FileUtils::NormalizeDirectory(row.text), row.folder);
   }
 }

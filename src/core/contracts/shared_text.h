@@ -13,20 +13,19 @@
 namespace smh {
 
 // Copies may be taken and let go of by any thread; one object belongs to one thread at a time, as any text.
+// Read as a view for nothing. A way that copies the text is spelled out: SharedText(text) into one,
+// std::wstring(shared) out of one.
 class SharedText {
  public:
   SharedText() noexcept = default;
-  // Made of a text, by a copy of it. Raise std::bad_alloc.
-  SharedText(std::wstring_view text) : text_(text) {}
-  SharedText(const std::wstring& text) : text_(text) {}
-  SharedText(const wchar_t* text) : text_(std::wstring_view(text)) {}
-  // Of two texts, one after the other.
-  SharedText(std::wstring_view text, std::wstring_view rest) : text_(text, rest) {}
+  // By a copy of a text, and of another after it. Raises std::bad_alloc.
+  explicit SharedText(std::wstring_view text, std::wstring_view rest = {}) : text_(text, rest) {}
   // Takes over a text that a sibling library answered.
   explicit SharedText(BoundaryString text) noexcept : text_(std::move(text)) {}
 
+  // Valid as long as somebody holds the block.
   operator std::wstring_view() const noexcept { return text_.View(); }
-  operator std::wstring() const { return text_.Text(); }
+  // Terminated, never null; valid as the view.
   const wchar_t* c_str() const noexcept { return empty() ? L"" : text_.View().data(); }
   std::size_t size() const noexcept { return text_.View().size(); }
   bool empty() const noexcept { return size() == 0; }
@@ -42,7 +41,8 @@ class SharedText {
   BoundaryString text_;
 };
 
-// As TakeText, keeping the block that the call answered.
+// As TakeText, keeping the block that the call answered: runs a call that fills one out text, empty when it
+// fails.
 template <typename Call>
 SharedText TakeSharedText(Call&& call) {
   BoundaryString text;

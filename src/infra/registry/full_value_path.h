@@ -46,9 +46,13 @@ struct SharedValueAddress {
   SharedValueAddress() noexcept = default;
   SharedValueAddress(REGSAM view, HKEY rootKey, SharedText keyPath, SharedText name) noexcept
       : viewBits(view), root(rootKey), key(std::move(keyPath)), valueName(std::move(name)) {}
-  SharedValueAddress(const RegistryValueAddress& address)
-      : SharedValueAddress(address.viewBits, address.root, address.key, address.valueName) {}
-  operator RegistryValueAddress() const { return {viewBits, root, key, valueName}; }
+  // Both ways copy the texts and raise std::bad_alloc.
+  explicit SharedValueAddress(const RegistryValueAddress& address)
+      : SharedValueAddress(address.viewBits, address.root, SharedText(address.key),
+                           SharedText(address.valueName)) {}
+  explicit operator RegistryValueAddress() const {
+    return {viewBits, root, std::wstring(key), std::wstring(valueName)};
+  }
 };
 
 }  // namespace smh

@@ -103,7 +103,7 @@ void TLocationFolderStd::SwitchItem(const ItemRef& item, bool enable) {
         const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
                                           item->GivenText());
         MoveFile(FileChanger(recorded), from, to, *this);
-        Items().Relocate(*item, to, {}, enable);
+        Items().Relocate(*item, SharedText(to), {}, enable);
       },
       [&] { return ItemLine(enable ? kEnableLine : kDisableLine, from); });
 }
@@ -193,7 +193,7 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   ScopedLock lock(Items().Lock());
   const ItemState state = item->State();
   if (!item->IsListed() || SameText(state.details.Command, command)) return;
-  const std::wstring& file = state.name;
+  const std::wstring file(state.name);
   ShortcutFields fields = FieldsOfCommand(command);
   KeepFieldsOfLink(RequireChangeableLink(file), fields);
   const std::wstring made = CreateShortcut(std::wstring(FileNamePart(file)), fields);

@@ -112,7 +112,7 @@ void TLocationFolderStd::PutBackItem(bool checkpoint) {
   // Its old name may have been taken meanwhile.
   const std::wstring path = MakeUniqueFileName(entry.path);
   WriteBack(checkpoint, path, entry.bytes);
-  if (path != entry.path) Items().Relocate(*entry.item, path, {}, entry.item->IsEnabled());
+  if (path != entry.path) Items().Relocate(*entry.item, SharedText(path), {}, entry.item->IsEnabled());
   Items().Insert(entry.position, entry.item);
 }
 

@@ -7,10 +7,10 @@ namespace smh {
 
 ItemRef MakeFileItem(TTypeStartupLocation location, const std::wstring& file, bool enabled) {
   FoundEntry entry;
-  entry.name = file;
-  entry.command = file;
+  entry.name = SharedText(file);
+  entry.command = SharedText(file);
   const std::wstring_view name = FileNamePart(file);
-  entry.caption = name.substr(0, name.size() - ExtensionPart(name).size());
+  entry.caption = SharedText(name.substr(0, name.size() - ExtensionPart(name).size()));
   entry.isEnabled = enabled;
   const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
   item->FillBasicInfo();

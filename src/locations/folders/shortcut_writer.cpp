@@ -44,7 +44,7 @@ ShortcutFields FieldsOfCommand(const std::wstring& command) {
   const CommandParts parts = FileUtils::SplitCommandLine(command.c_str());
   ShortcutFields fields;
   // A shortcut wants a full path; the redirected twin is this process's view and must not get into it.
-  fields.target = FileUtils::NormalizePath(parts.path);
+  fields.target = std::wstring(FileUtils::NormalizePath(SharedText(parts.path)));
   if (std::wstring found; FileUtils::FindFileByName(fields.target, found)) fields.target = std::move(found);
   fields.arguments = parts.arguments;
   return fields;

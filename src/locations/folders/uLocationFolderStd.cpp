@@ -113,7 +113,7 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load
     FoundEntry entry;
     entry.name = SharedText(folder, name);
     entry.command = entry.name;
-    entry.caption = std::wstring_view(name).substr(0, name.size() - ExtensionPart(name).size());
+    entry.caption = SharedText(std::wstring_view(name).substr(0, name.size() - ExtensionPart(name).size()));
     entry.isEnabled = SameText(folder, startupFolder_);
     entry.isProtected = !CanDeleteFile(entry.name.c_str());
     if (!AddOrUpdateItem(std::move(entry), load)) return false;

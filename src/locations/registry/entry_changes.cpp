@@ -15,7 +15,7 @@ RegistryValueAddress PlainView(RegistryValueAddress address) {
 }  // namespace
 
 RegistryValueAddress AddressOf(const TStartupItem& item) {
-  return item.Get([](const ItemState& state) -> RegistryValueAddress { return state.address; });
+  return item.Get([](const ItemState& state) { return RegistryValueAddress(state.address); });
 }
 
 bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept {

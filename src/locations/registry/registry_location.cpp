@@ -109,12 +109,12 @@ bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const 
   if (own == nullptr) {
     if (IsShownByOtherView(load, place, seen)) return true;
     FoundEntry entry;
-    entry.name = load.path;
-    entry.caption = seen.caption;
-    entry.command = seen.command;
+    entry.name = SharedText(load.path);
+    entry.caption = SharedText(seen.caption);
+    entry.command = SharedText(seen.command);
     entry.isEnabled = place.isOwn;
     entry.isProtected = seen.isProtected;
-    if (load.key != seen.key) load.key = seen.key;
+    if (load.key != seen.key) load.key = SharedText(seen.key);
     const bool isNamedByCaption = seen.valueName == seen.caption;
     entry.address = {place.view, place.root, load.key,
                      isNamedByCaption ? entry.caption : SharedText(seen.valueName)};
@@ -185,7 +185,7 @@ bool TLocationRegistry::SwitchEntry(const ItemRef& item, bool enable) {
     return true;
   }
   if (!MoveEntry(*store, {from, plan.to, std::move(plan.text), twin})) return false;
-  Items().Relocate(*item, plan.to.FullPath(), plan.to, enable);
+  Items().Relocate(*item, SharedText(plan.to.FullPath()), SharedValueAddress(plan.to), enable);
   return true;
 }
 

@@ -32,16 +32,16 @@ int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring&
   ScopedLock lock(Items().Lock());
   const RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
   FoundEntry entry;
-  entry.address = address;
-  entry.name = address.FullPath();
-  entry.caption = name;
-  entry.command = command;
+  entry.address = SharedValueAddress(address);
+  entry.name = SharedText(address.FullPath());
+  entry.caption = SharedText(name);
+  entry.command = SharedText(command);
   if (const ItemRef known = Items().Find(LocationType(), entry.name)) return known->Position();
 
   // An entry that is not listed yet is found, not overwritten.
   const std::optional<RegistryData> present = ValueStore(false).Read(address);
   if (present) {
-    entry.command = present->Text();
+    entry.command = SharedText(present->Text());
     entry.isProtected = !IsKeyWritable(FirstRoot(), KeyPath(true), OwnView());
   }
   const ItemRef item = MakeItem(std::move(entry));
@@ -72,14 +72,14 @@ void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring&
   FoundEntry entry;
   entry.name = state.name;
   entry.caption = item->GivenText();
-  entry.command = command;
+  entry.command = SharedText(command);
   entry.isEnabled = state.isEnabled;
   entry.address = state.address;
   const ItemRef changed = MakeItem(std::move(entry));
 
   const bool recorded = DLLGlobals::UseBackupCheckpoints();
   const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-  if (!WriteEntry(ValueStore(recorded), state.address, command)) {
+  if (!WriteEntry(ValueStore(recorded), RegistryValueAddress(state.address), command)) {
     LogLine(Format(kChangeLine, state.name, command, MemberName()));
     return;
   }
@@ -109,10 +109,10 @@ void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabl
   RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(enabled), entryName};
   address.valueName = UniqueValueName(address, false);
   FoundEntry entry;
-  entry.address = address;
-  entry.name = address.FullPath();
-  entry.caption = address.valueName;
-  entry.command = command;
+  entry.address = SharedValueAddress(address);
+  entry.name = SharedText(address.FullPath());
+  entry.caption = SharedText(address.valueName);
+  entry.command = SharedText(command);
   entry.isEnabled = enabled;
   const ItemRef item = MakeItem(std::move(entry));
   if (!WriteEntry(ValueStore(checkpoint), address, command)) {

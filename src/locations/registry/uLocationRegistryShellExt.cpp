@@ -37,7 +37,7 @@ TLocationRegistry::Switch TLocationRegistryShellExt::PlanSwitch(const TStartupIt
   RegistryValueAddress to = AddressOf(item);
   to.key = KeyPath(enable);
   // The description read at load, not the caption that people see.
-  return SameNameSwitch(item, std::move(to), item.GivenText());
+  return SameNameSwitch(item, std::move(to), std::wstring(item.GivenText()));
 }
 
 }  // namespace smh

@@ -83,7 +83,7 @@ TEST_P(FolderChange, WhatIsSoAlreadyOrIsNotListedStaysUntouched) {
   const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
   const ItemRef item = LoadAndFind(UserFolder(), file);
   UserFolder().EnableItem(item);
-  UserFolder().ChangeItemCommand(item, item->Details().Command);
+  UserFolder().ChangeItemCommand(item, std::wstring(item->Details().Command));
   CommonFolder().DisableItem(item);
   CommonFolder().DeleteItem(item);
   CommonFolder().ChangeItemCommand(item, L"x.exe");

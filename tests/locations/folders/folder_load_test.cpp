@@ -97,7 +97,7 @@ TEST_F(FolderTest, TargetsFromAnEnvironmentBlockAndTargetsThatAreMissing) {
   const ItemDetails found = LoadAndFind(UserFolder(), Put(user.startup + L"e.lnk", environment))->Details();
   EXPECT_EQ(found.Command, Program());
   EXPECT_EQ(found.FilePath, Program());
-  EXPECT_THAT(found.IconPath, ::testing::EndsWith(L"\\icon.ico"));
+  EXPECT_THAT(std::wstring(found.IconPath), ::testing::EndsWith(L"\\icon.ico"));
 
   LinkBuilder lost = LinkTo(Folder().File(L"lost.exe"));
   lost.strings = {{LinkString::kName, u"Its own text"}, {LinkString::kArguments, u"-x"}};
