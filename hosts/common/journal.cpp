@@ -9,8 +9,6 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kLibrary[] = L"guardkit.dll";
-
 // In the order of the enumerations.
 constexpr std::wstring_view kStateNames[] = {L"open", L"done", L"interrupted", L"undone"};
 constexpr std::wstring_view kOutcomeNames[] = {L"undo",        L"nothing", L"conflict",  L"blocked",
@@ -52,8 +50,7 @@ UndoRecord Collect(HRESULT result, IUndoReport* report) {
 }  // namespace
 
 Journal::Journal()
-    : library_(LoadFromOwnFolder(kLibrary)),
-      journal_(static_cast<IJournal*>(AskInstance(library_.Get(), kLibrary, IJournal::kId))) {}
+    : library_(LoadFromOwnFolder(IJournal::kLibrary)), journal_(&AskService<IJournal>(library_.Get())) {}
 
 std::vector<CheckpointRecord> Journal::Checkpoints() const {
   ComPtr<ICheckpointList> list;

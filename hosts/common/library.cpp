@@ -2,10 +2,15 @@
 
 #include "hosts/common/host_error.h"
 
+#include "core/contracts/intf_DebugLog.h"
+#include "core/contracts/intf_FileRater.h"
+#include "core/contracts/intf_general.h"
+#include "core/contracts/intf_safeguard.h"
+#include "core/contracts/intf_settings.h"
 #include "infra/files/file_facts.h"
-#include "infra/runtime/import_function.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/exported_instance.h"
 
 namespace smh {
 
@@ -13,13 +18,13 @@ namespace {
 
 constexpr wchar_t kLibrary[] = L"StartupManagerHelper.dll";
 
-struct Sibling {
-  const wchar_t* file;
+struct SiblingFile {
+  const wchar_t* name;
   bool required;
 };
-constexpr Sibling kSiblings[] = {
-    {L"basekit.dll", true},  {L"prefkit.dll", true},   {L"raterkit.dll", true},
-    {L"guardkit.dll", true}, {L"tracekit.dll", false},
+constexpr SiblingFile kSiblings[] = {
+    {IHelper::kLibrary, true},    {ISettings::kLibrary, true},  {IFileRater::kLibrary, true},
+    {ISafeguard::kLibrary, true}, {IDebugLog::kLibrary, false},
 };
 
 std::wstring OwnFolder() {
@@ -42,16 +47,15 @@ ScopedModule LoadFromOwnFolder(const std::wstring& name) {
 }
 
 IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* id) {
-  const auto getInstance = ImportFunction<GetInstanceFunction>(library, "GetInstance");
-  IUnknown* const instance = getInstance == nullptr ? nullptr : getInstance(id, 0);
+  IUnknown* const instance = ExportedInstance(library, id);
   if (instance == nullptr) throw HostError(L"The library " + name + L" does not offer what it should.");
   return instance;
 }
 
 Library::Library() {
-  for (const Sibling& sibling : kSiblings) {
-    if (sibling.required || IsFile(OwnFolder() + sibling.file)) {
-      siblings_.push_back(LoadFromOwnFolder(sibling.file));
+  for (const SiblingFile& file : kSiblings) {
+    if (file.required || IsFile(OwnFolder() + file.name)) {
+      siblings_.push_back(LoadFromOwnFolder(file.name));
     }
   }
   module_ = LoadFromOwnFolder(kLibrary);

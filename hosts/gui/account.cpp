@@ -16,10 +16,8 @@ namespace {
 
 // The helper library is loaded by now and stays.
 std::wstring ProcessAccount() {
-  constexpr wchar_t kLibrary[] = L"basekit.dll";
-  IUnknown* const helper = AskInstance(GetModuleHandleW(kLibrary), kLibrary, IHelper::kId);
-  return TakeText(
-      [&](BoundaryText* name) { return static_cast<IHelper*>(helper)->GetCurrentUserText(name); });
+  IHelper& helper = AskService<IHelper>(GetModuleHandleW(IHelper::kLibrary));
+  return TakeText([&](BoundaryText* name) { return helper.GetCurrentUserText(name); });
 }
 
 bool IsElevated(HANDLE token) noexcept {

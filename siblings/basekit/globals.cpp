@@ -1,7 +1,7 @@
 #include "siblings/basekit/services.h"
 
 #include "siblings/basekit/format/version_record.h"
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "siblings/common/product.h"
 #include "infra/runtime/exceptions.h"
 
@@ -30,15 +30,15 @@ HRESULT Globals::Reserved1() {
 }
 
 HRESULT Globals::GetVendorName(BoundaryText* name) {
-  return AnswerText(name, [] { return kVendorName; });
+  return GuardedText(name, [] { return kVendorName; });
 }
 
 HRESULT Globals::GetProductName(BoundaryText* name) {
-  return AnswerText(name, [] { return kProductName; });
+  return GuardedText(name, [] { return kProductName; });
 }
 
 HRESULT Globals::GetProductVersion(BoundaryText* version) {
-  return AnswerText(version, OwnVersionNumber);
+  return GuardedText(version, OwnVersionNumber);
 }
 
 }  // namespace smh

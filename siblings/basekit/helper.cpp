@@ -11,22 +11,22 @@
 #include "siblings/basekit/ole_date.h"
 #include "siblings/basekit/user.h"
 #include "siblings/basekit/version_cache.h"
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/text.h"
 
 namespace smh {
 
 HRESULT Helper::GetWindowsFolder(BoundaryText* folder) {
-  return AnswerText(folder, WindowsFolder);
+  return GuardedText(folder, WindowsFolder);
 }
 
 HRESULT Helper::GetSystemFolder(BoundaryText* folder) {
-  return AnswerText(folder, SystemFolder);
+  return GuardedText(folder, SystemFolder);
 }
 
 HRESULT Helper::GetFileNameWithoutExt(const wchar_t* file, BoundaryText* name) {
-  return AnswerText(name, [&] {
+  return GuardedText(name, [&] {
     const std::wstring_view path = TextArgument(file);
     std::wstring_view result = FileNamePart(path);
     result.remove_suffix(ExtensionPart(path).size());
@@ -35,11 +35,11 @@ HRESULT Helper::GetFileNameWithoutExt(const wchar_t* file, BoundaryText* name) {
 }
 
 HRESULT Helper::CanonicalizePath(const wchar_t* text, BoundaryText* path) {
-  return AnswerText(path, [&] { return smh::CanonicalizePath(text == nullptr ? L"" : text); });
+  return GuardedText(path, [&] { return smh::CanonicalizePath(text == nullptr ? L"" : text); });
 }
 
 HRESULT Helper::GetExecutableExtensions(BoundaryText* extensions) {
-  return AnswerText(extensions, [] {
+  return GuardedText(extensions, [] {
     std::wstring result;
     for (const std::wstring_view extension : kExecutableExtensions) {
       if (!result.empty()) result += L';';
@@ -50,18 +50,18 @@ HRESULT Helper::GetExecutableExtensions(BoundaryText* extensions) {
 }
 
 HRESULT Helper::GetBaseFolder(BoundaryText* folder) {
-  return AnswerText(folder, [] { return ShellFolder(CSIDL_APPDATA); });
+  return GuardedText(folder, [] { return ShellFolder(CSIDL_APPDATA); });
 }
 
 HRESULT Helper::GetVersionString(const wchar_t* file, const wchar_t* name, BoundaryText* text) {
-  return AnswerText(text, [&] {
+  return GuardedText(text, [&] {
     const auto record = ModuleVersionCache().Get(std::wstring(TextArgument(file)));
     return std::wstring(record->String(TextArgument(name)));
   });
 }
 
 HRESULT Helper::GetVersionNumber(const wchar_t* file, BoundaryText* version) {
-  return AnswerText(version, [&] {
+  return GuardedText(version, [&] {
     return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->FileVersionNumber();
   });
 }
@@ -70,7 +70,7 @@ HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* nam
                                   BoundaryText* texts) {
   if (names == nullptr || texts == nullptr) return E_POINTER;
   std::fill_n(texts, count, nullptr);
-  const HRESULT result = Guarded([&] {
+  const HRESULT result = GuardedResult([&] {
     // The system would look for a bare name in its search folders, hence the full path.
     const VersionRecord record = ReadVersionRecord(FullPath(file == nullptr ? L"" : file));
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -88,13 +88,13 @@ HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* nam
 HRESULT Helper::FileTimeToDateTime(const FILETIME* time, double* date) {
   if (time == nullptr || date == nullptr) return E_POINTER;
   *date = 0;
-  return Guarded([&] { *date = OleDateOfFileTime(*time); });
+  return GuardedResult([&] { *date = OleDateOfFileTime(*time); });
 }
 
 HRESULT Helper::SplitIndirectString(const wchar_t* text, BoundaryText* file, std::int32_t* number) {
   if (number == nullptr) return E_POINTER;
   *number = 0;
-  return AnswerText(file, [&] {
+  return GuardedText(file, [&] {
     const IndirectString parts = smh::SplitIndirectString(TextArgument(text));
     *number = parts.number;
     return parts.file;
@@ -102,11 +102,11 @@ HRESULT Helper::SplitIndirectString(const wchar_t* text, BoundaryText* file, std
 }
 
 HRESULT Helper::ExpandEnvironment(const wchar_t* text, BoundaryText* expanded) {
-  return AnswerText(expanded, [&] { return smh::ExpandEnvironment(TextArgument(text)); });
+  return GuardedText(expanded, [&] { return smh::ExpandEnvironment(TextArgument(text)); });
 }
 
 HRESULT Helper::GetCurrentUserText(BoundaryText* text) {
-  return AnswerText(text, CurrentUserText);
+  return GuardedText(text, CurrentUserText);
 }
 
 BOOL Helper::IsUserAdmin() {

@@ -1,9 +1,9 @@
 // The objects behind basekit's services; intf_general.h has their contracts. Any thread may call: none has
 // state of its own, see version_cache.h and redirected_twin.h. No exception leaves a slot: it becomes the
-// answer, and the thread's error info.
+// answer. The thread's error info stays as it is.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_general.h"
 
 namespace smh {

@@ -1,6 +1,6 @@
 #include "siblings/guardkit/journal_service.h"
 
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "siblings/guardkit/checkpoints.h"
 #include "infra/files/file_facts.h"
 #include "siblings/guardkit/undo_runner.h"
@@ -34,7 +34,7 @@ class CheckpointList final : public ComObject<ICheckpointList> {
   HRESULT STDMETHODCALLTYPE GetTitle(std::int32_t index, BoundaryText* title) override {
     const IndexedCheckpoint* const row = RowAt(rows_, index);
     if (row == nullptr) return title == nullptr ? E_POINTER : E_INVALIDARG;
-    return AnswerText(title, [&] { return row->contents.header.title; });
+    return GuardedText(title, [&] { return row->contents.header.title; });
   }
 
  private:
@@ -48,7 +48,7 @@ class UndoReport final : public ComObject<IUndoReport> {
   std::uint32_t STDMETHODCALLTYPE GetCheckpoint() override { return result_.checkpoint; }
   std::uint32_t STDMETHODCALLTYPE GetOwnCheckpoint() override { return result_.ownCheckpoint; }
   HRESULT STDMETHODCALLTYPE GetTitle(BoundaryText* title) override {
-    return AnswerText(title, [&] { return result_.title; });
+    return GuardedText(title, [&] { return result_.title; });
   }
   std::int32_t STDMETHODCALLTYPE GetCount() override {
     return static_cast<std::int32_t>(result_.steps.size());
@@ -58,7 +58,7 @@ class UndoReport final : public ComObject<IUndoReport> {
     const UndoneStep* const step = RowAt(result_.steps, index);
     if (step == nullptr) return E_INVALIDARG;
     *outcome = step->outcome;
-    return AnswerText(text, [&] { return step->text; });
+    return GuardedText(text, [&] { return step->text; });
   }
 
  private:
@@ -70,7 +70,7 @@ template <typename Read>
 HRESULT AnswerList(ICheckpointList** list, Read&& read) noexcept {
   if (list == nullptr) return E_POINTER;
   *list = nullptr;
-  return Guarded([&] {
+  return GuardedResult([&] {
     std::vector<IndexedCheckpoint> rows;
     if (const auto folder = JournalFolder::OpenExisting()) rows = read(*folder);
     *list = MakeComObject<CheckpointList>(std::move(rows)).Detach();
@@ -82,7 +82,7 @@ HRESULT AnswerUndo(Direction direction, std::uint32_t id, UndoMode mode, IUndoRe
   *report = nullptr;
   if (mode < UndoMode::kShow || mode > UndoMode::kForce) return E_INVALIDARG;
   HRESULT status = S_OK;
-  const HRESULT guarded = Guarded([&] {
+  const HRESULT guarded = GuardedResult([&] {
     // A checkpoint of this thread would wait for itself.
     if (ProcessCheckpoints().Current() != nullptr) RaiseOSError(ERROR_BUSY);
     UndoResult result = RunUndo(direction, id, mode);

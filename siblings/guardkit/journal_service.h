@@ -1,13 +1,13 @@
 // The journal as hosts reach it; intf_journal.h has the contract. Without state, for any thread.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_journal.h"
 
 namespace smh {
 
 // Lists and reports are snapshots with one reference, the caller's. No exception leaves a slot: it becomes
-// the answer, and the thread's error info.
+// the answer. The thread's error info stays as it is.
 class JournalService final : public ServiceObject<IJournal> {
  public:
   HRESULT STDMETHODCALLTYPE GetCheckpoints(ICheckpointList** list) override;

@@ -2,7 +2,7 @@
 
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/registry_changes.h"
-#include "siblings/guardkit/status_guard.h"
+#include "core/contracts/boundary_call.h"
 
 namespace smh {
 

@@ -2,7 +2,7 @@
 // the contract.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_safeguard.h"
 
 namespace smh {

@@ -3,10 +3,10 @@
 #include "siblings/guardkit/journal_file.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/runtime/import_function.h"
 #include "core/contracts/intf_settings.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/exported_instance.h"
 
 #include <numeric>
 
@@ -17,15 +17,12 @@ namespace {
 // The host that the settings belong to, as the library asks for them.
 constexpr wchar_t kHostFileName[] = L"startupmanager.exe";
 
-using GetInstanceFunction = void*(__stdcall*)(const wchar_t* id, DWORD param);
-
 ISettings* FindSettings() {
-  const std::wstring file = std::wstring(FolderPart(ModuleFileName(ThisModule()))) + L"prefkit.dll";
+  const std::wstring file = std::wstring(FolderPart(ModuleFileName(ThisModule()))) + ISettings::kLibrary;
   HMODULE prefkit = GetModuleHandleW(file.c_str());
   // Loaded once and never freed, as every sibling.
   if (prefkit == nullptr) prefkit = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  const auto getInstance = ImportFunction<GetInstanceFunction>(prefkit, "GetInstance");
-  return getInstance == nullptr ? nullptr : static_cast<ISettings*>(getInstance(ISettings::kId, 0));
+  return static_cast<ISettings*>(ExportedInstance(prefkit, ISettings::kId));
 }
 
 void AddContents(const FileState& state, std::set<ContentHash>& used) {

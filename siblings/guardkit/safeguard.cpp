@@ -2,7 +2,8 @@
 
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/file_changes.h"
-#include "siblings/guardkit/status_guard.h"
+#include "infra/runtime/exceptions.h"
+#include "core/contracts/boundary_call.h"
 #include "core/contracts/boundary_string.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"

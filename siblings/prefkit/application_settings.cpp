@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "siblings/common/product.h"
 #include "infra/runtime/text.h"
 
@@ -31,7 +31,7 @@ DWORD ReadNumber(std::wstring_view hostFileName, const wchar_t* name, DWORD unse
 }
 
 DWORD ReadLimit(const wchar_t* hostFileName, const wchar_t* name, DWORD unset) noexcept {
-  return ValueOr<DWORD>(unset, [&] {
+  return GuardedValue<DWORD>(unset, [&] {
     const std::wstring_view host = FileNamePart(TextArgument(hostFileName));
     return host.empty() ? unset : std::max<DWORD>(ReadNumber(host, name, unset), 1);
   });
@@ -41,7 +41,7 @@ DWORD ReadLimit(const wchar_t* hostFileName, const wchar_t* name, DWORD unset) n
 
 // When nothing can be found out, changes stay undoable.
 BOOL ApplicationSettings::GetUseCheckpoints(const wchar_t* hostFileName) {
-  return ValueOr<BOOL>(TRUE, [&]() -> BOOL {
+  return GuardedValue<BOOL>(TRUE, [&]() -> BOOL {
     const std::wstring_view host = FileNamePart(TextArgument(hostFileName));
     return host.empty() || ReadNumber(host, L"UseCheckpoints", TRUE) != 0 ? TRUE : FALSE;
   });

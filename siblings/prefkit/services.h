@@ -3,7 +3,7 @@
 // values of "Software\Quillmark\Startup Manager\Settings\<host file>" of the current user.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_settings.h"
 
 namespace smh {

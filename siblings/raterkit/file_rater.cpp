@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "siblings/common/data_folder.h"
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
 #include "siblings/raterkit/rating_store.h"
@@ -38,7 +38,7 @@ RatingStore& Store() {
 }  // namespace
 
 std::int32_t FileRater::RateFile(const wchar_t* name) {
-  return ValueOr<std::int32_t>(kRatingUnknown, [&] { return Store().OfFile(TextArgument(name)); });
+  return GuardedValue<std::int32_t>(kRatingUnknown, [&] { return Store().OfFile(TextArgument(name)); });
 }
 
 HRESULT FileRater::Reserved2() {
@@ -46,7 +46,7 @@ HRESULT FileRater::Reserved2() {
 }
 
 std::int32_t FileRater::RateCompany(const wchar_t* company) {
-  return ValueOr<std::int32_t>(kRatingUnknown, [&] { return Store().OfCompany(TextArgument(company)); });
+  return GuardedValue<std::int32_t>(kRatingUnknown, [&] { return Store().OfCompany(TextArgument(company)); });
 }
 
 void StartRatings() {

@@ -1,7 +1,7 @@
 // The object behind raterkit's service; intf_FileRater.h has the contract.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_FileRater.h"
 
 namespace smh {

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "core/contracts/guard.h"
+#include "core/contracts/boundary_call.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/tracekit/trace_file.h"
 
@@ -83,7 +83,7 @@ HRESULT DebugLog::EnterMethod(const void* context, const wchar_t* name, const wc
   const std::size_t depth = state->depth.Get();
   state->depth.Set(depth + 1);
   if (!state->enabled) return S_OK;
-  return Guarded([&] {
+  return GuardedResult([&] {
     std::wstring text = L"> ";
     text.append(TextArgument(name)).append(ArgumentList(args, count)).append(ContextText(context));
     WriteLine(depth, text);
@@ -95,12 +95,12 @@ HRESULT DebugLog::ExitMethod(const void* context) {
   const std::size_t depth = std::max<std::size_t>(state->depth.Get(), 1) - 1;
   state->depth.Set(depth);
   if (!state->enabled) return S_OK;
-  return Guarded([&] { WriteLine(depth, std::wstring(1, L'<').append(ContextText(context))); });
+  return GuardedResult([&] { WriteLine(depth, std::wstring(1, L'<').append(ContextText(context))); });
 }
 
 HRESULT DebugLog::Message(const wchar_t* text) {
   if (!state->enabled) return S_OK;
-  return Guarded([&] { WriteLine(state->depth.Get(), TextArgument(text)); });
+  return GuardedResult([&] { WriteLine(state->depth.Get(), TextArgument(text)); });
 }
 
 HRESULT DebugLog::SetEnabled(std::int32_t enabled) {

@@ -2,7 +2,7 @@
 // mode is on, and whoever loaded it then just traces; SetEnabled switches it off and on again.
 #pragma once
 
-#include "core/contracts/service_object.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_DebugLog.h"
 
 namespace smh {

@@ -1,7 +1,6 @@
 #include "core/module_start.h"
 
 #include "clients/living_collections.h"
-#include "core/contracts/uDllGlobals.h"
 #include "core/make_location.h"
 #include "core/uStartupManager.h"
 #include "infra/log/crash_report.h"
@@ -45,11 +44,10 @@ void StartOle() {
 }
 
 constexpr ModuleStep kSteps[] = {
-    {L"sibling libraries", StartLibraryList, UnlessBroken<StopLibraryList>},
+    StepOf<g_siblings>(L"sibling libraries"),
     // Left initialised: the thread that unloads the module need not be the one that loaded it.
     {L"OLE", StartOle, nullptr},
     {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
-    {L"module globals", StartDllGlobals, UnlessBroken<StopDllGlobals>},
     {L"Windows version", nullptr, UnlessBroken<ForgetWinVersionInfo>},
     {L"windows", nullptr, UnlessBroken<ForgetWindowsExt>},
     StepOf<g_fileCaches>(L"command lines"),

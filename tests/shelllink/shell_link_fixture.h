@@ -1,7 +1,6 @@
 // Links in a folder of the test's own, and the parts of the module that reading them needs.
 #pragma once
 
-#include "core/contracts/uDllGlobals.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "samples/link_builder.h"
 #include "shelllink/desktop_folder.h"
@@ -18,14 +17,12 @@ class ShellLinkTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    StartLibraryList();
-    StartDllGlobals();
+    g_siblings.Start();
     g_desktopFolder.Start();
   }
   static void TearDownTestSuite() {
     g_desktopFolder.Stop();
-    StopDllGlobals();
-    StopLibraryList();
+    g_siblings.Stop();
     CoUninitialize();
   }
 

@@ -1,7 +1,6 @@
 // The module's units up to FileUtils, started for one test with the environment it asks for.
 #pragma once
 
-#include "core/contracts/uDllGlobals.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -32,15 +31,13 @@ class ScopedEnvironment {
 class StartedFileUtils {
  public:
   StartedFileUtils() {
-    StartLibraryList();
-    StartDllGlobals();
+    g_siblings.Start();
     g_fileCaches.Start();
   }
   ~StartedFileUtils() {
     g_fileCaches.Stop();
-    StopDllGlobals();
     ForgetWinVersionInfo();
-    StopLibraryList();
+    g_siblings.Stop();
   }
   StartedFileUtils(const StartedFileUtils&) = delete;
   StartedFileUtils& operator=(const StartedFileUtils&) = delete;

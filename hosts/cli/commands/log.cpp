@@ -11,8 +11,6 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kBaseKit[] = L"basekit.dll";
-
 std::wstring RequireText(const std::wstring& text) {
   if (text.empty()) throw HostError(L"Cannot tell the folder of the log file.");
   return WithTrailingBackslash(text);
@@ -21,9 +19,9 @@ std::wstring RequireText(const std::wstring& text) {
 }  // namespace
 
 void RunLog(const Arguments&) {
-  const ScopedModule library = LoadFromOwnFolder(kBaseKit);
-  auto& helper = static_cast<IHelper&>(*AskInstance(library.Get(), kBaseKit, IHelper::kId));
-  auto& globals = static_cast<IGlobals&>(*AskInstance(library.Get(), kBaseKit, IGlobals::kId));
+  const ScopedModule library = LoadFromOwnFolder(IHelper::kLibrary);
+  auto& helper = AskService<IHelper>(library.Get());
+  auto& globals = AskService<IGlobals>(library.Get());
   const auto base = TakeText([&](BoundaryText* text) { return helper.GetBaseFolder(text); });
   const auto vendor = TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); });
   const auto product = TakeText([&](BoundaryText* text) { return globals.GetProductName(text); });

@@ -1,8 +1,13 @@
-// The edge of the module: a slot's body runs inside one of these, and no exception passes them.
+// The edge of a module: a slot's body runs inside one of these, and no exception passes them.
 //
-// Each clears the thread's error info first and, on failure, sets it: description = the message, source = the
-// exception's class.
+// The library's own slots use the Boundary forms: they clear the thread's error info first and, on failure,
+// set it (description = the message, source = the exception's class). The siblings' slots use the Guarded
+// forms, which leave the error info alone: the library calls them from within its own slots. All may be
+// called from any thread, take no lock, and touch nothing but what `body` touches.
 #pragma once
+
+#include "core/contracts/boundary_string.h"
+#include "core/contracts/caught_exception.h"
 
 #include <windows.h>
 
@@ -10,42 +15,91 @@
 
 namespace smh {
 
-// For use inside a catch handler: sets the error info for the exception in flight and answers its result.
-HRESULT ReportCurrentException() noexcept;
-// The same for a result without exception.
-HRESULT ReportFailure(HRESULT result, const wchar_t* message) noexcept;
-void ClearErrorInfo() noexcept;
+namespace detail {
 
-// An operation without a result.
-template <typename Body>
-HRESULT BoundaryResult(Body&& body) noexcept {
-  ClearErrorInfo();
+// What `body` returns, or what `failed` makes of the exception that left it.
+template <typename Answer, typename Body, typename Failed>
+Answer AnswerOf(Body&& body, Failed&& failed) noexcept {
   try {
-    body();
-    return S_OK;
+    return std::forward<Body>(body)();
   } catch (...) {
-    return ReportCurrentException();
+    return failed(DescribeCaught());
   }
 }
 
-// An operation with an out argument; null for it is E_POINTER.
+// As above for a body without a result, S_OK when it ends well.
+template <typename Body, typename Failed>
+HRESULT ResultOf(Body&& body, Failed&& failed) noexcept {
+  return AnswerOf<HRESULT>(
+      [&] {
+        std::forward<Body>(body)();
+        return S_OK;
+      },
+      failed);
+}
+
+}  // namespace detail
+
+// Sets the thread's error info and answers the result.
+HRESULT ReportFailure(HRESULT result, const wchar_t* message, const wchar_t* className) noexcept;
+void ClearErrorInfo() noexcept;
+
+// The library: an operation without a result.
+template <typename Body>
+HRESULT BoundaryResult(Body&& body) noexcept {
+  ClearErrorInfo();
+  return detail::ResultOf(std::forward<Body>(body), [](const CaughtException& caught) {
+    return ReportFailure(caught.result, caught.message, caught.className);
+  });
+}
+
+// The library: an operation with an out argument; null for it is E_POINTER. On failure what `body` stored
+// there stays.
 template <typename Out, typename Body>
 HRESULT BoundaryResult(Out* out, Body&& body) noexcept {
   if (out != nullptr) return BoundaryResult(std::forward<Body>(body));
   ClearErrorInfo();
-  return ReportFailure(E_POINTER, L"An out argument is null.");
+  return ReportFailure(E_POINTER, L"An out argument is null.", L"Exception");
 }
 
-// An operation with a result; `neutral` is answered when it fails.
+// The library: an operation with a result; `neutral` is answered when it fails.
 template <typename Result, typename Body>
 Result BoundaryValue(Result neutral, Body&& body) noexcept {
   ClearErrorInfo();
-  try {
-    return body();
-  } catch (...) {
-    ReportCurrentException();
+  return detail::AnswerOf<Result>(std::forward<Body>(body), [&](const CaughtException& caught) {
+    ReportFailure(caught.result, caught.message, caught.className);
     return neutral;
-  }
+  });
+}
+
+// A sibling: an operation without a result. Without error info the result itself says that memory ran out.
+template <typename Body>
+HRESULT GuardedResult(Body&& body) noexcept {
+  return detail::ResultOf(std::forward<Body>(body), [](const CaughtException& caught) {
+    return caught.status == ERROR_OUTOFMEMORY ? E_OUTOFMEMORY : caught.result;
+  });
+}
+
+// A sibling: stores the text that `body` returns as a boundary string, whose one reference is the caller's;
+// the empty text on failure, E_POINTER without an out argument.
+template <typename Body>
+HRESULT GuardedText(BoundaryText* out, Body&& body) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  return GuardedResult([&] { *out = MakeBoundaryText(std::forward<Body>(body)()); });
+}
+
+// A sibling: an operation with a result; `neutral` is answered when it fails.
+template <typename Result, typename Body>
+Result GuardedValue(Result neutral, Body&& body) noexcept {
+  return detail::AnswerOf<Result>(std::forward<Body>(body), [&](const CaughtException&) { return neutral; });
+}
+
+// A sibling: an operation whose result is a Win32 status.
+template <typename Body>
+LSTATUS GuardedStatus(Body&& body) noexcept {
+  return detail::AnswerOf<LSTATUS>(std::forward<Body>(body),
+                                   [](const CaughtException& caught) { return caught.status; });
 }
 
 // Of a boolean argument only the low byte counts.

@@ -9,6 +9,8 @@ namespace smh {
 
 struct IDebugLog : IUnknown {
   static constexpr wchar_t kId[] = L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}";
+  static constexpr wchar_t kLibrary[] = L"tracekit.dll";
+  static constexpr wchar_t kLocator[] = L"tracekit.dll::Debug Log API";
   static constexpr GUID iid = {0xF7CF8DA8, 0xADCC, 0x4D0B, {0xBB, 0x10, 0x66, 0x55, 0x2F, 0xC8, 0x51, 0xA9}};
 
   // 1: `context` names the object (any pointer-sized value); `args` holds `count` zero-terminated texts.
@@ -21,8 +23,5 @@ struct IDebugLog : IUnknown {
   // 4: 0 switches the output off, any other number on.
   virtual HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t enabled) = 0;
 };
-
-// The one object of the process, uncounted; see intf_general.h. Called only when debug mode is on.
-IDebugLog* GetDebugLogService();
 
 }  // namespace smh

@@ -11,6 +11,8 @@ enum FileRating : std::int32_t { kRatingTrusted = 0, kRatingUnknown = 1, kRating
 
 struct IFileRater : IUnknown {
   static constexpr wchar_t kId[] = L"{A90B8362-CEEF-4902-A639-A0125EDD0201}";
+  static constexpr wchar_t kLibrary[] = L"raterkit.dll";
+  static constexpr wchar_t kLocator[] = L"raterkit.dll::File Rater";
   static constexpr GUID iid = {0xA90B8362, 0xCEEF, 0x4902, {0xA6, 0x39, 0xA0, 0x12, 0x5E, 0xDD, 0x02, 0x01}};
 
   // 1: by the file's name without folder.
@@ -20,8 +22,5 @@ struct IFileRater : IUnknown {
   // 3: by the company of the file's version record.
   virtual std::int32_t STDMETHODCALLTYPE RateCompany(const wchar_t* company) = 0;
 };
-
-// The one object of the process, uncounted; see intf_general.h.
-IFileRater* GetFileRater();
 
 }  // namespace smh

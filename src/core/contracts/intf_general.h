@@ -2,6 +2,10 @@
 //
 // Calls are stdcall; slots are numbered after IUnknown's three. Operations without a result return an
 // HRESULT; texts are boundary strings (boundary_string.h). Every service may be called from any thread.
+//
+// `GetInstance` of the library `kLibrary` answers the identifier `kId` with the one object of the process,
+// uncounted: it lives as long as the library is loaded. `kLocator` names the service in messages. So it is
+// with the services of the other libraries.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -12,6 +16,8 @@ namespace smh {
 
 struct IHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{5C9ABD04-59E8-4686-8E32-FF648BB7FDD5}";
+  static constexpr wchar_t kLibrary[] = L"basekit.dll";
+  static constexpr wchar_t kLocator[] = L"basekit.dll::Helper";
   static constexpr GUID iid = {0x5C9ABD04, 0x59E8, 0x4686, {0x8E, 0x32, 0xFF, 0x64, 0x8B, 0xB7, 0xFD, 0xD5}};
 
   // 1, 2: folders without a trailing backslash.
@@ -50,6 +56,8 @@ struct IHelper : IUnknown {
 
 struct IGlobals : IUnknown {
   static constexpr wchar_t kId[] = L"{E3B78765-F359-4D65-86A3-5FE2CA92922E}";
+  static constexpr wchar_t kLibrary[] = L"basekit.dll";
+  static constexpr wchar_t kLocator[] = L"basekit.dll::Globals";
   static constexpr GUID iid = {0xE3B78765, 0xF359, 0x4D65, {0x86, 0xA3, 0x5F, 0xE2, 0xCA, 0x92, 0x92, 0x2E}};
 
   // 1: E_NOTIMPL.
@@ -63,6 +71,8 @@ struct IGlobals : IUnknown {
 
 struct IShellHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{6773075A-4E7A-4292-A6B9-12F24F316C36}";
+  static constexpr wchar_t kLibrary[] = L"basekit.dll";
+  static constexpr wchar_t kLocator[] = L"basekit.dll::ShellHelper";
   static constexpr GUID iid = {0x6773075A, 0x4E7A, 0x4292, {0xA6, 0xB9, 0x12, 0xF2, 0x4F, 0x31, 0x6C, 0x36}};
 
   // 1: a special folder by CSIDL, without a trailing backslash; empty when the shell gives none.
@@ -78,6 +88,8 @@ struct IShellHelper : IUnknown {
 
 struct IShellDialogsHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{77E19BE1-1240-496E-9650-2D951D7396DF}";
+  static constexpr wchar_t kLibrary[] = L"basekit.dll";
+  static constexpr wchar_t kLocator[] = L"basekit.dll::ShellDialogsHelper";
   static constexpr GUID iid = {0x77E19BE1, 0x1240, 0x496E, {0x96, 0x50, 0x2D, 0x95, 0x1D, 0x73, 0x96, 0xDF}};
 
   // 1: called once, before any other.
@@ -86,12 +98,5 @@ struct IShellDialogsHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window, const wchar_t* file, const wchar_t* text,
                                                     std::int32_t number) = 0;
 };
-
-// Each getter answers the one object of the process, uncounted, or ends the process with a message when the
-// library is missing (see uInterfacesRoutines.h). Callers hold the lock of the module globals.
-IHelper* GetHelper();
-IGlobals* GetGlobals();
-IShellHelper* GetShellHelper();
-IShellDialogsHelper* GetShellDialogsHelper();
 
 }  // namespace smh

@@ -75,6 +75,7 @@ struct IUndoReport : IUnknown {
 
 struct IJournal : IUnknown {
   static constexpr wchar_t kId[] = L"{D2A4C6E0-71B5-4E39-A0F8-5B9C3D8E1F46}";
+  static constexpr wchar_t kLibrary[] = L"guardkit.dll";
   static constexpr GUID iid = {0xD2A4C6E0, 0x71B5, 0x4E39, {0xA0, 0xF8, 0x5B, 0x9C, 0x3D, 0x8E, 0x1F, 0x46}};
 
   // Failures of Undo and Redo besides the system's: steps are in conflict and nothing was changed; the

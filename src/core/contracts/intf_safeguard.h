@@ -45,6 +45,8 @@ struct IRegAccess : IUnknown {
 
 struct ISafeguard : IUnknown {
   static constexpr wchar_t kId[] = L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}";
+  static constexpr wchar_t kLibrary[] = L"guardkit.dll";
+  static constexpr wchar_t kLocator[] = L"guardkit.dll::safeguard";
   static constexpr GUID iid = {0x5C2990D5, 0x37CD, 0x4FE8, {0x8E, 0xC4, 0xA2, 0x37, 0x23, 0xA7, 0xD4, 0xF1}};
 
   // 1: an HRESULT; one reference for the caller.
@@ -64,8 +66,5 @@ struct ISafeguard : IUnknown {
   virtual LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to,
                                                      BOOL overwrite) = 0;
 };
-
-// The one object of the process, uncounted; see intf_general.h.
-ISafeguard* GetSafeguard();
 
 }  // namespace smh

@@ -20,6 +20,8 @@ struct IApplicationSettings : IUnknown {
 
 struct ISettings : IUnknown {
   static constexpr wchar_t kId[] = L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}";
+  static constexpr wchar_t kLibrary[] = L"prefkit.dll";
+  static constexpr wchar_t kLocator[] = L"prefkit.dll::Settings";
   static constexpr GUID iid = {0xEFD8173C, 0xC76D, 0x4A9A, {0x87, 0xBF, 0x35, 0x9D, 0x2E, 0xD0, 0x8A, 0xFD}};
 
   // 1-3: E_NOTIMPL.
@@ -29,8 +31,5 @@ struct ISettings : IUnknown {
   // 4: one reference for the caller.
   virtual HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings** settings) = 0;
 };
-
-// The one object of the process, uncounted; see intf_general.h.
-ISettings* GetSettings();
 
 }  // namespace smh

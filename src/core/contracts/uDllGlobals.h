@@ -1,7 +1,6 @@
-// The module-wide cache of the sibling libraries' services, and what the module asks of them everywhere.
+// The services of the sibling libraries by name, and what the module asks of them everywhere.
 //
-// Safe from any thread through one lock. A first fetch loads a library while holding it, so that under it
-// come the lock of the sibling libraries' list and the loader's, and no other. References handed out are
+// See Sibling for what all getters share: they may be called from any thread, and what they hand out is
 // borrowed and valid until the module stops.
 #pragma once
 
@@ -9,33 +8,42 @@
 #include "core/contracts/intf_general.h"
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <string>
 #include <string_view>
 
-namespace smh {
+namespace smh::DLLGlobals {
 
-class DLLGlobals {
- public:
-  static IHelper& Helper();
-  static IGlobals& Globals();
-  static IShellHelper& ShellHelper();
-  // Initialised by its first own operation, once, right after it was obtained.
-  static IShellDialogsHelper& ShellDialogs();
-  static IFileRater& FileRater();
-  static ISafeguard& Safeguard();
-  static ISettings& Settings();
+inline IHelper& Helper() {
+  return Sibling<IHelper>();
+}
+inline IGlobals& Globals() {
+  return Sibling<IGlobals>();
+}
+inline IShellHelper& ShellHelper() {
+  return Sibling<IShellHelper>();
+}
+inline IShellDialogsHelper& ShellDialogs() {
+  return Sibling<IShellDialogsHelper>();
+}
+inline IFileRater& FileRater() {
+  return Sibling<IFileRater>();
+}
+inline ISafeguard& Safeguard() {
+  return Sibling<ISafeguard>();
+}
+inline ISettings& Settings() {
+  return Sibling<ISettings>();
+}
 
-  static constexpr wchar_t kHostFileName[] = L"startupmanager.exe";
-  // Whether changes are recorded inside backup checkpoints. Asked once per operation, never cached.
-  static bool UseBackupCheckpoints();
-  // Resolves "@file,number" to the string resource; any other text comes back unchanged, a file that cannot
-  // be loaded gives the empty text.
-  static std::wstring LoadIndirectString(std::wstring_view text);
-};
+inline constexpr wchar_t kHostFileName[] = L"startupmanager.exe";
+// Whether changes are recorded inside backup checkpoints; yes when the settings give no answer. Asked once
+// per operation, never cached. From any thread.
+bool UseBackupCheckpoints();
+// Resolves "@file,number" to the string resource, of which at most 259 code units are read; any other text
+// comes back unchanged, a file that cannot be loaded gives the empty text. From any thread; loads the file as
+// data, so not from DllMain. Raises std::bad_alloc.
+std::wstring LoadIndirectString(std::wstring_view text);
 
-void StartDllGlobals();
-// Releases the references under the lock, then the lock.
-void StopDllGlobals() noexcept;
-
-}  // namespace smh
+}  // namespace smh::DLLGlobals

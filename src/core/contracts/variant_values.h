@@ -1,4 +1,5 @@
-// Values of properties as variants. The caller owns the variant.
+// Values of properties as variants. The caller owns the variant and clears it. Any thread, no lock; nothing
+// here fails but where it is said.
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,8 @@
 #include "infra/log/uAxDebug.h"
 
+#include "core/contracts/com_object.h"
 #include "infra/files/file_facts.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_path.h"
 #include "infra/registry/registry.h"
@@ -17,19 +19,9 @@ namespace {
 constexpr wchar_t kSettingsKey[] = L"Software\\Quillmark\\DebugMode";
 constexpr wchar_t kSettingsValue[] = L"DebugMode";
 constexpr wchar_t kDebugSwitch[] = L"-debug";
-constexpr wchar_t kDebugLibrary[] = L"tracekit.dll";
 
-// Lives as long as the module and is not counted.
-class TNullDebugClient final : public IDebugLog {
+class TNullDebugClient final : public ServiceObject<IDebugLog> {
  public:
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    const bool known = IsEqualGUID(wanted, IID_IUnknown) || IsEqualGUID(wanted, IDebugLog::iid);
-    *object = known ? static_cast<IDebugLog*>(this) : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
-  ULONG STDMETHODCALLTYPE Release() override { return 1; }
   HRESULT STDMETHODCALLTYPE EnterMethod(const void*, const wchar_t*, const wchar_t* const*,
                                         std::int32_t) override {
     return S_OK;
@@ -76,7 +68,7 @@ struct DebugMode {
 constinit ModuleGlobal<DebugMode> g_debugMode(L"uAxDebug");
 
 IDebugLog* DebugLog() {
-  return IsDebugMode() ? GetDebugLogService() : &g_nullClient;
+  return IsDebugMode() ? &Sibling<IDebugLog>() : &g_nullClient;
 }
 
 bool IsDebugMode() {
@@ -96,7 +88,7 @@ void SetDebugModeSetting(bool on) {
 
 bool CheckDebugLibrary() {
   std::wstring path(FolderPart(ModuleFileName(nullptr)));
-  return IsFile(path.append(kDebugLibrary));
+  return IsFile(path.append(IDebugLog::kLibrary));
 }
 
 DebugScope::DebugScope(const void* context, const wchar_t* name,

@@ -2,52 +2,33 @@
 
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/format.h"
-#include "infra/runtime/import_function.h"
-#include "core/contracts/intf_DebugLog.h"
-#include "core/contracts/intf_FileRater.h"
-#include "core/contracts/intf_general.h"
-#include "core/contracts/intf_safeguard.h"
-#include "core/contracts/intf_settings.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/exported_instance.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
+#include <utility>
 
 namespace smh {
 
-namespace {
-
-struct ServiceRow {
-  const wchar_t* libraryFile;
-  const wchar_t* interfaceId;
-  const wchar_t* locator;
-};
-
-// In the order of SiblingService.
-constexpr std::array<ServiceRow, kSiblingServiceCount> kServices = {{
-    {L"basekit.dll", IHelper::kId, L"basekit.dll::Helper"},
-    {L"basekit.dll", IGlobals::kId, L"basekit.dll::Globals"},
-    {L"basekit.dll", IShellHelper::kId, L"basekit.dll::ShellHelper"},
-    {L"basekit.dll", IShellDialogsHelper::kId, L"basekit.dll::ShellDialogsHelper"},
-    {L"raterkit.dll", IFileRater::kId, L"raterkit.dll::File Rater"},
-    {L"guardkit.dll", ISafeguard::kId, L"guardkit.dll::safeguard"},
-    {L"prefkit.dll", ISettings::kId, L"prefkit.dll::Settings"},
-    {L"tracekit.dll", IDebugLog::kId, L"tracekit.dll::Debug Log API"},
-}};
-
 struct Siblings {
-  // Entered after the service cache's lock; under it comes the loader's, and no other.
+  Siblings() = default;
+  ~Siblings() {
+    const ScopedLock held(lock);
+    while (asked != nullptr) asked = asked->Empty();
+  }
+  Siblings(const Siblings&) = delete;
+  Siblings& operator=(const Siblings&) = delete;
+
+  // Guards what follows and the caches in the list. It may be entered under any other lock of the module.
+  // Under it libraries are loaded and services initialised: after it comes the loader's, and none of this
+  // module.
   CriticalSection lock;
   TLibraryList libraries;
-  std::array<InterfaceCache, kSiblingServiceCount> caches;
+  // Every cache that was asked, through its `next_`.
+  SiblingCache* asked = nullptr;
 };
 
-Siblings* g_siblings = nullptr;
-
-using GetInstanceFunction = IUnknown*(STDMETHODCALLTYPE*)(const wchar_t* interfaceId, DWORD param);
-
-}  // namespace
+constinit ModuleGlobal<Siblings> g_siblings(L"uInterfacesRoutines");
 
 int TLibraryList::IndexOf(std::wstring_view name) const noexcept {
   const auto found =
@@ -75,10 +56,7 @@ IUnknown* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile,
   if (cache.state != InterfaceCache::State::kNotAsked) return cache.answer;
   // Marked before the attempt: whatever it meets, there is no second one.
   cache.state = InterfaceCache::State::kFailed;
-  const HMODULE library = g_siblings->libraries.GetHandle(libraryFile);
-  const auto getInstance = ImportFunction<GetInstanceFunction>(library, "GetInstance");
-  if (getInstance == nullptr) return nullptr;
-  cache.answer = getInstance(interfaceId, param);
+  cache.answer = ExportedInstance(g_siblings->libraries.GetHandle(libraryFile), interfaceId, param);
   if (cache.answer != nullptr) cache.state = InterfaceCache::State::kAnswered;
   return cache.answer;
 }
@@ -93,22 +71,22 @@ void CheckInterface(const IUnknown* service, const wchar_t* locator) {
   ExitProcess(1);
 }
 
-IUnknown* GetSiblingService(SiblingService service) {
-  const auto index = static_cast<std::size_t>(service);
-  const ServiceRow& row = kServices[index];
-  IUnknown* const answer =
-      GetLibraryInterface(g_siblings->caches[index], row.libraryFile, row.interfaceId, 0);
-  CheckInterface(answer, row.locator);
-  return answer;
+IUnknown& SiblingCache::Fetch() {
+  const ScopedLock lock(g_siblings->lock);
+  if (IUnknown* const service = service_.load(std::memory_order_relaxed)) return *service;
+  if (found_.state == InterfaceCache::State::kNotAsked) next_ = std::exchange(g_siblings->asked, this);
+  IUnknown* const service = GetLibraryInterface(found_, libraryFile_, interfaceId_, 0);
+  CheckInterface(service, locator_);
+  service->AddRef();
+  initialise_(*service);
+  service_.store(service, std::memory_order_release);
+  return *service;
 }
 
-void StartLibraryList() {
-  g_siblings = new Siblings;
-}
-
-void StopLibraryList() noexcept {
-  delete g_siblings;
-  g_siblings = nullptr;
+SiblingCache* SiblingCache::Empty() noexcept {
+  if (IUnknown* const service = service_.exchange(nullptr)) service->Release();
+  found_ = {};
+  return std::exchange(next_, nullptr);
 }
 
 }  // namespace smh

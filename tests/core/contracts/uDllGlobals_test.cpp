@@ -1,49 +1,27 @@
 #include "core/contracts/uDllGlobals.h"
 
-#include "infra/siblings/uInterfacesRoutines.h"
+#include "core/contracts/message_box.h"
+#include "infra/runtime/format.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
-#include "tests/support/recording_safeguard.h"
+#include "tests/support/import_patch.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <thread>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace smh {
 namespace {
 
-class FakeDialogs : public ComObject<IShellDialogsHelper> {
- public:
-  std::atomic<int> initialised{0};
-
-  HRESULT STDMETHODCALLTYPE Initialize() override {
-    // Long enough for other threads to come in meanwhile.
-    Sleep(20);
-    ++initialised;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND, const wchar_t*, const wchar_t*, std::int32_t) override {
-    return S_OK;
-  }
-};
-
-ULONG References(IUnknown& object) {
-  object.AddRef();
-  return object.Release();
-}
-
 class DllGlobalsTest : public testing::Test {
  protected:
-  DllGlobalsTest() {
-    StartLibraryList();
-    StartDllGlobals();
-  }
+  DllGlobalsTest() { g_siblings.Start(); }
   ~DllGlobalsTest() override {
     for (const auto& [library, id] : installed_) test::InstallFakeSibling(library, id, nullptr);
-    StopDllGlobals();
-    StopLibraryList();
+    g_siblings.Stop();
   }
 
   // A service of a sibling library until the end of the test.
@@ -55,52 +33,6 @@ class DllGlobalsTest : public testing::Test {
  private:
   std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
 };
-
-TEST_F(DllGlobalsTest, EachGetterKeepsItsOwnServiceWithAReference) {
-  const struct {
-    const wchar_t* library;
-    const wchar_t* id;
-    std::function<IUnknown*()> get;
-  } rows[] = {
-      {L"basekit.dll", IHelper::kId, [] { return &DLLGlobals::Helper(); }},
-      {L"basekit.dll", IGlobals::kId, [] { return &DLLGlobals::Globals(); }},
-      {L"basekit.dll", IShellHelper::kId, [] { return &DLLGlobals::ShellHelper(); }},
-      {L"raterkit.dll", IFileRater::kId, [] { return &DLLGlobals::FileRater(); }},
-      {L"guardkit.dll", ISafeguard::kId, [] { return &DLLGlobals::Safeguard(); }},
-      {L"prefkit.dll", ISettings::kId, [] { return &DLLGlobals::Settings(); }},
-      {L"basekit.dll", IShellDialogsHelper::kId, [] { return &DLLGlobals::ShellDialogs(); }},
-  };
-  for (const auto& row : rows) {
-    // Only one of its slots is ever called: the first, by ShellDialogs.
-    const auto object = MakeComObject<FakeDialogs>();
-    const auto later = MakeComObject<FakeDialogs>();
-    Install(row.library, row.id, object.Get());
-    EXPECT_EQ(row.get(), object.Get()) << row.id;
-    Install(row.library, row.id, later.Get());
-    EXPECT_EQ(row.get(), object.Get()) << row.id;
-    EXPECT_EQ(References(*object), 2u);
-    test::InstallFakeSibling(row.library, row.id, nullptr);
-    StopDllGlobals();
-    EXPECT_EQ(References(*object), 1u);
-    StartDllGlobals();
-  }
-}
-
-TEST_F(DllGlobalsTest, ShellDialogsAreInitialisedOnceHoweverManyAsk) {
-  const auto dialogs = MakeComObject<FakeDialogs>();
-  Install(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
-  std::vector<std::thread> threads;
-  std::atomic<int> ready{0};
-  for (int i = 0; i < 8; ++i) {
-    threads.emplace_back([&] {
-      // Whoever has the service has it initialised.
-      if (&DLLGlobals::ShellDialogs() == dialogs.Get() && dialogs->initialised == 1) ++ready;
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(ready, 8);
-  EXPECT_EQ(dialogs->initialised, 1);
-}
 
 class SettingsWithoutObject : public test::FakeSettings {
  public:
@@ -115,8 +47,8 @@ TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTimeAndOnWithoutSettings) {
     EXPECT_EQ(DLLGlobals::UseBackupCheckpoints(), use);
   }
   EXPECT_EQ(settings->Asked(), (std::vector<std::wstring>{L"startupmanager.exe", L"startupmanager.exe"}));
-  StopDllGlobals();
-  StartDllGlobals();
+  g_siblings.Stop();
+  g_siblings.Start();
   const auto broken = MakeComObject<SettingsWithoutObject>();
   Install(L"prefkit.dll", ISettings::kId, broken.Get());
   EXPECT_TRUE(DLLGlobals::UseBackupCheckpoints());
@@ -154,6 +86,24 @@ TEST_F(DllGlobalsTest, IndirectStrings) {
   }
   // The file is free again.
   EXPECT_TRUE(DeleteFileW(copy.c_str()));
+}
+
+std::wstring g_shown;
+
+int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  const wchar_t* const place = owner == nullptr ? L"" : L" owned";
+  g_shown += Format(L"%s: %s %d%s\n", caption, text, flags, place);
+  return IDNO;
+}
+
+TEST_F(DllGlobalsTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
+  const test::ImportPatch patch("MessageBoxW", &RecordBox);
+  g_shown.clear();
+  EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
+  EXPECT_EQ(ShowMessageBoxOwned(GetDesktopWindow(), L"Failed", MB_ICONERROR), IDNO);
+  EXPECT_EQ(g_shown, Format(L"Quillmark Startup Manager: Really? %d\n"
+                            L"Quillmark Startup Manager: Failed %d owned\n",
+                            0x42004, 0x42010));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "infra/log/uStatisticsLog.h"
 
-#include "core/contracts/uDllGlobals.h"
 #include "core/contracts/intf_general.h"
 #include "infra/log/statistics_log_store.h"
 #include "infra/siblings/uInterfacesRoutines.h"
@@ -77,8 +76,7 @@ struct LogServices {
     helper->userIsAdmin = true;
     helper->versionStrings[L"FileVersion"] = L"9.8.7.6";
     test::InstallFakeSibling(L"basekit.dll", IHelper::kId, helper.Get());
-    StartLibraryList();
-    StartDllGlobals();
+    g_siblings.Start();
     g_statisticsLog.Start();
   }
 
@@ -90,8 +88,7 @@ class StatisticsLogTest : public testing::Test {
   ~StatisticsLogTest() override {
     g_statisticsLog.Stop();
     ForgetWinVersionInfo();
-    StopDllGlobals();
-    StopLibraryList();
+    g_siblings.Stop();
     test::InstallFakeSibling(L"basekit.dll", IHelper::kId, nullptr);
   }
 

@@ -1,30 +1,69 @@
-#include "core/contracts/message_box.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 
-#include "infra/runtime/format.h"
+#include "core/contracts/com_object.h"
 #include "core/contracts/intf_DebugLog.h"
+#include "core/contracts/intf_FileRater.h"
 #include "core/contracts/intf_general.h"
+#include "core/contracts/intf_safeguard.h"
+#include "core/contracts/intf_settings.h"
 #include "infra/log/uAxDebug.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
-#include "tests/support/recording_safeguard.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/test_main.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdio>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace smh {
 namespace {
 
-// The library list lives as long as one test.
+// Has every slot that a first call may call: the first after IUnknown's three.
+class FakeService : public ComObject<IShellDialogsHelper> {
+ public:
+  std::atomic<int> initialised{0};
+
+  HRESULT STDMETHODCALLTYPE Initialize() override {
+    // Long enough for other threads to come in meanwhile.
+    Sleep(20);
+    ++initialised;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND, const wchar_t*, const wchar_t*, std::int32_t) override {
+    return S_OK;
+  }
+};
+
+ULONG References(IUnknown& object) {
+  object.AddRef();
+  return object.Release();
+}
+
+// The siblings are started for one test, and what it installs goes with it.
 class SiblingTest : public testing::Test {
  protected:
-  SiblingTest() { StartLibraryList(); }
-  ~SiblingTest() override { StopLibraryList(); }
+  SiblingTest() { g_siblings.Start(); }
+  ~SiblingTest() override {
+    g_siblings.Stop();
+    for (const auto& [library, id] : installed_) test::InstallFakeSibling(library, id, nullptr);
+  }
+
+  void Install(const wchar_t* library, const wchar_t* id, IUnknown* object) {
+    test::InstallFakeSibling(library, id, object);
+    installed_.emplace_back(library, id);
+  }
+
+ private:
+  std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
 };
 
 TEST_F(SiblingTest, LibraryNameInAnyCaseIsOneEntryAndAFailedLoadNone) {
@@ -38,30 +77,80 @@ TEST_F(SiblingTest, LibraryNameInAnyCaseIsOneEntryAndAFailedLoadNone) {
   EXPECT_EQ(list.IndexOf(L"SHLWAPI.DLL"), 1);
 }
 
-TEST_F(SiblingTest, AnsweredServiceIsKept) {
-  const auto safeguard = MakeComObject<test::RecordingSafeguard>();
-  test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, safeguard.Get());
-  EXPECT_EQ(GetSafeguard(), safeguard.Get());
-  const auto other = MakeComObject<test::RecordingSafeguard>();
-  test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, other.Get());
-  EXPECT_EQ(GetSafeguard(), safeguard.Get());
-  StopLibraryList();
-  StartLibraryList();
-  EXPECT_EQ(GetSafeguard(), other.Get());
-  test::InstallFakeSibling(L"guardkit.dll", ISafeguard::kId, nullptr);
-}
-
 TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
+  // The stand-in goes by that name from here on.
+  Install(L"guardkit.dll", L"{nobody}", nullptr);
   InterfaceCache failed;
   EXPECT_EQ(GetLibraryInterface(failed, L"guardkit.dll", L"{nobody}", 0), nullptr);
-  const auto late = MakeComObject<test::RecordingSafeguard>();
-  test::InstallFakeSibling(L"guardkit.dll", L"{nobody}", late.Get());
+  const auto late = MakeComObject<FakeService>();
+  Install(L"guardkit.dll", L"{nobody}", late.Get());
   EXPECT_EQ(GetLibraryInterface(failed, L"guardkit.dll", L"{nobody}", 0), nullptr);
   InterfaceCache fresh;
   EXPECT_EQ(GetLibraryInterface(fresh, L"guardkit.dll", L"{nobody}", 0), late.Get());
   InterfaceCache noExport;
   EXPECT_EQ(GetLibraryInterface(noExport, L"version.dll", L"{nobody}", 0), nullptr);
-  test::InstallFakeSibling(L"guardkit.dll", L"{nobody}", nullptr);
+}
+
+// As published, not taken from the code under test.
+const struct {
+  const wchar_t* library;
+  const wchar_t* id;
+  IUnknown* (*get)();
+} kServices[] = {
+    {L"basekit.dll", L"{5C9ABD04-59E8-4686-8E32-FF648BB7FDD5}",
+     []() -> IUnknown* { return &Sibling<IHelper>(); }},
+    {L"basekit.dll", L"{E3B78765-F359-4D65-86A3-5FE2CA92922E}",
+     []() -> IUnknown* { return &Sibling<IGlobals>(); }},
+    {L"basekit.dll", L"{6773075A-4E7A-4292-A6B9-12F24F316C36}",
+     []() -> IUnknown* { return &Sibling<IShellHelper>(); }},
+    {L"basekit.dll", L"{77E19BE1-1240-496E-9650-2D951D7396DF}",
+     []() -> IUnknown* { return &Sibling<IShellDialogsHelper>(); }},
+    {L"raterkit.dll", L"{A90B8362-CEEF-4902-A639-A0125EDD0201}",
+     []() -> IUnknown* { return &Sibling<IFileRater>(); }},
+    {L"guardkit.dll", L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}",
+     []() -> IUnknown* { return &Sibling<ISafeguard>(); }},
+    {L"prefkit.dll", L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}",
+     []() -> IUnknown* { return &Sibling<ISettings>(); }},
+    {L"tracekit.dll", L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}",
+     []() -> IUnknown* { return &Sibling<IDebugLog>(); }},
+};
+
+TEST_F(SiblingTest, EachServiceIsKeptWithOneReferenceUntilTheStop) {
+  std::vector<ComPtr<FakeService>> services;
+  for (const auto& row : kServices) {
+    SCOPED_TRACE(row.id);
+    const ComPtr<FakeService>& service = services.emplace_back(MakeComObject<FakeService>());
+    Install(row.library, row.id, service.Get());
+    EXPECT_EQ(row.get(), service.Get());
+    test::InstallFakeSibling(row.library, row.id, nullptr);
+    EXPECT_EQ(row.get(), service.Get());
+    EXPECT_EQ(References(*service), 2u);
+    // Only the dialogs have something to initialise.
+    EXPECT_EQ(service->initialised, row.get == kServices[3].get);
+  }
+  g_siblings.Stop();
+  for (const auto& service : services) EXPECT_EQ(References(*service), 1u);
+  // A new start asks again.
+  g_siblings.Start();
+  const auto next = MakeComObject<FakeService>();
+  Install(L"guardkit.dll", ISafeguard::kId, next.Get());
+  EXPECT_EQ(&Sibling<ISafeguard>(), static_cast<IUnknown*>(next.Get()));
+}
+
+TEST_F(SiblingTest, InitialisedOnceHoweverManyAsk) {
+  const auto dialogs = MakeComObject<FakeService>();
+  Install(L"basekit.dll", IShellDialogsHelper::kId, dialogs.Get());
+  std::vector<std::thread> threads;
+  std::atomic<int> ready{0};
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&] {
+      // Whoever has the service has it initialised.
+      if (&Sibling<IShellDialogsHelper>() == dialogs.Get() && dialogs->initialised == 1) ++ready;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(ready, 8);
+  EXPECT_EQ(dialogs->initialised, 1);
 }
 
 // Says what would be shown.
@@ -72,8 +161,8 @@ int WINAPI PrintBox(HWND, const wchar_t* text, const wchar_t* caption, UINT) {
 
 SMH_CHILD(AskForMissingRater) {
   const test::ImportPatch patch("MessageBoxW", &PrintBox);
-  StartLibraryList();
-  GetFileRater();
+  g_siblings.Start();
+  Sibling<IFileRater>();
   return 0;
 }
 
@@ -88,24 +177,6 @@ TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
       "Error: An error occurred while loading library raterkit.dll::File Rater. \r\r\n\r\r\nIt may have "
       "been removed. Please reinstall the application. If the problem persists, contact technical "
       "support.");
-}
-
-std::wstring g_shown;
-
-int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  const wchar_t* const place = owner == nullptr ? L"" : L" owned";
-  g_shown += Format(L"%s: %s %d%s\n", caption, text, flags, place);
-  return IDNO;
-}
-
-TEST_F(SiblingTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
-  const test::ImportPatch patch("MessageBoxW", &RecordBox);
-  g_shown.clear();
-  EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
-  EXPECT_EQ(ShowMessageBoxOwned(GetDesktopWindow(), L"Failed", MB_ICONERROR), IDNO);
-  EXPECT_EQ(g_shown, Format(L"Quillmark Startup Manager: Really? %d\n"
-                            L"Quillmark Startup Manager: Failed %d owned\n",
-                            0x42004, 0x42010));
 }
 
 TEST(AsciiTextTest, OnlyAsciiLettersFold) {

@@ -185,7 +185,7 @@ class RecordingDebugLog : public ComObject<IDebugLog> {
 };
 
 TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
-  StartLibraryList();
+  g_siblings.Start();
   const auto trace = MakeComObject<RecordingDebugLog>();
   test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, trace.Get());
   tree_.Key(L"k\\a");
@@ -199,7 +199,7 @@ TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
   EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
                                  L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
   test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
-  StopLibraryList();
+  g_siblings.Stop();
 }
 
 }  // namespace

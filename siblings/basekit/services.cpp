@@ -1,10 +1,8 @@
-// The entry point and the one export of basekit.dll.
+#include "siblings/basekit/services.h"
 
 #include "siblings/basekit/redirected_twin.h"
-#include "siblings/basekit/services.h"
 #include "siblings/basekit/version_cache.h"
-#include "siblings/common/module_entry.h"
-#include "core/contracts/service_table.h"
+#include "siblings/common/module.h"
 
 namespace smh {
 
@@ -29,12 +27,12 @@ constexpr ModuleStep kSteps[] = {
 
 }  // namespace
 
+std::span<const ServiceRow> SiblingServices() noexcept {
+  return kServices;
+}
+
+std::span<const ModuleStep> SiblingSteps() noexcept {
+  return kSteps;
+}
+
 }  // namespace smh
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* reserved) {
-  return smh::RunModuleEntry(reason, reserved, smh::kSteps);
-}
-
-extern "C" void* __stdcall GetInstance(const wchar_t* id, DWORD /*param*/) {
-  return smh::FindService(smh::kServices, id);
-}

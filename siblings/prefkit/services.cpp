@@ -1,7 +1,6 @@
-// The one export of prefkit.dll.
-
-#include "core/contracts/service_table.h"
 #include "siblings/prefkit/services.h"
+
+#include "siblings/common/module.h"
 
 namespace smh {
 
@@ -14,8 +13,12 @@ constinit const ServiceRow kServices[] = {{ISettings::kId, &settings}};
 
 }  // namespace
 
-}  // namespace smh
-
-extern "C" void* __stdcall GetInstance(const wchar_t* id, DWORD /*param*/) {
-  return smh::FindService(smh::kServices, id);
+std::span<const ServiceRow> SiblingServices() noexcept {
+  return kServices;
 }
+
+std::span<const ModuleStep> SiblingSteps() noexcept {
+  return {};
+}
+
+}  // namespace smh

@@ -1,7 +1,4 @@
-// The entry point and the one export of guardkit.dll.
-
-#include "siblings/common/module_entry.h"
-#include "core/contracts/service_table.h"
+#include "siblings/common/module.h"
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/journal_service.h"
 #include "siblings/guardkit/reg_access.h"
@@ -22,12 +19,12 @@ constexpr ModuleStep kSteps[] = {
 
 }  // namespace
 
+std::span<const ServiceRow> SiblingServices() noexcept {
+  return kServices;
+}
+
+std::span<const ModuleStep> SiblingSteps() noexcept {
+  return kSteps;
+}
+
 }  // namespace smh
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* reserved) {
-  return smh::RunModuleEntry(reason, reserved, smh::kSteps);
-}
-
-extern "C" void* __stdcall GetInstance(const wchar_t* id, DWORD /*param*/) {
-  return smh::FindService(smh::kServices, id);
-}
