@@ -17,7 +17,7 @@
 
 namespace smh {
 
-// Names of the module's icon resources.
+// Names of the module's icon resources, literals.
 struct FixedIcon {
   const wchar_t* smallName;
   const wchar_t* largeName;
@@ -27,7 +27,7 @@ using FixedIconName = const wchar_t* FixedIcon::*;
 // What shows a file whose icon is not known; the last of the fixed icons of every list.
 inline constexpr FixedIcon kUnknownFileIcon = {L"IMG_UNKNOWN_SMALL", L"IMG_UNKNOWN_LARGE"};
 
-// 16x16 and 32x32, 32-bit colour with mask. May be used from any thread.
+// 16x16 and 32x32, 32-bit colour with mask. May be used from any thread; files are read outside the lock.
 class IconLists {
  public:
   // `fixed` must outlive the object; its icons come first in both lists.
@@ -35,17 +35,19 @@ class IconLists {
   IconLists(const IconLists&) = delete;
   IconLists& operator=(const IconLists&) = delete;
 
-  // Created together on first use. Raise EOSError when they cannot be made.
+  // Created together on first use; borrowed until Destroy or the object's end. Raise EOSError when they
+  // cannot be made.
   HIMAGELIST Small();
   HIMAGELIST Large();
 
-  // The index of the icon `index` of `file`, negative for a resource's number; -1 when the file has none. The
-  // same icon of an unchanged file is appended once.
+  // The index in both lists of the icon `index` of `file`, negative for a resource's number; -1 when the file
+  // has none or it cannot be appended. The same icon of an unchanged file is appended once. Raises EOSError
+  // when the lists cannot be made.
   int AppendIcon(const std::wstring& file, int index);
   // The same, and when there is no such icon the one that the shell shows for `shownFile`.
   int AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile);
 
-  // The next use makes new lists.
+  // The lists go, whoever still draws with them; the next use makes new ones.
   void Destroy() noexcept;
 
  private:

@@ -10,8 +10,10 @@
 
 namespace smh {
 
-// Every operation but Lock expects the caller to hold the lock (asserted). Finding an item is O(1) at any
-// count. Names are compared ignoring the case of ASCII letters; no two listed items of a location share one.
+// Every operation but Lock and Clear expects the caller to hold the lock and raises EAssertionFailed
+// otherwise. Finding an item is O(1) at any count. Names are compared ignoring the case of ASCII letters; no
+// two listed items of a location share one. Items outlive their place in the list as long as somebody holds
+// them.
 class TItemList {
  public:
   // The item-list lock: recursive, taken before any item's lock.
@@ -20,22 +22,25 @@ class TItemList {
   int Count() const;
   // Null outside the list.
   ItemRef At(int index) const;
+  // Null when none is listed.
   ItemRef Find(TTypeStartupLocation location, std::wstring_view name) const;
-  // A copy of the list.
+  // A copy of the list, for walks without the lock: its items may leave the list meanwhile.
   std::vector<ItemRef> Snapshot() const;
 
   // The position of the new item. An item of the same location and name leaves the list first: it is stale.
   int Append(ItemRef item);
-  // The index is clamped to the list.
+  // The index is clamped to the list; as Append otherwise.
   int Insert(int index, ItemRef item);
   // The position the item had; -1 when it was not listed.
   int Remove(TStartupItem& item);
-  // Removes every item for which `drop` holds, last to first, telling each.
+  // Removes every item for which `drop` holds; it is asked from the last to the first, under the lock, and
+  // must neither change the list nor raise.
   void RemoveIf(const std::function<bool(const TStartupItem&)>& drop);
+  // Removes all items, at the end of the module's life; the caller holds the lock.
   void Clear() noexcept;
 
   // Gives a listed item its new name, place and state, and marks it changed. An item that names its own file
-  // as command or file follows it to the new name.
+  // as command or file follows it to the new name. Takes the item's lock, which the caller may hold.
   void Relocate(TStartupItem& item, SharedText name, SharedValueAddress address, bool enabled);
 
  private:
@@ -76,7 +81,7 @@ inline void LockItems() {
 inline void UnlockItems() {
   Items().Lock().Leave();
 }
-// First item of that location with that name, under the item-list lock.
+// First item of that location with that name; null when none is listed. Takes the item-list lock.
 ItemRef FindItem(TTypeStartupLocation location, std::wstring_view name);
 
 }  // namespace smh

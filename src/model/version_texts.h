@@ -10,6 +10,7 @@
 
 namespace smh {
 
+// Texts of the record as they are; empty for those that it lacks. Constant once they are shared.
 struct VersionTexts {
   SharedText FileDescription;
   SharedText ProductName;
@@ -36,8 +37,9 @@ using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
 
 // Those of a file without version record: every text is empty.
 SharedVersionTexts NoVersionTexts();
-// Those of a file that stands as `stamp` says: what somebody still holds of it, else asked of the helper
-// service. Any thread may call it.
+// Those of a file, by its full path, that stands as `stamp` says: what somebody still holds of it, else asked
+// of the helper service, which reads the file. Any thread may call it; the lock of what is known is a leaf
+// and not held meanwhile.
 SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp);
 
 // What is known of files. Started before the first item is made and stopped after the last one.

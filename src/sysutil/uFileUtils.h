@@ -38,7 +38,7 @@ std::wstring NormalizeDirectory(std::wstring_view text);
 
 // The system folders and PATH, in the order of search, each with a trailing backslash.
 const std::vector<std::wstring>& SearchDirectories();
-// PATHEXT, completed by the usual ones; each with its dot.
+// PATHEXT, completed by the usual ones, in the order of search; each with its dot.
 const std::vector<std::wstring>& ExecutableExtensions();
 // Those that the general helper names; another list than the one above, which follows PATHEXT.
 const std::vector<std::wstring>& StartableExtensions();

@@ -11,15 +11,15 @@
 namespace smh {
 
 // An item of a file that lies in a Startup folder or in a folder of disabled entries, with its basic
-// information.
+// information; not listed. Reads the file. Raises what FillBasicInfo raises.
 ItemRef MakeFileItem(TTypeStartupLocation location, const std::wstring& file, bool enabled);
 
-// A shortcut whose command may be changed, or moved to a place that keeps nothing but commands. Raises
+// A shortcut, read, whose command may be changed, or moved to a place that keeps nothing but commands. Raises
 // EOSError for a program file, the reader's exception for what cannot be read, and EOSError (not supported)
 // for a link without target or one that an installer resolves.
 std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file);
 
-// Takes over all but target and arguments.
+// Takes over all of the link but target and arguments.
 void KeepFieldsOfLink(const std::unique_ptr<TShellLinkInfo>& link, ShortcutFields& fields);
 
 // Removes a temporary file at the end of the scope, when it is still there.

@@ -14,6 +14,7 @@
 
 namespace smh {
 
+// Threads and failures of its operations are those of TLocationStartup.
 class TLocationFolderStd final : public TLocationStartup {
  public:
   // For a row of the Startup-folder family: its root says whose folders. Finds them and starts watching them;
@@ -27,6 +28,8 @@ class TLocationFolderStd final : public TLocationStartup {
   void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
                   const std::wstring& entryName) override;
   void PutBackItem(bool checkpoint) override;
+  // Writes a shortcut. Raises EOSError when the folder has a file of that name already, listed or not, and
+  // for a name that is no plain file name.
   int AddItem(const std::wstring& name, const std::wstring& command) override;
   void DeleteItem(const ItemRef& item) override;
   void EnableItem(const ItemRef& item) override;
