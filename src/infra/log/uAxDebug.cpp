@@ -44,7 +44,7 @@ bool SwitchedOnByArgument() noexcept {
   int count = 0;
   wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
   const bool on = arguments != nullptr && count > 1 && SameText(arguments[1], kDebugSwitch);
-  LocalFree(arguments);
+  LocalFree(static_cast<void*>(arguments));
   return on;
 }
 

@@ -4,7 +4,6 @@
 #include "infra/runtime/assertion.h"
 #include "infra/runtime/module_steps.h"
 
-#include <source_location>
 #include <utility>
 
 namespace smh {
@@ -23,9 +22,8 @@ template <typename State>
 class ModuleGlobal {
  public:
   // `unit` names the unit in assertions; their line is that of the global's definition.
-  constexpr explicit ModuleGlobal(const wchar_t* unit,
-                                  std::source_location where = std::source_location::current()) noexcept
-      : make_(Make), destroy_(Destroy), unit_(unit), line_(static_cast<int>(where.line())) {}
+  constexpr explicit ModuleGlobal(const wchar_t* unit, int line = __builtin_LINE()) noexcept
+      : make_(Make), destroy_(Destroy), unit_(unit), line_(line) {}
   ModuleGlobal(const ModuleGlobal&) = delete;
   ModuleGlobal& operator=(const ModuleGlobal&) = delete;
 

@@ -110,7 +110,10 @@ std::wstring DequoteText(std::wstring_view text) {
   std::wstring result;
   const std::wstring_view inside = text.substr(1, text.size() - 2);
   for (std::size_t i = 0; i < inside.size(); ++i) {
-    if (inside[i] == L'"' && (++i == inside.size() || inside[i] != L'"')) return std::wstring(text);
+    if (inside[i] == L'"') {
+      ++i;
+      if (i == inside.size() || inside[i] != L'"') return std::wstring(text);
+    }
     result += inside[i];
   }
   return result;

@@ -22,9 +22,8 @@ constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\"."
 // Spelled so, and without a full stop, on purpose: users search their logs for it.
 constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
 
-const std::wstring& RequireFolder(const std::wstring& folder) {
+void RequireFolder(const std::wstring& folder) {
   if (folder.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
-  return folder;
 }
 
 }  // namespace
@@ -43,7 +42,8 @@ void TLocationFolderStd::MakeOwnFolder(const std::wstring& folder) const {
 }
 
 const std::wstring& TLocationFolderStd::StartupFolder() {
-  MakeFolderPath(RequireFolder(startupFolder_));
+  RequireFolder(startupFolder_);
+  MakeFolderPath(startupFolder_);
   return startupFolder_;
 }
 
@@ -54,7 +54,8 @@ const std::wstring& TLocationFolderStd::DisabledFolder() {
 }
 
 std::wstring TLocationFolderStd::TempShortcutFolder() const {
-  std::wstring folder = TempShortcutsIn(RequireFolder(ownFolder_));
+  RequireFolder(ownFolder_);
+  std::wstring folder = TempShortcutsIn(ownFolder_);
   MakeOwnFolder(folder);
   // What somebody else may change between its making and its move would start for everyone.
   if (IsCommon() && KeepsAccess(dataFolder_)) RequireTrusted(folder);
@@ -63,19 +64,23 @@ std::wstring TLocationFolderStd::TempShortcutFolder() const {
 
 std::wstring TLocationFolderStd::CreateShortcut(const std::wstring& name,
                                                 const ShortcutFields& fields) const {
-  const std::wstring file = MakeUniqueFileName(TempShortcutFolder() + WithLinkExtension(name));
+  std::wstring file = MakeUniqueFileName(TempShortcutFolder() + WithLinkExtension(name));
   WriteShortcut(fields, file);
   return file;
 }
 
 void TLocationFolderStd::RequireTrustedSource(const std::wstring& file) const {
-  if (!IsCommon() || !KeepsAccess(RequireFolder(dataFolder_))) return;
+  if (!IsCommon()) return;
+  RequireFolder(dataFolder_);
+  if (!KeepsAccess(dataFolder_)) return;
   RequireTrusted(std::wstring(FolderPart(file)));
   RequireTrusted(file);
 }
 
 void TLocationFolderStd::TakeOver(const std::wstring& file) const {
-  if (IsCommon() && KeepsAccess(RequireFolder(dataFolder_))) TakeInheritedAccess(file);
+  if (!IsCommon()) return;
+  RequireFolder(dataFolder_);
+  if (KeepsAccess(dataFolder_)) TakeInheritedAccess(file);
 }
 
 void TLocationFolderStd::EnableItem(const ItemRef& item) {

@@ -12,7 +12,7 @@ ItemRef MakeFileItem(TTypeStartupLocation location, const std::wstring& file, bo
   const std::wstring_view name = FileNamePart(file);
   entry.caption = SharedText(name.substr(0, name.size() - ExtensionPart(name).size()));
   entry.isEnabled = enabled;
-  const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
+  auto item = std::make_shared<TStartupItem>(location, std::move(entry));
   item->FillBasicInfo();
   return item;
 }

@@ -122,7 +122,7 @@ void KeepKey(KeptEntry& kept, HKEY parent, const std::wstring& name, RegistryVal
   const std::wstring path = address.key;
   address.valueName.clear();
   for (const std::wstring& sub : SubKeyNames(key.Get())) {
-    address.key = path + L'\\' + sub;
+    address.key = std::wstring(path).append(L"\\").append(sub);
     KeepKey(kept, key.Get(), sub, address, depth + 1);
   }
 }

@@ -16,7 +16,7 @@ constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in
 
 // Complete before anything is written: what can fail fails while nothing has changed.
 ItemRef TLocationRegistryStd::MakeItem(FoundEntry entry) const {
-  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
+  auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
   item->FillBasicInfo();
   return item;
 }

@@ -12,7 +12,7 @@ using enum TExtraDataKind;
 constexpr std::uint32_t kAnySize = 0;
 // Head, 260 ANSI characters, 260 UTF-16 units.
 constexpr std::uint32_t kStringPropsSize = 788;
-constexpr std::size_t kTargetCharacters = 260;
+constexpr std::uint64_t kTargetCharacters = 260;
 
 struct BlockRow {
   std::uint32_t signature;
