@@ -1,5 +1,5 @@
 // Calls of ntdll that the headers of the tool chain leave out: the only ones that tell a key's real name, and
-// that reach values whose names hold zero characters.
+// that reach values whose names hold NULs.
 #pragma once
 
 #include <windows.h>

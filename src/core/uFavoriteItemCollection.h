@@ -1,4 +1,4 @@
-// The host's list of default programs.
+// The host's list of default programs. StartupManagerHelper.h has the contract of its slots.
 #pragma once
 
 #include "clients/favorite_list.h"

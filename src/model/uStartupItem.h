@@ -1,13 +1,14 @@
 // One thing that Windows starts automatically, as found in one location, and the module-wide state around it.
 //
 // An item is made in two steps: the basic information when it is found, the extended information (times, type
-// name, rating, icons) later on the read thread.
+// name, rating, icons) later on the reader's thread.
 //
 // Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
 // (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
-// image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the list of living collections
-// (living_collections.h), the log's lock, the service cache's lock. The locks of the default programs
-// (uFavoriteItem.h) and these two are never held together.
+// image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
+// (version_texts.h), the list of living collections (living_collections.h), the log's lock; and under any of
+// these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never
+// held together with the item-list lock or an item's.
 #pragma once
 
 #include "core/contracts/location_table.h"
@@ -37,7 +38,7 @@ struct FoundEntry {
   SharedValueAddress address;
 };
 
-// The fields of an item that can change.
+// The fields of an item that can change, as a value.
 struct ItemState {
   SharedText name;
   SharedValueAddress address;
@@ -47,6 +48,7 @@ struct ItemState {
 
 class ExtendedPass;
 
+// An item is shared: whoever holds it may read it, listed or not. Any thread may call what has no other rule.
 class TStartupItem {
  public:
   // Knows the given texts and nothing else; the rest is FillBasicInfo's.
@@ -63,7 +65,8 @@ class TStartupItem {
   // extended information again. Answers whether the item changed.
   bool UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent);
 
-  // The load of its location that found the item last; see TLocationStartup::BeginLoad.
+  // The load of its location that found the item last; see TLocationStartup::BeginLoad. The reader's thread
+  // only.
   void MarkFound(unsigned load) noexcept { foundIn_.store(load, std::memory_order_relaxed); }
   bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 

@@ -2,9 +2,9 @@
 // their usual form. What is done with them: file_search.h, wow64_paths.h and command_line.h.
 //
 // Any thread may call any operation. The folders and the lists are made once, under one lock (a leaf but for
-// the service cache's lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after
-// first use is not seen. Nothing raises on a missing folder or variable; std::bad_alloc passes through.
-// References stay valid until the module stops.
+// the siblings' lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after first
+// use is not seen. Nothing raises on a missing folder or variable; std::bad_alloc passes through. References
+// stay valid until the module stops.
 #pragma once
 
 #include "core/contracts/shared_text.h"

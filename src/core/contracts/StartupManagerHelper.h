@@ -6,12 +6,14 @@
 //
 // Calls are stdcall; slots are numbered after IUnknown's three, that is from 3.
 // - Text: boundary strings (boundary_string.h). The caller releases an out text.
+// - Interfaces that come by an out argument carry one reference, which the caller releases.
 // - Booleans and enumerations are 32-bit results; of a boolean argument only the low byte counts.
 // - An operation without a result returns an HRESULT; one with a result returns a neutral value when it
-// fails.
-//   Either way the failure's text is in the thread's error info (GetErrorInfo: description = message, source
-//   = class of the exception). Every slot clears the error info on entry.
+//   fails. Either way the failure's text is in the thread's error info (GetErrorInfo: description = message,
+//   source = class of the exception). Every slot clears the error info on entry.
 // - Null for an out argument is E_POINTER.
+// - Slots may read disk, registry and network; those that change something wait for the list's lock and up
+//   to ten seconds for the journal of changes (intf_journal.h).
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -23,14 +25,14 @@
 
 namespace smh {
 
-// What IStartupItemCollection::GetReadState answers.
+// What IStartupItemCollection::GetReadState answers. It only rises between two calls of Refresh.
 enum ReadState : std::int32_t {
   kReadStateReading = 0,   // the first pass over the locations is not finished
   kReadStateListed = 1,    // every taking-part location was read once
   kReadStateComplete = 2,  // every item's extended information was read as well
 };
 
-// Indexes of IStartupItem::GetProperty.
+// Indexes of IStartupItem::GetProperty. A text that is not known is empty, a date 0.
 enum ItemProperty : std::int32_t {
   kPropertyLocation = 0,   // VT_I4
   kPropertyEnabled = 1,    // VT_BOOL
@@ -79,7 +81,8 @@ enum FavoriteProperty : std::int32_t {
   kFavoritePropertyKeyPath = 27,  // VT_BSTR: below HKEY_LOCAL_MACHINE; empty for an added path
 };
 
-// Actions of IStartupItem::CanDo.
+// Actions of IStartupItem::CanDo. A change needs a location that allows it, an account that may write there,
+// and an entry in the state for it.
 enum ItemAction : std::int32_t {
   kActionDelete = 0,
   kActionEnable = 1,
@@ -107,13 +110,17 @@ struct IStartupItem : IUnknown {
   virtual BOOL STDMETHODCALLTYPE ReadChanged() = 0;
   // 7: index in both image lists of the collection; -1.
   virtual std::int32_t STDMETHODCALLTYPE GetImageIndex() = 0;
-  // 8: an ItemProperty; VT_NULL for an unknown index. The caller clears the variant.
+  // 8: an ItemProperty; VT_NULL for an unknown index. The variant is overwritten; the caller clears it
+  // afterwards.
   virtual HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) = 0;
   // 9: an ItemAction; 0.
   virtual BOOL STDMETHODCALLTYPE CanDo(std::int32_t action) = 0;
-  // 10: 0.
+  // 10: whether the location would take the entry, as its own always does; 0.
   virtual BOOL STDMETHODCALLTYPE CanMoveTo(std::int32_t location) = 0;
-  // 11-15: changes. Ask CanDo first: a call that it forbids fails with E_UNEXPECTED.
+  // 11-15: changes, of which each is confirmed before it returns and recorded for undo unless the settings
+  // say otherwise. Ask CanDo first: a call that it forbids fails with E_UNEXPECTED. What the registry does
+  // not take without an error succeeds and changes nothing: look at the entry again. The wrapper stays with
+  // its entry through Enable, Disable and, of a shortcut, ChangeCommand; else look for the entry anew.
   virtual HRESULT STDMETHODCALLTYPE Delete() = 0;
   virtual HRESULT STDMETHODCALLTYPE Enable() = 0;
   virtual HRESULT STDMETHODCALLTYPE Disable() = 0;
@@ -121,7 +128,8 @@ struct IStartupItem : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE ChangeCommand(const wchar_t* command) = 0;
   // 16: starts the command; a failure is shown in a message box, then returned.
   virtual HRESULT STDMETHODCALLTYPE Execute(HWND window) = 0;
-  // 17: the property sheet of the entry's file.
+  // 17: the property sheet of the entry's file. May keep the thread as long as the sheet is open; the thread
+  // needs no COM.
   virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) = 0;
   // 18: a registry entry in the registry editor, which is closed and started anew; a file in the file
   // browser. May take a few seconds. An editor that cannot be started is shown in a message box and is no
@@ -133,11 +141,12 @@ struct IStartupItem : IUnknown {
 struct IStartupItemCollection : IUnknown {
   static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
 
-  // 3
+  // 3: of the moment; Lock keeps it.
   virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
   // 4: a new wrapper; for an index outside the list one without entry.
   virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IStartupItem** item) = 0;
-  // 5, 6: 16x16 and 32x32, owned by the library. Images 0 to 2 are the ratings, 3 the unknown file.
+  // 5, 6: 16x16 and 32x32, owned by the library and valid as long as it is loaded. Images 0 to 2 are the
+  // ratings, 3 the unknown file; the reader appends, and an index stays what it is.
   virtual HIMAGELIST STDMETHODCALLTYPE GetSmallImageList() = 0;
   virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
   // 7: a ReadState.
@@ -145,22 +154,28 @@ struct IStartupItemCollection : IUnknown {
   // 8, 9: all 39 locations instead of the six read by default; takes effect at the next Refresh.
   virtual BOOL STDMETHODCALLTYPE GetShowAllLocations() = 0;
   virtual HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) = 0;
-  // 10, 11: start reading anew; stop and wait. Refused with E_UNEXPECTED by a thread that holds Lock.
+  // 10, 11: start reading anew, after a reading under way has been stopped; stop and wait. The list stays as
+  // it is meanwhile. Refused with E_UNEXPECTED by a thread that holds Lock.
   virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
   virtual HRESULT STDMETHODCALLTYPE Stop() = 0;
-  // 12, 13: hold the list still for a walk. Unlock by a thread that does not hold it is E_UNEXPECTED.
+  // 12, 13: hold the list still for a walk: the reader and the changes of other threads wait meanwhile.
+  // Recursive; Unlock by a thread that does not hold it is E_UNEXPECTED.
   virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
   virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
-  // 14: the new entry's position, or that of the entry that has the name already; -1 when it fails.
+  // 14: the new entry's position; -1 when it fails, without error info when the registry does not take the
+  // entry without an error. `location` is a TTypeStartupLocation, `name` the value's or, without extension,
+  // the shortcut's. A value that has the name already stays as it is and its position is the answer; a file
+  // that has it is a failure.
   virtual std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
                                                  const wchar_t* command) = 0;
 };
 
-// The titles of backup checkpoints; "%s" receives the entry's name. All objects share the module's texts.
+// The titles of backup checkpoints; "%s" receives the entry's name. All objects share the module's texts. A
+// change holds for every later checkpoint until the library is freed. Any thread may use it.
 struct IStartupManagerStrings : IUnknown {
   static constexpr GUID iid = {0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x02}};
 
-  // 3-14
+  // 3-14: a copy for the caller, which it releases; and a text that is copied.
   virtual HRESULT STDMETHODCALLTYPE GetAddingText(BoundaryText* text) = 0;
   virtual HRESULT STDMETHODCALLTYPE SetAddingText(const wchar_t* text) = 0;
   virtual HRESULT STDMETHODCALLTYPE GetMovingText(BoundaryText* text) = 0;
@@ -202,7 +217,7 @@ struct IFavoriteItem : IUnknown {
 struct IFavoriteItemCollection : IUnknown {
   static constexpr GUID iid = {0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
 
-  // 3
+  // 3: it never shrinks.
   virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
   // 4: a new wrapper. For an index outside the list S_FALSE, and `item` stays as it is.
   virtual HRESULT STDMETHODCALLTYPE GetItem(std::int32_t index, IFavoriteItem** item) = 0;
@@ -226,11 +241,12 @@ struct IStartupManager : IUnknown {
 
   // 3: always the same collection. Hosts ask for it at least once before they free the library.
   virtual HRESULT STDMETHODCALLTYPE GetStartupItems(IStartupItemCollection** items) = 0;
-  // 4: a new collection on every call.
+  // 4: a new collection on every call, which begins to read at once.
   virtual HRESULT STDMETHODCALLTYPE GetFavoriteItems(IFavoriteItemCollection** items) = 0;
   // 5: a new object on every call.
   virtual HRESULT STDMETHODCALLTYPE GetStrings(IStartupManagerStrings** strings) = 0;
-  // 6: the file that a command line or shortcut starts.
+  // 6: the file that a command line or shortcut starts, by its full path where it is found; it need not
+  // exist. A shortcut that cannot be read, or has no target, is its own answer.
   virtual HRESULT STDMETHODCALLTYPE ResolveCommandFile(const wchar_t* command, BoundaryText* file) = 0;
 };
 

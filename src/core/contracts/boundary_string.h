@@ -1,10 +1,10 @@
 // Text as it crosses a module boundary. Hosts and sibling libraries include this one header.
 //
-// A boundary string is a pointer to the first UTF-16 unit of a zero-terminated text. Two 32-bit words lie
-// before it: the reference count at -8 and the length in units, without the terminator, at -4. The block
-// comes from the process heap (GetProcessHeap) and is freed by whoever drops the count to zero, whichever
-// module that is. A null pointer is the empty text. Text that goes in is any zero-terminated UTF-16 pointer;
-// null is the empty text there too. An out argument is overwritten without releasing what it held.
+// A boundary string is a pointer to the first UTF-16 code unit of a NUL-terminated text. Two 32-bit words lie
+// before it: the reference count at -8 and the length in code units, without the NUL, at -4. The block comes
+// from the process heap (GetProcessHeap) and is freed by whoever drops the count to zero, whichever module
+// that is. A null pointer is the empty text. Text that goes in is any NUL-terminated UTF-16 pointer; null is
+// the empty text there too. An out argument is overwritten without releasing what it held.
 #pragma once
 
 #include <windows.h>
@@ -17,6 +17,7 @@
 
 namespace smh {
 
+// A boundary string, or any NUL-terminated text that goes in.
 using BoundaryText = const wchar_t*;
 
 namespace detail {
@@ -49,6 +50,8 @@ inline BoundaryText MakeBoundaryText(std::wstring_view text, std::wstring_view r
   return units;
 }
 
+// Counts one reference more, or one less; any thread may. Null is allowed. Only for boundary strings: other
+// text has no count.
 inline void AddRefBoundaryText(BoundaryText text) noexcept {
   if (text != nullptr) InterlockedIncrement(&detail::HeadOf(text)->references);
 }
@@ -59,11 +62,12 @@ inline void ReleaseBoundaryText(BoundaryText text) noexcept {
   if (InterlockedDecrement(&head->references) == 0) HeapFree(GetProcessHeap(), 0, head);
 }
 
+// The text without its NUL, without a copy: valid as long as a reference is held.
 inline std::wstring_view BoundaryTextView(BoundaryText text) noexcept {
   return text == nullptr ? std::wstring_view() : std::wstring_view(text, detail::HeadOf(text)->length);
 }
 
-// Owns one reference to a boundary string.
+// Owns one reference to a boundary string. Copies share the block; an object is one thread's at a time.
 class BoundaryString {
  public:
   BoundaryString() noexcept = default;
@@ -84,6 +88,7 @@ class BoundaryString {
   }
   // Hands the reference to the caller.
   BoundaryText Detach() noexcept { return std::exchange(text_, nullptr); }
+  // Valid as long as the object holds that text.
   std::wstring_view View() const noexcept { return BoundaryTextView(text_); }
   std::wstring Text() const { return std::wstring(View()); }
 

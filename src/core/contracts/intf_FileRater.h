@@ -1,4 +1,5 @@
 // The file reputation service of raterkit.dll. Calls are stdcall; slots are numbered after IUnknown's three.
+// Any thread may call; the user's and the product's rating file are read on first use and when they change.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -7,8 +8,10 @@
 
 namespace smh {
 
+// What is known of a file's reputation.
 enum FileRating : std::int32_t { kRatingTrusted = 0, kRatingUnknown = 1, kRatingRisky = 2 };
 
+// Both answer a FileRating; unknown for what is not listed, and when no file can be read.
 struct IFileRater : IUnknown {
   static constexpr wchar_t kId[] = L"{A90B8362-CEEF-4902-A639-A0125EDD0201}";
   static constexpr wchar_t kLibrary[] = L"raterkit.dll";

@@ -14,6 +14,7 @@
 
 namespace smh {
 
+// General helpers: folders, version records, texts. When a slot fails its text is empty.
 struct IHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{5C9ABD04-59E8-4686-8E32-FF648BB7FDD5}";
   static constexpr wchar_t kLibrary[] = L"basekit.dll";
@@ -42,11 +43,11 @@ struct IHelper : IUnknown {
   // one.
   virtual HRESULT STDMETHODCALLTYPE SplitIndirectString(const wchar_t* text, BoundaryText* file,
                                                         std::int32_t* number) = 0;
-  // 11
+  // 11: "%name%" of every variable that is set replaced by its value, once; any length.
   virtual HRESULT STDMETHODCALLTYPE ExpandEnvironment(const wchar_t* text, BoundaryText* expanded) = 0;
   // 12: the account's name for people.
   virtual HRESULT STDMETHODCALLTYPE GetCurrentUserText(BoundaryText* text) = 0;
-  // 13: 0 or 1.
+  // 13: whether the calling thread has the rights of the administrators' group now: 0 or 1.
   virtual BOOL STDMETHODCALLTYPE IsUserAdmin() = 0;
   // 14: `count` strings of one version record, as 7 and, for a null name, 8 give them, with one look at the
   // file. When it fails every text is empty.
@@ -54,6 +55,7 @@ struct IHelper : IUnknown {
                                                       std::uint32_t count, BoundaryText* texts) = 0;
 };
 
+// The product's names and version.
 struct IGlobals : IUnknown {
   static constexpr wchar_t kId[] = L"{E3B78765-F359-4D65-86A3-5FE2CA92922E}";
   static constexpr wchar_t kLibrary[] = L"basekit.dll";
@@ -69,6 +71,7 @@ struct IGlobals : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetProductVersion(BoundaryText* version) = 0;
 };
 
+// What the shell knows of folders and commands.
 struct IShellHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{6773075A-4E7A-4292-A6B9-12F24F316C36}";
   static constexpr wchar_t kLibrary[] = L"basekit.dll";
@@ -78,7 +81,8 @@ struct IShellHelper : IUnknown {
   // 1: a special folder by CSIDL, without a trailing backslash; empty when the shell gives none.
   virtual HRESULT STDMETHODCALLTYPE GetSpecialFolder(std::int32_t csidl, std::uint32_t flags,
                                                      BoundaryText* folder) = 0;
-  // 2: the program at the start of a command line, never with quotes.
+  // 2: the program at the start of a command line, as it is named, never with quotes. Looks for files on
+  // drives, never on network paths.
   virtual HRESULT STDMETHODCALLTYPE GetProgramPart(const wchar_t* command, BoundaryText* program) = 0;
   // 3: environment references expanded.
   virtual HRESULT STDMETHODCALLTYPE ExpandPath(const wchar_t* text, BoundaryText* path) = 0;
@@ -86,6 +90,7 @@ struct IShellHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) = 0;
 };
 
+// The shell's dialogs.
 struct IShellDialogsHelper : IUnknown {
   static constexpr wchar_t kId[] = L"{77E19BE1-1240-496E-9650-2D951D7396DF}";
   static constexpr wchar_t kLibrary[] = L"basekit.dll";
@@ -95,6 +100,7 @@ struct IShellDialogsHelper : IUnknown {
   // 1: called once, before any other.
   virtual HRESULT STDMETHODCALLTYPE Initialize() = 0;
   // 2: shows the shell's property sheet of a file; text and number choose a page and are empty and 0 here.
+  // The thread needs no COM; it may be kept as long as the sheet is open.
   virtual HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window, const wchar_t* file, const wchar_t* text,
                                                     std::int32_t number) = 0;
 };

@@ -16,6 +16,7 @@
 
 namespace smh {
 
+// What has become of a checkpoint.
 enum class CheckpointState : std::int32_t {
   kOpen = 0,  // somebody is at work in it
   kDone = 1,
@@ -23,6 +24,7 @@ enum class CheckpointState : std::int32_t {
   kUndone = 3,
 };
 
+// What the journal knows of a checkpoint besides its title.
 struct CheckpointInfo {
   std::uint32_t id;      // never 0; a later checkpoint has a greater one
   std::uint32_t undoes;  // the checkpoint that this one takes back; 0 for an ordinary one
@@ -42,12 +44,14 @@ enum class StepOutcome : std::int32_t {
   kImpossible = 6,   // forced: what the step moved is nowhere
 };
 
+// What Undo and Redo do with conflicts.
 enum class UndoMode : std::int32_t {
-  kShow = 0,  // changes nothing
-  kRun = 1,   // all steps, or none when one is in conflict
-  kForce = 2,
+  kShow = 0,   // changes nothing
+  kRun = 1,    // all steps, or none when one is in conflict
+  kForce = 2,  // all steps; what is in conflict is overwritten, what is blocked left out
 };
 
+// A snapshot of checkpoints; any thread may read it.
 struct ICheckpointList : IUnknown {
   static constexpr GUID iid = {0x8B1D6A52, 0x3C0E, 0x4D7B, {0x9A, 0x41, 0x6E, 0x25, 0xB7, 0x0C, 0xF3, 0x18}};
 
@@ -58,6 +62,7 @@ struct ICheckpointList : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetTitle(std::int32_t index, BoundaryText* title) = 0;
 };
 
+// What an undo did, or would do. A snapshot; any thread may read it.
 struct IUndoReport : IUnknown {
   static constexpr GUID iid = {0x4F5E2C97, 0xA6B3, 0x4A18, {0x8C, 0x5D, 0x17, 0x93, 0xE0, 0x4B, 0x62, 0xAD}};
 
@@ -65,7 +70,7 @@ struct IUndoReport : IUnknown {
   virtual std::uint32_t STDMETHODCALLTYPE GetCheckpoint() = 0;
   // 2: the checkpoint that the undo made; 0 when it changed nothing.
   virtual std::uint32_t STDMETHODCALLTYPE GetOwnCheckpoint() = 0;
-  // 3
+  // 3: the title of the checkpoint that is undone.
   virtual HRESULT STDMETHODCALLTYPE GetTitle(BoundaryText* title) = 0;
   // 4: steps in the order of undoing, the last one first.
   virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
@@ -73,6 +78,7 @@ struct IUndoReport : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetStep(std::int32_t index, StepOutcome* outcome, BoundaryText* text) = 0;
 };
 
+// The service itself.
 struct IJournal : IUnknown {
   static constexpr wchar_t kId[] = L"{D2A4C6E0-71B5-4E39-A0F8-5B9C3D8E1F46}";
   static constexpr wchar_t kLibrary[] = L"guardkit.dll";

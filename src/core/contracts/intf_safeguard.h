@@ -13,6 +13,7 @@
 
 namespace smh {
 
+// Registry changes. Keys that come in stay the caller's, who closes those that come out by slot 12.
 struct IRegAccess : IUnknown {
   static constexpr GUID iid = {0x5C2990D5, 0x37CD, 0x4FE8, {0x8E, 0xC4, 0xA2, 0x37, 0x23, 0xA7, 0xD4, 0xF2}};
 
@@ -33,7 +34,7 @@ struct IRegAccess : IUnknown {
                                              DWORD type, DWORD unused) = 0;
   // 6: as RegDeleteValueW.
   virtual LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) = 0;
-  // 7-11
+  // 7-11: E_NOTIMPL.
   virtual HRESULT STDMETHODCALLTYPE Reserved7() = 0;
   virtual HRESULT STDMETHODCALLTYPE Reserved8() = 0;
   virtual HRESULT STDMETHODCALLTYPE Reserved9() = 0;
@@ -43,6 +44,7 @@ struct IRegAccess : IUnknown {
   virtual LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) = 0;
 };
 
+// Checkpoints and file changes. Paths may be relative to the current folder.
 struct ISafeguard : IUnknown {
   static constexpr wchar_t kId[] = L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}";
   static constexpr wchar_t kLibrary[] = L"guardkit.dll";
@@ -59,7 +61,7 @@ struct ISafeguard : IUnknown {
   virtual LSTATUS STDMETHODCALLTYPE EndCheckpoint() = 0;
   // 4: fails with ERROR_ALREADY_EXISTS or ERROR_FILE_EXISTS when `to` exists.
   virtual LSTATUS STDMETHODCALLTYPE MoveRecordedFile(const wchar_t* from, const wchar_t* to) = 0;
-  // 5
+  // 5: keeps the content for an undo. ERROR_FILE_NOT_FOUND when there is no such file.
   virtual LSTATUS STDMETHODCALLTYPE DeleteRecordedFile(const wchar_t* file) = 0;
   // 6: `overwrite` is a boolean of which the low byte counts. An overwritten file is replaced at once or not
   // at all.

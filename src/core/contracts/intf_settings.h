@@ -1,4 +1,6 @@
-// The settings service of prefkit.dll. Calls are stdcall; slots are numbered after IUnknown's three.
+// The settings service of prefkit.dll. Calls are stdcall; slots are numbered after IUnknown's three. Every
+// question reads the registry anew; any thread may ask. `hostFileName` is the host's file, with or without a
+// folder.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -7,6 +9,7 @@
 
 namespace smh {
 
+// The settings of one host, kept per user. One that cannot be read has its default.
 struct IApplicationSettings : IUnknown {
   static constexpr GUID iid = {0xEFD8173C, 0xC76D, 0x4A9A, {0x87, 0xBF, 0x35, 0x9D, 0x2E, 0xD0, 0x8A, 0xFE}};
 
@@ -18,6 +21,7 @@ struct IApplicationSettings : IUnknown {
   virtual DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) = 0;
 };
 
+// The service itself.
 struct ISettings : IUnknown {
   static constexpr wchar_t kId[] = L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}";
   static constexpr wchar_t kLibrary[] = L"prefkit.dll";

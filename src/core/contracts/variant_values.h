@@ -16,12 +16,15 @@ inline VARIANT NullVariant() noexcept {
   value.vt = VT_NULL;
   return value;
 }
-// Raises std::bad_alloc.
+// VT_BSTR. Raises std::bad_alloc.
 VARIANT TextVariant(std::wstring_view text);
+// VT_I4.
 VARIANT NumberVariant(std::int32_t number) noexcept;
+// VT_BOOL.
 VARIANT BooleanVariant(bool set) noexcept;
+// VT_I8: bytes.
 VARIANT SizeVariant(std::int64_t size) noexcept;
-// An OLE date.
+// VT_DATE: an OLE date in local time.
 VARIANT DateVariant(double date) noexcept;
 
 }  // namespace smh

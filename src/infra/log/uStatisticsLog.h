@@ -1,6 +1,6 @@
 // The statistics log "StartupManager.log": lines kept in memory for the module's life and saved as one
 // UTF-16LE file. Any thread may call. Every call takes the log's lock, which may be entered under any of the
-// model's: under it come only the service cache's lock and what a service takes. Before start-up and after
+// model's: under it come only the siblings' lock and what a service takes. Before start-up and after
 // shut-down nothing is logged.
 #pragma once
 

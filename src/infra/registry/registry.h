@@ -1,7 +1,6 @@
 // A registry key with a current position, in the manner of the language runtime that the file formats and
 // texts of this system come from: a root, an access mask whose view bits choose the registry view, and one
-// open key. Not shared between threads. Names that hold a zero character count as missing and are never
-// written.
+// open key. Not shared between threads. Names that hold a NUL count as missing and are never written.
 #pragma once
 
 #include "infra/runtime/handle.h"
@@ -52,7 +51,7 @@ class TRegistry {
   RegistryDataKind DataKind(const std::wstring& name) const;
   // Data size in bytes, -1 for a missing value.
   int DataSize(const std::wstring& name) const;
-  // Unexpanded, cut at the first zero; "" for a missing value. Raises ERegistryException "Invalid data type
+  // Unexpanded, cut at the first NUL; "" for a missing value. Raises ERegistryException "Invalid data type
   // for '%s'" for any type but REG_SZ and REG_EXPAND_SZ.
   std::wstring ReadString(const std::wstring& name) const;
   // Raises ERegistryException "Invalid data type for '%s'" unless REG_DWORD, "Failed to get data for '%s'"

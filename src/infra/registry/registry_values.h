@@ -76,7 +76,7 @@ ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) no
 std::vector<std::wstring> SubKeyNames(HKEY key);
 std::vector<std::wstring> RegistryValueNames(HKEY key);
 // A value of an open key; none when the value is missing or its key was deleted. Raises EOSError for any
-// other failure. A name that holds a zero character cannot be asked for and counts as missing.
+// other failure. A name that holds a NUL cannot be asked for and counts as missing.
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
 // The text of a value, as RegistryData::Text; empty for a missing one. Fails as QueryRegistryValue.
 std::wstring QueryRegistryText(HKEY key, const std::wstring& name);
