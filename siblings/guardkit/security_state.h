@@ -25,6 +25,7 @@ ByteVector SettableDescriptor(const ByteVector& security);
 // caller has the journal's lock.
 class RestorePrivilege {
  public:
+  // Enables the privilege, unless it is enabled already: that is left alone at the end then.
   RestorePrivilege() noexcept;
   ~RestorePrivilege();
   RestorePrivilege(const RestorePrivilege&) = delete;

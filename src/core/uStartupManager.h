@@ -7,6 +7,7 @@
 
 namespace smh {
 
+// The process has one, see module_start.h. Its end clears the list and the images and saves the log.
 class TStartupManager final : public ComObject<IStartupManager> {
  public:
   // Opens the log session: reads what the log says about the system, and loads basekit for it.

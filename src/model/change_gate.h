@@ -18,6 +18,7 @@ class ChangeGate {
   // Differs from an earlier value when a change began meanwhile.
   unsigned Generation() const noexcept { return generation_.load(); }
 
+  // Asks for a load at the next test for changes.
   void MarkLoadDue() noexcept { loadDue_.store(true); }
   // Takes and clears the mark.
   bool TakeLoadDue() noexcept { return loadDue_.exchange(false); }

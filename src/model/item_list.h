@@ -19,6 +19,7 @@ class TItemList {
   // The item-list lock: recursive, taken before any item's lock.
   CriticalSection& Lock() noexcept { return lock_; }
 
+  // How many items are listed now.
   int Count() const;
   // Null outside the list.
   ItemRef At(int index) const;

@@ -4,6 +4,8 @@
 // Texts are UTF-16 units, one per wchar_t on every platform. Keys go by their real place
 // ("HKEY_USERS\S-1-5-21-... \Software\...", "HKEY_LOCAL_MACHINE\Software\Wow6432Node\..."): so a step names
 // its registry view and its user, whatever view and user the process has that reads it.
+//
+// Everything here is a value that owns what it holds: any thread may have its own.
 #pragma once
 
 #include <array>
@@ -26,6 +28,7 @@ struct ValueState {
   bool operator==(const ValueState&) const = default;
 };
 
+// A value of a key; `type` is a REG_ constant.
 struct NamedValue {
   std::wstring name;
   std::uint32_t type = 0;
@@ -42,6 +45,7 @@ struct KeyState {
   bool operator==(const KeyState&) const = default;
 };
 
+// One stream of a file, its content by size in bytes and hash.
 struct StreamState {
   std::wstring name;  // empty for the content itself, ":name" for another stream
   std::uint64_t size = 0;
@@ -49,6 +53,7 @@ struct StreamState {
   bool operator==(const StreamState&) const = default;
 };
 
+// One file: FILE_ATTRIBUTE_ bits, times, security as in KeyState, and its streams, the content first.
 struct FileState {
   bool exists = false;
   std::uint32_t attributes = 0;
@@ -60,6 +65,7 @@ struct FileState {
   bool operator==(const FileState&) const = default;
 };
 
+// A value written or deleted.
 struct ValueStep {
   std::wstring key;
   std::wstring name;
@@ -101,13 +107,15 @@ enum class StepMark {
   kFailed,  // the system refused it: nothing happened
 };
 
+// A step as the journal has it.
 struct RecordedStep {
   Step step;
   StepMark mark = StepMark::kNone;
-  std::uint32_t status = 0;  // of a failed one
+  std::uint32_t status = 0;  // a Win32 status, of a failed one
   bool operator==(const RecordedStep&) const = default;
 };
 
+// What the journal says of a checkpoint besides its steps. Times are UTC.
 struct CheckpointHeader {
   std::uint32_t id = 0;
   std::uint32_t undoes = 0;  // the checkpoint that this one takes back; 0 for none
@@ -119,6 +127,7 @@ struct CheckpointHeader {
   bool operator==(const CheckpointHeader&) const = default;
 };
 
+// One file of the journal, as far as it could be read.
 struct JournalContents {
   CheckpointHeader header;
   std::vector<RecordedStep> steps;

@@ -12,6 +12,8 @@ namespace smh {
 class SystemState {
  public:
   virtual ~SystemState() = default;
+  // The state now of a value, a key without its subkeys, and a file; one that does not exist for what is
+  // missing.
   virtual ValueState Value(const std::wstring& key, const std::wstring& name) = 0;
   virtual KeyState Key(const std::wstring& key) = 0;
   virtual FileState File(const std::wstring& path) = 0;
@@ -19,6 +21,7 @@ class SystemState {
   virtual bool SameName(std::wstring_view a, std::wstring_view b) = 0;
 };
 
+// What undoing a step would do.
 enum class Verdict {
   kUndo,
   // It never happened, or nothing of it is left.
@@ -29,6 +32,7 @@ enum class Verdict {
   kBlocked,
 };
 
+// A step and what undoing it would do.
 struct PlannedStep {
   std::size_t number = 0;  // in the checkpoint
   Verdict verdict = Verdict::kNothing;

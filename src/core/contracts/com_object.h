@@ -23,6 +23,7 @@ class CountedLifetime {
   // What the last release does, on its thread.
   virtual void Destroy() noexcept { delete this; }
 
+  // Count a reference more or less; both answer the count that is left. Any thread.
   ULONG Acquire() noexcept { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
   ULONG Drop() noexcept {
     const LONG left = InterlockedDecrement(&references_);

@@ -18,6 +18,8 @@
 
 namespace smh {
 
+// The ordinals cross the module's boundary, and the names stand in logs and command lines: neither may
+// change.
 enum TTypeStartupLocation : std::int32_t {
   sulNone = 0,
 #define SMH_MEMBER(ordinal, member, ...) member = ordinal,
@@ -40,8 +42,10 @@ enum class LocationFamily : std::uint8_t {
 // which case the key is read under both roots.
 enum class LocationRoot : std::uint8_t { kNone, kUser, kMachine, kBoth };
 
+// Whether a location is read only after SetShowAllLocations, or always.
 enum class LocationReading : bool { kOnRequest, kByDefault };
 
+// What the locations of one family have in common.
 struct LocationFamilyRow {
   LocationFamily family;
   // As people see it: "Run key".
@@ -73,6 +77,7 @@ inline constexpr LocationFamilyRow kLocationFamilies[] = {
     {LocationFamily::kSearchHooks, L"URL search hooks", false, false, false, kExtensionSides},
 };
 
+// What is known of one location, the same for the library and its hosts.
 struct LocationRow {
   TTypeStartupLocation location;
   // "sulRegistryUserRun"
@@ -118,6 +123,7 @@ constexpr const LocationRow& LocationRowOf(std::int32_t location) noexcept {
   return kLocationTable[location >= 0 && location <= kLastLocation ? location : sulNone];
 }
 
+// The row of the location's family.
 constexpr const LocationFamilyRow& FamilyOf(const LocationRow& row) noexcept {
   return kLocationFamilies[static_cast<std::size_t>(row.family)];
 }

@@ -10,6 +10,7 @@
 
 namespace smh {
 
+// A service of the module and the identifier that it is asked for by.
 struct ServiceRow {
   std::wstring_view id;  // "{8-4-4-4-12}"
   IUnknown* service;

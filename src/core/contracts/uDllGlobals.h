@@ -15,6 +15,7 @@
 
 namespace smh::DLLGlobals {
 
+// As Sibling, each of them.
 inline IHelper& Helper() {
   return Sibling<IHelper>();
 }

@@ -20,11 +20,13 @@ enum class RegistryDataKind { kUnknown, kString, kExpandString, kInteger, kBinar
 // the access mask.
 class TRegistry {
  public:
+  // At HKEY_CURRENT_USER, without an open key.
   explicit TRegistry(REGSAM access = KEY_ALL_ACCESS) noexcept : access_(access) {}
   virtual ~TRegistry() = default;
   TRegistry(const TRegistry&) = delete;
   TRegistry& operator=(const TRegistry&) = delete;
 
+  // Keys are below it while none is open, and whenever their text begins with "\".
   HKEY RootKey() const noexcept { return root_; }
   // A predefined key. Another one than before closes the open key.
   void SetRootKey(HKEY root);

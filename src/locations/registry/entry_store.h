@@ -54,6 +54,7 @@ class EntryStore {
   bool RestoreConfirmed(const RegistryValueAddress& address, const KeptEntry& kept) const;
 
  protected:
+  // One change, recorded or plain, which the caller confirms.
   virtual void Write(bool recorded, const RegistryValueAddress& address, const RegistryData& data) const = 0;
   virtual void Delete(bool recorded, const RegistryValueAddress& address) const = 0;
 

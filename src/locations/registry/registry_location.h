@@ -18,6 +18,7 @@ namespace smh {
 // The base of the three. The threads and failures of the operations are those of TLocationStartup.
 class TLocationRegistry : public TLocationStartup {
  public:
+  // See TLocationStartup.
   void ReadItems() final;
   bool IsChanged() final;
   void DeleteItem(const ItemRef& item) final;

@@ -6,6 +6,7 @@
 
 namespace smh {
 
+// The threads and failures of its operations are those of TLocationStartup.
 class TLocationRegistryShellExt final : public TLocationRegistry {
  public:
   // For a row of the families of approved extensions and of URL search hooks. Raises EOSError.

@@ -6,6 +6,7 @@
 
 namespace smh {
 
+// The threads and failures of its operations are those of TLocationStartup.
 class TLocationRegistryShellHandlers final : public TLocationRegistry {
  public:
   // For a row of the families of handlers and of browser helper objects. Raises EOSError.

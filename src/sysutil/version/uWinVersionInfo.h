@@ -18,6 +18,8 @@ class TWinVersionInfoException : public Exception {
   const wchar_t* ClassName() const noexcept override { return L"TWinVersionInfoException"; }
 };
 
+// The codes of version_codes.h and their names, which are literals and valid for ever. All raise EOSError, or
+// TWinVersionInfoException, when the system does not answer, unless it is said otherwise.
 class WinVersionInfo {
  public:
   static int OSCode();
@@ -31,12 +33,15 @@ class WinVersionInfo {
 
   // A 32-bit process on a 64-bit Windows; the system's test for a 64-bit Windows.
   static bool IsWow64();
+  // As the system's function of that name, also where it is GetSystemInfo.
   static void GetNativeSystemInfo(SYSTEM_INFO& info);
   // Raises TWinVersionInfoException when the call fails with a reason, EOSError when Windows lacks it. A
   // failure without a reason leaves what the call stored.
   static void GetProductInfo(DWORD major, DWORD minor, DWORD spMajor, DWORD spMinor, DWORD& productType);
+  // As the shell's function of that name.
   static bool IsOS(DWORD value);
-  // What the library's DllGetVersion says; false when the library or the export is missing.
+  // What the library's DllGetVersion says; loads the library for that. False when library or export is
+  // missing; raises nothing.
   static bool DllVersion(const wchar_t* fileName, DWORD& major, DWORD& minor);
 };
 

@@ -30,6 +30,7 @@ enum OsCode : int {
   kOsMaximum = 16,  // never produced
 };
 
+// Of the processor as the native system names it.
 enum ArchitectureCode : int {
   kArchitectureUnknown = 0,
   kArchitectureX32 = 1,
@@ -37,6 +38,7 @@ enum ArchitectureCode : int {
   kArchitectureItanium = 3,
 };
 
+// What a Windows is sold as.
 enum EditionCode : int {
   kEditionNone = 0,  // no rule has given one yet
   kEditionUnknown = 1,
