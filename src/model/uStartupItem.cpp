@@ -92,10 +92,6 @@ ItemState TStartupItem::State() const {
   return Get([](const ItemState& state) { return state; });
 }
 
-ItemDetails TStartupItem::Details() const {
-  return Get([](const ItemState& state) { return state.details; });
-}
-
 std::wstring TStartupItem::Name() const {
   return Get([](const ItemState& state) { return std::wstring(state.name); });
 }

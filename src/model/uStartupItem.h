@@ -83,7 +83,6 @@ class TStartupItem {
   }
   // Copies made under the item's lock.
   ItemState State() const;
-  ItemDetails Details() const;
   std::wstring Name() const;
   bool IsEnabled() const;
   bool NeedsExtendedInfo() const;

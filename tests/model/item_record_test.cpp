@@ -55,7 +55,7 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
       {L"Q:\\no drive\\a.exe", TargetKind::kExecutable, false, L"a"},
   };
   for (const Row& row : rows) {
-    const ItemDetails details = MakeItem(row.command)->Details();
+    const ItemDetails details = MakeItem(row.command)->State().details;
     EXPECT_EQ(details.Kind, row.kind) << row.command.substr(0, 80);
     EXPECT_EQ(details.FileFound, row.found) << row.command.substr(0, 80);
     EXPECT_TRUE(SameText(details.EntryName, row.entryName)) << row.command.substr(0, 80);
@@ -63,32 +63,34 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {
-  const std::wstring description(MakeItem(kProgram)->Details().Version->FileDescription);
+  const std::wstring description(MakeItem(kProgram)->State().details.Version->FileDescription);
   ASSERT_FALSE(description.empty());
-  EXPECT_EQ(MakeItem(kProgram, L"")->Details().Caption, description);
-  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->Details().Caption, L"EXPLORER.exe (" + description + L")");
-  EXPECT_EQ(MakeItem(L"C:\\no such.exe", L"")->Details().Caption, L"no such");
+  EXPECT_EQ(MakeItem(kProgram, L"")->State().details.Caption, description);
+  EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->State().details.Caption,
+            L"EXPLORER.exe (" + description + L")");
+  EXPECT_EQ(MakeItem(L"C:\\no such.exe", L"")->State().details.Caption, L"no such");
   EXPECT_EQ(MakeItem(kProgram, L"EXPLORER.exe")->GivenText(), L"EXPLORER.exe");
 }
 
 TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
   const TemporaryFolder folder;
   const std::wstring library = folder.Write(L"my lib.dll", "x");
-  const ItemDetails details = MakeItem(L"rundll32.exe \"" + library + L"\",Start")->Details();
+  const ItemDetails details = MakeItem(L"rundll32.exe \"" + library + L"\",Start")->State().details;
   EXPECT_TRUE(SameText(details.FilePath, library)) << std::wstring(details.FilePath);
   EXPECT_EQ(details.EntryName, L"rundll32");
-  EXPECT_TRUE(EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->Details().FilePath));
+  EXPECT_TRUE(
+      EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->State().details.FilePath));
 }
 
 TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
   const ItemRef item = MakeItem(L"\"" + kProgram + L"\" /x");
-  EXPECT_EQ(item->Details().Rating, 1);
-  EXPECT_EQ(item->Details().ImageIndex, 3);
-  EXPECT_EQ(item->Details().WorkingFolder, L"C:\\windows");
-  const std::wstring company(item->Details().Version->Company());
+  EXPECT_EQ(item->State().details.Rating, 1);
+  EXPECT_EQ(item->State().details.ImageIndex, 3);
+  EXPECT_EQ(item->State().details.WorkingFolder, L"C:\\windows");
+  const std::wstring company(item->State().details.Version->Company());
   module.Rater().Rate(company, kRatingRisky);
   item->ReadExtendedInfo();
-  const ItemDetails details = item->Details();
+  const ItemDetails details = item->State().details;
   WIN32_FILE_ATTRIBUTE_DATA data;
   ASSERT_TRUE(GetFileAttributesExW(kProgram.c_str(), GetFileExInfoStandard, &data));
   EXPECT_EQ(details.FileSize, static_cast<std::int64_t>(data.nFileSizeLow));
@@ -105,16 +107,16 @@ TEST_F(ItemRecordTest, ItemsOfOneFileShareWhatIsKnownOfIt) {
   const std::wstring file = folder.Write(L"shared.exe", "x");
   const ItemRef first = MakeItem(file);
   const ItemRef second = MakeItem(L"\"" + file + L"\" /again");
-  EXPECT_EQ(first->Details().Version, second->Details().Version);
+  EXPECT_EQ(first->State().details.Version, second->State().details.Version);
   folder.Write(L"shared.exe", "changed");
-  EXPECT_NE(first->Details().Version, MakeItem(file)->Details().Version);
+  EXPECT_NE(first->State().details.Version, MakeItem(file)->State().details.Version);
 
   ExtendedPass pass;
   first->ReadExtendedInfo(pass);
   const std::size_t asked = module.Rater().Asked().size();
   second->ReadExtendedInfo(pass);
   EXPECT_EQ(module.Rater().Asked().size(), asked);
-  EXPECT_EQ(second->Details().FileSize, 7);
+  EXPECT_EQ(second->State().details.FileSize, 7);
   EXPECT_FALSE(second->NeedsExtendedInfo());
 }
 
@@ -124,14 +126,14 @@ TEST_F(ItemRecordTest, RatingAsksForTheCompanyFirstAndThenForTheFile) {
   module.Rater().Rate(L"plain.exe", kRatingTrusted);
   const ItemRef item = MakeItem(plain);
   item->ReadExtendedInfo();
-  EXPECT_EQ(item->Details().Rating, 0);
+  EXPECT_EQ(item->State().details.Rating, 0);
   EXPECT_EQ(module.Rater().Asked().back(), L"file plain.exe");
 
   const std::size_t asked = module.Rater().Asked().size();
   const ItemRef missing = MakeItem(folder.File(L"gone.exe"));
   missing->ReadExtendedInfo();
-  EXPECT_EQ(missing->Details().Rating, 1);
-  EXPECT_EQ(missing->Details().ImageIndex, 3);
+  EXPECT_EQ(missing->State().details.Rating, 1);
+  EXPECT_EQ(missing->State().details.ImageIndex, 3);
   EXPECT_EQ(module.Rater().Asked().size(), asked) << "a missing file is not rated";
   EXPECT_FALSE(missing->NeedsExtendedInfo());
 }
@@ -167,7 +169,7 @@ TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
     Items().Append(item);
   }
   EXPECT_FALSE(item->UpdateCommand(second, [] { return false; })) << "overtaken by a change";
-  EXPECT_EQ(item->Details().Command, first);
+  EXPECT_EQ(item->State().details.Command, first);
 
   // The reader is at work on the first command when the second one comes.
   std::thread reader;
@@ -177,7 +179,7 @@ TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
     reader = std::thread([&] { item->ReadExtendedInfo(); });
     item->UpdateCommand(second + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; });
     reader.join();
-    const ItemDetails details = item->Details();
+    const ItemDetails details = item->State().details;
     EXPECT_TRUE(details.FileSize <= 1) << "the first file's size on the second file's command";
   }
 }

@@ -158,7 +158,9 @@ std::vector<std::string> ListedEntries(bool withShortcuts) {
   ScopedLock lock(Items().Lock());
   for (const ItemRef& item : Items().Snapshot()) {
     std::string line = Narrow(item->Name()) + (item->IsEnabled() ? " on" : " off");
-    if (withShortcuts || !IsFolderLocation(item->Location())) line += " = " + Narrow(item->Details().Command);
+    if (withShortcuts || !IsFolderLocation(item->Location())) {
+      line += " = " + Narrow(std::wstring(item->State().details.Command));
+    }
     lines.push_back(std::move(line));
   }
   std::ranges::sort(lines);

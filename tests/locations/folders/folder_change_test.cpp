@@ -48,8 +48,8 @@ TEST_P(FolderChange, DisablingAndEnablingMoveTheFileAndNumberNamesThatAreTaken) 
     EXPECT_EQ(ReadFileBytes(disabled), bytes);
     EXPECT_EQ(ReadFileBytes(places.disabled + L"Foo.lnk"), "first");
     EXPECT_EQ(item->Name(), disabled);
-    EXPECT_EQ(item->Details().LinkPath, disabled);
-    EXPECT_EQ(item->Details().Command, Command(L"new"));
+    EXPECT_EQ(item->State().details.LinkPath, disabled);
+    EXPECT_EQ(item->State().details.Command, Command(L"new"));
     EXPECT_FALSE(item->IsEnabled());
     EXPECT_TRUE(item->TakeChangedMark());
 
@@ -71,8 +71,8 @@ TEST_P(FolderChange, WhatOtherToolsDisabledComesBackAndThenGoesToTheOwnPlace) {
     UserFolder().EnableItem(item);
     EXPECT_THAT(FilesIn(folder), IsEmpty());
     EXPECT_TRUE(Exists(user.startup + L"tool.exe"));
-    EXPECT_EQ(item->Details().FilePath, user.startup + L"tool.exe");
-    EXPECT_EQ(item->Details().Command, user.startup + L"tool.exe");
+    EXPECT_EQ(item->State().details.FilePath, user.startup + L"tool.exe");
+    EXPECT_EQ(item->State().details.Command, user.startup + L"tool.exe");
     UserFolder().DisableItem(item);
     EXPECT_TRUE(Exists(user.disabled + L"tool.exe"));
     fs::remove(user.disabled + L"tool.exe");
@@ -83,7 +83,7 @@ TEST_P(FolderChange, WhatIsSoAlreadyOrIsNotListedStaysUntouched) {
   const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
   const ItemRef item = LoadAndFind(UserFolder(), file);
   UserFolder().EnableItem(item);
-  UserFolder().ChangeItemCommand(item, std::wstring(item->Details().Command));
+  UserFolder().ChangeItemCommand(item, std::wstring(item->State().details.Command));
   CommonFolder().DisableItem(item);
   CommonFolder().DeleteItem(item);
   CommonFolder().ChangeItemCommand(item, L"x.exe");
@@ -105,7 +105,7 @@ TEST_P(FolderChange, AddingMakesAShortcutThatStartsTheCommand) {
   EXPECT_EQ(item->Position(), position);
   EXPECT_TRUE(item->IsEnabled());
   EXPECT_EQ(item->GivenText(), L"New entry");
-  EXPECT_EQ(item->Details().Command, Command(L"/one \"two three\""));
+  EXPECT_EQ(item->State().details.Command, Command(L"/one \"two three\""));
   const TShellLinkInfo link(file);
   EXPECT_EQ(link.Target(), Program());
   EXPECT_EQ(link.Arguments(), L"/one \"two three\"");
@@ -204,7 +204,7 @@ TEST_P(FolderChange, ANewCommandKeepsEverythingElseOfTheShortcut) {
     EXPECT_EQ(link.IconIndex(), -5);
     EXPECT_EQ(link.ShowCommand(), DWORD(SW_SHOWMINNOACTIVE));
     EXPECT_EQ(link.HotKey(), 0x0641);
-    EXPECT_EQ(item->Details().Command, second + L" /new");
+    EXPECT_EQ(item->State().details.Command, second + L" /new");
     EXPECT_EQ(item->Name(), file);
     EXPECT_EQ(item->IsEnabled(), folder == user.startup);
     EXPECT_TRUE(item->NeedsExtendedInfo());

@@ -57,7 +57,7 @@ TEST_F(FolderTest, ShortcutsAndProgramFilesOfEveryPlaceAreListedAndNothingElse) 
     }
     EXPECT_EQ(FindItem(row.location.LocationType(), own)->GivenText(), L"own");
 
-    const ItemDetails details = FindItem(row.location.LocationType(), program)->Details();
+    const ItemDetails details = FindItem(row.location.LocationType(), program)->State().details;
     EXPECT_EQ(details.Kind, TargetKind::kExecutable);
     EXPECT_EQ(details.Command, program);
     EXPECT_EQ(details.FilePath, program);
@@ -74,7 +74,7 @@ TEST_F(FolderTest, AShortcutShowsWhatItStartsAndItsOwnFacts) {
                   {LinkString::kWorkingDir, u"C:\\Work"},
                   {LinkString::kIconLocation, u"C:\\icons.dll"}};
   const std::wstring file = Put(user.startup + L"Full.lnk", link);
-  const ItemDetails details = LoadAndFind(UserFolder(), file)->Details();
+  const ItemDetails details = LoadAndFind(UserFolder(), file)->State().details;
   EXPECT_EQ(details.Kind, TargetKind::kShortcut);
   EXPECT_EQ(details.Caption, L"Full");
   EXPECT_EQ(details.EntryName, L"Full");
@@ -94,14 +94,15 @@ TEST_F(FolderTest, TargetsFromAnEnvironmentBlockAndTargetsThatAreMissing) {
   LinkBuilder environment = LinkTo(L"C:\\ignored.exe");
   environment.blocks = {{0xA0000001, StringBlockData("", u"%SMH_FOLDER_TEST%\\auroratray.exe")},
                         {0xA0000007, StringBlockData("", u"%SMH_FOLDER_TEST%\\icon.ico")}};
-  const ItemDetails found = LoadAndFind(UserFolder(), Put(user.startup + L"e.lnk", environment))->Details();
+  const ItemDetails found =
+      LoadAndFind(UserFolder(), Put(user.startup + L"e.lnk", environment))->State().details;
   EXPECT_EQ(found.Command, Program());
   EXPECT_EQ(found.FilePath, Program());
   EXPECT_THAT(std::wstring(found.IconPath), ::testing::EndsWith(L"\\icon.ico"));
 
   LinkBuilder lost = LinkTo(Folder().File(L"lost.exe"));
   lost.strings = {{LinkString::kName, u"Its own text"}, {LinkString::kArguments, u"-x"}};
-  const ItemDetails missing = LoadAndFind(UserFolder(), Put(user.startup + L"l.lnk", lost))->Details();
+  const ItemDetails missing = LoadAndFind(UserFolder(), Put(user.startup + L"l.lnk", lost))->State().details;
   EXPECT_EQ(missing.Command, Folder().File(L"lost.exe") + L" -x");
   EXPECT_FALSE(missing.FileFound);
   EXPECT_EQ(missing.Description, L"Its own text");
@@ -121,14 +122,14 @@ TEST_F(FolderTest, ShortcutsThatCannotBeReadOrHaveNoTargetStandForThemselves) {
   for (const std::wstring& file : files) {
     const ItemRef item = FindItem(sulFolderUser, file);
     ASSERT_NE(item, nullptr);
-    const ItemDetails details = item->Details();
+    const ItemDetails details = item->State().details;
     EXPECT_EQ(details.Caption, fs::path(file).filename().wstring());
     EXPECT_EQ(details.Command, file);
     EXPECT_EQ(details.FilePath, file);
     EXPECT_EQ(details.EntryName, fs::path(file).stem().wstring());
     EXPECT_TRUE(LogHas(file)) << "the reason is logged";
   }
-  const ItemDetails details = FindItem(sulFolderUser, noTarget)->Details();
+  const ItemDetails details = FindItem(sulFolderUser, noTarget)->State().details;
   EXPECT_EQ(details.Caption, L"nothing");
   EXPECT_EQ(details.Command, noTarget);
   EXPECT_EQ(details.FilePath, noTarget);
@@ -145,9 +146,9 @@ TEST_F(FolderTest, FilesThatOthersHoldOrThatVanishMeanwhile) {
                                   open(shared, FILE_SHARE_READ | FILE_SHARE_DELETE)};
   UserFolder().ReadItems();
   EXPECT_TRUE(FindItem(sulFolderUser, held)->IsProtected());
-  EXPECT_EQ(FindItem(sulFolderUser, held)->Details().FilePath, Program());
+  EXPECT_EQ(FindItem(sulFolderUser, held)->State().details.FilePath, Program());
   EXPECT_TRUE(FindItem(sulFolderUser, locked)->IsProtected());
-  EXPECT_EQ(FindItem(sulFolderUser, locked)->Details().Command, locked) << "cannot be read now";
+  EXPECT_EQ(FindItem(sulFolderUser, locked)->State().details.Command, locked) << "cannot be read now";
   EXPECT_FALSE(FindItem(sulFolderUser, shared)->IsProtected());
 
   static std::wstring vanishing;
@@ -192,7 +193,7 @@ TEST_F(FolderTest, LongestNamesAndUnpairedSurrogates) {
   UserFolder().ReadItems();
   const ItemRef odd = FindItem(sulFolderUser, user.startup + L"\xD83Dz.lnk");
   ASSERT_NE(odd, nullptr);
-  EXPECT_EQ(odd->Details().Command, odd->Name());
+  EXPECT_EQ(odd->State().details.Command, odd->Name());
   EXPECT_TRUE(odd->IsProtected());
   EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(odd); }), 0u);
   EXPECT_TRUE(Exists(plain));
@@ -204,13 +205,13 @@ TEST_F(FolderTest, AChangedShortcutStaysTheSameItem) {
   item->ReadExtendedInfo();
   PutShortcut(file, L"OLD");
   UserFolder().ReadItems();
-  EXPECT_EQ(item->Details().Command, Command(L"old")) << "case is no change";
+  EXPECT_EQ(item->State().details.Command, Command(L"old")) << "case is no change";
 
   const std::wstring second = Folder().Write(L"second.exe", "no version record");
   Put(file, LinkTo(second));
   UserFolder().ReadItems();
   EXPECT_EQ(FindItem(sulFolderUser, file), item);
-  const ItemDetails details = item->Details();
+  const ItemDetails details = item->State().details;
   EXPECT_EQ(details.Command, second);
   EXPECT_EQ(details.FilePath, second);
   EXPECT_EQ(details.Caption, L"Tray");
@@ -221,8 +222,8 @@ TEST_F(FolderTest, AChangedShortcutStaysTheSameItem) {
 
   Put(file, "damaged");
   UserFolder().ReadItems();
-  EXPECT_EQ(item->Details().Command, file);
-  EXPECT_EQ(item->Details().Caption, L"Tray.lnk");
+  EXPECT_EQ(item->State().details.Command, file);
+  EXPECT_EQ(item->State().details.Caption, L"Tray.lnk");
   EXPECT_TRUE(item->IsListed());
 }
 

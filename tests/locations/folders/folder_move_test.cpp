@@ -49,7 +49,7 @@ TEST_P(FolderMove, BetweenTheFoldersTheFileGoesAlongWithItsState) {
   EXPECT_EQ(moved->Position(), position);
   EXPECT_TRUE(moved->IsEnabled());
   EXPECT_EQ(moved->GivenText(), L"On (1)");
-  EXPECT_EQ(moved->Details().Command, Command(L"x"));
+  EXPECT_EQ(moved->State().details.Command, Command(L"x"));
 
   UserFolder().MoveItem(FindItem(sulFolderUser, foreign), sulFolderCommon);
   EXPECT_EQ(ReadFileBytes(common.disabled + L"off (1).exe"), ReadFileBytes(Program()));
@@ -137,7 +137,7 @@ TEST_P(FolderMove, NamesOfMovedInEntriesBecomePlainAndUnique) {
     UserFolder().InsertItem(GetParam(), 0, true, Command(L"/in"), row.name);
     const ItemRef item = FindItem(sulFolderUser, user.startup + row.file);
     ASSERT_NE(item, nullptr) << fs::path(row.file);
-    EXPECT_EQ(item->Details().Command, Command(L"/in"));
+    EXPECT_EQ(item->State().details.Command, Command(L"/in"));
     EXPECT_EQ(item->Position(), 0);
   }
   EXPECT_EQ(FilesIn(user.startup).size(), std::size(rows));
@@ -188,7 +188,7 @@ class FolderFailure : public FolderTest {
     EXPECT_EQ(item_->Name(), file_);
     EXPECT_TRUE(item_->IsListed());
     EXPECT_TRUE(item_->IsEnabled());
-    EXPECT_EQ(item_->Details().Command, Command(L"/old"));
+    EXPECT_EQ(item_->State().details.Command, Command(L"/old"));
     EXPECT_EQ(FilesIn(user.temporary).size(), 0u);
   }
 

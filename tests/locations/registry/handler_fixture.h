@@ -43,7 +43,7 @@ class HandlerTest : public ModuleTest {
     location.ReadItems();
     return FindItem(location.LocationType(), BuildFullValuePath(view, root, key, name));
   }
-  static std::wstring Command(const ItemRef& item) { return std::wstring(item->Details().Command); }
+  static std::wstring Command(const ItemRef& item) { return std::wstring(item->State().details.Command); }
 
  private:
   const EmptiedKeys keys_{{kMenusKey, kObjectsKey, kApprovedKey, kHooksKey, kClasses + kClass,

@@ -44,7 +44,7 @@ TEST_F(HandlerTest, HandlersAreListedByNameAndByIdentifierUnderBothRoots) {
   const ItemRef empty = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kOther, L"");
   ASSERT_NE(empty, nullptr);
   EXPECT_EQ(empty->GivenText(), L"");
-  EXPECT_FALSE(empty->Details().Caption.empty()) << "people see the file's name instead";
+  EXPECT_FALSE(empty->State().details.Caption.empty()) << "people see the file's name instead";
   EXPECT_TRUE(empty->Name().ends_with(L'\\'));
   // An identifier without its closing brace is a name like any other.
   EXPECT_NE(
@@ -257,7 +257,7 @@ TEST_P(ShellExtChange, TheDescriptionReadIsWrittenBackAndNeverTheCaption) {
   for (const std::wstring& name : {kClass, kOther}) {
     const ItemRef item = LoadAndFind(UserHooks(), OwnView(), HKEY_CURRENT_USER, kHooksKey, name);
     ASSERT_NE(item, nullptr);
-    EXPECT_FALSE(item->Details().Caption.empty());
+    EXPECT_FALSE(item->State().details.Caption.empty());
     UserHooks().DisableItem(item);
     EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name, OwnView()), Sz(L""));
     EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), std::nullopt);

@@ -137,7 +137,7 @@ TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
   ASSERT_NE(item, nullptr);
   EXPECT_EQ(added, item->Position());
   EXPECT_TRUE(item->IsEnabled());
-  EXPECT_TRUE(item->Details().FileFound);
+  EXPECT_TRUE(item->State().details.FileFound);
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"a\\\"b\"", OwnView()),
             Sz(L"\"C:\\windows\\notepad.exe\" /x"));
   UserRun().ReadItems();

@@ -28,7 +28,7 @@ class RunKeyTest : public ModuleTest {
     }
     return nullptr;
   }
-  static std::wstring Command(const ItemRef& item) { return std::wstring(item->Details().Command); }
+  static std::wstring Command(const ItemRef& item) { return std::wstring(item->State().details.Command); }
 
  private:
   const EmptiedKeys keys_{{kRunKey, kRunKey + L"Once", kRunKey + L"Services", kRunKey + L"ServicesOnce",

@@ -130,7 +130,7 @@ TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
 
   SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\missing.exe"));
   EXPECT_EQ(LoadAndFind(UserRun(), L"app"), item);
-  const ItemDetails details = item->Details();
+  const ItemDetails details = item->State().details;
   EXPECT_EQ(details.Command, L"C:\\missing.exe");
   EXPECT_FALSE(details.FileFound);
   EXPECT_EQ(details.FileSize, 0);
