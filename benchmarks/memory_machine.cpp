@@ -288,16 +288,25 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
 
 }  // namespace
 
-#define SMH_ANSWERED(X)                                                                                      \
-  X(RegOpenKeyExW, OpenKey)                                                                                  \
-  X(RegCloseKey, CloseKey)                                                                                   \
-  X(RegEnumKeyExW, EnumKey)                                                                                  \
-  X(RegEnumValueW, EnumValue)                                                                                \
-  X(RegQueryValueExW, QueryValue)                                                                            \
-  X(GetFileAttributesW, FileAttributes) X(GetFileAttributesExW, FileAttributesEx)                            \
-      X(FindFirstFileW, FindFirst) X(FindNextFileW, FindNext) X(FindClose, FindEnd) X(CreateFileW, OpenFile) \
-          X(GetFileSizeEx, FileSize) X(ReadFile, ReadBytesOf) X(CloseHandle, Close)                          \
-              X(GetFileVersionInfoSizeW, VersionSize) X(GetFileVersionInfoW, VersionInfo)
+// clang-format off
+#define SMH_ANSWERED(X) \
+  X(RegOpenKeyExW, OpenKey) \
+  X(RegCloseKey, CloseKey) \
+  X(RegEnumKeyExW, EnumKey) \
+  X(RegEnumValueW, EnumValue) \
+  X(RegQueryValueExW, QueryValue) \
+  X(GetFileAttributesW, FileAttributes) \
+  X(GetFileAttributesExW, FileAttributesEx) \
+  X(FindFirstFileW, FindFirst) \
+  X(FindNextFileW, FindNext) \
+  X(FindClose, FindEnd) \
+  X(CreateFileW, OpenFile) \
+  X(GetFileSizeEx, FileSize) \
+  X(ReadFile, ReadBytesOf) \
+  X(CloseHandle, Close) \
+  X(GetFileVersionInfoSizeW, VersionSize) \
+  X(GetFileVersionInfoW, VersionInfo)
+// clang-format on
 
 MemoryMachine::MemoryMachine() {
   g_memory = new Memory;

@@ -11,17 +11,32 @@
 
 namespace smh::bench {
 
-#define SMH_SYSTEM_CALLS(X)                                                                     \
-  X(RegOpenKeyExW)                                                                              \
-  X(RegCloseKey)                                                                                \
-  X(RegEnumKeyExW)                                                                              \
-  X(RegEnumValueW)                                                                              \
-  X(RegQueryValueExW)                                                                           \
-  X(RegNotifyChangeKeyValue) X(GetFileAttributesW) X(GetFileAttributesExW) X(FindFirstFileW)    \
-      X(FindNextFileW) X(FindClose) X(CreateFileW) X(GetFileSizeEx) X(ReadFile) X(CloseHandle)  \
-          X(GetFileVersionInfoSizeW) X(GetFileVersionInfoW) X(SHGetFileInfoW) X(ExtractIconExW) \
-              X(WaitForSingleObject) X(WaitForMultipleObjects) X(FindFirstChangeNotificationW)  \
-                  X(FindNextChangeNotification)
+// clang-format off
+#define SMH_SYSTEM_CALLS(X) \
+  X(RegOpenKeyExW) \
+  X(RegCloseKey) \
+  X(RegEnumKeyExW) \
+  X(RegEnumValueW) \
+  X(RegQueryValueExW) \
+  X(RegNotifyChangeKeyValue) \
+  X(GetFileAttributesW) \
+  X(GetFileAttributesExW) \
+  X(FindFirstFileW) \
+  X(FindNextFileW) \
+  X(FindClose) \
+  X(CreateFileW) \
+  X(GetFileSizeEx) \
+  X(ReadFile) \
+  X(CloseHandle) \
+  X(GetFileVersionInfoSizeW) \
+  X(GetFileVersionInfoW) \
+  X(SHGetFileInfoW) \
+  X(ExtractIconExW) \
+  X(WaitForSingleObject) \
+  X(WaitForMultipleObjects) \
+  X(FindFirstChangeNotificationW) \
+  X(FindNextChangeNotification)
+// clang-format on
 
 enum class SystemCall : int {
 #define SMH_CALL(name) name,

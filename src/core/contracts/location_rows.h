@@ -1,4 +1,4 @@
-// The rows of location_table.h: the places from which Windows starts programs, in the order of their ordinals.
+// The rows of location_table.h: the places from which Windows starts programs, in the order of ordinals.
 //
 //   ROW(ordinal, member of TTypeStartupLocation, class,
 //       key path below the root, or folder,
@@ -9,7 +9,8 @@
 // gap. A new location takes the next ordinal and, unless others are to be renumbered, the next position.
 #pragma once
 
-// clang-format off: a row keeps its three lines
+// A row keeps its three lines.
+// clang-format off
 #define SMH_LOCATIONS(ROW)                                                                                  \
   ROW(1, sulFolderUser, TLocationFolderUserRun,                                                             \
       L"shell:startup",                                                                                     \

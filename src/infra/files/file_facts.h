@@ -23,17 +23,17 @@
 
 namespace smh {
 
+template <typename Text>
+concept TerminatedText = requires(const Text& text) {
+  requires std::same_as<decltype(text.c_str()), const wchar_t*>;
+  requires std::same_as<decltype(text.size()), std::size_t>;
+};
+
 // A path as these functions take it: a terminated text of the caller's, whose length shows whether the system
 // would see all of it. For arguments only.
 class PathView {
  public:
-  template <typename Text>
-  requires requires(const Text& text) {
-    { text.c_str() }
-    noexcept->std::same_as<const wchar_t*>;
-    { text.size() }
-    noexcept->std::same_as<std::size_t>;
-  }
+  template <TerminatedText Text>
   PathView(const Text& text) noexcept : text_(text.c_str(), text.size()) {}
 
   const wchar_t* c_str() const noexcept { return text_.data(); }
