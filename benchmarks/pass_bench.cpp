@@ -11,7 +11,7 @@
 
 #include "core/module_start.h"
 #include "core/contracts/uDllGlobals.h"
-#include "infra/log/statistics_log_store.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/uLocationStartup.h"

@@ -4,6 +4,7 @@
 #include "core/contracts/boundary_call.h"
 #include "core/uStartupItemCollection.h"
 #include "infra/runtime/text.h"
+#include "infra/log/system_info_block.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"

@@ -1,6 +1,6 @@
 // Every operation of every change fails once: the entry is where it was or where it should be, and everybody
 // knows which.
-#include "infra/log/statistics_log_store.h"
+#include "infra/log/uStatisticsLog.h"
 #include "model/basic_info.h"
 #include "tests/proofs/api_gate.h"
 #include "tests/proofs/proof_report.h"

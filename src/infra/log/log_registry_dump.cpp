@@ -1,8 +1,8 @@
-#include "infra/log/uStatisticsLog.h"
+#include "infra/log/log_registry_dump.h"
 
+#include "infra/log/uStatisticsLog.h"
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
-#include "infra/log/statistics_log_store.h"
 #include "infra/registry/uRegistryUtils.h"
 
 #include <algorithm>

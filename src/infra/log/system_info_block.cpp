@@ -1,10 +1,11 @@
-#include "infra/log/uStatisticsLog.h"
+#include "infra/log/system_info_block.h"
 
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/boundary_string.h"
+#include "infra/log/log_registry_dump.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/scoped_com.h"
-#include "infra/log/statistics_log_store.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 #include <cwchar>

@@ -3,8 +3,8 @@
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/boundary_string.h"
 #include "infra/log/crash_report.h"
+#include "infra/log/log_file.h"
 #include "infra/runtime/critical_section.h"
-#include "infra/log/statistics_log_store.h"
 #include "infra/runtime/text.h"
 
 #include <cstring>

@@ -8,12 +8,21 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/module_global.h"
 
-#include <windows.h>
-
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 namespace smh {
+
+// Holds the log's lock, which is recursive, for a scope of one thread, so that lines stay together. Before
+// start-up and after shut-down there is no log and nothing to hold.
+class [[nodiscard]] LogScope {
+ public:
+  LogScope() noexcept;
+  ~LogScope();
+  LogScope(const LogScope&) = delete;
+  LogScope& operator=(const LogScope&) = delete;
+};
 
 // Appends one line, given without its end. Raises std::bad_alloc.
 void LogLine(std::wstring_view text);
@@ -29,13 +38,13 @@ void LogFormat(std::wstring_view format, const Arguments&... arguments) {
 void LogError(const Exception& exception);
 // As above for any exception in flight; call it inside a catch handler. An EAbort is not logged.
 void LogCurrentException();
-// Empties the log and writes the machine, user and version block and the Run keys, while the lock is held.
-// Also fixes the path that a save at process exit uses. Initialises COM for the time of the call.
-void LogSystemInfo();
-// Dumps the values of a key, with `recurse` those of the keys below it too, but for links. `view` is 0 or
-// KEY_WOW64_64KEY, `root` a predefined key. Nothing for a key that cannot be opened; raises EOSError when it
-// cannot be read to its end.
-void LogRegistryKey(REGSAM view, HKEY root, bool recurse, const std::wstring& key);
+// A line of eighty "-".
+void LogSeparator();
+// Drops the lines collected so far; the file stays as it is until the next save.
+void ClearLogLines();
+// Keeps the names that a save at process exit uses; asks the services of basekit for them, and raises what
+// they raise.
+void FixLogFileNames();
 // Replaces the file by all lines collected so far. A failure is swallowed.
 void SaveLog() noexcept;
 // The full path of the file, below the user's application data; asks the services of basekit.
@@ -45,7 +54,7 @@ std::wstring LogFilePath();
 struct StatisticsLog;
 extern ModuleGlobal<StatisticsLog> g_statisticsLog;
 // Process exit: other threads are gone and may have left the lock held. When it can be entered, the lines are
-// written to the path fixed by LogSystemInfo with kernel32 alone; nothing is allocated or freed.
+// written to the names kept by FixLogFileNames with kernel32 alone; nothing is allocated or freed.
 void SaveLogAtProcessExit() noexcept;
 
 }  // namespace smh

@@ -1,7 +1,8 @@
 #include "infra/log/uStatisticsLog.h"
 
 #include "core/contracts/intf_general.h"
-#include "infra/log/statistics_log_store.h"
+#include "infra/log/log_registry_dump.h"
+#include "infra/log/system_info_block.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/registry/uRegistryUtils.h"
 #include "tests/support/child_process.h"
