@@ -22,16 +22,4 @@ std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file);
 // Takes over all of the link but target and arguments.
 void KeepFieldsOfLink(const std::unique_ptr<TShellLinkInfo>& link, ShortcutFields& fields);
 
-// Removes a temporary file at the end of the scope, when it is still there.
-class ScopedFile {
- public:
-  explicit ScopedFile(std::wstring path) noexcept : path_(std::move(path)) {}
-  ~ScopedFile() { DeleteFileW(path_.c_str()); }
-  ScopedFile(const ScopedFile&) = delete;
-  ScopedFile& operator=(const ScopedFile&) = delete;
-
- private:
-  const std::wstring path_;
-};
-
 }  // namespace smh

@@ -1,11 +1,9 @@
 // The Startup folders: every shortcut and program file in such a folder is an entry. A disabled entry is a
-// file moved into a folder of disabled entries; the first of these is this system's own, the others are where
-// two other tools keep what they have disabled.
+// file moved into a folder of disabled entries; see folder_set.h.
 #pragma once
 
-#include "locations/folders/file_changes.h"
+#include "locations/folders/folder_set.h"
 #include "locations/folders/folder_watch.h"
-#include "locations/folders/shortcut_writer.h"
 #include "model/uLocationStartup.h"
 
 #include <optional>
@@ -49,42 +47,19 @@ class TLocationFolderStd final : public TLocationStartup {
     std::string bytes;
   };
 
-  // Starts programs for everyone: what goes in there must be trusted.
-  bool IsCommon() const noexcept { return Row().root == LocationRoot::kMachine; }
   bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
-  std::vector<std::wstring> AllFolders() const;
 
   void LoadItems();
+  // False when a change has overtaken the load.
   bool ReadFolder(const std::wstring& folder, const Load& load);
 
+  // What the operations above do between the start of the change and its log line.
   void SwitchItem(const ItemRef& item, bool enable);
   void MoveToFolder(const ItemRef& item, TLocationFolderStd& target);
-  void MoveFile(const FileChanger& changer, const std::wstring& from, const std::wstring& to,
-                const TLocationFolderStd& target) const;
-  // An extracted file, so that the journal knows of it when `checkpoint` is set.
-  void WriteBack(bool checkpoint, const std::wstring& path, const std::string& bytes) const;
   int AddShortcut(const std::wstring& name, const std::wstring& command);
-  void ReplaceShortcut(const FileChanger& changer, const std::wstring& made, const std::wstring& file,
-                       bool enabled) const;
   void RewriteShortcut(const ItemRef& item, const std::wstring& command);
-  void TakeOver(const std::wstring& file) const;
-  void RequireTrustedSource(const std::wstring& file) const;
 
-  // Raise EOSError when the folder is unknown; make it when it does not exist.
-  const std::wstring& StartupFolder();
-  const std::wstring& DisabledFolder();
-  const std::wstring& PlaceFor(bool enabled) { return enabled ? StartupFolder() : DisabledFolder(); }
-  std::wstring TempShortcutFolder() const;
-  void MakeOwnFolder(const std::wstring& folder) const;
-  // A shortcut in the temporary folder; its path.
-  std::wstring CreateShortcut(const std::wstring& name, const ShortcutFields& fields) const;
-  std::wstring ItemLine(std::wstring_view format, const std::wstring& itemName) const;
-
-  // With trailing backslashes; empty when unknown.
-  const std::wstring startupFolder_;
-  const std::wstring dataFolder_;
-  const std::wstring ownFolder_;
-  const std::vector<std::wstring> disabledFolders_;
+  const FolderSet folders_;
   FolderWatch watch_;
   std::optional<Extracted> extracted_;
 };

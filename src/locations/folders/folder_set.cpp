@@ -1,0 +1,111 @@
+#include "locations/folders/folder_set.h"
+
+#include "core/contracts/boundary_string.h"
+#include "core/contracts/uDllGlobals.h"
+#include "infra/files/folder_access.h"
+#include "infra/files/folder_making.h"
+#include "infra/files/paths.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "sysutil/wow64_paths.h"
+
+#include <shlobj.h>
+
+namespace smh {
+
+namespace {
+
+// With a trailing backslash; empty when the shell gives none.
+std::wstring SpecialFolder(int csidl) {
+  const std::wstring folder = TakeText(
+      [&](BoundaryText* text) { return DLLGlobals::ShellHelper().GetSpecialFolder(csidl, 0, text); });
+  return folder.empty() ? folder : WithTrailingBackslash(folder);
+}
+
+// This system's own folder below a data folder.
+std::wstring OwnFolder(const std::wstring& dataFolder) {
+  if (dataFolder.empty()) return {};
+  IGlobals& globals = DLLGlobals::Globals();
+  std::wstring folder = dataFolder;
+  folder += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); }));
+  folder += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetProductName(text); }));
+  return folder;
+}
+
+std::vector<std::wstring> DisabledFolders(const std::wstring& startupFolder, const std::wstring& dataFolder,
+                                          const std::wstring& ownFolder) {
+  if (dataFolder.empty()) return {};
+  std::vector<std::wstring> folders{ownFolder + L"Disabled Startup\\"};
+  if (!startupFolder.empty()) folders.push_back(startupFolder + L"AutorunsDisabled\\");
+  folders.push_back(dataFolder + L"Brisko Software\\Brisko Utilities\\StartUp Manager\\Disabled objects\\");
+  return folders;
+}
+
+void RequireFolder(const std::wstring& folder) {
+  if (folder.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
+}
+
+}  // namespace
+
+FolderSet::FolderSet(bool isCommon)
+    : isCommon_(isCommon),
+      startupFolder_(SpecialFolder(isCommon ? CSIDL_COMMON_STARTUP : CSIDL_STARTUP)),
+      dataFolder_(SpecialFolder(isCommon ? CSIDL_COMMON_APPDATA : CSIDL_APPDATA)),
+      ownFolder_(OwnFolder(dataFolder_)),
+      disabledFolders_(DisabledFolders(startupFolder_, dataFolder_, ownFolder_)) {}
+
+std::vector<std::wstring> FolderSet::All() const {
+  if (startupFolder_.empty()) return {};
+  std::vector<std::wstring> folders{startupFolder_};
+  folders.insert(folders.end(), disabledFolders_.begin(), disabledFolders_.end());
+  return folders;
+}
+
+bool FolderSet::IsStartupFolder(std::wstring_view folder) const noexcept {
+  return SameText(folder, startupFolder_);
+}
+
+void FolderSet::MakeOwnFolder(const std::wstring& folder) const {
+  if (FileUtils::DirectoryExists(folder)) return;
+  if (isCommon_) {
+    MakeProtectedFolder(folder);
+  } else {
+    MakeFolderPath(folder);
+  }
+}
+
+const std::wstring& FolderSet::PlaceFor(bool enabled) const {
+  if (enabled) {
+    RequireFolder(startupFolder_);
+    MakeFolderPath(startupFolder_);
+    return startupFolder_;
+  }
+  RequireFolder(dataFolder_);
+  MakeOwnFolder(disabledFolders_.front());
+  return disabledFolders_.front();
+}
+
+std::wstring FolderSet::TemporaryFolder() const {
+  RequireFolder(ownFolder_);
+  std::wstring folder = TempShortcutsIn(ownFolder_);
+  MakeOwnFolder(folder);
+  // What somebody else may change between its making and its move would start for everyone.
+  if (isCommon_ && KeepsAccess(dataFolder_)) RequireTrusted(folder);
+  return folder;
+}
+
+void FolderSet::RequireTrustedSource(const std::wstring& file) const {
+  if (!isCommon_) return;
+  RequireFolder(dataFolder_);
+  if (!KeepsAccess(dataFolder_)) return;
+  RequireTrusted(std::wstring(FolderPart(file)));
+  RequireTrusted(file);
+}
+
+void FolderSet::TakeOver(const std::wstring& file) const {
+  if (!isCommon_) return;
+  RequireFolder(dataFolder_);
+  if (KeepsAccess(dataFolder_)) TakeInheritedAccess(file);
+}
+
+}  // namespace smh
