@@ -80,7 +80,7 @@ void ChangeItems(const Arguments& arguments, const Change& change) {
     CheckResult(change.apply(*RequireListedItem(library, item)), failure);
     std::vector<ItemRecord> listNow = ReadAllItems(library);
     const std::wstring fault = FindFault(change, item, list, listNow);
-    if (!fault.empty()) throw HostError(failure + L": " + fault);
+    if (!fault.empty()) throw HostError(std::wstring(failure).append(L": ").append(fault));
     WriteMessage(std::wstring(change.done) + L" " + Describe(item) + change.target + L".");
     list = std::move(listNow);
   }

@@ -80,6 +80,7 @@ std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemColle
   std::int32_t complete = 0;
   WaitForReader([&] { return IsComplete(clients, complete); });
   std::vector<ClientRecord> records;
+  records.reserve(static_cast<std::size_t>(clients.GetCount()));
   for (std::int32_t index = 0; index < clients.GetCount(); ++index) {
     records.push_back(ReadClient(library, *ItemAt(clients, index)));
   }

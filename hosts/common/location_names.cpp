@@ -29,7 +29,7 @@ std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexc
 }
 
 std::wstring LocationPlace(const LocationRow& row) {
-  const std::wstring place(row.place);
+  std::wstring place(row.place);
   if (row.family == LocationFamily::kStartupFolder || row.root == LocationRoot::kBoth) return place;
   const HKEY root = row.root == LocationRoot::kUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
   return std::wstring(RootKeyName(root)) + L'\\' + place;

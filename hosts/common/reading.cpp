@@ -33,6 +33,7 @@ std::vector<ItemRecord> TakeSnapshot(const Library& library) {
   const ListLock lock(library);
   std::vector<ItemRecord> records;
   const std::int32_t count = library.Items().GetCount();
+  records.reserve(static_cast<std::size_t>(count));
   for (std::int32_t index = 0; index < count; ++index) {
     records.push_back(ReadItemRecord(*library.ItemAt(index)));
   }

@@ -67,7 +67,7 @@ class InterfaceObject : public Interfaces..., protected Lifetime {
   ULONG STDMETHODCALLTYPE Release() override { return this->Drop(); }
 
  protected:
-  ~InterfaceObject() = default;
+  ~InterfaceObject() = default;  // NOLINT(modernize-use-override): virtual with one of the lifetimes only
 
  private:
   template <typename Interface>
