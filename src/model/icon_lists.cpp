@@ -1,7 +1,7 @@
 #include "model/icon_lists.h"
 
+#include "infra/runtime/ascii_text.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <shellapi.h>
 

@@ -1,7 +1,7 @@
 #include "model/item_list.h"
 
+#include "infra/runtime/ascii_text.h"
 #include "infra/runtime/assertion.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <algorithm>
 

@@ -2,7 +2,6 @@
 
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/item_list.h"

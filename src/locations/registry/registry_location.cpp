@@ -2,7 +2,6 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/text.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
 #include "model/reader_state.h"
 #include "sysutil/uRegEditUtils.h"

@@ -4,7 +4,6 @@
 
 #include "core/uStartupManager.h"
 #include "infra/runtime/text.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "tests/support/import_patch.h"
 
