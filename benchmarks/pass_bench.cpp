@@ -14,7 +14,7 @@
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
-#include "model/uLocationStartup.h"
+#include "model/location_list.h"
 
 #include <span>
 

@@ -6,7 +6,7 @@
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/variant_values.h"
 #include "infra/runtime/assertion.h"
-#include "model/uLocationStartup.h"
+#include "model/location_list.h"
 
 namespace smh {
 

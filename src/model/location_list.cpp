@@ -1,10 +1,7 @@
-#include "model/uLocationStartup.h"
+#include "model/location_list.h"
 
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/lazy.h"
-
-#include <memory>
-#include <vector>
 
 namespace smh {
 

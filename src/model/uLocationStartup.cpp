@@ -3,8 +3,8 @@
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/assertion.h"
 #include "infra/runtime/text.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "model/checkpoint.h"
+#include "model/location_list.h"
 #include "model/reader_state.h"
 
 namespace smh {

@@ -2,17 +2,14 @@
 // paths and watches; the entries of all of them live in the module-wide item list.
 #pragma once
 
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
-#include "infra/runtime/module_global.h"
 #include "model/change_gate.h"
 #include "model/item_list.h"
 
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace smh {
 
@@ -124,19 +121,6 @@ class TLocationStartup {
   unsigned loads_ = 0;
 };
 
-// Makes the location of a row; never null. Raises what its making raises.
-using LocationMaker = std::unique_ptr<TLocationStartup> (*)(const LocationRow& row);
-
-// How locations are made: their classes lie above this layer. For module start-up, before any call below.
-void SetLocationMaker(LocationMaker maker);
-
-// Every location of the table, in the order of the list; made together on first use, under the location-list
-// lock. Any thread may ask; the locations live until the module stops. Raises what the maker raises, and then
-// the next call tries again.
-const std::vector<std::unique_ptr<TLocationStartup>>& Locations();
-// The location of that type; null for a value that names none. As above.
-TLocationStartup* FindLocation(TTypeStartupLocation type);
-
 // Runs a change; when it fails, logs the exception and the line that `message` makes, and raises it again.
 // Quiet aborts (EAbort) pass unlogged.
 template <typename Body, typename Message>
@@ -147,9 +131,5 @@ auto RunLogged(Body&& body, Message&& message) {
     throw;
   });
 }
-
-// The maker and the locations, which its stop destroys.
-struct ModuleLocations;
-extern ModuleGlobal<ModuleLocations> g_locations;
 
 }  // namespace smh

@@ -4,7 +4,7 @@
 // name, rating, icons) later on the reader's thread.
 //
 // Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
-// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
+// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (location_list.h), an
 // image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
 // (version_texts.h), the list of living collections (living_collections.h), the log's lock; and under any of
 // these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never

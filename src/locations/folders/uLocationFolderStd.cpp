@@ -9,6 +9,7 @@
 #include "locations/folders/link_entry.h"
 #include "locations/folders/temporary_shortcut.h"
 #include "model/checkpoint.h"
+#include "model/location_list.h"
 #include "model/reader_state.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
