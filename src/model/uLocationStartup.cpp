@@ -120,7 +120,7 @@ bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, const Load& load) {
 
 bool TLocationStartup::UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load) {
   item.MarkFound(load.number);
-  item.UpdateCommand(command, [&] { return IsCurrent(load); });
+  item.UpdateCommand(command, Items().Lock(), [&] { return IsCurrent(load); });
   return IsCurrent(load);
 }
 

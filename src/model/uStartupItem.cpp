@@ -4,7 +4,6 @@
 #include "infra/runtime/text.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
-#include "model/item_list.h"
 #include "model/shortcut_facts.h"
 
 namespace smh {
@@ -34,7 +33,8 @@ void TStartupItem::FillBasicInfo() {
   FillBasicDetails(location_, state_.name, state_.details);
 }
 
-bool TStartupItem::UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent) {
+bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& listLock,
+                                 const std::function<bool()>& isCurrent) {
   const std::optional<SharedText> target = TargetCommand(location_, command);
   const std::wstring_view started = target ? std::wstring_view(*target) : command;
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
@@ -44,7 +44,7 @@ bool TStartupItem::UpdateCommand(std::wstring_view command, const std::function<
   details.Command = SharedText(command);
   FillBasicDetails(location_, Get([](const ItemState& state) { return state.name; }), details);
 
-  ScopedLock listLock(Items().Lock());
+  ScopedLock list(listLock);
   ScopedLock lock(Lock);
   if (!isCurrent() || !IsListed() || isSame(state_)) return false;
   const ItemDetails& old = state_.details;

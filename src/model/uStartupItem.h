@@ -61,16 +61,19 @@ class TStartupItem {
   void FillBasicInfo();
 
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if
-  // `isCurrent` still holds under the list's and the item's lock, takes it over, logs the change and asks for
-  // extended information again. Answers whether the item changed.
-  bool UpdateCommand(std::wstring_view command, const std::function<bool()>& isCurrent);
+  // `isCurrent` still holds under the list's lock, which the caller names, and the item's lock, takes it
+  // over, logs the change and asks for extended information again. Answers whether the item changed. Reads
+  // the disk, so no lock but the list's may be held; raises what the reading raises.
+  bool UpdateCommand(std::wstring_view command, CriticalSection& listLock,
+                     const std::function<bool()>& isCurrent);
 
   // The load of its location that found the item last; see TLocationStartup::BeginLoad. The reader's thread
   // only.
   void MarkFound(unsigned load) noexcept { foundIn_.store(load, std::memory_order_relaxed); }
   bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 
-  // Read thread only. Touches the disk without holding a lock; a failure is logged and the item stays.
+  // The reader's thread only. Touches the disk without holding a lock; a failure is logged and the item
+  // stays; EAbort passes.
   void ReadExtendedInfo(ExtendedPass& pass);
   // In a pass of its own.
   void ReadExtendedInfo();

@@ -168,16 +168,17 @@ TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
     ScopedLock lock(Items().Lock());
     Items().Append(item);
   }
-  EXPECT_FALSE(item->UpdateCommand(second, [] { return false; })) << "overtaken by a change";
+  EXPECT_FALSE(item->UpdateCommand(second, Items().Lock(), [] { return false; })) << "overtaken by a change";
   EXPECT_EQ(item->State().details.Command, first);
 
   // The reader is at work on the first command when the second one comes.
   std::thread reader;
   for (int i = 0; i < 50; ++i) {
     ASSERT_TRUE(item->UpdateCommand(first + std::wstring(static_cast<std::size_t>(i) + 1, L' '),
-                                    [] { return true; }));
+                                    Items().Lock(), [] { return true; }));
     reader = std::thread([&] { item->ReadExtendedInfo(); });
-    item->UpdateCommand(second + std::wstring(static_cast<std::size_t>(i) + 1, L' '), [] { return true; });
+    item->UpdateCommand(second + std::wstring(static_cast<std::size_t>(i) + 1, L' '), Items().Lock(),
+                        [] { return true; });
     reader.join();
     const ItemDetails details = item->State().details;
     EXPECT_TRUE(details.FileSize <= 1) << "the first file's size on the second file's command";

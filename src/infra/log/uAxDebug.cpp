@@ -3,6 +3,7 @@
 #include "core/contracts/com_object.h"
 #include "infra/files/file_facts.h"
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/log/leak_report.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_path.h"
 #include "infra/registry/registry.h"
@@ -11,6 +12,7 @@
 #include <shellapi.h>
 
 #include <atomic>
+#include <new>
 
 namespace smh {
 
@@ -60,15 +62,37 @@ bool IsSwitchedOn() {
 }  // namespace
 
 struct DebugMode {
-  DebugMode() : isOn(CheckDebugLibrary() && IsSwitchedOn()) {}
+  DebugMode() : isOn(CheckDebugLibrary() && IsSwitchedOn()) {
+    if (isOn) atStart = CountLive();
+  }
+  ~DebugMode() { ReportLeaks(); }
+  DebugMode(const DebugMode&) = delete;
+  DebugMode& operator=(const DebugMode&) = delete;
+
+  // The loader's lock is held at an unload, so only a library that is loaded and was used already is told.
+  void ReportLeaks() const noexcept {
+    IDebugLog* const log = service;
+    if (log == nullptr) return;
+    try {
+      log->Message(LeakReport(atStart, CountLive()).c_str());
+    } catch (const std::bad_alloc&) {
+      // Without memory there is no report.
+    }
+  }
 
   std::atomic<bool> isOn;
+  // Borrowed; null until it was asked for.
+  std::atomic<IDebugLog*> service{nullptr};
+  LiveCounts atStart;
 };
 
 constinit ModuleGlobal<DebugMode> g_debugMode(L"uAxDebug");
 
 IDebugLog* DebugLog() {
-  return IsDebugMode() ? &Sibling<IDebugLog>() : &g_nullClient;
+  if (!IsDebugMode()) return &g_nullClient;
+  IDebugLog* const service = &Sibling<IDebugLog>();
+  g_debugMode->service = service;
+  return service;
 }
 
 bool IsDebugMode() {
@@ -76,6 +100,7 @@ bool IsDebugMode() {
 }
 
 void ForceDebugMode() {
+  g_debugMode->atStart = CountLive();
   g_debugMode->isOn = true;
   DebugLog()->SetEnabled(1);
 }

@@ -38,7 +38,8 @@ class DebugScope {
 };
 
 // Its start takes the debug decision: tracekit.dll lies beside the host, and the registry value is 1 or the
-// host's first argument is "-debug" in any case.
+// host's first argument is "-debug" in any case. Its stop writes the leak report into the library's log, when
+// the mode is on and the log was used.
 struct DebugMode;
 extern ModuleGlobal<DebugMode> g_debugMode;
 

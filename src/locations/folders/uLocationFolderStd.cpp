@@ -188,7 +188,7 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
     ReplaceEntryFile(FileChanger(recorded), made.Path(), file, state.isEnabled, folders_);
   }
-  item->UpdateCommand(file, [] { return true; });
+  item->UpdateCommand(file, Items().Lock(), [] { return true; });
 }
 
 void TLocationFolderStd::MoveItem(const ItemRef& item, TTypeStartupLocation target) {

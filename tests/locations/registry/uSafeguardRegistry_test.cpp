@@ -196,6 +196,9 @@ TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
   ForceDebugMode();
   EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_SUCCESS);
   g_debugMode.Stop();
+  ASSERT_FALSE(trace->lines.empty());
+  EXPECT_TRUE(StartsText(L"Live at start-up: ", trace->lines.back())) << "the report of the stop";
+  trace->lines.pop_back();
   EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
                                  L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
   test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
