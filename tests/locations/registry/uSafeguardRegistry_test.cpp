@@ -3,6 +3,7 @@
 #include "infra/registry/registry.h"
 #include "infra/log/uAxDebug.h"
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/runtime/text.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/recording_safeguard.h"
 #include "tests/support/registry_fixture.h"
