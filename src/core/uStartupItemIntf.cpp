@@ -1,10 +1,10 @@
 #include "core/uStartupItemIntf.h"
 
 #include "core/contracts/boundary_call.h"
-#include "core/item_execution.h"
-#include "core/item_properties.h"
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/variant_values.h"
+#include "core/detail_properties.h"
+#include "core/item_execution.h"
 #include "infra/runtime/assertion.h"
 #include "model/location_list.h"
 
@@ -17,6 +17,15 @@ constexpr wchar_t kUnit[] = L"uStartupItemIntf";
 TLocationStartup& LocationOf(const TStartupItem& item) {
   // CanDoAction has seen the location.
   return *FindLocation(item.Location());
+}
+
+// `index` is an ItemProperty; VT_NULL for an unknown one.
+VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index) {
+  if (index == kPropertyLocation) return NumberVariant(item.Location());
+  return item.Get([&](const ItemState& state) {
+    return index == kPropertyEnabled ? BooleanVariant(state.isEnabled)
+                                     : DetailPropertyValue(state.details, index);
+  });
 }
 
 }  // namespace
