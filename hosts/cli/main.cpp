@@ -3,7 +3,7 @@
 #include "hosts/cli/console.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
-#include "hosts/cli/interrupted_note.h"
+#include "hosts/common/journal.h"
 
 #include <windows.h>
 
@@ -15,6 +15,21 @@ int _dowildcard = 0;
 namespace {
 
 using namespace smh;
+
+// Says on standard error, in one line, which changes of this user or, elevated, of the machine were
+// interrupted; nothing when none was, or when the journal cannot be read.
+void NameInterruptedCheckpoints() noexcept {
+  try {
+    std::wstring line;
+    for (const CheckpointRecord& checkpoint : Journal().Interrupted()) {
+      line += line.empty() ? L"Interrupted: " : L", ";
+      line += L"checkpoint " + std::to_wstring(checkpoint.info.id) + L" \"" + checkpoint.title + L"\"";
+    }
+    if (!line.empty()) WriteMessage(line + L". \"startupctl undo ID\" takes one back.");
+  } catch (...) {
+    // The command itself says what is missing, if it needs it.
+  }
+}
 
 void Run(std::span<const std::wstring> arguments) {
   const auto parsed = ParseCommandLine(arguments);

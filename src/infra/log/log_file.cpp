@@ -3,7 +3,7 @@
 #include "infra/files/folder_making.h"
 #include "infra/runtime/handle.h"
 
-#include <string_view>
+#include <algorithm>
 
 namespace smh {
 
@@ -25,6 +25,22 @@ bool WriteText(const std::wstring& path, const LogText& text) noexcept {
 }
 
 }  // namespace
+
+void LogText::AddLine(std::wstring_view line) {
+  Put(line);
+  Put(L"\r\n");
+}
+
+void LogText::Put(std::wstring_view text) {
+  while (!text.empty()) {
+    if (Room() == 0) blocks_.push_back(std::make_unique_for_overwrite<BlockOfUnits>());
+    BlockOfUnits& block = *blocks_.back();
+    const std::size_t count = std::min(Room(), text.size());
+    std::copy_n(text.data(), count, block.units + block.used);
+    block.used += count;
+    text.remove_prefix(count);
+  }
+}
 
 bool WriteLogFile(LogFileNames& names, const LogText& text) noexcept {
   MakeFolders(names.file);
