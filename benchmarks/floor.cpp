@@ -1,7 +1,7 @@
 #include "benchmarks/floor.h"
 
-#include <shellapi.h>
 #include <commctrl.h>
+#include <shellapi.h>
 
 namespace smh::bench {
 

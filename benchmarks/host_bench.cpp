@@ -4,7 +4,6 @@
 #include "benchmarks/minimal_item.h"
 #include "benchmarks/sample_entries.h"
 #include "benchmarks/system_calls.h"
-
 #include "core/contracts/StartupManagerHelper.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"

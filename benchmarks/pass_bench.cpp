@@ -8,13 +8,12 @@
 #include "benchmarks/sample_shortcuts.h"
 #include "benchmarks/system_calls.h"
 #include "benchmarks/thread_clock.h"
-
-#include "core/module_start.h"
 #include "core/contracts/uDllGlobals.h"
+#include "core/module_start.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
-#include "model/location_list.h"
+#include "model/uLocationStartup.h"
 
 #include <span>
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "benchmarks/sample_programs.h"
-
 #include "tests/support/known_keys.h"
 #include "tests/support/registry_fixture.h"
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "benchmarks/sample_programs.h"
-
 #include "tests/support/startup_folders.h"
 
 namespace smh::bench {

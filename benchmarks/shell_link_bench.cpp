@@ -2,10 +2,9 @@
 // file, and against copying the same sections.
 
 #include "benchmarks/bench.h"
-
+#include "benchmarks/link_sections_copy.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"
-#include "benchmarks/link_sections_copy.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "tests/support/file_fixture.h"
 

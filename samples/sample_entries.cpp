@@ -5,7 +5,6 @@
 #include "samples/link_builder.h"
 
 #include <windows.h>
-
 #include <shlobj.h>
 
 #include <filesystem>

@@ -1,9 +1,8 @@
 // Parsing shell links from memory: against copying their sections, and against liblnk on the same bytes.
 
 #include "benchmarks/bench.h"
-
-#include "samples/link_builder.h"
 #include "benchmarks/link_sections_copy.h"
+#include "samples/link_builder.h"
 
 #include <libbfio.h>
 #include <liblnk.h>

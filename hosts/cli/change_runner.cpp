@@ -1,8 +1,8 @@
 #include "hosts/cli/change_runner.h"
 
 #include "hosts/cli/console.h"
-#include "hosts/common/host_error.h"
 #include "hosts/cli/item_selector.h"
+#include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 

@@ -3,7 +3,6 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/text.h"
 
 #include <CLI/CLI.hpp>

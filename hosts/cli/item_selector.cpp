@@ -4,7 +4,6 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/text.h"
 
 #include <vector>

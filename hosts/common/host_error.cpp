@@ -1,7 +1,6 @@
 #include "hosts/common/host_error.h"
 
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"

@@ -2,9 +2,9 @@
 // (intf_journal.h) hands out by reference is copied here.
 #pragma once
 
+#include "core/contracts/intf_journal.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"
-#include "core/contracts/intf_journal.h"
 
 #include <string>
 #include <string_view>

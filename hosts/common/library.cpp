@@ -1,12 +1,11 @@
 #include "hosts/common/library.h"
 
-#include "hosts/common/host_error.h"
-
 #include "core/contracts/intf_DebugLog.h"
 #include "core/contracts/intf_FileRater.h"
 #include "core/contracts/intf_general.h"
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
+#include "hosts/common/host_error.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"

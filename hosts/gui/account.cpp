@@ -1,9 +1,8 @@
 #include "hosts/gui/account.h"
 
-#include "hosts/common/library.h"
-
-#include "infra/runtime/handle.h"
 #include "core/contracts/intf_general.h"
+#include "hosts/common/library.h"
+#include "infra/runtime/handle.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
 

@@ -1,10 +1,10 @@
 #include "hosts/gui/details_pane.h"
 
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_columns.h"
 #include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
-#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 

@@ -1,8 +1,7 @@
 #include "hosts/gui/entry_columns.h"
 
-#include "hosts/gui/location_titles.h"
 #include "hosts/common/text_encoding.h"
-
+#include "hosts/gui/location_titles.h"
 #include "infra/runtime/text.h"
 
 namespace smh {

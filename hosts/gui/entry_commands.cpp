@@ -1,7 +1,7 @@
 // What can be done with the selected entries.
+#include "hosts/common/item_property.h"
 #include "hosts/gui/entries_view.h"
 #include "hosts/gui/entry_dialogs.h"
-#include "hosts/common/item_property.h"
 #include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
 

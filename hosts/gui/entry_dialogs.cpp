@@ -3,7 +3,6 @@
 #include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/window.h"
-
 #include "infra/runtime/text.h"
 
 #include <commdlg.h>

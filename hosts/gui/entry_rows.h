@@ -2,9 +2,9 @@
 // Has no window and takes no lock; used by one thread.
 #pragma once
 
-#include "hosts/gui/entry_columns.h"
-#include "hosts/common/entry_watch.h"
 #include "core/contracts/location_table.h"
+#include "hosts/common/entry_watch.h"
+#include "hosts/gui/entry_columns.h"
 
 #include <bitset>
 #include <compare>

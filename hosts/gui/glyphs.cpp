@@ -2,9 +2,8 @@
 
 #include "hosts/gui/dpi.h"
 
-#include <objidl.h>
-
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <memory>
 

@@ -6,7 +6,6 @@
 #include "hosts/common/json_output.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/scoped_com.h"
 
 #include <thread>

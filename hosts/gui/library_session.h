@@ -5,9 +5,9 @@
 
 #include "hosts/common/client_record.h"
 #include "hosts/common/entry_look.h"
-#include "hosts/gui/entry_rows.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/library.h"
+#include "hosts/gui/entry_rows.h"
 
 #include <atomic>
 #include <functional>

@@ -5,7 +5,6 @@
 #include "hosts/gui/entry_rows.h"
 
 #include <windows.h>
-
 #include <commctrl.h>
 
 #include <functional>

@@ -1,9 +1,8 @@
 #include "hosts/gui/programs_view.h"
 
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/search_text.h"
-#include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/text.h"
 
 #include <algorithm>

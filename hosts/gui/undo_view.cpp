@@ -1,10 +1,9 @@
 #include "hosts/gui/undo_view.h"
 
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/search_text.h"
-#include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/text.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // window's thread; the worker asks the journal.
 #pragma once
 
-#include "hosts/gui/frame.h"
 #include "hosts/common/journal.h"
+#include "hosts/gui/frame.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 

@@ -1,7 +1,6 @@
 #include "hosts/gui/worker.h"
 
 #include "hosts/common/host_error.h"
-
 #include "infra/runtime/scoped_com.h"
 
 namespace smh {

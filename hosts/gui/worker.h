@@ -4,7 +4,6 @@
 
 #include "hosts/gui/library_session.h"
 #include "hosts/gui/ui_queue.h"
-
 #include "infra/runtime/handle.h"
 
 #include <atomic>

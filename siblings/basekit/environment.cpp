@@ -1,12 +1,12 @@
 #include "siblings/basekit/environment.h"
 
-#include <windows.h>
-
-#include <optional>
-
 #include "infra/files/paths.h"
 #include "infra/runtime/growing_text.h"
 #include "infra/runtime/text.h"
+
+#include <windows.h>
+
+#include <optional>
 
 namespace smh {
 

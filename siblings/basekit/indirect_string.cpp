@@ -1,10 +1,10 @@
 #include "siblings/basekit/indirect_string.h"
 
+#include "infra/runtime/text.h"
+#include "siblings/basekit/environment.h"
+
 #include <limits>
 #include <optional>
-
-#include "siblings/basekit/environment.h"
-#include "infra/runtime/text.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
 #include "siblings/basekit/ole_date.h"
 
+#include "infra/runtime/exceptions.h"
+
 #include <cmath>
 #include <cstdint>
-
-#include "infra/runtime/exceptions.h"
 
 namespace smh {
 

@@ -1,11 +1,11 @@
 #include "siblings/basekit/program_part.h"
 
-#include <algorithm>
-#include <iterator>
-
+#include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
 #include "siblings/basekit/executable_extensions.h"
-#include "infra/runtime/text.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace smh {
 

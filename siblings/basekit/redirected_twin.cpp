@@ -1,15 +1,15 @@
 #include "siblings/basekit/redirected_twin.h"
 
-#include <windows.h>
-#include <shlobj.h>
-
-#include <utility>
-
-#include "siblings/basekit/environment.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/text.h"
+#include "siblings/basekit/environment.h"
+
+#include <windows.h>
+#include <shlobj.h>
+
+#include <utility>
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 #define SECURITY_WIN32
-#include <security.h>
 #include <lmcons.h>
+#include <security.h>
 
 namespace smh {
 

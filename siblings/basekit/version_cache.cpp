@@ -1,11 +1,11 @@
 #include "siblings/basekit/version_cache.h"
 
+#include "siblings/basekit/environment.h"
+
 #include <windows.h>
 
 #include <algorithm>
 #include <optional>
-
-#include "siblings/basekit/environment.h"
 
 namespace smh {
 

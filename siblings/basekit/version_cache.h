@@ -2,9 +2,9 @@
 // kept.
 #pragma once
 
-#include "siblings/basekit/format/version_record.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/critical_section.h"
+#include "siblings/basekit/format/version_record.h"
 
 #include <array>
 #include <memory>

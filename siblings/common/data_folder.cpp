@@ -1,10 +1,10 @@
 #include "siblings/common/data_folder.h"
 
+#include "infra/files/paths.h"
+#include "siblings/common/product.h"
+
 #include <windows.h>
 #include <shlobj.h>
-
-#include "siblings/common/product.h"
-#include "infra/files/paths.h"
 
 namespace smh {
 

@@ -1,9 +1,9 @@
 #include "siblings/guardkit/blob_store.h"
 
-#include "siblings/guardkit/content_hash.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
+#include "siblings/guardkit/content_hash.h"
 
 #include <functional>
 #include <vector>

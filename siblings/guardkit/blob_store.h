@@ -2,9 +2,9 @@
 // folder, <hash> being SHA-256 in lower-case hexadecimal digits. Sizes are bytes.
 #pragma once
 
-#include "siblings/guardkit/journal_folder.h"
-#include "siblings/guardkit/format/journal_steps.h"
 #include "infra/runtime/handle.h"
+#include "siblings/guardkit/format/journal_steps.h"
+#include "siblings/guardkit/journal_folder.h"
 
 #include <set>
 

@@ -1,8 +1,8 @@
 // The open checkpoints of the process, one per thread.
 #pragma once
 
-#include "siblings/guardkit/open_checkpoint.h"
 #include "infra/runtime/critical_section.h"
+#include "siblings/guardkit/open_checkpoint.h"
 
 #include <map>
 #include <memory>

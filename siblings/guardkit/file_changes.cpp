@@ -1,10 +1,10 @@
 #include "siblings/guardkit/file_changes.h"
 
-#include "siblings/common/data_folder.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "siblings/common/data_folder.h"
 
 #include <shlobj.h>
 

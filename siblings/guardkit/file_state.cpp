@@ -1,9 +1,9 @@
 #include "siblings/guardkit/file_state.h"
 
 #include "infra/files/file_facts.h"
-#include "siblings/guardkit/security_state.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "siblings/guardkit/security_state.h"
 
 #include <functional>
 

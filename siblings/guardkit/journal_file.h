@@ -4,9 +4,9 @@
 // What stands in them: format/journal_format.h. Failures raise EOSError unless it is said otherwise.
 #pragma once
 
-#include "siblings/guardkit/journal_folder.h"
-#include "siblings/guardkit/format/journal_format.h"
 #include "infra/runtime/handle.h"
+#include "siblings/guardkit/format/journal_format.h"
+#include "siblings/guardkit/journal_folder.h"
 
 #include <optional>
 #include <vector>

@@ -1,13 +1,13 @@
 #include "siblings/guardkit/journal_folder.h"
 
-#include "siblings/common/data_folder.h"
-#include "siblings/common/product.h"
-#include "infra/runtime/exceptions.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
 #include "infra/files/folder_making.h"
 #include "infra/files/paths.h"
+#include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 
 #include <sddl.h>
 #include <shlobj.h>

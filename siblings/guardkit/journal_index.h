@@ -2,8 +2,8 @@
 // lock unless the caller does.
 #pragma once
 
-#include "siblings/guardkit/journal_file.h"
 #include "core/contracts/intf_journal.h"
+#include "siblings/guardkit/journal_file.h"
 
 #include <optional>
 #include <vector>

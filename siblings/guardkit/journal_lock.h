@@ -5,8 +5,8 @@
 // that dies gives it back.
 #pragma once
 
-#include "siblings/guardkit/journal_folder.h"
 #include "infra/runtime/handle.h"
+#include "siblings/guardkit/journal_folder.h"
 
 namespace smh {
 

@@ -1,11 +1,11 @@
 #include "siblings/guardkit/journal_service.h"
 
 #include "core/contracts/boundary_call.h"
-#include "siblings/guardkit/checkpoints.h"
-#include "infra/files/file_facts.h"
-#include "siblings/guardkit/undo_runner.h"
 #include "core/contracts/com_object.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/undo_runner.h"
 
 namespace smh {
 

@@ -1,8 +1,8 @@
 #include "siblings/guardkit/open_checkpoint.h"
 
 #include "infra/files/file_facts.h"
-#include "siblings/guardkit/registry_place.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/registry_place.h"
 
 namespace smh {
 

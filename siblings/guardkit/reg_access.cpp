@@ -1,8 +1,8 @@
 #include "siblings/guardkit/reg_access.h"
 
+#include "core/contracts/boundary_call.h"
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/registry_changes.h"
-#include "core/contracts/boundary_call.h"
 
 namespace smh {
 

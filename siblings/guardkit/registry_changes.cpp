@@ -1,10 +1,10 @@
 #include "siblings/guardkit/registry_changes.h"
 
-#include "siblings/guardkit/registry_place.h"
-#include "siblings/guardkit/registry_state.h"
-#include "infra/runtime/exceptions.h"
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/registry_place.h"
+#include "siblings/guardkit/registry_state.h"
 
 namespace smh {
 

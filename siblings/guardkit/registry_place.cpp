@@ -1,10 +1,10 @@
 #include "siblings/guardkit/registry_place.h"
 
-#include "siblings/guardkit/native_registry.h"
+#include "infra/registry/registry_tree.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/registry/registry_tree.h"
 #include "infra/runtime/text.h"
+#include "siblings/guardkit/native_registry.h"
 
 #include <cstring>
 #include <vector>

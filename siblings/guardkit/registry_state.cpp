@@ -1,10 +1,10 @@
 #include "siblings/guardkit/registry_state.h"
 
-#include "siblings/guardkit/native_registry.h"
-#include "siblings/guardkit/security_state.h"
+#include "infra/registry/registry_values.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/registry/registry_values.h"
+#include "siblings/guardkit/native_registry.h"
+#include "siblings/guardkit/security_state.h"
 
 namespace smh {
 

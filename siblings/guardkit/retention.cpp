@@ -1,12 +1,12 @@
 #include "siblings/guardkit/retention.h"
 
-#include "siblings/guardkit/journal_file.h"
+#include "core/contracts/intf_settings.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
-#include "core/contracts/intf_settings.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
 #include "infra/siblings/exported_instance.h"
+#include "siblings/guardkit/journal_file.h"
 
 #include <numeric>
 

@@ -1,12 +1,11 @@
 #include "siblings/guardkit/safeguard.h"
 
-#include "siblings/guardkit/checkpoints.h"
-#include "siblings/guardkit/file_changes.h"
-#include "infra/runtime/exceptions.h"
 #include "core/contracts/boundary_call.h"
 #include "core/contracts/boundary_string.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/file_changes.h"
 
 namespace smh {
 

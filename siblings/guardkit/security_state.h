@@ -2,8 +2,8 @@
 // (SECURITY_DESCRIPTOR_RELATIVE).
 #pragma once
 
-#include "siblings/guardkit/format/journal_steps.h"
 #include "infra/runtime/handle.h"
+#include "siblings/guardkit/format/journal_steps.h"
 
 #include <windows.h>
 

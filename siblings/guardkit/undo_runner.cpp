@@ -1,7 +1,7 @@
 #include "siblings/guardkit/undo_runner.h"
 
-#include "siblings/guardkit/undo_steps.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/undo_steps.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,8 +1,8 @@
 // Takes a checkpoint back, or says what that would do.
 #pragma once
 
-#include "siblings/guardkit/journal_index.h"
 #include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/journal_index.h"
 
 namespace smh {
 

@@ -1,13 +1,13 @@
 #include "siblings/guardkit/undo_steps.h"
 
-#include "siblings/guardkit/file_changes.h"
-#include "siblings/guardkit/registry_changes.h"
-#include "siblings/guardkit/registry_place.h"
-#include "siblings/guardkit/registry_state.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
+#include "siblings/guardkit/file_changes.h"
+#include "siblings/guardkit/registry_changes.h"
+#include "siblings/guardkit/registry_place.h"
+#include "siblings/guardkit/registry_state.h"
 
 #include <optional>
 

@@ -4,9 +4,9 @@
 // file are held in place meanwhile.
 #pragma once
 
-#include "siblings/guardkit/open_checkpoint.h"
-#include "siblings/guardkit/format/undo_plan.h"
 #include "core/contracts/intf_journal.h"
+#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 

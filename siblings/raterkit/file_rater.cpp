@@ -1,13 +1,13 @@
 #include "siblings/raterkit/file_rater.h"
 
-#include <memory>
-#include <utility>
-
-#include "siblings/common/data_folder.h"
 #include "core/contracts/boundary_call.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
+#include "siblings/common/data_folder.h"
 #include "siblings/raterkit/rating_store.h"
+
+#include <memory>
+#include <utility>
 
 namespace smh {
 

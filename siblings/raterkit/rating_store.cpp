@@ -1,9 +1,9 @@
 #include "siblings/raterkit/rating_store.h"
 
-#include <windows.h>
-
 #include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
+
+#include <windows.h>
 
 namespace smh {
 

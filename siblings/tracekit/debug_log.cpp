@@ -1,15 +1,15 @@
 #include "siblings/tracekit/debug_log.h"
 
+#include "core/contracts/boundary_call.h"
+#include "infra/runtime/exceptions.h"
+#include "siblings/tracekit/trace_file.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cwchar>
 #include <string>
 #include <utility>
-
-#include "core/contracts/boundary_call.h"
-#include "infra/runtime/exceptions.h"
-#include "siblings/tracekit/trace_file.h"
 
 namespace smh {
 

@@ -1,10 +1,10 @@
 #include "siblings/tracekit/trace_file.h"
 
-#include <string>
-
-#include "siblings/common/data_folder.h"
 #include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/common/data_folder.h"
+
+#include <string>
 
 namespace smh {
 

@@ -2,8 +2,8 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/text.h"
-#include "model/extended_info.h"
 #include "model/basic_info.h"
+#include "model/extended_info.h"
 #include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/wow64_paths.h"

@@ -2,9 +2,9 @@
 
 #include "core/contracts/StartupManagerHelper.h"
 #include "core/contracts/uDllGlobals.h"
+#include "infra/registry/uRegistryUtils.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
-#include "infra/registry/uRegistryUtils.h"
 
 #include <iterator>
 

@@ -2,8 +2,8 @@
 
 #include "clients/client_keys.h"
 #include "clients/favorite_reader.h"
-#include "core/uFavoriteItemIntf.h"
 #include "core/contracts/boundary_call.h"
+#include "core/uFavoriteItemIntf.h"
 #include "infra/runtime/assertion.h"
 #include "infra/runtime/process_end.h"
 #include "infra/runtime/text.h"

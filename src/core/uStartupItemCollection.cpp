@@ -4,8 +4,8 @@
 #include "core/uStartupItemIntf.h"
 #include "infra/runtime/assertion.h"
 #include "model/image_lists.h"
-#include "model/location_list.h"
 #include "model/reading.h"
+#include "model/uLocationStartup.h"
 
 namespace smh {
 

@@ -6,7 +6,7 @@
 #include "core/detail_properties.h"
 #include "core/item_execution.h"
 #include "infra/runtime/assertion.h"
-#include "model/location_list.h"
+#include "model/uLocationStartup.h"
 
 namespace smh {
 

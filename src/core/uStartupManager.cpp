@@ -1,15 +1,15 @@
 #include "core/uStartupManager.h"
 
-#include "core/uFavoriteItemCollection.h"
 #include "core/contracts/boundary_call.h"
+#include "core/uFavoriteItemCollection.h"
 #include "core/uStartupItemCollection.h"
-#include "infra/runtime/text.h"
+#include "core/uStartupManagerStrings.h"
 #include "infra/log/system_info_block.h"
 #include "infra/log/uStatisticsLog.h"
+#include "infra/runtime/text.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
 #include "model/shortcut_facts.h"
-#include "core/uStartupManagerStrings.h"
 #include "sysutil/command_line.h"
 
 namespace smh {

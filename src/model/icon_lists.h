@@ -1,11 +1,10 @@
 // A small and a large image list that hold the same icons at the same indexes.
 #pragma once
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/scoped_image_list.h"
-
-#include "infra/files/file_facts.h"
 
 #include <windows.h>
 #include <commctrl.h>

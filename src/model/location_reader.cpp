@@ -4,9 +4,9 @@
 #include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/item_list.h"
-#include "model/location_list.h"
 #include "model/parkable_thread.h"
 #include "model/reader_state.h"
+#include "model/uLocationStartup.h"
 
 namespace smh {
 

@@ -2,9 +2,9 @@
 // module is unloaded.
 #pragma once
 
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
-#include "infra/log/uStatisticsLog.h"
 
 #include <atomic>
 #include <functional>

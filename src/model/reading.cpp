@@ -4,9 +4,9 @@
 #include "infra/runtime/assertion.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
-#include "model/location_list.h"
 #include "model/location_reader.h"
 #include "model/reader_state.h"
+#include "model/uLocationStartup.h"
 
 namespace smh {
 

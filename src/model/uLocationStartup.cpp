@@ -2,9 +2,10 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/assertion.h"
+#include "infra/runtime/critical_section.h"
+#include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"
 #include "model/checkpoint.h"
-#include "model/location_list.h"
 #include "model/reader_state.h"
 
 namespace smh {
@@ -159,6 +160,40 @@ bool TLocationStartup::RemoveMissingItems(const Load& load) {
     return true;
   });
   return true;
+}
+
+using LocationList = std::vector<std::unique_ptr<TLocationStartup>>;
+
+struct ModuleLocations {
+  // The location-list lock: guards nothing but the making of the list. A leaf, except that the constructors
+  // of the locations open registry keys and folders under it.
+  CriticalSection lock;
+  LocationMaker make = nullptr;
+  Lazy<const LocationList> list{lock};
+};
+
+constinit ModuleGlobal<ModuleLocations> g_locations(L"uLocationStartup");
+
+void SetLocationMaker(LocationMaker maker) {
+  g_locations->make = maker;
+}
+
+const LocationList& Locations() {
+  ModuleLocations& locations = *g_locations;
+  return locations.list.Get([&locations] {
+    LocationList list;
+    for (const TTypeStartupLocation type : kLocationListOrder) {
+      list.push_back(locations.make(LocationRowOf(type)));
+    }
+    return list;
+  });
+}
+
+TLocationStartup* FindLocation(TTypeStartupLocation type) {
+  for (const auto& location : Locations()) {
+    if (location->LocationType() == type) return location.get();
+  }
+  return nullptr;
 }
 
 }  // namespace smh

@@ -4,12 +4,15 @@
 
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
+#include "infra/runtime/module_global.h"
 #include "model/change_gate.h"
 #include "model/item_list.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace smh {
 
@@ -131,5 +134,22 @@ auto RunLogged(Body&& body, Message&& message) {
     throw;
   });
 }
+
+// Makes the location of a row; never null. Raises what its making raises.
+using LocationMaker = std::unique_ptr<TLocationStartup> (*)(const LocationRow& row);
+
+// How locations are made: their classes lie above this layer. For module start-up, before any call below.
+void SetLocationMaker(LocationMaker maker);
+
+// Every location of the table, in the order of the list; made together on first use, under the location-list
+// lock. Any thread may ask; the locations live until the module stops. Raises what the maker raises, and then
+// the next call tries again.
+const std::vector<std::unique_ptr<TLocationStartup>>& Locations();
+// The location of that type; null for a value that names none. As above.
+TLocationStartup* FindLocation(TTypeStartupLocation type);
+
+// The maker and the locations, which its stop destroys.
+struct ModuleLocations;
+extern ModuleGlobal<ModuleLocations> g_locations;
 
 }  // namespace smh

@@ -1,8 +1,8 @@
 #include "model/uStartupItem.h"
 
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
-#include "infra/log/uStatisticsLog.h"
 #include "model/extended_info.h"
 #include "model/shortcut_facts.h"
 

@@ -12,8 +12,8 @@
 #pragma once
 
 #include "core/contracts/location_table.h"
-#include "infra/runtime/critical_section.h"
 #include "infra/registry/uRegistryUtils.h"
+#include "infra/runtime/critical_section.h"
 #include "model/basic_info.h"
 #include "model/item_details.h"
 

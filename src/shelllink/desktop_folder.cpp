@@ -5,8 +5,8 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/lazy.h"
-#include "shelllink/link_text.h"
 #include "shelllink/format/section_view.h"
+#include "shelllink/link_text.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
 #include "sysutil/file_search.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/registry/registry_values.h"
+#include "infra/registry/uRegistryUtils.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "infra/registry/registry_values.h"
-#include "infra/registry/uRegistryUtils.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 #include "sysutil/wow64_paths.h"

@@ -1,9 +1,9 @@
 #include "sysutil/uRegEditUtils.h"
 
-#include "infra/runtime/exceptions.h"
-#include "infra/runtime/text.h"
 #include "core/contracts/message_box.h"
 #include "infra/registry/uRegistryUtils.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 #include "sysutil/shell_open.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/windows/uWindowTopHelper.h"

@@ -7,7 +7,6 @@
 
 #include <windows.h>
 #include <oaidl.h>
-
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,6 +1,5 @@
-#include "tests/core/boundary_favorite_fixture.h"
-
 #include "samples/link_builder.h"
+#include "tests/core/boundary_favorite_fixture.h"
 
 #include <commctrl.h>
 

@@ -1,13 +1,12 @@
 // Tests of the loaded library on the real Run keys: emptied before every test, put back at the program's end.
 #pragma once
 
+#include "infra/files/paths.h"
 #include "tests/core/boundary_client.h"
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
-
-#include "infra/files/paths.h"
 
 #include <shlobj.h>
 

@@ -2,7 +2,6 @@
 // of their reading.
 
 #include "tests/core/boundary_favorite_fixture.h"
-
 #include "tests/support/process_counts.h"
 #include "tests/support/test_main.h"
 

@@ -5,9 +5,8 @@
 #include "tests/support/waiting.h"
 
 #include <commctrl.h>
-#include <objidl.h>
-
 #include <gdiplus.h>
+#include <objidl.h>
 
 #include <stdexcept>
 

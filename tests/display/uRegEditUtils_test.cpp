@@ -1,15 +1,14 @@
-#include "sysutil/uRegEditUtils.h"
-
-#include "tests/display/display_support.h"
-#include "tests/display/stand_ins/editor_settings.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "sysutil/uRegEditUtils.h"
+#include "sysutil/windows/uWindowsExt.h"
+#include "tests/display/display_support.h"
+#include "tests/display/stand_ins/editor_settings.h"
 #include "tests/support/child_process.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 #include "tests/sysutil/file_utils_fixture.h"
-#include "sysutil/windows/uWindowsExt.h"
 
 #include <shellapi.h>
 

@@ -1,13 +1,12 @@
-#include "sysutil/windows/uWindowTopHelper.h"
-
-#include "tests/display/display_support.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "sysutil/uRegEditUtils.h"
+#include "sysutil/windows/uWindowTopHelper.h"
+#include "tests/display/display_support.h"
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/test_main.h"
 #include "tests/support/waiting.h"
-#include "sysutil/uRegEditUtils.h"
 
 #include <aclapi.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
-#include "tests/model/fake_location.h"
-
-#include "model/checkpoint.h"
 #include "core/uStartupManagerStrings.h"
+#include "model/checkpoint.h"
+#include "tests/model/fake_location.h"
 
 #include <gmock/gmock.h>
 

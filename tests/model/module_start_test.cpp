@@ -1,6 +1,5 @@
 // The start-up table of the module, every row of which may fail.
 #include "core/module_start.h"
-
 #include "infra/runtime/exceptions.h"
 #include "tests/support/child_process.h"
 #include "tests/support/process_counts.h"

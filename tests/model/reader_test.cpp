@@ -1,7 +1,6 @@
-#include "tests/model/fake_location.h"
-
 #include "model/reader_state.h"
 #include "model/reading.h"
+#include "tests/model/fake_location.h"
 #include "tests/support/process_counts.h"
 #include "tests/support/waiting.h"
 

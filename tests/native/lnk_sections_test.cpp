@@ -1,7 +1,7 @@
 // What the sections of an accepted link say, and what is left of a refused one.
 
-#include "tests/native/every_accessor.h"
 #include "samples/link_builder.h"
+#include "tests/native/every_accessor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tests/proofs/api_gate.h"
 
-#include <aclapi.h>
 #include <objbase.h>
+#include <aclapi.h>
 
 #include <cstdint>
 #include <type_traits>

@@ -1,7 +1,7 @@
 // The places that the proofs change, emptied for them and put back at the end, and what is in them as text.
 #pragma once
 
-#include "model/location_list.h"
+#include "model/uLocationStartup.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/startup_folders.h"
 

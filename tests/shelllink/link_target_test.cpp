@@ -1,9 +1,8 @@
 // The texts of a link: target rules, conversion, description, names of the shell; and links as the shell
 // saves them.
-#include "tests/shelllink/shell_link_fixture.h"
-
 #include "infra/runtime/com_ptr.h"
 #include "shelllink/desktop_folder.h"
+#include "tests/shelllink/shell_link_fixture.h"
 #include "tests/support/child_process.h"
 
 #include <gtest/gtest.h>

@@ -8,8 +8,8 @@
 #include "shelllink/uShellLinkInfo.h"
 #include "tests/support/file_fixture.h"
 
-#include <gtest/gtest.h>
 #include <objbase.h>
+#include <gtest/gtest.h>
 
 namespace smh::test {
 

@@ -4,7 +4,7 @@
 #include "core/module_start.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/item_list.h"
-#include "model/location_list.h"
+#include "model/uLocationStartup.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/recording_safeguard.h"

@@ -2,8 +2,8 @@
 
 #include "infra/runtime/import_function.h"
 
-#include <sddl.h>
 #include <winternl.h>
+#include <sddl.h>
 
 #include <algorithm>
 #include <cstring>

@@ -2,8 +2,8 @@
 
 #include "infra/runtime/exceptions.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <map>

@@ -1,5 +1,4 @@
 #include "sysutil/command_line.h"
-
 #include "tests/support/file_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"
 

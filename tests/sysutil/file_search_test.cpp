@@ -1,5 +1,4 @@
 #include "sysutil/file_search.h"
-
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"

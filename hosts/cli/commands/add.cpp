@@ -1,11 +1,10 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
-#include "hosts/common/host_error.h"
 #include "hosts/cli/item_selector.h"
+#include "hosts/cli/stored_command.h"
+#include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
-#include "hosts/cli/stored_command.h"
-
 #include "infra/runtime/text.h"
 
 #include <algorithm>

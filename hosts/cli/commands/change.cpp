@@ -1,7 +1,6 @@
 #include "hosts/cli/change_runner.h"
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/stored_command.h"
-
 #include "infra/runtime/text.h"
 
 namespace smh {

@@ -1,8 +1,8 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/table_output.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/json_output.h"
-#include "hosts/cli/table_output.h"
 #include "hosts/common/text_encoding.h"
 
 namespace smh {

@@ -1,10 +1,9 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/item_selector.h"
 #include "hosts/common/dialog_blocker.h"
 #include "hosts/common/host_error.h"
-#include "hosts/cli/item_selector.h"
 #include "hosts/common/reading.h"
-
 #include "infra/files/file_facts.h"
 
 namespace smh {

@@ -1,11 +1,11 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/cli/table_output.h"
 #include "hosts/common/dialog_blocker.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/item_place.h"
-#include "hosts/cli/item_selector.h"
 #include "hosts/common/reading.h"
-#include "hosts/cli/table_output.h"
 #include "hosts/common/text_encoding.h"
 
 namespace smh {

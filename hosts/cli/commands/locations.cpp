@@ -1,9 +1,9 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/table_output.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
-#include "hosts/cli/table_output.h"
 
 #include <array>
 

@@ -1,10 +1,9 @@
+#include "core/contracts/intf_general.h"
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/text_encoding.h"
-
-#include "core/contracts/intf_general.h"
 #include "infra/runtime/text.h"
 
 namespace smh {

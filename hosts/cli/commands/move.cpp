@@ -1,7 +1,7 @@
 #include "hosts/cli/change_runner.h"
 #include "hosts/cli/commands/commands.h"
-#include "hosts/common/location_names.h"
 #include "hosts/cli/stored_command.h"
+#include "hosts/common/location_names.h"
 
 namespace smh {
 

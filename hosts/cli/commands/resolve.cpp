@@ -3,7 +3,6 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/files/file_facts.h"
 
 namespace smh {

@@ -8,7 +8,6 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/handle.h"
 
 namespace smh {

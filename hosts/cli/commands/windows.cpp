@@ -1,9 +1,8 @@
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/console.h"
-#include "hosts/common/host_error.h"
 #include "hosts/cli/table_output.h"
+#include "hosts/common/host_error.h"
 #include "hosts/common/text_encoding.h"
-
 #include "infra/runtime/exceptions.h"
 #include "sysutil/windows/uWindowTopHelper.h"
 

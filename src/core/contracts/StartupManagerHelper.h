@@ -19,8 +19,8 @@
 #include "core/contracts/boundary_string.h"
 #include "core/contracts/location_table.h"
 
-#include <unknwn.h>
 #include <oaidl.h>
+#include <unknwn.h>
 #include <commctrl.h>
 
 namespace smh {

@@ -4,7 +4,6 @@
 #include "infra/runtime/text.h"
 
 #include <windows.h>
-
 #include <shlobj.h>
 
 namespace smh {

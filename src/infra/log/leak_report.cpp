@@ -4,7 +4,6 @@
 #include "infra/runtime/import_function.h"
 
 #include <windows.h>
-
 #include <malloc.h>
 
 namespace smh {

@@ -1,7 +1,7 @@
 #include "infra/log/system_info_block.h"
 
-#include "core/contracts/uDllGlobals.h"
 #include "core/contracts/boundary_string.h"
+#include "core/contracts/uDllGlobals.h"
 #include "infra/log/log_registry_dump.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/module_path.h"

@@ -2,12 +2,12 @@
 
 #include "core/contracts/com_object.h"
 #include "infra/files/file_facts.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "infra/log/leak_report.h"
+#include "infra/registry/registry.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_path.h"
-#include "infra/registry/registry.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 
 #include <shellapi.h>
 

@@ -1,7 +1,7 @@
 #include "infra/log/uStatisticsLog.h"
 
-#include "core/contracts/uDllGlobals.h"
 #include "core/contracts/boundary_string.h"
+#include "core/contracts/uDllGlobals.h"
 #include "infra/log/crash_report.h"
 #include "infra/log/log_file.h"
 #include "infra/runtime/critical_section.h"

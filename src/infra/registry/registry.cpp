@@ -1,10 +1,10 @@
 #include "infra/registry/registry.h"
 
+#include "infra/registry/registry_tree.h"
+#include "infra/registry/registry_values.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
-#include "infra/registry/registry_tree.h"
-#include "infra/registry/registry_values.h"
 #include "infra/runtime/text.h"
 
 #include <cstring>

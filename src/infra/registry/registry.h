@@ -3,8 +3,8 @@
 // open key. Not shared between threads. Names that hold a NUL count as missing and are never written.
 #pragma once
 
-#include "infra/runtime/handle.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/handle.h"
 
 #include <cstdint>
 #include <string>

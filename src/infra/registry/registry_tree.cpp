@@ -1,10 +1,10 @@
 #include "infra/registry/registry_tree.h"
 
+#include "infra/registry/registry_values.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/import_function.h"
-#include "infra/registry/registry_values.h"
 
 namespace smh {
 

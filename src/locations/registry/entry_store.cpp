@@ -1,8 +1,8 @@
 #include "locations/registry/entry_store.h"
 
 #include "core/contracts/uDllGlobals.h"
-#include "infra/runtime/exceptions.h"
 #include "infra/registry/registry_tree.h"
+#include "infra/runtime/exceptions.h"
 #include "locations/registry/uSafeguardRegistry.h"
 
 namespace smh {

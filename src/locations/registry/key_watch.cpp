@@ -1,7 +1,7 @@
 #include "locations/registry/key_watch.h"
 
-#include "infra/runtime/exceptions.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/exceptions.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 namespace smh {

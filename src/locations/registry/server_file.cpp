@@ -1,7 +1,7 @@
 #include "locations/registry/server_file.h"
 
-#include "infra/runtime/format.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/format.h"
 
 #include <objbase.h>
 

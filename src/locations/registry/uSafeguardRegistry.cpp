@@ -1,10 +1,10 @@
 #include "locations/registry/uSafeguardRegistry.h"
 
+#include "infra/log/uAxDebug.h"
 #include "infra/registry/registry.h"
 #include "infra/registry/registry_tree.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
-#include "infra/log/uAxDebug.h"
 
 #include <iterator>
 #include <utility>

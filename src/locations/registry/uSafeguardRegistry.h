@@ -3,8 +3,8 @@
 // between threads: set root and access, one or two operations, CloseKey.
 #pragma once
 
-#include "infra/runtime/com_ptr.h"
 #include "core/contracts/intf_safeguard.h"
+#include "infra/runtime/com_ptr.h"
 
 #include <string>
 #include <string_view>

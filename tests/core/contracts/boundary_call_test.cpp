@@ -1,10 +1,9 @@
 #include "core/contracts/boundary_call.h"
-
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
 
-#include <gtest/gtest.h>
 #include <oleauto.h>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <new>

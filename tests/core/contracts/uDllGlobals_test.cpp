@@ -1,6 +1,5 @@
-#include "core/contracts/uDllGlobals.h"
-
 #include "core/contracts/message_box.h"
+#include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/format.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"

@@ -1,5 +1,4 @@
 #include "hosts/cli/command_line.h"
-
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 

@@ -1,6 +1,5 @@
 // Changes made by startupctl in the Startup folders, looked up in the files.
 #include "tests/hosts/cli/startupctl_fixture.h"
-
 #include "tests/support/startup_folders.h"
 
 #include <filesystem>

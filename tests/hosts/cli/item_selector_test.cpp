@@ -1,5 +1,4 @@
 #include "hosts/cli/item_selector.h"
-
 #include "hosts/common/host_error.h"
 #include "hosts/common/item_place.h"
 #include "tests/hosts/common/test_items.h"

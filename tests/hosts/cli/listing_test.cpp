@@ -1,7 +1,6 @@
 // What startupctl prints about the entries of the Run keys and about the default programs.
-#include "tests/hosts/cli/startupctl_fixture.h"
-
 #include "core/contracts/location_table.h"
+#include "tests/hosts/cli/startupctl_fixture.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 // The three output formats, on entries that are hard to write.
+#include "hosts/cli/table_output.h"
 #include "hosts/common/csv_output.h"
 #include "hosts/common/json_output.h"
-#include "hosts/cli/table_output.h"
-#include "tests/hosts/common/test_items.h"
 #include "hosts/common/text_encoding.h"
+#include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,5 @@
 // Commands that run something or run on: execute, locate, watch.
 #include "tests/hosts/cli/startupctl_fixture.h"
-
 #include "tests/support/test_main.h"
 #include "tests/support/waiting.h"
 

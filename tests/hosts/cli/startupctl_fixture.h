@@ -1,11 +1,10 @@
 // startupctl.exe on the real Run keys: they are empty at the beginning of a test and as before at its end.
 #pragma once
 
+#include "hosts/common/text_encoding.h"
 #include "tests/hosts/cli/startupctl_process.h"
-
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
-#include "hosts/common/text_encoding.h"
 
 #include <nlohmann/json.hpp>
 

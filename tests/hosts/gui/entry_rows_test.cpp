@@ -1,7 +1,6 @@
-#include "hosts/gui/entry_rows.h"
-
 #include "hosts/common/location_names.h"
 #include "hosts/gui/account.h"
+#include "hosts/gui/entry_rows.h"
 #include "hosts/gui/location_titles.h"
 #include "tests/hosts/common/test_items.h"
 

@@ -1,7 +1,7 @@
 #include "tests/hosts/gui/gui_program.h"
 
-#include "tests/display/display_support.h"
 #include "hosts/gui/resource.h"
+#include "tests/display/display_support.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 

@@ -4,7 +4,6 @@
 #include "tests/support/child_process.h"
 
 #include <windows.h>
-
 #include <commctrl.h>
 
 #include <functional>

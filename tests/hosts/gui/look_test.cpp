@@ -1,10 +1,9 @@
 // What the window shows, and how it looks: the screenshots are for people.
-#include "tests/hosts/gui/gui_program.h"
-
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
 #include "tests/hosts/cli/startupctl_process.h"
+#include "tests/hosts/gui/gui_program.h"
 #include "tests/support/waiting.h"
-#include "hosts/common/text_encoding.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,9 +1,8 @@
 // What the user does with entries, seen in the registry.
-#include "tests/hosts/gui/gui_program.h"
-
-#include "tests/display/display_support.h"
 #include "hosts/gui/resource.h"
+#include "tests/display/display_support.h"
 #include "tests/hosts/cli/startupctl_process.h"
+#include "tests/hosts/gui/gui_program.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"

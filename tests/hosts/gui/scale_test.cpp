@@ -1,7 +1,6 @@
 // Very many entries: the window answers at once, while they are read and afterwards.
-#include "tests/hosts/gui/gui_program.h"
-
 #include "hosts/gui/resource.h"
+#include "tests/hosts/gui/gui_program.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 

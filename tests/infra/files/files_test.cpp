@@ -12,7 +12,6 @@
 #include "tests/support/import_patch.h"
 
 #include <gtest/gtest.h>
-
 #include <shlobj.h>
 
 #include <filesystem>

@@ -1,5 +1,4 @@
 #include "infra/log/leak_report.h"
-
 #include "infra/runtime/handle.h"
 
 #include <gtest/gtest.h>

@@ -1,16 +1,15 @@
-#include "infra/log/uStatisticsLog.h"
-
 #include "core/contracts/intf_general.h"
 #include "infra/log/log_registry_dump.h"
 #include "infra/log/system_info_block.h"
-#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/registry/uRegistryUtils.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "sysutil/version/uWinVersionInfo.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/test_main.h"
-#include "sysutil/version/uWinVersionInfo.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,9 @@
 // The plain registry class, the value reader and the deletion of key trees.
 #include "infra/registry/registry.h"
-
-#include "infra/runtime/exceptions.h"
-#include "infra/runtime/import_function.h"
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/import_function.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/registry_fixture.h"
 

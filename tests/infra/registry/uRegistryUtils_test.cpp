@@ -1,5 +1,4 @@
 #include "infra/registry/uRegistryUtils.h"
-
 #include "infra/runtime/exceptions.h"
 #include "tests/support/registry_fixture.h"
 

@@ -1,6 +1,6 @@
 // Formatting, text, exceptions, boundary strings, locks and start-up tables.
-#include "infra/runtime/assertion.h"
 #include "core/contracts/boundary_string.h"
+#include "infra/runtime/assertion.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_steps.h"
 #include "infra/runtime/text.h"

@@ -1,5 +1,3 @@
-#include "infra/siblings/uInterfacesRoutines.h"
-
 #include "core/contracts/com_object.h"
 #include "core/contracts/intf_DebugLog.h"
 #include "core/contracts/intf_FileRater.h"
@@ -7,6 +5,7 @@
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
 #include "infra/log/uAxDebug.h"
+#include "infra/siblings/uInterfacesRoutines.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"

@@ -1,6 +1,5 @@
 // Who may have touched what the common Startup folder starts.
 #include "infra/files/folder_access.h"
-
 #include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
 

@@ -1,14 +1,13 @@
 // Enabling, disabling, adding, deleting and re-commanding in the Startup folders, and the file behind a
 // command line that names a shortcut.
-#include "tests/locations/folders/folder_fixture.h"
-
 #include "core/uStartupManager.h"
 #include "infra/runtime/text.h"
 #include "shelllink/uShellLinkInfo.h"
+#include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
 
-#include <gmock/gmock.h>
 #include <objbase.h>
+#include <gmock/gmock.h>
 #include <shellapi.h>
 
 #include <thread>

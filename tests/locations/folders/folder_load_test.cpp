@@ -1,10 +1,11 @@
 // What a load of the Startup folders lists.
-#include "tests/locations/folders/folder_fixture.h"
 #include "infra/runtime/import_function.h"
+#include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace smh::test {
 namespace {

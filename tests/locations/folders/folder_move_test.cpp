@@ -1,8 +1,7 @@
 // Moves between the Startup folders, and to and from a Run key; and a backup service that refuses, pretends
 // or does half of a change, which then fails and loses nothing.
-#include "tests/locations/folders/folder_fixture.h"
-
 #include "shelllink/uShellLinkInfo.h"
+#include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/registry_fixture.h"
 
 #include <gmock/gmock.h>

@@ -1,13 +1,13 @@
 // How changes of the Startup folders are noticed, and how loads and changes stay apart.
-#include "tests/locations/folders/folder_fixture.h"
-
 #include "infra/runtime/import_function.h"
 #include "locations/folders/folder_watch.h"
+#include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/waiting.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace smh::test {
 namespace {

@@ -1,8 +1,7 @@
 // What a load meets: many handlers, keys that go while they are read, classes that cannot be looked up; and
 // which key each location loads.
-#include "tests/locations/registry/handler_fixture.h"
-
 #include "infra/runtime/import_function.h"
+#include "tests/locations/registry/handler_fixture.h"
 #include "tests/support/import_patch.h"
 
 #include <gmock/gmock.h>

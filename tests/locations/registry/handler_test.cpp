@@ -1,5 +1,5 @@
-#include "tests/locations/registry/handler_fixture.h"
 #include "core/make_location.h"
+#include "tests/locations/registry/handler_fixture.h"
 
 #include <gmock/gmock.h>
 

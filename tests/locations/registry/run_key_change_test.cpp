@@ -1,6 +1,5 @@
-#include "tests/locations/registry/run_key_fixture.h"
-
 #include "infra/registry/uRegistryUtils.h"
+#include "tests/locations/registry/run_key_fixture.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,6 @@
-#include "tests/locations/registry/run_key_fixture.h"
-
-#include "infra/runtime/import_function.h"
 #include "infra/registry/uRegistryUtils.h"
+#include "infra/runtime/import_function.h"
+#include "tests/locations/registry/run_key_fixture.h"
 #include "tests/support/import_patch.h"
 
 #include <gmock/gmock.h>

@@ -1,9 +1,8 @@
-#include "locations/registry/uSafeguardRegistry.h"
-
-#include "infra/registry/registry.h"
 #include "infra/log/uAxDebug.h"
-#include "infra/siblings/uInterfacesRoutines.h"
+#include "infra/registry/registry.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+#include "locations/registry/uSafeguardRegistry.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/recording_safeguard.h"
 #include "tests/support/registry_fixture.h"

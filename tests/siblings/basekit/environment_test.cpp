@@ -1,9 +1,8 @@
-#include "siblings/basekit/environment.h"
-
-#include "siblings/basekit/indirect_string.h"
-#include "siblings/basekit/ole_date.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "siblings/basekit/environment.h"
+#include "siblings/basekit/indirect_string.h"
+#include "siblings/basekit/ole_date.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,4 @@
 #include "core/contracts/intf_general.h"
-
 #include "infra/runtime/text.h"
 #include "tests/siblings/common/sibling_library.h"
 

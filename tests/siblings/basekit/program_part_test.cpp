@@ -1,8 +1,7 @@
-#include "siblings/basekit/program_part.h"
-
-#include "siblings/basekit/redirected_twin.h"
 #include "core/contracts/intf_general.h"
 #include "infra/runtime/text.h"
+#include "siblings/basekit/program_part.h"
+#include "siblings/basekit/redirected_twin.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"

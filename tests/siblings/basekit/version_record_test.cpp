@@ -1,5 +1,4 @@
 #include "siblings/basekit/format/version_record.h"
-
 #include "siblings/basekit/version_cache.h"
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"

@@ -1,6 +1,5 @@
-#include "tests/siblings/common/sibling_library.h"
-
 #include "siblings/basekit/version_cache.h"
+#include "tests/siblings/common/sibling_library.h"
 
 #include <gtest/gtest.h>
 

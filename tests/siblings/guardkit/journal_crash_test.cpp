@@ -1,6 +1,5 @@
 // Threads that leave, disks that fill up, undos that fail. Owners that die have a proof of their own.
 #include "tests/siblings/guardkit/journal_fixture.h"
-
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/state_dump.h"

@@ -1,10 +1,9 @@
 // File changes recorded, undone and redone.
-#include "tests/siblings/guardkit/journal_fixture.h"
-
-#include "siblings/common/data_folder.h"
-#include "siblings/guardkit/file_state.h"
 #include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/common/data_folder.h"
+#include "siblings/guardkit/file_state.h"
+#include "tests/siblings/guardkit/journal_fixture.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/state_dump.h"

@@ -1,10 +1,10 @@
 // guardkit.dll with an empty journal: changes as the library makes them, undos as a host asks for them.
 #pragma once
 
-#include "siblings/guardkit/journal_file.h"
-#include "infra/runtime/com_ptr.h"
 #include "core/contracts/intf_journal.h"
 #include "core/contracts/intf_safeguard.h"
+#include "infra/runtime/com_ptr.h"
+#include "siblings/guardkit/journal_file.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/registry_fixture.h"
 

@@ -1,9 +1,8 @@
 // Where the journal lies, who may touch it, and how long it keeps what.
-#include "tests/siblings/guardkit/journal_fixture.h"
-
-#include "siblings/common/data_folder.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/text.h"
+#include "siblings/common/data_folder.h"
+#include "tests/siblings/guardkit/journal_fixture.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/state_dump.h"
 

@@ -1,5 +1,4 @@
 #include "core/contracts/intf_safeguard.h"
-
 #include "infra/runtime/com_ptr.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/file_fixture.h"

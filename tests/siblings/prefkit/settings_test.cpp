@@ -1,5 +1,4 @@
 #include "core/contracts/intf_settings.h"
-
 #include "infra/runtime/com_ptr.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/registry_fixture.h"

@@ -1,5 +1,4 @@
 #include "core/contracts/intf_FileRater.h"
-
 #include "siblings/common/data_folder.h"
 #include "siblings/raterkit/rating_store.h"
 #include "tests/siblings/common/sibling_library.h"

@@ -1,5 +1,4 @@
 #include "core/contracts/intf_DebugLog.h"
-
 #include "siblings/common/data_folder.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/file_fixture.h"

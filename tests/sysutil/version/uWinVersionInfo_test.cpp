@@ -1,5 +1,4 @@
 #include "sysutil/version/uWinVersionInfo.h"
-
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"

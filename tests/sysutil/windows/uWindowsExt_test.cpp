@@ -1,8 +1,7 @@
-#include "sysutil/windows/uWindowsExt.h"
-
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
+#include "sysutil/windows/uWindowsExt.h"
 #include "tests/support/child_process.h"
 #include "tests/support/import_patch.h"
 
