@@ -29,7 +29,7 @@ Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
 void PreferExact(Matches& matches, std::wstring_view text) {
   for (const ItemRecord* item : matches) {
     if (item->name == text) {
-      matches = {item};
+      matches.assign(1, item);
       return;
     }
   }

@@ -2,8 +2,8 @@
 
 #include "hosts/gui/dpi.h"
 
-#include <gdiplus.h>
 #include <objidl.h>
+#include <gdiplus.h>
 
 #include <memory>
 

@@ -73,8 +73,8 @@ HRESULT Settings::Reserved3() {
   return E_NOTIMPL;
 }
 
-HRESULT Settings::GetApplicationSettings(IApplicationSettings** settings) {
-  return AnswerService<IApplicationSettings>(settings, application_);
+HRESULT Settings::GetApplicationSettings(IApplicationSettings** answer) {
+  return AnswerService<IApplicationSettings>(answer, application_);
 }
 
 std::span<const ServiceRow> SiblingServices() noexcept {

@@ -25,7 +25,7 @@ class Settings final : public ServiceObject<ISettings> {
   HRESULT STDMETHODCALLTYPE Reserved1() override;
   HRESULT STDMETHODCALLTYPE Reserved2() override;
   HRESULT STDMETHODCALLTYPE Reserved3() override;
-  HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings** settings) override;
+  HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings** answer) override;
 
  private:
   ApplicationSettings& application_;

@@ -4,9 +4,9 @@
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 
+#include <objidl.h>
 #include <commctrl.h>
 #include <gdiplus.h>
-#include <objidl.h>
 
 #include <stdexcept>
 
