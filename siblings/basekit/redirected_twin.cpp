@@ -3,27 +3,18 @@
 #include "infra/files/file_facts.h"
 #include "infra/files/paths.h"
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
 
 #include <windows.h>
 #include <shlobj.h>
 
-#include <utility>
-
 namespace smh {
 
 namespace {
 
 constexpr std::wstring_view kX86Suffix = L" (x86)";
-
-struct TwinState {
-  // A leaf: nothing of this system is entered under it.
-  CriticalSection lock;
-  std::optional<std::vector<FolderTwin>> twins;
-};
-
-TwinState* state = nullptr;
 
 void AddPair(std::vector<FolderTwin>& twins, std::wstring_view a, std::wstring_view b) {
   const std::wstring first = WithTrailingBackslash(a);
@@ -32,14 +23,15 @@ void AddPair(std::vector<FolderTwin>& twins, std::wstring_view a, std::wstring_v
   twins.push_back({second, first});
 }
 
-// Rows are only read once they are there, so that the reference outlives the lock.
-const std::vector<FolderTwin>& FolderTwins() {
-  const ScopedLock guard(state->lock);
-  if (!state->twins.has_value()) state->twins = GatherFolderTwins();
-  return *state->twins;
-}
-
 }  // namespace
+
+struct ModuleFolderTwins {
+  // Held while the rows are gathered: the system is asked for folders, and nothing of this module is entered.
+  CriticalSection lock;
+  Lazy<const std::vector<FolderTwin>> rows{lock};
+};
+
+constinit ModuleGlobal<ModuleFolderTwins> g_folderTwins(L"redirected_twin");
 
 std::vector<FolderTwin> GatherFolderTwins() {
   std::vector<FolderTwin> twins;
@@ -61,16 +53,8 @@ std::wstring RedirectedTwin(std::wstring_view path, std::span<const FolderTwin> 
 
 bool FileOrTwinExists(const std::wstring& path) {
   if (IsFile(path)) return true;
-  const std::wstring twin = RedirectedTwin(path, FolderTwins());
+  const std::wstring twin = RedirectedTwin(path, g_folderTwins->rows.Get(GatherFolderTwins));
   return !twin.empty() && IsFile(twin);
-}
-
-void StartFolderTwins() {
-  state = new TwinState;
-}
-
-void StopFolderTwins() noexcept {
-  delete std::exchange(state, nullptr);
 }
 
 }  // namespace smh

@@ -1,7 +1,8 @@
 // The folders that 64-bit Windows redirects for 32-bit programs (WOW64), and the paths behind them.
 #pragma once
 
-#include <optional>
+#include "infra/runtime/module_global.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,8 +27,8 @@ std::wstring RedirectedTwin(std::wstring_view path, std::span<const FolderTwin> 
 // call between start and stop. Asks the disk.
 bool FileOrTwinExists(const std::wstring& path);
 
-// Module start-up and shut-down of the rows, each called once by the module's table of steps.
-void StartFolderTwins();
-void StopFolderTwins() noexcept;
+// The rows, which live from start-up to shut-down.
+struct ModuleFolderTwins;
+extern ModuleGlobal<ModuleFolderTwins> g_folderTwins;
 
 }  // namespace smh

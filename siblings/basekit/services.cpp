@@ -44,8 +44,8 @@ constinit const ServiceRow kServices[] = {
 };
 
 constexpr ModuleStep kSteps[] = {
-    {L"folder twins", StartFolderTwins, [](StopMode&) noexcept { StopFolderTwins(); }},
-    {L"version cache", StartVersionCache, [](StopMode&) noexcept { StopVersionCache(); }},
+    StepOf<g_folderTwins>(L"folder twins"),
+    StepOf<g_versionCache>(L"version cache"),
 };
 
 // Of the module's own version resource, which the whole product shares.
@@ -99,15 +99,14 @@ HRESULT Helper::GetBaseFolder(BoundaryText* folder) {
 
 HRESULT Helper::GetVersionString(const wchar_t* file, const wchar_t* name, BoundaryText* text) {
   return GuardedText(text, [&] {
-    const auto record = ModuleVersionCache().Get(std::wstring(TextArgument(file)));
+    const auto record = g_versionCache->Get(std::wstring(TextArgument(file)));
     return std::wstring(record->String(TextArgument(name)));
   });
 }
 
 HRESULT Helper::GetVersionNumber(const wchar_t* file, BoundaryText* version) {
-  return GuardedText(version, [&] {
-    return ModuleVersionCache().Get(std::wstring(TextArgument(file)))->FileVersionNumber();
-  });
+  return GuardedText(
+      version, [&] { return g_versionCache->Get(std::wstring(TextArgument(file)))->FileVersionNumber(); });
 }
 
 HRESULT Helper::GetVersionStrings(const wchar_t* file, const wchar_t* const* names, std::uint32_t count,

@@ -9,11 +9,7 @@
 
 namespace smh {
 
-namespace {
-
-VersionCache* moduleCache = nullptr;
-
-}  // namespace
+constinit ModuleGlobal<VersionCache> g_versionCache(L"version_cache");
 
 VersionRecord ReadVersionRecord(const std::wstring& path) {
   DWORD ignored = 0;
@@ -41,18 +37,6 @@ std::shared_ptr<const VersionRecord> VersionCache::Get(const std::wstring& file)
   entries_[oldest_] = {path, *stamp, record};
   oldest_ = (oldest_ + 1) % entries_.size();
   return record;
-}
-
-VersionCache& ModuleVersionCache() noexcept {
-  return *moduleCache;
-}
-
-void StartVersionCache() {
-  moduleCache = new VersionCache;
-}
-
-void StopVersionCache() noexcept {
-  delete std::exchange(moduleCache, nullptr);
 }
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 
 #include "infra/files/file_facts.h"
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/module_global.h"
 #include "siblings/basekit/format/version_record.h"
 
 #include <array>
@@ -38,9 +39,6 @@ class VersionCache {
 VersionRecord ReadVersionRecord(const std::wstring& path);
 
 // The module's cache, which lives from start-up to shut-down; only then may it be asked for.
-VersionCache& ModuleVersionCache() noexcept;
-// Each called once by the module's table of steps.
-void StartVersionCache();
-void StopVersionCache() noexcept;
+extern ModuleGlobal<VersionCache> g_versionCache;
 
 }  // namespace smh

@@ -19,13 +19,13 @@ ScopedHandle ThisThread() {
   return thread;
 }
 
-Checkpoints* g_checkpoints = nullptr;
-
 bool HasEnded(HANDLE thread) noexcept {
   return WaitForSingleObject(thread, 0) == WAIT_OBJECT_0;
 }
 
 }  // namespace
+
+constinit ModuleGlobal<Checkpoints> g_checkpoints(L"checkpoints");
 
 Checkpoints::~Checkpoints() {
   for (auto& [thread, entry] : entries_) entry.checkpoint->Abandon();
@@ -81,18 +81,6 @@ std::map<DWORD, Checkpoints::Entry> Checkpoints::TakeAbandoned() {
 
 ScopedRecording::ScopedRecording(Checkpoints& checkpoints) : checkpoints_(checkpoints) {
   checkpoints_.Begin(kTitleOfOthers);
-}
-
-Checkpoints& ProcessCheckpoints() noexcept {
-  return *g_checkpoints;
-}
-
-void StartCheckpoints() {
-  g_checkpoints = new Checkpoints;
-}
-
-void StopCheckpoints() noexcept {
-  delete std::exchange(g_checkpoints, nullptr);
 }
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/module_global.h"
 #include "siblings/guardkit/open_checkpoint.h"
 
 #include <map>
@@ -61,10 +62,7 @@ class ScopedRecording {
   Checkpoints& checkpoints_;
 };
 
-// The process's object, which lives from module start to stop, and its making and freeing by the module's
-// table of steps.
-Checkpoints& ProcessCheckpoints() noexcept;
-void StartCheckpoints();
-void StopCheckpoints() noexcept;
+// The process's object, which lives from the module's start to its stop.
+extern ModuleGlobal<Checkpoints> g_checkpoints;
 
 }  // namespace smh

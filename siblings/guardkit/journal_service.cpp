@@ -84,7 +84,7 @@ HRESULT AnswerUndo(Direction direction, std::uint32_t id, UndoMode mode, IUndoRe
   HRESULT status = S_OK;
   const HRESULT guarded = GuardedResult([&] {
     // A checkpoint of this thread would wait for itself.
-    if (ProcessCheckpoints().Current() != nullptr) RaiseOSError(ERROR_BUSY);
+    if (g_checkpoints->Current() != nullptr) RaiseOSError(ERROR_BUSY);
     UndoResult result = RunUndo(direction, id, mode);
     status = result.status;
     *report = MakeComObject<UndoReport>(std::move(result)).Detach();

@@ -25,7 +25,7 @@ LSTATUS RegAccess::CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposit
   }
   if (opened != ERROR_FILE_NOT_FOUND) return opened;
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return CreateKeyRecorded(*recording, parent, NameOrEmpty(subKey), access, key);
   });
 }
@@ -43,7 +43,7 @@ HRESULT RegAccess::Reserved3() {
 LSTATUS RegAccess::DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD /*unused*/) {
   if (*NameOrEmpty(subKey) == L'\0') return ERROR_INVALID_PARAMETER;
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return DeleteKeyRecorded(*recording, parent, subKey, viewBits);
   });
 }
@@ -53,7 +53,7 @@ LSTATUS RegAccess::SetValue(HKEY key, const wchar_t* name, DWORD size, const voi
   if (data == nullptr && size > 0) return ERROR_INVALID_PARAMETER;
   return GuardedStatus([&] {
     const auto* const bytes = static_cast<const std::byte*>(data);
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return SetValueRecorded(*recording, key, NameOrEmpty(name),
                             {true, type, ByteVector(bytes, bytes + size)});
   });
@@ -61,7 +61,7 @@ LSTATUS RegAccess::SetValue(HKEY key, const wchar_t* name, DWORD size, const voi
 
 LSTATUS RegAccess::DeleteValue(HKEY key, const wchar_t* name) {
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return DeleteValueRecorded(*recording, key, NameOrEmpty(name));
   });
 }

@@ -26,19 +26,20 @@ HRESULT Safeguard::GetRegAccess(IRegAccess** access) {
 
 LSTATUS Safeguard::BeginCheckpoint(const wchar_t* title) {
   return GuardedStatus([&]() -> LSTATUS {
-    ProcessCheckpoints().Begin(TextArgument(title));
+    g_checkpoints->Begin(TextArgument(title));
     return ERROR_SUCCESS;
   });
 }
 
 LSTATUS Safeguard::EndCheckpoint() {
-  return ProcessCheckpoints().End() ? ERROR_SUCCESS : ERROR_INVALID_FUNCTION;
+  return GuardedStatus(
+      []() -> LSTATUS { return g_checkpoints->End() ? ERROR_SUCCESS : ERROR_INVALID_FUNCTION; });
 }
 
 LSTATUS Safeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
   if (from == nullptr || to == nullptr) return ERROR_INVALID_PARAMETER;
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return MoveRecorded(*recording, FullPath(from), FullPath(to));
   });
 }
@@ -46,7 +47,7 @@ LSTATUS Safeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
 LSTATUS Safeguard::DeleteRecordedFile(const wchar_t* file) {
   if (file == nullptr) return ERROR_INVALID_PARAMETER;
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return DeleteRecorded(*recording, FullPath(file));
   });
 }
@@ -54,7 +55,7 @@ LSTATUS Safeguard::DeleteRecordedFile(const wchar_t* file) {
 LSTATUS Safeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) {
   if (from == nullptr || to == nullptr) return ERROR_INVALID_PARAMETER;
   return GuardedStatus([&] {
-    const ScopedRecording recording(ProcessCheckpoints());
+    const ScopedRecording recording(*g_checkpoints);
     return CopyRecorded(*recording, FullPath(from), FullPath(to), (overwrite & 0xFF) != 0);
   });
 }

@@ -14,8 +14,7 @@ constinit JournalService journalService;
 
 constinit const ServiceRow kServices[] = {{ISafeguard::kId, &safeguard}, {IJournal::kId, &journalService}};
 
-constexpr ModuleStep kSteps[] = {
-    {L"checkpoints", StartCheckpoints, [](StopMode&) noexcept { StopCheckpoints(); }}};
+constexpr ModuleStep kSteps[] = {StepOf<g_checkpoints>(L"checkpoints")};
 
 }  // namespace
 

@@ -1,13 +1,11 @@
 #include "siblings/raterkit/file_rater.h"
 
 #include "core/contracts/boundary_call.h"
+#include "infra/runtime/lazy.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/data_folder.h"
 #include "siblings/raterkit/rating_store.h"
-
-#include <memory>
-#include <utility>
 
 namespace smh {
 
@@ -15,24 +13,29 @@ namespace {
 
 constexpr std::wstring_view kFileName = L"ratings.ini";
 
-struct RatingsState {
-  // Held while the store is made; the store's own lock is never held meanwhile.
+}  // namespace
+
+struct Ratings {
+  // Held while the store is made, for which the shell is asked for a folder; the store's own lock is never
+  // held meanwhile.
   CriticalSection lock;
-  std::unique_ptr<RatingStore> store;
+  // Made by the first call: the shell must not be asked while the module loads.
+  Lazy<RatingStore> store{lock};
 };
 
-RatingsState* state = nullptr;
+constinit ModuleGlobal<Ratings> g_ratings(L"file_rater");
 
-// Made by the first call: the shell must not be asked for folders while the module loads.
+namespace {
+
+RatingStore MakeStore() {
+  const std::wstring folder = DataFolder();
+  const std::wstring moduleFolder(FolderPart(ModuleFileName(ThisModule())));
+  return RatingStore(folder.empty() ? folder : folder + std::wstring(kFileName),
+                     moduleFolder + std::wstring(kFileName));
+}
+
 RatingStore& Store() {
-  const ScopedLock guard(state->lock);
-  if (state->store == nullptr) {
-    const std::wstring folder = DataFolder();
-    const std::wstring moduleFolder(FolderPart(ModuleFileName(ThisModule())));
-    state->store = std::make_unique<RatingStore>(folder.empty() ? folder : folder + std::wstring(kFileName),
-                                                 moduleFolder + std::wstring(kFileName));
-  }
-  return *state->store;
+  return g_ratings->store.Get(MakeStore);
 }
 
 }  // namespace
@@ -47,14 +50,6 @@ HRESULT FileRater::Reserved2() {
 
 std::int32_t FileRater::RateCompany(const wchar_t* company) {
   return GuardedValue<std::int32_t>(kRatingUnknown, [&] { return Store().OfCompany(TextArgument(company)); });
-}
-
-void StartRatings() {
-  state = new RatingsState;
-}
-
-void StopRatings() noexcept {
-  delete std::exchange(state, nullptr);
 }
 
 }  // namespace smh

@@ -3,6 +3,7 @@
 
 #include "core/contracts/com_object.h"
 #include "core/contracts/intf_FileRater.h"
+#include "infra/runtime/module_global.h"
 
 namespace smh {
 
@@ -14,9 +15,8 @@ class FileRater final : public ServiceObject<IFileRater> {
   std::int32_t STDMETHODCALLTYPE RateCompany(const wchar_t* company) override;
 };
 
-// Module start-up and shut-down of the ratings, each called once by the module's table of steps; the files
-// are read on first use.
-void StartRatings();
-void StopRatings() noexcept;
+// The ratings, which live from the module's start to its stop; the files are read on first use.
+struct Ratings;
+extern ModuleGlobal<Ratings> g_ratings;
 
 }  // namespace smh

@@ -9,7 +9,7 @@ constinit FileRater fileRater;
 
 constinit const ServiceRow kServices[] = {{IFileRater::kId, &fileRater}};
 
-constexpr ModuleStep kSteps[] = {{L"ratings", StartRatings, [](StopMode&) noexcept { StopRatings(); }}};
+constexpr ModuleStep kSteps[] = {StepOf<g_ratings>(L"ratings")};
 
 }  // namespace
 

@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cwchar>
 #include <string>
-#include <utility>
 
 namespace smh {
 
@@ -32,13 +31,17 @@ class ThreadDepth {
   DWORD slot_;
 };
 
-struct TraceState {
+}  // namespace
+
+struct Trace {
   TraceFile file;
   ThreadDepth depth;
   std::atomic<bool> enabled{true};
 };
 
-TraceState* state = nullptr;
+constinit ModuleGlobal<Trace> g_trace(L"debug_log");
+
+namespace {
 
 // A runaway recursion stays readable.
 constexpr std::size_t kDeepestIndent = 40;
@@ -72,7 +75,7 @@ void WriteLine(std::size_t depth, std::wstring_view text) {
   std::wstring line = LinePrefix(depth).append(text);
   const auto isControl = [](wchar_t unit) { return unit < L' '; };
   std::ranges::replace_if(line, isControl, L' ');
-  state->file.Append(line);
+  g_trace->file.Append(line);
 }
 
 }  // namespace
@@ -80,10 +83,10 @@ void WriteLine(std::size_t depth, std::wstring_view text) {
 // The nesting is counted while the output is off too, so that switching it on does not shift the indentation.
 HRESULT DebugLog::EnterMethod(const void* context, const wchar_t* name, const wchar_t* const* args,
                               std::int32_t count) {
-  const std::size_t depth = state->depth.Get();
-  state->depth.Set(depth + 1);
-  if (!state->enabled) return S_OK;
   return GuardedResult([&] {
+    const std::size_t depth = g_trace->depth.Get();
+    g_trace->depth.Set(depth + 1);
+    if (!g_trace->enabled) return;
     std::wstring text = L"> ";
     text.append(TextArgument(name)).append(ArgumentList(args, count)).append(ContextText(context));
     WriteLine(depth, text);
@@ -92,28 +95,21 @@ HRESULT DebugLog::EnterMethod(const void* context, const wchar_t* name, const wc
 
 // An exit without its entry stays at the left margin.
 HRESULT DebugLog::ExitMethod(const void* context) {
-  const std::size_t depth = std::max<std::size_t>(state->depth.Get(), 1) - 1;
-  state->depth.Set(depth);
-  if (!state->enabled) return S_OK;
-  return GuardedResult([&] { WriteLine(depth, std::wstring(1, L'<').append(ContextText(context))); });
+  return GuardedResult([&] {
+    const std::size_t depth = std::max<std::size_t>(g_trace->depth.Get(), 1) - 1;
+    g_trace->depth.Set(depth);
+    if (g_trace->enabled) WriteLine(depth, std::wstring(1, L'<').append(ContextText(context)));
+  });
 }
 
 HRESULT DebugLog::Message(const wchar_t* text) {
-  if (!state->enabled) return S_OK;
-  return GuardedResult([&] { WriteLine(state->depth.Get(), TextArgument(text)); });
+  return GuardedResult([&] {
+    if (g_trace->enabled) WriteLine(g_trace->depth.Get(), TextArgument(text));
+  });
 }
 
 HRESULT DebugLog::SetEnabled(std::int32_t enabled) {
-  state->enabled = enabled != 0;
-  return S_OK;
-}
-
-void StartTrace() {
-  state = new TraceState;
-}
-
-void StopTrace() noexcept {
-  delete std::exchange(state, nullptr);
+  return GuardedResult([&] { g_trace->enabled = enabled != 0; });
 }
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 
 #include "core/contracts/com_object.h"
 #include "core/contracts/intf_DebugLog.h"
+#include "infra/runtime/module_global.h"
 
 namespace smh {
 
@@ -19,9 +20,8 @@ class DebugLog final : public ServiceObject<IDebugLog> {
   HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t enabled) override;
 };
 
-// Module start-up and shut-down of the trace's file, switch and nesting, each called once by the module's
-// table of steps.
-void StartTrace();
-void StopTrace() noexcept;
+// The trace's file, switch and nesting, which live from the module's start to its stop.
+struct Trace;
+extern ModuleGlobal<Trace> g_trace;
 
 }  // namespace smh

@@ -9,7 +9,7 @@ constinit DebugLog debugLog;
 
 constinit const ServiceRow kServices[] = {{IDebugLog::kId, &debugLog}};
 
-constexpr ModuleStep kSteps[] = {{L"trace", StartTrace, [](StopMode&) noexcept { StopTrace(); }}};
+constexpr ModuleStep kSteps[] = {StepOf<g_trace>(L"trace")};
 
 }  // namespace
 
