@@ -131,6 +131,7 @@ void VirtualList::ScrollTo(std::size_t topRow) const {
 
 std::vector<int> VirtualList::ColumnWidths() const {
   std::vector<int> widths;
+  widths.reserve(columns_.size());
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     widths.push_back(
         MulDiv(ListView_GetColumnWidth(list_, static_cast<int>(i)), USER_DEFAULT_SCREEN_DPI, dpi_));
