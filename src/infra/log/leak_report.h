@@ -6,7 +6,8 @@
 namespace smh {
 
 struct LiveCounts {
-  // Blocks of the C runtime's heap, which the module shares with whoever uses the same runtime.
+  // Blocks of the C runtime's heap, which the module shares with whoever uses the same runtime. A heap may
+  // keep small blocks in groups and show a group as one.
   int blocks = 0;
   // Handles of the process; 0 where Windows cannot tell.
   int handles = 0;
