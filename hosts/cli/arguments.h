@@ -2,7 +2,7 @@
 // not take, has its initial value.
 #pragma once
 
-#include "hosts/cli/item_filter.h"
+#include "hosts/cli/item_selector.h"
 
 #include <optional>
 #include <string>

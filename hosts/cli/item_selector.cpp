@@ -2,11 +2,11 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
-#include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
 
 namespace smh {
 
@@ -53,6 +53,23 @@ std::wstring CandidateList(const Matches& matches) {
 }
 
 }  // namespace
+
+bool ItemFilter::Shows(const ItemRecord& item) const {
+  if (enabled && item.enabled != *enabled) return false;
+  return locations.empty() || std::find(locations.begin(), locations.end(), item.location) != locations.end();
+}
+
+ReadScope ItemFilter::Scope() const {
+  const bool all = allLocations || !std::all_of(locations.begin(), locations.end(), IsReadByDefault);
+  return all ? ReadScope::kAll : ReadScope::kUsual;
+}
+
+std::vector<ItemRecord> ItemFilter::Select(std::span<const ItemRecord> items) const {
+  std::vector<ItemRecord> shown;
+  std::copy_if(items.begin(), items.end(), std::back_inserter(shown),
+               [this](const ItemRecord& item) { return Shows(item); });
+  return shown;
+}
 
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
                              std::optional<std::int32_t> location) {

@@ -1,5 +1,5 @@
-// A copy of what the library says about one entry, and the table of its fields that all outputs share.
-// Records own their texts and may go from thread to thread.
+// A copy of what the library says about one entry, the table of its fields that all outputs share, and its
+// place. Records own their texts and may go from thread to thread.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -85,5 +86,10 @@ struct ItemField {
 
 // All columns in the order of output; valid for ever.
 std::span<const ItemField> ItemFields() noexcept;
+
+// Where the entry lives, as its name tells it; nothing is looked up. Names and texts for people: "Root",
+// "View", "Key" and "Value" of a registry entry ("64-bit" or "32-bit" view, "(Default)" for the value without
+// a name), "File" of any other.
+std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item);
 
 }  // namespace smh

@@ -1,5 +1,5 @@
-// Locations as the command line and lists give them. All of this is safe from any thread and takes no lock;
-// what returns a container fails only for want of memory.
+// Locations as the command line, lists and windows give them. All of this is safe from any thread and takes
+// no lock; what returns a container fails only for want of memory.
 #pragma once
 
 #include "core/contracts/location_table.h"
@@ -22,5 +22,12 @@ std::optional<TTypeStartupLocation> LocationByName(std::wstring_view name) noexc
 std::wstring LocationPlace(const LocationRow& row);
 // What the location allows; a single entry may allow less. Names of actions, and "add".
 std::vector<std::wstring_view> LocationActions(const LocationRow& row);
+
+// A location's title on its own: "Run, this user"; "Context menu: files". Empty for a number that names no
+// location. Fails only for want of memory.
+std::wstring FullTitle(std::int32_t location);
+
+// Whether the entries are those of the account that runs this program, not of every user.
+bool IsUserLocation(std::int32_t location) noexcept;
 
 }  // namespace smh

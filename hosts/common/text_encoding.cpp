@@ -198,4 +198,9 @@ std::wstring CutBeginning(std::wstring_view text, std::size_t width) {
   return kEllipsis + std::wstring(text.substr(start));
 }
 
+std::wstring LowerCase(std::wstring text) {
+  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
 }  // namespace smh

@@ -1,5 +1,5 @@
-// Text on its way between UTF-16 and bytes, and the escapes for what cannot be printed. Pure functions, for
-// any thread.
+// Text on its way between UTF-16 and bytes, to people and into searches, and the escapes for what cannot be
+// printed. Pure functions, for any thread.
 //
 // Names in the registry are any sequence of UTF-16 code units, unpaired surrogates and control characters
 // among them; nothing here that converts such a name loses a unit of it.
@@ -51,5 +51,9 @@ std::size_t DisplayWidth(std::wstring_view text) noexcept;
 // a width of 0. No pair of surrogates is cut in two.
 std::wstring CutEnd(std::wstring_view text, std::size_t width);
 std::wstring CutBeginning(std::wstring_view text, std::size_t width);
+
+// As searches compare it: by the system's rules for letters, code unit by code unit. What is searched in and
+// what is searched for both pass through here.
+std::wstring LowerCase(std::wstring text);
 
 }  // namespace smh

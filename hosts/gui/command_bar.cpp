@@ -1,7 +1,7 @@
 #include "hosts/gui/command_bar.h"
 
-#include "hosts/gui/glyphs.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/window_images.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,9 @@
 #include "hosts/gui/details_pane.h"
 
+#include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_columns.h"
-#include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>

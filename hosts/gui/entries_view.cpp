@@ -1,7 +1,6 @@
 #include "hosts/gui/entries_view.h"
 
 #include "hosts/gui/dpi.h"
-#include "hosts/gui/location_titles.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>
@@ -22,7 +21,7 @@ std::vector<ListColumn> ListColumns() {
 
 }  // namespace
 
-EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame) {
+EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame) {
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
   details_.Create(parent);
@@ -221,6 +220,134 @@ std::wstring EntriesView::CountText() const {
   const std::size_t selected = list_.Selection().size();
   if (selected > 1) text += L", " + std::to_wstring(selected) + L" selected";
   return text;
+}
+
+std::vector<ItemRecord> EntriesView::Selected() const {
+  std::vector<ItemRecord> items;
+  for (const std::size_t row : list_.Selection()) {
+    if (row < rows_.Shown().size()) items.push_back(rows_.Shown()[row]->item);
+  }
+  return items;
+}
+
+std::vector<ItemRecord> EntriesView::SelectedThatCan(ItemAction action) const {
+  std::vector<ItemRecord> items = Selected();
+  std::erase_if(items, [action](const ItemRecord& item) { return !item.Can(action); });
+  return items;
+}
+
+// The selected entries, or all that are shown when there are fewer than two.
+std::vector<ItemRecord> EntriesView::SelectedOrShown() const {
+  std::vector<ItemRecord> items = Selected();
+  if (items.size() >= 2) return items;
+  items.clear();
+  for (const EntryRow* row : rows_.Shown()) items.push_back(row->item);
+  return items;
+}
+
+const ItemRecord* EntriesView::OnlySelected() const {
+  const std::vector<std::size_t> rows = list_.Selection();
+  return rows.size() == 1 && rows.front() < rows_.Shown().size() ? &rows_.Shown()[rows.front()]->item
+                                                                 : nullptr;
+}
+
+bool EntriesView::CanRun(UINT command) const {
+  const ItemRecord* const only = OnlySelected();
+  const auto anyCan = [this](ItemAction action) {
+    const std::vector<std::size_t> rows = list_.Selection();
+    return std::any_of(rows.begin(), rows.end(), [&](std::size_t row) {
+      return row < rows_.Shown().size() && rows_.Shown()[row]->item.Can(action);
+    });
+  };
+  switch (command) {
+    case CMD_ENABLE:
+      return anyCan(kActionEnable);
+    case CMD_DISABLE:
+      return anyCan(kActionDisable);
+    case CMD_DELETE:
+      return anyCan(kActionDelete);
+    case CMD_MOVE:
+      return anyCan(kActionMove);
+    case CMD_CHANGE_COMMAND:
+      return only != nullptr && only->Can(kActionChangeCommand);
+    case CMD_EXECUTE:
+      return only != nullptr && only->Can(kActionExecute);
+    case CMD_SHOW_FILE:
+      return only != nullptr && only->Can(kActionShowFileDetails);
+    case CMD_SHOW_LOCATION:
+      return only != nullptr && only->Can(kActionShowLocation);
+    case CMD_COPY_PATH:
+      return only != nullptr && !resolvedFile_.empty();
+    case CMD_COPY:
+      return GetFocus() == details_.Handle() || !list_.Selection().empty();
+    case CMD_ADD:
+      return true;
+    case CMD_EXPORT:
+    case CMD_SELECT_ALL:
+      return !rows_.Shown().empty();
+    default:
+      return false;
+  }
+}
+
+void EntriesView::Run(UINT command) {
+  switch (command) {
+    case CMD_ENABLE:
+      return commands_.Switch(kActionEnable, SelectedThatCan(kActionEnable));
+    case CMD_DISABLE:
+      return commands_.Switch(kActionDisable, SelectedThatCan(kActionDisable));
+    case CMD_DELETE:
+      return commands_.Delete(SelectedThatCan(kActionDelete));
+    case CMD_ADD:
+      return Add();
+    case CMD_MOVE:
+      return commands_.Move(SelectedThatCan(kActionMove));
+    case CMD_CHANGE_COMMAND:
+      return commands_.ChangeCommand(SelectedThatCan(kActionChangeCommand));
+    case CMD_EXECUTE:
+      return commands_.Execute(Selected());
+    case CMD_SHOW_FILE:
+      return commands_.ShowFile(SelectedThatCan(kActionShowFileDetails));
+    case CMD_SHOW_LOCATION:
+      return commands_.ShowPlace(Selected());
+    case CMD_COPY_PATH:
+      CopyToClipboard(frame_.window, resolvedFile_);
+      return;
+    case CMD_COPY:
+      return Copy();
+    case CMD_SELECT_ALL:
+      return list_.SelectAll();
+    case CMD_EXPORT:
+      return commands_.Export(SelectedOrShown());
+    default:
+      return;
+  }
+}
+
+// A click on the box of a selected row means every selected one.
+void EntriesView::Toggle(std::size_t row) {
+  if (row >= rows_.Shown().size()) return;
+  const ItemAction action = rows_.Shown()[row]->item.enabled ? kActionDisable : kActionEnable;
+  const std::vector<std::size_t> selected = list_.Selection();
+  const bool meansAll = std::find(selected.begin(), selected.end(), row) != selected.end();
+  std::vector<ItemRecord> items = meansAll ? SelectedThatCan(action) : std::vector{rows_.Shown()[row]->item};
+  if (items.empty() || !items.front().Can(action)) {
+    return frame_.say(L"This entry cannot be " +
+                      std::wstring(action == kActionEnable ? L"enabled." : L"disabled."));
+  }
+  commands_.Switch(action, std::move(items));
+}
+
+void EntriesView::Add() {
+  commands_.Add(locations_, [this](const EntryKey& added) {
+    added_ = added;
+    SelectAdded();
+  });
+}
+
+void EntriesView::Copy() const {
+  const bool fromDetails = GetFocus() == details_.Handle();
+  CopyToClipboard(frame_.window, fromDetails ? details_.TextToCopy() : list_.SelectedText());
 }
 
 }  // namespace smh

@@ -1,15 +1,15 @@
-// The view of start-up entries: the list, the details of the selected one, and what can be done with them.
+// The view of start-up entries: the list, the details of the selected one, and which commands they allow.
 // Everything here runs on the window's thread; what asks the library is a task of the worker and shows its
 // answer later.
 #pragma once
 
 #include "hosts/gui/details_pane.h"
+#include "hosts/gui/entry_commands.h"
 #include "hosts/gui/entry_rows.h"
-#include "hosts/gui/frame.h"
-#include "hosts/gui/scaled_images.h"
-#include "hosts/gui/splitter.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
+#include "hosts/gui/window.h"
+#include "hosts/gui/window_images.h"
 
 #include <functional>
 #include <optional>
@@ -82,22 +82,13 @@ class EntriesView final : public View {
 
   std::vector<ItemRecord> Selected() const;
   std::vector<ItemRecord> SelectedThatCan(ItemAction action) const;
+  std::vector<ItemRecord> SelectedOrShown() const;
   const ItemRecord* OnlySelected() const;
-
-  // Operations.
-  bool MayChange(const std::vector<ItemRecord>& items) const;
-  void Apply(std::vector<ItemRecord> items, EntryOperation operation, const std::wstring& done);
-  void Switch(ItemAction action, std::vector<ItemRecord> items);
-  void Delete();
   void Add();
-  void Move();
-  void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items);
-  void ChangeCommand();
-  void ShowFile();
-  void Export();
   void Copy() const;
 
   const Frame& frame_;
+  EntryCommands commands_;
   EntryRows rows_;
   VirtualList list_;
   DetailsPane details_;

@@ -1,7 +1,7 @@
 #include "hosts/gui/entry_columns.h"
 
+#include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
-#include "hosts/gui/location_titles.h"
 #include "infra/runtime/text.h"
 
 namespace smh {

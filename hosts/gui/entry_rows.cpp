@@ -1,7 +1,7 @@
 #include "hosts/gui/entry_rows.h"
 
-#include "hosts/gui/location_titles.h"
-#include "hosts/gui/search_text.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 #include <tuple>

@@ -1,8 +1,8 @@
 #include "hosts/gui/library_session.h"
 
 #include "hosts/common/csv_output.h"
-#include "hosts/common/dialog_blocker.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/host_process.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"

@@ -1,8 +1,8 @@
 // startupmanager: the library's functions in a window.
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
-#include "hosts/gui/glyphs.h"
 #include "hosts/gui/main_window.h"
+#include "hosts/gui/window_images.h"
 #include "infra/runtime/scoped_com.h"
 
 namespace {

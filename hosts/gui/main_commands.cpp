@@ -1,6 +1,6 @@
 // What the main window's commands do, and what its bars say.
+#include "hosts/common/location_names.h"
 #include "hosts/gui/entry_dialogs.h"
-#include "hosts/gui/location_titles.h"
 #include "hosts/gui/main_window.h"
 #include "hosts/gui/resource.h"
 

@@ -1,6 +1,6 @@
 #include "hosts/gui/main_window.h"
 
-#include "hosts/gui/location_titles.h"
+#include "hosts/common/location_names.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/window_settings.h"
 

@@ -6,12 +6,11 @@
 #include "hosts/gui/command_bar.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entries_view.h"
-#include "hosts/gui/frame.h"
 #include "hosts/gui/location_tree.h"
 #include "hosts/gui/programs_view.h"
-#include "hosts/gui/splitter.h"
 #include "hosts/gui/ui_queue.h"
 #include "hosts/gui/undo_view.h"
+#include "hosts/gui/view.h"
 #include "hosts/gui/window.h"
 #include "hosts/gui/worker.h"
 

@@ -2,7 +2,6 @@
 
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/search_text.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>

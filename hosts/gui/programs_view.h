@@ -3,10 +3,9 @@
 #pragma once
 
 #include "hosts/common/client_record.h"
-#include "hosts/gui/frame.h"
-#include "hosts/gui/scaled_images.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
+#include "hosts/gui/window_images.h"
 
 #include <string>
 #include <vector>

@@ -3,7 +3,6 @@
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/search_text.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>

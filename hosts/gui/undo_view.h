@@ -3,7 +3,6 @@
 #pragma once
 
 #include "hosts/common/journal.h"
-#include "hosts/gui/frame.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 

@@ -1,13 +1,37 @@
-// One of the views that share the right side of the main window. Everything here is called on the window's
-// thread, by the main window only.
+// One of the views that share the right side of the main window, and what it needs of that window. Everything
+// here is for the window's thread.
 #pragma once
+
+#include "hosts/gui/account.h"
+#include "hosts/gui/worker.h"
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace smh {
+
+// References to what the main window has or was given; all of it outlives the views.
+struct Frame {
+  HWND window = nullptr;  // the owner of modal boxes; null until the window is made
+  Worker& worker;
+  const Account& account;
+  // What can be done has changed, or what there is.
+  std::function<void()> onChange;
+  // For the status bar, until the next one.
+  std::function<void(const std::wstring& text)> say;
+};
+
+// Modal boxes above the main window: messages are handled meanwhile, so whatever the caller holds may change.
+void ShowError(const Frame& frame, const std::wstring& text);
+bool Confirm(const Frame& frame, const std::wstring& question);
+// Says how an operation went: "Disabled 3 entries." in the status bar, the first ten failures in a box.
+void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report);
+
+// Replaces what is in the clipboard; false when that was not possible.
+bool CopyToClipboard(HWND window, const std::wstring& text) noexcept;
 
 // Owned by the main window, valid until the next SetDpi.
 struct ViewFonts {
@@ -15,7 +39,7 @@ struct ViewFonts {
   HFONT heading;
 };
 
-// The controls are children of the main window, which destroys them.
+// Called by the main window only. The controls are its children, and it destroys them.
 class View {
  public:
   virtual ~View() = default;

@@ -1,7 +1,7 @@
 #include "hosts/gui/virtual_list.h"
 
 #include "hosts/gui/dpi.h"
-#include "hosts/gui/glyphs.h"
+#include "hosts/gui/window_images.h"
 
 #include <uxtheme.h>
 

@@ -1,9 +1,10 @@
-// A window of a class of this program's own, whose messages arrive in a member function. For the thread that
-// makes it.
+// Windows of classes of this program's own: their base, and the bar between two panes. For the thread that
+// makes them.
 #pragma once
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 
 namespace smh {
@@ -14,8 +15,8 @@ inline constexpr wchar_t kProgramTitle[] = L"Startup Manager";
 // The whole text of a window or control of this thread.
 std::wstring TextOf(HWND window);
 
-// Owns the window. When something else destroys that first, its parent or WM_CLOSE, the handle is null from
-// then on.
+// A window whose messages arrive in a member function. Owns the window: when something else destroys that
+// first, its parent or WM_CLOSE, the handle is null from then on.
 class Window {
  public:
   Window(const Window&) = delete;
@@ -51,6 +52,26 @@ class Window {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
   HWND window_ = nullptr;
+};
+
+// Moves nothing itself: whoever is told places the bar and the panes.
+class Splitter : public Window {
+ public:
+  // How the bar moves: between panes that lie side by side, or one above the other.
+  enum class Direction { kLeftRight, kUpDown };
+
+  // Makes the bar as a child of `parent`, which destroys it. `onDrag` gets the place of the mouse, in pixels
+  // of the parent's client area, and may be called until then. Raises HostError.
+  void Open(HWND parent, Direction direction, std::function<void(int position)> onDrag);
+
+  // At 96 DPI.
+  static constexpr int kThickness = 5;
+
+ private:
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  Direction direction_ = Direction::kLeftRight;
+  std::function<void(int)> onDrag_;
 };
 
 }  // namespace smh

@@ -1,5 +1,10 @@
 #include "hosts/cli/commands/commands.h"
 
+#include "hosts/cli/commands/change_commands.h"
+#include "hosts/cli/commands/entry_commands.h"
+#include "hosts/cli/commands/system_commands.h"
+#include "hosts/cli/commands/undo_commands.h"
+
 namespace smh {
 
 namespace {

@@ -1,5 +1,5 @@
-// The commands of the program, each in the source file of its name; one that is the other way round of
-// another (disable, redo) stands with it.
+// The commands of the program: the table of their names, their options, and what they run. That stands by
+// theme in entry_commands.h, change_commands.h, undo_commands.h and system_commands.h.
 #pragma once
 
 #include "hosts/cli/arguments.h"
@@ -44,26 +44,5 @@ struct Command {
 
 // In the order of --help; valid for ever.
 std::span<const Command> AllCommands() noexcept;
-
-// What the rows of AllCommands run; each stands with its options there.
-void RunList(const Arguments& arguments);
-void RunShow(const Arguments& arguments);
-void RunEnable(const Arguments& arguments);
-void RunDisable(const Arguments& arguments);
-void RunDelete(const Arguments& arguments);
-void RunAdd(const Arguments& arguments);
-void RunMove(const Arguments& arguments);
-void RunChange(const Arguments& arguments);
-void RunExecute(const Arguments& arguments);
-void RunLocate(const Arguments& arguments);
-void RunResolve(const Arguments& arguments);
-void RunWatch(const Arguments& arguments);
-void RunClients(const Arguments& arguments);
-void RunLocations(const Arguments& arguments);
-void RunLog(const Arguments& arguments);
-void RunWindows(const Arguments& arguments);
-void RunCheckpoints(const Arguments& arguments);
-void RunUndo(const Arguments& arguments);
-void RunRedo(const Arguments& arguments);
 
 }  // namespace smh

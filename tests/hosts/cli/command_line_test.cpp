@@ -1,6 +1,5 @@
 #include "hosts/cli/command_line.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/location_names.h"
 
 #include <gtest/gtest.h>
 
@@ -108,18 +107,6 @@ TEST(CommandLine, HelpIsNoError) {
     const Words words = {std::wstring(command.name.begin(), command.name.end()), L"--help"};
     EXPECT_TRUE(std::holds_alternative<std::wstring>(ParseCommandLine(words)));
   }
-}
-
-TEST(LocationNames, EveryMemberIsFoundByItsName) {
-  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    EXPECT_EQ(LocationByName(LocationName(location)), static_cast<TTypeStartupLocation>(location));
-  }
-  EXPECT_EQ(LocationByName(L"FolderUser"), sulFolderUser);
-  EXPECT_EQ(LocationByName(L"runservices"), sulRegistryRunServices);
-  EXPECT_EQ(LocationByName(L""), std::nullopt);
-  EXPECT_EQ(LocationName(sulRegistryShellExtApproved), L"sulRegistryShellExtApproved");
-  EXPECT_EQ(LocationName(-1), L"sulNone");
-  EXPECT_EQ(LocationName(kLastLocation + 1), L"sulNone");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "hosts/cli/item_selector.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/item_place.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
@@ -58,36 +57,6 @@ TEST(ItemSelector, EscapesAreTriedAfterTheTextItself) {
   EXPECT_EQ(&SelectItem(kItems, L"odd\\u{d800}", {}), &kItems[3]);
   EXPECT_EQ(&SelectItem(kItems, kUser + L"\\odd\\ud800", {}), &kItems[3]);
   EXPECT_EQ(&SelectItem(kItems, L"\\u0041", {}), &kItems[4]);
-}
-
-TEST(ItemPlace, PartsOfTheName) {
-  const struct {
-    TTypeStartupLocation location;
-    const wchar_t* name;
-    const wchar_t* caption;
-    const wchar_t* parts;
-  } rows[] = {
-      {sulRegistryUserRun, L"(x64)HKEY_CURRENT_USER\\Software\\Run\\Value", L"Value",
-       L"HKEY_CURRENT_USER|64-bit|Software\\Run|Value|"},
-      {sulRegistryCommonRun, L"(x32)HKEY_LOCAL_MACHINE\\Run\\C:\\a\\b.exe", L"C:\\a\\b.exe",
-       L"HKEY_LOCAL_MACHINE|32-bit|Run|C:\\a\\b.exe|"},
-      {sulRegistryAllContextMenuHandlers,
-       L"(x64)HKEY_LOCAL_MACHINE\\Classes\\Handler\\{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}", L"Handler",
-       L"HKEY_LOCAL_MACHINE|64-bit|Classes\\Handler|(Default)|"},
-      {sulRegistryIEBrowserObjects, L"(x32)HKEY_CURRENT_USER\\Objects\\{6F2C}\\Helps\\much", L"Helps\\much",
-       L"HKEY_CURRENT_USER|32-bit|Objects\\{6F2C}|(Default)|"},
-      {sulRegistryUserRun, L"(x32)HKEY_CURRENT_USER\\Run\\", L"", L"HKEY_CURRENT_USER|32-bit|Run|(Default)|"},
-      {sulFolderUser, L"C:\\Startup\\a.lnk", L"a", L"C:\\Startup\\a.lnk|"},
-  };
-  for (const auto& row : rows) {
-    ItemRecord item;
-    item.location = row.location;
-    item.name = row.name;
-    item.caption = row.caption;
-    std::wstring parts;
-    for (const auto& [label, text] : ItemPlace(item)) parts.append(text).append(1, L'|');
-    EXPECT_EQ(parts, row.parts) << row.name;
-  }
 }
 
 }  // namespace

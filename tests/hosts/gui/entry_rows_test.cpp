@@ -1,7 +1,5 @@
-#include "hosts/common/location_names.h"
 #include "hosts/gui/account.h"
 #include "hosts/gui/entry_rows.h"
-#include "hosts/gui/location_titles.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
@@ -106,18 +104,6 @@ TEST(EntryWatchAtOnce, TellsOfAnEntryBeforeItsDetails) {
   EXPECT_EQ(look({{item.location, item.name, false}}), Kinds{});
   EXPECT_EQ(look({{item.location, item.name, true}}), Kinds{L"changed"});
   EXPECT_EQ(look({}), Kinds{L"removed"});
-}
-
-TEST(LocationTitles, AreDifferentAndTellWhose) {
-  std::set<std::wstring> titles;
-  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    EXPECT_TRUE(titles.insert(FullTitle(location)).second) << location;
-    const std::wstring place = LocationPlace(LocationRowOf(location));
-    const bool isUsers = place.starts_with(L"HKEY_CURRENT_USER") || place == L"shell:startup";
-    EXPECT_EQ(IsUserLocation(location), isUsers) << place;
-  }
-  EXPECT_EQ(FullTitle(sulRegistryBackgroundCopyHandlers), L"Copy hooks: folder background");
-  EXPECT_EQ(FullTitle(kLastLocation + 1), L"");
 }
 
 TEST(AccountTest, SomebodyElsesSession) {

@@ -1,16 +1,53 @@
-#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/commands/entry_commands.h"
+
 #include "hosts/cli/console.h"
+#include "hosts/cli/item_selector.h"
+#include "hosts/cli/table_output.h"
 #include "hosts/common/csv_output.h"
 #include "hosts/common/entry_look.h"
 #include "hosts/common/entry_watch.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/host_process.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/handle.h"
 
 namespace smh {
+
+namespace {
+
+// The entry that the one ITEM means, of all locations.
+ItemRecord SelectOneItem(const Library& library, const Arguments& arguments) {
+  return SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
+}
+
+}  // namespace
+
+void RunList(const Arguments& arguments) {
+  const Library library;
+  const ItemFilter filter = arguments.Filter();
+  ReadToEnd(library, filter.Scope());
+  std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
+  ResolveFiles(library, items);
+  switch (arguments.format) {
+    case OutputFormat::kJson:
+      return WriteOutput(JsonArray(items));
+    case OutputFormat::kCsv:
+      return WriteOutput(CsvTable(items));
+    case OutputFormat::kTable:
+      return WriteOutput(ItemTable(items, ConsoleWidth()));
+  }
+}
+
+void RunShow(const Arguments& arguments) {
+  const Library library;
+  ItemRecord item = SelectOneItem(library, arguments);
+  ResolveFiles(library, {&item, 1});
+  WriteOutput(arguments.format == OutputFormat::kJson ? JsonObject(item) + L"\n" : ItemSheet(item));
+}
 
 namespace {
 
@@ -89,6 +126,50 @@ void RunWatch(const Arguments& arguments) {
     Look(library, [&](const auto& sightings, const auto& read) { events = watch->Update(sightings, read); });
     PrintEvents(library, filter, arguments.format, std::move(events));
   }
+}
+
+void RunExecute(const Arguments& arguments) {
+  const Library library;
+  ItemRecord item = SelectOneItem(library, arguments);
+  ResolveFiles(library, {&item, 1});
+  const std::wstring failure = L"Cannot execute " + Describe(item);
+  if (item.command.empty()) throw HostError(failure + L": it has no command.");
+  if (!IsFile(item.file)) {
+    throw HostError(failure + L": the file " + (item.file.empty() ? item.command : item.file) +
+                    L" does not exist.");
+  }
+  if (!item.Can(kActionExecute)) throw HostError(failure + L": " + item.file + L" is not a program.");
+  const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
+  {
+    const DialogBlocker blocker;
+    CheckResult(listed->Execute(nullptr), failure);
+  }
+  WriteMessage(L"Started " + item.file + L".");
+}
+
+namespace {
+
+// The system's tool may show something else, or nothing at all; with this the user can go there by hand.
+void WritePlace(const ItemRecord& item) {
+  auto place = ItemPlace(item);
+  for (auto& [name, text] : place) text = Printable(text);
+  WriteOutput(KeyValueLines(place));
+}
+
+}  // namespace
+
+void RunLocate(const Arguments& arguments) {
+  const Library library;
+  const ItemRecord item = SelectOneItem(library, arguments);
+  WritePlace(item);
+  const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
+  const std::wstring failure = L"Cannot show the place of " + Describe(item);
+  {
+    const DialogBlocker blocker;
+    CheckResult(listed->ShowLocation(), failure);
+  }
+  // The library tells this failure in a message box only.
+  if (DialogBlocker::HasRefused()) throw HostError(failure + L": the registry editor cannot be started.");
 }
 
 }  // namespace smh

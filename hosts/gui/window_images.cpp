@@ -1,4 +1,4 @@
-#include "hosts/gui/glyphs.h"
+#include "hosts/gui/window_images.h"
 
 #include "hosts/gui/dpi.h"
 
@@ -13,7 +13,8 @@ namespace {
 
 using namespace Gdiplus;
 
-constexpr int kSide = 16;  // at 96 DPI; glyphs are drawn on a field of that size
+constexpr int kSide = 16;            // at 96 DPI; glyphs are drawn on a field of that size
+constexpr int kLargeImageSide = 32;  // of the library's large images, at any DPI
 
 struct Colors {
   ARGB green, red, blue, orange, grey;
@@ -144,6 +145,23 @@ ScopedImageList MakeGlyphs(int dpi, GlyphLook look) {
 
 ScopedImageList MakeCheckImages(int dpi) {
   return MakeImages(dpi, 2, [](Graphics& canvas, int i) { DrawCheck(canvas, i == 1); });
+}
+
+HIMAGELIST ScaledImages::For(int dpi, HIMAGELIST small, HIMAGELIST large) {
+  const int side = Scaled(kSide, dpi);
+  if (large == nullptr || side == kSide) return small;
+  if (side == kLargeImageSide) return large;
+  if (side != side_ || large != source_) {
+    images_.Reset(ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, 32, 32));
+    side_ = side;
+    source_ = large;
+  }
+  for (int i = ImageList_GetImageCount(images_.Get()); i < ImageList_GetImageCount(large); ++i) {
+    const ScopedIcon original(ImageList_GetIcon(large, i, ILD_TRANSPARENT));
+    const ScopedIcon copy(static_cast<HICON>(CopyImage(original.Get(), IMAGE_ICON, side, side, 0)));
+    if (!copy || ImageList_ReplaceIcon(images_.Get(), -1, copy.Get()) < 0) break;
+  }
+  return images_.Get();
 }
 
 }  // namespace smh

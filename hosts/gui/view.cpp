@@ -1,4 +1,4 @@
-#include "hosts/gui/frame.h"
+#include "hosts/gui/view.h"
 
 #include "hosts/gui/window.h"
 

@@ -1,0 +1,161 @@
+#include "hosts/cli/commands/system_commands.h"
+
+#include "core/contracts/intf_general.h"
+#include "hosts/cli/console.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/client_record.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/json_output.h"
+#include "hosts/common/library.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
+#include "hosts/common/text_encoding.h"
+#include "infra/files/file_facts.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
+#include "sysutil/windows/uWindowTopHelper.h"
+
+#include <array>
+
+namespace smh {
+
+namespace {
+
+struct LocationSummary {
+  std::size_t enabled = 0;
+  std::size_t disabled = 0;
+};
+using Summaries = std::array<LocationSummary, kLastLocation + 1>;
+
+Summaries Summarize(std::span<const ItemRecord> items) {
+  Summaries summaries{};
+  for (const ItemRecord& item : items) {
+    if (item.location < kFirstLocation || item.location > kLastLocation) continue;
+    LocationSummary& summary = summaries[static_cast<std::size_t>(item.location)];
+    ++(item.enabled ? summary.enabled : summary.disabled);
+  }
+  return summaries;
+}
+
+std::wstring AsTable(const Summaries& summaries) {
+  TextTable table{.header = {L"Location", L"Family", L"Key or folder", L"Can", L"Enabled", L"Disabled"},
+                  .rows = {},
+                  .pathColumn = 2};
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
+    const LocationRow& row = LocationRowOf(location);
+    table.rows.push_back({std::wstring(row.memberName), std::wstring(FamilyOf(row).name), LocationPlace(row),
+                          JoinNames(LocationActions(row), L" "), std::to_wstring(summary.enabled),
+                          std::to_wstring(summary.disabled)});
+  }
+  return table.Text(ConsoleWidth());
+}
+
+std::wstring AsJson(const Summaries& summaries) {
+  std::vector<std::wstring> elements;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
+    const LocationRow& row = LocationRowOf(location);
+    elements.push_back(
+        L"{\"location\":" + JsonText(row.memberName) + L",\"ordinal\":" + std::to_wstring(location) +
+        L",\"family\":" + JsonText(FamilyOf(row).name) + L",\"place\":" + JsonText(LocationPlace(row)) +
+        L",\"readByDefault\":" + JsonValue(IsReadByDefault(location)) + L",\"enabled\":" +
+        std::to_wstring(summary.enabled) + L",\"disabled\":" + std::to_wstring(summary.disabled) +
+        L",\"can\":" + JsonValue(LocationActions(row)) + L"}");
+  }
+  return JsonArray(elements);
+}
+
+}  // namespace
+
+void RunLocations(const Arguments& arguments) {
+  const Library library;
+  const Summaries summaries = Summarize(ReadAllItems(library));
+  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(summaries) : AsTable(summaries));
+}
+
+namespace {
+
+std::wstring AsTable(std::span<const ClientRecord> clients) {
+  TextTable table{.header = {L"#", L"Kind", L"Name", L"Company", L"File", L"Description", L"Icon", L"Key"},
+                  .rows = {},
+                  .pathColumn = 4};
+  for (const ClientRecord& client : clients) {
+    table.rows.push_back(
+        {std::to_wstring(client.index), std::wstring(ClientKindName(client.kind)), Printable(client.name),
+         Printable(client.company), Printable(client.file.empty() ? client.command : client.file),
+         Printable(client.description), std::to_wstring(client.imageIndex), Printable(client.keyPath)});
+  }
+  return table.Text(ConsoleWidth());
+}
+
+std::wstring AsJson(std::span<const ClientRecord> clients) {
+  std::vector<std::wstring> elements;
+  for (const ClientRecord& client : clients) {
+    std::wstring& json = elements.emplace_back(L"{");
+    for (const ClientField& field : ClientFields()) {
+      if (json.size() > 1) json += L',';
+      json += JsonText(field.key) + L':' + JsonValue(field.read(client));
+    }
+    json += L'}';
+  }
+  return JsonArray(elements);
+}
+
+}  // namespace
+
+void RunClients(const Arguments& arguments) {
+  const Library library;
+  const std::vector<ClientRecord> clients = ReadClients(library, arguments.paths);
+  for (const ClientRecord& client : clients) {
+    if (client.kind == kFavoritePath && !client.fileFound) {
+      WriteMessage(L"There is no file \"" + client.command + L"\".");
+    }
+  }
+  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(clients) : AsTable(clients));
+}
+
+void RunResolve(const Arguments& arguments) {
+  const Library library;
+  const std::wstring& command = arguments.items.front();
+  const std::wstring file = library.ResolveCommandFile(command);
+  if (file.empty()) throw HostError(L"The command line \"" + command + L"\" names no file.");
+  WriteOutput(Printable(file) + L"\n");
+  if (!Exists(file)) WriteMessage(L"There is no such file.");
+}
+
+namespace {
+
+std::wstring RequireText(const std::wstring& text) {
+  if (text.empty()) throw HostError(L"Cannot tell the folder of the log file.");
+  return WithTrailingBackslash(text);
+}
+
+}  // namespace
+
+void RunLog(const Arguments&) {
+  const ScopedModule library = LoadFromOwnFolder(IHelper::kLibrary);
+  auto& helper = AskService<IHelper>(library.Get());
+  auto& globals = AskService<IGlobals>(library.Get());
+  const auto base = TakeText([&](BoundaryText* text) { return helper.GetBaseFolder(text); });
+  const auto vendor = TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); });
+  const auto product = TakeText([&](BoundaryText* text) { return globals.GetProductName(text); });
+  const std::wstring folder = RequireText(base) + RequireText(vendor) + RequireText(product);
+  WriteOutput(Printable(folder + L"Logs\\StartupManager.log") + L"\n");
+}
+
+void RunWindows(const Arguments&) {
+  TextTable table{.header = {L"Process", L"File", L"Icon", L"Caption"}, .rows = {}};
+  try {
+    const TWindowTopCollection windows(nullptr);
+    for (const TWindowTopItem& item : windows.Items()) {
+      table.rows.push_back({std::to_wstring(item.ProcessId), Printable(item.FileName),
+                            item.ImageIndex >= 0 ? L"yes" : L"no", Printable(item.Caption)});
+    }
+  } catch (const Exception& exception) {
+    throw HostError(L"Cannot list the windows: " + exception.Message());
+  }
+  WriteOutput(table.Text(ConsoleWidth()));
+}
+
+}  // namespace smh

@@ -1,0 +1,52 @@
+// What can be done with entries: asks the user what a change needs, has the worker do it, and says how it
+// went. For the window's thread.
+#pragma once
+
+#include "hosts/gui/entry_rows.h"
+#include "hosts/gui/view.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace smh {
+
+// Works on copies of entries that the view picked, one at least, and knows nothing of its list. A command
+// returns when the user has been asked; what the worker answers comes later and is told through the frame.
+// Before entries of this account are changed while somebody else is logged on, the user is asked whether they
+// are meant.
+class EntryCommands {
+ public:
+  // `frame` outlives the object, which lives as long as the main window: answers refer to it.
+  explicit EntryCommands(const Frame& frame) : frame_(frame) {}
+
+  // Enables (kActionEnable) or disables (kActionDisable) them.
+  void Switch(ItemAction action, std::vector<ItemRecord> items) const;
+  // Asks first.
+  void Delete(std::vector<ItemRecord> items) const;
+  // Offers the locations that take all of them.
+  void Move(const std::vector<ItemRecord>& items) const;
+  // Does nothing unless it is one entry.
+  void ChangeCommand(std::vector<ItemRecord> items) const;
+  // Asks for a new entry, with the first location of `shown` that takes one when those are two at most.
+  // `onAdded` is called with its location and caption when it has been added, on the window's thread; the
+  // list may not have it yet.
+  void Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const;
+  // Starts their commands.
+  void Execute(std::vector<ItemRecord> items) const;
+  // Opens the system's tool at their places.
+  void ShowPlace(std::vector<ItemRecord> items) const;
+  // Opens the property sheet of the first one's file.
+  void ShowFile(const std::vector<ItemRecord>& items) const;
+  // Writes them to a file that the user names.
+  void Export(std::vector<ItemRecord> items) const;
+
+ private:
+  bool MayChange(const std::vector<ItemRecord>& items) const;
+  void Apply(std::vector<ItemRecord> items, EntryOperation operation, const std::wstring& done) const;
+  void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const;
+
+  const Frame& frame_;
+};
+
+}  // namespace smh
