@@ -4,8 +4,6 @@
 #include "hosts/gui/resource.h"
 #include "hosts/gui/window_settings.h"
 
-#include <algorithm>
-
 namespace smh {
 
 namespace {
@@ -15,18 +13,6 @@ constexpr UINT kQueueMessage = WM_APP + 1;
 constexpr UINT kSafetyInterval = 500;
 constexpr SIZE kFirstSize = {1080, 700};
 constexpr SIZE kLeastSize = {560, 360};
-constexpr int kLeastPane = 120;
-
-RECT ClientArea(HWND window) noexcept {
-  RECT area;
-  GetClientRect(window, &area);
-  return area;
-}
-
-// A place that is on a screen by now.
-bool IsVisible(const RECT& place) noexcept {
-  return MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr;
-}
 
 }  // namespace
 
@@ -51,46 +37,24 @@ void MainWindow::Open(int showCommand) {
           .title = title.c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
           .menu = menu});
-  const bool wasMaximized = !LoadNumbers(L"Window", 5).empty() && LoadNumbers(L"Window", 5)[4] != 0;
-  ShowWindow(Handle(), wasMaximized && showCommand == SW_SHOWDEFAULT ? SW_SHOWMAXIMIZED : showCommand);
-  SetFocus(view_->MainControl());
+  ShowWindow(Handle(), WasMaximized() && showCommand == SW_SHOWDEFAULT ? SW_SHOWMAXIMIZED : showCommand);
+  SetFocus(panes_.Shown().MainControl());
 }
 
 void MainWindow::OnCreate() {
   frame_.window = Handle();
-  dpi_ = DpiOf(Handle());
-  bar_.Create(Handle());
-  search_ =
-      CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
-                      0, 0, 0, Handle(), reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
-  SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Search (Ctrl+F)"));
-  banner_ = CreateWindowExW(0, WC_STATICW, L"",
-                            WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
-                            0, 0, Handle(), reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
-  tree_.Create(Handle(), [this](const LocationTree::Node& node) { ShowNode(node); });
-  splitter_.Open(Handle(), Splitter::Direction::kLeftRight, [this](int position) {
-    treeWidth_ = MulDiv(position, USER_DEFAULT_SCREEN_DPI, dpi_);
-    Layout();
-  });
-  entries_ = std::make_unique<EntriesView>(Handle(), frame_);
-  programs_ = std::make_unique<ProgramsView>(Handle(), frame_);
-  undo_ = std::make_unique<UndoView>(Handle(), frame_);
-  status_ =
-      CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0,
-                      0, 0, 0, Handle(), reinterpret_cast<HMENU>(IDC_STATUS), nullptr, nullptr);
-  view_ = entries_.get();
-  ApplyDpi();
+  panes_.Create(frame_, [this](const LocationTree::Node& node) { ShowNode(node); });
+  panes_.SetDpi(DpiOf(Handle()));
   LoadLook();
-  view_->Show(true);
-  tree_.Build(allLocations_);
-  bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);
+  panes_.Shown().Show(true);
+  panes_.Tree().Build(allLocations_);
   queue_.Attach(Handle(), kQueueMessage);
   // The loop of a dialog that closes may drop a posted message.
   SetTimer(Handle(), 1, kSafetyInterval, nullptr);
   worker_.Listen({[this](ListNews& news) {
-                    if (!news.events.empty()) undo_->Refresh();
-                    entries_->OnNews(news);
-                    tree_.ShowCounts(entries_->Rows());
+                    if (!news.events.empty()) panes_.Undo().Refresh();
+                    panes_.Entries().OnNews(news);
+                    panes_.Tree().ShowCounts(panes_.Entries().Rows());
                   },
                   [this](const std::wstring& text) { ShowError(frame_, text); }});
   Refresh();
@@ -98,108 +62,23 @@ void MainWindow::OnCreate() {
 }
 
 void MainWindow::LoadLook() {
-  SIZE size = {Scaled(kFirstSize.cx, dpi_), Scaled(kFirstSize.cy, dpi_)};
-  RECT screen = {};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
-  size.cx = std::min(size.cx, screen.right - screen.left);
-  size.cy = std::min(size.cy, screen.bottom - screen.top);
-  SetWindowPos(Handle(), nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  if (const auto window = LoadNumbers(L"Window", 5); !window.empty()) {
-    const RECT place = {window[0], window[1], window[0] + window[2], window[1] + window[3]};
-    if (IsVisible(place)) {
-      SetWindowPos(Handle(), nullptr, window[0], window[1], window[2], window[3],
-                   SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-  }
-  if (const auto panes = LoadNumbers(L"Panes", 2); !panes.empty()) {
-    treeWidth_ = panes[0];
-    entries_->SetDetailsHeight(panes[1]);
-  }
-  if (const auto columns = LoadNumbers(L"Columns", EntryColumns().size()); !columns.empty()) {
-    entries_->SetColumnWidths(columns);
-  }
-  if (const auto order = LoadNumbers(L"Order", 2); !order.empty() && order[0] >= 0) {
-    entries_->SortBy(static_cast<std::size_t>(order[0]), order[1] != 0);
-  }
+  LoadPlace(Handle(), {Scaled(kFirstSize.cx, panes_.Dpi()), Scaled(kFirstSize.cy, panes_.Dpi())});
+  panes_.LoadLook();
   if (const auto all = LoadNumbers(L"AllLocations", 1); !all.empty()) allLocations_ = all[0] != 0;
 }
 
 void MainWindow::SaveLook() const {
-  WINDOWPLACEMENT placement = {};
-  placement.length = sizeof(placement);
-  if (GetWindowPlacement(Handle(), &placement)) {
-    const RECT& place = placement.rcNormalPosition;
-    SaveNumbers(L"Window",
-                {static_cast<int>(place.left), static_cast<int>(place.top),
-                 static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
-                 placement.showCmd == SW_SHOWMAXIMIZED ? 1 : 0});
-  }
-  SaveNumbers(L"Panes", {treeWidth_, entries_->DetailsHeight()});
-  SaveNumbers(L"Columns", entries_->ColumnWidths());
-  SaveNumbers(L"Order",
-              {static_cast<int>(entries_->Rows().SortColumn()), entries_->Rows().Descending() ? 1 : 0});
+  SavePlace(Handle());
+  panes_.SaveLook();
   SaveNumbers(L"AllLocations", {allLocations_ ? 1 : 0});
 }
 
-void MainWindow::ApplyDpi() {
-  ScopedFont font = MakeFont(dpi_);
-  ScopedFont heading = MakeFont(dpi_, FontKind::kHeading);
-  const ViewFonts fonts = {font.Get(), heading.Get()};
-  bar_.SetDpi(dpi_, font.Get());
-  bar_.ShowButton(CMD_RESTART_ELEVATED, !account_.elevated);
-  tree_.SetDpi(dpi_, font.Get());
-  for (View* const view : Views()) view->SetDpi(dpi_, fonts);
-  for (const HWND control : {search_, status_, banner_}) {
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
-  }
-  font_ = std::move(font);
-  heading_ = std::move(heading);
-}
-
 void MainWindow::OnDpiChanged(int dpi, const RECT& suggested) {
-  dpi_ = dpi;
-  ApplyDpi();
+  panes_.SetDpi(dpi);
   SetWindowPos(Handle(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-  Layout();
+  panes_.Layout();
   Update();
-}
-
-void MainWindow::Layout() {
-  if (view_ == nullptr || IsIconic(Handle())) return;
-  SendMessageW(status_, WM_SIZE, 0, 0);
-  const RECT area = ClientArea(Handle());
-  const int width = static_cast<int>(area.right);
-  const int margin = Scaled(4, dpi_);
-  const int parts[] = {std::max(width - Scaled(420, dpi_), Scaled(100, dpi_)),
-                       std::max(width - Scaled(200, dpi_), Scaled(200, dpi_)), -1};
-  SendMessageW(status_, SB_SETPARTS, std::size(parts), reinterpret_cast<LPARAM>(parts));
-  const int statusHeight = static_cast<int>(ClientArea(status_).bottom);
-  const int topHeight = std::max(bar_.Height(), FontHeight(search_, font_.Get()) + Scaled(10, dpi_));
-  LayoutTop(width, margin / 2, topHeight);
-  int top = topHeight + margin;
-  const bool hasBanner = (GetWindowLongW(banner_, GWL_STYLE) & WS_VISIBLE) != 0;
-  if (hasBanner) {
-    const int height = FontHeight(banner_, font_.Get()) + Scaled(8, dpi_);
-    MoveWindow(banner_, margin * 2, top, width - margin * 4, height, TRUE);
-    top += height;
-  }
-  const int bottom = static_cast<int>(area.bottom) - statusHeight;
-  const int bar = Scaled(Splitter::kThickness, dpi_);
-  const int least = Scaled(kLeastPane, dpi_);
-  const int tree = std::clamp(Scaled(treeWidth_, dpi_), least, std::max(width - least - bar, least));
-  MoveWindow(tree_.Handle(), 0, top, tree, bottom - top, TRUE);
-  MoveWindow(splitter_.Handle(), tree, top, bar, bottom - top, TRUE);
-  view_->Place({tree + bar, top, width, bottom});
-}
-
-void MainWindow::LayoutTop(int width, int top, int height) const {
-  const int margin = Scaled(4, dpi_);
-  const int searchWidth = std::min(Scaled(220, dpi_), width / 3);
-  const int searchHeight = FontHeight(search_, font_.Get()) + Scaled(8, dpi_);
-  MoveWindow(bar_.Handle(), margin, top, width - searchWidth - 3 * margin, height, TRUE);
-  MoveWindow(search_, width - searchWidth - margin, top + (height - searchHeight) / 2, searchWidth,
-             searchHeight, TRUE);
 }
 
 LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -208,18 +87,18 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       OnCreate();
       return 0;
     case WM_SIZE:
-      Layout();
+      panes_.Layout();
       return 0;
     case WM_GETMINMAXINFO: {
       auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
-      limits.ptMinTrackSize = {Scaled(kLeastSize.cx, dpi_), Scaled(kLeastSize.cy, dpi_)};
+      limits.ptMinTrackSize = {Scaled(kLeastSize.cx, panes_.Dpi()), Scaled(kLeastSize.cy, panes_.Dpi())};
       return 0;
     }
     case WM_DPICHANGED:
       OnDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
       return 0;
     case WM_SETFOCUS:
-      if (view_ != nullptr) SetFocus(view_->MainControl());
+      if (panes_.IsMade()) SetFocus(panes_.Shown().MainControl());
       return 0;
     case WM_NOTIFY:
       return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
@@ -252,8 +131,8 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_DESTROY:
       queue_.Detach();
-      entries_->ForgetImages();
-      programs_->ForgetImages();
+      panes_.Entries().ForgetImages();
+      panes_.Programs().ForgetImages();
       PostQuitMessage(0);
       return 0;
     default:
@@ -261,17 +140,198 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   }
 }
 
+LRESULT MainWindow::OnNotify(const NMHDR& header) {
+  if (!panes_.IsMade()) return 0;
+  LRESULT result = 0;
+  if (CommandBar::OnNotify(header) || panes_.Tree().OnNotify(header)) return 0;
+  for (View* const view : panes_.Views()) {
+    if (view->OnNotify(header, result)) return result;
+  }
+  return 0;
+}
+
+void MainWindow::OnCommand(UINT command, UINT code) {
+  if (command == IDC_SEARCH) {
+    if (code == EN_CHANGE) {
+      panes_.Shown().Search(TextOf(panes_.SearchBox()));
+      Update();
+    }
+    return;
+  }
+  if (CanRun(command)) Run(command);
+}
+
+bool MainWindow::CanRun(UINT command) const {
+  switch (command) {
+    case CMD_REFRESH:
+    case CMD_ALL_LOCATIONS:
+    case CMD_FIND:
+    case CMD_NEXT_PANE:
+    case CMD_PREVIOUS_PANE:
+    case CMD_ENTRIES:
+    case CMD_DEFAULT_PROGRAMS:
+    case CMD_UNDO_HISTORY:
+    case CMD_ABOUT:
+    case CMD_EXIT:
+      return true;
+    case CMD_RESTART_ELEVATED:
+      return !account_.elevated;
+    case CMD_UNDO:
+      return panes_.Shows(panes_.Undo()) ? panes_.Undo().CanRun(command) : panes_.Undo().CanUndoLatest();
+    case CMD_REDO:
+      return panes_.Shows(panes_.Undo()) ? panes_.Undo().CanRun(command) : panes_.Undo().CanRedoLatest();
+    default:
+      return panes_.Shown().CanRun(command);
+  }
+}
+
+void MainWindow::Run(UINT command) {
+  switch (command) {
+    case CMD_REFRESH:
+      return Refresh();
+    case CMD_ALL_LOCATIONS:
+      allLocations_ = !allLocations_;
+      panes_.Tree().Build(allLocations_);
+      return Refresh();
+    case CMD_FIND:
+      SetFocus(panes_.SearchBox());
+      SendMessageW(panes_.SearchBox(), EM_SETSEL, 0, -1);
+      return;
+    case CMD_NEXT_PANE:
+    case CMD_PREVIOUS_PANE:
+      return panes_.FocusNext(command == CMD_PREVIOUS_PANE);
+    case CMD_ENTRIES:
+      return panes_.Tree().Select(LocationTree::Kind::kEntries);
+    case CMD_DEFAULT_PROGRAMS:
+      return panes_.Tree().Select(LocationTree::Kind::kPrograms);
+    case CMD_UNDO_HISTORY:
+      return panes_.Tree().Select(LocationTree::Kind::kUndo);
+    case CMD_UNDO:
+      return panes_.Shows(panes_.Undo()) ? panes_.Undo().Run(command) : panes_.Undo().UndoLatest();
+    case CMD_REDO:
+      return panes_.Shows(panes_.Undo()) ? panes_.Undo().Run(command) : panes_.Undo().RedoLatest();
+    case CMD_ABOUT:
+      return ShowAbout();
+    case CMD_EXIT:
+      SendMessageW(Handle(), WM_CLOSE, 0, 0);
+      return;
+    case CMD_RESTART_ELEVATED:
+      return RestartAsAdministrator();
+    default:
+      return panes_.Shown().Run(command);
+  }
+}
+
+void MainWindow::ShowNode(const LocationTree::Node& node) {
+  if (node.kind == LocationTree::Kind::kEntries) panes_.Entries().ShowLocations(node.locations);
+  if (panes_.Show(node.kind)) said_.clear();
+  ShowBanner(node);
+  panes_.Layout();
+  Update();
+}
+
+// Whose entries these are, where that is not plain.
+void MainWindow::ShowBanner(const LocationTree::Node& node) const {
+  bool isUsers = false;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    isUsers = isUsers || (node.locations[location] && IsUserLocation(location));
+  }
+  const std::wstring text = L"The entries of \u201Cthis user\u201D are those of " + account_.name +
+                            L", not of " + account_.sessionUser + L", who is logged on.";
+  panes_.SetBanner(text, isUsers && account_.IsForeign());
+}
+
+void MainWindow::Refresh() {
+  said_.clear();
+  if (panes_.Shows(panes_.Programs())) return panes_.Programs().Refresh();
+  panes_.Undo().Refresh();
+  worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
+}
+
+// Many changes come together; one message later all of them are shown at once.
+void MainWindow::Update() {
+  if (updateWaits_ || Handle() == nullptr) return;
+  updateWaits_ = true;
+  PostMessageW(Handle(), kUpdateMessage, 0, 0);
+}
+
+void MainWindow::UpdateNow() {
+  updateWaits_ = false;
+  panes_.Bar().Update([this](UINT command) { return CanRun(command); });
+  ShowStatus();
+}
+
+std::wstring MainWindow::ReadingText() const {
+  switch (panes_.Entries().ReadState()) {
+    case kReadStateReading:
+      return L"Reading the locations\u2026";
+    case kReadStateListed:
+      return L"Reading the details of the files\u2026";
+    default:
+      return {};
+  }
+}
+
+void MainWindow::ShowStatus() {
+  const std::wstring reading = ReadingText();
+  std::wstring text = reading.empty() ? said_ : reading;
+  if (text.empty() && !account_.elevated && panes_.Entries().HasLockedEntries()) {
+    text = L"Locked entries can be changed by an administrator: use the shield in the tool bar.";
+  }
+  panes_.SetStatus(MainPanes::StatusPart::kNews, text.empty() ? L"Ready" : text);
+  panes_.SetStatus(MainPanes::StatusPart::kCount, panes_.Shown().CountText());
+  panes_.SetStatus(MainPanes::StatusPart::kAccount, account_.name);
+}
+
+void MainWindow::OnMenuOpens(HMENU menu) const {
+  const int count = GetMenuItemCount(menu);
+  for (int i = 0; i < count; ++i) {
+    const UINT command = GetMenuItemID(menu, i);
+    if (command == 0 || command == static_cast<UINT>(-1)) continue;
+    EnableMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (CanRun(command) ? MF_ENABLED : MF_GRAYED));
+    if (command == CMD_ALL_LOCATIONS) {
+      CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (allLocations_ ? MF_CHECKED : MF_UNCHECKED));
+    }
+  }
+}
+
+void MainWindow::OnContextMenu(HWND control, POINT point) {
+  if (control != panes_.Shown().MainControl() || !panes_.Shows(panes_.Entries())) return;
+  if (point.x == -1 && point.y == -1) {
+    // Asked for by the keyboard: beside the entry that has the focus.
+    RECT row = {};
+    const int focused = ListView_GetNextItem(control, -1, LVNI_FOCUSED);
+    if (focused >= 0) ListView_GetItemRect(control, focused, &row, LVIR_LABEL);
+    point = {row.left, row.bottom};
+    ClientToScreen(control, &point);
+  }
+  const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ENTRY_MENU));
+  TrackPopupMenu(GetSubMenu(menu, 0), TPM_RIGHTBUTTON, point.x, point.y, 0, Handle(), nullptr);
+  DestroyMenu(menu);
+}
+
+void MainWindow::ShowAbout() const {
+  MessageBoxW(Handle(),
+              L"Startup Manager 1.0\n\nShows what Windows starts by itself, and lets you switch it off.\n"
+              L"Nothing is lost: what you change can be taken back.",
+              L"About Startup Manager", MB_OK | MB_ICONINFORMATION);
+}
+
+void MainWindow::RestartAsAdministrator() {
+  if (RestartElevated(Handle())) SendMessageW(Handle(), WM_CLOSE, 0, 0);
+}
+
 void MainWindow::RunMessages() {
   const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ACCELERATORS));
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     // The edit field has its own meaning of Del, Ctrl+A, Ctrl+C and Ctrl+Z.
-    const bool isEditing = message.hwnd == search_ && message.message == WM_KEYDOWN &&
+    const bool isEditing = message.hwnd == panes_.SearchBox() && message.message == WM_KEYDOWN &&
                            message.wParam != VK_F5 && message.wParam != VK_F6;
     if (isEditing &&
         (message.wParam == VK_ESCAPE || message.wParam == VK_RETURN || message.wParam == VK_DOWN)) {
-      if (message.wParam == VK_ESCAPE) SetWindowTextW(search_, L"");
-      SetFocus(view_->MainControl());
+      if (message.wParam == VK_ESCAPE) SetWindowTextW(panes_.SearchBox(), L"");
+      SetFocus(panes_.Shown().MainControl());
       continue;
     }
     if (!isEditing && TranslateAcceleratorW(Handle(), keys, &message) != 0) continue;

@@ -15,4 +15,12 @@ std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count);
 // A failure is ignored: the next start shows the old ones.
 void SaveNumbers(const wchar_t* name, const std::vector<int>& numbers);
 
+// Gives the window its saved place if that is on a screen by now, else `firstSize` in pixels, as far as the
+// screen has room. A window that was maximized gets the place that it had before.
+void LoadPlace(HWND window, SIZE firstSize);
+// Whether it was maximized at the last SavePlace.
+bool WasMaximized();
+// As SaveNumbers.
+void SavePlace(HWND window);
+
 }  // namespace smh

@@ -1,0 +1,161 @@
+#include "hosts/gui/main_panes.h"
+
+#include "hosts/gui/resource.h"
+#include "hosts/gui/window_settings.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+constexpr int kLeastPane = 120;
+
+RECT ClientArea(HWND window) noexcept {
+  RECT area;
+  GetClientRect(window, &area);
+  return area;
+}
+
+}  // namespace
+
+void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
+  frame_ = &frame;
+  const HWND window = frame.window;
+  bar_.Create(window);
+  search_ =
+      CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
+                      0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
+  SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Search (Ctrl+F)"));
+  banner_ = CreateWindowExW(0, WC_STATICW, L"",
+                            WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
+                            0, 0, window, reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
+  tree_.Create(window, std::move(onSelect));
+  splitter_.Open(window, Splitter::Direction::kLeftRight, [this](int position) {
+    treeWidth_ = MulDiv(position, USER_DEFAULT_SCREEN_DPI, dpi_);
+    Layout();
+  });
+  entries_ = std::make_unique<EntriesView>(window, frame);
+  programs_ = std::make_unique<ProgramsView>(window, frame);
+  undo_ = std::make_unique<UndoView>(window, frame);
+  status_ =
+      CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0,
+                      0, 0, 0, window, reinterpret_cast<HMENU>(IDC_STATUS), nullptr, nullptr);
+  shown_ = entries_.get();
+}
+
+View& MainPanes::ViewOf(LocationTree::Kind kind) const noexcept {
+  switch (kind) {
+    case LocationTree::Kind::kPrograms:
+      return *programs_;
+    case LocationTree::Kind::kUndo:
+      return *undo_;
+    case LocationTree::Kind::kEntries:
+      break;
+  }
+  return *entries_;
+}
+
+bool MainPanes::Show(LocationTree::Kind kind) {
+  View& view = ViewOf(kind);
+  if (Shows(view)) return false;
+  shown_->Show(false);
+  shown_ = &view;
+  shown_->Search(TextOf(search_));
+  shown_->Show(true);
+  return true;
+}
+
+void MainPanes::SetBanner(const std::wstring& text, bool show) const {
+  SetWindowTextW(banner_, text.c_str());
+  ShowWindow(banner_, show ? SW_SHOWNA : SW_HIDE);
+}
+
+void MainPanes::SetStatus(StatusPart part, const std::wstring& text) const {
+  SendMessageW(status_, SB_SETTEXTW, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void MainPanes::FocusNext(bool backwards) const {
+  const HWND panes[] = {tree_.Handle(), shown_->MainControl(), search_};
+  constexpr std::size_t kCount = std::size(panes);
+  std::size_t now = 0;
+  while (now < kCount && panes[now] != GetFocus()) ++now;
+  SetFocus(panes[now == kCount ? 1 : (now + (backwards ? kCount - 1 : 1)) % kCount]);
+}
+
+void MainPanes::SetDpi(int dpi) {
+  dpi_ = dpi;
+  ScopedFont font = MakeFont(dpi);
+  ScopedFont heading = MakeFont(dpi, FontKind::kHeading);
+  const ViewFonts fonts = {font.Get(), heading.Get()};
+  bar_.SetDpi(dpi, font.Get());
+  bar_.ShowButton(CMD_RESTART_ELEVATED, !frame_->account.elevated);
+  tree_.SetDpi(dpi, font.Get());
+  for (View* const view : Views()) view->SetDpi(dpi, fonts);
+  for (const HWND control : {search_, status_, banner_}) {
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
+  }
+  font_ = std::move(font);
+  heading_ = std::move(heading);
+}
+
+void MainPanes::Layout() {
+  if (!IsMade() || IsIconic(frame_->window)) return;
+  SendMessageW(status_, WM_SIZE, 0, 0);
+  const RECT area = ClientArea(frame_->window);
+  const int width = static_cast<int>(area.right);
+  const int margin = Scaled(4, dpi_);
+  const int parts[] = {std::max(width - Scaled(420, dpi_), Scaled(100, dpi_)),
+                       std::max(width - Scaled(200, dpi_), Scaled(200, dpi_)), -1};
+  SendMessageW(status_, SB_SETPARTS, std::size(parts), reinterpret_cast<LPARAM>(parts));
+  const int statusHeight = static_cast<int>(ClientArea(status_).bottom);
+  const int topHeight = std::max(bar_.Height(), FontHeight(search_, font_.Get()) + Scaled(10, dpi_));
+  LayoutTop(width, margin / 2, topHeight);
+  int top = topHeight + margin;
+  const bool hasBanner = (GetWindowLongW(banner_, GWL_STYLE) & WS_VISIBLE) != 0;
+  if (hasBanner) {
+    const int height = FontHeight(banner_, font_.Get()) + Scaled(8, dpi_);
+    MoveWindow(banner_, margin * 2, top, width - margin * 4, height, TRUE);
+    top += height;
+  }
+  const int bottom = static_cast<int>(area.bottom) - statusHeight;
+  const int bar = Scaled(Splitter::kThickness, dpi_);
+  const int least = Scaled(kLeastPane, dpi_);
+  const int tree = std::clamp(Scaled(treeWidth_, dpi_), least, std::max(width - least - bar, least));
+  MoveWindow(tree_.Handle(), 0, top, tree, bottom - top, TRUE);
+  MoveWindow(splitter_.Handle(), tree, top, bar, bottom - top, TRUE);
+  shown_->Place({tree + bar, top, width, bottom});
+}
+
+void MainPanes::LayoutTop(int width, int top, int height) const {
+  const int margin = Scaled(4, dpi_);
+  const int searchWidth = std::min(Scaled(220, dpi_), width / 3);
+  const int searchHeight = FontHeight(search_, font_.Get()) + Scaled(8, dpi_);
+  MoveWindow(bar_.Handle(), margin, top, width - searchWidth - 3 * margin, height, TRUE);
+  MoveWindow(search_, width - searchWidth - margin, top + (height - searchHeight) / 2, searchWidth,
+             searchHeight, TRUE);
+}
+
+void MainPanes::LoadLook() {
+  if (const auto panes = LoadNumbers(L"Panes", 2); !panes.empty()) {
+    treeWidth_ = panes[0];
+    entries_->SetDetailsHeight(panes[1]);
+  }
+  if (const auto columns = LoadNumbers(L"Columns", EntryColumns().size()); !columns.empty()) {
+    entries_->SetColumnWidths(columns);
+  }
+  if (const auto order = LoadNumbers(L"Order", 2); !order.empty() && order[0] >= 0) {
+    entries_->SortBy(static_cast<std::size_t>(order[0]), order[1] != 0);
+  }
+}
+
+void MainPanes::SaveLook() const {
+  SaveNumbers(L"Panes", {treeWidth_, entries_->DetailsHeight()});
+  SaveNumbers(L"Columns", entries_->ColumnWidths());
+  SaveNumbers(L"Order",
+              {static_cast<int>(entries_->Rows().SortColumn()), entries_->Rows().Descending() ? 1 : 0});
+}
+
+}  // namespace smh
