@@ -3,7 +3,7 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
-#include "hosts/gui/entry_columns.h"
+#include "hosts/gui/entry_rows.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>

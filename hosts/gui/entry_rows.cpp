@@ -2,6 +2,7 @@
 
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <tuple>
@@ -9,6 +10,15 @@
 namespace smh {
 
 namespace {
+
+constexpr EntryColumn kColumns[] = {
+    {L"Name", 155, CaptionText},
+    {L"Status", 100, StatusText},
+    {L"Company", 125, [](const ItemRecord& item) { return Printable(item.company); }},
+    {L"Rating", 80, RatingText},
+    {L"Command", 205, [](const ItemRecord& item) { return Printable(item.command); }},
+    {L"Location", 140, [](const ItemRecord& item) { return FullTitle(item.location); }},
+};
 
 // By the rules of the user's locale, in a form that compares byte by byte.
 std::string SortKeyOf(const std::wstring& text) {
@@ -48,6 +58,35 @@ std::vector<std::wstring> WordsOf(const std::wstring& text) {
 }
 
 }  // namespace
+
+std::span<const EntryColumn> EntryColumns() noexcept {
+  return kColumns;
+}
+
+bool IsFileMissing(const ItemRecord& item) noexcept {
+  return !item.fileFound && !item.command.empty();
+}
+
+bool IsLocked(const ItemRecord& item) noexcept {
+  return !item.Can(kActionEnable) && !item.Can(kActionDisable) && !item.Can(kActionDelete);
+}
+
+std::wstring StatusText(const ItemRecord& item) {
+  std::wstring text = item.enabled ? L"On" : L"Off";
+  if (IsFileMissing(item)) text += L", file missing";
+  if (IsLocked(item)) text += L", locked";
+  return text;
+}
+
+std::wstring RatingText(const ItemRecord& item) {
+  std::wstring text(RatingName(item.rating));
+  text.front() = static_cast<wchar_t>(text.front() - L'a' + L'A');
+  return text;
+}
+
+std::wstring CaptionText(const ItemRecord& item) {
+  return Printable(item.caption.empty() ? FileNamePart(item.name) : std::wstring_view(item.caption));
+}
 
 void EntryRows::Apply(std::vector<WatchEvent> events) {
   std::multimap<std::tuple<std::int32_t, std::wstring, std::wstring>, EntryKey> gone;

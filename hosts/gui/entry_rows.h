@@ -1,20 +1,46 @@
-// What the list of entries shows: a snapshot of all entries, their order, and what the filter leaves of them.
-// Has no window and takes no lock; used by one thread.
+// What the list of entries shows: its columns, and as its rows a snapshot of all entries, their order, and
+// what the filter leaves of them. Has no window and takes no lock.
 #pragma once
 
 #include "core/contracts/location_table.h"
 #include "hosts/common/entry_watch.h"
-#include "hosts/gui/entry_columns.h"
 
 #include <bitset>
 #include <compare>
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace smh {
+
+// A column's title, its first width, and its printable text for an entry. The functions on columns and single
+// entries are pure, for any thread.
+struct EntryColumn {
+  const wchar_t* title;
+  int width;  // at 96 DPI
+  std::wstring (*text)(const ItemRecord& item);
+};
+
+// The columns with a picture.
+inline constexpr std::size_t kNameColumn = 0;
+inline constexpr std::size_t kRatingColumn = 3;
+
+// In their order on the screen; valid for ever.
+std::span<const EntryColumn> EntryColumns() noexcept;
+
+// Whether the entry names a program that is not there.
+bool IsFileMissing(const ItemRecord& item) noexcept;
+// Whether neither its state nor its existence can be changed by this account.
+bool IsLocked(const ItemRecord& item) noexcept;
+// "On", "Off, file missing", "On, locked".
+std::wstring StatusText(const ItemRecord& item);
+// "Trusted", "Unknown", "Risky".
+std::wstring RatingText(const ItemRecord& item);
+// The file's or, without one, the value's name when the entry has no caption.
+std::wstring CaptionText(const ItemRecord& item);
 
 // Location and name are an entry's identity.
 struct EntryKey {
@@ -41,8 +67,8 @@ struct EntryRow {
   std::string sortKey;    // of the column that sorts; compares byte by byte
 };
 
-// Owns the rows. Every change rebuilds order and filter: pointers to rows stay valid until Apply, positions
-// until any change.
+// Owns the rows; used by one thread. Every change rebuilds order and filter: pointers to rows stay valid
+// until Apply, positions until any change.
 class EntryRows {
  public:
   // Takes in the events of one look. An entry that goes while one with the same location, caption and command

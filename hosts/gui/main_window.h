@@ -4,7 +4,6 @@
 
 #include "hosts/gui/account.h"
 #include "hosts/gui/main_panes.h"
-#include "hosts/gui/ui_queue.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/window.h"
 #include "hosts/gui/worker.h"
