@@ -1,8 +1,7 @@
 // Writes shell links byte by byte, right ones and, by changing fields afterwards, wrong ones. Portable.
 #pragma once
 
-#include "shelllink/format/header_info.h"
-#include "shelllink/format/string_data.h"
+#include "shelllink/format/link_sections.h"
 
 #include <optional>
 #include <string>

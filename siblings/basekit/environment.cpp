@@ -1,6 +1,6 @@
 #include "siblings/basekit/environment.h"
 
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/growing_text.h"
 #include "infra/runtime/text.h"
 

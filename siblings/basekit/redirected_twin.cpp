@@ -1,7 +1,6 @@
 #include "siblings/basekit/redirected_twin.h"
 
 #include "infra/files/file_facts.h"
-#include "infra/files/paths.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"

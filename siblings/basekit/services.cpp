@@ -2,7 +2,6 @@
 
 #include "core/contracts/boundary_call.h"
 #include "infra/files/file_facts.h"
-#include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/scoped_com.h"
 #include "infra/runtime/text.h"

@@ -1,6 +1,6 @@
 #include "siblings/common/data_folder.h"
 
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "siblings/common/product.h"
 
 #include <windows.h>

@@ -1,7 +1,6 @@
 #include "siblings/guardkit/file_changes.h"
 
 #include "infra/files/file_facts.h"
-#include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/data_folder.h"

@@ -2,8 +2,6 @@
 
 #include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
-#include "infra/files/folder_making.h"
-#include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/data_folder.h"

@@ -2,7 +2,7 @@
 
 #include "core/contracts/boundary_call.h"
 #include "core/contracts/boundary_string.h"
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/file_changes.h"

@@ -1,6 +1,6 @@
 #include "siblings/tracekit/trace_file.h"
 
-#include "infra/files/folder_making.h"
+#include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/common/data_folder.h"
 

@@ -6,7 +6,6 @@
 #include "model/extended_info.h"
 #include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/wow64_paths.h"
 
 namespace smh {
 

@@ -1,10 +1,9 @@
 #include "core/item_execution.h"
 
-#include "core/contracts/message_box.h"
+#include "core/contracts/uDllGlobals.h"
 #include "infra/log/uStatisticsLog.h"
 #include "model/item_list.h"
 #include "sysutil/command_line.h"
-#include "sysutil/shell_open.h"
 
 namespace smh {
 

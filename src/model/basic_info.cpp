@@ -7,7 +7,6 @@
 #include "sysutil/command_line.h"
 #include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
-#include "sysutil/wow64_paths.h"
+#include "sysutil/uFileUtils.h"
 
 #include <shellapi.h>
 

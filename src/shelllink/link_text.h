@@ -1,7 +1,7 @@
 // Texts of a link and of the shell as the system's UTF-16 strings.
 #pragma once
 
-#include "shelllink/format/stored_text.h"
+#include "shelllink/format/section_view.h"
 
 #include <string>
 

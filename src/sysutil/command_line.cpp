@@ -4,7 +4,8 @@
 #include "infra/runtime/text.h"
 #include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/wow64_paths.h"
+
+#include <shellapi.h>
 
 #include <algorithm>
 
@@ -18,6 +19,9 @@ SharedText ResolveProgram(const SharedText& program) {
   FileUtils::FileExistsWow64(path);
   return path;
 }
+
+// ShellExecuteW answers more than this when it worked.
+constexpr INT_PTR kLastShellError = 32;
 
 }  // namespace
 
@@ -60,6 +64,18 @@ CommandParts ResolveCommand(const wchar_t* command) {
 
 SharedText ResolveCommandToFile(const wchar_t* command) {
   return ResolveProgram(FileUtils::ProgramOfCommand(command));
+}
+
+DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters) {
+  SetLastError(ERROR_SUCCESS);
+  const auto result = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(owner, L"open", file.c_str(), parameters.empty() ? nullptr : parameters.c_str(), nullptr,
+                    SW_SHOWNORMAL));
+  if (result > kLastShellError) return ERROR_SUCCESS;
+  const DWORD code = GetLastError();
+  if (code != ERROR_SUCCESS) return code;
+  // The shell may fail without a last error; its own codes are system codes too, but 0: out of memory.
+  return result != 0 ? static_cast<DWORD>(result) : DWORD{ERROR_NOT_ENOUGH_MEMORY};
 }
 
 }  // namespace smh

@@ -1,11 +1,13 @@
-// Joining and splitting of command lines, and the one way from a command line to the file it starts, shared
-// by all that show or start one.
+// Joining and splitting of command lines, the one way from a command line to the file it starts, shared by
+// all that show or start one, and the start through the shell.
 //
-// Any thread may call any operation, without holding a lock: the shell helper, disk and registry are asked.
-// `command` is terminated. Nothing raises on a missing file; std::bad_alloc passes through.
+// Any thread may call any operation, without holding a lock: the shell, its helper, disk and registry are
+// asked. `command` is terminated. Nothing raises on a missing file; std::bad_alloc passes through.
 #pragma once
 
 #include "core/contracts/shared_text.h"
+
+#include <windows.h>
 
 #include <string>
 #include <string_view>
@@ -35,5 +37,10 @@ SharedText ProgramOfCommand(const wchar_t* command);
 CommandParts ResolveCommand(const wchar_t* command);
 // The path alone.
 SharedText ResolveCommandToFile(const wchar_t* command);
+
+// The shell's verb "open" with a normal window; `file` is a program, document or folder. Answers
+// ERROR_SUCCESS, or the system code of what went wrong; raises nothing. Blocks until the shell has started
+// it. `owner` owns the shell's messages and may be null.
+DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters);
 
 }  // namespace smh

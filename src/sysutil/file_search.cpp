@@ -8,7 +8,6 @@
 #include "infra/runtime/text.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
-#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 #include <optional>

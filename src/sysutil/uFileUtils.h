@@ -1,13 +1,16 @@
-// The folders of this Windows, the two lists that a program without a folder is looked for in, and paths in
-// their usual form. What is done with them: file_search.h, wow64_paths.h and command_line.h.
+// The folders of this Windows, the two lists that a program without a folder is looked for in, paths in their
+// usual form, and files that a 32-bit process on a 64-bit Windows sees under another name. What is done with
+// them: file_search.h and command_line.h.
 //
 // Any thread may call any operation. The folders and the lists are made once, under one lock (a leaf but for
 // the siblings' lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after first
-// use is not seen. Nothing raises on a missing folder or variable; std::bad_alloc passes through. References
-// stay valid until the module stops.
+// use is not seen. No lock is held while the disk is looked at. Nothing raises on a missing file, folder or
+// variable, and a path that holds a NUL names none; std::bad_alloc passes through. References stay valid
+// until the module stops.
 #pragma once
 
 #include "core/contracts/shared_text.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/module_global.h"
 
 #include <windows.h>
@@ -42,6 +45,17 @@ const std::vector<std::wstring>& SearchDirectories();
 const std::vector<std::wstring>& ExecutableExtensions();
 // Those that the general helper names; another list than the one above, which follows PATHEXT.
 const std::vector<std::wstring>& StartableExtensions();
+
+// The file itself and the folder itself, as IsFile and IsFolder tell them.
+bool FileExists(PathView path) noexcept;
+bool DirectoryExists(PathView path) noexcept;
+// The system and program folders have a redirected twin each. Whether the file exists as given or as its
+// twin, which then replaces it.
+bool FileExistsWow64(std::wstring& path);
+bool FileExistsWow64(SharedText& path);
+// The path itself, or its redirected twin when only the twin exists: of a file and of a folder.
+std::wstring MapWow64Path(std::wstring_view path);
+std::wstring DirectoryExistsWow64(std::wstring_view path);
 
 }  // namespace FileUtils
 

@@ -1,10 +1,10 @@
 #include "sysutil/uRegEditUtils.h"
 
-#include "core/contracts/message_box.h"
+#include "core/contracts/uDllGlobals.h"
 #include "infra/registry/uRegistryUtils.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "sysutil/shell_open.h"
+#include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/windows/uWindowTopHelper.h"
 #include "sysutil/windows/uWindowsExt.h"

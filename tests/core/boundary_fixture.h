@@ -1,7 +1,7 @@
 // Tests of the loaded library on the real Run keys: emptied before every test, put back at the program's end.
 #pragma once
 
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "tests/core/boundary_client.h"
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"

@@ -1,6 +1,6 @@
 #include "tests/support/startup_folders.h"
 
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 
 #include <windows.h>

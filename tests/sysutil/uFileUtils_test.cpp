@@ -1,5 +1,4 @@
 #include "sysutil/uFileUtils.h"
-#include "sysutil/wow64_paths.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"

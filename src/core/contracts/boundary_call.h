@@ -7,13 +7,26 @@
 #pragma once
 
 #include "core/contracts/boundary_string.h"
-#include "core/contracts/caught_exception.h"
 
 #include <windows.h>
 
 #include <utility>
 
 namespace smh {
+
+// What an exception in flight means to a caller outside of the module. Neither `result` nor `status` ever
+// says success.
+struct CaughtException {
+  HRESULT result;  // E_FAIL for an exception without one of its own, which std::bad_alloc is too
+  LSTATUS status;  // a Win32 status; ERROR_INTERNAL_ERROR for an exception without one
+  // For people, and the class of the exception. Both belong to the exception: valid until the handler that
+  // asked has ended.
+  const wchar_t* message;
+  const wchar_t* className;
+};
+
+// Describes the exception in flight; call it inside a catch handler only. From any thread.
+CaughtException DescribeCaught() noexcept;
 
 namespace detail {
 
@@ -40,8 +53,10 @@ HRESULT ResultOf(Body&& body, Failed&& failed) noexcept {
 
 }  // namespace detail
 
-// Sets the thread's error info and answers the result.
+// Sets the thread's error info and answers `result`; copies the texts. Without memory for the info none is
+// set.
 HRESULT ReportFailure(HRESULT result, const wchar_t* message, const wchar_t* className) noexcept;
+// Takes the thread's error info away.
 void ClearErrorInfo() noexcept;
 
 // The library: an operation without a result.

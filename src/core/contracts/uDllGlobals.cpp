@@ -3,7 +3,9 @@
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"
 
-namespace smh::DLLGlobals {
+namespace smh {
+
+namespace DLLGlobals {
 
 namespace {
 
@@ -36,4 +38,18 @@ std::wstring LoadIndirectString(std::wstring_view text) {
   return module ? StringResource(module.Get(), number) : std::wstring();
 }
 
-}  // namespace smh::DLLGlobals
+}  // namespace DLLGlobals
+
+int ShowMessageBox(const std::wstring& text, UINT flags) {
+  return ShowMessageBoxOwned(nullptr, text, flags);
+}
+
+int ShowMessageBoxOwned(HWND owner, const std::wstring& text, UINT flags) {
+  IGlobals& globals = DLLGlobals::Globals();
+  std::wstring caption = TakeText([&](BoundaryText* name) { return globals.GetVendorName(name); });
+  caption.append(1, L' ');
+  caption.append(TakeText([&](BoundaryText* name) { return globals.GetProductName(name); }));
+  return MessageBoxW(owner, text.c_str(), caption.c_str(), flags | MB_TOPMOST | MB_TASKMODAL);
+}
+
+}  // namespace smh

@@ -1,4 +1,5 @@
-// The services of the sibling libraries by name, and what the module asks of them everywhere.
+// The services of the sibling libraries by name, and what the module asks of them everywhere: whether changes
+// are recorded, what an indirect string says, and the product's message box.
 //
 // See Sibling for what all getters share: they may be called from any thread, and what they hand out is
 // borrowed and valid until the module stops.
@@ -10,10 +11,14 @@
 #include "core/contracts/intf_settings.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 
+#include <windows.h>
+
 #include <string>
 #include <string_view>
 
-namespace smh::DLLGlobals {
+namespace smh {
+
+namespace DLLGlobals {
 
 // As Sibling, each of them.
 inline IHelper& Helper() {
@@ -47,4 +52,13 @@ bool UseBackupCheckpoints();
 // data, so not from DllMain. Raises std::bad_alloc.
 std::wstring LoadIndirectString(std::wstring_view text);
 
-}  // namespace smh::DLLGlobals
+}  // namespace DLLGlobals
+
+// A message box above all windows, captioned with the vendor's and the product's name; `flags` are those of
+// MessageBoxW besides. The pressed button, 0 when it cannot be shown. On any thread, which waits meanwhile
+// and should hold no lock: the window takes messages of other windows of the thread. Raises std::bad_alloc.
+int ShowMessageBox(const std::wstring& text, UINT flags);
+// The same before `owner`, which takes no input meanwhile; null is no owner.
+int ShowMessageBoxOwned(HWND owner, const std::wstring& text, UINT flags);
+
+}  // namespace smh

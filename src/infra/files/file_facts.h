@@ -1,4 +1,4 @@
-// What the system says about the name of a file or folder.
+// What the system says about the names of files and folders: what is there, and the full path.
 //
 // Every function is one call of the system, keeps no state and may be called from any thread. All of them
 // take a name as the system does:
@@ -19,6 +19,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace smh {
@@ -84,5 +85,21 @@ struct FileStamp {
 
 // None for what does not exist or cannot be looked at.
 std::optional<FileStamp> StampOf(PathView path) noexcept;
+
+// The full path as the system would take the text now, with the process's current folder, without "." and
+// ".." and without dots and blanks at the end; of any length, and whether or not anything is there. A
+// trailing backslash stays. None for an empty text (ERROR_INVALID_NAME) and when the system gives none; the
+// thread's last error says why. Raises std::bad_alloc.
+std::optional<std::wstring> FullPathOf(const wchar_t* text);
+
+// A folder of the shell by CSIDL, its flags included, without a trailing backslash; empty when the shell
+// gives none, as for a folder that does not exist unless CSIDL_FLAG_CREATE or CSIDL_FLAG_DONT_VERIFY is among
+// them. Raises std::bad_alloc.
+std::wstring ShellFolder(int csidl);
+
+// The folder for temporary shortcuts in a data folder; both with a trailing backslash. Shortcuts are made
+// there before they are moved to their place: such a move makes a file, as far as an undo is concerned, and
+// one back deletes it. Raises std::bad_alloc.
+std::wstring TempShortcutsIn(std::wstring_view dataFolder);
 
 }  // namespace smh

@@ -1,18 +1,25 @@
 #include "infra/files/folder_access.h"
 
 #include "infra/files/file_facts.h"
-#include "infra/files/folder_making.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 
+#include <windows.h>
 #include <aclapi.h>
 #include <sddl.h>
 
 namespace smh {
 
 namespace {
+
+// "C:\"; no folder has a shorter parent that could be missing.
+constexpr std::size_t kRootUnits = 3;
+
+bool MakeInheriting(const std::wstring& path) {
+  return CreateDirectoryW(path.c_str(), nullptr) != FALSE;
+}
 
 // SYSTEM and Administrators everything, Users read; protected from inheritance.
 constexpr wchar_t kProtectedFolder[] = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FRFX;;;BU)";
@@ -91,6 +98,27 @@ bool MakeOneFolder(const std::wstring& path) {
 }
 
 }  // namespace
+
+void MakeFolders(std::wstring& path) noexcept {
+  for (std::size_t at = path.find(L'\\'); at != std::wstring::npos; at = path.find(L'\\', at + 1)) {
+    path[at] = L'\0';
+    CreateDirectoryW(path.c_str(), nullptr);
+    path[at] = L'\\';
+  }
+}
+
+void MakeFolderPath(const std::wstring& folder) {
+  MakeFolderPath(folder, MakeInheriting, MakeInheriting);
+}
+
+void MakeFolderPath(const std::wstring& folder, FolderMaker own, FolderMaker above) {
+  const std::wstring path = WithoutTrailingBackslash(folder);
+  if (IsFolder(path)) return;
+  const std::wstring parent(FolderPart(path));
+  if (parent.size() > kRootUnits && parent.size() < path.size()) MakeFolderPath(parent, above, above);
+  // Somebody else may have made it meanwhile.
+  if (!own(path) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
+}
 
 bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights) noexcept {
   if (owner == nullptr || !IsValidSid(owner) || !IsTrustedSid(owner)) return false;

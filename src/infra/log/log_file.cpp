@@ -1,6 +1,6 @@
 #include "infra/log/log_file.h"
 
-#include "infra/files/folder_making.h"
+#include "infra/files/folder_access.h"
 #include "infra/runtime/handle.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "infra/runtime/text.h"
 #include "locations/folders/folder_files.h"
 #include "locations/folders/temporary_shortcut.h"
-#include "sysutil/wow64_paths.h"
+#include "sysutil/uFileUtils.h"
 
 namespace smh {
 

@@ -2,12 +2,11 @@
 
 #include "core/contracts/boundary_string.h"
 #include "core/contracts/uDllGlobals.h"
+#include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
-#include "infra/files/folder_making.h"
-#include "infra/files/paths.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "sysutil/wow64_paths.h"
+#include "sysutil/uFileUtils.h"
 
 #include <shlobj.h>
 

@@ -11,9 +11,8 @@
 #include "model/checkpoint.h"
 #include "model/reader_state.h"
 #include "model/uLocationStartup.h"
-#include "sysutil/shell_open.h"
+#include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
-#include "sysutil/wow64_paths.h"
 
 #include <algorithm>
 #include <utility>

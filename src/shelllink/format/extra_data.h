@@ -2,7 +2,7 @@
 #pragma once
 
 #include "infra/runtime/byte_cursor.h"
-#include "shelllink/format/stored_text.h"
+#include "shelllink/format/section_view.h"
 
 namespace smh {
 

@@ -1,4 +1,8 @@
 // Memory of the allocator that owns item ID lists: COM's task allocator on Windows, the heap elsewhere.
+//
+// Kept on purpose: one header over two sources. A target compiles one of them, task_memory_ole.cpp for
+// Windows or task_memory_heap.cpp for the native build, and so chooses the allocator without a switch in the
+// code.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +10,7 @@
 
 namespace smh {
 
+// Gives the memory back. Null is nothing to do. Any thread.
 struct TaskMemoryDeleter {
   void operator()(std::byte* memory) const noexcept;
 };

@@ -1,4 +1,3 @@
-#include "core/contracts/message_box.h"
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/format.h"
 #include "tests/support/child_process.h"

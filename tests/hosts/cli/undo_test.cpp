@@ -1,5 +1,5 @@
 // Changes made by startupctl, looked at and taken back by startupctl.
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/support/startup_folders.h"
 #include "tests/support/state_dump.h"

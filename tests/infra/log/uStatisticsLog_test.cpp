@@ -1,5 +1,4 @@
 #include "core/contracts/intf_general.h"
-#include "infra/log/log_registry_dump.h"
 #include "infra/log/system_info_block.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/registry/uRegistryUtils.h"

@@ -1,5 +1,5 @@
 // File changes recorded, undone and redone.
-#include "infra/files/folder_making.h"
+#include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/common/data_folder.h"
 #include "siblings/guardkit/file_state.h"

@@ -1,5 +1,5 @@
 // Where the journal lies, who may touch it, and how long it keeps what.
-#include "infra/files/paths.h"
+#include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/data_folder.h"
 #include "tests/siblings/guardkit/journal_fixture.h"

@@ -1,4 +1,4 @@
-#include "shelllink/format/stored_text.h"
+#include "shelllink/format/section_view.h"
 
 #include <cstring>
 
@@ -6,13 +6,13 @@ namespace smh {
 
 StoredText StoredText::Ansi(Bytes bytes) noexcept {
   if (bytes.empty()) return {};
-  const void* const zero = std::memchr(bytes.data(), 0, bytes.size());
-  if (zero == nullptr) return {bytes, false};
-  return {bytes.first(static_cast<std::size_t>(static_cast<const std::byte*>(zero) - bytes.data())), false};
+  const void* const nul = std::memchr(bytes.data(), 0, bytes.size());
+  if (nul == nullptr) return {bytes, false};
+  return {bytes.first(static_cast<std::size_t>(static_cast<const std::byte*>(nul) - bytes.data())), false};
 }
 
 StoredText StoredText::Utf16(Bytes bytes) noexcept {
-  // Behind the last unit the cursor reads zeros.
+  // Behind the last code unit the cursor reads NULs.
   ByteCursor units(bytes);
   std::size_t size = 0;
   while (units.U16() != 0) size += sizeof(char16_t);
