@@ -1,14 +1,24 @@
 #include "clients/favorite_list.h"
 
+#include "clients/client_facts.h"
+#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
+#include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace smh {
 
 namespace {
 
 constexpr FixedIcon kFixedIcons[] = {kUnknownFileIcon};
+
+// Runs what may fail for one key or entry without harm to the others.
+template <typename Body>
+void LogFailure(Body&& body) {
+  CatchFailure(std::forward<Body>(body), LogCurrentException);
+}
 
 }  // namespace
 
@@ -49,6 +59,68 @@ std::vector<TFavoriteItem*> FavoriteList::ItemsWithoutDetails() const {
 void FavoriteList::SetDetails(TFavoriteItem& item, ItemDetails details) {
   ScopedLock lock(lock_);
   item.TakeDetails(std::move(details));
+}
+
+void FavoriteReader::Execute() noexcept {
+  bool goOn = thread_.RunStep([this] { ReadAll(); });
+  if (goOn) list_.State.exchange(kReadStateListed);
+  while (goOn) {
+    goOn = thread_.RunStep([this] {
+      LoadDetails();
+      if (list_.State.load() != kReadStateComplete) list_.State.exchange(kReadStateComplete);
+      WaitForWork();
+    });
+  }
+  SaveLog();
+}
+
+void FavoriteReader::ReadAll() {
+  const auto kinds = static_cast<std::int32_t>(ClientKindKeys().size());
+  for (std::int32_t kind = 0; kind < kinds; ++kind) {
+    if (*ClientKindKeys()[kind] == L'\0') continue;
+    if (WinVersionInfo::IsWow64()) ReadKind(kind, KEY_WOW64_64KEY);
+    ReadKind(kind, 0);
+  }
+}
+
+void FavoriteReader::ReadKind(std::int32_t kind, REGSAM view) {
+  LogFailure([&] {
+    const std::vector<std::wstring> names = ClientNames(kind, view);
+    thread_.CheckTerminated();
+    for (const std::wstring& name : names) {
+      LogFailure([&] { AddEntry(kind, ClientKindKeys()[kind] + (L'\\' + name)); });
+      thread_.CheckTerminated();
+    }
+  });
+  thread_.CheckTerminated();
+}
+
+// Only the reader adds entries with a key: between the test and the appending no other such entry comes.
+void FavoriteReader::AddEntry(std::int32_t kind, const std::wstring& keyPath) {
+  if (list_.HasKey(keyPath)) return;
+  std::optional<FavoriteIdentity> client = ReadClient(kind, keyPath);
+  if (client) list_.Append(std::move(*client));
+}
+
+void FavoriteReader::LoadDetails() {
+  for (TFavoriteItem* const item : list_.ItemsWithoutDetails()) {
+    thread_.CheckTerminated();
+    LoadDetails(*item);
+  }
+}
+
+void FavoriteReader::LoadDetails(TFavoriteItem& item) {
+  ItemDetails details = InitialClientDetails(item.Identity());
+  LogFailure([&] { LoadClientDetails(item.Identity(), list_.Icons(), details); });
+  list_.SetDetails(item, std::move(details));
+}
+
+void FavoriteReader::WaitForWork() {
+  ResetEvent(thread_.Wake());
+  // Neither a request to end nor a path that came before the reset must be waited away.
+  thread_.CheckTerminated();
+  if (list_.ItemsWithoutDetails().empty()) WaitForSingleObject(thread_.Wake(), INFINITE);
+  thread_.CheckTerminated();
 }
 
 }  // namespace smh

@@ -5,8 +5,9 @@
 
 namespace smh {
 
-// The location of the row, which may be any but that of sulNone; its watches are armed. Raises EOSError when
-// that fails, EAssertionFailed for the row of sulNone. Takes no lock of its own.
+// A new location of the row, which may be any but that of sulNone and outlives it; its watches are armed.
+// Raises EOSError when that fails, EAssertionFailed for the row of sulNone. Any thread; takes no lock of its
+// own.
 std::unique_ptr<TLocationStartup> MakeLocation(const LocationRow& row);
 
 }  // namespace smh

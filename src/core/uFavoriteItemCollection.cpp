@@ -1,7 +1,7 @@
 #include "core/uFavoriteItemCollection.h"
 
-#include "clients/client_keys.h"
-#include "clients/favorite_reader.h"
+#include "clients/client_facts.h"
+#include "clients/favorite_list.h"
 #include "core/contracts/boundary_call.h"
 #include "core/uFavoriteItemIntf.h"
 #include "infra/runtime/assertion.h"

@@ -4,9 +4,11 @@
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/variant_values.h"
 #include "core/detail_properties.h"
-#include "core/item_execution.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
+#include "model/item_list.h"
 #include "model/uLocationStartup.h"
+#include "sysutil/command_line.h"
 
 namespace smh {
 
@@ -26,6 +28,25 @@ VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index) {
     return index == kPropertyEnabled ? BooleanVariant(state.isEnabled)
                                      : DetailPropertyValue(state.details, index);
   });
+}
+
+// Starts the command through the shell, on the calling thread, which waits for the shell and for the message
+// box, without a lock. `window` owns both and may be null. A failure is logged, shown in a message box and
+// then raised as EOSError.
+void ExecuteItem(const TStartupItem& item, HWND window) {
+  SharedText command;
+  {
+    ScopedLock lock(Items().Lock());
+    command = item.Get([](const ItemState& state) { return state.details.Command; });
+  }
+  const CommandParts parts = ResolveCommand(command.c_str());
+  const DWORD code = OpenWithShell(window, parts.path, parts.arguments);
+  if (code == ERROR_SUCCESS) return;
+  const std::wstring error = SystemErrorText(code);
+  LogFormat(L"Error execute command for item \"%s\". Command: \"%s\". Error: \"%s\".", item.Name(), command,
+            error);
+  ShowMessageBoxOwned(window, error, MB_ICONERROR);
+  RaiseOSError(code);
 }
 
 }  // namespace

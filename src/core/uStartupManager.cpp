@@ -7,9 +7,9 @@
 #include "infra/log/system_info_block.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/text.h"
+#include "model/basic_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
-#include "model/shortcut_facts.h"
 #include "sysutil/command_line.h"
 
 namespace smh {

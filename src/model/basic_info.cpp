@@ -1,18 +1,43 @@
 #include "model/basic_info.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
-#include "model/rundll_rule.h"
+#include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
 #include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace smh {
 
 namespace {
+
+// Split at blanks; double quotes hold an element together and are not part of it.
+std::vector<std::wstring> SplitAtBlanks(std::wstring_view text) {
+  std::vector<std::wstring> elements;
+  std::wstring element;
+  bool quoted = false;
+  bool started = false;
+  for (const wchar_t unit : text) {
+    if (unit == L'"') {
+      quoted = !quoted;
+      started = true;
+    } else if (unit <= L' ' && !quoted) {
+      if (started) elements.push_back(std::move(element));
+      element.clear();
+      started = false;
+    } else {
+      element += unit;
+      started = true;
+    }
+  }
+  if (started) elements.push_back(std::move(element));
+  return elements;
+}
 
 // Without a trailing backslash, except for the root of a drive.
 SharedText FolderOf(std::wstring_view path) {
@@ -71,6 +96,45 @@ void CompleteCaption(ItemDetails& details) {
 }
 
 }  // namespace
+
+bool IsRundll(std::wstring_view shortName) noexcept {
+  return SameText(shortName, L"rundll") || SameText(shortName, L"rundll32");
+}
+
+std::wstring RundllTarget(std::wstring_view command,
+                          const std::function<std::wstring(std::wstring_view)>& existingFile) {
+  std::wstring text(command);
+  if (const std::size_t comma = text.find(L','); comma != std::wstring::npos) text[comma] = L' ';
+  std::vector<std::wstring> elements = SplitAtBlanks(text);
+  if (!elements.empty()) elements.erase(elements.begin());
+  if (elements.size() >= 2) elements.erase(elements.begin() + 1);
+  for (std::size_t i = elements.size(); i > 0; --i) {
+    if (std::wstring file = existingFile(elements[i - 1]); !file.empty()) return file;
+  }
+  return {};
+}
+
+std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
+  try {
+    const TShellLinkInfo link(file);
+    ShortcutFacts facts;
+    const std::wstring target = link.Target();
+    const std::wstring arguments = link.Arguments();
+    if (!target.empty()) {
+      facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
+      facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
+    }
+    facts.description = SharedText(link.Description());
+    facts.workingFolder = SharedText(link.WorkingDirectory());
+    facts.iconPath = SharedText(link.IconLocation());
+    facts.iconIndex = link.IconIndex();
+    facts.hotKey = link.HotKey();
+    return facts;
+  } catch (const Exception& exception) {
+    LogError(exception);
+    return std::nullopt;
+  }
+}
 
 TargetKind TargetKindOfFile(std::wstring_view file) {
   const std::wstring_view extension = ExtensionPart(file);

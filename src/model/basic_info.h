@@ -1,17 +1,45 @@
 // The cheap facts of an entry, gathered when it is found: the file it starts, its caption, its version
 // record; and what any list of programs shows of the file that a command starts.
+//
+// Any thread may call these; the locks that they take are leaves.
 #pragma once
 
 #include "core/contracts/location_table.h"
+#include "core/contracts/shared_text.h"
 #include "model/item_details.h"
-#include "model/shortcut_facts.h"
 
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace smh {
 
-// Any thread may call these; the locks that they take are leaves.
+// Whether `shortName` is that of the program that commands start a library through.
+bool IsRundll(std::wstring_view shortName) noexcept;
+
+// The file that such a command really runs: the last existing one among its arguments, the entry-point name
+// after the library left out; empty when there is none. Pure: `existingFile` answers the existing file that
+// an argument names, or "", and what it raises passes.
+std::wstring RundllTarget(std::wstring_view command,
+                          const std::function<std::wstring(std::wstring_view)>& existingFile);
+
+// What an item takes from a shortcut: texts as the shortcut has them, or empty.
+struct ShortcutFacts {
+  // The file that the target, together with the arguments, resolves to; empty for a link without target.
+  SharedText targetFile;
+  // Target file and arguments as one command line; empty for a link without target.
+  SharedText command;
+  SharedText description;
+  SharedText workingFolder;
+  SharedText iconPath;
+  int iconIndex = 0;
+  int hotKey = 0;
+};
+
+// Reads the file and searches its target; takes no lock but the log's. None, with a record in the statistics
+// log, for a shortcut that cannot be read.
+std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
 
 // By the file's extension alone; asks basekit for the startable ones once, and raises what that raises.
 TargetKind TargetKindOfFile(std::wstring_view file);

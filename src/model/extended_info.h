@@ -1,4 +1,5 @@
-// The expensive facts of an entry: file times and size, type name, rating and icons.
+// The expensive facts of an entry: file times and size, type name, rating and icons. What cannot be told
+// stays as it is.
 #pragma once
 
 #include "model/item_details.h"
@@ -9,16 +10,18 @@
 
 namespace smh {
 
-// File times and size, of an existing file, and the type name, from the disk and the shell. Any thread with
-// COM initialised.
+// Puts file times and size, of an existing file, and the type name into `details`, from the disk and the
+// shell. Any thread with COM initialised, without a lock. Raises what basekit's services raise, and
+// std::bad_alloc.
 void ReadFileFacts(ItemDetails& details);
 
 // One pass over the items: a file that many of them start is looked at once. Read thread only: the shell
 // wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
-  // Completes `details`. Call it without holding a lock. For a missing file rating and icon stay as they are.
-  // Raises what the services raise.
+  // Completes `details`, the caller's copy. Call it without holding a lock. For a missing file rating and
+  // icon stay as they are. Raises what the services of basekit and raterkit raise, and EOSError when the
+  // image lists cannot be made; the file is looked at again then.
   void Read(ItemDetails& details);
 
  private:

@@ -1,13 +1,24 @@
 #include "model/image_lists.h"
 
-#include "model/icon_lists.h"
+#include "infra/runtime/ascii_text.h"
+#include "infra/runtime/exceptions.h"
 #include "model/item_details.h"
 
+#include <shellapi.h>
+
 #include <iterator>
+
+// The module this code lies in; its resources hold the fixed icons.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace smh {
 
 namespace {
+
+constexpr int kInitialSize = 4;
+constexpr int kGrowth = 4;
+constexpr int kSmallSide = 16;
+constexpr int kLargeSide = 32;
 
 constexpr FixedIcon kFixedIcons[] = {
     {L"RATING_TRUST", L"RATING_TRUST"},
@@ -18,6 +29,112 @@ constexpr FixedIcon kFixedIcons[] = {
 static_assert(std::size(kFixedIcons) == kImageUnknownFile + 1);
 
 }  // namespace
+
+HIMAGELIST IconLists::Small() {
+  ScopedLock lock(lock_);
+  Create();
+  return small_.Get();
+}
+
+HIMAGELIST IconLists::Large() {
+  ScopedLock lock(lock_);
+  Create();
+  return large_.Get();
+}
+
+int IconLists::AppendIcon(const std::wstring& file, int index) {
+  const IconKey key = KeyOf(file, index);
+  if (const int known = Recall(key); known >= 0) return known;
+  const int appended = Append(ExtractIcons(file, index));
+  return appended < 0 ? appended : Remember(key, appended);
+}
+
+int IconLists::AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile) {
+  if (const int appended = AppendIcon(file, index); appended >= 0) return appended;
+  const int shown = Append(ShellIcons(shownFile));
+  // What the shell shows for one file says nothing about another one with the same icon file.
+  return shown < 0 || file != shownFile ? shown : Remember(KeyOf(file, index), shown);
+}
+
+void IconLists::Destroy() noexcept {
+  ScopedLock lock(lock_);
+  indexes_.clear();
+  small_.Reset();
+  large_.Reset();
+}
+
+IconLists::IconKey IconLists::KeyOf(const std::wstring& file, int index) {
+  return {AsciiLowerCase(file), index, StampOf(file).value_or(FileStamp{})};
+}
+
+IconLists::IconPair IconLists::ExtractIcons(const std::wstring& file, int index) {
+  HICON large = nullptr;
+  HICON small = nullptr;
+  const UINT count = ExtractIconExW(file.c_str(), index, &large, &small, 1);
+  IconPair icons;
+  // Without an icon, or without the file (UINT_MAX), the outputs may hold anything.
+  if (count == 0 || count == UINT_MAX) return icons;
+  icons.large.Reset(large);
+  icons.small.Reset(small);
+  return icons;
+}
+
+IconLists::IconPair IconLists::ShellIcons(const std::wstring& file) {
+  const auto ask = [&](UINT size) {
+    SHFILEINFOW info = {};
+    return SHGetFileInfoW(file.c_str(), 0, &info, sizeof(info), SHGFI_ICON | size) == 0 ? nullptr
+                                                                                        : info.hIcon;
+  };
+  IconPair icons;
+  icons.large.Reset(ask(SHGFI_LARGEICON));
+  icons.small.Reset(ask(SHGFI_SMALLICON));
+  return icons;
+}
+
+int IconLists::Recall(const IconKey& key) {
+  ScopedLock lock(lock_);
+  const auto known = indexes_.find(key);
+  return known == indexes_.end() ? -1 : known->second;
+}
+
+int IconLists::Remember(const IconKey& key, int index) {
+  ScopedLock lock(lock_);
+  return indexes_.emplace(key, index).first->second;
+}
+
+// The new index, or -1; both lists stay of one length. Of a single icon both sizes are made.
+int IconLists::Append(const IconPair& icons) {
+  const HICON large = icons.large ? icons.large.Get() : icons.small.Get();
+  const HICON small = icons.small ? icons.small.Get() : icons.large.Get();
+  if (large == nullptr) return -1;
+  ScopedLock lock(lock_);
+  Create();
+  const int index = ImageList_ReplaceIcon(large_.Get(), -1, large);
+  if (index < 0) return -1;
+  if (ImageList_ReplaceIcon(small_.Get(), -1, small) == index) return index;
+  ImageList_SetImageCount(small_.Get(), static_cast<UINT>(index));
+  ImageList_Remove(large_.Get(), index);
+  return -1;
+}
+
+void IconLists::Create() {
+  if (large_) return;
+  ScopedImageList large = MakeList(kLargeSide, &FixedIcon::largeName);
+  small_ = MakeList(kSmallSide, &FixedIcon::smallName);
+  large_ = std::move(large);
+}
+
+ScopedImageList IconLists::MakeList(int side, FixedIconName name) const {
+  ScopedImageList list(ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, kInitialSize, kGrowth));
+  if (!list) RaiseLastOSError();
+  const auto module = reinterpret_cast<HINSTANCE>(&__ImageBase);
+  for (const FixedIcon& row : fixed_) {
+    const ScopedIcon icon(
+        static_cast<HICON>(LoadImageW(module, row.*name, IMAGE_ICON, side, side, LR_DEFAULTCOLOR)));
+    if (!icon || ImageList_ReplaceIcon(list.Get(), -1, icon.Get()) < 0) RaiseLastOSError();
+  }
+  return list;
+}
 
 struct ItemIcons : IconLists {
   ItemIcons() noexcept : IconLists(kFixedIcons) {}

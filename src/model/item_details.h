@@ -1,13 +1,54 @@
 // What is known of a start-up entry beyond its identity. Everything here goes back to its initial value when
-// the entry's command changes, so that a swapped command never keeps the old program's facts.
+// the entry's command changes, so that a swapped command never keeps the old program's facts. The texts of a
+// file's version record are among it, kept once per file however many entries start it.
 #pragma once
 
-#include "model/version_texts.h"
+#include "core/contracts/shared_text.h"
+#include "infra/files/file_facts.h"
+#include "infra/runtime/module_global.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace smh {
+
+// Texts of a version record as they are; empty for those that it lacks. Constant once they are shared.
+struct VersionTexts {
+  SharedText FileDescription;
+  SharedText ProductName;
+  SharedText Comments;
+  // The numeric version as text.
+  SharedText VersionNumber;
+  SharedText InternalName;
+  SharedText OriginalFilename;
+  SharedText ProductVersion;
+  SharedText FileVersion;
+  SharedText PrivateBuild;
+  SharedText SpecialBuild;
+  SharedText CompanyName;
+  SharedText LegalCopyright;
+  SharedText LegalTrademarks;
+
+  // What people call the version and the maker.
+  const SharedText& Version() const noexcept { return ProductVersion.empty() ? FileVersion : ProductVersion; }
+  const SharedText& Company() const noexcept { return CompanyName.empty() ? LegalCopyright : CompanyName; }
+};
+
+// Never null.
+using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
+
+// Those of a file without version record: every text is empty. Any thread; raises EAssertionFailed before the
+// module's start and after its stop, as the next does.
+SharedVersionTexts NoVersionTexts();
+// Those of a file, by its full path, that stands as `stamp` says: what somebody still holds of it, else asked
+// of the helper service, which reads the file. Any thread may call it; the lock of what is known is a leaf
+// and not held meanwhile. Raises what the service raises.
+SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp);
+
+// What is known of files. Started before the first item is made and stopped after the last one.
+struct KnownVersionTexts;
+extern ModuleGlobal<KnownVersionTexts> g_versionTexts;
 
 // What the command's file is.
 enum class TargetKind : std::uint8_t { kOther = 0, kExecutable = 1, kShortcut = 2 };

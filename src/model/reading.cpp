@@ -1,18 +1,109 @@
 #include "model/reading.h"
 
+#include "core/contracts/StartupManagerHelper.h"
 #include "core/contracts/uDllGlobals.h"
+#include "infra/log/uAxDebug.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
+#include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
-#include "model/location_reader.h"
+#include "model/parkable_thread.h"
 #include "model/reader_state.h"
 #include "model/uLocationStartup.h"
+
+#include <atomic>
 
 namespace smh {
 
 namespace {
 
 constexpr wchar_t kUnit[] = L"reading";
+constexpr DWORD kPollIntervalMs = 1000;
+
+void ReadTraced(TLocationStartup& location) {
+  const DebugScope trace(&location, L"ReadItems", {location.Row().className.data()});
+  location.ReadItems();
+}
+
+// One run of the reader, on its thread from beginning to end; takes no lock but what the locations and items
+// take.
+class TReadThread {
+ public:
+  // Lives on `thread`; `state` is exchanged for 1 and 2 as the passes finish.
+  TReadThread(bool showAll, const ParkableThread& thread, std::atomic<ReadState>& state) noexcept
+      : showAll_(showAll), thread_(thread), state_(state) {}
+
+  // Returns when the reader was asked to end. A failure that nothing below has caught is logged and survived.
+  void Execute() noexcept;
+
+ private:
+  bool TakesPart(const TLocationStartup& location) const noexcept;
+  void ReadLocations();
+  void ReadExtendedInfo();
+  void WaitForChange();
+
+  const bool showAll_;
+  const ParkableThread& thread_;
+  std::atomic<ReadState>& state_;
+};
+
+void TReadThread::Execute() noexcept {
+  bool goOn = thread_.RunStep([this] { ReadLocations(); });
+  if (goOn) state_.exchange(kReadStateListed);
+  while (goOn) {
+    goOn = thread_.RunStep([this] {
+      ReadExtendedInfo();
+      if (state_.load() != kReadStateComplete) state_.exchange(kReadStateComplete);
+      CheckTerminated();
+      SaveLog();
+    });
+    goOn = goOn && thread_.RunStep([this] { WaitForChange(); });
+  }
+  SaveLog();
+}
+
+bool TReadThread::TakesPart(const TLocationStartup& location) const noexcept {
+  return showAll_ || IsReadByDefault(location.LocationType());
+}
+
+void TReadThread::ReadLocations() {
+  for (const auto& location : Locations()) {
+    CheckTerminated();
+    if (TakesPart(*location)) ReadTraced(*location);
+  }
+}
+
+void TReadThread::ReadExtendedInfo() {
+  std::vector<ItemRef> items;
+  {
+    ScopedLock lock(Items().Lock());
+    items = Items().Snapshot();
+  }
+  ExtendedPass pass;
+  for (ItemRef& item : items) {
+    CheckTerminated();
+    if (item->IsListed() && item->NeedsExtendedInfo()) item->ReadExtendedInfo(pass);
+    item.reset();
+  }
+}
+
+void TReadThread::WaitForChange() {
+  ResetEvent(thread_.Wake());
+  // A request to end that came before the reset must not be waited away.
+  CheckTerminated();
+  for (;;) {
+    for (const auto& location : Locations()) {
+      if (!TakesPart(*location)) continue;
+      CheckTerminated();
+      if (!location->IsChanged()) continue;
+      ReadTraced(*location);
+      return;
+    }
+    if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;
+    CheckTerminated();
+  }
+}
 
 // Makes what the reader would make on first use.
 void PrepareForReader() {

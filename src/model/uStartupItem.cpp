@@ -3,8 +3,8 @@
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
+#include "model/basic_info.h"
 #include "model/extended_info.h"
-#include "model/shortcut_facts.h"
 
 namespace smh {
 

@@ -5,8 +5,8 @@
 //
 // Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
 // (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (location_list.h), an
-// image-list lock (icon_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
-// (version_texts.h), the list of living collections (living_collections.h), the log's lock; and under any of
+// image-list lock (image_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
+// (item_details.h), the list of living collections (living_collections.h), the log's lock; and under any of
 // these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never
 // held together with the item-list lock or an item's.
 #pragma once

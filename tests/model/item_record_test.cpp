@@ -1,7 +1,7 @@
 #include "infra/runtime/text.h"
+#include "model/basic_info.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
-#include "model/rundll_rule.h"
 #include "tests/support/module_fixture.h"
 #include "tests/support/registry_fixture.h"
 

@@ -3,7 +3,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "locations/folders/folder_files.h"
-#include "locations/folders/temporary_shortcut.h"
+#include "locations/folders/shortcut_writer.h"
 #include "sysutil/uFileUtils.h"
 
 namespace smh {

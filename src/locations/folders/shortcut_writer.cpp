@@ -3,11 +3,14 @@
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/scoped_com.h"
+#include "infra/runtime/text.h"
+#include "locations/folders/folder_files.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
 #include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
 
+#include <windows.h>
 #include <shlobj.h>
 
 namespace smh {
@@ -60,6 +63,33 @@ void WriteShortcut(const ShortcutFields& fields, const std::wstring& file) {
     DeleteFileW(file.c_str());
     throw;
   }
+}
+
+std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file) {
+  if (!SameText(ExtensionPart(file), L".lnk")) RaiseOSError(ERROR_NOT_SUPPORTED);
+  auto link = std::make_unique<TShellLinkInfo>(file);
+  const bool installed = link->FindExtraData(TExtraDataKind::edkDarwin) != nullptr;
+  if (installed || link->Target().empty()) RaiseOSError(ERROR_NOT_SUPPORTED);
+  return link;
+}
+
+void KeepFieldsOfLink(const std::unique_ptr<TShellLinkInfo>& link, ShortcutFields& fields) {
+  fields.description = link->StoredDescription();
+  fields.workingFolder = link->WorkingDirectory();
+  fields.iconLocation = link->IconLocation();
+  fields.iconIndex = link->IconIndex();
+  fields.showCommand = static_cast<int>(link->ShowCommand());
+  fields.hotKey = link->HotKey();
+}
+
+ScopedFile::~ScopedFile() {
+  DeleteFileW(path_.c_str());
+}
+
+TemporaryShortcut::TemporaryShortcut(const FolderSet& folders, std::wstring_view name,
+                                     const ShortcutFields& fields)
+    : file_(MakeUniqueFileName(folders.TemporaryFolder() + WithLinkExtension(name))) {
+  WriteShortcut(fields, file_.Path());
 }
 
 }  // namespace smh

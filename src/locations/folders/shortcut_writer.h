@@ -1,9 +1,18 @@
-// Shortcuts written through the shell's own link object.
+// Shortcuts that a change of a Startup folder writes through the shell's own link object: what they take over
+// of an older one, and how they are made complete before they get to their place.
+//
+// Each call touches the disk, on the calling thread, for which the caller has the location's gate.
 #pragma once
+
+#include "locations/folders/folder_set.h"
+#include "shelllink/uShellLinkInfo.h"
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace smh {
 
@@ -27,5 +36,42 @@ ShortcutFields FieldsOfCommand(const std::wstring& command);
 // Writes a shortcut and confirms that it can be read and still has its target. Raises EOleSysError, EOSError
 // or the reader's exception, and then leaves no file. The calling thread need not have COM.
 void WriteShortcut(const ShortcutFields& fields, const std::wstring& file);
+
+// A shortcut, read, whose command may be changed, or moved to a place that keeps nothing but commands. Raises
+// EOSError for a program file, the reader's exception for what cannot be read, and EOSError (not supported)
+// for a link without target or one that an installer resolves.
+std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file);
+
+// Takes over all of the link but target and arguments.
+void KeepFieldsOfLink(const std::unique_ptr<TShellLinkInfo>& link, ShortcutFields& fields);
+
+// Owns a file, made or to be made, by its full path: removes it at the end of the scope, when it is still
+// there. Never fails.
+class [[nodiscard]] ScopedFile {
+ public:
+  explicit ScopedFile(std::wstring path) noexcept : path_(std::move(path)) {}
+  ~ScopedFile();
+  ScopedFile(const ScopedFile&) = delete;
+  ScopedFile& operator=(const ScopedFile&) = delete;
+
+  const std::wstring& Path() const noexcept { return path_; }
+
+ private:
+  const std::wstring path_;
+};
+
+// A shortcut in a location's temporary folder, made complete there before it goes where it starts. Owns the
+// file until that has moved away. For a thread that has the location's gate and the item-list lock.
+class [[nodiscard]] TemporaryShortcut {
+ public:
+  // Under the name, or the next free one, with the extension of a shortcut. Raises as
+  // FolderSet::TemporaryFolder and WriteShortcut, and then leaves no file.
+  TemporaryShortcut(const FolderSet& folders, std::wstring_view name, const ShortcutFields& fields);
+
+  const std::wstring& Path() const noexcept { return file_.Path(); }
+
+ private:
+  const ScopedFile file_;
+};
 
 }  // namespace smh

@@ -6,8 +6,7 @@
 #include "infra/runtime/text.h"
 #include "locations/folders/entry_file_changes.h"
 #include "locations/folders/folder_files.h"
-#include "locations/folders/link_entry.h"
-#include "locations/folders/temporary_shortcut.h"
+#include "locations/folders/shortcut_writer.h"
 #include "model/checkpoint.h"
 #include "model/reader_state.h"
 #include "model/uLocationStartup.h"
@@ -37,6 +36,20 @@ bool IsEntryFile(std::wstring_view name) {
   const auto isExtension = [&](const std::wstring& other) { return SameText(extension, other); };
   return SameText(extension, kShortcutExtension) ||
          std::ranges::any_of(FileUtils::ExecutableExtensions(), isExtension);
+}
+
+// An item of a file that lies in a Startup folder or in a folder of disabled entries, with its basic
+// information; not listed. Reads the file. Raises what FillBasicInfo raises.
+ItemRef MakeFileItem(TTypeStartupLocation location, const std::wstring& file, bool enabled) {
+  FoundEntry entry;
+  entry.name = SharedText(file);
+  entry.command = SharedText(file);
+  const std::wstring_view name = FileNamePart(file);
+  entry.caption = SharedText(name.substr(0, name.size() - ExtensionPart(name).size()));
+  entry.isEnabled = enabled;
+  auto item = std::make_shared<TStartupItem>(location, std::move(entry));
+  item->FillBasicInfo();
+  return item;
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "model/version_texts.h"
+#include "model/item_details.h"
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/critical_section.h"
@@ -59,7 +59,7 @@ struct KnownVersionTexts {
   std::size_t tidyAt = 64;
 };
 
-constinit ModuleGlobal<KnownVersionTexts> g_versionTexts(L"version_texts");
+constinit ModuleGlobal<KnownVersionTexts> g_versionTexts(L"item_details");
 
 namespace {
 

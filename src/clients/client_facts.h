@@ -1,7 +1,13 @@
-// The registered clients: their keys below HKEY_LOCAL_MACHINE\Software\Clients, and what those say.
+// What is found out about the default programs: from the clients' keys below
+// HKEY_LOCAL_MACHINE\Software\Clients, and then from the program that each of them names: its file, the texts
+// of that file's version record, its icon.
+//
+// Any thread may call, without holding a lock: registry, disk and basekit's services are asked, and what
+// those raise passes.
 #pragma once
 
 #include "clients/uFavoriteItem.h"
+#include "model/image_lists.h"
 
 #include <windows.h>
 
@@ -12,7 +18,7 @@
 
 namespace smh {
 
-// Indexed by FavoriteKind; empty for a kind without key.
+// Literals, indexed by FavoriteKind; empty for a kind without key.
 std::span<const wchar_t* const> ClientKindKeys() noexcept;
 
 // The names of a kind's clients in one view (0 or KEY_WOW64_64KEY), in enumeration order; none when the kind
@@ -23,7 +29,11 @@ std::vector<std::wstring> ClientNames(std::int32_t kind, REGSAM view);
 // Raises ERegistryException and EOSError when the key changes meanwhile or cannot be read.
 std::optional<FavoriteIdentity> ReadClient(std::int32_t kind, const std::wstring& keyPath);
 
-// The entry of a path that the host added.
+// The entry of a path that the host added. Does not look at the file.
 FavoriteIdentity IdentityOfPath(const std::wstring& path);
+
+// Completes details made by InitialClientDetails, and appends the icon to `icons`. On a thread with COM
+// initialised.
+void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details);
 
 }  // namespace smh
