@@ -1,5 +1,5 @@
 // Texts that refer to the process's environment, its folders or its current folder. For any thread; the
-// answers are those of the moment.
+// answers are those of the moment. All raise std::bad_alloc and nothing else.
 #pragma once
 
 #include <string>

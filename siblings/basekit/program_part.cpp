@@ -2,7 +2,6 @@
 
 #include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
-#include "siblings/basekit/executable_extensions.h"
 
 #include <algorithm>
 #include <iterator>

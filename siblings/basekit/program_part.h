@@ -1,4 +1,4 @@
-// The program at the start of a command line.
+// The program at the start of a command line. No state: any thread.
 #pragma once
 
 #include <functional>
@@ -6,6 +6,12 @@
 #include <string_view>
 
 namespace smh {
+
+// Lower case, each with its dot, in the order in which they are tried.
+inline constexpr std::wstring_view kExecutableExtensions[] = {
+    L".com", L".exe", L".bat", L".cmd", L".pif", L".scr", L".cpl", L".msc", L".msi",
+    L".vbs", L".vbe", L".js",  L".jse", L".wsf", L".wsh", L".hta", L".ps1",
+};
 
 // Tells whether a full path on a drive names a file, on disk or behind the redirection of 64-bit Windows.
 // What it raises passes.

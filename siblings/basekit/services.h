@@ -8,7 +8,7 @@
 
 namespace smh {
 
-// IHelper, over environment.h, version_cache.h, indirect_string.h, ole_date.h and user.h.
+// IHelper, over environment.h, version_cache.h and helper_parts.h.
 class Helper final : public ServiceObject<IHelper> {
  public:
   HRESULT STDMETHODCALLTYPE GetWindowsFolder(BoundaryText* folder) override;

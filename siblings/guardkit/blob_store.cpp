@@ -3,14 +3,78 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
-#include "siblings/guardkit/content_hash.h"
+#include "siblings/guardkit/format/journal_steps.h"
+
+#include <windows.h>
+#include <bcrypt.h>
 
 #include <functional>
+#include <span>
 #include <vector>
 
 namespace smh {
 
 namespace {
+
+void CheckCall(NTSTATUS status) {
+  if (status < 0) RaiseOSError(ERROR_INTERNAL_ERROR);
+}
+
+UCHAR* BytesOf(const std::byte* bytes) noexcept {
+  return reinterpret_cast<UCHAR*>(const_cast<std::byte*>(bytes));
+}
+
+// One SHA-256 (FIPS 180-4) of the system's under way; one thread at a time.
+class ContentHasher {
+ public:
+  // This, Add and Finish raise EOSError with ERROR_INTERNAL_ERROR when the system refuses.
+  ContentHasher();
+  ~ContentHasher();
+  ContentHasher(const ContentHasher&) = delete;
+  ContentHasher& operator=(const ContentHasher&) = delete;
+
+  // Goes on with these bytes, of any number.
+  void Add(std::span<const std::byte> bytes);
+  // Once, after everything was added.
+  ContentHash Finish();
+
+ private:
+  BCRYPT_ALG_HANDLE algorithm_ = nullptr;
+  BCRYPT_HASH_HANDLE hash_ = nullptr;
+};
+
+ContentHasher::ContentHasher() {
+  CheckCall(BCryptOpenAlgorithmProvider(&algorithm_, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+  const NTSTATUS created = BCryptCreateHash(algorithm_, &hash_, nullptr, 0, nullptr, 0, 0);
+  if (created < 0) BCryptCloseAlgorithmProvider(algorithm_, 0);
+  CheckCall(created);
+}
+
+ContentHasher::~ContentHasher() {
+  BCryptDestroyHash(hash_);
+  BCryptCloseAlgorithmProvider(algorithm_, 0);
+}
+
+void ContentHasher::Add(std::span<const std::byte> bytes) {
+  CheckCall(BCryptHashData(hash_, BytesOf(bytes.data()), static_cast<ULONG>(bytes.size()), 0));
+}
+
+ContentHash ContentHasher::Finish() {
+  ContentHash hash;
+  CheckCall(BCryptFinishHash(hash_, BytesOf(hash.data()), static_cast<ULONG>(hash.size()), 0));
+  return hash;
+}
+
+// In lower-case hexadecimal digits.
+std::wstring HashText(const ContentHash& hash) {
+  constexpr wchar_t kDigits[] = L"0123456789abcdef";
+  std::wstring text;
+  for (const std::byte byte : hash) {
+    text += kDigits[std::to_integer<unsigned>(byte) >> 4];
+    text += kDigits[std::to_integer<unsigned>(byte) & 15];
+  }
+  return text;
+}
 
 constexpr std::size_t kChunk = 64 * 1024;
 

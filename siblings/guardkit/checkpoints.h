@@ -1,18 +1,77 @@
-// The open checkpoints of the process, one per thread.
+// The open checkpoints of the process: each as such, and all of them by thread.
 #pragma once
 
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
-#include "siblings/guardkit/open_checkpoint.h"
+#include "siblings/guardkit/blob_store.h"
+#include "siblings/guardkit/journal_file.h"
+#include "siblings/guardkit/journal_folder.h"
+#include "siblings/guardkit/retention.h"
 
 #include <map>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace smh {
 
-// Any thread may call it. A checkpoint belongs to the thread that began it and is touched by that thread
-// only; when that has ended, by the next one that begins, which leaves it without an end.
+// One checkpoint while it is open: the journal's folder and lock, its file, and what has to be on the disk
+// before a source may go. For one thread, which has the journal's lock from making to destruction.
+class OpenCheckpoint {
+ public:
+  // `undoes` is the checkpoint that this one takes back, 0 for an ordinary one. Waits up to ten seconds for
+  // the journal's lock. Raises EOSError when the journal cannot be locked or written: nothing may be changed
+  // then.
+  explicit OpenCheckpoint(std::wstring_view title, std::uint32_t undoes = 0);
+  // Finishes it, and lets go of the oldest ones when there are too many (never for one that undoes another).
+  ~OpenCheckpoint();
+
+  // Its number in the journal, and how many steps it has by now.
+  std::uint32_t Id() const noexcept { return file_.Id(); }
+  std::uint32_t StepCount() const noexcept { return file_.StepCount(); }
+  // Both valid as long as the checkpoint.
+  const JournalFolder& Folder() const noexcept { return folder_; }
+  const BlobStore& Blobs() const noexcept { return blobs_; }
+
+  // Writes the step down, makes the change, and notes what became of it. `change` answers a Win32 status and
+  // either happens as a whole or not at all. Raises EOSError, before the change, when the step cannot be
+  // written. The status is the answer.
+  template <typename Change>
+  LSTATUS Record(const Step& step, Change&& change) {
+    const std::uint32_t number = file_.AppendStep(step);
+    const LSTATUS status = std::forward<Change>(change)();
+    file_.AppendMark(number, status);
+    return status;
+  }
+
+  // The place (registry_place.h) of a key where something was written: it may be the target of what is
+  // deleted next.
+  void NoteWrite(const std::wstring& place);
+  // Writes every hive that this checkpoint wrote to through to the disk, but the one that lies in `place`,
+  // whose order the system keeps; all for an empty place. Raises EOSError.
+  void FlushBeforeDelete(const std::wstring& place);
+
+  // Leaves it without an end: it counts as interrupted from now on, unless nothing was changed in it.
+  void Abandon() noexcept { abandoned_ = true; }
+  // Keeps it even when nothing was changed in it: it says that another one is undone.
+  void Keep() noexcept { kept_ = true; }
+
+ private:
+  // Read before the lock is taken: it may load a library.
+  const Retention retention_ = ReadRetention();
+  JournalFolder folder_;
+  JournalLock lock_;
+  BlobStore blobs_;
+  JournalFile file_;
+  std::map<std::wstring, std::wstring> written_;  // hive, a place in it
+  bool isUndo_;
+  bool abandoned_ = false;
+  bool kept_ = false;
+};
+
+// Those of the process, one per thread. Any thread may call it. A checkpoint belongs to the thread that began
+// it and is touched by that thread only; when that has ended, by the next one that begins, which leaves it
+// without an end.
 class Checkpoints {
  public:
   Checkpoints() = default;

@@ -3,7 +3,7 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 
 #include <shlobj.h>
 

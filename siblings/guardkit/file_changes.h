@@ -6,8 +6,8 @@
 // rename.
 #pragma once
 
+#include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/file_state.h"
-#include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 

@@ -1,4 +1,4 @@
-// The states of files: read for the journal, written back by an undo.
+// The states of files: read for the journal, written back by an undo. No state of its own: any thread.
 #pragma once
 
 #include "siblings/guardkit/blob_store.h"

@@ -4,7 +4,6 @@
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "siblings/common/data_folder.h"
 #include "siblings/common/product.h"
 
 #include <sddl.h>
@@ -43,6 +42,9 @@ struct LocalTextTraits {
   static bool IsValid(Type value) noexcept { return value != nullptr; }
   static void Close(Type value) noexcept { LocalFree(value); }
 };
+
+// Milliseconds between two tries for the lock.
+constexpr DWORD kLockPause = 15;
 
 }  // namespace
 
@@ -103,6 +105,24 @@ std::optional<JournalFolder> JournalFolder::OpenExisting() {
   std::wstring path = JournalPath(kind);
   if (!IsFolder(path)) return std::nullopt;
   return JournalFolder(kind, std::move(path));
+}
+
+JournalLock::JournalLock(const JournalFolder& folder, DWORD patience)
+    : file_(CreateFileW(folder.File(L"journal.lock").c_str(), GENERIC_READ | GENERIC_WRITE,
+                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                        FILE_ATTRIBUTE_NORMAL, nullptr)) {
+  if (!file_) RaiseLastOSError();
+  const ULONGLONG start = GetTickCount64();
+  for (;;) {
+    OVERLAPPED place = {};
+    if (LockFileEx(file_.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) !=
+        FALSE) {
+      return;
+    }
+    if (GetLastError() != ERROR_LOCK_VIOLATION && GetLastError() != ERROR_IO_PENDING) RaiseLastOSError();
+    if (GetTickCount64() - start >= patience) RaiseOSError(ERROR_LOCK_VIOLATION);
+    Sleep(kLockPause);
+  }
 }
 
 }  // namespace smh

@@ -1,10 +1,11 @@
-// Where the journal of this process lies.
+// Where the journal of this process lies, and the lock that a checkpoint takes on it.
 //
 // What an elevated process undoes must not have been written by anybody else, so such processes keep a
 // journal of their own, which only SYSTEM and Administrators may touch. Every process reads and writes the
 // journal of its own kind only.
 #pragma once
 
+#include "infra/runtime/handle.h"
 #include "siblings/guardkit/held_path.h"
 
 #include <windows.h>
@@ -59,6 +60,27 @@ class JournalFolder {
 
   std::wstring path_;
   std::optional<HeldPath> held_;
+};
+
+// One checkpoint at a time, of all processes that share a journal. Has the lock from making to destruction,
+// which may be on different threads.
+//
+// The innermost lock of the system: it is taken after every other lock that the calling thread holds, the
+// library's item list and item locks among them, and nothing waits under it. It is the kernel's, so a process
+// that dies gives it back.
+class JournalLock {
+ public:
+  // How long a change waits for another one before it is refused, in milliseconds.
+  static constexpr DWORD kPatience = 10'000;
+
+  // Waits up to `patience` milliseconds, asking every 15. Raises EOSError: ERROR_LOCK_VIOLATION when another
+  // checkpoint is open all the while, another code when the lock's file cannot be opened. Not recursive: a
+  // thread that has it waits for itself in vain.
+  JournalLock(const JournalFolder& folder, DWORD patience);
+
+ private:
+  // Closing it unlocks.
+  ScopedHandle file_;
 };
 
 }  // namespace smh

@@ -1,7 +1,7 @@
 #include "siblings/guardkit/journal_index.h"
 
 #include "infra/runtime/exceptions.h"
-#include "siblings/guardkit/journal_lock.h"
+#include "siblings/guardkit/journal_folder.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 // recorded raises EOSError, and the change is not made then.
 #pragma once
 
-#include "siblings/guardkit/open_checkpoint.h"
+#include "siblings/guardkit/checkpoints.h"
 
 namespace smh {
 

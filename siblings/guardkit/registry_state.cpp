@@ -91,7 +91,7 @@ LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) 
     return StatusOf(NtSetValueKey(key, &counted, 0, value.type, value.data.data(), size));
   }
   try {
-    // The platform adds a zero that it finds behind a text: there must be none, or other bytes get stored.
+    // The platform adds a NUL that it finds behind a text: there must be none, or other bytes get stored.
     ByteVector padded = value.data;
     padded.resize(padded.size() + 2 * sizeof(wchar_t), std::byte{0xFF});
     return RegSetValueExW(key, name.c_str(), 0, value.type, reinterpret_cast<const BYTE*>(padded.data()),

@@ -1,4 +1,5 @@
-// The states of values and keys: read for the journal, written back by an undo.
+// The states of values and keys: read for the journal, written back by an undo. Handles stay the caller's. No
+// state of its own: any thread.
 #pragma once
 
 #include "siblings/guardkit/format/journal_steps.h"

@@ -13,6 +13,7 @@ struct Retention {
 };
 
 // From the settings of prefkit.dll beside this module, which is loaded if need be; the defaults without it.
+// Any thread, without a lock: a library may be loaded.
 Retention ReadRetention() noexcept;
 
 // Deletes finished checkpoints and the contents that none of the others needs. The caller holds the journal's

@@ -5,6 +5,7 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
 #include "siblings/guardkit/file_changes.h"
+#include "siblings/guardkit/held_path.h"
 #include "siblings/guardkit/registry_changes.h"
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"

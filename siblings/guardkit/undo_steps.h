@@ -5,8 +5,8 @@
 #pragma once
 
 #include "core/contracts/intf_journal.h"
+#include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/format/undo_plan.h"
-#include "siblings/guardkit/open_checkpoint.h"
 
 namespace smh {
 

@@ -2,12 +2,49 @@
 
 #include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 #include <windows.h>
 
 namespace smh {
 
 namespace {
+
+struct RatingWord {
+  std::wstring_view word;
+  FileRating rating;
+};
+
+constexpr RatingWord kRatingWords[] = {
+    {L"trusted", kRatingTrusted},
+    {L"unknown", kRatingUnknown},
+    {L"risky", kRatingRisky},
+};
+
+std::optional<FileRating> ParseRating(std::wstring_view text) {
+  for (const RatingWord& row : kRatingWords) {
+    if (SameText(row.word, text)) return row.rating;
+  }
+  return std::nullopt;
+}
+
+// The first line, removed from `text` with its end.
+std::wstring TakeLine(std::wstring_view& text) {
+  const std::size_t end = text.find_first_of(L"\r\n");
+  std::wstring line = Trim(text.substr(0, end));
+  text.remove_prefix(end == std::wstring_view::npos ? text.size() : end + 1);
+  return line;
+}
+
+std::wstring DecodeUtf16(std::string_view bytes, bool bigEndian) {
+  std::wstring text;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto first = static_cast<unsigned char>(bytes[i]);
+    const auto second = static_cast<unsigned char>(bytes[i + 1]);
+    text += static_cast<wchar_t>(bigEndian ? first << 8 | second : second << 8 | first);
+  }
+  return text;
+}
 
 // Far above any list that people keep.
 constexpr DWORD kLargestFile = 16u << 20;
@@ -22,6 +59,50 @@ std::optional<std::string> ReadBytes(const std::wstring& path) {
 }
 
 }  // namespace
+
+std::wstring DecodeText(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE")) return DecodeUtf16(bytes.substr(2), false);
+  if (bytes.starts_with("\xFE\xFF")) return DecodeUtf16(bytes.substr(2), true);
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+  const auto decodeInto = [bytes](wchar_t* target, std::size_t room) {
+    return MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), target,
+                               static_cast<int>(room));
+  };
+  std::wstring text(static_cast<std::size_t>(decodeInto(nullptr, 0)), L'\0');
+  decodeInto(text.data(), text.size());
+  return text;
+}
+
+bool RatingTable::IgnoringCase::operator()(std::wstring_view a, std::wstring_view b) const noexcept {
+  return CompareText(a, b) < 0;
+}
+
+RatingTable::RatingTable(std::wstring_view text) {
+  Ratings* section = nullptr;
+  while (!text.empty()) {
+    const std::wstring line = TakeLine(text);
+    if (line.empty() || line.front() == L';' || line.front() == L'#') continue;
+    if (line.front() == L'[') {
+      section = Section(line);
+      continue;
+    }
+    const std::size_t split = line.rfind(L'=');
+    if (section == nullptr || split == std::wstring::npos) continue;
+    const std::optional<FileRating> rating = ParseRating(Trim(line.substr(split + 1)));
+    if (rating.has_value()) section->emplace(Trim(line.substr(0, split)), *rating);
+  }
+}
+
+std::optional<FileRating> RatingTable::Find(const Ratings& ratings, std::wstring_view name) {
+  const auto row = ratings.find(Trim(name));
+  return row == ratings.end() ? std::nullopt : std::optional(row->second);
+}
+
+RatingTable::Ratings* RatingTable::Section(std::wstring_view header) noexcept {
+  if (SameText(header, L"[Companies]")) return &companies_;
+  if (SameText(header, L"[Files]")) return &files_;
+  return nullptr;
+}
 
 // The stamp is older than the text: a change in between shows in the next call. A file that exists but cannot
 // be read, because it is being written, keeps the ratings read before and is tried again.

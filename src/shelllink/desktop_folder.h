@@ -17,7 +17,7 @@ namespace smh {
 std::wstring ParsingName(Bytes idList);
 
 // The text of a shell name in any of its three forms; frees what the form owns. An offset is followed only
-// inside `idList`, which is the list that the shell was asked about.
+// inside `idList`, which is the list that the shell was asked about. Any thread; raises std::bad_alloc.
 std::wstring TakeShellName(STRRET& name, Bytes idList);
 
 // The desktop folder, released by the stop.

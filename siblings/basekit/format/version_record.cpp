@@ -27,7 +27,7 @@ struct Block {
   ByteCursor children;  // behind the value
 };
 
-// The units up to a zero or the end.
+// The code units up to a NUL or the end.
 std::wstring ReadText(ByteCursor& in) {
   std::wstring text;
   while (const std::uint16_t unit = in.U16()) text += static_cast<wchar_t>(unit);
@@ -96,7 +96,7 @@ class VersionRecord::Reader {
   }
 
  private:
-  // Compilers disagree on whether a string's value length counts units or bytes: its zero or the block ends
+  // Compilers disagree on whether a string's value length counts units or bytes: its NUL or the block ends
   // it.
   void ReadTable(const Block& block) const {
     if (record_.tables_.size() == kMostLanguages) return;

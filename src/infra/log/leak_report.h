@@ -17,7 +17,8 @@ struct LiveCounts {
 // included.
 LiveCounts CountLive() noexcept;
 
-// One line; a growth of both counts, life after life of the module, is a leak.
+// One line, for any thread; raises std::bad_alloc. A growth of both counts, life after life of the module, is
+// a leak.
 std::wstring LeakReport(const LiveCounts& atStart, const LiveCounts& atStop);
 
 }  // namespace smh

@@ -1,4 +1,4 @@
-// Texts whose case matters for ASCII letters only: identifiers, names of entries.
+// Texts whose case matters for ASCII letters only: identifiers, names of entries. No state: any thread.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,11 @@
 
 namespace smh {
 
-// Changes only "A" to "Z".
+// Changes only "A" to "Z". Raises std::bad_alloc.
 std::wstring AsciiLowerCase(std::wstring_view text);
+// Whether the two are equal but for the case of ASCII letters.
 bool SameAsciiText(std::wstring_view a, std::wstring_view b) noexcept;
-// The same for texts that SameAsciiText calls the same.
+// For hash tables: the same hash for texts that SameAsciiText calls the same.
 struct AsciiTextHash {
   std::size_t operator()(std::wstring_view text) const noexcept;
 };

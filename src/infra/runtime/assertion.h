@@ -6,13 +6,14 @@
 
 namespace smh {
 
+// Raises EAssertionFailed "Assertion failure (uUnit, line N)". Any thread.
 [[noreturn]] inline void RaiseAssertion(std::wstring_view unit, int line) {
   throw EAssertionFailed(Format(L"Assertion failure (%s, line %d)", unit, line));
 }
 
 }  // namespace smh
 
-// Raises EAssertionFailed "Assertion failure (uUnit, line N)" when the condition does not hold.
+// The same when the condition does not hold.
 #define SMH_ASSERT(unit, condition)                          \
   do {                                                       \
     if (!(condition)) ::smh::RaiseAssertion(unit, __LINE__); \

@@ -1,4 +1,4 @@
-// Where the modules of this process lie.
+// Where the modules of this process lie. No state: any thread, DllMain included.
 #pragma once
 
 #include <windows.h>
@@ -7,9 +7,10 @@
 
 namespace smh {
 
-// The full path of a loaded module, null for the program; empty when the platform does not tell.
+// The full path of a loaded module, null for the program; empty when the platform does not tell. Raises
+// std::bad_alloc.
 std::wstring ModuleFileName(HMODULE module);
-// The module that this code is linked into.
+// The module that this code is linked into; borrowed, its count stays as it is.
 HMODULE ThisModule() noexcept;
 
 }  // namespace smh

@@ -1,7 +1,7 @@
 // Shortcuts that a change of a Startup folder writes through the shell's own link object: what they take over
 // of an older one, and how they are made complete before they get to their place.
 //
-// Each call touches the disk, on the calling thread, for which the caller has the location's gate.
+// No state: any thread. Files are read and written on the calling thread.
 #pragma once
 
 #include "locations/folders/folder_set.h"

@@ -1,8 +1,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
-#include "siblings/basekit/indirect_string.h"
-#include "siblings/basekit/ole_date.h"
+#include "siblings/basekit/helper_parts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // File changes recorded, undone and redone.
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
-#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 #include "siblings/guardkit/file_state.h"
 #include "tests/siblings/guardkit/journal_fixture.h"
 #include "tests/support/file_fixture.h"

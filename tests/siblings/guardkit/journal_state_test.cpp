@@ -1,7 +1,7 @@
 // Where the journal lies, who may touch it, and how long it keeps what.
 #include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
-#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 #include "tests/siblings/guardkit/journal_fixture.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/state_dump.h"

@@ -1,5 +1,5 @@
 #include "core/contracts/intf_DebugLog.h"
-#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/file_fixture.h"
 

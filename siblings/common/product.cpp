@@ -1,7 +1,6 @@
-#include "siblings/common/data_folder.h"
+#include "siblings/common/product.h"
 
 #include "infra/files/file_facts.h"
-#include "siblings/common/product.h"
 
 #include <windows.h>
 #include <shlobj.h>
