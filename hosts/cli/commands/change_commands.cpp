@@ -102,18 +102,20 @@ const ItemRecord* FindByName(std::span<const ItemRecord> list, std::int32_t loca
 
 // The shortcut that an addition would make. A taken name in a folder is a failure for the library, even if
 // nothing would change.
-const ItemRecord* FindShortcut(std::span<const ItemRecord> list, const Arguments& arguments) {
+const ItemRecord* FindShortcut(std::span<const ItemRecord> list, std::int32_t location,
+                               const Arguments& arguments) {
   return FindItem(list, [&](const ItemRecord& item) {
-    return item.location == *arguments.Location() && item.enabled && SameText(item.caption, arguments.name) &&
+    return item.location == location && item.enabled && SameText(item.caption, arguments.name) &&
            EndsText(L".lnk", item.name);
   });
 }
 
 // What the library lists for the new entry: that entry, or one that had the name already.
-ItemRecord AddAndRead(const Library& library, const Arguments& arguments, const std::wstring& failure) {
+ItemRecord AddAndRead(const Library& library, std::int32_t location, const Arguments& arguments,
+                      const std::wstring& failure) {
   const ListLock lock(library);
   const std::int32_t index =
-      library.Items().AddItem(*arguments.Location(), arguments.name.c_str(), arguments.command.c_str());
+      library.Items().AddItem(location, arguments.name.c_str(), arguments.command.c_str());
   if (index < 0) throw HostError(failure + L": " + LibraryErrorText(E_FAIL));
   ComPtr<IStartupItem> item;
   CheckResult(library.Items().GetItem(index, item.Put()), failure);
@@ -123,16 +125,17 @@ ItemRecord AddAndRead(const Library& library, const Arguments& arguments, const 
 }  // namespace
 
 void RunAdd(const Arguments& arguments) {
-  const std::int32_t location = *arguments.Location();
+  // The command line requires one.
+  const std::int32_t location = arguments.locations.front();
   const std::wstring failure =
       L"Cannot add \"" + arguments.name + L"\" to " + std::wstring(LocationName(location));
   const Library library;
   const std::vector<ItemRecord> before = ReadAllItems(library);
-  if (const ItemRecord* const known = FindShortcut(before, arguments);
+  if (const ItemRecord* const known = FindShortcut(before, location, arguments);
       known != nullptr && HoldsCommand(library, *known, arguments.command)) {
     return WriteMessage(Describe(*known) + L": is there already.");
   }
-  const ItemRecord added = AddAndRead(library, arguments, failure);
+  const ItemRecord added = AddAndRead(library, location, arguments, failure);
   const std::vector<ItemRecord> list = ReadAllItems(library);
   const ItemRecord* const now = FindByName(list, location, added.name);
   const bool asWanted = now != nullptr && now->enabled && HoldsCommand(library, *now, arguments.command);
