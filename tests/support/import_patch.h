@@ -2,6 +2,8 @@
 // that the platform does not produce on demand. Functions looked up at run time are not reached.
 #pragma once
 
+#include "infra/runtime/import_function.h"
+
 #include <windows.h>
 
 #include <cstring>
@@ -38,5 +40,11 @@ class ImportPatch {
   ULONG_PTR* slot_;
   ULONG_PTR original_;
 };
+
+// The system's own function, for a replacement to call: this program's import leads to the replacement.
+template <typename Function>
+Function* RealFunction(const wchar_t* library, const char* name) noexcept {
+  return ImportFunction<Function*>(GetModuleHandleW(library), name);
+}
 
 }  // namespace smh::test

@@ -3,7 +3,6 @@
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/runtime/import_function.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/registry_fixture.h"
 
@@ -55,10 +54,8 @@ int g_enumerations = 0;
 LSTATUS WINAPI CountedEnumValue(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved,
                                 DWORD* type, BYTE* data, DWORD* size) {
   ++g_enumerations;
-  // Looked up anew: this module's own import leads here.
-  static const auto original =
-      ImportFunction<decltype(&RegEnumValueW)>(GetModuleHandleW(L"advapi32.dll"), "RegEnumValueW");
-  return original(key, index, name, length, reserved, type, data, size);
+  static const auto real = test::RealFunction<decltype(RegEnumValueW)>(L"advapi32.dll", "RegEnumValueW");
+  return real(key, index, name, length, reserved, type, data, size);
 }
 
 TEST(RegistryValueReaderTest, OneCallPerValueAndFewToGrow) {

@@ -1,5 +1,4 @@
 // What a load of the Startup folders lists.
-#include "infra/runtime/import_function.h"
 #include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
 
@@ -21,19 +20,10 @@ LinkBuilder LinkTo(const std::wstring& program) {
   return link;
 }
 
-// The platform's function behind a patched import.
-template <typename Function>
-Function Real(const char* name) {
-  return ImportFunction<Function>(GetModuleHandleW(L"kernel32.dll"), name);
-}
-
 TEST_F(FolderTest, ShortcutsAndProgramFilesOfEveryPlaceAreListedAndNothingElse) {
-  struct Row {
-    TLocationStartup& location;
-    const StartupPlaces& places;
-  };
-  for (const Row& row : {Row{UserFolder(), user}, Row{CommonFolder(), common}}) {
-    const StartupPlaces& places = row.places;
+  for (const bool isUser : {true, false}) {
+    const StartupPlaces& places = isUser ? user : common;
+    TLocationStartup& location = isUser ? UserFolder() : CommonFolder();
     const std::wstring shortcut = PutShortcut(places.startup + L"Tray.LNK");
     const std::wstring program = Put(places.startup + L"run me.exe", ReadFileBytes(Program()));
     const std::wstring script = Put(places.startup + L"script.Cmd", "exit");
@@ -45,20 +35,20 @@ TEST_F(FolderTest, ShortcutsAndProgramFilesOfEveryPlaceAreListedAndNothingElse) 
     const std::wstring other = PutShortcut(places.autoruns + L"other.lnk");
     const std::wstring old = PutShortcut(places.brisko + L"old.lnk");
 
-    row.location.ReadItems();
-    std::vector<std::wstring> names = Names(row.location);
+    location.ReadItems();
+    std::vector<std::wstring> names = Names(location);
     ASSERT_EQ(names.size(), 6u);
     EXPECT_THAT(std::vector(names.begin() + 3, names.end()), ElementsAre(own, other, old));
     names.resize(3);
     EXPECT_THAT(names, UnorderedElementsAre(shortcut, program, script));
     for (const std::wstring& name : {shortcut, program, script, own, other, old}) {
-      const ItemRef item = FindItem(row.location.LocationType(), name);
+      const ItemRef item = FindItem(location.LocationType(), name);
       EXPECT_EQ(item->IsEnabled(), name == shortcut || name == program || name == script);
       EXPECT_FALSE(item->IsProtected());
     }
-    EXPECT_EQ(FindItem(row.location.LocationType(), own)->GivenText(), L"own");
+    EXPECT_EQ(FindItem(location.LocationType(), own)->GivenText(), L"own");
 
-    const ItemDetails details = FindItem(row.location.LocationType(), program)->State().details;
+    const ItemDetails details = FindItem(location.LocationType(), program)->State().details;
     EXPECT_EQ(details.Kind, TargetKind::kExecutable);
     EXPECT_EQ(details.Command, program);
     EXPECT_EQ(details.FilePath, program);
@@ -157,7 +147,7 @@ TEST_F(FolderTest, FilesThatOthersHoldOrThatVanishMeanwhile) {
   const ImportPatch patch(
       "FindClose", +[](HANDLE find) -> BOOL {
         DeleteFileW(vanishing.c_str());
-        return Real<BOOL(WINAPI*)(HANDLE)>("FindClose")(find);
+        return RealFunction<decltype(FindClose)>(L"kernel32.dll", "FindClose")(find);
       });
   UserFolder().ReadItems();
   ASSERT_NE(FindItem(sulFolderUser, vanishing), nullptr);
@@ -187,7 +177,8 @@ TEST_F(FolderTest, LongestNamesAndUnpairedSurrogates) {
   const std::wstring plain = PutShortcut(user.startup + L"zz.lnk");
   const ImportPatch patch(
       "FindNextFileW", +[](HANDLE find, WIN32_FIND_DATAW* data) -> BOOL {
-        const BOOL found = Real<BOOL(WINAPI*)(HANDLE, WIN32_FIND_DATAW*)>("FindNextFileW")(find, data);
+        const BOOL found =
+            RealFunction<decltype(FindNextFileW)>(L"kernel32.dll", "FindNextFileW")(find, data);
         if (found && data->cFileName[0] == L'z') data->cFileName[0] = 0xD83D;
         return found;
       });

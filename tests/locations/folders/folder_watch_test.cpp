@@ -1,5 +1,4 @@
 // How changes of the Startup folders are noticed, and how loads and changes stay apart.
-#include "infra/runtime/import_function.h"
 #include "locations/folders/folder_watch.h"
 #include "tests/locations/folders/folder_fixture.h"
 #include "tests/support/import_patch.h"
@@ -46,25 +45,6 @@ TEST_F(FolderWatchTest, FilesThatComeChangeAndGoInEveryPlaceAreNoticed) {
   }
 }
 
-TEST_F(FolderWatchTest, AFolderThatGoesAndComesBackIsNoticedAndWatchedAgain) {
-  UserFolder().ReadItems();
-  user.RemoveStartup();
-  EXPECT_TRUE(ChangeArrives());
-  UserFolder().ReadItems();
-  EXPECT_FALSE(UserFolder().IsChanged());
-  const std::wstring file = PutShortcut(user.startup + L"back.lnk");
-  EXPECT_TRUE(ChangeArrives());
-  EXPECT_NE(LoadAndFind(UserFolder(), file), nullptr);
-  PutShortcut(user.startup + L"next.lnk");
-  EXPECT_TRUE(ChangeArrives()) << "the new folder is watched";
-}
-
-TEST_F(FolderWatchTest, NothingToWatchIsNoChange) {
-  user.RemoveStartup();
-  Settle(UserFolder());
-  EXPECT_FALSE(UserFolder().IsChanged());
-}
-
 TEST_F(FolderWatchTest, ALoadDuringAChangeDoesNothingAndIsDueAfterwards) {
   const std::wstring file = PutShortcut(user.startup + L"Tray.lnk");
   fs::create_directories(user.disabled);
@@ -87,11 +67,6 @@ TEST_F(FolderWatchTest, ALoadDuringAChangeDoesNothingAndIsDueAfterwards) {
   EXPECT_EQ(Names(UserFolder()).size(), 2u);
 }
 
-template <typename Function>
-Function* Real(const char* name) {
-  return ImportFunction<Function*>(GetModuleHandleW(L"kernel32.dll"), name);
-}
-
 bool isUnreachable = false;
 int lookUps = 0;
 int waits = 0;
@@ -99,15 +74,17 @@ int waits = 0;
 HANDLE WINAPI FindFirst(LPCWSTR path, BOOL subtree, DWORD filter) {
   ++lookUps;
   if (isUnreachable) return INVALID_HANDLE_VALUE;
-  return Real<decltype(FindFirst)>("FindFirstChangeNotificationW")(path, subtree, filter);
+  return RealFunction<decltype(FindFirstChangeNotificationW)>(
+      L"kernel32.dll", "FindFirstChangeNotificationW")(path, subtree, filter);
 }
 DWORD WINAPI Attributes(LPCWSTR path) {
   ++lookUps;
-  return Real<decltype(Attributes)>("GetFileAttributesW")(path);
+  return RealFunction<decltype(GetFileAttributesW)>(L"kernel32.dll", "GetFileAttributesW")(path);
 }
 DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD limit) {
   ++waits;
-  return Real<decltype(Wait)>("WaitForMultipleObjects")(count, handles, all, limit);
+  return RealFunction<decltype(WaitForMultipleObjects)>(L"kernel32.dll", "WaitForMultipleObjects")(
+      count, handles, all, limit);
 }
 
 // A folder of its own, three levels below one that is always there.

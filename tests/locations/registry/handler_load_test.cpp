@@ -1,6 +1,5 @@
 // What a load meets: many handlers, keys that go while they are read, classes that cannot be looked up; and
 // which key each location loads.
-#include "infra/runtime/import_function.h"
 #include "tests/locations/registry/handler_fixture.h"
 #include "tests/support/import_patch.h"
 
@@ -24,10 +23,8 @@ LSTATUS WINAPI CountedOpen(HKEY key, LPCWSTR name, DWORD options, REGSAM access,
     vanishing.clear();
     RegDeleteKeyExW(key, name, HasTwoViews() ? KEY_WOW64_64KEY : 0, 0);
   }
-  // This program's own import leads here.
-  static const auto original =
-      ImportFunction<decltype(&RegOpenKeyExW)>(GetModuleHandleW(L"advapi32.dll"), "RegOpenKeyExW");
-  return original(key, name, options, access, result);
+  static const auto real = RealFunction<decltype(RegOpenKeyExW)>(L"advapi32.dll", "RegOpenKeyExW");
+  return real(key, name, options, access, result);
 }
 unsigned KeysOpenedByOneLoad(TLocationStartup& location) {
   openedKeys = 0;
@@ -85,14 +82,13 @@ TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {
   for (const REGSAM view : {REGSAM(0), OwnView()}) DeleteKeyTree(HKEY_LOCAL_MACHINE, looping, view);
 }
 
-using ::testing::ElementsAre;
-
 namespace {
 
 enum class Kind { kFolder, kRunKey, kHandlers, kValues };
 
 struct Row {
   TTypeStartupLocation location;
+  // Behind the T and "Location" of the class.
   std::wstring className;
   Kind kind;
   // Handler lists are read under both roots; folders have none.
@@ -101,65 +97,50 @@ struct Row {
 };
 
 const std::wstring kCurrent = L"Software\\Microsoft\\Windows\\CurrentVersion\\";
+const HKEY kUser = HKEY_CURRENT_USER;
+const HKEY kMachine = HKEY_LOCAL_MACHINE;
 
-// Five kinds of handlers, each for the same five objects.
-std::vector<Row> HandlerRows() {
-  const std::pair<std::wstring, std::wstring> kinds[] = {{L"ContextMenu", L"ContextMenuHandlers"},
-                                                         {L"DragDrop", L"DragDropHandlers"},
-                                                         {L"Column", L"ColumnHandlers"},
-                                                         {L"Property", L"PropertySheetHandlers"},
-                                                         {L"Copy", L"CopyHookHandlers"}};
-  const std::pair<std::wstring, std::wstring> objects[] = {{L"AllReg", L"*"},
-                                                           {L"All", L"AllFilesystemObjects"},
-                                                           {L"Directory", L"Directory"},
-                                                           {L"Folder", L"Folder"},
-                                                           {L"Background", L"Directory\\Background"}};
-  std::vector<Row> rows;
-  std::int32_t ordinal = sulRegistryAllRegContextMenuHandlers;
-  for (const auto& [kind, list] : kinds) {
-    for (const auto& [object, files] : objects) {
-      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++),
-                      L"TLocationRegistry" + object + kind + L"Handlers", Kind::kHandlers, nullptr,
-                      L"Software\\Classes\\" + files + L"\\shellex\\" + list});
-    }
-  }
-  return rows;
-}
-
-// Every location in the order of the list.
+// Every location in the order of the list; the handlers as five kinds, each for the same five objects.
 std::vector<Row> ExpectedLocations() {
   std::vector<Row> rows = {
-      {sulFolderUser, L"TLocationFolderUserRun", Kind::kFolder, nullptr, {}},
-      {sulFolderCommon, L"TLocationFolderCommonRun", Kind::kFolder, nullptr, {}},
-      {sulRegistryShellExtApproved, L"TLocationRegistryShellExtApproved", Kind::kValues, HKEY_LOCAL_MACHINE,
-       kCurrent + L"Shell Extensions\\Approved"},
+      {sulFolderUser, L"FolderUserRun", Kind::kFolder, nullptr, {}},
+      {sulFolderCommon, L"FolderCommonRun", Kind::kFolder, nullptr, {}},
+      {sulRegistryShellExtApproved, L"RegistryShellExtApproved", Kind::kValues, kMachine, kApprovedKey},
   };
-  const std::vector<Row> handlers = HandlerRows();
-  rows.insert(rows.end(), handlers.begin(), handlers.end());
-  const std::vector<Row> others = {
-      {sulRegistryUserRun, L"TLocationRegistryUserRun", Kind::kRunKey, HKEY_CURRENT_USER, kCurrent + L"Run"},
-      {sulRegistryUserRunOnce, L"TLocationRegistryUserRunOnce", Kind::kRunKey, HKEY_CURRENT_USER,
-       kCurrent + L"RunOnce"},
-      {sulRegistryCommonRun, L"TLocationRegistryCommonRun", Kind::kRunKey, HKEY_LOCAL_MACHINE,
-       kCurrent + L"Run"},
-      {sulRegistryCommonRunOnce, L"TLocationRegistryCommonRunOnce", Kind::kRunKey, HKEY_LOCAL_MACHINE,
-       kCurrent + L"RunOnce"},
-      {sulRegistryUserRunOnceSetup, L"TLocationRegistryUserRunOnceSetup", Kind::kRunKey, HKEY_CURRENT_USER,
+  const std::pair<const wchar_t*, const wchar_t*> objects[] = {{L"AllReg", L"*"},
+                                                               {L"All", L"AllFilesystemObjects"},
+                                                               {L"Directory", L"Directory"},
+                                                               {L"Folder", L"Folder"},
+                                                               {L"Background", L"Directory\\Background"}};
+  std::int32_t ordinal = sulRegistryAllRegContextMenuHandlers;
+  for (const std::wstring kind : {L"ContextMenu", L"DragDrop", L"Column", L"PropertySheet", L"CopyHook"}) {
+    // Two class names are shorter than their keys.
+    const std::wstring name = kind.substr(0, kind.find(kind.starts_with(L"Property") ? L"Sheet" : L"Hook"));
+    for (const auto& [object, files] : objects) {
+      rows.push_back({static_cast<TTypeStartupLocation>(ordinal++),
+                      L"Registry" + (object + name) + L"Handlers", Kind::kHandlers, nullptr,
+                      L"Software\\Classes\\" + (files + std::wstring(L"\\shellex\\")) + kind + L"Handlers"});
+    }
+  }
+  const Row others[] = {
+      {sulRegistryUserRun, L"RegistryUserRun", Kind::kRunKey, kUser, kRunKey},
+      {sulRegistryUserRunOnce, L"RegistryUserRunOnce", Kind::kRunKey, kUser, kCurrent + L"RunOnce"},
+      {sulRegistryCommonRun, L"RegistryCommonRun", Kind::kRunKey, kMachine, kRunKey},
+      {sulRegistryCommonRunOnce, L"RegistryCommonRunOnce", Kind::kRunKey, kMachine, kCurrent + L"RunOnce"},
+      {sulRegistryUserRunOnceSetup, L"RegistryUserRunOnceSetup", Kind::kRunKey, kUser,
        kCurrent + L"RunOnce\\Setup"},
-      {sulRegistryCommonRunOnceSetup, L"TLocationRegistryCommonRunOnceSetup", Kind::kRunKey,
-       HKEY_LOCAL_MACHINE, kCurrent + L"RunOnce\\Setup"},
-      {sulRegistryRunServices, L"TLocationRegistryCommonRunServices", Kind::kRunKey, HKEY_LOCAL_MACHINE,
+      {sulRegistryCommonRunOnceSetup, L"RegistryCommonRunOnceSetup", Kind::kRunKey, kMachine,
+       kCurrent + L"RunOnce\\Setup"},
+      {sulRegistryRunServices, L"RegistryCommonRunServices", Kind::kRunKey, kMachine,
        kCurrent + L"RunServices"},
-      {sulRegistryRunServicesOnce, L"TLocationRegistryCommonRunServicesOnce", Kind::kRunKey,
-       HKEY_LOCAL_MACHINE, kCurrent + L"RunServicesOnce"},
-      {sulRegistryIEBrowserObjects, L"TLocationRegistryIEBrowserObjects", Kind::kHandlers, nullptr,
-       kCurrent + L"Explorer\\Browser Helper Objects"},
-      {sulRegistryUserIEURLSearchHooks, L"TLocationRegistryUserIEURLSearchHooks", Kind::kValues,
-       HKEY_CURRENT_USER, kHooksKey},
-      {sulRegistryCommonIEURLSearchHooks, L"TLocationRegistryCommonIEURLSearchHooks", Kind::kValues,
-       HKEY_LOCAL_MACHINE, kHooksKey},
+      {sulRegistryRunServicesOnce, L"RegistryCommonRunServicesOnce", Kind::kRunKey, kMachine,
+       kCurrent + L"RunServicesOnce"},
+      {sulRegistryIEBrowserObjects, L"RegistryIEBrowserObjects", Kind::kHandlers, nullptr, kObjectsKey},
+      {sulRegistryUserIEURLSearchHooks, L"RegistryUserIEURLSearchHooks", Kind::kValues, kUser, kHooksKey},
+      {sulRegistryCommonIEURLSearchHooks, L"RegistryCommonIEURLSearchHooks", Kind::kValues, kMachine,
+       kHooksKey},
   };
-  rows.insert(rows.end(), others.begin(), others.end());
+  rows.insert(rows.end(), std::begin(others), std::end(others));
   return rows;
 }
 
@@ -189,7 +170,7 @@ TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheLis
     TLocationStartup& location = *Locations()[i];
     SCOPED_TRACE(row.location);
     EXPECT_EQ(location.LocationType(), row.location);
-    EXPECT_EQ(location.Row().className, row.className);
+    EXPECT_EQ(location.Row().className, L"TLocation" + row.className);
     EXPECT_TRUE(location.CanEnable());
     EXPECT_TRUE(location.CanDelete());
     EXPECT_EQ(location.CanModify(), row.kind == Kind::kFolder || row.kind == Kind::kRunKey);
@@ -202,20 +183,16 @@ TEST_F(AllLocationsTest, EveryLocationReadsItsOwnKeyAndSideKeyInTheOrderOfTheLis
     Fill(row, side, L"off");
     location.ReadItems();
     const std::vector<ItemRef> items = Listed(location);
-    if (row.kind == Kind::kHandlers) {
-      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"on", L"off", L"off"));
-    } else {
-      EXPECT_THAT(Captions(location), ElementsAre(L"on", L"off"));
-    }
+    using Texts = std::vector<std::wstring>;
+    ASSERT_EQ(Captions(location),
+              row.kind == Kind::kHandlers ? Texts({L"on", L"on", L"off", L"off"}) : Texts({L"on", L"off"}));
     for (const ItemRef& item : items) EXPECT_EQ(item->IsEnabled(), item->GivenText() == L"on");
-    if (!items.empty() && row.root != nullptr) {
-      EXPECT_THAT(
-          items[0]->Name(),
-          ::testing::HasSubstr(row.root == HKEY_CURRENT_USER ? L"HKEY_CURRENT_USER" : L"HKEY_LOCAL_MACHINE"));
+    if (row.root != nullptr) {
+      EXPECT_THAT(items[0]->Name(),
+                  ::testing::HasSubstr(row.root == kUser ? L"HKEY_CURRENT_USER" : L"HKEY_LOCAL_MACHINE"));
     }
 
     // What it can do, done: the entry goes to the side key, back, and away.
-    if (items.empty()) continue;
     location.DisableItem(items[0]);
     EXPECT_FALSE(items[0]->IsEnabled());
     EXPECT_THAT(items[0]->Name(), ::testing::HasSubstr(side));

@@ -1,5 +1,6 @@
 #include "core/make_location.h"
 #include "tests/locations/registry/handler_fixture.h"
+#include "tests/support/waiting.h"
 
 #include <gmock/gmock.h>
 
@@ -19,41 +20,33 @@ INSTANTIATE_TEST_SUITE_P(Checkpoints, HandlerChange, ::testing::Bool());
 
 TEST_F(HandlerTest, HandlersAreListedByNameAndByIdentifierUnderBothRoots) {
   const HKEY kMachine = HKEY_LOCAL_MACHINE;
-  const REGSAM view = OwnView();
-  SetHandler(kMachine, kMenusKey + L"\\Foo", kClass, view);
-  SetHandler(kMachine, kMenusKey + L"\\" + kClass, L"Described", view);
-  SetHandler(kMachine, kMenusKey + L"\\" + kOther, L"", view);
-  SetHandler(kMachine, kMenusKey + L"\\Unserved", kUnserved, view);
-  SetHandler(kMachine, kMenusKey + L"\\Program", L"txtfile", view);
-  SetHandler(kMachine, kMenusKey + L"\\Open", kClass.substr(0, kClass.size() - 1), view);
-  SetHandler(kMachine, kMenusKey + L"\\" + kOther.substr(0, kOther.size() - 1), kOther, view);
-  SetHandler(kMachine, kMenusKey + kAutorunsSide, kClass, view);
-  SetHandler(kMachine, kMenusKey + kAutorunsSide + L"\\Off", kOther, view);
-  SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Foo", kClass, view);
-
-  const ItemRef byName = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\Foo", kClass);
-  ASSERT_NE(byName, nullptr);
-  EXPECT_EQ(byName->GivenText(), L"Foo");
-  EXPECT_EQ(Command(byName), kServer);
-  EXPECT_NE(FindItem(Menus().LocationType(),
-                     BuildFullValuePath(view, HKEY_CURRENT_USER, kMenusKey + L"\\Foo", kClass)),
-            nullptr);
-  const ItemRef byClass = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kClass, L"Described");
-  ASSERT_NE(byClass, nullptr);
-  EXPECT_EQ(byClass->GivenText(), L"Described");
-  const ItemRef empty = LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kOther, L"");
-  ASSERT_NE(empty, nullptr);
-  EXPECT_EQ(empty->GivenText(), L"");
-  EXPECT_FALSE(empty->State().details.Caption.empty()) << "people see the file's name instead";
-  EXPECT_TRUE(empty->Name().ends_with(L'\\'));
+  const auto open = [](const std::wstring& id) { return id.substr(0, id.size() - 1); };
   // An identifier without its closing brace is a name like any other.
-  EXPECT_NE(
-      LoadAndFind(Menus(), view, kMachine, kMenusKey + L"\\" + kOther.substr(0, kOther.size() - 1), kOther),
-      nullptr);
-  const ItemRef off = LoadAndFind(Menus(), view, kMachine, kMenusKey + kAutorunsSide + L"\\Off", kOther);
-  ASSERT_NE(off, nullptr);
-  EXPECT_FALSE(off->IsEnabled());
-  EXPECT_EQ(Listed(Menus()).size(), 6u) << "neither the side key nor what has no server";
+  const struct {
+    HKEY root;
+    std::wstring path, value, caption;
+  } rows[] = {
+      {kMachine, L"\\Foo", kClass, L"Foo"},
+      {HKEY_CURRENT_USER, L"\\Foo", kClass, L"Foo"},
+      {kMachine, L"\\" + kClass, L"Described", L"Described"},
+      {kMachine, L"\\" + kOther, L"", L""},
+      {kMachine, L"\\" + open(kOther), kOther, open(kOther)},
+      {kMachine, kAutorunsSide + L"\\Off", kOther, L"Off"},
+  };
+  for (const auto& row : rows) SetHandler(row.root, kMenusKey + row.path, row.value, OwnView());
+  SetHandler(kMachine, kMenusKey + L"\\Unserved", kUnserved, OwnView());
+  SetHandler(kMachine, kMenusKey + L"\\Program", L"txtfile", OwnView());
+  SetHandler(kMachine, kMenusKey + L"\\Open", open(kClass), OwnView());
+  SetHandler(kMachine, kMenusKey + kAutorunsSide, kClass, OwnView());
+  for (const auto& row : rows) {
+    const ItemRef item = LoadAndFind(Menus(), OwnView(), row.root, kMenusKey + row.path, row.value);
+    ASSERT_NE(item, nullptr) << row.path;
+    EXPECT_EQ(item->GivenText(), row.caption);
+    EXPECT_FALSE(item->State().details.Caption.empty()) << "people see the file's name instead";
+    EXPECT_EQ(item->IsEnabled(), row.caption != L"Off");
+    EXPECT_EQ(Command(item), row.value == kClass || row.path.ends_with(kClass) ? kServer : kOtherServer);
+  }
+  EXPECT_EQ(Listed(Menus()).size(), std::size(rows)) << "neither the side key nor what has no server";
 }
 
 TEST_F(HandlerTest, OddDefaultValuesCountAsEmptyOrAsTheTextTheyAre) {
@@ -221,12 +214,7 @@ TEST_F(HandlerTest, ProtectionAndChangesAreNoticed) {
   const std::unique_ptr<TLocationStartup> location = MakeLocation(Menus().Row());
   EXPECT_FALSE(location->IsChanged());
   SetHandler(HKEY_CURRENT_USER, kMenusKey + L"\\Bar", kOther, OwnView());
-  bool changed = false;
-  for (int tries = 0; tries < 100 && !changed; ++tries) {
-    changed = location->IsChanged();
-    Sleep(20);
-  }
-  EXPECT_TRUE(changed);
+  EXPECT_TRUE(WaitUntil([&] { return location->IsChanged(); }));
   location->ReadItems();
   EXPECT_EQ(Listed(Menus()).size(), 2u);
 }

@@ -1,5 +1,4 @@
 #include "infra/registry/uRegistryUtils.h"
-#include "infra/runtime/import_function.h"
 #include "tests/locations/registry/run_key_fixture.h"
 #include "tests/support/import_patch.h"
 
@@ -14,59 +13,47 @@ using ::testing::UnorderedElementsAre;
 
 // The keys of the others are tested with all locations.
 TEST_F(RunKeyTest, ARunKeyListsItsValuesAndThoseOfItsSideKeys) {
-  struct Row {
-    TTypeStartupLocation location;
-    HKEY root;
-    const wchar_t* path;
+  const std::pair<std::wstring, std::wstring> places[] = {
+      {L"on", kRunKey},
+      {L"own", kRunSide},
+      {L"old", kRunKey + L"\\Disabled (Quillmark Startup Manager)"},
+      {L"other", kRunKey + kAutorunsSide},
+      {L"dash", kRunKey + L"-"},
   };
-  const Row rows[] = {
-      {sulRegistryUserRun, HKEY_CURRENT_USER, L"Run"},
-      {sulRegistryRunServicesOnce, HKEY_LOCAL_MACHINE, L"RunServicesOnce"},
-  };
-  for (const Row& row : rows) {
-    const std::wstring path = L"Software\\Microsoft\\Windows\\CurrentVersion\\" + std::wstring(row.path);
-    SetValue(row.root, path, L"on", Sz(L"on.exe"), OwnView());
-    SetValue(row.root, path + L"\\Disabled (Startup Manager)", L"own", Sz(L"own.exe"), OwnView());
-    SetValue(row.root, path + L"\\Disabled (Quillmark Startup Manager)", L"old", Sz(L"old.exe"), OwnView());
-    SetValue(row.root, path + L"\\AutorunsDisabled", L"other", Sz(L"other.exe"), OwnView());
-    SetValue(row.root, path + L"-", L"dash", Sz(L"dash.exe"), OwnView());
-
-    TLocationStartup* const location = FindLocation(row.location);
-    ASSERT_NE(location, nullptr) << row.location;
-    location->ReadItems();
-    EXPECT_THAT(Captions(*location), ElementsAre(L"on", L"own", L"old", L"other", L"dash")) << row.location;
-    for (const wchar_t* caption : {L"on", L"own", L"old", L"other", L"dash"}) {
-      const ItemRef item = FindByCaption(*location, caption);
-      EXPECT_EQ(item->IsEnabled(), caption == std::wstring(L"on"));
-      EXPECT_EQ(Command(item), std::wstring(caption) + L".exe");
-      EXPECT_FALSE(item->IsProtected());
-    }
-    EXPECT_EQ(FindByCaption(*location, L"dash")->Name(),
-              BuildFullValuePath(OwnView(), row.root, path + L"-", L"dash"));
+  for (const auto& [name, key] : places) SetValue(HKEY_CURRENT_USER, key, name, Sz(name + L".exe"));
+  UserRun().ReadItems();
+  EXPECT_THAT(Captions(UserRun()), ElementsAre(L"on", L"own", L"old", L"other", L"dash"));
+  for (const auto& [name, key] : places) {
+    const ItemRef item = FindByCaption(UserRun(), name);
+    EXPECT_EQ(item->IsEnabled(), name == L"on");
+    EXPECT_EQ(Command(item), name + L".exe");
+    EXPECT_EQ(item->Name(), BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, key, name));
+    EXPECT_FALSE(item->IsProtected());
   }
 }
 
 TEST_F(RunKeyTest, OddValuesAreListedWithWhatTheyHave) {
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"", Sz(L"default.exe"));
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"expand", ExpandSz(L"%SystemRoot%\\x.exe"));
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"number", Dword(7));
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"big", Sz(std::wstring(512 * 1024, L'x')));
-  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(L"half \xD800"), Sz(L"h.exe"));
-  SetValue(HKEY_CURRENT_USER, kRunKey, std::wstring(16'383, L'n'), Sz(L"long.exe"));
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"C:\\a \"b\"\\c", Sz(L"\""));
-  UserRun().ReadItems();
-
-  const std::pair<std::wstring, std::wstring> expected[] = {
-      {L"", L"default.exe"},      {L"expand", L"%SystemRoot%\\x.exe"},
-      {L"number", L""},           {L"big", std::wstring(512 * 1024, L'x')},
-      {L"half \xD800", L"h.exe"}, {std::wstring(16'383, L'n'), L"long.exe"},
-      {L"C:\\a \"b\"\\c", L"\""},
+  const std::wstring big(512 * 1024, L'x');
+  const struct {
+    std::wstring name;
+    RawValue value;
+    std::wstring command;
+  } rows[] = {
+      {L"", Sz(L"default.exe"), L"default.exe"},
+      {L"expand", ExpandSz(L"%SystemRoot%\\x.exe"), L"%SystemRoot%\\x.exe"},
+      {L"number", Dword(7), L""},
+      {L"big", Sz(big), big},
+      {L"half \xD800", Sz(L"h.exe"), L"h.exe"},
+      {std::wstring(16'383, L'n'), Sz(L"long.exe"), L"long.exe"},
+      {L"C:\\a \"b\"\\c", Sz(L"\""), L"\""},
   };
-  EXPECT_EQ(Captions(UserRun()).size(), std::size(expected));
-  for (const auto& [caption, command] : expected) {
-    const ItemRef item = FindByCaption(UserRun(), caption);
-    ASSERT_NE(item, nullptr) << caption.size();
-    EXPECT_TRUE(Command(item) == command) << caption.size();
+  for (const auto& row : rows) SetValue(HKEY_CURRENT_USER, kRunKey, row.name, row.value);
+  UserRun().ReadItems();
+  EXPECT_EQ(Captions(UserRun()).size(), std::size(rows));
+  for (const auto& row : rows) {
+    const ItemRef item = FindByCaption(UserRun(), row.name);
+    ASSERT_NE(item, nullptr) << row.name.size();
+    EXPECT_TRUE(Command(item) == row.command) << row.name.size();
   }
 }
 
@@ -201,9 +188,8 @@ int armings = 0;
 // Changes the Run key once it is watched and a further key is about to be.
 LSTATUS WINAPI ChangeBetween(HKEY key, BOOL subtree, DWORD filter, HANDLE event, BOOL asynchronous) {
   if (armings++ == (HasTwoViews() ? 2 : 1)) SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"between.exe"));
-  const auto original = ImportFunction<decltype(&RegNotifyChangeKeyValue)>(GetModuleHandleW(L"advapi32.dll"),
-                                                                           "RegNotifyChangeKeyValue");
-  return original(key, subtree, filter, event, asynchronous);
+  return RealFunction<decltype(RegNotifyChangeKeyValue)>(L"advapi32.dll", "RegNotifyChangeKeyValue")(
+      key, subtree, filter, event, asynchronous);
 }
 
 TEST_F(RunKeyTest, AChangeWhileTheWatchIsArmedIsSeenAndThoseAfterIt) {

@@ -163,9 +163,8 @@ TEST_F(JournalFiles, OtherStreamsAreKeptAndMade) {
 }
 
 BOOL WINAPI ReportReparsePoint(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
-  // Not through the patched import.
-  static const auto real = ImportFunction<decltype(&GetFileInformationByHandle)>(
-      GetModuleHandleW(L"kernel32.dll"), "GetFileInformationByHandle");
+  static const auto real =
+      RealFunction<decltype(GetFileInformationByHandle)>(L"kernel32.dll", "GetFileInformationByHandle");
   const BOOL succeeded = real(file, information);
   if ((information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     information->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
