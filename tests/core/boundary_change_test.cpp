@@ -33,24 +33,6 @@ TEST_F(ChangeTest, ChangesShowInTheListAtOnce) {
   EXPECT_FALSE(TakeErrorInfo().has_value());
 }
 
-TEST_F(ChangeTest, AFailedChangeIsExplainedAndLogged) {
-  SetValue(HKEY_LOCAL_MACHINE, kRunKey, kName, Sz(L"C:\\first.exe"), OwnView());
-  Read();
-  const RawItem item = Find(kCommonRun, kName);
-  // Vanishes before the reader can see it.
-  ASSERT_EQ(items.Stop(), S_OK);
-  RemoveValue(HKEY_LOCAL_MACHINE, kRunKey, kName, OwnView());
-  const std::wstring name = item.Name();
-  const HRESULT result = item.Disable();
-  EXPECT_TRUE(FAILED(result));
-  EXPECT_TRUE(IsExplained(result, result));
-  Read();
-  ASSERT_EQ(items.Stop(), S_OK);
-  EXPECT_EQ(std::ranges::count(ReadUtf16Lines(LogFile()),
-                               L"Error disable item \"" + name + L"\" in location \"sulRegistryCommonRun\"."),
-            1);
-}
-
 // Waits for a message box of this process and closes it as its user would.
 class BoxCloser {
  public:

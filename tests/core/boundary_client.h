@@ -18,18 +18,6 @@
 namespace smh::test {
 
 inline constexpr wchar_t kManagerId[] = L"{E8C7F189-6EBA-407B-A55E-97C824EC0201}";
-inline constexpr GUID kManagerGuid = {
-    0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x01}};
-inline constexpr GUID kStringsGuid = {
-    0xE8C7F189, 0x6EBA, 0x407B, {0xA5, 0x5E, 0x97, 0xC8, 0x24, 0xEC, 0x02, 0x02}};
-inline constexpr GUID kCollectionGuid = {
-    0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x03}};
-inline constexpr GUID kItemGuid = {
-    0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
-inline constexpr GUID kFavoritesGuid = {
-    0x6F4C2018, 0x3E75, 0x411A, {0xB5, 0x0D, 0x7B, 0xB9, 0x61, 0xCC, 0x02, 0x04}};
-inline constexpr GUID kFavoriteGuid = {
-    0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x06}};
 
 // Ordinals of locations.
 inline constexpr std::int32_t kNoLocation = 0;
@@ -149,12 +137,22 @@ class RawItem : public RawEntry {
   HRESULT ShowLocation() const { return Call<HRESULT>(18); }
 };
 
-class RawCollection : public RawObject {
+// What both collections begin with.
+template <typename Entry>
+class RawList : public RawObject {
  public:
   std::int32_t GetCount() const { return Call<std::int32_t>(3); }
   HRESULT GetItem(std::int32_t index, void** item) const { return Call<HRESULT>(4, index, item); }
   void* GetSmallImageList() const { return Call<void*>(5); }
   void* GetLargeImageList() const { return Call<void*>(6); }
+
+  Entry Item(std::int32_t index) const {
+    return Given<Entry>([&](void** item) { return GetItem(index, item); });
+  }
+};
+
+class RawCollection : public RawList<RawItem> {
+ public:
   std::int32_t GetReadState() const { return Call<std::int32_t>(7); }
   std::uint32_t GetShowAllLocations() const { return Call<std::uint32_t>(8); }
   HRESULT SetShowAllLocations(std::uint32_t show) const { return Call<HRESULT>(9, show); }
@@ -165,10 +163,6 @@ class RawCollection : public RawObject {
   std::int32_t AddItem(std::int32_t location, const wchar_t* name, const wchar_t* command) const {
     return Call<std::int32_t>(14, location, name, command);
   }
-
-  RawItem Item(std::int32_t index) const {
-    return Given<RawItem>([&](void** item) { return GetItem(index, item); });
-  }
 };
 
 class RawFavorite : public RawEntry {
@@ -176,20 +170,12 @@ class RawFavorite : public RawEntry {
   std::int32_t GetKind() const { return Call<std::int32_t>(4); }
 };
 
-class RawFavorites : public RawObject {
+class RawFavorites : public RawList<RawFavorite> {
  public:
-  std::int32_t GetCount() const { return Call<std::int32_t>(3); }
-  HRESULT GetItem(std::int32_t index, void** item) const { return Call<HRESULT>(4, index, item); }
-  void* GetSmallImageList() const { return Call<void*>(5); }
-  void* GetLargeImageList() const { return Call<void*>(6); }
   HRESULT AddPath(const wchar_t* path) const { return Call<HRESULT>(7, path); }
   HRESULT Lock() const { return Call<HRESULT>(8); }
   HRESULT Unlock() const { return Call<HRESULT>(9); }
   std::int32_t GetReadState() const { return Call<std::int32_t>(10); }
-
-  RawFavorite Item(std::int32_t index) const {
-    return Given<RawFavorite>([&](void** item) { return GetItem(index, item); });
-  }
 };
 
 // Slots 3 to 14: a getter and a setter for each of the six texts.

@@ -104,33 +104,35 @@ TEST_F(FavoriteTest, IconsComeFromTheRegisteredPlaceOrTheShortcut) {
   const TemporaryFolder folder;
   const std::wstring link = folder.Write(L"with blanks.lnk", ShortcutBytes(sample.Path(), texts));
   SetEnvironmentVariableW(L"FavoriteTexts", texts.c_str());
-  const std::pair<std::wstring, std::wstring> rows[] = {
-      {sample.Path(), L""},
-      {sample.Path(), texts},
-      {sample.Path(), texts + L",1"},
-      {sample.Path(), L'"' + texts + L"\", 1"},
-      {sample.Path(), L"%FavoriteTexts%,99"},
-      {sample.Path(), std::wstring(kMissingFile) + L",0"},
-      {sample.Path(), sample.Path() + L",0"},
-      {L'"' + link + L'"', std::wstring(kMissingFile) + L",0"},
-      {kMissingFile, texts + L",0"},
+  const struct {
+    std::wstring command, icon;
+    int image;
+  } rows[] = {
+      {sample.Path(), L"", 0},
+      {sample.Path(), texts, 1},
+      {sample.Path(), texts + L",1", 2},
+      {sample.Path(), L'"' + texts + L"\", 1", 2},
+      {sample.Path(), L"%FavoriteTexts%,99", 1},
+      {sample.Path(), std::wstring(kMissingFile) + L",0", 0},
+      {sample.Path(), sample.Path() + L",0", 0},
+      {L'"' + link + L'"', std::wstring(kMissingFile) + L",0", 2},
+      {kMissingFile, texts + L",0", 1},
   };
-  constexpr int kImages[] = {0, 1, 2, 2, 1, 0, 0, 2, 1};
   for (int i = 0; i < 9; ++i) {
-    const std::wstring key = keys.Add(3, std::to_wstring(i), rows[i].first);
-    if (!rows[i].second.empty()) keys.Set(key + L"\\DefaultIcon", L"", rows[i].second);
+    const std::wstring key = keys.Add(3, std::to_wstring(i), rows[i].command);
+    if (!rows[i].icon.empty()) keys.Set(key + L"\\DefaultIcon", L"", rows[i].icon);
   }
   const RawFavorites favorites = ReadFavorites();
   ASSERT_EQ(favorites.GetCount(), 9);
-  for (int i = 0; i < 9; ++i) EXPECT_EQ(favorites.Item(i).GetImageIndex(), kImages[i]) << i;
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(favorites.Item(i).GetImageIndex(), rows[i].image) << i;
   const auto side = [](void* list) {
     int width = 0;
     int height = 0;
     ImageList_GetIconSize(static_cast<HIMAGELIST>(list), &width, &height);
     return width;
   };
-  EXPECT_EQ(side(favorites.GetSmallImageList()), 16);
-  EXPECT_EQ(side(favorites.GetLargeImageList()), 32);
+  for (void* list : {favorites.GetSmallImageList(), items.GetSmallImageList()}) EXPECT_EQ(side(list), 16);
+  for (void* list : {favorites.GetLargeImageList(), items.GetLargeImageList()}) EXPECT_EQ(side(list), 32);
   EXPECT_EQ(ImageList_GetImageCount(static_cast<HIMAGELIST>(favorites.GetLargeImageList())), 3);
   // The shortcut stands for its target.
   EXPECT_EQ(favorites.Item(7).PropertyText(18), L"Quillmark");

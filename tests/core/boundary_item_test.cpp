@@ -106,26 +106,26 @@ TEST_F(ItemTest, PropertiesTellTheEntryItsFileAndTheVersionRecord) {
   EXPECT_EQ(item.GetName(name.Put()), S_OK);
   EXPECT_TRUE(name.IsWellFormed());
   EXPECT_EQ(name.Text(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kRunKey + L"\\Sample");
-  const std::pair<std::int32_t, std::wstring> texts[] = {
-      {3, L"Sample"},
-      {4, command},
-      {5, L"Boundary sample program"},
-      {6, sample.Folder().Path()},
-      {8, L"Boundary Suite"},
-      {9, L"Made for the tests"},
-      {10, L"7.8.9.10"},
-      {11, L"bsample"},
-      {12, L"bsample-original.exe"},
-      {13, L"2.0 product"},
-      {14, L"7.8 file"},
-      {15, L"2.0 product"},
-      {16, L"private seven"},
-      {17, L"special eight"},
-      {18, L"Quillmark"},
-      {19, L"(c) the copyright holder"},
-      {20, L"the trade marks"},
-  };
-  for (const auto& [index, text] : texts) EXPECT_EQ(item.PropertyText(index), text) << index;
+  // From property 3 on; 7 is a number.
+  const std::wstring texts[] = {L"Sample",
+                                command,
+                                L"Boundary sample program",
+                                sample.Folder().Path(),
+                                L"",
+                                L"Boundary Suite",
+                                L"Made for the tests",
+                                L"7.8.9.10",
+                                L"bsample",
+                                L"bsample-original.exe",
+                                L"2.0 product",
+                                L"7.8 file",
+                                L"2.0 product",
+                                L"private seven",
+                                L"special eight",
+                                L"Quillmark",
+                                L"(c) the copyright holder",
+                                L"the trade marks"};
+  for (std::int32_t i = 0; i < 18; ++i) EXPECT_EQ(item.PropertyText(3 + i), texts[i]) << i;
   EXPECT_NE(item.PropertyText(25), L"");
 
   WIN32_FIND_DATAW facts;

@@ -19,10 +19,6 @@ constexpr int kGood = 0;
 constexpr int kBad = 1;
 constexpr wchar_t kMissingProgram[] = L"C:\\no such folder\\gone.exe";
 
-bool IsLoaded() {
-  return GetModuleHandleW(L"StartupManagerHelper.dll") != nullptr;
-}
-
 // Ends in the middle of reading, when so many items are listed, or, with "complete", while the reader waits
 // for changes.
 SMH_CHILD(ExitWhileReading) {
@@ -88,7 +84,7 @@ SMH_CHILD(StopThenFree) {
   // Freeing the library writes it anew.
   if (!DeleteFileW(LogFile().c_str())) return kBad;
   library.Free();
-  if (IsLoaded() || ThreadCount() > threads) return kBad;
+  if (GetModuleHandleW(L"StartupManagerHelper.dll") != nullptr || ThreadCount() > threads) return kBad;
   ExitProcess(kGood);
 }
 

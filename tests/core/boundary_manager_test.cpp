@@ -45,20 +45,26 @@ TEST_F(ManagerTest, EveryObjectAnswersIUnknownAndItsOwnIdentifier) {
   const RawFavorites favorites = manager.Favorites();
   favorites.AddPath(L"C:\\gone.exe");
   const RawFavorite favorite = favorites.Item(favorites.GetCount() - 1);
-  const std::pair<const RawObject*, const GUID*> objects[] = {
-      {&manager, &kManagerGuid}, {&strings, &kStringsGuid},     {&items, &kCollectionGuid},
-      {&item, &kItemGuid},       {&favorites, &kFavoritesGuid}, {&favorite, &kFavoriteGuid}};
-  for (const auto& [object, own] : objects) {
-    for (const GUID& id : {kManagerGuid, kStringsGuid, kCollectionGuid, kItemGuid, kFavoritesGuid,
-                           kFavoriteGuid, IID_IUnknown, IID_IDispatch}) {
-      const bool expected = IsEqualGUID(id, *own) || IsEqualGUID(id, IID_IUnknown);
+  const std::pair<const RawObject*, const wchar_t*> objects[] = {
+      {&manager, kManagerId},
+      {&strings, L"{E8C7F189-6EBA-407B-A55E-97C824EC0202}"},
+      {&items, L"{6F4C2018-3E75-411A-B50D-7BB961CC0203}"},
+      {&favorites, L"{6F4C2018-3E75-411A-B50D-7BB961CC0204}"},
+      {&item, L"{9AE83B93-CF58-474B-9D7A-DEBC2F000205}"},
+      {&favorite, L"{9AE83B93-CF58-474B-9D7A-DEBC2F000206}"}};
+  std::vector<GUID> ids = {IID_IUnknown, IID_IDispatch};
+  for (const auto& [object, id] : objects) ASSERT_EQ(IIDFromString(id, &ids.emplace_back()), S_OK);
+  for (std::size_t i = 0; i < std::size(objects); ++i) {
+    const RawObject& object = *objects[i].first;
+    SCOPED_TRACE(i);
+    for (const GUID& id : ids) {
+      const bool expected = &id == &ids[0] || &id == &ids[2 + i];
       void* out = this;
-      EXPECT_EQ(object->QueryInterface(&id, &out), expected ? S_OK : E_NOINTERFACE)
-          << id.Data1 << id.Data4[7];
-      EXPECT_EQ(out, expected ? object->Address() : nullptr);
-      if (out == object->Address()) object->Release();
+      EXPECT_EQ(object.QueryInterface(&id, &out), expected ? S_OK : E_NOINTERFACE);
+      EXPECT_EQ(out, expected ? object.Address() : nullptr);
+      if (out == object.Address()) object.Release();
     }
-    EXPECT_EQ(object->QueryInterface(own, nullptr), E_POINTER);
+    EXPECT_EQ(object.QueryInterface(&ids[2 + i], nullptr), E_POINTER);
   }
 }
 
@@ -91,18 +97,17 @@ TEST_F(ManagerTest, StringsAreSharedAndEachHasItsOwnPlace) {
 
 // The rules are FileUtils's; here what no host may get wrong or crash.
 TEST_F(ManagerTest, ResolvesCommandsToFiles) {
-  const SampleProgram sample;
-  const auto resolve = [&](const wchar_t* command) {
+  const std::wstring self = ThisProgram();
+  const std::pair<std::wstring, std::wstring> rows[] = {{L'"' + self + L"\" /x \"y z\"", self},
+                                                        {std::wstring(32'000, L'"'), L""}};
+  OutText none;
+  EXPECT_EQ(manager.ResolveCommandFile(nullptr, none.Put()), S_OK);
+  EXPECT_EQ(none.Get(), nullptr);
+  for (const auto& [command, expected] : rows) {
     OutText file;
-    EXPECT_EQ(manager.ResolveCommandFile(command, file.Put()), S_OK);
+    EXPECT_EQ(manager.ResolveCommandFile(command.c_str(), file.Put()), S_OK);
     EXPECT_TRUE(file.IsWellFormed());
-    return file.Text();
-  };
-  EXPECT_EQ(resolve((sample.Quoted() + L" /x \"y z\"").c_str()), sample.Path());
-  EXPECT_EQ(resolve(nullptr), L"");
-  for (const std::wstring& command : {std::wstring(L"\"\"\""), std::wstring(32'000, L'"'),
-                                      std::wstring(32'000, L'a'), std::wstring(L"\xD800\xDFFF.exe")}) {
-    EXPECT_EQ(resolve(command.c_str()).find(L'"'), std::wstring::npos);
+    EXPECT_EQ(file.Text(), expected);
   }
 }
 

@@ -51,31 +51,15 @@ TEST_F(LocationBaseTest, OperationsThatALocationLacksAreAssertions) {
   EXPECT_FALSE(fixed.GetCanModify());
 }
 
-// Getting, setting and sharing are tested through the boundary.
+// Getting, setting and the texts themselves are tested through the boundary, the kinds with their changes.
 TEST_F(LocationBaseTest, TheHostsTextsTitleTheCheckpoints) {
   const auto strings = MakeComObject<TStartupManagerStrings>();
-  using Setter = HRESULT (STDMETHODCALLTYPE IStartupManagerStrings::*)(const wchar_t*);
-  const struct {
-    ChangeKind kind;
-    Setter set;
-    const wchar_t* title;
-  } rows[] = {
-      {ChangeKind::kAdding, &IStartupManagerStrings::SetAddingText, L"Startup Manager: Adding x%s"},
-      {ChangeKind::kMoving, &IStartupManagerStrings::SetMovingText, L"Startup Manager: Moving x%s"},
-      {ChangeKind::kDeleting, &IStartupManagerStrings::SetDeletingText, L"Startup Manager: Deleting x%s"},
-      {ChangeKind::kEnabling, &IStartupManagerStrings::SetEnablingText, L"Startup Manager: Enabling x%s"},
-      {ChangeKind::kDisabling, &IStartupManagerStrings::SetDisablingText, L"Startup Manager: Disabling x%s"},
-      {ChangeKind::kChanging, &IStartupManagerStrings::SetChangingText, L"Startup Manager: Changing x%s"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(CheckpointTitle(row.kind, L"x%s"), row.title);
-    ASSERT_EQ((strings.Get()->*row.set)(L"Mine: %s!"), S_OK);
-    EXPECT_EQ(CheckpointTitle(row.kind, L"x%s"), L"Mine: x%s!");
-    ASSERT_EQ((strings.Get()->*row.set)(L"100 % sure"), S_OK);
-    EXPECT_EQ(CheckpointTitle(row.kind, L"x"), L"100 % sure") << "a text that is no format stands as it is";
-    const std::wstring original = row.title;
-    (strings.Get()->*row.set)(original.substr(0, original.size() - 3).append(L"%s").c_str());
-  }
+  const std::wstring original = CheckpointTitle(ChangeKind::kMoving, L"%s");
+  ASSERT_EQ(strings->SetMovingText(L"Mine: %s!"), S_OK);
+  EXPECT_EQ(CheckpointTitle(ChangeKind::kMoving, L"x%s"), L"Mine: x%s!");
+  ASSERT_EQ(strings->SetMovingText(L"100 % sure"), S_OK);
+  EXPECT_EQ(CheckpointTitle(ChangeKind::kMoving, L"x"), L"100 % sure") << "what is no format stands as it is";
+  strings->SetMovingText(original.c_str());
 }
 
 }  // namespace smh::test

@@ -112,15 +112,6 @@ TEST_F(LinkFileTest, DeniesWritesWhileOpenAndLetsGoAfterwards) {
   EXPECT_EQ(openErrorFor(GENERIC_WRITE, 0), DWORD{ERROR_SUCCESS});
 }
 
-TEST_F(LinkFileTest, LongestFileName) {
-  LinkBuilder link;
-  link.hotKey = 0x0655;
-  const std::wstring shortName = WriteLink(link);
-  const std::wstring path = L"\\\\?\\" + folder.File(std::wstring(251, L'n') + L".lnk");
-  ASSERT_TRUE(MoveFileW(shortName.c_str(), path.c_str())) << GetLastError();
-  EXPECT_EQ(TShellLinkInfo(path).HotKey(), 0x0655);
-}
-
 TEST_F(LinkFileTest, TheSameNameInAnotherCaseDoesNotReload) {
   LinkBuilder link;
   link.hotKey = 1;

@@ -7,11 +7,15 @@
 #include "core/contracts/com_object.h"
 #include "core/contracts/intf_FileRater.h"
 #include "core/contracts/intf_settings.h"
+#include "infra/siblings/uInterfacesRoutines.h"
+
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace smh::test {
@@ -19,6 +23,24 @@ namespace smh::test {
 // Makes `object` the answer of `library` ("guardkit.dll") for `id` (ISafeguard::kId); null removes it. Call
 // it before the service is fetched for the first time. Throws std::runtime_error.
 void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* object);
+
+// The siblings are started for one test, and what it installs goes with it.
+class SiblingTest : public testing::Test {
+ protected:
+  SiblingTest() { g_siblings.Start(); }
+  ~SiblingTest() override {
+    g_siblings.Stop();
+    for (const auto& [library, id] : installed_) InstallFakeSibling(library, id, nullptr);
+  }
+
+  void Install(const wchar_t* library, const wchar_t* id, IUnknown* object) {
+    InstallFakeSibling(library, id, object);
+    installed_.emplace_back(library, id);
+  }
+
+ private:
+  std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
+};
 
 // The checkpoint switch, and a record of who asked for it.
 class FakeSettings : public ComObject<ISettings> {

@@ -29,6 +29,11 @@ RawValue TextValue(DWORD type, std::wstring_view text) {
   return {type, UnitBytes(std::wstring(text) + L'\0')};
 }
 
+RawValue BytesValue(DWORD type, const void* data, std::size_t size) {
+  const auto* const bytes = static_cast<const std::byte*>(data);
+  return {type, Bytes(bytes, bytes + size)};
+}
+
 // Without names that hold zero characters, which no caller of the plain calls could use.
 std::vector<std::wstring> NamesOf(HKEY key, bool values) {
   std::vector<std::wstring> names;
@@ -44,28 +49,16 @@ std::vector<std::wstring> NamesOf(HKEY key, bool values) {
   return names;
 }
 
-void DeleteBelow(HKEY key, REGSAM view) {
-  for (const std::wstring& name : NamesOf(key, false)) {
-    DeleteKeyTree(key, name, view);
-  }
-}
-
 UNICODE_STRING CountedText(std::wstring_view text) {
   const auto bytes = static_cast<USHORT>(text.size() * sizeof(wchar_t));
   return {bytes, bytes, const_cast<wchar_t*>(text.data())};
 }
 
-template <typename Function>
-Function NativeFunction(const char* name) {
-  return ImportFunction<Function>(GetModuleHandleW(L"ntdll.dll"), name);
+template <typename... Arguments>
+NTSTATUS CallNative(const char* name, Arguments... arguments) {
+  using Function = NTSTATUS(NTAPI*)(Arguments...);
+  return ImportFunction<Function>(GetModuleHandleW(L"ntdll.dll"), name)(arguments...);
 }
-
-using NtSetValueKeyFunction = NTSTATUS(NTAPI*)(HANDLE, UNICODE_STRING*, ULONG, ULONG, const void*, ULONG);
-using NtDeleteKeyFunction = NTSTATUS(NTAPI*)(HANDLE);
-// Answers the length in bytes, then the path.
-constexpr ULONG kKeyNameInformation = 3;
-using NtQueryKeyFunction = NTSTATUS(NTAPI*)(HANDLE, ULONG, void*, ULONG, ULONG*);
-using NtDeleteValueKeyFunction = NTSTATUS(NTAPI*)(HANDLE, UNICODE_STRING*);
 
 void ApplyRights(HKEY key, const wchar_t* text) {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -80,9 +73,7 @@ void ApplyRights(HKEY key, const wchar_t* text) {
 }  // namespace
 
 Bytes UnitBytes(std::wstring_view units) {
-  Bytes bytes(units.size() * sizeof(wchar_t));
-  if (!bytes.empty()) std::memcpy(bytes.data(), units.data(), bytes.size());
-  return bytes;
+  return BytesValue(REG_NONE, units.data(), units.size() * sizeof(wchar_t)).bytes;
 }
 
 std::wstring TextOf(const std::optional<RawValue>& value) {
@@ -106,15 +97,11 @@ RawValue MultiSz(const std::vector<std::wstring>& texts) {
 }
 
 RawValue Dword(DWORD number) {
-  RawValue value{REG_DWORD, Bytes(sizeof(number))};
-  std::memcpy(value.bytes.data(), &number, sizeof(number));
-  return value;
+  return BytesValue(REG_DWORD, &number, sizeof(number));
 }
 
 RawValue Binary(std::string_view bytes) {
-  RawValue value{REG_BINARY, Bytes(bytes.size())};
-  if (!bytes.empty()) std::memcpy(value.bytes.data(), bytes.data(), bytes.size());
-  return value;
+  return BytesValue(REG_BINARY, bytes.data(), bytes.size());
 }
 
 ScopedKey MakeKey(HKEY root, const std::wstring& path, REGSAM view) {
@@ -136,17 +123,19 @@ void DeleteKeyTree(HKEY root, const std::wstring& path, REGSAM view) {
       RegOpenKeyExW(root, path.c_str(), REG_OPTION_OPEN_LINK, KEY_ALL_ACCESS | view, key.Put());
   if (status == ERROR_FILE_NOT_FOUND) return;
   Check(status, "a key to delete cannot be opened");
-  DeleteBelow(key.Get(), view);
+  for (const std::wstring& name : NamesOf(key.Get(), false)) DeleteKeyTree(key.Get(), name, view);
   // Those who watch the key are told by Windows that it goes, and by Wine only of a change before.
   RegSetValueExW(key.Get(), L"going", 0, REG_NONE, nullptr, 0);
-  Check(NativeFunction<NtDeleteKeyFunction>("NtDeleteKey")(key.Get()), "a key cannot be deleted");
+  Check(CallNative("NtDeleteKey", key.Get()), "a key cannot be deleted");
 }
 
 void MakeLink(HKEY root, const std::wstring& path, HKEY target, REGSAM view) {
   std::vector<std::byte> information(4096);
   ULONG size = 0;
-  Check(NativeFunction<NtQueryKeyFunction>("NtQueryKey")(target, kKeyNameInformation, information.data(),
-                                                         static_cast<ULONG>(information.size()), &size),
+  // The length in bytes, then the path.
+  constexpr ULONG kKeyNameInformation = 3;
+  Check(CallNative("NtQueryKey", target, kKeyNameInformation, information.data(),
+                   static_cast<ULONG>(information.size()), &size),
         "the path of a key is not told");
   ULONG bytes = 0;
   std::memcpy(&bytes, information.data(), sizeof(bytes));
@@ -197,15 +186,14 @@ void RemoveValue(HKEY root, const std::wstring& path, const std::wstring& name, 
 
 void SetCountedValue(HKEY key, std::wstring_view name, const RawValue& value) {
   UNICODE_STRING counted = CountedText(name);
-  const auto set = NativeFunction<NtSetValueKeyFunction>("NtSetValueKey");
-  Check(set(key, &counted, 0, value.type, value.bytes.data(), static_cast<ULONG>(value.bytes.size())),
+  Check(CallNative("NtSetValueKey", key, &counted, ULONG{0}, value.type, value.bytes.data(),
+                   static_cast<ULONG>(value.bytes.size())),
         "a counted value cannot be set");
 }
 
 void RemoveCountedValue(HKEY key, std::wstring_view name) {
   UNICODE_STRING counted = CountedText(name);
-  Check(NativeFunction<NtDeleteValueKeyFunction>("NtDeleteValueKey")(key, &counted),
-        "a counted value cannot be deleted");
+  Check(CallNative("NtDeleteValueKey", key, &counted), "a counted value cannot be deleted");
 }
 
 RegistryTree::RegistryTree(std::wstring path, HKEY root, REGSAM view)

@@ -22,8 +22,13 @@ void AtProcessExit() noexcept {
 }
 
 constexpr ModuleStep kSteps[] = {
-    {L"first", [] { g_calls += "+1 "; }, [](StopMode&) noexcept { g_calls += "-1 "; }},
-    {L"second", StartSecond, [](StopMode&) noexcept { g_calls += "-2 "; }},
+    {L"first", [] { g_calls += "+1 "; },
+     [](StopMode& mode) noexcept { g_calls += mode == StopMode::kUnload ? "-1 " : "broken -1 "; }},
+    {L"second", StartSecond,
+     [](StopMode& mode) noexcept {
+       g_calls += "-2 ";
+       mode = StopMode::kUnloadBroken;
+     }},
 };
 
 constexpr int kMark = 0;
@@ -45,7 +50,7 @@ TEST(ServiceEntryTest, StepsFollowTheModule) {
   EXPECT_TRUE(RunModuleEntry(DLL_PROCESS_DETACH, kProcessExit, kSteps, AtProcessExit));
   EXPECT_EQ(Calls(), "exit ");
   EXPECT_TRUE(RunModuleEntry(DLL_PROCESS_DETACH, kFreeLibrary, kSteps, AtProcessExit));
-  EXPECT_EQ(Calls(), "-2 -1 ");
+  EXPECT_EQ(Calls(), "-2 broken -1 ");
 }
 
 TEST(ServiceEntryTest, FailedStartRefusesTheModuleAndIsNotStoppedAgain) {

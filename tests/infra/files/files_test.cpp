@@ -11,7 +11,6 @@
 #include "tests/support/import_patch.h"
 
 #include <gtest/gtest.h>
-#include <shlobj.h>
 
 #include <filesystem>
 #include <string>
@@ -208,30 +207,19 @@ TEST_F(FilesTest, AFileThatGetsShorterMeanwhile) {
   EXPECT_EQ(ReadOpenFile(file.Get(), 100).size(), 5u);
 }
 
-TEST_F(FilesTest, FoldersBeforeTheLastBackslashAreMade) {
-  std::wstring path = folder_.File(L"a\\b c\\file");
-  const std::wstring before = path;
-  for (int round = 0; round < 2; ++round) {
-    MakeFolders(path);
-    EXPECT_EQ(path, before);
-    EXPECT_TRUE(IsFolder(folder_.File(L"a\\b c")));
-    EXPECT_FALSE(Exists(path));
-  }
-  path = folder_.File(L"a\\d\\");
-  MakeFolders(path);
-  EXPECT_TRUE(IsFolder(path));
-  path = file_ + L"\\in\\the way";
-  MakeFolders(path);
-  EXPECT_TRUE(IsFile(file_));
-}
-
-TEST_F(FilesTest, AFolderIsMadeWithAllThatIsMissingAboveIt) {
+TEST_F(FilesTest, FoldersAreMadeWithAllThatIsMissingAboveThem) {
   for (const wchar_t* const name : {L"a\\b\\c\\", L"a\\b\\c", L"a\\b\\c\\d", L"e\\"}) {
     MakeFolderPath(folder_.File(name));
     EXPECT_TRUE(IsFolder(folder_.File(name))) << std::wstring(name);
   }
   EXPECT_EQ(ErrorOf([&] { MakeFolderPath(file_ + L"\\below\\"); }), DWORD{ERROR_PATH_NOT_FOUND});
-  MakeFolderPath(file_);
+  // Those before the last backslash, whatever stands there already.
+  std::wstring path = folder_.File(L"f\\g h\\file");
+  for (int round = 0; round < 2; ++round) MakeFolders(path);
+  EXPECT_TRUE(IsFolder(folder_.File(L"f\\g h")));
+  EXPECT_FALSE(Exists(path));
+  path = file_ + L"\\in\\the way";
+  MakeFolders(path);
   EXPECT_TRUE(IsFile(file_));
 }
 
@@ -264,19 +252,8 @@ TEST_F(FilesTest, WhoMakesWhichFolder) {
   EXPECT_FALSE(Exists(folder_.File(L"x")));
 }
 
-TEST(PathsTest, FullPaths) {
-  const std::wstring current = FullPathOf(L".").value();
-  const struct {
-    const wchar_t* text;
-    std::wstring expected;
-  } rows[] = {
-      {L"C:\\a\\.\\b\\..\\c", L"C:\\a\\c"},
-      {L"C:/a/b/", L"C:\\a\\b\\"},
-      {L"C:\\a\\name. .", L"C:\\a\\name"},
-      {L"\\\\server\\share\\a\\..\\..\\..\\b", L"\\\\server\\share\\b"},
-      {L"bare.exe", WithTrailingBackslash(current) + L"bare.exe"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(FullPathOf(row.text), row.expected) << std::wstring(row.text);
+// What a full path is made of is tested with basekit.
+TEST(PathsTest, NothingHasNoFullPath) {
   SetLastError(ERROR_SUCCESS);
   EXPECT_EQ(FullPathOf(L""), std::nullopt);
   EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_NAME});
@@ -294,14 +271,6 @@ TEST(PathsTest, TextsThatGrowBetweenTwoCalls) {
   EXPECT_EQ(GrowingText(copy), std::wstring(MAX_PATH, L'a').append(40, L'b'));
   text = L"short";
   EXPECT_EQ(GrowingText(copy), L"short");
-}
-
-TEST(PathsTest, FoldersOfTheShell) {
-  wchar_t windows[MAX_PATH];
-  GetWindowsDirectoryW(windows, MAX_PATH);
-  EXPECT_TRUE(SameText(ShellFolder(CSIDL_WINDOWS), windows));
-  EXPECT_EQ(ShellFolder(0x7F), L"");
-  EXPECT_EQ(TempShortcutsIn(L"C:\\data\\"), L"C:\\data\\TempShortcuts\\");
 }
 
 }  // namespace

@@ -58,17 +58,6 @@ TEST(FullValuePathTest, WhatThePathDoesNotTellStays) {
   EXPECT_EQ(value, L"no separator");
 }
 
-TEST(TRegistryExTest, ReadsTextLists) {
-  const RegistryTree tree(kTree);
-  tree.Set(L"", L"list", test::MultiSz({L"one", L"two"}));
-  tree.Set(L"", L"text", test::Sz(L"x"));
-  TRegistryEx registry(KEY_READ);
-  ASSERT_TRUE(registry.OpenKey(kTree, false));
-  EXPECT_EQ(registry.ReadMultiSz(L"list", L", "), L"one, two, ");
-  EXPECT_EQ(registry.ReadMultiSz(L"missing", L";"), L"");
-  EXPECT_THROW(registry.ReadMultiSz(L"text", L";"), ERegistryException);
-}
-
 class TwoViewLookupTest : public testing::Test {
  protected:
   TwoViewLookupTest() : registry_(KEY_READ) {

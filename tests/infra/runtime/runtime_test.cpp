@@ -1,8 +1,7 @@
-// Formatting, text, exceptions, boundary strings, locks and start-up tables.
+// Formatting, text, exceptions, boundary strings and locks.
 #include "core/contracts/boundary_string.h"
 #include "infra/runtime/assertion.h"
 #include "infra/runtime/critical_section.h"
-#include "infra/runtime/module_steps.h"
 #include "infra/runtime/text.h"
 
 #include <gtest/gtest.h>
@@ -123,38 +122,6 @@ TEST(CriticalSectionTest, KnowsItsHolder) {
   EXPECT_FALSE(entered);
   section.Leave();
   EXPECT_FALSE(section.IsHeldByCaller());
-}
-
-std::wstring g_steps;
-
-template <wchar_t name>
-void Start() {
-  g_steps += name;
-}
-template <wchar_t name>
-void Stop(StopMode& mode) noexcept {
-  g_steps += static_cast<wchar_t>(mode == StopMode::kUnload ? name - L'a' + L'A' : L'!');
-}
-void Throw() {
-  throw Exception(L"no start");
-}
-void Worsen(StopMode& mode) noexcept {
-  mode = StopMode::kUnloadBroken;
-}
-
-TEST(ModuleStepsTest, StopsBackwards) {
-  const ModuleStep good[] = {
-      {L"a", Start<L'a'>, Stop<L'a'>}, {L"b", Start<L'b'>, Worsen}, {L"c", Start<L'c'>, Stop<L'c'>}};
-  g_steps.clear();
-  StartModule(good);
-  StopModule(good);
-  EXPECT_EQ(g_steps, L"abcC!");
-
-  const ModuleStep bad[] = {
-      {L"a", Start<L'a'>, Stop<L'a'>}, {L"b", Throw, Stop<L'b'>}, {L"c", Start<L'c'>, Stop<L'c'>}};
-  g_steps.clear();
-  EXPECT_THROW(StartModule(bad), Exception);
-  EXPECT_EQ(g_steps, L"aA");
 }
 
 }  // namespace

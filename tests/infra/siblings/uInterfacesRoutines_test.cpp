@@ -47,23 +47,7 @@ ULONG References(IUnknown& object) {
   return object.Release();
 }
 
-// The siblings are started for one test, and what it installs goes with it.
-class SiblingTest : public testing::Test {
- protected:
-  SiblingTest() { g_siblings.Start(); }
-  ~SiblingTest() override {
-    g_siblings.Stop();
-    for (const auto& [library, id] : installed_) test::InstallFakeSibling(library, id, nullptr);
-  }
-
-  void Install(const wchar_t* library, const wchar_t* id, IUnknown* object) {
-    test::InstallFakeSibling(library, id, object);
-    installed_.emplace_back(library, id);
-  }
-
- private:
-  std::vector<std::pair<const wchar_t*, const wchar_t*>> installed_;
-};
+using test::SiblingTest;
 
 TEST_F(SiblingTest, LibraryNameInAnyCaseIsOneEntryAndAFailedLoadNone) {
   TLibraryList list;
@@ -90,33 +74,21 @@ TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
   EXPECT_EQ(GetLibraryInterface(noExport, L"version.dll", L"{nobody}", 0), nullptr);
 }
 
-// As published, not taken from the code under test.
-const struct {
+struct Service {
   const wchar_t* library;
   const wchar_t* id;
   IUnknown* (*get)();
-} kServices[] = {
-    {L"basekit.dll", L"{5C9ABD04-59E8-4686-8E32-FF648BB7FDD5}",
-     []() -> IUnknown* { return &Sibling<IHelper>(); }},
-    {L"basekit.dll", L"{E3B78765-F359-4D65-86A3-5FE2CA92922E}",
-     []() -> IUnknown* { return &Sibling<IGlobals>(); }},
-    {L"basekit.dll", L"{6773075A-4E7A-4292-A6B9-12F24F316C36}",
-     []() -> IUnknown* { return &Sibling<IShellHelper>(); }},
-    {L"basekit.dll", L"{77E19BE1-1240-496E-9650-2D951D7396DF}",
-     []() -> IUnknown* { return &Sibling<IShellDialogsHelper>(); }},
-    {L"raterkit.dll", L"{A90B8362-CEEF-4902-A639-A0125EDD0201}",
-     []() -> IUnknown* { return &Sibling<IFileRater>(); }},
-    {L"guardkit.dll", L"{5C2990D5-37CD-4FE8-8EC4-A23723A7D4F1}",
-     []() -> IUnknown* { return &Sibling<ISafeguard>(); }},
-    {L"prefkit.dll", L"{EFD8173C-C76D-4A9A-87BF-359D2ED08AFD}",
-     []() -> IUnknown* { return &Sibling<ISettings>(); }},
-    {L"tracekit.dll", L"{F7CF8DA8-ADCC-4d0b-BB10-66552FC851A9}",
-     []() -> IUnknown* { return &Sibling<IDebugLog>(); }},
 };
+template <typename Interface>
+constexpr Service kService = {Interface::kLibrary, Interface::kId,
+                              []() -> IUnknown* { return &Sibling<Interface>(); }};
 
+// That these are the published identifiers is tested with the libraries.
 TEST_F(SiblingTest, EachServiceIsKeptWithOneReferenceUntilTheStop) {
   std::vector<ComPtr<FakeService>> services;
-  for (const auto& row : kServices) {
+  for (const Service& row :
+       {kService<IHelper>, kService<IGlobals>, kService<IShellHelper>, kService<IShellDialogsHelper>,
+        kService<IFileRater>, kService<ISafeguard>, kService<ISettings>, kService<IDebugLog>}) {
     SCOPED_TRACE(row.id);
     const ComPtr<FakeService>& service = services.emplace_back(MakeComObject<FakeService>());
     Install(row.library, row.id, service.Get());
@@ -125,7 +97,7 @@ TEST_F(SiblingTest, EachServiceIsKeptWithOneReferenceUntilTheStop) {
     EXPECT_EQ(row.get(), service.Get());
     EXPECT_EQ(References(*service), 2u);
     // Only the dialogs have something to initialise.
-    EXPECT_EQ(service->initialised, row.get == kServices[3].get);
+    EXPECT_EQ(service->initialised, row.id == IShellDialogsHelper::kId);
   }
   g_siblings.Stop();
   for (const auto& service : services) EXPECT_EQ(References(*service), 1u);

@@ -50,16 +50,6 @@ TEST_F(WinVersionInfoTest, ArchitectureFollowsTheSystem) {
             test::HasTwoViews() ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
 }
 
-TEST_F(WinVersionInfoTest, DllVersion) {
-  DWORD major = 99;
-  DWORD minor = 99;
-  EXPECT_FALSE(WinVersionInfo::DllVersion(L"no such library.dll", major, minor));
-  EXPECT_FALSE(WinVersionInfo::DllVersion(L"kernel32.dll", major, minor));
-  EXPECT_EQ(major, 99u);
-  ASSERT_TRUE(WinVersionInfo::DllVersion(L"comctl32.dll", major, minor));
-  EXPECT_TRUE(major >= 5 && major < 99);
-}
-
 BOOL WINAPI FailingProductInfo(DWORD, DWORD, DWORD, DWORD, DWORD*) {
   SetLastError(ERROR_INVALID_PARAMETER);
   return FALSE;
