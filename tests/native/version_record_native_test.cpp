@@ -48,18 +48,6 @@ TEST(VersionCorpusTest, EveryRecordGivesWhatItsNameSays) {
   EXPECT_EQ(met.size(), 4u) << "files of every outcome";
 }
 
-// Two records that a resource compiler wrote.
-TEST(VersionRecordNativeTest, CompiledRecordsAreReadWhole) {
-  const VersionRecord languages(SampleOf("whole-compiled-languages.bin"));
-  EXPECT_EQ(languages.FileVersionNumber(), L"3.14.159.26535");
-  EXPECT_EQ(languages.String(L"filedescription"), L"Deutsches Beispiel");
-  EXPECT_EQ(languages.String(L"Rest"), L"only here");
-  EXPECT_EQ(languages.String(L"Missing"), L"");
-  const VersionRecord program(SampleOf("whole-compiled-program.bin"));
-  EXPECT_EQ(program.FileVersionNumber(), L"4.2.0.118");
-  EXPECT_EQ(program.String(L"CompanyName"), L"Northlight Audio Ltd.");
-}
-
 TEST(VersionRecordNativeTest, AnyCutOrChangedRecordIsReadWithinItsBounds) {
   const ByteVector whole = SampleOf("whole-compiled-languages.bin");
   const std::wstring text = L"Sample Works Ltd.";

@@ -19,29 +19,26 @@ class SafeguardTest : public testing::Test {
  protected:
   SafeguardTest() { EXPECT_EQ((CallSlot<HRESULT>(safeguard_, 1, access_.Put())), S_OK); }
 
-  LSTATUS Create(HKEY parent, const std::wstring& key, HKEY* out, DWORD* disposition = nullptr) {
-    return CallSlot<LSTATUS>(Access(), 1, parent, key.c_str(), disposition, out, DWORD{0},
-                             REGSAM{KEY_ALL_ACCESS}, DWORD{0}, DWORD{0}, DWORD{0});
+  // Slots of the registry access, and of the service itself, by position.
+  template <typename... Arguments>
+  LSTATUS Reg(std::size_t slot, Arguments... arguments) {
+    return CallSlot<LSTATUS>(static_cast<IUnknown*>(access_.Get()), slot, arguments...);
   }
-  LSTATUS Open(HKEY parent, const std::wstring& key, HKEY* out, REGSAM access = KEY_ALL_ACCESS) {
-    return CallSlot<LSTATUS>(Access(), 2, parent, key.c_str(), out, access, DWORD{0});
+  template <typename... Arguments>
+  LSTATUS Own(std::size_t slot, Arguments... arguments) {
+    return CallSlot<LSTATUS>(safeguard_, slot, arguments...);
   }
-  LSTATUS Delete(HKEY parent, const wchar_t* key, REGSAM view = 0) {
-    return CallSlot<LSTATUS>(Access(), 4, parent, key, view, DWORD{0});
+  LSTATUS Create(const std::wstring& key, HKEY* out, DWORD* disposition) {
+    return Reg(1, HKEY_CURRENT_USER, key.c_str(), disposition, out, DWORD{0}, REGSAM{KEY_ALL_ACCESS},
+               DWORD{0}, DWORD{0}, DWORD{0});
+  }
+  LSTATUS Open(const std::wstring& key, HKEY* out, REGSAM access) {
+    return Reg(2, HKEY_CURRENT_USER, key.c_str(), out, access, DWORD{0});
   }
   LSTATUS Set(HKEY key, const wchar_t* name, const test::RawValue& value) {
-    return CallSlot<LSTATUS>(Access(), 5, key, name, static_cast<DWORD>(value.bytes.size()),
-                             static_cast<const void*>(value.bytes.data()), value.type, DWORD{0});
+    return Reg(5, key, name, static_cast<DWORD>(value.bytes.size()),
+               static_cast<const void*>(value.bytes.data()), value.type, DWORD{0});
   }
-  LSTATUS DeleteValue(HKEY key, const wchar_t* name) { return CallSlot<LSTATUS>(Access(), 6, key, name); }
-  LSTATUS Close(HKEY key) { return CallSlot<LSTATUS>(Access(), 12, key); }
-  LSTATUS MoveRecorded(const std::wstring& from, const std::wstring& to) {
-    return CallSlot<LSTATUS>(safeguard_, 4, from.c_str(), to.c_str());
-  }
-  LSTATUS CopyRecorded(const std::wstring& from, const std::wstring& to, BOOL overwrite) {
-    return CallSlot<LSTATUS>(safeguard_, 6, from.c_str(), to.c_str(), overwrite);
-  }
-  IUnknown* Access() { return access_.Get(); }
 
   const test::RegistryTree tree_{kTree};
   test::SiblingLibrary guardkit_{L"guardkit.dll"};
@@ -49,48 +46,43 @@ class SafeguardTest : public testing::Test {
   ComPtr<IRegAccess> access_;
 };
 
-TEST_F(SafeguardTest, KeysAndValuesAreChangedForReal) {
+TEST_F(SafeguardTest, KeysAndValuesAreChangedForRealAndFailuresAnswerTheSystemsStatus) {
   HKEY key = nullptr;
   DWORD disposition = 0;
-  ASSERT_EQ(Create(HKEY_CURRENT_USER, tree_.PathOf(L"a\\b"), &key, &disposition), ERROR_SUCCESS);
+  ASSERT_EQ(Create(tree_.PathOf(L"a\\b"), &key, &disposition), ERROR_SUCCESS);
   EXPECT_EQ(disposition, DWORD{REG_CREATED_NEW_KEY});
   const test::RawValue text = test::ExpandSz(L"%windir%\\a.exe");
   EXPECT_EQ(Set(key, L"name", text), ERROR_SUCCESS);
   EXPECT_EQ(tree_.Get(L"a\\b", L"name"), text);
   EXPECT_EQ(Set(key, nullptr, test::Binary("")), ERROR_SUCCESS);
   EXPECT_EQ(tree_.Get(L"a\\b", L""), test::Binary(""));
-  EXPECT_EQ(DeleteValue(key, L"name"), ERROR_SUCCESS);
-  EXPECT_EQ(DeleteValue(key, L"name"), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(Close(key), ERROR_SUCCESS);
+  EXPECT_EQ(Reg(6, key, L"name"), ERROR_SUCCESS);
+  EXPECT_EQ(Reg(6, key, L"name"), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Reg(12, key), ERROR_SUCCESS);
 
-  ASSERT_EQ(Create(HKEY_CURRENT_USER, tree_.PathOf(L"a"), &key, &disposition), ERROR_SUCCESS);
-  EXPECT_EQ(disposition, DWORD{REG_OPENED_EXISTING_KEY});
-  EXPECT_EQ(Delete(key, L"b"), ERROR_SUCCESS);
-  EXPECT_FALSE(tree_.Has(L"a\\b"));
-  Close(key);
-}
-
-TEST_F(SafeguardTest, FailuresAnswerTheSystemsStatus) {
-  HKEY key = reinterpret_cast<HKEY>(1);
-  EXPECT_EQ(Open(HKEY_CURRENT_USER, tree_.PathOf(L"missing"), &key), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Reg(4, HKEY_CURRENT_USER, tree_.PathOf(L"a").c_str(), REGSAM{0}, DWORD{0}), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(Open(tree_.PathOf(L"missing"), &key, KEY_ALL_ACCESS), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(key, nullptr);
-  tree_.Key(L"a\\b");
-  EXPECT_EQ(Delete(HKEY_CURRENT_USER, tree_.PathOf(L"a").c_str()), ERROR_ACCESS_DENIED);
-  EXPECT_TRUE(tree_.Has(L"a\\b"));
-  ASSERT_EQ(Open(HKEY_CURRENT_USER, tree_.PathOf(L"a"), &key, KEY_READ), ERROR_SUCCESS);
-  EXPECT_EQ(Set(key, L"x", test::Sz(L"")), ERROR_ACCESS_DENIED);
-  Close(key);
+  ASSERT_EQ(Open(tree_.PathOf(L"a"), &key, KEY_READ), ERROR_SUCCESS);
+  EXPECT_EQ(Set(key, L"x", text), ERROR_ACCESS_DENIED);
+  Reg(12, key);
+  ASSERT_EQ(Create(tree_.PathOf(L"a"), &key, &disposition), ERROR_SUCCESS);
+  EXPECT_EQ(disposition, DWORD{REG_OPENED_EXISTING_KEY});
+  EXPECT_EQ(Reg(4, key, L"b", REGSAM{0}, DWORD{0}), ERROR_SUCCESS);
+  EXPECT_FALSE(tree_.Has(L"a\\b"));
+  Reg(12, key);
 }
 
 TEST_F(SafeguardTest, NullArgumentsAreRefusedAndNothingIsDeleted) {
-  EXPECT_EQ(Open(HKEY_CURRENT_USER, L"Software", nullptr), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(Create(HKEY_CURRENT_USER, L"Software", nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(Open(L"Software", nullptr, KEY_READ), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(Create(L"Software", nullptr, nullptr), ERROR_INVALID_PARAMETER);
   const ScopedKey key = tree_.Key();
-  EXPECT_EQ(Delete(key.Get(), nullptr), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(Delete(key.Get(), L""), ERROR_INVALID_PARAMETER);
+  for (const wchar_t* none : {static_cast<const wchar_t*>(nullptr), L""}) {
+    EXPECT_EQ(access_->DeleteKey(key.Get(), none, 0, 0), ERROR_INVALID_PARAMETER);
+  }
   EXPECT_TRUE(tree_.Has({}));
   EXPECT_EQ(access_->SetValue(key.Get(), L"x", 4, nullptr, REG_DWORD, 0), ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(Close(nullptr), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(access_->CloseKey(nullptr), ERROR_INVALID_HANDLE);
   EXPECT_EQ(safeguard_->GetRegAccess(nullptr), E_POINTER);
   EXPECT_EQ(safeguard_->BeginCheckpoint(nullptr), ERROR_SUCCESS);
   EXPECT_EQ(safeguard_->EndCheckpoint(), ERROR_SUCCESS);
@@ -99,39 +91,28 @@ TEST_F(SafeguardTest, NullArgumentsAreRefusedAndNothingIsDeleted) {
   EXPECT_EQ(safeguard_->CopyRecordedFile(L"C:\\x", nullptr, TRUE), ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(SafeguardTest, DeletingKeepsToItsView) {
-  const REGSAM native = test::HasTwoViews() ? KEY_WOW64_64KEY : 0;
-  const test::RegistryTree plain(kTree, HKEY_LOCAL_MACHINE);
-  const test::RegistryTree other(kTree, HKEY_LOCAL_MACHINE, native);
-  plain.Key(L"k");
-  other.Key(L"k");
-  EXPECT_EQ(Delete(HKEY_LOCAL_MACHINE, other.PathOf(L"k").c_str(), native), ERROR_SUCCESS);
-  EXPECT_FALSE(other.Has(L"k"));
-  EXPECT_EQ(plain.Has(L"k"), test::HasTwoViews());
-}
-
 TEST_F(SafeguardTest, FilesAreMovedCopiedAndDeletedButNeverReplaced) {
   const test::TemporaryFolder folder;
   const std::wstring a = folder.Write(L"a", "first");
   const std::wstring b = folder.Write(L"b", "second");
   const std::wstring c = folder.File(L"c");
-  EXPECT_EQ(MoveRecorded(a, b), ERROR_ALREADY_EXISTS);
+  EXPECT_EQ(Own(4, a.c_str(), b.c_str()), ERROR_ALREADY_EXISTS);
   EXPECT_EQ(test::ReadFileBytes(b), "second");
-  EXPECT_EQ(MoveRecorded(a, c), ERROR_SUCCESS);
-  EXPECT_EQ(MoveRecorded(a, folder.File(L"d")), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Own(4, a.c_str(), c.c_str()), ERROR_SUCCESS);
+  EXPECT_EQ(Own(4, a.c_str(), folder.File(L"d").c_str()), ERROR_FILE_NOT_FOUND);
   // Only the low byte of a boolean counts.
-  EXPECT_EQ(CopyRecorded(c, b, 0x7F00), ERROR_FILE_EXISTS);
+  EXPECT_EQ(Own(6, c.c_str(), b.c_str(), BOOL{0x7F00}), ERROR_FILE_EXISTS);
   EXPECT_EQ(test::ReadFileBytes(b), "second");
-  EXPECT_EQ(CopyRecorded(c, b, 1), ERROR_SUCCESS);
+  EXPECT_EQ(Own(6, c.c_str(), b.c_str(), TRUE), ERROR_SUCCESS);
   EXPECT_EQ(test::ReadFileBytes(b), "first");
   EXPECT_EQ(test::ReadFileBytes(c), "first");
-  EXPECT_EQ((CallSlot<LSTATUS>(safeguard_, 5, b.c_str())), ERROR_SUCCESS);
-  EXPECT_EQ((CallSlot<LSTATUS>(safeguard_, 5, b.c_str())), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Own(5, b.c_str()), ERROR_SUCCESS);
+  EXPECT_EQ(Own(5, b.c_str()), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(SafeguardTest, CheckpointsNestWithinTheirThread) {
-  const auto begin = [&] { return CallSlot<LSTATUS>(safeguard_, 2, L"title"); };
-  const auto end = [&] { return CallSlot<LSTATUS>(safeguard_, 3); };
+  const auto begin = [&] { return Own(2, L"title"); };
+  const auto end = [&] { return Own(3); };
   EXPECT_EQ(end(), ERROR_INVALID_FUNCTION);
   for (int i = 0; i < 2; ++i) EXPECT_EQ(begin(), ERROR_SUCCESS);
   std::jthread([&] { EXPECT_EQ(end(), ERROR_INVALID_FUNCTION); }).join();
