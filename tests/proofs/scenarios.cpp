@@ -36,99 +36,89 @@ const Operation kMoveTo{
     L"Error move item \"", Entry::kAny,
     [](TLocationStartup& location, const ItemRef& item) { location.MoveItem(item, kTarget); }};
 
-void RunInBothViews(ProofWorld& world) {
-  world.Put(kMachine, kRunKey, L"Foo", OddCommand());
-}
-void RunInOwnView(ProofWorld& world) {
+constexpr auto RunInBothViews = [](ProofWorld& world) { world.Put(kMachine, kRunKey, L"Foo", OddCommand()); };
+constexpr auto RunInOwnView = [](ProofWorld& world) {
   world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kOwn);
-}
-void RunInPlainView(ProofWorld& world) {
+};
+constexpr auto RunInPlainView = [](ProofWorld& world) {
   world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kPlain);
-}
-void RunOfUser(ProofWorld& world) {
-  world.Put(kUser, kRunKey, L"Foo", OddCommand());
-}
+};
+constexpr auto RunOfUser = [](ProofWorld& world) { world.Put(kUser, kRunKey, L"Foo", OddCommand()); };
 // The name is taken where the entry goes, in one view.
-void RunNameTaken(ProofWorld& world) {
+constexpr auto RunNameTaken = [](ProofWorld& world) {
   RunInBothViews(world);
   world.Put(kMachine, kRunSide, L"Foo", Sz(L"other.exe"), Views::kPlain);
-}
+};
 // The two views hold different entries under one name.
-void RunDiffers(ProofWorld& world) {
+constexpr auto RunDiffers = [](ProofWorld& world) {
   world.Put(kMachine, kRunKey, L"Foo", OddCommand(), Views::kOwn);
   world.Put(kMachine, kRunKey, L"Foo", Sz(L"other.exe"), Views::kPlain);
-}
-void RunDisabled(ProofWorld& world) {
-  world.Put(kMachine, kRunSide, L"Foo", OddCommand());
-}
-void RunDisabledByOther(ProofWorld& world) {
+};
+constexpr auto RunDisabled = [](ProofWorld& world) { world.Put(kMachine, kRunSide, L"Foo", OddCommand()); };
+constexpr auto RunDisabledByOther = [](ProofWorld& world) {
   world.Put(kMachine, kRunKey + kAutorunsSide, L"Foo", OddCommand());
   world.Put(kMachine, kRunKey, L"Foo", Sz(L"other.exe"));
-}
-void Nothing(ProofWorld&) {}
+};
+constexpr auto Nothing = [](ProofWorld&) {};
 
 void Handler(ProofWorld& world, const std::wstring& key, const RawValue& value) {
   world.Put(kMachine, key, L"", value);
 }
-void HandlerWithTree(ProofWorld& world) {
+constexpr auto HandlerWithTree = [](ProofWorld& world) {
   const std::wstring key = kMenusKey + L"\\Foo";
   Handler(world, key, Sz(kServedClass));
   world.Put(kMachine, key, L"extra", Dword(7));
   world.Put(kMachine, key + L"\\deeper\\still", L"v", Binary("bytes"));
   world.Put(kMachine, key + L"\\other", L"", Sz(L"o"));
-}
-void HandlerOverOther(ProofWorld& world) {
+};
+constexpr auto HandlerOverOther = [](ProofWorld& world) {
   Handler(world, kMenusKey + L"\\Foo", ExpandSz(kServedClass));
   Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(L"{not a class}"));
-}
-void HandlerListedTwice(ProofWorld& world) {
+};
+constexpr auto HandlerListedTwice = [](ProofWorld& world) {
   Handler(world, kMenusKey + L"\\Foo", Sz(kServedClass));
   Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(kServedClass));
-}
-void ObjectInBothViews(ProofWorld& world) {
+};
+constexpr auto ObjectInBothViews = [](ProofWorld& world) {
   Handler(world, kObjectsKey + L"\\" + kServedClass, Sz(L"Foo"));
-}
-void ObjectDisabled(ProofWorld& world) {
+};
+constexpr auto ObjectDisabled = [](ProofWorld& world) {
   Handler(world, kObjectsKey + kAutorunsSide + L"\\" + kServedClass, Sz(L"Foo"));
-}
-
-void ApprovedInBothViews(ProofWorld& world) {
+};
+constexpr auto ApprovedInBothViews = [](ProofWorld& world) {
   world.Put(kMachine, kApprovedKey, kServedClass, ExpandSz(L"Foo"));
-}
-void ApprovedDisabled(ProofWorld& world) {
+};
+constexpr auto ApprovedDisabled = [](ProofWorld& world) {
   world.Put(kMachine, kApprovedKey + kAutorunsSide, kServedClass, ExpandSz(L"Foo"));
-}
-void ApprovedListedTwice(ProofWorld& world) {
+};
+constexpr auto ApprovedListedTwice = [](ProofWorld& world) {
   ApprovedInBothViews(world);
   ApprovedDisabled(world);
-}
-
-void NoFolders(ProofWorld& world) {
-  world.RemoveFolders();
-}
-void ShortcutWithoutFolders(ProofWorld& world) {
+};
+constexpr auto NoFolders = [](ProofWorld& world) { world.RemoveFolders(); };
+constexpr auto ShortcutWithoutFolders = [](ProofWorld& world) {
   world.RemoveFolders();
   world.PutShortcut(world.User().startup + L"Foo.lnk", L"/old");
-}
-void ShortcutOfUser(ProofWorld& world) {
+};
+constexpr auto ShortcutOfUser = [](ProofWorld& world) {
   world.PutShortcut(world.User().startup + L"Foo.lnk", L"/old");
-}
-void ShortcutNameTaken(ProofWorld& world) {
+};
+constexpr auto ShortcutNameTaken = [](ProofWorld& world) {
   ShortcutOfUser(world);
   WriteFileBytes(world.User().disabled + L"Foo.lnk", "taken");
-}
-void ShortcutDisabled(ProofWorld& world) {
+};
+constexpr auto ShortcutDisabled = [](ProofWorld& world) {
   world.PutShortcut(world.User().disabled + L"Foo.lnk", L"/old");
-}
-void ShortcutOfAll(ProofWorld& world) {
+};
+constexpr auto ShortcutOfAll = [](ProofWorld& world) {
   world.PutShortcut(world.Common().startup + L"Foo.lnk", L"/old");
-}
-void ShortcutOfAllDisabled(ProofWorld& world) {
+};
+constexpr auto ShortcutOfAllDisabled = [](ProofWorld& world) {
   world.PutShortcut(world.Common().disabled + L"Foo.lnk", L"/old");
-}
-void ProgramDisabledByOther(ProofWorld& world) {
+};
+constexpr auto ProgramDisabledByOther = [](ProofWorld& world) {
   WriteFileBytes(world.User().brisko + L"Foo.exe", "MZ not much of a program");
-}
+};
 
 }  // namespace
 

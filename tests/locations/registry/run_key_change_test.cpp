@@ -7,6 +7,7 @@ namespace smh::test {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
 
 using RunKeyChange = BothWays<RunKeyTest>;
 INSTANTIATE_TEST_SUITE_P(Checkpoints, RunKeyChange, ::testing::Bool());
@@ -18,9 +19,8 @@ TEST_P(RunKeyChange, DisablingAndEnablingMoveTheValueAndNumberNamesThatAreTaken)
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
   UserRun().DisableItem(item);
   ExpectCheckpoint(L"Startup Manager: Disabling Foo");
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Foo (1)"), Sz(L"new.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Foo"), Sz(L"old.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), std::nullopt);
+  EXPECT_THAT(TextsIn(HKEY_CURRENT_USER, kRunSide), UnorderedElementsAre(L"Foo=old.exe", L"Foo (1)=new.exe"));
+  EXPECT_THAT(TextsIn(HKEY_CURRENT_USER, kRunKey), ElementsAre(L"Foo (1)=other.exe"));
   EXPECT_FALSE(item->IsEnabled());
   EXPECT_TRUE(item->TakeChangedMark());
   EXPECT_EQ(item->Name(), BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kRunSide, L"Foo (1)"));
@@ -28,8 +28,8 @@ TEST_P(RunKeyChange, DisablingAndEnablingMoveTheValueAndNumberNamesThatAreTaken)
   module.Safeguard().Clear();
   UserRun().EnableItem(item);
   ExpectCheckpoint(L"Startup Manager: Enabling Foo");
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo (1) (1)"), Sz(L"new.exe"));
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo (1)"), Sz(L"other.exe"));
+  EXPECT_THAT(TextsIn(HKEY_CURRENT_USER, kRunKey),
+              UnorderedElementsAre(L"Foo (1)=other.exe", L"Foo (1) (1)=new.exe"));
   EXPECT_TRUE(item->IsEnabled());
 
   UserRun().ReadItems();
@@ -57,12 +57,7 @@ TEST_P(RunKeyChange, TheTextWrittenIsTheOneInTheRegistryNow) {
 }
 
 TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
-  if (!HasTwoViews()) {
-    SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", Sz(L"a.exe"));
-    CommonRun().DisableItem(LoadAndFind(CommonRun(), L"a"));
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"a"), Sz(L"a.exe"));
-    return;
-  }
+  if (!HasTwoViews()) return;
   constexpr REGSAM k64 = KEY_WOW64_64KEY;
   SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"), k64);
   SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", Sz(L"s.exe"));
@@ -72,21 +67,15 @@ TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
   SetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one", Sz(L"taken in the plain view"));
   CommonRun().ReadItems();
 
-  CommonRun().DisableItem(FindByCaption(CommonRun(), L"same"));
-  for (const REGSAM view : {REGSAM(0), k64}) {
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"same", view), Sz(L"s.exe"));
-    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"same", view), std::nullopt);
+  for (const wchar_t* caption : {L"same", L"other", L"one"}) {
+    CommonRun().DisableItem(FindByCaption(CommonRun(), caption));
   }
-
-  CommonRun().DisableItem(FindByCaption(CommonRun(), L"other"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"other", k64), Sz(L"64.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"other"), std::nullopt);
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"other"), Sz(L"32.exe"));
-
-  CommonRun().DisableItem(FindByCaption(CommonRun(), L"one"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one (1)", k64), Sz(L"1.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one (1)"), Sz(L"1.exe"));
-  EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunSide, L"one"), Sz(L"taken in the plain view"));
+  EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunSide, k64),
+              UnorderedElementsAre(L"same=s.exe", L"other=64.exe", L"one (1)=1.exe"));
+  EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunKey, k64), IsEmpty());
+  EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunSide),
+              UnorderedElementsAre(L"same=s.exe", L"one=taken in the plain view", L"one (1)=1.exe"));
+  EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunKey), ElementsAre(L"other=32.exe"));
 
   CommonRun().ReadItems();
   const ItemRef left =

@@ -28,6 +28,12 @@ class RunKeyTest : public ModuleTest {
     }
     return nullptr;
   }
+  // "name=text" of every value of a key.
+  static std::vector<std::wstring> TextsIn(HKEY root, const std::wstring& key, REGSAM view = 0) {
+    std::vector<std::wstring> texts = Values(root, key, view);
+    for (std::wstring& text : texts) text += L'=' + TextOf(GetValue(root, key, text, view));
+    return texts;
+  }
   static std::wstring Command(const ItemRef& item) { return std::wstring(item->State().details.Command); }
 
  private:
