@@ -28,25 +28,6 @@ TEST_P(StartupctlChanges, UserEntryFromAddToDelete) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, name), std::nullopt);
 }
 
-// A handler is a key of its own, an approved extension a value that is named after its class.
-TEST_P(StartupctlChanges, ShellExtensionsGoAsideBackAndAway) {
-  const std::wstring wave = L"{6F2C4B70-1D6E-4A1F-8B4C-7E2D308F9C01}";
-  const EmptiedKeys emptied({kMenusKey, kApprovedKey});
-  const RegistryTree server(L"Software\\Classes\\CLSID\\" + wave, HKEY_LOCAL_MACHINE, OwnView());
-  server.Set(L"InprocServer32", L"", Sz(Program()));
-  SetValue(HKEY_LOCAL_MACHINE, kMenusKey + L"\\ctl menu", L"", Sz(wave), OwnView());
-  SetValue(HKEY_LOCAL_MACHINE, kApprovedKey, wave, Sz(L"ctl page"), OwnView());
-  for (const wchar_t* command : {L"disable", L"enable", L"disable", L"delete"}) {
-    Run({command, L"ctl menu", L"ctl page"});
-    const bool on = *command == L'e';
-    const bool aside = command == std::wstring(L"disable");
-    for (const auto& [side, there] : {std::pair(std::wstring(), on), std::pair(kAutorunsSide, aside)}) {
-      EXPECT_EQ(KeyIsThere(HKEY_LOCAL_MACHINE, kMenusKey + side + L"\\ctl menu", OwnView()), there);
-      EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kApprovedKey + side, wave, OwnView()).has_value(), there);
-    }
-  }
-}
-
 TEST_P(StartupctlChanges, EntryThatCannotBeWrittenStaysAsItIs) {
   SetRun(HKEY_CURRENT_USER, L"ctl fixed", Command(L"fixed"));
   {
@@ -80,18 +61,6 @@ TEST_P(StartupctlChanges, ChangeThatDidNotHappenIsAFailure) {
   }
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl stays"), Command(L"stays"));
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl stays"), std::nullopt);
-}
-
-TEST_F(StartupctlTest, AmbiguousCaptionIsRefusedWithCandidates) {
-  SetRun(HKEY_CURRENT_USER, L"ctl same", Command(L"user"));
-  SetRun(HKEY_LOCAL_MACHINE, L"ctl same", Command(L"common"), OwnView());
-  const StartupctlResult refused = Run({L"delete", L"ctl same"}, 1);
-  EXPECT_NE(refused.errors.find("HKEY_CURRENT_USER\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
-  EXPECT_NE(refused.errors.find("HKEY_LOCAL_MACHINE\\" + ToUtf8(kRunKey) + "\\ctl same"), std::string::npos);
-  EXPECT_EQ(Find("ctl same").size(), 2u);
-  Run({L"delete", L"ctl same", L"--location", L"sulRegistryCommonRun"});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl same"), Command(L"user"));
-  EXPECT_FALSE(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"ctl same", OwnView()));
 }
 
 TEST_F(StartupctlTest, OneBadItemAmongSeveralChangesNothing) {

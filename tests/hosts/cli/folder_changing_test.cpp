@@ -27,7 +27,6 @@ class StartupctlFolders : public StartupctlTest, public testing::WithParamInterf
   }
 
   const StartupPlaces user{StartupPlaces::Whose::kUser};
-  const StartupPlaces common{StartupPlaces::Whose::kCommon};
 };
 INSTANTIATE_TEST_SUITE_P(Checkpoints, StartupctlFolders, testing::Bool(),
                          [](const auto& parameter) { return parameter.param ? "On" : "Off"; });
@@ -64,25 +63,14 @@ TEST_P(StartupctlFolders, EntryFromAddToDelete) {
   EXPECT_EQ(ReadFileBytes(on), "another");
 }
 
-TEST_P(StartupctlFolders, MovesBetweenTheFoldersAndToARunKeyAndBack) {
-  Add(L"FolderUser", L"ctl mover", L"/move");
-  Run({L"move", L"ctl mover", L"--to", L"FolderCommon"});
-  EXPECT_FALSE(fs::exists(user.startup + L"ctl mover.lnk"));
-  EXPECT_EQ(Shown(common.startup + L"ctl mover.lnk", true), Command(L"/move"));
-  Run({L"disable", L"ctl mover"});
-  EXPECT_TRUE(fs::exists(common.disabled + L"ctl mover.lnk"));
-  Run({L"move", L"ctl mover", L"--to", L"UserRun"});
-  EXPECT_FALSE(fs::exists(common.disabled + L"ctl mover.lnk"));
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl mover"), Command(L"/move"));
-  Run({L"enable", L"ctl mover"});
-  Run({L"move", L"ctl mover", L"--to", L"FolderUser"});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl mover"), std::nullopt);
-  EXPECT_EQ(Shown(user.startup + L"tray program.lnk", true), Command(L"/move"));
-
-  // Quotes that a shortcut does not keep are no difference.
+// Quotes that a shortcut does not keep are no difference.
+TEST_P(StartupctlFolders, AMoveFromARunKeyMayLoseItsQuotes) {
   SetRun(HKEY_CURRENT_USER, L"ctl quoted", L"\"C:\\windows\\notepad.exe\" a.txt");
   Run({L"move", L"ctl quoted", L"--to", L"FolderUser"});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl quoted"), std::nullopt);
   EXPECT_EQ(Shown(user.startup + L"notepad.lnk", true), L"C:\\windows\\notepad.exe a.txt");
+  Run({L"move", L"notepad", L"--to", L"UserRun"});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"notepad"), L"C:\\windows\\notepad.exe a.txt");
 }
 
 TEST_P(StartupctlFolders, RefusalsLeaveTheFilesAsTheyAre) {

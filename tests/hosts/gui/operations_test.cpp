@@ -36,6 +36,10 @@ void Press(HWND dialog, int button) {
   EXPECT_TRUE(WaitUntil([dialog] { return !IsWindow(dialog); }));
 }
 
+void SetText(HWND dialog, int field, const std::wstring& text) {
+  SendDlgItemMessageW(dialog, field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
 class OperationsTest : public testing::Test {
  protected:
   int Row(const std::wstring& name) const { return gui.RowOf(IDC_ENTRIES, name); }
@@ -111,9 +115,8 @@ TEST_F(OperationsTest, AddsMovesAndGivesCommands) {
   HWND dialog = gui.WaitForDialog();
   ASSERT_NE(dialog, nullptr);
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-  SendDlgItemMessageW(dialog, IDC_NAME, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"Zeta Test"));
-  SendDlgItemMessageW(dialog, IDC_COMMAND, WM_SETTEXT, 0,
-                      reinterpret_cast<LPARAM>(L"C:\\Samples\\plain.exe zeta"));
+  SetText(dialog, IDC_NAME, L"Zeta Test");
+  SetText(dialog, IDC_COMMAND, L"C:\\Samples\\plain.exe zeta");
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
   Press(dialog, IDOK);
   EXPECT_TRUE(WaitUntil([] { return IsInRun(L"Zeta Test"); }));
@@ -122,8 +125,7 @@ TEST_F(OperationsTest, AddsMovesAndGivesCommands) {
   gui.Command(CMD_CHANGE_COMMAND);
   dialog = gui.WaitForDialog();
   ASSERT_NE(dialog, nullptr);
-  SendDlgItemMessageW(dialog, IDC_COMMAND, WM_SETTEXT, 0,
-                      reinterpret_cast<LPARAM>(L"C:\\Samples\\plain.exe eta"));
+  SetText(dialog, IDC_COMMAND, L"C:\\Samples\\plain.exe eta");
   Press(dialog, IDOK);
   EXPECT_TRUE(WaitUntil([] { return TextIn(kRunKey, L"Zeta Test") == L"C:\\Samples\\plain.exe eta"; }));
   EXPECT_TRUE(WaitUntil(
@@ -204,9 +206,7 @@ TEST_F(OperationsTest, ExportsWhatIsShown) {
   ASSERT_NE(dialog, nullptr);
   // The field for the file name has one of these numbers, depending on the look of the dialog.
   for (const int field : {0x47C, 0x480}) {
-    if (GetDlgItem(dialog, field) != nullptr) {
-      SendDlgItemMessageW(dialog, field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(file.c_str()));
-    }
+    if (GetDlgItem(dialog, field) != nullptr) SetText(dialog, field, file);
   }
   Press(dialog, IDOK);
   ASSERT_TRUE(WaitUntil([&] { return gui.Status(0).starts_with(L"Wrote "); }));
