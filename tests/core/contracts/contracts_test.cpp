@@ -50,16 +50,5 @@ TEST(StartupLocationTest, NoTwoLocationsShareANameAPlaceOrATitle) {
   }
 }
 
-TEST(StartupLocationTest, DisabledEntriesLieBesideTheirKey) {
-  const std::wstring run = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-  EXPECT_EQ(
-      SidePaths(LocationRowOf(sulRegistryUserRun)),
-      (std::vector{run + L"\\Disabled (Startup Manager)", run + L"\\Disabled (Quillmark Startup Manager)",
-                   run + L"\\AutorunsDisabled", run + L"-"}));
-  EXPECT_EQ(SidePaths(LocationRowOf(sulRegistryIEBrowserObjects)),
-            std::vector<std::wstring>{L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\"
-                                      L"Browser Helper Objects\\AutorunsDisabled"});
-}
-
 }  // namespace
 }  // namespace smh

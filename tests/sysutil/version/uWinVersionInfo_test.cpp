@@ -71,14 +71,6 @@ TEST_F(WinVersionInfoTest, FailuresOfProductInfo) {
     EXPECT_EQ(exception.Message(),
               L"WinVersionInfo.GetProductInfo() (Error code: 87). " + SystemErrorText(87));
   }
-  try {
-    ForgetWinVersionInfo();
-    const EntryPoints missing({{"GetProductInfo", nullptr}});
-    WinVersionInfo::GetProductInfo(6, 1, 0, 0, product);
-    FAIL() << "nothing was raised";
-  } catch (const EOSError& error) {
-    EXPECT_EQ(error.Code(), DWORD{ERROR_PROC_NOT_FOUND});
-  }
 }
 
 BOOL WINAPI FailingIsWow64Process(HANDLE, BOOL* answer) {
