@@ -2,6 +2,8 @@
 #include "tests/display/display_support.h"
 #include "tests/display/stand_ins/editor_settings.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
+#include "tests/support/startup_folders.h"
+#include "tests/support/waiting.h"
 
 #include <commctrl.h>
 
@@ -74,6 +76,22 @@ TEST_F(LocateTest, ShellExtensionsInTheSystemsRegistryEditor) {
   SaveScreenshot(L"locate-handler");
   ExpectShown(L"ctl wave page", L"HKEY_LOCAL_MACHINE\\" + approved, 2);
   SaveScreenshot(L"locate-approved-extension");
+}
+
+TEST_F(LocateTest, ShortcutInTheFileBrowser) {
+  const StartupPlaces places(StartupPlaces::Whose::kUser);
+  Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl shown", L"--command", Command(L"x")});
+  const std::string output = Run({L"locate", L"ctl shown"}).output;
+  EXPECT_NE(output.find(ToUtf8(places.startup) + "ctl shown.lnk\n"), std::string::npos) << output;
+  // The browser of Wine shows the folder and selects nothing in it.
+  HWND browser = nullptr;
+  EXPECT_TRUE(WaitUntil([&] {
+    browser = FindWindowW(nullptr, L"StartUp");
+    return browser != nullptr && SendMessageW(ListInside(browser), LVM_GETITEMCOUNT, 0, 0) == 1;
+  }));
+  UpdateWindow(browser);
+  SaveScreenshot(L"locate-shortcut");
+  SendMessageW(browser, WM_CLOSE, 0, 0);
 }
 
 }  // namespace

@@ -21,6 +21,16 @@ std::wstring WindowsFolder() {
   return std::wstring(folder, GetWindowsDirectoryW(folder, MAX_PATH)) + L'\\';
 }
 
+TEST_F(FileUtilsTest, Folders) {
+  const std::wstring windows = WindowsFolder();
+  EXPECT_EQ(FileUtils::GetWin16SystemDir(), windows + L"system\\");
+  EXPECT_EQ(FileUtils::GetSystemDir(), windows + L"system32\\");
+  EXPECT_EQ(FileUtils::GetSysnativeDir(), windows + (HasTwoViews() ? L"Sysnative\\" : L"system32\\"));
+  EXPECT_EQ(FileUtils::GetProgramFilesX86Dir(),
+            HasTwoViews() ? L"C:\\Program Files (x86)\\" : L"C:\\Program Files\\");
+  EXPECT_EQ(FileUtils::GetProgramFilesNativeDir(), L"C:\\Program Files\\");
+}
+
 TEST_F(FileUtilsTest, Normalisation) {
   const ScopedEnvironment variable(L"SMH_DIR", L"C:\\some dir");
   const struct {

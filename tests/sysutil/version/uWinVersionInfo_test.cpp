@@ -50,6 +50,16 @@ TEST_F(WinVersionInfoTest, ArchitectureFollowsTheSystem) {
             test::HasTwoViews() ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
 }
 
+TEST_F(WinVersionInfoTest, DllVersion) {
+  DWORD major = 99;
+  DWORD minor = 99;
+  EXPECT_FALSE(WinVersionInfo::DllVersion(L"no such library.dll", major, minor));
+  EXPECT_FALSE(WinVersionInfo::DllVersion(L"kernel32.dll", major, minor));
+  EXPECT_EQ(major, 99u);
+  ASSERT_TRUE(WinVersionInfo::DllVersion(L"comctl32.dll", major, minor));
+  EXPECT_TRUE(major >= 5 && major < 99);
+}
+
 BOOL WINAPI FailingProductInfo(DWORD, DWORD, DWORD, DWORD, DWORD*) {
   SetLastError(ERROR_INVALID_PARAMETER);
   return FALSE;
@@ -70,6 +80,14 @@ TEST_F(WinVersionInfoTest, FailuresOfProductInfo) {
   } catch (const TWinVersionInfoException& exception) {
     EXPECT_EQ(exception.Message(),
               L"WinVersionInfo.GetProductInfo() (Error code: 87). " + SystemErrorText(87));
+  }
+  try {
+    ForgetWinVersionInfo();
+    const EntryPoints missing({{"GetProductInfo", nullptr}});
+    WinVersionInfo::GetProductInfo(6, 1, 0, 0, product);
+    FAIL() << "nothing was raised";
+  } catch (const EOSError& error) {
+    EXPECT_EQ(error.Code(), DWORD{ERROR_PROC_NOT_FOUND});
   }
 }
 

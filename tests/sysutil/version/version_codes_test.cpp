@@ -30,16 +30,23 @@ class FakeFacts : public VersionFacts {
 
 TEST(OsCodeTest, EveryRule) {
   const struct {
-    DWORD platform, major, minor;
+    DWORD platform;
+    DWORD major;
+    DWORD minor;
     BYTE productType;
     WORD suites;
     int serverR2;
-    const wchar_t *servicePack, *name;
+    const wchar_t* servicePack;
+    const wchar_t* name;
   } rows[] = {
+      {0, 3, 10, 0, 0, 0, L"", L"Win32s"},
       {1, 4, 9, 0, 0, 0, L" A", L"Windows 95"},
       {1, 4, 10, 0, 0, 0, L" a", L"Windows 98"},
       {1, 4, 89, 0, 0, 0, L"BA", L"Windows 98 SE"},
+      {1, 4, 90, 0, 0, 0, L" A", L"Windows Millennium"},
+      {1, 5, 0, 0, 0, 0, L"", L"Unknown"},
       {2, 4, 0, 3, 0x8000, 1, L"", L"Windows NT"},
+      {2, 5, 0, 3, 0x8000, 1, L"", L"Windows 2000"},
       {2, 5, 1, 3, 0x8000, 1, L"", L"Windows XP"},
       {2, 5, 2, 1, 0, 1, L"", L"Windows XP"},
       {2, 5, 2, 1, 0x8010, 1, L"", L"Windows Home Server"},
@@ -48,7 +55,9 @@ TEST(OsCodeTest, EveryRule) {
       {2, 6, 0, 1, 0x8000, 1, L"", L"Windows Vista"},
       {2, 6, 0, 2, 0, 0, L"", L"Windows Server 2008"},
       {2, 6, 0, 0, 0, 0, L"", L"Unknown"},
+      {2, 6, 1, 3, 0, 0, L"", L"Windows Server 2008 R2"},
       {2, 6, 1, 1, 0, 0, L"", L"Windows 7"},
+      {2, 10, 0, 4, 0, 0, L"", L"Unknown"},
       {3, 6, 1, 1, 0, 0, L"", L"Unknown"},
   };
   for (const auto& row : rows) {
@@ -107,12 +116,14 @@ TEST(EditionCodeTest, SuitesThenIsOsAnswersThenMetrics) {
     std::size_t questions;
   } rows[] = {
       {0x0001 | 0x0002, {}, {}, L"Small Business Edition", L"Small Business Edition", 0},
+      {0x0020 | 0x0040, {}, {}, L"Small Business Edition", L"Small Business Edition", 0},
       {0x0002 | 0x0080, {8}, {}, L"Enterprise Edition", L"Advanced Edition", 0},
       {0x4000 | 0x0040, {}, {{87, 1}}, L"Cluster Server Edition", L"Cluster Server Edition", 0},
       {0x0040 | 0x8110, {}, {}, L"Embedded Edition", L"Embedded Edition", 0},
       // The other suites say nothing.
       {0x0100, {8, 20, 33}, {{87, 1}}, L"Professional Edition", L"Professional Edition", 1},
       {0x0100, {11, 22, 33}, {}, L"Datacenter Edition", L"Datacenter Edition", 6},
+      {0, {22, 19, 33}, {}, L"Enterprise Edition", L"Advanced Edition", 12},
       {0, {33}, {{87, 1}}, L"Tablet PC Edition", L"Tablet PC Edition", 16},
       {0, {}, {{87, 1}, {88, 1}, {86, 1}}, L"Media Center Edition", L"Media Center Edition", 16},
       {0, {}, {{88, 1}, {86, 1}}, L"Starter Edition", L"Starter Edition", 16},
