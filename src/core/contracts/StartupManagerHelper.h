@@ -151,7 +151,7 @@ struct IStartupItemCollection : IUnknown {
   virtual HIMAGELIST STDMETHODCALLTYPE GetLargeImageList() = 0;
   // 7: a ReadState.
   virtual std::int32_t STDMETHODCALLTYPE GetReadState() = 0;
-  // 8, 9: all 39 locations instead of the six read by default; takes effect at the next Refresh.
+  // 8, 9: all locations instead of those read by default; takes effect at the next Refresh.
   virtual BOOL STDMETHODCALLTYPE GetShowAllLocations() = 0;
   virtual HRESULT STDMETHODCALLTYPE SetShowAllLocations(BOOL show) = 0;
   // 10, 11: start reading anew, after a reading under way has been stopped; stop and wait. The list stays as
