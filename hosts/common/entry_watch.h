@@ -35,7 +35,7 @@ enum class Announce { kComplete, kAtOnce };
 class EntryWatch {
  public:
   // Copies the entry of the sighting with that index. What it raises passes through; what the look had found
-  // by then is not told again.
+  // by then is told by the next one.
   using Reader = std::function<ItemRecord(std::size_t index)>;
 
   // Knows nothing yet: everything in the next look is new.
@@ -52,12 +52,15 @@ class EntryWatch {
   struct Entry {
     ItemRecord record;
     bool announced = false;
+    bool due = false;
     unsigned looks = 0;
     bool seen = true;
   };
 
   Announce announce_ = Announce::kComplete;
   std::map<std::pair<std::int32_t, std::wstring>, Entry> entries_;
+  // What a look that failed had found.
+  std::vector<WatchEvent> untold_;
 };
 
 }  // namespace smh

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace smh {
 
@@ -27,7 +28,8 @@ void LocationTree::Create(HWND parent, OnSelect onSelect) {
 
 void LocationTree::Build(bool allLocations) {
   const Node* const selected = NodeOf(TreeView_GetSelection(tree_));
-  const std::wstring before = selected == nullptr ? std::wstring() : selected->title;
+  const auto namesOf = [](const Node& node) { return std::pair(node.group, node.title); };
+  const auto before = selected == nullptr ? decltype(namesOf(*selected))() : namesOf(*selected);
   building_ = true;
   SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
   TreeView_DeleteAllItems(tree_);
@@ -38,7 +40,7 @@ void LocationTree::Build(bool allLocations) {
   Add(TVI_ROOT, Kind::kPrograms, {}, L"Default programs");
   Add(TVI_ROOT, Kind::kUndo, {}, L"Undo history");
   const auto again =
-      std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.title == before; });
+      std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return namesOf(node) == before; });
   building_ = false;
   TreeView_SelectItem(tree_, again == nodes_.end() ? root : again->item);
   SendMessageW(tree_, WM_SETREDRAW, TRUE, 0);
@@ -72,7 +74,8 @@ HTREEITEM LocationTree::Add(HTREEITEM parent, Kind kind, LocationSet locations, 
   insert.item.pszText = text.data();
   const auto item =
       reinterpret_cast<HTREEITEM>(SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-  nodes_.push_back({kind, locations, title, item});
+  const Node* const above = NodeOf(parent);
+  nodes_.push_back({kind, locations, title, item, above == nullptr ? std::wstring() : above->title});
   return item;
 }
 

@@ -14,7 +14,10 @@ std::wstring TextOf(HWND window) {
 }
 
 Window::~Window() {
-  if (window_ != nullptr) DestroyWindow(window_);
+  if (window_ == nullptr) return;
+  // Its last messages find nobody.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(window_);
 }
 
 void Window::Create(const Look& look) {

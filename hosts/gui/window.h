@@ -26,8 +26,7 @@ class Window {
 
  protected:
   Window() = default;
-  // Destroys the window if it still exists. By now OnMessage of the derived class is gone, so the window
-  // ought to have ended before: by WM_CLOSE or with its parent.
+  // Destroys the window if it still exists; OnMessage, which is gone by now, is not called for that.
   virtual ~Window();
 
   // How the window looks; the texts are read by Create only. A menu becomes the window's, a class is

@@ -3,6 +3,8 @@
 #include "hosts/common/host_error.h"
 #include "infra/runtime/scoped_com.h"
 
+#include <iterator>
+
 namespace smh {
 
 namespace {
@@ -50,7 +52,19 @@ void UiQueue::RunAll() {
     const std::lock_guard guard(lock_);
     work.swap(waiting_);
   }
-  for (const Work& each : work) each();
+  std::size_t done = 0;
+  try {
+    while (done < work.size()) work[done++]();
+  } catch (...) {
+    // One that fails takes nothing from the others: their turn comes with the next message.
+    const std::lock_guard guard(lock_);
+    const auto left = work.begin() + static_cast<std::ptrdiff_t>(done);
+    if (!closed_ && left != work.end()) {
+      waiting_.insert(waiting_.begin(), std::make_move_iterator(left), std::make_move_iterator(work.end()));
+      PostMessageW(window_, message_, 0, 0);
+    }
+    throw;
+  }
 }
 
 Worker::Worker(UiQueue& queue)

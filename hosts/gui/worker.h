@@ -31,7 +31,7 @@ class UiQueue {
   // Window's thread, before the window goes: drops what waits and whatever comes later.
   void Detach();
   // Window's thread: runs what waits by now, without the lock, so that work may post and open dialogs. An
-  // exception passes, and what waited behind it is dropped.
+  // exception passes, and what waited behind it runs with the next message.
   void RunAll();
 
  private:

@@ -89,15 +89,24 @@ int TItemList::Remove(TStartupItem& item) {
 void TItemList::RemoveIf(const std::function<bool(const TStartupItem&)>& drop) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   std::vector<ItemRef> removed;
-  for (std::size_t i = items_.size(); i > 0; --i) {
-    ItemRef& item = items_[i - 1];
-    if (!drop(*item)) continue;
-    index_.erase(KeyOf(*item));
-    item->position_.store(-1, std::memory_order_release);
-    removed.push_back(std::move(item));
+  const auto closeGaps = [this] {
+    std::erase(items_, nullptr);
+    Renumber(0);
+  };
+  try {
+    for (std::size_t i = items_.size(); i > 0; --i) {
+      ItemRef& item = items_[i - 1];
+      if (!drop(*item)) continue;
+      removed.push_back(item);
+      index_.erase(KeyOf(*item));
+      item->position_.store(-1, std::memory_order_release);
+      item.reset();
+    }
+  } catch (...) {
+    closeGaps();
+    throw;
   }
-  std::erase(items_, nullptr);
-  Renumber(0);
+  closeGaps();
 }
 
 void TItemList::Clear() noexcept {

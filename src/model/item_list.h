@@ -35,7 +35,7 @@ class TItemList {
   // The position the item had; -1 when it was not listed.
   int Remove(TStartupItem& item);
   // Removes every item for which `drop` holds; it is asked from the last to the first, under the lock, and
-  // must neither change the list nor raise.
+  // must not change the list. What it raises ends the removal and passes.
   void RemoveIf(const std::function<bool(const TStartupItem&)>& drop);
   // Removes all items, at the end of the module's life; the caller holds the lock.
   void Clear() noexcept;

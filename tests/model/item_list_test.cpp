@@ -55,6 +55,16 @@ TEST_F(ItemListTest, PositionsAndNamesStayTrueThroughEveryChange) {
   EXPECT_EQ(Items().At(4), nullptr);
   EXPECT_EQ(Items().At(-1), nullptr);
   ExpectConsistent();
+
+  // A removal that ends half-way leaves a whole list.
+  int asked = 0;
+  EXPECT_THROW(Items().RemoveIf([&](const TStartupItem&) {
+    if (++asked == 3) throw Exception(L"no memory");
+    return asked == 1;
+  }),
+               Exception);
+  EXPECT_EQ(Items().Count(), 3);
+  ExpectConsistent();
 }
 
 TEST_F(ItemListTest, AStaleItemMakesWayForTheOneThatTakesItsName) {

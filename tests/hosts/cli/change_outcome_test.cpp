@@ -1,6 +1,7 @@
 // How the host tells whether a change happened, and what `watch` makes of two looks at the list.
 #include "hosts/cli/change_runner.h"
 #include "hosts/common/entry_watch.h"
+#include "hosts/common/host_error.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
@@ -89,6 +90,19 @@ TEST(EntryWatch, WaitsForTheDetailsOfANewEntry) {
   Events events;
   for (int i = 0; i < 30 && events.empty(); ++i) events = looks.Next({{5, L"a", false}, {5, L"slow", false}});
   EXPECT_EQ(events, Events{L"added slow"});
+}
+
+TEST(EntryWatch, ALookThatFailsLosesNothing) {
+  EntryWatch watch(Announce::kAtOnce);
+  const std::vector<Sighting> two = {{5, L"a", true}, {5, L"b", true}};
+  const auto failing = [](std::size_t index) {
+    if (index == 1) throw HostError(L"gone");
+    return ItemRecord();
+  };
+  EXPECT_THROW(watch.Update(two, failing), HostError);
+  const std::vector<Sighting> quiet = {{5, L"a", false}, {5, L"b", false}};
+  EXPECT_EQ(watch.Update(quiet, [](std::size_t) { return ItemRecord(); }).size(), 2u);
+  EXPECT_TRUE(watch.Update(quiet, failing).empty());
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
+#include "hosts/common/host_error.h"
 #include "hosts/gui/account.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/worker.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
@@ -123,6 +125,17 @@ TEST(AccountTest, SomebodyElsesSession) {
     account.sessionUser = each.sessionUser;
     EXPECT_EQ(account.IsForeign(), each.isForeign) << each.name << L" " << each.sessionUser;
   }
+}
+
+TEST(UiQueueTest, WhatFailsTakesNothingFromTheOthers) {
+  UiQueue queue;
+  int done = 0;
+  queue.Post([&] { ++done; });
+  queue.Post([] { throw HostError(L"no"); });
+  queue.Post([&] { ++done; });
+  EXPECT_THROW(queue.RunAll(), HostError);
+  queue.RunAll();
+  EXPECT_EQ(done, 2);
 }
 
 }  // namespace
