@@ -3,7 +3,6 @@
 #pragma once
 
 #include "core/contracts/intf_journal.h"
-#include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"
 
 #include <string>

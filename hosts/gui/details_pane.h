@@ -5,7 +5,6 @@
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>

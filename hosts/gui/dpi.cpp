@@ -2,8 +2,6 @@
 
 #include "infra/runtime/import_function.h"
 
-#include <algorithm>
-
 namespace smh {
 
 namespace {

@@ -31,7 +31,6 @@ class EntriesView final : public View {
   // Valid as long as the view; what it shows changes with every call that is not const.
   const EntryRows& Rows() const noexcept { return rows_; }
   // Whether the list or its details were still being read at the last news; the ReadState of those.
-  bool IsReading() const noexcept { return readState_ != kReadStateComplete; }
   std::int32_t ReadState() const noexcept { return readState_; }
   // The library's images are about to go: nothing is drawn with them from here on.
   void ForgetImages();

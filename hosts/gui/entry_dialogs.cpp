@@ -7,8 +7,6 @@
 
 #include <commdlg.h>
 
-#include <algorithm>
-
 namespace smh {
 
 namespace {

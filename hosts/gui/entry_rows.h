@@ -8,7 +8,6 @@
 #include <bitset>
 #include <compare>
 #include <map>
-#include <optional>
 #include <set>
 #include <span>
 #include <string>

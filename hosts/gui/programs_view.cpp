@@ -4,7 +4,6 @@
 #include "hosts/gui/resource.h"
 #include "infra/runtime/text.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace smh {

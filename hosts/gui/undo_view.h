@@ -6,7 +6,6 @@
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 

@@ -3,14 +3,12 @@
 #include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/runtime/text.h"
 #include "siblings/common/product.h"
 
 #include <sddl.h>
 #include <shlobj.h>
 
 #include <cstddef>
-#include <vector>
 
 namespace smh {
 

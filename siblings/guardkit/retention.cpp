@@ -2,7 +2,6 @@
 
 #include "core/contracts/intf_settings.h"
 #include "infra/runtime/com_ptr.h"
-#include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
 #include "infra/siblings/exported_instance.h"

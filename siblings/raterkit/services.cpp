@@ -24,7 +24,7 @@ struct Ratings {
   Lazy<RatingStore> store{lock};
 };
 
-constinit ModuleGlobal<Ratings> g_ratings(L"services");
+constinit ModuleGlobal<Ratings> g_ratings(L"raterkit");
 
 RatingStore MakeStore() {
   const std::wstring folder = DataFolder();

@@ -89,7 +89,7 @@ struct Trace {
   std::atomic<bool> enabled{true};
 };
 
-constinit ModuleGlobal<Trace> g_trace(L"services");
+constinit ModuleGlobal<Trace> g_trace(L"tracekit");
 
 // A runaway recursion stays readable.
 constexpr std::size_t kDeepestIndent = 40;

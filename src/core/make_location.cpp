@@ -23,7 +23,7 @@ std::unique_ptr<TLocationStartup> MakeLocation(const LocationRow& row) {
     case LocationFamily::kNone:
       break;
   }
-  SMH_ASSERT(L"uLocationStartup", row.family != LocationFamily::kNone);
+  SMH_ASSERT(L"make_location", row.family != LocationFamily::kNone);
   return nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "model/parkable_thread.h"
 
 #include "core/contracts/uDllGlobals.h"
+#include "infra/log/uAxDebug.h"
 #include "infra/runtime/import_function.h"
 #include "infra/runtime/scoped_com.h"
 
@@ -110,6 +111,7 @@ void FetchReaderServices() {
   DLLGlobals::Helper();
   DLLGlobals::Globals();
   DLLGlobals::ShellHelper();
+  DebugLog();
 }
 
 }  // namespace smh

@@ -134,19 +134,18 @@ bool TLocationStartup::ListEntry(FoundEntry entry, const Load& load) {
   };
   const auto append = [&] {
     item->FillBasicInfo();
-    {
-      ScopedLock lock(Items().Lock());
-      if (!IsCurrent(load)) return false;
-      Items().Append(item);
-    }
-    log(L"Add item \"%s\" in location \"%s\".");
+    ScopedLock lock(Items().Lock());
+    if (!IsCurrent(load)) return false;
+    Items().Append(item);
     return true;
   };
-  return CatchFailure(append, [&] {
+  const bool isCurrent = CatchFailure(append, [&] {
     LogCurrentException();
     log(L"Error add item \"%s\" in location \"%s\".");
     return IsCurrent(load);
   });
+  if (item->IsListed()) log(L"Add item \"%s\" in location \"%s\".");
+  return isCurrent;
 }
 
 bool TLocationStartup::RemoveMissingItems(const Load& load) {

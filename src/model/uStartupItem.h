@@ -1,10 +1,10 @@
-// One thing that Windows starts automatically, as found in one location, and the module-wide state around it.
+// One thing that Windows starts automatically, as found in one location.
 //
 // An item is made in two steps: the basic information when it is found, the extended information (times, type
 // name, rating, icons) later on the reader's thread.
 //
 // Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
-// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (location_list.h), an
+// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
 // image-list lock (image_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
 // (item_details.h), the list of living collections (living_collections.h), the log's lock; and under any of
 // these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never

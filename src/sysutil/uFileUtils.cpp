@@ -16,7 +16,7 @@ namespace smh {
 using TextList = std::vector<std::wstring>;
 
 struct FileCaches {
-  // Held while one of them is made. Under it come the service cache's lock and what that takes, and no other.
+  // Held while one of them is made. Under it come the siblings' lock and what that takes, and no other.
   CriticalSection lock;
   Lazy<const std::wstring> win16SystemDir{lock};
   Lazy<const std::wstring> systemDir{lock};

@@ -75,7 +75,7 @@ TEST(LinkInfoTest, TextsEndWithTheStructure) {
   LinkBuilder builder{.info = info};
   builder.strings = {{LinkString::kName, u"behind"}};
   const BuiltLink link = builder.Build();
-  // Without its last byte, the suffix has no zero inside the structure any more.
+  // Without its last byte, the suffix has no NUL inside the structure any more.
   const LoadedLink cut(link.With("LinkInfoSize", link.ValueOf("LinkInfoSize") - 1));
   EXPECT_EQ(Ansi(cut.LinkInfo().CommonPathSuffix()), "end");
   const LoadedLink atEnd(link.With("CommonPathSuffixOffset", link.ValueOf("LinkInfoSize")));
@@ -118,7 +118,7 @@ TEST(LinkInfoTest, NetNameIsAnsiUpToOffset20) {
   EXPECT_TRUE(LoadedLink(unicode.With("CommonNetworkRelativeLinkOffset", 0)).LinkInfo().NetName().Empty());
 }
 
-TEST(StringTest, CutAtTheFirstZero) {
+TEST(StringTest, CutAtTheFirstNul) {
   LinkBuilder builder;
   builder.strings = {{LinkString::kName, u"ab\0cd"s}, {LinkString::kArguments, u"\0x"s}};
   const LoadedLink unicode(builder);

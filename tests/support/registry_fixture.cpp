@@ -34,7 +34,7 @@ RawValue BytesValue(DWORD type, const void* data, std::size_t size) {
   return {type, Bytes(bytes, bytes + size)};
 }
 
-// Without names that hold zero characters, which no caller of the plain calls could use.
+// Without names that hold NULs, which no caller of the plain calls could use.
 std::vector<std::wstring> NamesOf(HKEY key, bool values) {
   std::vector<std::wstring> names;
   std::vector<wchar_t> buffer(kLongestName);

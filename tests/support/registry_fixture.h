@@ -22,7 +22,7 @@ struct RawValue {
   bool operator==(const RawValue&) const = default;
 };
 
-// Text with its terminating zero; texts of a list with both.
+// Text with its terminating NUL; texts of a list with both.
 RawValue Sz(std::wstring_view text);
 RawValue ExpandSz(std::wstring_view text);
 RawValue MultiSz(const std::vector<std::wstring>& texts);
@@ -49,7 +49,7 @@ void SetValue(HKEY root, const std::wstring& path, const std::wstring& name, con
 std::optional<RawValue> GetValue(HKEY root, const std::wstring& path, const std::wstring& name,
                                  REGSAM view = 0);
 void RemoveValue(HKEY root, const std::wstring& path, const std::wstring& name, REGSAM view = 0);
-// Values whose names may hold zero characters, which the usual calls cannot make.
+// Values whose names may hold NULs, which the usual calls cannot make.
 void SetCountedValue(HKEY key, std::wstring_view name, const RawValue& value);
 void RemoveCountedValue(HKEY key, std::wstring_view name);
 

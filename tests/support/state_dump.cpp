@@ -52,7 +52,7 @@ std::string SecurityOf(HKEY key) {
   return result;
 }
 
-// Values whose names hold zero characters included.
+// Values whose names hold NULs included.
 std::vector<std::string> ValueLines(HKEY key) {
   std::vector<std::string> lines;
   std::wstring name(16'384, L'\0');

@@ -2,11 +2,8 @@
 #include "tests/support/file_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::FileUtilsTest;
-using test::ScopedEnvironment;
 
 struct Row {
   std::wstring command;
@@ -45,15 +42,15 @@ TEST_F(FileUtilsTest, SplitCommandLine) {
 }
 
 TEST(ResolveCommandTest, FromCommandToFile) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring tool = folder.Write(L"smh tool.exe", "x");
   const std::wstring unquoted = folder.Write(L"with blank\\inner.exe", "x");
   const ScopedEnvironment path(L"PATH", folder.Path());
   const ScopedEnvironment extensions(L"PATHEXT", L".exe");
   const ScopedEnvironment variable(L"SMH_DIR", folder.Path());
-  const test::StartedFileUtils started;
+  const StartedFileUtils started;
   const std::wstring native = FileUtils::GetSysnativeDir() + L"smh native.exe";
-  test::WriteFileBytes(native, "x");
+  WriteFileBytes(native, "x");
   const Row rows[] = {
       {L"\"%SMH_DIR%\\smh tool.exe\"", tool, L""},
       {unquoted + L" -x", unquoted, L"-x"},
@@ -99,4 +96,4 @@ TEST_F(FileUtilsTest, HostileCommands) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

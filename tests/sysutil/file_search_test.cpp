@@ -5,13 +5,8 @@
 
 #include <algorithm>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::HasTwoViews;
-using test::ScopedEnvironment;
-using test::StartedFileUtils;
-using test::Sz;
 
 constexpr wchar_t kAppPaths[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
 constexpr wchar_t kSharedDlls[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
@@ -34,30 +29,30 @@ class FileSearchTest : public testing::Test {
   static std::wstring AppPathKey(std::wstring_view extension) {
     return std::wstring(kAppPaths).append(kTool).append(extension);
   }
-  static void SetAppPath(std::wstring_view extension, const std::wstring& name, const test::RawValue& value,
+  static void SetAppPath(std::wstring_view extension, const std::wstring& name, const RawValue& value,
                          REGSAM view = 0) {
-    test::SetValue(HKEY_LOCAL_MACHINE, AppPathKey(extension), name, value, view);
+    SetValue(HKEY_LOCAL_MACHINE, AppPathKey(extension), name, value, view);
   }
   static void AddSharedDll(const std::wstring& path, REGSAM view) {
-    test::SetValue(HKEY_LOCAL_MACHINE, kSharedDlls, path, test::Dword(1), view);
+    SetValue(HKEY_LOCAL_MACHINE, kSharedDlls, path, Dword(1), view);
   }
 
-  const test::TemporaryFolder first_;
-  const test::TemporaryFolder second_;
+  const TemporaryFolder first_;
+  const TemporaryFolder second_;
   // Not in PATH.
-  const test::TemporaryFolder apart_;
+  const TemporaryFolder apart_;
 
  private:
   static void Clean() {
     for (const REGSAM view : {KEY_WOW64_32KEY, KEY_WOW64_64KEY}) {
       for (const wchar_t* const extension : {L".com", L".exe", L".bat", L".cmd"}) {
-        test::DeleteKeyTree(HKEY_LOCAL_MACHINE, AppPathKey(extension), view);
+        DeleteKeyTree(HKEY_LOCAL_MACHINE, AppPathKey(extension), view);
       }
     }
   }
 
-  const test::SavedKey shared_{HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_32KEY};
-  const test::SavedKey sharedNative_{HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY};
+  const SavedKey shared_{HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_32KEY};
+  const SavedKey sharedNative_{HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY};
   const ScopedEnvironment path_{L"PATH", first_.Path() + L";" + second_.Path()};
   const ScopedEnvironment extensions_{L"PATHEXT", L".COM;.EXE"};
   const StartedFileUtils started_;
@@ -91,13 +86,13 @@ TEST_F(FileSearchTest, AppPathsDefaultValueOrElseItsFolder) {
   const std::wstring real = apart_.Write(L"real.exe", "x");
   const std::wstring named = apart_.Write(L"smh tool.exe", "x");
   const ScopedEnvironment variable(L"SMH_DIR", apart_.Path());
-  const std::pair<test::RawValue, std::wstring> rows[] = {
+  const std::pair<RawValue, std::wstring> rows[] = {
       {Sz(L"\"" + real + L"\""), real},
-      {test::ExpandSz(L"%SMH_DIR%\\real.exe"), real},
+      {ExpandSz(L"%SMH_DIR%\\real.exe"), real},
       {Sz(L"smh tool.exe"), named},
       {Sz(L""), named},
-      {test::Dword(7), named},
-      {test::MultiSz({real}), named},
+      {Dword(7), named},
+      {MultiSz({real}), named},
       // A default value with a folder is believed, even when it leads nowhere.
       {Sz(apart_.File(L"missing.exe")), L""},
   };
@@ -109,7 +104,7 @@ TEST_F(FileSearchTest, AppPathsDefaultValueOrElseItsFolder) {
     EXPECT_EQ(FileUtils::SearchAppPaths(0, kTool, L".exe"), file);
   }
   SetAppPath(L".exe", L"", Sz(L""));
-  SetAppPath(L".exe", L"Path", test::Dword(7));
+  SetAppPath(L".exe", L"Path", Dword(7));
   EXPECT_EQ(Found(L"smh tool.exe"), L"");
   SetAppPath(L".exe", L"", Sz(real));
   first_.Write(L"smh tool.exe", "x");
@@ -122,7 +117,7 @@ TEST_F(FileSearchTest, AppPathsTriesTheExtensionsUntilAFileExistsAndMayBeRead) {
   SetAppPath(L".exe", L"", Sz(file));
   SetAppPath(L".bat", L"", Sz(apart_.Write(L"real.bat", "x")));
   EXPECT_EQ(Found(kTool), file);
-  const test::LimitedKey none(HKEY_LOCAL_MACHINE, AppPathKey(L".exe"), test::LimitedKey::Rights::kNone);
+  const LimitedKey none(HKEY_LOCAL_MACHINE, AppPathKey(L".exe"), LimitedKey::Rights::kNone);
   EXPECT_EQ(Found(kTool), apart_.File(L"real.bat"));
 }
 
@@ -138,7 +133,7 @@ TEST_F(FileSearchTest, AppPathsOfTheOtherViewComeSecond) {
 TEST_F(FileSearchTest, SharedDllsFirstPathOfThatNameCounts) {
   AddSharedDll(apart_.File(L"a\\smh tool.dll"), KEY_WOW64_64KEY);
   AddSharedDll(apart_.Write(L"b\\smh tool.dll", "x"), KEY_WOW64_64KEY);
-  const std::vector<std::wstring> order = test::Values(HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY);
+  const std::vector<std::wstring> order = Values(HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY);
   ASSERT_LT(std::ranges::find(order, apart_.File(L"a\\smh tool.dll")),
             std::ranges::find(order, apart_.File(L"b\\smh tool.dll")));
   EXPECT_EQ(Found(L"smh tool.dll"), L"");
@@ -152,11 +147,11 @@ TEST_F(FileSearchTest, SharedDllsLastMatchingExtensionAndNativeViewWin) {
   EXPECT_EQ(Found(kTool), apart_.File(L"smh tool.exe"));
   AddSharedDll(apart_.File(L"smh tool.bat"), KEY_WOW64_64KEY);
   EXPECT_EQ(Found(kTool), L"");
-  // No path, none with a folder, and one that ends at its zero.
+  // No path, none with a folder, and one that ends at its NUL.
   AddSharedDll(L"smh tool.cmd", KEY_WOW64_64KEY);
-  const ScopedKey key = test::MakeKey(HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY);
+  const ScopedKey key = MakeKey(HKEY_LOCAL_MACHINE, kSharedDlls, KEY_WOW64_64KEY);
   const std::wstring cut = apart_.Write(L"cut.com", "x") + std::wstring(L"\0\\smh cut.com", 13);
-  test::SetCountedValue(key.Get(), cut, test::Dword(1));
+  SetCountedValue(key.Get(), cut, Dword(1));
   for (const wchar_t* const name : {L"smh tool.cmd", L"smh cut.com"}) EXPECT_EQ(Found(name), L"") << name;
   // Whatever the native view says replaces the other answer.
   const std::wstring file = apart_.Write(L"smh tool.dll", "x");
@@ -177,4 +172,4 @@ TEST_F(FileSearchTest, NamesWithFolderAndOddNamesFindNothing) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

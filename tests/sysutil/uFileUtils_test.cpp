@@ -6,13 +6,9 @@
 #include <algorithm>
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
-using test::FileUtilsTest;
-using test::HasTwoViews;
-using test::ScopedEnvironment;
-using test::StartedFileUtils;
 using TextList = std::vector<std::wstring>;
 
 // In the case in which the system writes it.
@@ -118,12 +114,10 @@ TEST(FileUtilsCachesTest, ThreadsShareWhatTheFirstOneMade) {
   }
 }
 
-using test::HasTwoViews;
-
 // A file until the end of the test.
 class OwnFile {
  public:
-  explicit OwnFile(std::wstring path) : path_(std::move(path)) { test::WriteFileBytes(path_, "x"); }
+  explicit OwnFile(std::wstring path) : path_(std::move(path)) { WriteFileBytes(path_, "x"); }
   ~OwnFile() { DeleteFileW(path_.c_str()); }
   OwnFile(const OwnFile&) = delete;
   OwnFile& operator=(const OwnFile&) = delete;
@@ -132,7 +126,7 @@ class OwnFile {
   std::wstring path_;
 };
 
-class Wow64PathsTest : public test::FileUtilsTest {
+class Wow64PathsTest : public FileUtilsTest {
  protected:
   // What is found for `asked` by each operation; empty for nothing.
   static void ExpectFile(const std::wstring& asked, const std::wstring& found) {
@@ -194,4 +188,4 @@ TEST_F(Wow64PathsTest, Folders) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -15,7 +15,7 @@ namespace smh {
 namespace {
 
 bool IsInFolder(const ItemRecord& item) noexcept {
-  return item.location == sulFolderUser || item.location == sulFolderCommon;
+  return LocationRowOf(item.location).family == LocationFamily::kStartupFolder;
 }
 
 // Whether the entry holds a command that was given to the library. Registry entries keep a command as it is

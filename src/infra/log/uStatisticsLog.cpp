@@ -13,7 +13,7 @@ namespace smh {
 
 struct StatisticsLog {
   // Serialises every write and every save, the file's writing included. Entered under the model's locks;
-  // under it come the service cache's lock and what that takes, and no other.
+  // under it come the siblings' lock and what that takes, and no other.
   CriticalSection lock;
   LogText text;
   // The line that is being put together; keeps its memory from line to line.

@@ -30,7 +30,7 @@ std::wstring TextOf(std::span<const std::byte> bytes) {
   return text;
 }
 
-std::wstring_view UpToZero(const wchar_t* units, DWORD bytes) noexcept {
+std::wstring_view TextUpToNul(const wchar_t* units, DWORD bytes) noexcept {
   return UpToNul({units, bytes / sizeof(wchar_t)});
 }
 
@@ -114,7 +114,7 @@ bool RegistryValueReader::Next() {
 }
 
 std::wstring_view RegistryValueReader::Text() const noexcept {
-  return IsText() ? UpToZero(data_.data(), dataSize_) : std::wstring_view();
+  return IsText() ? TextUpToNul(data_.data(), dataSize_) : std::wstring_view();
 }
 
 ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) noexcept {
@@ -168,7 +168,7 @@ std::wstring QueryRegistryText(HKEY key, const std::wstring& name) {
   if (IsMissing(status)) return {};
   if (status == ERROR_MORE_DATA) return QueryRegistryValue(key, name).value_or(RegistryData{}).Text();
   CheckStatus(status);
-  return IsTextType(type) ? std::wstring(UpToZero(units, size)) : std::wstring();
+  return IsTextType(type) ? std::wstring(TextUpToNul(units, size)) : std::wstring();
 }
 
 }  // namespace smh

@@ -13,7 +13,7 @@ namespace smh {
 //
 //   in the header        struct CheckpointTexts;
 //                        extern ModuleGlobal<CheckpointTexts> g_checkpointTexts;
-//   in the source        constinit ModuleGlobal<CheckpointTexts> g_checkpointTexts(L"uLocationStartup");
+//   in the source        constinit ModuleGlobal<CheckpointTexts> g_checkpointTexts(L"checkpoint");
 //   in the table         StepOf<g_checkpointTexts>(L"checkpoint texts"),
 //
 // State needs to be complete only where the global is defined. Start and Stop are called by one thread while

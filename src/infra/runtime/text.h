@@ -1,5 +1,5 @@
-// Comparisons and edits of UTF-16 text. Positions and lengths are in units. "Ignoring case" is ordinal unless
-// a function says otherwise.
+// Comparisons and edits of UTF-16 text. Positions and lengths are in code units. "Ignoring case" is ordinal
+// unless a function says otherwise.
 #pragma once
 
 #include <string>

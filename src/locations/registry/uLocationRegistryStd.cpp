@@ -17,8 +17,8 @@ constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\"."
 // Spelled so, and without a full stop, on purpose: users search their logs for it.
 constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
 
-// A zero inside a name would end it everywhere: it is shown as its symbol.
-std::wstring WithSymbolsForZeros(std::wstring_view name) {
+// A NUL inside a name would end it everywhere: it is shown as its symbol.
+std::wstring WithSymbolsForNuls(std::wstring_view name) {
   std::wstring shown(name);
   std::ranges::replace(shown, L'\0', L'\x2400');
   return shown;
@@ -52,10 +52,10 @@ bool TLocationRegistryStd::ReadKey(RegistryLoad& load, const Place& place) {
   while (values.Next()) {
     CheckTerminated();
     const std::wstring_view name = values.Name();
-    const bool hasZero = HoldsNul(name);
-    const std::wstring symbols = hasZero ? WithSymbolsForZeros(name) : std::wstring();
-    const std::wstring_view shown = hasZero ? std::wstring_view(symbols) : name;
-    const SeenEntry seen{place.path, name, shown, shown, values.Text(), hasZero || isProtected};
+    const bool hasNul = HoldsNul(name);
+    const std::wstring symbols = hasNul ? WithSymbolsForNuls(name) : std::wstring();
+    const std::wstring_view shown = hasNul ? std::wstring_view(symbols) : name;
+    const SeenEntry seen{place.path, name, shown, shown, values.Text(), hasNul || isProtected};
     if (!TakeEntry(load, place, seen)) return false;
   }
   return true;

@@ -9,7 +9,7 @@
 #include <new>
 #include <string>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 struct ErrorInfo {
@@ -123,4 +123,4 @@ TEST(BoundaryCallTest, SiblingAnswersWithoutTouchingErrorInfo) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 struct IFirst : IUnknown {
@@ -74,4 +74,4 @@ TEST(ComObjectTest, ServiceOutlivesItsReferences) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 TEST(StartupLocationTest, OrdinalsAndMemberNames) {
@@ -51,4 +51,4 @@ TEST(StartupLocationTest, NoTwoLocationsShareANameAPlaceOrATitle) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

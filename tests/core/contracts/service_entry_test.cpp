@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 std::string g_calls;
@@ -64,4 +64,4 @@ TEST(ServiceEntryTest, FailedStartRefusesTheModuleAndIsNotStoppedAgain) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -10,18 +10,18 @@
 #include <string>
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
-using DllGlobalsTest = test::SiblingTest;
+using DllGlobalsTest = SiblingTest;
 
-class SettingsWithoutObject : public test::FakeSettings {
+class SettingsWithoutObject : public FakeSettings {
  public:
   HRESULT STDMETHODCALLTYPE GetApplicationSettings(IApplicationSettings**) override { return E_FAIL; }
 };
 
 TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTimeAndOnWithoutSettings) {
-  const auto settings = MakeComObject<test::FakeSettings>();
+  const auto settings = MakeComObject<FakeSettings>();
   Install(L"prefkit.dll", ISettings::kId, settings.Get());
   for (const bool use : {false, true}) {
     settings->useCheckpoints = use;
@@ -36,9 +36,9 @@ TEST_F(DllGlobalsTest, CheckpointsAreAskedForEveryTimeAndOnWithoutSettings) {
 }
 
 TEST_F(DllGlobalsTest, IndirectStrings) {
-  const std::wstring self = test::ThisProgram();
+  const std::wstring self = ThisProgram();
   SetEnvironmentVariableW(L"SMH_TEST_PROGRAM", self.c_str());
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring noImage = folder.Write(L"text.dll", "no image");
   const std::wstring copy = folder.File(L"copy, of a program.exe");
   ASSERT_TRUE(CopyFileW(self.c_str(), copy.c_str(), TRUE));
@@ -78,7 +78,7 @@ int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UI
 }
 
 TEST_F(DllGlobalsTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
-  const test::ImportPatch patch("MessageBoxW", &RecordBox);
+  const ImportPatch patch("MessageBoxW", &RecordBox);
   g_shown.clear();
   EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
   EXPECT_EQ(ShowMessageBoxOwned(GetDesktopWindow(), L"Failed", MB_ICONERROR), IDNO);
@@ -88,4 +88,4 @@ TEST_F(DllGlobalsTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

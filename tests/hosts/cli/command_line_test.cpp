@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 
 namespace {
 
@@ -110,4 +110,4 @@ TEST(CommandLine, HelpIsNoError) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

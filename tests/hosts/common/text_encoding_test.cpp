@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 
 namespace {
 
@@ -63,4 +63,4 @@ TEST(TextEncoding, CutsByCellsOfTheConsole) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

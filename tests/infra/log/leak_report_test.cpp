@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 TEST(LeakReportTest, CountsBlocksAndHandlesThatLive) {
@@ -36,4 +36,4 @@ TEST(LeakReportTest, CountsBlocksAndHandlesThatLive) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

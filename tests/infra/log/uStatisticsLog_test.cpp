@@ -16,7 +16,7 @@
 #include <regex>
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 using Lines = std::vector<std::wstring>;
@@ -74,7 +74,7 @@ struct LogServices {
     helper->userText = L"J\x00F6rg";
     helper->userIsAdmin = true;
     helper->versionStrings[L"FileVersion"] = L"9.8.7.6";
-    test::InstallFakeSibling(L"basekit.dll", IHelper::kId, helper.Get());
+    InstallFakeSibling(L"basekit.dll", IHelper::kId, helper.Get());
     g_siblings.Start();
     g_statisticsLog.Start();
   }
@@ -88,16 +88,16 @@ class StatisticsLogTest : public testing::Test {
     g_statisticsLog.Stop();
     ForgetWinVersionInfo();
     g_siblings.Stop();
-    test::InstallFakeSibling(L"basekit.dll", IHelper::kId, nullptr);
+    InstallFakeSibling(L"basekit.dll", IHelper::kId, nullptr);
   }
 
   std::wstring File() const { return folder_.File(kLogPath); }
   Lines Saved() const {
     SaveLog();
-    return test::ReadUtf16Lines(File());
+    return ReadUtf16Lines(File());
   }
 
-  const test::TemporaryFolder folder_;
+  const TemporaryFolder folder_;
   const LogServices services_{folder_.Path()};
 };
 
@@ -129,7 +129,7 @@ TEST_F(StatisticsLogTest, AFolderThatCannotBeMadeIsSwallowed) {
   folder_.Write(L"Quillmark", "a file where the folder should be");
   LogLine(L"x");
   EXPECT_NO_THROW(SaveLog());
-  EXPECT_EQ(test::ReadFileBytes(folder_.File(L"Quillmark")), "a file where the folder should be");
+  EXPECT_EQ(ReadFileBytes(folder_.File(L"Quillmark")), "a file where the folder should be");
 }
 
 TEST_F(StatisticsLogTest, ErrorRecords) {
@@ -153,17 +153,17 @@ TEST_F(StatisticsLogTest, ErrorRecords) {
 }
 
 TEST_F(StatisticsLogTest, DumpsEveryKindOfValue) {
-  const test::RegistryTree tree(kTree);
+  const RegistryTree tree(kTree);
   using namespace std::string_view_literals;
-  tree.Set(L"", L"", test::Sz(L"default"));
-  tree.Set(L"", L"binary", test::Binary("abc"));
-  tree.Set(L"", L"dword", test::Dword(0xFFFFFFFF));
-  tree.Set(L"", L"expand", test::ExpandSz(L"%windir%\\x.exe"));
-  tree.Set(L"", L"list", test::MultiSz({L"a", L"b"}));
-  tree.Set(L"", L"open", {REG_SZ, test::UnitBytes(L"no end"sv)});
-  tree.Set(L"one", L"v", test::Sz(L"1"));
+  tree.Set(L"", L"", Sz(L"default"));
+  tree.Set(L"", L"binary", Binary("abc"));
+  tree.Set(L"", L"dword", Dword(0xFFFFFFFF));
+  tree.Set(L"", L"expand", ExpandSz(L"%windir%\\x.exe"));
+  tree.Set(L"", L"list", MultiSz({L"a", L"b"}));
+  tree.Set(L"", L"open", {REG_SZ, UnitBytes(L"no end"sv)});
+  tree.Set(L"one", L"v", Sz(L"1"));
   tree.Key(L"two\\deep");
-  test::MakeLink(HKEY_CURRENT_USER, tree.PathOf(L"two\\loop"), tree.Key().Get());
+  MakeLink(HKEY_CURRENT_USER, tree.PathOf(L"two\\loop"), tree.Key().Get());
   LogRegistryKey(0, HKEY_CURRENT_USER, true, kTree);
   Lines lines = Saved();
   const std::wstring top = std::wstring(L"(x32)HKEY_CURRENT_USER\\") + kTree + L"\\";
@@ -178,8 +178,8 @@ TEST_F(StatisticsLogTest, DumpsEveryKindOfValue) {
 }
 
 TEST_F(StatisticsLogTest, DumpOfAClosedOrMissingKeyWritesNothing) {
-  const test::RegistryTree tree(kTree);
-  const test::LimitedKey closed(HKEY_CURRENT_USER, tree.PathOf(L"closed"), test::LimitedKey::Rights::kNone);
+  const RegistryTree tree(kTree);
+  const LimitedKey closed(HKEY_CURRENT_USER, tree.PathOf(L"closed"), LimitedKey::Rights::kNone);
   LogRegistryKey(0, HKEY_CURRENT_USER, true, tree.PathOf(L"closed"));
   LogRegistryKey(0, HKEY_CURRENT_USER, true, tree.PathOf(L"missing"));
   LogRegistryKey(KEY_WOW64_64KEY, HKEY_CURRENT_USER, false, kTree);
@@ -188,19 +188,19 @@ TEST_F(StatisticsLogTest, DumpOfAClosedOrMissingKeyWritesNothing) {
 
 // The Run keys follow in order: each once, and on a 64-bit Windows a second time in the other view.
 TEST_F(StatisticsLogTest, SystemInfoBlock) {
-  const test::SavedKey saved(HKEY_CURRENT_USER, test::kRunKey);
-  const std::wstring runOnce = test::kRunKey + L"Once";
+  const SavedKey saved(HKEY_CURRENT_USER, kRunKey);
+  const std::wstring runOnce = kRunKey + L"Once";
   Lines keys;
-  for (const std::wstring& key : {test::kRunKey, runOnce}) {
+  for (const std::wstring& key : {kRunKey, runOnce}) {
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-      test::MakeKey(root, key, 0);
+      MakeKey(root, key, 0);
       keys.push_back(BuildFullValuePath(0, root, key, L""));
-      if (!test::HasTwoViews()) continue;
-      test::MakeKey(root, key, KEY_WOW64_64KEY);
+      if (!HasTwoViews()) continue;
+      MakeKey(root, key, KEY_WOW64_64KEY);
       keys.push_back(BuildFullValuePath(KEY_WOW64_64KEY, root, key, L""));
     }
   }
-  test::SetValue(HKEY_CURRENT_USER, test::kRunKey, L"Probe", test::Sz(L"probe.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Probe", Sz(L"probe.exe"));
   LogLine(L"forgotten");
   LogSystemInfo();
   LogLine(L"kept");
@@ -216,7 +216,7 @@ TEST_F(StatisticsLogTest, SystemInfoBlock) {
       L"shlwapi.dll: \\d+\\.\\d+",
       L"shell32.dll: \\d+\\.\\d+",
       L"comctl32.dll: \\d+\\.\\d+",
-      std::wstring(L"IsWow64Process: ") + (test::HasTwoViews() ? L"True" : L"False"),
+      std::wstring(L"IsWow64Process: ") + (HasTwoViews() ? L"True" : L"False"),
       kSeparator,
       L"User name       : J\x00F6rg",
       L"User is admin   : True",
@@ -234,7 +234,7 @@ TEST_F(StatisticsLogTest, SystemInfoBlock) {
   std::ranges::copy_if(lines, std::back_inserter(found),
                        [&](const std::wstring& line) { return std::ranges::find(keys, line) != keys.end(); });
   EXPECT_EQ(found, keys);
-  EXPECT_EQ(std::ranges::count(lines, L"Probe (REG_SZ) = \"probe.exe\""), test::HasTwoViews() ? 2 : 1);
+  EXPECT_EQ(std::ranges::count(lines, L"Probe (REG_SZ) = \"probe.exe\""), HasTwoViews() ? 2 : 1);
 }
 
 TEST_F(StatisticsLogTest, WritersDoNotTearEachOther) {
@@ -275,12 +275,12 @@ SMH_CHILD(ExitWithLog) {
 
 TEST(StatisticsLogLifeTest, ProcessExitSavesToThePathOfTheBlockUnlessTheLockIsOrphaned) {
   for (const wchar_t* const when : {L"", L"before the first block", L"while the lock is orphaned"}) {
-    const test::TemporaryFolder folder;
-    const test::ChildResult result = test::RunChild(L"ExitWithLog", {folder.Path(), when}, 20'000);
+    const TemporaryFolder folder;
+    const ChildResult result = RunChild(L"ExitWithLog", {folder.Path(), when}, 20'000);
     EXPECT_FALSE(result.timedOut);
     EXPECT_EQ(result.exitCode, 0u) << result.output;
     if (*when == L'\0') {
-      const Lines lines = test::ReadUtf16Lines(folder.File(kLogPath));
+      const Lines lines = ReadUtf16Lines(folder.File(kLogPath));
       EXPECT_EQ(lines.front(), kSeparator);
       EXPECT_EQ(lines.back(), L"the last line");
     } else {
@@ -290,4 +290,4 @@ TEST(StatisticsLogLifeTest, ProcessExitSavesToThePathOfTheBlockUnlessTheLockIsOr
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -10,12 +10,8 @@
 
 #include <map>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::LimitedKey;
-using test::RawValue;
-using test::RegistryTree;
 
 constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Registry";
 
@@ -23,8 +19,7 @@ std::map<std::wstring, RawValue> ReadAll(HKEY key) {
   std::map<std::wstring, RawValue> found;
   RegistryValueReader reader(key);
   while (reader.Next()) {
-    found[std::wstring(reader.Name())] = {reader.Type(),
-                                          test::Bytes(reader.Data().begin(), reader.Data().end())};
+    found[std::wstring(reader.Name())] = {reader.Type(), Bytes(reader.Data().begin(), reader.Data().end())};
   }
   return found;
 }
@@ -32,21 +27,21 @@ std::map<std::wstring, RawValue> ReadAll(HKEY key) {
 TEST(RegistryValueReaderTest, HostileValuesComeBackAsStored) {
   const RegistryTree tree(kTree);
   std::map<std::wstring, RawValue> stored = {
-      {L"", test::Sz(L"default")},
-      {L"a\\b", test::ExpandSz(L"%windir%")},
-      {L"\"quoted\"", test::Dword(7)},
-      {L"\xD800 lone", {REG_SZ, test::UnitBytes(L"no end")}},
+      {L"", Sz(L"default")},
+      {L"a\\b", ExpandSz(L"%windir%")},
+      {L"\"quoted\"", Dword(7)},
+      {L"\xD800 lone", {REG_SZ, UnitBytes(L"no end")}},
       {L"odd", {REG_SZ, {std::byte{65}, std::byte{0}, std::byte{66}}}},
       {L"empty", {REG_SZ, {}}},
       {L"strange type", {0xCAFE, {std::byte{1}}}},
-      {L"large", {REG_BINARY, test::Bytes(1'048'576, std::byte{0x5A})}},
-      {std::wstring(16'383, L'n'), test::Sz(L"long name")},
-      {std::wstring(L"zero\0in name", 12), test::Sz(L"counted")},
+      {L"large", {REG_BINARY, Bytes(1'048'576, std::byte{0x5A})}},
+      {std::wstring(16'383, L'n'), Sz(L"long name")},
+      {std::wstring(L"zero\0in name", 12), Sz(L"counted")},
   };
   const ScopedKey key = tree.Key();
-  for (const auto& [name, value] : stored) test::SetCountedValue(key.Get(), name, value);
+  for (const auto& [name, value] : stored) SetCountedValue(key.Get(), name, value);
   EXPECT_EQ(ReadAll(key.Get()), stored);
-  test::RemoveCountedValue(key.Get(), std::wstring(L"zero\0in name", 12));
+  RemoveCountedValue(key.Get(), std::wstring(L"zero\0in name", 12));
 }
 
 int g_enumerations = 0;
@@ -54,16 +49,16 @@ int g_enumerations = 0;
 LSTATUS WINAPI CountedEnumValue(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved,
                                 DWORD* type, BYTE* data, DWORD* size) {
   ++g_enumerations;
-  static const auto real = test::RealFunction<decltype(RegEnumValueW)>(L"advapi32.dll", "RegEnumValueW");
+  static const auto real = RealFunction<decltype(RegEnumValueW)>(L"advapi32.dll", "RegEnumValueW");
   return real(key, index, name, length, reserved, type, data, size);
 }
 
 TEST(RegistryValueReaderTest, OneCallPerValueAndFewToGrow) {
   const RegistryTree tree(kTree);
-  for (int i = 0; i < 50; ++i) tree.Set(L"", std::to_wstring(i), test::Sz(L"text"));
-  tree.Set(L"", L"large", {REG_BINARY, test::Bytes(1'048'576)});
+  for (int i = 0; i < 50; ++i) tree.Set(L"", std::to_wstring(i), Sz(L"text"));
+  tree.Set(L"", L"large", {REG_BINARY, Bytes(1'048'576)});
   const ScopedKey key = tree.Key();
-  const test::ImportPatch patch("RegEnumValueW", &CountedEnumValue);
+  const ImportPatch patch("RegEnumValueW", &CountedEnumValue);
   g_enumerations = 0;
   EXPECT_EQ(ReadAll(key.Get()).size(), 51u);
   EXPECT_EQ(g_enumerations, 53);
@@ -71,11 +66,11 @@ TEST(RegistryValueReaderTest, OneCallPerValueAndFewToGrow) {
 
 TEST(RegistryValueReaderTest, DeletedKeyEndsItQuietlyAndOtherFailuresRaise) {
   const RegistryTree tree(kTree);
-  for (const wchar_t* const name : {L"a", L"b", L"c"}) tree.Set(L"gone", name, test::Sz(name));
+  for (const wchar_t* const name : {L"a", L"b", L"c"}) tree.Set(L"gone", name, Sz(name));
   const ScopedKey key = tree.Key(L"gone");
   RegistryValueReader reader(key.Get());
   ASSERT_TRUE(reader.Next());
-  test::DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"gone"));
+  DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"gone"));
   EXPECT_FALSE(reader.Next());
   EXPECT_EQ(QueryRegistryValue(key.Get(), L"b"), std::nullopt);
   EXPECT_TRUE(SubKeyNames(key.Get()).empty());
@@ -90,14 +85,14 @@ TEST(RegistryValueReaderTest, DeletedKeyEndsItQuietlyAndOtherFailuresRaise) {
 TEST(RegistryDataTest, TextEndsAtTheFirstZeroOrTheData) {
   using namespace std::string_view_literals;
   const auto text = [](DWORD type, std::wstring_view units) {
-    return RegistryData{type, test::UnitBytes(units)}.Text();
+    return RegistryData{type, UnitBytes(units)}.Text();
   };
   EXPECT_EQ(text(REG_SZ, L"ab\0cd\0"sv), L"ab");
   EXPECT_EQ(text(REG_EXPAND_SZ, L"ab"sv), L"ab");
   EXPECT_EQ((RegistryData{REG_SZ, {std::byte{65}}}.Text()), L"");
   EXPECT_EQ(text(REG_BINARY, L"ab\0"sv), L"");
-  EXPECT_EQ(JoinTextList(test::UnitBytes(L"a\0open"sv), L";"), L"a;open;");
-  EXPECT_EQ(JoinTextList(test::UnitBytes(L"a\0\0b\0\0"sv), L";"), L"a;");
+  EXPECT_EQ(JoinTextList(UnitBytes(L"a\0open"sv), L";"), L"a;open;");
+  EXPECT_EQ(JoinTextList(UnitBytes(L"a\0\0b\0\0"sv), L";"), L"a;");
   EXPECT_EQ(JoinTextList({}, L";"), L"");
 }
 
@@ -125,9 +120,9 @@ TEST_F(TRegistryTest, FailedOpenKeepsTheOldKey) {
 }
 
 TEST_F(TRegistryTest, ReadsByKindAndNamesTheValueInErrors) {
-  tree_.Set(L"", L"sz", test::Sz(L"text"));
-  tree_.Set(L"", L"cut", {REG_EXPAND_SZ, test::UnitBytes(std::wstring_view(L"%a%\0x", 5))});
-  tree_.Set(L"", L"dword", test::Dword(0xFFFFFFFF));
+  tree_.Set(L"", L"sz", Sz(L"text"));
+  tree_.Set(L"", L"cut", {REG_EXPAND_SZ, UnitBytes(std::wstring_view(L"%a%\0x", 5))});
+  tree_.Set(L"", L"dword", Dword(0xFFFFFFFF));
   tree_.Set(L"", L"short", {REG_DWORD, {std::byte{1}}});
   ASSERT_TRUE(registry_.OpenKeyReadOnly(kTree));
   EXPECT_EQ(registry_.ReadString(L"sz"), L"text");
@@ -155,8 +150,8 @@ TEST_F(TRegistryTest, WritesAndDeletes) {
   ASSERT_TRUE(registry_.OpenKey(kTree, false));
   registry_.WriteString(L"text", L"x");
   registry_.WriteInteger(L"number", 5);
-  EXPECT_EQ(tree_.Get(L"", L"text"), test::Sz(L"x"));
-  EXPECT_EQ(tree_.Get(L"", L"number"), test::Dword(5));
+  EXPECT_EQ(tree_.Get(L"", L"text"), Sz(L"x"));
+  EXPECT_EQ(tree_.Get(L"", L"number"), Dword(5));
   EXPECT_THROW(registry_.WriteString(std::wstring(L"text\0y", 6), L"z"), EOSError);
   EXPECT_FALSE(registry_.DeleteValue(std::wstring(L"text\0y", 6)));
   EXPECT_TRUE(registry_.DeleteValue(L"number"));
@@ -171,22 +166,22 @@ TEST_F(TRegistryTest, WritesAndDeletes) {
 
 TEST(KeyTreeTest, LinksAreNotEnteredAndUnreadableKeysStopTheDeletion) {
   const RegistryTree tree(kTree);
-  tree.Set(L"precious\\deep", L"v", test::Dword(1));
+  tree.Set(L"precious\\deep", L"v", Dword(1));
   tree.Key(L"k\\plain");
-  test::MakeLink(HKEY_CURRENT_USER, tree.PathOf(L"k\\link"), tree.Key(L"precious").Get());
+  MakeLink(HKEY_CURRENT_USER, tree.PathOf(L"k\\link"), tree.Key(L"precious").Get());
   ASSERT_TRUE(tree.Has(L"k\\link\\deep"));
   EXPECT_EQ(CheckKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_NOT_SUPPORTED);
   EXPECT_EQ(CheckKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"precious"), 0), ERROR_SUCCESS);
   EXPECT_EQ(CheckKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"missing"), 0), ERROR_SUCCESS);
-  EXPECT_EQ(DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_SUCCESS);
+  EXPECT_EQ(smh::DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_SUCCESS);
   EXPECT_FALSE(tree.Has(L"k"));
-  EXPECT_EQ(tree.Get(L"precious\\deep", L"v"), test::Dword(1));
+  EXPECT_EQ(tree.Get(L"precious\\deep", L"v"), Dword(1));
 
   tree.Key(L"k\\closed\\below");
   const LimitedKey closed(HKEY_CURRENT_USER, tree.PathOf(L"k\\closed"), LimitedKey::Rights::kNone);
-  EXPECT_EQ(DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(smh::DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_ACCESS_DENIED);
   EXPECT_TRUE(tree.Has(L"k\\closed\\below"));
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -4,10 +4,8 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::RegistryTree;
 
 constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Utils";
 const auto kForeignRoot = reinterpret_cast<HKEY>(0x1234);
@@ -67,8 +65,8 @@ class TwoViewLookupTest : public testing::Test {
     registry_.AcceptedTypes = {RegistryDataKind::kString, RegistryDataKind::kExpandString};
   }
   // On a Windows with one view both are the same key.
-  static void SetIn(REGSAM view, const test::RawValue& value) {
-    test::SetValue(HKEY_LOCAL_MACHINE, kTree, L"v", value, view);
+  static void SetIn(REGSAM view, const RawValue& value) {
+    SetValue(HKEY_LOCAL_MACHINE, kTree, L"v", value, view);
   }
 
   RegistryTree plain_{kTree, HKEY_LOCAL_MACHINE, 0};
@@ -77,20 +75,20 @@ class TwoViewLookupTest : public testing::Test {
 };
 
 TEST_F(TwoViewLookupTest, First64ThenPlain) {
-  SetIn(KEY_WOW64_64KEY, test::Sz(L"64"));
-  SetIn(0, test::ExpandSz(L"plain"));
+  SetIn(KEY_WOW64_64KEY, Sz(L"64"));
+  SetIn(0, ExpandSz(L"plain"));
   EXPECT_TRUE(registry_.ValueExistsEx(true, true));
-  EXPECT_EQ(registry_.ReadStringEx(true, true), test::HasTwoViews() ? L"64" : L"plain");
+  EXPECT_EQ(registry_.ReadStringEx(true, true), HasTwoViews() ? L"64" : L"plain");
   EXPECT_EQ(registry_.ReadStringEx(false, true), L"plain");
-  test::DeleteKeyTree(HKEY_LOCAL_MACHINE, kTree, KEY_WOW64_64KEY);
-  EXPECT_EQ(registry_.ValueExistsEx(true, true), test::HasTwoViews());
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, kTree, KEY_WOW64_64KEY);
+  EXPECT_EQ(registry_.ValueExistsEx(true, true), HasTwoViews());
   EXPECT_FALSE(registry_.ValueExistsEx(true, false));
   EXPECT_EQ(registry_.Access(), static_cast<REGSAM>(KEY_READ));
   EXPECT_EQ(registry_.CurrentKey(), nullptr);
 }
 
 TEST_F(TwoViewLookupTest, OnlyAcceptedKindsCountAndNothingFoundRaises) {
-  SetIn(0, test::Dword(1));
+  SetIn(0, Dword(1));
   EXPECT_FALSE(registry_.ValueExistsEx(false, true));
   registry_.AcceptedTypes = {RegistryDataKind::kInteger};
   EXPECT_TRUE(registry_.ValueExistsEx(false, true));
@@ -103,4 +101,4 @@ TEST_F(TwoViewLookupTest, OnlyAcceptedKindsCountAndNothingFoundRaises) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 // 1, 2, 3, ... in a block of the heap of exactly that size.
@@ -114,4 +114,4 @@ TEST(ByteCursorTest, AlignmentCountsFromTheOutermostStart) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -13,7 +13,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 
 struct CountedState;
 extern ModuleGlobal<CountedState> g_counted;
@@ -168,4 +168,4 @@ TEST(LazyTest, ResetAndDestructionFreeTheValue) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

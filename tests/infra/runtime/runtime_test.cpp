@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 TEST(FormatTest, FormatsTextAndNumbersAndRefusesTheRest) {
@@ -125,4 +125,4 @@ TEST(CriticalSectionTest, KnowsItsHolder) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

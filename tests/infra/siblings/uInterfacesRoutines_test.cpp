@@ -23,7 +23,7 @@
 #include <utility>
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 // Has every slot that a first call may call: the first after IUnknown's three.
@@ -46,8 +46,6 @@ ULONG References(IUnknown& object) {
   object.AddRef();
   return object.Release();
 }
-
-using test::SiblingTest;
 
 TEST_F(SiblingTest, LibraryNameInAnyCaseIsOneEntryAndAFailedLoadNone) {
   TLibraryList list;
@@ -93,7 +91,7 @@ TEST_F(SiblingTest, EachServiceIsKeptWithOneReferenceUntilTheStop) {
     const ComPtr<FakeService>& service = services.emplace_back(MakeComObject<FakeService>());
     Install(row.library, row.id, service.Get());
     EXPECT_EQ(row.get(), service.Get());
-    test::InstallFakeSibling(row.library, row.id, nullptr);
+    InstallFakeSibling(row.library, row.id, nullptr);
     EXPECT_EQ(row.get(), service.Get());
     EXPECT_EQ(References(*service), 2u);
     // Only the dialogs have something to initialise.
@@ -131,17 +129,17 @@ int WINAPI PrintBox(HWND, const wchar_t* text, const wchar_t* caption, UINT) {
 }
 
 SMH_CHILD(AskForMissingRater) {
-  const test::ImportPatch patch("MessageBoxW", &PrintBox);
+  const ImportPatch patch("MessageBoxW", &PrintBox);
   g_siblings.Start();
   Sibling<IFileRater>();
   return 0;
 }
 
 TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring program = folder.File(L"lonely.exe");
-  ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
-  const test::ChildResult result = test::RunProgram(program, {L"--child=AskForMissingRater"});
+  ASSERT_TRUE(CopyFileW(ThisProgram().c_str(), program.c_str(), TRUE));
+  const ChildResult result = RunProgram(program, {L"--child=AskForMissingRater"});
   EXPECT_EQ(result.exitCode, 1u);
   EXPECT_EQ(
       result.output,
@@ -167,42 +165,42 @@ SMH_CHILD(DebugDecision) {
 
 struct DebugCase {
   bool library;
-  std::optional<test::RawValue> setting;
+  std::optional<RawValue> setting;
   std::vector<std::wstring> arguments;
   DWORD expected;
 };
 
 TEST(DebugDecisionTest, LibraryThenRegistryThenFirstArgument) {
-  const test::RawValue odd{REG_DWORD, {std::byte{1}}};
+  const RawValue odd{REG_DWORD, {std::byte{1}}};
   const DebugCase cases[] = {
-      {false, test::Dword(1), {L"-debug"}, 0},
+      {false, Dword(1), {L"-debug"}, 0},
       {true, std::nullopt, {}, 0},
-      {true, test::Dword(1), {}, 1},
-      {true, test::Dword(2), {}, 0},
-      {true, test::Sz(L"1"), {}, 0},
+      {true, Dword(1), {}, 1},
+      {true, Dword(2), {}, 0},
+      {true, Sz(L"1"), {}, 0},
       {true, odd, {}, 0},
       {true, std::nullopt, {L"-debug"}, 1},
-      {true, test::Dword(0), {L"-DeBuG"}, 1},
+      {true, Dword(0), {L"-DeBuG"}, 1},
       {true, std::nullopt, {L"x", L"-debug"}, 0},
       {true, std::nullopt, {L"-debugger"}, 0},
   };
-  const test::SavedKey saved(HKEY_CURRENT_USER, kSettings);
-  const test::TemporaryFolder folder;
+  const SavedKey saved(HKEY_CURRENT_USER, kSettings);
+  const TemporaryFolder folder;
   const std::wstring program = folder.File(L"host.exe");
-  ASSERT_TRUE(CopyFileW(test::ThisProgram().c_str(), program.c_str(), TRUE));
+  ASSERT_TRUE(CopyFileW(ThisProgram().c_str(), program.c_str(), TRUE));
   const std::wstring library = folder.File(L"tracekit.dll");
   for (const DebugCase& row : cases) {
     DeleteFileW(library.c_str());
     if (row.library) folder.Write(L"tracekit.dll", "only its presence counts");
-    test::DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
-    if (row.setting) test::SetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode", *row.setting);
+    DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+    if (row.setting) SetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode", *row.setting);
     std::vector<std::wstring> arguments = row.arguments;
     arguments.push_back(L"--child=DebugDecision");
-    const test::ChildResult result = test::RunProgram(program, arguments);
+    const ChildResult result = RunProgram(program, arguments);
     EXPECT_EQ(result.exitCode, row.expected) << "case " << &row - cases << ": " << result.output;
-    EXPECT_EQ(test::GetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode"), test::Dword(1 - row.expected));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode"), Dword(1 - row.expected));
   }
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

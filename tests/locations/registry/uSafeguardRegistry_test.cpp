@@ -9,11 +9,9 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
-using test::RecordingSafeguard;
-using test::RegistryTree;
 using Lines = std::vector<std::wstring>;
 
 constexpr wchar_t kTree[] = L"Software\\Quillmark Tests\\Safeguard";
@@ -42,7 +40,7 @@ TEST(TSgRegistryCreateTest, AsksTwiceAndKeepsTheSecondAnswer) {
 
 TEST(TSgRegistryCreateTest, WithoutServiceNothingOpensAndNothingChanges) {
   const RegistryTree tree(kTree);
-  tree.Set(L"k", L"v", test::Dword(1));
+  tree.Set(L"k", L"v", Dword(1));
   const auto mute = MakeComObject<RecordingSafeguard>();
   mute->GiveRegAccess(false);
   for (ISafeguard* const safeguard :
@@ -57,7 +55,7 @@ TEST(TSgRegistryCreateTest, WithoutServiceNothingOpensAndNothingChanges) {
   }
   EXPECT_EQ(mute->Lines(), Lines{L"GetRegAccess"});
   EXPECT_FALSE(tree.Has(L"new"));
-  EXPECT_EQ(tree.Get(L"k", L"v"), test::Dword(1));
+  EXPECT_EQ(tree.Get(L"k", L"v"), Dword(1));
 }
 
 TEST_F(TSgRegistryTest, WriteSequence) {
@@ -74,7 +72,7 @@ TEST_F(TSgRegistryTest, WriteSequence) {
       (Lines{L"CreateKey HKCU " + Top(L"\\sub") + L" 000F003F -> #1",
              L"SetValue #1 \"name\" type 1 size 10 \"text\"", L"CreateKey #1 \"deep\" 000F003F -> #2",
              L"CloseKey #1", L"OpenKey HKCU " + Top() + L" 000F003F -> #3", L"CloseKey #2", L"CloseKey #3"}));
-  EXPECT_EQ(tree_.Get(L"sub", L"name"), test::Sz(L"text"));
+  EXPECT_EQ(tree_.Get(L"sub", L"name"), Sz(L"text"));
 }
 
 TEST_F(TSgRegistryTest, FailedOpenLeavesNoKeyOpen) {
@@ -118,7 +116,7 @@ TEST_F(TSgRegistryTest, ValuesKeepTheirTypesAndRefusedWritesAnswerFalse) {
   };
   for (const auto& row : rows) {
     ASSERT_TRUE(registry_.PutData(L"v", L"a", row.kind, 4));
-    EXPECT_EQ(tree_.Get(L"", L"v"), (test::RawValue{row.type, test::Sz(L"a").bytes}));
+    EXPECT_EQ(tree_.Get(L"", L"v"), (RawValue{row.type, Sz(L"a").bytes}));
   }
   safeguard_->Answer(L"SetValue", ERROR_ACCESS_DENIED);
   EXPECT_FALSE(registry_.WriteString(L"new", L"x"));
@@ -129,10 +127,10 @@ TEST_F(TSgRegistryTest, ValuesKeepTheirTypesAndRefusedWritesAnswerFalse) {
 }
 
 TEST_F(TSgRegistryTest, DeletesTreesDeepestFirstAndBackwards) {
-  tree_.Set(L"k\\a\\deep", L"v", test::Dword(1));
+  tree_.Set(L"k\\a\\deep", L"v", Dword(1));
   tree_.Key(L"k\\b");
-  tree_.Set(L"k", L"first", test::Dword(1));
-  tree_.Set(L"k", L"second", test::Dword(2));
+  tree_.Set(L"k", L"first", Dword(1));
+  tree_.Set(L"k", L"second", Dword(2));
   ASSERT_TRUE(registry_.OpenKey(kTree, false));
   const HKEY current = registry_.CurrentKey();
   safeguard_->Clear();
@@ -156,16 +154,16 @@ TEST_F(TSgRegistryTest, DeletionOfAMissingKeyAsksTheServiceAtOnce) {
 }
 
 TEST_F(TSgRegistryTest, DeletionRefusesLinksAndTheBaseKeyItself) {
-  tree_.Set(L"precious", L"v", test::Dword(1));
-  tree_.Set(L"k", L"v", test::Dword(1));
-  test::MakeLink(HKEY_CURRENT_USER, tree_.PathOf(L"k\\link"), tree_.Key(L"precious").Get());
+  tree_.Set(L"precious", L"v", Dword(1));
+  tree_.Set(L"k", L"v", Dword(1));
+  MakeLink(HKEY_CURRENT_USER, tree_.PathOf(L"k\\link"), tree_.Key(L"precious").Get());
   EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_NOT_SUPPORTED);
   EXPECT_NE(registry_.DeleteKey(L""), ERROR_SUCCESS);
   EXPECT_NE(registry_.DeleteKey(L"\\"), ERROR_SUCCESS);
   EXPECT_NE(registry_.DeleteKey(tree_.PathOf(L"k") + L'\0' + L"x"), ERROR_SUCCESS);
   EXPECT_TRUE(Recorded().empty());
-  EXPECT_EQ(tree_.Get(L"k", L"v"), test::Dword(1));
-  EXPECT_EQ(tree_.Get(L"precious", L"v"), test::Dword(1));
+  EXPECT_EQ(tree_.Get(L"k", L"v"), Dword(1));
+  EXPECT_EQ(tree_.Get(L"precious", L"v"), Dword(1));
 }
 
 class RecordingDebugLog : public ComObject<IDebugLog> {
@@ -187,7 +185,7 @@ class RecordingDebugLog : public ComObject<IDebugLog> {
 TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
   g_siblings.Start();
   const auto trace = MakeComObject<RecordingDebugLog>();
-  test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, trace.Get());
+  InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, trace.Get());
   tree_.Key(L"k\\a");
   tree_.Key(L"quiet");
   registry_.SetRootKey(HKEY_CURRENT_USER);
@@ -201,9 +199,9 @@ TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
   trace->lines.pop_back();
   EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
                                  L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
-  test::InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
+  InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
   g_siblings.Stop();
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 struct TextCase {
@@ -93,4 +93,4 @@ TEST(OleDateTest, CountsLocalDays) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -5,10 +5,8 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::CallSlot;
 
 // Every slot is called by its position.
 class HelperTest : public testing::Test {
@@ -20,7 +18,7 @@ class HelperTest : public testing::Test {
     return text.Text();
   }
 
-  test::SiblingLibrary basekit_{L"basekit.dll"};
+  SiblingLibrary basekit_{L"basekit.dll"};
   IHelper* helper_ = basekit_.Service<IHelper>();
   IGlobals* globals_ = basekit_.Service<IGlobals>();
   IShellHelper* shell_ = basekit_.Service<IShellHelper>();
@@ -51,7 +49,7 @@ TEST_F(HelperTest, FoldersNamesAndTexts) {
 }
 
 TEST_F(HelperTest, VersionsTimesUserAndProduct) {
-  const std::wstring sample = test::ThisFolder() + L"version_sample.exe";
+  const std::wstring sample = ThisFolder() + L"version_sample.exe";
   EXPECT_EQ(Text(helper_, 7, sample.c_str(), L"CompanyName"), L"Sample Works Ltd.");
   EXPECT_EQ(Text(helper_, 8, sample.c_str()), L"3.14.159.26535");
   const wchar_t* const names[] = {L"CompanyName", nullptr, L"Nothing"};
@@ -76,7 +74,7 @@ TEST_F(HelperTest, VersionsTimesUserAndProduct) {
 
   EXPECT_EQ(Text(globals_, 2), L"Quillmark");
   EXPECT_EQ(Text(globals_, 3), L"Startup Manager");
-  EXPECT_EQ(Text(globals_, 4), Text(helper_, 8, (test::ThisFolder() + L"basekit.dll").c_str()));
+  EXPECT_EQ(Text(globals_, 4), Text(helper_, 8, (ThisFolder() + L"basekit.dll").c_str()));
   EXPECT_NE(Text(globals_, 4), L"");
 }
 
@@ -100,4 +98,4 @@ TEST_F(HelperTest, NullArgumentsAreEmptyTextsOrRefused) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

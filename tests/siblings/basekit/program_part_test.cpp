@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <set>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 // A disk of a test's own, which notes what was looked for.
@@ -102,12 +102,12 @@ class RealProgramTest : public testing::Test {
     return TakeText([&](BoundaryText* out) { return shell_->GetProgramPart(command.c_str(), out); });
   }
 
-  test::SiblingLibrary basekit_{L"basekit.dll"};
+  SiblingLibrary basekit_{L"basekit.dll"};
   IShellHelper* shell_ = basekit_.Service<IShellHelper>();
 };
 
 TEST_F(RealProgramTest, FilesAreFoundAndFoldersAreNot) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring file = folder.Write(L"two words\\my app.exe", "");
   folder.MakeFolder(L"two");
   EXPECT_EQ(ProgramOf(file + L" -a b"), file);
@@ -118,12 +118,12 @@ TEST_F(RealProgramTest, FilesAreFoundAndFoldersAreNot) {
 
 TEST_F(RealProgramTest, ProgramOfTheOtherProgramFilesFolderIsFound) {
   const std::vector<FolderTwin> twins = GatherFolderTwins();
-  ASSERT_EQ(twins.size(), test::HasTwoViews() ? 4u : 0u);
+  ASSERT_EQ(twins.size(), HasTwoViews() ? 4u : 0u);
   if (twins.empty()) return;
   // Row 3: the native Program Files folder, and the 32-bit one behind it.
   const std::wstring folder = twins[3].folder + L"smh two words";
   CreateDirectoryW(folder.c_str(), nullptr);
-  test::WriteFileBytes(folder + L"\\app", "");
+  WriteFileBytes(folder + L"\\app", "");
   EXPECT_EQ(ProgramOf(twins[3].twin + L"smh two words\\app -x"), twins[3].twin + L"smh two words\\app");
   DeleteFileW((folder + L"\\app").c_str());
   RemoveDirectoryW(folder.c_str());
@@ -139,4 +139,4 @@ TEST(RedirectedTwinTest, FirstRowThatBeginsThePathIsReplaced) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

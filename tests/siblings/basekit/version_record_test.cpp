@@ -10,13 +10,11 @@
 #include <atomic>
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
-using test::Bytes;
-
 const std::wstring& SamplePath() {
-  static const std::wstring path = test::ThisFolder() + L"version_sample.exe";
+  static const std::wstring path = ThisFolder() + L"version_sample.exe";
   return path;
 }
 
@@ -30,7 +28,7 @@ Bytes SampleRecord() {
 
 // The byte `distance` before or after the start of a block's key.
 std::byte& AtKey(Bytes& record, std::wstring_view key, std::ptrdiff_t distance) {
-  const Bytes units = test::UnitBytes(key);
+  const Bytes units = UnitBytes(key);
   return std::ranges::search(record, units).begin()[distance];
 }
 
@@ -70,8 +68,8 @@ class VersionFileTest : public testing::Test {
   }
 
   const std::wstring sample_ = SamplePath();
-  const std::wstring library_ = test::ThisFolder() + L"basekit.dll";
-  const test::TemporaryFolder folder_;
+  const std::wstring library_ = ThisFolder() + L"basekit.dll";
+  const TemporaryFolder folder_;
   VersionCache cache_;
 };
 
@@ -114,4 +112,4 @@ TEST_F(VersionFileTest, MoreFilesThanTheCacheHoldsAndManyThreads) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 // As hosts know them: as published, not taken from the code under test.
@@ -27,7 +27,7 @@ TEST(SiblingModuleTest, EveryLibraryDescribesItselfAndItsServicesOutliveTheirRef
   VersionCache versions;
   for (const auto& row : kServices) {
     SCOPED_TRACE(row.id);
-    const test::SiblingLibrary library(row.library);
+    const SiblingLibrary library(row.library);
     auto* const service = static_cast<IUnknown*>(library.Instance(row.id));
     ASSERT_NE(service, nullptr);
     std::wstring id = row.id;
@@ -50,11 +50,11 @@ TEST(SiblingModuleTest, EveryLibraryDescribesItselfAndItsServicesOutliveTheirRef
     EXPECT_EQ(service->QueryInterface(IID_IClassFactory, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);
 
-    const std::wstring path = test::ThisFolder() + row.library;
+    const std::wstring path = ThisFolder() + row.library;
     EXPECT_EQ(versions.Get(path)->String(L"CompanyName"), L"Quillmark");
     EXPECT_EQ(versions.Get(path)->String(L"OriginalFilename"), row.library);
   }
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

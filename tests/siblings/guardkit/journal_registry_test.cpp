@@ -59,7 +59,7 @@ TEST_P(JournalRegistry, EveryKindOfChangeIsTakenBackToTheByteAndMadeAgain) {
   MakeOddKey(tree_, Root(), View());
   const std::string before = Dump();
   const std::uint32_t id = Checkpoint([&] {
-    // Unterminated, with a zero right behind it in memory.
+    // Unterminated, with a NUL right behind it in memory.
     EXPECT_EQ(Set({}, L"changed", {REG_SZ, UnitBytes(L"new")}), ERROR_SUCCESS);
     EXPECT_EQ(Set(L"made\\deep", L"v", Sz(L"1")), ERROR_SUCCESS);
     EXPECT_EQ(Set(L"made\\deep", L"v", Sz(L"2")), ERROR_SUCCESS);

@@ -8,10 +8,8 @@
 
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::CallSlot;
 
 constexpr wchar_t kTree[] = L"Software\\SmhGuardTest";
 
@@ -35,13 +33,13 @@ class SafeguardTest : public testing::Test {
   LSTATUS Open(const std::wstring& key, HKEY* out, REGSAM access) {
     return Reg(2, HKEY_CURRENT_USER, key.c_str(), out, access, DWORD{0});
   }
-  LSTATUS Set(HKEY key, const wchar_t* name, const test::RawValue& value) {
+  LSTATUS Set(HKEY key, const wchar_t* name, const RawValue& value) {
     return Reg(5, key, name, static_cast<DWORD>(value.bytes.size()),
                static_cast<const void*>(value.bytes.data()), value.type, DWORD{0});
   }
 
-  const test::RegistryTree tree_{kTree};
-  test::SiblingLibrary guardkit_{L"guardkit.dll"};
+  const RegistryTree tree_{kTree};
+  SiblingLibrary guardkit_{L"guardkit.dll"};
   ISafeguard* safeguard_ = guardkit_.Service<ISafeguard>();
   ComPtr<IRegAccess> access_;
 };
@@ -51,11 +49,11 @@ TEST_F(SafeguardTest, KeysAndValuesAreChangedForRealAndFailuresAnswerTheSystemsS
   DWORD disposition = 0;
   ASSERT_EQ(Create(tree_.PathOf(L"a\\b"), &key, &disposition), ERROR_SUCCESS);
   EXPECT_EQ(disposition, DWORD{REG_CREATED_NEW_KEY});
-  const test::RawValue text = test::ExpandSz(L"%windir%\\a.exe");
+  const RawValue text = ExpandSz(L"%windir%\\a.exe");
   EXPECT_EQ(Set(key, L"name", text), ERROR_SUCCESS);
   EXPECT_EQ(tree_.Get(L"a\\b", L"name"), text);
-  EXPECT_EQ(Set(key, nullptr, test::Binary("")), ERROR_SUCCESS);
-  EXPECT_EQ(tree_.Get(L"a\\b", L""), test::Binary(""));
+  EXPECT_EQ(Set(key, nullptr, Binary("")), ERROR_SUCCESS);
+  EXPECT_EQ(tree_.Get(L"a\\b", L""), Binary(""));
   EXPECT_EQ(Reg(6, key, L"name"), ERROR_SUCCESS);
   EXPECT_EQ(Reg(6, key, L"name"), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(Reg(12, key), ERROR_SUCCESS);
@@ -92,20 +90,20 @@ TEST_F(SafeguardTest, NullArgumentsAreRefusedAndNothingIsDeleted) {
 }
 
 TEST_F(SafeguardTest, FilesAreMovedCopiedAndDeletedButNeverReplaced) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring a = folder.Write(L"a", "first");
   const std::wstring b = folder.Write(L"b", "second");
   const std::wstring c = folder.File(L"c");
   EXPECT_EQ(Own(4, a.c_str(), b.c_str()), ERROR_ALREADY_EXISTS);
-  EXPECT_EQ(test::ReadFileBytes(b), "second");
+  EXPECT_EQ(ReadFileBytes(b), "second");
   EXPECT_EQ(Own(4, a.c_str(), c.c_str()), ERROR_SUCCESS);
   EXPECT_EQ(Own(4, a.c_str(), folder.File(L"d").c_str()), ERROR_FILE_NOT_FOUND);
   // Only the low byte of a boolean counts.
   EXPECT_EQ(Own(6, c.c_str(), b.c_str(), BOOL{0x7F00}), ERROR_FILE_EXISTS);
-  EXPECT_EQ(test::ReadFileBytes(b), "second");
+  EXPECT_EQ(ReadFileBytes(b), "second");
   EXPECT_EQ(Own(6, c.c_str(), b.c_str(), TRUE), ERROR_SUCCESS);
-  EXPECT_EQ(test::ReadFileBytes(b), "first");
-  EXPECT_EQ(test::ReadFileBytes(c), "first");
+  EXPECT_EQ(ReadFileBytes(b), "first");
+  EXPECT_EQ(ReadFileBytes(c), "first");
   EXPECT_EQ(Own(5, b.c_str()), ERROR_SUCCESS);
   EXPECT_EQ(Own(5, b.c_str()), ERROR_FILE_NOT_FOUND);
 }
@@ -121,4 +119,4 @@ TEST_F(SafeguardTest, CheckpointsNestWithinTheirThread) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

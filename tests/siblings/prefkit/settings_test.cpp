@@ -5,10 +5,8 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
-
-using test::CallSlot;
 
 class SettingsTest : public testing::Test {
  protected:
@@ -19,24 +17,23 @@ class SettingsTest : public testing::Test {
     return CallSlot<Answer>(static_cast<IUnknown*>(application_.Get()), slot, host);
   }
 
-  const test::SiblingLibrary prefkit_{L"prefkit.dll"};
+  const SiblingLibrary prefkit_{L"prefkit.dll"};
   ISettings* const settings_ = prefkit_.Service<ISettings>();
   ComPtr<IApplicationSettings> application_;
-  const test::RegistryTree tree_{L"Software\\Quillmark\\Startup Manager\\Settings\\settingstest.exe"};
+  const RegistryTree tree_{L"Software\\Quillmark\\Startup Manager\\Settings\\settingstest.exe"};
 };
 
 TEST_F(SettingsTest, CheckpointsAreUsedUntilTheUserSaysNo) {
   EXPECT_EQ(settings_->GetApplicationSettings(nullptr), E_POINTER);
   EXPECT_EQ(Ask<BOOL>(1, L"settingstest.exe"), TRUE);
-  tree_.Set({}, L"UseCheckpoints", test::Dword(0));
+  tree_.Set({}, L"UseCheckpoints", Dword(0));
   for (const wchar_t* const host : {L"SettingsTest.EXE", L"C:\\Tools\\settingstest.exe"}) {
     EXPECT_EQ(Ask<BOOL>(1, host), FALSE) << host;
   }
   for (const wchar_t* const host : {L"other host.exe", L"", static_cast<const wchar_t*>(nullptr)}) {
     EXPECT_EQ(Ask<BOOL>(1, host), TRUE);
   }
-  for (const test::RawValue& unusable :
-       {test::Dword(256), test::Sz(L"0"), test::RawValue{REG_DWORD, test::Bytes(2)}}) {
+  for (const RawValue& unusable : {Dword(256), Sz(L"0"), RawValue{REG_DWORD, Bytes(2)}}) {
     tree_.Set({}, L"UseCheckpoints", unusable);
     EXPECT_EQ(Ask<BOOL>(1, L"settingstest.exe"), TRUE);
   }
@@ -50,13 +47,13 @@ TEST_F(SettingsTest, LimitsOfTheJournalAreAtLeastOne) {
   } rows[] = {{2, L"KeptCheckpoints", 200}, {3, L"KeptMegabytes", 64}};
   for (const auto& row : rows) {
     EXPECT_EQ(Ask<DWORD>(row.slot, L"settingstest.exe"), row.unset);
-    tree_.Set({}, row.name, test::Dword(7));
+    tree_.Set({}, row.name, Dword(7));
     EXPECT_EQ(Ask<DWORD>(row.slot, L"SettingsTest.exe"), 7u);
     EXPECT_EQ(Ask<DWORD>(row.slot, nullptr), row.unset);
-    tree_.Set({}, row.name, test::Dword(0));
+    tree_.Set({}, row.name, Dword(0));
     EXPECT_EQ(Ask<DWORD>(row.slot, L"settingstest.exe"), 1u);
   }
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

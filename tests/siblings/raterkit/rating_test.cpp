@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 TEST(RatingTableTest, SectionsNamesAndWords) {
@@ -37,15 +37,15 @@ TEST(RatingTableTest, EveryEncodingIsRead) {
 }
 
 TEST(RatingStoreTest, UsersFileComesFirstAndChangesAreSeen) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring user = folder.File(L"user.ini");
   const std::wstring defaults = folder.Write(L"default.ini", "[Companies]\nA=trusted\nB=trusted\n");
   RatingStore store(user, defaults);
   EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
-  test::WriteFileBytes(user, "[Companies]\nA=risky\n");
+  WriteFileBytes(user, "[Companies]\nA=risky\n");
   EXPECT_EQ(store.OfCompany(L"A"), kRatingRisky);
   EXPECT_EQ(store.OfCompany(L"B"), kRatingTrusted);
-  test::WriteFileBytes(defaults, "[Files]\nb.exe=risky\n");
+  WriteFileBytes(defaults, "[Files]\nb.exe=risky\n");
   EXPECT_EQ(store.OfCompany(L"B"), kRatingUnknown);
   EXPECT_EQ(store.OfFile(L"b.exe"), kRatingRisky);
   ASSERT_TRUE(DeleteFileW(user.c_str()));
@@ -53,11 +53,11 @@ TEST(RatingStoreTest, UsersFileComesFirstAndChangesAreSeen) {
 }
 
 TEST(RatingStoreTest, FileBeingWrittenKeepsTheRatingsReadBefore) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   const std::wstring path = folder.Write(L"ratings.ini", "[Companies]\nA=trusted\n");
   RatingStore store({}, path);
   EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
-  test::WriteFileBytes(path, "[Companies]\nA=risky\nmore=risky\n");
+  WriteFileBytes(path, "[Companies]\nA=risky\nmore=risky\n");
   ScopedHandle exclusive(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(exclusive);
   EXPECT_EQ(store.OfCompany(L"A"), kRatingTrusted);
@@ -68,10 +68,10 @@ TEST(RatingStoreTest, FileBeingWrittenKeepsTheRatingsReadBefore) {
 TEST(FileRaterTest, DefaultsLieBesideTheLibraryAndTheUsersFileOverrides) {
   const std::wstring user = DataFolder() + L"ratings.ini";
   DeleteFileW(user.c_str());
-  const test::SiblingLibrary raterkit(L"raterkit.dll");
+  const SiblingLibrary raterkit(L"raterkit.dll");
   auto* const rater = raterkit.Service<IFileRater>();
-  const auto rateFile = [&](const wchar_t* name) { return test::CallSlot<std::int32_t>(rater, 1, name); };
-  const auto rateCompany = [&](const wchar_t* name) { return test::CallSlot<std::int32_t>(rater, 3, name); };
+  const auto rateFile = [&](const wchar_t* name) { return CallSlot<std::int32_t>(rater, 1, name); };
+  const auto rateCompany = [&](const wchar_t* name) { return CallSlot<std::int32_t>(rater, 3, name); };
   EXPECT_EQ(rateCompany(L"microsoft corporation"), kRatingTrusted);
   EXPECT_EQ(rateFile(L"SVCH0ST.EXE"), kRatingRisky);
   EXPECT_EQ(rateCompany(L"svch0st.exe"), kRatingUnknown);
@@ -79,7 +79,7 @@ TEST(FileRaterTest, DefaultsLieBesideTheLibraryAndTheUsersFileOverrides) {
     EXPECT_EQ(rateFile(text), kRatingUnknown);
     EXPECT_EQ(rateCompany(text), kRatingUnknown);
   }
-  test::WriteFileBytes(
+  WriteFileBytes(
       user, "\xEF\xBB\xBF[Companies]\r\nMicrosoft Corporation=risky\r\n[Files]\r\nsvch0st.exe=unknown\r\n");
   EXPECT_EQ(rateCompany(L"Microsoft Corporation"), kRatingRisky);
   EXPECT_EQ(rateFile(L"svch0st.exe"), kRatingUnknown);
@@ -88,4 +88,4 @@ TEST(FileRaterTest, DefaultsLieBesideTheLibraryAndTheUsersFileOverrides) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

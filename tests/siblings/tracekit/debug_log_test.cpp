@@ -10,10 +10,9 @@
 #include <regex>
 #include <thread>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
-using test::CallSlot;
 using Lines = std::vector<std::wstring>;
 
 const void* const kContext = reinterpret_cast<const void*>(0xAB12);
@@ -42,7 +41,7 @@ class DebugLogTest : public testing::Test {
     static const std::wregex format(
         L"\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} ([0-9a-f]{8}) ([^]*)");
     std::map<std::wstring, Lines> byThread;
-    for (const std::wstring& line : test::ReadUtf16Lines(path_)) {
+    for (const std::wstring& line : ReadUtf16Lines(path_)) {
       std::wsmatch parts;
       EXPECT_TRUE(std::regex_match(line, parts, format)) << line;
       byThread[parts[1]].push_back(parts[2]);
@@ -56,7 +55,7 @@ class DebugLogTest : public testing::Test {
   }
 
   const std::wstring path_ = DataFolder() + L"Logs\\debug.log";
-  std::optional<test::SiblingLibrary> library_;
+  std::optional<SiblingLibrary> library_;
   IDebugLog* log_ = nullptr;
 };
 
@@ -113,4 +112,4 @@ TEST_F(DebugLogTest, ThreadsWriteWholeLinesAndNestApart) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

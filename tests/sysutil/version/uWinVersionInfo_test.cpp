@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <map>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 const auto g_getProcAddress = &GetProcAddress;
@@ -33,7 +33,7 @@ class EntryPoints {
   }
 
   inline static Replacements replacements_;
-  const test::ImportPatch patch_{"GetProcAddress", &Answer};
+  const ImportPatch patch_{"GetProcAddress", &Answer};
 };
 
 class WinVersionInfoTest : public testing::Test {
@@ -42,12 +42,12 @@ class WinVersionInfoTest : public testing::Test {
 };
 
 TEST_F(WinVersionInfoTest, ArchitectureFollowsTheSystem) {
-  EXPECT_EQ(WinVersionInfo::IsWow64(), test::HasTwoViews());
-  EXPECT_EQ(WinVersionInfo::ArchitectureName(), test::HasTwoViews() ? L"x64" : L"x32");
+  EXPECT_EQ(WinVersionInfo::IsWow64(), HasTwoViews());
+  EXPECT_EQ(WinVersionInfo::ArchitectureName(), HasTwoViews() ? L"x64" : L"x32");
   SYSTEM_INFO native = {};
   WinVersionInfo::GetNativeSystemInfo(native);
   EXPECT_EQ(native.wProcessorArchitecture,
-            test::HasTwoViews() ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
+            HasTwoViews() ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
 }
 
 TEST_F(WinVersionInfoTest, DllVersion) {
@@ -128,11 +128,11 @@ SMH_CHILD(PrintVersion) {
 // Runs a copy of this program for which the prefix pretends to be another Windows.
 std::string VersionSeenAs(const std::wstring& version) {
   const std::wstring program = L"smh_version_probe.exe";
-  const test::RegistryTree pretended(L"Software\\Wine\\AppDefaults\\" + program);
-  pretended.Set(L"", L"Version", test::Sz(version));
-  const test::TemporaryFolder folder;
-  if (!CopyFileW(test::ThisProgram().c_str(), folder.File(program).c_str(), TRUE)) return "no copy";
-  return test::RunProgram(folder.File(program), {L"--child=PrintVersion"}).output;
+  const RegistryTree pretended(L"Software\\Wine\\AppDefaults\\" + program);
+  pretended.Set(L"", L"Version", Sz(version));
+  const TemporaryFolder folder;
+  if (!CopyFileW(ThisProgram().c_str(), folder.File(program).c_str(), TRUE)) return "no copy";
+  return RunProgram(folder.File(program), {L"--child=PrintVersion"}).output;
 }
 
 // The rules have tests of their own; here the facts come from the system.
@@ -149,4 +149,4 @@ TEST_F(WinVersionInfoTest, OtherVersionsOfWindows) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-namespace smh {
+namespace smh::test {
 namespace {
 
 class FakeFacts : public VersionFacts {
@@ -153,4 +153,4 @@ TEST(VersionNamesTest, CodesAtTheEdges) {
 }
 
 }  // namespace
-}  // namespace smh
+}  // namespace smh::test
