@@ -1,4 +1,5 @@
 // State of a module: its start and stop, and values made on first use.
+#include "infra/runtime/handle.h"
 #include "infra/runtime/lazy.h"
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/module_steps.h"
@@ -6,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <latch>
 #include <memory>
 #include <string>
 #include <thread>
@@ -108,12 +108,12 @@ TEST(LazyTest, IsMadeOnceHoweverManyAsk) {
     CriticalSection section;
     Lazy<std::wstring> lazy(section);
     std::atomic<int> made{0};
-    std::latch begin(kThreads);
+    const ScopedHandle begin(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     std::vector<const std::wstring*> answers(kThreads);
     std::vector<std::thread> threads;
     for (int i = 0; i < kThreads; ++i) {
       threads.emplace_back([&, i] {
-        begin.arrive_and_wait();
+        WaitForSingleObject(begin.Get(), INFINITE);
         answers[static_cast<std::size_t>(i)] = &lazy.Get([&] {
           ++made;
           Sleep(1);
@@ -121,6 +121,7 @@ TEST(LazyTest, IsMadeOnceHoweverManyAsk) {
         });
       });
     }
+    SetEvent(begin.Get());
     for (std::thread& thread : threads) thread.join();
     ASSERT_EQ(made, 1) << "round " << round;
     for (const std::wstring* const answer : answers) {
