@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <map>
-#include <utility>
 
 namespace smh {
 
@@ -28,8 +27,7 @@ void LocationTree::Create(HWND parent, OnSelect onSelect) {
 
 void LocationTree::Build(bool allLocations) {
   const Node* const selected = NodeOf(TreeView_GetSelection(tree_));
-  const auto namesOf = [](const Node& node) { return std::pair(node.group, node.title); };
-  const auto before = selected == nullptr ? decltype(namesOf(*selected))() : namesOf(*selected);
+  const std::wstring before = selected == nullptr ? std::wstring() : selected->title;
   building_ = true;
   SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
   TreeView_DeleteAllItems(tree_);
@@ -40,7 +38,7 @@ void LocationTree::Build(bool allLocations) {
   Add(TVI_ROOT, Kind::kPrograms, {}, L"Default programs");
   Add(TVI_ROOT, Kind::kUndo, {}, L"Undo history");
   const auto again =
-      std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return namesOf(node) == before; });
+      std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.title == before; });
   building_ = false;
   TreeView_SelectItem(tree_, again == nodes_.end() ? root : again->item);
   SendMessageW(tree_, WM_SETREDRAW, TRUE, 0);
@@ -74,8 +72,7 @@ HTREEITEM LocationTree::Add(HTREEITEM parent, Kind kind, LocationSet locations, 
   insert.item.pszText = text.data();
   const auto item =
       reinterpret_cast<HTREEITEM>(SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-  const Node* const above = NodeOf(parent);
-  nodes_.push_back({kind, locations, title, item, above == nullptr ? std::wstring() : above->title});
+  nodes_.push_back({kind, locations, title, item});
   return item;
 }
 

@@ -23,8 +23,6 @@ class LocationTree {
     LocationSet locations;
     std::wstring title;
     HTREEITEM item;
-    // Of the node above; empty for the topmost ones.
-    std::wstring group;
   };
   // Told of every change of the selected node, by the user or by Select and Build. The node is valid until
   // the next Build.
@@ -33,8 +31,8 @@ class LocationTree {
   // Makes the tree without nodes. Called once; `onSelect` is kept as long as the object.
   void Create(HWND parent, OnSelect onSelect);
   HWND Handle() const noexcept { return tree_; }
-  // Makes the nodes anew, for all locations or for those read by default; the node of the same title in the
-  // same group stays selected, else the first one is.
+  // Makes the nodes anew, for all locations or for those read by default; the node of the same title stays
+  // selected, else the first one is.
   void Build(bool allLocations);
   // Writes the number of entries behind each title.
   void ShowCounts(const EntryRows& rows);

@@ -61,7 +61,7 @@ void UiQueue::RunAll() {
     const auto left = work.begin() + static_cast<std::ptrdiff_t>(done);
     if (!closed_ && left != work.end()) {
       waiting_.insert(waiting_.begin(), std::make_move_iterator(left), std::make_move_iterator(work.end()));
-      PostMessageW(window_, message_, 0, 0);
+      if (window_ != nullptr) PostMessageW(window_, message_, 0, 0);
     }
     throw;
   }
