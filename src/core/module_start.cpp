@@ -8,7 +8,9 @@
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/module_global.h"
+#include "infra/runtime/patient_lock.h"
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "model/change_lock.h"
 #include "model/checkpoint.h"
 #include "model/image_lists.h"
 #include "model/item_details.h"
@@ -60,6 +62,8 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},
     StepOf<g_checkpointTexts>(L"checkpoint texts"),
+    StepOf<g_patientThreads>(L"patient locks"),
+    StepOf<g_changeLock>(L"changes"),
     StepOf<g_manager>(L"manager"),
     // Stopped before the manager: the reader may hold a lock that the manager's end needs, and wait for the
     // loader's, which is held during an unload, itself.

@@ -1,0 +1,231 @@
+#include "infra/runtime/patient_lock.h"
+#include "infra/runtime/scoped_com.h"
+#include "tests/support/waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <optional>
+#include <thread>
+
+namespace smh::test {
+
+namespace {
+
+constexpr UINT kProbe = WM_APP + 1;
+
+// A window whose probe message runs `onProbe`; of the thread that makes it.
+class ProbeWindow {
+ public:
+  explicit ProbeWindow(std::function<void()> onProbe) : onProbe_(std::move(onProbe)) {
+    window_ = CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
+  }
+  ~ProbeWindow() { DestroyWindow(window_); }
+  ProbeWindow(const ProbeWindow&) = delete;
+  ProbeWindow& operator=(const ProbeWindow&) = delete;
+
+  HWND Handle() const { return window_; }
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message != kProbe) return DefWindowProcW(window, message, first, second);
+    reinterpret_cast<ProbeWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA))->onProbe_();
+    return 0;
+  }
+
+  const std::function<void()> onProbe_;
+  HWND window_ = nullptr;
+};
+
+// A thread that has the lock until it is told to leave.
+class Holder {
+ public:
+  explicit Holder(PatientLock& lock)
+      : thread_([this, &lock] {
+          const ScopedPatientLock held(lock);
+          inside_.set_value();
+          leave_.get_future().wait();
+        }) {
+    inside_.get_future().wait();
+  }
+  ~Holder() {
+    Leave();
+    thread_.join();
+  }
+  Holder(const Holder&) = delete;
+  Holder& operator=(const Holder&) = delete;
+
+  // From any thread, once or more often.
+  void Leave() {
+    if (!told_.exchange(true)) leave_.set_value();
+  }
+
+ private:
+  std::promise<void> inside_;
+  std::promise<void> leave_;
+  std::atomic<bool> told_{false};
+  std::thread thread_;
+};
+
+// Runs `body` on a thread of its own, in an apartment of that kind or, without one, without COM.
+void RunOnThread(std::optional<DWORD> model, const std::function<void()>& body) {
+  std::thread([&] {
+    std::optional<ScopedCom> com;
+    if (model) com.emplace(*model);
+    body();
+  }).join();
+}
+
+class PatientLockTest : public ::testing::Test {
+ protected:
+  PatientLockTest() { g_patientThreads.Start(); }
+  ~PatientLockTest() override { g_patientThreads.Stop(); }
+
+  PatientLock lock_;
+};
+
+}  // namespace
+
+TEST_F(PatientLockTest, LetsOneThreadInAndTheNextAfterIt) {
+  int shared = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < 200; ++round) {
+        const ScopedPatientLock held(lock_);
+        const int seen = shared;
+        if (round % 16 == 0) Sleep(0);
+        shared = seen + 1;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(shared, 800);
+  EXPECT_FALSE(lock_.IsHeldByCaller());
+}
+
+TEST_F(PatientLockTest, GivesUpInTimeAndMayBeAskedForAgain) {
+  for (const std::optional<DWORD> model :
+       {std::optional<DWORD>(), std::optional<DWORD>(COINIT_APARTMENTTHREADED)}) {
+    RunOnThread(model, [this] {
+      // A queue that is never empty is no reason to wait longer.
+      ProbeWindow window([&] { PostMessageW(window.Handle(), kProbe, 0, 0); });
+      PostMessageW(window.Handle(), kProbe, 0, 0);
+      Holder holder(lock_);
+      EXPECT_FALSE(lock_.EnterWithin(0));
+      const ULONGLONG begin = GetTickCount64();
+      EXPECT_FALSE(lock_.EnterWithin(200));
+      const ULONGLONG took = GetTickCount64() - begin;
+      EXPECT_GE(took, 180u);
+      EXPECT_LT(took, 2000u);
+      EXPECT_FALSE(lock_.IsHeldByCaller());
+      holder.Leave();
+      ASSERT_TRUE(lock_.EnterWithin(10'000)) << "the try that failed left no mark on the thread";
+      EXPECT_TRUE(lock_.IsHeldByCaller());
+      lock_.Leave();
+    });
+  }
+}
+
+TEST_F(PatientLockTest, DispatchesMessagesOnApartmentThreadsOnly) {
+  struct Row {
+    std::optional<DWORD> model;
+    bool dispatches;
+  };
+  for (const Row& row :
+       {Row{COINIT_APARTMENTTHREADED, true}, Row{COINIT_MULTITHREADED, false}, Row{std::nullopt, false}}) {
+    SCOPED_TRACE(row.dispatches);
+    RunOnThread(row.model, [&] {
+      std::atomic<bool> probed{false};
+      const ProbeWindow window([&] { probed = true; });
+      Holder holder(lock_);
+      PostMessageW(window.Handle(), kProbe, 0, 0);
+      EXPECT_FALSE(lock_.EnterWithin(300));
+      EXPECT_EQ(probed, row.dispatches);
+    });
+  }
+}
+
+TEST_F(PatientLockTest, RefusesAThreadThatHasOneOrWaitsForOne) {
+  PatientLock other;
+  const auto expectRefused = [&] {
+    for (PatientLock* const lock : {&lock_, &other}) {
+      try {
+        lock->Enter();
+        ADD_FAILURE() << "let in";
+        lock->Leave();
+      } catch (const EReentered& refused) {
+        EXPECT_EQ(refused.Result(), E_UNEXPECTED);
+        EXPECT_FALSE(refused.Message().empty());
+      }
+    }
+  };
+  RunOnThread(COINIT_APARTMENTTHREADED, [&] {
+    {
+      const ScopedPatientLock held(lock_);
+      expectRefused();
+      EXPECT_TRUE(lock_.IsHeldByCaller()) << "a refusal takes nothing away";
+    }
+    int refusals = 0;
+    Holder holder(lock_);
+    const ProbeWindow window([&] {
+      expectRefused();
+      ++refusals;
+      holder.Leave();
+    });
+    PostMessageW(window.Handle(), kProbe, 0, 0);
+    lock_.Enter();
+    EXPECT_EQ(refusals, 1);
+    lock_.Leave();
+    EXPECT_TRUE(other.EnterWithin(0)) << "nothing is left of the marks";
+    other.Leave();
+  });
+}
+
+TEST_F(PatientLockTest, KeepsARequestToQuitForTheHost) {
+  RunOnThread(COINIT_APARTMENTTHREADED, [this] {
+    bool probed = false;
+    const ProbeWindow window([&] { probed = true; });
+    {
+      Holder holder(lock_);
+      PostQuitMessage(42);
+      std::thread sender([&] {
+        // Behind the request: an empty queue is where that is handed out.
+        Sleep(100);
+        SendMessageW(window.Handle(), kProbe, 0, 0);
+        holder.Leave();
+      });
+      lock_.Enter();
+      lock_.Leave();
+      sender.join();
+    }
+    EXPECT_TRUE(probed) << "the wait goes on dispatching";
+    MSG message;
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 42u);
+  });
+}
+
+TEST_F(PatientLockTest, AThreadThatEndedInsideLeavesItToTheNextButNotToATry) {
+  const auto endInside = [this] { std::thread([this] { lock_.Enter(); }).join(); };
+  endInside();
+  EXPECT_FALSE(lock_.TryEnter()) << "what its owner was about is unknown";
+  endInside();
+  ASSERT_TRUE(lock_.EnterWithin(5'000));
+  EXPECT_FALSE(lock_.TryEnter()) << "the caller's own";
+  lock_.Leave();
+  {
+    Holder holder(lock_);
+    EXPECT_FALSE(lock_.TryEnter());
+  }
+  ASSERT_TRUE(lock_.TryEnter());
+  EXPECT_TRUE(lock_.IsHeldByCaller());
+  lock_.Leave();
+}
+
+}  // namespace smh::test
