@@ -48,6 +48,10 @@ HRESULT ReportFailure(HRESULT result, const wchar_t* message, const wchar_t* cla
   return result;
 }
 
+HRESULT ReportDeclined(const std::wstring& text) noexcept {
+  return text.empty() ? S_OK : ReportFailure(S_FALSE, text.c_str(), L"Declined");
+}
+
 void ClearErrorInfo() noexcept {
   SetErrorInfo(0, nullptr);
 }

@@ -1,15 +1,16 @@
 // The edge of a module: a slot's body runs inside one of these, and no exception passes them.
 //
 // The library's own slots use the Boundary forms: they clear the thread's error info first and, on failure,
-// set it (description = the message, source = the exception's class). The siblings' slots use the Guarded
-// forms, which leave the error info alone: the library calls them from within its own slots. All may be
-// called from any thread, take no lock, and touch nothing but what `body` touches.
+// set it (description = the message, source = the exception's class); S_FALSE may have a text there too. The
+// siblings' slots use the Guarded forms, which leave the error info alone: the library calls them from within
+// its own slots. All may be called from any thread, take no lock, and touch nothing but what `body` touches.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
 
 #include <windows.h>
 
+#include <string>
 #include <utility>
 
 namespace smh {
@@ -56,6 +57,9 @@ HRESULT ResultOf(Body&& body, Failed&& failed) noexcept {
 // Sets the thread's error info and answers `result`; copies the texts. Without memory for the info none is
 // set.
 HRESULT ReportFailure(HRESULT result, const wchar_t* message, const wchar_t* className) noexcept;
+// As above, S_FALSE for work that was declined without a failure: `text` says to people why. S_OK, and no
+// error info, when it is empty.
+HRESULT ReportDeclined(const std::wstring& text) noexcept;
 // Takes the thread's error info away.
 void ClearErrorInfo() noexcept;
 
@@ -85,6 +89,17 @@ Result BoundaryValue(Result neutral, Body&& body) noexcept {
     ReportFailure(caught.result, caught.message, caught.className);
     return neutral;
   });
+}
+
+// The library: an operation that may decline its work without a failure. `body` returns what ReportDeclined
+// takes. An operation with a result calls that itself, inside its body, and returns its neutral value.
+template <typename Body>
+HRESULT BoundaryOutcome(Body&& body) noexcept {
+  ClearErrorInfo();
+  return detail::AnswerOf<HRESULT>([&] { return ReportDeclined(std::forward<Body>(body)()); },
+                                   [](const CaughtException& caught) {
+                                     return ReportFailure(caught.result, caught.message, caught.className);
+                                   });
 }
 
 // A sibling: an operation without a result. Without error info the result itself says that memory ran out.

@@ -79,6 +79,12 @@ TEST(BoundaryCallTest, LibraryAnswersWithErrorInfo) {
     };
     EXPECT_EQ(BoundaryValue(7, raise), 7);
     expectInfo();
+    EXPECT_EQ(BoundaryOutcome([&row]() -> std::wstring {
+                row.raise();
+                return {};
+              }),
+              row.libraryResult);
+    expectInfo();
   }
   // A success leaves nothing of an earlier failure.
   for (const std::function<void()>& succeed :
@@ -88,6 +94,22 @@ TEST(BoundaryCallTest, LibraryAnswersWithErrorInfo) {
     succeed();
     EXPECT_EQ(TakeErrorInfo().className, L"");
   }
+}
+
+TEST(BoundaryCallTest, LibraryDeclinesWithATextAndWithoutAFailure) {
+  ReportFailure(E_FAIL, L"stale", L"Exception");
+  EXPECT_EQ(BoundaryOutcome([] { return std::wstring(L"the entry has gone"); }), S_FALSE);
+  EXPECT_EQ(TakeErrorInfo().message, L"the entry has gone");
+  ReportFailure(E_FAIL, L"stale", L"Exception");
+  EXPECT_EQ(BoundaryOutcome([] { return std::wstring(); }), S_OK);
+  EXPECT_EQ(TakeErrorInfo().message, L"") << "what was done needs no text";
+  EXPECT_EQ(BoundaryValue(-1,
+                          [] {
+                            ReportDeclined(L"not taken");
+                            return -1;
+                          }),
+            -1);
+  EXPECT_EQ(TakeErrorInfo().message, L"not taken") << "of a slot that answers a number";
 }
 
 TEST(BoundaryCallTest, SiblingAnswersWithoutTouchingErrorInfo) {
