@@ -2,13 +2,12 @@
 
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/exceptions.h"
+#include "infra/runtime/growing_text.h"
 #include "infra/runtime/scoped_com.h"
 #include "infra/runtime/text.h"
 #include "locations/folders/folder_files.h"
+#include "model/change_refused.h"
 #include "shelllink/uShellLinkInfo.h"
-#include "sysutil/command_line.h"
-#include "sysutil/file_search.h"
-#include "sysutil/uFileUtils.h"
 
 #include <windows.h>
 #include <shlobj.h>
@@ -19,6 +18,13 @@ namespace {
 
 void CheckResult(HRESULT result) {
   if (FAILED(result)) throw EOleSysError(result);
+}
+
+// The path itself when the system knows no long form, as of a file that is missing.
+std::wstring LongPathOf(const std::wstring& path) {
+  std::wstring longPath =
+      GrowingText([&](wchar_t* buffer, DWORD size) { return GetLongPathNameW(path.c_str(), buffer, size); });
+  return longPath.empty() ? path : longPath;
 }
 
 void SaveShortcut(const ShortcutFields& fields, const std::wstring& file) {
@@ -41,24 +47,25 @@ void SaveShortcut(const ShortcutFields& fields, const std::wstring& file) {
   CheckResult(persist->Save(file.c_str(), TRUE));
 }
 
-}  // namespace
-
-ShortcutFields FieldsOfCommand(const std::wstring& command) {
-  const CommandParts parts = FileUtils::SplitCommandLine(command.c_str());
-  ShortcutFields fields;
-  // A shortcut wants a full path; the redirected twin is this process's view and must not get into it.
-  fields.target = std::wstring(FileUtils::NormalizePath(SharedText(parts.path)));
-  if (std::wstring found; FileUtils::FindFileByName(fields.target, found)) fields.target = std::move(found);
-  fields.arguments = parts.arguments;
-  return fields;
+// The shell writes a path in the letters in which the disk has it, and may write out a short name.
+bool NamesTheSame(const std::wstring& a, const std::wstring& b) {
+  return SameText(a, b) || SameText(LongPathOf(a), LongPathOf(b));
 }
+
+// Texts that are too long for the link's structures are cut by the shell, without a failure.
+void RequireCommand(const TShellLinkInfo& link, const ShortcutCommand& command) {
+  if (NamesTheSame(link.Target(), command.target) && link.Arguments() == command.arguments) return;
+  throw EChangeRefused(ERROR_NOT_SUPPORTED,
+                       L"A shortcut cannot hold this command: the shell stores another.");
+}
+
+}  // namespace
 
 void WriteShortcut(const ShortcutFields& fields, const std::wstring& file) {
   if (fields.target.empty()) RaiseOSError(ERROR_BAD_PATHNAME);
   try {
     SaveShortcut(fields, file);
-    // Without a target the command would be lost.
-    if (TShellLinkInfo(file).Target().empty()) RaiseOSError(ERROR_BAD_PATHNAME);
+    RequireCommand(TShellLinkInfo(file), fields);
   } catch (...) {
     DeleteFileW(file.c_str());
     throw;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "locations/folders/folder_set.h"
+#include "locations/folders/shortcut_command.h"
 #include "shelllink/uShellLinkInfo.h"
 
 #include <windows.h>
@@ -17,9 +18,11 @@
 namespace smh {
 
 // What a shortcut stores, as IShellLink names it.
-struct ShortcutFields {
-  std::wstring target;
-  std::wstring arguments;
+struct ShortcutFields : ShortcutCommand {
+  ShortcutFields() = default;
+  // A shortcut of nothing but that command.
+  explicit ShortcutFields(ShortcutCommand command) : ShortcutCommand(std::move(command)) {}
+
   // As stored: a text that names a resource stays so.
   std::wstring description;
   std::wstring workingFolder;
@@ -29,12 +32,9 @@ struct ShortcutFields {
   WORD hotKey = 0;
 };
 
-// The program and the arguments that a command line starts, as a shortcut names them; searches a bare name.
-// An empty target when the command has no program.
-ShortcutFields FieldsOfCommand(const std::wstring& command);
-
-// Writes a shortcut and confirms that it can be read and still has its target. Raises EOleSysError, EOSError
-// or the reader's exception, and then leaves no file. The calling thread need not have COM.
+// Writes a shortcut and confirms that what is read back has the same target and arguments. Raises
+// EChangeRefused when it has others, EOleSysError, EOSError or the reader's exception, and then leaves no
+// file. The calling thread need not have COM.
 void WriteShortcut(const ShortcutFields& fields, const std::wstring& file);
 
 // A shortcut, read, whose command may be changed, or moved to a place that keeps nothing but commands. Raises

@@ -169,7 +169,7 @@ int TLocationFolderStd::AddShortcut(const std::wstring& name, const std::wstring
   ScopedLock lock(Items().Lock());
   const std::wstring file = folders_.PlaceFor(true) + WithLinkExtension(name);
   if (FileUtils::FileExists(file)) RaiseOSError(ERROR_ALREADY_EXISTS);
-  const TemporaryShortcut made(folders_, name, FieldsOfCommand(command));
+  const TemporaryShortcut made(folders_, name, ShortcutFields(CommandForShortcut(command)));
   {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
@@ -192,7 +192,7 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   const ItemState state = item->State();
   if (!item->IsListed() || SameText(state.details.Command, command)) return;
   const std::wstring file(state.name);
-  ShortcutFields fields = FieldsOfCommand(command);
+  ShortcutFields fields(CommandForShortcut(command));
   KeepFieldsOfLink(RequireChangeableLink(file), fields);
   const TemporaryShortcut made(folders_, FileNamePart(file), fields);
   {
@@ -262,7 +262,7 @@ void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled
   const ChangeGate::Scope change(Gate());
   ScopedLock lock(Items().Lock());
   const std::wstring name = PlainFileName(WithLinkExtension(entryName));
-  const TemporaryShortcut made(folders_, name, FieldsOfCommand(command));
+  const TemporaryShortcut made(folders_, name, ShortcutFields(CommandForShortcut(command)));
   const std::wstring file = InsertEntryFile(FileChanger(checkpoint), made.Path(), name, enabled, folders_);
   Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
 }
