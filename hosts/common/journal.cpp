@@ -10,7 +10,7 @@ namespace smh {
 namespace {
 
 // In the order of the enumerations.
-constexpr std::wstring_view kStateNames[] = {L"open", L"done", L"interrupted", L"undone"};
+constexpr std::wstring_view kStateNames[] = {L"open", L"done", L"interrupted", L"undone", L"failed"};
 constexpr std::wstring_view kOutcomeNames[] = {L"undo",        L"nothing", L"conflict",  L"blocked",
                                                L"overwritten", L"kept",    L"impossible"};
 

@@ -57,7 +57,7 @@ class Journal {
 // system's text; `verb` is "undo" or "redo".
 std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
 
-// "open", "done", "interrupted", "undone"; "unknown" for any other.
+// "open", "done", "interrupted", "undone", "failed"; "unknown" for any other.
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept;
 // "undo", "nothing", "conflict", "blocked", "overwritten", "kept", "impossible"; "unknown" for any other.
 std::wstring_view StepOutcomeName(StepOutcome outcome) noexcept;

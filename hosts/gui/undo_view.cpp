@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kMostSteps = 8;
 
 // By CheckpointState.
-constexpr const wchar_t* kStates[] = {L"At work", L"Done", L"Interrupted", L"Undone"};
+constexpr const wchar_t* kStates[] = {L"At work", L"Done", L"Interrupted", L"Undone", L"Failed"};
 
 std::wstring StateText(CheckpointState state) {
   const auto index = static_cast<std::size_t>(state);
@@ -41,9 +41,15 @@ constexpr CheckpointColumn kColumns[] = {
 bool IsChange(const CheckpointRecord& checkpoint) noexcept {
   return checkpoint.info.undoes == 0;
 }
-bool CanBeUndone(const CheckpointRecord& checkpoint) noexcept {
+// Whether the next undo may mean it.
+bool IsLeftToUndo(const CheckpointRecord& checkpoint) noexcept {
   return IsChange(checkpoint) && (checkpoint.info.state == CheckpointState::kDone ||
                                   checkpoint.info.state == CheckpointState::kInterrupted);
+}
+// When it is chosen: something may be left of one that failed.
+bool CanBeUndone(const CheckpointRecord& checkpoint) noexcept {
+  return IsLeftToUndo(checkpoint) ||
+         (IsChange(checkpoint) && checkpoint.info.state == CheckpointState::kFailed);
 }
 
 // What is as expected needs no word.
@@ -70,7 +76,7 @@ UndoView::UndoView(HWND parent, const Frame& frame) : frame_(frame) {
   ListSource source;
   source.text = [this](std::size_t row, std::size_t column) { return kColumns[column].text(shown_[row]); };
   source.color = [this](std::size_t row) {
-    return GetSysColor(CanBeUndone(shown_[row]) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    return GetSysColor(IsLeftToUndo(shown_[row]) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
   };
   source.onSelect = [this] {
     ShowSteps();
@@ -143,13 +149,16 @@ void UndoView::ShowSteps() {
 }
 
 bool UndoView::CanUndoLatest() const {
-  return std::any_of(all_.begin(), all_.end(), CanBeUndone);
+  return std::any_of(all_.begin(), all_.end(), IsLeftToUndo);
 }
 
 // The change that was taken back last, unless a new one came after that; 0 for none.
 std::uint32_t UndoView::LatestUndone() const {
   for (auto undo = all_.rbegin(); undo != all_.rend(); ++undo) {
-    if (IsChange(*undo) && undo->info.state != CheckpointState::kUndone) return 0;
+    if (IsChange(*undo) && undo->info.state != CheckpointState::kUndone &&
+        undo->info.state != CheckpointState::kFailed) {
+      return 0;
+    }
     const auto change = std::find_if(all_.begin(), all_.end(), [&](const CheckpointRecord& each) {
       return each.info.id == undo->info.undoes && IsChange(each) &&
              each.info.state == CheckpointState::kUndone;

@@ -67,7 +67,7 @@ OpenCheckpoint::OpenCheckpoint(std::wstring_view title, std::uint32_t undoes)
 OpenCheckpoint::~OpenCheckpoint() {
   const bool hasSteps = StepCount() != 0;
   if (abandoned_ && hasSteps) return;
-  file_.Finish(kept_);
+  file_.Finish({.evenEmpty = kept_, .failed = failed_, .evenWithout = clean_});
   if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, retention_);
 }
 

@@ -1,6 +1,7 @@
 // The open checkpoints of the process: each as such, and all of them by thread.
 #pragma once
 
+#include "core/contracts/intf_safeguard.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
 #include "siblings/guardkit/blob_store.h"
@@ -33,15 +34,30 @@ class OpenCheckpoint {
   const JournalFolder& Folder() const noexcept { return folder_; }
   const BlobStore& Blobs() const noexcept { return blobs_; }
 
-  // Writes the step down, makes the change, and notes what became of it. `change` answers a Win32 status and
-  // either happens as a whole or not at all. Raises EOSError, before the change, when the step cannot be
-  // written. The status is the answer.
-  template <typename Change>
-  LSTATUS Record(const Step& step, Change&& change) {
+  // Writes the step down, looks once more, makes the change, and notes what became of it. `isStill` answers
+  // whether the step's old state stands there; `change` answers a Win32 status and either happens as a whole
+  // or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state has gone meanwhile,
+  // and what the check answers when that refuses; nothing is changed then. Raises EOSError, before the
+  // change, when the step cannot be written.
+  template <typename Look, typename Change>
+  LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
+    if (takesBack_) return isStill() ? change() : ERROR_REVISION_MISMATCH;
     const std::uint32_t number = file_.AppendStep(step);
-    const LSTATUS status = std::forward<Change>(change)();
+    LSTATUS status = isStill() ? ERROR_SUCCESS : ERROR_REVISION_MISMATCH;
+    if (status == ERROR_SUCCESS && check_ != nullptr) status = check_->Check();
+    if (status == ERROR_SUCCESS) status = change();
     file_.AppendMark(number, status);
     return status;
+  }
+  // Asked before every change from here on; borrowed, null for nobody.
+  void SetCheck(IChangeCheck* check) noexcept { check_ = check; }
+
+  // From here on changes are made without being written down: they take back what was.
+  void TakeBack() noexcept { takesBack_ = true; }
+  // The change failed. `isClean`: nothing of it is left, and then nothing has to be kept of it either.
+  void Fail(bool isClean) noexcept {
+    failed_ = true;
+    clean_ = isClean;
   }
 
   // The place (registry_place.h) of a key where something was written: it may be the target of what is
@@ -67,6 +83,10 @@ class OpenCheckpoint {
   bool isUndo_;
   bool abandoned_ = false;
   bool kept_ = false;
+  IChangeCheck* check_ = nullptr;
+  bool takesBack_ = false;
+  bool failed_ = false;
+  bool clean_ = false;
 };
 
 // Those of the process, one per thread. Any thread may call it. A checkpoint belongs to the thread that began

@@ -48,10 +48,16 @@ std::wstring StagingPath(const OpenCheckpoint& checkpoint, const std::wstring& t
   return std::wstring(above.empty() ? folder + L'\\' : above).append(FileNamePart(made));
 }
 
+bool IsStill(const std::wstring& path, const FileState& state) {
+  const FileState now = ReadFileState(path);
+  return now.exists == state.exists && now.streams == state.streams;
+}
+
 LSTATUS Replace(OpenCheckpoint& checkpoint, const FileStep& step, const StagedFile& staged) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (step.before.exists ? MOVEFILE_REPLACE_EXISTING : 0);
   return checkpoint.Record(
-      step, [&] { return StatusOf(MoveFileExW(staged.Path().c_str(), step.path.c_str(), flags)); });
+      step, [&] { return IsStill(step.path, step.before); },
+      [&] { return StatusOf(MoveFileExW(staged.Path().c_str(), step.path.c_str(), flags)); });
 }
 
 LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to) {
@@ -82,14 +88,16 @@ LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const
     step = FileStep{from, file, {}};
   }
   return checkpoint.Record(
-      step, [&] { return StatusOf(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH)); });
+      step, [&] { return IsStill(from, file); },
+      [&] { return StatusOf(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH)); });
 }
 
 LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file) {
   const FileStep step{file, KeepFileState(file, checkpoint.Blobs()), {}};
   if (!step.before.exists) return ERROR_FILE_NOT_FOUND;
   checkpoint.FlushBeforeDelete({});
-  return checkpoint.Record(step, [&] { return StatusOf(DeleteFileW(file.c_str())); });
+  return checkpoint.Record(
+      step, [&] { return IsStill(file, step.before); }, [&] { return StatusOf(DeleteFileW(file.c_str())); });
 }
 
 LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,

@@ -88,7 +88,7 @@ JournalFile::JournalFile(const JournalFolder& folder, const CheckpointHeader& he
     Append(EncodeBeginning(header));
     if (FlushFileBuffers(file_.Get()) == FALSE) RaiseLastOSError();
   } catch (...) {
-    Finish();
+    Finish({});
     throw;
   }
 }
@@ -135,19 +135,21 @@ void JournalFile::AppendMark(std::uint32_t number, LSTATUS status) noexcept {
   }
 }
 
-void JournalFile::Finish(bool evenEmpty) noexcept {
-  if (steps_ == 0 && !evenEmpty) {
+void JournalFile::Finish(const Ending& ending) noexcept {
+  if (steps_ == 0 && !ending.evenEmpty) {
     file_.Reset();
     DeleteFileW((folder_ + name_.FileName()).c_str());
     return;
   }
   try {
-    Append(EncodeEnd(steps_));
+    Append(EncodeEnd(steps_, ending.failed));
     FlushFileBuffers(file_.Get());
     file_.Reset();
     RenameToClosed(folder_, name_.id);
   } catch (...) {
     // Without its end the checkpoint counts as interrupted: everything in it can still be undone.
+    file_.Reset();
+    if (ending.evenWithout) DeleteFileW((folder_ + name_.FileName()).c_str());
   }
 }
 

@@ -48,9 +48,17 @@ class JournalFile {
   // Notes the Win32 status that step `number` ended with. Without flushing: a mark that is lost only makes
   // the undo look closer.
   void AppendMark(std::uint32_t number, LSTATUS status) noexcept;
-  // Ends and closes the file; one without steps is deleted unless `evenEmpty`. Nothing else may be called
-  // afterwards. When the end cannot be written the checkpoint counts as interrupted.
-  void Finish(bool evenEmpty = false) noexcept;
+  struct Ending {
+    // One without steps is kept too.
+    bool evenEmpty = false;
+    // The change that the checkpoint was for did not come about.
+    bool failed = false;
+    // Nothing of it is left to undo: the file goes when its end cannot be written.
+    bool evenWithout = false;
+  };
+  // Ends and closes the file; one without steps is deleted. Nothing else may be called afterwards. When the
+  // end cannot be written the checkpoint counts as interrupted.
+  void Finish(const Ending& ending) noexcept;
 
  private:
   void Append(const ByteVector& record);

@@ -37,6 +37,7 @@ std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, 
     if (contents) index.push_back({name, *std::move(contents)});
   }
   for (IndexedCheckpoint& checkpoint : index) {
+    if (checkpoint.contents.failed) checkpoint.state = CheckpointState::kFailed;
     if (checkpoint.contents.finished) continue;
     // There is one lock, so only the newest can be open.
     const bool isNewest = !lockHeld && checkpoint.name.id == names.back().id;
@@ -89,7 +90,8 @@ const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& 
                                           const std::wstring& user) {
   const auto isNextToUndo = [&user](const IndexedCheckpoint& checkpoint) {
     const CheckpointHeader& header = checkpoint.contents.header;
-    const bool isNext = header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted;
+    const bool isNext = (header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted) &&
+                        checkpoint.state != CheckpointState::kFailed;
     const bool isLeft = checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty();
     return isNext && isLeft && header.user == user;
   };

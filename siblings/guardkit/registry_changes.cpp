@@ -33,7 +33,9 @@ LSTATUS SetValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstrin
                          const ValueState& value) {
   const ValueStep step{PlaceOf(key), name, ReadValueState(key, name), value};
   if (step.before == value) return WriteValue(key, name, value);
-  const LSTATUS status = checkpoint.Record(step, [&] { return WriteValue(key, name, value); });
+  const LSTATUS status = checkpoint.Record(
+      step, [&] { return ReadValueState(key, name) == step.before; },
+      [&] { return WriteValue(key, name, value); });
   if (status == ERROR_SUCCESS) checkpoint.NoteWrite(step.key);
   return status;
 }
@@ -42,7 +44,8 @@ LSTATUS DeleteValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wst
   const ValueStep step{PlaceOf(key), name, ReadValueState(key, name), {}};
   if (!step.before.exists) return ERROR_FILE_NOT_FOUND;
   checkpoint.FlushBeforeDelete(step.key);
-  return checkpoint.Record(step, [&] { return RemoveValue(key, name); });
+  return checkpoint.Record(
+      step, [&] { return ReadValueState(key, name) == step.before; }, [&] { return RemoveValue(key, name); });
 }
 
 LSTATUS CreateLevelRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& level, REGSAM access,
@@ -51,7 +54,10 @@ LSTATUS CreateLevelRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::
   step.key = PlaceOf(parent) + L'\\' + level;
   step.after.exists = true;
   step.after.className = like.className;
-  const LSTATUS status = checkpoint.Record(step, [&] {
+  const auto isMissing = [&] {
+    return !OpenRegistryKey(parent, level, (access & kViewBits) | KEY_QUERY_VALUE);
+  };
+  const LSTATUS status = checkpoint.Record(step, isMissing, [&] {
     return RegCreateKeyExW(parent, level.c_str(), 0, const_cast<wchar_t*>(like.className.c_str()),
                            REG_OPTION_NON_VOLATILE, access, nullptr, key, nullptr);
   });
@@ -97,7 +103,11 @@ LSTATUS DeleteKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::ws
     step.before = ReadKeyState(key.Get());
   }
   checkpoint.FlushBeforeDelete(step.key);
-  return checkpoint.Record(step, [&] { return RegDeleteKeyExW(parent, path.c_str(), viewBits, 0); });
+  const auto isStill = [&] {
+    const ScopedKey key = OpenRegistryKey(parent, path, viewBits | KEY_READ);
+    return key && !HasSubKeys(key.Get()) && ReadKeyState(key.Get()) == step.before;
+  };
+  return checkpoint.Record(step, isStill, [&] { return RegDeleteKeyExW(parent, path.c_str(), viewBits, 0); });
 }
 
 }  // namespace smh

@@ -6,6 +6,7 @@
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/file_changes.h"
+#include "siblings/guardkit/undo_runner.h"
 
 namespace smh {
 
@@ -57,6 +58,22 @@ LSTATUS Safeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL
   return GuardedStatus([&] {
     const ScopedRecording recording(*g_checkpoints);
     return CopyRecorded(*recording, FullPath(from), FullPath(to), (overwrite & 0xFF) != 0);
+  });
+}
+
+LSTATUS Safeguard::FailCheckpoint() {
+  return GuardedStatus([]() -> LSTATUS {
+    OpenCheckpoint* const checkpoint = g_checkpoints->Current();
+    return checkpoint == nullptr ? ERROR_INVALID_FUNCTION : TakeBack(*checkpoint);
+  });
+}
+
+LSTATUS Safeguard::SetChangeCheck(IChangeCheck* check) {
+  return GuardedStatus([check]() -> LSTATUS {
+    OpenCheckpoint* const checkpoint = g_checkpoints->Current();
+    if (checkpoint == nullptr) return ERROR_INVALID_FUNCTION;
+    checkpoint->SetCheck(check);
+    return ERROR_SUCCESS;
   });
 }
 

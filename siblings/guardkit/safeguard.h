@@ -21,6 +21,8 @@ class Safeguard final : public ServiceObject<ISafeguard> {
   LSTATUS STDMETHODCALLTYPE MoveRecordedFile(const wchar_t* from, const wchar_t* to) override;
   LSTATUS STDMETHODCALLTYPE DeleteRecordedFile(const wchar_t* file) override;
   LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) override;
+  LSTATUS STDMETHODCALLTYPE FailCheckpoint() override;
+  LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) override;
 
  private:
   IRegAccess& regAccess_;

@@ -142,6 +142,25 @@ class UndoCall {
 
 }  // namespace
 
+LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
+  checkpoint.TakeBack();
+  LSTATUS status = ERROR_SUCCESS;
+  const auto contents = ReadJournal(checkpoint.Folder(), {.id = checkpoint.Id()});
+  if (!contents) status = ERROR_FILE_CORRUPT;
+  LiveSystem system(CurrentUserSid());
+  for (const PlannedStep& planned : contents ? PlanUndo(*contents, system) : std::vector<PlannedStep>()) {
+    if (planned.verdict == Verdict::kNothing) continue;
+    try {
+      if (planned.verdict != Verdict::kUndo) RaiseOSError(ERROR_REVISION_MISMATCH);
+      UndoStep(checkpoint, contents->steps[planned.number].step, false);
+    } catch (const EOSError& error) {
+      status = static_cast<LSTATUS>(error.Code());
+    }
+  }
+  checkpoint.Fail(status == ERROR_SUCCESS);
+  return status;
+}
+
 UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode) {
   UndoCall call(direction, mode);
   return mode == UndoMode::kShow ? call.Show(id) : call.Run(id);

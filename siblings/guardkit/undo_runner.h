@@ -1,6 +1,7 @@
 // Takes a checkpoint back, or says what that would do.
 #pragma once
 
+#include "siblings/guardkit/checkpoints.h"
 #include "siblings/guardkit/format/undo_plan.h"
 #include "siblings/guardkit/journal_index.h"
 
@@ -28,5 +29,9 @@ enum class Direction { kUndo, kRedo };
 // journal's while they plan and change. Refusals are the result's status. Raises EOSError when the journal
 // cannot be read, locked or written: nothing was changed then.
 UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode);
+
+// Takes back what stands of an open checkpoint, without writing that down, and marks it as failed. A Win32
+// status: 0 when nothing of it is left. For the thread that opened it.
+LSTATUS TakeBack(OpenCheckpoint& checkpoint);
 
 }  // namespace smh

@@ -96,5 +96,25 @@ TEST(JournalFormat, RecordsThatCannotFollowEndTheReading) {
   }
 }
 
+// Journals outlive the version that wrote them.
+TEST(JournalFormat, TheEndSaysWhetherTheChangeFailedSinceTheSecondVersion) {
+  JournalContents contents = SampleJournal();
+  for (const bool failed : {false, true}) {
+    const auto read = DecodeJournal(Joined({EncodeBeginning(contents.header), EncodeEnd(0, failed)}));
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(read->finished);
+    EXPECT_EQ(read->failed, failed);
+  }
+  ByteVector first = EncodeBeginning(contents.header);
+  first[7] = std::byte{'1'};
+  const ByteVector oldEnd = Framed({std::byte{4}, std::byte{0}, std::byte{0}, std::byte{0}, std::byte{0}});
+  const auto old = DecodeJournal(Joined({first, oldEnd}));
+  ASSERT_TRUE(old);
+  EXPECT_TRUE(old->finished);
+  EXPECT_FALSE(old->failed);
+  first[7] = std::byte{'3'};
+  EXPECT_FALSE(DecodeJournal(Joined({first, oldEnd})));
+}
+
 }  // namespace
 }  // namespace smh::test

@@ -82,7 +82,7 @@ TEST(UndoPlan, FoundStateAndMarkDecide) {
       Verdict before, after, other;
     } rows[] = {{StepMark::kDone, kConflict, kUndo, kConflict},
                 {StepMark::kNone, kNothing, kUndo, kConflict},
-                {StepMark::kFailed, kNothing, kNothing, kNothing}};
+                {StepMark::kFailed, kNothing, kUndo, kConflict}};
     for (const auto& row : rows) {
       const RecordedStep recorded{step, row.mark, 0};
       EXPECT_EQ(Plan({recorded}, before), std::vector{row.before});

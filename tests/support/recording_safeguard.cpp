@@ -36,7 +36,7 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
 
   LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,
                                       DWORD, REGSAM access, DWORD, DWORD, DWORD) override {
-    return Answered(key, owner_->Perform(Line(L"CreateKey", parent, subKey) + L' ' + Hex(access, 8), [&] {
+    return Answered(key, owner_->Change(Line(L"CreateKey", parent, subKey) + L' ' + Hex(access, 8), [&] {
       return RegCreateKeyExW(parent, subKey, 0, nullptr, 0, access, nullptr, key, disposition);
     }));
   }
@@ -47,18 +47,18 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
   }
   HRESULT STDMETHODCALLTYPE Reserved3() override { return E_NOTIMPL; }
   LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD) override {
-    return owner_->Perform(Line(L"DeleteKey", parent, subKey) + L" view " + Hex(viewBits, 3),
-                           [&] { return RegDeleteKeyExW(parent, subKey, viewBits, 0); });
+    return owner_->Change(Line(L"DeleteKey", parent, subKey) + L" view " + Hex(viewBits, 3),
+                          [&] { return RegDeleteKeyExW(parent, subKey, viewBits, 0); });
   }
   LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
                                      DWORD) override {
-    return owner_->Perform(
+    return owner_->Change(
         Line(L"SetValue", key, name) + L" type " + std::to_wstring(type) + L" size " + std::to_wstring(size) +
             L' ' + DataText(type, data, size),
         [&] { return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size); });
   }
   LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) override {
-    return owner_->Perform(Line(L"DeleteValue", key, name), [&] { return RegDeleteValueW(key, name); });
+    return owner_->Change(Line(L"DeleteValue", key, name), [&] { return RegDeleteValueW(key, name); });
   }
   HRESULT STDMETHODCALLTYPE Reserved7() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reserved8() override { return E_NOTIMPL; }
@@ -93,6 +93,7 @@ void RecordingSafeguard::Clear() {
   hook_ = nullptr;
   keys_.clear();
   opened_ = 0;
+  check_ = nullptr;
 }
 
 void RecordingSafeguard::Answer(std::wstring part, LSTATUS status, int times) {
@@ -161,23 +162,46 @@ LSTATUS RecordingSafeguard::BeginCheckpoint(const wchar_t* title) {
 }
 
 LSTATUS RecordingSafeguard::EndCheckpoint() {
+  {
+    const std::scoped_lock lock(lock_);
+    check_ = nullptr;
+  }
   return Record(L"EndCheckpoint").value_or(ERROR_SUCCESS);
 }
 
 LSTATUS RecordingSafeguard::MoveRecordedFile(const wchar_t* from, const wchar_t* to) {
-  return Perform(L"MoveFile " + InQuotes(from) + L' ' + InQuotes(to),
-                 [&] { return LastErrorUnless(MoveFileW(from, to)); });
+  return Change(L"MoveFile " + InQuotes(from) + L' ' + InQuotes(to),
+                [&] { return LastErrorUnless(MoveFileW(from, to)); });
 }
 
 LSTATUS RecordingSafeguard::DeleteRecordedFile(const wchar_t* file) {
-  return Perform(L"DeleteFile " + InQuotes(file), [&] { return LastErrorUnless(DeleteFileW(file)); });
+  return Change(L"DeleteFile " + InQuotes(file), [&] { return LastErrorUnless(DeleteFileW(file)); });
 }
 
 LSTATUS RecordingSafeguard::CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) {
   const bool replace = (overwrite & 0xFF) != 0;
-  return Perform(
+  return Change(
       L"CopyFile " + InQuotes(from) + L' ' + InQuotes(to) + L" overwrite " + (replace ? L'1' : L'0'),
       [&] { return LastErrorUnless(CopyFileW(from, to, !replace)); });
+}
+
+LSTATUS RecordingSafeguard::FailCheckpoint() {
+  return Record(L"FailCheckpoint").value_or(ERROR_NOT_SUPPORTED);
+}
+
+LSTATUS RecordingSafeguard::SetChangeCheck(IChangeCheck* check) {
+  const std::scoped_lock lock(lock_);
+  check_ = check;
+  return ERROR_SUCCESS;
+}
+
+LSTATUS RecordingSafeguard::AskCheck() const {
+  IChangeCheck* check = nullptr;
+  {
+    const std::scoped_lock lock(lock_);
+    check = check_;
+  }
+  return check == nullptr ? ERROR_SUCCESS : check->Check();
 }
 
 }  // namespace smh::test

@@ -8,8 +8,10 @@
 //   DeleteValue #1 "name"
 //   DeleteKey HKLM "Software\X" view 100
 //   CloseKey #1
-//   BeginCheckpoint "title" / EndCheckpoint / MoveFile "a" "b" / DeleteFile "a" / CopyFile "a" "b" overwrite
-//   1
+//   BeginCheckpoint "title" / EndCheckpoint / FailCheckpoint
+//   MoveFile "a" "b" / DeleteFile "a" / CopyFile "a" "b" overwrite 1
+// It records nothing for an undo: FailCheckpoint takes nothing back and says so. The check of a checkpoint is
+// asked before every change in it, without a line.
 #pragma once
 
 #include "core/contracts/com_object.h"
@@ -43,6 +45,8 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   LSTATUS STDMETHODCALLTYPE MoveRecordedFile(const wchar_t* from, const wchar_t* to) override;
   LSTATUS STDMETHODCALLTYPE DeleteRecordedFile(const wchar_t* file) override;
   LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) override;
+  LSTATUS STDMETHODCALLTYPE FailCheckpoint() override;
+  LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) override;
 
  private:
   class RegAccess;
@@ -59,6 +63,15 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
     const std::optional<LSTATUS> told = Record(line);
     return told ? *told : operation();
   }
+  // The same for what changes something: the checkpoint's check is asked in between.
+  template <typename Operation>
+  LSTATUS Change(const std::wstring& line, Operation operation) {
+    return Perform(line, [&] {
+      const LSTATUS refused = AskCheck();
+      return refused != ERROR_SUCCESS ? refused : operation();
+    });
+  }
+  LSTATUS AskCheck() const;
   void Append(const std::wstring& tail);
   std::wstring NameOf(HKEY key) const;
   std::wstring Opened(HKEY key);
@@ -70,6 +83,7 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   std::map<HKEY, int> keys_;
   int opened_ = 0;
   bool giveRegAccess_ = true;
+  IChangeCheck* check_ = nullptr;
 };
 
 }  // namespace smh::test

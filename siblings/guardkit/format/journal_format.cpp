@@ -9,9 +9,12 @@ namespace smh {
 
 namespace {
 
-constexpr std::array<std::byte, 8> kSignature = {std::byte{'S'}, std::byte{'M'}, std::byte{'H'},
+constexpr std::array<std::byte, 7> kSignature = {std::byte{'S'}, std::byte{'M'}, std::byte{'H'},
                                                  std::byte{'J'}, std::byte{'R'}, std::byte{'N'},
-                                                 std::byte{'L'}, std::byte{'1'}};
+                                                 std::byte{'L'}};
+// What follows the signature. The end of a journal of the first version says nothing of a failure.
+constexpr std::uint8_t kFirstVersion = '1';
+constexpr std::uint8_t kVersion = '2';
 
 // Fixed in the format: in the order of the alternatives of Step for the kinds of steps.
 enum RecordType : std::uint8_t { kHeaderRecord = 1, kStepRecord = 2, kMarkRecord = 3, kEndRecord = 4 };
@@ -199,8 +202,11 @@ bool ReadMark(ByteCursor& in, JournalContents& contents) {
   return true;
 }
 
-bool ReadEnd(ByteCursor& in, JournalContents& contents) {
-  contents.finished = in.U32() == contents.steps.size() && in.AtEnd();
+bool ReadEnd(ByteCursor& in, std::uint8_t version, JournalContents& contents) {
+  const std::uint32_t count = in.U32();
+  const bool failed = version != kFirstVersion && ReadFlag(in);
+  contents.finished = count == contents.steps.size() && in.AtEnd();
+  contents.failed = contents.finished && failed;
   return contents.finished;
 }
 
@@ -213,7 +219,7 @@ std::optional<Bytes> NextPayload(ByteCursor& file) {
   return payload;
 }
 
-bool ReadRecord(Bytes payload, JournalContents& contents) {
+bool ReadRecord(Bytes payload, std::uint8_t version, JournalContents& contents) {
   ByteCursor in(payload);
   switch (in.U8()) {
     case kStepRecord:
@@ -221,7 +227,7 @@ bool ReadRecord(Bytes payload, JournalContents& contents) {
     case kMarkRecord:
       return ReadMark(in, contents);
     case kEndRecord:
-      return ReadEnd(in, contents);
+      return ReadEnd(in, version, contents);
     default:
       return false;
   }
@@ -241,6 +247,7 @@ ByteVector EncodeBeginning(const CheckpointHeader& header) {
   payload.Text(header.title);
   RecordWriter file;
   file.Put(kSignature);
+  file.U8(kVersion);
   file.Put(Framed(payload));
   return file.Written();
 }
@@ -262,10 +269,11 @@ ByteVector EncodeMark(std::uint32_t number, std::uint32_t status) {
   return Framed(payload);
 }
 
-ByteVector EncodeEnd(std::uint32_t stepCount) {
+ByteVector EncodeEnd(std::uint32_t stepCount, bool failed) {
   RecordWriter payload;
   payload.U8(kEndRecord);
   payload.U32(stepCount);
+  payload.U8(failed ? 1 : 0);
   return Framed(payload);
 }
 
@@ -273,13 +281,15 @@ std::optional<JournalContents> DecodeJournal(Bytes file) {
   ByteCursor in(file);
   JournalContents contents;
   if (!std::ranges::equal(in.Take(kSignature.size()), kSignature)) return std::nullopt;
+  const std::uint8_t version = in.U8();
+  if (version != kFirstVersion && version != kVersion) return std::nullopt;
   const auto header = NextPayload(in);
   if (!header) return std::nullopt;
   ByteCursor fields(*header);
   if (fields.U8() != kHeaderRecord || !ReadHeader(fields, contents)) return std::nullopt;
   while (!contents.finished) {
     const auto payload = NextPayload(in);
-    if (!payload || !ReadRecord(*payload, contents)) break;
+    if (!payload || !ReadRecord(*payload, version, contents)) break;
   }
   return contents;
 }

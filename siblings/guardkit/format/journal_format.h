@@ -23,7 +23,8 @@ ByteVector EncodeBeginning(const CheckpointHeader& header);
 ByteVector EncodeStep(std::uint32_t number, const Step& step);
 // `status` is a Win32 status; 0 marks the step as done.
 ByteVector EncodeMark(std::uint32_t number, std::uint32_t status);
-ByteVector EncodeEnd(std::uint32_t stepCount);
+// `failed`: the change that the checkpoint was for did not come about.
+ByteVector EncodeEnd(std::uint32_t stepCount, bool failed = false);
 
 // What a file holds up to its first record that is torn, damaged, or not what the records before it allow.
 // None when not even the header can be read. The contents own their texts and data. Raises std::bad_alloc;

@@ -104,7 +104,7 @@ using Step = std::variant<ValueStep, KeyStep, FileStep, MoveStep>;
 enum class StepMark {
   kNone,    // begun; whether it happened has to be looked up
   kDone,    // it happened
-  kFailed,  // the system refused it: nothing happened
+  kFailed,  // the system answered that it did not; what is there decides all the same
 };
 
 // A step as the journal has it.
@@ -133,6 +133,8 @@ struct JournalContents {
   std::vector<RecordedStep> steps;
   // Whether the end was written: without it the owner died, or is still at work.
   bool finished = false;
+  // Whether its end says that the change did not come about. What stands of its steps can be undone.
+  bool failed = false;
   bool operator==(const JournalContents&) const = default;
 };
 

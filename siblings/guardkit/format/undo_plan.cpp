@@ -27,8 +27,10 @@ bool SameContent(const FileState& a, const FileState& b) {
   return a.exists == b.exists && a.streams == b.streams;
 }
 
+// A call may have done what it answered to have refused: only a step that is known to be done leaves a
+// conflict where the old state is there.
 Verdict Decide(StepMark mark, bool isBefore, bool isAfter) {
-  if (mark == StepMark::kNone && isBefore) return Verdict::kNothing;
+  if (mark != StepMark::kDone && isBefore) return Verdict::kNothing;
   if (isAfter) return isBefore ? Verdict::kNothing : Verdict::kUndo;
   return Verdict::kConflict;
 }
@@ -65,12 +67,14 @@ class Overlay {
 
 class Planner {
  public:
-  explicit Planner(SystemState& system) : system_(system), values_(system), keys_(system), files_(system) {}
+  // `marksCount`: a step that is marked as done is known to stand.
+  Planner(SystemState& system, bool marksCount)
+      : system_(system), marksCount_(marksCount), values_(system), keys_(system), files_(system) {}
 
   Verdict Plan(const RecordedStep& recorded) {
-    if (recorded.mark == StepMark::kFailed) return Verdict::kNothing;
     try {
-      return std::visit([&](const auto& step) { return PlanStep(recorded.mark, step); }, recorded.step);
+      const StepMark mark = marksCount_ ? recorded.mark : StepMark::kNone;
+      return std::visit([&](const auto& step) { return PlanStep(mark, step); }, recorded.step);
     } catch (const std::exception&) {
       return Verdict::kBlocked;
     }
@@ -114,6 +118,7 @@ class Planner {
   }
 
   SystemState& system_;
+  const bool marksCount_;
   Overlay<ValueState> values_;
   Overlay<KeyState> keys_;
   Overlay<FileState> files_;
@@ -122,7 +127,8 @@ class Planner {
 }  // namespace
 
 std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system) {
-  Planner planner(system);
+  // What did not end well may have been taken back in part, without a word.
+  Planner planner(system, checkpoint.finished && !checkpoint.failed);
   std::vector<PlannedStep> plan;
   for (std::size_t number = checkpoint.steps.size(); number-- > 0;) {
     plan.push_back({number, planner.Plan(checkpoint.steps[number])});

@@ -20,8 +20,10 @@ namespace smh {
 enum class CheckpointState : std::int32_t {
   kOpen = 0,  // somebody is at work in it
   kDone = 1,
-  kInterrupted = 2,  // its owner died before the end; it can be undone like any other
+  kInterrupted =
+      2,  // its owner died before the end, and something of it stands: it can be undone like any other
   kUndone = 3,
+  kFailed = 4,  // the change did not come about; what is left of it, if anything, can be undone by number
 };
 
 // What the journal knows of a checkpoint besides its title.
@@ -38,7 +40,7 @@ enum class StepOutcome : std::int32_t {
   kUndo = 0,
   kNothing = 1,      // it never happened, or is taken back already
   kConflict = 2,     // something else stands there now: refused unless forced
-  kBlocked = 3,      // it cannot be looked at, or is not this user's: refused; left out when forced
+  kBlocked = 3,      // it cannot be looked at or taken back, or is not this user's: left out when forced
   kOverwritten = 4,  // forced: what stood there was recorded and overwritten
   kKept = 5,         // a key that the step made holds something by now and stays
   kImpossible = 6,   // forced: what the step moved is nowhere
@@ -91,11 +93,14 @@ struct IJournal : IUnknown {
 
   // 1: oldest first; empty without a journal.
   virtual HRESULT STDMETHODCALLTYPE GetCheckpoints(ICheckpointList** list) = 0;
-  // 2: only the interrupted ones that nobody has undone: quick, for the start of a host.
+  // 2: only the interrupted ones of which something stands and that nobody has undone: quick, for the start
+  // of a host.
   virtual HRESULT STDMETHODCALLTYPE GetInterrupted(ICheckpointList** list) = 0;
-  // 3: takes checkpoint `id` back, with 0 the user's newest that is not undone (and no undo itself). A report
-  // comes with S_OK and kConflict, and when the system refuses a step: the undo ends there then, and what it
-  // had done is an interrupted checkpoint of its own. HRESULT_FROM_WIN32 of ERROR_NOT_FOUND: no such
+  // 3: takes checkpoint `id` back, with 0 the user's newest that is neither undone nor failed (and no undo
+  // itself). A report comes with S_OK and kConflict, and when a step is refused: the undo only brings back
+  // then what needs nothing deleted or overwritten, and what it did is an interrupted checkpoint of its own.
+  // HRESULT_FROM_WIN32 of ERROR_REVISION_MISMATCH: another program changed something while it was looked at;
+  // ERROR_NOT_FOUND: no such
   // checkpoint; ERROR_BUSY: it is still open, or this thread has one open; ERROR_ACCESS_DENIED: it is another
   // user's; ERROR_LOCK_VIOLATION: another checkpoint is open.
   virtual HRESULT STDMETHODCALLTYPE Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) = 0;

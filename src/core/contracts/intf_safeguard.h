@@ -5,6 +5,13 @@
 // Every change is written into a journal before it is made (intf_journal.h takes changes back). What cannot
 // be written down is not made: a full disk or a journal held by another checkpoint for more than ten seconds
 // (ERROR_LOCK_VIOLATION) refuses the call before it begins. Every slot may be called from any thread.
+//
+// The last look: directly before the system's call what stands there is read once more and compared with what
+// was recorded as the state before it. When it is not that to the byte any more, another program was here:
+// nothing is changed, and the answer is ERROR_REVISION_MISMATCH. This holds for every write, deletion, move
+// and key made. A file is compared and then moved or deleted by one handle, which nobody may write to
+// meanwhile. What is left is the moment between that look and the call right behind it: of values, of keys
+// that are deleted, and of files that are overwritten.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -29,7 +36,8 @@ struct IRegAccess : IUnknown {
   // 4: as RegDeleteKeyExW, for a key without subkeys.
   virtual LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits,
                                               DWORD unused) = 0;
-  // 5: as RegSetValueExW; `size` in bytes. The key must be open for reading too, here and in 6.
+  // 5: as RegSetValueExW; `size` in bytes, `type` any number, also one that the system does not know. The key
+  // must be open for reading too, here and in 6. A value that has that type and data already is not touched.
   virtual LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data,
                                              DWORD type, DWORD unused) = 0;
   // 6: as RegDeleteValueW.
@@ -42,6 +50,16 @@ struct IRegAccess : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Reserved11() = 0;
   // 12: as RegCloseKey.
   virtual LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) = 0;
+};
+
+// The caller's own part of the last look: it knows what else has to stand there for the change to be right.
+struct IChangeCheck {
+  // A Win32 status. With any but 0 nothing is changed, and the slot that was called answers it. Called under
+  // the journal's lock: it looks and neither changes anything through the service nor waits. Raises nothing.
+  virtual LSTATUS STDMETHODCALLTYPE Check() = 0;
+
+ protected:
+  ~IChangeCheck() = default;
 };
 
 // Checkpoints and file changes. Paths may be relative to the current folder.
@@ -59,14 +77,32 @@ struct ISafeguard : IUnknown {
   // without a begin.
   virtual LSTATUS STDMETHODCALLTYPE BeginCheckpoint(const wchar_t* title) = 0;
   virtual LSTATUS STDMETHODCALLTYPE EndCheckpoint() = 0;
-  // 4: fails with ERROR_ALREADY_EXISTS or ERROR_FILE_EXISTS when `to` exists.
+  // 4: fails with ERROR_ALREADY_EXISTS or ERROR_FILE_EXISTS when `to` exists. Here and in 5 and 6 the caller
+  // may have `from` or `file` open, with GENERIC_READ and DELETE at most, if it shares reading and deleting;
+  // it is the file itself that goes to `to`, handle and all.
   virtual LSTATUS STDMETHODCALLTYPE MoveRecordedFile(const wchar_t* from, const wchar_t* to) = 0;
-  // 5: keeps the content for an undo. ERROR_FILE_NOT_FOUND when there is no such file.
+  // 5: keeps the content for an undo. ERROR_FILE_NOT_FOUND when there is no such file, ERROR_ACCESS_DENIED
+  // for one that is read-only. The name is free when this returns; the file itself may live on elsewhere on
+  // its volume until the checkpoint ends, so that putting it back needs no room.
   virtual LSTATUS STDMETHODCALLTYPE DeleteRecordedFile(const wchar_t* file) = 0;
   // 6: `overwrite` is a boolean of which the low byte counts. An overwritten file is replaced at once or not
   // at all.
   virtual LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to,
                                                      BOOL overwrite) = 0;
+  // 7: the change that this thread's checkpoint is for did not come about. What stands of all its steps is
+  // taken back, the last one first, each only where the state that it left is still there, and needs no room
+  // on the disk; once something cannot be taken back, nothing is deleted or overwritten any more. The
+  // checkpoint ends as failed (CheckpointState::kFailed), or, when its end cannot be written and nothing of
+  // it stands, leaves no trace. ERROR_SUCCESS when nothing stands any more; otherwise the status of the first
+  // step that could not be taken back, which stays among its steps for an undo. The checkpoint stays open
+  // until its last end; what is changed in it meanwhile is compared but not recorded, for a caller that puts
+  // the rest back itself; another call looks again. ERROR_INVALID_FUNCTION without a begin. A file that the
+  // caller holds open without sharing its deletion cannot be taken back.
+  virtual LSTATUS STDMETHODCALLTYPE FailCheckpoint() = 0;
+  // 8: from now on `check` is asked on this thread as part of the last look of every change in its
+  // checkpoint, until the last end; null asks nobody any more. It is borrowed until then. Slot 7 does not ask
+  // it. ERROR_INVALID_FUNCTION without a begin.
+  virtual LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) = 0;
 };
 
 }  // namespace smh
