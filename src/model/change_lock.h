@@ -1,8 +1,9 @@
 // The change lock: one change at a time, of all locations.
 //
-// Lock order: the control lock (reader_state.h), the change lock, the item-list lock, an item's lock; a thread
-// has one of the first two at most (patient_lock.h). A change holds it from before it looks its item up until
-// the list shows the outcome, and does its work on disk, registry and journal without any of the others.
+// Lock order: the control lock (reader_state.h), the change lock, the item-list lock, an item's lock; a
+// thread has one of the first two at most (patient_lock.h). A change holds it from before it looks its item
+// up until the list shows the outcome, and does its work on disk, registry and journal without any of the
+// others.
 #pragma once
 
 #include "infra/runtime/module_global.h"

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
-#include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
+#include "infra/runtime/patient_lock.h"
+#include "infra/runtime/thread_annotations.h"
+#include "model/change_lock.h"
 #include "model/parkable_thread.h"
 
 #include <atomic>
@@ -12,9 +14,10 @@ namespace smh {
 
 // Lives from module start to stop; any thread may use what has no other rule.
 struct ReaderState {
-  // The control lock, outermost of the module: serialises start and stop of reading. A thread that holds the
-  // item-list lock must not enter it, because the reader may be waiting for that lock.
-  CriticalSection control;
+  // The control lock, outermost of the module: serialises start and stop of `thread`. A thread that holds the
+  // item-list lock must not enter it, because the reader may be waiting for that lock; one that has the
+  // change lock (change_lock.h) is refused.
+  PatientLock control SMH_TAKEN_BEFORE(*g_changeLock);
   ParkableThread thread;
   std::atomic<ReadState> readState{kReadStateReading};
   // Taken by the reader when it starts.

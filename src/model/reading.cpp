@@ -119,7 +119,7 @@ void StartReading() {
   SMH_ASSERT(kUnit, !Items().Lock().IsHeldByCaller());
   PrepareForReader();
   ReaderState& reader = *g_reader;
-  ScopedLock lock(reader.control);
+  const ScopedPatientLock lock(reader.control);
   reader.thread.Stop();
   reader.readState.store(kReadStateReading);
   reader.thread.Start([&reader, showAll = reader.showAllLocations.load()] {
@@ -129,7 +129,7 @@ void StartReading() {
 
 void StopReading() {
   SMH_ASSERT(kUnit, !Items().Lock().IsHeldByCaller());
-  ScopedLock lock(g_reader->control);
+  const ScopedPatientLock lock(g_reader->control);
   g_reader->thread.Stop();
 }
 

@@ -1,6 +1,9 @@
+#include "infra/runtime/scoped_com.h"
+#include "model/change_lock.h"
 #include "model/reader_state.h"
 #include "model/reading.h"
 #include "tests/model/fake_location.h"
+#include "tests/support/probe_window.h"
 #include "tests/support/process_counts.h"
 #include "tests/support/waiting.h"
 
@@ -93,6 +96,57 @@ TEST_F(ReaderTest, RefusesAThreadThatHoldsTheList) {
   ScopedLock lock(Items().Lock());
   EXPECT_THROW(StartReading(), EAssertionFailed);
   EXPECT_THROW(StopReading(), EAssertionFailed);
+}
+
+TEST_F(ReaderTest, AStopThatIsWaitedForDispatchesMessagesAndRefusesWhatTheyCall) {
+  const ScopedHandle release(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  std::promise<void> inside;
+  std::atomic<bool> told{false};
+  UsualLocation().onRead = [&] {
+    if (!told.exchange(true)) inside.set_value();
+    // A file access that cannot be cancelled.
+    WaitForSingleObject(release.Get(), INFINITE);
+  };
+  StartReading();
+  inside.get_future().wait();
+  std::thread stopping(StopReading);
+  while (g_reader->control.TryEnter()) {
+    g_reader->control.Leave();
+    Sleep(1);
+  }
+  StopMode mode = StopMode::kUnload;
+  EndReaderAtUnload(mode);
+  EXPECT_EQ(mode, StopMode::kUnloadBroken) << "somebody is inside";
+  int refusals = 0;
+  std::thread([&] {
+    const ScopedCom com(COINIT_APARTMENTTHREADED);
+    const ProbeWindow window([&] {
+      EXPECT_THROW(StopReading(), EReentered);
+      EXPECT_THROW(StartReading(), EReentered);
+      EXPECT_THROW(ScopedChange(), EReentered);
+      ++refusals;
+      SetEvent(release.Get());
+    });
+    window.Post();
+    StopReading();
+    EXPECT_NO_THROW(StopReading()) << "of the same thread, one after the other";
+  }).join();
+  EXPECT_EQ(refusals, 1);
+  stopping.join();
+}
+
+TEST_F(ReaderTest, IsNeitherStartedNorStoppedInTheMidstOfAChange) {
+  {
+    const ScopedChange change;
+    EXPECT_THROW(StartReading(), EReentered);
+    EXPECT_THROW(StopReading(), EReentered);
+    // Of another thread it is, at once.
+    std::thread([] {
+      StartReading();
+      StopReading();
+    }).join();
+  }
+  EXPECT_NO_THROW(StopReading());
 }
 
 TEST_F(ReaderTest, SurvivesALocationThatFails) {

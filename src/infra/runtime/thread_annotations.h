@@ -15,7 +15,8 @@
 // A member that may be touched only by who holds the lock; for a pointer, what it points to.
 #define SMH_GUARDED_BY(lock) SMH_THREAD_ANNOTATION(guarded_by(lock))
 #define SMH_GUARDED_TARGET(lock) SMH_THREAD_ANNOTATION(pt_guarded_by(lock))
-// A lock's place in the order.
+// A lock's place in the order; a member of another class goes by its address, &Class::lock.
+#define SMH_TAKEN_BEFORE(...) SMH_THREAD_ANNOTATION(acquired_before(__VA_ARGS__))
 #define SMH_TAKEN_AFTER(...) SMH_THREAD_ANNOTATION(acquired_after(__VA_ARGS__))
 
 // What a function asks of its caller, and what it does to a lock.

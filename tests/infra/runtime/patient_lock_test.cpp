@@ -1,6 +1,6 @@
 #include "infra/runtime/patient_lock.h"
 #include "infra/runtime/scoped_com.h"
-#include "tests/support/waiting.h"
+#include "tests/support/probe_window.h"
 
 #include <gtest/gtest.h>
 
@@ -9,37 +9,11 @@
 #include <future>
 #include <optional>
 #include <thread>
+#include <vector>
 
 namespace smh::test {
 
 namespace {
-
-constexpr UINT kProbe = WM_APP + 1;
-
-// A window whose probe message runs `onProbe`; of the thread that makes it.
-class ProbeWindow {
- public:
-  explicit ProbeWindow(std::function<void()> onProbe) : onProbe_(std::move(onProbe)) {
-    window_ = CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
-  }
-  ~ProbeWindow() { DestroyWindow(window_); }
-  ProbeWindow(const ProbeWindow&) = delete;
-  ProbeWindow& operator=(const ProbeWindow&) = delete;
-
-  HWND Handle() const { return window_; }
-
- private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
-    if (message != kProbe) return DefWindowProcW(window, message, first, second);
-    reinterpret_cast<ProbeWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA))->onProbe_();
-    return 0;
-  }
-
-  const std::function<void()> onProbe_;
-  HWND window_ = nullptr;
-};
 
 // A thread that has the lock until it is told to leave.
 class Holder {
@@ -113,8 +87,8 @@ TEST_F(PatientLockTest, GivesUpInTimeAndMayBeAskedForAgain) {
        {std::optional<DWORD>(), std::optional<DWORD>(COINIT_APARTMENTTHREADED)}) {
     RunOnThread(model, [this] {
       // A queue that is never empty is no reason to wait longer.
-      ProbeWindow window([&] { PostMessageW(window.Handle(), kProbe, 0, 0); });
-      PostMessageW(window.Handle(), kProbe, 0, 0);
+      ProbeWindow window([&] { window.Post(); });
+      window.Post();
       Holder holder(lock_);
       EXPECT_FALSE(lock_.EnterWithin(0));
       const ULONGLONG begin = GetTickCount64();
@@ -143,7 +117,7 @@ TEST_F(PatientLockTest, DispatchesMessagesOnApartmentThreadsOnly) {
       std::atomic<bool> probed{false};
       const ProbeWindow window([&] { probed = true; });
       Holder holder(lock_);
-      PostMessageW(window.Handle(), kProbe, 0, 0);
+      window.Post();
       EXPECT_FALSE(lock_.EnterWithin(300));
       EXPECT_EQ(probed, row.dispatches);
     });
@@ -177,7 +151,7 @@ TEST_F(PatientLockTest, RefusesAThreadThatHasOneOrWaitsForOne) {
       ++refusals;
       holder.Leave();
     });
-    PostMessageW(window.Handle(), kProbe, 0, 0);
+    window.Post();
     lock_.Enter();
     EXPECT_EQ(refusals, 1);
     lock_.Leave();
@@ -196,7 +170,7 @@ TEST_F(PatientLockTest, KeepsARequestToQuitForTheHost) {
       std::thread sender([&] {
         // Behind the request: an empty queue is where that is handed out.
         Sleep(100);
-        SendMessageW(window.Handle(), kProbe, 0, 0);
+        window.Send();
         holder.Leave();
       });
       lock_.Enter();
