@@ -12,8 +12,45 @@
 //   fails. Either way the failure's text is in the thread's error info (GetErrorInfo: description = message,
 //   source = class of the exception). Every slot clears the error info on entry.
 // - Null for an out argument is E_POINTER.
-// - Slots may read disk, registry and network; those that change something wait for the list's lock and up
-//   to ten seconds for the journal of changes (intf_journal.h).
+// - Slots may read disk, registry and network. Those that change or start something (AddItem, Delete, Enable,
+//   Disable, MoveTo, ChangeCommand, Execute, ShowLocation) wait for a change under way, thirty seconds at
+//   most, and up to ten seconds for the journal of changes (intf_journal.h). No other slot waits for a
+//   change, but for one that is made by a thread that holds Lock.
+// - On a thread of a single-threaded apartment messages are dispatched while a change waits for another one,
+//   and while Refresh and Stop wait for each other.
+//
+// What is refused, with nothing changed. The text is in the error info; for people, other words than those of
+// an assertion are better. AddItem answers -1 in place of the HRESULT.
+//
+// | Slots                         | Reason                                       | HRESULT
+// |   Text
+// | IStartupItem's 11 to 18       | the entry is not listed any more             | S_FALSE
+// |   the entry has gone
+// | changes                       | the system refused it, and gave no error     | S_FALSE
+// |   the change was refused without an error
+// | changes                       | another program changes the entry, too       | ERROR_REVISION_MISMATCH
+// |   changed meanwhile by another program
+// | changes                       | the new place is another entry's             | ERROR_ALREADY_EXISTS
+// |   another entry of that name stands there
+// | changes                       | others have been changing for 30 s           | ERROR_BUSY
+// |   another change is under way
+// | changes                       | another process has had the journal for 10 s | ERROR_LOCK_VIOLATION
+// |   the system's
+// | ChangeCommand                 | the command is null or empty                 | E_INVALIDARG
+// |   The command is empty.
+// | AddItem, MoveTo,              | name or command are too long for the place   | ERROR_FILENAME_EXCED_RANGE
+// | ChangeCommand                 |
+// |   The name is too long. / The command is too long.
+// | AddItem, MoveTo,              | no shortcut starts what the command starts   | ERROR_NOT_SUPPORTED
+// | ChangeCommand                 |
+// |   A shortcut cannot hold this command: ...
+// | changes, Refresh, Stop        | the thread is inside of one already          | E_UNEXPECTED
+// |   A call of this thread is under way already.
+// | IStartupItem's 11 to 18       | CanDo says no                                | E_UNEXPECTED
+// | AddItem                       | a text is empty, or the location takes none  | E_UNEXPECTED
+// | Refresh, Stop                 | the thread holds Lock                        | E_UNEXPECTED
+// | Unlock                        | the thread does not hold Lock                | E_UNEXPECTED
+// |   Assertion failure (...)
 #pragma once
 
 #include "core/contracts/boundary_string.h"
@@ -95,8 +132,8 @@ enum ItemAction : std::int32_t {
 };
 
 // One start-up entry. The wrapper does not keep its entry alive: when the entry leaves the list, or there
-// never was one, every query answers the neutral value given here and every operation does nothing. Any
-// thread may use it.
+// never was one, every query answers the neutral value given here, and every operation does nothing and
+// answers S_FALSE. Any thread may use it.
 struct IStartupItem : IUnknown {
   static constexpr GUID iid = {0x9AE83B93, 0xCF58, 0x474B, {0x9D, 0x7A, 0xDE, 0xBC, 0x2F, 0x00, 0x02, 0x05}};
 
@@ -117,10 +154,12 @@ struct IStartupItem : IUnknown {
   virtual BOOL STDMETHODCALLTYPE CanDo(std::int32_t action) = 0;
   // 10: whether the location would take the entry, as its own always does; 0.
   virtual BOOL STDMETHODCALLTYPE CanMoveTo(std::int32_t location) = 0;
-  // 11-15: changes, of which each is confirmed before it returns and recorded for undo unless the settings
-  // say otherwise. Ask CanDo first: a call that it forbids fails with E_UNEXPECTED. What the registry does
-  // not take without an error succeeds and changes nothing: look at the entry again. The wrapper stays with
-  // its entry through Enable, Disable and, of a shortcut, ChangeCommand; else look for the entry anew.
+  // 11-15: changes, recorded for undo unless the settings say otherwise. S_OK: what was written was read back
+  // and is there, or there was nothing to do (the entry's own location, the command that it has). S_FALSE:
+  // refused without an error. Any other failure has been taken back: the entry stands where it stood. Ask
+  // CanDo first. A thread that holds the collection's Lock gives it up while it waits for another change. The
+  // wrapper stays with its entry through Enable, Disable and, of a shortcut, ChangeCommand; else look for the
+  // entry anew.
   virtual HRESULT STDMETHODCALLTYPE Delete() = 0;
   virtual HRESULT STDMETHODCALLTYPE Enable() = 0;
   virtual HRESULT STDMETHODCALLTYPE Disable() = 0;
@@ -158,14 +197,15 @@ struct IStartupItemCollection : IUnknown {
   // it is meanwhile. Refused with E_UNEXPECTED by a thread that holds Lock.
   virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
   virtual HRESULT STDMETHODCALLTYPE Stop() = 0;
-  // 12, 13: hold the list still for a walk: the reader and the changes of other threads wait meanwhile.
-  // Recursive; Unlock by a thread that does not hold it is E_UNEXPECTED.
+  // 12, 13: hold the list still for a walk: the reader and the changes of other threads wait meanwhile. Only
+  // a change by the same thread lets others in between. Recursive; Unlock by a thread that does not hold it
+  // is E_UNEXPECTED.
   virtual HRESULT STDMETHODCALLTYPE Lock() = 0;
   virtual HRESULT STDMETHODCALLTYPE Unlock() = 0;
-  // 14: the new entry's position; -1 when it fails, without error info when the registry does not take the
-  // entry without an error. `location` is a TTypeStartupLocation, `name` the value's or, without extension,
-  // the shortcut's. A value that has the name already stays as it is and its position is the answer; a file
-  // that has it is a failure.
+  // 14: the new entry's position, when it was read back and is there; -1 when it fails or is refused. A
+  // change like those of IStartupItem. `location` is a TTypeStartupLocation, `name` the value's or, without
+  // extension, the shortcut's. A value that has the name already stays as it is and its position is the
+  // answer; a file that has it is a failure.
   virtual std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
                                                  const wchar_t* command) = 0;
 };
