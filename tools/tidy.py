@@ -22,7 +22,7 @@ def compiler_arguments(compiler):
     """What makes clang compile for Windows with COMPILER's headers, all but those that clang has itself."""
     lines = text_of(compiler, "-E", "-v", "-x", "c++", "/dev/null").stderr.splitlines()
     first = lines.index("#include <...> search starts here:") + 1
-    arguments = ["--target=i686-w64-windows-gnu", "-nostdlibinc", "-Wthread-safety"]
+    arguments = ["--target=i686-w64-windows-gnu", "-nostdlibinc", "-Wthread-safety", "-Wthread-safety-beta"]
     for line in lines[first:lines.index("End of search list.")]:
         folder = os.path.realpath(line.strip())
         if "/c++" in folder:

@@ -27,21 +27,21 @@ std::wstring FaultOf(Work&& work) {
 }  // namespace
 
 void UiQueue::Post(Work work) {
-  const std::lock_guard guard(lock_);
+  const ScopedLock guard(lock_);
   if (closed_) return;
   waiting_.push_back(std::move(work));
   if (window_ != nullptr && waiting_.size() == 1) PostMessageW(window_, message_, 0, 0);
 }
 
 void UiQueue::Attach(HWND window, UINT message) {
-  const std::lock_guard guard(lock_);
+  const ScopedLock guard(lock_);
   window_ = window;
   message_ = message;
   if (!waiting_.empty()) PostMessageW(window_, message_, 0, 0);
 }
 
 void UiQueue::Detach() {
-  const std::lock_guard guard(lock_);
+  const ScopedLock guard(lock_);
   closed_ = true;
   waiting_.clear();
 }
@@ -49,7 +49,7 @@ void UiQueue::Detach() {
 void UiQueue::RunAll() {
   std::vector<Work> work;
   {
-    const std::lock_guard guard(lock_);
+    const ScopedLock guard(lock_);
     work.swap(waiting_);
   }
   std::size_t done = 0;
@@ -57,7 +57,7 @@ void UiQueue::RunAll() {
     while (done < work.size()) work[done++]();
   } catch (...) {
     // One that fails takes nothing from the others: their turn comes with the next message.
-    const std::lock_guard guard(lock_);
+    const ScopedLock guard(lock_);
     const auto left = work.begin() + static_cast<std::ptrdiff_t>(done);
     if (!closed_ && left != work.end()) {
       waiting_.insert(waiting_.begin(), std::make_move_iterator(left), std::make_move_iterator(work.end()));
@@ -94,7 +94,7 @@ Worker::~Worker() {
 
 void Worker::Post(Task task) {
   {
-    const std::lock_guard guard(lock_);
+    const ScopedLock guard(lock_);
     tasks_.push_back(std::move(task));
   }
   SetEvent(wake_.Get());
@@ -124,7 +124,7 @@ void Worker::Serve(LibrarySession& session) {
 }
 
 bool Worker::TakeTask(Task& task) {
-  const std::lock_guard guard(lock_);
+  const ScopedLock guard(lock_);
   if (tasks_.empty()) return false;
   task = std::move(tasks_.front());
   tasks_.pop_front();

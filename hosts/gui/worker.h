@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/gui/library_session.h"
+#include "infra/runtime/critical_section.h"
 #include "infra/runtime/handle.h"
 
 #include <windows.h>
@@ -10,7 +11,6 @@
 #include <atomic>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
@@ -35,12 +35,12 @@ class UiQueue {
   void RunAll();
 
  private:
-  // Guards everything below; no other lock is taken while it is held.
-  std::mutex lock_;
-  std::vector<Work> waiting_;
-  HWND window_ = nullptr;
-  UINT message_ = 0;
-  bool closed_ = false;
+  // No other lock is taken while it is held.
+  CriticalSection lock_;
+  std::vector<Work> waiting_ SMH_GUARDED_BY(lock_);
+  HWND window_ SMH_GUARDED_BY(lock_) = nullptr;
+  UINT message_ SMH_GUARDED_BY(lock_) = 0;
+  bool closed_ SMH_GUARDED_BY(lock_) = false;
 };
 
 // Owns the thread and, on it, the library session. Made and destroyed by the window's thread, and outlives
@@ -89,9 +89,9 @@ class Worker {
 
   UiQueue& queue_;
   Events events_;
-  // Guards tasks_; nothing else is taken while it is held.
-  std::mutex lock_;
-  std::deque<Task> tasks_;
+  // No other lock is taken while it is held.
+  CriticalSection lock_;
+  std::deque<Task> tasks_ SMH_GUARDED_BY(lock_);
   const ScopedHandle wake_;
   const ScopedHandle begun_;
   const ScopedHandle ended_;

@@ -30,8 +30,8 @@ class VersionCache {
 
   // A leaf, held for look-ups only: files are read outside it.
   CriticalSection lock_;
-  std::array<Entry, 4> entries_;
-  std::size_t oldest_ = 0;
+  std::array<Entry, 4> entries_ SMH_GUARDED_BY(lock_);
+  std::size_t oldest_ SMH_GUARDED_BY(lock_) = 0;
 };
 
 // The version record of a file, read anew; empty without one. A bare name would be looked for in the system's

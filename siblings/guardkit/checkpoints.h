@@ -118,11 +118,11 @@ class Checkpoints {
   };
   // Takes out what threads that have ended left open, so that their lock is given back.
   std::map<DWORD, Entry> TakeAbandoned();
-  Entry* FindOwn() noexcept;
+  Entry* FindOwn() noexcept SMH_NEEDS_LOCK(lock_);
 
   // Guards the map, not the checkpoints. A leaf: the journal's lock is not waited for under it.
   CriticalSection lock_;
-  std::map<DWORD, Entry> entries_;
+  std::map<DWORD, Entry> entries_ SMH_GUARDED_BY(lock_);
 };
 
 // The checkpoint in which a call of this thread is recorded: the open one, or one of its own for this call.

@@ -78,7 +78,7 @@ class RatingStore {
  private:
   // A leaf: nothing of this system is entered under it. Held while a file is read.
   CriticalSection lock_;
-  std::array<RatingFile, 2> files_;
+  std::array<RatingFile, 2> files_ SMH_GUARDED_BY(lock_);
 };
 
 }  // namespace smh

@@ -55,7 +55,7 @@ class TraceFile {
  private:
   // A leaf, held while a line is written.
   CriticalSection lock_;
-  ScopedHandle file_;
+  ScopedHandle file_ SMH_GUARDED_BY(lock_);
 };
 
 void TraceFile::Append(std::wstring_view line) {

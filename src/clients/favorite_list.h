@@ -22,7 +22,7 @@ class FavoriteList {
 
   // The collection's lock: recursive, taken before an item's lock. Nothing that touches registry or disk is
   // done under it.
-  CriticalSection& Lock() noexcept { return lock_; }
+  CriticalSection& Lock() noexcept SMH_ANSWERS_LOCK(lock_) { return lock_; }
   IconLists& Icons() noexcept { return icons_; }
 
   // The operations below take the collection's lock. Entries stay the list's.
@@ -44,7 +44,7 @@ class FavoriteList {
  private:
   mutable CriticalSection lock_;
   IconLists icons_;
-  std::vector<std::unique_ptr<TFavoriteItem>> items_;
+  std::vector<std::unique_ptr<TFavoriteItem>> items_ SMH_GUARDED_BY(lock_);
 };
 
 // What a collection's reader does: every kind's keys, then the details of the entries, then the wait for a

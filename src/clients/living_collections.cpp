@@ -8,9 +8,9 @@
 namespace smh {
 
 struct LivingCollections {
-  // Guards the list. Taken alone.
+  // Taken alone.
   CriticalSection lock;
-  std::vector<LivingCollection*> collections;
+  std::vector<LivingCollection*> collections SMH_GUARDED_BY(lock);
 };
 
 constinit ModuleGlobal<LivingCollections> g_livingCollections(L"living_collections");

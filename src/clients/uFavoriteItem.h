@@ -56,10 +56,9 @@ class TFavoriteItem {
  private:
   const FavoriteIdentity identity_;
   const int position_;
-  // Guards what follows but the mark.
   mutable CriticalSection lock_;
-  ItemDetails details_;
-  bool needsDetails_ = true;
+  ItemDetails details_ SMH_GUARDED_BY(lock_);
+  bool needsDetails_ SMH_GUARDED_BY(lock_) = true;
   std::atomic<std::int32_t> state_{0};
 };
 

@@ -63,11 +63,12 @@ HRESULT TFavoriteItemCollection::AddPath(const wchar_t* path) {
 }
 
 HRESULT TFavoriteItemCollection::Lock() {
-  return BoundaryResult([this] { list_.Lock().Enter(); });
+  // Left by another call of the host.
+  return BoundaryResult([this]() SMH_UNCHECKED_LOCKS { list_.Lock().Enter(); });
 }
 
 HRESULT TFavoriteItemCollection::Unlock() {
-  return BoundaryResult([this] {
+  return BoundaryResult([this]() SMH_UNCHECKED_LOCKS {
     SMH_ASSERT(kUnit, list_.Lock().IsHeldByCaller());
     list_.Lock().Leave();
   });

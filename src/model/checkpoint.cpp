@@ -24,9 +24,9 @@ constexpr const wchar_t* kDefaultTexts[] = {
 struct CheckpointTexts {
   CheckpointTexts() { std::ranges::copy(kDefaultTexts, texts.begin()); }
 
-  // Guards the texts. A leaf.
+  // A leaf.
   CriticalSection lock;
-  std::array<std::wstring, std::size(kDefaultTexts)> texts;
+  std::array<std::wstring, std::size(kDefaultTexts)> texts SMH_GUARDED_BY(lock);
 };
 
 constinit ModuleGlobal<CheckpointTexts> g_checkpointTexts(L"checkpoint");

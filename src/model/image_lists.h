@@ -67,15 +67,15 @@ class IconLists {
   int Recall(const IconKey& key);
   int Remember(const IconKey& key, int index);
   int Append(const IconPair& icons);
-  void Create();
+  void Create() SMH_NEEDS_LOCK(lock_);
   ScopedImageList MakeList(int side, FixedIconName name) const;
 
   const std::span<const FixedIcon> fixed_;
   // The image-list lock: guards creation and growth. Taken alone.
   CriticalSection lock_;
-  ScopedImageList small_;
-  ScopedImageList large_;
-  std::map<IconKey, int> indexes_;
+  ScopedImageList small_ SMH_GUARDED_BY(lock_);
+  ScopedImageList large_ SMH_GUARDED_BY(lock_);
+  std::map<IconKey, int> indexes_ SMH_GUARDED_BY(lock_);
 };
 
 // The items' pair: the three ratings, the unknown file, then the icons of files. Owned by the module and

@@ -54,9 +54,9 @@ struct KnownVersionTexts {
   const SharedVersionTexts none = std::make_shared<const VersionTexts>();
   // A leaf: files are read outside it.
   CriticalSection lock;
-  std::unordered_map<SharedText, KnownFile, PathHash> files;
+  std::unordered_map<SharedText, KnownFile, PathHash> files SMH_GUARDED_BY(lock);
   // At this many files those that nobody holds any more are forgotten.
-  std::size_t tidyAt = 64;
+  std::size_t tidyAt SMH_GUARDED_BY(lock) = 64;
 };
 
 constinit ModuleGlobal<KnownVersionTexts> g_versionTexts(L"item_details");

@@ -89,7 +89,7 @@ int TItemList::Remove(TStartupItem& item) {
 void TItemList::RemoveIf(const std::function<bool(const TStartupItem&)>& drop) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
   std::vector<ItemRef> removed;
-  const auto closeGaps = [this] {
+  const auto closeGaps = [this]() SMH_NEEDS_LOCK(lock_) {
     std::erase(items_, nullptr);
     Renumber(0);
   };

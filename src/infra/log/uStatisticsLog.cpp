@@ -15,11 +15,11 @@ struct StatisticsLog {
   // Serialises every write and every save, the file's writing included. Entered under the model's locks;
   // under it come the siblings' lock and what that takes, and no other.
   CriticalSection lock;
-  LogText text;
+  LogText text SMH_GUARDED_BY(lock);
   // The line that is being put together; keeps its memory from line to line.
-  std::wstring line;
+  std::wstring line SMH_GUARDED_BY(lock);
   // Empty until the first block was written.
-  LogFileNames exitNames;
+  LogFileNames exitNames SMH_GUARDED_BY(lock);
 };
 
 constinit ModuleGlobal<StatisticsLog> g_statisticsLog(L"uStatisticsLog");
@@ -38,22 +38,24 @@ std::wstring WidenAscii(const char* text) {
 
 }  // namespace
 
-LogScope::LogScope() noexcept {
+LogScope::LogScope() noexcept SMH_UNCHECKED_LOCKS {  // only while there is a log
   if (g_statisticsLog.IsStarted()) g_statisticsLog->lock.Enter();
 }
 
-LogScope::~LogScope() {
+LogScope::~LogScope() SMH_UNCHECKED_LOCKS {  // as the constructor
   if (g_statisticsLog.IsStarted()) g_statisticsLog->lock.Leave();
 }
 
 void ClearLogLines() {
-  const LogScope scope;
-  if (g_statisticsLog.IsStarted()) g_statisticsLog->text.Clear();
+  if (!g_statisticsLog.IsStarted()) return;
+  const ScopedLock held(g_statisticsLog->lock);
+  g_statisticsLog->text.Clear();
 }
 
 void FixLogFileNames() {
-  const LogScope scope;
-  if (g_statisticsLog.IsStarted()) g_statisticsLog->exitNames = CurrentLogFileNames();
+  if (!g_statisticsLog.IsStarted()) return;
+  const ScopedLock held(g_statisticsLog->lock);
+  g_statisticsLog->exitNames = CurrentLogFileNames();
 }
 
 void LogSeparator() {
@@ -61,13 +63,14 @@ void LogSeparator() {
 }
 
 void LogLine(std::wstring_view text) {
-  const LogScope scope;
-  if (g_statisticsLog.IsStarted()) g_statisticsLog->text.AddLine(text);
+  if (!g_statisticsLog.IsStarted()) return;
+  const ScopedLock held(g_statisticsLog->lock);
+  g_statisticsLog->text.AddLine(text);
 }
 
 void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments) {
-  const LogScope scope;
   if (!g_statisticsLog.IsStarted()) return;
+  const ScopedLock held(g_statisticsLog->lock);
   g_statisticsLog->line.clear();
   AppendFormatList(g_statisticsLog->line, format, arguments);
   g_statisticsLog->text.AddLine(g_statisticsLog->line);
@@ -111,8 +114,8 @@ std::wstring LogFilePath() {
 }
 
 void SaveLog() noexcept {
-  const LogScope scope;
   if (!g_statisticsLog.IsStarted()) return;
+  const ScopedLock held(g_statisticsLog->lock);
   // A failure is swallowed: the log must not stop what it reports on, and the next save writes all lines.
   try {
     LogFileNames names = CurrentLogFileNames();

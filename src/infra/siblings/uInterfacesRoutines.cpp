@@ -19,13 +19,13 @@ struct Siblings {
   Siblings(const Siblings&) = delete;
   Siblings& operator=(const Siblings&) = delete;
 
-  // Guards what follows and the caches in the list. It may be entered under any other lock of the module.
+  // Guards the caches in the list, too. It may be entered under any other lock of the module.
   // Under it libraries are loaded and services initialised: after it comes the loader's, and none of this
   // module.
   CriticalSection lock;
-  TLibraryList libraries;
+  TLibraryList libraries SMH_GUARDED_BY(lock);
   // Every cache that was asked, through its `next_`.
-  SiblingCache* asked = nullptr;
+  SiblingCache* asked SMH_GUARDED_BY(lock) = nullptr;
 };
 
 constinit ModuleGlobal<Siblings> g_siblings(L"uInterfacesRoutines");

@@ -190,6 +190,7 @@ bool TLocationRegistry::SwitchEntry(const ItemRef& item, bool enable) {
 
 TLocationRegistry::Switch TLocationRegistry::SameNameSwitch(const TStartupItem& item, RegistryValueAddress to,
                                                             std::wstring text) const {
+  const ScopedLock lock(Items().Lock());
   const ItemRef there = Items().Find(LocationType(), to.FullPath());
   return {std::move(to), std::move(text), there != nullptr && there.get() != &item};
 }
