@@ -7,6 +7,10 @@
 #include "shelllink/link_file.h"
 #include "shelllink/link_text.h"
 
+#include <algorithm>
+#include <span>
+#include <utility>
+
 namespace smh {
 
 namespace {
@@ -54,16 +58,38 @@ void TShellLinkInfo::SetFileName(std::wstring_view fileName) {
   if (!fileName_.empty()) Load();
 }
 
-void TShellLinkInfo::Load() {
+void TShellLinkInfo::SetBytes(std::wstring_view fileName, std::string_view bytes) {
+  fileName_ = fileName;
+  fileSize_ = 0;
+  sections_.Clear();
+  CheckName();
+  CheckSize(bytes.size());
+  auto copy = std::make_unique_for_overwrite<std::byte[]>(bytes.size());
+  std::ranges::copy(std::as_bytes(std::span(bytes)), copy.get());
+  Parse(std::move(copy));
+}
+
+void TShellLinkInfo::CheckName() const {
   const std::wstring_view extension = ExtensionPart(fileName_);
-  if (!SameText(extension, kLinkExtension)) {
-    throw TShellLinkInfoException(Format(kInvalidExtension, extension, kLinkExtension, fileName_));
-  }
+  if (SameText(extension, kLinkExtension)) return;
+  throw TShellLinkInfoException(Format(kInvalidExtension, extension, kLinkExtension, fileName_));
+}
+
+void TShellLinkInfo::CheckSize(std::uint64_t size) {
+  if (size > kLargestFile) throw TShellLinkInfoException(Format(kIncorrectSizeOrData, fileName_));
+  fileSize_ = size;
+}
+
+void TShellLinkInfo::Load() {
+  CheckName();
   const LinkFile file(fileName_);
-  if (file.Size() > kLargestFile) throw TShellLinkInfoException(Format(kIncorrectSizeOrData, fileName_));
-  fileSize_ = file.Size();
+  CheckSize(file.Size());
+  Parse(file.ReadAll());
+}
+
+void TShellLinkInfo::Parse(std::unique_ptr<std::byte[]> bytes) {
   try {
-    sections_.Load(file.ReadAll(), static_cast<std::size_t>(fileSize_));
+    sections_.Load(std::move(bytes), static_cast<std::size_t>(fileSize_));
   } catch (const LinkFormatError& error) {
     throw TShellLinkInfoException(FaultText(error, fileName_));
   }

@@ -7,6 +7,7 @@
 #include "infra/runtime/exceptions.h"
 #include "shelllink/format/link_sections.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ class TShellLinkInfo {
   // EOSError when it cannot be read; the name is set all the same, and what was read before the fault may be
   // queried.
   void SetFileName(std::wstring_view fileName);
+  // Drops what was read and loads bytes of that file, which somebody has read. Raises
+  // TShellLinkInfoException, as SetFileName, and std::bad_alloc.
+  void SetBytes(std::wstring_view fileName, std::string_view bytes);
   // In bytes; 0 until a file was opened.
   std::uint64_t FileSize() const noexcept { return fileSize_; }
 
@@ -53,13 +57,18 @@ class TShellLinkInfo {
   std::uint32_t ShowCommand() const noexcept { return sections_.Header().ShowCommand(); }
   std::uint16_t HotKey() const noexcept { return sections_.Header().HotKey(); }
 
+  // All that was read; valid until another file name is set.
+  const LinkSections& Sections() const noexcept { return sections_; }
   // The first block of that kind in the order of the file, or null; valid until another file name is set.
   const TExtraData* FindExtraData(TExtraDataKind kind) const noexcept {
     return sections_.FindExtraData(kind);
   }
 
  private:
+  void CheckName() const;
+  void CheckSize(std::uint64_t size);
   void Load();
+  void Parse(std::unique_ptr<std::byte[]> bytes);
   std::wstring Text(LinkString which) const;
   std::wstring ShellTarget() const;
 

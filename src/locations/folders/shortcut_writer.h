@@ -6,6 +6,7 @@
 
 #include "locations/folders/folder_set.h"
 #include "locations/folders/shortcut_command.h"
+#include "locations/folders/temporary_use.h"
 #include "shelllink/uShellLinkInfo.h"
 
 #include <windows.h>
@@ -32,18 +33,27 @@ struct ShortcutFields : ShortcutCommand {
   WORD hotKey = 0;
 };
 
-// Writes a shortcut and confirms that what is read back has the same target and arguments. Raises
-// EChangeRefused when it has others, EOleSysError, EOSError or the reader's exception, and then leaves no
-// file. The calling thread need not have COM.
+// Writes a shortcut, over an older file, and confirms that what is read back has the same target and
+// arguments. Raises EChangeRefused when it has others, EOleSysError, EOSError or the reader's exception, and
+// then leaves no file. The calling thread need not have COM.
 void WriteShortcut(const ShortcutFields& fields, const std::wstring& file);
+
+// The bytes of a new shortcut, confirmed. `folder`, with a trailing backslash, is where the shell's object
+// writes meanwhile, inside a TemporaryUse; nothing is left there. Raises as WriteShortcut.
+std::string LinkBytes(const ShortcutFields& fields, const std::wstring& folder);
+
+// The bytes of a shortcut with another command, confirmed: with all that the old bytes hold, but what speaks
+// of the old target (link_splice.h). `file`, the old one's path, is for texts only; `folder` as above. Raises
+// as WriteShortcut and as RequireChangeableLink.
+std::string ChangedLink(const std::wstring& file, std::string_view bytes, const ShortcutCommand& command,
+                        const std::wstring& folder);
 
 // A shortcut, read, whose command may be changed, or moved to a place that keeps nothing but commands. Raises
 // EOSError for a program file, the reader's exception for what cannot be read, and EOSError (not supported)
 // for a link without target or one that an installer resolves.
 std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file);
-
-// Takes over all of the link but target and arguments.
-void KeepFieldsOfLink(const std::unique_ptr<TShellLinkInfo>& link, ShortcutFields& fields);
+// The same for its bytes, which somebody has read.
+std::unique_ptr<TShellLinkInfo> RequireChangeableLink(const std::wstring& file, std::string_view bytes);
 
 // Owns a file, made or to be made, by its full path: removes it at the end of the scope, when it is still
 // there. Never fails.
@@ -61,16 +71,21 @@ class [[nodiscard]] ScopedFile {
 };
 
 // A shortcut in a location's temporary folder, made complete there before it goes where it starts. Owns the
-// file until that has moved away. For a thread that has the location's gate and the item-list lock.
+// file until that has moved away. For one thread, without a lock.
 class [[nodiscard]] TemporaryShortcut {
  public:
-  // Under the name, or the next free one, with the extension of a shortcut. Raises as
-  // FolderSet::TemporaryFolder and WriteShortcut, and then leaves no file.
+  // Under the name, or the next free one, with the extension of a shortcut: a new one, and one with another
+  // command, `file` and `bytes` being the old one's. Raise as FolderSet::TemporaryFolder and as LinkBytes and
+  // ChangedLink, and then leave no file.
   TemporaryShortcut(const FolderSet& folders, std::wstring_view name, const ShortcutFields& fields);
+  TemporaryShortcut(const FolderSet& folders, const std::wstring& file, std::string_view bytes,
+                    const ShortcutCommand& command);
 
   const std::wstring& Path() const noexcept { return file_.Path(); }
 
  private:
+  const std::wstring folder_;
+  const TemporaryUse use_;
   const ScopedFile file_;
 };
 

@@ -192,9 +192,8 @@ void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring
   const ItemState state = item->State();
   if (!item->IsListed() || SameText(state.details.Command, command)) return;
   const std::wstring file(state.name);
-  ShortcutFields fields(CommandForShortcut(command));
-  KeepFieldsOfLink(RequireChangeableLink(file), fields);
-  const TemporaryShortcut made(folders_, FileNamePart(file), fields);
+  if (!SameText(ExtensionPart(file), kShortcutExtension)) RaiseOSError(ERROR_NOT_SUPPORTED);
+  const TemporaryShortcut made(folders_, file, ReadShortcutBytes(file), CommandForShortcut(command));
   {
     const bool recorded = DLLGlobals::UseBackupCheckpoints();
     const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());

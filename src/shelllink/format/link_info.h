@@ -15,6 +15,9 @@ class TLinkInfo {
   void Load(ByteCursor& file);
   void Clear() noexcept { info_ = {}; }
 
+  // With its size; valid as long as the link's bytes.
+  Bytes Stored() const noexcept { return info_.All(); }
+
   bool HasLocalBasePath() const noexcept;
   bool HasNetworkLink() const noexcept;
   // Both empty without a local base path. Together they are the target.

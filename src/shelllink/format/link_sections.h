@@ -18,7 +18,7 @@
 
 namespace smh {
 
-// Bits of LinkFlags; no other changes the reading.
+// Bits of LinkFlags that change the reading.
 inline constexpr std::uint32_t kHasLinkTargetIDList = 0x01;
 inline constexpr std::uint32_t kHasLinkInfo = 0x02;
 inline constexpr std::uint32_t kHasName = 0x04;
@@ -28,6 +28,10 @@ inline constexpr std::uint32_t kHasArguments = 0x20;
 inline constexpr std::uint32_t kHasIconLocation = 0x40;
 inline constexpr std::uint32_t kIsUnicode = 0x80;
 inline constexpr std::uint32_t kForceNoLinkInfo = 0x100;
+// They change nothing here, but speak of the target.
+inline constexpr std::uint32_t kHasExpString = 0x200;
+inline constexpr std::uint32_t kHasDarwinId = 0x1000;
+inline constexpr std::uint32_t kPreferEnvironmentPath = 0x0200'0000;
 
 inline constexpr std::uint32_t kLinkHeaderSize = 76;
 
@@ -44,6 +48,8 @@ class THeaderInfo {
   void Load(ByteCursor& file);
   void Clear() noexcept { header_ = {}; }
 
+  // Valid as long as the link's bytes; empty when no header is loaded.
+  Bytes Stored() const noexcept { return header_.All(); }
   std::uint32_t LinkFlags() const noexcept { return header_.U32At(20); }
   // Whether any bit of `flag` is set.
   bool Has(std::uint32_t flag) const noexcept { return (LinkFlags() & flag) != 0; }
@@ -88,6 +94,9 @@ class TStringData {
   // Cut at the first NUL or at the stored count, whichever comes first; empty when the link has none. Borrows
   // from the link's bytes.
   StoredText Text(LinkString which) const noexcept;
+  // All of it, as it is stored, in UTF-16 or in the system code page.
+  Bytes Stored(LinkString which) const noexcept { return strings_[static_cast<std::size_t>(which)]; }
+  bool IsUnicode() const noexcept { return isUnicode_; }
 
  private:
   std::array<Bytes, kLinkStringCount> strings_;
