@@ -23,6 +23,10 @@ bool Contains(std::span<const ItemRecord> list, const ItemRecord& item) {
                      [&item](const ItemRecord& other) { return IsSameEntry(item, other); });
 }
 
+std::wstring FailureOf(const Change& change, const ItemRecord& item) {
+  return std::wstring(L"Cannot ").append(change.verb).append(L" ").append(Describe(item));
+}
+
 // The entries that ITEMs mean, each once.
 std::vector<ItemRecord> SelectTargets(std::span<const ItemRecord> list, const Arguments& arguments) {
   std::vector<ItemRecord> targets;
@@ -40,8 +44,7 @@ std::vector<ItemRecord> CheckTargets(const Library& library, std::vector<ItemRec
   for (ItemRecord& item : targets) {
     const Verdict verdict = change.check(item, *RequireListedItem(library, item));
     if (verdict.kind == Verdict::Kind::kRefused) {
-      throw HostError(L"Cannot " + std::wstring(change.verb) + L" " + Describe(item) + L": " +
-                      verdict.reason + L" Nothing was changed.");
+      throw HostError(FailureOf(change, item) + L": " + verdict.reason + L" Nothing was changed.");
     }
     if (verdict.kind == Verdict::Kind::kNothingToDo) {
       WriteMessage(Describe(item) + L": " + verdict.reason);
@@ -64,6 +67,10 @@ std::wstring FindFault(const Change& change, const ItemRecord& before, std::span
   return found ? std::wstring() : L"the entry is not where it should be now.";
 }
 
+void ApplyChange(const Change& change, const ItemRecord& item, IStartupItem& listed) {
+  CheckDone(change.apply(listed), FailureOf(change, item), change.slot);
+}
+
 std::wstring RefusalReason(const ItemRecord& item) {
   return L"entries of " + std::wstring(LocationName(item.location)) +
          L" do not allow it, or this account may not write there.";
@@ -75,12 +82,10 @@ void ChangeItems(const Arguments& arguments, const Change& change) {
   std::vector<ItemRecord> list = ReadAllItems(library);
   const std::vector<ItemRecord> targets = CheckTargets(library, SelectTargets(list, arguments), change);
   for (const ItemRecord& item : targets) {
-    const std::wstring failure =
-        std::wstring(L"Cannot ").append(change.verb).append(L" ").append(Describe(item));
-    CheckResult(change.apply(*RequireListedItem(library, item)), failure);
+    ApplyChange(change, item, *RequireListedItem(library, item));
     std::vector<ItemRecord> listNow = ReadAllItems(library);
     const std::wstring fault = FindFault(change, item, list, listNow);
-    if (!fault.empty()) throw HostError(std::wstring(failure).append(L": ").append(fault));
+    if (!fault.empty()) throw HostError(FailureOf(change, item) + L": " + fault);
     WriteMessage(std::wstring(change.done) + L" " + Describe(item) + change.target + L".");
     list = std::move(listNow);
   }

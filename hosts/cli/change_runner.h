@@ -7,6 +7,7 @@
 #include "hosts/cli/arguments.h"
 #include "hosts/common/item_record.h"
 #include "hosts/common/library.h"
+#include "hosts/common/refusal.h"
 
 #include <functional>
 #include <string>
@@ -25,12 +26,13 @@ struct Verdict {
 // How one command changes an entry. The functions are called on the thread of ChangeItems, without the list's
 // lock; what they raise ends the command.
 struct Change {
-  std::wstring_view verb;  // "disable": behind "Cannot"
-  std::wstring_view done;  // "Disabled"
-  std::wstring target;     // " to ..." behind the entry, or empty
+  std::wstring_view verb;                  // "disable": behind "Cannot"
+  std::wstring_view done;                  // "Disabled"
+  std::wstring target;                     // " to ..." behind the entry, or empty
+  LibrarySlot slot = LibrarySlot::kOther;  // the one that `apply` calls
   // Whether the entry may and needs to be changed; called for every ITEM before the first change.
   std::function<Verdict(const ItemRecord& item, IStartupItem& listed)> check;
-  // The change itself; a failure of the library ends the command.
+  // The change itself; anything but S_OK ends the command.
   std::function<HRESULT(IStartupItem& listed)> apply;
   // Whether `now` is what `before` has to become; empty when the entry has to be gone. Without this function
   // only the old entry has to be gone.
@@ -43,6 +45,9 @@ struct Change {
 // all locations for it. Raises HostError for the first failure; the entries changed until then stay changed,
 // and a message has named each.
 void ChangeItems(const Arguments& arguments, const Change& change);
+
+// Makes the change of one entry. Raises HostError, with the reason, unless the library says that it is done.
+void ApplyChange(const Change& change, const ItemRecord& item, IStartupItem& listed);
 
 // Looks for the outcome of a change of `before` between two snapshots of the list. Empty when it happened,
 // else what is wrong.

@@ -19,6 +19,15 @@ struct BstrTraits {
   static void Close(Type value) noexcept { SysFreeString(value); }
 };
 
+// Empty without any.
+std::wstring TakeErrorText() {
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Put()) != S_OK || !info) return {};
+  ScopedResource<BstrTraits> description;
+  if (FAILED(info->GetDescription(description.Put())) || !description) return {};
+  return Trim(std::wstring_view(description.Get(), SysStringLen(description.Get())));
+}
+
 }  // namespace
 
 std::wstring SystemErrorText(HRESULT result) {
@@ -31,16 +40,12 @@ std::wstring SystemErrorText(HRESULT result) {
   return text.empty() ? L"Error " + std::wstring(number) : text + L" (" + number + L")";
 }
 
-std::wstring LibraryErrorText(HRESULT result) {
-  ComPtr<IErrorInfo> info;
-  if (GetErrorInfo(0, info.Put()) == S_OK && info) {
-    ScopedResource<BstrTraits> description;
-    if (SUCCEEDED(info->GetDescription(description.Put())) && description) {
-      std::wstring text = Trim(std::wstring_view(description.Get(), SysStringLen(description.Get())));
-      if (!text.empty()) return text;
-    }
+std::wstring LibraryErrorText(LibrarySlot slot, std::optional<HRESULT> result) {
+  const std::wstring text = TakeErrorText();
+  if (const Refusal* const refusal = FindRefusal(slot, result, text); refusal && refusal->words) {
+    return refusal->words;
   }
-  return SystemErrorText(result);
+  return text.empty() ? SystemErrorText(result.value_or(E_FAIL)) : text;
 }
 
 std::wstring CurrentFaultText() {
@@ -57,8 +62,12 @@ std::wstring CurrentFaultText() {
   }
 }
 
-void CheckResult(HRESULT result, const std::wstring& doing) {
-  if (FAILED(result)) throw HostError(doing + L": " + LibraryErrorText(result));
+void CheckResult(HRESULT result, const std::wstring& doing, LibrarySlot slot) {
+  if (FAILED(result)) throw HostError(doing + L": " + LibraryErrorText(slot, result));
+}
+
+void CheckDone(HRESULT result, const std::wstring& doing, LibrarySlot slot) {
+  if (result != S_OK) throw HostError(doing + L": " + LibraryErrorText(slot, result));
 }
 
 }  // namespace smh

@@ -1,8 +1,11 @@
 // Failures of the hosts, with the text for the user and the exit code, and the texts of others' failures.
 #pragma once
 
+#include "hosts/common/refusal.h"
+
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -32,14 +35,19 @@ inline HostError UsageError(std::wstring message) {
 // The system's text for an HRESULT or Win32 code, with the number in hexadecimal; "Error" and the number when
 // it knows none.
 std::wstring SystemErrorText(HRESULT result);
-// What the library said about its last call on this thread, else the system's text for `result`. Takes the
-// thread's error info: a second call for the same failure gives the system's text only.
-std::wstring LibraryErrorText(HRESULT result);
+// Why the library's last call on this thread, of that slot, has failed or did nothing: the host's words where
+// it has any (refusal.h), else what the library says, else the system's text for `result`. None for a slot
+// that answers a number. Takes the thread's error info: a second call for the same failure knows `result`
+// only.
+std::wstring LibraryErrorText(LibrarySlot slot, std::optional<HRESULT> result);
 // What the exception in flight says, for people; call it inside a catch handler. Raises nothing but
 // std::bad_alloc.
 std::wstring CurrentFaultText();
 // Raises HostError with "`doing`: text of the failure" when `result` is a failure. Call it right after the
 // library's call and on the same thread, where the error info is.
-void CheckResult(HRESULT result, const std::wstring& doing);
+void CheckResult(HRESULT result, const std::wstring& doing, LibrarySlot slot = LibrarySlot::kOther);
+// The same for an operation on an entry, which may also have been declined without a failure: anything but
+// S_OK raises.
+void CheckDone(HRESULT result, const std::wstring& doing, LibrarySlot slot);
 
 }  // namespace smh

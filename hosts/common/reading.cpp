@@ -25,7 +25,7 @@ void ReadToEnd(const Library& library, ReadScope scope) {
   IStartupItemCollection& items = library.Items();
   CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
               L"Cannot choose the locations");
-  CheckResult(items.Refresh(), L"Cannot read the entries");
+  CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
   WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; });
 }
 

@@ -30,20 +30,6 @@ std::vector<ComPtr<IStartupItem>> FindAll(const Library& library, std::span<cons
   return found;
 }
 
-// Empty when the operation went well.
-std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
-  if (item == nullptr || item->GetIndex() < 0) return L"the entry has gone meanwhile.";
-  if (!item->CanDo(operation.action)) return L"the entry does not allow it in its present state.";
-  const DialogBlocker blocker;
-  const HRESULT result = operation.apply(*item);
-  if (FAILED(result)) return LibraryErrorText(result);
-  if (DialogBlocker::HasRefused()) return L"the system could not do it.";
-  // A change that did not happen is never taken for one.
-  if (operation.hasHappened && !operation.hasHappened(*item))
-    return L"nothing was changed: Windows refused it.";
-  return {};
-}
-
 bool WriteWholeFile(const std::wstring& file, const std::string& bytes) {
   const ScopedHandle handle(
       CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -64,6 +50,20 @@ void ReplaceWithFile(const std::wstring& file, const std::string& bytes) {
 }
 
 }  // namespace
+
+std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
+  if (item == nullptr || item->GetIndex() < 0) return L"the entry has gone meanwhile.";
+  if (!item->CanDo(operation.action)) return L"the entry does not allow it in its present state.";
+  const DialogBlocker blocker;
+  const HRESULT result = operation.apply(*item);
+  if (result != S_OK) return LibraryErrorText(SlotOf(operation.action), result);
+  if (DialogBlocker::HasRefused()) return L"the system could not do it.";
+  // A change that did not happen is never taken for one.
+  if (operation.hasHappened && !operation.hasHappened(*item)) {
+    return L"the entry is not what it should be now: another program may have changed it.";
+  }
+  return {};
+}
 
 LibrarySession::LibrarySession() = default;
 
@@ -93,7 +93,7 @@ void LibrarySession::ShowFile(const ItemRecord& item) const {
 void LibrarySession::Refresh(bool allLocations) {
   CheckResult(library_.Items().SetShowAllLocations(allLocations ? TRUE : FALSE),
               L"Cannot choose the locations");
-  CheckResult(library_.Items().Refresh(), L"Cannot read the entries");
+  CheckResult(library_.Items().Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
   tellState_ = -1;
 }
 
@@ -147,7 +147,7 @@ std::wstring LibrarySession::Add(std::int32_t location, const std::wstring& name
   {
     const ListLock lock(library_);
     const std::int32_t index = library_.Items().AddItem(location, name.c_str(), command.c_str());
-    if (index < 0) return LibraryErrorText(E_FAIL);
+    if (index < 0) return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt);
     ComPtr<IStartupItem> item;
     CheckResult(library_.Items().GetItem(index, item.Put()), L"Cannot get the new entry");
     added = ReadItemRecord(*item);

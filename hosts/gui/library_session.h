@@ -43,6 +43,10 @@ struct EntryOperation {
   std::function<bool(IStartupItem& item)> hasHappened = {};
 };
 
+// Does it to one entry; null is one that has gone. Empty when it went well, else the end of a sentence that
+// says why not.
+std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation);
+
 // The default programs, and the image lists of their collection.
 struct ProgramNews {
   std::vector<ClientRecord> programs;

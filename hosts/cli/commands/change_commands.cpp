@@ -52,6 +52,7 @@ Change Switch(bool enable) {
   return {.verb = enable ? L"enable" : L"disable",
           .done = enable ? L"Enabled" : L"Disabled",
           .target = {},
+          .slot = enable ? LibrarySlot::kEnable : LibrarySlot::kDisable,
           .check = [enable](const ItemRecord& item, IStartupItem&) { return CheckSwitch(item, enable); },
           .apply = [enable](IStartupItem& item) { return enable ? item.Enable() : item.Disable(); },
           // The entry may have got a number behind its name, and its command is the one that was stored just
@@ -81,6 +82,7 @@ void RunDelete(const Arguments& arguments) {
   ChangeItems(arguments, {.verb = L"delete",
                           .done = L"Deleted",
                           .target = {},
+                          .slot = LibrarySlot::kDelete,
                           .check = CheckDeletion,
                           .apply = [](IStartupItem& item) { return item.Delete(); },
                           .isOutcome = {}});
@@ -116,7 +118,7 @@ ItemRecord AddAndRead(const Library& library, std::int32_t location, const Argum
   const ListLock lock(library);
   const std::int32_t index =
       library.Items().AddItem(location, arguments.name.c_str(), arguments.command.c_str());
-  if (index < 0) throw HostError(failure + L": " + LibraryErrorText(E_FAIL));
+  if (index < 0) throw HostError(failure + L": " + LibraryErrorText(LibrarySlot::kAddItem, std::nullopt));
   ComPtr<IStartupItem> item;
   CheckResult(library.Items().GetItem(index, item.Put()), failure);
   return ReadItemRecord(*item);
@@ -169,6 +171,7 @@ void RunMove(const Arguments& arguments) {
       {.verb = L"move",
        .done = L"Moved",
        .target = L" to " + std::wstring(LocationName(target)),
+       .slot = LibrarySlot::kMoveTo,
        .check = [=](const ItemRecord& item, IStartupItem& listed) { return CheckMove(item, listed, target); },
        .apply = [=](IStartupItem& item) { return item.MoveTo(target); },
        // The entry gets the short name of its program, or of its shortcut, as its name in the new place.
@@ -200,6 +203,7 @@ void RunChange(const Arguments& arguments) {
   ChangeItems(arguments, {.verb = L"change",
                           .done = L"Changed",
                           .target = {},
+                          .slot = LibrarySlot::kChangeCommand,
                           .check = [&](const ItemRecord& item,
                                        IStartupItem&) { return CheckNewCommand(*library, item, command); },
                           .apply = [&](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },

@@ -142,7 +142,7 @@ void RunExecute(const Arguments& arguments) {
   const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
   {
     const DialogBlocker blocker;
-    CheckResult(listed->Execute(nullptr), failure);
+    CheckDone(listed->Execute(nullptr), failure, LibrarySlot::kExecute);
   }
   WriteMessage(L"Started " + item.file + L".");
 }
@@ -166,7 +166,7 @@ void RunLocate(const Arguments& arguments) {
   const std::wstring failure = L"Cannot show the place of " + Describe(item);
   {
     const DialogBlocker blocker;
-    CheckResult(listed->ShowLocation(), failure);
+    CheckDone(listed->ShowLocation(), failure, LibrarySlot::kShowLocation);
   }
   // The library tells this failure in a message box only.
   if (DialogBlocker::HasRefused()) throw HostError(failure + L": the registry editor cannot be started.");
