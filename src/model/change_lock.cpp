@@ -2,7 +2,6 @@
 
 #include "infra/runtime/critical_section.h"
 #include "model/change_refused.h"
-#include "model/item_list.h"
 
 namespace smh {
 

@@ -9,13 +9,16 @@
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/patient_lock.h"
 #include "infra/runtime/thread_annotations.h"
+#include "model/item_list.h"
+#include "model/reader_state.h"
 
 namespace smh {
 
 // How long a change waits for others.
 inline constexpr DWORD kChangePatienceMs = 30'000;
 
-extern ModuleGlobal<PatientLock> g_changeLock;
+extern ModuleGlobal<PatientLock> g_changeLock SMH_TAKEN_AFTER(g_reader->control)
+    SMH_TAKEN_BEFORE(Items().Lock());
 
 // The change lock for a scope of one thread. A thread that holds the item-list lock gives it up meanwhile,
 // however often it holds it, and has it back as often before the change begins: others may change the list in

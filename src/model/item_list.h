@@ -2,7 +2,6 @@
 #pragma once
 
 #include "infra/runtime/module_global.h"
-#include "model/change_lock.h"
 #include "model/uStartupItem.h"
 
 #include <functional>
@@ -65,7 +64,7 @@ class TItemList {
   void Renumber(std::size_t from) noexcept SMH_NEEDS_LOCK(lock_);
   void DropStale(const Key& key, const TStartupItem* except) SMH_NEEDS_LOCK(lock_);
 
-  mutable CriticalSection lock_ SMH_TAKEN_AFTER(*g_changeLock) SMH_TAKEN_BEFORE(&TStartupItem::Lock);
+  mutable CriticalSection lock_ SMH_TAKEN_BEFORE(&TStartupItem::Lock);
   std::vector<ItemRef> items_ SMH_GUARDED_BY(lock_);
   std::unordered_map<Key, TStartupItem*, KeyHash> index_ SMH_GUARDED_BY(lock_);
 };

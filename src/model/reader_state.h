@@ -4,8 +4,6 @@
 #include "core/contracts/StartupManagerHelper.h"
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/patient_lock.h"
-#include "infra/runtime/thread_annotations.h"
-#include "model/change_lock.h"
 #include "model/parkable_thread.h"
 
 #include <atomic>
@@ -17,7 +15,7 @@ struct ReaderState {
   // The control lock, outermost of the module: serialises start and stop of `thread`. A thread that holds the
   // item-list lock must not enter it, because the reader may be waiting for that lock; one that has the
   // change lock (change_lock.h) is refused.
-  PatientLock control SMH_TAKEN_BEFORE(*g_changeLock);
+  PatientLock control;
   ParkableThread thread;
   std::atomic<ReadState> readState{kReadStateReading};
   // Taken by the reader when it starts.
