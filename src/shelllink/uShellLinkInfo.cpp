@@ -4,6 +4,7 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
 #include "shelllink/desktop_folder.h"
+#include "shelllink/format/item_strings.h"
 #include "shelllink/link_file.h"
 #include "shelllink/link_text.h"
 
@@ -117,10 +118,11 @@ std::wstring TShellLinkInfo::Text(LinkString which) const {
   return ToWide(sections_.Strings().Text(which));
 }
 
-// The shell reads a list without knowing where it ends.
+// The shell reads a list, and the strings in it, without knowing where they end.
 std::wstring TShellLinkInfo::ShellTarget() const {
   const TLinkTargetIDList& list = sections_.TargetIDList();
-  return list.IsWellFormed() ? ParsingName(list.List()) : std::wstring();
+  const bool isSafe = list.IsWellFormed() && DoItemsHoldTheirStrings(list.List());
+  return isSafe ? ParsingName(list.List()) : std::wstring();
 }
 
 }  // namespace smh

@@ -1,6 +1,7 @@
 // The fuzz target: any bytes either load or raise the parser's own error, and every accessor stays inside
 // them.
 
+#include "shelllink/format/item_strings.h"
 #include "shelllink/format/link_splice.h"
 #include "tests/native/every_accessor.h"
 
@@ -25,5 +26,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   smh::test::LoadAndRead(reused, bytes.first(size / 2));
   if (smh::test::LoadAndRead(reused, bytes) != expected) __builtin_trap();
   if (!expected.fault) SpliceWithItself(fresh);
+  smh::DoItemsHoldTheirStrings(fresh.TargetIDList().List());
   return 0;
 }
