@@ -37,13 +37,17 @@ LSTATUS DeleteEmptyKey(HKEY parent, const std::wstring& key, REGSAM viewBits) no
                               : deleteKey(parent, key.c_str(), viewBits, 0);
 }
 
-LSTATUS CheckBelow(HKEY parent, const std::wstring& key, REGSAM viewBits, int depth) {
+constexpr REGSAM kDeleteAccess = KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | DELETE;
+
+LSTATUS CheckBelow(HKEY parent, const std::wstring& key, REGSAM viewBits, bool mayHoldLinks, int depth) {
+  if (depth > kDeepestKey) return ERROR_NOT_SUPPORTED;
   ScopedKey opened;
-  const REGSAM access = KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | viewBits;
-  if (OpenWithoutFollowing(parent, key, access, opened) != ERROR_SUCCESS) return ERROR_SUCCESS;
-  if (depth > kDeepestKey || IsLink(opened.Get())) return ERROR_NOT_SUPPORTED;
+  const LSTATUS open = OpenWithoutFollowing(parent, key, kDeleteAccess | viewBits, opened);
+  if (open == ERROR_FILE_NOT_FOUND || open == ERROR_KEY_DELETED) return ERROR_SUCCESS;
+  if (open != ERROR_SUCCESS) return open;
+  if (IsLink(opened.Get())) return mayHoldLinks ? ERROR_SUCCESS : ERROR_NOT_SUPPORTED;
   for (const std::wstring& name : SubKeyNames(opened.Get())) {
-    const LSTATUS status = CheckBelow(opened.Get(), name, viewBits, depth + 1);
+    const LSTATUS status = CheckBelow(opened.Get(), name, viewBits, mayHoldLinks, depth + 1);
     if (status != ERROR_SUCCESS) return status;
   }
   return ERROR_SUCCESS;
@@ -52,8 +56,7 @@ LSTATUS CheckBelow(HKEY parent, const std::wstring& key, REGSAM viewBits, int de
 LSTATUS DeleteBelow(HKEY parent, const std::wstring& key, REGSAM viewBits, int depth) {
   if (depth > kDeepestKey) return ERROR_NOT_SUPPORTED;
   ScopedKey opened;
-  const REGSAM access = KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | DELETE | viewBits;
-  const LSTATUS open = OpenWithoutFollowing(parent, key, access, opened);
+  const LSTATUS open = OpenWithoutFollowing(parent, key, kDeleteAccess | viewBits, opened);
   if (open != ERROR_SUCCESS) return open;
   if (IsLink(opened.Get())) return DeleteLink(opened.Get());
   for (const std::wstring& name : SubKeyNames(opened.Get())) {
@@ -74,7 +77,7 @@ bool IsRegistryLink(HKEY parent, const std::wstring& key, REGSAM viewBits) noexc
 
 LSTATUS CheckKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits) {
   try {
-    return CheckBelow(parent, key, viewBits, 1);
+    return CheckBelow(parent, key, viewBits, false, 1);
   } catch (const EOSError& error) {
     return static_cast<LSTATUS>(error.Code());
   }
@@ -82,7 +85,8 @@ LSTATUS CheckKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits) {
 
 LSTATUS DeleteKeyTree(HKEY parent, const std::wstring& key, REGSAM viewBits) {
   try {
-    return DeleteBelow(parent, key, viewBits, 1);
+    const LSTATUS status = CheckBelow(parent, key, viewBits, true, 1);
+    return status == ERROR_SUCCESS ? DeleteBelow(parent, key, viewBits, 1) : status;
   } catch (const EOSError& error) {
     return static_cast<LSTATUS>(error.Code());
   }

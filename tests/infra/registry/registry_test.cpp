@@ -177,10 +177,16 @@ TEST(KeyTreeTest, LinksAreNotEnteredAndUnreadableKeysStopTheDeletion) {
   EXPECT_FALSE(tree.Has(L"k"));
   EXPECT_EQ(tree.Get(L"precious\\deep", L"v"), Dword(1));
 
+  // All or nothing: what could be deleted before the closed key is reached stays too.
+  tree.Set(L"k\\a", L"v", Dword(1));
   tree.Key(L"k\\closed\\below");
+  tree.Set(L"k\\z", L"v", Dword(1));
   const LimitedKey closed(HKEY_CURRENT_USER, tree.PathOf(L"k\\closed"), LimitedKey::Rights::kNone);
   EXPECT_EQ(smh::DeleteKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(CheckKeyTree(HKEY_CURRENT_USER, tree.PathOf(L"k"), 0), ERROR_ACCESS_DENIED);
   EXPECT_TRUE(tree.Has(L"k\\closed\\below"));
+  EXPECT_EQ(tree.Get(L"k\\a", L"v"), Dword(1));
+  EXPECT_EQ(tree.Get(L"k\\z", L"v"), Dword(1));
 }
 
 }  // namespace
