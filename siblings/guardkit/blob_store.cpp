@@ -3,6 +3,7 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
+#include "siblings/guardkit/file_state.h"
 #include "siblings/guardkit/format/journal_steps.h"
 
 #include <windows.h>
@@ -193,7 +194,7 @@ std::wstring BlobStore::StagingFile() const {
 void BlobStore::RemoveStagingFiles() const noexcept {
   try {
     ForEachFile(root_ + L"*.staging",
-                [&](const WIN32_FIND_DATAW& found) { DeleteFileW((root_ + found.cFileName).c_str()); });
+                [&](const WIN32_FIND_DATAW& found) { RemoveEvenReadOnly(root_ + found.cFileName); });
   } catch (...) {
     // They are in nobody's way.
   }

@@ -2,6 +2,7 @@
 
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/journal_index.h"
 #include "siblings/guardkit/registry_place.h"
 
 #include <utility>
@@ -26,6 +27,8 @@ std::uint64_t StartOfThisProcess() noexcept {
 }
 
 CheckpointHeader MakeHeader(const JournalFolder& folder, std::wstring_view title, std::uint32_t undoes) {
+  // Before anything is changed: that could bring about what theirs did not.
+  CloseFailed(folder);
   const std::vector<JournalName> known = ListJournals(folder);
   CheckpointHeader header;
   header.id = known.empty() ? 1 : known.back().id + 1;
@@ -67,7 +70,9 @@ OpenCheckpoint::OpenCheckpoint(std::wstring_view title, std::uint32_t undoes)
 OpenCheckpoint::~OpenCheckpoint() {
   const bool hasSteps = StepCount() != 0;
   if (abandoned_ && hasSteps) return;
-  file_.Finish({.evenEmpty = kept_, .failed = failed_, .evenWithout = clean_});
+  // One in which everything was refused failed too, though nobody said so.
+  const bool failed = takesBack_ || (hasSteps && !hasDone_ && !isUndo_);
+  file_.Finish({.evenEmpty = kept_, .failed = failed, .evenWithout = clean_});
   if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, retention_);
 }
 
@@ -82,7 +87,10 @@ void OpenCheckpoint::FlushBeforeDelete(const std::wstring& place) {
       ++next;
       continue;
     }
-    if (const ScopedKey key = OpenPlace(next->second, KEY_QUERY_VALUE)) CheckStatus(RegFlushKey(key.Get()));
+    const ScopedKey key = OpenPlace(next->second, KEY_QUERY_VALUE);
+    const LSTATUS status = key ? RegFlushKey(key.Get()) : ERROR_SUCCESS;
+    // Taking back may find no room; the journal has what would be lost.
+    if (!takesBack_) CheckStatus(status);
     next = written_.erase(next);
   }
 }

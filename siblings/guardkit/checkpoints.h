@@ -4,6 +4,7 @@
 #include "core/contracts/intf_safeguard.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
+#include "siblings/guardkit/aside_files.h"
 #include "siblings/guardkit/blob_store.h"
 #include "siblings/guardkit/journal_file.h"
 #include "siblings/guardkit/journal_folder.h"
@@ -30,35 +31,35 @@ class OpenCheckpoint {
   // Its number in the journal, and how many steps it has by now.
   std::uint32_t Id() const noexcept { return file_.Id(); }
   std::uint32_t StepCount() const noexcept { return file_.StepCount(); }
-  // Both valid as long as the checkpoint.
+  // All valid as long as the checkpoint.
   const JournalFolder& Folder() const noexcept { return folder_; }
   const BlobStore& Blobs() const noexcept { return blobs_; }
+  AsideFiles& Aside() noexcept { return aside_; }
 
-  // Writes the step down, looks once more, makes the change, and notes what became of it. `isStill` answers
-  // whether the step's old state stands there; `change` answers a Win32 status and either happens as a whole
-  // or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state has gone meanwhile,
-  // and what the check answers when that refuses; nothing is changed then. Raises EOSError, before the
-  // change, when the step cannot be written.
+  // Writes the step down, asks the check, looks once more, makes the change, and notes what became of it.
+  // `isStill` answers whether the step's old state stands there; `change` answers a Win32 status and either
+  // happens as a whole or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state
+  // has gone meanwhile, and what the check answers when that refuses; nothing is changed then. Raises
+  // EOSError, before the change, when the step cannot be written or the last look fails. After TakeBack
+  // nothing is written down, and no check is asked.
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
     if (takesBack_) return isStill() ? change() : ERROR_REVISION_MISMATCH;
     const std::uint32_t number = file_.AppendStep(step);
-    LSTATUS status = isStill() ? ERROR_SUCCESS : ERROR_REVISION_MISMATCH;
-    if (status == ERROR_SUCCESS && check_ != nullptr) status = check_->Check();
-    if (status == ERROR_SUCCESS) status = change();
+    LSTATUS status = check_ != nullptr ? check_->Check() : ERROR_SUCCESS;
+    if (status == ERROR_SUCCESS) status = isStill() ? change() : ERROR_REVISION_MISMATCH;
     file_.AppendMark(number, status);
+    if (status == ERROR_SUCCESS) hasDone_ = true;
     return status;
   }
   // Asked before every change from here on; borrowed, null for nobody.
   void SetCheck(IChangeCheck* check) noexcept { check_ = check; }
 
-  // From here on changes are made without being written down: they take back what was.
+  // The change that it is for failed: from here on changes take back what was.
   void TakeBack() noexcept { takesBack_ = true; }
-  // The change failed. `isClean`: nothing of it is left, and then nothing has to be kept of it either.
-  void Fail(bool isClean) noexcept {
-    failed_ = true;
-    clean_ = isClean;
-  }
+  bool TakesBack() const noexcept { return takesBack_; }
+  // Whether nothing is left of it: then nothing has to be kept of it either.
+  void SetClean(bool isClean) noexcept { clean_ = isClean; }
 
   // The place (registry_place.h) of a key where something was written: it may be the target of what is
   // deleted next.
@@ -78,6 +79,7 @@ class OpenCheckpoint {
   JournalFolder folder_;
   JournalLock lock_;
   BlobStore blobs_;
+  AsideFiles aside_{blobs_};
   JournalFile file_;
   std::map<std::wstring, std::wstring> written_;  // hive, a place in it
   bool isUndo_;
@@ -85,7 +87,7 @@ class OpenCheckpoint {
   bool kept_ = false;
   IChangeCheck* check_ = nullptr;
   bool takesBack_ = false;
-  bool failed_ = false;
+  bool hasDone_ = false;
   bool clean_ = false;
 };
 

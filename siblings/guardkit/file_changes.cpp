@@ -4,6 +4,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/product.h"
+#include "siblings/guardkit/format/undo_plan.h"
 
 #include <shlobj.h>
 
@@ -11,8 +12,12 @@ namespace smh {
 
 namespace {
 
+LSTATUS LastStatus() noexcept {
+  return static_cast<LSTATUS>(GetLastError());
+}
+
 LSTATUS StatusOf(BOOL succeeded) noexcept {
-  return succeeded != FALSE ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
+  return succeeded != FALSE ? ERROR_SUCCESS : LastStatus();
 }
 
 // The file goes unless it was renamed into its place.
@@ -37,67 +42,87 @@ bool IsTemporary(const std::wstring& file) {
   return false;
 }
 
-// Where a file for `target` is made. One that brings its own security does not have to inherit it; any other
-// one inherits it from the folder above the target's, which is not watched and starts nothing.
-std::wstring StagingPath(const OpenCheckpoint& checkpoint, const std::wstring& target,
-                         const FileState& wanted) {
-  std::wstring made = checkpoint.Blobs().StagingFile();
-  const std::wstring folder = WithoutTrailingBackslash(FolderPart(target));
-  if (!wanted.security.empty() && OnOneVolume(made, folder)) return made;
-  const std::wstring above(FolderPart(folder));
-  return std::wstring(above.empty() ? folder + L'\\' : above).append(FileNamePart(made));
+// The state to go back to, with its content; what is taken back is recorded already.
+FileState KeptState(OpenCheckpoint& checkpoint, const std::wstring& path) {
+  return checkpoint.TakesBack() ? ReadFileState(path) : KeepFileState(path, checkpoint.Blobs());
+}
+
+bool IsExpected(const FileState& found, const FileState* expected) {
+  return expected == nullptr || SameContent(found, *expected);
 }
 
 bool IsStill(const std::wstring& path, const FileState& state) {
-  const FileState now = ReadFileState(path);
-  return now.exists == state.exists && now.streams == state.streams;
+  return IsSameState(ReadFileState(path), state);
 }
 
+// The rename refuses a file that was not there when it was looked at.
 LSTATUS Replace(OpenCheckpoint& checkpoint, const FileStep& step, const StagedFile& staged) {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (step.before.exists ? MOVEFILE_REPLACE_EXISTING : 0);
+  if (step.before.exists) checkpoint.Aside().Link(step.path);
   return checkpoint.Record(
       step, [&] { return IsStill(step.path, step.before); },
       [&] { return StatusOf(MoveFileExW(staged.Path().c_str(), step.path.c_str(), flags)); });
 }
 
-LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to) {
+// One that was set aside comes back as it is.
+LSTATUS PutBackAside(OpenCheckpoint& checkpoint, const FileStep& step) {
+  if (!checkpoint.TakesBack()) return ERROR_FILE_NOT_FOUND;
+  return checkpoint.Record(
+      step, [&] { return IsStill(step.path, step.before); },
+      [&] { return checkpoint.Aside().PutBack(step.path, step.after, step.before.exists); });
+}
+
+LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
+                   const FileState& file) {
   const LSTATUS copied = CopyRecorded(checkpoint, from, to, false);
   if (copied != ERROR_SUCCESS) return copied;
-  if (ReadFileState(to).streams != ReadFileState(from).streams) {
-    DeleteRecorded(checkpoint, to);
-    return ERROR_WRITE_FAULT;
+  const FileState copy = ReadFileState(to);
+  LSTATUS status = ERROR_WRITE_FAULT;
+  if (copy.streams == file.streams) {
+    status = IsTemporary(from) ? StatusOf(DeleteFileW(from.c_str()))
+                               : DeleteRecorded(checkpoint, from, ReadOnly::kDeleted, &copy);
   }
-  const LSTATUS deleted =
-      IsTemporary(from) ? StatusOf(DeleteFileW(from.c_str())) : DeleteRecorded(checkpoint, from);
-  if (deleted != ERROR_SUCCESS) DeleteRecorded(checkpoint, to);
-  return deleted;
+  if (status != ERROR_SUCCESS) DeleteRecorded(checkpoint, to, ReadOnly::kDeleted, &copy);
+  return status;
 }
 
 }  // namespace
 
-LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to) {
+LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
+                     const FileState* expected) {
   if (Exists(to)) return ERROR_ALREADY_EXISTS;
   const bool isDeleted = IsTemporary(to);
-  const FileState file = isDeleted ? KeepFileState(from, checkpoint.Blobs()) : ReadFileState(from);
+  const FileState file = isDeleted ? KeptState(checkpoint, from) : ReadFileState(from);
   if (!file.exists) return ERROR_FILE_NOT_FOUND;
-  if (!OnOneVolume(from, to)) return MoveByCopy(checkpoint, from, to);
+  if (!IsExpected(file, expected)) return ERROR_REVISION_MISMATCH;
+  if (!OnOneVolume(from, to)) return MoveByCopy(checkpoint, from, to, file);
   Step step = MoveStep{from, to, file};
   if (IsTemporary(from)) {
     step = FileStep{to, {}, file};
   } else if (isDeleted) {
     step = FileStep{from, file, {}};
   }
-  return checkpoint.Record(
-      step, [&] { return IsStill(from, file); },
-      [&] { return StatusOf(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH)); });
+  HeldFile held(from);
+  if (!held) return LastStatus();
+  const LSTATUS status = checkpoint.Record(
+      step, [&] { return held.Is(file); }, [&] { return held.MoveTo(to); });
+  if (status == ERROR_SUCCESS && isDeleted) checkpoint.Aside().Note(from, to);
+  return status;
 }
 
-LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file) {
-  const FileStep step{file, KeepFileState(file, checkpoint.Blobs()), {}};
+LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file, ReadOnly readOnly,
+                       const FileState* expected) {
+  const FileStep step{file, KeptState(checkpoint, file), {}};
   if (!step.before.exists) return ERROR_FILE_NOT_FOUND;
+  if (!IsExpected(step.before, expected)) return ERROR_REVISION_MISMATCH;
+  const bool evenReadOnly = readOnly == ReadOnly::kDeleted;
+  if (!evenReadOnly && (step.before.attributes & FILE_ATTRIBUTE_READONLY) != 0) return ERROR_ACCESS_DENIED;
   checkpoint.FlushBeforeDelete({});
+  HeldFile held(file);
+  if (!held) return LastStatus();
   return checkpoint.Record(
-      step, [&] { return IsStill(file, step.before); }, [&] { return StatusOf(DeleteFileW(file.c_str())); });
+      step, [&] { return held.Is(step.before); },
+      [&] { return checkpoint.Aside().Take(held, file, evenReadOnly); });
 }
 
 LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
@@ -110,12 +135,15 @@ LSTATUS CopyRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const
 }
 
 LSTATUS MakeRecorded(OpenCheckpoint& checkpoint, const std::wstring& path, const FileState& wanted,
-                     bool overwrite) {
-  FileStep step{path, KeepFileState(path, checkpoint.Blobs()), wanted};
+                     bool overwrite, const FileState* expected) {
+  FileStep step{path, KeptState(checkpoint, path), wanted};
   // From here on the rename itself fails on a file that was not there now.
   if (!overwrite && step.before.exists) return ERROR_FILE_EXISTS;
+  if (!IsExpected(step.before, expected)) return ERROR_REVISION_MISMATCH;
+  const LSTATUS back = PutBackAside(checkpoint, step);
+  if (back != ERROR_FILE_NOT_FOUND) return back;
   if (step.after.security.empty()) step.after.security = step.before.security;
-  const StagedFile staged(StagingPath(checkpoint, path, step.after));
+  const StagedFile staged(checkpoint.Aside().NewName(path, step.after.security.empty()));
   MakeFile(step.after, staged.Path(), checkpoint.Blobs());
   return Replace(checkpoint, step, staged);
 }

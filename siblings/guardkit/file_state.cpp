@@ -63,16 +63,10 @@ std::vector<std::wstring> OtherStreams(const std::wstring& path) {
   return names;
 }
 
-FileState ReadState(const std::wstring& path, const Reader& read) {
+FileState ReadOpenState(HANDLE file, const std::wstring& path, const Reader& read) {
   FileState state;
-  const ScopedHandle file = OpenToRead(path, kOpenItself);
-  if (!file) {
-    const DWORD error = GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return state;
-    RaiseOSError(error);
-  }
   BY_HANDLE_FILE_INFORMATION information;
-  if (GetFileInformationByHandle(file.Get(), &information) == FALSE) RaiseLastOSError();
+  if (GetFileInformationByHandle(file, &information) == FALSE) RaiseLastOSError();
   if ((information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
     RaiseOSError(ERROR_CANT_ACCESS_FILE);
   if ((information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) RaiseOSError(ERROR_ACCESS_DENIED);
@@ -82,7 +76,7 @@ FileState ReadState(const std::wstring& path, const Reader& read) {
   state.accessed = NumberOf(information.ftLastAccessTime);
   state.written = NumberOf(information.ftLastWriteTime);
   state.security = SecurityOf(path);
-  state.streams.push_back(read(file.Get()));
+  state.streams.push_back(read(file));
   for (const std::wstring& name : OtherStreams(path)) {
     const ScopedHandle stream = OpenToRead(path + name, 0);
     if (!stream) RaiseLastOSError();
@@ -90,6 +84,14 @@ FileState ReadState(const std::wstring& path, const Reader& read) {
     state.streams.back().name = name;
   }
   return state;
+}
+
+FileState ReadState(const std::wstring& path, const Reader& read) {
+  const ScopedHandle file = OpenToRead(path, kOpenItself);
+  if (file) return ReadOpenState(file.Get(), path, read);
+  const DWORD error = GetLastError();
+  if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return {};
+  RaiseOSError(error);
 }
 
 ScopedHandle OpenToWrite(const std::wstring& path, DWORD disposition) {
@@ -136,8 +138,18 @@ FileState ReadFileState(const std::wstring& path) {
   return ReadState(path, &BlobStore::Measure);
 }
 
+FileState ReadOpenFileState(HANDLE file, const std::wstring& path) {
+  if (SetFilePointerEx(file, {}, nullptr, FILE_BEGIN) == FALSE) RaiseLastOSError();
+  return ReadOpenState(file, path, &BlobStore::Measure);
+}
+
 FileState KeepFileState(const std::wstring& path, const BlobStore& blobs) {
   return ReadState(path, [&](HANDLE file) { return blobs.Keep(file); });
+}
+
+bool IsSameState(FileState now, const FileState& before) {
+  now.accessed = before.accessed;
+  return now == before;
 }
 
 void MakeFile(const FileState& state, const std::wstring& path, const BlobStore& blobs) {
@@ -153,6 +165,12 @@ void MakeFile(const FileState& state, const std::wstring& path, const BlobStore&
     DeleteFileW(path.c_str());
     throw;
   }
+}
+
+void RemoveEvenReadOnly(const std::wstring& path) noexcept {
+  if (DeleteFileW(path.c_str()) != FALSE || GetLastError() != ERROR_ACCESS_DENIED) return;
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(path.c_str());
 }
 
 LSTATUS ApplyFileSecurity(const std::wstring& path, const ByteVector& security) noexcept {

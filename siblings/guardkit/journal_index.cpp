@@ -1,7 +1,9 @@
 #include "siblings/guardkit/journal_index.h"
 
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/format/undo_plan.h"
 #include "siblings/guardkit/journal_folder.h"
+#include "siblings/guardkit/undo_steps.h"
 
 #include <algorithm>
 
@@ -26,6 +28,16 @@ std::optional<JournalContents> ReadLatest(const JournalFolder& folder, const Jou
   return closed ? std::move(closed) : std::move(contents);
 }
 
+// Of one that nobody has open.
+CheckpointState StateOf(const IndexedCheckpoint& checkpoint) {
+  const JournalContents& contents = checkpoint.contents;
+  if (contents.finished) return contents.failed ? CheckpointState::kFailed : CheckpointState::kDone;
+  // Closed by CloseFailed; what another change brought about since is not its doing. Or by an undo.
+  if (checkpoint.name.closed) return CheckpointState::kFailed;
+  LiveSystem system(CurrentUserSid());
+  return IsAnythingLeft(contents, system) ? CheckpointState::kInterrupted : CheckpointState::kFailed;
+}
+
 // `only` chooses by name.
 template <typename Filter>
 std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, Filter&& only) {
@@ -37,17 +49,16 @@ std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, 
     if (contents) index.push_back({name, *std::move(contents)});
   }
   for (IndexedCheckpoint& checkpoint : index) {
-    if (checkpoint.contents.failed) checkpoint.state = CheckpointState::kFailed;
-    if (checkpoint.contents.finished) continue;
     // There is one lock, so only the newest can be open.
-    const bool isNewest = !lockHeld && checkpoint.name.id == names.back().id;
-    if (isNewest && IsLocked(folder)) {
+    const bool mayBeOpen =
+        !lockHeld && !checkpoint.contents.finished && checkpoint.name.id == names.back().id;
+    if (mayBeOpen && IsLocked(folder)) {
       checkpoint.state = CheckpointState::kOpen;
       continue;
     }
     // Its owner may have finished it since it was read.
-    if (isNewest) checkpoint.contents = ReadLatest(folder, checkpoint.name).value_or(checkpoint.contents);
-    if (!checkpoint.contents.finished) checkpoint.state = CheckpointState::kInterrupted;
+    if (mayBeOpen) checkpoint.contents = ReadLatest(folder, checkpoint.name).value_or(checkpoint.contents);
+    checkpoint.state = StateOf(checkpoint);
   }
   return index;
 }
@@ -63,9 +74,14 @@ std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lo
   // Newest first: whether an undo still holds is known when its turn comes.
   for (auto checkpoint = index.rbegin(); checkpoint != index.rend(); ++checkpoint) {
     const std::uint32_t undoes = checkpoint->contents.header.undoes;
-    if (undoes == 0 || !checkpoint->contents.finished || checkpoint->undoneBy != 0) continue;
+    if (undoes == 0 || !checkpoint->contents.finished || checkpoint->contents.failed) continue;
     const auto target = std::ranges::find(index, undoes, IdOf);
     if (target == index.end() || target->undoneBy != 0) continue;
+    if (checkpoint->undoneBy != 0) {
+      // Undone and made again, it stands as a whole.
+      if (!target->contents.finished) target->state = CheckpointState::kDone;
+      continue;
+    }
     target->undoneBy = checkpoint->name.id;
     target->state = CheckpointState::kUndone;
   }
@@ -76,9 +92,20 @@ std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder) {
   std::vector<IndexedCheckpoint> index =
       Load(folder, false, [](const JournalName& name) { return !name.closed; });
   std::erase_if(index, [](const IndexedCheckpoint& checkpoint) {
-    return checkpoint.state != CheckpointState::kInterrupted || checkpoint.contents.steps.empty();
+    return checkpoint.state != CheckpointState::kInterrupted;
   });
   return index;
+}
+
+void CloseFailed(const JournalFolder& folder) noexcept {
+  try {
+    const auto isOpen = [](const JournalName& name) { return !name.closed; };
+    for (const IndexedCheckpoint& checkpoint : Load(folder, true, isOpen)) {
+      if (checkpoint.state == CheckpointState::kFailed) CloseJournal(folder, checkpoint.name.id);
+    }
+  } catch (...) {
+    // Nobody is told of them all the same.
+  }
 }
 
 const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {

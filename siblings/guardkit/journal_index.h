@@ -20,16 +20,22 @@ struct IndexedCheckpoint {
 };
 
 // Oldest first; files that are no journals are left out. Whether an unfinished one is still open is told by
-// trying the journal's lock, unless the caller holds it: then none is. Raises EOSError.
+// trying the journal's lock, unless the caller holds it: then none is. One that nobody has open is compared
+// with what is there: when nothing of it is left, it failed, and for good once CloseFailed found it so.
+// Raises EOSError.
 std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld);
-// The interrupted ones that have steps and were not undone, oldest first, without reading those that were
-// closed. Raises EOSError.
+// The interrupted ones of which something is left, oldest first, without reading those that were closed.
+// Raises EOSError.
 std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder);
+// Closes the unfinished ones of which nothing is left: they stay failed whatever changes later, and like
+// others they may be let go of. The caller holds the journal's lock, and has none open. What fails is left
+// for the next time.
+void CloseFailed(const JournalFolder& folder) noexcept;
 
 // Null when there is none, here and below; the answer points into `index`.
 const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id);
-// The newest of a user, by SID, that may be undone next: with steps, not undone yet, and no undo itself
-// unless it was interrupted.
+// The newest of a user, by SID, that may be undone next: with steps, neither failed nor undone yet, and no
+// undo itself unless it was interrupted.
 const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
                                           const std::wstring& user);
 // The checkpoint whose undo brings `id` back: the one that undid it, or `id` itself when that is an undo.

@@ -3,6 +3,7 @@
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/format/undo_plan.h"
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"
 
@@ -27,12 +28,36 @@ bool HasSubKeys(HKEY key) {
   return count != 0;
 }
 
+template <typename State>
+bool IsExpected(const State& found, const State* expected) {
+  return expected == nullptr || SameContent(found, *expected);
+}
+
+bool IsMissing(HKEY parent, const std::wstring& level, REGSAM viewBits) noexcept {
+  ScopedKey key;
+  return RegOpenKeyExW(parent, level.c_str(), 0, viewBits | KEY_QUERY_VALUE, key.Put()) ==
+         ERROR_FILE_NOT_FOUND;
+}
+
+// The call itself tells whether somebody else made the key meanwhile: it is that one's then.
+LSTATUS MakeLevel(HKEY parent, const std::wstring& level, REGSAM access, const std::wstring& className,
+                  HKEY* key) noexcept {
+  DWORD disposition = 0;
+  const LSTATUS status = RegCreateKeyExW(parent, level.c_str(), 0, const_cast<wchar_t*>(className.c_str()),
+                                         REG_OPTION_NON_VOLATILE, access, nullptr, key, &disposition);
+  if (status != ERROR_SUCCESS || disposition == REG_CREATED_NEW_KEY) return status;
+  RegCloseKey(*key);
+  *key = nullptr;
+  return ERROR_REVISION_MISMATCH;
+}
+
 }  // namespace
 
 LSTATUS SetValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstring& name,
-                         const ValueState& value) {
+                         const ValueState& value, const ValueState* expected) {
   const ValueStep step{PlaceOf(key), name, ReadValueState(key, name), value};
-  if (step.before == value) return WriteValue(key, name, value);
+  if (step.before == value) return ERROR_SUCCESS;
+  if (!IsExpected(step.before, expected)) return ERROR_REVISION_MISMATCH;
   const LSTATUS status = checkpoint.Record(
       step, [&] { return ReadValueState(key, name) == step.before; },
       [&] { return WriteValue(key, name, value); });
@@ -40,9 +65,11 @@ LSTATUS SetValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstrin
   return status;
 }
 
-LSTATUS DeleteValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstring& name) {
+LSTATUS DeleteValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wstring& name,
+                            const ValueState* expected) {
   const ValueStep step{PlaceOf(key), name, ReadValueState(key, name), {}};
   if (!step.before.exists) return ERROR_FILE_NOT_FOUND;
+  if (!IsExpected(step.before, expected)) return ERROR_REVISION_MISMATCH;
   checkpoint.FlushBeforeDelete(step.key);
   return checkpoint.Record(
       step, [&] { return ReadValueState(key, name) == step.before; }, [&] { return RemoveValue(key, name); });
@@ -50,17 +77,15 @@ LSTATUS DeleteValueRecorded(OpenCheckpoint& checkpoint, HKEY key, const std::wst
 
 LSTATUS CreateLevelRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& level, REGSAM access,
                             const KeyState& like, HKEY* key) {
+  const REGSAM viewBits = access & kViewBits;
+  if (IsRegistryLink(parent, level, viewBits)) return ERROR_NOT_SUPPORTED;
   KeyStep step;
   step.key = PlaceOf(parent) + L'\\' + level;
   step.after.exists = true;
   step.after.className = like.className;
-  const auto isMissing = [&] {
-    return !OpenRegistryKey(parent, level, (access & kViewBits) | KEY_QUERY_VALUE);
-  };
-  const LSTATUS status = checkpoint.Record(step, isMissing, [&] {
-    return RegCreateKeyExW(parent, level.c_str(), 0, const_cast<wchar_t*>(like.className.c_str()),
-                           REG_OPTION_NON_VOLATILE, access, nullptr, key, nullptr);
-  });
+  const LSTATUS status = checkpoint.Record(
+      step, [&] { return IsMissing(parent, level, viewBits); },
+      [&] { return MakeLevel(parent, level, access, step.after.className, key); });
   if (status == ERROR_SUCCESS) checkpoint.NoteWrite(step.key);
   return status;
 }
@@ -90,8 +115,8 @@ LSTATUS CreateKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::ws
   return ERROR_SUCCESS;
 }
 
-LSTATUS DeleteKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& path,
-                          REGSAM viewBits) {
+LSTATUS DeleteKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::wstring& path, REGSAM viewBits,
+                          const KeyState* expected) {
   if (IsRegistryLink(parent, path, viewBits)) return ERROR_NOT_SUPPORTED;
   KeyStep step;
   {
@@ -102,10 +127,12 @@ LSTATUS DeleteKeyRecorded(OpenCheckpoint& checkpoint, HKEY parent, const std::ws
     step.key = PlaceOf(key.Get());
     step.before = ReadKeyState(key.Get());
   }
+  if (!IsExpected(step.before, expected)) return ERROR_REVISION_MISMATCH;
   checkpoint.FlushBeforeDelete(step.key);
   const auto isStill = [&] {
     const ScopedKey key = OpenRegistryKey(parent, path, viewBits | KEY_READ);
-    return key && !HasSubKeys(key.Get()) && ReadKeyState(key.Get()) == step.before;
+    return key && !IsRegistryLink(parent, path, viewBits) && PlaceOf(key.Get()) == step.key &&
+           !HasSubKeys(key.Get()) && ReadKeyState(key.Get()) == step.before;
   };
   return checkpoint.Record(step, isStill, [&] { return RegDeleteKeyExW(parent, path.c_str(), viewBits, 0); });
 }

@@ -55,6 +55,44 @@ const IndexedCheckpoint* Find(const std::vector<IndexedCheckpoint>& index, Direc
   return found;
 }
 
+// Takes planned steps back, one after the other. Once one could not be, only what is missing is brought back
+// and nothing deleted or overwritten any more: the entry may be nowhere else.
+class StepRunner {
+ public:
+  StepRunner(OpenCheckpoint& checkpoint, const JournalContents& contents, bool force)
+      : checkpoint_(checkpoint), contents_(contents), force_(force) {}
+
+  StepOutcome Run(const PlannedStep& planned) {
+    const Step& step = contents_.steps[planned.number].step;
+    const bool isConflict = planned.verdict == Verdict::kConflict;
+    if (planned.verdict == Verdict::kNothing) return StepOutcome::kNothing;
+    if (planned.verdict == Verdict::kBlocked || (isConflict && !force_)) {
+      if (!force_) Note(ERROR_REVISION_MISMATCH);
+      return OutcomeOf(planned.verdict);
+    }
+    if (status_ != ERROR_SUCCESS && (isConflict || !OnlyBringsBack(step))) return StepOutcome::kBlocked;
+    try {
+      return UndoStep(checkpoint_, step, isConflict);
+    } catch (const EOSError& error) {
+      Note(static_cast<LSTATUS>(error.Code()));
+      return StepOutcome::kBlocked;
+    }
+  }
+
+  // Of the first that could not be taken back.
+  LSTATUS Status() const noexcept { return status_; }
+
+ private:
+  void Note(LSTATUS status) noexcept {
+    if (status_ == ERROR_SUCCESS) status_ = status;
+  }
+
+  OpenCheckpoint& checkpoint_;
+  const JournalContents& contents_;
+  const bool force_;
+  LSTATUS status_ = ERROR_SUCCESS;
+};
+
 // One call: what it found, planned and did.
 class UndoCall {
  public:
@@ -111,23 +149,20 @@ class UndoCall {
 
   void Execute(OpenCheckpoint& own) {
     try {
-      for (std::size_t i = 0; i < plan_.size(); ++i) {
-        const Verdict verdict = plan_[i].verdict;
-        if (verdict == Verdict::kNothing || verdict == Verdict::kBlocked) continue;
-        result_.steps[i].outcome =
-            UndoStep(own, contents_.steps[plan_[i].number].step, verdict == Verdict::kConflict);
-      }
-      result_.status = S_OK;
-      result_.ownCheckpoint = own.Id();
-      CloseJournal(own.Folder(), result_.checkpoint);
-      own.Keep();
-    } catch (const EOSError& error) {
-      result_.status = error.Result();
-      if (own.StepCount() != 0) result_.ownCheckpoint = own.Id();
-      own.Abandon();
+      StepRunner runner(own, contents_, mode_ == UndoMode::kForce);
+      for (std::size_t i = 0; i < plan_.size(); ++i) result_.steps[i].outcome = runner.Run(plan_[i]);
+      result_.status = HRESULT_FROM_WIN32(static_cast<DWORD>(runner.Status()));
     } catch (...) {
       own.Abandon();
       throw;
+    }
+    if (SUCCEEDED(result_.status)) {
+      result_.ownCheckpoint = own.Id();
+      CloseJournal(own.Folder(), result_.checkpoint);
+      own.Keep();
+    } else {
+      if (own.StepCount() != 0) result_.ownCheckpoint = own.Id();
+      own.Abandon();
     }
   }
 
@@ -144,21 +179,14 @@ class UndoCall {
 
 LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
   checkpoint.TakeBack();
-  LSTATUS status = ERROR_SUCCESS;
+  checkpoint.SetClean(false);
   const auto contents = ReadJournal(checkpoint.Folder(), {.id = checkpoint.Id()});
-  if (!contents) status = ERROR_FILE_CORRUPT;
+  if (!contents) return ERROR_FILE_CORRUPT;
   LiveSystem system(CurrentUserSid());
-  for (const PlannedStep& planned : contents ? PlanUndo(*contents, system) : std::vector<PlannedStep>()) {
-    if (planned.verdict == Verdict::kNothing) continue;
-    try {
-      if (planned.verdict != Verdict::kUndo) RaiseOSError(ERROR_REVISION_MISMATCH);
-      UndoStep(checkpoint, contents->steps[planned.number].step, false);
-    } catch (const EOSError& error) {
-      status = static_cast<LSTATUS>(error.Code());
-    }
-  }
-  checkpoint.Fail(status == ERROR_SUCCESS);
-  return status;
+  StepRunner runner(checkpoint, *contents, false);
+  for (const PlannedStep& planned : PlanUndo(*contents, system)) runner.Run(planned);
+  checkpoint.SetClean(runner.Status() == ERROR_SUCCESS);
+  return runner.Status();
 }
 
 UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode) {

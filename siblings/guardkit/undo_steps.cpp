@@ -33,15 +33,40 @@ std::wstring FolderOf(const std::wstring& file) {
   return std::wstring(FolderPart(file));
 }
 
-void RemoveFile(OpenCheckpoint& checkpoint, const std::wstring& path) {
-  const DWORD attributes = AttributesOf(path);
-  // Recorded first as it is, the file would refuse to go.
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-    SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-  }
-  const LSTATUS status = DeleteRecorded(checkpoint, path);
+void CheckRemoved(LSTATUS status) {
   if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
 }
+
+// What stands in the way of a move, aside until the move is done: when that fails it is put back.
+class MadeRoom {
+ public:
+  MadeRoom(OpenCheckpoint& checkpoint, const std::wstring& path) : checkpoint_(checkpoint), path_(path) {
+    if (!Exists(path)) return;
+    state_ = ReadFileState(path);
+    CheckRemoved(DeleteRecorded(checkpoint, path, ReadOnly::kDeleted));
+  }
+  ~MadeRoom() {
+    if (state_.exists) PutBack();
+  }
+  MadeRoom(const MadeRoom&) = delete;
+  MadeRoom& operator=(const MadeRoom&) = delete;
+
+  // The move is done.
+  void Keep() noexcept { state_.exists = false; }
+
+ private:
+  void PutBack() noexcept {
+    try {
+      checkpoint_.Aside().PutBack(path_, state_, false);
+    } catch (...) {
+      // It was recorded: undoing the undo brings it back.
+    }
+  }
+
+  OpenCheckpoint& checkpoint_;
+  const std::wstring& path_;
+  FileState state_;
+};
 
 bool IsEmpty(HKEY key) {
   DWORD keys = 0;
@@ -53,56 +78,73 @@ bool IsEmpty(HKEY key) {
 
 struct Undoer {
   OpenCheckpoint& checkpoint;
-  StepOutcome usual;  // undone, or overwritten
+  bool forced;
+
+  // What has to stand there; anything when forced.
+  template <typename State>
+  const State* Expected(const State& after) const noexcept {
+    return forced ? nullptr : &after;
+  }
+  StepOutcome Usual() const noexcept { return forced ? StepOutcome::kOverwritten : StepOutcome::kUndo; }
 
   StepOutcome operator()(const ValueStep& step) const {
     constexpr REGSAM kAccess = KEY_QUERY_VALUE | KEY_SET_VALUE;
     if (step.before.exists) {
       const ScopedKey key = MakePlace(checkpoint, step.key, kAccess);
-      CheckStatus(SetValueRecorded(checkpoint, key.Get(), step.name, step.before));
+      CheckStatus(SetValueRecorded(checkpoint, key.Get(), step.name, step.before, Expected(step.after)));
     } else if (const ScopedKey key = OpenPlace(step.key, kAccess)) {
-      const LSTATUS status = DeleteValueRecorded(checkpoint, key.Get(), step.name);
-      if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
+      CheckRemoved(DeleteValueRecorded(checkpoint, key.Get(), step.name, Expected(step.after)));
     }
-    return usual;
+    return Usual();
   }
 
   StepOutcome operator()(const KeyStep& step) const {
     if (!step.before.exists) return RemoveMadeKey(step.key);
     bool made = false;
     const ScopedKey key = MakePlace(checkpoint, step.key, KEY_ALL_ACCESS, step.before, &made);
+    // What can be brought back is, whatever cannot.
+    LSTATUS status = ERROR_SUCCESS;
+    const auto note = [&status](LSTATUS answer) {
+      if (status == ERROR_SUCCESS) status = answer;
+    };
+    const ValueState missing;
     for (const NamedValue& value : step.before.values) {
-      CheckStatus(SetValueRecorded(checkpoint, key.Get(), value.name, {true, value.type, value.data}));
+      note(SetValueRecorded(checkpoint, key.Get(), value.name, {true, value.type, value.data},
+                            Expected(missing)));
     }
-    if (made) CheckStatus(ApplyKeySecurity(key.Get(), step.before.security));
-    return usual;
+    if (made) note(ApplyKeySecurity(key.Get(), step.before.security));
+    CheckStatus(status);
+    return Usual();
   }
 
   StepOutcome operator()(const FileStep& step) const {
     if (step.before.exists) {
       const HeldPath held(FolderOf(step.path), true);
-      CheckStatus(MakeRecorded(checkpoint, step.path, step.before, true));
+      CheckStatus(MakeRecorded(checkpoint, step.path, step.before, true, Expected(step.after)));
     } else {
       const HeldPath held(FolderOf(step.path));
-      RemoveFile(checkpoint, step.path);
+      CheckRemoved(DeleteRecorded(checkpoint, step.path, ReadOnly::kDeleted, Expected(step.after)));
     }
-    return usual;
+    return Usual();
   }
 
   StepOutcome operator()(const MoveStep& step) const {
     if (!Exists(step.to)) {
-      // Forced: nothing is left to move, but it may be back already.
-      return ReadFileState(step.from).streams == step.file.streams ? StepOutcome::kNothing
-                                                                   : StepOutcome::kImpossible;
+      // Nothing is left to move, but it may be back already.
+      if (ReadFileState(step.from).streams == step.file.streams) return StepOutcome::kNothing;
+      if (!forced) RaiseOSError(ERROR_REVISION_MISMATCH);
+      return StepOutcome::kImpossible;
     }
     const HeldPath heldFrom(FolderOf(step.from), true);
     const HeldPath heldTo(FolderOf(step.to));
-    if (Exists(step.from)) RemoveFile(checkpoint, step.from);
-    CheckStatus(MoveRecorded(checkpoint, step.to, step.from));
+    if (!forced && Exists(step.from)) RaiseOSError(ERROR_REVISION_MISMATCH);
+    MadeRoom room(checkpoint, step.from);
+    CheckStatus(MoveRecorded(checkpoint, step.to, step.from, Expected(step.file)));
+    room.Keep();
     // The rights may have been changed for the other folder. They are no part of the content.
     if (ReadFileState(step.from).security != step.file.security)
       ApplyFileSecurity(step.from, step.file.security);
-    return usual;
+    return Usual();
   }
 
  private:
@@ -112,8 +154,10 @@ struct Undoer {
     if (!IsEmpty(key.Get())) return StepOutcome::kKept;
     key.Reset();
     const ScopedKey parent = OpenPlace(ParentPlace(place), KEY_QUERY_VALUE);
-    CheckStatus(DeleteKeyRecorded(checkpoint, parent.Get(), LastLevel(place), KEY_WOW64_64KEY));
-    return usual;
+    KeyState empty;
+    empty.exists = true;
+    CheckStatus(DeleteKeyRecorded(checkpoint, parent.Get(), LastLevel(place), KEY_WOW64_64KEY, &empty));
+    return Usual();
   }
 };
 
@@ -174,7 +218,15 @@ bool LiveSystem::SameName(std::wstring_view a, std::wstring_view b) {
 }
 
 StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict) {
-  return std::visit(Undoer{checkpoint, isConflict ? StepOutcome::kOverwritten : StepOutcome::kUndo}, step);
+  return std::visit(Undoer{checkpoint, isConflict}, step);
+}
+
+bool OnlyBringsBack(const Step& step) {
+  const auto isDeletion = [](const auto& change) { return change.before.exists && !change.after.exists; };
+  if (const auto* const value = std::get_if<ValueStep>(&step)) return isDeletion(*value);
+  if (const auto* const key = std::get_if<KeyStep>(&step)) return isDeletion(*key);
+  if (const auto* const file = std::get_if<FileStep>(&step)) return isDeletion(*file);
+  return true;
 }
 
 std::wstring DescribeUndo(const Step& step) {

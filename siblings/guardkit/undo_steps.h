@@ -28,10 +28,15 @@ class LiveSystem final : public SystemState {
   std::wstring sid_;
 };
 
-// Brings back what was before the step, over whatever is there. The caller has planned it: the step is the
-// user's own, and is in conflict only when forced. For the thread that opened the checkpoint. Raises EOSError
-// when the system refuses; what was changed until then is recorded.
+// Brings back what was before the step. The caller has planned it, and the step is the user's own. In
+// conflict it is only when forced, and goes over whatever is there; otherwise what the step left must still
+// be there. Of a key everything is brought back that can be. For the thread that opened the checkpoint.
+// Raises EOSError when that is not so (ERROR_REVISION_MISMATCH) or the system refuses; what was changed until
+// then is recorded.
 StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict);
+
+// Whether taking the step back, without force, neither deletes nor overwrites anything. Any thread.
+bool OnlyBringsBack(const Step& step);
 
 // For people: "Restore the value ...". Names come as they are, not yet printable.
 std::wstring DescribeUndo(const Step& step);

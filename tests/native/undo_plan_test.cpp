@@ -92,6 +92,38 @@ TEST(UndoPlan, FoundStateAndMarkDecide) {
   }
 }
 
+// What did not end well may have been taken back without a word: its marks are not believed.
+TEST(UndoPlan, WhatIsLeftOfACheckpointThatDidNotEndWellIsCompared) {
+  FakeSystem system;
+  JournalContents contents;
+  contents.steps = {{ValueStep{L"K", L"v", Text("old"), Text("new")}, StepMark::kDone, 0},
+                    {KeyStep{L"Side", {}, KeyWith({})}, StepMark::kDone, 0}};
+  const auto verdict = [&] { return PlanUndo(contents, system).back().verdict; };
+  const struct {
+    bool finished, failed;
+    Verdict before;
+  } rows[] = {{true, false, kConflict}, {true, true, kNothing}, {false, false, kNothing}};
+  for (const auto& row : rows) {
+    contents.finished = row.finished;
+    contents.failed = row.failed;
+    system.values[L"K|v"] = Text("old");
+    EXPECT_EQ(verdict(), row.before);
+    EXPECT_EQ(IsAnythingLeft(contents, system), row.before == kConflict);
+    system.values[L"K|v"] = Text("new");
+    EXPECT_EQ(verdict(), kUndo);
+    EXPECT_TRUE(IsAnythingLeft(contents, system));
+    system.values[L"K|v"] = Text("its");
+    EXPECT_TRUE(IsAnythingLeft(contents, system));
+  }
+  system.values[L"K|v"] = Text("old");
+  system.keys[L"Side"] = KeyWith({});
+  EXPECT_TRUE(IsAnythingLeft(contents, system));
+  system.keys[L"Side"] = KeyWith({{L"its", 1, {}}});
+  EXPECT_FALSE(IsAnythingLeft(contents, system));
+  system.unreadable = L"K|v";
+  EXPECT_TRUE(IsAnythingLeft(contents, system));
+}
+
 TEST(UndoPlan, MadeKeyIsNeverInConflict) {
   FakeSystem system;
   const RecordedStep made{KeyStep{L"K", {}, KeyWith({})}, StepMark::kDone, 0};

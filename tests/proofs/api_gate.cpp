@@ -52,6 +52,8 @@ enum class Effect { kLooks, kMakes, kChanges };
   ROW(CopyFileW, kChanges, FALSE)                                                      \
   ROW(MoveFileW, kChanges, FALSE)                                                      \
   ROW(MoveFileExW, kChanges, FALSE)                                                    \
+  ROW(SetFileInformationByHandle, kChanges, FALSE)                                     \
+  ROW(CreateHardLinkW, kMakes, FALSE)                                                  \
   ROW(DeleteFileW, kChanges, FALSE)                                                    \
   ROW(RemoveDirectoryW, kChanges, FALSE)
 

@@ -9,24 +9,6 @@ namespace smh {
 
 namespace {
 
-bool SameContent(const ValueState& a, const ValueState& b) {
-  return a == b;
-}
-
-// The values in any order; class and security do not matter.
-bool SameContent(const KeyState& a, const KeyState& b) {
-  std::vector<NamedValue> valuesOfA = a.values;
-  std::vector<NamedValue> valuesOfB = b.values;
-  std::ranges::sort(valuesOfA);
-  std::ranges::sort(valuesOfB);
-  return a.exists == b.exists && valuesOfA == valuesOfB;
-}
-
-// Times, attributes and security change without anybody's doing.
-bool SameContent(const FileState& a, const FileState& b) {
-  return a.exists == b.exists && a.streams == b.streams;
-}
-
 // A call may have done what it answered to have refused: only a step that is known to be done leaves a
 // conflict where the old state is there.
 Verdict Decide(StepMark mark, bool isBefore, bool isAfter) {
@@ -124,16 +106,43 @@ class Planner {
   Overlay<FileState> files_;
 };
 
+bool StaysAsItIs(const Step& step, SystemState& system) {
+  const auto* const made = std::get_if<KeyStep>(&step);
+  return made != nullptr && !made->before.exists && !system.Key(made->key).values.empty();
+}
+
 }  // namespace
 
+bool SameContent(const ValueState& a, const ValueState& b) {
+  return a == b;
+}
+
+bool SameContent(const KeyState& a, const KeyState& b) {
+  std::vector<NamedValue> valuesOfA = a.values;
+  std::vector<NamedValue> valuesOfB = b.values;
+  std::ranges::sort(valuesOfA);
+  std::ranges::sort(valuesOfB);
+  return a.exists == b.exists && valuesOfA == valuesOfB;
+}
+
+bool SameContent(const FileState& a, const FileState& b) {
+  return a.exists == b.exists && a.streams == b.streams;
+}
+
 std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system) {
-  // What did not end well may have been taken back in part, without a word.
   Planner planner(system, checkpoint.finished && !checkpoint.failed);
   std::vector<PlannedStep> plan;
   for (std::size_t number = checkpoint.steps.size(); number-- > 0;) {
     plan.push_back({number, planner.Plan(checkpoint.steps[number])});
   }
   return plan;
+}
+
+bool IsAnythingLeft(const JournalContents& checkpoint, SystemState& system) {
+  return std::ranges::any_of(PlanUndo(checkpoint, system), [&](const PlannedStep& planned) {
+    return planned.verdict != Verdict::kNothing &&
+           (planned.verdict != Verdict::kUndo || !StaysAsItIs(checkpoint.steps[planned.number].step, system));
+  });
 }
 
 }  // namespace smh

@@ -21,12 +21,19 @@ class SystemState {
   virtual bool SameName(std::wstring_view a, std::wstring_view b) = 0;
 };
 
+// Whether two states are the same to an undo. Of a key the values count, in any order, and not class and
+// rights; of a file its streams, and not times, attributes and rights: these change without anybody's doing.
+bool SameContent(const ValueState& a, const ValueState& b);
+bool SameContent(const KeyState& a, const KeyState& b);
+bool SameContent(const FileState& a, const FileState& b);
+
 // What undoing a step would do.
 enum class Verdict {
   kUndo,
   // It never happened, or nothing of it is left.
   kNothing,
-  // Neither the state that the step left is there, nor, for a step without a mark, the one before it.
+  // Neither the state that the step left is there, nor, for a step that is not known to be done, the one
+  // before it.
   kConflict,
   // What is there cannot be looked at: no rights, or a link stands in the way.
   kBlocked,
@@ -38,9 +45,16 @@ struct PlannedStep {
   Verdict verdict = Verdict::kNothing;
 };
 
+// A step is known to be done when it is marked so and the checkpoint ended well: a call may have done what it
+// answered to have refused, and what did not end well may have been taken back in part.
+//
 // In the order of undoing: last step first. A step is compared with the state that undoing the later steps
 // will have left, so that a plan may be made before anything is done. Changes nothing; `system` is borrowed
 // for the call. Raises std::bad_alloc. Any thread.
 std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system);
+
+// Whether anything of a checkpoint stands, is in conflict or cannot be looked at. A key that it made does not
+// count when it holds values: it stays. As PlanUndo otherwise.
+bool IsAnythingLeft(const JournalContents& checkpoint, SystemState& system);
 
 }  // namespace smh

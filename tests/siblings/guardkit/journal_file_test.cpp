@@ -3,7 +3,7 @@
 #include "infra/runtime/exceptions.h"
 #include "siblings/common/product.h"
 #include "siblings/guardkit/file_state.h"
-#include "tests/siblings/guardkit/journal_fixture.h"
+#include "tests/siblings/guardkit/outside_program.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/state_dump.h"
@@ -82,6 +82,50 @@ TEST_F(JournalFiles, ConflictsChangeNothingUnlessForced) {
   EXPECT_EQ(Dump(), found);
 }
 
+// Renames and deletions by handle: those from number `g_firstRefused` on are refused.
+int g_firstRefused;
+BOOL WINAPI RefuseByHandle(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* data, DWORD size) {
+  static const auto real =
+      RealFunction<decltype(SetFileInformationByHandle)>(L"kernel32.dll", "SetFileInformationByHandle");
+  if (--g_firstRefused > 0) return real(file, kind, data, size);
+  SetLastError(ERROR_ACCESS_DENIED);
+  return FALSE;
+}
+
+TEST_F(JournalFiles, ReadOnlyFileKeepsItsAttributeUnlessAnUndoDeletesIt) {
+  const std::wstring source = folder_.Write(L"source", "content");
+  const std::wstring made = folder_.File(L"made");
+  const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Copy(source, made, FALSE), ERROR_SUCCESS); });
+  SetFileAttributesW(made.c_str(), FILE_ATTRIBUTE_READONLY);
+  const std::string found = Dump();
+  EXPECT_EQ(Delete(made), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(Dump(), found);
+  {
+    g_firstRefused = 1;
+    const ImportPatch patch("SetFileInformationByHandle", &RefuseByHandle, guardkit_.Module());
+    EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(Dump(), found);
+  }
+  const UndoAnswer undone = guardkit_.Undo(id);
+  EXPECT_EQ(undone.result, S_OK);
+  EXPECT_FALSE(std::filesystem::exists(made));
+  EXPECT_EQ(guardkit_.Undo(undone.own).result, S_OK);
+  EXPECT_EQ(Dump(), found);
+  SetFileAttributesW(made.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+// What makes room for a file that is moved back is there again when the move is refused, on a full disk too.
+TEST_F(JournalFiles, WhatMakesRoomIsPutBackWhenTheMoveFails) {
+  const std::wstring moved = folder_.Write(L"moved", "moved");
+  const std::uint32_t id = Checkpoint([&] { Move(moved, folder_.File(L"to")); });
+  folder_.Write(L"moved", "in the way");
+  const std::string found = Dump();
+  g_firstRefused = 2;
+  const ImportPatch patch("SetFileInformationByHandle", &RefuseByHandle, guardkit_.Module());
+  EXPECT_EQ(guardkit_.Undo(id, UndoMode::kForce).result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(Dump(), found);
+}
+
 // An addition is undone without a trace in the folder of temporary shortcuts.
 TEST_F(JournalFiles, WhatComesFromTheTemporaryFolderWasMade) {
   std::wstring temporary = DataFolder() + L"TempShortcuts\\";
@@ -102,12 +146,22 @@ TEST_F(JournalFiles, AnotherVolumeIsReachedByACopy) {
   const std::wstring other = L"Z:\\dev\\shm\\smh-journal-test-" + std::to_wstring(GetCurrentProcessId());
   ASSERT_TRUE(CreateDirectoryW(other.c_str(), nullptr));
   const std::wstring file = folder_.Write(L"file", "content");
+  SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
   const std::string before = Dump();
   const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Move(file, other + L"\\file"), ERROR_SUCCESS); });
   EXPECT_EQ(ReadFileBytes(other + L"\\file"), "content");
   EXPECT_EQ(Dump(), "");
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
   EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(DumpFolder(other), "");
+
+  // What another program writes after the copy was made is not deleted with the source.
+  SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+  Checkpoint([&] {
+    const OutsideProgram program(guardkit_, [&] { folder_.Write(L"file", "its"); });
+    EXPECT_EQ(Move(file, other + L"\\file"), ERROR_REVISION_MISMATCH);
+  });
+  EXPECT_EQ(ReadFileBytes(file), "its");
   EXPECT_EQ(DumpFolder(other), "");
   std::filesystem::remove_all(other);
 }

@@ -83,6 +83,53 @@ TEST_P(JournalRegistry, EveryKindOfChangeIsTakenBackToTheByteAndMadeAgain) {
   EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
 }
 
+TEST_P(JournalRegistry, ValuesOfAnyTypeAreWrittenAndBroughtBack) {
+  const std::string odd("\0\1\2", 3);
+  for (const DWORD type : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 11u, 0x7FFF'FFFFu, 0xFFFF'FFFFu}) {
+    const RawValue value{type, Binary(odd).bytes};
+    EXPECT_EQ(Set({}, std::to_wstring(type), value), ERROR_SUCCESS) << type;
+    EXPECT_EQ(tree_.Get({}, std::to_wstring(type)), value);
+  }
+  EXPECT_EQ(Set({}, L"list", MultiSz({L"a", L"b"})), ERROR_SUCCESS);
+  const std::string before = Dump();
+  const std::uint32_t id = Checkpoint([&] {
+    for (const std::wstring& name : test::Values(Root(), kTree, View())) {
+      EXPECT_EQ(guardkit_.RemoveValue(Root(), kTree, name, View()), ERROR_SUCCESS);
+    }
+  });
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+  EXPECT_EQ(Dump(), before);
+}
+
+// The value named "b" alone.
+LSTATUS WINAPI RefuseB(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
+                       DWORD size) {
+  static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
+  return std::wstring_view(name) == L"b" ? ERROR_ACCESS_DENIED : real(key, name, reserved, type, data, size);
+}
+
+TEST_P(JournalRegistry, WhatCannotBeBroughtBackKeepsNothingElseOut) {
+  for (const wchar_t* name : {L"a", L"b", L"c"}) tree_.Set(L"key", name, Sz(name));
+  tree_.Set({}, L"v", Sz(L"v"));
+  const std::string before = Dump();
+  const std::uint32_t id = Checkpoint([&] {
+    guardkit_.RemoveValue(Root(), kTree, L"v", View());
+    guardkit_.RemoveKey(Root(), tree_.PathOf(L"key"), View());
+  });
+  {
+    const ImportPatch patch("RegSetValueExW", &RefuseB, guardkit_.Module());
+    const UndoAnswer answer = guardkit_.Undo(id);
+    EXPECT_EQ(answer.result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(answer.outcomes, (std::vector{StepOutcome::kBlocked, StepOutcome::kUndo}));
+  }
+  EXPECT_EQ(tree_.Get(L"key", L"a"), Sz(L"a"));
+  EXPECT_EQ(tree_.Get(L"key", L"c"), Sz(L"c"));
+  EXPECT_EQ(tree_.Get({}, L"v"), Sz(L"v"));
+  EXPECT_EQ(guardkit_.Undo().result, S_OK);
+  EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
+  EXPECT_EQ(Dump(), before);
+}
+
 TEST_P(JournalRegistry, ConflictsChangeNothingUnlessForced) {
   tree_.Set({}, L"a", Sz(L"old a"));
   tree_.Set({}, L"b", Sz(L"old b"));

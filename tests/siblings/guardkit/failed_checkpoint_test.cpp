@@ -1,0 +1,230 @@
+// Changes that did not come about: taken back through the journal, and in no undo's way.
+#include "siblings/guardkit/format/journal_format.h"
+#include "siblings/guardkit/registry_place.h"
+#include "tests/siblings/guardkit/outside_program.h"
+#include "tests/support/file_fixture.h"
+#include "tests/support/state_dump.h"
+
+namespace smh::test {
+namespace {
+
+constexpr wchar_t kTree[] = L"Software\\SmhFailedTest";
+
+class FailedCheckpoint : public JournalTest {
+ protected:
+  FailedCheckpoint() {
+    tree_.Set({}, L"source", Sz(L"command"));
+    tree_.Set({}, L"changed", ExpandSz(L"old"));
+    tree_.Set(L"key", L"in it", MultiSz({L"a", L"b"}));
+    deleted_ = folder_.Write(L"deleted", "deleted");
+    replaced_ = folder_.Write(L"replaced", "old");
+    moved_ = folder_.Write(L"moved", "moved");
+    before_ = Everything();
+  }
+
+  std::string Everything() const { return DumpKey(HKEY_CURRENT_USER, kTree) + DumpFolder(folder_.Path()); }
+  LSTATUS Set(const std::wstring& sub, const std::wstring& name, const RawValue& value) {
+    return guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(sub), name, value);
+  }
+  LSTATUS Remove(const std::wstring& name) { return guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, name); }
+  LSTATUS Fail() { return guardkit_.Safeguard().FailCheckpoint(); }
+  // One of every kind.
+  void ChangeEverything() {
+    ISafeguard& service = guardkit_.Safeguard();
+    EXPECT_EQ(Set(L"made\\deep", L"target", Sz(L"command")), ERROR_SUCCESS);
+    EXPECT_EQ(Remove(L"source"), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"changed", Sz(L"new")), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.RemoveKey(HKEY_CURRENT_USER, tree_.PathOf(L"key")), ERROR_SUCCESS);
+    EXPECT_EQ(service.DeleteRecordedFile(deleted_.c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(service.CopyRecordedFile(moved_.c_str(), replaced_.c_str(), TRUE), ERROR_SUCCESS);
+    EXPECT_EQ(service.MoveRecordedFile(moved_.c_str(), folder_.File(L"to").c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(service.CopyRecordedFile(replaced_.c_str(), folder_.File(L"made").c_str(), FALSE),
+              ERROR_SUCCESS);
+  }
+  static std::size_t FilesInJournal() {
+    std::size_t count = 0;
+    for (const auto& file : std::filesystem::directory_iterator(JournalFolderPath())) {
+      const auto extension = file.path().extension();
+      count += extension == L".open" || extension == L".journal" || extension == L".staging" ? 1 : 0;
+    }
+    return count;
+  }
+
+  const RegistryTree tree_{kTree};
+  const TemporaryFolder folder_;
+  std::wstring deleted_;
+  std::wstring replaced_;
+  std::wstring moved_;
+  std::string before_;
+};
+
+TEST_F(FailedCheckpoint, IsTakenBackToTheByteAndShownAsFailed) {
+  EXPECT_EQ(Fail(), ERROR_INVALID_FUNCTION);
+  const std::uint32_t real = Checkpoint([&] { Set({}, L"real", Dword(1)); });
+  before_ = Everything();
+  const std::uint32_t failed = Checkpoint([&] {
+    ChangeEverything();
+    EXPECT_NE(Everything(), before_);
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(Everything(), before_);
+  });
+  EXPECT_EQ(Everything(), before_);
+  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
+  EXPECT_TRUE(guardkit_.List(true).empty());
+  EXPECT_EQ(FilesInJournal(), 2u);
+  const UndoAnswer own = guardkit_.Undo(failed, UndoMode::kShow);
+  EXPECT_EQ(own.outcomes, std::vector(own.outcomes.size(), StepOutcome::kNothing));
+  EXPECT_EQ(guardkit_.Undo().checkpoint, real);
+}
+
+BOOL WINAPI DiskIsFull(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
+  *written = 0;
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(FailedCheckpoint, NeedsNoRoomAndLeavesNoTraceOnAFullDisk) {
+  EXPECT_EQ(guardkit_.Begin(), ERROR_SUCCESS);
+  ChangeEverything();
+  {
+    const ImportPatch patch("WriteFile", &DiskIsFull, guardkit_.Module());
+    EXPECT_EQ(Set({}, L"no room", Sz(L"1")), ERROR_DISK_FULL);
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(Everything(), before_);
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+  }
+  EXPECT_EQ(Everything(), before_);
+  EXPECT_TRUE(guardkit_.List().empty());
+  EXPECT_EQ(FilesInJournal(), 0u);
+}
+
+LSTATUS WINAPI SettingFails(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
+  return ERROR_ACCESS_DENIED;
+}
+
+// The target may be all that is left.
+TEST_F(FailedCheckpoint, NothingIsDeletedOnceSomethingCannotBePutBack) {
+  const std::uint32_t id = Checkpoint([&] {
+    Set(L"made", L"target", Sz(L"command"));
+    EXPECT_EQ(guardkit_.Safeguard().DeleteRecordedFile(deleted_.c_str()), ERROR_SUCCESS);
+    Remove(L"source");
+    const ImportPatch patch("RegSetValueExW", &SettingFails, guardkit_.Module());
+    EXPECT_EQ(Fail(), ERROR_ACCESS_DENIED);
+  });
+  EXPECT_EQ(tree_.Get(L"made", L"target"), Sz(L"command"));
+  EXPECT_EQ(ReadFileBytes(deleted_), "deleted");
+  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
+  EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+  // Its own undo offers what still stands.
+  using enum StepOutcome;
+  EXPECT_EQ(guardkit_.Undo(id).outcomes, (std::vector{kUndo, kNothing, kUndo, kUndo}));
+  EXPECT_EQ(Everything(), before_);
+}
+
+// An undo by the user stops at the same place.
+TEST_F(FailedCheckpoint, UndoThatIsRefusedKeepsTheTargetToo) {
+  const std::uint32_t id = Checkpoint([&] {
+    Set(L"made", L"target", Sz(L"command"));
+    Remove(L"source");
+  });
+  {
+    const ImportPatch patch("RegSetValueExW", &SettingFails, guardkit_.Module());
+    const UndoAnswer answer = guardkit_.Undo(id);
+    EXPECT_EQ(answer.result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    using enum StepOutcome;
+    EXPECT_EQ(answer.outcomes, (std::vector{kBlocked, kBlocked, kBlocked}));
+  }
+  EXPECT_EQ(tree_.Get(L"made", L"target"), Sz(L"command"));
+  EXPECT_EQ(guardkit_.Undo().checkpoint, id);
+  EXPECT_EQ(Everything(), before_);
+}
+
+TEST_F(FailedCheckpoint, WhatAnotherProgramMadeOfItStays) {
+  const std::uint32_t id = Checkpoint([&] {
+    Set({}, L"changed", Sz(L"new"));
+    Remove(L"source");
+    tree_.Set({}, L"changed", Sz(L"its"));
+    EXPECT_EQ(Fail(), ERROR_REVISION_MISMATCH);
+    EXPECT_EQ(tree_.Get({}, L"source"), Sz(L"command"));
+    // What the caller puts back itself is not recorded, and another look finds it.
+    EXPECT_EQ(Set({}, L"changed", ExpandSz(L"old")), ERROR_SUCCESS);
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    tree_.Set({}, L"changed", Sz(L"its"));
+  });
+  EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
+  EXPECT_EQ(guardkit_.List().back().steps, 2u);
+  EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kConflict);
+  EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
+}
+
+LSTATUS WINAPI SetLate(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
+                       DWORD size) {
+  static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
+  real(key, name, reserved, type, data, size);
+  return ERROR_ACCESS_DENIED;
+}
+
+TEST_F(FailedCheckpoint, WhatWasDoneButAnsweredAsRefusedIsTakenBackToo) {
+  const auto change = [&] {
+    const ImportPatch patch("RegSetValueExW", &SetLate, guardkit_.Module());
+    EXPECT_EQ(Set({}, L"changed", Sz(L"new")), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"new"));
+  };
+  Checkpoint([&] {
+    change();
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+  });
+  EXPECT_EQ(Everything(), before_);
+  // Nobody said that it failed, but all of it was refused.
+  const std::uint32_t id = Checkpoint(change);
+  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
+  EXPECT_EQ(guardkit_.Undo(id).outcomes, std::vector{StepOutcome::kUndo});
+  EXPECT_EQ(Everything(), before_);
+}
+
+// Journals whose owner died, as a crash leaves them.
+TEST_F(FailedCheckpoint, OnlyInterruptedOnesOfWhichSomethingStandsAreNamed) {
+  const std::uint32_t real = Checkpoint([&] { Set({}, L"real", Dword(1)); });
+  const auto leave = [&](std::uint32_t id, const Step& step) {
+    CheckpointHeader header;
+    header.id = id;
+    header.user = CurrentUserSid();
+    std::string file;
+    for (const ByteVector& part : {EncodeBeginning(header), EncodeStep(0, step), EncodeMark(0, 0)}) {
+      file.append(reinterpret_cast<const char*>(part.data()), part.size());
+    }
+    WriteFileBytes(JournalFolderPath() + L"\\0000000" + std::to_wstring(id) + L".open", file);
+  };
+  const std::wstring place = PlaceOf(tree_.Key().Get());
+  const auto state = [](const RawValue& value) { return ValueState{true, value.type, value.bytes}; };
+  leave(real + 1, ValueStep{place, L"source", {}, state(Sz(L"command"))});
+  leave(real + 2, ValueStep{place, L"changed", state(ExpandSz(L"old")), state(Sz(L"never"))});
+  KeyState made;
+  made.exists = true;
+  leave(real + 3, KeyStep{place + L"\\key", {}, made});
+
+  const auto named = guardkit_.List(true);
+  ASSERT_EQ(named.size(), 1u);
+  EXPECT_EQ(named[0].id, real + 1);
+  using enum CheckpointState;
+  const auto list = guardkit_.List();
+  ASSERT_EQ(list.size(), 4u);
+  EXPECT_EQ(list[1].state, kInterrupted);
+  EXPECT_EQ(list[2].state, kFailed);
+  EXPECT_EQ(list[3].state, kFailed);
+  EXPECT_EQ(guardkit_.Undo(0, UndoMode::kShow).checkpoint, real + 1);
+  // The next change closes those that are settled: what comes about later is none of theirs.
+  Checkpoint([&] { Set({}, L"real", Dword(2)); });
+  tree_.Set({}, L"changed", Sz(L"never"));
+  EXPECT_EQ(guardkit_.List(true).size(), 1u);
+  EXPECT_EQ(guardkit_.List()[2].state, kFailed);
+  // One that was undone and made again is like any other.
+  EXPECT_EQ(guardkit_.Undo(real + 1).result, S_OK);
+  EXPECT_EQ(guardkit_.List()[1].state, kUndone);
+  EXPECT_EQ(guardkit_.Redo(real + 1).result, S_OK);
+  EXPECT_EQ(guardkit_.List()[1].state, kDone);
+  EXPECT_TRUE(guardkit_.List(true).empty());
+}
+
+}  // namespace
+}  // namespace smh::test

@@ -1,0 +1,46 @@
+// Another program that gets its turn in the worst moment: a change is recorded, and its last look is due.
+#pragma once
+
+#include "tests/siblings/guardkit/journal_fixture.h"
+#include "tests/support/import_patch.h"
+
+#include <functional>
+#include <string_view>
+
+namespace smh::test {
+
+// One at a time, for changes in a checkpoint that is open already. `act` runs once.
+class OutsideProgram {
+ public:
+  OutsideProgram(const Guardkit& guardkit, std::function<void()> act)
+      : patch_("FlushFileBuffers", &Flush, guardkit.Module()) {
+    Act() = std::move(act);
+  }
+  ~OutsideProgram() { Act() = nullptr; }
+  OutsideProgram(const OutsideProgram&) = delete;
+  OutsideProgram& operator=(const OutsideProgram&) = delete;
+
+  // Whether it had its turn.
+  static bool IsDone() { return !Act(); }
+
+ private:
+  static std::function<void()>& Act() {
+    static std::function<void()> act;
+    return act;
+  }
+  // What is flushed last before a change is the journal's file.
+  static BOOL WINAPI Flush(HANDLE file) {
+    static const auto real = RealFunction<decltype(FlushFileBuffers)>(L"kernel32.dll", "FlushFileBuffers");
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = GetFinalPathNameByHandleW(file, path, MAX_PATH, 0);
+    if (std::wstring_view(path, length).ends_with(L".open") && Act()) {
+      const auto act = std::exchange(Act(), nullptr);
+      act();
+    }
+    return real(file);
+  }
+
+  const ImportPatch patch_;
+};
+
+}  // namespace smh::test
