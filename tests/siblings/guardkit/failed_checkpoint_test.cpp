@@ -157,6 +157,37 @@ TEST_F(FailedCheckpoint, WhatAnotherProgramMadeOfItStays) {
   EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
 }
 
+// The outside program has its turn when the first value is put back.
+LSTATUS WINAPI SetAndMeddle(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
+                            DWORD size) {
+  static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
+  test::SetValue(HKEY_CURRENT_USER, kTree, L"changed", Sz(L"its"));
+  return real(key, name, reserved, type, data, size);
+}
+
+TEST_F(FailedCheckpoint, WhatChangesWhileItIsTakenBackStaysToo) {
+  for (const bool byFailure : {true, false}) {
+    tree_.Set({}, L"changed", ExpandSz(L"old"));
+    const auto change = [&] {
+      Set({}, L"changed", Sz(L"new"));
+      Remove(L"source");
+    };
+    if (byFailure) {
+      Checkpoint([&] {
+        change();
+        const ImportPatch patch("RegSetValueExW", &SetAndMeddle, guardkit_.Module());
+        EXPECT_EQ(Fail(), ERROR_REVISION_MISMATCH);
+      });
+    } else {
+      const std::uint32_t id = Checkpoint(change);
+      const ImportPatch patch("RegSetValueExW", &SetAndMeddle, guardkit_.Module());
+      EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_REVISION_MISMATCH));
+    }
+    EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
+    EXPECT_EQ(tree_.Get({}, L"source"), Sz(L"command"));
+  }
+}
+
 LSTATUS WINAPI SetLate(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                        DWORD size) {
   static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
