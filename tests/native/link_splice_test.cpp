@@ -118,6 +118,19 @@ TEST(LinkSpliceTest, WhatTheCommandLacksGoes) {
   EXPECT_EQ(Wide(link.Strings().Text(LinkString::kIconLocation)), u"C:\\Tools\\icons.dll");
 }
 
+TEST(LinkSpliceTest, LinkInfoMayBeLeftOut) {
+  LinkSections old;
+  LinkSections fresh;
+  old.Load(FullLink().Build().AsBytes());
+  fresh.Load(NewCommand().AsBytes());
+  const std::string bytes = SpliceLink(old, fresh, u"", FromLatin, false);
+  LinkSections link;
+  link.Load(std::as_bytes(std::span(bytes)));
+  EXPECT_FALSE(link.Header().Has(kHasLinkInfo));
+  EXPECT_EQ(Text(link.TargetIDList().List()), IdListOf({"new"}));
+  EXPECT_EQ(Wide(link.Strings().Text(LinkString::kArguments)), u"/new");
+}
+
 TEST(LinkSpliceTest, TextsOfTheCodePageBecomeUtf16) {
   LinkBuilder old;
   old.isUnicode = false;

@@ -57,9 +57,40 @@ std::wstring ExpandReferences(const std::wstring& text) {
   return TakeText([&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(text.c_str(), out); });
 }
 
+bool IsBareName(std::wstring_view text) noexcept {
+  return FileNamePart(text) == text && text.find(L'"') == std::wstring_view::npos;
+}
+
+// As the system does it, then as the entry's file was found; empty when it is not.
+std::wstring FindByName(const std::wstring& name) {
+  std::wstring found;
+  if (ExtensionPart(name).empty()) found = FileUtils::SearchInPath(name, kProgramExtension);
+  if (found.empty()) FileUtils::FindFileByName(name, found);
+  return found;
+}
+
+// Whether it is more than the program: the helper takes all up to the name of a program file, which may be an
+// argument.
+bool HoldsArguments(std::wstring_view program) noexcept {
+  const std::size_t colon = program.rfind(L':');
+  return (colon != std::wstring_view::npos && colon > 1) || program.find(L" /") != std::wstring_view::npos ||
+         program.find_first_of(L"<>|*?") != std::wstring_view::npos;
+}
+
 // `from` is the command without its leading blanks.
-RawParts SplitUnquoted(const std::wstring& command, std::wstring_view from) {
+std::wstring UnquotedProgram(const std::wstring& command, std::wstring_view from) {
+  const std::wstring word(from.substr(0, from.find_first_of(kBlanks)));
+  // The system looks for it before it takes more of the command for a name.
+  if (IsBareName(word) && !FindByName(ExpandReferences(word)).empty()) return word;
   std::wstring program(FileUtils::ProgramOfCommand(command.c_str()));
+  return program.size() > word.size() && HoldsArguments(program) &&
+                 !FileUtils::FileExists(ExpandReferences(program))
+             ? word
+             : program;
+}
+
+RawParts SplitUnquoted(const std::wstring& command, std::wstring_view from) {
+  std::wstring program = UnquotedProgram(command, from);
   // What the helper drops of it would be found nowhere in the shortcut.
   if (!from.starts_with(program)) Refuse(L"there are quotes inside its program");
   // A variable may hold a program and arguments, between which the shortcut would have to be cut.
@@ -136,14 +167,6 @@ std::wstring WithImpliedExtension(std::wstring path) {
   return path;
 }
 
-// As the system does it, then as the entry's file was found.
-std::wstring FindByName(const std::wstring& name) {
-  std::wstring found;
-  if (ExtensionPart(name).empty()) found = FileUtils::SearchInPath(name, kProgramExtension);
-  if (found.empty() && !FileUtils::FindFileByName(name, found)) Refuse(L"its program is not found");
-  return found;
-}
-
 // What this process sees as the system folder is another one to those that start shortcuts.
 std::wstring AsNativeProcessSees(const std::wstring& path) {
   if (!WinVersionInfo::IsWow64()) return path;
@@ -163,7 +186,8 @@ std::wstring TargetOf(const std::wstring& program) {
   if (HasReference(path) && !IsFile(path)) Refuse(L"it names an unknown variable");
   if (IsUrl(path)) Refuse(L"it is a URL");
   if (IsSystemName(path)) Refuse(L"the shell does not know its kind of path");
-  if (FileNamePart(path) == path) path = FindByName(path);
+  if (IsBareName(path)) path = FindByName(path);
+  if (path.empty()) Refuse(L"its program is not found");
   // Asked before it is made a full path of the folder that this process happens to stand in.
   if (!IsFullPath(path)) Refuse(L"its path is relative");
   path = FullPathOf(path.c_str()).value_or(path);

@@ -73,12 +73,20 @@ std::wstring OwnFileIn(const std::wstring& folder) {
   return Format(L"%s%d-%d.lnk", folder, GetCurrentProcessId(), GetCurrentThreadId());
 }
 
+// Where a shell writes LinkInfo in the system code page alone, a name in other letters is another one there;
+// it may be what the shell starts.
+bool IsLinkInfoRight(const TShellLinkInfo& link, const std::wstring& target) {
+  const TLinkInfo& info = link.Sections().LinkInfo();
+  return !info.HasLocalBasePath() ||
+         NamesTheSame(ToWide(info.LocalBasePath()) + ToWide(info.CommonPathSuffix()), target);
+}
+
 // The bytes of `kept` with the command of `fresh`, which is confirmed.
 std::string Spliced(const TShellLinkInfo& kept, const TShellLinkInfo& fresh, std::wstring_view oldTarget,
                     const ShortcutCommand& command) {
   const std::wstring_view name = FileNamePart(oldTarget);
-  std::string bytes =
-      SpliceLink(kept.Sections(), fresh.Sections(), std::u16string(name.begin(), name.end()), Widened);
+  std::string bytes = SpliceLink(kept.Sections(), fresh.Sections(), std::u16string(name.begin(), name.end()),
+                                 Widened, IsLinkInfoRight(fresh, command.target));
   TShellLinkInfo link;
   link.SetBytes(kept.FileName(), bytes);
   RequireCommand(link, command);

@@ -31,7 +31,7 @@ void PutInteger(std::string& link, std::uint32_t value, std::size_t width) {
   for (std::size_t i = 0; i < width; ++i) link += static_cast<char>(value >> (8 * i) & 0xFF);
 }
 
-void PutHeader(std::string& link, const THeaderInfo& kept, const THeaderInfo& command) {
+void PutHeader(std::string& link, const THeaderInfo& kept, const THeaderInfo& command, std::uint32_t taken) {
   constexpr std::size_t kBeforeFlags = 20;
   // Attributes, three times and size of the target.
   constexpr std::size_t kTargetFacts = 32;
@@ -40,7 +40,7 @@ void PutHeader(std::string& link, const THeaderInfo& kept, const THeaderInfo& co
   Put(link, keptFields.Take(kBeforeFlags));
   const std::uint32_t keptFlags = keptFields.U32() & ~kFlagsOfTarget;
   commandFields.Skip(kBeforeFlags);
-  PutInteger(link, keptFlags | (commandFields.U32() & kFlagsOfCommand) | kIsUnicode, 4);
+  PutInteger(link, keptFlags | (commandFields.U32() & taken) | kIsUnicode, 4);
   keptFields.Skip(kTargetFacts);
   Put(link, commandFields.Take(kTargetFacts));
   Put(link, keptFields.Take(keptFields.Remaining()));
@@ -127,15 +127,16 @@ void PutBlocks(std::string& link, const std::vector<TExtraData>& blocks, std::u1
 }  // namespace
 
 std::string SpliceLink(const LinkSections& kept, const LinkSections& command, std::u16string_view file,
-                       const WidenText& widen) {
+                       const WidenText& widen, bool takesLinkInfo) {
   std::string link;
-  PutHeader(link, kept.Header(), command.Header());
+  const std::uint32_t taken = takesLinkInfo ? kFlagsOfCommand : kFlagsOfCommand & ~kHasLinkInfo;
+  PutHeader(link, kept.Header(), command.Header(), taken);
   if (command.Header().Has(kHasLinkTargetIDList)) {
     const Bytes list = command.TargetIDList().List();
     PutInteger(link, static_cast<std::uint32_t>(list.size()), 2);
     Put(link, list);
   }
-  if (command.Header().Has(kHasLinkInfo)) Put(link, command.LinkInfo().Stored());
+  if (command.Header().Has(kHasLinkInfo & taken)) Put(link, command.LinkInfo().Stored());
   for (const StringRow& row : kStrings) {
     const LinkSections& source = row.which == LinkString::kArguments ? command : kept;
     if (source.Header().Has(row.flag)) PutString(link, source.Strings(), row.which, widen);

@@ -22,8 +22,10 @@ using WidenText = std::function<std::u16string(std::string_view)>;
 // environment, special folder, known folder, second ID list, tracker and installer, and what of a property
 // store holds the name `file`, that of the old target's file; an empty one is held by nothing.
 //
+// Without `takesLinkInfo` the link has none, and its ID list has to do.
+//
 // Both links were loaded without a fault. What `widen` raises passes, and std::bad_alloc.
 std::string SpliceLink(const LinkSections& kept, const LinkSections& command, std::u16string_view file,
-                       const WidenText& widen);
+                       const WidenText& widen, bool takesLinkInfo = true);
 
 }  // namespace smh

@@ -57,6 +57,8 @@ TEST_F(ShortcutCommandTest, TheArgumentsAreTheRawTail) {
       {L"\"%smhtool%\"\t/x", tool + L"|/x"},
       {In(L"tool") + L" /x", tool + L"|/x"},
       {In(L"sub\\..\\tool.exe"), tool + L'|'},
+      {L"Q:\\gone\\app /c " + tool, L"Q:\\gone\\app|/c " + tool},
+      {L"Q:\\gone folder\\app.exe /c " + tool, L"Q:\\gone folder\\app.exe|/c " + tool},
       {L"Q:/gone/app.exe /x", L"Q:\\gone\\app.exe|/x"},
       {L"\"Q:\\gone app\\a%b.exe\" /x", L"Q:\\gone app\\a%b.exe|/x"},
       {L"\\\\server\\share\\a b.exe /x", L"\\\\server\\share\\a b.exe|/x"},
