@@ -3,7 +3,6 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
-#include "siblings/guardkit/file_state.h"
 #include "siblings/guardkit/format/journal_steps.h"
 
 #include <windows.h>
@@ -126,6 +125,12 @@ void ForEachFile(const std::wstring& pattern, Visit&& visit) {
 }
 
 }  // namespace
+
+void RemoveEvenReadOnly(const std::wstring& path) noexcept {
+  if (DeleteFileW(path.c_str()) != FALSE || GetLastError() != ERROR_ACCESS_DENIED) return;
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  DeleteFileW(path.c_str());
+}
 
 StreamState BlobStore::Measure(HANDLE file) {
   return Pump(file, {});

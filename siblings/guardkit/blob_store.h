@@ -10,6 +10,9 @@
 
 namespace smh {
 
+// Deletes a file of the product's own, also a read-only one. What cannot be deleted stays. Any thread.
+void RemoveEvenReadOnly(const std::wstring& path) noexcept;
+
 // Knows folders only and keeps nothing open; any number may be made of one journal.
 class BlobStore {
  public:

@@ -167,12 +167,6 @@ void MakeFile(const FileState& state, const std::wstring& path, const BlobStore&
   }
 }
 
-void RemoveEvenReadOnly(const std::wstring& path) noexcept {
-  if (DeleteFileW(path.c_str()) != FALSE || GetLastError() != ERROR_ACCESS_DENIED) return;
-  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-  DeleteFileW(path.c_str());
-}
-
 LSTATUS ApplyFileSecurity(const std::wstring& path, const ByteVector& security) noexcept {
   return ApplySecurity(security, [&](SECURITY_INFORMATION parts, PSECURITY_DESCRIPTOR descriptor) {
     return SetFileSecurityW(path.c_str(), parts, descriptor) != FALSE ? ERROR_SUCCESS : GetLastError();

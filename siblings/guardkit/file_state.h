@@ -23,9 +23,6 @@ bool IsSameState(FileState now, const FileState& before);
 // name is gone then.
 void MakeFile(const FileState& state, const std::wstring& path, const BlobStore& blobs);
 
-// Deletes a file of the product's own, also a read-only one. What cannot be deleted stays.
-void RemoveEvenReadOnly(const std::wstring& path) noexcept;
-
 // Owner, group and DACL as far as this process may, see ApplySecurity. A Win32 status.
 LSTATUS ApplyFileSecurity(const std::wstring& path, const ByteVector& security) noexcept;
 

@@ -3,7 +3,7 @@
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/format/undo_plan.h"
 #include "siblings/guardkit/journal_folder.h"
-#include "siblings/guardkit/undo_steps.h"
+#include "siblings/guardkit/live_system.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "siblings/guardkit/undo_runner.h"
 
 #include "infra/runtime/exceptions.h"
+#include "siblings/guardkit/live_system.h"
 #include "siblings/guardkit/undo_steps.h"
 
 #include <algorithm>

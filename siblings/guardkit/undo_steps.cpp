@@ -186,37 +186,6 @@ struct Describer {
 
 }  // namespace
 
-void LiveSystem::RequireOwn(const std::wstring& key) const {
-  if (!IsOwnPlace(key, sid_)) RaiseOSError(ERROR_ACCESS_DENIED);
-}
-
-ValueState LiveSystem::Value(const std::wstring& key, const std::wstring& name) {
-  RequireOwn(key);
-  const ScopedKey opened = OpenPlace(key, KEY_QUERY_VALUE);
-  return opened ? ReadValueState(opened.Get(), name) : ValueState{};
-}
-
-KeyState LiveSystem::Key(const std::wstring& key) {
-  RequireOwn(key);
-  const ScopedKey opened = OpenPlace(key, KEY_READ);
-  return opened ? ReadKeyState(opened.Get()) : KeyState{};
-}
-
-FileState LiveSystem::File(const std::wstring& path) {
-  std::optional<HeldPath> held;
-  try {
-    held.emplace(FolderOf(path));
-  } catch (const EOSError& error) {
-    if (error.Code() == ERROR_PATH_NOT_FOUND) return {};
-    throw;
-  }
-  return ReadFileState(path);
-}
-
-bool LiveSystem::SameName(std::wstring_view a, std::wstring_view b) {
-  return SameText(a, b);
-}
-
 StepOutcome UndoStep(OpenCheckpoint& checkpoint, const Step& step, bool isConflict) {
   return std::visit(Undoer{checkpoint, isConflict}, step);
 }

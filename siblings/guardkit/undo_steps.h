@@ -10,24 +10,6 @@
 
 namespace smh {
 
-// The registry and the files as they are. Reads raise EOSError for what cannot be looked at, and for a key
-// that is not `sid`'s own (ERROR_ACCESS_DENIED). Any thread may call.
-class LiveSystem final : public SystemState {
- public:
-  // `sid` is the user's who undoes.
-  explicit LiveSystem(std::wstring sid) : sid_(std::move(sid)) {}
-
-  ValueState Value(const std::wstring& key, const std::wstring& name) override;
-  KeyState Key(const std::wstring& key) override;
-  FileState File(const std::wstring& path) override;
-  bool SameName(std::wstring_view a, std::wstring_view b) override;
-
- private:
-  void RequireOwn(const std::wstring& key) const;
-
-  std::wstring sid_;
-};
-
 // Brings back what was before the step. The caller has planned it, and the step is the user's own. In
 // conflict it is only when forced, and goes over whatever is there; otherwise what the step left must still
 // be there. Of a key everything is brought back that can be. For the thread that opened the checkpoint.
