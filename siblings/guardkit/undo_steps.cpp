@@ -10,8 +10,6 @@
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"
 
-#include <optional>
-
 namespace smh {
 
 namespace {
