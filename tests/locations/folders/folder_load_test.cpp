@@ -108,8 +108,12 @@ TEST_F(FolderTest, ShortcutsThatCannotBeReadOrHaveNoTargetStandForThemselves) {
       Put(user.startup + L"large.lnk", std::string(5'242'881, '\0')),
   };
   const std::wstring noTarget = Put(user.startup + L"nothing.lnk", LinkBuilder{});
+  // A list whose file's name does not end in its item: not for the shell.
+  LinkBuilder endless;
+  endless.idList = IdListOf({"\x32" + std::string(11, '\0') + "name"});
+  const std::wstring unsafe = Put(user.startup + L"unsafe.lnk", endless);
   UserFolder().ReadItems();
-  EXPECT_EQ(Names(UserFolder()).size(), 5u);
+  EXPECT_EQ(Names(UserFolder()).size(), 6u);
   for (const std::wstring& file : files) {
     const ItemRef item = FindItem(sulFolderUser, file);
     ASSERT_NE(item, nullptr);
@@ -120,10 +124,12 @@ TEST_F(FolderTest, ShortcutsThatCannotBeReadOrHaveNoTargetStandForThemselves) {
     EXPECT_EQ(details.EntryName, fs::path(file).stem().wstring());
     EXPECT_TRUE(LogHas(file)) << "the reason is logged";
   }
-  const ItemDetails details = FindItem(sulFolderUser, noTarget)->State().details;
-  EXPECT_EQ(details.Caption, L"nothing");
-  EXPECT_EQ(details.Command, noTarget);
-  EXPECT_EQ(details.FilePath, noTarget);
+  for (const std::wstring& file : {noTarget, unsafe}) {
+    const ItemDetails details = FindItem(sulFolderUser, file)->State().details;
+    EXPECT_EQ(details.Caption, fs::path(file).stem().wstring());
+    EXPECT_EQ(details.Command, file);
+    EXPECT_EQ(details.FilePath, file);
+  }
 }
 
 TEST_F(FolderTest, FilesThatOthersHoldOrThatVanishMeanwhile) {
