@@ -79,7 +79,7 @@ bool HoldsArguments(std::wstring_view program) noexcept {
 
 // `from` is the command without its leading blanks.
 std::wstring UnquotedProgram(const std::wstring& command, std::wstring_view from) {
-  const std::wstring word(from.substr(0, from.find_first_of(kBlanks)));
+  std::wstring word(from.substr(0, from.find_first_of(kBlanks)));
   // The system looks for it before it takes more of the command for a name.
   if (IsBareName(word) && !FindByName(ExpandReferences(word)).empty()) return word;
   std::wstring program(FileUtils::ProgramOfCommand(command.c_str()));
