@@ -83,7 +83,9 @@ std::int32_t TStartupItemCollection::AddItem(std::int32_t location, const wchar_
     SMH_ASSERT(kUnit, !commandText.empty());
     TLocationStartup* const target = FindLocation(static_cast<TTypeStartupLocation>(location));
     SMH_ASSERT(kUnit, target != nullptr);
-    return target->AddItem(nameText, commandText);
+    const ChangeAnswer answer = target->AddItem(nameText, commandText);
+    if (!answer.text.empty()) ReportDeclined(answer.text);
+    return answer.position;
   });
 }
 

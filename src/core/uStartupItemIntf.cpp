@@ -88,11 +88,11 @@ ItemRef TStartupItemIntf::Item() const noexcept {
 
 template <typename Change>
 HRESULT TStartupItemIntf::Run(ItemAction action, int line, Change&& change) noexcept {
-  return BoundaryResult([&] {
+  return BoundaryOutcome([&]() -> std::wstring {
     const ItemRef item = Item();
-    if (item == nullptr) return;
+    if (item == nullptr) return ChangeAnswer::Gone().text;
     if (!CanDoAction(*item, action)) RaiseAssertion(kUnit, line);
-    change(item);
+    return change(item).text;
   });
 }
 
@@ -158,33 +158,37 @@ BOOL TStartupItemIntf::CanMoveTo(std::int32_t location) {
 }
 
 HRESULT TStartupItemIntf::Delete() {
-  return Run(kActionDelete, __LINE__, [](const ItemRef& item) { LocationOf(*item).DeleteItem(item); });
+  return Run(kActionDelete, __LINE__, [](const ItemRef& item) { return LocationOf(*item).DeleteItem(item); });
 }
 
 HRESULT TStartupItemIntf::Enable() {
-  return Run(kActionEnable, __LINE__, [](const ItemRef& item) { LocationOf(*item).EnableItem(item); });
+  return Run(kActionEnable, __LINE__, [](const ItemRef& item) { return LocationOf(*item).EnableItem(item); });
 }
 
 HRESULT TStartupItemIntf::Disable() {
-  return Run(kActionDisable, __LINE__, [](const ItemRef& item) { LocationOf(*item).DisableItem(item); });
+  return Run(kActionDisable, __LINE__,
+             [](const ItemRef& item) { return LocationOf(*item).DisableItem(item); });
 }
 
 HRESULT TStartupItemIntf::MoveTo(std::int32_t location) {
   return Run(kActionMove, __LINE__, [&](const ItemRef& item) {
     SMH_ASSERT(kUnit, location != sulNone);
-    if (location == item->Location()) return;
-    LocationOf(*item).MoveItem(item, static_cast<TTypeStartupLocation>(location));
+    if (location == item->Location()) return ChangeAnswer::Nothing();
+    return LocationOf(*item).MoveItem(item, static_cast<TTypeStartupLocation>(location));
   });
 }
 
 HRESULT TStartupItemIntf::ChangeCommand(const wchar_t* command) {
   return Run(kActionChangeCommand, __LINE__, [&](const ItemRef& item) {
-    LocationOf(*item).ChangeItemCommand(item, std::wstring(TextArgument(command)));
+    return LocationOf(*item).ChangeItemCommand(item, std::wstring(TextArgument(command)));
   });
 }
 
 HRESULT TStartupItemIntf::Execute(HWND window) {
-  return Run(kActionExecute, __LINE__, [&](const ItemRef& item) { ExecuteItem(*item, window); });
+  return Run(kActionExecute, __LINE__, [&](const ItemRef& item) {
+    ExecuteItem(*item, window);
+    return ChangeAnswer();
+  });
 }
 
 HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
@@ -192,12 +196,15 @@ HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
     const SharedText file = item->Get([](const ItemState& state) { return state.details.FilePath; });
     const HRESULT shown = DLLGlobals::ShellDialogs().ShowFileDetails(window, file.c_str(), L"", 0);
     if (FAILED(shown)) throw EOleSysError(shown);
+    return ChangeAnswer();
   });
 }
 
 HRESULT TStartupItemIntf::ShowLocation() {
-  return Run(kActionShowLocation, __LINE__,
-             [](const ItemRef& item) { LocationOf(*item).ShowItemLocation(*item); });
+  return Run(kActionShowLocation, __LINE__, [](const ItemRef& item) {
+    LocationOf(*item).ShowItemLocation(*item);
+    return ChangeAnswer();
+  });
 }
 
 }  // namespace smh

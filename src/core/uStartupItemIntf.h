@@ -13,7 +13,7 @@ class TLocationStartup;
 
 // Refers to an item without keeping it alive and notices when it has left the list; then, or without an item
 // from the start, it answers neutral values and its operations do nothing. Any thread may use it. Queries
-// take the item's lock; changes take the item-list lock and hold it until they are confirmed.
+// take the item's lock; changes run as TLocationStartup says.
 class TStartupItemIntf final : public ComObject<IStartupItem> {
  public:
   // `item` may be null.

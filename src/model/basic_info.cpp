@@ -114,22 +114,25 @@ std::wstring RundllTarget(std::wstring_view command,
   return {};
 }
 
+ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
+  ShortcutFacts facts;
+  const std::wstring target = link.Target();
+  const std::wstring arguments = link.Arguments();
+  if (!target.empty()) {
+    facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
+    facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
+  }
+  facts.description = SharedText(link.Description());
+  facts.workingFolder = SharedText(link.WorkingDirectory());
+  facts.iconPath = SharedText(link.IconLocation());
+  facts.iconIndex = link.IconIndex();
+  facts.hotKey = link.HotKey();
+  return facts;
+}
+
 std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
   try {
-    const TShellLinkInfo link(file);
-    ShortcutFacts facts;
-    const std::wstring target = link.Target();
-    const std::wstring arguments = link.Arguments();
-    if (!target.empty()) {
-      facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
-      facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
-    }
-    facts.description = SharedText(link.Description());
-    facts.workingFolder = SharedText(link.WorkingDirectory());
-    facts.iconPath = SharedText(link.IconLocation());
-    facts.iconIndex = link.IconIndex();
-    facts.hotKey = link.HotKey();
-    return facts;
+    return ShortcutFactsOf(TShellLinkInfo(file));
   } catch (const Exception& exception) {
     LogError(exception);
     return std::nullopt;

@@ -7,6 +7,7 @@
 #include "core/contracts/location_table.h"
 #include "core/contracts/shared_text.h"
 #include "model/item_details.h"
+#include "shelllink/uShellLinkInfo.h"
 
 #include <functional>
 #include <optional>
@@ -37,6 +38,8 @@ struct ShortcutFacts {
   int hotKey = 0;
 };
 
+// Of a shortcut that has been read. Searches its target.
+ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link);
 // Reads the file and searches its target; takes no lock but the log's. None, with a record in the statistics
 // log, for a shortcut that cannot be read.
 std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);

@@ -28,6 +28,10 @@ class EChangeRefused : public Exception {
 [[noreturn]] inline void RaiseNameTaken() {
   throw EChangeRefused(ERROR_ALREADY_EXISTS, L"another entry of that name stands there");
 }
+// `what` is the name or the command.
+[[noreturn]] inline void RaiseTooLong(const std::wstring& what) {
+  throw EChangeRefused(ERROR_FILENAME_EXCED_RANGE, L"The " + what + L" is too long.");
+}
 [[noreturn]] inline void RaiseChangeUnderWay() {
   throw EChangeRefused(ERROR_BUSY, L"another change is under way");
 }

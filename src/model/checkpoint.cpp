@@ -59,4 +59,17 @@ void EndCheckpoint() noexcept {
   DLLGlobals::Safeguard().EndCheckpoint();
 }
 
+ChangeCheckpoint::ChangeCheckpoint(ChangeKind kind, std::wstring_view itemName)
+    : recorded_(DLLGlobals::UseBackupCheckpoints()) {
+  if (recorded_) BeginCheckpoint(kind, itemName);
+}
+
+ChangeCheckpoint::~ChangeCheckpoint() {
+  if (recorded_) EndCheckpoint();
+}
+
+void ChangeCheckpoint::Fail() noexcept {
+  if (recorded_) DLLGlobals::Safeguard().FailCheckpoint();
+}
+
 }  // namespace smh

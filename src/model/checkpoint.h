@@ -19,26 +19,29 @@ void SetCheckpointText(ChangeKind kind, std::wstring_view text);
 // The title of a change of that item. A text that cannot be formatted is used as it stands.
 std::wstring CheckpointTitle(ChangeKind kind, std::wstring_view itemName);
 
-// Opens a checkpoint of the backup service for this thread, which ends it; see ISafeguard. May be called
-// under the item-list lock, and waits up to ten seconds for the journal. Raises EOSError when the service
+// Opens a checkpoint of the backup service for this thread, which ends it; see ISafeguard. Waits up to ten
+// seconds for the journal, so no lock of the list or an item may be held. Raises EOSError when the service
 // refuses: nothing may be changed then, and nothing is to be ended.
 void BeginCheckpoint(ChangeKind kind, std::wstring_view itemName);
 void EndCheckpoint() noexcept;
 
-// A checkpoint for the length of a scope of one thread when `active`; nothing otherwise. Raises EOSError.
-class [[nodiscard]] ScopedCheckpoint {
+// The checkpoint of one change, for a scope of one thread; none when the settings say that changes are not
+// recorded.
+class [[nodiscard]] ChangeCheckpoint {
  public:
-  ScopedCheckpoint(bool active, ChangeKind kind, std::wstring_view itemName) : active_(active) {
-    if (active_) BeginCheckpoint(kind, itemName);
-  }
-  ~ScopedCheckpoint() {
-    if (active_) EndCheckpoint();
-  }
-  ScopedCheckpoint(const ScopedCheckpoint&) = delete;
-  ScopedCheckpoint& operator=(const ScopedCheckpoint&) = delete;
+  // Raises as BeginCheckpoint.
+  ChangeCheckpoint(ChangeKind kind, std::wstring_view itemName);
+  ~ChangeCheckpoint();
+  ChangeCheckpoint(const ChangeCheckpoint&) = delete;
+  ChangeCheckpoint& operator=(const ChangeCheckpoint&) = delete;
+
+  // Whether the changes of this thread go through the backup service.
+  bool IsRecorded() const noexcept { return recorded_; }
+  // The change did not come about: takes back what was recorded of it, and has the checkpoint end as failed.
+  void Fail() noexcept;
 
  private:
-  const bool active_;
+  const bool recorded_;
 };
 
 // The six texts; every module start has the defaults.

@@ -115,23 +115,24 @@ void TItemList::Clear() noexcept {
   items_.clear();
 }
 
-void TItemList::Relocate(TStartupItem& item, SharedText name, SharedValueAddress address, bool enabled) {
+void TItemList::Relocate(TStartupItem& item, const FoundEntry& entry) {
   SMH_ASSERT(kUnit, lock_.IsHeldByCaller());
-  DropStale(Key(item.location_, name), &item);
+  DropStale(Key(item.location_, entry.name), &item);
   ScopedLock lock(item.Lock);
   // The entry of the index shows the name that goes; it is taken out and put back, which cannot fail.
-  auto entry = index_.extract(item.IsListed() ? KeyOf(item) : Key(sulNone, {}));
+  auto indexed = index_.extract(item.IsListed() ? KeyOf(item) : Key(sulNone, {}));
   ItemDetails& details = item.state_.details;
   for (SharedText* const path : {&details.Command, &details.FilePath, &details.LinkPath}) {
-    if (*path == item.state_.name) *path = name;
+    if (*path == item.state_.name) *path = entry.name;
   }
-  item.state_.name = std::move(name);
-  if (!entry.empty()) {
-    entry.key() = KeyOf(item);
-    index_.insert(std::move(entry));
+  item.state_.name = entry.name;
+  if (!indexed.empty()) {
+    indexed.key() = KeyOf(item);
+    index_.insert(std::move(indexed));
   }
-  item.state_.address = std::move(address);
-  item.state_.isEnabled = enabled;
+  item.state_.givenText = entry.caption;
+  item.state_.address = entry.address;
+  item.state_.isEnabled = entry.isEnabled;
   item.MarkChanged();
 }
 

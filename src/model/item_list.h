@@ -40,10 +40,9 @@ class TItemList {
   // Removes all items, at the end of the module's life; the caller holds the lock.
   void Clear() noexcept SMH_NEEDS_LOCK(lock_);
 
-  // Gives a listed item its new name, place and state, and marks it changed. An item that names its own file
-  // as command or file follows it to the new name. Takes the item's lock, which the caller may hold.
-  void Relocate(TStartupItem& item, SharedText name, SharedValueAddress address, bool enabled)
-      SMH_NEEDS_LOCK(lock_);
+  // Gives a listed item its new name, text, place and state, and marks it changed. An item that names its own
+  // file as command or file follows it to the new name. Takes the item's lock, which the caller may hold.
+  void Relocate(TStartupItem& item, const FoundEntry& entry) SMH_NEEDS_LOCK(lock_);
 
  private:
   // The name is the listed item's own, or one that is looked for. Names are long: each is hashed once.

@@ -1,12 +1,15 @@
 #include "model/uLocationStartup.h"
 
-#include "core/contracts/uDllGlobals.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
+#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"
-#include "model/checkpoint.h"
-#include "model/reader_state.h"
+#include "model/change_lock.h"
+#include "model/change_refused.h"
+
+#include <utility>
 
 namespace smh {
 
@@ -14,20 +17,50 @@ namespace {
 
 constexpr wchar_t kUnit[] = L"uLocationStartup";
 
+// The longest command line of the system, in code units.
+constexpr std::size_t kLongestCommand = 32'766;
+
+constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\".";
+constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
+constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
+constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
+constexpr wchar_t kMoveLine[] = L"Error move item \"%s\" from \"%s\" to \"%s\".";
+// Spelled so, and without a full stop, on purpose: users search their logs for it.
+constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
+
+// Runs a change. When it fails, logs the exception and the line that `line` makes, and raises it again; when
+// it is refused without one, logs the line.
+template <typename Work, typename Line>
+ChangeAnswer RunLogged(Work&& work, Line&& line) {
+  ChangeAnswer answer = CatchFailure(work, [&]() -> ChangeAnswer {
+    LogCurrentException();
+    LogLine(line());
+    throw;
+  });
+  if (answer.kind == ChangeAnswer::Kind::kRefused) LogLine(line());
+  return answer;
+}
+
+void RequireCommandText(std::wstring_view command) {
+  if (command.empty()) throw EChangeRefused(ERROR_INVALID_PARAMETER, L"The command is empty.");
+  if (command.size() > kLongestCommand) RaiseTooLong(L"command");
+}
+
+// As a load would list it; not listed. Touches the disk.
+ItemRef CompleteItem(TTypeStartupLocation location, const FoundEntry& entry) {
+  auto item = std::make_shared<TStartupItem>(location, entry);
+  item->FillBasicInfo();
+  return item;
+}
+
+// The item's fields while it is listed.
+std::optional<ItemState> ListedState(const TStartupItem& item) {
+  ScopedLock lock(Items().Lock());
+  if (!item.IsListed()) return std::nullopt;
+  return item.State();
+}
+
 }  // namespace
-
-int TLocationStartup::ExtractItem(bool, const ItemRef&) {
-  SMH_ASSERT(kUnit, canModify_);
-  return -1;
-}
-
-void TLocationStartup::InsertItem(bool, int, bool, const std::wstring&, const std::wstring&) {
-  SMH_ASSERT(kUnit, canModify_);
-}
-
-void TLocationStartup::PutBackItem(bool) {
-  SMH_ASSERT(kUnit, canModify_);
-}
 
 bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   if (!canModify_) return false;
@@ -43,122 +76,248 @@ bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   return true;
 }
 
-int TLocationStartup::AddItem(const std::wstring&, const std::wstring&) {
-  SMH_ASSERT(kUnit, canModify_);
-  return -1;
-}
-
-void TLocationStartup::DeleteItem(const ItemRef&) {
-  SMH_ASSERT(kUnit, canDelete_);
-}
-
-void TLocationStartup::EnableItem(const ItemRef&) {
-  SMH_ASSERT(kUnit, canEnable_);
-}
-
-void TLocationStartup::DisableItem(const ItemRef&) {
-  SMH_ASSERT(kUnit, canEnable_);
-}
-
-void TLocationStartup::ChangeItemCommand(const ItemRef&, const std::wstring&) {
-  SMH_ASSERT(kUnit, canModify_);
-}
-
 void TLocationStartup::ShowItemLocation(const TStartupItem&) {}
 
-void TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target) {
+const wchar_t* TLocationStartup::Unit() const noexcept {
+  return kUnit;
+}
+
+std::unique_ptr<EntryTarget> TLocationStartup::PlanAdd(const std::wstring&, const std::wstring&, bool) {
   SMH_ASSERT(kUnit, canModify_);
+  return nullptr;
+}
+
+std::unique_ptr<EntryTarget> TLocationStartup::PlanInsert(EntrySource&, const ItemState&, bool) {
+  SMH_ASSERT(kUnit, canModify_);
+  return nullptr;
+}
+
+std::unique_ptr<EntryTarget> TLocationStartup::PlanCommand(EntrySource&, const std::wstring&, bool) {
+  SMH_ASSERT(kUnit, canModify_);
+  return nullptr;
+}
+
+ChangeAnswer TLocationStartup::RunChange(ChangeKind kind, const ItemRef& item, const ErrorLine& line,
+                                         const ChangeWork& work) {
+  if (item->Location() != LocationType()) return ChangeAnswer::Nothing();
   const std::wstring name = item->Name();
-  const auto message = [&] {
-    return Format(L"Error move item \"%s\" from \"%s\" to \"%s\".", name, MemberName(),
-                  LocationMemberName(target));
-  };
-  RunLogged(
+  return RunLogged(
       [&] {
-        ScopedLock lock(Items().Lock());
-        if (!item->IsListed()) return;
-        if (!ItemExists(*item)) {
-          Items().Remove(*item);
-          // It may only have been out of sight.
-          gate_.MarkLoadDue();
-          return;
-        }
-        TLocationStartup* const destination = FindLocation(target);
-        SMH_ASSERT(kUnit, destination != nullptr && destination->CanAcceptItem(*item));
-        const ItemState state = item->State();
-        const bool checkpoint = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint scope(checkpoint, ChangeKind::kMoving, item->GivenText());
-        const int extracted = ExtractItem(checkpoint, item);
-        const SharedText& entryName =
-            state.details.EntryName.empty() ? item->GivenText() : state.details.EntryName;
-        try {
-          destination->InsertItem(checkpoint, extracted, state.isEnabled, std::wstring(state.details.Command),
-                                  std::wstring(entryName));
-        } catch (...) {
-          PutBackItem(checkpoint);
-          throw;
-        }
+        const ScopedChange turn;
+        const ChangeGate::Scope change(Gate());
+        const std::optional<ItemState> listed = ListedState(*item);
+        return listed ? ChangeEntry(kind, item, *listed, work) : ChangeAnswer::Gone();
       },
-      message);
+      [&] { return line(name); });
 }
 
-std::optional<TLocationStartup::Load> TLocationStartup::BeginLoad() {
-  ScopedLock lock(Items().Lock());
-  const unsigned generation = gate_.Generation();
-  if (!gate_.IsBusy()) return Load{generation, ++loads_};
-  gate_.MarkLoadDue();
-  return std::nullopt;
+// The entry is read when the checkpoint has the journal: another process may have changed it until then.
+ChangeAnswer TLocationStartup::ChangeEntry(ChangeKind kind, const ItemRef& item, const ItemState& listed,
+                                           const ChangeWork& work) {
+  ChangeCheckpoint checkpoint(kind, TitleOf(listed));
+  const std::unique_ptr<EntrySource> source = OpenSource(listed, checkpoint.IsRecorded());
+  if (source != nullptr) return work(*source, listed, checkpoint);
+  EnterRemoval(*item);
+  // It may only have been out of sight.
+  Gate().MarkLoadDue();
+  return ChangeAnswer::Gone();
 }
 
-bool TLocationStartup::IsCurrent(const Load& load) const noexcept {
-  return gate_.Generation() == load.generation;
+std::wstring TLocationStartup::TitleOf(const ItemState& listed) const {
+  if (!listed.givenText.empty()) return std::wstring(listed.givenText);
+  std::wstring name = NameInPlace(listed);
+  return name.empty() ? std::wstring(listed.details.Caption) : name;
 }
 
-bool TLocationStartup::AddOrUpdateItem(FoundEntry entry, const Load& load) {
-  const ItemRef known = FindItem(LocationType(), entry.name);
-  return known != nullptr ? UpdateItem(*known, entry.command, load) : ListEntry(std::move(entry), load);
+void TLocationStartup::RequireAsListed(const ItemRef& item, const ItemState& listed,
+                                       const EntrySource& source) {
+  const FoundEntry now = source.Found();
+  const bool isSame = now.name == listed.name && now.caption == listed.givenText;
+  if (isSame && source.ShownCommand() == listed.details.Command) return;
+  if (isSame) {
+    item->Renew(now.command, Items().Lock());
+  } else {
+    EnterRemoval(*item);
+    Gate().MarkLoadDue();
+  }
+  RaiseChangedMeanwhile();
 }
 
-bool TLocationStartup::UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load) {
-  item.MarkFound(load.number);
-  item.UpdateCommand(command, Items().Lock(), [&] { return IsCurrent(load); });
-  return IsCurrent(load);
+bool TLocationStartup::Carry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
+  try {
+    if (CarryEntry(target, source, checkpoint)) return true;
+  } catch (...) {
+    Gate().MarkLoadDue();
+    throw;
+  }
+  Gate().MarkLoadDue();
+  return false;
 }
 
-bool TLocationStartup::ListEntry(FoundEntry entry, const Load& load) {
-  CheckTerminated();
-  const auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
-  item->MarkFound(load.number);
-  const auto log = [&](std::wstring_view format) {
-    item->Get([&](const ItemState& state) { LogFormat(format, state.name, MemberName()); });
-  };
-  const auto append = [&] {
-    item->FillBasicInfo();
-    ScopedLock lock(Items().Lock());
-    if (!IsCurrent(load)) return false;
-    Items().Append(item);
-    return true;
-  };
-  const bool isCurrent = CatchFailure(append, [&] {
+ChangeAnswer TLocationStartup::DeleteItem(const ItemRef& item) {
+  SMH_ASSERT(kUnit, canDelete_);
+  return RunChange(
+      ChangeKind::kDeleting, item,
+      [&](const std::wstring& name) { return Format(kDeleteLine, name, MemberName()); },
+      [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
+        RequireAsListed(item, listed, source);
+        if (!Carry(nullptr, &source, checkpoint)) return ChangeAnswer::Refused();
+        EnterRemoval(*item);
+        return ChangeAnswer();
+      });
+}
+
+ChangeAnswer TLocationStartup::SwitchItem(const ItemRef& item, bool enable) {
+  SMH_ASSERT(kUnit, canEnable_);
+  return RunChange(
+      enable ? ChangeKind::kEnabling : ChangeKind::kDisabling, item,
+      [&](const std::wstring& name) {
+        return Format(enable ? kEnableLine : kDisableLine, name, MemberName());
+      },
+      [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
+        if (listed.isEnabled == enable) return ChangeAnswer::Nothing();
+        const bool isOther = source.ShownCommand() != listed.details.Command;
+        const std::unique_ptr<EntryTarget> target = PlanSwitch(source, enable, checkpoint.IsRecorded());
+        if (!Carry(target.get(), &source, checkpoint)) return ChangeAnswer::Refused();
+        EnterSwitch(item, *target, isOther);
+        return ChangeAnswer();
+      });
+}
+
+ChangeAnswer TLocationStartup::ChangeItemCommand(const ItemRef& item, const std::wstring& command) {
+  SMH_ASSERT(kUnit, canModify_);
+  RequireCommandText(command);
+  return RunChange(
+      ChangeKind::kChanging, item,
+      [&](const std::wstring& name) { return Format(kChangeLine, name, command, MemberName()); },
+      [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
+        RequireAsListed(item, listed, source);
+        if (SameText(listed.details.Command, command)) return ChangeAnswer::Nothing();
+        const std::unique_ptr<EntryTarget> target = PlanCommand(source, command, checkpoint.IsRecorded());
+        if (!Carry(target.get(), nullptr, checkpoint)) return ChangeAnswer::Refused();
+        EnterCommand(item, target->Found());
+        return ChangeAnswer();
+      });
+}
+
+ChangeAnswer TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocation target) {
+  SMH_ASSERT(kUnit, canModify_);
+  TLocationStartup* const destination = FindLocation(target);
+  return RunChange(
+      ChangeKind::kMoving, item,
+      [&](const std::wstring& name) {
+        return Format(kMoveLine, name, MemberName(), LocationMemberName(target));
+      },
+      [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
+        SMH_ASSERT(Unit(), destination != nullptr && destination != this);
+        return MoveEntry(item, *destination, source, listed, checkpoint);
+      });
+}
+
+// Accepted and named is what stands there now: an item of the first reading, not the listed one.
+ChangeAnswer TLocationStartup::MoveEntry(const ItemRef& item, TLocationStartup& destination,
+                                         EntrySource& source, const ItemState& listed,
+                                         ChangeCheckpoint& checkpoint) {
+  const ChangeGate::Scope change(destination.Gate());
+  RequireAsListed(item, listed, source);
+  const ItemRef entry = CompleteItem(LocationType(), source.Found());
+  SMH_ASSERT(Unit(), destination.CanAcceptItem(*entry));
+  const std::unique_ptr<EntryTarget> target =
+      destination.PlanInsert(source, entry->State(), checkpoint.IsRecorded());
+  // What may be left there after a failure is found by a load.
+  destination.Gate().MarkLoadDue();
+  if (!Carry(target.get(), &source, checkpoint)) return ChangeAnswer::Refused();
+  destination.EnterNew(target->Found(), item.get());
+  return ChangeAnswer();
+}
+
+ChangeAnswer TLocationStartup::AddItem(const std::wstring& name, const std::wstring& command) {
+  SMH_ASSERT(kUnit, canModify_);
+  RequireCommandText(command);
+  return RunLogged(
+      [&] {
+        const ScopedChange turn;
+        const ChangeGate::Scope change(Gate());
+        return AddEntry(name, command);
+      },
+      [&] { return Format(kAddLine, name, command, MemberName()); });
+}
+
+ChangeAnswer TLocationStartup::AddEntry(const std::wstring& name, const std::wstring& command) {
+  ChangeCheckpoint checkpoint(ChangeKind::kAdding, name);
+  const std::unique_ptr<EntryTarget> target = PlanAdd(name, command, checkpoint.IsRecorded());
+  const FoundEntry found = target->Found();
+  const bool standsAlready = target->StandsAlready();
+  if (standsAlready) {
+    if (const ItemRef known = FindItem(LocationType(), found.name)) {
+      return {.kind = ChangeAnswer::Kind::kNothing, .position = known->Position()};
+    }
+  } else if (!Carry(target.get(), nullptr, checkpoint)) {
+    return ChangeAnswer::Refused();
+  }
+  return {.position = EnterNew(found, nullptr)};
+}
+
+template <typename Enter>
+void TLocationStartup::EnterOutcome(Enter&& enter) noexcept {
+  try {
+    enter();
+  } catch (...) {
     LogCurrentException();
-    log(L"Error add item \"%s\" in location \"%s\".");
-    return IsCurrent(load);
-  });
-  if (item->IsListed()) log(L"Add item \"%s\" in location \"%s\".");
-  return isCurrent;
+    Gate().MarkLoadDue();
+  }
 }
 
-bool TLocationStartup::RemoveMissingItems(const Load& load) {
-  ScopedLock lock(Items().Lock());
-  if (!IsCurrent(load)) return false;
-  Items().RemoveIf([&](const TStartupItem& item) {
-    if (item.Location() != LocationType() || item.WasFoundIn(load.number)) return false;
-    item.Get([&](const ItemState& state) {
-      LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
-    });
-    return true;
+void TLocationStartup::EnterRemoval(TStartupItem& item) noexcept {
+  EnterOutcome([&] {
+    ScopedLock lock(Items().Lock());
+    Items().Remove(item);
   });
-  return true;
+}
+
+void TLocationStartup::EnterSwitch(const ItemRef& item, const EntryTarget& target, bool isOther) noexcept {
+  if (target.StandsAlready()) {
+    EnterRemoval(*item);
+    Gate().MarkLoadDue();
+    return;
+  }
+  EnterOutcome([&] {
+    const FoundEntry now = target.Found();
+    bool isRenamed = false;
+    {
+      ScopedLock lock(Items().Lock());
+      if (!item->IsListed()) return;
+      isRenamed = item->GivenText() != now.caption;
+      Items().Relocate(*item, now);
+    }
+    if (isRenamed || isOther) item->Renew(now.command, Items().Lock());
+  });
+}
+
+void TLocationStartup::EnterCommand(const ItemRef& item, const FoundEntry& now) noexcept {
+  if (IsFolderLocation(LocationType())) {
+    EnterOutcome([&] { item->Renew(now.command, Items().Lock()); });
+  } else {
+    // A new item, whose holders look for it anew: the value is another one.
+    EnterNew(now, item.get());
+  }
+}
+
+int TLocationStartup::EnterNew(const FoundEntry& entry, TStartupItem* replaced) noexcept {
+  int position = -1;
+  EnterOutcome([&] {
+    ItemRef item;
+    try {
+      item = CompleteItem(LocationType(), entry);
+    } catch (...) {
+      if (replaced != nullptr) EnterRemoval(*replaced);
+      throw;
+    }
+    ScopedLock lock(Items().Lock());
+    const int old = replaced == nullptr ? -1 : Items().Remove(*replaced);
+    position = old < 0 ? Items().Append(std::move(item)) : Items().Insert(old, std::move(item));
+  });
+  return position;
 }
 
 using LocationList = std::vector<std::unique_ptr<TLocationStartup>>;

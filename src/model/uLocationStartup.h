@@ -2,37 +2,31 @@
 // paths and watches; the entries of all of them live in the module-wide item list.
 #pragma once
 
-#include "infra/log/uStatisticsLog.h"
-#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/module_global.h"
-#include "model/change_gate.h"
-#include "model/item_list.h"
+#include "model/location_change.h"
+#include "model/location_loading.h"
 
+#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace smh {
 
-// Any thread may call every operation but the two of the reader. Changes take the gate and the item-list
-// lock, and hold that until they are confirmed, while disk, registry and the backup service are at work:
-// others wait for the list meanwhile. ExtractItem, InsertItem and PutBackItem run inside the move's
-// checkpoint when `checkpoint`; the other changes open one of their own, unless the settings say otherwise.
-class TLocationStartup {
+// Any thread may call every operation but the two of the reader. A change waits for others (change_lock.h),
+// counts itself in at the gate, reads the entry anew, and does its work on disk, registry and journal without
+// the list's lock or an item's; the list shows the outcome when it returns. It is recorded in a checkpoint of
+// its own unless the settings say otherwise. A thread that holds the item-list lock gives it up for the
+// length of a change's wait for others.
+class TLocationStartup : public LocationLoading {
  public:
   virtual ~TLocationStartup() = default;
-  TLocationStartup(const TLocationStartup&) = delete;
-  TLocationStartup& operator=(const TLocationStartup&) = delete;
 
-  // The row of the location table, valid for ever, and what its family allows.
-  const LocationRow& Row() const noexcept { return row_; }
-  TTypeStartupLocation LocationType() const noexcept { return row_.location; }
+  // What its family allows.
   bool CanEnable() const noexcept { return canEnable_; }
   bool CanModify() const noexcept { return canModify_; }
   bool CanDelete() const noexcept { return canDelete_; }
-  std::wstring_view MemberName() const noexcept { return row_.memberName; }
 
   // The operations of a location. Those that a location does not support fail with an assertion; hosts ask
   // CanDo first. A failed load is logged and swallowed, a failed change is logged and raised again.
@@ -46,34 +40,24 @@ class TLocationStartup {
   // Whether the location changed since the last ReadItems, or a load is due. Polled once a second on the
   // reader's thread; never waits.
   virtual bool IsChanged() = 0;
-  // First half of a move: removes the entry from this location and the list, and answers the position it had.
-  // What it takes to put the entry back is kept until the next ExtractItem or PutBackItem. Raises, and leaves
-  // the entry where it is, when it cannot be removed.
-  virtual int ExtractItem(bool checkpoint, const ItemRef& item);
-  // Second half: creates the entry in this location, under the nearest free name to `entryName` and listed at
-  // the position `extracted`, and confirms it by reading it back; raises, and leaves nothing behind, when it
-  // did not arrive.
-  virtual void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
-                          const std::wstring& entryName);
-  // Undoes ExtractItem to the byte and confirms it; raises when the entry did not come back.
-  virtual void PutBackItem(bool checkpoint);
   // Whether items may be given another command.
-  virtual bool GetCanModify() const { return canModify_; }
-  // Whether an item of another location may be moved here; here: when the location can be modified and lists
-  // nothing of the same entry name. Takes the item-list lock.
+  bool GetCanModify() const noexcept { return canModify_; }
+  // Whether an item of another location, listed or not, may be moved here; here: when the location can be
+  // modified and lists nothing of the same entry name. Takes the item-list lock.
   virtual bool CanAcceptItem(const TStartupItem& item);
-  // The position of the new entry. One whose name is taken already is answered by its position (Run keys) or
-  // raises EOSError (Startup folders); -1 when the registry does not take it without an error, which is
-  // logged.
-  virtual int AddItem(const std::wstring& name, const std::wstring& command);
-  // Nothing for an item that is not listed any more. They raise when the change fails; a registry that does
-  // not take a change without an error leaves a line in the log only, and the item as it was. The command is
-  // compared with the item's ignoring case: the same one changes nothing.
-  virtual void DeleteItem(const ItemRef& item);
-  virtual void EnableItem(const ItemRef& item);
-  virtual void DisableItem(const ItemRef& item);
-  virtual void MoveItem(const ItemRef& item, TTypeStartupLocation target);
-  virtual void ChangeItemCommand(const ItemRef& item, const std::wstring& command);
+  // Adds an entry and answers its position. One whose name is taken already is answered by its position (Run
+  // keys) or raises EOSError (Startup folders).
+  ChangeAnswer AddItem(const std::wstring& name, const std::wstring& command);
+  // Changes of a listed item; one that is not listed any more, or another location's, is left alone. The
+  // entry is what stands there now. DeleteItem, MoveItem and ChangeItemCommand raise EChangeRefused when that
+  // is not what the list shows, which they bring up to date: the user has agreed to something else. The
+  // command is compared with the entry's ignoring case: the same one changes nothing; an empty one is
+  // EChangeRefused.
+  ChangeAnswer DeleteItem(const ItemRef& item);
+  ChangeAnswer EnableItem(const ItemRef& item) { return SwitchItem(item, true); }
+  ChangeAnswer DisableItem(const ItemRef& item) { return SwitchItem(item, false); }
+  ChangeAnswer MoveItem(const ItemRef& item, TTypeStartupLocation target);
+  ChangeAnswer ChangeItemCommand(const ItemRef& item, const std::wstring& command);
   // Shows the entry where it lies, in another program; without a lock. Nothing by default.
   virtual void ShowItemLocation(const TStartupItem& item);
 
@@ -86,54 +70,67 @@ class TLocationStartup {
   };
   // `row` lives as long as the module.
   TLocationStartup(const LocationRow& row, Abilities abilities) noexcept
-      : row_(row),
+      : LocationLoading(row),
         canEnable_(abilities.canEnable),
         canModify_(abilities.canModify),
         canDelete_(abilities.canDelete) {}
 
-  ChangeGate& Gate() noexcept { return gate_; }
+  // The steps of a change, of the family. They run on the thread of the change, as entry_steps.h says, in its
+  // checkpoint when it is recorded. Each plan reads everything anew and writes nothing: what forbids the
+  // change raises there, EChangeRefused where it is for people.
 
-  // One load of this location. Items that it finds are marked with its number; at its end those without it
-  // are removed.
-  struct Load {
-    unsigned generation = 0;
-    unsigned number = 0;
-  };
-  // Takes the item-list lock and with it waits until a change under way has finished with the list. None, and
-  // the load stays due, when a change is under way still.
-  std::optional<Load> BeginLoad();
-  // Takes over what the load has found. All take the item-list lock for their look and touch disk and
-  // registry without; all answer false, and leave the list alone, when a change of this location began after
-  // the load.
-  bool AddOrUpdateItem(FoundEntry entry, const Load& load);
-  // The two halves of AddOrUpdateItem: for an item that is listed, and for an entry that is not.
-  bool UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load);
-  bool ListEntry(FoundEntry entry, const Load& load);
-  // The end of a load: removes the items of this location that it has not found.
-  bool RemoveMissingItems(const Load& load);
+  // The entry of a listed item as it stands now; null when it does not. The first step of every change.
+  virtual std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) = 0;
+  // Where an entry of this location goes when it is switched, and what is written there.
+  virtual std::unique_ptr<EntryTarget> PlanSwitch(EntrySource& source, bool enable, bool recorded) = 0;
+  // The next three are for locations that can be modified. A new, enabled entry:
+  virtual std::unique_ptr<EntryTarget> PlanAdd(const std::wstring& name, const std::wstring& command,
+                                               bool recorded);
+  // the place of an entry of another location, under the nearest free name, where `entry` is what an item of
+  // it shows now:
+  virtual std::unique_ptr<EntryTarget> PlanInsert(EntrySource& source, const ItemState& entry, bool recorded);
+  // and another command in the place of an entry.
+  virtual std::unique_ptr<EntryTarget> PlanCommand(EntrySource& source, const std::wstring& command,
+                                                   bool recorded);
+  // What an assertion of a move names.
+  virtual const wchar_t* Unit() const noexcept;
+  // The name of an entry that has no text of its own, for titles.
+  virtual std::wstring NameInPlace(const ItemState& listed) const = 0;
 
  private:
-  const LocationRow& row_;
+  // What a change does between the first reading and the last line of the log.
+  using ChangeWork =
+      std::function<ChangeAnswer(EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint)>;
+  using ErrorLine = std::function<std::wstring(const std::wstring& itemName)>;
+
+  // The course that every change of an item takes.
+  ChangeAnswer RunChange(ChangeKind kind, const ItemRef& item, const ErrorLine& line, const ChangeWork& work);
+  ChangeAnswer ChangeEntry(ChangeKind kind, const ItemRef& item, const ItemState& listed,
+                           const ChangeWork& work);
+  ChangeAnswer SwitchItem(const ItemRef& item, bool enable);
+  ChangeAnswer MoveEntry(const ItemRef& item, TLocationStartup& destination, EntrySource& source,
+                         const ItemState& listed, ChangeCheckpoint& checkpoint);
+  ChangeAnswer AddEntry(const std::wstring& name, const std::wstring& command);
+  // CarryEntry; after a failure a load is due.
+  bool Carry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint);
+  void RequireAsListed(const ItemRef& item, const ItemState& listed, const EntrySource& source);
+  std::wstring TitleOf(const ItemState& listed) const;
+
+  // These enter the outcome of a change in the list. The change is done: what fails here is logged, and a
+  // load is due.
+  template <typename Enter>
+  void EnterOutcome(Enter&& enter) noexcept;
+  void EnterRemoval(TStartupItem& item) noexcept;
+  // `isOther`: the entry starts something else than the list has shown.
+  void EnterSwitch(const ItemRef& item, const EntryTarget& target, bool isOther) noexcept;
+  void EnterCommand(const ItemRef& item, const FoundEntry& now) noexcept;
+  // Answers its position, that of the item it replaces if there is one.
+  int EnterNew(const FoundEntry& entry, TStartupItem* replaced) noexcept;
+
   const bool canEnable_;
   const bool canModify_;
   const bool canDelete_;
-  bool IsCurrent(const Load& load) const noexcept;
-
-  ChangeGate gate_;
-  // Under the item-list lock.
-  unsigned loads_ = 0;
 };
-
-// Runs a change; when it fails, logs the exception and the line that `message` makes, and raises it again.
-// Quiet aborts (EAbort) pass unlogged.
-template <typename Body, typename Message>
-auto RunLogged(Body&& body, Message&& message) {
-  return CatchFailure(std::forward<Body>(body), [&message]() -> decltype(body()) {
-    LogCurrentException();
-    LogLine(message());
-    throw;
-  });
-}
 
 // Makes the location of a row; never null. Raises what its making raises.
 using LocationMaker = std::unique_ptr<TLocationStartup> (*)(const LocationRow& row);

@@ -10,39 +10,54 @@ namespace smh {
 
 namespace {
 
-// What a shortcut in a folder location starts instead of itself.
-std::optional<SharedText> TargetCommand(TTypeStartupLocation location, std::wstring_view command) {
-  if (!IsFolderLocation(location) || TargetKindOfFile(command) != TargetKind::kShortcut) return std::nullopt;
-  std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(command));
-  if (!facts || facts->targetFile.empty()) return std::nullopt;
-  return std::move(facts->command);
+// What an entry starts: of a shortcut in a folder location what that starts, else the command itself.
+SharedText StartedCommand(TTypeStartupLocation location, std::wstring_view command) {
+  if (IsFolderLocation(location) && TargetKindOfFile(command) == TargetKind::kShortcut) {
+    std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(command));
+    if (facts && !facts->targetFile.empty()) return std::move(facts->command);
+  }
+  return SharedText(command);
 }
 
 }  // namespace
 
 TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry) noexcept
-    : location_(location), givenText_(std::move(entry.caption)), protected_(entry.isProtected) {
+    : location_(location), protected_(entry.isProtected) {
   state_.name = std::move(entry.name);
+  state_.givenText = std::move(entry.caption);
   state_.address = std::move(entry.address);
   state_.isEnabled = entry.isEnabled;
   state_.details.Command = std::move(entry.command);
 }
 
 void TStartupItem::FillBasicInfo() {
-  state_.details.Caption = givenText_;
+  state_.details.Caption = state_.givenText;
   FillBasicDetails(location_, state_.name, state_.details);
+}
+
+ItemDetails TStartupItem::DetailsOf(std::wstring_view command) const {
+  ItemDetails details;
+  const SharedText name = Get([&](const ItemState& state) {
+    details.Caption = state.givenText;
+    return state.name;
+  });
+  details.Command = SharedText(command);
+  FillBasicDetails(location_, name, details);
+  return details;
+}
+
+void TStartupItem::TakeOver(ItemDetails details) {
+  state_.details = std::move(details);
+  needsExtendedInfo_ = true;
+  ++revision_;
 }
 
 bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& listLock,
                                  const std::function<bool()>& isCurrent) {
-  const std::optional<SharedText> target = TargetCommand(location_, command);
-  const std::wstring_view started = target ? std::wstring_view(*target) : command;
+  const SharedText started = StartedCommand(location_, command);
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
-  ItemDetails details;
-  details.Caption = givenText_;
-  details.Command = SharedText(command);
-  FillBasicDetails(location_, Get([](const ItemState& state) { return state.name; }), details);
+  ItemDetails details = DetailsOf(command);
 
   ScopedLock list(listLock);
   ScopedLock lock(Lock);
@@ -50,10 +65,17 @@ bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& lis
   const ItemDetails& old = state_.details;
   LogFormat(L"Detect change item %s (%s). Target command change from \"%s\" to \"%s\".", old.EntryName,
             old.Caption, old.Command, details.Command);
-  state_.details = std::move(details);
-  needsExtendedInfo_ = true;
-  ++revision_;
+  TakeOver(std::move(details));
   return true;
+}
+
+void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {
+  ItemDetails details = DetailsOf(command);
+  ScopedLock list(listLock);
+  ScopedLock lock(Lock);
+  if (!IsListed()) return;
+  TakeOver(std::move(details));
+  MarkChanged();
 }
 
 void TStartupItem::ReadExtendedInfo() {
@@ -93,6 +115,10 @@ ItemState TStartupItem::State() const {
 
 std::wstring TStartupItem::Name() const {
   return Get([](const ItemState& state) { return std::wstring(state.name); });
+}
+
+SharedText TStartupItem::GivenText() const {
+  return Get([](const ItemState& state) { return state.givenText; });
 }
 
 bool TStartupItem::IsEnabled() const {

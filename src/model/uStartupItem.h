@@ -3,12 +3,14 @@
 // An item is made in two steps: the basic information when it is found, the extended information (times, type
 // name, rating, icons) later on the reader's thread.
 //
-// Lock order of the module, outermost first: the reader's control lock (reader_state.h), the item-list lock
-// (item_list.h), an item's lock. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an
-// image-list lock (image_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock
-// (item_details.h), the list of living collections (living_collections.h), the log's lock; and under any of
-// these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never
-// held together with the item-list lock or an item's.
+// Lock order of the module, outermost first: the reader's control lock (reader_state.h), the change lock
+// (change_lock.h), the item-list lock (item_list.h), an item's lock. A thread has one of the first two at
+// most; under the last two no file, key, sibling or journal is touched. Under the change lock comes the
+// journal's. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an image-list lock
+// (image_lists.h), the checkpoint texts' lock (checkpoint.h), the version texts' lock (item_details.h), the
+// list of living collections (living_collections.h), the log's lock; and under any of these the siblings'
+// lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never held together with the
+// item-list lock or an item's.
 #pragma once
 
 #include "core/contracts/location_table.h"
@@ -41,6 +43,8 @@ struct FoundEntry {
 // The fields of an item that can change, as a value.
 struct ItemState {
   SharedText name;
+  // As FoundEntry has it: what a checkpoint is titled with.
+  SharedText givenText;
   SharedValueAddress address;
   bool isEnabled = true;
   ItemDetails details;
@@ -66,6 +70,9 @@ class TStartupItem {
   // the disk, so no lock but the list's may be held; raises what the reading raises.
   bool UpdateCommand(std::wstring_view command, CriticalSection& listLock,
                      const std::function<bool()>& isCurrent);
+  // Gathers everything anew for `command`, whether or not it differs; as UpdateCommand otherwise, but that no
+  // change is logged.
+  void Renew(std::wstring_view command, CriticalSection& listLock);
 
   // The load of its location that found the item last; see TLocationStartup::BeginLoad. The reader's thread
   // only.
@@ -101,8 +108,7 @@ class TStartupItem {
   int Position() const noexcept { return position_.load(std::memory_order_acquire); }
 
   TTypeStartupLocation Location() const noexcept { return location_; }
-  // The text given at creation, never rewritten: what is written back and what titles a checkpoint.
-  const SharedText& GivenText() const noexcept { return givenText_; }
+  SharedText GivenText() const;
   bool IsProtected() const noexcept { return protected_; }
 
   // Guards the fields that can change. Taken after the item-list lock.
@@ -111,14 +117,16 @@ class TStartupItem {
  private:
   friend class TItemList;
 
+  ItemDetails DetailsOf(std::wstring_view command) const;
+  void TakeOver(ItemDetails details);
+
   // What every look at the list reads lies together.
   std::atomic<int> position_{-1};
   std::atomic<unsigned> foundIn_{0};
   const TTypeStartupLocation location_;
-  const SharedText givenText_;
   const bool protected_;
-  // Name, address and enabled flag change only under the list's and the item's lock: either is enough to read
-  // them.
+  // Name, given text, address and enabled flag change only under the list's and the item's lock: either is
+  // enough to read them.
   ItemState state_;
   bool needsExtendedInfo_ = true;
   // Counts changes of the command, so that facts read for an old command are dropped.

@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <functional>
 #include <limits>
 
 namespace smh::test {
@@ -31,16 +32,21 @@ void ExpectNoItem(const RawItem& item) {
   }
   for (std::int32_t action = -1; action <= 8; ++action) EXPECT_EQ(item.CanDo(action), 0u) << action;
   for (const std::int32_t location : {0, kUserRun, kCommonRun, -1}) EXPECT_EQ(item.CanMoveTo(location), 0u);
-  EXPECT_EQ(item.Delete(), S_OK);
-  EXPECT_EQ(item.Enable(), S_OK);
-  EXPECT_EQ(item.Disable(), S_OK);
-  EXPECT_EQ(item.MoveTo(kCommonRun), S_OK);
-  EXPECT_EQ(item.MoveTo(kNoLocation), S_OK);
-  EXPECT_EQ(item.ChangeCommand(nullptr), S_OK);
-  EXPECT_EQ(item.Execute(nullptr), S_OK);
-  EXPECT_EQ(item.ShowFileDetails(nullptr), S_OK);
-  EXPECT_EQ(item.ShowLocation(), S_OK);
-  EXPECT_FALSE(TakeErrorInfo().has_value());
+  const std::function<HRESULT()> operations[] = {
+      [&] { return item.Delete(); },
+      [&] { return item.Enable(); },
+      [&] { return item.Disable(); },
+      [&] { return item.MoveTo(kCommonRun); },
+      [&] { return item.MoveTo(kNoLocation); },
+      [&] { return item.ChangeCommand(nullptr); },
+      [&] { return item.Execute(nullptr); },
+      [&] { return item.ShowFileDetails(nullptr); },
+      [&] { return item.ShowLocation(); },
+  };
+  for (const auto& operation : operations) {
+    EXPECT_EQ(operation(), S_FALSE);
+    EXPECT_EQ(TakeErrorInfo().value_or(ErrorInfo()).description, L"the entry has gone");
+  }
 }
 
 TEST_F(ItemTest, WrapperIsNeutralWithoutItemAndOnceItsItemIsGone) {

@@ -51,6 +51,12 @@ class FakeLocation final : public TLocationStartup {
   }
   bool IsChanged() override { return changed.exchange(false); }
 
+ protected:
+  std::unique_ptr<EntrySource> OpenSource(const ItemState&, bool) override { return nullptr; }
+  std::unique_ptr<EntryTarget> PlanSwitch(EntrySource&, bool, bool) override { return nullptr; }
+  std::wstring NameInPlace(const ItemState&) const override { return {}; }
+
+ public:
   std::atomic<int> reads{0};
   std::atomic<bool> changed{false};
   // Called at the beginning of a load.

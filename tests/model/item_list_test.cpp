@@ -4,19 +4,22 @@ namespace smh::test {
 
 class ItemListTest : public ModuleTest {
  protected:
-  static ItemRef Add(TTypeStartupLocation location, const std::wstring& valueName) {
-    FoundEntry entry;
+  static FoundEntry Entry(const std::wstring& valueName, bool enabled = true) {
     const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
+    FoundEntry entry;
     entry.address = SharedValueAddress(address);
     entry.name = SharedText(address.FullPath());
     entry.caption = SharedText(valueName);
-    const auto item = std::make_shared<TStartupItem>(location, std::move(entry));
+    entry.isEnabled = enabled;
+    return entry;
+  }
+  static ItemRef Add(TTypeStartupLocation location, const std::wstring& valueName) {
+    const auto item = std::make_shared<TStartupItem>(location, Entry(valueName));
     Items().Append(item);
     return item;
   }
   static void Relocate(TStartupItem& item, const std::wstring& valueName, bool enabled) {
-    const RegistryValueAddress address{0, HKEY_CURRENT_USER, L"K", valueName};
-    Items().Relocate(item, SharedText(address.FullPath()), SharedValueAddress(address), enabled);
+    Items().Relocate(item, Entry(valueName, enabled));
   }
   // Every listed item is where it says, and its name leads to it.
   static void ExpectConsistent() {

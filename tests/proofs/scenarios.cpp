@@ -18,23 +18,26 @@ RawValue OddCommand() {
   return value;
 }
 
-const Operation kEnable{L"Error enable item \"", Entry::kDisabled,
-                        [](TLocationStartup& location, const ItemRef& item) { location.EnableItem(item); }};
-const Operation kDisable{L"Error disable item \"", Entry::kEnabled,
-                         [](TLocationStartup& location, const ItemRef& item) { location.DisableItem(item); }};
-const Operation kDelete{L"Error delete item \"", Entry::kAny,
-                        [](TLocationStartup& location, const ItemRef& item) { location.DeleteItem(item); }};
+const Operation kEnable{
+    L"Error enable item \"", Entry::kDisabled,
+    [](TLocationStartup& location, const ItemRef& item) { return location.EnableItem(item); }};
+const Operation kDisable{
+    L"Error disable item \"", Entry::kEnabled,
+    [](TLocationStartup& location, const ItemRef& item) { return location.DisableItem(item); }};
+const Operation kDelete{
+    L"Error delete item \"", Entry::kAny,
+    [](TLocationStartup& location, const ItemRef& item) { return location.DeleteItem(item); }};
 const Operation kAdd{L"Error add item \"", Entry::kNone, [](TLocationStartup& location, const ItemRef&) {
-                       location.AddItem(L"New", kProgram + L" /new");
+                       return location.AddItem(L"New", kProgram + L" /new");
                      }};
 const Operation kChange{L"Error change item \"", Entry::kAny,
                         [](TLocationStartup& location, const ItemRef& item) {
-                          location.ChangeItemCommand(item, kProgram + L" /changed");
+                          return location.ChangeItemCommand(item, kProgram + L" /changed");
                         }};
 template <TTypeStartupLocation kTarget>
 const Operation kMoveTo{
     L"Error move item \"", Entry::kAny,
-    [](TLocationStartup& location, const ItemRef& item) { location.MoveItem(item, kTarget); }};
+    [](TLocationStartup& location, const ItemRef& item) { return location.MoveItem(item, kTarget); }};
 
 constexpr auto RunInBothViews = [](ProofWorld& world) { world.Put(kMachine, kRunKey, L"Foo", OddCommand()); };
 constexpr auto RunInOwnView = [](ProofWorld& world) {
@@ -71,16 +74,18 @@ constexpr auto HandlerWithTree = [](ProofWorld& world) {
   world.Put(kMachine, key + L"\\deeper\\still", L"v", Binary("bytes"));
   world.Put(kMachine, key + L"\\other", L"", Sz(L"o"));
 };
-constexpr auto HandlerOverOther = [](ProofWorld& world) {
-  Handler(world, kMenusKey + L"\\Foo", ExpandSz(kServedClass));
-  Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(L"{not a class}"));
-};
 constexpr auto HandlerListedTwice = [](ProofWorld& world) {
   Handler(world, kMenusKey + L"\\Foo", Sz(kServedClass));
   Handler(world, kMenusKey + kAutorunsSide + L"\\Foo", Sz(kServedClass));
 };
 constexpr auto ObjectInBothViews = [](ProofWorld& world) {
   Handler(world, kObjectsKey + L"\\" + kServedClass, Sz(L"Foo"));
+};
+// Where it goes the plain view holds another entry, and then takes no part.
+constexpr auto ObjectViewsDiffer = [](ProofWorld& world) {
+  ObjectInBothViews(world);
+  if (!HasTwoViews()) return;
+  world.Put(kMachine, kObjectsKey + kAutorunsSide + L"\\" + kServedClass, L"", Sz(L"Other"), Views::kPlain);
 };
 constexpr auto ObjectDisabled = [](ProofWorld& world) {
   Handler(world, kObjectsKey + kAutorunsSide + L"\\" + kServedClass, Sz(L"Foo"));
@@ -144,10 +149,10 @@ std::span<const Scenario> Scenarios() {
        {sulRegistryUserRun, sulRegistryCommonRun}},
       {"Run: move to folder", kMoveTo<sulFolderUser>, RunOfUser, {sulRegistryUserRun, sulFolderUser}},
       {"Handler: disable, tree", kDisable, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
-      {"Handler: disable, over other", kDisable, HandlerOverOther, {sulRegistryAllRegContextMenuHandlers}},
       {"Handler: disable, listed", kDisable, HandlerListedTwice, {sulRegistryAllRegContextMenuHandlers}},
       {"Handler: delete, tree", kDelete, HandlerWithTree, {sulRegistryAllRegContextMenuHandlers}},
       {"Object: disable, both views", kDisable, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
+      {"Object: disable, views differ", kDisable, ObjectViewsDiffer, {sulRegistryIEBrowserObjects}, true},
       {"Object: enable, both views", kEnable, ObjectDisabled, {sulRegistryIEBrowserObjects}},
       {"Object: delete, both views", kDelete, ObjectInBothViews, {sulRegistryIEBrowserObjects}},
       {"Approved: disable", kDisable, ApprovedInBothViews, {sulRegistryShellExtApproved}},
@@ -194,8 +199,8 @@ ItemRef LoadEntry(const Scenario& scenario) {
   throw std::runtime_error(std::string("not listed: ") + scenario.name);
 }
 
-void Perform(const Scenario& scenario, const ItemRef& item) {
-  scenario.operation.perform(*FindLocation(scenario.locations.front()), item);
+ChangeAnswer Perform(const Scenario& scenario, const ItemRef& item) {
+  return scenario.operation.perform(*FindLocation(scenario.locations.front()), item);
 }
 
 }  // namespace smh::test

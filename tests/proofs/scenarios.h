@@ -15,7 +15,7 @@ struct Operation {
   const wchar_t* errorLine;
   // Which of the entries called "Foo" it changes.
   Entry entry;
-  void (*perform)(TLocationStartup& location, const ItemRef& item);
+  ChangeAnswer (*perform)(TLocationStartup& location, const ItemRef& item);
 };
 
 struct Scenario {
@@ -33,6 +33,6 @@ std::span<const Scenario> Scenarios();
 // Reads the scenario's locations into an empty list and answers the entry; null for an addition. Throws
 // std::runtime_error when it is not there.
 ItemRef LoadEntry(const Scenario& scenario);
-void Perform(const Scenario& scenario, const ItemRef& item);
+ChangeAnswer Perform(const Scenario& scenario, const ItemRef& item);
 
 }  // namespace smh::test

@@ -71,6 +71,14 @@ class ModuleTest : public ::testing::Test {
     return captions;
   }
 
+  // The service's calls that are no checkpoints.
+  std::vector<std::wstring> RecordedChanges() const {
+    std::vector<std::wstring> lines = module.Safeguard().Lines();
+    std::erase_if(lines,
+                  [](const std::wstring& line) { return line.find(L"Checkpoint") != std::wstring::npos; });
+    return lines;
+  }
+
   // The statistics log as saved, every line.
   static std::wstring LogText() {
     SaveLog();

@@ -13,8 +13,6 @@ namespace smh {
 
 namespace {
 
-constexpr DWORD kLargestShortcut = 0x500000;
-
 constexpr const wchar_t* kDeviceNames[] = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
 constexpr const wchar_t* kNumberedDeviceNames[] = {L"COM", L"LPT"};
 
@@ -72,7 +70,7 @@ std::wstring MakeUniqueFileName(const std::wstring& path) {
 
 std::wstring WithLinkExtension(std::wstring_view name) {
   name.remove_suffix(ExtensionPart(name).size());
-  return std::wstring(name).append(L".lnk");
+  return std::wstring(name).append(kShortcutExtension);
 }
 
 bool IsPlainFileName(std::wstring_view name) noexcept {

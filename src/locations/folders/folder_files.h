@@ -1,6 +1,7 @@
 // The files of a Startup folder and their names. No state; any thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,10 @@ std::wstring WithLinkExtension(std::wstring_view name);
 bool IsPlainFileName(std::wstring_view name) noexcept;
 // The nearest plain name: "_" for every character that must not be.
 std::wstring PlainFileName(std::wstring_view name);
+
+inline constexpr std::wstring_view kShortcutExtension = L".lnk";
+// More is none, in bytes.
+inline constexpr std::uint64_t kLargestShortcut = 0x500000;
 
 // The whole of a shortcut, which others may read, move and delete meanwhile. Raises EOSError,
 // ERROR_FILE_TOO_LARGE for more than 5 MB.

@@ -1,15 +1,15 @@
 #include "locations/folders/uLocationFolderStd.h"
 
-#include "core/contracts/uDllGlobals.h"
-#include "infra/runtime/assertion.h"
+#include "infra/files/file_facts.h"
+#include "infra/log/uStatisticsLog.h"
+#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "locations/folders/entry_file_changes.h"
+#include "locations/folders/entry_file.h"
 #include "locations/folders/folder_files.h"
-#include "locations/folders/shortcut_writer.h"
-#include "model/checkpoint.h"
+#include "locations/folders/shortcut_command.h"
+#include "model/change_refused.h"
 #include "model/reader_state.h"
-#include "model/uLocationStartup.h"
 #include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
 
@@ -20,15 +20,13 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kUnit[] = L"uLocationFolderStd";
-constexpr wchar_t kShortcutExtension[] = L".lnk";
+// Of a full path and of a file's name, in code units.
+constexpr std::size_t kLongestPath = MAX_PATH - 1;
+constexpr std::size_t kLongestName = 255;
 
-constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
-constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
-constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
-constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\".";
-// Spelled so, and without a full stop, on purpose: users search their logs for it.
-constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
+void RequireShortPath(const std::wstring& path) {
+  if (path.size() > kLongestPath || FileNamePart(path).size() > kLongestName) RaiseTooLong(L"name");
+}
 
 bool IsEntryFile(std::wstring_view name) {
   const std::wstring_view extension = ExtensionPart(name);
@@ -36,20 +34,6 @@ bool IsEntryFile(std::wstring_view name) {
   const auto isExtension = [&](const std::wstring& other) { return SameText(extension, other); };
   return SameText(extension, kShortcutExtension) ||
          std::ranges::any_of(FileUtils::ExecutableExtensions(), isExtension);
-}
-
-// An item of a file that lies in a Startup folder or in a folder of disabled entries, with its basic
-// information; not listed. Reads the file. Raises what FillBasicInfo raises.
-ItemRef MakeFileItem(TTypeStartupLocation location, const std::wstring& file, bool enabled) {
-  FoundEntry entry;
-  entry.name = SharedText(file);
-  entry.command = SharedText(file);
-  const std::wstring_view name = FileNamePart(file);
-  entry.caption = SharedText(name.substr(0, name.size() - ExtensionPart(name).size()));
-  entry.isEnabled = enabled;
-  auto item = std::make_shared<TStartupItem>(location, std::move(entry));
-  item->FillBasicInfo();
-  return item;
 }
 
 }  // namespace
@@ -98,185 +82,74 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load
   for (const std::wstring& name : FileNamesIn(folder)) {
     CheckTerminated();
     if (!IsEntryFile(name)) continue;
-    FoundEntry entry;
-    entry.name = SharedText(folder, name);
-    entry.command = entry.name;
-    entry.caption = SharedText(std::wstring_view(name).substr(0, name.size() - ExtensionPart(name).size()));
-    entry.isEnabled = folders_.IsStartupFolder(folder);
+    FoundEntry entry = ListFile(folder + name, folders_.IsStartupFolder(folder));
     entry.isProtected = !CanDeleteFile(entry.name.c_str());
     if (!AddOrUpdateItem(std::move(entry), load)) return false;
   }
   return true;
 }
 
-void TLocationFolderStd::EnableItem(const ItemRef& item) {
-  TLocationStartup::EnableItem(item);
-  SwitchItem(item, true);
+std::unique_ptr<EntrySource> TLocationFolderStd::OpenSource(const ItemState& listed, bool recorded) {
+  return FileSource::Open(folders_, std::wstring(listed.name), recorded);
 }
 
-void TLocationFolderStd::DisableItem(const ItemRef& item) {
-  TLocationStartup::DisableItem(item);
-  SwitchItem(item, false);
+const wchar_t* TLocationFolderStd::Unit() const noexcept {
+  return L"uLocationFolderStd";
 }
 
-void TLocationFolderStd::SwitchItem(const ItemRef& item, bool enable) {
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring from = item->Name();
-  RunLogged(
-      [&] {
-        ScopedLock listLock(Items().Lock());
-        ScopedLock itemLock(item->Lock);
-        if (!item->IsListed() || item->IsEnabled() == enable) return;
-        if (enable) folders_.RequireTrustedSource(from);
-        const std::wstring to =
-            MakeUniqueFileName(folders_.PlaceFor(enable) + std::wstring(FileNamePart(from)));
-        const bool recorded = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
-                                          item->GivenText());
-        MoveEntryFile(FileChanger(recorded), from, to, folders_);
-        Items().Relocate(*item, SharedText(to), {}, enable);
-      },
-      [&] { return Format(enable ? kEnableLine : kDisableLine, from, MemberName()); });
+std::wstring TLocationFolderStd::NameInPlace(const ItemState& listed) const {
+  return std::wstring(FileNamePart(listed.name));
 }
 
-void TLocationFolderStd::DeleteItem(const ItemRef& item) {
-  TLocationStartup::DeleteItem(item);
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring file = item->Name();
-  RunLogged(
-      [&] {
-        ScopedLock lock(Items().Lock());
-        if (!item->IsListed()) return;
-        const bool recorded = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint checkpoint(recorded, ChangeKind::kDeleting, item->GivenText());
-        FileChanger(recorded).Delete(file);
-        Items().Remove(*item);
-      },
-      [&] { return Format(kDeleteLine, file, MemberName()); });
+std::wstring TLocationFolderStd::FreePath(bool enabled, const std::wstring& name) const {
+  std::wstring path = MakeUniqueFileName(folders_.PlaceFor(enabled) + name);
+  RequireShortPath(path);
+  return path;
 }
 
-int TLocationFolderStd::AddItem(const std::wstring& name, const std::wstring& command) {
-  TLocationStartup::AddItem(name, command);
-  const ChangeGate::Scope change(Gate());
-  return RunLogged([&] { return AddShortcut(name, command); },
-                   [&] { return Format(kAddLine, name, command, MemberName()); });
+std::unique_ptr<EntryTarget> TLocationFolderStd::PlanSwitch(EntrySource& source, bool enable, bool recorded) {
+  auto& file = static_cast<FileSource&>(source);
+  const std::wstring& from = file.File().Path();
+  if (enable) folders_.RequireTrustedSource(from);
+  return std::make_unique<FileTarget>(file, FreePath(enable, std::wstring(FileNamePart(from))), enable,
+                                      folders_, recorded);
 }
 
-int TLocationFolderStd::AddShortcut(const std::wstring& name, const std::wstring& command) {
+std::unique_ptr<EntryTarget> TLocationFolderStd::PlanAdd(const std::wstring& name,
+                                                         const std::wstring& command, bool recorded) {
   if (!IsPlainFileName(name)) RaiseOSError(ERROR_INVALID_NAME);
-  ScopedLock lock(Items().Lock());
-  const std::wstring file = folders_.PlaceFor(true) + WithLinkExtension(name);
-  if (FileUtils::FileExists(file)) RaiseOSError(ERROR_ALREADY_EXISTS);
-  const TemporaryShortcut made(folders_, name, ShortcutFields(CommandForShortcut(command)));
-  {
-    const bool recorded = DLLGlobals::UseBackupCheckpoints();
-    const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
-    MoveEntryFile(FileChanger(recorded), made.Path(), file, folders_);
+  std::wstring file = folders_.PlaceFor(true) + WithLinkExtension(name);
+  RequireShortPath(file);
+  if (Exists(file)) RaiseOSError(ERROR_ALREADY_EXISTS);
+  auto made =
+      std::make_unique<TemporaryShortcut>(folders_, name, ShortcutFields(CommandForShortcut(command)));
+  return std::make_unique<FileTarget>(std::move(made), std::move(file), true, folders_, recorded);
+}
+
+std::unique_ptr<EntryTarget> TLocationFolderStd::PlanInsert(EntrySource& source, const ItemState& entry,
+                                                            bool recorded) {
+  if (auto* const file = dynamic_cast<FileSource*>(&source)) {
+    const std::wstring& from = file->File().Path();
+    folders_.RequireTrustedSource(from);
+    std::wstring to = FreePath(entry.isEnabled, std::wstring(FileNamePart(from)));
+    return std::make_unique<FileTarget>(*file, std::move(to), entry.isEnabled, folders_, recorded);
   }
-  return Items().Append(MakeFileItem(LocationType(), file, true));
-}
-
-void TLocationFolderStd::ChangeItemCommand(const ItemRef& item, const std::wstring& command) {
-  TLocationStartup::ChangeItemCommand(item, command);
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring file = item->Name();
-  RunLogged([&] { RewriteShortcut(item, command); },
-            [&] { return Format(kChangeLine, file, command, MemberName()); });
-}
-
-void TLocationFolderStd::RewriteShortcut(const ItemRef& item, const std::wstring& command) {
-  ScopedLock lock(Items().Lock());
-  const ItemState state = item->State();
-  if (!item->IsListed() || SameText(state.details.Command, command)) return;
-  const std::wstring file(state.name);
-  if (!SameText(ExtensionPart(file), kShortcutExtension)) RaiseOSError(ERROR_NOT_SUPPORTED);
-  const TemporaryShortcut made(folders_, file, ReadShortcutBytes(file), CommandForShortcut(command));
-  {
-    const bool recorded = DLLGlobals::UseBackupCheckpoints();
-    const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-    ReplaceEntryFile(FileChanger(recorded), made.Path(), file, state.isEnabled, folders_);
-  }
-  item->UpdateCommand(file, Items().Lock(), [] { return true; });
-}
-
-void TLocationFolderStd::MoveItem(const ItemRef& item, TTypeStartupLocation target) {
-  SMH_ASSERT(kUnit, CanModify());
-  const std::wstring name = item->Name();
-  TLocationStartup* const destination = FindLocation(target);
-  const auto message = [&] {
-    return Format(L"Error move item \"%s\" from \"%s\" to \"%s\".", name, MemberName(),
-                  LocationMemberName(target));
-  };
-  auto* const folder = dynamic_cast<TLocationFolderStd*>(destination);
-  if (folder != nullptr) {
-    RunLogged([&] { MoveToFolder(item, *folder); }, message);
-    return;
-  }
-  // Only a command goes to the registry: what has none, or more than one, is refused before it is touched.
-  if (ItemExists(*item)) RunLogged([&] { RequireChangeableLink(name); }, message);
-  TLocationStartup::MoveItem(item, target);
-}
-
-void TLocationFolderStd::MoveToFolder(const ItemRef& item, TLocationFolderStd& target) {
-  const ChangeGate::Scope change(Gate());
-  const ChangeGate::Scope targetChange(target.Gate());
-  ScopedLock lock(Items().Lock());
-  if (!item->IsListed()) return;
-  if (!ItemExists(*item)) {
-    Items().Remove(*item);
-    Gate().MarkLoadDue();
-    return;
-  }
-  SMH_ASSERT(kUnit, &target != this && target.CanAcceptItem(*item));
-  const std::wstring from = item->Name();
-  const bool enabled = item->IsEnabled();
-  const std::wstring to =
-      MakeUniqueFileName(target.folders_.PlaceFor(enabled) + std::wstring(FileNamePart(from)));
-  const bool recorded = DLLGlobals::UseBackupCheckpoints();
-  const ScopedCheckpoint checkpoint(recorded, ChangeKind::kMoving, item->GivenText());
-  MoveEntryFile(FileChanger(recorded), from, to, target.folders_);
-  // Made before the list changes: it reads the file, and may fail.
-  ItemRef moved = MakeFileItem(target.LocationType(), to, enabled);
-  const int position = Items().Remove(*item);
-  Items().Insert(position, std::move(moved));
-}
-
-int TLocationFolderStd::ExtractItem(bool checkpoint, const ItemRef& item) {
-  TLocationStartup::ExtractItem(checkpoint, item);
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
-  const std::wstring path = item->Name();
-  Extracted entry{item, item->Position(), path, ReadShortcutBytes(path)};
-  FileChanger(checkpoint).Delete(path);
-  extracted_ = std::move(entry);
-  return Items().Remove(*item);
-}
-
-void TLocationFolderStd::InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
-                                    const std::wstring& entryName) {
-  TLocationStartup::InsertItem(checkpoint, extracted, enabled, command, entryName);
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
+  const ShortcutFields fields(CommandForShortcut(source.Command()));
+  const ItemDetails& details = entry.details;
+  const SharedText& entryName = details.EntryName.empty() ? entry.givenText : details.EntryName;
   const std::wstring name = PlainFileName(WithLinkExtension(entryName));
-  const TemporaryShortcut made(folders_, name, ShortcutFields(CommandForShortcut(command)));
-  const std::wstring file = InsertEntryFile(FileChanger(checkpoint), made.Path(), name, enabled, folders_);
-  Items().Insert(extracted, MakeFileItem(LocationType(), file, enabled));
+  std::wstring to = FreePath(entry.isEnabled, name);
+  auto made = std::make_unique<TemporaryShortcut>(folders_, name, fields);
+  return std::make_unique<FileTarget>(std::move(made), std::move(to), entry.isEnabled, folders_, recorded);
 }
 
-void TLocationFolderStd::PutBackItem(bool checkpoint) {
-  if (!extracted_) return;
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
-  const Extracted entry = *std::move(extracted_);
-  extracted_.reset();
-  // Its old name may have been taken meanwhile.
-  const std::wstring path = MakeUniqueFileName(entry.path);
-  PutBackEntryFile(checkpoint, path, entry.bytes, folders_);
-  if (path != entry.path) Items().Relocate(*entry.item, SharedText(path), {}, entry.item->IsEnabled());
-  Items().Insert(entry.position, entry.item);
+std::unique_ptr<EntryTarget> TLocationFolderStd::PlanCommand(EntrySource& source, const std::wstring& command,
+                                                             bool recorded) {
+  auto& file = static_cast<FileSource&>(source);
+  RequireChangeableLink(file.File().Path(), file.Bytes());
+  auto made = std::make_unique<TemporaryShortcut>(folders_, file.File().Path(), file.Bytes(),
+                                                  CommandForShortcut(command));
+  return std::make_unique<ReplacedFile>(file, std::move(made), folders_, recorded);
 }
 
 }  // namespace smh

@@ -6,9 +6,8 @@
 #include "locations/folders/folder_watch.h"
 #include "model/uLocationStartup.h"
 
-#include <optional>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace smh {
 
@@ -22,46 +21,33 @@ class TLocationFolderStd final : public TLocationStartup {
   bool ItemExists(const TStartupItem& item) override;
   void ReadItems() override;
   bool IsChanged() override;
-  int ExtractItem(bool checkpoint, const ItemRef& item) override;
-  void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
-                  const std::wstring& entryName) override;
-  void PutBackItem(bool checkpoint) override;
-  // Writes a shortcut. Raises EOSError when the folder has a file of that name already, listed or not, and
-  // for a name that is no plain file name.
-  int AddItem(const std::wstring& name, const std::wstring& command) override;
-  void DeleteItem(const ItemRef& item) override;
-  void EnableItem(const ItemRef& item) override;
-  void DisableItem(const ItemRef& item) override;
-  // Between the two Startup folders the file itself moves; to any other location the base's move.
-  void MoveItem(const ItemRef& item, TTypeStartupLocation target) override;
-  void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
   // Raises EOSError when the file browser cannot be started.
   void ShowItemLocation(const TStartupItem& item) override;
 
+ protected:
+  std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) override;
+  std::unique_ptr<EntryTarget> PlanSwitch(EntrySource& source, bool enable, bool recorded) override;
+  // A shortcut. Raises EOSError when the folder has a file of that name already, listed or not, and for a
+  // name that is no plain file name.
+  std::unique_ptr<EntryTarget> PlanAdd(const std::wstring& name, const std::wstring& command,
+                                       bool recorded) override;
+  // A file of the other Startup folder comes itself; of any other entry a shortcut is made.
+  std::unique_ptr<EntryTarget> PlanInsert(EntrySource& source, const ItemState& entry,
+                                          bool recorded) override;
+  std::unique_ptr<EntryTarget> PlanCommand(EntrySource& source, const std::wstring& command,
+                                           bool recorded) override;
+  const wchar_t* Unit() const noexcept override;
+  std::wstring NameInPlace(const ItemState& listed) const override;
+
  private:
-  // What an extracted shortcut was.
-  struct Extracted {
-    ItemRef item;
-    int position;
-    std::wstring path;
-    std::string bytes;
-  };
-
-  bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
-
   void LoadItems();
   // False when a change has overtaken the load.
   bool ReadFolder(const std::wstring& folder, const Load& load);
-
-  // What the operations above do between the start of the change and its log line.
-  void SwitchItem(const ItemRef& item, bool enable);
-  void MoveToFolder(const ItemRef& item, TLocationFolderStd& target);
-  int AddShortcut(const std::wstring& name, const std::wstring& command);
-  void RewriteShortcut(const ItemRef& item, const std::wstring& command);
+  // The nearest free path where enabled or disabled entries go.
+  std::wstring FreePath(bool enabled, const std::wstring& name) const;
 
   const FolderSet folders_;
   FolderWatch watch_;
-  std::optional<Extracted> extracted_;
 };
 
 }  // namespace smh

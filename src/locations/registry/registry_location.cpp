@@ -1,8 +1,9 @@
 #include "locations/registry/registry_location.h"
 
-#include "core/contracts/uDllGlobals.h"
+#include "infra/log/uStatisticsLog.h"
+#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
-#include "model/checkpoint.h"
+#include "model/change_refused.h"
 #include "model/reader_state.h"
 #include "sysutil/uRegEditUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -12,10 +13,6 @@
 namespace smh {
 
 namespace {
-
-constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
-constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
-constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
 
 // In the order of reading.
 std::vector<HKEY> RootHandles(LocationRoot root) {
@@ -53,7 +50,7 @@ bool TLocationRegistry::IsChanged() {
 }
 
 void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
-  const RegistryValueAddress address = AddressOf(item);
+  const auto address = AddressOf(item);
   RegEditUtils::OpenRegEdit(address.viewBits, address.root, ValueToShow(address), address.key);
 }
 
@@ -137,83 +134,31 @@ bool TLocationRegistry::Prune(const RegistryLoad& load, bool& again) {
   return true;
 }
 
-std::wstring TLocationRegistry::ItemLine(std::wstring_view format, const std::wstring& itemName) const {
-  return Format(format, itemName, MemberName());
+std::unique_ptr<EntrySource> TLocationRegistry::OpenSource(const ItemState& listed, bool recorded) {
+  return RegistrySource::Read(Store(recorded), RegistryValueAddress(listed.address),
+                              [this](const RegistryValueAddress& address, const RegistryData& data) {
+                                return ListAt(address, data);
+                              });
 }
 
-void TLocationRegistry::EnableItem(const ItemRef& item) {
-  TLocationStartup::EnableItem(item);
-  SwitchItem(item, true);
+std::unique_ptr<EntryTarget> TLocationRegistry::PlanSwitch(EntrySource& source, bool enable, bool) {
+  auto& entry = static_cast<RegistrySource&>(source);
+  SwitchPlace place = PlaceToSwitch(entry, enable);
+  FoundEntry found = ListAt(place.to, StringData(place.text));
+  if (IsListedElsewhere(found.name, place.to)) RaiseNameTaken();
+  auto target =
+      std::make_unique<RegistryTarget>(entry.Store(), place.to, std::move(place.text), std::move(found));
+  if (target->IsTaken()) RaiseNameTaken();
+  if (entry.HasTwin() && !target->AddTwin()) entry.LeaveTwin();
+  return target;
 }
 
-void TLocationRegistry::DisableItem(const ItemRef& item) {
-  TLocationStartup::DisableItem(item);
-  SwitchItem(item, false);
-}
-
-void TLocationRegistry::SwitchItem(const ItemRef& item, bool enable) {
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring name = item->Name();
-  const auto line = [&] { return ItemLine(enable ? kEnableLine : kDisableLine, name); };
-  RunLogged(
-      [&] {
-        if (!SwitchEntry(item, enable)) LogLine(line());
-      },
-      line);
-}
-
-bool TLocationRegistry::SwitchEntry(const ItemRef& item, bool enable) {
-  ScopedLock listLock(Items().Lock());
-  ScopedLock itemLock(item->Lock);
-  if (!item->IsListed() || item->IsEnabled() == enable) return true;
-  const bool recorded = DLLGlobals::UseBackupCheckpoints();
-  const std::unique_ptr<EntryStore> store = Store(recorded);
-  const RegistryValueAddress from = AddressOf(*item);
-  const RegistryData source = ReadSource(*store, from);
-  const bool twin = IsPlainTwin(*store, from, source);
-  Switch plan = PlanSwitch(*item, source, enable);
-  // A listed target may be gone from the registry, and then the source is all there is.
-  plan.isListed = plan.isListed && store->Read(plan.to).has_value();
-
-  const ScopedCheckpoint checkpoint(recorded, enable ? ChangeKind::kEnabling : ChangeKind::kDisabling,
-                                    item->GivenText());
-  if (plan.isListed) {
-    if (!DeleteEntryAndTwin(*store, from)) return false;
-    Items().Remove(*item);
-    return true;
-  }
-  if (!MoveEntry(*store, {from, plan.to, std::move(plan.text), twin})) return false;
-  Items().Relocate(*item, SharedText(plan.to.FullPath()), SharedValueAddress(plan.to), enable);
-  return true;
-}
-
-TLocationRegistry::Switch TLocationRegistry::SameNameSwitch(const TStartupItem& item, RegistryValueAddress to,
-                                                            std::wstring text) const {
-  const ScopedLock lock(Items().Lock());
-  const ItemRef there = Items().Find(LocationType(), to.FullPath());
-  return {std::move(to), std::move(text), there != nullptr && there.get() != &item};
-}
-
-void TLocationRegistry::DeleteItem(const ItemRef& item) {
-  TLocationStartup::DeleteItem(item);
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring name = item->Name();
-  const auto line = [&] { return ItemLine(kDeleteLine, name); };
-  RunLogged(
-      [&] {
-        ScopedLock lock(Items().Lock());
-        if (!item->IsListed()) return;
-        const bool recorded = DLLGlobals::UseBackupCheckpoints();
-        const ScopedCheckpoint checkpoint(recorded, ChangeKind::kDeleting, item->GivenText());
-        if (DeleteEntryAndTwin(*Store(recorded), AddressOf(*item))) {
-          Items().Remove(*item);
-        } else {
-          LogLine(line());
-        }
-      },
-      line);
+bool TLocationRegistry::IsListedElsewhere(std::wstring_view path, const RegistryValueAddress& address) const {
+  const ItemRef item = FindItem(LocationType(), path);
+  if (item == nullptr) return false;
+  return item->Get([&](const ItemState& state) {
+    return !SameText(state.address.key, address.key) || !SameText(state.address.valueName, address.valueName);
+  });
 }
 
 }  // namespace smh

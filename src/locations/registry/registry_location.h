@@ -1,12 +1,12 @@
 // What the three families of registry locations share: which keys are read in which order and views, the rule
-// for entries that both views show, the watch, and the course of enabling, disabling and deleting.
+// for entries that both views show, the watch, and where an entry is opened for a change and goes.
 //
 // A location has its own key, whose entries are enabled, and side keys, whose entries are disabled. The first
 // side key is the one that is written to.
 #pragma once
 
-#include "locations/registry/entry_changes.h"
 #include "locations/registry/key_watch.h"
+#include "locations/registry/registry_entry.h"
 #include "model/uLocationStartup.h"
 
 #include <string>
@@ -21,9 +21,6 @@ class TLocationRegistry : public TLocationStartup {
   // See TLocationStartup.
   void ReadItems() final;
   bool IsChanged() final;
-  void DeleteItem(const ItemRef& item) final;
-  void EnableItem(const ItemRef& item) final;
-  void DisableItem(const ItemRef& item) final;
   // In the registry editor; see RegEditUtils.
   void ShowItemLocation(const TStartupItem& item) final;
 
@@ -69,8 +66,6 @@ class TLocationRegistry : public TLocationStartup {
 
   // The view new entries are made in: the 64-bit one on a 64-bit Windows.
   static REGSAM OwnView();
-  // Whether the item is this location's.
-  bool Owns(const TStartupItem& item) const noexcept { return item.Location() == LocationType(); }
   HKEY FirstRoot() const noexcept { return keys_.roots.front(); }
   const std::wstring& KeyPath(bool enabled) const noexcept {
     return enabled ? keys_.own : keys_.side.front();
@@ -83,19 +78,22 @@ class TLocationRegistry : public TLocationStartup {
   // ReadKey.
   bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
 
-  // Where a listed item goes when it is switched, and what is written there. The list's and the item's lock
-  // are held; whatever forbids the change raises here, before it begins.
-  struct Switch {
+  // Changes, as TLocationStartup asks for them.
+  std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) override;
+  std::unique_ptr<EntryTarget> PlanSwitch(EntrySource& source, bool enable, bool recorded) final;
+
+  // What stands at `to` when an entry has been switched, where nothing else may be. Raises what forbids it.
+  struct SwitchPlace {
     RegistryValueAddress to;
     std::wstring text;
-    // The target holds this very entry already: the source is deleted, and nothing is written.
-    bool isListed = false;
   };
-  virtual Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) = 0;
-  // The same place below the other key, under the same name.
-  Switch SameNameSwitch(const TStartupItem& item, RegistryValueAddress to, std::wstring text) const;
+  virtual SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const = 0;
   // What reads and writes the entries of this location; `recorded`: through the backup service.
-  virtual std::unique_ptr<EntryStore> Store(bool recorded) const = 0;
+  virtual std::shared_ptr<const EntryStore> Store(bool recorded) const = 0;
+  // How ReadKey lists what it finds at an address. Reads what else it takes. Raises EOSError.
+  virtual FoundEntry ListAt(const RegistryValueAddress& address, const RegistryData& data) const = 0;
+  // Whether another entry than that at `address` is listed under the full path.
+  bool IsListedElsewhere(std::wstring_view path, const RegistryValueAddress& address) const;
   // The value that stands for the entry in its key; the key's default value for an empty name.
   virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
 
@@ -104,9 +102,6 @@ class TLocationRegistry : public TLocationStartup {
   bool ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn);
   bool IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
   bool Prune(const RegistryLoad& load, bool& again);
-  void SwitchItem(const ItemRef& item, bool enable);
-  bool SwitchEntry(const ItemRef& item, bool enable);
-  std::wstring ItemLine(std::wstring_view format, const std::wstring& itemName) const;
 
   const Keys keys_;
   KeyWatch watch_;

@@ -2,10 +2,19 @@
 
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/format.h"
+#include "locations/registry/kept_entry.h"
 
 #include <objbase.h>
 
 namespace smh {
+
+namespace {
+
+std::wstring ServerPath(const std::wstring& identifier) {
+  return Format(L"CLSID\\%s\\InprocServer32", identifier);
+}
+
+}  // namespace
 
 bool IsClassIdentifier(const std::wstring& text) {
   // Without braces the platform would take the text for the name of a class.
@@ -16,8 +25,13 @@ bool IsClassIdentifier(const std::wstring& text) {
 
 std::wstring ServerFile(const std::wstring& identifier, REGSAM view) {
   if (!IsClassIdentifier(identifier)) return {};
-  const std::wstring path = Format(L"CLSID\\%s\\InprocServer32", identifier);
-  const ScopedKey key = OpenRegistryKey(HKEY_CLASSES_ROOT, path, view | KEY_READ);
+  const ScopedKey key = OpenRegistryKey(HKEY_CLASSES_ROOT, ServerPath(identifier), view | KEY_READ);
+  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
+}
+
+std::wstring RequireServerFile(const std::wstring& identifier, REGSAM view) {
+  if (!IsClassIdentifier(identifier)) return {};
+  const ScopedKey key = OpenForReading(HKEY_CLASSES_ROOT, ServerPath(identifier), view);
   return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
 }
 

@@ -1,5 +1,6 @@
 #include "locations/registry/uLocationRegistryShellExt.h"
 
+#include "infra/runtime/text.h"
 #include "locations/registry/server_file.h"
 #include "model/reader_state.h"
 
@@ -28,16 +29,30 @@ bool TLocationRegistryShellExt::ReadKey(RegistryLoad& load, const Place& place) 
   return true;
 }
 
-std::unique_ptr<EntryStore> TLocationRegistryShellExt::Store(bool recorded) const {
-  return std::make_unique<ValueStore>(recorded);
+std::shared_ptr<const EntryStore> TLocationRegistryShellExt::Store(bool recorded) const {
+  return std::make_shared<ValueStore>(recorded);
 }
 
-TLocationRegistry::Switch TLocationRegistryShellExt::PlanSwitch(const TStartupItem& item, const RegistryData&,
-                                                                bool enable) {
-  RegistryValueAddress to = AddressOf(item);
+FoundEntry TLocationRegistryShellExt::ListAt(const RegistryValueAddress& address,
+                                             const RegistryData& data) const {
+  FoundEntry found;
+  found.name = SharedText(address.FullPath());
+  found.caption = SharedText(data.Text());
+  found.command = SharedText(RequireServerFile(address.valueName, address.viewBits));
+  found.isEnabled = SameText(address.key, KeyPath(true));
+  found.address = SharedValueAddress(address);
+  return found;
+}
+
+std::wstring TLocationRegistryShellExt::NameInPlace(const ItemState& listed) const {
+  return std::wstring(listed.address.valueName);
+}
+
+TLocationRegistry::SwitchPlace TLocationRegistryShellExt::PlaceToSwitch(const RegistrySource& source,
+                                                                        bool enable) const {
+  RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
-  // The description read at load, not the caption that people see.
-  return SameNameSwitch(item, std::move(to), std::wstring(item.GivenText()));
+  return {std::move(to), source.Data().Text()};
 }
 
 }  // namespace smh

@@ -18,8 +18,11 @@ class TLocationRegistryShellExt final : public TLocationRegistry {
 
  protected:
   bool ReadKey(RegistryLoad& load, const Place& place) override;
-  Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
-  std::unique_ptr<EntryStore> Store(bool recorded) const override;
+  // Under the same name, with the description that was just read.
+  SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
+  std::shared_ptr<const EntryStore> Store(bool recorded) const override;
+  FoundEntry ListAt(const RegistryValueAddress& address, const RegistryData& data) const override;
+  std::wstring NameInPlace(const ItemState& listed) const override;
 };
 
 }  // namespace smh

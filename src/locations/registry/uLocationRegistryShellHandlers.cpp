@@ -7,12 +7,37 @@
 
 namespace smh {
 
+namespace {
+
+// A handler's key: the list that it stands in, and its name as enumerated, which may hold anything but "\".
+struct HandlerPlace {
+  std::wstring list;
+  std::wstring name;
+};
+
+HandlerPlace Split(const std::wstring& key) {
+  const std::size_t at = key.rfind(L'\\');
+  if (at == std::wstring::npos) return {{}, key};
+  return {key.substr(0, at), key.substr(at + 1)};
+}
+
+// A handler names its class by its key or by its default value; the other of the two is its name for people.
+const std::wstring& IdentifierOf(const std::wstring& name, const std::wstring& data) {
+  return IsClassIdentifier(name) ? name : data;
+}
+
+const std::wstring& CaptionOf(const std::wstring& name, const std::wstring& data) {
+  return IsClassIdentifier(name) ? data : name;
+}
+
+}  // namespace
+
 std::wstring_view TLocationRegistryShellHandlers::SideKeyName() const noexcept {
   return FileNamePart(KeyPath(false));
 }
 
 bool TLocationRegistryShellHandlers::ItemExists(const TStartupItem& item) {
-  const RegistryValueAddress address = AddressOf(item);
+  const auto address = AddressOf(item);
   return static_cast<bool>(OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ));
 }
 
@@ -33,27 +58,58 @@ bool TLocationRegistryShellHandlers::ReadHandler(RegistryLoad& load, const Place
   const ScopedKey key = OpenRegistryKey(list, name, place.view | KEY_READ);
   if (!key) return true;
   const std::wstring data = QueryRegistryText(key.Get(), {});
-  const bool isNamedByClass = IsClassIdentifier(name);
-  const std::wstring server = ServerFile(isNamedByClass ? name : data, place.view);
+  const std::wstring server = ServerFile(IdentifierOf(name, data), place.view);
   if (server.empty()) return true;
   const std::wstring path = place.path + L'\\' + name;
-  return TakeEntry(load, place, {path, data, data, isNamedByClass ? data : name, server, isProtected});
+  return TakeEntry(load, place, {path, data, data, CaptionOf(name, data), server, isProtected});
 }
 
-std::unique_ptr<EntryStore> TLocationRegistryShellHandlers::Store(bool recorded) const {
-  return std::make_unique<SubkeyStore>(recorded);
+std::shared_ptr<const EntryStore> TLocationRegistryShellHandlers::Store(bool recorded) const {
+  return std::make_shared<SubkeyStore>(recorded);
 }
 
-TLocationRegistry::Switch TLocationRegistryShellHandlers::PlanSwitch(const TStartupItem& item,
-                                                                     const RegistryData& source,
-                                                                     bool enable) {
-  RegistryValueAddress to = AddressOf(item);
-  // Among the enabled handlers it would be the side key itself.
-  if (enable && SameText(FileNamePart(to.key), SideKeyName())) RaiseOSError(ERROR_INVALID_NAME);
-  to.key = KeyPath(enable) + L'\\' + std::wstring(FileNamePart(to.key));
+FoundEntry TLocationRegistryShellHandlers::ListAt(const RegistryValueAddress& address,
+                                                  const RegistryData& data) const {
+  const HandlerPlace place = Split(address.key);
+  RegistryValueAddress shown = address;
+  shown.valueName = data.Text();
+  FoundEntry found;
+  found.name = SharedText(shown.FullPath());
+  found.caption = SharedText(CaptionOf(place.name, shown.valueName));
+  found.command = SharedText(RequireServerFile(IdentifierOf(place.name, shown.valueName), address.viewBits));
+  found.isEnabled = SameText(place.list, KeyPath(true));
+  found.address = SharedValueAddress(shown);
+  return found;
+}
+
+std::wstring TLocationRegistryShellHandlers::NameInPlace(const ItemState& listed) const {
+  return Split(std::wstring(listed.address.key)).name;
+}
+
+std::unique_ptr<EntrySource> TLocationRegistryShellHandlers::OpenSource(const ItemState& listed,
+                                                                        bool recorded) {
+  RequireHandler(std::wstring(listed.address.key));
+  return TLocationRegistry::OpenSource(listed, recorded);
+}
+
+TLocationRegistry::SwitchPlace TLocationRegistryShellHandlers::PlaceToSwitch(const RegistrySource& source,
+                                                                             bool enable) const {
+  RegistryValueAddress to = source.Address();
+  to.key = std::wstring(KeyPath(enable)).append(L"\\").append(Split(to.key).name);
+  RequireHandler(to.key);
   // Kept on purpose: only the default value is carried over.
-  to.valueName = source.Text();
-  return SameNameSwitch(item, to, to.valueName);
+  to.valueName = source.Data().Text();
+  std::wstring text = to.valueName;
+  return {std::move(to), std::move(text)};
+}
+
+void TLocationRegistryShellHandlers::RequireHandler(const std::wstring& key) const {
+  const HandlerPlace place = Split(key);
+  const bool isOwn = SameText(place.list, KeyPath(true));
+  const bool isSideKey = isOwn && SameText(place.name, SideKeyName());
+  if (place.name.empty() || isSideKey || (!isOwn && !SameText(place.list, KeyPath(false)))) {
+    RaiseOSError(ERROR_INVALID_NAME);
+  }
 }
 
 }  // namespace smh

@@ -18,14 +18,20 @@ class TLocationRegistryShellHandlers final : public TLocationRegistry {
 
  protected:
   bool ReadKey(RegistryLoad& load, const Place& place) override;
-  Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
-  std::unique_ptr<EntryStore> Store(bool recorded) const override;
+  // Never the own or the side key itself: raises EOSError for what would be one of them.
+  std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) override;
+  SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
+  std::shared_ptr<const EntryStore> Store(bool recorded) const override;
+  FoundEntry ListAt(const RegistryValueAddress& address, const RegistryData& data) const override;
+  std::wstring NameInPlace(const ItemState& listed) const override;
   // The last part of a handler's path is the text of its key's default value, no value's name.
   std::wstring ValueToShow(const RegistryValueAddress&) const override { return {}; }
 
  private:
   // The side key's own name: it lies among the handlers of its own list.
   std::wstring_view SideKeyName() const noexcept;
+  // Raises EOSError for a key that is no handler's.
+  void RequireHandler(const std::wstring& key) const;
   bool ReadHandler(RegistryLoad& load, const Place& place, HKEY list, const std::wstring& name);
 };
 

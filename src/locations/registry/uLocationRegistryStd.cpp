@@ -1,10 +1,10 @@
 #include "locations/registry/uLocationRegistryStd.h"
 
-#include "core/contracts/uDllGlobals.h"
-#include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/embedded_nul.h"
+#include "infra/runtime/exceptions.h"
+#include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
-#include "model/checkpoint.h"
+#include "model/change_refused.h"
 #include "model/reader_state.h"
 
 #include <algorithm>
@@ -13,15 +13,25 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\".";
-// Spelled so, and without a full stop, on purpose: users search their logs for it.
-constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
+// Of a value's name, in code units.
+constexpr std::size_t kLongestName = 16'383;
 
 // A NUL inside a name would end it everywhere: it is shown as its symbol.
 std::wstring WithSymbolsForNuls(std::wstring_view name) {
   std::wstring shown(name);
   std::ranges::replace(shown, L'\0', L'\x2400');
   return shown;
+}
+
+bool HoldsValue(const ScopedKey& key, const std::wstring& name) {
+  if (!key) return false;
+  const LSTATUS status = RegQueryValueExW(key.Get(), name.c_str(), nullptr, nullptr, nullptr, nullptr);
+  if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
+  return status == ERROR_SUCCESS;
+}
+
+void RequireShortName(const std::wstring& name) {
+  if (name.size() > kLongestName) RaiseTooLong(L"name");
 }
 
 }  // namespace
@@ -61,136 +71,78 @@ bool TLocationRegistryStd::ReadKey(RegistryLoad& load, const Place& place) {
   return true;
 }
 
-std::unique_ptr<EntryStore> TLocationRegistryStd::Store(bool recorded) const {
-  return std::make_unique<ValueStore>(recorded);
+std::shared_ptr<const EntryStore> TLocationRegistryStd::Store(bool recorded) const {
+  return std::make_shared<ValueStore>(recorded);
 }
 
-TLocationRegistry::Switch TLocationRegistryStd::PlanSwitch(const TStartupItem& item,
-                                                           const RegistryData& source, bool enable) {
-  RegistryValueAddress to = AddressOf(item);
-  if (!source.IsText()) RaiseInvalidDataType(to.valueName);
+FoundEntry TLocationRegistryStd::ListAt(const RegistryValueAddress& address, const RegistryData& data) const {
+  FoundEntry found;
+  found.name = SharedText(address.FullPath());
+  found.caption = SharedText(address.valueName);
+  found.command = SharedText(data.Text());
+  found.isEnabled = SameText(address.key, KeyPath(true));
+  found.address = SharedValueAddress(address);
+  return found;
+}
+
+std::wstring TLocationRegistryStd::NameInPlace(const ItemState& listed) const {
+  return std::wstring(listed.address.valueName);
+}
+
+// "name", else "name (1)", "name (2)", ...: the first that the key does not hold, and under whose path
+// nothing is listed; value names may hold "\".
+std::wstring TLocationRegistryStd::FreeName(const RegistryValueAddress& wanted, bool bothViews) const {
+  const ScopedKey own = OpenForReading(wanted.root, wanted.key, wanted.viewBits);
+  const ScopedKey plain = bothViews ? OpenForReading(wanted.root, wanted.key, 0) : ScopedKey();
+  RegistryValueAddress place = wanted;
+  for (int number = 1;; ++number) {
+    RequireShortName(place.valueName);
+    const bool isTaken = HoldsValue(own, place.valueName) || HoldsValue(plain, place.valueName) ||
+                         IsListedElsewhere(place.FullPath(), place);
+    if (!isTaken) return place.valueName;
+    place.valueName = Format(L"%s (%d)", wanted.valueName, number);
+  }
+}
+
+TLocationRegistry::SwitchPlace TLocationRegistryStd::PlaceToSwitch(const RegistrySource& source,
+                                                                   bool enable) const {
+  std::wstring command = source.Command();
+  RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
-  to.valueName = UniqueValueName(to, to.viewBits == KEY_WOW64_64KEY);
-  return {std::move(to), source.Text()};
+  to.valueName = FreeName(to, to.viewBits == KEY_WOW64_64KEY);
+  return {std::move(to), std::move(command)};
 }
 
-// Complete before anything is written: what can fail fails while nothing has changed.
-ItemRef TLocationRegistryStd::MakeItem(FoundEntry entry) const {
-  auto item = std::make_shared<TStartupItem>(LocationType(), std::move(entry));
-  item->FillBasicInfo();
-  return item;
-}
-
-int TLocationRegistryStd::AddItem(const std::wstring& name, const std::wstring& command) {
-  TLocationStartup::AddItem(name, command);
-  const ChangeGate::Scope change(Gate());
-  return RunLogged([&] { return AddValue(name, command); },
-                   [&] { return Format(kAddLine, name, command, MemberName()); });
-}
-
-int TLocationRegistryStd::AddValue(const std::wstring& name, const std::wstring& command) {
-  ScopedLock lock(Items().Lock());
+std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& name,
+                                                           const std::wstring& command, bool recorded) {
+  RequireShortName(name);
   const RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
-  FoundEntry entry;
-  entry.address = SharedValueAddress(address);
-  entry.name = SharedText(address.FullPath());
-  entry.caption = SharedText(name);
-  entry.command = SharedText(command);
-  if (const ItemRef known = Items().Find(LocationType(), entry.name)) return known->Position();
-
-  // An entry that is not listed yet is found, not overwritten.
-  const std::optional<RegistryData> present = ValueStore(false).Read(address);
-  if (present) {
-    entry.command = SharedText(present->Text());
-    entry.isProtected = !IsKeyWritable(FirstRoot(), KeyPath(true), OwnView());
+  const std::shared_ptr<const EntryStore> store = Store(recorded);
+  if (const std::optional<RegistryData> present = DataOf(store->Keep(address))) {
+    FoundEntry found = ListAt(address, *present);
+    found.isProtected = !IsKeyWritable(address.root, address.key, address.viewBits);
+    return std::make_unique<RegistryTarget>(store, address, present->Text(), std::move(found));
   }
-  const ItemRef item = MakeItem(std::move(entry));
-  if (!present) {
-    const bool recorded = DLLGlobals::UseBackupCheckpoints();
-    const ScopedCheckpoint checkpoint(recorded, ChangeKind::kAdding, name);
-    if (!WriteEntry(ValueStore(recorded), address, command)) {
-      LogLine(Format(kAddLine, name, command, MemberName()));
-      return -1;
-    }
-  }
-  return Items().Append(item);
+  if (IsListedElsewhere(address.FullPath(), address)) RaiseNameTaken();
+  return std::make_unique<RegistryTarget>(store, address, command, ListAt(address, StringData(command)));
 }
 
-void TLocationRegistryStd::ChangeItemCommand(const ItemRef& item, const std::wstring& command) {
-  TLocationStartup::ChangeItemCommand(item, command);
-  if (!Owns(*item)) return;
-  const ChangeGate::Scope change(Gate());
-  const std::wstring name = item->Name();
-  RunLogged([&] { RewriteValue(item, command); },
-            [&] { return Format(kChangeLine, name, command, MemberName()); });
+std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanInsert(EntrySource& source, const ItemState& entry,
+                                                              bool recorded) {
+  std::wstring command = source.Command();
+  const ItemDetails& details = entry.details;
+  RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(entry.isEnabled),
+                               std::wstring(details.EntryName.empty() ? entry.givenText : details.EntryName)};
+  address.valueName = FreeName(address, false);
+  FoundEntry found = ListAt(address, StringData(command));
+  return std::make_unique<RegistryTarget>(Store(recorded), address, std::move(command), std::move(found));
 }
 
-void TLocationRegistryStd::RewriteValue(const ItemRef& item, const std::wstring& command) {
-  ScopedLock lock(Items().Lock());
-  const ItemState state = item->State();
-  if (!item->IsListed() || SameText(state.details.Command, command)) return;
-  FoundEntry entry;
-  entry.name = state.name;
-  entry.caption = item->GivenText();
-  entry.command = SharedText(command);
-  entry.isEnabled = state.isEnabled;
-  entry.address = state.address;
-  const ItemRef changed = MakeItem(std::move(entry));
-
-  const bool recorded = DLLGlobals::UseBackupCheckpoints();
-  const ScopedCheckpoint checkpoint(recorded, ChangeKind::kChanging, item->GivenText());
-  if (!WriteEntry(ValueStore(recorded), RegistryValueAddress(state.address), command)) {
-    LogLine(Format(kChangeLine, state.name, command, MemberName()));
-    return;
-  }
-  Items().Insert(Items().Remove(*item), changed);
-}
-
-int TLocationRegistryStd::ExtractItem(bool checkpoint, const ItemRef& item) {
-  TLocationStartup::ExtractItem(checkpoint, item);
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
-  const RegistryValueAddress address = AddressOf(*item);
-  const ValueStore store(checkpoint);
-  ReadTextSource(store, address);
-  Extracted entry{item, item->Position(), address, store.Keep(address)};
-  if (!DeleteEntry(store, address)) {
-    throw ERegistryException(Format(L"Failed to delete '%s'", address.valueName));
-  }
-  extracted_ = std::move(entry);
-  return Items().Remove(*item);
-}
-
-void TLocationRegistryStd::InsertItem(bool checkpoint, int extracted, bool enabled,
-                                      const std::wstring& command, const std::wstring& entryName) {
-  TLocationStartup::InsertItem(checkpoint, extracted, enabled, command, entryName);
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
-  RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(enabled), entryName};
-  address.valueName = UniqueValueName(address, false);
-  FoundEntry entry;
-  entry.address = SharedValueAddress(address);
-  entry.name = SharedText(address.FullPath());
-  entry.caption = SharedText(address.valueName);
-  entry.command = SharedText(command);
-  entry.isEnabled = enabled;
-  const ItemRef item = MakeItem(std::move(entry));
-  if (!WriteEntry(ValueStore(checkpoint), address, command)) {
-    throw ERegistryException(Format(L"Failed to set data for '%s'", address.valueName));
-  }
-  Items().Insert(extracted, item);
-}
-
-void TLocationRegistryStd::PutBackItem(bool checkpoint) {
-  if (!extracted_) return;
-  const ChangeGate::Scope change(Gate());
-  ScopedLock lock(Items().Lock());
-  const Extracted entry = *std::move(extracted_);
-  extracted_.reset();
-  if (!ValueStore(checkpoint).RestoreConfirmed(entry.address, entry.kept)) {
-    throw ERegistryException(Format(L"Failed to set data for '%s'", entry.address.valueName));
-  }
-  Items().Insert(entry.position, entry.item);
+std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanCommand(EntrySource& source,
+                                                               const std::wstring& command, bool) {
+  const auto& entry = static_cast<RegistrySource&>(source);
+  return std::make_unique<RegistryTarget>(entry.Store(), entry.Address(), entry.Kept(), command,
+                                          ListAt(entry.Address(), StringData(command)));
 }
 
 }  // namespace smh

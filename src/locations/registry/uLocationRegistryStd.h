@@ -5,8 +5,6 @@
 
 #include "locations/registry/registry_location.h"
 
-#include <optional>
-
 namespace smh {
 
 // The threads and failures of its operations are those of TLocationStartup.
@@ -16,35 +14,25 @@ class TLocationRegistryStd final : public TLocationRegistry {
   explicit TLocationRegistryStd(const LocationRow& row) : TLocationRegistry(row) {}
 
   bool ItemExists(const TStartupItem& item) override;
-  int ExtractItem(bool checkpoint, const ItemRef& item) override;
-  void InsertItem(bool checkpoint, int extracted, bool enabled, const std::wstring& command,
-                  const std::wstring& entryName) override;
-  void PutBackItem(bool checkpoint) override;
   // Refuses an entry whose file is missing, too, unless it comes from a Run or RunOnce key.
   bool CanAcceptItem(const TStartupItem& item) override;
-  // A value of that name that is there already stays as it is and is listed.
-  int AddItem(const std::wstring& name, const std::wstring& command) override;
-  void ChangeItemCommand(const ItemRef& item, const std::wstring& command) override;
 
  protected:
   bool ReadKey(RegistryLoad& load, const Place& place) override;
-  Switch PlanSwitch(const TStartupItem& item, const RegistryData& source, bool enable) override;
-  std::unique_ptr<EntryStore> Store(bool recorded) const override;
+  SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
+  std::shared_ptr<const EntryStore> Store(bool recorded) const override;
+  FoundEntry ListAt(const RegistryValueAddress& address, const RegistryData& data) const override;
+  std::wstring NameInPlace(const ItemState& listed) const override;
+  // A value of that name that is there already stands for the new one.
+  std::unique_ptr<EntryTarget> PlanAdd(const std::wstring& name, const std::wstring& command,
+                                       bool recorded) override;
+  std::unique_ptr<EntryTarget> PlanInsert(EntrySource& source, const ItemState& entry,
+                                          bool recorded) override;
+  std::unique_ptr<EntryTarget> PlanCommand(EntrySource& source, const std::wstring& command,
+                                           bool recorded) override;
 
  private:
-  // What an extracted entry was.
-  struct Extracted {
-    ItemRef item;
-    int position;
-    RegistryValueAddress address;
-    KeptEntry kept;
-  };
-
-  ItemRef MakeItem(FoundEntry entry) const;
-  int AddValue(const std::wstring& name, const std::wstring& command);
-  void RewriteValue(const ItemRef& item, const std::wstring& command);
-
-  std::optional<Extracted> extracted_;
+  std::wstring FreeName(const RegistryValueAddress& wanted, bool bothViews) const;
 };
 
 }  // namespace smh

@@ -157,8 +157,12 @@ bool TSgRegistry::WriteString(const std::wstring& name, const std::wstring& text
 }
 
 bool TSgRegistry::PutData(const std::wstring& name, const void* data, SgDataKind kind, DWORD size) {
+  return PutRaw(name, WrittenType(kind), data, size);
+}
+
+bool TSgRegistry::PutRaw(const std::wstring& name, DWORD type, const void* data, DWORD size) {
   return regAccess_ && !HoldsNul(name) &&
-         regAccess_->SetValue(currentKey_, name.c_str(), size, data, WrittenType(kind), 0) == ERROR_SUCCESS;
+         regAccess_->SetValue(currentKey_, name.c_str(), size, data, type, 0) == ERROR_SUCCESS;
 }
 
 bool TSgRegistry::DeleteValue(const std::wstring& name) {
@@ -173,6 +177,13 @@ LSTATUS TSgRegistry::DeleteKey(std::wstring_view key) {
   const HKEY base = BaseKey(IsRelativeKey(key));
   const LSTATUS status = CheckKeyTree(base, text, access_ & kViewBits);
   return status == ERROR_SUCCESS ? DeleteTree(base, text) : status;
+}
+
+LSTATUS TSgRegistry::DeleteEmptyKey(std::wstring_view key) {
+  const std::wstring text = RelativeKeyText(key);
+  if (!regAccess_) return ERROR_NOT_READY;
+  if (text.empty() || HoldsNul(text)) return ERROR_INVALID_PARAMETER;
+  return regAccess_->DeleteKey(BaseKey(IsRelativeKey(key)), text.c_str(), access_ & kViewBits, 0);
 }
 
 LSTATUS TSgRegistry::DeleteTree(HKEY base, const std::wstring& key) {

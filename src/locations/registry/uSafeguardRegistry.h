@@ -64,11 +64,15 @@ class TSgRegistry {
   bool WriteString(const std::wstring& name, const std::wstring& text);
   // `size` in bytes; see SgDataKind.
   bool PutData(const std::wstring& name, const void* data, SgDataKind kind, DWORD size);
+  // The same with any type of the registry's, as it stands.
+  bool PutRaw(const std::wstring& name, DWORD type, const void* data, DWORD size);
   // False for a missing value too.
   bool DeleteValue(const std::wstring& name);
   // With everything below it, deepest keys first; the service's status for the key itself. A tree that holds
   // a registry link is refused whole (ERROR_NOT_SUPPORTED): what a link leads to is somebody else's.
   LSTATUS DeleteKey(std::wstring_view key);
+  // One key without subkeys, in one call of the service.
+  LSTATUS DeleteEmptyKey(std::wstring_view key);
 
  private:
   HKEY BaseKey(bool relative) const noexcept;

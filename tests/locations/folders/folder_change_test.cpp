@@ -51,7 +51,8 @@ TEST_P(FolderChange, DisablingAndEnablingMoveTheFileAndNumberNamesThatAreTaken) 
 
     Put(places.startup + L"Foo (2).lnk", "third");
     location.EnableItem(item);
-    ExpectCheckpoint(L"Startup Manager: Enabling Foo", {Move(disabled, places.startup + L"Foo (2) (1).lnk")});
+    ExpectCheckpoint(L"Startup Manager: Enabling Foo (2)",
+                     {Move(disabled, places.startup + L"Foo (2) (1).lnk")});
     EXPECT_EQ(ReadFileBytes(places.startup + L"Foo (2) (1).lnk"), bytes);
     EXPECT_EQ(ReadFileBytes(places.startup + L"Foo (2).lnk"), "third");
     EXPECT_TRUE(item->IsEnabled());
@@ -88,11 +89,12 @@ TEST_P(FolderChange, WhatIsSoAlreadyOrIsNotListedStaysUntouched) {
   UserFolder().DeleteItem(item);
   UserFolder().ChangeItemCommand(item, L"x.exe");
   EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
-  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
+  EXPECT_THAT(RecordedChanges(), IsEmpty());
 }
 
 TEST_P(FolderChange, AddingMakesAShortcutThatStartsTheCommand) {
-  const int position = UserFolder().AddItem(L"New entry", L'"' + Program() + L"\" /one \"two three\"");
+  const int position =
+      UserFolder().AddItem(L"New entry", L'"' + Program() + L"\" /one \"two three\"").position;
   ExpectCheckpoint(L"Startup Manager: Adding New entry",
                    {Move(user.temporary + L"New entry.lnk", user.startup + L"New entry.lnk")});
   const std::wstring file = user.startup + L"New entry.lnk";
@@ -128,7 +130,7 @@ TEST_P(FolderChange, NamesThatAreNoPlainFileNameAreRefusedBeforeAnythingIsMade) 
   EXPECT_TRUE(LogHas(L"Error add item \"trail.\" (" + Program() + L") in location \"sulFolderUser\"."));
   EXPECT_THAT(FilesIn(user.startup), IsEmpty());
   EXPECT_FALSE(Exists(user.temporary));
-  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty());
+  EXPECT_THAT(RecordedChanges(), IsEmpty());
   for (const wchar_t* name : {L"COM", L"COM0x", L"nulls", L".hidden", L" lead", L"\u00C4\u4E2D"}) {
     EXPECT_NO_THROW(UserFolder().AddItem(name, Program())) << fs::path(name);
   }
@@ -228,7 +230,7 @@ TEST_P(FolderChange, FilesWithoutACommandToChangeAreRefused) {
     EXPECT_TRUE(
         LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulRegistryUserRun\"."));
   }
-  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty()) << "refused before anything is touched";
+  EXPECT_THAT(RecordedChanges(), IsEmpty()) << "refused before anything is touched";
   EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "locations/folders/shortcut_writer.h"
+#include "model/change_refused.h"
 #include "samples/link_builder.h"
 #include "tests/support/child_process.h"
 #include "tests/support/module_fixture.h"
@@ -90,6 +91,8 @@ DWORD ErrorOf(Change&& change) {
     change();
   } catch (const EOSError& error) {
     return error.Code();
+  } catch (const EChangeRefused& refused) {
+    return refused.Code();
   }
   return 0;
 }

@@ -124,24 +124,6 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunKey).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
 }
 
-TEST_P(FolderMove, NamesOfMovedInEntriesBecomePlainAndUnique) {
-  struct Row {
-    const wchar_t* name;
-    const wchar_t* file;
-  };
-  const Row rows[] = {
-      {L"a:b*c", L"a_b_c.lnk"}, {L"..\\up", L".._up.lnk"},  {L"a/b", L"a_b.lnk"}, {L"con", L"_con.lnk"},
-      {L"tool", L"tool.lnk"},   {L"TOOL", L"TOOL (1).lnk"}, {L"no.1", L"no.lnk"}, {L"", L".lnk"}};
-  for (const Row& row : rows) {
-    UserFolder().InsertItem(GetParam(), 0, true, Command(L"/in"), row.name);
-    const ItemRef item = FindItem(sulFolderUser, user.startup + row.file);
-    ASSERT_NE(item, nullptr) << fs::path(row.file);
-    EXPECT_EQ(item->State().details.Command, Command(L"/in"));
-    EXPECT_EQ(item->Position(), 0);
-  }
-  EXPECT_EQ(FilesIn(user.startup).size(), std::size(rows));
-}
-
 TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
   LinkBuilder link = FullLink();
   std::erase_if(link.blocks, [](const LinkBlock& block) { return block.signature == 0xA0000006; });
@@ -159,18 +141,6 @@ TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
   EXPECT_FALSE(item->IsEnabled());
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Full"), std::nullopt);
   EXPECT_TRUE(LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulRegistryUserRun\"."));
-}
-
-TEST_P(FolderMove, AFilePutBackFindsItsNameTaken) {
-  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk", L"mine");
-  const std::string bytes = ReadFileBytes(file);
-  const ItemRef item = LoadAndFind(UserFolder(), file);
-  UserFolder().ExtractItem(GetParam(), item);
-  Put(file, "somebody else's");
-  UserFolder().PutBackItem(GetParam());
-  EXPECT_EQ(ReadFileBytes(file), "somebody else's");
-  EXPECT_EQ(ReadFileBytes(user.startup + L"Foo (1).lnk"), bytes);
-  EXPECT_EQ(FindItem(sulFolderUser, user.startup + L"Foo (1).lnk"), item);
 }
 
 class FolderFailure : public FolderTest {
@@ -213,28 +183,6 @@ TEST_F(FolderFailure, EveryFailedOrPretendedCallRaisesItsErrorAndChangesNothing)
   }
   EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
   EXPECT_THAT(FilesIn(common.startup), IsEmpty());
-}
-
-TEST_F(FolderFailure, AMoveThatLeavesTheSourceBehindIsNoMove) {
-  module.Safeguard().Before([&](const std::wstring& line) {
-    if (line.starts_with(L"MoveFile")) fs::copy_file(file_, user.disabled + L"Foo.lnk");
-  });
-  module.Safeguard().Answer(L"MoveFile", ERROR_SUCCESS);
-  EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(item_); }), 0u);
-  ExpectAsBefore();
-  EXPECT_FALSE(Exists(user.disabled + L"Foo.lnk"));
-}
-
-TEST_F(FolderFailure, AReplacementThatEndsHalfwayIsUndone) {
-  for (const LSTATUS status : {LSTATUS(ERROR_DISK_FULL), LSTATUS(ERROR_SUCCESS)}) {
-    module.Safeguard().Before([&](const std::wstring& line) {
-      if (line.starts_with(L"CopyFile")) WriteFileBytes(file_, "half");
-    });
-    module.Safeguard().Answer(L"CopyFile", status);
-    EXPECT_NE(ErrorOf([&] { UserFolder().ChangeItemCommand(item_, Program() + L" /new"); }), 0u);
-    ExpectAsBefore();
-    module.Safeguard().Clear();
-  }
 }
 
 // Numbering would make the name longer than a file system takes.

@@ -27,7 +27,8 @@ TEST_P(RunKeyChange, DisablingAndEnablingMoveTheValueAndNumberNamesThatAreTaken)
 
   module.Safeguard().Clear();
   UserRun().EnableItem(item);
-  ExpectCheckpoint(L"Startup Manager: Enabling Foo");
+  ExpectCheckpoint(L"Startup Manager: Enabling Foo (1)");
+  EXPECT_EQ(item->State().details.Caption, L"Foo (1) (1)");
   EXPECT_THAT(TextsIn(HKEY_CURRENT_USER, kRunKey),
               UnorderedElementsAre(L"Foo (1)=other.exe", L"Foo (1) (1)=new.exe"));
   EXPECT_TRUE(item->IsEnabled());
@@ -74,7 +75,7 @@ TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
               UnorderedElementsAre(L"same=s.exe", L"other=64.exe", L"one (1)=1.exe"));
   EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunKey, k64), IsEmpty());
   EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunSide),
-              UnorderedElementsAre(L"same=s.exe", L"one=taken in the plain view", L"one (1)=1.exe"));
+              UnorderedElementsAre(L"same=s.exe", L"one=taken in the plain view"));
   EXPECT_THAT(TextsIn(HKEY_LOCAL_MACHINE, kRunKey), ElementsAre(L"other=32.exe"));
 
   CommonRun().ReadItems();
@@ -109,17 +110,18 @@ TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
   UserRun().ReadItems();
   SetValue(HKEY_CURRENT_USER, kRunKey, L"unlisted", Sz(L"u.exe"));
 
-  const int listed = UserRun().AddItem(L"LISTED", L"x.exe");
+  const int listed = UserRun().AddItem(L"LISTED", L"x.exe").position;
   EXPECT_EQ(listed, FindByCaption(UserRun(), L"listed")->Position());
-  const int unlisted = UserRun().AddItem(L"unlisted", L"x.exe");
+  const int unlisted = UserRun().AddItem(L"unlisted", L"x.exe").position;
   const ItemRef found = FindByCaption(UserRun(), L"unlisted");
   ASSERT_NE(found, nullptr);
   EXPECT_EQ(unlisted, found->Position());
   EXPECT_EQ(Command(found), L"u.exe");
-  EXPECT_THAT(module.Safeguard().Lines(), IsEmpty()) << "nothing was changed";
+  EXPECT_THAT(RecordedChanges(), IsEmpty()) << "nothing was changed";
+  module.Safeguard().Clear();
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"listed"), Sz(L"l.exe"));
 
-  const int added = UserRun().AddItem(L"a\\\"b\"", L"\"C:\\windows\\notepad.exe\" /x");
+  const int added = UserRun().AddItem(L"a\\\"b\"", L"\"C:\\windows\\notepad.exe\" /x").position;
   ExpectCheckpoint(L"Startup Manager: Adding a\\\"b\"");
   const ItemRef item = FindByCaption(UserRun(), L"a\\\"b\"");
   ASSERT_NE(item, nullptr);
@@ -142,6 +144,7 @@ TEST_P(RunKeyChange, ChangingTheCommandRewritesItsOwnViewAndReplacesTheItem) {
   EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", OwnView()), ExpandSz(L"a.exe"));
   EXPECT_TRUE(item->IsListed());
 
+  module.Safeguard().Clear();
   CommonRun().ChangeItemCommand(item, L"new.exe");
   ExpectCheckpoint(L"Startup Manager: Changing a");
   EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, L"a", OwnView()), Sz(L"new.exe"));

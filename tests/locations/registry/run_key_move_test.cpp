@@ -51,26 +51,26 @@ TEST_P(RunKeyMove, AnEntryThatVanishedLeavesTheListAndNothingElseHappens) {
   SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
   RemoveValue(HKEY_CURRENT_USER, kRunKey, L"Foo");
-  UserRun().MoveItem(item, sulRegistryCommonRun);
+  EXPECT_EQ(UserRun().MoveItem(item, sulRegistryCommonRun).kind, ChangeAnswer::Kind::kGone);
   EXPECT_FALSE(item->IsListed());
-  EXPECT_TRUE(module.Safeguard().Lines().empty());
+  EXPECT_TRUE(RecordedChanges().empty());
   EXPECT_TRUE(Values(HKEY_LOCAL_MACHINE, kRunKey, OwnView()).empty());
 }
 
-TEST_F(RunKeyTest, AnEntryGoesBackWithoutTheServiceWhenThatRefusesToWrite) {
+TEST_F(RunKeyTest, AnEntryStaysWhenTheServiceRefusesToWrite) {
   SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"Foo");
   module.Safeguard().Answer(L"SetValue", ERROR_ACCESS_DENIED, 9);
-  EXPECT_THROW(UserRun().MoveItem(item, sulRegistryCommonRun), ERegistryException);
+  EXPECT_EQ(UserRun().MoveItem(item, sulRegistryCommonRun).kind, ChangeAnswer::Kind::kRefused);
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(L"C:\\windows\\notepad.exe"));
 }
 
-TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextRaisesBeforeAnythingIsWritten) {
+TEST_F(RunKeyTest, ASourceThatIsGoneOrNoTextIsRefusedBeforeAnythingIsWritten) {
   SetValue(HKEY_CURRENT_USER, kRunKey, L"gone", Sz(L"g.exe"));
   SetValue(HKEY_CURRENT_USER, kRunKey, L"number", Dword(1));
   UserRun().ReadItems();
   RemoveValue(HKEY_CURRENT_USER, kRunKey, L"gone");
-  EXPECT_THROW(UserRun().DisableItem(FindByCaption(UserRun(), L"gone")), EOSError);
+  EXPECT_EQ(UserRun().DisableItem(FindByCaption(UserRun(), L"gone")).kind, ChangeAnswer::Kind::kGone);
   EXPECT_THROW(UserRun().DisableItem(FindByCaption(UserRun(), L"number")), ERegistryException);
   EXPECT_FALSE(KeyIsThere(HKEY_CURRENT_USER, kRunSide));
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"number"), Dword(1));
@@ -89,7 +89,7 @@ TEST_F(RunKeyTest, SilentFailuresOfDeletingAddingAndChanging) {
   EXPECT_TRUE(LogHas(L"Error change item \"" + item->Name() +
                      L"\" comand on \"new.exe\" in location \"sulRegistryUserRun\"\r\n"));
   refuse(L"SetValue");
-  EXPECT_EQ(UserRun().AddItem(L"Bar", L"b.exe"), -1);
+  EXPECT_EQ(UserRun().AddItem(L"Bar", L"b.exe").position, -1);
   EXPECT_TRUE(LogHas(L"Error add item \"Bar\" (b.exe) in location \"sulRegistryUserRun\"."));
   EXPECT_EQ(FindByCaption(UserRun(), L"Bar"), nullptr);
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(L"f.exe"));

@@ -1,0 +1,65 @@
+// A file of a Startup folder that nobody else can change, move or delete while a change is at work on it: it
+// is moved and deleted by the handle through which it was read.
+//
+// For the thread of a change. Paths are full ones. All but the questions raise EOSError.
+#pragma once
+
+#include "infra/runtime/handle.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace smh {
+
+// What tells a file from all others of its volume, whatever its name.
+struct FileIdentity {
+  DWORD volume = 0;
+  std::uint64_t index = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+// None for what is not there or cannot be looked at.
+std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept;
+
+class HeldFile {
+ public:
+  // Others may read it meanwhile. Null for a missing one; raises also for one that others have open so that
+  // it can be neither held nor deleted, for a second on end.
+  static std::unique_ptr<HeldFile> Open(std::wstring path);
+  // Raises EOSError for a missing one, too.
+  static std::unique_ptr<HeldFile> Require(const std::wstring& path);
+
+  // Where it stands.
+  const std::wstring& Path() const noexcept { return path_; }
+  const FileIdentity& Identity() const noexcept { return identity_; }
+  // Whether this very file stands at a path; also after Close.
+  bool StandsAt(const std::wstring& path) const noexcept { return IdentityOf(path) == identity_; }
+  // From the beginning. Raises EOSError, ERROR_FILE_TOO_LARGE for more than `cap` bytes.
+  std::string Bytes(std::uint64_t cap) const;
+  // Attributes and times as they are.
+  FILE_BASIC_INFO BasicInfo() const;
+
+  // From here on it may be moved and deleted by the backup service, which looks itself; its content is held
+  // still.
+  void ShareDeletion();
+  // Lets go of it.
+  void Close() noexcept { file_.Reset(); }
+
+  // Where nothing may stand yet; to another volume by a copy, which keeps attributes and times.
+  void RenameTo(const std::wstring& to);
+  // Closes it, too.
+  void Delete();
+
+ private:
+  HeldFile(std::wstring path, ScopedHandle file, FileIdentity identity) noexcept
+      : path_(std::move(path)), file_(std::move(file)), identity_(identity) {}
+
+  void CopyTo(const std::wstring& to);
+
+  std::wstring path_;
+  ScopedHandle file_;
+  FileIdentity identity_;
+};
+
+}  // namespace smh

@@ -1,0 +1,111 @@
+#include "locations/registry/registry_entry.h"
+
+#include "infra/registry/registry.h"
+#include "model/change_refused.h"
+
+namespace smh {
+
+namespace {
+
+RegistryValueAddress PlainView(RegistryValueAddress address) {
+  address.viewBits = 0;
+  return address;
+}
+
+}  // namespace
+
+RegistryValueAddress AddressOf(const TStartupItem& item) {
+  return item.Get([](const ItemState& state) { return RegistryValueAddress(state.address); });
+}
+
+std::unique_ptr<RegistrySource> RegistrySource::Read(std::shared_ptr<const EntryStore> store,
+                                                     const RegistryValueAddress& address,
+                                                     const EntryLister& list) {
+  KeptEntry kept = store->Keep(address);
+  const std::optional<RegistryData> data = DataOf(kept);
+  if (!data) return nullptr;
+  std::vector<Place> places{{address, std::move(kept)}};
+  if (address.viewBits == KEY_WOW64_64KEY) {
+    KeptEntry plain = store->Keep(PlainView(address));
+    if (DataOf(plain) == data) places.push_back({PlainView(address), std::move(plain)});
+  }
+  FoundEntry found = list(address, *data);
+  return std::unique_ptr<RegistrySource>(
+      new RegistrySource(std::move(store), *data, std::move(found), std::move(places)));
+}
+
+std::wstring RegistrySource::Command() const {
+  if (!data_.IsText()) RaiseInvalidDataType(Address().valueName);
+  return data_.Text();
+}
+
+bool RegistrySource::ExtractItem() {
+  for (const Place& place : places_) {
+    if (!store_->Delete(place.address, place.kept)) return false;
+  }
+  return true;
+}
+
+bool RegistrySource::PutBack() noexcept {
+  bool isBack = true;
+  for (const Place& place : places_) isBack = store_->PutBack(place.address, place.kept) && isBack;
+  return isBack;
+}
+
+RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
+                               KeptEntry before, std::wstring text, FoundEntry found)
+    : store_(std::move(store)), text_(std::move(text)), found_(std::move(found)) {
+  places_.push_back({address, std::move(before)});
+}
+
+RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
+                               std::wstring text, FoundEntry found)
+    : RegistryTarget(store, address, store->Keep(address), std::move(text), std::move(found)) {
+  places_.front().stands = IsText(places_.front().before);
+}
+
+bool RegistryTarget::IsText(const KeptEntry& kept) const {
+  const std::optional<RegistryData> data = DataOf(kept);
+  return data && data->Text() == text_;
+}
+
+bool RegistryTarget::IsTaken() const {
+  return !places_.front().before.empty() && !places_.front().stands;
+}
+
+bool RegistryTarget::AddTwin() {
+  const RegistryValueAddress address = PlainView(places_.front().address);
+  KeptEntry before = store_->Keep(address);
+  const bool stands = IsText(before);
+  if (!before.empty() && !stands) return false;
+  places_.push_back({address, std::move(before), stands});
+  return true;
+}
+
+bool RegistryTarget::StandsAlready() const noexcept {
+  return places_.front().stands;
+}
+
+bool RegistryTarget::InsertItem() {
+  for (Place& place : places_) {
+    // Both views may show one and the same key: then the first writing was for both.
+    const bool isOther = &place != &places_.front();
+    if (place.stands || isOther) {
+      if (IsText(store_->Keep(place.address))) continue;
+      if (place.stands) RaiseChangedMeanwhile();
+    }
+    place.isWritten = true;
+    if (!store_->Write(place.address, text_, place.before)) return false;
+  }
+  return true;
+}
+
+bool RegistryTarget::TakeBack() noexcept {
+  bool isGone = true;
+  for (auto place = places_.rbegin(); place != places_.rend(); ++place) {
+    if (place->isWritten) isGone = store_->TakeBack(place->address, text_, place->before) && isGone;
+  }
+  return isGone;
+}
+
+}  // namespace smh

@@ -1,0 +1,61 @@
+// The two halves of a change, as a family of locations makes them: where an entry comes from, and where it
+// goes.
+//
+// Both are for the thread of the change, which has the change lock and, for recorded changes, a checkpoint,
+// but neither the list's lock nor an item's: disk, registry and journal are at work here. What they were made
+// from is the first reading of the entry; nothing that the list says is trusted.
+#pragma once
+
+#include "model/uStartupItem.h"
+
+namespace smh {
+
+// An entry that stands somewhere. Holds what the first reading found.
+class EntrySource {
+ public:
+  virtual ~EntrySource() = default;
+  EntrySource(const EntrySource&) = delete;
+  EntrySource& operator=(const EntrySource&) = delete;
+
+  // The entry as a load would list it now.
+  virtual FoundEntry Found() const = 0;
+  // What an item of it shows as its command: of a shortcut in a folder location what that starts.
+  virtual SharedText ShownCommand() const = 0;
+  // The command that another kind of location would hold. Raises, and says why, when the entry is something
+  // else or more than a command.
+  virtual std::wstring Command() const = 0;
+  // Takes the entry away, when it still is what was read first, and looks again. False when it is still there
+  // without an error. Raises EChangeRefused when it is something else by now, and what the taking away
+  // raises.
+  virtual bool ExtractItem() = 0;
+  // Makes the entry what was read first; whether it is. Nothing when it still is.
+  virtual bool PutBack() noexcept = 0;
+
+ protected:
+  EntrySource() = default;
+};
+
+// A place that an entry gets, or the new content of its old one.
+class EntryTarget {
+ public:
+  virtual ~EntryTarget() = default;
+  EntryTarget(const EntryTarget&) = delete;
+  EntryTarget& operator=(const EntryTarget&) = delete;
+
+  // Whether the place holds this very entry already, and nothing will be written there.
+  virtual bool StandsAlready() const noexcept { return false; }
+  // Writes the entry and reads it back. False when it did not arrive without an error; then, as after what it
+  // raises, TakeBack is due.
+  virtual bool InsertItem() = 0;
+  // Removes what was written, when it is still that; whether the place is as it was.
+  virtual bool TakeBack() noexcept = 0;
+  // The entry as a load lists it after InsertItem.
+  virtual FoundEntry Found() const = 0;
+  // Whether InsertItem takes the source along: there is nothing left to remove then.
+  virtual bool CarriesSource() const noexcept { return false; }
+
+ protected:
+  EntryTarget() = default;
+};
+
+}  // namespace smh

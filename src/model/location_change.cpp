@@ -1,0 +1,27 @@
+#include "model/location_change.h"
+
+namespace smh {
+
+namespace {
+
+void TakeBack(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) noexcept {
+  checkpoint.Fail();
+  const bool isBack = source == nullptr || source->PutBack();
+  if (isBack && target != nullptr) target->TakeBack();
+}
+
+}  // namespace
+
+bool CarryEntry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
+  const bool removes = source != nullptr && (target == nullptr || !target->CarriesSource());
+  try {
+    if ((target == nullptr || target->InsertItem()) && (!removes || source->ExtractItem())) return true;
+  } catch (...) {
+    TakeBack(target, removes ? source : nullptr, checkpoint);
+    throw;
+  }
+  TakeBack(target, removes ? source : nullptr, checkpoint);
+  return false;
+}
+
+}  // namespace smh

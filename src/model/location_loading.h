@@ -1,0 +1,57 @@
+// How a location brings the list up to date with what it reads: the half of a location that its loads use.
+#pragma once
+
+#include "model/change_gate.h"
+#include "model/item_list.h"
+
+#include <optional>
+#include <string_view>
+
+namespace smh {
+
+// What stands in the list is changed on the reader's thread only, for moments of the item-list lock.
+class LocationLoading {
+ public:
+  LocationLoading(const LocationLoading&) = delete;
+  LocationLoading& operator=(const LocationLoading&) = delete;
+
+  // The row of the location table, valid for ever.
+  const LocationRow& Row() const noexcept { return row_; }
+  TTypeStartupLocation LocationType() const noexcept { return row_.location; }
+  std::wstring_view MemberName() const noexcept { return row_.memberName; }
+
+ protected:
+  // `row` lives as long as the module.
+  explicit LocationLoading(const LocationRow& row) noexcept : row_(row) {}
+  ~LocationLoading() = default;
+
+  ChangeGate& Gate() noexcept { return gate_; }
+
+  // One load of this location. Items that it finds are marked with its number; at its end those without it
+  // are removed.
+  struct Load {
+    unsigned generation = 0;
+    unsigned number = 0;
+  };
+  // None, and the load stays due, when a change is under way. Takes the item-list lock.
+  std::optional<Load> BeginLoad();
+  // Takes over what the load has found. All take the item-list lock for their look and touch disk and
+  // registry without; all answer false, and leave the list alone, when a change of this location began after
+  // the load.
+  bool AddOrUpdateItem(FoundEntry entry, const Load& load);
+  // The two halves of AddOrUpdateItem: for an item that is listed, and for an entry that is not.
+  bool UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load);
+  bool ListEntry(FoundEntry entry, const Load& load);
+  // The end of a load: removes the items of this location that it has not found.
+  bool RemoveMissingItems(const Load& load);
+
+ private:
+  bool IsCurrent(const Load& load) const noexcept;
+
+  const LocationRow& row_;
+  ChangeGate gate_;
+  // Under the item-list lock.
+  unsigned loads_ = 0;
+};
+
+}  // namespace smh
