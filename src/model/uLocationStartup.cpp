@@ -28,6 +28,9 @@ constexpr wchar_t kMoveLine[] = L"Error move item \"%s\" from \"%s\" to \"%s\"."
 // Spelled so, and without a full stop, on purpose: users search their logs for it.
 constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
 
+// The entry is there; what it takes to show it failed.
+constexpr wchar_t kNotListedYet[] = L"the entry was added and is listed with the next reading";
+
 // Runs a change. When it fails, logs the exception and the line that `line` makes, and raises it again; when
 // it is refused without one, logs the line.
 template <typename Work, typename Line>
@@ -255,7 +258,9 @@ ChangeAnswer TLocationStartup::AddEntry(const std::wstring& name, const std::wst
   } else if (!Carry(target.get(), nullptr, checkpoint)) {
     return ChangeAnswer::Refused();
   }
-  return {.position = EnterNew(found, nullptr)};
+  const int position = EnterNew(found, nullptr);
+  if (position < 0) return {.kind = ChangeAnswer::Kind::kRefused, .text = kNotListedYet};
+  return {.position = position};
 }
 
 template <typename Enter>

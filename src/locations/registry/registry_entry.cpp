@@ -58,8 +58,8 @@ RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const Re
   places_.push_back({address, std::move(before)});
 }
 
-RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
-                               std::wstring text, FoundEntry found)
+RegistryTarget::RegistryTarget(const std::shared_ptr<const EntryStore>& store,
+                               const RegistryValueAddress& address, std::wstring text, FoundEntry found)
     : RegistryTarget(store, address, store->Keep(address), std::move(text), std::move(found)) {
   places_.front().stands = IsText(places_.front().before);
 }

@@ -73,7 +73,7 @@ class RegistryTarget final : public EntryTarget {
   RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
                  KeptEntry before, std::wstring text, FoundEntry found);
   // The same for a new entry: reads what stands there. Raises EOSError when that cannot be told.
-  RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
+  RegistryTarget(const std::shared_ptr<const EntryStore>& store, const RegistryValueAddress& address,
                  std::wstring text, FoundEntry found);
 
   // Whether another entry stands there.
