@@ -71,9 +71,28 @@ OpenCheckpoint::~OpenCheckpoint() {
   const bool hasSteps = StepCount() != 0;
   if (abandoned_ && hasSteps) return;
   // One in which everything was refused failed too, though nobody said so.
-  const bool failed = takesBack_ || (hasSteps && !hasDone_ && !isUndo_);
-  file_.Finish({.evenEmpty = kept_, .failed = failed, .evenWithout = clean_});
+  const bool failed = hasSteps && !hasDone_ && !isUndo_;
+  file_.Finish(
+      {.evenEmpty = kept_, .failed = failed, .evenWithout = !mayStand_, .takenBack = std::move(takenBack_)});
   if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, retention_);
+}
+
+void OpenCheckpoint::BeginLevel() {
+  const Level& outer = levels_.back();
+  levels_.push_back({StepCount(), hasDone_, mayStand_, outer.takesBack, outer.check});
+}
+
+bool OpenCheckpoint::EndLevel() noexcept {
+  levels_.pop_back();
+  return !levels_.empty();
+}
+
+std::uint32_t OpenCheckpoint::TakeBack() {
+  Level& level = levels_.back();
+  for (std::uint32_t step = level.firstStep; step < StepCount(); ++step) takenBack_.insert(step);
+  level.takesBack = true;
+  hasDone_ = level.hadDone;
+  return level.firstStep;
 }
 
 void OpenCheckpoint::NoteWrite(const std::wstring& place) {
@@ -90,7 +109,7 @@ void OpenCheckpoint::FlushBeforeDelete(const std::wstring& place) {
     const ScopedKey key = OpenPlace(next->second, KEY_QUERY_VALUE);
     const LSTATUS status = key ? RegFlushKey(key.Get()) : ERROR_SUCCESS;
     // Taking back may find no room; the journal has what would be lost.
-    if (!takesBack_) CheckStatus(status);
+    if (!TakesBack()) CheckStatus(status);
     next = written_.erase(next);
   }
 }
@@ -106,11 +125,11 @@ void Checkpoints::Begin(std::wstring_view title) {
   {
     const ScopedLock guard(lock_);
     if (Entry* const own = FindOwn()) {
-      ++own->depth;
+      own->checkpoint->BeginLevel();
       return;
     }
   }
-  Entry entry{ThisThread(), 1, std::make_unique<OpenCheckpoint>(title)};
+  Entry entry{ThisThread(), std::make_unique<OpenCheckpoint>(title)};
   const ScopedLock guard(lock_);
   entries_.emplace(GetCurrentThreadId(), std::move(entry));
 }
@@ -121,7 +140,7 @@ bool Checkpoints::End() noexcept {
   const ScopedLock guard(lock_);
   Entry* const own = FindOwn();
   if (own == nullptr) return false;
-  if (--own->depth != 0) return true;
+  if (own->checkpoint->EndLevel()) return true;
   closing = std::move(own->checkpoint);
   entries_.erase(GetCurrentThreadId());
   return true;

@@ -12,8 +12,10 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace smh {
 
@@ -40,26 +42,33 @@ class OpenCheckpoint {
   // `isStill` answers whether the step's old state stands there; `change` answers a Win32 status and either
   // happens as a whole or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state
   // has gone meanwhile, and what the check answers when that refuses; nothing is changed then. Raises
-  // EOSError, before the change, when the step cannot be written or the last look fails. After TakeBack
-  // nothing is written down, and no check is asked.
+  // EOSError, before the change, when the step cannot be written or the last look fails. In a level that
+  // takes back nothing is written down, and no check is asked.
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
-    if (takesBack_) return isStill() ? change() : ERROR_REVISION_MISMATCH;
+    if (TakesBack()) return isStill() ? change() : ERROR_REVISION_MISMATCH;
     const std::uint32_t number = file_.AppendStep(step);
-    LSTATUS status = check_ != nullptr ? check_->Check() : ERROR_SUCCESS;
+    mayStand_ = true;
+    IChangeCheck* const check = levels_.back().check;
+    LSTATUS status = check != nullptr ? check->Check() : ERROR_SUCCESS;
     if (status == ERROR_SUCCESS) status = isStill() ? change() : ERROR_REVISION_MISMATCH;
     file_.AppendMark(number, status);
     if (status == ERROR_SUCCESS) hasDone_ = true;
     return status;
   }
-  // Asked before every change from here on; borrowed, null for nobody.
-  void SetCheck(IChangeCheck* check) noexcept { check_ = check; }
 
-  // The change that it is for failed: from here on changes take back what was.
-  void TakeBack() noexcept { takesBack_ = true; }
-  bool TakesBack() const noexcept { return takesBack_; }
-  // Whether nothing is left of it: then nothing has to be kept of it either.
-  void SetClean(bool isClean) noexcept { clean_ = isClean; }
+  // Levels nest: one for every begin. An inner one begins with the outer one's check, and takes back when
+  // that does; neither outlives it. EndLevel answers whether a level is left. Raises std::bad_alloc.
+  void BeginLevel();
+  bool EndLevel() noexcept;
+  // Asked before every change of the innermost level from here on; borrowed, null for nobody.
+  void SetCheck(IChangeCheck* check) noexcept { levels_.back().check = check; }
+  // The change that the innermost level is for failed: from here on its changes take back what was, which are
+  // the steps from the answer's number on. Raises std::bad_alloc.
+  std::uint32_t TakeBack();
+  bool TakesBack() const noexcept { return levels_.back().takesBack; }
+  // Nothing of the innermost level's steps stands any more.
+  void NoteTakenBack() noexcept { mayStand_ = levels_.back().couldStand; }
 
   // The place (registry_place.h) of a key where something was written: it may be the target of what is
   // deleted next.
@@ -85,10 +94,20 @@ class OpenCheckpoint {
   bool isUndo_;
   bool abandoned_ = false;
   bool kept_ = false;
-  IChangeCheck* check_ = nullptr;
-  bool takesBack_ = false;
+  struct Level {
+    // As it was when the level began.
+    std::uint32_t firstStep = 0;
+    bool hadDone = false;
+    bool couldStand = false;
+    // Its own.
+    bool takesBack = false;
+    IChangeCheck* check = nullptr;
+  };
+  std::vector<Level> levels_{Level{}};
+  std::set<std::uint32_t> takenBack_;
+  // Whether a change was done, and whether one may stand, that was not taken back.
   bool hasDone_ = false;
-  bool clean_ = false;
+  bool mayStand_ = false;
 };
 
 // Those of the process, one per thread. Any thread may call it. A checkpoint belongs to the thread that began
@@ -115,7 +134,6 @@ class Checkpoints {
  private:
   struct Entry {
     ScopedHandle thread;
-    unsigned depth = 0;
     std::unique_ptr<OpenCheckpoint> checkpoint;
   };
   // Takes out what threads that have ended left open, so that their lock is given back.

@@ -142,7 +142,14 @@ void JournalFile::Finish(const Ending& ending) noexcept {
     return;
   }
   try {
-    Append(EncodeEnd(steps_, ending.failed));
+    // In one piece: with its end, and without these, the checkpoint would promise what does not stand.
+    ByteVector end;
+    const auto add = [&end](const ByteVector& record) {
+      end.insert(end.end(), record.begin(), record.end());
+    };
+    for (const std::uint32_t step : ending.takenBack) add(EncodeMark(step, kTakenBack));
+    add(EncodeEnd(steps_, ending.failed));
+    Append(end);
     FlushFileBuffers(file_.Get());
     file_.Reset();
     RenameToClosed(folder_, name_.id);

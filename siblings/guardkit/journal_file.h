@@ -9,6 +9,7 @@
 #include "siblings/guardkit/journal_folder.h"
 
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace smh {
@@ -55,6 +56,8 @@ class JournalFile {
     bool failed = false;
     // Nothing of it is left to undo: the file goes when its end cannot be written.
     bool evenWithout = false;
+    // Steps whose marks do not count any more, because they were taken back.
+    std::set<std::uint32_t> takenBack = {};
   };
   // Ends and closes the file; one without steps is deleted. Nothing else may be called afterwards. When the
   // end cannot be written the checkpoint counts as interrupted.

@@ -179,14 +179,15 @@ class UndoCall {
 }  // namespace
 
 LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
-  checkpoint.TakeBack();
-  checkpoint.SetClean(false);
-  const auto contents = ReadJournal(checkpoint.Folder(), {.id = checkpoint.Id()});
-  if (!contents) return ERROR_FILE_CORRUPT;
+  const std::uint32_t first = checkpoint.TakeBack();
+  auto contents = ReadJournal(checkpoint.Folder(), {.id = checkpoint.Id()});
+  if (!contents || contents->steps.size() < first) return ERROR_FILE_CORRUPT;
+  contents->steps.erase(contents->steps.begin(),
+                        contents->steps.begin() + static_cast<std::ptrdiff_t>(first));
   LiveSystem system(CurrentUserSid());
   StepRunner runner(checkpoint, *contents, false);
   for (const PlannedStep& planned : PlanUndo(*contents, system)) runner.Run(planned);
-  checkpoint.SetClean(runner.Status() == ERROR_SUCCESS);
+  if (runner.Status() == ERROR_SUCCESS) checkpoint.NoteTakenBack();
   return runner.Status();
 }
 

@@ -30,7 +30,7 @@ enum class Direction { kUndo, kRedo };
 // cannot be read, locked or written: nothing was changed then.
 UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode);
 
-// Takes back what stands of an open checkpoint, without writing that down, and marks it as failed; see
+// Takes back what stands of an open checkpoint's innermost level, without writing that down; see
 // ISafeguard::FailCheckpoint. A Win32 status: 0 when nothing of it is left. For the thread that opened it.
 // Raises EOSError when the journal cannot be read.
 LSTATUS TakeBack(OpenCheckpoint& checkpoint);

@@ -147,6 +147,87 @@ TEST(UndoPlan, StepsAreComparedWithWhatLaterOnesWillHaveLeft) {
   EXPECT_EQ(Plan(steps, system), (std::vector{kConflict, kUndo, kUndo, kUndo, kUndo}));
 }
 
+// A change in the middle of a checkpoint that was taken back: in several steps of one object, before which
+// and behind which other changes stand that bring about the same states.
+TEST(UndoPlan, StepsThatWereTakenBackAreInNoStepsWay) {
+  FakeSystem system;
+  const auto done = [](Step step) { return RecordedStep{std::move(step), StepMark::kDone, 0}; };
+  const auto gone = [](Step step) { return RecordedStep{std::move(step), StepMark::kFailed, kTakenBack}; };
+  const auto value = [](const ValueState& from, const ValueState& to) {
+    return ValueStep{L"K", L"v", from, to};
+  };
+  const KeyStep deleted{L"K", KeyWith({}), {}};
+  const MoveStep moved{L"a", L"b", FileOf('m')};
+  const auto content = [](char from, char to) { return FileStep{L"a", FileOf(from), FileOf(to)}; };
+  system.files[L"b"] = FileOf('m');
+
+  const struct {
+    const char* name;
+    ValueState found;  // K is there when it exists
+    std::vector<RecordedStep> steps;
+    std::vector<Verdict> plan;  // last step first
+  } rows[] = {
+      {"the same again",
+       Text("2"),
+       {gone(value(Text("1"), Text("2"))), done(value(Text("1"), Text("2")))},
+       {kUndo, kNothing}},
+      {"back to the step before",
+       Text("2"),
+       {done(value(Text("1"), Text("2"))), gone(value(Text("2"), Text("1")))},
+       {kNothing, kUndo}},
+      {"a value twice, then once",
+       Text("3"),
+       {gone(value(Text("1"), Text("2"))), gone(value(Text("2"), Text("3"))),
+        done(value(Text("1"), Text("3")))},
+       {kUndo, kNothing, kNothing}},
+      {"a key with its value, then the value",
+       Text("2"),
+       {gone(value(Text("1"), {})), gone(deleted), done(value(Text("1"), Text("2")))},
+       {kUndo, kNothing, kNothing}},
+      {"a key with its value, and again",
+       {},
+       {gone(value(Text("1"), {})), gone(deleted), done(value(Text("1"), {})), done(deleted)},
+       {kUndo, kUndo, kNothing, kNothing}},
+      {"a key that was made, and again",
+       Text("1"),
+       {gone(KeyStep{L"K", {}, KeyWith({})}), gone(value({}, Text("1"))),
+        done(KeyStep{L"K", {}, KeyWith({})}), done(value({}, Text("1")))},
+       {kUndo, kUndo, kNothing, kNothing}},
+      {"a file changed and moved, then moved",
+       {},
+       {gone(content('m', 'n')), gone(MoveStep{L"a", L"b", FileOf('n')}), done(moved)},
+       {kUndo, kNothing, kNothing}},
+      {"somebody else's",
+       Text("its"),
+       {done(value({}, Text("2"))), gone(value(Text("2"), Text("3")))},
+       {kConflict, kUndo}},
+      {"older than what stands",
+       Text("1"),
+       {done(value(Text("1"), Text("2"))), gone(value(Text("2"), Text("3")))},
+       {kNothing, kConflict}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    system.values[L"K|v"] = row.found;
+    system.keys[L"K"] = row.found.exists ? KeyWith({{L"v", row.found.type, row.found.data}}) : KeyState{};
+    EXPECT_EQ(Plan(row.steps, system), row.plan);
+  }
+}
+
+// As a full disk leaves it: without an end, and without a word that it was taken back.
+TEST(UndoPlan, NothingIsLeftOfATreeThatWasDeletedAndPutBack) {
+  FakeSystem system;
+  system.values[L"K|v"] = Text("1");
+  system.keys[L"K"] = KeyWith({{L"v", 1, BytesOfText("1")}});
+  JournalContents contents;
+  contents.steps = {{ValueStep{L"K", L"v", Text("1"), {}}, StepMark::kDone, 0},
+                    {KeyStep{L"K", KeyWith({}), {}}, StepMark::kDone, 0}};
+  EXPECT_FALSE(IsAnythingLeft(contents, system));
+  system.keys[L"K"] = KeyWith({});
+  system.values.clear();
+  EXPECT_TRUE(IsAnythingLeft(contents, system));
+}
+
 TEST(UndoPlan, WhatCannotBeLookedAtIsBlocked) {
   FakeSystem system;
   system.unreadable = L"K";

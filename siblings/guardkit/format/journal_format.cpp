@@ -196,7 +196,7 @@ bool ReadMark(ByteCursor& in, JournalContents& contents) {
   const std::uint32_t status = in.U32();
   if (!in.AtEnd() || number >= contents.steps.size()) return false;
   RecordedStep& step = contents.steps[number];
-  if (step.mark != StepMark::kNone) return false;
+  if (step.mark != StepMark::kNone && status != kTakenBack) return false;
   step.mark = status == 0 ? StepMark::kDone : StepMark::kFailed;
   step.status = status;
   return true;

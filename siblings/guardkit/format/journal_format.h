@@ -21,7 +21,8 @@ inline constexpr std::uint64_t kLargestJournal = 64u << 20;
 ByteVector EncodeBeginning(const CheckpointHeader& header);
 // Steps are numbered from 0 in the order of the file.
 ByteVector EncodeStep(std::uint32_t number, const Step& step);
-// `status` is a Win32 status; 0 marks the step as done.
+// `status` is a Win32 status; 0 marks the step as done. Only kTakenBack is a second mark of the same step.
+inline constexpr std::uint32_t kTakenBack = 1223;  // ERROR_CANCELLED
 ByteVector EncodeMark(std::uint32_t number, std::uint32_t status);
 // `failed`: the change that the checkpoint was for did not come about.
 ByteVector EncodeEnd(std::uint32_t stepCount, bool failed = false);

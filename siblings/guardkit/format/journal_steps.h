@@ -104,7 +104,7 @@ using Step = std::variant<ValueStep, KeyStep, FileStep, MoveStep>;
 enum class StepMark {
   kNone,    // begun; whether it happened has to be looked up
   kDone,    // it happened
-  kFailed,  // the system answered that it did not; what is there decides all the same
+  kFailed,  // the system answered that it did not, or it was taken back; what is there decides all the same
 };
 
 // A step as the journal has it.

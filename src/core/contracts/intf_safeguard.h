@@ -72,9 +72,9 @@ struct ISafeguard : IUnknown {
   // 1: an HRESULT; one reference for the caller.
   virtual HRESULT STDMETHODCALLTYPE GetRegAccess(IRegAccess** access) = 0;
   // 2, 3: a checkpoint gathers the changes of this thread between them under one title; begins nest, and the
-  // outermost counts. Changes outside a checkpoint get one each. Only the outermost begin may be refused; a
-  // refused one has no end. The thread holds the journal until its last end. 3: ERROR_INVALID_FUNCTION
-  // without a begin.
+  // outermost opens and names the checkpoint; an inner one is only where slots 7 and 8 count from. Changes
+  // outside a checkpoint get one each. Only the outermost begin may be refused; a refused one has no end. The
+  // thread holds the journal until its last end. 3: ERROR_INVALID_FUNCTION without a begin.
   virtual LSTATUS STDMETHODCALLTYPE BeginCheckpoint(const wchar_t* title) = 0;
   virtual LSTATUS STDMETHODCALLTYPE EndCheckpoint() = 0;
   // 4: fails with ERROR_ALREADY_EXISTS or ERROR_FILE_EXISTS when `to` exists. Here and in 5 and 6 the caller
@@ -89,19 +89,24 @@ struct ISafeguard : IUnknown {
   // at all.
   virtual LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to,
                                                      BOOL overwrite) = 0;
-  // 7: the change that this thread's checkpoint is for did not come about. What stands of all its steps is
-  // taken back, the last one first, each only where the state that it left is still there, and needs no room
-  // on the disk; once something cannot be taken back, nothing is deleted or overwritten any more. The
-  // checkpoint ends as failed (CheckpointState::kFailed), or, when its end cannot be written and nothing of
-  // it stands, leaves no trace. ERROR_SUCCESS when nothing stands any more; otherwise the status of the first
-  // step that could not be taken back, which stays among its steps for an undo. The checkpoint stays open
-  // until its last end; what is changed in it meanwhile is compared but not recorded, for a caller that puts
-  // the rest back itself; another call looks again. ERROR_INVALID_FUNCTION without a begin. A file that the
-  // caller holds open without sharing its deletion cannot be taken back.
+  // 7: the change that this thread's innermost begin is for did not come about. What stands of the steps
+  // since that begin, those of ended inner ones included, is taken back, the last one first, each only where
+  // the state that it left is still there, and needs no room on the disk; once something cannot be taken
+  // back, nothing is deleted or overwritten any more. ERROR_SUCCESS when nothing stands any more; otherwise
+  // the status of the first step that could not be taken back. Until the end that belongs to that begin what
+  // is changed is compared but not recorded, for a caller that puts the rest back itself; another call looks
+  // again. ERROR_INVALID_FUNCTION without a begin. A file that the caller holds open without sharing its
+  // deletion cannot be taken back.
+  //
+  // The steps stay in the journal, and an undo compares each with what is there: nothing is done for those
+  // that were taken back. What came before an inner begin, and comes behind its end, is recorded as ever. A
+  // checkpoint of which nothing else was done ends as failed (CheckpointState::kFailed), or, when its end
+  // cannot be written and nothing of it stands, leaves no trace; any other ends as done.
   virtual LSTATUS STDMETHODCALLTYPE FailCheckpoint() = 0;
-  // 8: from now on `check` is asked on this thread as part of the last look of every change in its
-  // checkpoint, until the last end; null asks nobody any more. It is borrowed until then. Slot 7 does not ask
-  // it. ERROR_INVALID_FUNCTION without a begin.
+  // 8: from now on `check` is asked on this thread as part of the last look of every change, until the end
+  // that belongs to its innermost begin, inner checkpoints that begin meanwhile included; from that end on
+  // the check that was asked before is asked again. Null asks nobody. It is borrowed until then. Slot 7 does
+  // not ask it. ERROR_INVALID_FUNCTION without a begin.
   virtual LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) = 0;
 };
 

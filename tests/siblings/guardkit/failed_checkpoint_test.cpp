@@ -157,6 +157,119 @@ TEST_F(FailedCheckpoint, WhatAnotherProgramMadeOfItStays) {
   EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
 }
 
+// Several changes in one checkpoint of the caller's: one that fails is none of the others' business.
+TEST_F(FailedCheckpoint, InnerOneIsTakenBackAloneAndTheOuterOneGoesOn) {
+  std::string first;
+  const std::uint32_t id = Checkpoint([&] {
+    Set({}, L"first", Sz(L"1"));
+    Set({}, L"changed", Sz(L"once"));
+    first = Everything();
+    EXPECT_EQ(guardkit_.Begin(L"inner"), ERROR_SUCCESS);
+    ChangeEverything();
+    // One that has ended well is a part of it.
+    EXPECT_EQ(guardkit_.Begin(L"innermost"), ERROR_SUCCESS);
+    Set({}, L"first", Sz(L"2"));
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(Everything(), first);
+    // Of the inner one nothing is recorded any more.
+    Set({}, L"unrecorded", Sz(L"1"));
+    Remove(L"unrecorded");
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    // The same once more, for good.
+    ChangeEverything();
+  });
+  using enum CheckpointState;
+  EXPECT_EQ(guardkit_.List().back().state, kDone);
+  EXPECT_TRUE(guardkit_.List(true).empty());
+  const std::string after = Everything();
+  const UndoAnswer answer = guardkit_.Undo();
+  EXPECT_EQ(answer.checkpoint, id);
+  EXPECT_EQ(answer.result, S_OK) << testing::PrintToString(answer.texts);
+  EXPECT_EQ(Everything(), before_);
+  EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
+  EXPECT_EQ(Everything(), after);
+}
+
+TEST_F(FailedCheckpoint, OuterOneOfWhichNothingElseWasDoneFailedToo) {
+  const std::uint32_t id = Checkpoint([&] {
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_EQ(guardkit_.Begin(L"inner"), ERROR_SUCCESS);
+      ChangeEverything();
+      EXPECT_EQ(Fail(), ERROR_SUCCESS);
+      EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    }
+  });
+  EXPECT_EQ(Everything(), before_);
+  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
+  EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+  const UndoAnswer own = guardkit_.Undo(id, UndoMode::kShow);
+  EXPECT_EQ(own.outcomes, std::vector(own.outcomes.size(), StepOutcome::kNothing));
+}
+
+TEST_F(FailedCheckpoint, OuterOneThatFailsTakesInnerOnesBackToo) {
+  Checkpoint([&] {
+    Set({}, L"changed", Sz(L"once"));
+    EXPECT_EQ(guardkit_.Begin(L"fails"), ERROR_SUCCESS);
+    Set({}, L"changed", Sz(L"twice"));
+    Set({}, L"changed", Sz(L"thrice"));
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.Begin(L"ends"), ERROR_SUCCESS);
+    ChangeEverything();
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(Everything(), before_);
+    // What begins inside records nothing either.
+    EXPECT_EQ(guardkit_.Begin(L"late"), ERROR_SUCCESS);
+    Set({}, L"late", Sz(L"1"));
+    Remove(L"late");
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+  });
+  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
+  EXPECT_EQ(guardkit_.List().back().steps, 13u);
+}
+
+// What stands of a failed inner one is offered with the rest; what its caller puts back is in nobody's way.
+TEST_F(FailedCheckpoint, LeftoversOfAnInnerOneAreUndoneWithTheOuterOne) {
+  for (const bool putsBack : {true, false}) {
+    const std::uint32_t id = Checkpoint([&] {
+      Set({}, L"first", Sz(L"1"));
+      EXPECT_EQ(guardkit_.Begin(L"inner"), ERROR_SUCCESS);
+      Remove(L"source");
+      {
+        const ImportPatch patch("RegSetValueExW", &SettingFails, guardkit_.Module());
+        EXPECT_EQ(Fail(), ERROR_ACCESS_DENIED);
+      }
+      if (putsBack) Set({}, L"source", Sz(L"command"));
+      EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    });
+    EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kDone);
+    EXPECT_EQ(guardkit_.Undo(id).outcomes,
+              (std::vector{putsBack ? StepOutcome::kNothing : StepOutcome::kUndo, StepOutcome::kUndo}));
+    EXPECT_EQ(Everything(), before_);
+  }
+}
+
+TEST_F(FailedCheckpoint, InnerOneOnAFullDiskLeavesNothingThatUndoRefuses) {
+  EXPECT_EQ(guardkit_.Begin(), ERROR_SUCCESS);
+  Set({}, L"first", Sz(L"1"));
+  EXPECT_EQ(guardkit_.Begin(L"inner"), ERROR_SUCCESS);
+  ChangeEverything();
+  Remove(L"changed");
+  {
+    const ImportPatch patch("WriteFile", &DiskIsFull, guardkit_.Module());
+    EXPECT_EQ(Fail(), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+  }
+  const auto named = guardkit_.List(true);
+  ASSERT_EQ(named.size(), 1u);
+  EXPECT_EQ(guardkit_.Undo(named[0].id).result, S_OK);
+  EXPECT_EQ(Everything(), before_);
+  EXPECT_TRUE(guardkit_.List(true).empty());
+}
+
 // The outside program has its turn when the first value is put back.
 LSTATUS WINAPI SetAndMeddle(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                             DWORD size) {

@@ -184,6 +184,28 @@ class CountingCheck : public IChangeCheck {
   DWORD thread_ = GetCurrentThreadId();
 };
 
+TEST_F(LastLook, CallersCheckEndsWithItsCheckpointAndTheOuterOnesIsAskedAgain) {
+  ISafeguard& service = guardkit_.Safeguard();
+  CountingCheck outer;
+  CountingCheck inner;
+  const auto set = [&](int number) {
+    EXPECT_EQ(Set(L"v", Sz(std::to_wstring(number))), ERROR_SUCCESS);
+    return std::pair(std::exchange(outer.asked, 0), std::exchange(inner.asked, 0));
+  };
+  Checkpoint([&] {
+    service.SetChangeCheck(&outer);
+    EXPECT_EQ(guardkit_.Begin(), ERROR_SUCCESS);
+    EXPECT_EQ(set(1), std::pair(1, 0));
+    service.SetChangeCheck(&inner);
+    EXPECT_EQ(set(2), std::pair(0, 1));
+    service.SetChangeCheck(nullptr);
+    EXPECT_EQ(set(3), std::pair(0, 0));
+    service.SetChangeCheck(&inner);
+    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
+    EXPECT_EQ(set(4), std::pair(1, 0));
+  });
+}
+
 TEST_F(LastLook, CallersCheckIsAskedBeforeEveryChangeOfItsCheckpoint) {
   ISafeguard& service = guardkit_.Safeguard();
   CountingCheck check;
