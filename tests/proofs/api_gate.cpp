@@ -40,7 +40,7 @@ enum class Effect { kLooks, kMakes, kChanges };
   ROW(GetFileSizeEx, kLooks, FALSE)                                                    \
   ROW(ReadFile, kLooks, FALSE)                                                         \
   ROW(FlushFileBuffers, kLooks, FALSE)                                                 \
-  ROW(GetNamedSecurityInfoW, kLooks, ERROR_ACCESS_DENIED)                              \
+  ROW(GetSecurityInfo, kLooks, ERROR_ACCESS_DENIED)                                    \
   ROW(CoCreateInstance, kLooks, E_ACCESSDENIED)                                        \
   ROW(CreateFileW, kMakes, -1)                                                         \
   ROW(CreateDirectoryW, kMakes, FALSE)                                                 \
@@ -48,6 +48,7 @@ enum class Effect { kLooks, kMakes, kChanges };
   ROW(SetEndOfFile, kChanges, FALSE)                                                   \
   ROW(SetFileAttributesW, kChanges, FALSE)                                             \
   ROW(SetFileTime, kChanges, FALSE)                                                    \
+  ROW(SetSecurityInfo, kChanges, ERROR_ACCESS_DENIED)                                  \
   ROW(SetNamedSecurityInfoW, kChanges, ERROR_ACCESS_DENIED)                            \
   ROW(CopyFileW, kChanges, FALSE)                                                      \
   ROW(MoveFileW, kChanges, FALSE)                                                      \

@@ -10,6 +10,10 @@
 #include <aclapi.h>
 #include <sddl.h>
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace smh {
 
 namespace {
@@ -40,8 +44,15 @@ struct Descriptor {
   PACL dacl = nullptr;
 };
 
-bool IsTrustedSid(PSID sid) noexcept {
-  return IsWellKnownSid(sid, WinLocalSystemSid) || IsWellKnownSid(sid, WinBuiltinAdministratorsSid);
+// NT SERVICE\TrustedInstaller.
+constexpr DWORD kInstallerAuthority = 5;
+constexpr DWORD kInstaller[] = {80, 956008885, 3418522649, 1831038044, 1853292631, 2271478464};
+
+bool IsInstaller(PSID sid) noexcept {
+  const auto* const parts = static_cast<const SID*>(sid);
+  return parts->IdentifierAuthority.Value[5] == kInstallerAuthority &&
+         std::equal(std::begin(kInstaller), std::end(kInstaller), parts->SubAuthority,
+                    parts->SubAuthority + parts->SubAuthorityCount);
 }
 
 // The entry's SID must end inside the entry.
@@ -72,13 +83,39 @@ bool GivesOthers(const ACE_HEADER* header, ACCESS_MASK rights) noexcept {
   }
 }
 
-Descriptor ReadDescriptor(const std::wstring& path) {
+// The object itself, also when it is a reparse point.
+ScopedHandle OpenForAccess(const std::wstring& path, ACCESS_MASK access) {
+  ScopedHandle file(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  if (!file) RaiseLastOSError();
+  return file;
+}
+
+constexpr ACCESS_MASK kLook = READ_CONTROL | FILE_READ_ATTRIBUTES;
+
+Descriptor ReadDescriptor(HANDLE file) {
   Descriptor descriptor;
   CheckStatus(static_cast<LSTATUS>(
-      GetNamedSecurityInfoW(const_cast<wchar_t*>(path.c_str()), SE_FILE_OBJECT,
-                            OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &descriptor.owner,
-                            nullptr, &descriptor.dacl, nullptr, descriptor.memory.Put())));
+      GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION,
+                      &descriptor.owner, nullptr, &descriptor.dacl, nullptr, descriptor.memory.Put())));
   return descriptor;
+}
+
+bool IsReparsePoint(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION info;
+  if (GetFileInformationByHandle(file, &info) == FALSE) RaiseLastOSError();
+  return (info.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+bool IsTrustedObject(HANDLE file, ACCESS_MASK rights) {
+  const Descriptor descriptor = ReadDescriptor(file);
+  return !IsReparsePoint(file) && IsTrusted(descriptor.owner, descriptor.dacl, rights);
+}
+
+// "C:\" keeps its backslash: without it the name is another folder's.
+std::wstring OpenableFolder(std::wstring_view folder) {
+  return folder.size() > kRootUnits ? WithoutTrailingBackslash(folder) : std::wstring(folder);
 }
 
 ScopedLocalMemory DescriptorOf(const wchar_t* text) {
@@ -88,6 +125,18 @@ ScopedLocalMemory DescriptorOf(const wchar_t* text) {
     RaiseLastOSError();
   }
   return descriptor;
+}
+
+// Of a descriptor that DescriptorOf has made; the owner and the DACL lie in `memory`.
+Descriptor PartsOf(ScopedLocalMemory memory) {
+  Descriptor parts;
+  BOOL ignored = FALSE;
+  if (GetSecurityDescriptorOwner(memory.Get(), &parts.owner, &ignored) == FALSE ||
+      GetSecurityDescriptorDacl(memory.Get(), &ignored, &parts.dacl, &ignored) == FALSE) {
+    RaiseLastOSError();
+  }
+  parts.memory = std::move(memory);
+  return parts;
 }
 
 template <const wchar_t* Access>
@@ -120,6 +169,11 @@ void MakeFolderPath(const std::wstring& folder, FolderMaker own, FolderMaker abo
   if (!own(path) && GetLastError() != ERROR_ALREADY_EXISTS) RaiseLastOSError();
 }
 
+bool IsTrustedSid(PSID sid) noexcept {
+  return IsWellKnownSid(sid, WinLocalSystemSid) || IsWellKnownSid(sid, WinBuiltinAdministratorsSid) ||
+         IsInstaller(sid);
+}
+
 bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights) noexcept {
   if (owner == nullptr || !IsValidSid(owner) || !IsTrustedSid(owner)) return false;
   if (dacl == nullptr || !IsValidAcl(dacl)) return false;
@@ -145,8 +199,7 @@ bool KeepsAccess(const std::wstring& dataFolder) {
   if (!MakeOneFolder<kProtectedFolder>(probe)) RaiseLastOSError();
   bool keeps = true;
   try {
-    const Descriptor made = ReadDescriptor(probe);
-    keeps = IsTrusted(made.owner, made.dacl);
+    keeps = IsTrustedObject(OpenForAccess(probe, kLook).Get(), kChangeRights);
   } catch (const EOSError&) {
     // What cannot be read is not taken for harmless.
   }
@@ -155,22 +208,44 @@ bool KeepsAccess(const std::wstring& dataFolder) {
 }
 
 void RequireTrusted(const std::wstring& path, ACCESS_MASK rights) {
-  const std::wstring name = WithoutTrailingBackslash(path);
-  const DWORD attributes = AttributesOf(name);
-  if (attributes == INVALID_FILE_ATTRIBUTES) RaiseLastOSError();
-  const Descriptor descriptor = ReadDescriptor(name);
-  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ||
-      !IsTrusted(descriptor.owner, descriptor.dacl, rights)) {
-    RaiseOSError(ERROR_ACCESS_DENIED);
+  RequireTrusted(OpenForAccess(OpenableFolder(path), kLook).Get(), rights);
+}
+
+void RequireTrusted(HANDLE file, ACCESS_MASK rights) {
+  if (!IsTrustedObject(file, rights)) RaiseOSError(ERROR_ACCESS_DENIED);
+}
+
+void RequireTrustedAbove(const std::wstring& path) {
+  std::wstring folder = WithoutTrailingBackslash(path);
+  while (folder.size() > kRootUnits) {
+    folder = OpenableFolder(FolderPart(folder));
+    RequireTrusted(folder, kReplaceRights);
   }
 }
 
-void TakeInheritedAccess(const std::wstring& file) {
+void ProtectFolder(const std::wstring& folder, ACCESS_MASK rights) {
+  const std::wstring path = OpenableFolder(folder);
+  if (IsTrustedObject(OpenForAccess(path, kLook).Get(), rights)) return;
+  const ScopedHandle opened = OpenForAccess(path, kLook | WRITE_DAC | WRITE_OWNER);
+  if (IsReparsePoint(opened.Get())) RaiseOSError(ERROR_ACCESS_DENIED);
+  const Descriptor wanted = PartsOf(DescriptorOf(kProtectedFolder));
+  CheckStatus(static_cast<LSTATUS>(SetSecurityInfo(
+      opened.Get(), SE_FILE_OBJECT,
+      OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION,
+      wanted.owner, nullptr, wanted.dacl, nullptr)));
+  RequireTrusted(opened.Get(), rights);
+}
+
+void TakeOverFile(const std::wstring& file) {
+  const Descriptor wanted = PartsOf(DescriptorOf(kProtectedFolder));
   ACL empty;
   if (InitializeAcl(&empty, sizeof(empty), ACL_REVISION) == FALSE) RaiseLastOSError();
   CheckStatus(static_cast<LSTATUS>(SetNamedSecurityInfoW(
       const_cast<wchar_t*>(file.c_str()), SE_FILE_OBJECT,
-      DACL_SECURITY_INFORMATION | UNPROTECTED_DACL_SECURITY_INFORMATION, nullptr, nullptr, &empty, nullptr)));
+      OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION | UNPROTECTED_DACL_SECURITY_INFORMATION,
+      wanted.owner, nullptr, &empty, nullptr)));
+  const Descriptor now = ReadDescriptor(OpenForAccess(file, kLook).Get());
+  if (now.owner == nullptr || !IsTrustedSid(now.owner)) RaiseOSError(ERROR_ACCESS_DENIED);
 }
 
 }  // namespace smh

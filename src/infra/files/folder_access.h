@@ -27,15 +27,19 @@ void MakeFolderPath(const std::wstring& folder);
 // The same, with who makes the folder itself and who makes those above it.
 void MakeFolderPath(const std::wstring& folder, FolderMaker own, FolderMaker above);
 
-// Rights to change an object, and any right at all.
+// Rights to change an object; of a folder, those to put something else in the place of what lies in it or of
+// the folder itself; and any right at all.
 inline constexpr ACCESS_MASK kChangeRights = FILE_WRITE_DATA | FILE_APPEND_DATA | FILE_WRITE_EA |
                                              FILE_WRITE_ATTRIBUTES | FILE_DELETE_CHILD | DELETE | WRITE_DAC |
                                              WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL | MAXIMUM_ALLOWED;
+inline constexpr ACCESS_MASK kReplaceRights =
+    FILE_DELETE_CHILD | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_ALL | MAXIMUM_ALLOWED;
 inline constexpr ACCESS_MASK kAnyRight = ~ACCESS_MASK{0};
 
-// The access decision: whether nobody but SYSTEM and Administrators owns the object or has one of `rights`. A
-// null DACL lets everyone in; a DACL that cannot be walked to its end counts as one. `owner` may be null:
-// nobody known.
+// Whether it is SYSTEM, Administrators, or the system's own installer, to which the drive of Windows belongs.
+bool IsTrustedSid(PSID sid) noexcept;
+// The access decision: whether nobody but those owns the object or has one of `rights`. A null DACL lets
+// everyone in; a DACL that cannot be walked to its end counts as one. `owner` may be null: nobody known.
 bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights = kChangeRights) noexcept;
 
 // Makes a folder (trailing backslash) with its parents; each that is made lets SYSTEM and Administrators do
@@ -50,10 +54,18 @@ void MakePrivateFolder(const std::wstring& folder);
 bool KeepsAccess(const std::wstring& dataFolder);
 
 // Raises EOSError (access denied) when someone else owns the file or folder or has one of `rights`, or when
-// it is a reparse point.
+// it is a reparse point. A handle needs GENERIC_READ.
 void RequireTrusted(const std::wstring& path, ACCESS_MASK rights = kChangeRights);
+void RequireTrusted(HANDLE file, ACCESS_MASK rights = kChangeRights);
+// The same for every folder above a full path, up to the drive, with kReplaceRights.
+void RequireTrustedAbove(const std::wstring& path);
 
-// Gives a file what its folder hands down, instead of what it brought along. Raises EOSError.
-void TakeInheritedAccess(const std::wstring& file);
+// Has a folder belong to Administrators, with the list of MakeProtectedFolder, when it is not trusted with
+// `rights`. What lies in it keeps its owners. Raises as RequireTrusted when it is not trusted then.
+void ProtectFolder(const std::wstring& folder, ACCESS_MASK rights = kChangeRights);
+
+// Has a file belong to Administrators, with the rights that its folder hands down instead of those it brought
+// along. Raises EOSError, also when it belongs to somebody else then.
+void TakeOverFile(const std::wstring& file);
 
 }  // namespace smh

@@ -125,7 +125,9 @@ FileTarget::FileTarget(std::unique_ptr<TemporaryShortcut> made, std::wstring to,
       to_(std::move(to)),
       enabled_(enabled),
       folders_(folders),
-      recorded_(recorded) {}
+      recorded_(recorded) {
+  folders_.RequireTrustedSource(file_);
+}
 
 void FileTarget::Move() {
   if (!recorded_) {

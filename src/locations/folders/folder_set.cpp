@@ -6,7 +6,7 @@
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
-#include "sysutil/uFileUtils.h"
+#include "locations/folders/held_file.h"
 
 #include <shlobj.h>
 
@@ -64,13 +64,26 @@ bool FolderSet::IsStartupFolder(std::wstring_view folder) const noexcept {
   return SameText(folder, startupFolder_);
 }
 
+bool FolderSet::AsksForTrust() const {
+  if (!isCommon_) return false;
+  RequireFolder(dataFolder_);
+  return KeepsAccess(dataFolder_);
+}
+
+// In the data folder everyone may make folders: who was first there must not decide what starts.
 void FolderSet::MakeOwnFolder(const std::wstring& folder) const {
-  if (FileUtils::DirectoryExists(folder)) return;
-  if (isCommon_) {
-    MakeProtectedFolder(folder);
-  } else {
+  if (!isCommon_) {
     MakeFolderPath(folder);
+    return;
   }
+  MakeProtectedFolder(folder);
+  if (!AsksForTrust()) return;
+  for (std::size_t end = folder.find(L'\\', dataFolder_.size()); end + 1 < folder.size();
+       end = folder.find(L'\\', end + 1)) {
+    ProtectFolder(folder.substr(0, end), kReplaceRights);
+  }
+  ProtectFolder(folder);
+  RequireTrustedAbove(folder);
 }
 
 const std::wstring& FolderSet::PlaceFor(bool enabled) const {
@@ -88,23 +101,19 @@ std::wstring FolderSet::TemporaryFolder() const {
   RequireFolder(ownFolder_);
   std::wstring folder = TempShortcutsIn(ownFolder_);
   MakeOwnFolder(folder);
-  // What somebody else may change between its making and its move would start for everyone.
-  if (isCommon_ && KeepsAccess(dataFolder_)) RequireTrusted(folder);
   return folder;
 }
 
-void FolderSet::RequireTrustedSource(const std::wstring& file) const {
-  if (!isCommon_) return;
-  RequireFolder(dataFolder_);
-  if (!KeepsAccess(dataFolder_)) return;
-  RequireTrusted(std::wstring(FolderPart(file)));
-  RequireTrusted(file);
+void FolderSet::RequireTrustedSource(const HeldFile& file) const {
+  if (!AsksForTrust()) return;
+  const std::wstring folder(FolderPart(file.Path()));
+  RequireTrustedAbove(folder);
+  RequireTrusted(folder);
+  RequireTrusted(file.Handle());
 }
 
 void FolderSet::TakeOver(const std::wstring& file) const {
-  if (!isCommon_) return;
-  RequireFolder(dataFolder_);
-  if (KeepsAccess(dataFolder_)) TakeInheritedAccess(file);
+  if (AsksForTrust()) TakeOverFile(file);
 }
 
 }  // namespace smh

@@ -12,6 +12,8 @@
 
 namespace smh {
 
+class HeldFile;
+
 // Only paths, not changed after construction: any thread may call any operation, and none takes a lock. All
 // folders have a trailing backslash.
 class FolderSet {
@@ -28,20 +30,25 @@ class FolderSet {
 
   // Where an enabled or a disabled entry goes; lives as long as this. Made when it does not exist. Raises
   // EOSError when it is unknown or cannot be made.
+  //
+  // This system's own folders of the common location are made to belong to Administrators, with those between
+  // them and the data folder, where others have made them before; EOSError too when that fails or when others
+  // may put something else in the place of a folder above.
   const std::wstring& PlaceFor(bool enabled) const;
-  // Where a shortcut is made before it goes there, as PlaceFor. Raises EOSError too when others may change
-  // what is made there.
+  // Where a shortcut is made before it goes there, as PlaceFor.
   std::wstring TemporaryFolder() const;
 
-  // For a file that is to be carried to where it starts. Raises EOSError when others could have put it where
-  // it lies, or may change it; nothing for a user's own folders.
-  void RequireTrustedSource(const std::wstring& file) const;
-  // Gives a file that came in the rights that its folder hands down; nothing for a user's own folders. Raises
-  // EOSError.
+  // For a file that is to be carried to where it starts, while it is held. Raises EOSError when others could
+  // have put it where it lies, or may change it; nothing for a user's own folders.
+  void RequireTrustedSource(const HeldFile& file) const;
+  // Has a file that came in belong to Administrators, with the rights that its folder hands down; nothing for
+  // a user's own folders. Raises EOSError.
   void TakeOver(const std::wstring& file) const;
 
  private:
   void MakeOwnFolder(const std::wstring& folder) const;
+  // Whether it matters who owns what: for the common location, where the machine keeps that.
+  bool AsksForTrust() const;
 
   const bool isCommon_;
   // Empty when unknown.

@@ -33,6 +33,8 @@ class HeldFile {
   // Where it stands.
   const std::wstring& Path() const noexcept { return path_; }
   const FileIdentity& Identity() const noexcept { return identity_; }
+  // Borrowed; for reading.
+  HANDLE Handle() const noexcept { return file_.Get(); }
   // Whether this very file stands at a path; also after Close.
   bool StandsAt(const std::wstring& path) const noexcept { return IdentityOf(path) == identity_; }
   // From the beginning. Raises EOSError, ERROR_FILE_TOO_LARGE for more than `cap` bytes.

@@ -110,7 +110,7 @@ std::wstring TLocationFolderStd::FreePath(bool enabled, const std::wstring& name
 std::unique_ptr<EntryTarget> TLocationFolderStd::PlanSwitch(EntrySource& source, bool enable, bool recorded) {
   auto& file = static_cast<FileSource&>(source);
   const std::wstring& from = file.File().Path();
-  if (enable) folders_.RequireTrustedSource(from);
+  if (enable) folders_.RequireTrustedSource(file.File());
   return std::make_unique<FileTarget>(file, FreePath(enable, std::wstring(FileNamePart(from))), enable,
                                       folders_, recorded);
 }
@@ -130,7 +130,7 @@ std::unique_ptr<EntryTarget> TLocationFolderStd::PlanInsert(EntrySource& source,
                                                             bool recorded) {
   if (auto* const file = dynamic_cast<FileSource*>(&source)) {
     const std::wstring& from = file->File().Path();
-    folders_.RequireTrustedSource(from);
+    folders_.RequireTrustedSource(file->File());
     std::wstring to = FreePath(entry.isEnabled, std::wstring(FileNamePart(from)));
     return std::make_unique<FileTarget>(*file, std::move(to), entry.isEnabled, folders_, recorded);
   }
