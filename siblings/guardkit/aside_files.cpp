@@ -1,6 +1,7 @@
 #include "siblings/guardkit/aside_files.h"
 
 #include "infra/files/file_facts.h"
+#include "infra/files/file_moves.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/guardkit/file_state.h"
@@ -11,12 +12,6 @@
 namespace smh {
 
 namespace {
-
-LSTATUS Rename(const std::wstring& from, const std::wstring& to, bool replaces) noexcept {
-  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? DWORD{MOVEFILE_REPLACE_EXISTING} : 0);
-  return MoveFileExW(from.c_str(), to.c_str(), flags) != FALSE ? ERROR_SUCCESS
-                                                               : static_cast<LSTATUS>(GetLastError());
-}
 
 bool Holds(const std::wstring& file, const FileState& content) {
   try {
@@ -34,7 +29,7 @@ AsideFiles::~AsideFiles() {
   }
 }
 
-LSTATUS AsideFiles::Take(HeldFile& file, const std::wstring& path, bool evenReadOnly) {
+LSTATUS AsideFiles::Take(RecordedFile& file, const std::wstring& path, bool evenReadOnly) {
   rows_.push_back({path, NewName(path, false)});
   if (file.MoveTo(rows_.back().now) == ERROR_SUCCESS) return ERROR_SUCCESS;
   rows_.pop_back();
@@ -57,7 +52,7 @@ LSTATUS AsideFiles::PutBack(const std::wstring& path, const FileState& content, 
     return SameText(each.path, path) && Holds(each.now, content);
   });
   if (row == rows_.rend()) return ERROR_FILE_NOT_FOUND;
-  const LSTATUS status = Rename(row->now, path, replaces);
+  const LSTATUS status = RenameFile(row->now, path, replaces);
   if (status == ERROR_SUCCESS) rows_.erase(std::next(row).base());
   return status;
 }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "siblings/guardkit/blob_store.h"
-#include "siblings/guardkit/held_file.h"
+#include "siblings/guardkit/recorded_file.h"
 
 #include <string>
 #include <vector>
@@ -23,7 +23,7 @@ class AsideFiles {
 
   // Takes the held file away from `path`, which is free when this returns with ERROR_SUCCESS. A file that no
   // other name may be given to is deleted.
-  LSTATUS Take(HeldFile& file, const std::wstring& path, bool evenReadOnly);
+  LSTATUS Take(RecordedFile& file, const std::wstring& path, bool evenReadOnly);
   // Gives a file that is about to be replaced a second name; nothing happens where that cannot be.
   void Link(const std::wstring& path);
   // The file of `path` lies in `now` by now, and is nobody's to delete here.

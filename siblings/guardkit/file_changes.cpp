@@ -1,6 +1,7 @@
 #include "siblings/guardkit/file_changes.h"
 
 #include "infra/files/file_facts.h"
+#include "infra/files/file_moves.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/product.h"
@@ -14,10 +15,6 @@ namespace {
 
 LSTATUS LastStatus() noexcept {
   return static_cast<LSTATUS>(GetLastError());
-}
-
-LSTATUS StatusOf(BOOL succeeded) noexcept {
-  return succeeded != FALSE ? ERROR_SUCCESS : LastStatus();
 }
 
 // The file goes unless it was renamed into its place.
@@ -57,11 +54,10 @@ bool IsStill(const std::wstring& path, const FileState& state) {
 
 // The rename refuses a file that was not there when it was looked at.
 LSTATUS Replace(OpenCheckpoint& checkpoint, const FileStep& step, const StagedFile& staged) {
-  const DWORD flags = MOVEFILE_WRITE_THROUGH | (step.before.exists ? MOVEFILE_REPLACE_EXISTING : 0);
   if (step.before.exists) checkpoint.Aside().Link(step.path);
   return checkpoint.Record(
       step, [&] { return IsStill(step.path, step.before); },
-      [&] { return StatusOf(MoveFileExW(staged.Path().c_str(), step.path.c_str(), flags)); });
+      [&] { return RenameFile(staged.Path(), step.path, step.before.exists); });
 }
 
 // One that was set aside comes back as it is.
@@ -79,8 +75,11 @@ LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const s
   const FileState copy = ReadFileState(to);
   LSTATUS status = ERROR_WRITE_FAULT;
   if (copy.streams == file.streams) {
-    status = IsTemporary(from) ? StatusOf(DeleteFileW(from.c_str()))
-                               : DeleteRecorded(checkpoint, from, ReadOnly::kDeleted, &copy);
+    if (!IsTemporary(from)) {
+      status = DeleteRecorded(checkpoint, from, ReadOnly::kDeleted, &copy);
+    } else {
+      status = DeleteFileW(from.c_str()) != FALSE ? ERROR_SUCCESS : LastStatus();
+    }
   }
   if (status != ERROR_SUCCESS) DeleteRecorded(checkpoint, to, ReadOnly::kDeleted, &copy);
   return status;
@@ -102,7 +101,7 @@ LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const
   } else if (isDeleted) {
     step = FileStep{from, file, {}};
   }
-  HeldFile held(from);
+  RecordedFile held(from);
   if (!held) return LastStatus();
   const LSTATUS status = checkpoint.Record(
       step, [&] { return held.Is(file); }, [&] { return held.MoveTo(to); });
@@ -118,7 +117,7 @@ LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file, Rea
   const bool evenReadOnly = readOnly == ReadOnly::kDeleted;
   if (!evenReadOnly && (step.before.attributes & FILE_ATTRIBUTE_READONLY) != 0) return ERROR_ACCESS_DENIED;
   checkpoint.FlushBeforeDelete({});
-  HeldFile held(file);
+  RecordedFile held(file);
   if (!held) return LastStatus();
   return checkpoint.Record(
       step, [&] { return held.Is(step.before); },

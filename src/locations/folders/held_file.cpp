@@ -1,6 +1,5 @@
 #include "locations/folders/held_file.h"
 
-#include "infra/files/file_facts.h"
 #include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
@@ -38,33 +37,12 @@ ScopedHandle OpenPatiently(const std::wstring& path, DWORD access, DWORD sharing
   return file;
 }
 
-std::optional<FileIdentity> IdentityOfHandle(HANDLE file) noexcept {
-  BY_HANDLE_FILE_INFORMATION info;
-  if (GetFileInformationByHandle(file, &info) == FALSE) return std::nullopt;
-  return FileIdentity{info.dwVolumeSerialNumber, JoinHalves(info.nFileIndexHigh, info.nFileIndexLow)};
-}
-
-bool RenameByHandle(HANDLE file, const std::wstring& to) {
-  const std::size_t bytes = to.size() * sizeof(wchar_t);
-  std::vector<std::byte> memory(sizeof(FILE_RENAME_INFO) + bytes);
-  auto* const info = new (memory.data()) FILE_RENAME_INFO{};
-  info->FileNameLength = static_cast<DWORD>(bytes);
-  std::memcpy(info->FileName, to.data(), bytes);
-  return SetFileInformationByHandle(file, FileRenameInfo, info, static_cast<DWORD>(memory.size())) != FALSE;
-}
-
-bool DeleteByHandle(HANDLE file) noexcept {
-  FILE_DISPOSITION_INFO info = {};
-  info.DeleteFile = TRUE;
-  return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof(info)) != FALSE;
+// What happened counts, not what was answered: it did not happen.
+[[noreturn]] void RaiseWithout(LSTATUS status) {
+  RaiseOSError(status != ERROR_SUCCESS ? static_cast<DWORD>(status) : ERROR_ACCESS_DENIED);
 }
 
 }  // namespace
-
-std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept {
-  const ScopedHandle file = OpenFor(path, FILE_READ_ATTRIBUTES, kSharing | FILE_SHARE_WRITE);
-  return file ? IdentityOfHandle(file.Get()) : std::nullopt;
-}
 
 std::unique_ptr<HeldFile> HeldFile::Open(std::wstring path) {
   ScopedHandle file = OpenPatiently(path, GENERIC_READ | DELETE, FILE_SHARE_READ);
@@ -73,7 +51,7 @@ std::unique_ptr<HeldFile> HeldFile::Open(std::wstring path) {
     if (IsMissing(error)) return nullptr;
     RaiseOSError(error);
   }
-  const std::optional<FileIdentity> identity = IdentityOfHandle(file.Get());
+  const std::optional<FileIdentity> identity = IdentityOfOpenFile(file.Get());
   if (!identity) RaiseLastOSError();
   return std::unique_ptr<HeldFile>(new HeldFile(std::move(path), std::move(file), *identity));
 }
@@ -107,18 +85,16 @@ void HeldFile::ShareDeletion() {
   file_.Reset();
   ScopedHandle shared = OpenPatiently(path_, GENERIC_READ, kSharing);
   if (!shared) RaiseLastOSError();
-  if (IdentityOfHandle(shared.Get()) != identity_) RaiseOSError(ERROR_REVISION_MISMATCH);
+  if (IdentityOfOpenFile(shared.Get()) != identity_) RaiseOSError(ERROR_REVISION_MISMATCH);
   file_ = std::move(shared);
 }
 
 void HeldFile::RenameTo(const std::wstring& to) {
-  const bool renamed = RenameByHandle(file_.Get(), to);
-  const DWORD error = renamed ? ERROR_ACCESS_DENIED : GetLastError();
-  if (!renamed && error == ERROR_NOT_SAME_DEVICE) {
+  const LSTATUS status = RenameOpenFile(file_.Get(), to);
+  if (status == ERROR_NOT_SAME_DEVICE) {
     CopyTo(to);
   } else if (!StandsAt(to)) {
-    // What happened counts, not what was answered.
-    RaiseOSError(error);
+    RaiseWithout(status);
   }
   path_ = to;
 }
@@ -128,7 +104,9 @@ void HeldFile::CopyTo(const std::wstring& to) {
   try {
     const std::unique_ptr<HeldFile> copy = Require(to);
     if (SizeOfOpenFile(copy->file_.Get()) != SizeOfOpenFile(file_.Get())) RaiseOSError(ERROR_WRITE_FAULT);
-    if (!DeleteByHandle(file_.Get())) RaiseLastOSError();
+    const LSTATUS status = DeleteOpenFile(file_.Get());
+    Close();
+    if (StandsAt(path_)) RaiseWithout(status);
     file_ = std::move(copy->file_);
     identity_ = copy->identity_;
   } catch (...) {
@@ -138,10 +116,9 @@ void HeldFile::CopyTo(const std::wstring& to) {
 }
 
 void HeldFile::Delete() {
-  const bool deleted = DeleteByHandle(file_.Get());
-  const DWORD error = deleted ? ERROR_ACCESS_DENIED : GetLastError();
+  const LSTATUS status = DeleteOpenFile(file_.Get());
   Close();
-  if (StandsAt(path_)) RaiseOSError(error);
+  if (StandsAt(path_)) RaiseWithout(status);
 }
 
 }  // namespace smh

@@ -4,23 +4,15 @@
 // For the thread of a change. Paths are full ones. All but the questions raise EOSError.
 #pragma once
 
+#include "infra/files/file_moves.h"
 #include "infra/runtime/handle.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 
 namespace smh {
-
-// What tells a file from all others of its volume, whatever its name.
-struct FileIdentity {
-  DWORD volume = 0;
-  std::uint64_t index = 0;
-  bool operator==(const FileIdentity&) const = default;
-};
-// None for what is not there or cannot be looked at.
-std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept;
 
 class HeldFile {
  public:

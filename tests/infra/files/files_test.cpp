@@ -1,6 +1,7 @@
 // Names, sizes, contents and folders of real files.
 #include "core/contracts/shared_text.h"
 #include "infra/files/file_facts.h"
+#include "infra/files/file_moves.h"
 #include "infra/files/file_reading.h"
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
@@ -205,6 +206,34 @@ TEST_F(FilesTest, AFileThatGetsShorterMeanwhile) {
   const ScopedHandle file(
       CreateFileW(file_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
   EXPECT_EQ(ReadOpenFile(file.Get(), 100).size(), 5u);
+}
+
+TEST_F(FilesTest, AnOpenFileIsMovedAndDeletedByItsHandle) {
+  WriteFileBytes(file_, "it");
+  const std::wstring other = folder_.Write(L"other", "other");
+  const std::wstring link = folder_.File(L"link");
+  ASSERT_TRUE(CreateHardLinkW(link.c_str(), file_.c_str(), nullptr));
+  ScopedHandle open(CreateFileW(file_.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                nullptr, OPEN_EXISTING, 0, nullptr));
+  const auto identity = IdentityOfOpenFile(open.Get());
+  ASSERT_TRUE(identity.has_value());
+  EXPECT_EQ(IdentityOf(file_), identity);
+  EXPECT_EQ(IdentityOf(link), identity);
+  EXPECT_NE(IdentityOf(other), identity);
+  EXPECT_FALSE(IdentityOf(folder_.File(L"missing")).has_value());
+
+  EXPECT_EQ(RenameOpenFile(open.Get(), other), ERROR_ALREADY_EXISTS);
+  EXPECT_EQ(RenameFile(file_, other, false), ERROR_ALREADY_EXISTS);
+  EXPECT_EQ(ReadFileBytes(other), "other");
+  EXPECT_EQ(RenameOpenFile(open.Get(), folder_.File(L"to")), ERROR_SUCCESS);
+  EXPECT_EQ(IdentityOf(folder_.File(L"to")), identity);
+  WriteFileBytes(file_, "another of its name");
+  EXPECT_EQ(RenameFile(file_, other, true), ERROR_SUCCESS);
+  EXPECT_EQ(ReadFileBytes(other), "another of its name");
+  EXPECT_EQ(DeleteOpenFile(open.Get()), ERROR_SUCCESS);
+  open.Reset();
+  EXPECT_FALSE(Exists(folder_.File(L"to")));
+  EXPECT_EQ(ReadFileBytes(link), "it");
 }
 
 TEST_F(FilesTest, FoldersAreMadeWithAllThatIsMissingAboveThem) {

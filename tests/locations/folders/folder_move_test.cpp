@@ -1,7 +1,10 @@
 // Moves between the Startup folders, and to and from a Run key; and a backup service that refuses, pretends
 // or does half of a change, which then fails and loses nothing.
+#include "infra/runtime/exceptions.h"
+#include "locations/folders/held_file.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "tests/locations/folders/folder_fixture.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/registry_fixture.h"
 
 #include <gmock/gmock.h>
@@ -183,6 +186,49 @@ TEST_F(FolderFailure, EveryFailedOrPretendedCallRaisesItsErrorAndChangesNothing)
   }
   EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
   EXPECT_THAT(FilesIn(common.startup), IsEmpty());
+}
+
+// Every rename leads to another volume. The deletion that follows is refused, done, or both.
+struct Deletion {
+  bool isDone;
+  bool isAnswered;
+};
+Deletion g_deletion;
+
+BOOL WINAPI OnAnotherVolume(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* data, DWORD size) {
+  static const auto real =
+      RealFunction<decltype(SetFileInformationByHandle)>(L"kernel32.dll", "SetFileInformationByHandle");
+  if (kind == FileRenameInfo) {
+    SetLastError(ERROR_NOT_SAME_DEVICE);
+    return FALSE;
+  }
+  if (g_deletion.isDone) real(file, kind, data, size);
+  SetLastError(ERROR_ACCESS_DENIED);
+  return g_deletion.isAnswered ? TRUE : FALSE;
+}
+
+TEST(HeldFileTest, ACopyToAnotherVolumeGoesOnlyWhileTheFileItselfStands) {
+  for (const Deletion deletion :
+       {Deletion{true, true}, Deletion{true, false}, Deletion{false, true}, Deletion{false, false}}) {
+    SCOPED_TRACE(testing::Message() << deletion.isDone << deletion.isAnswered);
+    g_deletion = deletion;
+    const TemporaryFolder folder;
+    const std::wstring from = folder.Write(L"from", "content");
+    const std::wstring to = folder.File(L"to");
+    const auto file = HeldFile::Require(from);
+    const ImportPatch patch("SetFileInformationByHandle", &OnAnotherVolume);
+    if (deletion.isDone) {
+      file->RenameTo(to);
+      EXPECT_EQ(file->Path(), to);
+      EXPECT_TRUE(file->StandsAt(to));
+      EXPECT_EQ(file->Bytes(100), "content");
+    } else {
+      EXPECT_THROW(file->RenameTo(to), EOSError);
+      EXPECT_TRUE(file->StandsAt(from));
+    }
+    EXPECT_EQ(GetFileAttributesW(from.c_str()) != INVALID_FILE_ATTRIBUTES, !deletion.isDone);
+    EXPECT_EQ(GetFileAttributesW(to.c_str()) != INVALID_FILE_ATTRIBUTES, deletion.isDone);
+  }
 }
 
 // Numbering would make the name longer than a file system takes.

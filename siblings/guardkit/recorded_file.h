@@ -11,10 +11,10 @@ namespace smh {
 // For one thread and a short time. While it is held nobody may write to the file; others may read it, and
 // have it open for reading and deletion, as the caller of the service may. What is renamed or deleted is the
 // file that was looked at, wherever its name leads by then.
-class HeldFile {
+class RecordedFile {
  public:
   // Follows no link. Converts to false when the file cannot be opened; the thread's last error says why.
-  explicit HeldFile(std::wstring path);
+  explicit RecordedFile(std::wstring path);
   explicit operator bool() const noexcept { return static_cast<bool>(file_); }
 
   // Whether it still has that state, to the byte, and its name; only the time of the last access does not

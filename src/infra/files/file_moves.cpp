@@ -1,0 +1,56 @@
+#include "infra/files/file_moves.h"
+
+#include "infra/files/file_facts.h"
+#include "infra/runtime/handle.h"
+
+#include <cstddef>
+#include <cstring>
+#include <vector>
+
+namespace smh {
+
+namespace {
+
+LSTATUS StatusOf(BOOL succeeded) noexcept {
+  return succeeded != FALSE ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
+}
+
+}  // namespace
+
+std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept {
+  const ScopedHandle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  return file ? IdentityOfOpenFile(file.Get()) : std::nullopt;
+}
+
+std::optional<FileIdentity> IdentityOfOpenFile(HANDLE file) noexcept {
+  BY_HANDLE_FILE_INFORMATION info;
+  if (GetFileInformationByHandle(file, &info) == FALSE) return std::nullopt;
+  return FileIdentity{info.dwVolumeSerialNumber, JoinHalves(info.nFileIndexHigh, info.nFileIndexLow)};
+}
+
+LSTATUS RenameOpenFile(HANDLE file, const std::wstring& to) {
+  const std::size_t bytes = to.size() * sizeof(wchar_t);
+  // With room for the terminating NUL, which does not count.
+  std::vector<std::byte> memory(sizeof(FILE_RENAME_INFO) + bytes);
+  FILE_RENAME_INFO head = {};
+  head.FileNameLength = static_cast<DWORD>(bytes);
+  std::memcpy(memory.data(), &head, sizeof(head));
+  std::memcpy(memory.data() + offsetof(FILE_RENAME_INFO, FileName), to.data(), bytes);
+  return StatusOf(
+      SetFileInformationByHandle(file, FileRenameInfo, memory.data(), static_cast<DWORD>(memory.size())));
+}
+
+LSTATUS DeleteOpenFile(HANDLE file) noexcept {
+  FILE_DISPOSITION_INFO disposition = {};
+  disposition.DeleteFile = TRUE;
+  return StatusOf(SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof(disposition)));
+}
+
+LSTATUS RenameFile(const std::wstring& from, const std::wstring& to, bool replaces) noexcept {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? DWORD{MOVEFILE_REPLACE_EXISTING} : 0);
+  return StatusOf(MoveFileExW(from.c_str(), to.c_str(), flags));
+}
+
+}  // namespace smh
