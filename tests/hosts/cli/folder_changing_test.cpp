@@ -1,4 +1,5 @@
 // Changes made by startupctl in the Startup folders, looked up in the files.
+#include "infra/files/file_facts.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/support/startup_folders.h"
 
@@ -95,6 +96,55 @@ TEST_P(StartupctlFolders, RefusalsLeaveTheFilesAsTheyAre) {
   Run({L"delete", damaged, program});
   EXPECT_FALSE(fs::exists(damaged));
   EXPECT_FALSE(fs::exists(program));
+}
+
+// What a file is besides its bytes.
+struct FileFacts {
+  DWORD attributes = 0;
+  std::uint64_t made = 0;
+  std::uint64_t written = 0;
+  bool operator==(const FileFacts&) const = default;
+};
+
+std::pair<FileFacts, std::uint64_t> FactsAndIndex(const std::wstring& file) {
+  const ScopedHandle handle(
+      CreateFileW(file.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  BY_HANDLE_FILE_INFORMATION info = {};
+  EXPECT_TRUE(GetFileInformationByHandle(handle.Get(), &info));
+  return {{info.dwFileAttributes, NumberOf(info.ftCreationTime), NumberOf(info.ftLastWriteTime)},
+          JoinHalves(info.nFileIndexHigh, info.nFileIndexLow)};
+}
+
+// Hidden ones and system files among them; a refused one is not even replaced by a copy.
+TEST_P(StartupctlFolders, ANewCommandLeavesTheFilesAttributesAndTimes) {
+  for (const DWORD attributes : {FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM, FILE_ATTRIBUTE_HIDDEN,
+                                 FILE_ATTRIBUTE_ARCHIVE, FILE_ATTRIBUTE_NORMAL}) {
+    Add(L"FolderUser", L"ctl old", L"one");
+    const std::wstring file = user.startup + L"ctl old.lnk";
+    {
+      const ScopedHandle handle(
+          CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+      const FILETIME made = FileTimeOf(0x01C0'0000'0000'0000);
+      const FILETIME written = FileTimeOf(0x01C8'0000'0000'0000);
+      ASSERT_TRUE(SetFileTime(handle.Get(), &made, nullptr, &written));
+    }
+    ASSERT_TRUE(SetFileAttributesW(file.c_str(), attributes));
+    const auto before = FactsAndIndex(file);
+    const std::string bytes = ReadFileBytes(file);
+    Run({L"change", L"ctl old", L"--command", L"http://example.org/x"}, 1);
+    EXPECT_EQ(FactsAndIndex(file), before);
+    EXPECT_EQ(ReadFileBytes(file), bytes);
+
+    Run({L"change", L"ctl old", L"--command", Command(L"two")});
+    EXPECT_EQ(FactsAndIndex(file).first, before.first) << attributes;
+    EXPECT_EQ(Shown(file, true), Command(L"two"));
+    if (GetParam()) {
+      Run({L"undo"});
+      EXPECT_EQ(FactsAndIndex(file).first, before.first) << "undone: " << attributes;
+      EXPECT_EQ(ReadFileBytes(file), bytes);
+    }
+    Run({L"delete", L"ctl old"});
+  }
 }
 
 }  // namespace
