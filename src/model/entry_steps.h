@@ -28,7 +28,8 @@ class EntrySource {
   // without an error. Raises EChangeRefused when it is something else by now, and what the taking away
   // raises.
   virtual bool ExtractItem() = 0;
-  // Makes the entry what was read first; whether it is. Nothing when it still is.
+  // Makes of what was read first what is missing; whether it stands there whole then, or what others have put
+  // in its place, which stays.
   virtual bool PutBack() noexcept = 0;
 
  protected:

@@ -101,7 +101,7 @@ bool FileSource::PutBack() noexcept {
   if (file_->StandsAt(path_)) return true;
   try {
     if (!Exists(path_) && !bytes_.empty()) WriteNewFile(path_, bytes_);
-    return ReadShortcutBytes(path_) == bytes_;
+    return Exists(path_);
   } catch (...) {
     return false;
   }

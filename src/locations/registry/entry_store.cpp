@@ -52,7 +52,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
   return left.empty();
 }
 
-bool EntryStore::PutBack(const RegistryValueAddress& address, const KeptEntry& kept) const noexcept {
+bool EntryStore::PutBack(const KeptEntry& kept) const noexcept {
   for (const KeptPiece& piece : kept) {
     try {
       if (!Exists(piece)) MakePiece(piece);
@@ -61,7 +61,7 @@ bool EntryStore::PutBack(const RegistryValueAddress& address, const KeptEntry& k
     }
   }
   try {
-    return Keep(address) == kept;
+    return std::ranges::all_of(kept, [](const KeptPiece& piece) { return Exists(piece); });
   } catch (...) {
     return false;
   }

@@ -27,9 +27,9 @@ class EntryStore {
   // Deletes `kept`, which must still stand there; of what is gone nothing. False when some of it is still
   // there without an error. What cannot be deleted whole is not begun.
   bool Delete(const RegistryValueAddress& address, const KeptEntry& kept) const;
-  // Makes what is missing of `kept`, all of it, whatever fails on the way; whether the entry is `kept` then.
-  // What others have written there stays.
-  bool PutBack(const RegistryValueAddress& address, const KeptEntry& kept) const noexcept;
+  // Makes what is missing of `kept`, all of it, whatever fails on the way; whether nothing of it is missing
+  // then. What others have written there stays.
+  bool PutBack(const KeptEntry& kept) const noexcept;
   // Takes a written text back when it still stands there; whether `before` stands there then.
   bool TakeBack(const RegistryValueAddress& address, const std::wstring& text,
                 const KeptEntry& before) const noexcept;

@@ -48,7 +48,7 @@ bool RegistrySource::ExtractItem() {
 
 bool RegistrySource::PutBack() noexcept {
   bool isBack = true;
-  for (const Place& place : places_) isBack = store_->PutBack(place.address, place.kept) && isBack;
+  for (const Place& place : places_) isBack = store_->PutBack(place.kept) && isBack;
   return isBack;
 }
 
