@@ -32,6 +32,9 @@ std::optional<JournalName> ParseName(const WIN32_FIND_DATAW& found) {
   return result;
 }
 
+// For what follows a step at least: its mark and the end, each with size and checksum.
+constexpr std::size_t kRoomBehindStep = (8 + 9) + (8 + 6);
+
 // A name that stays open is no harm: the end in the file counts.
 void RenameToClosed(const std::wstring& folder, std::uint32_t id) noexcept {
   const JournalName open{.id = id, .closed = false};
@@ -93,14 +96,17 @@ JournalFile::JournalFile(const JournalFolder& folder, const CheckpointHeader& he
   }
 }
 
-void JournalFile::Append(const ByteVector& record) {
+void JournalFile::Append(ByteVector record, std::size_t room) {
   if (broken_) RaiseOSError(ERROR_WRITE_FAULT);
-  if (size_ + record.size() > kLargestJournal) RaiseOSError(ERROR_FILE_TOO_LARGE);
+  const std::uint64_t end = size_ + record.size();
+  if (end > kLargestJournal) RaiseOSError(ERROR_FILE_TOO_LARGE);
+  record.resize(record.size() + room);
   DWORD written = 0;
   const BOOL succeeded =
       WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
   if (succeeded != FALSE && written == record.size()) {
-    size_ += record.size();
+    size_ = end;
+    broken_ = room != 0 && !Seek(end);
     return;
   }
   const DWORD error = succeeded != FALSE ? ERROR_DISK_FULL : GetLastError();
@@ -109,16 +115,23 @@ void JournalFile::Append(const ByteVector& record) {
 }
 
 void JournalFile::CutTo(std::uint64_t size) noexcept {
-  LARGE_INTEGER end;
-  end.QuadPart = static_cast<LONGLONG>(size);
-  broken_ =
-      SetFilePointerEx(file_.Get(), end, nullptr, FILE_BEGIN) == FALSE || SetEndOfFile(file_.Get()) == FALSE;
-  if (!broken_) size_ = size;
+  broken_ = !Seek(size) || SetEndOfFile(file_.Get()) == FALSE;
+  if (broken_) return;
+  size_ = size;
+  if (steps_ == 0) return;
+  if (Seek(size + kRoomBehindStep)) SetEndOfFile(file_.Get());
+  broken_ = !Seek(size);
+}
+
+bool JournalFile::Seek(std::uint64_t to) noexcept {
+  LARGE_INTEGER place;
+  place.QuadPart = static_cast<LONGLONG>(to);
+  return SetFilePointerEx(file_.Get(), place, nullptr, FILE_BEGIN) != FALSE;
 }
 
 std::uint32_t JournalFile::AppendStep(const Step& step) {
   const std::uint64_t before = size_;
-  Append(EncodeStep(steps_, step));
+  Append(EncodeStep(steps_, step), kRoomBehindStep);
   if (FlushFileBuffers(file_.Get()) == FALSE) {
     const DWORD error = GetLastError();
     CutTo(before);

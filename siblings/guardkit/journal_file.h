@@ -34,7 +34,8 @@ std::optional<JournalContents> ReadJournal(const JournalFolder& folder, const Jo
 void CloseJournal(const JournalFolder& folder, std::uint32_t id) noexcept;
 
 // A checkpoint being written, by one thread, which holds the journal's lock. Whatever could not be written
-// whole is taken back, or the file takes no more records.
+// whole is taken back, or the file takes no more records. Behind a step zeros keep room for its mark and the
+// end: a disk that is full by then does not make a change that was done an interrupted one.
 class JournalFile {
  public:
   // Makes the file; its header is on the disk when this returns, or no file is left.
@@ -64,9 +65,11 @@ class JournalFile {
   void Finish(const Ending& ending) noexcept;
 
  private:
-  void Append(const ByteVector& record);
-  // A torn record would hide everything behind it.
+  // With so many zeros behind it.
+  void Append(ByteVector record, std::size_t room = 0);
+  // A torn record would hide everything behind it. Keeps the room where there is any.
   void CutTo(std::uint64_t size) noexcept;
+  bool Seek(std::uint64_t to) noexcept;
 
   std::wstring folder_;
   JournalName name_;

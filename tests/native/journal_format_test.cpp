@@ -73,6 +73,7 @@ TEST(JournalFormat, RecordsThatCannotFollowEndTheReading) {
       {"a number twice", {first, first, EncodeEnd(2)}, 1, StepMark::kNone, false},
       {"a mark too early", {EncodeMark(0, 0), first}, 0, {}, false},
       {"a mark twice", {first, EncodeMark(0, 0), EncodeMark(0, 5), EncodeEnd(1)}, 1, StepMark::kDone, false},
+      {"room behind it", {first, EncodeMark(0, 0), ByteVector(14)}, 1, StepMark::kDone, false},
       {"taken back",
        {first, EncodeMark(0, 0), EncodeMark(0, kTakenBack), EncodeEnd(1)},
        1,
