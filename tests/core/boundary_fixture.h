@@ -77,18 +77,19 @@ class SampleProgram {
       folder_.Write(L"boundary_sample.exe", ReadFileBytes(ThisFolder() + L"boundary_sample.exe"));
 };
 
+// The keys themselves stay: the library watches them, and a deleted key is no longer watched.
+inline void EmptyRunKeys() {
+  for (const auto& [root, path, view] : RunKeys()) {
+    MakeKey(root, path, view);
+    for (const std::wstring& name : Values(root, path, view)) RemoveValue(root, path, name, view);
+    for (const std::wstring& name : SubKeys(root, path, view)) DeleteKeyTree(root, path + L'\\' + name, view);
+  }
+}
+
 // Empty Run keys; the library is not loaded.
 class RunKeysTest : public testing::Test {
  protected:
-  // The keys themselves stay: the library watches them, and a deleted key is no longer watched.
-  RunKeysTest() {
-    for (const auto& [root, path, view] : RunKeys()) {
-      MakeKey(root, path, view);
-      for (const std::wstring& name : Values(root, path, view)) RemoveValue(root, path, name, view);
-      for (const std::wstring& name : SubKeys(root, path, view))
-        DeleteKeyTree(root, path + L'\\' + name, view);
-    }
-  }
+  RunKeysTest() { EmptyRunKeys(); }
 
   static void SetUserRun(const std::wstring& name, const std::wstring& command) {
     SetValue(HKEY_CURRENT_USER, kRunKey, name, Sz(command));
