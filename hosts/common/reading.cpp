@@ -1,6 +1,9 @@
 #include "hosts/common/reading.h"
 
 #include "hosts/common/host_error.h"
+#include "infra/runtime/text.h"
+
+#include <algorithm>
 
 namespace smh {
 
@@ -49,6 +52,21 @@ void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
 std::vector<ItemRecord> ReadAllItems(const Library& library) {
   ReadToEnd(library, ReadScope::kAll);
   return TakeSnapshot(library);
+}
+
+std::optional<ItemRecord> FindAddedEntry(const Library& library, std::int32_t index, std::int32_t location,
+                                         const std::wstring& name) {
+  const std::wstring value = L'\\' + name;
+  const std::wstring file = value + L".lnk";
+  const auto isIt = [&](const ItemRecord& item) {
+    return item.location == location && item.enabled &&
+           (EndsText(value, item.name) || EndsText(file, item.name));
+  };
+  const std::vector<ItemRecord> list = TakeSnapshot(library);
+  const auto place = static_cast<std::size_t>(index);
+  if (place < list.size() && isIt(list[place])) return list[place];
+  const auto found = std::ranges::find_if(list, isIt);
+  return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
 ComPtr<IStartupItem> FindListedItem(const Library& library, std::int32_t location, std::wstring_view name) {

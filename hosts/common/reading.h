@@ -7,6 +7,7 @@
 #include "hosts/common/library.h"
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,11 @@ std::vector<ItemRecord> TakeSnapshot(const Library& library);
 void ResolveFiles(const Library& library, std::span<ItemRecord> items);
 // ReadToEnd of all locations, then a copy of every entry.
 std::vector<ItemRecord> ReadAllItems(const Library& library);
+
+// The enabled entry that an addition has made, or found, under `name`, the value's or the shortcut's. `index`
+// is what AddItem has answered: others may have changed the list since. None when it has gone.
+std::optional<ItemRecord> FindAddedEntry(const Library& library, std::int32_t index, std::int32_t location,
+                                         const std::wstring& name);
 
 // The listed entry of that location and name, compared unit by unit; empty when it has gone. It may leave the
 // list right after.

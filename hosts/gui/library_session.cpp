@@ -8,6 +8,8 @@
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/scoped_com.h"
 
+#include <algorithm>
+#include <optional>
 #include <thread>
 
 namespace smh {
@@ -143,18 +145,13 @@ OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
 std::wstring LibrarySession::Add(std::int32_t location, const std::wstring& name,
                                  const std::wstring& command) const {
   const std::vector<ItemRecord> before = TakeSnapshot(library_);
-  ItemRecord added;
-  {
-    const ListLock lock(library_);
-    const std::int32_t index = library_.Items().AddItem(location, name.c_str(), command.c_str());
-    if (index < 0) return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt);
-    ComPtr<IStartupItem> item;
-    CheckResult(library_.Items().GetItem(index, item.Put()), L"Cannot get the new entry");
-    added = ReadItemRecord(*item);
-  }
-  for (const ItemRecord& item : before) {
-    if (KeyOf(item) == KeyOf(added)) return L"An entry of that name exists already; it was not changed.";
-  }
+  const std::int32_t index = library_.Items().AddItem(location, name.c_str(), command.c_str());
+  if (index < 0) return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt);
+  const std::optional<ItemRecord> added = FindAddedEntry(library_, index, location, name);
+  const bool wasThere = added && std::ranges::any_of(before, [&](const ItemRecord& item) {
+                          return KeyOf(item) == KeyOf(*added);
+                        });
+  if (wasThere) return L"An entry of that name exists already; it was not changed.";
   return {};
 }
 

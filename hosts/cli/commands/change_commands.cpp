@@ -90,6 +90,8 @@ void RunDelete(const Arguments& arguments) {
 
 namespace {
 
+constexpr wchar_t kNotThere[] = L": the entry is not where it should be now.";
+
 template <typename Predicate>
 const ItemRecord* FindItem(std::span<const ItemRecord> list, Predicate&& isMeant) {
   const auto found = std::find_if(list.begin(), list.end(), isMeant);
@@ -115,13 +117,12 @@ const ItemRecord* FindShortcut(std::span<const ItemRecord> list, std::int32_t lo
 // What the library lists for the new entry: that entry, or one that had the name already.
 ItemRecord AddAndRead(const Library& library, std::int32_t location, const Arguments& arguments,
                       const std::wstring& failure) {
-  const ListLock lock(library);
   const std::int32_t index =
       library.Items().AddItem(location, arguments.name.c_str(), arguments.command.c_str());
   if (index < 0) throw HostError(failure + L": " + LibraryErrorText(LibrarySlot::kAddItem, std::nullopt));
-  ComPtr<IStartupItem> item;
-  CheckResult(library.Items().GetItem(index, item.Put()), failure);
-  return ReadItemRecord(*item);
+  std::optional<ItemRecord> added = FindAddedEntry(library, index, location, arguments.name);
+  if (!added) throw HostError(failure + kNotThere);
+  return *std::move(added);
 }
 
 }  // namespace
@@ -145,7 +146,7 @@ void RunAdd(const Arguments& arguments) {
     if (!asWanted) throw HostError(failure + L": an entry of that name exists already; it was not changed.");
     return WriteMessage(Describe(*now) + L": is there already.");
   }
-  if (!asWanted) throw HostError(failure + L": the entry is not where it should be now.");
+  if (!asWanted) throw HostError(failure + kNotThere);
   WriteMessage(L"Added " + Describe(*now) + L".");
 }
 
