@@ -89,9 +89,9 @@ bool TLocationRegistry::ReadPath(RegistryLoad& load, const std::wstring& path, b
   return true;
 }
 
-bool TLocationRegistry::IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
-  if (OwnView() == 0) return false;
-  AssignFullValuePath(load.otherPath, place.view ^ KEY_WOW64_64KEY, place.root, seen.key, seen.shownName);
+bool TLocationRegistry::IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
+  if (place.view == OwnView()) return false;
+  AssignFullValuePath(load.otherPath, OwnView(), place.root, seen.key, seen.shownName);
   ItemRef other = FindItem(LocationType(), load.otherPath);
   if (other == nullptr) return false;
   // One that this load has found already stays.
@@ -100,10 +100,11 @@ bool TLocationRegistry::IsShownByOtherView(RegistryLoad& load, const Place& plac
 }
 
 bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
+  // Also one that is listed itself: the other has come to stand there since.
+  if (IsShownByMainView(load, place, seen)) return true;
   AssignFullValuePath(load.path, place.view, place.root, seen.key, seen.shownName);
   ItemRef own = FindItem(LocationType(), load.path);
   if (own == nullptr) {
-    if (IsShownByOtherView(load, place, seen)) return true;
     FoundEntry entry;
     entry.name = SharedText(load.path);
     entry.caption = SharedText(seen.caption);

@@ -74,8 +74,8 @@ class TLocationRegistry : public TLocationStartup {
   // Takes every entry of a key; false when a change has overtaken the load. A missing key has none; raises
   // EOSError for one that cannot be read to its end. On the reader's thread, without a lock.
   virtual bool ReadKey(RegistryLoad& load, const Place& place) = 0;
-  // Takes one entry over, unless the other view shows it already or another entry has its path. Answers as
-  // ReadKey.
+  // Takes one entry over, unless it is the plain view's and the 64-bit one has its name too, or another entry
+  // has its path. Answers as ReadKey.
   bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
 
   // Changes, as TLocationStartup asks for them.
@@ -100,7 +100,7 @@ class TLocationRegistry : public TLocationStartup {
  private:
   void LoadItems();
   bool ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn);
-  bool IsShownByOtherView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
+  bool IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
   bool Prune(const RegistryLoad& load, bool& again);
 
   const Keys keys_;

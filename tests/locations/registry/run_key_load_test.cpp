@@ -101,6 +101,12 @@ TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
   CommonRun().ReadItems();
   EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"32.exe");
   EXPECT_THAT(FindByCaption(CommonRun(), L"both")->Name(), ::testing::StartsWith(L"(x32)"));
+
+  // As a list from scratch would have it.
+  SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"both", Sz(L"64.exe"), KEY_WOW64_64KEY);
+  CommonRun().ReadItems();
+  EXPECT_EQ(Command(FindByCaption(CommonRun(), L"both")), L"64.exe");
+  EXPECT_EQ(Listed(CommonRun()).size(), 2u);
 }
 
 TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
