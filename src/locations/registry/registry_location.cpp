@@ -63,30 +63,60 @@ void TLocationRegistry::ReadItems() {
 }
 
 void TLocationRegistry::LoadItems() {
-  // Twice at most: pruning can make room for entries that were passed over.
+  // Once more when pruning can make room for entries that were passed over, and while others write.
+  constexpr int kMostPasses = 4;
   bool again = true;
-  for (int pass = 0; pass < 2 && again; ++pass) {
+  bool isTorn = false;
+  for (int pass = 0; pass < kMostPasses && again; ++pass) {
+    const std::vector<KeyStamp> before = Stamps();
     const std::optional<Load> begun = BeginLoad();
     if (!begun) return;
     RegistryLoad load{*begun};
-    bool current = ReadPath(load, keys_.own, true);
-    for (const std::wstring& path : keys_.side) current = current && ReadPath(load, path, false);
-    if (!current || !Prune(load, again)) {
+    const bool isCurrent = ReadPlaces(load);
+    isTorn = isCurrent && Stamps() != before;
+    // What it has not found may stand there all the same.
+    if (isTorn) continue;
+    if (!isCurrent || !Prune(load, again)) {
       Gate().MarkLoadDue();
       return;
     }
   }
+  if (isTorn) Gate().MarkLoadDue();
 }
 
-bool TLocationRegistry::ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn) {
-  for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
-    if (view != 0 && OwnView() == 0) continue;
-    for (const HKEY root : keys_.roots) {
-      CheckTerminated();
-      if (!ReadKey(load, {root, path, view, isOwn})) return false;
+std::vector<TLocationRegistry::Place> TLocationRegistry::Places() const {
+  std::vector<Place> places;
+  const auto add = [&](const std::wstring& path, bool isOwn) {
+    for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
+      if (view != 0 && OwnView() == 0) continue;
+      for (const HKEY root : keys_.roots) places.push_back({root, path, view, isOwn});
     }
+  };
+  add(keys_.own, true);
+  for (const std::wstring& path : keys_.side) add(path, false);
+  return places;
+}
+
+bool TLocationRegistry::ReadPlaces(RegistryLoad& load) {
+  for (const Place& place : Places()) {
+    CheckTerminated();
+    if (!ReadKey(load, place)) return false;
   }
   return true;
+}
+
+std::vector<TLocationRegistry::KeyStamp> TLocationRegistry::Stamps() const {
+  std::vector<KeyStamp> stamps;
+  for (const Place& place : Places()) {
+    KeyStamp& stamp = stamps.emplace_back();
+    const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_QUERY_VALUE);
+    if (!key) continue;
+    FILETIME written = {};
+    RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &stamp.subKeys, nullptr, nullptr, &stamp.values,
+                     nullptr, nullptr, nullptr, &written);
+    stamp.written = (std::uint64_t(written.dwHighDateTime) << 32) | written.dwLowDateTime;
+  }
+  return stamps;
 }
 
 bool TLocationRegistry::IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) {

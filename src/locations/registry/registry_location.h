@@ -9,6 +9,7 @@
 #include "locations/registry/registry_entry.h"
 #include "model/uLocationStartup.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -98,8 +99,21 @@ class TLocationRegistry : public TLocationStartup {
   virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
 
  private:
+  // What tells that a key has got or lost something. Zeros for one that may not be read.
+  struct KeyStamp {
+    DWORD subKeys = 0;
+    DWORD values = 0;
+    // As FILETIME counts.
+    std::uint64_t written = 0;
+    bool operator==(const KeyStamp&) const = default;
+  };
+
   void LoadItems();
-  bool ReadPath(RegistryLoad& load, const std::wstring& path, bool isOwn);
+  // In the order of reading.
+  std::vector<Place> Places() const;
+  bool ReadPlaces(RegistryLoad& load);
+  // One for each place.
+  std::vector<KeyStamp> Stamps() const;
   bool IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
   bool Prune(const RegistryLoad& load, bool& again);
 

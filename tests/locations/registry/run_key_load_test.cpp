@@ -109,6 +109,29 @@ TEST_F(RunKeyTest, AValueOfBothViewsIsListedOnceAndItsTwinWhenItIsGone) {
   EXPECT_EQ(Listed(CommonRun()).size(), 2u);
 }
 
+// Another program, that deletes a value while the key is being enumerated: the values behind it move up.
+LSTATUS WINAPI EnumerateAndDelete(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* reserved,
+                                  DWORD* type, BYTE* data, DWORD* size) {
+  const auto enumerate = RealFunction<decltype(RegEnumValueW)>(L"advapi32.dll", "RegEnumValueW");
+  const LSTATUS status = enumerate(key, index, name, length, reserved, type, data, size);
+  if (status == ERROR_SUCCESS && std::wstring_view(name, *length) == L"a") {
+    RemoveValue(HKEY_CURRENT_USER, kRunKey, L"a");
+  }
+  return status;
+}
+
+TEST_F(RunKeyTest, WhatMovesUpInTheEnumerationStaysListed) {
+  for (const wchar_t* name : {L"a", L"b", L"c"}) SetValue(HKEY_CURRENT_USER, kRunKey, name, Sz(L"x.exe"));
+  UserRun().ReadItems();
+  const std::vector<ItemRef> before = Listed(UserRun());
+  ASSERT_EQ(before.size(), 3u);
+  {
+    const ImportPatch patch("RegEnumValueW", EnumerateAndDelete);
+    UserRun().ReadItems();
+  }
+  EXPECT_EQ(Listed(UserRun()), std::vector<ItemRef>(before.begin() + 1, before.end()));
+}
+
 TEST_F(RunKeyTest, AChangedCommandIsAChangeOfTheSameItem) {
   SetValue(HKEY_CURRENT_USER, kRunKey, L"app", Sz(L"C:\\windows\\notepad.exe"));
   const ItemRef item = LoadAndFind(UserRun(), L"app");
