@@ -56,13 +56,12 @@ RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const Re
                                KeptEntry before, std::wstring text, FoundEntry found)
     : store_(std::move(store)), text_(std::move(text)), found_(std::move(found)) {
   places_.push_back({address, std::move(before)});
+  places_.front().stands = IsText(places_.front().before);
 }
 
 RegistryTarget::RegistryTarget(const std::shared_ptr<const EntryStore>& store,
                                const RegistryValueAddress& address, std::wstring text, FoundEntry found)
-    : RegistryTarget(store, address, store->Keep(address), std::move(text), std::move(found)) {
-  places_.front().stands = IsText(places_.front().before);
-}
+    : RegistryTarget(store, address, store->Keep(address), std::move(text), std::move(found)) {}
 
 bool RegistryTarget::IsText(const KeptEntry& kept) const {
   const std::optional<RegistryData> data = DataOf(kept);

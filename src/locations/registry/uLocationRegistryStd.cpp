@@ -118,13 +118,16 @@ std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& n
   RequireShortName(name);
   const RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
   const std::shared_ptr<const EntryStore> store = Store(recorded);
-  if (const std::optional<RegistryData> present = DataOf(store->Keep(address))) {
+  KeptEntry before = store->Keep(address);
+  if (const std::optional<RegistryData> present = DataOf(before)) {
     FoundEntry found = ListAt(address, *present);
     found.isProtected = !IsKeyWritable(address.root, address.key, address.viewBits);
-    return std::make_unique<RegistryTarget>(store, address, present->Text(), std::move(found));
+    return std::make_unique<RegistryTarget>(store, address, std::move(before), present->Text(),
+                                            std::move(found));
   }
   if (IsListedElsewhere(address.FullPath(), address)) RaiseNameTaken();
-  return std::make_unique<RegistryTarget>(store, address, command, ListAt(address, StringData(command)));
+  return std::make_unique<RegistryTarget>(store, address, std::move(before), command,
+                                          ListAt(address, StringData(command)));
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanInsert(EntrySource& source, const ItemState& entry,
@@ -135,7 +138,9 @@ std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanInsert(EntrySource& sourc
                                std::wstring(details.EntryName.empty() ? entry.givenText : details.EntryName)};
   address.valueName = FreeName(address, false);
   FoundEntry found = ListAt(address, StringData(command));
-  return std::make_unique<RegistryTarget>(Store(recorded), address, std::move(command), std::move(found));
+  // Nothing stands there: what comes to stand there from now on is somebody else's.
+  return std::make_unique<RegistryTarget>(Store(recorded), address, KeptEntry(), std::move(command),
+                                          std::move(found));
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanCommand(EntrySource& source,

@@ -1,4 +1,6 @@
+#include "model/change_refused.h"
 #include "tests/locations/registry/run_key_fixture.h"
+#include "tests/support/import_patch.h"
 
 namespace smh::test {
 
@@ -45,6 +47,37 @@ TEST_P(RunKeyMove, ATargetThatRefusesIsAnAssertionWithNothingChanged) {
   EXPECT_FALSE(UserRun().CanAcceptItem(*FindByCaption(services, L"missing")));
   SetValue(HKEY_LOCAL_MACHINE, kRunKey, L"missing", Sz(L"C:\\no such.exe"), OwnView());
   EXPECT_TRUE(UserRun().CanAcceptItem(*LoadAndFind(CommonRun(), L"missing")));
+}
+
+// Another program, that writes a value of that name as soon as the key was seen to hold none.
+const std::wstring kWanted = L"wanted";
+LSTATUS WINAPI QueryAndWrite(HKEY key, const wchar_t* name, DWORD* reserved, DWORD* type, BYTE* data,
+                             DWORD* size) {
+  const auto query = RealFunction<decltype(RegQueryValueExW)>(L"advapi32.dll", "RegQueryValueExW");
+  const LSTATUS status = query(key, name, reserved, type, data, size);
+  if (status == ERROR_FILE_NOT_FOUND && name == kWanted) {
+    SetValue(HKEY_LOCAL_MACHINE, kRunKey, kWanted, Sz(L"other.exe"), OwnView());
+  }
+  return status;
+}
+
+TEST_P(RunKeyMove, WhatComesToStandInAPlaceThatWasFreeIsNotOverwritten) {
+  const std::wstring command = L"C:\\no such\\wanted.exe";
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Foo", Sz(command));
+  const ItemRef item = LoadAndFind(UserRun(), L"Foo");
+  const ImportPatch patch("RegQueryValueExW", QueryAndWrite);
+  for (const bool moves : {true, false}) {
+    SCOPED_TRACE(moves);
+    try {
+      moves ? UserRun().MoveItem(item, sulRegistryCommonRun) : CommonRun().AddItem(kWanted, command);
+      ADD_FAILURE() << "not refused";
+    } catch (const EChangeRefused& refused) {
+      EXPECT_EQ(refused.Code(), DWORD(ERROR_REVISION_MISMATCH));
+    }
+    EXPECT_EQ(GetValue(HKEY_LOCAL_MACHINE, kRunKey, kWanted, OwnView()), Sz(L"other.exe"));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"Foo"), Sz(command));
+    RemoveValue(HKEY_LOCAL_MACHINE, kRunKey, kWanted, OwnView());
+  }
 }
 
 TEST_P(RunKeyMove, AnEntryThatVanishedLeavesTheListAndNothingElseHappens) {
