@@ -290,7 +290,10 @@ class Judge {
     if (taker != nullptr && IsOutside(*taker)) return "outside";
     if (taker != nullptr) {
       const Outcome& outcome = outcomes_[static_cast<std::size_t>(taker->change)];
-      if (outcome.AgreesTo(written.written) && (outcome.isDone || IsFollowedOutside(*taker))) return "agreed";
+      if (outcome.isDone && outcome.AgreesTo(written.written)) return "agreed";
+      // Not put back where the outside program had put something meanwhile: that is what it would be without
+      // the change, too.
+      if (!outcome.isDone && IsFollowedOutside(*taker)) return "outside";
       if (taker->seen != written.written) return "window";
     }
     // Carried, and taken away at its new place after that had been confirmed.
@@ -327,12 +330,14 @@ class Judge {
              return put->change == call.change && put->place == call.place;
            });
   }
-  // The outside program has put something in its place, which a deletion then finds there and fails.
+  // The outside program has put something in its place before this process came there again.
   bool IsFollowedOutside(const TracedCall& taker) const {
-    const auto next = std::ranges::find_if(calls_, [&](const TracedCall& call) {
-      return call.place == taker.place && &call != &taker && call.end >= taker.begin;
-    });
-    return next != calls_.end() && IsOutside(*next);
+    for (const TracedCall& call : calls_) {
+      if (call.place != taker.place || &call == &taker || call.end < taker.begin) continue;
+      if (!IsOutside(call)) return false;
+      if (!call.written.empty()) return true;
+    }
+    return false;
   }
   bool IsTakenOutside(const std::wstring& text) const {
     const auto places = placesOf_.find(text);
