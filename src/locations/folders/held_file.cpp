@@ -3,6 +3,7 @@
 #include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "model/change_refused.h"
 
 #include <cstring>
 #include <vector>
@@ -84,8 +85,8 @@ FILE_BASIC_INFO HeldFile::BasicInfo() const {
 void HeldFile::ShareDeletion() {
   file_.Reset();
   ScopedHandle shared = OpenPatiently(path_, GENERIC_READ, kSharing);
-  if (!shared) RaiseLastOSError();
-  if (IdentityOfOpenFile(shared.Get()) != identity_) RaiseOSError(ERROR_REVISION_MISMATCH);
+  if (!shared && !IsMissing(GetLastError())) RaiseLastOSError();
+  if (!shared || IdentityOfOpenFile(shared.Get()) != identity_) RaiseChangedMeanwhile();
   file_ = std::move(shared);
 }
 

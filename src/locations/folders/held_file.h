@@ -35,7 +35,7 @@ class HeldFile {
   FILE_BASIC_INFO BasicInfo() const;
 
   // From here on it may be moved and deleted by the backup service, which looks itself; its content is held
-  // still.
+  // still. Raises EChangeRefused when others have put something else in its place in that moment.
   void ShareDeletion();
   // Lets go of it.
   void Close() noexcept { file_.Reset(); }

@@ -71,6 +71,18 @@ BOOL WINAPI MoveTo(const wchar_t* from, const wchar_t* to, DWORD flags) {
   return AnsweredBy([&] { return real(from, to, flags); });
 }
 
+// Called once, directly before a file that was held is opened anew, for the service to work on it.
+std::function<void()> g_letGo;
+
+HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                       DWORD making, DWORD flags, HANDLE model) {
+  static const auto real = RealFunction<decltype(CreateFileW)>(L"kernel32.dll", "CreateFileW");
+  if (access == GENERIC_READ && flags == FILE_FLAG_OPEN_REPARSE_POINT) {
+    if (const auto letGo = std::exchange(g_letGo, nullptr)) letGo();
+  }
+  return real(path, access, sharing, security, making, flags, model);
+}
+
 class FolderMeanwhile : public BothWays<FolderTest> {
  protected:
   FolderMeanwhile() : savedRun_(HKEY_CURRENT_USER, kRunKey) {
@@ -126,6 +138,7 @@ class FolderMeanwhile : public BothWays<FolderTest> {
 
  private:
   const SavedKey savedRun_;
+  const ImportPatch open_{"CreateFileW", &OpenFile};
   const ImportPatch rename_{"SetFileInformationByHandle", &SetInformation};
   const ImportPatch link_{"CreateHardLinkW", &MakeLink};
   const ImportPatch move1_{"MoveFileExW", &MoveTo};
@@ -219,6 +232,35 @@ TEST_P(FolderMeanwhile, WhatOthersPutInThePlaceOfTheSourceStays) {
     EXPECT_THAT(Values(HKEY_CURRENT_USER, kRunKey), IsEmpty());
     EXPECT_TRUE(UserFolder().IsChanged()) << "a load brings the list up to date";
     ClearItems();
+  }
+}
+
+TEST_P(FolderMeanwhile, InTheMomentInWhichAFileIsLetGoOfItMayGoToo) {
+  if (!GetParam()) return;
+  for (const Change& change : {disable_, delete_, move_, toRun_}) {
+    for (const bool isReplaced : {true, false}) {
+      const std::wstring file = PutShortcut(user.startup + L"Foo.lnk", L"/old");
+      const ItemRef item = LoadAndFind(UserFolder(), file);
+      g_letGo = [&] {
+        fs::rename(file, Folder().File(L"theirs.lnk"));
+        if (isReplaced) Put(file, "theirs");
+      };
+      ExpectRefusedAsChanged([&] { change.run(item); });
+      EXPECT_EQ(g_letGo, nullptr);
+      EXPECT_TRUE(Exists(Folder().File(L"theirs.lnk")));
+      if (isReplaced) {
+        EXPECT_EQ(ReadFileBytes(file), "theirs") << fs::path(change.call);
+      }
+      for (const std::wstring& folder : {user.disabled, common.startup, user.temporary}) {
+        EXPECT_THAT(FilesIn(folder), IsEmpty());
+      }
+      DeleteFileW(file.c_str());
+      for (const std::wstring& name : Values(HKEY_CURRENT_USER, kRunKey)) {
+        EXPECT_FALSE(isReplaced) << "theirs is the entry now";
+        RemoveValue(HKEY_CURRENT_USER, kRunKey, name);
+      }
+      ClearItems();
+    }
   }
 }
 

@@ -316,6 +316,20 @@ TEST_P(HandlerRules, ATreeThatOthersAddToStays) {
     }
     EXPECT_THAT(Tree(Menu(L"Foo")), ::testing::UnorderedElementsAreArray(expected)) << theirs;
     EXPECT_TRUE(item->IsListed());
+
+    // While the target is written: then nothing of the source is begun.
+    RemoveValue(kMachine, Menu(L"Foo") + theirs, L"v", OwnView());
+    const ItemRef again = LoadMenu(L"Foo");
+    module.Safeguard().Clear();
+    {
+      const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kWrite, [&] {
+        SetValue(kMachine, Menu(L"Foo") + theirs, L"v", Sz(L"theirs"), OwnView());
+      });
+      ExpectChangedMeanwhile([&] { Menus().DisableItem(again); }, theirs);
+    }
+    EXPECT_THAT(Tree(Menu(L"Foo")), ::testing::UnorderedElementsAreArray(expected)) << theirs;
+    EXPECT_THAT(Tree(Off(L"Foo")), IsEmpty());
+    for (const std::wstring& line : RecordedChanges()) EXPECT_FALSE(line.starts_with(L"Delete")) << line;
   }
 }
 
