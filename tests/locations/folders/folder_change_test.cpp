@@ -137,6 +137,33 @@ TEST_P(FolderChange, NamesThatAreNoPlainFileNameAreRefusedBeforeAnythingIsMade) 
   EXPECT_EQ(FilesIn(user.startup).size(), 6u);
 }
 
+TEST_P(FolderChange, EmptyAndLongTextsAreRefusedByName) {
+  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
+  const std::string bytes = ReadFileBytes(file);
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  const std::wstring tooLong = Command(std::wstring(32'766, L'c'));
+  const std::pair<std::function<void()>, const wchar_t*> rows[] = {
+      {[&] { UserFolder().ChangeItemCommand(item, L""); }, L"The command is empty."},
+      {[&] { UserFolder().AddItem(L"New", L""); }, L"The command is empty."},
+      {[&] { UserFolder().ChangeItemCommand(item, tooLong); }, L"The command is too long."},
+      {[&] { UserFolder().AddItem(L"New", tooLong); }, L"The command is too long."},
+      {[&] { UserFolder().AddItem(std::wstring(252, L'n'), Program()); }, L"The name is too long."},
+      {[&] { UserFolder().AddItem(std::wstring(255 - user.startup.size(), L'n') + L"n", Program()); },
+       L"The name is too long."},
+  };
+  for (const auto& [change, text] : rows) {
+    try {
+      change();
+      ADD_FAILURE() << "nothing was raised: " << fs::path(text);
+    } catch (const EChangeRefused& refused) {
+      EXPECT_EQ(refused.Message(), text);
+    }
+    EXPECT_EQ(ReadFileBytes(file), bytes);
+    EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
+  }
+  EXPECT_THAT(RecordedChanges(), IsEmpty());
+}
+
 TEST_P(FolderChange, AddingOverAFileOrWithoutAProgramFails) {
   const std::wstring file = Put(user.startup + L"Taken.lnk", "another");
   EXPECT_EQ(ErrorOf([&] { UserFolder().AddItem(L"taken", Program()); }), DWORD(ERROR_ALREADY_EXISTS));
