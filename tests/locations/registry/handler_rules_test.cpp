@@ -1,6 +1,6 @@
 // Handlers, browser objects, approved extensions and search hooks with odd names, other entries at their
 // places and other programs at work: each stays what and where it is, or goes whole.
-#include "tests/locations/registry/handler_fixture.h"
+#include "tests/locations/registry/handler_rules_fixture.h"
 #include "tests/locations/registry/meanwhile.h"
 
 #include <gmock/gmock.h>
@@ -12,53 +12,12 @@ namespace smh::test {
 namespace {
 
 using Kind = ChangeAnswer::Kind;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
-
-const HKEY kMachine = HKEY_LOCAL_MACHINE;
 
 void RemoveValueIfThere(const std::wstring& key, REGSAM view) {
   if (GetValue(kMachine, key, kClass, view)) RemoveValue(kMachine, key, kClass, view);
 }
 
-class HandlerRules : public BothWays<HandlerTest> {
- protected:
-  static std::wstring Menu(const std::wstring& name) { return kMenusKey + L"\\" + name; }
-  static std::wstring Off(const std::wstring& name) { return kMenusKey + kAutorunsSide + L"\\" + name; }
-  static ItemRef FindMenu(const std::wstring& path, const std::wstring& data = kClass) {
-    return FindItem(Menus().LocationType(), BuildFullValuePath(OwnView(), kMachine, path, data));
-  }
-  static ItemRef LoadMenu(const std::wstring& name) {
-    ClearItems();
-    Menus().ReadItems();
-    return FindMenu(Menu(name));
-  }
-
-  // Every key and value below a key as one text per piece: what a tree is, to the byte.
-  static std::vector<std::wstring> Tree(const std::wstring& path) {
-    std::vector<std::wstring> pieces;
-    if (!KeyIsThere(kMachine, path, OwnView())) return pieces;
-    pieces.push_back(path);
-    for (const std::wstring& name : Values(kMachine, path, OwnView())) {
-      const RawValue value = *GetValue(kMachine, path, name, OwnView());
-      std::wstring piece = path + L'|' + name + L'|' + std::to_wstring(value.type) + L'|';
-      for (const std::byte byte : value.bytes) piece += std::to_wstring(int(byte)) + L' ';
-      pieces.push_back(std::move(piece));
-    }
-    for (const std::wstring& sub : SubKeys(kMachine, path, OwnView())) {
-      for (std::wstring& piece : Tree(path + L'\\' + sub)) pieces.push_back(std::move(piece));
-    }
-    return pieces;
-  }
-  static void MakeTree(const std::wstring& path) {
-    SetHandler(kMachine, path, kClass, OwnView());
-    SetValue(kMachine, path, L"number", Dword(7), OwnView());
-    SetValue(kMachine, path + L"\\a", L"", ExpandSz(L"%x%"), OwnView());
-    SetValue(kMachine, path + L"\\a\\b", L"list", MultiSz({L"one", L"two"}), OwnView());
-    SetValue(kMachine, path + L"\\z:/", L"bytes", Binary("\x01\x02"), OwnView());
-  }
-};
 INSTANTIATE_TEST_SUITE_P(Checkpoints, HandlerRules, ::testing::Bool());
 
 // "A: x" and "B: x" end alike; "Tool/" ends in nothing.
@@ -241,129 +200,6 @@ TEST_P(HandlerRules, ThePlainViewTakesPartAsATwinOnly) {
       EXPECT_EQ(texts(places[i].first, places[i].second), expected) << row.name << L" " << i;
     }
   }
-}
-
-TEST_P(HandlerRules, ATreeIsDeletedWholeOrNotAtAll) {
-  using Rights = LimitedKey::Rights;
-  const std::pair<std::wstring, Rights> rows[] = {{L"\\a", Rights::kNone},
-                                                  {L"\\a\\b", Rights::kReadOnly},
-                                                  {L"\\a\\b", Rights::kNone},
-                                                  {L"\\z:/", Rights::kReadOnly},
-                                                  {L"\\z:/", Rights::kNone}};
-  for (const auto& [limited, rights] : rows) {
-    DeleteKeyTree(kMachine, Menu(L"Foo"), OwnView());
-    MakeTree(Menu(L"Foo"));
-    const std::vector<std::wstring> before = Tree(Menu(L"Foo"));
-    const ItemRef item = LoadMenu(L"Foo");
-    ASSERT_NE(item, nullptr);
-    {
-      const LimitedKey noRights(kMachine, Menu(L"Foo") + limited, rights, OwnView());
-      for (const auto& change : {&TLocationStartup::DeleteItem, &TLocationStartup::DisableItem}) {
-        try {
-          EXPECT_EQ((Menus().*change)(item).kind, Kind::kRefused) << limited;
-        } catch (const EOSError& error) {
-          EXPECT_EQ(error.Code(), DWORD(ERROR_ACCESS_DENIED));
-        }
-      }
-    }
-    EXPECT_EQ(Tree(Menu(L"Foo")), before) << limited;
-    EXPECT_THAT(Tree(Off(L"Foo")), IsEmpty()) << limited;
-    EXPECT_TRUE(item->IsListed() && item->IsEnabled());
-  }
-}
-
-// Refused, or pretended, at every call in turn and from there on.
-TEST_P(HandlerRules, ATreeWhoseDeletionIsCutOffComesBackToTheByte) {
-  if (!GetParam()) return;
-  for (const LSTATUS answer : {ERROR_ACCESS_DENIED, ERROR_SUCCESS}) {
-    for (int number = 1;; ++number) {
-      DeleteKeyTree(kMachine, Menu(L"Foo"), OwnView());
-      MakeTree(Menu(L"Foo"));
-      const std::vector<std::wstring> before = Tree(Menu(L"Foo"));
-      const ItemRef item = LoadMenu(L"Foo");
-      int count = 0;
-      module.Safeguard().Before([&](const std::wstring& line) {
-        const bool deletes = line.starts_with(L"DeleteKey") || line.starts_with(L"DeleteValue");
-        if (deletes && ++count == number - 1) module.Safeguard().Answer(L"Delete", answer, 99);
-      });
-      if (number == 1) module.Safeguard().Answer(L"Delete", answer, 99);
-      const ChangeAnswer done = Menus().DeleteItem(item);
-      module.Safeguard().Clear();
-      if (done.kind == Kind::kDone) {
-        EXPECT_EQ(number, 8) << "three values, four keys";
-        break;
-      }
-      EXPECT_EQ(done.kind, Kind::kRefused);
-      EXPECT_THAT(Tree(Menu(L"Foo")), ::testing::UnorderedElementsAreArray(before)) << number;
-      EXPECT_TRUE(item->IsListed());
-    }
-  }
-}
-
-TEST_P(HandlerRules, ATreeThatOthersAddToStays) {
-  for (const wchar_t* theirs : {L"\\new", L"\\a\\b\\new", L"\\z:/\\new"}) {
-    DeleteKeyTree(kMachine, Menu(L"Foo"), OwnView());
-    MakeTree(Menu(L"Foo"));
-    const ItemRef item = LoadMenu(L"Foo");
-    std::vector<std::wstring> expected;
-    {
-      const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kDelete, [&] {
-        SetValue(kMachine, Menu(L"Foo") + theirs, L"v", Sz(L"theirs"), OwnView());
-        expected = Tree(Menu(L"Foo"));
-      });
-      ExpectChangedMeanwhile([&] { Menus().DeleteItem(item); }, theirs);
-      EXPECT_TRUE(meanwhile.HasRun());
-    }
-    EXPECT_THAT(Tree(Menu(L"Foo")), ::testing::UnorderedElementsAreArray(expected)) << theirs;
-    EXPECT_TRUE(item->IsListed());
-
-    // While the target is written: then nothing of the source is begun.
-    RemoveValue(kMachine, Menu(L"Foo") + theirs, L"v", OwnView());
-    const ItemRef again = LoadMenu(L"Foo");
-    module.Safeguard().Clear();
-    {
-      const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kWrite, [&] {
-        SetValue(kMachine, Menu(L"Foo") + theirs, L"v", Sz(L"theirs"), OwnView());
-      });
-      ExpectChangedMeanwhile([&] { Menus().DisableItem(again); }, theirs);
-    }
-    EXPECT_THAT(Tree(Menu(L"Foo")), ::testing::UnorderedElementsAreArray(expected)) << theirs;
-    EXPECT_THAT(Tree(Off(L"Foo")), IsEmpty());
-    for (const std::wstring& line : RecordedChanges()) EXPECT_FALSE(line.starts_with(L"Delete")) << line;
-  }
-}
-
-TEST_P(HandlerRules, ALinkIsNeitherEnteredNorWrittenThrough) {
-  const RegistryTree outside(L"Software\\Handler rules target");
-  outside.Set(L"", L"", Sz(kClass));
-  outside.Set(L"sub", L"v", Sz(L"stays"));
-  // As a handler, and as the place where one would go.
-  SetHandler(kMachine, Menu(L"Foo"), kClass, OwnView());
-  MakeKey(kMachine, kMenusKey + kAutorunsSide, OwnView());
-  MakeLink(kMachine, Off(L"Foo"), outside.Key().Get(), OwnView());
-  const ItemRef item = LoadMenu(L"Foo");
-  ASSERT_NE(item, nullptr);
-  try {
-    EXPECT_NE(Menus().DisableItem(item).kind, Kind::kDone);
-  } catch (const Exception&) {
-  }
-  EXPECT_EQ(Handler(kMachine, Menu(L"Foo"), OwnView()), Sz(kClass));
-  EXPECT_EQ(outside.Get(L"", L""), Sz(kClass));
-  EXPECT_EQ(outside.Get(L"sub", L"v"), Sz(L"stays"));
-  DeleteKeyTree(kMachine, Off(L"Foo"), OwnView());
-
-  MakeLink(kMachine, Menu(L"Linked"), outside.Key().Get(), OwnView());
-  if (const ItemRef linked = LoadMenu(L"Linked")) {
-    for (const auto& change : {&TLocationStartup::DisableItem, &TLocationStartup::DeleteItem}) {
-      try {
-        EXPECT_NE((Menus().*change)(linked).kind, Kind::kDone);
-      } catch (const Exception&) {
-      }
-    }
-  }
-  EXPECT_EQ(outside.Get(L"", L""), Sz(kClass));
-  EXPECT_EQ(outside.Get(L"sub", L"v"), Sz(L"stays"));
-  DeleteKeyTree(kMachine, Menu(L"Linked"), OwnView());
 }
 
 // Browser objects and search hooks have no text of their own as a rule.
