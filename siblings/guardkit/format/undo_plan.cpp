@@ -119,7 +119,14 @@ bool IsAfter(const ValueStep& step, const PastState& found) {
 // Whatever a key that was made holds now.
 bool IsAfter(const KeyStep& step, const PastState& found) {
   const KeyState key = found.Key(step.key);
-  return step.before.exists ? SameContent(key, step.after) : key.exists;
+  if (!step.before.exists) return key.exists;
+  // Also when a part of it has been put back, and the rest was refused.
+  const auto wasThere = [&](const NamedValue& value) {
+    return std::ranges::find(step.before.values, value) != step.before.values.end();
+  };
+  const bool isPart = !step.after.exists && key.exists && key.values.size() < step.before.values.size() &&
+                      std::ranges::all_of(key.values, wasThere);
+  return SameContent(key, step.after) || isPart;
 }
 bool IsAfter(const FileStep& step, const PastState& found) {
   return SameContent(found.File(step.path), step.after);
