@@ -6,6 +6,7 @@
 // from is the first reading of the entry; nothing that the list says is trusted.
 #pragma once
 
+#include "model/last_look.h"
 #include "model/uStartupItem.h"
 
 namespace smh {
@@ -24,10 +25,10 @@ class EntrySource {
   // The command that another kind of location would hold. Raises, and says why, when the entry is something
   // else or more than a command.
   virtual std::wstring Command() const = 0;
-  // Takes the entry away, when it still is what was read first, and looks again. False when it is still there
-  // without an error. Raises EChangeRefused when it is something else by now, and what the taking away
-  // raises.
-  virtual bool ExtractItem() = 0;
+  // Takes the entry away, when it still is what was read first and `arrived` says that its target stands, and
+  // looks again. False when it is still there without an error. Raises EChangeRefused when it is something
+  // else by now or its target has gone, and what the taking away raises.
+  virtual bool ExtractItem(const LastLook& arrived) = 0;
   // Makes of what was read first what is missing; whether it stands there whole then, or what others have put
   // in its place, which stays.
   virtual bool PutBack() noexcept = 0;
@@ -48,6 +49,8 @@ class EntryTarget {
   // Writes the entry and reads it back. False when it did not arrive without an error; then, as after what it
   // raises, TakeBack is due.
   virtual bool InsertItem() = 0;
+  // Whether what was written still stands; the source goes only then. May raise.
+  virtual bool Stands() const = 0;
   // Removes what was written, when it is still that; whether the place is as it was.
   virtual bool TakeBack() noexcept = 0;
   // The entry as a load lists it after InsertItem.

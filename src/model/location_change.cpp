@@ -13,9 +13,11 @@ void TakeBack(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkp
 }  // namespace
 
 bool CarryEntry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
+  const LastLook arrived = [target] { return target == nullptr || target->Stands(); };
   const bool removes = source != nullptr && (target == nullptr || !target->CarriesSource());
   try {
-    if ((target == nullptr || target->InsertItem()) && (!removes || source->ExtractItem())) return true;
+    if ((target == nullptr || target->InsertItem()) && (!removes || source->ExtractItem(arrived)))
+      return true;
   } catch (...) {
     TakeBack(target, removes ? source : nullptr, checkpoint);
     throw;

@@ -25,8 +25,9 @@ class FakeSource final : public EntrySource {
   FoundEntry Found() const override { return {}; }
   SharedText ShownCommand() const override { return {}; }
   std::wstring Command() const override { return {}; }
-  bool ExtractItem() override {
+  bool ExtractItem(const LastLook& arrived) override {
     log_.push_back(L"extract");
+    RequireStill(arrived);
     return Outcome(extracting_);
   }
   bool PutBack() noexcept override {
@@ -48,6 +49,7 @@ class FakeTarget final : public EntryTarget {
     log_.push_back(L"insert");
     return Outcome(inserting_);
   }
+  bool Stands() const override { return true; }
   bool TakeBack() noexcept override {
     log_.push_back(L"take back");
     return true;

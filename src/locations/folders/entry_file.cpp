@@ -81,18 +81,20 @@ std::wstring FileSource::Command() const {
   return std::wstring(facts.command);
 }
 
-bool FileSource::ExtractItem() {
+bool FileSource::ExtractItem(const LastLook& arrived) {
   if (!recorded_) {
+    RequireStill(arrived);
     file_->Delete();
     return true;
   }
   file_->ShareDeletion();
-  const ScopedLook look([this] { return file_->StandsAt(path_); });
+  const LastLook isStill = [&] { return arrived() && file_->StandsAt(path_); };
+  const ScopedLook look(isStill);
   const LSTATUS status = DLLGlobals::Safeguard().DeleteRecordedFile(path_.c_str());
   look.RequireKept();
   file_->Close();
-  // What happened counts, not what was answered.
-  if (!file_->StandsAt(path_)) return true;
+  // What happened counts, not what was answered; a refusal is believed unless the file is seen to have gone.
+  if (status == ERROR_SUCCESS ? !file_->StandsAt(path_) : file_->HasLeft(path_)) return true;
   CheckRecorded(status);
   RaiseOSError(ERROR_ACCESS_DENIED);
 }
@@ -123,6 +125,7 @@ FileTarget::FileTarget(std::unique_ptr<TemporaryShortcut> made, std::wstring to,
       file_(*held_),
       from_(made_->Path()),
       to_(std::move(to)),
+      bytes_(file_.Bytes(kLargestShortcut)),
       enabled_(enabled),
       folders_(folders),
       recorded_(recorded) {
@@ -150,6 +153,11 @@ bool FileTarget::InsertItem() {
   file_.Close();
   folders_.TakeOver(to_);
   return true;
+}
+
+// What took the source along is not asked.
+bool FileTarget::Stands() const {
+  return made_ == nullptr || ReadShortcutBytes(to_) == bytes_;
 }
 
 bool FileTarget::TakeBack() noexcept {
@@ -207,6 +215,10 @@ bool ReplacedFile::InsertItem() {
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(ERROR_WRITE_FAULT);
   folders_.TakeOver(file_);
   return true;
+}
+
+bool ReplacedFile::Stands() const {
+  return ReadShortcutBytes(file_) == bytes_;
 }
 
 bool ReplacedFile::TakeBack() noexcept {

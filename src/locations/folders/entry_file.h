@@ -29,7 +29,7 @@ class FileSource final : public EntrySource {
   SharedText ShownCommand() const override;
   // Raises for a program file and for a shortcut that is more than a command.
   std::wstring Command() const override;
-  bool ExtractItem() override;
+  bool ExtractItem(const LastLook& arrived) override;
   bool PutBack() noexcept override;
 
  private:
@@ -54,6 +54,7 @@ class FileTarget final : public EntryTarget {
              bool recorded);
 
   bool InsertItem() override;
+  bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return ListFile(to_, enabled_); }
   bool CarriesSource() const noexcept override { return made_ == nullptr; }
@@ -67,6 +68,8 @@ class FileTarget final : public EntryTarget {
   HeldFile& file_;
   const std::wstring from_;
   const std::wstring to_;
+  // Of the shortcut that was made.
+  const std::string bytes_;
   const bool enabled_;
   const FolderSet& folders_;
   const bool recorded_;
@@ -81,6 +84,7 @@ class ReplacedFile final : public EntryTarget {
                bool recorded);
 
   bool InsertItem() override;
+  bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return source_.Found(); }
 

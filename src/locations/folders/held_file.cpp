@@ -63,6 +63,11 @@ std::unique_ptr<HeldFile> HeldFile::Require(const std::wstring& path) {
   return file;
 }
 
+bool HeldFile::HasLeft(const std::wstring& path) const noexcept {
+  const std::optional<FileIdentity> identity = IdentityOf(path);
+  return identity ? identity != identity_ : IsMissing(GetLastError());
+}
+
 // What a link leads to is read by its name: the handle is the link's own.
 std::string HeldFile::Bytes(std::uint64_t cap) const {
   if ((BasicInfo().FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
@@ -119,7 +124,8 @@ void HeldFile::CopyTo(const std::wstring& to) {
 void HeldFile::Delete() {
   const LSTATUS status = DeleteOpenFile(file_.Get());
   Close();
-  if (StandsAt(path_)) RaiseWithout(status);
+  // A refusal is believed unless the file is seen to have gone.
+  if (status == ERROR_SUCCESS ? StandsAt(path_) : !HasLeft(path_)) RaiseWithout(status);
 }
 
 }  // namespace smh

@@ -29,6 +29,8 @@ class HeldFile {
   HANDLE Handle() const noexcept { return file_.Get(); }
   // Whether this very file stands at a path; also after Close.
   bool StandsAt(const std::wstring& path) const noexcept { return IdentityOf(path) == identity_; }
+  // Whether it certainly stands there no more; false, too, for a path that cannot be looked at.
+  bool HasLeft(const std::wstring& path) const noexcept;
   // From the beginning. Raises EOSError, ERROR_FILE_TOO_LARGE for more than `cap` bytes.
   std::string Bytes(std::uint64_t cap) const;
   // Attributes and times as they are.

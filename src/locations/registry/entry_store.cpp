@@ -23,9 +23,9 @@ bool EntryStore::Write(const RegistryValueAddress& address, const std::wstring& 
 }
 
 // What is below a key goes before it.
-void EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept) const {
+void EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived) {
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
-    const LastLook look = [&] { return StandsAlone(*piece); };
+    const LastLook look = [&] { return arrived() && StandsAlone(*piece); };
     if (!Exists(*piece)) continue;
     if (piece->isKey) {
       writer.DeleteKey(piece->address, look);
@@ -37,7 +37,8 @@ void EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kep
   }
 }
 
-bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept) const {
+bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept,
+                        const LastLook& arrived) const {
   const KeptEntry before = Keep(address);
   if (before.empty()) return true;
   if (before != kept) RaiseChangedMeanwhile();
@@ -45,7 +46,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
     if (writer_.IsRecorded()) return false;
     RaiseOSError(static_cast<DWORD>(status));
   }
-  DeletePieces(writer_, kept);
+  DeletePieces(writer_, kept, arrived);
   const KeptEntry left = Keep(address);
   const auto isKept = [&](const KeptPiece& piece) { return std::ranges::find(kept, piece) != kept.end(); };
   if (!std::ranges::all_of(left, isKept)) RaiseChangedMeanwhile();
@@ -76,7 +77,7 @@ bool EntryStore::TakeBack(const RegistryValueAddress& address, const std::wstrin
     const bool isOurs = now.size() == 1 && now.front().data == StringData(text);
     if (!isOurs && !(before.empty() && IsBare(now))) return false;
     if (before.empty()) {
-      DeletePieces(plain, now);
+      DeletePieces(plain, now, [] { return true; });
     } else {
       plain.SetValue(ValueOf(address), *before.front().data, [&] { return Keep(address) == now; });
     }

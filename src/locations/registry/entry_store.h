@@ -24,9 +24,9 @@ class EntryStore {
   // Writes the text as REG_SZ (the type is not kept, on purpose) over `before`, which must still stand there.
   // False when it did not arrive without an error.
   bool Write(const RegistryValueAddress& address, const std::wstring& text, const KeptEntry& before) const;
-  // Deletes `kept`, which must still stand there; of what is gone nothing. False when some of it is still
-  // there without an error. What cannot be deleted whole is not begun.
-  bool Delete(const RegistryValueAddress& address, const KeptEntry& kept) const;
+  // Deletes `kept`, which must still stand there, as `arrived` must hold; of what is gone nothing. False when
+  // some of it is still there without an error. What cannot be deleted whole is not begun.
+  bool Delete(const RegistryValueAddress& address, const KeptEntry& kept, const LastLook& arrived) const;
   // Makes what is missing of `kept`, all of it, whatever fails on the way; whether nothing of it is missing
   // then. What others have written there stays.
   bool PutBack(const KeptEntry& kept) const noexcept;
@@ -41,7 +41,7 @@ class EntryStore {
 
  private:
   bool StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const;
-  void DeletePieces(const RegistryWriter& writer, const KeptEntry& kept) const;
+  static void DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived);
 
   const RegistryWriter writer_;
 };

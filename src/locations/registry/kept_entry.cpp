@@ -21,6 +21,11 @@ std::vector<std::byte> RightsOf(HKEY key) {
   return status == ERROR_SUCCESS ? rights : std::vector<std::byte>();
 }
 
+bool IsDeleted(HKEY key) noexcept {
+  return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                          nullptr, nullptr, nullptr) == ERROR_KEY_DELETED;
+}
+
 void KeepKey(KeptEntry& kept, HKEY parent, const std::wstring& name, RegistryValueAddress address,
              int depth) {
   if (depth > kDeepestKey || IsRegistryLink(parent, name, address.viewBits)) return;
@@ -39,6 +44,11 @@ void KeepKey(KeptEntry& kept, HKEY parent, const std::wstring& name, RegistryVal
     }
     address.valueName = values.Name();
     kept.push_back({address, false, std::move(value)});
+  }
+  // One that goes while it is read is not there; it would seem to be empty.
+  if (IsDeleted(key.Get())) {
+    kept.resize(own);
+    return;
   }
   const std::wstring path = address.key;
   address.valueName.clear();
@@ -100,8 +110,9 @@ bool Exists(const KeptPiece& piece) {
 bool StandsAlone(const KeptPiece& piece) {
   const RegistryValueAddress& address = piece.address;
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
-  if (!key || QueryRegistryValue(key.Get(), address.valueName) != piece.data) return false;
-  return !piece.isKey || HoldsOnlyDefault(key.Get());
+  if (!key || (piece.isKey && !HoldsOnlyDefault(key.Get()))) return false;
+  // Last, so that nothing is read between its data and the change.
+  return QueryRegistryValue(key.Get(), address.valueName) == piece.data;
 }
 
 LSTATUS CheckDeletable(const KeptEntry& kept) {

@@ -3,6 +3,8 @@
 #include "infra/registry/registry.h"
 #include "model/change_refused.h"
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {
@@ -39,9 +41,9 @@ std::wstring RegistrySource::Command() const {
   return data_.Text();
 }
 
-bool RegistrySource::ExtractItem() {
+bool RegistrySource::ExtractItem(const LastLook& arrived) {
   for (const Place& place : places_) {
-    if (!store_->Delete(place.address, place.kept)) return false;
+    if (!store_->Delete(place.address, place.kept, arrived)) return false;
   }
   return true;
 }
@@ -97,6 +99,11 @@ bool RegistryTarget::InsertItem() {
     if (!store_->Write(place.address, text_, place.before)) return false;
   }
   return true;
+}
+
+bool RegistryTarget::Stands() const {
+  return std::ranges::all_of(places_,
+                             [this](const Place& place) { return IsText(store_->Keep(place.address)); });
 }
 
 bool RegistryTarget::TakeBack() noexcept {

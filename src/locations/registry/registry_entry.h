@@ -43,7 +43,7 @@ class RegistrySource final : public EntrySource {
   SharedText ShownCommand() const override { return found_.command; }
   // Raises ERegistryException for data that is no text.
   std::wstring Command() const override;
-  bool ExtractItem() override;
+  bool ExtractItem(const LastLook& arrived) override;
   bool PutBack() noexcept override;
 
  private:
@@ -83,6 +83,7 @@ class RegistryTarget final : public EntryTarget {
 
   bool StandsAlready() const noexcept override;
   bool InsertItem() override;
+  bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return found_; }
 

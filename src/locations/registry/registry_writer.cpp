@@ -110,7 +110,13 @@ void RegistryWriter::DeleteKey(const RegistryValueAddress& address, const LastLo
 void MakePiece(const KeptPiece& piece) {
   bool isNew = false;
   const ScopedKey key = MakePlainKey(piece.address, isNew);
-  if (piece.data) SetPlain(key.Get(), piece.address.valueName, *piece.data);
+  try {
+    if (piece.data) SetPlain(key.Get(), piece.address.valueName, *piece.data);
+  } catch (...) {
+    // A key without its data would be another one, which nobody takes for what was deleted.
+    if (isNew) DeletePlainKey(piece.address);
+    throw;
+  }
   if (!isNew || piece.rights.empty()) return;
   std::vector<std::byte> rights = piece.rights;
   RegSetKeySecurity(key.Get(), DACL_SECURITY_INFORMATION, rights.data());
