@@ -86,7 +86,7 @@ class FullDiskTest : public ::testing::Test {
   bool ChangeWithRoomFor(const Scenario& scenario, int room) {
     world_.Clear();
     ClearJournal();
-    scenario.arrange(world_);
+    scenario.Arrange(world_);
     const std::string before = world_.Everything();
     const ItemRef item = LoadEntry(scenario);
     bool isDone = false;
@@ -113,6 +113,7 @@ class FullDiskTest : public ::testing::Test {
 TEST_F(FullDiskTest, LeavesNothingInterruptedAndNothingThatUndoRefuses) {
   int index = 0;
   for (const Scenario& scenario : Scenarios()) {
+    if (scenario.isVariant && ProofStride() != 1) continue;
     SCOPED_TRACE(scenario.name);
     for (int room = index++ % ProofStride();; room += ProofStride()) {
       SCOPED_TRACE("room for " + std::to_string(room));

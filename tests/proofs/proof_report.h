@@ -18,7 +18,7 @@ inline int ProofStride(int bounded = 3) {
 class ProofReport : public ::testing::Environment {
  public:
   // One more in that row and column.
-  static void Count(const char* row, const char* column);
+  static void Count(const std::string& row, const char* column);
 
   void TearDown() override {
     std::map<std::string, int> sums;
@@ -42,7 +42,7 @@ class ProofReport : public ::testing::Environment {
 inline ProofReport& g_proofReport =
     *static_cast<ProofReport*>(::testing::AddGlobalTestEnvironment(new ProofReport));
 
-inline void ProofReport::Count(const char* row, const char* column) {
+inline void ProofReport::Count(const std::string& row, const char* column) {
   ++g_proofReport.rows_[row][column];
 }
 

@@ -24,11 +24,12 @@ struct KeyPlace {
 };
 
 const std::vector<KeyPlace>& KeyPlaces() {
-  static const std::vector<KeyPlace> places = {{HKEY_LOCAL_MACHINE, kRunKey},
-                                               {HKEY_LOCAL_MACHINE, kMenusKey},
-                                               {HKEY_LOCAL_MACHINE, kObjectsKey},
-                                               {HKEY_LOCAL_MACHINE, kApprovedKey},
-                                               {HKEY_CURRENT_USER, kRunKey}};
+  static const std::vector<KeyPlace> places = {
+      {HKEY_LOCAL_MACHINE, kRunKey},     {HKEY_LOCAL_MACHINE, kMenusKey},
+      {HKEY_LOCAL_MACHINE, kObjectsKey}, {HKEY_LOCAL_MACHINE, kApprovedKey},
+      {HKEY_LOCAL_MACHINE, kRunOnceKey}, {HKEY_LOCAL_MACHINE, kHooksKey},
+      {HKEY_CURRENT_USER, kRunKey},      {HKEY_CURRENT_USER, kRunOnceKey},
+      {HKEY_CURRENT_USER, kHooksKey}};
   return places;
 }
 
@@ -49,32 +50,6 @@ void LetGoOfFolders() {
   }
 }
 
-std::string Narrow(const std::wstring& text) {
-  return fs::path(text).string();
-}
-
-void AddEntries(std::string& dump, HKEY root, const std::wstring& key, REGSAM view) {
-  const std::string place =
-      (root == HKEY_LOCAL_MACHINE ? "HKLM" : "HKCU") + std::string(view != 0 ? " 64 " : " ") + Narrow(key);
-  std::vector<std::wstring> values = Values(root, key, view);
-  std::vector<std::wstring> keys = SubKeys(root, key, view);
-  std::ranges::sort(values);
-  std::ranges::sort(keys);
-  const bool isContainer = key.starts_with(kRunKey) || key.ends_with(kAutorunsSide) ||
-                           std::ranges::find(KeyPlaces(), key, &KeyPlace::key) != KeyPlaces().end();
-  if (values.empty() && keys.empty() && !isContainer) dump += place + "\n";
-  for (const std::wstring& name : values) {
-    const std::optional<RawValue> value = GetValue(root, key, name, view);
-    dump += place + " \"" + Narrow(name) + "\" = ";
-    if (value) {
-      dump += std::to_string(value->type) + ' ' +
-              std::string(reinterpret_cast<const char*>(value->bytes.data()), value->bytes.size());
-    }
-    dump += "\n";
-  }
-  for (const std::wstring& sub : keys) AddEntries(dump, root, key + L'\\' + sub, view);
-}
-
 void RemoveFiles(const std::wstring& folder) {
   if (!fs::is_directory(folder)) return;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
@@ -85,7 +60,7 @@ void RemoveFiles(const std::wstring& folder) {
 }  // namespace
 
 ProofWorld::ProofWorld(bool withLocations)
-    : keys_({kRunKey, kMenusKey, kObjectsKey, kApprovedKey, kServerKey}),
+    : keys_({kRunKey, kRunOnceKey, kMenusKey, kObjectsKey, kApprovedKey, kHooksKey, kServerKey}),
       letGo_(withLocations ? LetGo(LetGoOfFolders) : LetGo()) {
   Put(HKEY_LOCAL_MACHINE, kServerKey + L"\\InprocServer32", L"", Sz(L"C:\\Samples\\class.dll"));
   RemoveFolders();
@@ -135,13 +110,20 @@ void ProofWorld::PutShortcut(const std::wstring& file, const std::wstring& argum
   WriteShortcut(fields, file);
 }
 
-std::string ProofWorld::Entries() const {
-  std::string dump;
-  ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { AddEntries(dump, root, key, view); });
+RawState ProofWorld::Entries() const {
+  RawState state;
+  ForEachKey([&](HKEY root, const std::wstring& key, REGSAM view) { AddKeyTo(state, root, key, view); });
+  // The lists themselves are no entries.
+  std::erase_if(state, [](const auto& entry) {
+    const std::wstring& key = entry.first.key;
+    return entry.second.empty() && !entry.first.IsFile() && entry.first.name.empty() &&
+           (key.starts_with(kRunKey) || key.ends_with(kAutorunsSide) ||
+            std::ranges::find(KeyPlaces(), key, &KeyPlace::key) != KeyPlaces().end());
+  });
   for (const std::wstring& folder : Folders()) {
-    if (!folder.ends_with(kTemporary)) dump += DumpFolder(WithoutTrailingBackslash(folder), false);
+    if (!folder.ends_with(kTemporary)) AddFolderTo(state, folder);
   }
-  return dump;
+  return state;
 }
 
 std::string ProofWorld::Everything() const {

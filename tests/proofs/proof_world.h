@@ -2,13 +2,16 @@
 #pragma once
 
 #include "model/uLocationStartup.h"
-#include "tests/support/registry_fixture.h"
+#include "tests/proofs/raw_state.h"
 #include "tests/support/startup_folders.h"
 
 namespace smh::test {
 
 // A class with a server in every view.
 inline const std::wstring kServedClass = L"{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8A11}";
+
+inline const std::wstring kRunOnceKey = kRunKey + L"Once";
+inline const std::wstring kRunOnceSide = kRunOnceKey + L"\\Disabled (Startup Manager)";
 
 enum class Views { kBoth, kOwn, kPlain };
 
@@ -30,12 +33,15 @@ class ProofWorld {
   // A shortcut to kProgram; makes the folder.
   void PutShortcut(const std::wstring& file, const std::wstring& arguments) const;
 
+  // What the entry of a scenario is called.
+  std::wstring entryName = L"Foo";
+
   const StartupPlaces& User() const { return *user_; }
   const StartupPlaces& Common() const { return *common_; }
 
   // Every value, every key that holds nothing, every file with its bytes; not the side keys themselves, and
   // not what lies in the temporary folders.
-  std::string Entries() const;
+  RawState Entries() const;
   // The same to the last attribute: keys with their security, files with their times.
   std::string Everything() const;
 
