@@ -2,6 +2,7 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/files/file_facts.h"
+#include "infra/files/file_moves.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "locations/folders/folder_files.h"
@@ -16,6 +17,18 @@ namespace {
 void CheckRecorded(LSTATUS status) {
   if (status == ERROR_REVISION_MISMATCH) RaiseChangedMeanwhile();
   CheckStatus(status);
+}
+
+// At once or not at all. To another volume by way of a copy beside it, whose name no load takes for an
+// entry's.
+LSTATUS PutInPlace(const std::wstring& from, const std::wstring& to) {
+  const LSTATUS status = RenameFile(from, to, true);
+  if (status != ERROR_NOT_SAME_DEVICE) return status;
+  const ScopedFile beside(MakeUniqueFileName(to + L".new"));
+  if (CopyFileW(from.c_str(), beside.Path().c_str(), TRUE) == FALSE) {
+    return static_cast<LSTATUS>(GetLastError());
+  }
+  return RenameFile(beside.Path(), to, true);
 }
 
 // Times and what people set of the attributes. A read-only file cannot be replaced anyway.
@@ -204,9 +217,8 @@ void ReplacedFile::Replace() {
     RaiseLastOSError();
   }
   RequireStill(isOld);
-  const BOOL moved =
-      MoveFileExW(made_->Path().c_str(), file_.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-  const DWORD error = moved != FALSE ? ERROR_WRITE_FAULT : GetLastError();
+  const LSTATUS status = PutInPlace(made_->Path(), file_);
+  const DWORD error = status == ERROR_SUCCESS ? ERROR_WRITE_FAULT : static_cast<DWORD>(status);
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(error);
 }
 
@@ -225,8 +237,7 @@ bool ReplacedFile::TakeBack() noexcept {
   try {
     if (ReadShortcutBytes(file_) == source_.Bytes()) return true;
     if (aside_ == nullptr || ReadShortcutBytes(file_) != bytes_) return false;
-    return MoveFileExW(aside_->Path().c_str(), file_.c_str(),
-                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+    return PutInPlace(aside_->Path(), file_) == ERROR_SUCCESS;
   } catch (...) {
     return false;
   }

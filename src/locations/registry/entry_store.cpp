@@ -4,6 +4,7 @@
 #include "model/change_refused.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace smh {
 
@@ -23,18 +24,18 @@ bool EntryStore::Write(const RegistryValueAddress& address, const std::wstring& 
 }
 
 // What is below a key goes before it.
-void EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived) {
+bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived) {
+  bool isAnswered = true;
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
     const LastLook look = [&] { return arrived() && StandsAlone(*piece); };
     if (!Exists(*piece)) continue;
-    if (piece->isKey) {
-      writer.DeleteKey(piece->address, look);
-    } else {
-      writer.DeleteValue(piece->address, look);
-    }
+    const bool isDone =
+        piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
+    isAnswered = isAnswered && isDone;
     // What is refused ends it: the rest stays together.
-    if (Exists(*piece)) return;
+    if (Exists(*piece)) return isAnswered && std::next(piece) == kept.rend();
   }
+  return isAnswered;
 }
 
 bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept,
@@ -46,11 +47,11 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
     if (writer_.IsRecorded()) return false;
     RaiseOSError(static_cast<DWORD>(status));
   }
-  DeletePieces(writer_, kept, arrived);
+  const bool isAnswered = DeletePieces(writer_, kept, arrived);
   const KeptEntry left = Keep(address);
-  // A plain deletion that failed has raised: what stands in the value's place has come behind it.
-  if (!writer_.IsRecorded() && !kept.front().isKey && left != kept) return true;
   const auto isKept = [&](const KeptPiece& piece) { return std::ranges::find(kept, piece) != kept.end(); };
+  // It has gone: what stands in its place came behind that.
+  if (isAnswered && std::ranges::none_of(left, isKept)) return true;
   if (!std::ranges::all_of(left, isKept)) RaiseChangedMeanwhile();
   return left.empty();
 }

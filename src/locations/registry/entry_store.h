@@ -41,7 +41,8 @@ class EntryStore {
 
  private:
   bool StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const;
-  static void DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived);
+  // Whether every deletion was answered as done.
+  static bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived);
 
   const RegistryWriter writer_;
 };

@@ -25,12 +25,14 @@ class RecordedRegistry {
   TSgRegistryEx registry_;
 };
 
+// Answers what `change` answers: whether the service says that it is done.
 template <typename Change>
-void RunRecorded(const RegistryValueAddress& address, const LastLook& look, Change&& change) {
+bool RunRecorded(const RegistryValueAddress& address, const LastLook& look, Change&& change) {
   const ScopedLook last(look);
   RecordedRegistry registry(address);
-  change(registry);
+  const bool isDone = change(registry);
   last.RequireKept();
+  return isDone;
 }
 
 ScopedKey MakePlainKey(const RegistryValueAddress& address, bool& isNew) {
@@ -67,8 +69,8 @@ void RegistryWriter::SetValue(const RegistryValueAddress& address, const Registr
   if (recorded_) {
     RunRecorded(address, look, [&](RecordedRegistry& registry) {
       registry->OpenKey(address.key, true);
-      registry->PutRaw(address.valueName, data.type, data.bytes.data(),
-                       static_cast<DWORD>(data.bytes.size()));
+      return registry->PutRaw(address.valueName, data.type, data.bytes.data(),
+                              static_cast<DWORD>(data.bytes.size()));
     });
     return;
   }
@@ -78,33 +80,35 @@ void RegistryWriter::SetValue(const RegistryValueAddress& address, const Registr
   SetPlain(key.Get(), address.valueName, data);
 }
 
-void RegistryWriter::DeleteValue(const RegistryValueAddress& address, const LastLook& look) const {
+bool RegistryWriter::DeleteValue(const RegistryValueAddress& address, const LastLook& look) const {
   if (recorded_) {
-    RunRecorded(address, look, [&](RecordedRegistry& registry) {
-      if (!registry->KeyExists(address.key)) return;
+    return RunRecorded(address, look, [&](RecordedRegistry& registry) {
+      if (!registry->KeyExists(address.key)) return true;
       registry->OpenKey(address.key, false);
-      if (registry->ValueExists(address.valueName)) registry->DeleteValue(address.valueName);
+      return !registry->ValueExists(address.valueName) || registry->DeleteValue(address.valueName);
     });
-    return;
   }
   ScopedKey key;
   const LSTATUS opened =
       RegOpenKeyExW(address.root, address.key.c_str(), 0, address.viewBits | KEY_ALL_ACCESS, key.Put());
-  if (IsMissing(opened)) return;
+  if (IsMissing(opened)) return true;
   CheckStatus(opened);
   RequireStill(look);
   const LSTATUS deleted = RegDeleteValueW(key.Get(), address.valueName.c_str());
   if (!IsMissing(deleted)) CheckStatus(deleted);
+  return true;
 }
 
-void RegistryWriter::DeleteKey(const RegistryValueAddress& address, const LastLook& look) const {
+bool RegistryWriter::DeleteKey(const RegistryValueAddress& address, const LastLook& look) const {
   if (recorded_) {
-    RunRecorded(address, look, [&](RecordedRegistry& registry) { registry->DeleteEmptyKey(address.key); });
-    return;
+    return RunRecorded(address, look, [&](RecordedRegistry& registry) {
+      return registry->DeleteEmptyKey(address.key) == ERROR_SUCCESS;
+    });
   }
   RequireStill(look);
   const LSTATUS deleted = DeletePlainKey(address);
   if (!IsMissing(deleted)) CheckStatus(deleted);
+  return true;
 }
 
 void MakePiece(const KeptPiece& piece) {

@@ -19,10 +19,10 @@ class RegistryWriter {
 
   // In a key that is made when it is missing.
   void SetValue(const RegistryValueAddress& address, const RegistryData& data, const LastLook& look) const;
-  // Of what is missing nothing is deleted.
-  void DeleteValue(const RegistryValueAddress& address, const LastLook& look) const;
+  // Whether the deletion was answered as done; of what is missing nothing is deleted.
+  bool DeleteValue(const RegistryValueAddress& address, const LastLook& look) const;
   // The key that the address names, which has no subkeys.
-  void DeleteKey(const RegistryValueAddress& address, const LastLook& look) const;
+  bool DeleteKey(const RegistryValueAddress& address, const LastLook& look) const;
 
  private:
   const bool recorded_;
