@@ -65,7 +65,7 @@ TEST(UndoPlan, FoundStateAndMarkDecide) {
   after.values[L"K|v"] = Text("new");
   other.values[L"K|v"] = {true, 2, Text("new").data};
   before.keys[L"K"] = KeyWith({two, one});
-  other.keys[L"K"] = KeyWith({one});
+  other.keys[L"K"] = KeyWith({{L"1", 1, BytesOfText("other")}});
   FileState moved = FileOf('m');
   before.files = {{L"f", FileOf('a')}, {L"from", moved}};
   moved.written = 99;  // only the content counts
@@ -89,6 +89,18 @@ TEST(UndoPlan, FoundStateAndMarkDecide) {
       EXPECT_EQ(Plan({recorded}, after), std::vector{row.after});
       EXPECT_EQ(Plan({recorded}, other), std::vector{row.other});
     }
+  }
+}
+
+// What was refused when it was put back is tried again.
+TEST(UndoPlan, AKeyOfWhichAPartIsBackIsUndone) {
+  FakeSystem system;
+  const NamedValue one{L"1", 1, BytesOfText("1")};
+  const NamedValue two{L"2", 1, BytesOfText("2")};
+  const RecordedStep deleted{KeyStep{L"K", KeyWith({one, two}), {}}, StepMark::kDone, 0};
+  for (const std::vector<NamedValue>& part : {std::vector<NamedValue>{}, std::vector{two}}) {
+    system.keys[L"K"] = KeyWith(part);
+    EXPECT_EQ(Plan({deleted}, system), std::vector{kUndo});
   }
 }
 
