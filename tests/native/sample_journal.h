@@ -53,7 +53,9 @@ inline ByteVector Encode(const JournalContents& contents) {
     parts.push_back(EncodeStep(i, step.step));
     if (step.mark != StepMark::kNone) parts.push_back(EncodeMark(i, step.status));
   }
-  if (contents.finished) parts.push_back(EncodeEnd(static_cast<std::uint32_t>(contents.steps.size())));
+  if (contents.finished) {
+    parts.push_back(EncodeEnd(static_cast<std::uint32_t>(contents.steps.size()), contents.failed));
+  }
   return Joined(parts);
 }
 
