@@ -47,11 +47,17 @@ const FolderWatch::Place* FolderWatch::Find(std::wstring_view path) const noexce
   return place == places_.end() ? nullptr : &*place;
 }
 
-bool FolderWatch::TakeChange() {
+bool FolderWatch::IsDue() {
   const auto count = static_cast<DWORD>(handles_.size());
   const bool isSignalled =
       count > 0 && WaitForMultipleObjects(count, handles_.data(), FALSE, 0) < WAIT_OBJECT_0 + count;
-  return (isSignalled || isAnyLost_) && Look();
+  if ((isSignalled || isAnyLost_) && Look()) isDue_ = true;
+  return isDue_;
+}
+
+void FolderWatch::Accept() {
+  IsDue();
+  isDue_ = false;
 }
 
 bool FolderWatch::Look() {

@@ -29,11 +29,13 @@ class FolderWatch {
   // Folders with a trailing backslash; an empty one is unknown and watches nothing. Starts watching.
   explicit FolderWatch(const std::vector<std::wstring>& folders);
 
-  // Whether something in the folders changed since the last call, or one came, went or was replaced; watches
-  // on. Also true when a folder came or went beside an existing one or beside a folder above it: it may be
-  // that one. One call of the system as long as nothing happens, unless a folder and all above it cannot be
-  // watched, as on a network that is not there: then each is tried again every time.
-  bool TakeChange();
+  // Whether something in the folders changed since the last Accept, or one came, went or was replaced; stays
+  // so until Accept. Also true when a folder came or went beside an existing one or beside a folder above it:
+  // it may be that one. One call of the system as long as nothing happens, unless a folder and all above it
+  // cannot be watched, as on a network that is not there: then each is tried again every time.
+  bool IsDue();
+  // Takes every change up to now; what comes after is due again.
+  void Accept();
 
  private:
   struct Place {
@@ -59,6 +61,7 @@ class FolderWatch {
   std::vector<HANDLE> handles_;
   // One of the folders asked for is lost.
   bool isAnyLost_ = false;
+  bool isDue_ = false;
 };
 
 }  // namespace smh

@@ -55,7 +55,8 @@ void TLocationFolderStd::ShowItemLocation(const TStartupItem& item) {
 bool TLocationFolderStd::IsChanged() {
   // A signal that comes while a change runs is kept for later.
   if (Gate().IsBusy()) return false;
-  if (watch_.TakeChange()) {
+  if (watch_.IsDue()) {
+    watch_.Accept();
     Gate().TakeLoadDue();
     return true;
   }

@@ -28,15 +28,15 @@ KeyWatch::KeyWatch(const std::vector<WatchedKey>& keys) {
     if (WinVersionInfo::IsWow64()) watches_.emplace_back(key, KEY_WOW64_64KEY);
   }
   for (const Watch& watch : watches_) events_.push_back(watch.event.Get());
-  Rearm();
+  Accept();
 }
 
-bool KeyWatch::IsSignalled() const noexcept {
+bool KeyWatch::IsDue() noexcept {
   const auto count = static_cast<DWORD>(events_.size());
   return WaitForMultipleObjects(count, events_.data(), FALSE, 0) < WAIT_OBJECT_0 + count;
 }
 
-void KeyWatch::Rearm() noexcept {
+void KeyWatch::Accept() noexcept {
   for (Watch& watch : watches_) watch.Arm();
 }
 

@@ -21,12 +21,13 @@ class KeyWatch {
   // Arms the watch. Raises EOSError when an event cannot be made.
   explicit KeyWatch(const std::vector<WatchedKey>& keys);
 
-  // Whether a key changed since the watch was armed; one call of the system, without waiting.
-  bool IsSignalled() const noexcept;
-  // Forgets every signal and watches every key anew, in the plain view and, on a 64-bit Windows, in the
-  // 64-bit view. Subkeys count. A key that does not exist is not watched. What changes after its key was
-  // armed is signalled, whatever else is still to be armed.
-  void Rearm() noexcept;
+  // Whether a key changed since the last Accept; stays so until then. One call of the system, without
+  // waiting.
+  bool IsDue() noexcept;
+  // Takes every change up to now and watches every key anew, in the plain view and, on a 64-bit Windows, in
+  // the 64-bit view. Subkeys count. A key that does not exist is not watched. What changes after its key was
+  // armed is due again, whatever else is still to be armed.
+  void Accept() noexcept;
 
  private:
   // One key in one view. Each has an event of its own: arming resets the event, and one that is shared would

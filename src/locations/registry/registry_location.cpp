@@ -41,8 +41,8 @@ REGSAM TLocationRegistry::OwnView() {
 bool TLocationRegistry::IsChanged() {
   // A signal that comes while a change runs is kept for later.
   if (Gate().IsBusy()) return false;
-  if (watch_.IsSignalled()) {
-    watch_.Rearm();
+  if (watch_.IsDue()) {
+    watch_.Accept();
     Gate().TakeLoadDue();
     return true;
   }
