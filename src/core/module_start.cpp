@@ -10,6 +10,7 @@
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/patient_lock.h"
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "locations/registry/keys_above.h"
 #include "model/change_lock.h"
 #include "model/checkpoint.h"
 #include "model/image_lists.h"
@@ -59,6 +60,7 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_versionTexts>(L"version texts"),
     StepOf<g_items>(L"items"),
     StepOf<g_itemIcons>(L"image lists"),
+    StepOf<g_keysAbove>(L"keys above those watched"),
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},
     StepOf<g_checkpointTexts>(L"checkpoint texts"),

@@ -1,7 +1,7 @@
-// Watches registry keys for changes.
+// Watches registry keys for changes, and for being made, deleted and made again.
 #pragma once
 
-#include "infra/runtime/handle.h"
+#include "locations/registry/keys_above.h"
 
 #include <string>
 #include <vector>
@@ -14,38 +14,42 @@ struct WatchedKey {
   std::wstring path;
 };
 
-// For at most MAXIMUM_WAIT_OBJECTS keys, on a 64-bit Windows half as many; not shared between threads at the
-// same time.
+// The keys above those that are watched are shared with every other watch (keys_above.h): only one thread at
+// a time may make or ask any watch of the module.
 class KeyWatch {
  public:
-  // Arms the watch. Raises EOSError when an event cannot be made.
+  // Starts watching every key and what is below it, in the plain view and, on a 64-bit Windows, in the 64-bit
+  // view. Raises EOSError when an event cannot be made.
   explicit KeyWatch(const std::vector<WatchedKey>& keys);
 
-  // Whether a key changed since the last Accept; stays so until then. One call of the system, without
-  // waiting.
+  // Whether a key changed, came, went or was replaced since the last Accept; stays so until then. One call of
+  // the system, without waiting, as long as nothing happens in the keys and directly in those above them.
   bool IsDue() noexcept;
-  // Takes every change up to now and watches every key anew, in the plain view and, on a 64-bit Windows, in
-  // the 64-bit view. Subkeys count. A key that does not exist is not watched. What changes after its key was
-  // armed is due again, whatever else is still to be armed.
+  // Takes every change up to now; what comes after is due again, whatever else is still to be armed.
   void Accept() noexcept;
 
  private:
-  // One key in one view. Each has an event of its own: arming resets the event, and one that is shared would
-  // lose the signals of keys armed before, which then never signal again.
+  // One key in one view.
   struct Watch {
-    Watch(const WatchedKey& watched, REGSAM viewBits);
-    void Arm() noexcept;
+    Watch(HKEY root, REGSAM view, const std::wstring& path);
+    bool IsOverdue() const noexcept;
+    bool IsDue() noexcept;
+    void Accept() noexcept;
 
-    WatchedKey key;
-    REGSAM view;
-    ScopedHandle event;
-    // Closing it may signal the event.
-    ScopedKey handle;
+    NotifyingKey key;
+    KeyAbove* above;
+    unsigned aboveSeen = 0;
   };
 
+  void AddAbove(KeyAbove* key);
+  bool IsAnythingSignalled() const noexcept;
+
   std::vector<Watch> watches_;
-  // Their events, for waiting.
+  // Of all of them, each before those in it.
+  std::vector<KeyAbove*> above_;
+  // The events of both, for waiting.
   std::vector<HANDLE> events_;
+  bool isDue_ = false;
 };
 
 }  // namespace smh

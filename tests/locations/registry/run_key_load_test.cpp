@@ -214,9 +214,9 @@ TEST_F(RunKeyTest, TheWatchSeesOwnAndSideKeys) {
 
 int armings = 0;
 
-// Changes the Run key once it is watched and a further key is about to be.
+// Changes the Run key once it is watched in one view and a further key is about to be.
 LSTATUS WINAPI ChangeBetween(HKEY key, BOOL subtree, DWORD filter, HANDLE event, BOOL asynchronous) {
-  if (armings++ == (HasTwoViews() ? 2 : 1)) SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"between.exe"));
+  if (armings++ == 1) SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"between.exe"));
   return RealFunction<decltype(RegNotifyChangeKeyValue)>(L"advapi32.dll", "RegNotifyChangeKeyValue")(
       key, subtree, filter, event, asynchronous);
 }
@@ -225,6 +225,7 @@ TEST_F(RunKeyTest, AChangeWhileTheWatchIsArmedIsSeenAndThoseAfterIt) {
   SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"d.exe"));
   while (UserRun().IsChanged()) UserRun().ReadItems();
   SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"a.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey + L"-", L"d", Sz(L"e.exe"));
   armings = 0;
   {
     const ImportPatch patch("RegNotifyChangeKeyValue", &ChangeBetween);
