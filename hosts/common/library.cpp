@@ -1,6 +1,5 @@
 #include "hosts/common/library.h"
 
-#include "core/contracts/intf_DebugLog.h"
 #include "core/contracts/intf_FileRater.h"
 #include "core/contracts/intf_general.h"
 #include "core/contracts/intf_safeguard.h"
@@ -17,14 +16,8 @@ namespace {
 
 constexpr wchar_t kLibrary[] = L"StartupManagerHelper.dll";
 
-struct SiblingFile {
-  const wchar_t* name;
-  bool required;
-};
-constexpr SiblingFile kSiblings[] = {
-    {IHelper::kLibrary, true},    {ISettings::kLibrary, true},  {IFileRater::kLibrary, true},
-    {ISafeguard::kLibrary, true}, {IDebugLog::kLibrary, false},
-};
+constexpr const wchar_t* kSiblings[] = {IHelper::kLibrary, ISettings::kLibrary, IFileRater::kLibrary,
+                                        ISafeguard::kLibrary};
 
 std::wstring OwnFolder() {
   const std::wstring program = ModuleFileName(nullptr);
@@ -52,11 +45,7 @@ IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* 
 }
 
 Library::Library() {
-  for (const SiblingFile& file : kSiblings) {
-    if (file.required || IsFile(OwnFolder() + file.name)) {
-      siblings_.push_back(LoadFromOwnFolder(file.name));
-    }
-  }
+  for (const wchar_t* const name : kSiblings) siblings_.push_back(LoadFromOwnFolder(name));
   module_ = LoadFromOwnFolder(kLibrary);
   IUnknown* const instance = AskInstance(module_.Get(), kLibrary, IStartupManager::kId);
   // The library answers with the very interface that was named.

@@ -26,8 +26,8 @@ Interface& AskService(HMODULE library) {
 // The library for as long as the object lives. One object at a time, used by one thread.
 class Library {
  public:
-  // Loads the siblings, then the library: it finds those by bare name then, wherever else such a name may
-  // lie. Raises HostError.
+  // Loads the siblings that the library cannot do without, so that a missing one is a failure like others,
+  // then the library. Raises HostError.
   Library();
   // Stops the reader before the library is freed.
   ~Library();

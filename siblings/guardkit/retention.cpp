@@ -2,9 +2,8 @@
 
 #include "core/contracts/intf_settings.h"
 #include "infra/runtime/com_ptr.h"
-#include "infra/runtime/module_path.h"
-#include "infra/runtime/text.h"
 #include "infra/siblings/exported_instance.h"
+#include "infra/siblings/sibling_file.h"
 #include "siblings/guardkit/journal_file.h"
 
 #include <numeric>
@@ -17,10 +16,8 @@ namespace {
 constexpr wchar_t kHostFileName[] = L"startupmanager.exe";
 
 ISettings* FindSettings() {
-  const std::wstring file = std::wstring(FolderPart(ModuleFileName(ThisModule()))) + ISettings::kLibrary;
-  HMODULE prefkit = GetModuleHandleW(file.c_str());
-  // Loaded once and never freed, as every sibling.
-  if (prefkit == nullptr) prefkit = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  // Never freed, as every sibling.
+  const HMODULE prefkit = LoadSibling(ISettings::kLibrary);
   return static_cast<ISettings*>(ExportedInstance(prefkit, ISettings::kId));
 }
 

@@ -1,14 +1,36 @@
 #include "tests/support/fake_siblings.h"
 
 #include "infra/runtime/import_function.h"
+#include "infra/runtime/text.h"
 #include "tests/support/child_process.h"
+#include "tests/support/import_patch.h"
 
 #include <stdexcept>
 
 namespace smh::test {
 
+namespace {
+
+std::wstring StandIn(std::wstring_view library) {
+  return ThisFolder().append(L"fakes\\").append(library);
+}
+
+// Leads to the stand-in of a library beside this program once there is one.
+HMODULE WINAPI LoadStandIn(const wchar_t* file, HANDLE reserved, DWORD flags) {
+  const std::wstring standIn = StandIn(FileNamePart(file));
+  const bool isReplaced =
+      SameText(FolderPart(file), ThisFolder()) && GetModuleHandleW(standIn.c_str()) != nullptr;
+  static const auto load = RealFunction<decltype(LoadLibraryExW)>(L"kernel32.dll", "LoadLibraryExW");
+  return load(isReplaced ? standIn.c_str() : file, reserved, flags);
+}
+
+}  // namespace
+
 void InstallFakeSibling(const wchar_t* library, const wchar_t* id, IUnknown* object) {
-  const HMODULE module = LoadLibraryW((ThisFolder() + L"fakes\\" + library).c_str());
+  // Left in place: what was loaded stays loaded, too.
+  static const auto* const patch = new ImportPatch("LoadLibraryExW", &LoadStandIn);
+  static_cast<void>(patch);
+  const HMODULE module = LoadLibraryW(StandIn(library).c_str());
   using Function = void(STDMETHODCALLTYPE*)(const wchar_t*, IUnknown*);
   const auto set = ImportFunction<Function>(module, "SetService");
   if (set == nullptr) throw std::runtime_error("a stand-in library cannot be set up");

@@ -1,7 +1,7 @@
 // Stand-ins of the sibling libraries' services.
 //
-// A stand-in library of the sibling's name (bin/fakes) is loaded by full path; a later load by bare name then
-// finds it. What a test does not replace comes from the real library beside the test program.
+// A stand-in library of the sibling's name (bin/fakes) is loaded; from then on this program loads it instead
+// of the one beside it. What a test does not replace comes from that real library.
 #pragma once
 
 #include "core/contracts/com_object.h"

@@ -1,12 +1,12 @@
 #include "infra/log/uAxDebug.h"
 
 #include "core/contracts/com_object.h"
-#include "infra/files/file_facts.h"
 #include "infra/log/leak_report.h"
+#include "infra/log/uStatisticsLog.h"
 #include "infra/registry/registry.h"
 #include "infra/runtime/exceptions.h"
-#include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/sibling_file.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 
 #include <shellapi.h>
@@ -90,9 +90,13 @@ constinit ModuleGlobal<DebugMode> g_debugMode(L"uAxDebug");
 
 IDebugLog* DebugLog() {
   if (!IsDebugMode()) return &g_nullClient;
-  IDebugLog* const service = &Sibling<IDebugLog>();
+  IDebugLog* const service = SiblingIfThere<IDebugLog>();
   g_debugMode->service = service;
-  return service;
+  if (service != nullptr) return service;
+  // Of threads that ask at the same time one says so.
+  if (g_debugMode->isOn.exchange(false))
+    LogFormat(L"No debug log: \"%s\" cannot be had.", IDebugLog::kLocator);
+  return &g_nullClient;
 }
 
 bool IsDebugMode() {
@@ -112,8 +116,7 @@ void SetDebugModeSetting(bool on) {
 }
 
 bool CheckDebugLibrary() {
-  std::wstring path(FolderPart(ModuleFileName(nullptr)));
-  return IsFile(path.append(IDebugLog::kLibrary));
+  return !FindSibling(IDebugLog::kLibrary).empty();
 }
 
 DebugScope::DebugScope(const void* context, const wchar_t* name,

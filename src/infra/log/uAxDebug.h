@@ -9,18 +9,18 @@
 namespace smh {
 
 // The library's log when debug mode is on, else a client that does nothing; borrowed, for any thread. Must
-// not be called from DllMain: the first call loads the library, and ends the process with a message when that
-// fails.
+// not be called from DllMain: the first call loads the library. One that cannot be had is named in the
+// statistics log, and debug mode is off from then on: nobody is asked, and nothing ends, for want of a trace.
 IDebugLog* DebugLog();
 // What was decided at the start, or forced since; off while g_debugMode is not started. Any thread.
 bool IsDebugMode();
-// Switches debug mode and the library's output on, whatever the settings say; ends the process with a message
-// when the library is missing. Raises EAssertionFailed when g_debugMode is not started.
+// Switches debug mode and the library's output on, whatever the settings say; not without the library, see
+// DebugLog. Raises EAssertionFailed when g_debugMode is not started.
 void ForceDebugMode();
 // Writes "DebugMode" under HKEY_CURRENT_USER\Software\Quillmark\DebugMode; seen at the next start. Raises
 // EOSError.
 void SetDebugModeSetting(bool on);
-// Whether the host's folder holds tracekit.dll. Asks the disk.
+// Whether tracekit.dll lies where siblings are looked for. Asks the disk.
 bool CheckDebugLibrary();
 
 // Records a method's entry now and its exit at the end of the scope, on one thread.
@@ -37,7 +37,7 @@ class DebugScope {
   const void* context_;
 };
 
-// Its start takes the debug decision: tracekit.dll lies beside the host, and the registry value is 1 or the
+// Its start takes the debug decision: tracekit.dll is there, and the registry value is 1 or the
 // host's first argument is "-debug" in any case. Its stop writes the leak report into the library's log, when
 // the mode is on and the log was used.
 struct DebugMode;

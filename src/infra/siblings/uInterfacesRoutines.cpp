@@ -4,6 +4,8 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
 #include "infra/siblings/exported_instance.h"
+#include "infra/siblings/missing_sibling.h"
+#include "infra/siblings/sibling_file.h"
 
 #include <algorithm>
 #include <utility>
@@ -37,7 +39,7 @@ int TLibraryList::IndexOf(std::wstring_view name) const noexcept {
 }
 
 HMODULE TLibraryList::Load(const std::wstring& name) {
-  const HMODULE module = LoadLibraryW(name.c_str());
+  const HMODULE module = LoadSibling(name);
   if (module == nullptr) return nullptr;
   handles_.reserve(handles_.size() + 1);
   names_.push_back(name);
@@ -63,24 +65,23 @@ IUnknown* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile,
 
 void CheckInterface(const IUnknown* service, const wchar_t* locator) {
   if (service != nullptr) return;
-  const std::wstring text = Format(
+  EndForMissingSibling(Format(
       L"An error occurred while loading library %s. \r\n\r\nIt may have been removed. Please reinstall the "
       L"application. If the problem persists, contact technical support.",
-      locator);
-  MessageBoxW(nullptr, text.c_str(), L"Error", MB_ICONERROR);
-  ExitProcess(1);
+      locator));
 }
 
-IUnknown& SiblingCache::Fetch() {
+IUnknown* SiblingCache::Fetch(bool required) {
   const ScopedLock lock(g_siblings->lock);
-  if (IUnknown* const service = service_.load(std::memory_order_relaxed)) return *service;
+  if (IUnknown* const service = service_.load(std::memory_order_relaxed)) return service;
   if (found_.state == InterfaceCache::State::kNotAsked) next_ = std::exchange(g_siblings->asked, this);
   IUnknown* const service = GetLibraryInterface(found_, libraryFile_, interfaceId_, 0);
-  CheckInterface(service, locator_);
+  if (required) CheckInterface(service, locator_);
+  if (service == nullptr) return nullptr;
   service->AddRef();
   initialise_(*service);
   service_.store(service, std::memory_order_release);
-  return *service;
+  return service;
 }
 
 SiblingCache* SiblingCache::Empty() noexcept {

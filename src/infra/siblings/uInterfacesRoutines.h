@@ -25,8 +25,8 @@ class TLibraryList {
  public:
   // Position of a name, ignoring case; -1 when it is not listed.
   int IndexOf(std::wstring_view name) const noexcept;
-  // Loads by bare name (the platform's search, the host's folder first). The handle stays the list's. On
-  // failure null, and nothing is stored, so that a later call tries again. Raises std::bad_alloc.
+  // Loads by full path, see LoadSibling. The handle stays the list's. On failure null, and nothing is stored,
+  // so that a later call tries again. Raises std::bad_alloc.
   HMODULE Load(const std::wstring& name);
   // The listed handle, else what Load answers.
   HMODULE GetHandle(const std::wstring& name);
@@ -49,8 +49,8 @@ struct InterfaceCache {
 // lock. Raises EAssertionFailed at another time, and std::bad_alloc.
 IUnknown* GetLibraryInterface(InterfaceCache& cache, const wchar_t* libraryFile, const wchar_t* interfaceId,
                               DWORD param);
-// When `service` is null, shows which library is missing ("basekit.dll::Helper") and ends the process: the
-// system cannot run without its siblings.
+// When `service` is null, says which library is missing ("basekit.dll::Helper") and ends the process, see
+// EndForMissingSibling: the system cannot run without its siblings.
 void CheckInterface(const IUnknown* service, const wchar_t* locator);
 
 // The cache of one service. Constant-initialised and trivially destroyed; the stop of the siblings empties
@@ -69,13 +69,19 @@ class SiblingCache {
   // See Sibling.
   IUnknown& Get() {
     if (IUnknown* const service = service_.load(std::memory_order_acquire)) return *service;
-    return Fetch();
+    return *Fetch(true);
+  }
+  // See SiblingIfThere.
+  IUnknown* Find() {
+    IUnknown* const service = service_.load(std::memory_order_acquire);
+    return service != nullptr ? service : Fetch(false);
   }
 
  private:
   friend struct Siblings;
 
-  IUnknown& Fetch();
+  // Null only when it is not required.
+  IUnknown* Fetch(bool required);
   // Lets go of the reference. Answers the next cache of the list that it leaves.
   SiblingCache* Empty() noexcept;
 
@@ -97,6 +103,10 @@ void InitialiseSibling(IUnknown& service) {
   }
 }
 
+template <typename Interface>
+inline constinit SiblingCache g_siblingCache(Interface::kLibrary, Interface::kId, Interface::kLocator,
+                                             InitialiseSibling<Interface>);
+
 // The service with that interface. The first call loads its library, takes a reference and, when the service
 // has an operation `Initialize`, calls that, once; whoever is given the service finds it initialised. Without
 // the service the process ends, see CheckInterface. Borrowed, and valid until the stop of the siblings. From
@@ -104,9 +114,12 @@ void InitialiseSibling(IUnknown& service) {
 // and raise EAssertionFailed at another time and std::bad_alloc.
 template <typename Interface>
 Interface& Sibling() {
-  static constinit SiblingCache cache(Interface::kLibrary, Interface::kId, Interface::kLocator,
-                                      InitialiseSibling<Interface>);
-  return static_cast<Interface&>(cache.Get());
+  return static_cast<Interface&>(g_siblingCache<Interface>.Get());
+}
+// The same for a service that the module can do without: null, and no second attempt, when it cannot be had.
+template <typename Interface>
+Interface* SiblingIfThere() {
+  return static_cast<Interface*>(g_siblingCache<Interface>.Find());
 }
 
 // The library list and the list of the caches. Its stop releases the references, under the lock; it never

@@ -5,6 +5,7 @@
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
 #include "infra/log/uAxDebug.h"
+#include "infra/siblings/sibling_file.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
@@ -49,13 +50,28 @@ ULONG References(IUnknown& object) {
 
 TEST_F(SiblingTest, LibraryNameInAnyCaseIsOneEntryAndAFailedLoadNone) {
   TLibraryList list;
-  const HMODULE version = list.GetHandle(L"version.dll");
-  ASSERT_NE(version, nullptr);
-  EXPECT_EQ(list.GetHandle(L"VERSION.dll"), version);
+  const HMODULE basekit = list.GetHandle(L"basekit.dll");
+  ASSERT_NE(basekit, nullptr);
+  EXPECT_EQ(list.GetHandle(L"BASEKIT.dll"), basekit);
+  EXPECT_EQ(list.IndexOf(L"Basekit.DLL"), 0);
   EXPECT_EQ(list.Load(L"no such library.dll"), nullptr);
   EXPECT_EQ(list.IndexOf(L"no such library.dll"), -1);
-  ASSERT_NE(list.GetHandle(L"shlwapi.dll"), nullptr);
-  EXPECT_EQ(list.IndexOf(L"SHLWAPI.DLL"), 1);
+}
+
+// What the system would find by the name: in the current folder, in its own, and among what is loaded.
+TEST_F(SiblingTest, NoOtherFolderSuppliesALibrary) {
+  const TemporaryFolder folder;
+  ASSERT_TRUE(CopyFileW((ThisFolder() + L"basekit.dll").c_str(), folder.File(L"planted.dll").c_str(), TRUE));
+  const ScopedModule loaded(LoadLibraryW(folder.File(L"planted.dll").c_str()));
+  ASSERT_TRUE(loaded);
+  wchar_t before[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, before);
+  SetCurrentDirectoryW(folder.Path().c_str());
+  for (const wchar_t* const name : {L"planted.dll", L"version.dll"}) {
+    EXPECT_EQ(TLibraryList().Load(name), nullptr) << name;
+    EXPECT_EQ(FindSibling(name), L"");
+  }
+  SetCurrentDirectoryW(before);
 }
 
 TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
@@ -68,8 +84,6 @@ TEST_F(SiblingTest, FailingLibraryIsTriedOnce) {
   EXPECT_EQ(GetLibraryInterface(failed, L"guardkit.dll", L"{nobody}", 0), nullptr);
   InterfaceCache fresh;
   EXPECT_EQ(GetLibraryInterface(fresh, L"guardkit.dll", L"{nobody}", 0), late.Get());
-  InterfaceCache noExport;
-  EXPECT_EQ(GetLibraryInterface(noExport, L"version.dll", L"{nobody}", 0), nullptr);
 }
 
 struct Service {
@@ -128,24 +142,33 @@ int WINAPI PrintBox(HWND, const wchar_t* text, const wchar_t* caption, UINT) {
   return IDOK;
 }
 
-SMH_CHILD(AskForMissingRater) {
+struct IMissing : IUnknown {
+  static constexpr wchar_t kLibrary[] = L"missing.dll";
+  static constexpr wchar_t kId[] = L"{nobody}";
+  static constexpr wchar_t kLocator[] = L"missing.dll::Nobody";
+};
+
+SMH_CHILD(AskForMissing) {
   const ImportPatch patch("MessageBoxW", &PrintBox);
+  // A new station is not the interactive one.
+  if (arguments.at(0) == L"hidden") {
+    SetProcessWindowStation(CreateWindowStationW(nullptr, 0, WINSTA_ALL_ACCESS, nullptr));
+  }
   g_siblings.Start();
-  Sibling<IFileRater>();
+  Sibling<IMissing>();
   return 0;
 }
 
-TEST(MissingSiblingTest, BoxNamesTheServiceAndTheProcessEnds) {
-  const TemporaryFolder folder;
-  const std::wstring program = folder.File(L"lonely.exe");
-  ASSERT_TRUE(CopyFileW(ThisProgram().c_str(), program.c_str(), TRUE));
-  const ChildResult result = RunProgram(program, {L"--child=AskForMissingRater"});
-  EXPECT_EQ(result.exitCode, 1u);
-  EXPECT_EQ(
-      result.output,
-      "Error: An error occurred while loading library raterkit.dll::File Rater. \r\r\n\r\r\nIt may have "
-      "been removed. Please reinstall the application. If the problem persists, contact technical "
-      "support.");
+TEST(MissingSiblingTest, ServiceIsNamedInABoxWhereOneCanBeClosedAndTheProcessEnds) {
+  const std::string text =
+      "An error occurred while loading library missing.dll::Nobody. \r\n\r\nIt may have been removed. Please "
+      "reinstall the application. If the problem persists, contact technical support.";
+  for (const wchar_t* const desktop : {L"shown", L"hidden"}) {
+    const ChildResult result = RunChild(L"AskForMissing", {desktop});
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.output.starts_with("Error: An error"), desktop == std::wstring(L"shown"));
+    EXPECT_EQ(result.errors, text + "\r\n");
+  }
 }
 
 TEST(AsciiTextTest, OnlyAsciiLettersFold) {
@@ -156,11 +179,15 @@ TEST(AsciiTextTest, OnlyAsciiLettersFold) {
 constexpr wchar_t kSettings[] = L"Software\\Quillmark\\DebugMode";
 
 SMH_CHILD(DebugDecision) {
+  g_siblings.Start();
   g_debugMode.Start();
   const bool decided = IsDebugMode();
   // What was decided at the start holds.
   SetDebugModeSetting(!decided);
-  return IsDebugMode() == decided ? decided : 2;
+  if (IsDebugMode() != decided) return 2;
+  // The library is none: there is no trace then, and no end of the process.
+  DebugLog()->Message(L"lost");
+  return IsDebugMode() ? 3 : decided + 10;
 }
 
 struct DebugCase {
@@ -197,7 +224,7 @@ TEST(DebugDecisionTest, LibraryThenRegistryThenFirstArgument) {
     std::vector<std::wstring> arguments = row.arguments;
     arguments.push_back(L"--child=DebugDecision");
     const ChildResult result = RunProgram(program, arguments);
-    EXPECT_EQ(result.exitCode, row.expected) << "case " << &row - cases << ": " << result.output;
+    EXPECT_EQ(result.exitCode, row.expected + 10) << "case " << &row - cases << ": " << result.output;
     EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kSettings, L"DebugMode"), Dword(1 - row.expected));
   }
 }
