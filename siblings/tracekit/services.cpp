@@ -1,7 +1,7 @@
 #include "core/contracts/boundary_call.h"
 #include "core/contracts/com_object.h"
 #include "core/contracts/intf_DebugLog.h"
-#include "infra/files/folder_access.h"
+#include "infra/files/own_file.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
@@ -29,22 +29,57 @@ void Write(HANDLE file, std::wstring_view text) {
   if (WriteFile(file, text.data(), size, &written, nullptr) == FALSE) RaiseLastOSError();
 }
 
-ScopedHandle OpenTraceFile() {
-  const std::wstring dataFolder = DataFolder();
-  if (dataFolder.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
-  std::wstring folder = dataFolder + L"Logs\\";
-  MakeFolders(folder);
-  const DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  ScopedHandle file(CreateFileW((folder + L"debug.log").c_str(), FILE_APPEND_DATA, sharing, nullptr,
-                                OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
+constexpr DWORD kKeptBytes = DWORD{8} << 20;
+constexpr wchar_t kNote[] = L"(Older lines are not kept.)\r\n";
+constexpr std::size_t kLongestLine = 16'384;
+constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+std::uint64_t SizeOf(HANDLE file) noexcept {
+  LARGE_INTEGER size = {};
+  GetFileSizeEx(file, &size);
+  return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+// Leaves the newest lines of a file that has no room for so many bytes. Lines that other processes write in
+// that moment may go, too.
+void MakeRoom(const std::wstring& path, std::size_t bytes) {
+  const ScopedHandle file = OpenOwnFile(path, GENERIC_READ | GENERIC_WRITE, kSharing, OPEN_EXISTING);
+  const std::uint64_t size = file ? SizeOf(file.Get()) : 0;
+  if (size + bytes <= kMostBytes) return;
+  std::wstring kept(kKeptBytes / sizeof(wchar_t), L'\0');
+  DWORD read = 0;
+  LARGE_INTEGER from;
+  from.QuadPart = static_cast<LONGLONG>((size - kKeptBytes) & ~std::uint64_t{1});
+  SetFilePointerEx(file.Get(), from, nullptr, FILE_BEGIN);
+  if (ReadFile(file.Get(), kept.data(), kKeptBytes, &read, nullptr) == FALSE) RaiseLastOSError();
+  kept.resize(read / sizeof(wchar_t));
+  // From a whole line on; without any, nothing.
+  kept.erase(0, std::min(kept.find(L'\n'), kept.size() - 1) + 1);
+  SetFilePointer(file.Get(), 0, nullptr, FILE_BEGIN);
+  Write(file.Get(), std::wstring(1, kByteOrderMark).append(kNote).append(kept));
+  SetEndOfFile(file.Get());
+}
+
+ScopedHandle OpenTraceFile(std::size_t bytes) {
+  std::wstring path = DataFolder();
+  if (path.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
+  const std::size_t base = path.size() - kVendorName.size() - kProductName.size() - 2;
+  path += L"Logs\\debug.log";
+  const HeldFolders folders(path, base);
+  if (!folders.AreHeld()) RaiseOSError(ERROR_CANT_ACCESS_FILE);
+  MakeRoom(path, bytes);
+  ScopedHandle file = OpenOwnFile(path, FILE_APPEND_DATA, kSharing, OPEN_ALWAYS);
   const DWORD opened = GetLastError();
   if (!file) RaiseOSError(opened);
+  if (SizeOf(file.Get()) + bytes > kMostBytes) RaiseOSError(ERROR_FILE_TOO_LARGE);
   if (opened != ERROR_ALREADY_EXISTS) Write(file.Get(), {&kByteOrderMark, 1});
   return file;
 }
 
 // The trace file "debug.log" in the "Logs" folder of the data folder: UTF-16LE with a byte-order mark and
-// CRLF line ends, only ever appended to. Any thread may call it; lines of several processes do not mix.
+// CRLF line ends, of at most 16 MB: then the older half goes, and a first line says so. Any thread may call
+// it; lines of several processes do not mix.
 class TraceFile {
  public:
   // Appends one line, which holds no line end, and makes folders and file with the first one. Raises
@@ -59,9 +94,11 @@ class TraceFile {
 };
 
 void TraceFile::Append(std::wstring_view line) {
-  const std::wstring text = std::wstring(line).append(L"\r\n");
+  const std::wstring text = std::wstring(line.substr(0, kLongestLine)).append(L"\r\n");
+  const std::size_t bytes = text.size() * sizeof(wchar_t);
   const ScopedLock guard(lock_);
-  if (!file_) file_ = OpenTraceFile();
+  if (file_ && SizeOf(file_.Get()) + bytes > kMostBytes) file_.Reset();
+  if (!file_) file_ = OpenTraceFile(bytes);
   Write(file_.Get(), text);
 }
 

@@ -31,16 +31,16 @@ constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in
 // The entry is there; what it takes to show it failed.
 constexpr wchar_t kNotListedYet[] = L"the entry was added and is listed with the next reading";
 
-// Runs a change. When it fails, logs the exception and the line that `line` makes, and raises it again; when
-// it is refused without one, logs the line.
-template <typename Work, typename Line>
-ChangeAnswer RunLogged(Work&& work, Line&& line) {
+// Runs a change. When it fails, logs the exception and the line, by `logLine`, and raises it again; when it
+// is refused without one, logs the line.
+template <typename Work, typename LogLine>
+ChangeAnswer RunLogged(Work&& work, LogLine&& logLine) {
   ChangeAnswer answer = CatchFailure(work, [&]() -> ChangeAnswer {
     LogCurrentException();
-    LogLine(line());
+    logLine();
     throw;
   });
-  if (answer.kind == ChangeAnswer::Kind::kRefused) LogLine(line());
+  if (answer.kind == ChangeAnswer::Kind::kRefused) logLine();
   return answer;
 }
 
@@ -111,7 +111,7 @@ ChangeAnswer TLocationStartup::RunChange(ChangeKind kind, const ItemRef& item, c
         const std::optional<ItemState> listed = ListedState(*item);
         return listed ? ChangeEntry(kind, item, *listed, work) : ChangeAnswer::Gone();
       },
-      [&] { return line(name); });
+      [&] { line(name); });
 }
 
 // The entry is read when the checkpoint has the journal: another process may have changed it until then.
@@ -161,7 +161,7 @@ ChangeAnswer TLocationStartup::DeleteItem(const ItemRef& item) {
   SMH_ASSERT(kUnit, canDelete_);
   return RunChange(
       ChangeKind::kDeleting, item,
-      [&](const std::wstring& name) { return Format(kDeleteLine, name, MemberName()); },
+      [&](const std::wstring& name) { LogFormat(kDeleteLine, name, MemberName()); },
       [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
         RequireAsListed(item, listed, source);
         if (!Carry(nullptr, &source, checkpoint)) return ChangeAnswer::Refused();
@@ -174,9 +174,7 @@ ChangeAnswer TLocationStartup::SwitchItem(const ItemRef& item, bool enable) {
   SMH_ASSERT(kUnit, canEnable_);
   return RunChange(
       enable ? ChangeKind::kEnabling : ChangeKind::kDisabling, item,
-      [&](const std::wstring& name) {
-        return Format(enable ? kEnableLine : kDisableLine, name, MemberName());
-      },
+      [&](const std::wstring& name) { LogFormat(enable ? kEnableLine : kDisableLine, name, MemberName()); },
       [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
         if (listed.isEnabled == enable) return ChangeAnswer::Nothing();
         const bool isOther = source.ShownCommand() != listed.details.Command;
@@ -192,7 +190,7 @@ ChangeAnswer TLocationStartup::ChangeItemCommand(const ItemRef& item, const std:
   RequireCommandText(command);
   return RunChange(
       ChangeKind::kChanging, item,
-      [&](const std::wstring& name) { return Format(kChangeLine, name, command, MemberName()); },
+      [&](const std::wstring& name) { LogFormat(kChangeLine, name, command, MemberName()); },
       [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
         RequireAsListed(item, listed, source);
         if (SameText(listed.details.Command, command)) return ChangeAnswer::Nothing();
@@ -208,9 +206,7 @@ ChangeAnswer TLocationStartup::MoveItem(const ItemRef& item, TTypeStartupLocatio
   TLocationStartup* const destination = FindLocation(target);
   return RunChange(
       ChangeKind::kMoving, item,
-      [&](const std::wstring& name) {
-        return Format(kMoveLine, name, MemberName(), LocationMemberName(target));
-      },
+      [&](const std::wstring& name) { LogFormat(kMoveLine, name, MemberName(), LocationMemberName(target)); },
       [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
         SMH_ASSERT(Unit(), destination != nullptr && destination != this);
         return MoveEntry(item, *destination, source, listed, checkpoint);
@@ -243,7 +239,7 @@ ChangeAnswer TLocationStartup::AddItem(const std::wstring& name, const std::wstr
         const ChangeGate::Scope change(Gate());
         return AddEntry(name, command);
       },
-      [&] { return Format(kAddLine, name, command, MemberName()); });
+      [&] { LogFormat(kAddLine, name, command, MemberName()); });
 }
 
 ChangeAnswer TLocationStartup::AddEntry(const std::wstring& name, const std::wstring& command) {

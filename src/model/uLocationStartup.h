@@ -101,7 +101,8 @@ class TLocationStartup : public LocationLoading {
   // What a change does between the first reading and the last line of the log.
   using ChangeWork =
       std::function<ChangeAnswer(EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint)>;
-  using ErrorLine = std::function<std::wstring(const std::wstring& itemName)>;
+  // Logs what failed.
+  using ErrorLine = std::function<void(const std::wstring& itemName)>;
 
   // The course that every change of an item takes.
   ChangeAnswer RunChange(ChangeKind kind, const ItemRef& item, const ErrorLine& line, const ChangeWork& work);

@@ -46,7 +46,7 @@ void LogKey(REGSAM view, HKEY root, bool recurse, const std::wstring& key, int d
   TRegistryEx registry(KEY_READ | view);
   registry.SetRootKey(root);
   if (!registry.OpenKey(key, false)) return;
-  LogLine(registry.FullValuePath({}));
+  LogFormat(L"%s", registry.FullValuePath({}));
   RegistryValueReader values(registry.CurrentKey());
   while (values.Next()) LogValue(values);
   LogLine({});

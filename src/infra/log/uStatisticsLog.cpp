@@ -6,12 +6,26 @@
 #include "infra/log/log_file.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/text.h"
+#include "infra/siblings/missing_sibling.h"
 
 #include <cstring>
+#include <cwchar>
+#include <iterator>
 
 namespace smh {
 
+namespace {
+
+void ReportMissingSibling(const std::wstring& text) noexcept;
+
+}  // namespace
+
 struct StatisticsLog {
+  StatisticsLog() noexcept { SetMissingSiblingReport(ReportMissingSibling); }
+  ~StatisticsLog() { SetMissingSiblingReport(nullptr); }
+  StatisticsLog(const StatisticsLog&) = delete;
+  StatisticsLog& operator=(const StatisticsLog&) = delete;
+
   // Serialises every write and every save, the file's writing included. Entered under the model's locks;
   // under it come the siblings' lock and what that takes, and no other.
   CriticalSection lock;
@@ -26,10 +40,54 @@ constinit ModuleGlobal<StatisticsLog> g_statisticsLog(L"uStatisticsLog");
 
 namespace {
 
+// Empty without a data folder: the path would begin at the root of the current drive.
 LogFileNames CurrentLogFileNames() {
-  LogFileNames names{LogFilePath(), {}};
+  IGlobals& globals = DLLGlobals::Globals();
+  LogFileNames names;
+  names.file = TakeText([](BoundaryText* text) { return DLLGlobals::Helper().GetBaseFolder(text); });
+  if (names.file.empty()) return names;
+  names.file = WithTrailingBackslash(names.file);
+  names.base = names.file.size();
+  names.file +=
+      WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); }));
+  names.file +=
+      WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetProductName(text); }));
+  names.file += L"Logs\\StartupManager.log";
   names.unfinished = names.file + L".new";
   return names;
+}
+
+// Whether it would end a line, or show as something else than itself.
+bool IsControl(wchar_t unit) noexcept {
+  return unit < L' ' || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+}
+
+void InsertLogText(std::wstring& line, std::wstring_view text) {
+  std::wstring_view shown = text.substr(0, kLongestLogText);
+  // Both halves of a pair, or none.
+  if (shown.size() < text.size() && IS_HIGH_SURROGATE(shown.back())) shown.remove_suffix(1);
+  for (const wchar_t unit : shown) {
+    if (IsControl(unit)) {
+      wchar_t escape[16];
+      std::swprintf(escape, std::size(escape), L"\\u{%x}", static_cast<unsigned>(unit));
+      line += escape;
+    } else {
+      line += unit;
+    }
+  }
+  if (shown.size() < text.size())
+    line.append(L"... (").append(std::to_wstring(text.size())).append(L" units)");
+}
+
+// The siblings' lock is held, which others take under this one.
+void ReportMissingSibling(const std::wstring& text) noexcept {
+  if (!g_statisticsLog->lock.TryEnter()) return;
+  try {
+    LogFormat(L"%s", text);
+  } catch (const std::exception&) {
+    // Standard error has it.
+  }
+  g_statisticsLog->lock.Leave();
 }
 
 std::wstring WidenAscii(const char* text) {
@@ -72,7 +130,7 @@ void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgumen
   if (!g_statisticsLog.IsStarted()) return;
   const ScopedLock held(g_statisticsLog->lock);
   g_statisticsLog->line.clear();
-  AppendFormatList(g_statisticsLog->line, format, arguments);
+  AppendFormatList(g_statisticsLog->line, format, arguments, InsertLogText);
   g_statisticsLog->text.AddLine(g_statisticsLog->line);
 }
 
@@ -104,13 +162,7 @@ void LogCurrentException() {
 }
 
 std::wstring LogFilePath() {
-  IHelper& helper = DLLGlobals::Helper();
-  IGlobals& globals = DLLGlobals::Globals();
-  std::wstring path =
-      WithTrailingBackslash(TakeText([&](BoundaryText* text) { return helper.GetBaseFolder(text); }));
-  path += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetVendorName(text); }));
-  path += WithTrailingBackslash(TakeText([&](BoundaryText* text) { return globals.GetProductName(text); }));
-  return path.append(L"Logs\\StartupManager.log");
+  return CurrentLogFileNames().file;
 }
 
 void SaveLog() noexcept {
@@ -119,7 +171,7 @@ void SaveLog() noexcept {
   // A failure is swallowed: the log must not stop what it reports on, and the next save writes all lines.
   try {
     LogFileNames names = CurrentLogFileNames();
-    WriteLogFile(names, g_statisticsLog->text);
+    if (!names.file.empty()) WriteLogFile(names, g_statisticsLog->text);
   } catch (const std::exception&) {
   }
 }

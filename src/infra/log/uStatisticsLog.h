@@ -27,7 +27,10 @@ class [[nodiscard]] LogScope {
 // Appends one line, given without its end. Raises std::bad_alloc.
 void LogLine(std::wstring_view text);
 
-// One line, put together from a format and its arguments; see FormatList, whose failures pass.
+// One line, put together from a format and its arguments; see FormatList, whose failures pass. Of a text
+// among the arguments at most kLongestLogText code units are written, then how many it has; control
+// characters and line ends in it stand as "\u{d}", so that no text makes a line of its own.
+inline constexpr std::size_t kLongestLogText = 4096;
 void LogFormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
 template <typename... Arguments>
 void LogFormat(std::wstring_view format, const Arguments&... arguments) {
@@ -45,12 +48,14 @@ void ClearLogLines();
 // Keeps the names that a save at process exit uses; asks the services of basekit for them, and raises what
 // they raise.
 void FixLogFileNames();
-// Replaces the file by all lines collected so far. A failure is swallowed.
+// Replaces the file by all lines collected so far. A failure is swallowed; without a data folder there is no
+// file.
 void SaveLog() noexcept;
-// The full path of the file, below the user's application data; asks the services of basekit.
+// The full path of the file, below the user's application data, empty when the user has none; asks the
+// services of basekit.
 std::wstring LogFilePath();
 
-// The lock and the lines.
+// The lock and the lines. While it is started a missing sibling is named in it.
 struct StatisticsLog;
 extern ModuleGlobal<StatisticsLog> g_statisticsLog;
 // Process exit: other threads are gone and may have left the lock held. When it can be entered, the lines are

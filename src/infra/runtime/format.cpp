@@ -22,11 +22,11 @@ std::size_t RoomFor(std::wstring_view format, std::initializer_list<FormatArgume
 }
 
 void AppendArgument(std::wstring& result, wchar_t handle, const FormatArgument& argument,
-                    std::wstring_view format) {
+                    std::wstring_view format, TextInsertion insert) {
   const auto* const text = std::get_if<std::wstring_view>(&argument);
   const auto* const number = std::get_if<std::int64_t>(&argument);
   if (handle == L's' && text != nullptr) {
-    result += *text;
+    insert(result, *text);
   } else if (handle == L'd' && number != nullptr) {
     result += std::to_wstring(*number);
   } else {
@@ -37,8 +37,11 @@ void AppendArgument(std::wstring& result, wchar_t handle, const FormatArgument& 
 }  // namespace
 
 void AppendFormatList(std::wstring& result, std::wstring_view format,
-                      std::initializer_list<FormatArgument> arguments) {
-  result.reserve(result.size() + RoomFor(format, arguments));
+                      std::initializer_list<FormatArgument> arguments, TextInsertion insert) {
+  if (insert == nullptr) {
+    result.reserve(result.size() + RoomFor(format, arguments));
+    insert = [](std::wstring& whole, std::wstring_view text) { whole += text; };
+  }
   auto argument = arguments.begin();
   for (std::wstring_view rest = format;;) {
     const std::size_t percent = rest.find(L'%');
@@ -51,7 +54,7 @@ void AppendFormatList(std::wstring& result, std::wstring_view format,
     } else if (argument == arguments.end()) {
       RaiseInvalidFormat(format);
     } else {
-      AppendArgument(result, handle, *argument++, format);
+      AppendArgument(result, handle, *argument++, format, insert);
     }
     rest.remove_prefix(1);
   }

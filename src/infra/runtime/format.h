@@ -15,9 +15,12 @@ using FormatArgument = std::variant<std::wstring_view, std::int64_t>;
 // Raises EConvertError when a handle is unknown, has no argument, or has one of the other kind. Arguments
 // left over are ignored.
 std::wstring FormatList(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
-// The same at the end of a text; when it raises, a part may stand there.
+// Appends an argument that is a text.
+using TextInsertion = void (*)(std::wstring& result, std::wstring_view text);
+// The same at the end of a text; when it raises, a part may stand there. Without `insert` texts are inserted
+// as they stand.
 void AppendFormatList(std::wstring& result, std::wstring_view format,
-                      std::initializer_list<FormatArgument> arguments);
+                      std::initializer_list<FormatArgument> arguments, TextInsertion insert = nullptr);
 
 inline FormatArgument ToFormatArgument(std::wstring_view text) {
   return text;

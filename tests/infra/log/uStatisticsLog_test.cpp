@@ -1,4 +1,5 @@
 #include "core/contracts/intf_general.h"
+#include "infra/log/log_file.h"
 #include "infra/log/system_info_block.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/registry/uRegistryUtils.h"
@@ -7,12 +8,14 @@
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/test_main.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <regex>
 #include <thread>
 
@@ -125,6 +128,72 @@ TEST_F(StatisticsLogTest, ABlockedFileIsLeftAloneAndSavedLater) {
   EXPECT_EQ(Saved(), (Lines{L"one", L"two"}));
 }
 
+// Neither what the second name leads to nor, while that is taken, what the first one does.
+TEST_F(StatisticsLogTest, LinksAreReplacedAndNeverFollowed) {
+  const std::wstring other = folder_.Write(L"other", "somebody's");
+  const std::wstring second = std::wstring(kLogPath) + L".new";
+  folder_.MakeFolder(L"Quillmark\\Startup Manager\\Logs");
+  ASSERT_TRUE(CreateHardLinkW(folder_.File(second).c_str(), other.c_str(), nullptr));
+  LogLine(L"one");
+  EXPECT_EQ(Saved(), Lines{L"one"});
+  EXPECT_EQ(ReadFileBytes(other), "somebody's");
+  folder_.MakeFolder(second);
+  ASSERT_TRUE(DeleteFileW(File().c_str()));
+  ASSERT_TRUE(CreateHardLinkW(File().c_str(), other.c_str(), nullptr));
+  SaveLog();
+  EXPECT_EQ(ReadFileBytes(other), "somebody's");
+}
+
+TEST_F(StatisticsLogTest, WithoutADataFolderNothingIsSaved) {
+  services_.helper->baseFolder.clear();
+  LogLine(L"x");
+  SaveLog();
+  EXPECT_EQ(LogFilePath(), L"");
+  EXPECT_EQ(GetFileAttributesW(L"\\Quillmark"), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(StatisticsLogTest, InsertedTextsStayInTheirLineAndAreCut) {
+  LogFormat(L"%s|%s", std::wstring(L"a\r\nforged\0\t\x85\x2028", 13), L"b");
+  LogFormat(L"%s|%d", std::wstring(4095, L'x') + L"\xD83D\xDE00" + std::wstring(1'000'000, L'y'), 7);
+  EXPECT_EQ(Saved(), (Lines{L"a\\u{d}\\u{a}forged\\u{0}\\u{9}\\u{85}\\u{2028}|b",
+                            std::wstring(4095, L'x') + L"... (1004097 units)|7"}));
+}
+
+TEST_F(StatisticsLogTest, TheOldestLinesGo) {
+  constexpr int kWritten = 5'000;
+  for (int i = 0; i < kWritten; ++i) LogFormat(L"%d%s", i, std::wstring(4000, L'x'));
+  const Lines lines = Saved();
+  const std::size_t bytes = ReadFileBytes(File()).size();
+  EXPECT_LE(bytes, LogText::kMostBytes);
+  EXPECT_GE(bytes, LogText::kMostBytes - 100'000);
+  const auto kept = static_cast<int>(lines.size()) - 1;
+  EXPECT_EQ(lines[0], L"(" + std::to_wstring(kWritten - kept) + L" older lines are not kept.)");
+  EXPECT_EQ(lines[1], std::to_wstring(kWritten - kept) + std::wstring(4000, L'x'));
+  EXPECT_TRUE(lines.back().starts_with(std::to_wstring(kWritten - 1)));
+}
+
+std::atomic<int> g_cancelled{0};
+
+// As while somebody stops the thread.
+BOOL WINAPI CancelSome(HANDLE file, const void* bytes, DWORD size, DWORD* written, OVERLAPPED* place) {
+  static const auto real = RealFunction<decltype(WriteFile)>(L"kernel32.dll", "WriteFile");
+  if (g_cancelled.fetch_sub(1) <= 0) return real(file, bytes, size, written, place);
+  SetLastError(ERROR_OPERATION_ABORTED);
+  return FALSE;
+}
+
+TEST_F(StatisticsLogTest, AStopDoesNotCutItsSaveShort) {
+  LogLine(L"one");
+  EXPECT_EQ(Saved(), Lines{L"one"});
+  const ImportPatch patch("WriteFile", &CancelSome);
+  LogLine(L"two");
+  g_cancelled = 1000;
+  EXPECT_EQ(Saved(), Lines{L"one"}) << "a disk that does not answer is given up";
+  EXPECT_GT(g_cancelled, 900);
+  g_cancelled = 3;
+  EXPECT_EQ(Saved(), (Lines{L"one", L"two"}));
+}
+
 TEST_F(StatisticsLogTest, AFolderThatCannotBeMadeIsSwallowed) {
   folder_.Write(L"Quillmark", "a file where the folder should be");
   LogLine(L"x");
@@ -144,12 +213,12 @@ TEST_F(StatisticsLogTest, ErrorRecords) {
   log(EAbort());
   log(std::runtime_error("plain"));
   log(42);
-  // The first message holds a line end of its own.
-  EXPECT_EQ(Saved(),
-            (Lines{kSeparator, L"Error class   : EOSError", L"Error message : System Error.  Code: 2.",
-                   SystemErrorText(ERROR_FILE_NOT_FOUND), kSeparator, kSeparator,
-                   L"Error class   : Exception", L"Error message : plain", kSeparator, kSeparator,
-                   L"Error class   : Exception", L"Error message : Unknown exception", kSeparator}));
+  EXPECT_EQ(
+      Saved(),
+      (Lines{kSeparator, L"Error class   : EOSError",
+             L"Error message : System Error.  Code: 2.\\u{d}\\u{a}" + SystemErrorText(ERROR_FILE_NOT_FOUND),
+             kSeparator, kSeparator, L"Error class   : Exception", L"Error message : plain", kSeparator,
+             kSeparator, L"Error class   : Exception", L"Error message : Unknown exception", kSeparator}));
 }
 
 TEST_F(StatisticsLogTest, DumpsEveryKindOfValue) {
@@ -253,6 +322,11 @@ TEST_F(StatisticsLogTest, WritersDoNotTearEachOther) {
   for (const wchar_t* const text : {L"0", L"1", L"2", L"3"}) EXPECT_EQ(std::ranges::count(lines, text), 200);
 }
 
+void WINAPI SaveAndExit(UINT) {
+  SaveLogAtProcessExit();
+  TerminateProcess(GetCurrentProcess(), 0);
+}
+
 // Ends like a process that leaves with the library loaded. Arguments: the base folder, and when to leave.
 SMH_CHILD(ExitWithLog) {
   LogLine(L"lost before the start");
@@ -269,20 +343,27 @@ SMH_CHILD(ExitWithLog) {
   }
   // No service is asked any more: the path is the one of the block.
   services.helper->baseFolder = L"C:\\elsewhere";
+  if (arguments.at(1) == L"for want of a sibling") {
+    const ImportPatch exit("ExitProcess", &SaveAndExit);
+    SetProcessWindowStation(CreateWindowStationW(nullptr, 0, WINSTA_ALL_ACCESS, nullptr));
+    CheckInterface(nullptr, L"this one");
+  }
   SaveLogAtProcessExit();
   return 0;
 }
 
 TEST(StatisticsLogLifeTest, ProcessExitSavesToThePathOfTheBlockUnlessTheLockIsOrphaned) {
-  for (const wchar_t* const when : {L"", L"before the first block", L"while the lock is orphaned"}) {
+  for (const wchar_t* const when :
+       {L"", L"before the first block", L"while the lock is orphaned", L"for want of a sibling"}) {
     const TemporaryFolder folder;
     const ChildResult result = RunChild(L"ExitWithLog", {folder.Path(), when}, 20'000);
     EXPECT_FALSE(result.timedOut);
     EXPECT_EQ(result.exitCode, 0u) << result.output;
-    if (*when == L'\0') {
+    const bool isWanting = std::wstring_view(when).starts_with(L"for");
+    if (*when == L'\0' || isWanting) {
       const Lines lines = ReadUtf16Lines(folder.File(kLogPath));
       EXPECT_EQ(lines.front(), kSeparator);
-      EXPECT_EQ(lines.back(), L"the last line");
+      EXPECT_EQ(lines.back().starts_with(isWanting ? L"An error" : L"the last line"), true);
     } else {
       EXPECT_EQ(GetFileAttributesW(folder.File(L"Quillmark").c_str()), INVALID_FILE_ATTRIBUTES) << when;
     }

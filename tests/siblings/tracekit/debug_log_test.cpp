@@ -90,6 +90,28 @@ TEST_F(DebugLogTest, NullsAndLineEndsStayInOneLine) {
                                          L"< [0000ab12]", L"", L"two  lines \u00E4\xD800"}));
 }
 
+// The older half goes, in whole lines; what a link leads to is not written.
+TEST_F(DebugLogTest, KeepsTheNewestLinesAndFollowsNoLink) {
+  std::wstring old(1, L'\xFEFF');
+  while (old.size() < (std::size_t{8} << 20)) old += L"an old line\r\n";
+  WriteFileBytes(path_, {reinterpret_cast<const char*>(old.data()), old.size() * sizeof(wchar_t)});
+  EXPECT_EQ(Message(L"new"), S_OK);
+  const Lines lines = ReadUtf16Lines(path_);
+  EXPECT_NEAR(static_cast<double>(lines.size()), (8 << 20) / 26.0, 3);
+  EXPECT_EQ(lines[0], L"(Older lines are not kept.)");
+  EXPECT_EQ(lines[1], L"an old line");
+  EXPECT_TRUE(lines.back().ends_with(L" new"));
+  const TemporaryFolder folder;
+  const std::wstring other = folder.Write(L"other", "somebody's");
+  library_.reset();
+  ASSERT_TRUE(DeleteFileW(path_.c_str()));
+  ASSERT_TRUE(CreateHardLinkW(path_.c_str(), other.c_str(), nullptr));
+  Load();
+  EXPECT_NE(Message(L"new"), S_OK);
+  EXPECT_EQ(ReadFileBytes(other), "somebody's");
+  DeleteFileW(path_.c_str());
+}
+
 TEST_F(DebugLogTest, ThreadsWriteWholeLinesAndNestApart) {
   constexpr int kRounds = 50;
   std::vector<std::jthread> threads;
