@@ -1,10 +1,12 @@
 #include "siblings/basekit/program_part.h"
 
+#include "core/contracts/intf_general.h"
 #include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 namespace smh {
 
@@ -33,23 +35,27 @@ bool IsOnDrive(std::wstring_view path) noexcept {
   return letter >= L'a' && letter <= L'z';
 }
 
-bool NamesProgram(std::wstring_view prefix, const FileTest& fileExists) {
+using Extensions = std::span<const std::wstring_view>;
+
+// What the system tries of every prefix, and what the shell tries when none of them is a file.
+constexpr std::wstring_view kBySystem[] = {L"", kImpliedExtensions[0]};
+constexpr Extensions kByShell = Extensions(kImpliedExtensions).subspan(1);
+
+bool NamesProgram(std::wstring_view prefix, Extensions extensions, const FileTest& fileExists) {
   const std::wstring path = WithoutQuotes(ExpandEnvironment(prefix));
   if (!IsOnDrive(path)) return false;
-  if (fileExists(path)) return true;
-  const auto hasExtension = [&](std::wstring_view extension) { return EndsText(extension, path); };
-  if (std::ranges::any_of(kExecutableExtensions, hasExtension)) return false;
-  return std::ranges::any_of(kExecutableExtensions, [&](std::wstring_view extension) {
-    return fileExists(std::wstring(path).append(extension));
+  const bool isComplete = path.ends_with(L'\\') || !ExtensionPart(path).empty();
+  return std::ranges::any_of(extensions, [&](std::wstring_view extension) {
+    return (extension.empty() || !isComplete) && fileExists(std::wstring(path).append(extension));
   });
 }
 
 // Length of the first prefix that names a file; npos without one.
-std::size_t ExistingPrefix(std::wstring_view command, const FileTest& fileExists) {
+std::size_t ExistingPrefix(std::wstring_view command, Extensions extensions, const FileTest& fileExists) {
   const std::size_t longest = std::min(command.size(), kLongestPrefix);
   for (std::size_t end = 1; end <= longest; ++end) {
     if (!EndsAt(command, end) || IsBlank(command[end - 1])) continue;
-    if (NamesProgram(command.substr(0, end), fileExists)) return end;
+    if (NamesProgram(command.substr(0, end), extensions, fileExists)) return end;
   }
   return std::wstring_view::npos;
 }
@@ -75,7 +81,8 @@ std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists) 
     command.remove_prefix(1);
     return Trim(command.substr(0, command.find(L'"')));
   }
-  std::size_t end = ExistingPrefix(command, fileExists);
+  std::size_t end = ExistingPrefix(command, kBySystem, fileExists);
+  if (end == std::wstring_view::npos) end = ExistingPrefix(command, kByShell, fileExists);
   if (end == std::wstring_view::npos) end = ExtensionEnd(command);
   if (end == std::wstring_view::npos) end = command.find_first_of(kBlanks);
   return WithoutQuotes(command.substr(0, end));

@@ -7,7 +7,7 @@
 
 namespace smh {
 
-// Lower case, each with its dot, in the order in which they are tried.
+// Lower case, each with its dot.
 inline constexpr std::wstring_view kExecutableExtensions[] = {
     L".com", L".exe", L".bat", L".cmd", L".pif", L".scr", L".cpl", L".msc", L".msi",
     L".vbs", L".vbe", L".js",  L".jse", L".wsf", L".wsh", L".hta", L".ps1",
@@ -20,8 +20,9 @@ using FileTest = std::function<bool(const std::wstring& path)>;
 // The program as it stands in the command (references unexpanded), without quotes and blanks at its ends:
 // - after a leading quote, the text up to the next quote or the end;
 // - else the first prefix that ends at a blank or the end, is at most 260 units long and whose expanded text
-//   has a folder part on a drive and names a file, as it is or with an executable extension. Network paths
-//   are never tested: a dead one would hold the caller;
+//   has a folder part on a drive and names a file, as it is or, when it has no extension, with ".exe"; else
+//   the first such with another of the implied extensions. Network paths are never tested: a dead one would
+//   hold the caller;
 // - else the text up to the first executable extension that a blank or the end follows;
 // - else the text up to the first blank.
 std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists);

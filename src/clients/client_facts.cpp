@@ -140,7 +140,8 @@ void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDet
   details.FilePath = StartedFile(client);
   details.Kind = TargetKindOfFile(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) FollowShortcut(details);
-  std::optional<FileStamp> stamp = StampOf(details.FilePath);
+  std::optional<FileStamp> stamp;
+  if (IsFullPath(details.FilePath)) stamp = StampOf(details.FilePath);
   // A folder is no program.
   if (stamp && stamp->isFolder) stamp.reset();
   DescribeStartedFile(stamp, details);

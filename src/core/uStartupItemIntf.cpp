@@ -9,6 +9,7 @@
 #include "model/item_list.h"
 #include "model/uLocationStartup.h"
 #include "sysutil/command_line.h"
+#include "sysutil/uFileUtils.h"
 
 namespace smh {
 
@@ -30,9 +31,9 @@ VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index) {
   });
 }
 
-// Starts the command through the shell, on the calling thread, which waits for the shell and for the message
-// box, without a lock. `window` owns both and may be null. A failure is logged, shown in a message box and
-// then raised as EOSError.
+// Starts the command through the shell, in the folder in which the system would, on the calling thread, which
+// waits for the shell and for the message box, without a lock. `window` owns both and may be null. A failure
+// is logged, shown in a message box and then raised as EOSError.
 void ExecuteItem(const TStartupItem& item, HWND window) {
   SharedText command;
   {
@@ -40,7 +41,10 @@ void ExecuteItem(const TStartupItem& item, HWND window) {
     command = item.Get([](const ItemState& state) { return state.details.Command; });
   }
   const CommandParts parts = ResolveCommand(command.c_str());
-  const DWORD code = OpenWithShell(window, parts.path, parts.arguments);
+  // What was not found by its name the shell would look for where the host stands.
+  const DWORD code = IsFullPath(parts.path)
+                         ? OpenWithShell(window, parts.path, parts.arguments, FileUtils::GetProfileDir())
+                         : DWORD{ERROR_FILE_NOT_FOUND};
   if (code == ERROR_SUCCESS) return;
   const std::wstring error = SystemErrorText(code);
   LogFormat(L"Error execute command for item \"%s\". Command: \"%s\". Error: \"%s\".", item.Name(), command,

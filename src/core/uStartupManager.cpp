@@ -11,6 +11,7 @@
 #include "model/image_lists.h"
 #include "model/item_list.h"
 #include "sysutil/command_line.h"
+#include "sysutil/program_file.h"
 
 namespace smh {
 
@@ -28,7 +29,14 @@ __attribute__((noinline, no_sanitize("undefined"))) void StopUnlessAskedFor(ISta
 // target, is its own answer.
 std::wstring CommandFile(std::wstring_view command) {
   const std::wstring text = DequoteText(command);
-  if (!SameText(ExtensionPart(text), L".lnk")) return std::wstring(ResolveCommandToFile(text.c_str()));
+  if (!SameText(ExtensionPart(text), L".lnk")) {
+    // Within its quotes it is one name, blanks and all.
+    if (text != command) {
+      const ProgramFile whole = FindProgramFile(SharedText(text));
+      if (whole.exists) return std::wstring(whole.path);
+    }
+    return std::wstring(ResolveCommandToFile(text.c_str()));
+  }
   const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
   return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
 }

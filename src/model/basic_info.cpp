@@ -6,7 +6,7 @@
 #include "infra/runtime/text.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
-#include "sysutil/file_search.h"
+#include "sysutil/program_file.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>
@@ -60,12 +60,6 @@ SharedText ShortName(const SharedText& file) {
       [&](BoundaryText* name) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), name); });
 }
 
-std::wstring ExistingFile(std::wstring_view element) {
-  SharedText path = FileUtils::NormalizePath(SharedText(element));
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = SharedText(found);
-  return FileUtils::FileExistsWow64(path) ? std::wstring(path) : std::wstring();
-}
-
 void FillFromShortcut(bool inFolder, ItemDetails& details) {
   const std::optional<ShortcutFacts> facts = FollowShortcut(details);
   if (!inFolder) return;
@@ -77,12 +71,14 @@ void FillFromShortcut(bool inFolder, ItemDetails& details) {
   }
 }
 
-// A file or a folder; the command is resolved once more when there is none.
+// A file or a folder; the command is resolved once more when there is none. A name that was not found is none
+// of the folder that this process stands in.
 std::optional<FileStamp> FindFile(TTypeStartupLocation location, ItemDetails& details) {
-  std::optional<FileStamp> stamp = StampOf(details.FilePath);
+  std::optional<FileStamp> stamp;
+  if (IsFullPath(details.FilePath)) stamp = StampOf(details.FilePath);
   if (stamp || IsFolderLocation(location) || details.Command.empty()) return stamp;
   SharedText again = ResolveCommandToFile(details.Command.c_str());
-  stamp = StampOf(again);
+  if (IsFullPath(again)) stamp = StampOf(again);
   if (stamp) details.FilePath = std::move(again);
   return stamp;
 }

@@ -2,8 +2,7 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/text.h"
-#include "sysutil/file_search.h"
-#include "sysutil/uFileUtils.h"
+#include "sysutil/program_file.h"
 
 #include <shellapi.h>
 
@@ -12,13 +11,6 @@
 namespace smh {
 
 namespace {
-
-SharedText ResolveProgram(const SharedText& program) {
-  SharedText path = FileUtils::NormalizePath(program);
-  if (std::wstring found; FileUtils::FindFileByName(path, found)) path = SharedText(found);
-  FileUtils::FileExistsWow64(path);
-  return path;
-}
 
 // ShellExecuteW answers more than this when it worked.
 constexpr INT_PTR kLastShellError = 32;
@@ -58,19 +50,20 @@ CommandParts FileUtils::SplitCommandLine(const wchar_t* command) {
 
 CommandParts ResolveCommand(const wchar_t* command) {
   CommandParts parts = FileUtils::SplitCommandLine(command);
-  parts.path = std::wstring(ResolveProgram(SharedText(parts.path)));
+  parts.path = std::wstring(FindProgramFile(SharedText(parts.path)).path);
   return parts;
 }
 
 SharedText ResolveCommandToFile(const wchar_t* command) {
-  return ResolveProgram(FileUtils::ProgramOfCommand(command));
+  return FindProgramFile(FileUtils::ProgramOfCommand(command)).path;
 }
 
-DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters) {
+DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters,
+                    const std::wstring& folder) {
   SetLastError(ERROR_SUCCESS);
   const auto result = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(owner, L"open", file.c_str(), parameters.empty() ? nullptr : parameters.c_str(), nullptr,
-                    SW_SHOWNORMAL));
+      ShellExecuteW(owner, L"open", file.c_str(), parameters.empty() ? nullptr : parameters.c_str(),
+                    folder.empty() ? nullptr : folder.c_str(), SW_SHOWNORMAL));
   if (result > kLastShellError) return ERROR_SUCCESS;
   const DWORD code = GetLastError();
   if (code != ERROR_SUCCESS) return code;

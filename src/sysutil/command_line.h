@@ -32,15 +32,16 @@ SharedText ProgramOfCommand(const wchar_t* command);
 
 }  // namespace FileUtils
 
-// Splits the command, normalises the program part, searches a bare name, and maps redirected folders. The
-// path need not exist.
+// Splits the command, and finds the program part's file (program_file.h). The file need not exist.
 CommandParts ResolveCommand(const wchar_t* command);
 // The path alone.
 SharedText ResolveCommandToFile(const wchar_t* command);
 
 // The shell's verb "open" with a normal window; `file` is a program, document or folder. Answers
 // ERROR_SUCCESS, or the system code of what went wrong; raises nothing. Blocks until the shell has started
-// it. `owner` owns the shell's messages and may be null.
-DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters);
+// it. `owner` owns the shell's messages and may be null. What is started stands in `folder`, from where the
+// shell looks for a relative `file` too; empty: in this process's current folder.
+DWORD OpenWithShell(HWND owner, const std::wstring& file, const std::wstring& parameters,
+                    const std::wstring& folder = {});
 
 }  // namespace smh

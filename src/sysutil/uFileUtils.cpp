@@ -23,6 +23,7 @@ struct FileCaches {
   Lazy<const std::wstring> sysnativeDir{lock};
   Lazy<const std::wstring> programFilesX86Dir{lock};
   Lazy<const std::wstring> programFilesNativeDir{lock};
+  Lazy<const std::wstring> profileDir{lock};
   Lazy<const TextList> searchDirectories{lock};
   Lazy<const TextList> executableExtensions{lock};
   Lazy<const TextList> startableExtensions{lock};
@@ -156,14 +157,21 @@ const std::wstring& FileUtils::GetProgramFilesNativeDir() {
   return g_fileCaches->programFilesNativeDir.Get(MakeProgramFilesNativeDir);
 }
 
-SharedText FileUtils::NormalizePath(const SharedText& text) {
+const std::wstring& FileUtils::GetProfileDir() {
+  return g_fileCaches->profileDir.Get([] { return WithTrailingBackslash(SpecialFolder(CSIDL_PROFILE)); });
+}
+
+SharedText FileUtils::ExpandedText(const SharedText& text) {
   const std::wstring_view given = text;
   SharedText path = given.starts_with(L'"') ? SharedText(DequoteText(given)) : text;
   // Without a reference there is nothing to ask the helper for.
-  if (std::wstring_view(path).find(L'%') != std::wstring_view::npos) {
-    path = TakeSharedText(
-        [&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(path.c_str(), out); });
-  }
+  if (std::wstring_view(path).find(L'%') == std::wstring_view::npos) return path;
+  return TakeSharedText(
+      [&](BoundaryText* out) { return DLLGlobals::ShellHelper().ExpandPath(path.c_str(), out); });
+}
+
+SharedText FileUtils::NormalizePath(const SharedText& text) {
+  const SharedText path = ExpandedText(text);
   return TakeSharedText(
       [&](BoundaryText* out) { return DLLGlobals::Helper().CanonicalizePath(path.c_str(), out); });
 }

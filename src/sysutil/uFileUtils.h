@@ -33,8 +33,12 @@ const std::wstring& GetSystemDir();
 const std::wstring& GetSysnativeDir();
 const std::wstring& GetProgramFilesX86Dir();
 const std::wstring& GetProgramFilesNativeDir();
+// The user's own folder, in which the system starts programs at logon.
+const std::wstring& GetProfileDir();
 
-// Without quotes, with its environment references expanded, in canonical form. The path need not exist.
+// Without quotes, with its environment references expanded.
+SharedText ExpandedText(const SharedText& text);
+// The same in canonical form. The path need not exist.
 SharedText NormalizePath(const SharedText& text);
 // The same with a trailing backslash; empty stays empty.
 std::wstring NormalizeDirectory(std::wstring_view text);

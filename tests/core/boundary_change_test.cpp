@@ -94,5 +94,25 @@ TEST_F(ChangeTest, AFailedStartIsShownLoggedAndReturned) {
   }));
 }
 
+// The host's current folder is no place to start from.
+TEST_F(ChangeTest, AProgramThatOnlyStandsBesideTheHostIsNotStarted) {
+  const std::wstring here = *FullPathOf(L"smh-here.exe");
+  const std::wstring deeper = *FullPathOf(L"smh-in\\smh-here.exe");
+  CreateDirectoryW(L"smh-in", nullptr);
+  for (const std::wstring& file : {here, deeper}) {
+    ASSERT_TRUE(CopyFileW(L"C:\\windows\\system32\\hostname.exe", file.c_str(), FALSE));
+  }
+  SetUserRun(L"Bare", L"smh-here.exe");
+  SetUserRun(L"Deeper", L"smh-in\\smh-here.exe");
+  Read();
+  for (const wchar_t* const name : {L"Bare", L"Deeper"}) {
+    BoxCloser closer;
+    EXPECT_NE(FindUserRun(name).Execute(nullptr), S_OK) << name;
+    closer.Caption();
+  }
+  for (const std::wstring& file : {here, deeper}) DeleteFileW(file.c_str());
+  RemoveDirectoryW(L"smh-in");
+}
+
 }  // namespace
 }  // namespace smh::test

@@ -98,7 +98,12 @@ TEST_F(ManagerTest, StringsAreSharedAndEachHasItsOwnPlace) {
 // The rules are FileUtils's; here what no host may get wrong or crash.
 TEST_F(ManagerTest, ResolvesCommandsToFiles) {
   const std::wstring self = ThisProgram();
+  const TemporaryFolder folder;
+  const std::wstring whole = folder.Write(L"a b.exe", "x");
+  const std::wstring part = folder.Write(L"a.exe", "x");
   const std::pair<std::wstring, std::wstring> rows[] = {{L'"' + self + L"\" /x \"y z\"", self},
+                                                        {L'"' + whole + L'"', whole},
+                                                        {whole, part},
                                                         {std::wstring(32'000, L'"'), L""}};
   OutText none;
   EXPECT_EQ(manager.ResolveCommandFile(nullptr, none.Put()), S_OK);

@@ -37,6 +37,8 @@ class ItemRecordTest : public ModuleTest {};
 
 TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
   const TemporaryFolder folder;
+  // In the current folder, where nobody else looks.
+  const std::wstring here = WriteFileBytes(*FullPathOf(L"smh-here.exe"), "x");
   struct Row {
     std::wstring command;
     TargetKind kind;
@@ -53,6 +55,9 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
       {L"\"", TargetKind::kOther, false, L""},
       {std::wstring(32'000, L'x'), TargetKind::kOther, false, std::wstring(32'000, L'x')},
       {L"Q:\\no drive\\a.exe", TargetKind::kExecutable, false, L"a"},
+      {L"C:\\windows\\notepad /x", TargetKind::kExecutable, true, L"notepad"},
+      {L"nul.exe", TargetKind::kExecutable, false, L"nul"},
+      {std::wstring(FileNamePart(here)), TargetKind::kExecutable, false, L"smh-here"},
   };
   for (const Row& row : rows) {
     const ItemDetails details = MakeItem(row.command)->State().details;
@@ -60,6 +65,7 @@ TEST_F(ItemRecordTest, TargetKindsAndMissingFiles) {
     EXPECT_EQ(details.FileFound, row.found) << row.command.substr(0, 80);
     EXPECT_TRUE(SameText(details.EntryName, row.entryName)) << row.command.substr(0, 80);
   }
+  DeleteFileW(here.c_str());
 }
 
 TEST_F(ItemRecordTest, CaptionsAreCompletedFromFileAndDescription) {

@@ -1,4 +1,6 @@
+#include "infra/runtime/text.h"
 #include "sysutil/command_line.h"
+#include "sysutil/program_file.h"
 #include "tests/support/file_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"
 
@@ -69,6 +71,69 @@ TEST(ResolveCommandTest, FromCommandToFile) {
     EXPECT_EQ(ResolveCommandToFile(row.command.c_str()), row.path);
   }
   DeleteFileW(native.c_str());
+}
+
+// Until the end of the scope.
+class ScopedCurrentFolder {
+ public:
+  explicit ScopedCurrentFolder(const std::wstring& folder) : old_(*FullPathOf(L".")) {
+    SetCurrentDirectoryW(folder.c_str());
+  }
+  ~ScopedCurrentFolder() { SetCurrentDirectoryW(old_.c_str()); }
+  ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
+  ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+
+ private:
+  std::wstring old_;
+};
+
+TEST(ResolveCommandTest, ExtensionsAreImpliedAndTheCurrentFolderIsNobodys) {
+  const TemporaryFolder folder;
+  const TemporaryFolder here;
+  for (const wchar_t* file : {L"setup.msi", L"setup helper.exe", L"both.exe", L"both.com", L"shell.cmd",
+                              L"late.bat", L"late.cmd", L"v1.2.exe", L"in\\deep.exe"}) {
+    folder.Write(file, "x");
+  }
+  for (const wchar_t* file : {L"smh-here.exe", L"in\\smh-here.exe"}) here.Write(file, "x");
+  const ScopedEnvironment path(L"PATH", folder.Path());
+  const StartedFileUtils started;
+  const ScopedCurrentFolder current(here.Path());
+  const std::wstring profile = WithoutTrailingBackslash(FileUtils::GetProfileDir());
+  const std::wstring own = WriteFileBytes(profile + L"\\smh-own\\a.exe", "x");
+  const std::wstring bare = WriteFileBytes(profile + L"\\smh-own.bat", "x");
+  const auto in = [&](std::wstring_view name) { return folder.File(name); };
+  const Row rows[] = {
+      {L"C:\\windows\\notepad /x", L"C:\\windows\\notepad.exe", L"/x"},
+      {L"\"C:\\windows\\notepad\" /x", L"C:\\windows\\notepad.exe", L"/x"},
+      {L"%windir%\\notepad", L"C:\\windows\\notepad.exe", L""},
+      {in(L"setup helper.exe"), in(L"setup helper.exe"), L""},
+      {in(L"setup /x"), in(L"setup"), L"/x"},
+      {in(L"both /x"), in(L"both.exe"), L"/x"},
+      {in(L"shell /x"), in(L"shell.cmd"), L"/x"},
+      {in(L"late"), in(L"late.bat"), L""},
+      {in(L"v1.2"), in(L"v1.2"), L""},
+      {L"in\\deep /x", in(L"in\\deep.exe"), L"/x"},
+      {L"in\\smh-here.exe", profile + L"\\in\\smh-here.exe", L""},
+      {L".\\in\\deep.exe", profile + L"\\in\\deep.exe", L""},
+      {L"smh-own\\a /x", own, L"/x"},
+      {L"C:smh-own\\a.exe", own, L""},
+      {L"Q:smh-own\\a.exe", L"Q:\\smh-own\\a.exe", L""},
+      {L"\\windows\\notepad.exe", L"C:\\windows\\notepad.exe", L""},
+      {L"smh-own /x", bare, L"/x"},
+      {L"smh-here.exe /x", L"smh-here.exe", L"/x"},
+      {L"http://example.org/x.exe", L"http://example.org/x.exe", L""},
+      {L"con", L"con", L""},
+  };
+  for (const Row& row : rows) {
+    const CommandParts parts = ResolveCommand(row.command.c_str());
+    EXPECT_TRUE(SameText(parts.path, row.path)) << row.command << " gave " << parts.path;
+    EXPECT_EQ(parts.arguments, row.arguments) << row.command;
+  }
+  EXPECT_EQ(ExistingFile(L"smh-here.exe"), L"");
+  EXPECT_EQ(ExistingFile(in(L"both")), L"");
+  DeleteFileW(own.c_str());
+  DeleteFileW(bare.c_str());
+  RemoveDirectoryW((profile + L"\\smh-own").c_str());
 }
 
 // Whatever stands in the registry: nothing is raised and nothing takes long.

@@ -134,7 +134,7 @@ void RunExecute(const Arguments& arguments) {
   ResolveFiles(library, {&item, 1});
   const std::wstring failure = L"Cannot execute " + Describe(item);
   if (item.command.empty()) throw HostError(failure + L": it has no command.");
-  if (!IsFile(item.file)) {
+  if (!IsFullPath(item.file) || !IsFile(item.file)) {
     throw HostError(failure + L": the file " + (item.file.empty() ? item.command : item.file) +
                     L" does not exist.");
   }

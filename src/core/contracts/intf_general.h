@@ -12,6 +12,8 @@
 
 #include <unknwn.h>
 
+#include <string_view>
+
 namespace smh {
 
 // General helpers: folders, version records, texts. When a slot fails its text is empty.
@@ -89,6 +91,10 @@ struct IShellHelper : IUnknown {
   // 4: a command trimmed, with its environment references expanded.
   virtual HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) = 0;
 };
+
+// What is tried behind a program's name that has no extension, in this order: the first by every way to start
+// a program, the others by the shell, when that has found nothing.
+inline constexpr std::wstring_view kImpliedExtensions[] = {L".exe", L".com", L".bat", L".cmd"};
 
 // The shell's dialogs.
 struct IShellDialogsHelper : IUnknown {

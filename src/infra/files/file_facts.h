@@ -9,6 +9,8 @@
 //   "\\?\", which takes it as it stands.
 // - A relative name starts at the process's current folder.
 // - A path of MAX_PATH units and more names nothing, unless it begins with "\\?\".
+// But a device (con, nul, com1 and the like) is nothing here, in whatever folder this Windows takes its name
+// for one, and neither is what stands behind "\\.\" without a drive: looking at a pipe would open it.
 #pragma once
 
 #include "infra/runtime/embedded_nul.h"
@@ -46,9 +48,15 @@ class PathView {
   std::wstring_view text_;
 };
 
+// Whether the text names a place by itself, whatever folder the process stands in: with a drive and its root,
+// or with two separators at its beginning (a share, "\\?\" and "\\.\").
+bool IsFullPath(std::wstring_view path) noexcept;
+// Whether a name without its folder is a device's to any Windows, with or without an extension.
+bool IsDeviceName(std::wstring_view name) noexcept;
+
 // The attributes, INVALID_FILE_ATTRIBUTES for what cannot be looked at; then the thread's last error says
 // why: ERROR_FILE_NOT_FOUND or ERROR_PATH_NOT_FOUND when nothing is there, ERROR_ACCESS_DENIED and others
-// when that cannot be told, ERROR_INVALID_NAME for a text that holds a NUL.
+// when that cannot be told, ERROR_INVALID_NAME for a text that holds a NUL and for a device.
 DWORD AttributesOf(PathView path) noexcept;
 // Whether a file, a folder, or any of the two is there and can be looked at. What cannot be looked at counts
 // as missing; the thread's last error says why, as above.

@@ -13,23 +13,8 @@ namespace smh {
 
 namespace {
 
-constexpr const wchar_t* kDeviceNames[] = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
-constexpr const wchar_t* kNumberedDeviceNames[] = {L"COM", L"LPT"};
-
 bool IsForbiddenUnit(wchar_t unit) noexcept {
   return unit < L' ' || std::wstring_view(L"\\/:*?\"<>|").find(unit) != std::wstring_view::npos;
-}
-
-// A device answers to its name with any extension and with blanks before it.
-bool IsDeviceName(std::wstring_view name) noexcept {
-  std::wstring_view base = name.substr(0, name.find(L'.'));
-  while (base.ends_with(L' ')) base.remove_suffix(1);
-  const auto isBase = [&](const wchar_t* device) { return SameText(base, device); };
-  if (std::ranges::any_of(kDeviceNames, isBase)) return true;
-  if (base.size() != 4) return false;
-  const bool numbered = std::wstring_view(L"123456789\xB9\xB2\xB3").find(base[3]) != std::wstring_view::npos;
-  const auto isStem = [&](const wchar_t* device) { return SameText(base.substr(0, 3), device); };
-  return numbered && std::ranges::any_of(kNumberedDeviceNames, isStem);
 }
 
 }  // namespace

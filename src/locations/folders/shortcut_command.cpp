@@ -1,6 +1,7 @@
 #include "locations/folders/shortcut_command.h"
 
 #include "core/contracts/boundary_string.h"
+#include "core/contracts/intf_general.h"
 #include "core/contracts/uDllGlobals.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/embedded_nul.h"
@@ -9,6 +10,7 @@
 #include "model/change_refused.h"
 #include "sysutil/command_line.h"
 #include "sysutil/file_search.h"
+#include "sysutil/program_file.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
@@ -26,7 +28,6 @@ constexpr std::size_t kLongestCommand = 32'766;
 constexpr std::size_t kAddedUnits = 3;
 
 constexpr std::wstring_view kBlanks = L" \t";
-constexpr std::wstring_view kProgramExtension = L".exe";
 
 [[noreturn]] void Refuse(std::wstring_view reason) {
   throw EChangeRefused(ERROR_NOT_SUPPORTED, Format(L"A shortcut cannot hold this command: %s.", reason));
@@ -64,9 +65,10 @@ bool IsBareName(std::wstring_view text) noexcept {
 // As the system does it, then as the entry's file was found; empty when it is not.
 std::wstring FindByName(const std::wstring& name) {
   std::wstring found;
-  if (ExtensionPart(name).empty()) found = FileUtils::SearchInPath(name, kProgramExtension);
-  if (found.empty()) FileUtils::FindFileByName(name, found);
-  return found;
+  if (ExtensionPart(name).empty()) found = FileUtils::SearchInPath(name, kImpliedExtensions[0]);
+  if (!found.empty()) return found;
+  const ProgramFile file = FindProgramFile(SharedText(name));
+  return file.exists ? std::wstring(file.path) : std::wstring();
 }
 
 // Whether it is more than the program: the helper takes all up to the name of a program file, which may be an
@@ -116,26 +118,10 @@ bool IsSeparator(wchar_t unit) noexcept {
   return unit == L'\\' || unit == L'/';
 }
 
-// A scheme is longer than the letter of a drive.
-bool IsUrl(std::wstring_view program) noexcept {
-  const std::size_t colon = program.find(L':');
-  return colon != std::wstring_view::npos && colon > 1 && program.find_first_of(L"\\/") > colon;
-}
-
-bool HasTwoSeparators(std::wstring_view path) noexcept {
-  return path.size() > 2 && IsSeparator(path[0]) && IsSeparator(path[1]);
-}
-
 // "\\?\" and "\\.\" are none that the shell knows.
 bool IsSystemName(std::wstring_view path) noexcept {
-  return HasTwoSeparators(path) && (path[2] == L'?' || path[2] == L'.');
-}
-
-bool IsFullPath(std::wstring_view path) noexcept {
-  if (HasTwoSeparators(path)) return !IsSeparator(path[2]);
-  if (path.size() < 3 || path[1] != L':' || !IsSeparator(path[2])) return false;
-  const wchar_t letter = static_cast<wchar_t>(path[0] | 0x20);
-  return letter >= L'a' && letter <= L'z';
+  return path.size() > 2 && IsSeparator(path[0]) && IsSeparator(path[1]) &&
+         (path[2] == L'?' || path[2] == L'.');
 }
 
 bool HasReference(std::wstring_view text) noexcept {
@@ -153,18 +139,6 @@ std::wstring ExpandAsNativeProcess(const std::wstring& program) {
   native = ReplaceText(native, L"%CommonProgramFiles%", L"%CommonProgramW6432%");
   native = ExpandReferences(native);
   return IsFile(expanded) && !IsFile(native) ? expanded : native;
-}
-
-// What starting a program tries when it has no extension, and what else the helper takes for one.
-std::wstring WithImpliedExtension(std::wstring path) {
-  if (!ExtensionPart(path).empty() || FileUtils::FileExistsWow64(path)) return path;
-  std::wstring longer = path + std::wstring(kProgramExtension);
-  if (FileUtils::FileExistsWow64(longer)) return longer;
-  for (const std::wstring& extension : FileUtils::StartableExtensions()) {
-    longer = path + extension;
-    if (FileUtils::FileExistsWow64(longer)) return longer;
-  }
-  return path;
 }
 
 // What this process sees as the system folder is another one to those that start shortcuts.
@@ -185,13 +159,15 @@ std::wstring TargetOf(const std::wstring& program) {
   if (path.find(L'"') != std::wstring::npos) Refuse(L"there are quotes inside its program");
   if (HasReference(path) && !IsFile(path)) Refuse(L"it names an unknown variable");
   if (IsUrl(path)) Refuse(L"it is a URL");
-  if (IsSystemName(path)) Refuse(L"the shell does not know its kind of path");
   if (IsBareName(path)) path = FindByName(path);
   if (path.empty()) Refuse(L"its program is not found");
   // Asked before it is made a full path of the folder that this process happens to stand in.
   if (!IsFullPath(path)) Refuse(L"its path is relative");
+  // What was a device's name within a folder is one of these now.
   path = FullPathOf(path.c_str()).value_or(path);
-  path = AsNativeProcessSees(WithImpliedExtension(std::move(path)));
+  if (IsSystemName(path)) Refuse(L"the shell does not know its kind of path");
+  if (ExtensionPart(path).empty()) CompleteProgramPath(path);
+  path = AsNativeProcessSees(path);
   if (path.size() > kLongestTarget) Refuse(L"the path of its program is too long");
   return path;
 }

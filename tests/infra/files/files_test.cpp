@@ -103,6 +103,15 @@ TEST_F(FilesTest, AFileAFolderOrNothing) {
       {std::wstring(kAsItStands) + file_ + L".", Found::kNothing},
       {std::wstring(kAsItStands) + file_ + L" ", Found::kNothing},
       {folder_.File(L"*.txt"), Found::kNothing},
+      {L"con", Found::kNothing},
+      {L"nul.txt", Found::kNothing},
+      {folder_.File(L"Nul"), Found::kNothing},
+      {folder_.File(L"com1 .exe"), Found::kNothing},
+      {L"\\\\.\\nul", Found::kNothing},
+      {L"//./pipe/smh", Found::kNothing},
+      {folder_.Write(L"com10", "x"), Found::kFile},
+      {folder_.Write(L"conf.nul", "x"), Found::kFile},
+      {L"\\\\.\\" + file_, Found::kFile},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Look(row.path), row.expected) << row.path;
@@ -119,6 +128,7 @@ TEST_F(FilesTest, TheLastErrorSaysWhyNothingIsThere) {
   EXPECT_EQ(errorOf(folder_.File(L"missing")), DWORD{ERROR_FILE_NOT_FOUND});
   EXPECT_EQ(errorOf(folder_.File(L"missing\\file")), DWORD{ERROR_PATH_NOT_FOUND});
   EXPECT_EQ(errorOf(file_ + std::wstring(L"\0", 1)), DWORD{ERROR_INVALID_NAME});
+  EXPECT_EQ(errorOf(folder_.File(L"nul")), DWORD{ERROR_INVALID_NAME});
 }
 
 TEST_F(FilesTest, PathsAsLongAsTheSystemTakesThem) {

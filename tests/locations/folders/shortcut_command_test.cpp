@@ -87,6 +87,7 @@ TEST_F(ShortcutCommandTest, WhatNoShortcutHoldsIsRefusedWithItsReason) {
       {L"C:tool.exe", L"its path is relative."},
       {L"\\Windows\\notepad.exe", L"its path is relative."},
       {L"\\\\?\\C:\\Windows\\notepad.exe", L"the shell does not know its kind of path."},
+      {L"C:\\nul /x", L"the shell does not know its kind of path."},
       {L"%SmhUnknown%\\tool.exe", L"it names an unknown variable."},
       {L"%SmhUnknown%", L"it names an unknown variable."},
       {L"%SmhMore% /x", L"its variable holds more than the path of a program."},

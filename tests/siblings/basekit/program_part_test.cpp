@@ -33,7 +33,8 @@ TEST(ProgramPartTest, CommandsAndTheFilesThatDecideThem) {
   SetEnvironmentVariableW(L"SMH_SHARE", L"\\\\dead\\share");
   const std::set<std::wstring> none;
   const std::set<std::wstring> tools = {L"C:\\My Tools\\a b.exe", L"C:\\My Tools\\a b.exe -x"};
-  const std::set<std::wstring> others = {L"C:\\Other.cmd", L"C:\\notes.txt.exe"};
+  const std::set<std::wstring> others = {L"C:\\Other.cmd", L"C:\\notes.txt.exe", L"C:\\setup.msi",
+                                         L"C:\\later.bat", L"C:\\later on.exe"};
   const struct {
     const std::set<std::wstring>& files;
     const wchar_t* command;
@@ -46,12 +47,15 @@ TEST(ProgramPartTest, CommandsAndTheFilesThatDecideThem) {
       {tools, L"\"C:\\a b.exe -x", L"C:\\a b.exe -x", false},
       {tools, L"\"\" x", L"", false},
       {tools, L"\"", L"", false},
-      // The first prefix that names a file wins, also one without its extension.
+      // The first prefix that names a file wins, also one without its extension; what only the shell tries
+      // comes behind all that.
       {tools, L"C:\\My Tools\\a b.exe -x -y", L"C:\\My Tools\\a b.exe", true},
       {tools, L"C:\\My Tools\\a\tb.exe", L"C:\\My Tools\\a\tb.exe", true},
       {tools, L"C:\\My Tools\\a b /min", L"C:\\My Tools\\a b", true},
       {others, L"C:\\Other Tools\\x.exe", L"C:\\Other", true},
-      {others, L"C:\\notes.txt x.exe y", L"C:\\notes.txt", true},
+      {others, L"C:\\notes.txt x.exe y", L"C:\\notes.txt x.exe", true},
+      {others, L"C:\\setup helper.exe /x", L"C:\\setup helper.exe", true},
+      {others, L"C:\\later on /x", L"C:\\later on", true},
       // References are expanded for the test only.
       {tools, L"%SMH_TOOLS%\\a b.exe -x", L"%SMH_TOOLS%\\a b.exe", true},
       {tools, L"%SMH_QUOTED%\\a b.exe -x", L"%SMH_QUOTED%\\a b.exe", true},
@@ -112,7 +116,7 @@ TEST_F(RealProgramTest, FilesAreFoundAndFoldersAreNot) {
   folder.MakeFolder(L"two");
   EXPECT_EQ(ProgramOf(file + L" -a b"), file);
   EXPECT_EQ(ProgramOf(folder.File(L"two words\\my app -a b")), folder.File(L"two words\\my app"));
-  folder.Write(L"two.com", "");
+  folder.Write(L"two.exe", "");
   EXPECT_EQ(ProgramOf(file + L" -a b"), folder.File(L"two"));
 }
 

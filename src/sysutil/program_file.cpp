@@ -1,0 +1,117 @@
+#include "sysutil/program_file.h"
+
+#include "core/contracts/intf_general.h"
+#include "infra/files/file_facts.h"
+#include "infra/runtime/text.h"
+#include "sysutil/file_search.h"
+#include "sysutil/uFileUtils.h"
+
+#include <utility>
+
+namespace smh {
+
+namespace {
+
+// In units; the system takes no longer path.
+constexpr std::size_t kLongestPath = 32'767;
+
+using Completion = bool (*)(std::wstring& path);
+
+bool IsSeparator(wchar_t unit) noexcept {
+  return unit == L'\\' || unit == L'/';
+}
+
+bool HasDrive(std::wstring_view path) noexcept {
+  return path.size() > 1 && path[1] == L':';
+}
+
+// What the system takes from the current folder is taken from the user's own.
+std::wstring FromProfile(std::wstring_view path) {
+  const std::wstring& profile = FileUtils::GetProfileDir();
+  const std::wstring_view drive =
+      std::wstring_view(HasDrive(profile) ? profile : FileUtils::GetSystemDir()).substr(0, 2);
+  std::wstring full;
+  if (IsSeparator(path.front())) {
+    full.append(drive).append(path);
+  } else if (!HasDrive(path)) {
+    full.append(profile).append(path);
+  } else if (SameText(path.substr(0, 2), profile.substr(0, 2))) {
+    full.append(profile).append(path.substr(2));
+  } else {
+    full.append(path.substr(0, 2)).append(1, L'\\').append(path.substr(2));
+  }
+  return FullPathOf(full.c_str()).value_or(full);
+}
+
+// Whether the system looks for it in the search folders. One that is too long is nowhere.
+bool IsSearched(std::wstring_view path) noexcept {
+  return !IsSeparator(path.front()) && !HasDrive(path) && path.front() != L'.' && path.size() < MAX_PATH;
+}
+
+std::wstring SearchRelative(std::wstring_view path, Completion complete) {
+  for (const std::wstring& folder : FileUtils::SearchDirectories()) {
+    if (!IsFullPath(folder)) continue;
+    const std::wstring joined = folder + std::wstring(path);
+    std::wstring candidate = FullPathOf(joined.c_str()).value_or(joined);
+    if (complete(candidate)) return candidate;
+  }
+  return {};
+}
+
+std::wstring Search(const std::wstring& path, bool isBare, Completion complete) {
+  if (!isBare) return IsSearched(path) ? SearchRelative(path, complete) : std::wstring();
+  std::wstring found;
+  FileUtils::FindFileByName(path, found);
+  // Through an empty entry of PATH.
+  return found.empty() || IsFullPath(found) ? found : FullPathOf(found.c_str()).value_or(found);
+}
+
+ProgramFile FindRelative(const SharedText& text, Completion complete) {
+  const std::wstring path(text);
+  const bool isBare = FileNamePart(path) == path;
+  std::wstring found = Search(path, isBare, complete);
+  if (!found.empty()) return {SharedText(std::move(found)), true};
+  found = FromProfile(path);
+  if (complete(found)) return {SharedText(std::move(found)), true};
+  return {isBare ? text : SharedText(std::move(found)), false};
+}
+
+ProgramFile Find(const SharedText& named, Completion complete) {
+  const SharedText text = FileUtils::ExpandedText(named);
+  if (text.empty() || text.size() > kLongestPath || IsUrl(text)) return {text, false};
+  if (!IsFullPath(text)) return FindRelative(text, complete);
+  std::wstring path(FullPathOf(text.c_str()).value_or(std::wstring(text)));
+  const bool exists = complete(path);
+  return {SharedText(std::move(path)), exists};
+}
+
+}  // namespace
+
+bool IsUrl(std::wstring_view text) noexcept {
+  const std::size_t colon = text.find(L':');
+  return colon != std::wstring_view::npos && colon > 1 && text.find_first_of(L"\\/") > colon;
+}
+
+bool CompleteProgramPath(std::wstring& path) {
+  if (FileUtils::FileExistsWow64(path)) return true;
+  const std::wstring_view name = FileNamePart(path);
+  if (name.empty() || !ExtensionPart(name).empty()) return false;
+  for (const std::wstring_view extension : kImpliedExtensions) {
+    std::wstring longer = path + std::wstring(extension);
+    if (!FileUtils::FileExistsWow64(longer)) continue;
+    path = std::move(longer);
+    return true;
+  }
+  return false;
+}
+
+ProgramFile FindProgramFile(const SharedText& program) {
+  return Find(program, CompleteProgramPath);
+}
+
+std::wstring ExistingFile(std::wstring_view argument) {
+  const ProgramFile file = Find(SharedText(argument), FileUtils::FileExistsWow64);
+  return file.exists ? std::wstring(file.path) : std::wstring();
+}
+
+}  // namespace smh
