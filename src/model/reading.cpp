@@ -92,16 +92,16 @@ void TReadThread::WaitForChange() {
   ResetEvent(thread_.Wake());
   // A request to end that came before the reset must not be waited away.
   CheckTerminated();
-  for (;;) {
-    for (const auto& location : Locations()) {
-      if (!TakesPart(*location)) continue;
-      CheckTerminated();
-      if (!location->IsChanged()) continue;
-      ReadTraced(*location);
-      return;
-    }
+  bool isAnyRead = false;
+  while (!isAnyRead) {
     if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;
-    CheckTerminated();
+    // All of them, once: one that changes without end holds up neither the others nor what follows a poll.
+    for (const auto& location : Locations()) {
+      CheckTerminated();
+      if (!TakesPart(*location) || !location->IsChanged()) continue;
+      ReadTraced(*location);
+      isAnyRead = true;
+    }
   }
 }
 

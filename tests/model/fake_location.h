@@ -22,7 +22,7 @@ class FakeLocation final : public TLocationStartup {
   void Reset() {
     SetEntries({});
     reads = 0;
-    changed = false;
+    changed = changesAlways = false;
     onRead = nullptr;
   }
   ItemRef Listed(const std::wstring& name) const { return FindItem(LocationType(), name); }
@@ -49,7 +49,7 @@ class FakeLocation final : public TLocationStartup {
     }
     RemoveMissingItems(*load);
   }
-  bool IsChanged() override { return changed.exchange(false); }
+  bool IsChanged() override { return changed.exchange(false) || changesAlways; }
 
  protected:
   std::unique_ptr<EntrySource> OpenSource(const ItemState&, bool) override { return nullptr; }
@@ -59,6 +59,7 @@ class FakeLocation final : public TLocationStartup {
  public:
   std::atomic<int> reads{0};
   std::atomic<bool> changed{false};
+  std::atomic<bool> changesAlways{false};
   // Called at the beginning of a load.
   std::function<void()> onRead;
 

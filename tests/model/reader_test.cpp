@@ -62,6 +62,18 @@ TEST_F(ReaderTest, NoticesAChangeWithinAboutASecondAndReadsOnlyThatLocation) {
   EXPECT_EQ(RareLocation().reads, others);
 }
 
+TEST_F(ReaderTest, ALocationThatChangesWithoutEndIsReadOnceAPollAndHoldsUpNoOther) {
+  SetShowAllLocations(true);
+  StartReading();
+  ASSERT_TRUE(WaitUntil(IsComplete, 10'000));
+  const int first = UsualLocation().reads;
+  RareLocation().SetEntries({{L"r", L"r.exe"}});
+  UsualLocation().changesAlways = RareLocation().changed = true;
+  EXPECT_TRUE(WaitUntil([] { return RareLocation().Listed(L"r") != nullptr; }, 3'000));
+  Sleep(1'000);
+  EXPECT_LE(UsualLocation().reads, first + 5);
+}
+
 TEST_F(ReaderTest, StopsAtOnceWhereverTheReaderIs) {
   std::promise<void> inside;
   std::atomic<bool> told{false};
