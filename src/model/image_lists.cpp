@@ -3,6 +3,7 @@
 #include "infra/runtime/ascii_text.h"
 #include "infra/runtime/exceptions.h"
 #include "model/item_details.h"
+#include "model/reader_state.h"
 
 #include <shellapi.h>
 
@@ -51,7 +52,10 @@ int IconLists::AppendIcon(const std::wstring& file, int index) {
 
 int IconLists::AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile) {
   if (const int appended = AppendIcon(file, index); appended >= 0) return appended;
-  const int shown = Append(ShellIcons(shownFile));
+  const IconPair icons = ShellIcons(shownFile);
+  // What a stop has cancelled says nothing about the file.
+  CheckTerminated();
+  const int shown = Append(icons);
   // What the shell shows for one file says nothing about another one with the same icon file.
   return shown < 0 || file != shownFile ? shown : Remember(KeyOf(file, index), shown);
 }

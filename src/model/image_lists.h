@@ -47,7 +47,8 @@ class IconLists {
   // The index in both lists of the icon `index` of `file`, negative for a resource's number; -1 when the file
   // has none or it cannot be appended. The same icon of an unchanged file is appended once. Needs the lists.
   int AppendIcon(const std::wstring& file, int index);
-  // The same, and when there is no such icon the one that the shell shows for `shownFile`.
+  // The same, and when there is no such icon the one that the shell shows for `shownFile`. Raises EAbort then
+  // when the reader (reader_state.h) was asked to end.
   int AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile);
 
   // Under the lock. The lists go, whoever still draws with them; the next use makes new ones.
@@ -86,6 +87,7 @@ HIMAGELIST LargeImageList();
 
 // The index of an icon in both lists: the icon `index` of `iconFile`, else what the shell shows for
 // `shownFile`, else the unknown file's. The same icon of an unchanged file is appended once. Needs the lists.
+// Raises EAbort as IconLists does.
 int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& shownFile);
 
 // Destroys the items' pair; the next use makes a new one. Only between the module's start and its stop.

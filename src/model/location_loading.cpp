@@ -38,6 +38,8 @@ bool LocationLoading::ListEntry(FoundEntry entry, const Load& load) {
   };
   const auto append = [&] {
     item->FillBasicInfo();
+    // A stop cancels what the disk is asked for, and that is no answer.
+    CheckTerminated();
     ScopedLock lock(Items().Lock());
     if (!IsCurrent(load)) return false;
     Items().Append(item);

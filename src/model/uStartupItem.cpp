@@ -5,6 +5,7 @@
 #include "infra/runtime/text.h"
 #include "model/basic_info.h"
 #include "model/extended_info.h"
+#include "model/reader_state.h"
 
 namespace smh {
 
@@ -58,6 +59,7 @@ bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& lis
   const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
   if (Get(isSame)) return false;
   ItemDetails details = DetailsOf(command);
+  CheckTerminated();
 
   ScopedLock list(listLock);
   ScopedLock lock(Lock);
@@ -102,6 +104,7 @@ void TStartupItem::ReadExtendedInfo(ExtendedPass& pass) {
     return false;
   });
   if (!isRead) return;
+  CheckTerminated();
   ScopedLock lock(Lock);
   if (revision != revision_) return;
   state_.details = std::move(details);

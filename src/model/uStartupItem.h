@@ -67,7 +67,8 @@ class TStartupItem {
   // Change detection: when `command` differs from the item's, gathers the new basic information and, if
   // `isCurrent` still holds under the list's lock, which the caller names, and the item's lock, takes it
   // over, logs the change and asks for extended information again. Answers whether the item changed. Reads
-  // the disk, so no lock but the list's may be held; raises what the reading raises.
+  // the disk, so no lock but the list's may be held; raises what the reading raises, and EAbort instead of
+  // taking over what it read when the reader was asked to end: that may have cancelled it.
   bool UpdateCommand(std::wstring_view command, CriticalSection& listLock,
                      const std::function<bool()>& isCurrent);
   // Gathers everything anew for `command`, whether or not it differs; as UpdateCommand otherwise, but that no
@@ -80,7 +81,7 @@ class TStartupItem {
   bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 
   // The reader's thread only. Touches the disk without holding a lock; a failure is logged and the item
-  // stays; EAbort passes.
+  // stays; EAbort passes, and is raised as by UpdateCommand.
   void ReadExtendedInfo(ExtendedPass& pass);
   // In a pass of its own.
   void ReadExtendedInfo();

@@ -3,6 +3,7 @@
 #include "model/reader_state.h"
 #include "model/reading.h"
 #include "tests/model/fake_location.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/probe_window.h"
 #include "tests/support/process_counts.h"
 #include "tests/support/waiting.h"
@@ -102,6 +103,58 @@ TEST_F(ReaderTest, StopsAtOnceWhereverTheReaderIs) {
     StopReading();
     ASSERT_LT(std::chrono::steady_clock::now() - start, 900ms) << "round " << round;
   }
+}
+
+// A file that answers nothing until the reader is stopped, whose calls are cancelled then.
+enum class SlowCall { kNone, kLook, kFind };
+std::atomic<SlowCall> slowCall{SlowCall::kNone};
+ScopedHandle slowCallBegan(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+
+bool IsCancelled(SlowCall call, const wchar_t* path) {
+  if (call != slowCall || !std::wstring_view(path).ends_with(L"\\slow.exe")) return false;
+  SetEvent(slowCallBegan.Get());
+  WaitUntil([] { return g_reader->thread.IsAskedToEnd(); }, 10'000);
+  SetLastError(ERROR_OPERATION_ABORTED);
+  return true;
+}
+
+BOOL WINAPI LookSlowly(const wchar_t* path, GET_FILEEX_INFO_LEVELS level, void* data) {
+  return !IsCancelled(SlowCall::kLook, path) &&
+         RealFunction<decltype(GetFileAttributesExW)>(L"kernel32.dll", "GetFileAttributesExW")(path, level,
+                                                                                               data);
+}
+HANDLE WINAPI FindSlowly(const wchar_t* path, WIN32_FIND_DATAW* data) {
+  return IsCancelled(SlowCall::kFind, path)
+             ? INVALID_HANDLE_VALUE
+             : RealFunction<decltype(FindFirstFileW)>(L"kernel32.dll", "FindFirstFileW")(path, data);
+}
+
+TEST_F(ReaderTest, WhatAStopHasCancelledIsNoAnswer) {
+  const TemporaryFolder folder;
+  const std::wstring slow = folder.Write(L"slow.exe", "12345");
+  const ImportPatch look("GetFileAttributesExW", LookSlowly);
+  const ImportPatch find("FindFirstFileW", FindSlowly);
+  const auto stopIn = [](SlowCall call) {
+    ResetEvent(slowCallBegan.Get());
+    slowCall = call;
+    StartReading();
+    EXPECT_EQ(WaitForSingleObject(slowCallBegan.Get(), 10'000), WAIT_OBJECT_0);
+    StopReading();
+    slowCall = SlowCall::kNone;
+  };
+  UsualLocation().SetEntries({{L"new", slow}});
+  stopIn(SlowCall::kLook);
+  EXPECT_EQ(UsualLocation().Listed(L"new"), nullptr);
+
+  UsualLocation().SetEntries({{L"old", L"C:\\gone.exe"}});
+  UsualLocation().ReadItems();
+  const ItemRef old = UsualLocation().Listed(L"old");
+  UsualLocation().SetEntries({{L"old", slow}});
+  stopIn(SlowCall::kLook);
+  EXPECT_EQ(old->State().details.Command, L"C:\\gone.exe");
+  stopIn(SlowCall::kFind);
+  EXPECT_TRUE(old->State().details.FileFound);
+  EXPECT_TRUE(old->NeedsExtendedInfo());
 }
 
 TEST_F(ReaderTest, RefusesAThreadThatHoldsTheList) {
