@@ -54,17 +54,43 @@ bool LocationLoading::ListEntry(FoundEntry entry, const Load& load) {
   return isCurrent;
 }
 
-bool LocationLoading::RemoveMissingItems(const Load& load) {
+bool LocationLoading::RemoveItem(TStartupItem& item, const Load& load) {
+  ScopedLock lock(Items().Lock());
+  if (!IsCurrent(load)) return false;
+  LogRemoval(item);
+  Items().Remove(item);
+  return true;
+}
+
+bool LocationLoading::RemoveMissingItems(const Load& load,
+                                         const std::function<bool(const TStartupItem&)>& lookFor) {
+  for (const ItemRef& item : ItemsNotFound(load)) {
+    CheckTerminated();
+    if (!lookFor(*item)) return false;
+  }
   ScopedLock lock(Items().Lock());
   if (!IsCurrent(load)) return false;
   Items().RemoveIf([&](const TStartupItem& item) {
     if (item.Location() != LocationType() || item.WasFoundIn(load.number)) return false;
-    item.Get([&](const ItemState& state) {
-      LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
-    });
+    LogRemoval(item);
     return true;
   });
   return true;
+}
+
+std::vector<ItemRef> LocationLoading::ItemsNotFound(const Load& load) const {
+  ScopedLock lock(Items().Lock());
+  std::vector<ItemRef> items = Items().Snapshot();
+  std::erase_if(items, [&](const ItemRef& item) {
+    return item->Location() != LocationType() || item->WasFoundIn(load.number);
+  });
+  return items;
+}
+
+void LocationLoading::LogRemoval(const TStartupItem& item) const {
+  item.Get([&](const ItemState& state) {
+    LogFormat(L"Delete item \"%s\" in location \"%s\".", state.name, MemberName());
+  });
 }
 
 }  // namespace smh

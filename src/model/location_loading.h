@@ -4,8 +4,10 @@
 #include "model/change_gate.h"
 #include "model/item_list.h"
 
+#include <functional>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace smh {
 
@@ -42,11 +44,16 @@ class LocationLoading {
   // The two halves of AddOrUpdateItem: for an item that is listed, and for an entry that is not.
   bool UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load);
   bool ListEntry(FoundEntry entry, const Load& load);
-  // The end of a load: removes the items of this location that it has not found.
-  bool RemoveMissingItems(const Load& load);
+  // For an item whose place the load has found another entry in.
+  bool RemoveItem(TStartupItem& item, const Load& load);
+  // The end of a load: removes the items of this location that it has not found. `lookFor` is called for each
+  // before that, without a lock: it takes over what an item's name leads to by itself, and answers as these.
+  bool RemoveMissingItems(const Load& load, const std::function<bool(const TStartupItem&)>& lookFor);
 
  private:
   bool IsCurrent(const Load& load) const noexcept;
+  std::vector<ItemRef> ItemsNotFound(const Load& load) const;
+  void LogRemoval(const TStartupItem& item) const;
 
   const LocationRow& row_;
   ChangeGate gate_;

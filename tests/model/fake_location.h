@@ -47,7 +47,7 @@ class FakeLocation final : public TLocationStartup {
       item.command = SharedText(entry.command);
       if (!AddOrUpdateItem(std::move(item), *load)) return;
     }
-    RemoveMissingItems(*load);
+    RemoveMissingItems(*load, [](const TStartupItem&) { return true; });
   }
   bool IsChanged() override { return changed.exchange(false) || changesAlways; }
 

@@ -76,7 +76,7 @@ void TLocationFolderStd::LoadItems() {
   if (!load) return;
   bool current = true;
   for (const std::wstring& folder : folders_.All()) current = current && ReadFolder(folder, *load);
-  if (!current || !RemoveMissingItems(*load)) Gate().MarkLoadDue();
+  if (!current || !RemoveMissingItems(*load, [](const TStartupItem&) { return true; })) Gate().MarkLoadDue();
 }
 
 bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load) {

@@ -2,6 +2,7 @@
 
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
+#include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 #include "model/change_refused.h"
 #include "model/reader_state.h"
@@ -63,106 +64,129 @@ void TLocationRegistry::ReadItems() {
 }
 
 void TLocationRegistry::LoadItems() {
-  // Once more when pruning can make room for entries that were passed over, and while others write.
-  constexpr int kMostPasses = 4;
-  bool again = true;
-  bool isTorn = false;
-  for (int pass = 0; pass < kMostPasses && again; ++pass) {
-    const std::vector<KeyStamp> before = Stamps();
-    const std::optional<Load> begun = BeginLoad();
-    if (!begun) return;
-    RegistryLoad load{*begun};
-    const bool isCurrent = ReadPlaces(load);
-    isTorn = isCurrent && Stamps() != before;
-    // What it has not found may stand there all the same.
-    if (isTorn) continue;
-    if (!isCurrent || !Prune(load, again)) {
-      Gate().MarkLoadDue();
-      return;
-    }
+  const std::optional<Load> begun = BeginLoad();
+  if (!begun) return;
+  RegistryLoad load{*begun};
+  load.places = Places();
+  // All views of a key together, so that they are compared as they stand at one time.
+  const auto together = static_cast<std::ptrdiff_t>(load.places.size() / (1 + keys_.side.size()));
+  bool isCurrent = true;
+  for (auto place = load.places.begin(); isCurrent && place != load.places.end(); place += together) {
+    std::for_each(place, place + together, [this](Place& one) { ListPlace(one); });
+    isCurrent = std::all_of(place, place + together, [&](Place& one) { return TakePlace(load, one); });
   }
-  if (isTorn) Gate().MarkLoadDue();
+  if (isCurrent && RemoveMissingItems(load, [&](const TStartupItem& item) { return LookFor(load, item); })) {
+    return;
+  }
+  Gate().MarkLoadDue();
 }
 
 std::vector<TLocationRegistry::Place> TLocationRegistry::Places() const {
   std::vector<Place> places;
   const auto add = [&](const std::wstring& path, bool isOwn) {
-    for (const REGSAM view : {REGSAM(KEY_WOW64_64KEY), REGSAM(0)}) {
-      if (view != 0 && OwnView() == 0) continue;
-      for (const HKEY root : keys_.roots) places.push_back({root, path, view, isOwn});
-    }
+    for (const HKEY root : keys_.roots) places.push_back({root, path, OwnView(), isOwn});
+    if (OwnView() == 0) return;
+    for (const HKEY root : keys_.roots) places.push_back({root, path, 0, isOwn});
   };
   add(keys_.own, true);
   for (const std::wstring& path : keys_.side) add(path, false);
+  for (Place& place : places) {
+    if (place.view != OwnView()) place.main = &place - keys_.roots.size();
+  }
   return places;
 }
 
-bool TLocationRegistry::ReadPlaces(RegistryLoad& load) {
-  for (const Place& place : Places()) {
+void TLocationRegistry::ListPlace(Place& place) const {
+  CheckTerminated();
+  ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
+  if (!key) return;
+  if (!EntriesAreKeys()) place.isProtected = !IsKeyWritable(place.root, place.path, place.view);
+  place.listing =
+      KeyListing(std::move(key), EntriesAreKeys() ? KeyListing::Of::kSubKeys : KeyListing::Of::kValues);
+}
+
+bool TLocationRegistry::TakePlace(RegistryLoad& load, Place& place) {
+  const KeyListing& listing = place.listing;
+  const bool asksMain = HasMainChanged(place);
+  if (asksMain && place.main->listing.Key() == nullptr) ListPlace(*place.main);
+  for (std::size_t i = 0; i < listing.Count(); ++i) {
     CheckTerminated();
-    if (!ReadKey(load, place)) return false;
+    const std::wstring_view name = listing.Name(i);
+    if (asksMain && !AskFor(load, *place.main, name)) return false;
+    // Nobody can be asked for a name with a NUL.
+    const bool isTaken = listing.IsCertain() || HoldsNul(name) ? ReadEntry(load, place, name, listing.Text(i))
+                                                               : AskFor(load, place, name);
+    if (!isTaken) return false;
   }
   return true;
 }
 
-std::vector<TLocationRegistry::KeyStamp> TLocationRegistry::Stamps() const {
-  std::vector<KeyStamp> stamps;
-  for (const Place& place : Places()) {
-    KeyStamp& stamp = stamps.emplace_back();
-    const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_QUERY_VALUE);
-    if (!key) continue;
-    FILETIME written = {};
-    RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &stamp.subKeys, nullptr, nullptr, &stamp.values,
-                     nullptr, nullptr, nullptr, &written);
-    stamp.written = (std::uint64_t(written.dwHighDateTime) << 32) | written.dwLowDateTime;
-  }
-  return stamps;
+bool TLocationRegistry::AskFor(RegistryLoad& load, const Place& place, std::wstring_view name) {
+  const HKEY key = place.listing.Key();
+  if (key == nullptr) return true;
+  if (EntriesAreKeys()) return ReadEntry(load, place, name, {});
+  const std::optional<RegistryData> data = QueryRegistryValue(key, std::wstring(name));
+  return !data || ReadEntry(load, place, name, data->Text());
 }
 
-bool TLocationRegistry::IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
-  if (place.view == OwnView()) return false;
+bool TLocationRegistry::LookFor(RegistryLoad& load, const TStartupItem& item) {
+  const RegistryValueAddress address = AddressOf(item);
+  const std::wstring_view key = address.key;
+  const std::size_t at = EntriesAreKeys() ? std::min(key.rfind(L'\\'), key.size()) : key.size();
+  const std::wstring_view name = EntriesAreKeys() ? FileNamePart(key) : std::wstring_view(address.valueName);
+  for (const Place& place : load.places) {
+    if (place.view != address.viewBits || place.root != address.root) continue;
+    if (!SameText(place.path, key.substr(0, at))) continue;
+    return place.listing.HasOtherSpelling(name) || AskFor(load, place, name);
+  }
+  return true;
+}
+
+bool TLocationRegistry::HasMainChanged(const Place& place) const {
+  if (place.main == nullptr || place.listing.Count() == 0) return false;
+  const KeyListing& main = place.main->listing;
+  return main.Key() == nullptr
+             ? static_cast<bool>(OpenRegistryKey(place.main->root, place.path, place.main->view | KEY_READ))
+             : !main.IsStill();
+}
+
+bool TLocationRegistry::IsShownByMainView(RegistryLoad& load, const Place& place,
+                                          const SeenEntry& seen) const {
+  if (place.main == nullptr) return false;
   AssignFullValuePath(load.otherPath, OwnView(), place.root, seen.key, seen.shownName);
-  ItemRef other = FindItem(LocationType(), load.otherPath);
-  if (other == nullptr) return false;
-  // One that this load has found already stays.
-  if (!other->WasFoundIn(load.number)) load.skipCauses.push_back(std::move(other));
-  return true;
+  const ItemRef other = FindItem(LocationType(), load.otherPath);
+  return other != nullptr && other->WasFoundIn(load.number);
 }
 
 bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
   // Also one that is listed itself: the other has come to stand there since.
   if (IsShownByMainView(load, place, seen)) return true;
   AssignFullValuePath(load.path, place.view, place.root, seen.key, seen.shownName);
-  ItemRef own = FindItem(LocationType(), load.path);
-  if (own == nullptr) {
-    FoundEntry entry;
-    entry.name = SharedText(load.path);
-    entry.caption = SharedText(seen.caption);
-    entry.command = SharedText(seen.command);
-    entry.isEnabled = place.isOwn;
-    entry.isProtected = seen.isProtected;
-    if (load.key != seen.key) load.key = SharedText(seen.key);
-    const bool isNamedByCaption = seen.valueName == seen.caption;
-    entry.address = {place.view, place.root, load.key,
-                     isNamedByCaption ? entry.caption : SharedText(seen.valueName)};
-    return ListEntry(std::move(entry), load);
+  if (const ItemRef own = FindItem(LocationType(), load.path)) {
+    const bool isSame = own->Get([&](const ItemState& state) {
+      return SameText(state.address.key, seen.key) && SameText(state.address.valueName, seen.valueName);
+    });
+    const bool isFound = own->WasFoundIn(load.number);
+    if (isSame) return isFound || UpdateItem(*own, seen.command, load);
+    if (isFound) {
+      LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.",
+                seen.shownName, seen.key, MemberName());
+      return true;
+    }
+    // It has gone, or comes behind this one.
+    if (!RemoveItem(*own, load)) return false;
   }
-  const bool isSame = own->Get([&](const ItemState& state) {
-    return SameText(state.address.key, seen.key) && SameText(state.address.valueName, seen.valueName);
-  });
-  if (isSame && !own->WasFoundIn(load.number)) return UpdateItem(*own, seen.command, load);
-  LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.", seen.shownName,
-            seen.key, MemberName());
-  load.skipCauses.push_back(std::move(own));
-  return true;
-}
-
-bool TLocationRegistry::Prune(const RegistryLoad& load, bool& again) {
-  again = false;
-  if (!RemoveMissingItems(load)) return false;
-  again = std::ranges::any_of(load.skipCauses,
-                              [&](const ItemRef& cause) { return !cause->WasFoundIn(load.number); });
-  return true;
+  FoundEntry entry;
+  entry.name = SharedText(load.path);
+  entry.caption = SharedText(seen.caption);
+  entry.command = SharedText(seen.command);
+  entry.isEnabled = place.isOwn;
+  entry.isProtected = seen.isProtected;
+  if (load.key != seen.key) load.key = SharedText(seen.key);
+  const bool isNamedByCaption = seen.valueName == seen.caption;
+  entry.address = {place.view, place.root, load.key,
+                   isNamedByCaption ? entry.caption : SharedText(seen.valueName)};
+  return ListEntry(std::move(entry), load);
 }
 
 std::unique_ptr<EntrySource> TLocationRegistry::OpenSource(const ItemState& listed, bool recorded) {

@@ -5,11 +5,11 @@
 // side key is the one that is written to.
 #pragma once
 
+#include "locations/registry/key_listing.h"
 #include "locations/registry/key_watch.h"
 #include "locations/registry/registry_entry.h"
 #include "model/uLocationStartup.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +38,11 @@ class TLocationRegistry : public TLocationStartup {
     const std::wstring& path;
     REGSAM view;
     bool isOwn;
+    // The same key in the 64-bit view; null for one of that.
+    Place* main = nullptr;
+    KeyListing listing{};
+    // Of values, whose key may not be written.
+    bool isProtected = false;
   };
   // An entry as it is met in its key. Views of what the reading holds: of entries that are listed nothing is
   // copied.
@@ -51,9 +56,8 @@ class TLocationRegistry : public TLocationStartup {
     bool isProtected = false;
   };
   struct RegistryLoad : Load {
-    // Listed items because of which an entry was passed over. When one of them is pruned, that entry's turn
-    // has come.
-    std::vector<ItemRef> skipCauses{};
+    // In the order of reading.
+    std::vector<Place> places{};
     // The path of the entry at hand, in its view and in the other one.
     std::wstring path{};
     std::wstring otherPath{};
@@ -72,11 +76,12 @@ class TLocationRegistry : public TLocationStartup {
     return enabled ? keys_.own : keys_.side.front();
   }
 
-  // Takes every entry of a key; false when a change has overtaken the load. A missing key has none; raises
-  // EOSError for one that cannot be read to its end. On the reader's thread, without a lock.
-  virtual bool ReadKey(RegistryLoad& load, const Place& place) = 0;
+  // Takes the entry that a value or subkey of the place is, if it is one; `text` is the value's. False when a
+  // change has overtaken the load. Raises EOSError. On the reader's thread, without a lock.
+  virtual bool ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view name,
+                         std::wstring_view text) = 0;
   // Takes one entry over, unless it is the plain view's and the 64-bit one has its name too, or another entry
-  // has its path. Answers as ReadKey.
+  // that this load has found has its path. Answers as ReadEntry.
   bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
 
   // Changes, as TLocationStartup asks for them.
@@ -99,23 +104,20 @@ class TLocationRegistry : public TLocationStartup {
   virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
 
  private:
-  // What tells that a key has got or lost something. Zeros for one that may not be read.
-  struct KeyStamp {
-    DWORD subKeys = 0;
-    DWORD values = 0;
-    // As FILETIME counts.
-    std::uint64_t written = 0;
-    bool operator==(const KeyStamp&) const = default;
-  };
-
   void LoadItems();
-  // In the order of reading.
+  // None of them is read yet.
   std::vector<Place> Places() const;
-  bool ReadPlaces(RegistryLoad& load);
-  // One for each place.
-  std::vector<KeyStamp> Stamps() const;
-  bool IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen);
-  bool Prune(const RegistryLoad& load, bool& again);
+  // A missing key is an empty place.
+  void ListPlace(Place& place) const;
+  // The next three answer as ReadEntry.
+  bool TakePlace(RegistryLoad& load, Place& place);
+  // Reads one entry by its name, as it stands now, or as it has gone.
+  bool AskFor(RegistryLoad& load, const Place& place, std::wstring_view name);
+  bool LookFor(RegistryLoad& load, const TStartupItem& item);
+  // Whether something may have come to the 64-bit view since it was listed.
+  bool HasMainChanged(const Place& place) const;
+  bool IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) const;
+  bool EntriesAreKeys() const noexcept { return FamilyOf(Row()).entriesAreKeys; }
 
   const Keys keys_;
   KeyWatch watch_;

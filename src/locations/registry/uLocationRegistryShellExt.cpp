@@ -2,7 +2,6 @@
 
 #include "infra/runtime/text.h"
 #include "locations/registry/server_file.h"
-#include "model/reader_state.h"
 
 namespace smh {
 
@@ -10,23 +9,13 @@ bool TLocationRegistryShellExt::ItemExists(const TStartupItem& item) {
   return ValueExists(AddressOf(item));
 }
 
-bool TLocationRegistryShellExt::ReadKey(RegistryLoad& load, const Place& place) {
-  const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
-  if (!key) return true;
+bool TLocationRegistryShellExt::ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view name,
+                                          std::wstring_view text) {
   // A search hook needs no description.
-  const bool listsWithoutDescription = Row().family == LocationFamily::kSearchHooks;
-  const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
-  RegistryValueReader values(key.Get());
-  while (values.Next()) {
-    CheckTerminated();
-    const std::wstring_view description = values.Text();
-    if (description.empty() && !listsWithoutDescription) continue;
-    const std::wstring name(values.Name());
-    const std::wstring server = ServerFile(name, place.view);
-    if (server.empty()) continue;
-    if (!TakeEntry(load, place, {place.path, name, name, description, server, isProtected})) return false;
-  }
-  return true;
+  if (text.empty() && Row().family != LocationFamily::kSearchHooks) return true;
+  const std::wstring server = ServerFile(std::wstring(name), place.view);
+  if (server.empty()) return true;
+  return TakeEntry(load, place, {place.path, name, name, text, server, place.isProtected});
 }
 
 std::shared_ptr<const EntryStore> TLocationRegistryShellExt::Store(bool recorded) const {

@@ -17,7 +17,8 @@ class TLocationRegistryShellExt final : public TLocationRegistry {
   bool CanAcceptItem(const TStartupItem&) override { return false; }
 
  protected:
-  bool ReadKey(RegistryLoad& load, const Place& place) override;
+  bool ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view name,
+                 std::wstring_view text) override;
   // Under the same name, with the description that was just read.
   SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
   std::shared_ptr<const EntryStore> Store(bool recorded) const override;

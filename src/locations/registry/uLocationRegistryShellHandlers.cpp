@@ -3,7 +3,6 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "locations/registry/server_file.h"
-#include "model/reader_state.h"
 
 namespace smh {
 
@@ -41,21 +40,12 @@ bool TLocationRegistryShellHandlers::ItemExists(const TStartupItem& item) {
   return static_cast<bool>(OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ));
 }
 
-bool TLocationRegistryShellHandlers::ReadKey(RegistryLoad& load, const Place& place) {
-  const ScopedKey list = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
-  if (!list) return true;
-  for (const std::wstring& name : SubKeyNames(list.Get())) {
-    CheckTerminated();
-    if (place.isOwn && SameText(name, SideKeyName())) continue;
-    if (!ReadHandler(load, place, list.Get(), name)) return false;
-  }
-  return true;
-}
-
-bool TLocationRegistryShellHandlers::ReadHandler(RegistryLoad& load, const Place& place, HKEY list,
-                                                 const std::wstring& name) {
-  const bool isProtected = !IsKeyWritable(list, name, place.view);
-  const ScopedKey key = OpenRegistryKey(list, name, place.view | KEY_READ);
+bool TLocationRegistryShellHandlers::ReadEntry(RegistryLoad& load, const Place& place,
+                                               std::wstring_view subKey, std::wstring_view) {
+  if (place.isOwn && SameText(subKey, SideKeyName())) return true;
+  const std::wstring name(subKey);
+  const bool isProtected = !IsKeyWritable(place.listing.Key(), name, place.view);
+  const ScopedKey key = OpenRegistryKey(place.listing.Key(), name, place.view | KEY_READ);
   if (!key) return true;
   const std::wstring data = QueryRegistryText(key.Get(), {});
   const std::wstring server = ServerFile(IdentifierOf(name, data), place.view);

@@ -17,7 +17,8 @@ class TLocationRegistryShellHandlers final : public TLocationRegistry {
   bool CanAcceptItem(const TStartupItem&) override { return false; }
 
  protected:
-  bool ReadKey(RegistryLoad& load, const Place& place) override;
+  bool ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view subKey,
+                 std::wstring_view) override;
   // Never the own or the side key itself: raises EOSError for what would be one of them.
   std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) override;
   SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
@@ -32,7 +33,6 @@ class TLocationRegistryShellHandlers final : public TLocationRegistry {
   std::wstring_view SideKeyName() const noexcept;
   // Raises EOSError for a key that is no handler's.
   void RequireHandler(const std::wstring& key) const;
-  bool ReadHandler(RegistryLoad& load, const Place& place, HKEY list, const std::wstring& name);
 };
 
 }  // namespace smh

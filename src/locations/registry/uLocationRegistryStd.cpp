@@ -5,7 +5,6 @@
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
 #include "model/change_refused.h"
-#include "model/reader_state.h"
 
 #include <algorithm>
 
@@ -54,21 +53,12 @@ bool TLocationRegistryStd::CanAcceptItem(const TStartupItem& item) {
   }
 }
 
-bool TLocationRegistryStd::ReadKey(RegistryLoad& load, const Place& place) {
-  const ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
-  if (!key) return true;
-  const bool isProtected = !IsKeyWritable(place.root, place.path, place.view);
-  RegistryValueReader values(key.Get());
-  while (values.Next()) {
-    CheckTerminated();
-    const std::wstring_view name = values.Name();
-    const bool hasNul = HoldsNul(name);
-    const std::wstring symbols = hasNul ? WithSymbolsForNuls(name) : std::wstring();
-    const std::wstring_view shown = hasNul ? std::wstring_view(symbols) : name;
-    const SeenEntry seen{place.path, name, shown, shown, values.Text(), hasNul || isProtected};
-    if (!TakeEntry(load, place, seen)) return false;
-  }
-  return true;
+bool TLocationRegistryStd::ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view name,
+                                     std::wstring_view text) {
+  const bool hasNul = HoldsNul(name);
+  const std::wstring symbols = hasNul ? WithSymbolsForNuls(name) : std::wstring();
+  const std::wstring_view shown = hasNul ? std::wstring_view(symbols) : name;
+  return TakeEntry(load, place, {place.path, name, shown, shown, text, hasNul || place.isProtected});
 }
 
 std::shared_ptr<const EntryStore> TLocationRegistryStd::Store(bool recorded) const {

@@ -18,7 +18,8 @@ class TLocationRegistryStd final : public TLocationRegistry {
   bool CanAcceptItem(const TStartupItem& item) override;
 
  protected:
-  bool ReadKey(RegistryLoad& load, const Place& place) override;
+  bool ReadEntry(RegistryLoad& load, const Place& place, std::wstring_view name,
+                 std::wstring_view text) override;
   SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const override;
   std::shared_ptr<const EntryStore> Store(bool recorded) const override;
   FoundEntry ListAt(const RegistryValueAddress& address, const RegistryData& data) const override;
