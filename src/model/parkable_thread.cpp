@@ -3,6 +3,7 @@
 #include "core/contracts/uDllGlobals.h"
 #include "infra/log/uAxDebug.h"
 #include "infra/runtime/import_function.h"
+#include "infra/runtime/patient_wait.h"
 #include "infra/runtime/scoped_com.h"
 
 #include <utility>
@@ -71,7 +72,7 @@ void ParkableThread::Stop() noexcept {
   const HANDLE thread = thread_.Get();
   if (thread == nullptr) return;
   AskToEnd(EndMode::kExit);
-  while (WaitForSingleObject(thread, kThreadStopStepMs) == WAIT_TIMEOUT) CancelFileAccess(thread);
+  while (WaitPatiently(thread, kThreadStopStepMs) == WAIT_TIMEOUT) CancelFileAccess(thread);
   thread_.Reset();
   read_ = nullptr;
   end_.store(EndMode::kRun);

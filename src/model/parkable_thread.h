@@ -28,7 +28,8 @@ class ParkableThread {
   // Runs `read`, which must not throw, on a new thread with COM initialised; returns when that thread runs.
   // No other may be running. Raises EOSError.
   void Start(std::function<void()> read);
-  // Asks the reader to end and waits for it; a blocked file access of its is cancelled where Windows can do
+  // Asks the reader to end and waits for it as patient_wait.h says: the reader may be waiting for an object
+  // that lives in the caller's apartment. A blocked file access of its is cancelled where Windows can do
   // that. Nothing when none runs.
   void Stop() noexcept;
 

@@ -3,9 +3,9 @@
 // Start and stop are serialised by the reader's control lock, the outermost lock of the module
 // (reader_state.h): a thread that holds the item-list lock must not call them, because the reader may be
 // waiting for that lock. On a thread of a single-threaded apartment messages are dispatched while that lock
-// is waited for; a start or a stop that comes in on that way, as one in the midst of a change of the same
-// thread, raises EReentered. Everything here raises EAssertionFailed before the module's start and after its
-// stop.
+// and the end of the reader are waited for; a start or a stop that comes in on that way, as one in the midst
+// of a change of the same thread, raises EReentered. Everything here raises EAssertionFailed before the
+// module's start and after its stop.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"

@@ -1,6 +1,7 @@
 // Who waits for a change, and how long: through the boundary, with changes that something slow holds up.
 #include "core/contracts/intf_safeguard.h"
 #include "infra/runtime/scoped_com.h"
+#include "samples/link_builder.h"
 #include "tests/core/boundary_fixture.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/import_patch.h"
@@ -373,6 +374,47 @@ TEST_F(TurnsTest, AnApartmentThatWaitsDispatchesAndRefusesWhatReenters) {
   apartment.join();
   change.reset();
   EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunSide).size(), 2u);
+}
+
+// "0123456789abcdef" as the class of an item in an ID list.
+constexpr wchar_t kHostsClass[] = L"{33323130-3534-3736-3839-616263646566}";
+DWORD g_classThread = 0;
+
+}  // namespace
+
+// This program as the server of a class: asked for it, it has none, but tells where it was asked.
+extern "C" HRESULT WINAPI GetHostsClass(const GUID&, const GUID&, void** object) {
+  g_classThread = GetCurrentThreadId();
+  *object = nullptr;
+  return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+namespace {
+
+// Stops, or starts anew, while the shell waits on the reader's thread for this one. The exit code is the
+// number of the step that went wrong.
+SMH_CHILD(StopWhileTheShellNeedsTheCaller) {
+  const LoadedLibrary& library = *new LoadedLibrary;
+  const RawManager manager = library.Manager();
+  const RawCollection items = manager.Items();
+  if (items.Refresh() != S_OK) return 1;
+  if (WaitUntil([&] { return items.GetReadState() != 0; }, 1'000) || g_classThread != 0) return 2;
+  if ((arguments.at(0) == L"Stop" ? items.Stop() : items.Refresh()) != S_OK) return 3;
+  if (g_classThread != GetCurrentThreadId()) return 4;
+  return items.Stop() == S_OK ? 0 : 5;
+}
+
+TEST_F(TurnsTest, AClassThatTheShellMakesInTheCallersApartmentHoldsNothingUp) {
+  // Without a threading model it is made in the first apartment of the process.
+  const RegistryTree classKey(std::wstring(L"Software\\Classes\\CLSID\\") + kHostsClass, HKEY_LOCAL_MACHINE);
+  classKey.Set(L"InprocServer32", L"", Sz(ThisProgram()));
+  LinkBuilder link;
+  link.idList = IdListOf({"\x1FP0123456789abcdef", "item" + std::string(20, '\0')});
+  const TemporaryFolder folder;
+  SetUserRun(L"Link", folder.Write(L"x.lnk", link.Build().Text()));
+  for (const wchar_t* call : {L"Stop", L"Refresh"}) {
+    ExpectEnd(RunChild(L"StopWhileTheShellNeedsTheCaller", {call}, 20'000), 0);
+  }
 }
 
 // Patience itself is tested with the lock.

@@ -1,10 +1,6 @@
 #include "infra/runtime/patient_lock.h"
 
-#include "infra/runtime/import_function.h"
-
-#include <objbase.h>
-
-#include <optional>
+#include "infra/runtime/patient_wait.h"
 
 namespace smh {
 
@@ -47,64 +43,10 @@ class ScopedMark {
   bool isKept_ = false;
 };
 
-bool IsInSingleThreadedApartment() noexcept {
-  using Function = HRESULT(WINAPI*)(APTTYPE*, APTTYPEQUALIFIER*);
-  const auto ask = ImportFunction<Function>(GetModuleHandleW(L"ole32.dll"), "CoGetApartmentType");
-  if (ask != nullptr) {
-    APTTYPE type = APTTYPE_MTA;
-    APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
-    return SUCCEEDED(ask(&type, &qualifier)) && (type == APTTYPE_STA || type == APTTYPE_MAINSTA);
-  }
-  // Windows before 7: only such a thread refuses the other model.
-  const HRESULT result = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-  if (SUCCEEDED(result)) CoUninitialize();
-  return result == RPC_E_CHANGED_MODE;
-}
-
 bool IsTaken(DWORD waited) {
   if (waited == WAIT_FAILED) RaiseLastOSError();
   // Its last owner has ended inside: whoever has the lock looks at what it guards afresh.
   return waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED_0;
-}
-
-DWORD TimeLeft(DWORD timeout, DWORD since) noexcept {
-  if (timeout == INFINITE) return INFINITE;
-  const DWORD passed = GetTickCount() - since;
-  return passed < timeout ? timeout - passed : 0;
-}
-
-// A request to quit, which ends the host's loop and not the wait: kept until the object's end.
-class KeptQuit {
- public:
-  KeptQuit() = default;
-  ~KeptQuit() {
-    if (code_) PostQuitMessage(*code_);
-  }
-  KeptQuit(const KeptQuit&) = delete;
-  KeptQuit& operator=(const KeptQuit&) = delete;
-
-  void Keep(int code) noexcept { code_ = code; }
-
- private:
-  std::optional<int> code_;
-};
-
-bool WaitDispatching(HANDLE mutex, DWORD timeout) {
-  const DWORD since = GetTickCount();
-  KeptQuit quit;
-  for (DWORD left = timeout; left > 0; left = TimeLeft(timeout, since)) {
-    const DWORD waited = MsgWaitForMultipleObjectsEx(1, &mutex, left, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    if (waited != WAIT_OBJECT_0 + 1) return IsTaken(waited);
-    MSG message;
-    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) == FALSE) continue;
-    if (message.message == WM_QUIT) {
-      quit.Keep(static_cast<int>(message.wParam));
-      continue;
-    }
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-  return false;
 }
 
 }  // namespace
@@ -115,12 +57,7 @@ PatientLock::PatientLock() : mutex_(CreateMutexW(nullptr, FALSE, nullptr)) {
 
 bool PatientLock::EnterWithin(DWORD timeout) {
   ScopedMark mark;
-  bool taken = IsTaken(WaitForSingleObject(mutex_.Get(), 0));
-  if (!taken && timeout != 0) {
-    taken = IsInSingleThreadedApartment() ? WaitDispatching(mutex_.Get(), timeout)
-                                          : IsTaken(WaitForSingleObject(mutex_.Get(), timeout));
-  }
-  if (!taken) return false;
+  if (!IsTaken(WaitPatiently(mutex_.Get(), timeout))) return false;
   mark.Keep();
   owner_.store(GetCurrentThreadId(), std::memory_order_relaxed);
   return true;

@@ -1,8 +1,8 @@
-// A lock for operations that may take seconds: a thread of a single-threaded apartment goes on dispatching
-// its messages while it waits, so that its windows stay alive and calls into it arrive.
+// A lock for operations that may take seconds, waited for as patient_wait.h says.
 //
-// What such a message calls may want a lock of this kind again. So a thread has one at most, whichever it is,
-// and asks for none while it waits for one: a lock of this kind is no link in an order with another one.
+// What a message calls that is dispatched meanwhile may want a lock of this kind again. So a thread has one
+// at most, whichever it is, and asks for none while it waits for one: a lock of this kind is no link in an
+// order with another one.
 #pragma once
 
 #include "infra/runtime/exceptions.h"
@@ -32,9 +32,7 @@ class SMH_LOCKABLE PatientLock {
   PatientLock& operator=(const PatientLock&) = delete;
 
   // Waits for the lock as long as it takes, or for at most `timeout` milliseconds: whether the caller has it
-  // then. On a thread of a single-threaded apartment, and only there, messages are dispatched meanwhile; one
-  // that asks to quit is kept for the host's loop. Raise EReentered, and EOSError when it cannot be waited
-  // for.
+  // then. Raise EReentered, and EOSError when it cannot be waited for.
   void Enter() SMH_TAKES_LOCK() { EnterWithin(INFINITE); }
   bool EnterWithin(DWORD timeout) SMH_TRIES_LOCK(true);
   // Whether the lock could be had at once: not from a thread that has it already, and not from one that ended
