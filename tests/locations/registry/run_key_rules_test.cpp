@@ -172,22 +172,6 @@ TEST_P(RunKeyRules, APathThatIsListedIsTaken) {
   EXPECT_TRUE(FindByCaption(UserRun(), L"Bar")->IsListed());
 }
 
-TEST_P(RunKeyRules, TheNameThatIsFoundIsTheOneThatEverybodyShows) {
-  Set(Sz(L"f.exe"));
-  SetValue(HKEY_CURRENT_USER, kRunSide, L"Foo", Sz(L"other.exe"));
-  const ItemRef item = Load();
-  UserRun().DisableItem(item);
-  const ItemState state = item->State();
-  EXPECT_EQ(state.givenText, L"Foo (1)");
-  EXPECT_EQ(state.details.Caption, L"Foo (1)");
-  EXPECT_EQ(state.address.valueName, L"Foo (1)");
-  EXPECT_EQ(state.name, BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kRunSide, L"Foo (1)"));
-  module.Safeguard().Clear();
-  UserRun().DeleteItem(item);
-  ExpectCheckpoint(L"Startup Manager: Deleting Foo (1)");
-  EXPECT_THAT(TextsIn(HKEY_CURRENT_USER, kRunSide), ElementsAre(L"Foo=other.exe"));
-}
-
 TEST_P(RunKeyRules, AnEntryWithoutANameIsCalledWhatTheListCallsIt) {
   SetValue(HKEY_CURRENT_USER, kRunKey, L"", Sz(L"C:\\windows\\notepad.exe"));
   UserRun().ReadItems();

@@ -1,9 +1,5 @@
-#include "infra/log/uAxDebug.h"
 #include "infra/registry/registry.h"
-#include "infra/runtime/text.h"
-#include "infra/siblings/uInterfacesRoutines.h"
 #include "locations/registry/uSafeguardRegistry.h"
-#include "tests/support/fake_siblings.h"
 #include "tests/support/recording_safeguard.h"
 #include "tests/support/registry_fixture.h"
 
@@ -31,12 +27,6 @@ class TSgRegistryTest : public testing::Test {
   RegistryTree tree_{kTree};
   TSgRegistryEx registry_;
 };
-
-TEST(TSgRegistryCreateTest, AsksTwiceAndKeepsTheSecondAnswer) {
-  const auto safeguard = MakeComObject<RecordingSafeguard>();
-  const TSgRegistryEx registry(safeguard.Get());
-  EXPECT_EQ(safeguard->Lines(), (Lines{L"GetRegAccess", L"GetRegAccess"}));
-}
 
 TEST(TSgRegistryCreateTest, WithoutServiceNothingOpensAndNothingChanges) {
   const RegistryTree tree(kTree);
@@ -84,26 +74,6 @@ TEST_F(TSgRegistryTest, FailedOpenLeavesNoKeyOpen) {
                                L"OpenKey #1 \"missing\" 000F003F -> error 2", L"CloseKey #1"}));
 }
 
-TEST_F(TSgRegistryTest, ExistenceIsAskedInTheSameViewWithReadAccess) {
-  registry_.SetAccess(KEY_WOW64_64KEY | KEY_ALL_ACCESS);
-  EXPECT_TRUE(registry_.KeyExists(kTree));
-  EXPECT_FALSE(registry_.KeyExists(L"missing"));
-  EXPECT_EQ(registry_.Access(), static_cast<REGSAM>(KEY_WOW64_64KEY | KEY_ALL_ACCESS));
-  EXPECT_EQ(Recorded(), (Lines{L"OpenKey HKCU " + Top() + L" 00020109 -> #1", L"CloseKey #1",
-                               L"OpenKey HKCU \"missing\" 00020109 -> error 2"}));
-}
-
-TEST_F(TSgRegistryTest, DestructionForgetsAnOpenKey) {
-  HKEY open = nullptr;
-  {
-    TSgRegistryEx careless(safeguard_.Get());
-    ASSERT_TRUE(careless.OpenKey(kTree, false));
-    open = careless.CurrentKey();
-  }
-  EXPECT_EQ(Recorded().back(), L"OpenKey HKCU " + Top() + L" 000F003F -> #1");
-  EXPECT_EQ(RegCloseKey(open), ERROR_SUCCESS);
-}
-
 TEST_F(TSgRegistryTest, ValuesKeepTheirTypesAndRefusedWritesAnswerFalse) {
   ASSERT_TRUE(registry_.OpenKey(kTree, false));
   const struct {
@@ -146,13 +116,6 @@ TEST_F(TSgRegistryTest, DeletesTreesDeepestFirstAndBackwards) {
                    L"DeleteKey HKCU " + Top(L"\\k") + L" view 000"}));
 }
 
-TEST_F(TSgRegistryTest, DeletionOfAMissingKeyAsksTheServiceAtOnce) {
-  registry_.SetAccess(KEY_ALL_ACCESS | KEY_WOW64_64KEY);
-  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"missing")), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(Recorded(), (Lines{L"OpenKey HKCU " + Top(L"\\missing") + L" 000F013F -> error 2",
-                               L"DeleteKey HKCU " + Top(L"\\missing") + L" view 100"}));
-}
-
 TEST_F(TSgRegistryTest, DeletionRefusesLinksAndTheBaseKeyItself) {
   tree_.Set(L"precious", L"v", Dword(1));
   tree_.Set(L"k", L"v", Dword(1));
@@ -164,43 +127,6 @@ TEST_F(TSgRegistryTest, DeletionRefusesLinksAndTheBaseKeyItself) {
   EXPECT_TRUE(Recorded().empty());
   EXPECT_EQ(tree_.Get(L"k", L"v"), Dword(1));
   EXPECT_EQ(tree_.Get(L"precious", L"v"), Dword(1));
-}
-
-class RecordingDebugLog : public ComObject<IDebugLog> {
- public:
-  Lines lines;
-
-  HRESULT STDMETHODCALLTYPE EnterMethod(const void*, const wchar_t* name, const wchar_t* const* args,
-                                        std::int32_t count) override {
-    return Message((std::wstring(name) + (count == 1 ? L' ' + std::wstring(args[0]) : L"")).c_str());
-  }
-  HRESULT STDMETHODCALLTYPE ExitMethod(const void*) override { return Message(L"<"); }
-  HRESULT STDMETHODCALLTYPE SetEnabled(std::int32_t) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Message(const wchar_t* text) override {
-    lines.push_back(text);
-    return S_OK;
-  }
-};
-
-TEST_F(TSgRegistryTest, DeletionIsTracedInDebugMode) {
-  g_siblings.Start();
-  const auto trace = MakeComObject<RecordingDebugLog>();
-  InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, trace.Get());
-  tree_.Key(L"k\\a");
-  tree_.Key(L"quiet");
-  registry_.SetRootKey(HKEY_CURRENT_USER);
-  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"quiet")), ERROR_SUCCESS);
-  g_debugMode.Start();
-  ForceDebugMode();
-  EXPECT_EQ(registry_.DeleteKey(tree_.PathOf(L"k")), ERROR_SUCCESS);
-  g_debugMode.Stop();
-  ASSERT_FALSE(trace->lines.empty());
-  EXPECT_TRUE(StartsText(L"Live at start-up: ", trace->lines.back())) << "the report of the stop";
-  trace->lines.pop_back();
-  EXPECT_EQ(trace->lines, (Lines{L"DeleteKey " + tree_.PathOf(L"k"), L"delete subkeys", L"DeleteKey a",
-                                 L"delete subkeys", L"delete values", L"<", L"delete values", L"<"}));
-  InstallFakeSibling(L"tracekit.dll", IDebugLog::kId, nullptr);
-  g_siblings.Stop();
 }
 
 }  // namespace
