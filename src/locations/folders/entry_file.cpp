@@ -97,11 +97,12 @@ std::wstring FileSource::Command() const {
 bool FileSource::ExtractItem(const LastLook& arrived) {
   if (!recorded_) {
     RequireStill(arrived);
+    isBegun_ = true;
     file_->Delete();
     return true;
   }
   file_->ShareDeletion();
-  const LastLook isStill = [&] { return arrived() && file_->StandsAt(path_); };
+  const LastLook isStill = [&] { return isBegun_ = arrived() && file_->StandsAt(path_); };
   const ScopedLook look(isStill);
   const LSTATUS status = DLLGlobals::Safeguard().DeleteRecordedFile(path_.c_str());
   look.RequireKept();
@@ -116,7 +117,8 @@ bool FileSource::PutBack() noexcept {
   if (file_->StandsAt(path_)) return true;
   try {
     if (!Exists(path_) && !bytes_.empty()) WriteNewFile(path_, bytes_);
-    return Exists(path_);
+    // What others have put where it was deleted is not it.
+    return isBegun_ ? ReadShortcutBytes(path_) == bytes_ : Exists(path_);
   } catch (...) {
     return false;
   }

@@ -41,6 +41,8 @@ class FileSource final : public EntrySource {
   const std::wstring path_;
   const std::string bytes_;
   const bool recorded_;
+  // It may have been deleted.
+  bool isBegun_ = false;
 };
 
 // A file that goes to a place in a Startup folder: an entry from elsewhere, or a shortcut that was made for

@@ -48,7 +48,9 @@ KeptEntry KeepSubkey(const RegistryValueAddress& address);
 
 // Whether the piece is there, whatever it holds.
 bool Exists(const KeptPiece& piece);
-// Whether the piece is what it was, and, of a key, nothing else is in it.
+// Whether the piece is what it was.
+bool Stands(const KeptPiece& piece);
+// The same, and, of a key, nothing else is in it.
 bool StandsAlone(const KeptPiece& piece);
 
 // Whether every piece could be deleted now, one after the other: by its rights, its name and what it is.

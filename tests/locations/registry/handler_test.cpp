@@ -220,17 +220,18 @@ TEST_F(HandlerTest, ApprovedExtensionsNeedAServerAndADescription) {
 TEST_P(ShellExtChange, TheDescriptionReadIsWrittenBackAndNeverTheCaption) {
   SetValue(HKEY_CURRENT_USER, kHooksKey, kClass, Sz(L""), OwnView());
   SetValue(HKEY_CURRENT_USER, kHooksKey, kOther, Dword(5), OwnView());
-  for (const std::wstring& name : {kClass, kOther}) {
+  const std::pair<std::wstring, RawValue> described[] = {{kClass, Sz(L"")}, {kOther, Dword(5)}};
+  for (const auto& [name, description] : described) {
     const ItemRef item = LoadAndFind(UserHooks(), OwnView(), HKEY_CURRENT_USER, kHooksKey, name);
     ASSERT_NE(item, nullptr);
     EXPECT_FALSE(item->State().details.Caption.empty());
     UserHooks().DisableItem(item);
-    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name, OwnView()), Sz(L""));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name, OwnView()), description);
     EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), std::nullopt);
     EXPECT_EQ(item->Name(),
               BuildFullValuePath(OwnView(), HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, name));
     UserHooks().EnableItem(item);
-    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), Sz(L""));
+    EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kHooksKey, name, OwnView()), description);
   }
 }
 
