@@ -33,6 +33,7 @@ class FileSource final : public EntrySource {
   bool PutBack() noexcept override;
 
  private:
+  void DeleteRecorded(const LastLook& arrived);
   FileSource(const FolderSet& folders, std::unique_ptr<HeldFile> file, std::string bytes, bool recorded);
 
   const FolderSet& folders_;
