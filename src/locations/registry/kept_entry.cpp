@@ -89,6 +89,7 @@ std::optional<RegistryData> DataOf(const KeptEntry& kept) {
 }
 
 KeptEntry KeepValue(const RegistryValueAddress& address) {
+  if (HoldsNul(address.valueName)) RaiseOSError(ERROR_NOT_SUPPORTED);
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
   std::optional<RegistryData> data;
   if (key) data = QueryRegistryValue(key.Get(), address.valueName);
@@ -97,6 +98,7 @@ KeptEntry KeepValue(const RegistryValueAddress& address) {
 
 KeptEntry KeepSubkey(const RegistryValueAddress& address) {
   KeptEntry kept;
+  if (IsRegistryLink(address.root, address.key, address.viewBits)) RaiseOSError(ERROR_NOT_SUPPORTED);
   KeepKey(kept, address.root, address.key, address, 1);
   return kept;
 }
