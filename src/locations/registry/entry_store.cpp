@@ -32,9 +32,14 @@ bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kep
       return isBegun = true;
     };
     if (!Exists(*piece)) continue;
-    const bool isDone =
-        piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
-    isAnswered = isAnswered && isDone;
+    try {
+      const bool isDone =
+          piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
+      isAnswered = isAnswered && isDone;
+    } catch (const EChangeRefused&) {
+      // Gone by another program's hand it needs no deletion, and must not come back.
+      if (Exists(*piece) || !arrived()) throw;
+    }
     // What is refused ends it: the rest stays together.
     if (Exists(*piece)) return isAnswered && std::next(piece) == kept.rend();
   }
