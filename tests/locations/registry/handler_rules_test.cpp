@@ -124,13 +124,8 @@ TEST_P(HandlerRules, OtherDataAtThePlaceIsAnotherEntry) {
     ASSERT_EQ(Listed(location).size(), 2u) << family.name;
     for (const ItemRef& item : Listed(location)) {
       const bool enable = !item->IsEnabled();
-      try {
-        enable ? location.EnableItem(item) : location.DisableItem(item);
-        ADD_FAILURE() << "nothing was raised";
-      } catch (const EChangeRefused& refused) {
-        EXPECT_EQ(refused.Code(), DWORD(ERROR_ALREADY_EXISTS));
-        EXPECT_EQ(refused.Message(), L"another entry of that name stands there");
-      }
+      ExpectRefusal(ERROR_ALREADY_EXISTS, L"another entry of that name stands there",
+                    [&] { enable ? location.EnableItem(item) : location.DisableItem(item); });
       EXPECT_TRUE(item->IsListed());
     }
     EXPECT_EQ(read(family.key), Sz(L"Text")) << family.name;
