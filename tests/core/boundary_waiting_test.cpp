@@ -102,14 +102,7 @@ class RecordingSwitch {
 using Longest = std::map<std::string, double>;
 
 void Time(Longest& longest, const char* slot, const std::function<void()>& call) {
-  LARGE_INTEGER begin, end, frequency;
-  QueryPerformanceFrequency(&frequency);
-  QueryPerformanceCounter(&begin);
-  call();
-  QueryPerformanceCounter(&end);
-  const double took =
-      1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) / static_cast<double>(frequency.QuadPart);
-  longest[slot] = std::max(longest[slot], took);
+  longest[slot] = std::max(longest[slot], Milliseconds(call));
 }
 
 enum class Slow { kHelper, kWriting, kDeleting, kJournal };
