@@ -271,7 +271,7 @@ TEST_P(Concurrent, NothingIsLostAndWhatIsLeftAloneIsChanged) {
   std::vector<TracedCall> calls;
   {
     const ChangeTrace trace{nullptr, undo_.Service().Module()};
-    OutsideProgram program(Length());
+    Contender program(Length());
     RunThreads(GetTickCount64() + Length());
     outside = program.Finish();
     calls = ChangeTrace::Take();

@@ -51,10 +51,10 @@ SMH_CHILD(Outsider) {
   return 0;
 }
 
-OutsideProgram::OutsideProgram(DWORD milliseconds)
+Contender::Contender(DWORD milliseconds)
     : process_(ThisProgram(), {L"--child=Outsider", log_, std::to_wstring(milliseconds)}) {}
 
-std::vector<TracedCall> OutsideProgram::Finish() {
+std::vector<TracedCall> Contender::Finish() {
   EXPECT_EQ(process_.Finish().exitCode, 0u);
   std::vector<TracedCall> calls;
   std::istringstream lines(ReadFileBytes(log_));

@@ -24,9 +24,9 @@ inline constexpr int kContended = 5;
 std::wstring CommandOf(const std::wstring& program, const std::wstring& argument);
 
 // Writes, deletes and retypes the values for so long. Every text that it writes is another one.
-class OutsideProgram {
+class Contender {
  public:
-  explicit OutsideProgram(DWORD milliseconds);
+  explicit Contender(DWORD milliseconds);
   // Waits for its end: what it did.
   std::vector<TracedCall> Finish();
 
