@@ -9,6 +9,7 @@
 #include "model/change_lock.h"
 #include "model/change_refused.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace smh {
@@ -68,15 +69,17 @@ std::optional<ItemState> ListedState(const TStartupItem& item) {
 bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   if (!canModify_) return false;
   const SharedText entryName = item.Get([](const ItemState& state) { return state.details.EntryName; });
-  ScopedLock lock(Items().Lock());
-  for (int i = 0; i < Items().Count(); ++i) {
-    const ItemRef other = Items().At(i);
-    if (other->Location() != LocationType()) continue;
-    const bool same = other->Get(
-        [&](const ItemState& state) { return SameLocaleText(state.details.EntryName, entryName); });
-    if (same) return false;
+  std::vector<ItemRef> items;
+  {
+    ScopedLock lock(Items().Lock());
+    items = Items().Snapshot();
   }
-  return true;
+  // Comparing as the locale has it is slow: nobody else waits for it.
+  return std::ranges::none_of(items, [&](const ItemRef& other) {
+    if (other->Location() != LocationType() || !other->IsListed()) return false;
+    const SharedText name = other->Get([](const ItemState& state) { return state.details.EntryName; });
+    return SameLocaleText(name, entryName);
+  });
 }
 
 void TLocationStartup::ShowItemLocation(const TStartupItem&) {}

@@ -25,6 +25,10 @@ TEST_F(ChangeTest, ChangesShowInTheListAtOnce) {
   EXPECT_EQ(item.Name(), OwnViewPrefix() + L"HKEY_CURRENT_USER\\" + kRunSide + L"\\" + kName);
   ASSERT_EQ(item.Enable(), S_OK);
   EXPECT_EQ(OutVariant(item, 1)->boolVal, VARIANT_TRUE);
+  for (const wchar_t* const none : {static_cast<const wchar_t*>(nullptr), L""}) {
+    EXPECT_EQ(item.ChangeCommand(none), E_INVALIDARG);
+    EXPECT_EQ(TakeErrorInfo().value_or(ErrorInfo()).description, L"The command is empty.");
+  }
   ASSERT_EQ(item.ChangeCommand(sample.Quoted().c_str()), S_OK);
   item = FindUserRun(kName);
   EXPECT_EQ(item.PropertyText(4), sample.Quoted());

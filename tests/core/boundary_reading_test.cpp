@@ -25,22 +25,6 @@ TEST_F(ReadingTest, NothingIsReadBeforeRefreshOrAfterStop) {
   EXPECT_FALSE(FindUserRun(L"Later"));
 }
 
-TEST_F(ReadingTest, ChangesShowWithinTwoSecondsAndTakeTheirMark) {
-  constexpr DWORD kLimit = 2000;
-  SetUserRun(L"Sample", sample.Path());
-  Read();
-  const RawItem item = FindUserRun(L"Sample");
-  EXPECT_EQ(item.ReadChanged(), 1u);
-  EXPECT_EQ(item.ReadChanged(), 0u);
-  SetUserRun(L"Sample", L"C:\\gone.exe /new");
-  EXPECT_TRUE(WaitUntil([&] { return item.ReadChanged() == 1; }, kLimit));
-  EXPECT_EQ(item.PropertyText(4), L"C:\\gone.exe /new");
-  SetUserRun(L"Late", L"C:\\late.exe");
-  EXPECT_TRUE(WaitUntil([&] { return static_cast<bool>(FindUserRun(L"Late")); }, kLimit));
-  RemoveValue(HKEY_CURRENT_USER, kRunKey, L"Sample");
-  EXPECT_TRUE(WaitUntil([&] { return item.GetIndex() == -1; }, kLimit));
-}
-
 // One walk under the lock; the faults that it met.
 int Walk(const RawCollection& items) {
   int faults = 0;

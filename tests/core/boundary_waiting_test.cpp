@@ -5,6 +5,7 @@
 #include "tests/core/boundary_fixture.h"
 #include "tests/siblings/common/sibling_library.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/probe_window.h"
 #include "tests/support/test_main.h"
 
 #include <algorithm>
@@ -102,14 +103,7 @@ class RecordingSwitch {
 using Longest = std::map<std::string, double>;
 
 void Time(Longest& longest, const char* slot, const std::function<void()>& call) {
-  LARGE_INTEGER begin, end, frequency;
-  QueryPerformanceFrequency(&frequency);
-  QueryPerformanceCounter(&begin);
-  call();
-  QueryPerformanceCounter(&end);
-  const double took =
-      1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) / static_cast<double>(frequency.QuadPart);
-  longest[slot] = std::max(longest[slot], took);
+  longest[slot] = std::max(longest[slot], Milliseconds(call));
 }
 
 enum class Slow { kHelper, kWriting, kDeleting, kJournal };
@@ -313,31 +307,6 @@ TEST_F(TurnsTest, OneThatHoldsTheListAndOthersThatDoNotChangeByTurns) {
   EXPECT_TRUE(Values(HKEY_CURRENT_USER, kRunSide).empty());
 }
 
-// A window of an apartment, whose message calls into the library.
-class CallingWindow {
- public:
-  explicit CallingWindow(std::function<void()> call) : call_(std::move(call)) {
-    window_ = CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
-  }
-  ~CallingWindow() { DestroyWindow(window_); }
-  CallingWindow(const CallingWindow&) = delete;
-  CallingWindow& operator=(const CallingWindow&) = delete;
-
-  void Post() const { PostMessageW(window_, WM_APP, 0, 0); }
-
- private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_APP) return DefWindowProcW(window, message, wParam, lParam);
-    reinterpret_cast<CallingWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA))->call_();
-    return 0;
-  }
-
-  const std::function<void()> call_;
-  HWND window_ = nullptr;
-};
-
 TEST_F(TurnsTest, AnApartmentThatWaitsDispatchesAndRefusesWhatReenters) {
   const ImportPatch slow("RegSetValueExW", SlowSetValue, Library().Module());
   SetUserRun(L"Mine", sample_.Path());
@@ -350,7 +319,7 @@ TEST_F(TurnsTest, AnApartmentThatWaitsDispatchesAndRefusesWhatReenters) {
   std::thread apartment([&] {
     const ScopedCom com(COINIT_APARTMENTTHREADED);
     int calls = 0;
-    const CallingWindow window([&] {
+    const ProbeWindow window([&] {
       ++calls;
       const auto isRefused = [](HRESULT result) {
         const std::optional<ErrorInfo> info = TakeErrorInfo();
@@ -415,18 +384,6 @@ TEST_F(TurnsTest, AClassThatTheShellMakesInTheCallersApartmentHoldsNothingUp) {
   for (const wchar_t* call : {L"Stop", L"Refresh"}) {
     ExpectEnd(RunChild(L"StopWhileTheShellNeedsTheCaller", {call}, 20'000), 0);
   }
-}
-
-// Patience itself is tested with the lock.
-TEST_F(TurnsTest, AChangeIsRefusedWhenOthersTakeLongerThanItsPatience) {
-  if (!g_isLong) GTEST_SKIP() << "takes half a minute";
-  const ImportPatch slow("RegSetValueExW", SlowSetValue, Library().Module());
-  SetUserRun(L"Theirs", sample_.Path());
-  Read();
-  const RawItem theirs = FindUserRun(L"Theirs");
-  const HeldChange change(33'000, [&] { return theirs.Disable(); });
-  ASSERT_TRUE(HeldChange::WaitUntilHeld());
-  EXPECT_TRUE(IsExplained(theirs.Delete(), HRESULT_FROM_WIN32(ERROR_BUSY)));
 }
 
 }  // namespace

@@ -12,37 +12,6 @@ namespace {
 
 class ChangeLockTest : public ModuleTest {};
 
-TEST_F(ChangeLockTest, AHostThatHoldsTheListAndOneThatDoesNotChangeByTurns) {
-  constexpr int kRounds = 300;
-  std::atomic<int> inside{0};
-  int changes = 0;
-  const auto change = [&] {
-    const ScopedChange scope;
-    EXPECT_EQ(++inside, 1);
-    ++changes;
-    // As a change does when it enters its outcome.
-    const ScopedLock lock(Items().Lock());
-    --inside;
-  };
-  const ULONGLONG begin = GetTickCount64();
-  std::thread locking([&] {
-    for (int round = 0; round < kRounds; ++round) {
-      const ScopedLock outer(Items().Lock());
-      const ScopedLock inner(Items().Lock());
-      change();
-      EXPECT_EQ(Items().Lock().DepthOfCaller(), 2u) << "as often as before";
-    }
-  });
-  std::thread plain([&] {
-    for (int round = 0; round < kRounds; ++round) change();
-  });
-  locking.join();
-  plain.join();
-  EXPECT_EQ(changes, 2 * kRounds);
-  EXPECT_FALSE(Items().Lock().IsHeldByCaller());
-  EXPECT_LT(GetTickCount64() - begin, kChangePatienceMs) << "neither waited for the other in vain";
-}
-
 TEST_F(ChangeLockTest, WaitsWithoutTheListAndRefusesASecondChangeOfTheThread) {
   std::optional<ScopedChange> scope(std::in_place);
   std::atomic<bool> begins{false};

@@ -7,8 +7,8 @@ namespace smh::test {
 
 class FakeLocation final : public TLocationStartup {
  public:
-  FakeLocation(const LocationRow& row, bool isAble)
-      : TLocationStartup(row, {.canEnable = isAble, .canModify = isAble, .canDelete = isAble}) {}
+  explicit FakeLocation(const LocationRow& row)
+      : TLocationStartup(row, {.canEnable = true, .canModify = true, .canDelete = true}) {}
 
   struct Entry {
     std::wstring name;
@@ -69,7 +69,7 @@ class FakeLocation final : public TLocationStartup {
 };
 
 inline std::unique_ptr<TLocationStartup> MakeFake(const LocationRow& row) {
-  return std::make_unique<FakeLocation>(row, row.location != sulRegistryIEBrowserObjects);
+  return std::make_unique<FakeLocation>(row);
 }
 
 inline std::span<const ModuleStep> StepsWithFakes() {
@@ -96,16 +96,12 @@ inline FakeLocation& UsualLocation() {
 inline FakeLocation& RareLocation() {
   return Fake(sulRegistryRunServices);
 }
-// Cannot do anything.
-inline FakeLocation& FixedLocation() {
-  return Fake(sulRegistryIEBrowserObjects);
-}
 
 // The locations as they are made.
 class FakeLocationTest : public ModuleTest {
  protected:
   FakeLocationTest() {
-    for (FakeLocation* location : {&UsualLocation(), &RareLocation(), &FixedLocation()}) location->Reset();
+    for (FakeLocation* location : {&UsualLocation(), &RareLocation()}) location->Reset();
   }
 };
 

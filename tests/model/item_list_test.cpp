@@ -91,12 +91,4 @@ TEST_F(ItemListTest, AStaleItemMakesWayForTheOneThatTakesItsName) {
   ExpectConsistent();
 }
 
-TEST_F(ItemListTest, NothingWorksWithoutTheLock) {
-  Items().Lock().Leave();
-  EXPECT_THROW(Items().Count(), EAssertionFailed);
-  EXPECT_THROW(Items().At(0), EAssertionFailed);
-  EXPECT_THROW(Items().Snapshot(), EAssertionFailed);
-  Items().Lock().Enter();
-}
-
 }  // namespace smh::test

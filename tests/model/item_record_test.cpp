@@ -1,9 +1,7 @@
 #include "infra/runtime/text.h"
 #include "model/basic_info.h"
 #include "model/extended_info.h"
-#include "model/image_lists.h"
 #include "tests/support/module_fixture.h"
-#include "tests/support/registry_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -11,10 +9,6 @@
 #include <thread>
 
 namespace smh::test {
-
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::Not;
 
 namespace {
 
@@ -88,26 +82,6 @@ TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
       EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->State().details.FilePath));
 }
 
-TEST_F(ItemRecordTest, ExtendedInformationOfAFile) {
-  const ItemRef item = MakeItem(L"\"" + kProgram + L"\" /x");
-  EXPECT_EQ(item->State().details.Rating, 1);
-  EXPECT_EQ(item->State().details.ImageIndex, 3);
-  EXPECT_EQ(item->State().details.WorkingFolder, L"C:\\windows");
-  const std::wstring company(item->State().details.Version->Company());
-  module.Rater().Rate(company, kRatingRisky);
-  item->ReadExtendedInfo();
-  const ItemDetails details = item->State().details;
-  WIN32_FILE_ATTRIBUTE_DATA data;
-  ASSERT_TRUE(GetFileAttributesExW(kProgram.c_str(), GetFileExInfoStandard, &data));
-  EXPECT_EQ(details.FileSize, static_cast<std::int64_t>(data.nFileSizeLow));
-  EXPECT_GT(details.LastWriteTime, 30'000.0) << "after 1982";
-  EXPECT_FALSE(details.FileTypeName.empty());
-  EXPECT_EQ(details.Rating, 2);
-  EXPECT_FALSE(item->NeedsExtendedInfo());
-  EXPECT_TRUE(item->TakeChangedMark());
-  EXPECT_FALSE(item->TakeChangedMark());
-}
-
 TEST_F(ItemRecordTest, ItemsOfOneFileShareWhatIsKnownOfIt) {
   const TemporaryFolder folder;
   const std::wstring file = folder.Write(L"shared.exe", "x");
@@ -142,27 +116,6 @@ TEST_F(ItemRecordTest, RatingAsksForTheCompanyFirstAndThenForTheFile) {
   EXPECT_EQ(missing->State().details.ImageIndex, 3);
   EXPECT_EQ(module.Rater().Asked().size(), asked) << "a missing file is not rated";
   EXPECT_FALSE(missing->NeedsExtendedInfo());
-}
-
-TEST_F(ItemRecordTest, BothImageListsGrowTogetherAndAnIconOnce) {
-  const HIMAGELIST small = SmallImageList();
-  const HIMAGELIST large = LargeImageList();
-  ASSERT_GE(ImageList_GetImageCount(small), 4);
-  // One with icons of its own, and one for which the shell has to be asked.
-  const TemporaryFolder folder;
-  for (const std::wstring& file : {std::wstring(L"C:\\windows\\regedit.exe"), folder.Write(L"x.txt", "x")}) {
-    const int index = AppendFileIcon(file, 0, file);
-    const int count = ImageList_GetImageCount(small);
-    EXPECT_EQ(ImageList_GetImageCount(large), count);
-    EXPECT_EQ(AppendFileIcon(file, 0, file), index);
-    EXPECT_EQ(ImageList_GetImageCount(small), count);
-    EXPECT_EQ(index, count - 1);
-  }
-  const int count = ImageList_GetImageCount(small);
-  EXPECT_EQ(AppendFileIcon(L"C:\\gone.exe", 0, L"C:\\gone.exe"), kImageUnknownFile);
-  EXPECT_EQ(ImageList_GetImageCount(small), count);
-  DestroyImageLists();
-  EXPECT_EQ(ImageList_GetImageCount(SmallImageList()), 4);
 }
 
 TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {

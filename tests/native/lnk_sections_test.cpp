@@ -142,15 +142,6 @@ TEST(ExtraDataTest, SignaturesChooseTheKind) {
   EXPECT_EQ(link.FindExtraData(edkShim)->Data().size(), 17u);
 }
 
-TEST(ExtraDataTest, FirstBlockOfAKindCounts) {
-  LinkBuilder builder;
-  builder.blocks = {{1, "other"}, {0xA0000008, "one"}, {0xA0000008, "second"}};
-  const LoadedLink link(builder);
-  EXPECT_EQ(link.FindExtraData(TExtraDataKind::edkShim)->Data().size(), 3u);
-  EXPECT_EQ(link.FindExtraData(TExtraDataKind::edkUnknown)->Signature(), 1u);
-  EXPECT_EQ(link.FindExtraData(TExtraDataKind::edkDarwin), nullptr);
-}
-
 TEST(ExtraDataTest, Utf16TargetBeforeAnsi) {
   const auto environment = [](std::string_view ansi, std::u16string_view unicode) {
     LinkBuilder builder;
@@ -164,14 +155,6 @@ TEST(ExtraDataTest, Utf16TargetBeforeAnsi) {
   EXPECT_EQ(Ansi(LoadedLink(environment(longest, u"")).EnvironmentTarget()), longest);
   const std::u16string wideLongest(260, u'w');
   EXPECT_EQ(Wide(LoadedLink(environment("", wideLongest)).EnvironmentTarget()), wideLongest);
-}
-
-TEST(ExtraDataTest, OnlyBlocksOfStringsHaveATarget) {
-  const LoadedLink link(FullLink());
-  EXPECT_EQ(Wide(link.FindExtraData(TExtraDataKind::edkDarwin)->Target()), u"darwin");
-  EXPECT_TRUE(link.FindExtraData(TExtraDataKind::edkTracker)->Target().Empty());
-  const std::string full = StringBlockData(std::string(260, 'a'), std::u16string(260, u'w'));
-  EXPECT_EQ(TExtraDataStringProps(std::as_bytes(std::span(full))).AnsiTarget().AnsiView().size(), 260u);
 }
 
 TEST(IconLocationTest, IconEnvironmentBeforeTheString) {

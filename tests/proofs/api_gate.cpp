@@ -160,12 +160,26 @@ bool GoesOn(Arguments... arguments) noexcept {
   }
 }
 
+// What goes over what is in the file needs none.
+template <int kApi, typename... Arguments>
+bool NeedsRoom(Arguments... arguments) noexcept {
+  if constexpr (kApi == kApi_WriteFile) {
+    const HANDLE file = At<0>(arguments...);
+    LARGE_INTEGER place = {};
+    LARGE_INTEGER end = {};
+    return SetFilePointerEx(file, {}, &place, FILE_CURRENT) == FALSE || GetFileSizeEx(file, &end) == FALSE ||
+           place.QuadPart + LONGLONG{At<2>(arguments...)} > end.QuadPart;
+  } else {
+    return kApi == kApi_CopyFileW || kApi == kApi_CreateDirectoryW || kApi == kApi_RegFlushKey;
+  }
+}
+
 // The fault that this call suffers.
 Fault Enter(int api, unsigned effect) {
   if (g_round.thread != GetCurrentThreadId() || (g_round.counted & effect) == 0) return Fault::kNone;
   ++g_round.count;
-  const bool isDue =
-      g_round.fault == Fault::kRefusedOn ? g_round.count >= g_round.number : g_round.count == g_round.number;
+  const bool isFromThere = g_round.fault == Fault::kRefusedOn || g_round.fault == Fault::kFullOn;
+  const bool isDue = isFromThere ? g_round.count >= g_round.number : g_round.count == g_round.number;
   if (!isDue) return Fault::kNone;
   if (g_round.victim == nullptr) g_round.victim = kRows[api].name;
   if (g_round.fault == Fault::kDeath) TerminateProcess(GetCurrentProcess(), 1);
@@ -203,16 +217,19 @@ struct Hook<kApi, Result(WINAPI*)(Arguments...)> {
   static Result WINAPI Call(Arguments... arguments) {
     const auto original = reinterpret_cast<Result(WINAPI*)(Arguments...)>(g_round.originals[kApi]);
     const unsigned effect = EffectOf<kApi>(arguments...);
-    const Fault fault = Enter(kApi, effect);
+    const bool isCounted = g_round.fault != Fault::kFullOn || NeedsRoom<kApi>(arguments...);
+    const Fault fault = isCounted ? Enter(kApi, effect) : Fault::kNone;
     if (fault == Fault::kNone && g_round.fault == Fault::kOutside && g_round.thread == GetCurrentThreadId() &&
         g_round.count >= g_round.number && !GoesOn<kApi>(arguments...)) {
       g_round.trace.push_back({g_round.count, kRows[kApi].name, effect, PlaceOf(arguments...)});
     }
     if (fault == Fault::kNone) return original(arguments...);
-    const std::intptr_t failure = kRows[kApi].failure;
+    const DWORD error = fault == Fault::kFullOn ? ERROR_DISK_FULL : ERROR_ACCESS_DENIED;
+    const bool isStatus = kRows[kApi].failure == ERROR_ACCESS_DENIED;
+    const std::intptr_t failure = isStatus ? static_cast<std::intptr_t>(error) : kRows[kApi].failure;
     if (fault == Fault::kPretended) return ResultOf<Result>(failure == FALSE ? TRUE : ERROR_SUCCESS);
     if (fault == Fault::kLate) CloseOpened<kApi>(original(arguments...), arguments...);
-    SetLastError(ERROR_ACCESS_DENIED);
+    SetLastError(error);
     return ResultOf<Result>(failure);
   }
 };
@@ -271,6 +288,10 @@ void ApiGate::ArmFrom(int number, unsigned calls) {
 void ApiGate::ArmOutside(int number, std::function<void()> outside) {
   g_round.outside = std::move(outside);
   Begin(Fault::kOutside, number, kEvery);
+}
+
+void ApiGate::ArmFullDisk(int room) {
+  Begin(Fault::kFullOn, room + 1, kEvery);
 }
 
 void ApiGate::Begin(Fault fault, int number, unsigned counted) {

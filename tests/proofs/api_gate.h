@@ -18,6 +18,7 @@ enum class Fault {
   kLate,       // performed, answers an error all the same
   kDeath,      // the process ends before it is performed
   kRefusedOn,  // refused, and so are all behind it
+  kFullOn,     // the same for what needs room on the disk
   kOutside,    // another program comes first
 };
 
@@ -55,6 +56,8 @@ class ApiGate {
   void ArmFrom(int number, unsigned calls);
   // `outside` runs, uncounted, before the call with that number; every call counts.
   void ArmOutside(int number, std::function<void()> outside);
+  // From now on there is room for so many operations.
+  void ArmFullDisk(int room);
   // Ends it: the name of the function that suffered first; null when there were fewer calls.
   const char* Disarm();
   // How many calls counted in the last round.

@@ -2,112 +2,24 @@
 // has written and nobody agreed to take away is still there, and what it leaves alone is changed as asked.
 #include "model/item_list.h"
 #include "model/reading.h"
-#include "tests/proofs/change_trace.h"
+#include "tests/proofs/loss_judge.h"
 #include "tests/proofs/proof_report.h"
+#include "tests/proofs/run_contention.h"
 #include "tests/proofs/undo_world.h"
-#include "tests/support/test_main.h"
 #include "tests/support/waiting.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <mutex>
 #include <random>
 #include <set>
-#include <sstream>
 #include <thread>
 
 namespace smh::test {
 namespace {
 
 constexpr int kThreads = 4;
-constexpr int kContended = 5;
 constexpr TTypeStartupLocation kRuns[] = {sulRegistryUserRun, sulRegistryCommonRun};
-
-HKEY RootOf(TTypeStartupLocation location) {
-  return location == sulRegistryUserRun ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-}
-
-struct Key {
-  TTypeStartupLocation location;
-  std::wstring path;
-  HKEY Root() const { return RootOf(location); }
-};
-const std::vector<Key>& Keys() {
-  static const std::vector<Key> keys = {{sulRegistryUserRun, kRunKey},
-                                        {sulRegistryUserRun, kRunSide},
-                                        {sulRegistryCommonRun, kRunKey},
-                                        {sulRegistryCommonRun, kRunSide}};
-  return keys;
-}
-
-// Programs that do not exist, each with a name of its own: a location takes only one entry of a program.
-std::wstring CommandOf(const std::wstring& program, const std::wstring& argument) {
-  return L"\"C:\\no such folder\\" + program + L".exe\" /" + argument;
-}
-
-// The outside program. Every text that it writes is another one. Writes down what it did, by lines.
-SMH_CHILD(Outsider) {
-  const std::wstring file = arguments[0];
-  const ULONGLONG end = GetTickCount64() + std::stoul(arguments[1]);
-  std::vector<ScopedKey> keys;
-  for (const Key& key : Keys()) keys.push_back(MakeKey(key.Root(), key.path, OwnView()));
-  std::mt19937 random(static_cast<unsigned>(Now()));
-  const auto below = [&](unsigned limit) { return random() % limit; };
-  std::wostringstream log;
-  for (int number = 1; GetTickCount64() < end; ++number) {
-    const HKEY key = keys[below(4)].Get();
-    const std::wstring name = L"c" + std::to_wstring(below(kContended));
-    const unsigned what = below(10);
-    const RawValue value = Sz(CommandOf(name, L"outside" + std::to_wstring(number)));
-    const long long begin = Now();
-    if (what < 2) {
-      RegDeleteValueW(key, name.c_str());
-    } else {
-      const DWORD type = what < 7 ? REG_SZ : what < 9 ? REG_EXPAND_SZ : REG_BINARY;
-      RegSetValueExW(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(value.bytes.data()),
-                     static_cast<DWORD>(value.bytes.size()));
-    }
-    log << begin << L'\t' << Now() << L'\t' << ValuePlace(key, name.c_str()) << L'\t'
-        << (what < 2 ? std::wstring() : TextOf(value)) << L'\n';
-    if (below(3) != 0) Sleep(below(12));
-  }
-  WriteFileBytes(file, std::filesystem::path(log.str()).string());
-  return 0;
-}
-
-std::vector<TracedCall> ReadOutside(const std::wstring& file) {
-  std::vector<TracedCall> calls;
-  std::istringstream lines(ReadFileBytes(file));
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream fields(line);
-    TracedCall call;
-    fields >> call.begin >> call.end;
-    fields.get();
-    std::string place, written;
-    std::getline(fields, place, '\t');
-    std::getline(fields, written);
-    call.place.assign(place.begin(), place.end());
-    call.written.assign(written.begin(), written.end());
-    calls.push_back(std::move(call));
-  }
-  return calls;
-}
-
-enum class Kind { kAdd, kEnable, kDisable, kChange, kMove, kDelete };
-
-// What became of a change. One that takes a text away for good was agreed to for that text.
-struct Outcome {
-  Kind kind = Kind::kAdd;
-  bool isDone = false;
-  std::wstring agreed;
-  std::wstring failure;
-
-  // Of what is no text the list shows nothing, so that this is what is agreed to.
-  bool AgreesTo(const std::wstring& content) const {
-    return (kind == Kind::kDelete || kind == Kind::kChange) && (agreed.empty() || agreed == content);
-  }
-};
 
 class Changes {
  public:
@@ -238,12 +150,12 @@ std::vector<std::wstring> Listed() {
 }
 std::vector<std::wstring> Standing() {
   std::vector<std::wstring> lines;
-  for (const Key& key : Keys()) {
-    for (const std::wstring& name : Values(key.Root(), key.path, OwnView())) {
-      const std::optional<RawValue> value = GetValue(key.Root(), key.path, name, OwnView());
+  for (const auto& [location, root, key] : RunPlaces()) {
+    for (const std::wstring& name : Values(root, key, OwnView())) {
+      const std::optional<RawValue> value = GetValue(root, key, name, OwnView());
       const bool isText = value && (value->type == REG_SZ || value->type == REG_EXPAND_SZ);
-      lines.push_back(RegistryValueAddress{OwnView(), key.Root(), key.path, name}.FullPath() +
-                      (key.path == kRunKey ? L" on " : L" off ") + (isText ? TextOf(value) : L""));
+      lines.push_back(RegistryValueAddress{OwnView(), root, key, name}.FullPath() +
+                      (key == kRunKey ? L" on " : L" off ") + (isText ? TextOf(value) : L""));
     }
   }
   std::ranges::sort(lines);
@@ -258,108 +170,15 @@ std::string AsText(const std::vector<std::wstring>& lines) {
 
 std::set<std::wstring> StandingContents() {
   std::set<std::wstring> contents;
-  for (const Key& key : Keys()) {
-    for (const std::wstring& name : Values(key.Root(), key.path, OwnView())) {
-      if (const std::optional<RawValue> value = GetValue(key.Root(), key.path, name, OwnView())) {
+  for (const auto& [location, root, key] : RunPlaces()) {
+    for (const std::wstring& name : Values(root, key, OwnView())) {
+      if (const std::optional<RawValue> value = GetValue(root, key, name, OwnView())) {
         contents.insert(ContentOf(value->bytes.data(), static_cast<DWORD>(value->bytes.size())));
       }
     }
   }
   return contents;
 }
-
-// Who took away what the outside program wrote.
-class Judge {
- public:
-  Judge(std::vector<TracedCall> calls, const std::vector<Outcome>& outcomes)
-      : calls_(std::move(calls)), outcomes_(outcomes) {
-    std::ranges::sort(calls_, {}, &TracedCall::Middle);
-    std::map<std::wstring, std::wstring> state;
-    for (const TracedCall& call : calls_) {
-      const std::wstring gone = IsOutside(call) ? state[call.place] : call.stood;
-      if (!gone.empty() && gone != call.written && !IsOwnCopy(call, gone)) takenBy_[gone] = &call;
-      state[call.place] = call.written;
-      if (!call.written.empty()) placesOf_[call.written].push_back(&call);
-    }
-  }
-
-  // Why a text is not there any more; empty when nothing explains it.
-  std::string Explain(const TracedCall& written) const {
-    const auto found = takenBy_.find(written.written);
-    const TracedCall* const taker = found == takenBy_.end() ? nullptr : found->second;
-    if (taker != nullptr && IsOutside(*taker)) return "outside";
-    if (taker != nullptr) {
-      const Outcome& outcome = outcomes_[static_cast<std::size_t>(taker->change)];
-      if (outcome.isDone && outcome.AgreesTo(written.written)) return "agreed";
-      // Not put back where the outside program had put something meanwhile: that is what it would be without
-      // the change, too.
-      if (!outcome.isDone && IsFollowedOutside(*taker)) return "outside";
-      if (taker->seen != written.written) return "window";
-    }
-    // Carried, and taken away at its new place after that had been confirmed.
-    if (IsTakenOutside(written.written)) return "outside";
-    return IsInMoment(written) ? "window" : "";
-  }
-
-  // Every call that had to do with the text, by lines.
-  std::string StoryOf(const std::wstring& text) const {
-    std::wostringstream story;
-    for (const TracedCall& call : calls_) {
-      if (call.written != text && call.stood != text && call.seen != text) continue;
-      story << call.begin << L" to " << call.end << L" in " << call.place.substr(call.place.rfind(L"run"))
-            << L": " << call.stood << L" -> " << call.written << L", seen " << call.seen << L", change "
-            << call.change;
-      if (!IsOutside(call)) {
-        const Outcome& outcome = outcomes_[static_cast<std::size_t>(call.change)];
-        story << L" of kind " << static_cast<int>(outcome.kind) << L": " << outcome.failure << L", agreed "
-              << outcome.agreed;
-      }
-      story << L'\n';
-    }
-    return std::filesystem::path(story.str()).string();
-  }
-
- private:
-  static bool IsOutside(const TracedCall& call) { return call.change == TracedCall::kOutside; }
-
-  // What a change takes away at the place where it has put it is not the entry itself.
-  bool IsOwnCopy(const TracedCall& call, const std::wstring& text) const {
-    const auto places = placesOf_.find(text);
-    return !IsOutside(call) && places != placesOf_.end() &&
-           std::ranges::any_of(places->second, [&](const TracedCall* put) {
-             return put->change == call.change && put->place == call.place;
-           });
-  }
-  // The outside program has put something in its place before this process came there again.
-  bool IsFollowedOutside(const TracedCall& taker) const {
-    for (const TracedCall& call : calls_) {
-      if (call.place != taker.place || &call == &taker || call.end < taker.begin) continue;
-      if (!IsOutside(call)) return false;
-      if (!call.written.empty()) return true;
-    }
-    return false;
-  }
-  bool IsTakenOutside(const std::wstring& text) const {
-    const auto places = placesOf_.find(text);
-    if (places == placesOf_.end()) return false;
-    return std::ranges::any_of(places->second, [&](const TracedCall* put) {
-      return !IsOutside(*put) && std::ranges::any_of(calls_, [&](const TracedCall& call) {
-        return IsOutside(call) && call.place == put->place && call.end >= put->begin;
-      });
-    });
-  }
-  // Written while the system was at work at the same place for this process.
-  bool IsInMoment(const TracedCall& written) const {
-    return std::ranges::any_of(calls_, [&](const TracedCall& call) {
-      return !IsOutside(call) && call.place == written.place && call.Overlaps(written);
-    });
-  }
-
-  std::vector<TracedCall> calls_;
-  const std::vector<Outcome>& outcomes_;
-  std::map<std::wstring, const TracedCall*> takenBy_;
-  std::map<std::wstring, std::vector<const TracedCall*>> placesOf_;
-};
 
 // What the Run keys held; put back at the program's end. The keys themselves stay: the library watches them.
 class KeptRunKeys : public ::testing::Environment {
@@ -400,8 +219,8 @@ class Concurrent : public ::testing::TestWithParam<bool> {
     ClearJournal();
     for (int i = 0; i < kContended; ++i) {
       const std::wstring name = L"c" + std::to_wstring(i);
-      for (const Key& key : Keys()) {
-        SetValue(key.Root(), key.path, name, Sz(CommandOf(name, L"first")), OwnView());
+      for (const auto& [location, root, key] : RunPlaces()) {
+        SetValue(root, key, name, Sz(CommandOf(name, L"first")), OwnView());
       }
     }
   }
@@ -444,18 +263,17 @@ class Concurrent : public ::testing::TestWithParam<bool> {
   UndoWorld& undo_ = UndoWorld::Instance();
   Changes changes_;
   std::atomic<int> lives_{0};
-  const TemporaryFolder folder_;
 };
 
 TEST_P(Concurrent, NothingIsLostAndWhatIsLeftAloneIsChanged) {
-  const std::wstring log = folder_.Write(L"outside.txt", "");
   ReadAfresh();
+  std::vector<TracedCall> outside;
   std::vector<TracedCall> calls;
   {
     const ChangeTrace trace{nullptr, undo_.Service().Module()};
-    ChildProcess outsider(ThisProgram(), {L"--child=Outsider", log, std::to_wstring(Length())});
+    Contender program(Length());
     RunThreads(GetTickCount64() + Length());
-    ASSERT_EQ(outsider.Finish().exitCode, 0u);
+    outside = program.Finish();
     calls = ChangeTrace::Take();
   }
   EXPECT_TRUE(WaitUntil([] { return Listed() == Standing(); })) << "the list follows\n"
@@ -465,7 +283,6 @@ TEST_P(Concurrent, NothingIsLostAndWhatIsLeftAloneIsChanged) {
   ReadAfresh();
   EXPECT_EQ(Listed(), Standing()) << "and so does a fresh one";
 
-  const std::vector<TracedCall> outside = ReadOutside(log);
   int unlooked = 0;
   for (const TracedCall& call : calls) unlooked += !call.stood.empty() && !call.isLastLook ? 1 : 0;
   EXPECT_EQ(unlooked, 0) << "taken away without a look directly before";

@@ -4,24 +4,8 @@ namespace smh::test {
 
 namespace {
 
-std::wstring Hex(std::uint32_t number, unsigned digits) {
-  std::wstring text(digits, L'0');
-  for (unsigned i = digits; i > 0; --i, number >>= 4) text[i - 1] = L"0123456789ABCDEF"[number & 15];
-  return text;
-}
-
 std::wstring InQuotes(const wchar_t* text) {
   return L"\"" + std::wstring(TextArgument(text)) + L"\"";
-}
-
-std::wstring DataText(DWORD type, const void* data, DWORD size) {
-  if ((type == REG_SZ || type == REG_EXPAND_SZ) && size >= sizeof(wchar_t)) {
-    const auto* const units = static_cast<const wchar_t*>(data);
-    return L"\"" + std::wstring(units, size / sizeof(wchar_t) - 1) + L"\"";
-  }
-  std::wstring text;
-  for (DWORD i = 0; i < size; ++i) text += Hex(static_cast<const BYTE*>(data)[i], 2);
-  return text;
 }
 
 LSTATUS LastErrorUnless(BOOL success) {
@@ -36,29 +20,28 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
 
   LSTATUS STDMETHODCALLTYPE CreateKey(HKEY parent, const wchar_t* subKey, DWORD* disposition, HKEY* key,
                                       DWORD, REGSAM access, DWORD, DWORD, DWORD) override {
-    return Answered(key, owner_->Change(Line(L"CreateKey", parent, subKey) + L' ' + Hex(access, 8), [&] {
+    return owner_->Change(L"CreateKey " + InQuotes(subKey), [&] {
       return RegCreateKeyExW(parent, subKey, 0, nullptr, 0, access, nullptr, key, disposition);
-    }));
+    });
   }
   LSTATUS STDMETHODCALLTYPE OpenKey(HKEY parent, const wchar_t* subKey, HKEY* key, REGSAM access,
                                     DWORD) override {
-    return Answered(key, owner_->Perform(Line(L"OpenKey", parent, subKey) + L' ' + Hex(access, 8),
-                                         [&] { return RegOpenKeyExW(parent, subKey, 0, access, key); }));
+    return owner_->Perform(L"OpenKey " + InQuotes(subKey),
+                           [&] { return RegOpenKeyExW(parent, subKey, 0, access, key); });
   }
   HRESULT STDMETHODCALLTYPE Reserved3() override { return E_NOTIMPL; }
   LSTATUS STDMETHODCALLTYPE DeleteKey(HKEY parent, const wchar_t* subKey, REGSAM viewBits, DWORD) override {
-    return owner_->Change(Line(L"DeleteKey", parent, subKey) + L" view " + Hex(viewBits, 3),
+    return owner_->Change(L"DeleteKey " + InQuotes(subKey),
                           [&] { return RegDeleteKeyExW(parent, subKey, viewBits, 0); });
   }
   LSTATUS STDMETHODCALLTYPE SetValue(HKEY key, const wchar_t* name, DWORD size, const void* data, DWORD type,
                                      DWORD) override {
-    return owner_->Change(
-        Line(L"SetValue", key, name) + L" type " + std::to_wstring(type) + L" size " + std::to_wstring(size) +
-            L' ' + DataText(type, data, size),
-        [&] { return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size); });
+    return owner_->Change(L"SetValue " + InQuotes(name), [&] {
+      return RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), size);
+    });
   }
   LSTATUS STDMETHODCALLTYPE DeleteValue(HKEY key, const wchar_t* name) override {
-    return owner_->Change(Line(L"DeleteValue", key, name), [&] { return RegDeleteValueW(key, name); });
+    return owner_->Change(L"DeleteValue " + InQuotes(name), [&] { return RegDeleteValueW(key, name); });
   }
   HRESULT STDMETHODCALLTYPE Reserved7() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reserved8() override { return E_NOTIMPL; }
@@ -66,18 +49,10 @@ class RecordingSafeguard::RegAccess : public ComObject<IRegAccess> {
   HRESULT STDMETHODCALLTYPE Reserved10() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reserved11() override { return E_NOTIMPL; }
   LSTATUS STDMETHODCALLTYPE CloseKey(HKEY key) override {
-    return owner_->Perform(L"CloseKey " + owner_->NameOf(key), [&] { return RegCloseKey(key); });
+    return owner_->Perform(L"CloseKey", [&] { return RegCloseKey(key); });
   }
 
  private:
-  std::wstring Line(const wchar_t* call, HKEY key, const wchar_t* name) const {
-    return call + (L' ' + owner_->NameOf(key)) + L' ' + InQuotes(name);
-  }
-  LSTATUS Answered(HKEY* key, LSTATUS status) {
-    owner_->Append(status == ERROR_SUCCESS ? owner_->Opened(*key) : L" -> error " + std::to_wstring(status));
-    return status;
-  }
-
   ComPtr<RecordingSafeguard> owner_;
 };
 
@@ -91,8 +66,6 @@ void RecordingSafeguard::Clear() {
   lines_.clear();
   rules_.clear();
   hook_ = nullptr;
-  keys_.clear();
-  opened_ = 0;
   check_ = nullptr;
 }
 
@@ -104,11 +77,6 @@ void RecordingSafeguard::Answer(std::wstring part, LSTATUS status, int times) {
 void RecordingSafeguard::Before(std::function<void(const std::wstring&)> hook) {
   const std::scoped_lock lock(lock_);
   hook_ = std::move(hook);
-}
-
-void RecordingSafeguard::GiveRegAccess(bool give) {
-  const std::scoped_lock lock(lock_);
-  giveRegAccess_ = give;
 }
 
 std::optional<LSTATUS> RecordingSafeguard::Record(const std::wstring& line) {
@@ -128,31 +96,10 @@ std::optional<LSTATUS> RecordingSafeguard::Record(const std::wstring& line) {
   return told;
 }
 
-void RecordingSafeguard::Append(const std::wstring& tail) {
-  const std::scoped_lock lock(lock_);
-  lines_.back() += tail;
-}
-
-std::wstring RecordingSafeguard::NameOf(HKEY key) const {
-  if (key == HKEY_CURRENT_USER) return L"HKCU";
-  if (key == HKEY_LOCAL_MACHINE) return L"HKLM";
-  if (key == HKEY_CLASSES_ROOT) return L"HKCR";
-  if (key == nullptr) return L"none";
-  const std::scoped_lock lock(lock_);
-  const auto found = keys_.find(key);
-  return found == keys_.end() ? L"#?" : L'#' + std::to_wstring(found->second);
-}
-
-std::wstring RecordingSafeguard::Opened(HKEY key) {
-  const std::scoped_lock lock(lock_);
-  keys_[key] = ++opened_;
-  return L" -> #" + std::to_wstring(opened_);
-}
-
 HRESULT RecordingSafeguard::GetRegAccess(IRegAccess** access) {
   const std::optional<LSTATUS> told = Record(L"GetRegAccess");
   *access = nullptr;
-  if (told || !giveRegAccess_) return told ? HRESULT_FROM_WIN32(static_cast<DWORD>(*told)) : E_FAIL;
+  if (told) return HRESULT_FROM_WIN32(static_cast<DWORD>(*told));
   *access = new RegAccess(this);
   return S_OK;
 }

@@ -1,13 +1,7 @@
 // A backup service that writes down every call as a line of text, in order, and then performs it straight
-// through the platform, or answers as a test told it to. Lines name roots as "HKCU" or "HKLM" and opened keys
-// by the order of opening:
-//   GetRegAccess
-//   CreateKey HKCU "Software\X" 000F003F -> #1
-//   OpenKey #1 "sub" 00020119 -> #2          (a failed one ends in "-> error 2")
-//   SetValue #1 "name" type 1 size 8 "abc"   (data of other types in hexadecimal: type 4 size 4 01000000)
-//   DeleteValue #1 "name"
-//   DeleteKey HKLM "Software\X" view 100
-//   CloseKey #1
+// through the platform, or answers as a test told it to:
+//   GetRegAccess / CreateKey "sub" / OpenKey "sub" / DeleteKey "sub" / CloseKey
+//   SetValue "name" / DeleteValue "name"
 //   BeginCheckpoint "title" / EndCheckpoint / FailCheckpoint
 //   MoveFile "a" "b" / DeleteFile "a" / CopyFile "a" "b" overwrite 1
 // It records nothing for an undo: FailCheckpoint takes nothing back and says so. The check of a checkpoint is
@@ -18,7 +12,6 @@
 #include "core/contracts/intf_safeguard.h"
 
 #include <functional>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -36,8 +29,6 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   void Answer(std::wstring part, LSTATUS status, int times = 1);
   // Called with each line before the call is performed; may change the registry underneath.
   void Before(std::function<void(const std::wstring& line)> hook);
-  // Whether GetRegAccess gives an object.
-  void GiveRegAccess(bool give);
 
   HRESULT STDMETHODCALLTYPE GetRegAccess(IRegAccess** access) override;
   LSTATUS STDMETHODCALLTYPE BeginCheckpoint(const wchar_t* title) override;
@@ -72,17 +63,11 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
     });
   }
   LSTATUS AskCheck() const;
-  void Append(const std::wstring& tail);
-  std::wstring NameOf(HKEY key) const;
-  std::wstring Opened(HKEY key);
 
   mutable std::mutex lock_;
   std::vector<std::wstring> lines_;
   std::vector<Rule> rules_;
   std::function<void(const std::wstring&)> hook_;
-  std::map<HKEY, int> keys_;
-  int opened_ = 0;
-  bool giveRegAccess_ = true;
   IChangeCheck* check_ = nullptr;
 };
 

@@ -95,7 +95,7 @@ std::string DumpKey(HKEY root, const std::wstring& path, REGSAM view) {
   return dump;
 }
 
-std::string DumpFolder(const std::wstring& folder, bool withTimes) {
+std::string DumpFolder(const std::wstring& folder) {
   std::vector<std::string> parts;
   WIN32_FIND_DATAW found;
   const ScopedFind find(FindFirstFileW((folder + L"\\*").c_str(), &found));
@@ -105,16 +105,14 @@ std::string DumpFolder(const std::wstring& folder, bool withTimes) {
     const std::wstring path = folder + L'\\' + name;
     if (name == L"." || name == L"..") continue;
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-      parts.push_back(DumpFolder(path, withTimes));
+      parts.push_back(DumpFolder(path));
       continue;
     }
     const std::string bytes = ReadFileBytes(path);
-    std::string part = Escaped(path) + " " + std::to_string(found.dwFileAttributes) + " ";
-    if (withTimes) {
-      part +=
-          Hex(&found.ftCreationTime, sizeof(FILETIME)) + " " + Hex(&found.ftLastWriteTime, sizeof(FILETIME));
-    }
-    parts.push_back(part + " " + Hex(bytes.data(), bytes.size()) + "\n");
+    parts.push_back(Escaped(path) + " " + std::to_string(found.dwFileAttributes) + " " +
+                    Hex(&found.ftCreationTime, sizeof(FILETIME)) + " " +
+                    Hex(&found.ftLastWriteTime, sizeof(FILETIME)) + " " + Hex(bytes.data(), bytes.size()) +
+                    "\n");
   } while (FindNextFileW(find.Get(), &found) != FALSE);
   std::ranges::sort(parts);
   std::string dump;

@@ -1,4 +1,4 @@
-// Waiting for what another thread or process does.
+// Waiting for what another thread or process does, and time.
 #pragma once
 
 #include <windows.h>
@@ -14,6 +14,18 @@ bool WaitUntil(Condition&& condition, DWORD limit = 15'000) {
     Sleep(10);
   }
   return true;
+}
+
+// How long that took.
+template <typename Action>
+double Milliseconds(Action&& action) {
+  LARGE_INTEGER frequency, begin, end;
+  QueryPerformanceFrequency(&frequency);
+  QueryPerformanceCounter(&begin);
+  action();
+  QueryPerformanceCounter(&end);
+  return 1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
+         static_cast<double>(frequency.QuadPart);
 }
 
 }  // namespace smh::test

@@ -3,9 +3,6 @@
 #include "tests/support/registry_fixture.h"
 #include "tests/sysutil/file_utils_fixture.h"
 
-#include <algorithm>
-#include <thread>
-
 namespace smh::test {
 namespace {
 
@@ -96,22 +93,6 @@ TEST(FileUtilsCachesTest, EnvironmentIsReadOncePerStart) {
   SetEnvironmentVariableW(L"PATHEXT", L".two");
   EXPECT_EQ(FileUtils::SearchDirectories().back(), L"C:\\first\\");
   EXPECT_EQ(FileUtils::ExecutableExtensions().front(), L".one");
-}
-
-TEST(FileUtilsCachesTest, ThreadsShareWhatTheFirstOneMade) {
-  for (int round = 0; round < 20; ++round) {
-    const StartedFileUtils started;
-    const void* seen[8][2] = {};
-    std::vector<std::thread> threads;
-    for (auto& places : seen) {
-      threads.emplace_back([&places] {
-        places[0] = &FileUtils::SearchDirectories();
-        places[1] = &FileUtils::GetSysnativeDir();
-      });
-    }
-    for (std::thread& thread : threads) thread.join();
-    for (const auto& places : seen) ASSERT_TRUE(std::ranges::equal(places, seen[0]));
-  }
 }
 
 // A file until the end of the test.

@@ -19,7 +19,8 @@ class CountedLifetime {
 
  protected:
   CountedLifetime() noexcept = default;
-  virtual ~CountedLifetime() = default;
+  // Pure: nothing but what derives from it is deleted.
+  virtual ~CountedLifetime() = 0;
   // What the last release does, on its thread.
   virtual void Destroy() noexcept { delete this; }
 
@@ -34,6 +35,8 @@ class CountedLifetime {
  private:
   LONG references_ = 1;
 };
+
+inline CountedLifetime::~CountedLifetime() = default;
 
 // Lifetime of an object that is defined `constinit` and lives as long as its module: references do not change
 // it, and their counts say that one is always left.

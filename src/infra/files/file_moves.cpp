@@ -27,7 +27,10 @@ std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept {
 std::optional<FileIdentity> IdentityOfOpenFile(HANDLE file) noexcept {
   BY_HANDLE_FILE_INFORMATION info;
   if (GetFileInformationByHandle(file, &info) == FALSE) return std::nullopt;
-  return FileIdentity{info.dwVolumeSerialNumber, JoinHalves(info.nFileIndexHigh, info.nFileIndexLow)};
+  return FileIdentity{.volume = info.dwVolumeSerialNumber,
+                      .index = JoinHalves(info.nFileIndexHigh, info.nFileIndexLow),
+                      .size = JoinHalves(info.nFileSizeHigh, info.nFileSizeLow),
+                      .written = NumberOf(info.ftLastWriteTime)};
 }
 
 LSTATUS RenameOpenFile(HANDLE file, const std::wstring& to) {

@@ -12,10 +12,14 @@
 
 namespace smh {
 
-// What tells a file from all others of its volume.
+// What tells a file, as it was last written, from all others of its volume: a file that is made where another
+// was deleted may get that one's index.
 struct FileIdentity {
   DWORD volume = 0;
   std::uint64_t index = 0;
+  std::uint64_t size = 0;
+  // In units of 100 ns.
+  std::uint64_t written = 0;
   bool operator==(const FileIdentity&) const = default;
 };
 // None for what is not there or cannot be looked at; follows no link. The thread's last error says why.

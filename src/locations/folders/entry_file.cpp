@@ -97,17 +97,29 @@ std::wstring FileSource::Command() const {
 bool FileSource::ExtractItem(const LastLook& arrived) {
   if (!recorded_) {
     RequireStill(arrived);
+    isBegun_ = true;
     file_->Delete();
     return true;
   }
+  try {
+    DeleteRecorded(arrived);
+  } catch (const EChangeRefused&) {
+    // Gone by another program's hand it needs no deletion, and must not come back.
+    if (Exists(path_) || !file_->HasLeft(path_) || !arrived()) throw;
+  }
+  return true;
+}
+
+void FileSource::DeleteRecorded(const LastLook& arrived) {
   file_->ShareDeletion();
-  const LastLook isStill = [&] { return arrived() && file_->StandsAt(path_); };
+  if (!bytes_.empty() && file_->Bytes(kLargestShortcut) != bytes_) RaiseChangedMeanwhile();
+  const LastLook isStill = [&] { return isBegun_ = arrived() && file_->StandsAt(path_); };
   const ScopedLook look(isStill);
   const LSTATUS status = DLLGlobals::Safeguard().DeleteRecordedFile(path_.c_str());
   look.RequireKept();
   file_->Close();
   // What happened counts, not what was answered; a refusal is believed unless the file is seen to have gone.
-  if (status == ERROR_SUCCESS ? !file_->StandsAt(path_) : file_->HasLeft(path_)) return true;
+  if (status == ERROR_SUCCESS ? !file_->StandsAt(path_) : file_->HasLeft(path_)) return;
   CheckRecorded(status);
   RaiseOSError(ERROR_ACCESS_DENIED);
 }
@@ -116,7 +128,8 @@ bool FileSource::PutBack() noexcept {
   if (file_->StandsAt(path_)) return true;
   try {
     if (!Exists(path_) && !bytes_.empty()) WriteNewFile(path_, bytes_);
-    return Exists(path_);
+    // What others have put where it was deleted is not it.
+    return isBegun_ ? ReadShortcutBytes(path_) == bytes_ : Exists(path_);
   } catch (...) {
     return false;
   }

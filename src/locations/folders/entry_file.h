@@ -33,6 +33,7 @@ class FileSource final : public EntrySource {
   bool PutBack() noexcept override;
 
  private:
+  void DeleteRecorded(const LastLook& arrived);
   FileSource(const FolderSet& folders, std::unique_ptr<HeldFile> file, std::string bytes, bool recorded);
 
   const FolderSet& folders_;
@@ -41,6 +42,8 @@ class FileSource final : public EntrySource {
   const std::wstring path_;
   const std::string bytes_;
   const bool recorded_;
+  // It may have been deleted.
+  bool isBegun_ = false;
 };
 
 // A file that goes to a place in a Startup folder: an entry from elsewhere, or a shortcut that was made for

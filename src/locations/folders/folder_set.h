@@ -6,6 +6,7 @@
 // trusted, as far as the machine keeps owners and rights.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,7 @@ namespace smh {
 
 class HeldFile;
 
-// Only paths, not changed after construction: any thread may call any operation, and none takes a lock. All
+// The paths are not changed after construction: any thread may call any operation, and none takes a lock. All
 // folders have a trailing backslash.
 class FolderSet {
  public:
@@ -56,6 +57,8 @@ class FolderSet {
   const std::wstring dataFolder_;
   const std::wstring ownFolder_;
   const std::vector<std::wstring> disabledFolders_;
+  // Whether it was once seen that the machine does. A "no" is asked anew: it may have been somebody's doing.
+  mutable std::atomic<bool> keepsAccess_{false};
 };
 
 }  // namespace smh

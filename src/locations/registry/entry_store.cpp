@@ -8,15 +8,14 @@
 
 namespace smh {
 
-// A key that was made for the text, and is empty still, is none of anybody else's.
+// A key that was made for the data, and is empty still, is none of anybody else's.
 bool EntryStore::StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const {
   const KeptEntry now = Keep(address);
   return now == before || (before.empty() && IsBare(now));
 }
 
-bool EntryStore::Write(const RegistryValueAddress& address, const std::wstring& text,
+bool EntryStore::Write(const RegistryValueAddress& address, const RegistryData& data,
                        const KeptEntry& before) const {
-  const RegistryData data = StringData(text);
   writer_.SetValue(ValueOf(address), data, [&] { return StandsOrBare(address, before); });
   if (DataOf(Keep(address)) == data) return true;
   if (!StandsOrBare(address, before)) RaiseChangedMeanwhile();
@@ -24,22 +23,31 @@ bool EntryStore::Write(const RegistryValueAddress& address, const std::wstring& 
 }
 
 // What is below a key goes before it.
-bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived) {
+bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
+                              bool& isBegun) {
   bool isAnswered = true;
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
-    const LastLook look = [&] { return arrived() && StandsAlone(*piece); };
+    const LastLook look = [&] {
+      if (!arrived() || !StandsAlone(*piece)) return false;
+      return isBegun = true;
+    };
     if (!Exists(*piece)) continue;
-    const bool isDone =
-        piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
-    isAnswered = isAnswered && isDone;
+    try {
+      const bool isDone =
+          piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
+      isAnswered = isAnswered && isDone;
+    } catch (const EChangeRefused&) {
+      // Gone by another program's hand it needs no deletion, and must not come back.
+      if (Exists(*piece) || !arrived()) throw;
+    }
     // What is refused ends it: the rest stays together.
     if (Exists(*piece)) return isAnswered && std::next(piece) == kept.rend();
   }
   return isAnswered;
 }
 
-bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept,
-                        const LastLook& arrived) const {
+bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept, const LastLook& arrived,
+                        bool& isBegun) const {
   const KeptEntry before = Keep(address);
   if (before.empty()) return true;
   if (before != kept) RaiseChangedMeanwhile();
@@ -47,7 +55,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
     if (writer_.IsRecorded()) return false;
     RaiseOSError(static_cast<DWORD>(status));
   }
-  const bool isAnswered = DeletePieces(writer_, kept, arrived);
+  const bool isAnswered = DeletePieces(writer_, kept, arrived, isBegun);
   const KeptEntry left = Keep(address);
   const auto isKept = [&](const KeptPiece& piece) { return std::ranges::find(kept, piece) != kept.end(); };
   // It has gone: what stands in its place came behind that.
@@ -56,7 +64,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
   return left.empty();
 }
 
-bool EntryStore::PutBack(const KeptEntry& kept) const noexcept {
+bool EntryStore::PutBack(const KeptEntry& kept, bool isBegun) const noexcept {
   for (const KeptPiece& piece : kept) {
     try {
       if (!Exists(piece)) MakePiece(piece);
@@ -65,22 +73,25 @@ bool EntryStore::PutBack(const KeptEntry& kept) const noexcept {
     }
   }
   try {
-    return std::ranges::all_of(kept, [](const KeptPiece& piece) { return Exists(piece); });
+    return std::ranges::all_of(
+        kept, [&](const KeptPiece& piece) { return isBegun ? Stands(piece) : Exists(piece); });
   } catch (...) {
     return false;
   }
 }
 
-bool EntryStore::TakeBack(const RegistryValueAddress& address, const std::wstring& text,
+bool EntryStore::TakeBack(const RegistryValueAddress& address, const RegistryData& data,
                           const KeptEntry& before) const noexcept {
   const RegistryWriter plain(false);
   try {
     const KeptEntry now = Keep(address);
     if (now == before) return true;
-    const bool isOurs = now.size() == 1 && now.front().data == StringData(text);
+    const bool isOurs = now.size() == 1 && now.front().data == data;
     if (!isOurs && !(before.empty() && IsBare(now))) return false;
     if (before.empty()) {
-      DeletePieces(plain, now, [] { return true; });
+      bool isBegun = false;
+      DeletePieces(
+          plain, now, [] { return true; }, isBegun);
     } else {
       plain.SetValue(ValueOf(address), *before.front().data, [&] { return Keep(address) == now; });
     }

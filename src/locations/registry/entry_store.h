@@ -4,8 +4,6 @@
 
 #include "locations/registry/registry_writer.h"
 
-#include <string>
-
 namespace smh {
 
 // Reading raises EOSError when it cannot be told what stands there, EChangeRefused where another program has
@@ -21,28 +19,31 @@ class EntryStore {
   // The entry as a whole, to be compared and put back.
   virtual KeptEntry Keep(const RegistryValueAddress& address) const = 0;
 
-  // Writes the text as REG_SZ (the type is not kept, on purpose) over `before`, which must still stand there.
-  // False when it did not arrive without an error.
-  bool Write(const RegistryValueAddress& address, const std::wstring& text, const KeptEntry& before) const;
+  // Writes the data over `before`, which must still stand there. False when it did not arrive without an
+  // error.
+  bool Write(const RegistryValueAddress& address, const RegistryData& data, const KeptEntry& before) const;
   // Deletes `kept`, which must still stand there, as `arrived` must hold; of what is gone nothing. False when
-  // some of it is still there without an error. What cannot be deleted whole is not begun.
-  bool Delete(const RegistryValueAddress& address, const KeptEntry& kept, const LastLook& arrived) const;
-  // Makes what is missing of `kept`, all of it, whatever fails on the way; whether nothing of it is missing
-  // then. What others have written there stays.
-  bool PutBack(const KeptEntry& kept) const noexcept;
-  // Takes a written text back when it still stands there; whether `before` stands there then.
-  bool TakeBack(const RegistryValueAddress& address, const std::wstring& text,
+  // some of it is still there without an error. What cannot be deleted whole is not begun; `isBegun` is set
+  // before the first call that deletes.
+  bool Delete(const RegistryValueAddress& address, const KeptEntry& kept, const LastLook& arrived,
+              bool& isBegun) const;
+  // Makes what is missing of `kept`, all of it, whatever fails on the way, and leaves what others have
+  // written there; whether nothing of it is missing then. Of what was begun to be deleted, theirs is not it.
+  bool PutBack(const KeptEntry& kept, bool isBegun) const noexcept;
+  // Takes written data back when they still stand there; whether `before` stands there then.
+  bool TakeBack(const RegistryValueAddress& address, const RegistryData& data,
                 const KeptEntry& before) const noexcept;
 
  protected:
-  // The value that a text is written to, and what stands there when nothing but that has been made.
+  // The value that data are written to, and what stands there when nothing but that has been made.
   virtual RegistryValueAddress ValueOf(const RegistryValueAddress& address) const = 0;
   virtual bool IsBare(const KeptEntry& kept) const noexcept = 0;
 
  private:
   bool StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const;
   // Whether every deletion was answered as done.
-  static bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived);
+  static bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
+                           bool& isBegun);
 
   const RegistryWriter writer_;
 };

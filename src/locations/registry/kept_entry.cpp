@@ -89,6 +89,7 @@ std::optional<RegistryData> DataOf(const KeptEntry& kept) {
 }
 
 KeptEntry KeepValue(const RegistryValueAddress& address) {
+  if (HoldsNul(address.valueName)) RaiseOSError(ERROR_NOT_SUPPORTED);
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
   std::optional<RegistryData> data;
   if (key) data = QueryRegistryValue(key.Get(), address.valueName);
@@ -97,6 +98,7 @@ KeptEntry KeepValue(const RegistryValueAddress& address) {
 
 KeptEntry KeepSubkey(const RegistryValueAddress& address) {
   KeptEntry kept;
+  if (IsRegistryLink(address.root, address.key, address.viewBits)) RaiseOSError(ERROR_NOT_SUPPORTED);
   KeepKey(kept, address.root, address.key, address, 1);
   return kept;
 }
@@ -107,12 +109,20 @@ bool Exists(const KeptPiece& piece) {
   return key && (piece.isKey || QueryRegistryValue(key.Get(), address.valueName).has_value());
 }
 
-bool StandsAlone(const KeptPiece& piece) {
+bool Stands(const KeptPiece& piece) {
   const RegistryValueAddress& address = piece.address;
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
-  if (!key || (piece.isKey && !HoldsOnlyDefault(key.Get()))) return false;
+  return key && QueryRegistryValue(key.Get(), address.valueName) == piece.data;
+}
+
+bool StandsAlone(const KeptPiece& piece) {
+  if (piece.isKey) {
+    const RegistryValueAddress& address = piece.address;
+    const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
+    if (!key || !HoldsOnlyDefault(key.Get())) return false;
+  }
   // Last, so that nothing is read between its data and the change.
-  return QueryRegistryValue(key.Get(), address.valueName) == piece.data;
+  return Stands(piece);
 }
 
 LSTATUS CheckDeletable(const KeptEntry& kept) {

@@ -42,13 +42,17 @@ using KeptEntry = std::vector<KeptPiece>;
 // an entry that is not there.
 std::optional<RegistryData> DataOf(const KeptEntry& kept);
 
+// Raises EOSError (ERROR_NOT_SUPPORTED) for a name that the system's calls cannot carry.
 KeptEntry KeepValue(const RegistryValueAddress& address);
-// Registry links are left out: what they lead to is somebody else's.
+// Links below it are left out: what they lead to is somebody else's. Raises EOSError (ERROR_NOT_SUPPORTED)
+// for a key that is one: nothing may be read or written through it.
 KeptEntry KeepSubkey(const RegistryValueAddress& address);
 
 // Whether the piece is there, whatever it holds.
 bool Exists(const KeptPiece& piece);
-// Whether the piece is what it was, and, of a key, nothing else is in it.
+// Whether the piece is what it was.
+bool Stands(const KeptPiece& piece);
+// The same, and, of a key, nothing else is in it.
 bool StandsAlone(const KeptPiece& piece);
 
 // Whether every piece could be deleted now, one after the other: by its rights, its name and what it is.

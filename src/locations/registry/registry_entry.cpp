@@ -16,6 +16,10 @@ RegistryValueAddress PlainView(RegistryValueAddress address) {
 
 }  // namespace
 
+RegistryData WrittenForm(const RegistryData& data) {
+  return data.IsText() || data.bytes.empty() ? StringData(data.Text()) : data;
+}
+
 RegistryValueAddress AddressOf(const TStartupItem& item) {
   return item.Get([](const ItemState& state) { return RegistryValueAddress(state.address); });
 }
@@ -42,32 +46,32 @@ std::wstring RegistrySource::Command() const {
 }
 
 bool RegistrySource::ExtractItem(const LastLook& arrived) {
-  for (const Place& place : places_) {
-    if (!store_->Delete(place.address, place.kept, arrived)) return false;
+  for (Place& place : places_) {
+    if (!store_->Delete(place.address, place.kept, arrived, place.isBegun)) return false;
   }
   return true;
 }
 
 bool RegistrySource::PutBack() noexcept {
   bool isBack = true;
-  for (const Place& place : places_) isBack = store_->PutBack(place.kept) && isBack;
+  for (const Place& place : places_) isBack = store_->PutBack(place.kept, place.isBegun) && isBack;
   return isBack;
 }
 
 RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
-                               KeptEntry before, std::wstring text, FoundEntry found)
-    : store_(std::move(store)), text_(std::move(text)), found_(std::move(found)) {
+                               KeptEntry before, RegistryData data, FoundEntry found)
+    : store_(std::move(store)), data_(std::move(data)), found_(std::move(found)) {
   places_.push_back({address, std::move(before)});
-  places_.front().stands = IsText(places_.front().before);
+  places_.front().stands = Holds(places_.front().before);
 }
 
 RegistryTarget::RegistryTarget(const std::shared_ptr<const EntryStore>& store,
-                               const RegistryValueAddress& address, std::wstring text, FoundEntry found)
-    : RegistryTarget(store, address, store->Keep(address), std::move(text), std::move(found)) {}
+                               const RegistryValueAddress& address, RegistryData data, FoundEntry found)
+    : RegistryTarget(store, address, store->Keep(address), std::move(data), std::move(found)) {}
 
-bool RegistryTarget::IsText(const KeptEntry& kept) const {
+bool RegistryTarget::Holds(const KeptEntry& kept) const {
   const std::optional<RegistryData> data = DataOf(kept);
-  return data && data->Text() == text_;
+  return data && WrittenForm(*data) == data_;
 }
 
 bool RegistryTarget::IsTaken() const {
@@ -77,7 +81,7 @@ bool RegistryTarget::IsTaken() const {
 bool RegistryTarget::AddTwin() {
   const RegistryValueAddress address = PlainView(places_.front().address);
   KeptEntry before = store_->Keep(address);
-  const bool stands = IsText(before);
+  const bool stands = Holds(before);
   if (!before.empty() && !stands) return false;
   places_.push_back({address, std::move(before), stands});
   return true;
@@ -92,24 +96,24 @@ bool RegistryTarget::InsertItem() {
     // Both views may show one and the same key: then the first writing was for both.
     const bool isOther = &place != &places_.front();
     if (place.stands || isOther) {
-      if (IsText(store_->Keep(place.address))) continue;
+      if (Holds(store_->Keep(place.address))) continue;
       if (place.stands) RaiseChangedMeanwhile();
     }
     place.isWritten = true;
-    if (!store_->Write(place.address, text_, place.before)) return false;
+    if (!store_->Write(place.address, data_, place.before)) return false;
   }
   return true;
 }
 
 bool RegistryTarget::Stands() const {
   return std::ranges::all_of(places_,
-                             [this](const Place& place) { return IsText(store_->Keep(place.address)); });
+                             [this](const Place& place) { return Holds(store_->Keep(place.address)); });
 }
 
 bool RegistryTarget::TakeBack() noexcept {
   bool isGone = true;
   for (auto place = places_.rbegin(); place != places_.rend(); ++place) {
-    if (place->isWritten) isGone = store_->TakeBack(place->address, text_, place->before) && isGone;
+    if (place->isWritten) isGone = store_->TakeBack(place->address, data_, place->before) && isGone;
   }
   return isGone;
 }

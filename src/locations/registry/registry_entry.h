@@ -16,6 +16,10 @@
 
 namespace smh {
 
+// As a change writes what it has read: texts as REG_SZ (their type is not kept, on purpose), nothing as an
+// empty one, anything else as it is.
+RegistryData WrittenForm(const RegistryData& data);
+
 // How a family lists what it reads at an address.
 using EntryLister = std::function<FoundEntry(const RegistryValueAddress& address, const RegistryData& data)>;
 
@@ -51,6 +55,8 @@ class RegistrySource final : public EntrySource {
     RegistryValueAddress address;
     // What was read first.
     KeptEntry kept;
+    // Some of it may have been deleted.
+    bool isBegun = false;
   };
 
   RegistrySource(std::shared_ptr<const EntryStore> store, RegistryData data, FoundEntry found,
@@ -69,16 +75,16 @@ class RegistrySource final : public EntrySource {
 
 class RegistryTarget final : public EntryTarget {
  public:
-  // A text that is to stand at `address`, where `before` stands by now; `found` is how a load lists it.
+  // Data that are to stand at `address`, where `before` stands by now; `found` is how a load lists it.
   RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
-                 KeptEntry before, std::wstring text, FoundEntry found);
+                 KeptEntry before, RegistryData data, FoundEntry found);
   // The same for a new entry: reads what stands there. Raises EOSError when that cannot be told.
   RegistryTarget(const std::shared_ptr<const EntryStore>& store, const RegistryValueAddress& address,
-                 std::wstring text, FoundEntry found);
+                 RegistryData data, FoundEntry found);
 
   // Whether another entry stands there.
   bool IsTaken() const;
-  // Has the text stand in the plain view too; false, and nothing, when another entry stands there.
+  // Has them stand in the plain view too; false, and nothing, when another entry stands there.
   bool AddTwin();
 
   bool StandsAlready() const noexcept override;
@@ -92,15 +98,15 @@ class RegistryTarget final : public EntryTarget {
     RegistryValueAddress address;
     // What stood there before.
     KeptEntry before;
-    // It holds the text already.
+    // It holds the data already.
     bool stands = false;
     bool isWritten = false;
   };
 
-  bool IsText(const KeptEntry& kept) const;
+  bool Holds(const KeptEntry& kept) const;
 
   const std::shared_ptr<const EntryStore> store_;
-  const std::wstring text_;
+  const RegistryData data_;
   const FoundEntry found_;
   // Its own first, then the plain view's.
   std::vector<Place> places_;

@@ -199,10 +199,10 @@ std::unique_ptr<EntrySource> TLocationRegistry::OpenSource(const ItemState& list
 std::unique_ptr<EntryTarget> TLocationRegistry::PlanSwitch(EntrySource& source, bool enable, bool) {
   auto& entry = static_cast<RegistrySource&>(source);
   SwitchPlace place = PlaceToSwitch(entry, enable);
-  FoundEntry found = ListAt(place.to, StringData(place.text));
+  FoundEntry found = ListAt(place.to, place.data);
   if (IsListedElsewhere(found.name, place.to)) RaiseNameTaken();
   auto target =
-      std::make_unique<RegistryTarget>(entry.Store(), place.to, std::move(place.text), std::move(found));
+      std::make_unique<RegistryTarget>(entry.Store(), place.to, std::move(place.data), std::move(found));
   if (target->IsTaken()) RaiseNameTaken();
   if (entry.HasTwin() && !target->AddTwin()) entry.LeaveTwin();
   return target;

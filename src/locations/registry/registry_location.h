@@ -91,7 +91,7 @@ class TLocationRegistry : public TLocationStartup {
   // What stands at `to` when an entry has been switched, where nothing else may be. Raises what forbids it.
   struct SwitchPlace {
     RegistryValueAddress to;
-    std::wstring text;
+    RegistryData data;
   };
   virtual SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const = 0;
   // What reads and writes the entries of this location; `recorded`: through the backup service.

@@ -45,8 +45,10 @@ ScopedKey MakePlainKey(const RegistryValueAddress& address, bool& isNew) {
 }
 
 void SetPlain(HKEY key, const std::wstring& name, const RegistryData& data) {
-  CheckStatus(RegSetValueExW(key, name.c_str(), 0, data.type,
-                             reinterpret_cast<const BYTE*>(data.bytes.data()),
+  // The platform adds a NUL that it finds behind a text: there must be none, or other bytes get stored.
+  std::vector<std::byte> padded = data.bytes;
+  padded.resize(padded.size() + 2 * sizeof(wchar_t), std::byte{0xFF});
+  CheckStatus(RegSetValueExW(key, name.c_str(), 0, data.type, reinterpret_cast<const BYTE*>(padded.data()),
                              static_cast<DWORD>(data.bytes.size())));
 }
 

@@ -41,7 +41,7 @@ TLocationRegistry::SwitchPlace TLocationRegistryShellExt::PlaceToSwitch(const Re
                                                                         bool enable) const {
   RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
-  return {std::move(to), source.Data().Text()};
+  return {std::move(to), WrittenForm(source.Data())};
 }
 
 }  // namespace smh

@@ -89,8 +89,7 @@ TLocationRegistry::SwitchPlace TLocationRegistryShellHandlers::PlaceToSwitch(con
   RequireHandler(to.key);
   // Kept on purpose: only the default value is carried over.
   to.valueName = source.Data().Text();
-  std::wstring text = to.valueName;
-  return {std::move(to), std::move(text)};
+  return {std::move(to), WrittenForm(source.Data())};
 }
 
 void TLocationRegistryShellHandlers::RequireHandler(const std::wstring& key) const {

@@ -96,11 +96,11 @@ std::wstring TLocationRegistryStd::FreeName(const RegistryValueAddress& wanted, 
 
 TLocationRegistry::SwitchPlace TLocationRegistryStd::PlaceToSwitch(const RegistrySource& source,
                                                                    bool enable) const {
-  std::wstring command = source.Command();
+  const std::wstring command = source.Command();
   RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
   to.valueName = FreeName(to, to.viewBits == KEY_WOW64_64KEY);
-  return {std::move(to), std::move(command)};
+  return {std::move(to), StringData(command)};
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& name,
@@ -112,31 +112,31 @@ std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& n
   if (const std::optional<RegistryData> present = DataOf(before)) {
     FoundEntry found = ListAt(address, *present);
     found.isProtected = !IsKeyWritable(address.root, address.key, address.viewBits);
-    return std::make_unique<RegistryTarget>(store, address, std::move(before), present->Text(),
+    return std::make_unique<RegistryTarget>(store, address, std::move(before), WrittenForm(*present),
                                             std::move(found));
   }
   if (IsListedElsewhere(address.FullPath(), address)) RaiseNameTaken();
-  return std::make_unique<RegistryTarget>(store, address, std::move(before), command,
+  return std::make_unique<RegistryTarget>(store, address, std::move(before), StringData(command),
                                           ListAt(address, StringData(command)));
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanInsert(EntrySource& source, const ItemState& entry,
                                                               bool recorded) {
-  std::wstring command = source.Command();
+  const std::wstring command = source.Command();
   const ItemDetails& details = entry.details;
   RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(entry.isEnabled),
                                std::wstring(details.EntryName.empty() ? entry.givenText : details.EntryName)};
   address.valueName = FreeName(address, false);
   FoundEntry found = ListAt(address, StringData(command));
   // Nothing stands there: what comes to stand there from now on is somebody else's.
-  return std::make_unique<RegistryTarget>(Store(recorded), address, KeptEntry(), std::move(command),
+  return std::make_unique<RegistryTarget>(Store(recorded), address, KeptEntry(), StringData(command),
                                           std::move(found));
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanCommand(EntrySource& source,
                                                                const std::wstring& command, bool) {
   const auto& entry = static_cast<RegistrySource&>(source);
-  return std::make_unique<RegistryTarget>(entry.Store(), entry.Address(), entry.Kept(), command,
+  return std::make_unique<RegistryTarget>(entry.Store(), entry.Address(), entry.Kept(), StringData(command),
                                           ListAt(entry.Address(), StringData(command)));
 }
 

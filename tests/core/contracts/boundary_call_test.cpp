@@ -96,22 +96,6 @@ TEST(BoundaryCallTest, LibraryAnswersWithErrorInfo) {
   }
 }
 
-TEST(BoundaryCallTest, LibraryDeclinesWithATextAndWithoutAFailure) {
-  ReportFailure(E_FAIL, L"stale", L"Exception");
-  EXPECT_EQ(BoundaryOutcome([] { return std::wstring(L"the entry has gone"); }), S_FALSE);
-  EXPECT_EQ(TakeErrorInfo().message, L"the entry has gone");
-  ReportFailure(E_FAIL, L"stale", L"Exception");
-  EXPECT_EQ(BoundaryOutcome([] { return std::wstring(); }), S_OK);
-  EXPECT_EQ(TakeErrorInfo().message, L"") << "what was done needs no text";
-  EXPECT_EQ(BoundaryValue(-1,
-                          [] {
-                            ReportDeclined(L"not taken");
-                            return -1;
-                          }),
-            -1);
-  EXPECT_EQ(TakeErrorInfo().message, L"not taken") << "of a slot that answers a number";
-}
-
 TEST(BoundaryCallTest, SiblingAnswersWithoutTouchingErrorInfo) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(&row - kRows);

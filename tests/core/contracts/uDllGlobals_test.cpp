@@ -1,9 +1,7 @@
 #include "core/contracts/uDllGlobals.h"
-#include "infra/runtime/format.h"
 #include "tests/support/child_process.h"
 #include "tests/support/fake_siblings.h"
 #include "tests/support/file_fixture.h"
-#include "tests/support/import_patch.h"
 
 #include <gtest/gtest.h>
 
@@ -67,24 +65,6 @@ TEST_F(DllGlobalsTest, IndirectStrings) {
   }
   // The file is free again.
   EXPECT_TRUE(DeleteFileW(copy.c_str()));
-}
-
-std::wstring g_shown;
-
-int WINAPI RecordBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  const wchar_t* const place = owner == nullptr ? L"" : L" owned";
-  g_shown += Format(L"%s: %s %d%s\n", caption, text, flags, place);
-  return IDNO;
-}
-
-TEST_F(DllGlobalsTest, MessageBoxIsCaptionedByTheProductAndOnTop) {
-  const ImportPatch patch("MessageBoxW", &RecordBox);
-  g_shown.clear();
-  EXPECT_EQ(ShowMessageBox(L"Really?", MB_YESNO), IDNO);
-  EXPECT_EQ(ShowMessageBoxOwned(GetDesktopWindow(), L"Failed", MB_ICONERROR), IDNO);
-  EXPECT_EQ(g_shown, Format(L"Quillmark Startup Manager: Really? %d\n"
-                            L"Quillmark Startup Manager: Failed %d owned\n",
-                            0x42004, 0x42010));
 }
 
 }  // namespace

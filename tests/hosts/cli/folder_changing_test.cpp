@@ -74,30 +74,6 @@ TEST_P(StartupctlFolders, AMoveFromARunKeyMayLoseItsQuotes) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"notepad"), L"C:\\windows\\notepad.exe a.txt");
 }
 
-TEST_P(StartupctlFolders, RefusalsLeaveTheFilesAsTheyAre) {
-  const std::wstring damaged = WriteFileBytes(user.startup + L"ctl damaged.lnk", "damaged");
-  const std::wstring program = WriteFileBytes(user.startup + L"ctl program.exe", ReadFileBytes(Program()));
-  for (const std::wstring& file : {damaged, program}) {
-    const std::string bytes = ReadFileBytes(file);
-    Run({L"change", file, L"--command", Command(L"x")}, 1);
-    Run({L"move", file, L"--to", L"UserRun"}, 1);
-    EXPECT_EQ(ReadFileBytes(file), bytes);
-  }
-  Run({L"add", L"--location", L"FolderUser", L"--name", L"a\\b", L"--command", Command(L"x")}, 1);
-  Add(L"FolderUser", L"ctl taken", L"mine");
-  Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl taken", L"--command", Command(L"other")}, 1);
-  EXPECT_NE(
-      Run({L"add", L"--location", L"FolderUser", L"--name", L"ctl taken", L"--command", Command(L"mine")})
-          .errors.find("already"),
-      std::string::npos);
-  EXPECT_EQ(Shown(user.startup + L"ctl taken.lnk", true), Command(L"mine"));
-  EXPECT_EQ(std::distance(fs::directory_iterator(user.startup), {}), 3);
-  EXPECT_TRUE(fs::is_empty(user.temporary));
-  Run({L"delete", damaged, program});
-  EXPECT_FALSE(fs::exists(damaged));
-  EXPECT_FALSE(fs::exists(program));
-}
-
 // What a file is besides its bytes.
 struct FileFacts {
   DWORD attributes = 0;

@@ -30,30 +30,6 @@ ItemRecord FullItem() {
   return item;
 }
 
-TEST(JsonOutput, KeysValuesAndKinds) {
-  const Json item = Parsed(JsonObject(FullItem()));
-  EXPECT_EQ(item.size(), 32u);
-  EXPECT_EQ(item.begin().key(), "index");
-  EXPECT_EQ(item["index"], 7);
-  EXPECT_EQ(item["location"], "sulRegistryUserRun");
-  EXPECT_EQ(item["caption"], "Mixer \"4\"");
-  EXPECT_EQ(item["enabled"], true);
-  EXPECT_EQ(item["fileSize"], 5'000'000'000);
-  EXPECT_EQ(item["lastWriteTime"], "2024-05-31T12:00:00");
-  EXPECT_TRUE(item["creationTime"].is_null());
-  EXPECT_EQ(item["rating"], "risky");
-  EXPECT_EQ(item["can"], Json::parse(R"(["delete","changeCommand","showLocation"])"));
-}
-
-TEST(JsonOutput, ArraysAndEvents) {
-  EXPECT_EQ(Parsed(JsonArray(std::vector<ItemRecord>())), Json::array());
-  const std::vector<ItemRecord> items(2, FullItem());
-  EXPECT_EQ(Parsed(JsonArray(items)).size(), 2u);
-  const std::wstring event = JsonObject(items[0], L"changed");
-  EXPECT_EQ(event.find(L'\n'), std::wstring::npos);
-  EXPECT_EQ(Parsed(event).begin().key(), "event");
-}
-
 TEST(JsonOutput, EscapesWhatUtf8AndJsonCannotHold) {
   const std::wstring lone(1, static_cast<wchar_t>(0xDC00));
   EXPECT_EQ(JsonText(L"a" + lone + L"\"\\\n\x01\x80"), L"\"a\\udc00\\\"\\\\\\n\\u0001\\u0080\"");

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace smh::test {
 
 namespace {
@@ -20,18 +18,6 @@ TEST(LocationNames, EveryMemberIsFoundByItsName) {
   EXPECT_EQ(LocationName(sulRegistryShellExtApproved), L"sulRegistryShellExtApproved");
   EXPECT_EQ(LocationName(-1), L"sulNone");
   EXPECT_EQ(LocationName(kLastLocation + 1), L"sulNone");
-}
-
-TEST(LocationTitles, AreDifferentAndTellWhose) {
-  std::set<std::wstring> titles;
-  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    EXPECT_TRUE(titles.insert(FullTitle(location)).second) << location;
-    const std::wstring place = LocationPlace(LocationRowOf(location));
-    const bool isUsers = place.starts_with(L"HKEY_CURRENT_USER") || place == L"shell:startup";
-    EXPECT_EQ(IsUserLocation(location), isUsers) << place;
-  }
-  EXPECT_EQ(FullTitle(sulRegistryBackgroundCopyHandlers), L"Copy hooks: folder background");
-  EXPECT_EQ(FullTitle(kLastLocation + 1), L"");
 }
 
 TEST(ItemPlace, PartsOfTheName) {

@@ -92,22 +92,6 @@ TEST_F(EntryRowsTest, AChangeMovesTheRow) {
   EXPECT_EQ(rows.CountOf(sulRegistryUserRun), 1u);
 }
 
-TEST(EntryWatchAtOnce, TellsOfAnEntryBeforeItsDetails) {
-  EntryWatch watch(Announce::kAtOnce);
-  const ItemRecord item = Item(L"alpha");
-  const auto look = [&](std::vector<Sighting> sightings) {
-    std::vector<std::wstring_view> kinds;
-    for (const WatchEvent& event : watch.Update(sightings, [&](std::size_t) { return item; }))
-      kinds.push_back(event.kind);
-    return kinds;
-  };
-  using Kinds = std::vector<std::wstring_view>;
-  EXPECT_EQ(look({{item.location, item.name, false}}), Kinds{L"added"});
-  EXPECT_EQ(look({{item.location, item.name, false}}), Kinds{});
-  EXPECT_EQ(look({{item.location, item.name, true}}), Kinds{L"changed"});
-  EXPECT_EQ(look({}), Kinds{L"removed"});
-}
-
 TEST(AccountTest, SomebodyElsesSession) {
   const struct {
     const wchar_t* name;

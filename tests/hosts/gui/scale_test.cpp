@@ -16,17 +16,6 @@ namespace {
 constexpr int kEntries = 10'000;
 constexpr double kLongestPause = 100;  // milliseconds
 
-template <typename Action>
-double Milliseconds(Action&& action) {
-  LARGE_INTEGER frequency, begin, end;
-  QueryPerformanceFrequency(&frequency);
-  QueryPerformanceCounter(&begin);
-  action();
-  QueryPerformanceCounter(&end);
-  return 1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
-         static_cast<double>(frequency.QuadPart);
-}
-
 // What takes long every time is the program's; the rest is a busy machine's.
 template <typename Measure>
 double Best(Measure&& measure) {

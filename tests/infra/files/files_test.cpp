@@ -1,7 +1,6 @@
 // Names, sizes, contents and folders of real files.
 #include "core/contracts/shared_text.h"
 #include "infra/files/file_facts.h"
-#include "infra/files/file_moves.h"
 #include "infra/files/file_reading.h"
 #include "infra/files/folder_access.h"
 #include "infra/runtime/exceptions.h"
@@ -218,50 +217,6 @@ TEST_F(FilesTest, AFileThatGetsShorterMeanwhile) {
   EXPECT_EQ(ReadOpenFile(file.Get(), 100).size(), 5u);
 }
 
-TEST_F(FilesTest, AnOpenFileIsMovedAndDeletedByItsHandle) {
-  WriteFileBytes(file_, "it");
-  const std::wstring other = folder_.Write(L"other", "other");
-  const std::wstring link = folder_.File(L"link");
-  ASSERT_TRUE(CreateHardLinkW(link.c_str(), file_.c_str(), nullptr));
-  ScopedHandle open(CreateFileW(file_.c_str(), GENERIC_READ | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                nullptr, OPEN_EXISTING, 0, nullptr));
-  const auto identity = IdentityOfOpenFile(open.Get());
-  ASSERT_TRUE(identity.has_value());
-  EXPECT_EQ(IdentityOf(file_), identity);
-  EXPECT_EQ(IdentityOf(link), identity);
-  EXPECT_NE(IdentityOf(other), identity);
-  EXPECT_FALSE(IdentityOf(folder_.File(L"missing")).has_value());
-
-  EXPECT_EQ(RenameOpenFile(open.Get(), other), ERROR_ALREADY_EXISTS);
-  EXPECT_EQ(RenameFile(file_, other, false), ERROR_ALREADY_EXISTS);
-  EXPECT_EQ(ReadFileBytes(other), "other");
-  EXPECT_EQ(RenameOpenFile(open.Get(), folder_.File(L"to")), ERROR_SUCCESS);
-  EXPECT_EQ(IdentityOf(folder_.File(L"to")), identity);
-  WriteFileBytes(file_, "another of its name");
-  EXPECT_EQ(RenameFile(file_, other, true), ERROR_SUCCESS);
-  EXPECT_EQ(ReadFileBytes(other), "another of its name");
-  EXPECT_EQ(DeleteOpenFile(open.Get()), ERROR_SUCCESS);
-  open.Reset();
-  EXPECT_FALSE(Exists(folder_.File(L"to")));
-  EXPECT_EQ(ReadFileBytes(link), "it");
-}
-
-TEST_F(FilesTest, FoldersAreMadeWithAllThatIsMissingAboveThem) {
-  for (const wchar_t* const name : {L"a\\b\\c\\", L"a\\b\\c", L"a\\b\\c\\d", L"e\\"}) {
-    MakeFolderPath(folder_.File(name));
-    EXPECT_TRUE(IsFolder(folder_.File(name))) << std::wstring(name);
-  }
-  EXPECT_EQ(ErrorOf([&] { MakeFolderPath(file_ + L"\\below\\"); }), DWORD{ERROR_PATH_NOT_FOUND});
-  // Those before the last backslash, whatever stands there already.
-  std::wstring path = folder_.File(L"f\\g h\\file");
-  for (int round = 0; round < 2; ++round) MakeFolders(path);
-  EXPECT_TRUE(IsFolder(folder_.File(L"f\\g h")));
-  EXPECT_FALSE(Exists(path));
-  path = file_ + L"\\in\\the way";
-  MakeFolders(path);
-  EXPECT_TRUE(IsFile(file_));
-}
-
 std::vector<std::wstring> g_own;
 std::vector<std::wstring> g_above;
 
@@ -291,14 +246,7 @@ TEST_F(FilesTest, WhoMakesWhichFolder) {
   EXPECT_FALSE(Exists(folder_.File(L"x")));
 }
 
-// What a full path is made of is tested with basekit.
-TEST(PathsTest, NothingHasNoFullPath) {
-  SetLastError(ERROR_SUCCESS);
-  EXPECT_EQ(FullPathOf(L""), std::nullopt);
-  EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_NAME});
-}
-
-TEST(PathsTest, TextsThatGrowBetweenTwoCalls) {
+TEST(GrowingTextTest, TextsThatGrowBetweenTwoCalls) {
   std::wstring text(MAX_PATH, L'a');
   const auto copy = [&](wchar_t* buffer, DWORD units) -> DWORD {
     const std::wstring now = text;

@@ -15,22 +15,6 @@ std::vector<std::byte> Counting(std::size_t size) {
   return bytes;
 }
 
-TEST(ByteCursorTest, FieldsAreLittleEndianAtAnyAlignment) {
-  const std::vector<std::byte> bytes = Counting(19);
-  ByteCursor in(bytes);
-  EXPECT_EQ(in.U8(), 0x01);
-  EXPECT_EQ(in.U16(), 0x0302);
-  EXPECT_EQ(in.U32(), 0x07060504u);
-  EXPECT_EQ(in.U64(), 0x0F0E0D0C0B0A0908u);
-  EXPECT_EQ(in.Array<3>(), (std::array{std::byte{16}, std::byte{17}, std::byte{18}}));
-  EXPECT_EQ(in.Remaining(), 1u);
-  EXPECT_FALSE(in.AtEnd());
-  EXPECT_EQ(in.Take(1).data(), &bytes.back());
-  EXPECT_TRUE(in.AtEnd());
-  EXPECT_TRUE(in.Take(0).empty());
-  EXPECT_TRUE(in.AtEnd());
-}
-
 // What is left would do for each of the later reads.
 TEST(ByteCursorTest, ErrorSticks) {
   const std::vector<std::byte> bytes = Counting(7);
@@ -94,23 +78,6 @@ TEST(ByteCursorTest, PartNeverLeavesTheWhole) {
   EXPECT_EQ(part.U16(), 0);
   EXPECT_FALSE(part.Ok());
   EXPECT_TRUE(in.AtEnd());
-}
-
-TEST(ByteCursorTest, AlignmentCountsFromTheOutermostStart) {
-  const std::vector<std::byte> bytes = Counting(14);
-  ByteCursor in(bytes);
-  in.Align(4);
-  EXPECT_EQ(in.U8(), 1);
-  ByteCursor part = in.Sub(11);
-  part.Align(4);
-  EXPECT_EQ(part.U8(), 5);
-  part.Align(4);
-  EXPECT_EQ(part.U32(), 0x0C0B0A09u);
-  part.Align(4);
-  EXPECT_TRUE(part.AtEnd());
-  EXPECT_EQ(in.U8(), 13);
-  in.Align(8);
-  EXPECT_TRUE(in.AtEnd()) << "padding that the end cuts off is no error";
 }
 
 }  // namespace

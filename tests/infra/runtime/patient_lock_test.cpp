@@ -9,7 +9,6 @@
 #include <future>
 #include <optional>
 #include <thread>
-#include <vector>
 
 namespace smh::test {
 
@@ -64,24 +63,6 @@ class PatientLockTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(PatientLockTest, LetsOneThreadInAndTheNextAfterIt) {
-  int shared = 0;
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int round = 0; round < 200; ++round) {
-        const ScopedPatientLock held(lock_);
-        const int seen = shared;
-        if (round % 16 == 0) Sleep(0);
-        shared = seen + 1;
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(shared, 800);
-  EXPECT_FALSE(lock_.IsHeldByCaller());
-}
-
 TEST_F(PatientLockTest, GivesUpInTimeAndMayBeAskedForAgain) {
   for (const std::optional<DWORD> model :
        {std::optional<DWORD>(), std::optional<DWORD>(COINIT_APARTMENTTHREADED)}) {
@@ -122,42 +103,6 @@ TEST_F(PatientLockTest, DispatchesMessagesOnApartmentThreadsOnly) {
       EXPECT_EQ(probed, row.dispatches);
     });
   }
-}
-
-TEST_F(PatientLockTest, RefusesAThreadThatHasOneOrWaitsForOne) {
-  PatientLock other;
-  const auto expectRefused = [&] {
-    for (PatientLock* const lock : {&lock_, &other}) {
-      try {
-        lock->Enter();
-        ADD_FAILURE() << "let in";
-        lock->Leave();
-      } catch (const EReentered& refused) {
-        EXPECT_EQ(refused.Result(), E_UNEXPECTED);
-        EXPECT_FALSE(refused.Message().empty());
-      }
-    }
-  };
-  RunOnThread(COINIT_APARTMENTTHREADED, [&] {
-    {
-      const ScopedPatientLock held(lock_);
-      expectRefused();
-      EXPECT_TRUE(lock_.IsHeldByCaller()) << "a refusal takes nothing away";
-    }
-    int refusals = 0;
-    Holder holder(lock_);
-    const ProbeWindow window([&] {
-      expectRefused();
-      ++refusals;
-      holder.Leave();
-    });
-    window.Post();
-    lock_.Enter();
-    EXPECT_EQ(refusals, 1);
-    lock_.Leave();
-    EXPECT_TRUE(other.EnterWithin(0)) << "nothing is left of the marks";
-    other.Leave();
-  });
 }
 
 TEST_F(PatientLockTest, KeepsARequestToQuitForTheHost) {

@@ -1,13 +1,10 @@
-// Formatting, text, exceptions, boundary strings and locks.
-#include "core/contracts/boundary_string.h"
+// Formatting, text and exceptions.
 #include "infra/runtime/assertion.h"
-#include "infra/runtime/critical_section.h"
 #include "infra/runtime/text.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 
 namespace smh::test {
 namespace {
@@ -87,41 +84,6 @@ TEST(ExceptionTest, MessagesAndResults) {
     EXPECT_EQ(failure.Message(), Format(L"Assertion failure (uLocationStartup, line %d)", __LINE__ - 3));
     EXPECT_EQ(failure.Result(), E_UNEXPECTED);
   }
-}
-
-TEST(BoundaryStringTest, LayoutIsThePublishedOne) {
-  BoundaryText text = MakeBoundaryText(std::wstring_view(L"a\0b", 3));
-  const auto* const words = reinterpret_cast<const std::uint32_t*>(text);
-  EXPECT_EQ(words[-2], 1u);
-  EXPECT_EQ(words[-1], 3u);
-  EXPECT_EQ(text[3], L'\0');
-  AddRefBoundaryText(text);
-  EXPECT_EQ(words[-2], 2u);
-  ReleaseBoundaryText(text);
-  BoundaryString owner;
-  *owner.Put() = text;
-  const BoundaryString copy = owner;
-  EXPECT_EQ(words[-2], 2u);
-  EXPECT_EQ(copy.View(), std::wstring_view(L"a\0b", 3));
-  EXPECT_EQ(MakeBoundaryText({}), nullptr);
-}
-
-TEST(CriticalSectionTest, KnowsItsHolder) {
-  CriticalSection section;
-  section.Enter();
-  section.Enter();
-  section.Leave();
-  EXPECT_TRUE(section.IsHeldByCaller());
-  bool other = true;
-  bool entered = true;
-  std::thread([&] {
-    other = section.IsHeldByCaller();
-    entered = section.TryEnter();
-  }).join();
-  EXPECT_FALSE(other);
-  EXPECT_FALSE(entered);
-  section.Leave();
-  EXPECT_FALSE(section.IsHeldByCaller());
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// Moves between the Startup folders, and to and from a Run key; and a backup service that refuses, pretends
-// or does half of a change, which then fails and loses nothing.
+// Moves between the Startup folders, to and from a Run key, and to another volume.
 #include "infra/runtime/exceptions.h"
 #include "locations/folders/held_file.h"
 #include "shelllink/uShellLinkInfo.h"
@@ -127,67 +126,6 @@ TEST_P(FolderMove, ToARunKeyAndBack) {
   EXPECT_EQ(Values(HKEY_CURRENT_USER, kRunKey).size() + Values(HKEY_CURRENT_USER, kRunSide).size(), 1u);
 }
 
-TEST_P(FolderMove, AFailedInsertPutsTheFileBackToTheByte) {
-  LinkBuilder link = FullLink();
-  std::erase_if(link.blocks, [](const LinkBlock& block) { return block.signature == 0xA0000006; });
-  link.blocks.push_back({0xA000FFFF, "of a kind nobody knows"});
-  const std::wstring file = Put(user.disabled + L"Full.lnk", link);
-  const ItemRef item = LoadAndFind(UserFolder(), file);
-  const int position = item->Position();
-  {
-    const LimitedKey limited(HKEY_CURRENT_USER, kRunKey, LimitedKey::Rights::kReadOnly);
-    EXPECT_THROW(UserFolder().MoveItem(item, sulRegistryUserRun), Exception);
-  }
-  EXPECT_EQ(ReadFileBytes(file), link.Build().Text());
-  EXPECT_TRUE(item->IsListed());
-  EXPECT_EQ(item->Position(), position);
-  EXPECT_FALSE(item->IsEnabled());
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"Full"), std::nullopt);
-  EXPECT_TRUE(LogHas(L"Error move item \"" + file + L"\" from \"sulFolderUser\" to \"sulRegistryUserRun\"."));
-}
-
-class FolderFailure : public FolderTest {
- protected:
-  FolderFailure()
-      : file_(PutShortcut(user.startup + L"Foo.lnk", L"/old")),
-        bytes_(ReadFileBytes(file_)),
-        item_(LoadAndFind(UserFolder(), file_)) {}
-
-  void ExpectAsBefore() const {
-    EXPECT_EQ(ReadFileBytes(file_), bytes_);
-    EXPECT_EQ(item_->Name(), file_);
-    EXPECT_TRUE(item_->IsListed());
-    EXPECT_TRUE(item_->IsEnabled());
-    EXPECT_EQ(item_->State().details.Command, Command(L"/old"));
-    EXPECT_EQ(FilesIn(user.temporary).size(), 0u);
-  }
-
-  const std::wstring file_;
-  const std::string bytes_;
-  const ItemRef item_;
-};
-
-TEST_F(FolderFailure, EveryFailedOrPretendedCallRaisesItsErrorAndChangesNothing) {
-  const std::pair<const wchar_t*, std::function<void()>> rows[] = {
-      {L"MoveFile", [&] { UserFolder().DisableItem(item_); }},
-      {L"DeleteFile", [&] { UserFolder().DeleteItem(item_); }},
-      {L"CopyFile", [&] { UserFolder().ChangeItemCommand(item_, Program() + L" /new"); }},
-      {L"MoveFile", [&] { UserFolder().MoveItem(item_, sulFolderCommon); }},
-      {L"DeleteFile", [&] { UserFolder().MoveItem(item_, sulRegistryUserRun); }},
-      {L"MoveFile", [&] { UserFolder().AddItem(L"New", Program()); }},
-  };
-  for (const auto& [call, change] : rows) {
-    module.Safeguard().Answer(call, ERROR_DISK_FULL);
-    EXPECT_EQ(ErrorOf(change), DWORD(ERROR_DISK_FULL)) << fs::path(call);
-    ExpectAsBefore();
-    module.Safeguard().Answer(call, ERROR_SUCCESS);
-    EXPECT_NE(ErrorOf(change), 0u) << "pretended: " << fs::path(call);
-    ExpectAsBefore();
-  }
-  EXPECT_THAT(FilesIn(user.startup), ElementsAre(L"Foo.lnk"));
-  EXPECT_THAT(FilesIn(common.startup), IsEmpty());
-}
-
 // Every rename leads to another volume. The deletion that follows is refused, done, or both.
 struct Deletion {
   bool isDone;
@@ -232,18 +170,15 @@ TEST(HeldFileTest, ACopyToAnotherVolumeGoesOnlyWhileTheFileItselfStands) {
 }
 
 // Numbering would make the name longer than a file system takes.
-TEST_F(FolderFailure, ANameThatCannotBeNumberedStays) {
+TEST_P(FolderMove, ANameThatCannotBeNumberedStays) {
   const std::wstring name = std::wstring(251, L'n') + L".lnk";
-  const std::wstring file = Put(user.startup + name, bytes_);
+  const std::wstring file = Put(user.startup + name, "stays");
   Put(user.disabled + name, "taken");
   const ItemRef item = LoadAndFind(UserFolder(), file);
-  for (const bool checkpoints : {true, false}) {
-    module.Settings().useCheckpoints = checkpoints;
-    EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(item); }), 0u);
-    EXPECT_EQ(ReadFileBytes(file), bytes_);
-    EXPECT_EQ(ReadFileBytes(user.disabled + name), "taken");
-    EXPECT_TRUE(item->IsEnabled());
-  }
+  EXPECT_NE(ErrorOf([&] { UserFolder().DisableItem(item); }), 0u);
+  EXPECT_EQ(ReadFileBytes(file), "stays");
+  EXPECT_EQ(ReadFileBytes(user.disabled + name), "taken");
+  EXPECT_TRUE(item->IsEnabled());
 }
 
 }  // namespace

@@ -3,10 +3,11 @@
 
 #include "model/change_refused.h"
 #include "tests/locations/registry/handler_fixture.h"
+#include "tests/support/state_dump.h"
+
+#include <sddl.h>
 
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace smh::test {
 
@@ -25,21 +26,15 @@ class HandlerRules : public BothWays<HandlerTest> {
     return FindMenu(Menu(name));
   }
 
-  // Every key and value below a key as one text per piece: what a tree is, to the byte.
-  static std::vector<std::wstring> Tree(const std::wstring& path) {
-    std::vector<std::wstring> pieces;
-    if (!KeyIsThere(kMachine, path, OwnView())) return pieces;
-    pieces.push_back(path);
-    for (const std::wstring& name : Values(kMachine, path, OwnView())) {
-      const RawValue value = *GetValue(kMachine, path, name, OwnView());
-      std::wstring piece = path + L'|' + name + L'|' + std::to_wstring(value.type) + L'|';
-      for (const std::byte byte : value.bytes) piece += std::to_wstring(int(byte)) + L' ';
-      pieces.push_back(std::move(piece));
-    }
-    for (const std::wstring& sub : SubKeys(kMachine, path, OwnView())) {
-      for (std::wstring& piece : Tree(path + L'\\' + sub)) pieces.push_back(std::move(piece));
-    }
-    return pieces;
+  // All that a key is and holds, to the byte; empty for a missing one.
+  static std::string Tree(const std::wstring& path) { return DumpKey(kMachine, path, OwnView()); }
+  static void GiveRights(const std::wstring& path, const wchar_t* text) {
+    ScopedKey key;
+    EXPECT_EQ(RegOpenKeyExW(kMachine, path.c_str(), 0, WRITE_DAC | OwnView(), key.Put()), ERROR_SUCCESS);
+    PSECURITY_DESCRIPTOR rights = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &rights, nullptr);
+    EXPECT_EQ(RegSetKeySecurity(key.Get(), DACL_SECURITY_INFORMATION, rights), ERROR_SUCCESS);
+    LocalFree(rights);
   }
   static void MakeTree(const std::wstring& path) {
     SetHandler(kMachine, path, kClass, OwnView());
@@ -47,6 +42,11 @@ class HandlerRules : public BothWays<HandlerTest> {
     SetValue(kMachine, path + L"\\a", L"", ExpandSz(L"%x%"), OwnView());
     SetValue(kMachine, path + L"\\a\\b", L"list", MultiSz({L"one", L"two"}), OwnView());
     SetValue(kMachine, path + L"\\z:/", L"bytes", Binary("\x01\x02"), OwnView());
+    for (const wchar_t* text : {L"unended", L"ends", L"not"}) {
+      SetCountedValue(MakeKey(kMachine, path + L"\\a\\b", OwnView()).Get(), text, {REG_SZ, UnitBytes(text)});
+    }
+    for (const wchar_t* sub : {L"", L"\\a", L"\\a\\b", L"\\z:/"})
+      GiveRights(path + sub, L"D:P(A;;KA;;;WD)(A;;KR;;;SY)");
   }
 };
 

@@ -24,7 +24,7 @@ INSTANTIATE_TEST_SUITE_P(Checkpoints, HandlerRules, ::testing::Bool());
 TEST_P(HandlerRules, NamesAreTakenWhole) {
   const std::wstring names[] = {L"A: x", L"B: x", L" x", L"Tool/", L"a/b", L"x:", L"AutorunsDisabled2"};
   SetHandler(kMachine, Off(L"kept"), kOther, OwnView());
-  const std::vector<std::wstring> kept = Tree(kMenusKey + kAutorunsSide);
+  const std::string kept = Tree(kMenusKey + kAutorunsSide);
   for (const std::wstring& name : names) SetHandler(kMachine, Menu(name), kClass, OwnView());
   Menus().ReadItems();
   std::vector<ItemRef> items;
@@ -58,7 +58,7 @@ TEST_P(HandlerRules, TheKeysOfTheHandlersAreNoHandlers) {
   SetHandler(kMachine, Off(L"kept"), kOther, OwnView());
   SetHandler(kMachine, kMenusKey, kClass, OwnView());
   SetHandler(kMachine, kMenusKey + kAutorunsSide, kClass, OwnView());
-  const std::vector<std::wstring> before = Tree(kMenusKey);
+  const std::string before = Tree(kMenusKey);
   for (const std::wstring& key : {kMenusKey, kMenusKey + kAutorunsSide, kMenusKey + L"\\",
                                   kMenusKey + kAutorunsSide + L"\\", Off(L"kept") + L"\\deeper", kRunKey}) {
     FoundEntry entry;
@@ -124,13 +124,8 @@ TEST_P(HandlerRules, OtherDataAtThePlaceIsAnotherEntry) {
     ASSERT_EQ(Listed(location).size(), 2u) << family.name;
     for (const ItemRef& item : Listed(location)) {
       const bool enable = !item->IsEnabled();
-      try {
-        enable ? location.EnableItem(item) : location.DisableItem(item);
-        ADD_FAILURE() << "nothing was raised";
-      } catch (const EChangeRefused& refused) {
-        EXPECT_EQ(refused.Code(), DWORD(ERROR_ALREADY_EXISTS));
-        EXPECT_EQ(refused.Message(), L"another entry of that name stands there");
-      }
+      ExpectRefusal(ERROR_ALREADY_EXISTS, L"another entry of that name stands there",
+                    [&] { enable ? location.EnableItem(item) : location.DisableItem(item); });
       EXPECT_TRUE(item->IsListed());
     }
     EXPECT_EQ(read(family.key), Sz(L"Text")) << family.name;
@@ -217,6 +212,11 @@ TEST_P(HandlerRules, AnEntryWithoutATextIsCalledByItsKeyOrValue) {
     location->DeleteItem(item);
     ExpectCheckpoint(L"Startup Manager: Deleting " + kClass);
   }
+  // No text is another thing than what is none.
+  SetValue(HKEY_CURRENT_USER, kHooksKey, kClass, Sz(L""), OwnView());
+  SetValue(HKEY_CURRENT_USER, kHooksKey + kAutorunsSide, kClass, Binary("theirs"), OwnView());
+  const ItemRef item = LoadAndFind(UserHooks(), OwnView(), HKEY_CURRENT_USER, kHooksKey, kClass);
+  EXPECT_THROW(UserHooks().DisableItem(item), EChangeRefused);
 }
 
 TEST_P(HandlerRules, TheDescriptionThatStandsThereNowIsTheOneThatGoesAlong) {

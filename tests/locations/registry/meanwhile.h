@@ -1,7 +1,7 @@
 // Another program that changes the registry while a change of the library is at work.
 #pragma once
 
-#include "model/change_refused.h"
+#include "tests/locations/refusal.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/module_fixture.h"
 
@@ -68,16 +68,5 @@ class Meanwhile {
   const ImportPatch create_{"RegCreateKeyExW", &Create};
   const ImportPatch open_{"RegOpenKeyExW", &Open};
 };
-
-// Runs a change that must fail because of another program.
-inline void ExpectChangedMeanwhile(const std::function<void()>& change, const std::wstring& what) {
-  try {
-    change();
-    ADD_FAILURE() << "nothing was raised: " << testing::PrintToString(what);
-  } catch (const EChangeRefused& refused) {
-    EXPECT_EQ(refused.Code(), DWORD(ERROR_REVISION_MISMATCH));
-    EXPECT_EQ(refused.Message(), L"changed meanwhile by another program");
-  }
-}
 
 }  // namespace smh::test

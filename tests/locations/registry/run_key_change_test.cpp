@@ -49,14 +49,6 @@ TEST_P(RunKeyChange, AnEntryThatAnotherToolDisabledComesBackAndThenGoesToTheOwnP
   EXPECT_EQ(GetValue(HKEY_CURRENT_USER, dash, L"d"), std::nullopt);
 }
 
-TEST_P(RunKeyChange, TheTextWrittenIsTheOneInTheRegistryNow) {
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"old.exe"));
-  const ItemRef item = LoadAndFind(UserRun(), L"a");
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"a", Sz(L"new.exe"));
-  UserRun().DisableItem(item);
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunSide, L"a"), Sz(L"new.exe"));
-}
-
 TEST_P(RunKeyChange, BothViewsAreKeptInStepUnlessThePlainOneHoldsAnotherEntry) {
   if (!HasTwoViews()) return;
   constexpr REGSAM k64 = KEY_WOW64_64KEY;

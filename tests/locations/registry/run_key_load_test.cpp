@@ -66,6 +66,10 @@ TEST_F(RunKeyTest, ANameWithAZeroIsListedProtected) {
   ASSERT_NE(item, nullptr);
   EXPECT_TRUE(item->IsProtected());
   EXPECT_EQ(Command(item), L"zero.exe");
+  for (const auto& change : {&TLocationStartup::DisableItem, &TLocationStartup::DeleteItem}) {
+    EXPECT_THROW((UserRun().*change)(item), EOSError);
+  }
+  EXPECT_TRUE(item->IsListed());
   RemoveCountedValue(key.Get(), std::wstring_view(L"a\0b", 3));
 }
 

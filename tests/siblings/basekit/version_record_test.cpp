@@ -45,22 +45,6 @@ TEST(VersionRecordTest, LanguagesAreAskedInOrder) {
   EXPECT_EQ(VersionRecord(bytes).String(L"FileDescription"), L"English sample");
 }
 
-TEST(VersionRecordTest, LengthsInBytesAreReadAndForeignBlocksAreNot) {
-  Bytes bytes = SampleRecord();
-  // Some compilers count a text's length in units, others in bytes.
-  std::byte& length = AtKey(bytes, L"CompanyName", -4);
-  for (const unsigned size : {18u, 36u}) {
-    length = std::byte(size);
-    EXPECT_EQ(VersionRecord(bytes).String(L"CompanyName"), L"Sample Works Ltd.");
-  }
-  Bytes unmarked = bytes;
-  AtKey(unmarked, L"VS_VERSION_INFO", 34) = std::byte{1};
-  EXPECT_EQ(VersionRecord(unmarked).FileVersionNumber(), L"");
-  AtKey(bytes, L"VS_VERSION_INFO", 0) = std::byte{'X'};
-  EXPECT_EQ(VersionRecord(bytes).FileVersionNumber(), L"");
-  EXPECT_EQ(VersionRecord(bytes).String(L"CompanyName"), L"");
-}
-
 class VersionFileTest : public testing::Test {
  protected:
   std::wstring Description(const std::wstring& path) {

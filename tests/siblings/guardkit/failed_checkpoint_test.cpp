@@ -1,16 +1,12 @@
 // Changes that did not come about: taken back through the journal, and in no undo's way.
 #include "siblings/guardkit/format/journal_format.h"
 #include "siblings/guardkit/registry_place.h"
-#include "tests/siblings/guardkit/outside_program.h"
-#include "tests/support/file_fixture.h"
-#include "tests/support/state_dump.h"
+#include "tests/siblings/guardkit/changes_fixture.h"
 
 namespace smh::test {
 namespace {
 
-constexpr wchar_t kTree[] = L"Software\\SmhFailedTest";
-
-class FailedCheckpoint : public JournalTest {
+class FailedCheckpoint : public JournalChanges {
  protected:
   FailedCheckpoint() {
     tree_.Set({}, L"source", Sz(L"command"));
@@ -19,27 +15,21 @@ class FailedCheckpoint : public JournalTest {
     deleted_ = folder_.Write(L"deleted", "deleted");
     replaced_ = folder_.Write(L"replaced", "old");
     moved_ = folder_.Write(L"moved", "moved");
+    SetFileAttributesW(deleted_.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
     before_ = Everything();
   }
 
-  std::string Everything() const { return DumpKey(HKEY_CURRENT_USER, kTree) + DumpFolder(folder_.Path()); }
-  LSTATUS Set(const std::wstring& sub, const std::wstring& name, const RawValue& value) {
-    return guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(sub), name, value);
-  }
-  LSTATUS Remove(const std::wstring& name) { return guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, name); }
   LSTATUS Fail() { return guardkit_.Safeguard().FailCheckpoint(); }
   // One of every kind.
   void ChangeEverything() {
-    ISafeguard& service = guardkit_.Safeguard();
     EXPECT_EQ(Set(L"made\\deep", L"target", Sz(L"command")), ERROR_SUCCESS);
     EXPECT_EQ(Remove(L"source"), ERROR_SUCCESS);
     EXPECT_EQ(Set({}, L"changed", Sz(L"new")), ERROR_SUCCESS);
-    EXPECT_EQ(guardkit_.RemoveKey(HKEY_CURRENT_USER, tree_.PathOf(L"key")), ERROR_SUCCESS);
-    EXPECT_EQ(service.DeleteRecordedFile(deleted_.c_str()), ERROR_SUCCESS);
-    EXPECT_EQ(service.CopyRecordedFile(moved_.c_str(), replaced_.c_str(), TRUE), ERROR_SUCCESS);
-    EXPECT_EQ(service.MoveRecordedFile(moved_.c_str(), folder_.File(L"to").c_str()), ERROR_SUCCESS);
-    EXPECT_EQ(service.CopyRecordedFile(replaced_.c_str(), folder_.File(L"made").c_str(), FALSE),
-              ERROR_SUCCESS);
+    EXPECT_EQ(RemoveKey(L"key"), ERROR_SUCCESS);
+    EXPECT_EQ(Delete(deleted_), ERROR_SUCCESS);
+    EXPECT_EQ(Copy(moved_, replaced_), ERROR_SUCCESS);
+    EXPECT_EQ(Move(moved_, folder_.File(L"to")), ERROR_SUCCESS);
+    EXPECT_EQ(Copy(replaced_, folder_.File(L"made"), FALSE), ERROR_SUCCESS);
   }
   static std::size_t FilesInJournal() {
     std::size_t count = 0;
@@ -50,8 +40,6 @@ class FailedCheckpoint : public JournalTest {
     return count;
   }
 
-  const RegistryTree tree_{kTree};
-  const TemporaryFolder folder_;
   std::wstring deleted_;
   std::wstring replaced_;
   std::wstring moved_;
@@ -77,36 +65,11 @@ TEST_F(FailedCheckpoint, IsTakenBackToTheByteAndShownAsFailed) {
   EXPECT_EQ(guardkit_.Undo().checkpoint, real);
 }
 
-BOOL WINAPI DiskIsFull(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
-  *written = 0;
-  SetLastError(ERROR_DISK_FULL);
-  return FALSE;
-}
-
-TEST_F(FailedCheckpoint, NeedsNoRoomAndLeavesNoTraceOnAFullDisk) {
-  EXPECT_EQ(guardkit_.Begin(), ERROR_SUCCESS);
-  ChangeEverything();
-  {
-    const ImportPatch patch("WriteFile", &DiskIsFull, guardkit_.Module());
-    EXPECT_EQ(Set({}, L"no room", Sz(L"1")), ERROR_DISK_FULL);
-    EXPECT_EQ(Fail(), ERROR_SUCCESS);
-    EXPECT_EQ(Everything(), before_);
-    EXPECT_EQ(guardkit_.End(), ERROR_SUCCESS);
-  }
-  EXPECT_EQ(Everything(), before_);
-  EXPECT_TRUE(guardkit_.List().empty());
-  EXPECT_EQ(FilesInJournal(), 0u);
-}
-
-LSTATUS WINAPI SettingFails(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
-  return ERROR_ACCESS_DENIED;
-}
-
 // The target may be all that is left.
 TEST_F(FailedCheckpoint, NothingIsDeletedOnceSomethingCannotBePutBack) {
   const std::uint32_t id = Checkpoint([&] {
     Set(L"made", L"target", Sz(L"command"));
-    EXPECT_EQ(guardkit_.Safeguard().DeleteRecordedFile(deleted_.c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(Delete(deleted_), ERROR_SUCCESS);
     Remove(L"source");
     const ImportPatch patch("RegSetValueExW", &SettingFails, guardkit_.Module());
     EXPECT_EQ(Fail(), ERROR_ACCESS_DENIED);
@@ -274,7 +237,7 @@ TEST_F(FailedCheckpoint, InnerOneOnAFullDiskLeavesNothingThatUndoRefuses) {
 LSTATUS WINAPI SetAndMeddle(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                             DWORD size) {
   static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
-  test::SetValue(HKEY_CURRENT_USER, kTree, L"changed", Sz(L"its"));
+  test::SetValue(HKEY_CURRENT_USER, L"Software\\SmhJournalTest", L"changed", Sz(L"its"));
   return real(key, name, reserved, type, data, size);
 }
 
@@ -299,31 +262,6 @@ TEST_F(FailedCheckpoint, WhatChangesWhileItIsTakenBackStaysToo) {
     EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"its"));
     EXPECT_EQ(tree_.Get({}, L"source"), Sz(L"command"));
   }
-}
-
-LSTATUS WINAPI SetLate(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
-                       DWORD size) {
-  static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
-  real(key, name, reserved, type, data, size);
-  return ERROR_ACCESS_DENIED;
-}
-
-TEST_F(FailedCheckpoint, WhatWasDoneButAnsweredAsRefusedIsTakenBackToo) {
-  const auto change = [&] {
-    const ImportPatch patch("RegSetValueExW", &SetLate, guardkit_.Module());
-    EXPECT_EQ(Set({}, L"changed", Sz(L"new")), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(tree_.Get({}, L"changed"), Sz(L"new"));
-  };
-  Checkpoint([&] {
-    change();
-    EXPECT_EQ(Fail(), ERROR_SUCCESS);
-  });
-  EXPECT_EQ(Everything(), before_);
-  // Nobody said that it failed, but all of it was refused.
-  const std::uint32_t id = Checkpoint(change);
-  EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kFailed);
-  EXPECT_EQ(guardkit_.Undo(id).outcomes, std::vector{StepOutcome::kUndo});
-  EXPECT_EQ(Everything(), before_);
 }
 
 // Journals whose owner died, as a crash leaves them.

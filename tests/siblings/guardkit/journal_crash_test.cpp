@@ -1,8 +1,5 @@
-// Threads that leave, disks that fill up, undos that fail. Owners that die have a proof of their own.
-#include "tests/siblings/guardkit/journal_fixture.h"
-#include "tests/support/file_fixture.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/state_dump.h"
+// Threads that leave, disks that fill up. Owners that die have a proof of their own.
+#include "tests/siblings/guardkit/changes_fixture.h"
 
 #include <atomic>
 #include <thread>
@@ -10,26 +7,19 @@
 namespace smh::test {
 namespace {
 
-constexpr wchar_t kTree[] = L"Software\\SmhJournalCrash";
+using JournalCrash = JournalChanges;
 
-BOOL WINAPI DiskIsFull(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
-  *written = 0;
-  SetLastError(ERROR_DISK_FULL);
-  return FALSE;
-}
 BOOL WINAPI FlushFails(HANDLE) {
   SetLastError(ERROR_WRITE_FAULT);
   return FALSE;
 }
 
-TEST_F(JournalTest, WhatCannotBeWrittenDownIsNotDone) {
-  const RegistryTree tree(kTree);
-  const TemporaryFolder folder;
-  const std::wstring file = folder.Write(L"file", "content");
+TEST_F(JournalCrash, WhatCannotBeWrittenDownIsNotDone) {
+  const std::wstring file = folder_.Write(L"file", "content");
   const auto expectRefused = [&](LSTATUS status) {
-    EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"1")), status);
-    EXPECT_EQ(guardkit_.Safeguard().DeleteRecordedFile(file.c_str()), status);
-    EXPECT_FALSE(tree.Get({}, L"v"));
+    EXPECT_EQ(Set({}, L"v", Sz(L"1")), status);
+    EXPECT_EQ(Delete(file), status);
+    EXPECT_FALSE(tree_.Get({}, L"v"));
     EXPECT_EQ(ReadFileBytes(file), "content");
   };
   {
@@ -48,10 +38,10 @@ TEST_F(JournalTest, WhatCannotBeWrittenDownIsNotDone) {
       const ImportPatch patch("FlushFileBuffers", &FlushFails, guardkit_.Module());
       expectRefused(ERROR_WRITE_FAULT);
     }
-    EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"1")), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"w", Sz(L"1")), ERROR_SUCCESS);
   });
   EXPECT_EQ(guardkit_.Undo(id).outcomes.size(), 1u);
-  EXPECT_FALSE(tree.Get({}, L"w"));
+  EXPECT_FALSE(tree_.Get({}, L"w"));
 }
 
 // Ten seconds pass in a moment.
@@ -60,16 +50,15 @@ ULONGLONG WINAPI FastClock() {
   return now += 1'000;
 }
 
-TEST_F(JournalTest, OneCheckpointAtATime) {
-  const RegistryTree tree(kTree);
+TEST_F(JournalCrash, OneCheckpointAtATime) {
   const ImportPatch patch("GetTickCount64", &FastClock, guardkit_.Module());
   Checkpoint([&] {
     std::jthread([&] {
       EXPECT_EQ(guardkit_.Begin(), ERROR_LOCK_VIOLATION);
-      EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"1")), ERROR_LOCK_VIOLATION);
+      EXPECT_EQ(Set({}, L"v", Sz(L"1")), ERROR_LOCK_VIOLATION);
       EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
     }).join();
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"1"));
+    Set({}, L"w", Sz(L"1"));
     EXPECT_EQ(guardkit_.List().back().state, CheckpointState::kOpen);
     EXPECT_TRUE(guardkit_.List(true).empty());
     std::jthread([&] {
@@ -78,44 +67,18 @@ TEST_F(JournalTest, OneCheckpointAtATime) {
     }).join();
     EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_BUSY));
   });
-  EXPECT_FALSE(tree.Get({}, L"v"));
+  EXPECT_FALSE(tree_.Get({}, L"v"));
 }
 
-TEST_F(JournalTest, ThreadThatEndsInACheckpointHoldsNobodyUp) {
-  const RegistryTree tree(kTree);
+TEST_F(JournalCrash, ThreadThatEndsInACheckpointHoldsNobodyUp) {
   std::jthread([&] {
     guardkit_.Begin(L"left open");
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"1"));
+    Set({}, L"v", Sz(L"1"));
   }).join();
-  EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, kTree, L"w", Sz(L"1")), ERROR_SUCCESS);
+  EXPECT_EQ(Set({}, L"w", Sz(L"1")), ERROR_SUCCESS);
   const auto list = guardkit_.List();
   ASSERT_EQ(list.size(), 2u);
   EXPECT_EQ(list[0].state, CheckpointState::kInterrupted);
-}
-
-LSTATUS WINAPI SettingFails(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
-  return ERROR_ACCESS_DENIED;
-}
-
-TEST_F(JournalTest, UndoThatFailsHalfwayCanItselfBeUndone) {
-  const RegistryTree tree(kTree);
-  tree.Set({}, L"v", Sz(L"1"));
-  const std::uint32_t id = Checkpoint([&] {
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"v", Sz(L"2"));
-    guardkit_.Set(HKEY_CURRENT_USER, kTree, L"made", Sz(L"1"));
-  });
-  const std::string after = DumpKey(HKEY_CURRENT_USER, kTree);
-  {
-    const ImportPatch patch("RegSetValueExW", &SettingFails, guardkit_.Module());
-    const UndoAnswer answer = guardkit_.Undo(id);
-    EXPECT_EQ(answer.result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-    EXPECT_EQ(answer.own, id + 1);
-  }
-  EXPECT_FALSE(tree.Get({}, L"made"));
-  EXPECT_EQ(guardkit_.Undo().checkpoint, id + 1);
-  EXPECT_EQ(DumpKey(HKEY_CURRENT_USER, kTree), after);
-  EXPECT_EQ(guardkit_.Undo().checkpoint, id);
-  EXPECT_EQ(tree.Get({}, L"v"), Sz(L"1"));
 }
 
 }  // namespace

@@ -3,58 +3,13 @@
 #include "infra/runtime/exceptions.h"
 #include "siblings/common/product.h"
 #include "siblings/guardkit/file_state.h"
+#include "tests/siblings/guardkit/changes_fixture.h"
 #include "tests/siblings/guardkit/outside_program.h"
-#include "tests/support/file_fixture.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/state_dump.h"
 
 namespace smh::test {
 namespace {
 
-class JournalFiles : public JournalTest {
- protected:
-  LSTATUS Move(const std::wstring& from, const std::wstring& to) {
-    return guardkit_.Safeguard().MoveRecordedFile(from.c_str(), to.c_str());
-  }
-  LSTATUS Delete(const std::wstring& file) { return guardkit_.Safeguard().DeleteRecordedFile(file.c_str()); }
-  LSTATUS Copy(const std::wstring& from, const std::wstring& to, BOOL overwrite = TRUE) {
-    return guardkit_.Safeguard().CopyRecordedFile(from.c_str(), to.c_str(), overwrite);
-  }
-  std::string Dump() const { return DumpFolder(folder_.Path()); }
-
-  TemporaryFolder folder_;
-};
-
-TEST_F(JournalFiles, EveryKindOfChangeIsTakenBackToTheByteAndMadeAgain) {
-  const std::wstring moved = folder_.Write(L"a\\moved.lnk", "moved");
-  const std::wstring deleted = folder_.Write(L"a\\deleted.lnk", std::string("\0\r\n\xFF", 4));
-  const std::wstring replaced = folder_.Write(L"a\\replaced.lnk", "old");
-  const std::wstring source = folder_.Write(L"b\\source.lnk", "new");
-  for (const std::wstring& file : {moved, deleted, replaced}) {
-    const ScopedHandle handle(
-        CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    const FILETIME time = {0x12345000, 0x01C00000};
-    SetFileTime(handle.Get(), nullptr, nullptr, &time);
-  }
-  SetFileAttributesW(deleted.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
-  const std::string before = Dump();
-  const std::uint32_t id = Checkpoint([&] {
-    EXPECT_EQ(Move(moved, folder_.File(L"b\\moved (1).lnk")), ERROR_SUCCESS);
-    EXPECT_EQ(Delete(deleted), ERROR_SUCCESS);
-    EXPECT_EQ(Copy(source, replaced), ERROR_SUCCESS);
-    EXPECT_EQ(Copy(source, folder_.File(L"a\\copied.lnk"), FALSE), ERROR_SUCCESS);
-    EXPECT_EQ(Move(folder_.File(L"a\\copied.lnk"), moved), ERROR_SUCCESS);
-  });
-  const std::string after = Dump();
-  EXPECT_EQ(ReadFileBytes(replaced), "new");
-  EXPECT_NE(after, before);
-  for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
-    EXPECT_EQ(Dump(), before);
-    EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
-    EXPECT_EQ(Dump(), after);
-  }
-}
+using JournalFiles = JournalChanges;
 
 TEST_F(JournalFiles, ConflictsChangeNothingUnlessForced) {
   const std::wstring moved = folder_.Write(L"moved", "moved");
@@ -69,17 +24,17 @@ TEST_F(JournalFiles, ConflictsChangeNothingUnlessForced) {
   folder_.Write(L"moved", "in the way");
   folder_.Write(L"deleted", "another");
   DeleteFileW(folder_.File(L"to nowhere").c_str());
-  const std::string found = Dump();
+  const std::string found = Files();
 
   using enum StepOutcome;
   EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kConflict);
-  EXPECT_EQ(Dump(), found);
+  EXPECT_EQ(Files(), found);
   const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
   EXPECT_EQ(forced.outcomes, (std::vector{kOverwritten, kImpossible, kOverwritten}));
   EXPECT_EQ(ReadFileBytes(deleted), "deleted");
   EXPECT_EQ(ReadFileBytes(moved), "edited");
   EXPECT_EQ(guardkit_.Undo(forced.own).result, S_OK);
-  EXPECT_EQ(Dump(), found);
+  EXPECT_EQ(Files(), found);
 }
 
 // Renames and deletions by handle: those from number `g_firstRefused` on are refused.
@@ -97,20 +52,20 @@ TEST_F(JournalFiles, ReadOnlyFileKeepsItsAttributeUnlessAnUndoDeletesIt) {
   const std::wstring made = folder_.File(L"made");
   const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Copy(source, made, FALSE), ERROR_SUCCESS); });
   SetFileAttributesW(made.c_str(), FILE_ATTRIBUTE_READONLY);
-  const std::string found = Dump();
+  const std::string found = Files();
   EXPECT_EQ(Delete(made), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Dump(), found);
+  EXPECT_EQ(Files(), found);
   {
     g_firstRefused = 1;
     const ImportPatch patch("SetFileInformationByHandle", &RefuseByHandle, guardkit_.Module());
     EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-    EXPECT_EQ(Dump(), found);
+    EXPECT_EQ(Files(), found);
   }
   const UndoAnswer undone = guardkit_.Undo(id);
   EXPECT_EQ(undone.result, S_OK);
   EXPECT_FALSE(std::filesystem::exists(made));
   EXPECT_EQ(guardkit_.Undo(undone.own).result, S_OK);
-  EXPECT_EQ(Dump(), found);
+  EXPECT_EQ(Files(), found);
   SetFileAttributesW(made.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
@@ -119,11 +74,11 @@ TEST_F(JournalFiles, WhatMakesRoomIsPutBackWhenTheMoveFails) {
   const std::wstring moved = folder_.Write(L"moved", "moved");
   const std::uint32_t id = Checkpoint([&] { Move(moved, folder_.File(L"to")); });
   folder_.Write(L"moved", "in the way");
-  const std::string found = Dump();
+  const std::string found = Files();
   g_firstRefused = 2;
   const ImportPatch patch("SetFileInformationByHandle", &RefuseByHandle, guardkit_.Module());
   EXPECT_EQ(guardkit_.Undo(id, UndoMode::kForce).result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
-  EXPECT_EQ(Dump(), found);
+  EXPECT_EQ(Files(), found);
 }
 
 // An addition is undone without a trace in the folder of temporary shortcuts.
@@ -135,7 +90,7 @@ TEST_F(JournalFiles, WhatComesFromTheTemporaryFolderWasMade) {
   const std::wstring target = folder_.File(L"added.lnk");
   const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Move(made, target), ERROR_SUCCESS); });
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
-  EXPECT_EQ(Dump(), "");
+  EXPECT_EQ(Files(), "");
   EXPECT_FALSE(std::filesystem::exists(made));
   EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
   EXPECT_EQ(ReadFileBytes(target), "new");
@@ -147,12 +102,12 @@ TEST_F(JournalFiles, AnotherVolumeIsReachedByACopy) {
   ASSERT_TRUE(CreateDirectoryW(other.c_str(), nullptr));
   const std::wstring file = folder_.Write(L"file", "content");
   SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  const std::string before = Dump();
+  const std::string before = Files();
   const std::uint32_t id = Checkpoint([&] { EXPECT_EQ(Move(file, other + L"\\file"), ERROR_SUCCESS); });
   EXPECT_EQ(ReadFileBytes(other + L"\\file"), "content");
-  EXPECT_EQ(Dump(), "");
+  EXPECT_EQ(Files(), "");
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
-  EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(Files(), before);
   EXPECT_EQ(DumpFolder(other), "");
 
   // What another program writes after the copy was made is not deleted with the source.
@@ -240,7 +195,7 @@ TEST_F(JournalFiles, ReparsePointInTheWayIsNotFollowed) {
     EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_CANT_ACCESS_FILE));
     EXPECT_EQ(guardkit_.Begin(), ERROR_CANT_ACCESS_FILE);
   }
-  EXPECT_EQ(Dump(), "");
+  EXPECT_EQ(Files(), "");
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
 }
 

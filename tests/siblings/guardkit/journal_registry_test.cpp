@@ -1,9 +1,6 @@
 // Registry changes recorded, undone and redone, in every hive and view.
 #include "siblings/guardkit/format/journal_format.h"
-#include "tests/siblings/guardkit/journal_fixture.h"
-#include "tests/support/file_fixture.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/state_dump.h"
+#include "tests/siblings/guardkit/changes_fixture.h"
 
 #include <sddl.h>
 

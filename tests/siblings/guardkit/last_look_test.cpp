@@ -1,19 +1,16 @@
 // What another program changes between the record of a change and the change itself is never overwritten.
+#include "tests/siblings/guardkit/changes_fixture.h"
 #include "tests/siblings/guardkit/outside_program.h"
-#include "tests/support/file_fixture.h"
-#include "tests/support/state_dump.h"
 
 namespace smh::test {
 namespace {
 
-constexpr wchar_t kTree[] = L"Software\\SmhLastLook";
-
-class LastLook : public JournalTest {
+class LastLook : public JournalChanges {
  protected:
   LastLook() {
     tree_.Set({}, L"v", Sz(L"old"));
     tree_.Set(L"key", L"in it", Sz(L"old"));
-    Checkpoint([&] { guardkit_.Set(HKEY_CURRENT_USER, kTree, L"real", Sz(L"change")); });
+    Checkpoint([&] { Set({}, L"real", Sz(L"change")); });
   }
 
   // `change` meets the doings of the outside program, is refused, and leaves what that made.
@@ -34,19 +31,10 @@ class LastLook : public JournalTest {
     // It is in nobody's way: the next undo means the last change that came about.
     EXPECT_LT(guardkit_.Undo(0, UndoMode::kShow).checkpoint, id);
   }
-  std::string Registry() const { return DumpKey(HKEY_CURRENT_USER, kTree); }
-  std::string Everything() const { return Registry() + DumpFolder(folder_.Path()); }
-  LSTATUS Set(const std::wstring& name, const RawValue& value) {
-    return guardkit_.Set(HKEY_CURRENT_USER, kTree, name, value);
-  }
-  LSTATUS Remove(const std::wstring& name) { return guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, name); }
-
-  const RegistryTree tree_{kTree};
-  const TemporaryFolder folder_;
 };
 
 TEST_F(LastLook, ValuesAndKeysOfAnotherProgramStay) {
-  const auto set = [&] { return Set(L"v", Sz(L"new")); };
+  const auto set = [&] { return Set({}, L"v", Sz(L"new")); };
   const auto remove = [&] { return Remove(L"v"); };
   const auto write = [&](const RawValue& value) { return [=, this] { tree_.Set({}, L"v", value); }; };
   ExpectRefused("write over other data", write(Sz(L"its")), set);
@@ -56,7 +44,7 @@ TEST_F(LastLook, ValuesAndKeysOfAnotherProgramStay) {
   ExpectRefused(
       "write what has gone", [&] { test::RemoveValue(HKEY_CURRENT_USER, kTree, L"v"); }, set);
   ExpectRefused("write what has come", write(Sz(L"its")), set);
-  const auto removeKey = [&] { return guardkit_.RemoveKey(HKEY_CURRENT_USER, tree_.PathOf(L"key")); };
+  const auto removeKey = [&] { return RemoveKey(L"key"); };
   ExpectRefused(
       "delete a key with a new value", [&] { tree_.Set(L"key", L"its", Dword(1)); }, removeKey);
   ExpectRefused(
@@ -72,8 +60,7 @@ TEST_F(LastLook, ValuesAndKeysOfAnotherProgramStay) {
       removeKey);
   EXPECT_EQ(tree_.Get(L"elsewhere", L"in it"), Sz(L"old"));
   ExpectRefused(
-      "make a key that has come", [&] { tree_.Key(L"made"); },
-      [&] { return guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(L"made"), L"x", Dword(1)); });
+      "make a key that has come", [&] { tree_.Key(L"made"); }, [&] { return Set(L"made", L"x", Dword(1)); });
 }
 
 LSTATUS WINAPI MakeTheKeyFirst(HKEY parent, const wchar_t* path, DWORD, wchar_t*, DWORD options,
@@ -85,7 +72,7 @@ LSTATUS WINAPI MakeTheKeyFirst(HKEY parent, const wchar_t* path, DWORD, wchar_t*
 // Keys leave no moment between the look and the call at all.
 TEST_F(LastLook, KeyThatComesInTheLastMomentIsNotTakenForAnOwnOne) {
   const ImportPatch patch("RegCreateKeyExW", &MakeTheKeyFirst, guardkit_.Module());
-  EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(L"made"), L"x", Dword(1)), ERROR_REVISION_MISMATCH);
+  EXPECT_EQ(Set(L"made", L"x", Dword(1)), ERROR_REVISION_MISMATCH);
   EXPECT_TRUE(tree_.Has(L"made"));
   EXPECT_EQ(guardkit_.Undo(guardkit_.List().back().id).result, S_OK);
   EXPECT_FALSE(tree_.Get(L"made", L"x"));
@@ -94,7 +81,7 @@ TEST_F(LastLook, KeyThatComesInTheLastMomentIsNotTakenForAnOwnOne) {
 TEST_F(LastLook, LinkThatLeadsNowhereIsNotWrittenThrough) {
   MakeLink(HKEY_CURRENT_USER, tree_.PathOf(L"link"), tree_.Key(L"gone").Get());
   DeleteKeyTree(HKEY_CURRENT_USER, tree_.PathOf(L"gone"));
-  EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(L"link"), L"x", Dword(1)), ERROR_NOT_SUPPORTED);
+  EXPECT_EQ(Set(L"link", L"x", Dword(1)), ERROR_NOT_SUPPORTED);
   EXPECT_FALSE(tree_.Has(L"gone"));
 }
 
@@ -102,10 +89,9 @@ TEST_F(LastLook, FilesOfAnotherProgramStay) {
   const std::wstring file = folder_.Write(L"file", "old");
   const std::wstring to = folder_.File(L"to");
   const std::wstring source = folder_.Write(L"source", "new");
-  ISafeguard& service = guardkit_.Safeguard();
-  const auto move = [&] { return service.MoveRecordedFile(file.c_str(), to.c_str()); };
-  const auto remove = [&] { return service.DeleteRecordedFile(file.c_str()); };
-  const auto overwrite = [&] { return service.CopyRecordedFile(source.c_str(), file.c_str(), TRUE); };
+  const auto move = [&] { return Move(file, to); };
+  const auto remove = [&] { return Delete(file); };
+  const auto overwrite = [&] { return Copy(source, file); };
   const auto hide = [&] { SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_HIDDEN); };
   const auto show = [&] { SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_ARCHIVE); };
   ExpectRefused("move", hide, move);
@@ -131,14 +117,14 @@ TEST_F(LastLook, FileIsHeldUntilItIsMovedOrDeleted) {
   Checkpoint([&] {
     {
       const OutsideProgram program(guardkit_, [&] { expectHeld(file); });
-      EXPECT_EQ(guardkit_.Safeguard().MoveRecordedFile(file.c_str(), to.c_str()), ERROR_SUCCESS);
+      EXPECT_EQ(Move(file, to), ERROR_SUCCESS);
       EXPECT_TRUE(OutsideProgram::IsDone());
     }
     const OutsideProgram program(guardkit_, [&] { expectHeld(to); });
-    EXPECT_EQ(guardkit_.Safeguard().DeleteRecordedFile(to.c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(Delete(to), ERROR_SUCCESS);
     EXPECT_TRUE(OutsideProgram::IsDone());
   });
-  EXPECT_EQ(DumpFolder(folder_.Path()), "");
+  EXPECT_EQ(Files(), "");
 }
 
 // The library reads the file, keeps it open and calls: it is that file that is moved or deleted, or nothing.
@@ -149,8 +135,8 @@ TEST_F(LastLook, CallerMayHoldTheFile) {
     const ScopedHandle held(CreateFileW(file.c_str(), GENERIC_READ | DELETE,
                                         FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0,
                                         nullptr));
-    EXPECT_EQ(guardkit_.Safeguard().MoveRecordedFile(file.c_str(), to.c_str()), ERROR_SUCCESS);
-    EXPECT_EQ(guardkit_.Safeguard().DeleteRecordedFile(to.c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(Move(file, to), ERROR_SUCCESS);
+    EXPECT_EQ(Delete(to), ERROR_SUCCESS);
     // The name is free though the file is open.
     EXPECT_EQ(GetFileAttributesW(to.c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
@@ -167,7 +153,7 @@ TEST_F(LastLook, CallerMayHoldTheFile) {
         MoveFileW(file.c_str(), folder_.File(L"elsewhere").c_str());
         folder_.Write(L"file", "its");
       },
-      [&] { return guardkit_.Safeguard().DeleteRecordedFile(file.c_str()); });
+      [&] { return Delete(file); });
 }
 
 class CountingCheck : public IChangeCheck {
@@ -189,7 +175,7 @@ TEST_F(LastLook, CallersCheckEndsWithItsCheckpointAndTheOuterOnesIsAskedAgain) {
   CountingCheck outer;
   CountingCheck inner;
   const auto set = [&](int number) {
-    EXPECT_EQ(Set(L"v", Sz(std::to_wstring(number))), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"v", Sz(std::to_wstring(number))), ERROR_SUCCESS);
     return std::pair(std::exchange(outer.asked, 0), std::exchange(inner.asked, 0));
   };
   Checkpoint([&] {
@@ -213,24 +199,24 @@ TEST_F(LastLook, CallersCheckIsAskedBeforeEveryChangeOfItsCheckpoint) {
   const std::wstring file = folder_.Write(L"file", "old");
   const std::uint32_t id = Checkpoint([&] {
     EXPECT_EQ(service.SetChangeCheck(&check), ERROR_SUCCESS);
-    EXPECT_EQ(Set(L"v", Sz(L"new")), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"v", Sz(L"new")), ERROR_SUCCESS);
     EXPECT_EQ(check.asked, 1);
     check.answer = ERROR_BUSY;
     const std::string found = Everything();
-    EXPECT_EQ(Set(L"v", Sz(L"newer")), ERROR_BUSY);
+    EXPECT_EQ(Set({}, L"v", Sz(L"newer")), ERROR_BUSY);
     EXPECT_EQ(Remove(L"v"), ERROR_BUSY);
-    EXPECT_EQ(guardkit_.RemoveKey(HKEY_CURRENT_USER, tree_.PathOf(L"key")), ERROR_BUSY);
-    EXPECT_EQ(guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(L"made"), L"x", Dword(1)), ERROR_BUSY);
-    EXPECT_EQ(service.MoveRecordedFile(file.c_str(), folder_.File(L"to").c_str()), ERROR_BUSY);
-    EXPECT_EQ(service.CopyRecordedFile(file.c_str(), folder_.File(L"to").c_str(), FALSE), ERROR_BUSY);
-    EXPECT_EQ(service.DeleteRecordedFile(file.c_str()), ERROR_BUSY);
+    EXPECT_EQ(RemoveKey(L"key"), ERROR_BUSY);
+    EXPECT_EQ(Set(L"made", L"x", Dword(1)), ERROR_BUSY);
+    EXPECT_EQ(Move(file, folder_.File(L"to")), ERROR_BUSY);
+    EXPECT_EQ(Copy(file, folder_.File(L"to"), FALSE), ERROR_BUSY);
+    EXPECT_EQ(Delete(file), ERROR_BUSY);
     EXPECT_EQ(check.asked, 8);
     EXPECT_EQ(Everything(), found);
     EXPECT_EQ(service.SetChangeCheck(nullptr), ERROR_SUCCESS);
-    EXPECT_EQ(Set(L"v", Sz(L"newest")), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"v", Sz(L"newest")), ERROR_SUCCESS);
     service.SetChangeCheck(&check);
   });
-  EXPECT_EQ(Set(L"after", Sz(L"the end")), ERROR_SUCCESS);
+  EXPECT_EQ(Set({}, L"after", Sz(L"the end")), ERROR_SUCCESS);
   EXPECT_EQ(check.asked, 8);
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
   EXPECT_EQ(tree_.Get({}, L"v"), Sz(L"old"));

@@ -108,15 +108,5 @@ TEST_F(SafeguardTest, FilesAreMovedCopiedAndDeletedButNeverReplaced) {
   EXPECT_EQ(Own(5, b.c_str()), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(SafeguardTest, CheckpointsNestWithinTheirThread) {
-  const auto begin = [&] { return Own(2, L"title"); };
-  const auto end = [&] { return Own(3); };
-  EXPECT_EQ(end(), ERROR_INVALID_FUNCTION);
-  for (int i = 0; i < 2; ++i) EXPECT_EQ(begin(), ERROR_SUCCESS);
-  std::jthread([&] { EXPECT_EQ(end(), ERROR_INVALID_FUNCTION); }).join();
-  for (int i = 0; i < 2; ++i) EXPECT_EQ(end(), ERROR_SUCCESS);
-  EXPECT_EQ(end(), ERROR_INVALID_FUNCTION);
-}
-
 }  // namespace
 }  // namespace smh::test

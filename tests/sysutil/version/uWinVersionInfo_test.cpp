@@ -41,15 +41,6 @@ class WinVersionInfoTest : public testing::Test {
   ~WinVersionInfoTest() override { ForgetWinVersionInfo(); }
 };
 
-TEST_F(WinVersionInfoTest, ArchitectureFollowsTheSystem) {
-  EXPECT_EQ(WinVersionInfo::IsWow64(), HasTwoViews());
-  EXPECT_EQ(WinVersionInfo::ArchitectureName(), HasTwoViews() ? L"x64" : L"x32");
-  SYSTEM_INFO native = {};
-  WinVersionInfo::GetNativeSystemInfo(native);
-  EXPECT_EQ(native.wProcessorArchitecture,
-            HasTwoViews() ? PROCESSOR_ARCHITECTURE_AMD64 : PROCESSOR_ARCHITECTURE_INTEL);
-}
-
 TEST_F(WinVersionInfoTest, DllVersion) {
   DWORD major = 99;
   DWORD minor = 99;

@@ -141,16 +141,5 @@ TEST(EditionCodeTest, SuitesThenIsOsAnswersThenMetrics) {
   }
 }
 
-TEST(VersionNamesTest, CodesAtTheEdges) {
-  for (const int none : {0, 1, 28}) EXPECT_EQ(EditionNameOf(none), L"Unknown Edition") << none;
-  EXPECT_EQ(EditionNameOf(2), L"Starter Edition");
-  EXPECT_EQ(EditionNameOf(27), L"Unlicensed");
-  EXPECT_EQ(OsNameOf(16), L"Windows Maximum");
-  for (const int none : {-1, 17}) EXPECT_EQ(OsNameOf(none), L"Unknown") << none;
-  EXPECT_EQ(OsNameOf(0x80 | 12), L"Windows Vista");
-  EXPECT_EQ(ServicePackNameOf(7), L"Service Pack Maximum");
-  for (const int none : {0, 8}) EXPECT_EQ(ServicePackNameOf(none), L"Unknown") << none;
-}
-
 }  // namespace
 }  // namespace smh::test

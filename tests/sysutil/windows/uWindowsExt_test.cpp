@@ -46,30 +46,5 @@ TEST_F(WindowsExtTest, ProgramsOfProcesses) {
   EXPECT_THROW(WindowsExt::GetProcessImageFileName(mute.Get()), EOSError);
 }
 
-TEST_F(WindowsExtTest, ListOfProcesses) {
-  WTS_PROCESS_INFOW* info = nullptr;
-  DWORD count = 0;
-  EXPECT_THROW(WindowsExt::EnumerateProcesses(WTS_CURRENT_SERVER_HANDLE, 1, 1, info, count), EOSError);
-  WindowsExt::EnumerateProcesses(WTS_CURRENT_SERVER_HANDLE, 0, 1, info, count);
-  bool found = false;
-  for (DWORD i = 0; i < count; ++i) {
-    found = found || (info[i].ProcessId == GetCurrentProcessId() &&
-                      SameText(FileNamePart(info[i].pProcessName), FileNamePart(ThisProgram())));
-  }
-  EXPECT_TRUE(found);
-  for (int time = 0; time < 2; ++time) {
-    WindowsExt::FreeWtsMemory(info);
-    EXPECT_EQ(info, nullptr);
-  }
-}
-
-TEST_F(WindowsExtTest, Waits) {
-  const ScopedHandle set(CreateEventW(nullptr, TRUE, TRUE, nullptr));
-  const ScopedHandle unset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-  const HANDLE both[] = {unset.Get(), set.Get()};
-  EXPECT_EQ(WindowsExt::WaitForObjects(both, false, 1000), WAIT_OBJECT_0 + 1);
-  EXPECT_EQ(WindowsExt::WaitForObjects(both, true, 10), DWORD{WAIT_TIMEOUT});
-}
-
 }  // namespace
 }  // namespace smh::test
