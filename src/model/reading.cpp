@@ -40,6 +40,7 @@ class TReadThread {
  private:
   bool TakesPart(const TLocationStartup& location) const noexcept;
   void ReadLocations();
+  void DropOthers();
   void ReadExtendedInfo();
   void WaitForChange();
 
@@ -68,10 +69,18 @@ bool TReadThread::TakesPart(const TLocationStartup& location) const noexcept {
 }
 
 void TReadThread::ReadLocations() {
+  DropOthers();
   for (const auto& location : Locations()) {
     CheckTerminated();
     if (TakesPart(*location)) ReadTraced(*location);
   }
+}
+
+// What the locations listed that do not take part any more.
+void TReadThread::DropOthers() {
+  ScopedLock lock(Items().Lock());
+  Items().RemoveIf(
+      [this](const TStartupItem& item) { return !showAll_ && !IsReadByDefault(item.Location()); });
 }
 
 void TReadThread::ReadExtendedInfo() {

@@ -45,7 +45,15 @@ TEST_F(ReaderTest, ReadsTheUsualLocationsAndAllOfThemFromTheNextStartOn) {
       << "the switch waits for the next start";
   StartReading();
   ASSERT_TRUE(WaitUntil(IsComplete, 10'000));
-  EXPECT_NE(RareLocation().Listed(L"r"), nullptr);
+  const ItemRef rare = RareLocation().Listed(L"r");
+  ASSERT_NE(rare, nullptr);
+
+  SetShowAllLocations(false);
+  EXPECT_TRUE(rare->IsListed()) << "until the next start";
+  StartReading();
+  ASSERT_TRUE(WaitUntil(IsComplete, 10'000));
+  EXPECT_FALSE(rare->IsListed());
+  EXPECT_NE(UsualLocation().Listed(L"u"), nullptr);
 }
 
 TEST_F(ReaderTest, NoticesAChangeWithinAboutASecondAndReadsOnlyThatLocation) {
