@@ -13,6 +13,7 @@
 #include "locations/registry/keys_above.h"
 #include "model/change_lock.h"
 #include "model/checkpoint.h"
+#include "model/host_locks.h"
 #include "model/image_lists.h"
 #include "model/item_details.h"
 #include "model/item_list.h"
@@ -67,6 +68,8 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_patientThreads>(L"patient locks"),
     StepOf<g_changeLock>(L"changes"),
     StepOf<g_manager>(L"manager"),
+    // Stopped before the manager, whose end takes the list's lock.
+    {L"locks of hosts", nullptr, AwaitHostsAtUnload},
     // Stopped before the manager: the reader may hold a lock that the manager's end needs, and wait for the
     // loader's, which is held during an unload, itself.
     StepOf<g_reader, EndReaderAtUnload>(L"reader"),

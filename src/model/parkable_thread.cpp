@@ -96,7 +96,7 @@ bool ParkableThread::EndParked(DWORD since, DWORD limit) noexcept {
   }
   TerminateThread(thread, 0);
   WaitForSingleObject(thread, kThreadStopStepMs);
-  thread_.Reset();
+  // Closed by the destructor: a thread that is inside Start or Stop may be using the handle.
   return parked;
 }
 

@@ -156,13 +156,21 @@ void SetShowAllLocations(bool show) {
 
 void EndReaderAtUnload(StopMode& mode) noexcept {
   ReaderState& reader = *g_reader;
-  // Held by a thread that is inside Start or Stop: it would never get to run again.
-  if (!reader.control.TryEnter()) {
+  const DWORD since = GetTickCount();
+  // The reader may be waiting for it, and the caller cannot come back to leave it.
+  while (Items().Lock().IsHeldByCaller()) UnlockItems();
+  const auto isEndedParked = [&] {
+    reader.thread.AskToPark();
+    return reader.thread.EndParked(since);
+  };
+  if (!reader.control.TryEnter(kThreadUnloadLimitMs)) {
+    // Whoever has it waits for the reader, or for a new one to run, which cannot be before this ends. The
+    // reader must not outlive the module all the same.
+    isEndedParked();
     mode = StopMode::kUnloadBroken;
     return;
   }
-  reader.thread.AskToPark();
-  if (!reader.thread.EndParked(GetTickCount())) mode = StopMode::kUnloadBroken;
+  if (!isEndedParked()) mode = StopMode::kUnloadBroken;
   reader.control.Leave();
 }
 

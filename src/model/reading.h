@@ -31,7 +31,7 @@ void SetShowAllLocations(bool show);
 
 // At unload, with the loader's lock held: the reader cannot exit there, so its last act is to signal that it
 // has finished and to park, and it is ended parked. One that does not get there within the time limit is
-// ended where it stands, which breaks the mode, and so does a control lock that somebody holds.
+// ended where it stands, which breaks the mode, and so does a control lock that somebody holds until then.
 void EndReaderAtUnload(StopMode& mode) noexcept;
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 // of their reading.
 
 #include "tests/core/boundary_favorite_fixture.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/process_counts.h"
 #include "tests/support/test_main.h"
 
@@ -88,6 +89,76 @@ SMH_CHILD(StopThenFree) {
   ExitProcess(kGood);
 }
 
+// A thread that stays inside a call, or ends there, holding what it holds.
+bool g_isToEnd = false;
+const ScopedHandle g_isInside(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+
+void StayInside() {
+  SetEvent(g_isInside.Get());
+  if (g_isToEnd) ExitThread(0);
+  Sleep(INFINITE);
+}
+
+DWORD WINAPI StayInResume(HANDLE) {
+  StayInside();
+  return 0;
+}
+
+LSTATUS WINAPI StayInWriting(HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
+  StayInside();
+  return 0;
+}
+
+struct Holder {
+  const RawCollection& items;
+  const RawFavorites& favorites;
+  const std::wstring& lock;
+
+  static DWORD WINAPI Hold(void* self) {
+    const auto& [items, favorites, lock] = *static_cast<const Holder*>(self);
+    if (lock == L"list") items.Lock();
+    if (lock == L"favorites") favorites.Lock();
+    if (lock == L"control") items.Refresh();
+    if (lock == L"change") items.AddItem(kUserRun, L"Never", kMissingProgram);
+    StayInside();
+    return 0;
+  }
+};
+
+// Frees the library while another thread has a lock of it.
+SMH_CHILD(FreeWhileALockIsHeld) {
+  LoadedLibrary library;
+  const RawManager manager = library.Manager();
+  const RawCollection items = manager.Items();
+  const RawFavorites favorites = manager.Favorites();
+  if (items.Refresh() != S_OK || !WaitUntilComplete(items) || !WaitUntilComplete(favorites)) return kBad;
+  if (arguments.at(2) == L"stopped") items.Stop();
+  // None but the library's own: its end destroys the manager.
+  manager.Release();
+  // Never taken back: the library goes before.
+  new ImportPatch("ResumeThread", StayInResume, library.Module());
+  const HMODULE guardkit = LoadLibraryW((ThisFolder() + L"guardkit.dll").c_str());
+  for (const HMODULE module : {library.Module(), guardkit}) {
+    new ImportPatch("RegSetValueExW", StayInWriting, module);
+  }
+  g_isToEnd = arguments.at(1) == L"died";
+  Holder holder{items, favorites, arguments.at(0)};
+  const ScopedHandle thread(CreateThread(nullptr, 0, Holder::Hold, &holder, 0, nullptr));
+  WaitForSingleObject(g_isInside.Get(), INFINITE);
+  if (g_isToEnd) WaitForSingleObject(thread.Get(), INFINITE);
+  const DWORD begin = GetTickCount();
+  library.Free();
+  const DWORD took = GetTickCount() - begin;
+  // The process goes on, and no thread of the library is left.
+  Sleep(300);
+  const int threads = ThreadCount();
+  std::printf("%lu ms, %d threads\n", took, threads);
+  const bool isGone = GetModuleHandleW(L"StartupManagerHelper.dll") == nullptr;
+  // A holder that lives may still leave.
+  const bool isInTime = took < 9'000 && (g_isToEnd || took > 4'500);
+  ExitProcess(isGone && isInTime && threads == (g_isToEnd ? 1 : 2) ? kGood : kBad);
+}
+
 class LifeTest : public RunKeysTest {
  protected:
   LifeTest() {
@@ -132,6 +203,22 @@ TEST_F(LifeTest, UnloadFaultsOnceWhenTheManagerWasNotAskedForItsCollection) {
   // Without a manager there is nothing to release.
   ExpectEnd(RunChild(L"FreeWithoutAskingForTheCollection", {L"{E8C7F189-6EBA-407B-A55E-97C824EC0209}"}), 0);
   EXPECT_EQ(GetFileAttributesW(LogFile().c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(LifeTest, UnloadEndsWhoeverHoldsALock) {
+  const std::vector<std::wstring> rows[] = {
+      {L"list", L"lives", L"stopped"},  {L"list", L"died", L"reads"},     {L"list", L"died", L"stopped"},
+      {L"control", L"lives", L"reads"}, {L"control", L"died", L"reads"},  {L"change", L"lives", L"reads"},
+      {L"change", L"died", L"stopped"}, {L"favorites", L"died", L"reads"}};
+  std::vector<std::unique_ptr<ChildProcess>> children;
+  for (std::vector<std::wstring> row : rows) {
+    row.insert(row.begin(), L"--child=FreeWhileALockIsHeld");
+    children.push_back(std::make_unique<ChildProcess>(ThisProgram(), row));
+  }
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    SCOPED_TRACE(testing::PrintToString(rows[i]));
+    ExpectEnd(children[i]->Finish(), kGood);
+  }
 }
 
 // One round: made, met by its end at some point of its reading.

@@ -63,10 +63,10 @@ bool PatientLock::EnterWithin(DWORD timeout) {
   return true;
 }
 
-bool PatientLock::TryEnter() noexcept {
+bool PatientLock::TryEnter(DWORD timeout) noexcept {
   // The system's object would let its owner in again.
   if (IsHeldByCaller()) return false;
-  const DWORD waited = WaitForSingleObject(mutex_.Get(), 0);
+  const DWORD waited = WaitForSingleObject(mutex_.Get(), timeout);
   if (waited == WAIT_ABANDONED_0) ReleaseMutex(mutex_.Get());
   if (waited != WAIT_OBJECT_0) return false;
   owner_.store(GetCurrentThreadId(), std::memory_order_relaxed);

@@ -35,9 +35,10 @@ class SMH_LOCKABLE PatientLock {
   // then. Raise EReentered, and EOSError when it cannot be waited for.
   void Enter() SMH_TAKES_LOCK() { EnterWithin(INFINITE); }
   bool EnterWithin(DWORD timeout) SMH_TRIES_LOCK(true);
-  // Whether the lock could be had at once: not from a thread that has it already, and not from one that ended
-  // inside. For the end of the module: not counted among what its thread has.
-  bool TryEnter() noexcept SMH_TRIES_LOCK(true);
+  // Whether the lock could be had at once, or within `timeout` milliseconds, in which no message is
+  // dispatched: not from a thread that has it already, and not from one that ended inside. For the end of the
+  // module: not counted among what its thread has.
+  bool TryEnter(DWORD timeout = 0) noexcept SMH_TRIES_LOCK(true);
   // Only the thread that entered may leave.
   void Leave() noexcept SMH_GIVES_LOCK();
   bool IsHeldByCaller() const noexcept {
