@@ -42,6 +42,27 @@ constexpr NameSource kNameSources[] = {
 constexpr wchar_t kCommandKey[] = L"%s\\shell\\open\\command";
 constexpr wchar_t kIconKey[] = L"%s\\DefaultIcon";
 
+struct ResourcePlace {
+  std::wstring file;
+  std::int32_t index = 0;
+};
+
+// "file,index"; without index the first one. Clients of the 64-bit view mean the native folders.
+ResourcePlace SplitResourceLocation(const std::wstring& location) {
+  ResourcePlace place;
+  const std::wstring file = TakeText([&](BoundaryText* out) {
+    return DLLGlobals::Helper().SplitIndirectString(location.c_str(), out, &place.index);
+  });
+  place.file = FileUtils::MapWow64Path(file);
+  return place;
+}
+
+std::wstring ResolveIndirect(std::wstring text) {
+  if (!text.starts_with(L'@')) return text;
+  const ResourcePlace place = SplitResourceLocation(text.substr(1));
+  return DLLGlobals::LoadStringResource(place.file, place.index);
+}
+
 // Empty when there is no such text.
 std::wstring ReadText(std::wstring keyPath, const std::wstring& value) {
   TRegistryEx registry(KEY_READ);
@@ -54,8 +75,7 @@ std::wstring ReadText(std::wstring keyPath, const std::wstring& value) {
 
 std::wstring ReadName(const std::wstring& keyPath) {
   for (const NameSource& source : kNameSources) {
-    const std::wstring text = ReadText(Format(source.key, keyPath), source.value);
-    std::wstring name = Trim(DLLGlobals::LoadIndirectString(text));
+    std::wstring name = Trim(ResolveIndirect(ReadText(Format(source.key, keyPath), source.value)));
     if (!name.empty()) return name;
   }
   return Trim(std::wstring_view(keyPath).substr(keyPath.rfind(L'\\') + 1));
@@ -68,21 +88,6 @@ std::wstring ReadCommand(const std::wstring& keyPath) {
   }));
 }
 
-struct IconPlace {
-  std::wstring file;
-  std::int32_t index = 0;
-};
-
-// "file,index"; without index the first icon.
-IconPlace SplitIconLocation(const std::wstring& location) {
-  IconPlace icon;
-  const std::wstring file = TakeText([&](BoundaryText* out) {
-    return DLLGlobals::Helper().SplitIndirectString(location.c_str(), out, &icon.index);
-  });
-  icon.file = FileUtils::MapWow64Path(file);
-  return icon;
-}
-
 // An added path may have blanks without quotes: it has no arguments.
 SharedText StartedFile(const FavoriteIdentity& client) {
   if (!client.keyPath.empty()) return ResolveCommandToFile(client.command.c_str());
@@ -90,15 +95,15 @@ SharedText StartedFile(const FavoriteIdentity& client) {
 }
 
 // A shortcut's icon goes before the registered one; a path that was added shows its own.
-IconPlace FindIcon(const FavoriteIdentity& client, const ItemDetails& details) {
+ResourcePlace FindIcon(const FavoriteIdentity& client, const ItemDetails& details) {
   if (!details.IconPath.empty()) {
     return {FileUtils::MapWow64Path(FileUtils::NormalizePath(details.IconPath)), details.IconIndex};
   }
   if (client.keyPath.empty()) return {std::wstring(details.FilePath), 0};
-  return SplitIconLocation(client.iconLocation);
+  return SplitResourceLocation(client.iconLocation);
 }
 
-int LoadIcon(const IconPlace& icon, IconLists& icons) {
+int LoadIcon(const ResourcePlace& icon, IconLists& icons) {
   if (!FileUtils::FileExists(icon.file)) return kFavoriteImageUnknown;
   int image = icons.AppendIcon(icon.file, icon.index);
   if (image < 0 && icon.index != 0) image = icons.AppendIcon(icon.file, 0);
@@ -139,7 +144,11 @@ FavoriteIdentity IdentityOfPath(const std::wstring& path) {
 void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details) {
   details.FilePath = StartedFile(client);
   details.Kind = TargetKindOfFile(details.FilePath);
-  if (details.Kind == TargetKind::kShortcut) FollowShortcut(details);
+  if (details.Kind == TargetKind::kShortcut) {
+    FollowShortcut(details);
+  } else {
+    details.ServedFile = ServedFileOf(details.FilePath, details.Command);
+  }
   std::optional<FileStamp> stamp;
   if (IsFullPath(details.FilePath)) stamp = StampOf(details.FilePath);
   // A folder is no program.

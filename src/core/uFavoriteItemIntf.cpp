@@ -3,6 +3,7 @@
 #include "core/contracts/boundary_call.h"
 #include "core/contracts/variant_values.h"
 #include "core/detail_properties.h"
+#include "core/item_facts.h"
 
 namespace smh {
 
@@ -53,6 +54,13 @@ HRESULT TFavoriteItemIntf::GetProperty(std::int32_t index, VARIANT* value) {
   return BoundaryResult(value, [&] {
     *value = NullVariant();
     *value = PropertyValue(item_, index);
+  });
+}
+
+HRESULT TFavoriteItemIntf::GetFact(std::int32_t index, VARIANT* value) {
+  return BoundaryResult(value, [&] {
+    *value = NullVariant();
+    *value = item_.Get([index](const ItemDetails& details) { return DetailFactValue(details, index); });
   });
 }
 

@@ -8,7 +8,7 @@
 namespace smh {
 
 // Any thread may use it. Holds no copy: every slot reads the item under its lock.
-class TFavoriteItemIntf final : public ComObject<IFavoriteItem> {
+class TFavoriteItemIntf final : public ComObject<IFavoriteItem, IStartupItemFacts> {
  public:
   // Keeps the collection, which owns the item, alive.
   TFavoriteItemIntf(IFavoriteItemCollection& collection, TFavoriteItem& item) noexcept
@@ -20,6 +20,7 @@ class TFavoriteItemIntf final : public ComObject<IFavoriteItem> {
   BOOL STDMETHODCALLTYPE ReadChanged() override;
   std::int32_t STDMETHODCALLTYPE GetImageIndex() override;
   HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) override;
+  HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) override;
 
  private:
   const ComPtr<IFavoriteItemCollection> collection_;

@@ -4,6 +4,7 @@
 #include "core/contracts/uDllGlobals.h"
 #include "core/contracts/variant_values.h"
 #include "core/detail_properties.h"
+#include "core/item_facts.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
 #include "model/item_list.h"
@@ -208,6 +209,13 @@ HRESULT TStartupItemIntf::ShowLocation() {
   return Run(kActionShowLocation, __LINE__, [](const ItemRef& item) {
     LocationOf(*item).ShowItemLocation(*item);
     return ChangeAnswer();
+  });
+}
+
+HRESULT TStartupItemIntf::GetFact(std::int32_t index, VARIANT* value) {
+  return BoundaryResult(value, [&] {
+    *value = NullVariant();
+    if (const ItemRef item = Item()) *value = ItemFactValue(*item, index);
   });
 }
 

@@ -14,7 +14,7 @@ class TLocationStartup;
 // Refers to an item without keeping it alive and notices when it has left the list; then, or without an item
 // from the start, it answers neutral values and its operations do nothing. Any thread may use it. Queries
 // take the item's lock; changes run as TLocationStartup says.
-class TStartupItemIntf final : public ComObject<IStartupItem> {
+class TStartupItemIntf final : public ComObject<IStartupItem, IStartupItemFacts> {
  public:
   // `item` may be null.
   explicit TStartupItemIntf(const ItemRef& item) noexcept : item_(item) {}
@@ -35,6 +35,7 @@ class TStartupItemIntf final : public ComObject<IStartupItem> {
   HRESULT STDMETHODCALLTYPE Execute(HWND window) override;
   HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) override;
   HRESULT STDMETHODCALLTYPE ShowLocation() override;
+  HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) override;
 
  private:
   // The item while it is listed, else null.

@@ -55,11 +55,6 @@ void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
   if (details.Caption.empty()) details.Caption = description;
 }
 
-SharedText ShortName(const SharedText& file) {
-  return TakeSharedText(
-      [&](BoundaryText* name) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), name); });
-}
-
 void FillFromShortcut(bool inFolder, ItemDetails& details) {
   const std::optional<ShortcutFacts> facts = FollowShortcut(details);
   if (!inFolder) return;
@@ -91,6 +86,11 @@ void CompleteCaption(ItemDetails& details) {
   }
 }
 
+SharedText ShortName(const SharedText& file) {
+  return TakeSharedText(
+      [&](BoundaryText* name) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), name); });
+}
+
 }  // namespace
 
 bool IsRundll(std::wstring_view shortName) noexcept {
@@ -108,6 +108,10 @@ std::wstring RundllTarget(std::wstring_view command,
     if (std::wstring file = existingFile(elements[i - 1]); !file.empty()) return file;
   }
   return {};
+}
+
+SharedText ServedFileOf(const SharedText& program, const SharedText& command) {
+  return IsRundll(ShortName(program)) ? SharedText(RundllTarget(command, ExistingFile)) : SharedText();
 }
 
 ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
@@ -153,7 +157,10 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.IconIndex = facts->iconIndex;
   details.Description = facts->description;
   details.LinkShowCommand = facts->hotKey;
-  if (!facts->targetFile.empty()) details.FilePath = facts->targetFile;
+  if (!facts->targetFile.empty()) {
+    details.FilePath = facts->targetFile;
+    details.ServedFile = ServedFileOf(facts->targetFile, facts->command);
+  }
   return facts;
 }
 
@@ -173,10 +180,9 @@ void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, Ite
   details.EntryName = ShortName(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
-  } else if (IsRundll(details.EntryName)) {
-    if (const std::wstring file = RundllTarget(details.Command, ExistingFile); !file.empty()) {
-      details.FilePath = SharedText(file);
-    }
+  } else {
+    details.ServedFile = ServedFileOf(details.FilePath, details.Command);
+    if (!details.ServedFile.empty()) details.FilePath = details.ServedFile;
   }
   DescribeStartedFile(FindFile(location, details), details);
   CompleteCaption(details);

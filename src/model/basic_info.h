@@ -25,6 +25,9 @@ bool IsRundll(std::wstring_view shortName) noexcept;
 std::wstring RundllTarget(std::wstring_view command,
                           const std::function<std::wstring(std::wstring_view)>& existingFile);
 
+// The full path of that file when the command's program is such a one, else empty. Touches the disk.
+SharedText ServedFileOf(const SharedText& program, const SharedText& command);
+
 // What an item takes from a shortcut: texts as the shortcut has them, or empty.
 struct ShortcutFacts {
   // The file that the target, together with the arguments, resolves to; empty for a link without target.
@@ -48,8 +51,8 @@ std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
 TargetKind TargetKindOfFile(std::wstring_view file);
 
 // The details' file is a shortcut: takes from it what it says, and makes the file that it starts the details'
-// file. None, with the file as it was, for a shortcut that cannot be read; one without target keeps it too.
-// Touches the disk.
+// file, with what that serves. None, with the file as it was, for a shortcut that cannot be read; one without
+// target keeps it too. Touches the disk.
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details);
 
 // Whether the file is there, as `stamp` says; its folder, where no working folder is known yet; and the texts

@@ -86,8 +86,10 @@ struct ItemDetails : ExtendedDetails {
   // The hot key of a shortcut entry.
   int LinkShowCommand = 0;
   SharedVersionTexts Version = NoVersionTexts();
-  // The file that the command starts.
+  // The file that the command starts, or the served one: that which all that is known of a file is about.
   SharedText FilePath;
+  // What the command, or the shortcut that it names, has rundll32 load; empty for any other.
+  SharedText ServedFile;
 };
 
 }  // namespace smh

@@ -78,6 +78,14 @@ bool LocationLoading::RemoveMissingItems(const Load& load,
   return true;
 }
 
+void LocationLoading::EndTwins(const Load& load) {
+  ScopedLock lock(Items().Lock());
+  for (int index = 0; index < Items().Count(); ++index) {
+    const ItemRef item = Items().At(index);
+    if (item->Location() == LocationType()) item->EndTwin(load.number);
+  }
+}
+
 std::vector<ItemRef> LocationLoading::ItemsNotFound(const Load& load) const {
   ScopedLock lock(Items().Lock());
   std::vector<ItemRef> items = Items().Snapshot();

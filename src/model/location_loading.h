@@ -49,6 +49,8 @@ class LocationLoading {
   // The end of a load: removes the items of this location that it has not found. `lookFor` is called for each
   // before that, without a lock: it takes over what an item's name leads to by itself, and answers as these.
   bool RemoveMissingItems(const Load& load, const std::function<bool(const TStartupItem&)>& lookFor);
+  // Behind that, for a location in two views: ends the twins of the items of which the load has found none.
+  void EndTwins(const Load& load);
 
  private:
   bool IsCurrent(const Load& load) const noexcept;

@@ -58,6 +58,9 @@ class TLocationStartup : public LocationLoading {
   ChangeAnswer DisableItem(const ItemRef& item) { return SwitchItem(item, false); }
   ChangeAnswer MoveItem(const ItemRef& item, TTypeStartupLocation target);
   ChangeAnswer ChangeItemCommand(const ItemRef& item, const std::wstring& command);
+  // The side key or folder that this system keeps disabled entries in, without a trailing backslash; empty
+  // without one. Constant, valid as long as the location.
+  virtual std::wstring_view OwnSide() const noexcept { return {}; }
   // Shows the entry where it lies, in another program; without a lock. Nothing by default.
   virtual void ShowItemLocation(const TStartupItem& item);
 

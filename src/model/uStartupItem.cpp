@@ -80,6 +80,19 @@ void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {
   MarkChanged();
 }
 
+void TStartupItem::SetTwin(ItemTwin twin) {
+  if (twin_.exchange(twin) != twin && !NeedsExtendedInfo()) MarkChanged();
+}
+
+void TStartupItem::MarkTwin(unsigned load, ItemTwin twin) {
+  twinIn_ = load;
+  SetTwin(twin);
+}
+
+void TStartupItem::EndTwin(unsigned load) {
+  if (twinIn_ != load) SetTwin(kTwinNone);
+}
+
 void TStartupItem::ReadExtendedInfo() {
   ExtendedPass pass;
   ReadExtendedInfo(pass);

@@ -13,7 +13,7 @@
 // item-list lock or an item's.
 #pragma once
 
-#include "core/contracts/location_table.h"
+#include "core/contracts/StartupManagerHelper.h"
 #include "infra/registry/uRegistryUtils.h"
 #include "infra/runtime/critical_section.h"
 #include "model/basic_info.h"
@@ -80,6 +80,13 @@ class TStartupItem {
   void MarkFound(unsigned load) noexcept { foundIn_.store(load, std::memory_order_relaxed); }
   bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 
+  // What that load has found at the item's place in the 32-bit view, and the end of the load, for an item of
+  // which it has found nothing there. The reader's thread only, without a lock. An item whose twin comes,
+  // goes or turns into another is marked changed, unless its extended information is still to come.
+  void MarkTwin(unsigned load, ItemTwin twin);
+  void EndTwin(unsigned load);
+  ItemTwin Twin() const noexcept { return twin_.load(); }
+
   // The reader's thread only. Touches the disk without holding a lock; a failure is logged and the item
   // stays; EAbort passes, and is raised as by UpdateCommand.
   void ReadExtendedInfo(ExtendedPass& pass);
@@ -120,10 +127,13 @@ class TStartupItem {
 
   ItemDetails DetailsOf(std::wstring_view command) const;
   void TakeOver(ItemDetails details);
+  void SetTwin(ItemTwin twin);
 
   // What every look at the list reads lies together.
   std::atomic<int> position_{-1};
   std::atomic<unsigned> foundIn_{0};
+  std::atomic<unsigned> twinIn_{0};
+  std::atomic<ItemTwin> twin_{kTwinNone};
   const TTypeStartupLocation location_;
   const bool protected_;
   // Name, given text, address and enabled flag change only under the list's and the item's lock: either is

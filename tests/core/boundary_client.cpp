@@ -82,6 +82,21 @@ std::wstring OutVariant::Text() const {
   return std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal));
 }
 
+RawFacts::RawFacts(const RawObject& entry) {
+  GUID id;
+  if (FAILED(IIDFromString(kFactsId, &id)) || entry.QueryInterface(&id, Put()) != S_OK) {
+    throw std::runtime_error("no facts");
+  }
+}
+
+std::wstring RawEntry::Fact(std::int32_t index) const {
+  OutVariant value;
+  EXPECT_EQ(RawFacts(*this).GetFact(index, value.Put()), S_OK) << index;
+  if (value.Type() == VT_I4) return std::to_wstring(value->lVal);
+  EXPECT_TRUE(value.Type() == VT_BSTR || value.Type() == VT_NULL) << index;
+  return value.Type() == VT_NULL ? L"-" : L"[" + value.Text() + L"]";
+}
+
 std::wstring RawEntry::Name() const {
   OutText name;
   GetName(name.Put());

@@ -17,13 +17,16 @@
 
 namespace smh::test {
 
+inline constexpr wchar_t kFactsId[] = L"{E7FF0A82-5825-4742-9F44-863F32DD5000}";
 inline constexpr wchar_t kManagerId[] = L"{E8C7F189-6EBA-407B-A55E-97C824EC0201}";
 
 // Ordinals of locations.
 inline constexpr std::int32_t kNoLocation = 0;
+inline constexpr std::int32_t kUserFolder = 1;
 inline constexpr std::int32_t kUserRun = 5;
 inline constexpr std::int32_t kCommonRun = 8;
 inline constexpr std::int32_t kCommonRunOnce = 9;
+inline constexpr std::int32_t kAllMenus = 11;
 
 // A text that the library handed out; released at the end. Begins as garbage, as a host's variable may.
 class OutText {
@@ -109,6 +112,14 @@ class RawObject {
   void* object_ = nullptr;
 };
 
+// The further interface of an entry, which QueryInterface answers.
+class RawFacts : public RawObject {
+ public:
+  // Throws std::runtime_error for an entry without.
+  explicit RawFacts(const RawObject& entry);
+  HRESULT GetFact(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(3, index, value); }
+};
+
 // What startup items and default programs have in common.
 class RawEntry : public RawObject {
  public:
@@ -119,6 +130,8 @@ class RawEntry : public RawObject {
   HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
 
   std::wstring Name() const;
+  // A number's digits, a text in brackets, or "-" for VT_NULL.
+  std::wstring Fact(std::int32_t index) const;
   std::wstring PropertyText(std::int32_t index) const { return OutVariant(*this, index).Text(); }
 };
 

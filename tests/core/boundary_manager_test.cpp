@@ -68,6 +68,22 @@ TEST_F(ManagerTest, EveryObjectAnswersIUnknownAndItsOwnIdentifier) {
   }
 }
 
+TEST_F(ManagerTest, FactsAreOfTheSameObjectAsTheirEntry) {
+  const RawFavorites favorites = manager.Favorites();
+  favorites.AddPath(L"C:\\gone.exe");
+  const RawItem item = NoItem();
+  const RawFavorite favorite = favorites.Item(favorites.GetCount() - 1);
+  for (const RawObject* object :
+       {static_cast<const RawObject*>(&item), static_cast<const RawObject*>(&favorite)}) {
+    const RawFacts facts(*object);
+    RawObject identity;
+    EXPECT_EQ(facts.QueryInterface(&IID_IUnknown, identity.Put()), S_OK);
+    EXPECT_EQ(identity.Address(), object->Address());
+    EXPECT_TRUE(IsExplained(facts.GetFact(0, nullptr), E_POINTER));
+  }
+  EXPECT_THROW(RawFacts{manager}, std::runtime_error);
+}
+
 TEST_F(ManagerTest, StringsAreSharedAndEachHasItsOwnPlace) {
   constexpr const wchar_t* kVerbs[RawStrings::kTexts] = {L"Adding",   L"Moving",    L"Deleting",
                                                          L"Enabling", L"Disabling", L"Changing"};

@@ -100,6 +100,39 @@ enum ItemProperty : std::int32_t {
   kPropertyRating = 26,  // VT_I4: 0 trusted, 1 unknown, 2 risky
 };
 
+// Indexes of IStartupItemFacts::GetFact. VT_NULL stands for what does not apply: the facts of a value or a
+// key to a file of a Startup folder, those of its place to a default program.
+enum ItemFact : std::int32_t {
+  kFactLocation = 0,       // VT_I4: a TTypeStartupLocation
+  kFactReachability = 1,   // VT_I4: a FileReachability, of the described file
+  kFactDescribedFile = 2,  // VT_BSTR: whose size, times, version record, rating and icon the entry shows
+  // VT_BSTR: the library that the command has rundll32 load, or the control panel file that this is given, by
+  // its full path; empty for any other command, and when there is no such file.
+  kFactServedFile = 3,
+  kFactRoot = 4,  // VT_BSTR: "HKEY_LOCAL_MACHINE" or "HKEY_CURRENT_USER"
+  kFactView = 5,  // VT_I4: 64 or 32, the registry view
+  kFactKey = 6,   // VT_BSTR: the path below the root, without a backslash at either end
+  // VT_BSTR: may hold NULs; empty for the default value. VT_NULL for an entry that is the key itself.
+  kFactValueName = 7,
+  // VT_BSTR: empty while enabled; kDisabledByUs; else the side key or the folder of another tool.
+  kFactDisabledBy = 8,
+  kFactTwin = 9,  // VT_I4: an ItemTwin
+};
+
+// Whether the file is there. One out of reach may be: its share or network drive did not answer.
+enum FileReachability : std::int32_t { kFileMissing = 0, kFileFound = 1, kFileUnreachable = 2 };
+
+// What the 32-bit view of a 64-bit Windows holds at the place of an entry of the 64-bit view, and what is
+// listed with that alone.
+enum ItemTwin : std::int32_t {
+  kTwinNone = 0,   // nothing, or an entry of its own; always on a 32-bit Windows
+  kTwinSame = 1,   // the same text: both are changed together
+  kTwinOther = 2,  // a value of that name with another text, which is left alone
+};
+
+// Stands for the side key or the folder that this system moves to what it disables, whoever moved it there.
+inline constexpr wchar_t kDisabledByUs[] = L"own";
+
 // What IFavoriteItem::GetKind answers.
 enum FavoriteKind : std::int32_t {
   kFavoritePath = 0,  // added by IFavoriteItemCollection::AddPath
@@ -174,6 +207,17 @@ struct IStartupItem : IUnknown {
   // browser. May take a few seconds. An editor that cannot be started is shown in a message box and is no
   // failure.
   virtual HRESULT STDMETHODCALLTYPE ShowLocation() = 0;
+};
+
+// Further facts of a start-up entry or a default program: QueryInterface of IStartupItem and IFavoriteItem
+// answers it. Later versions add indexes and put slots behind these. Any thread may use it; no disk and no
+// registry is touched.
+struct IStartupItemFacts : IUnknown {
+  static constexpr GUID iid = {0xE7FF0A82, 0x5825, 0x4742, {0x9F, 0x44, 0x86, 0x3F, 0x32, 0xDD, 0x50, 0x00}};
+
+  // 3: an ItemFact; VT_NULL for an index that this version does not know, and without an entry. The variant
+  // is overwritten; the caller clears it afterwards.
+  virtual HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) = 0;
 };
 
 // All start-up entries of all locations read so far. Any thread may use it.

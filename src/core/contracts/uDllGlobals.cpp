@@ -12,13 +12,6 @@ namespace {
 // A string resource longer than this is cut.
 constexpr int kIndirectStringUnits = 260;
 
-std::wstring StringResource(HMODULE module, std::int32_t number) {
-  const auto id = static_cast<std::uint32_t>(number);
-  wchar_t buffer[kIndirectStringUnits];
-  const int length = LoadStringW(module, number < 0 ? 0 - id : id, buffer, kIndirectStringUnits);
-  return length > 0 ? std::wstring(buffer, static_cast<std::size_t>(length)) : std::wstring();
-}
-
 }  // namespace
 
 bool UseBackupCheckpoints() {
@@ -28,14 +21,22 @@ bool UseBackupCheckpoints() {
   return settings->GetUseCheckpoints(kHostFileName) != FALSE;
 }
 
+std::wstring LoadStringResource(const std::wstring& file, std::int32_t number) {
+  const ScopedModule module(LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+  if (!module) return {};
+  const auto id = static_cast<std::uint32_t>(number);
+  wchar_t buffer[kIndirectStringUnits];
+  const int length = LoadStringW(module.Get(), number < 0 ? 0 - id : id, buffer, kIndirectStringUnits);
+  return length > 0 ? std::wstring(buffer, static_cast<std::size_t>(length)) : std::wstring();
+}
+
 std::wstring LoadIndirectString(std::wstring_view text) {
   if (!text.starts_with(L'@')) return std::wstring(text);
   const std::wstring reference(text.substr(1));
   std::int32_t number = 0;
   const std::wstring file = TakeText(
       [&](BoundaryText* out) { return Helper().SplitIndirectString(reference.c_str(), out, &number); });
-  const ScopedModule module(LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_IMAGE_RESOURCE));
-  return module ? StringResource(module.Get(), number) : std::wstring();
+  return LoadStringResource(file, number);
 }
 
 }  // namespace DLLGlobals

@@ -13,6 +13,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -47,9 +48,11 @@ inline constexpr wchar_t kHostFileName[] = L"startupmanager.exe";
 // Whether changes are recorded inside backup checkpoints; yes when the settings give no answer. Asked once
 // per operation, never cached. From any thread.
 bool UseBackupCheckpoints();
-// Resolves "@file,number" to the string resource, of which at most 259 code units are read; any other text
-// comes back unchanged, a file that cannot be loaded gives the empty text. From any thread; loads the file as
+// A string resource, of which at most 259 code units are read; a negative number stands for its positive one.
+// Empty for a file that cannot be loaded and for one without that string. From any thread; loads the file as
 // data, so not from DllMain. Raises std::bad_alloc.
+std::wstring LoadStringResource(const std::wstring& file, std::int32_t number);
+// The same of "@file,number"; any other text comes back unchanged.
 std::wstring LoadIndirectString(std::wstring_view text);
 
 }  // namespace DLLGlobals

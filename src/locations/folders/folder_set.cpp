@@ -64,6 +64,12 @@ bool FolderSet::IsStartupFolder(std::wstring_view folder) const noexcept {
   return SameText(folder, startupFolder_);
 }
 
+std::wstring_view FolderSet::OwnDisabledFolder() const noexcept {
+  if (disabledFolders_.empty()) return {};
+  const std::wstring_view folder = disabledFolders_.front();
+  return folder.substr(0, folder.size() - 1);
+}
+
 bool FolderSet::AsksForTrust() const {
   if (!isCommon_) return false;
   RequireFolder(dataFolder_);

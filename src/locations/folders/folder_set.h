@@ -29,6 +29,9 @@ class FolderSet {
   // Whether it is the Startup folder, ignoring the case of ASCII letters.
   bool IsStartupFolder(std::wstring_view folder) const noexcept;
 
+  // The folder of disabled entries that is written to, without its trailing backslash; empty when unknown.
+  std::wstring_view OwnDisabledFolder() const noexcept;
+
   // Where an enabled or a disabled entry goes; lives as long as this. Made when it does not exist. Raises
   // EOSError when it is unknown or cannot be made.
   //

@@ -21,6 +21,7 @@ class TLocationFolderStd final : public TLocationStartup {
   bool ItemExists(const TStartupItem& item) override;
   void ReadItems() override;
   bool IsChanged() override;
+  std::wstring_view OwnSide() const noexcept override { return folders_.OwnDisabledFolder(); }
   // Raises EOSError when the file browser cannot be started.
   void ShowItemLocation(const TStartupItem& item) override;
 

@@ -76,6 +76,7 @@ void TLocationRegistry::LoadItems() {
     isCurrent = std::all_of(place, place + together, [&](Place& one) { return TakePlace(load, one); });
   }
   if (isCurrent && RemoveMissingItems(load, [&](const TStartupItem& item) { return LookFor(load, item); })) {
+    if (OwnView() != 0) EndTwins(load);
     return;
   }
   Gate().MarkLoadDue();
@@ -150,17 +151,30 @@ bool TLocationRegistry::HasMainChanged(const Place& place) const {
              : !main.IsStill();
 }
 
-bool TLocationRegistry::IsShownByMainView(RegistryLoad& load, const Place& place,
-                                          const SeenEntry& seen) const {
-  if (place.main == nullptr) return false;
+ItemRef TLocationRegistry::ShownByMainView(RegistryLoad& load, const Place& place,
+                                           const SeenEntry& seen) const {
+  if (place.main == nullptr) return nullptr;
   AssignFullValuePath(load.otherPath, OwnView(), place.root, seen.key, seen.shownName);
   const ItemRef other = FindItem(LocationType(), load.otherPath);
-  return other != nullptr && other->WasFoundIn(load.number);
+  return other != nullptr && other->WasFoundIn(load.number) ? other : nullptr;
+}
+
+// The file of a class may differ from view to view: there the text is all that counts.
+ItemTwin TLocationRegistry::TwinOf(const TStartupItem& main, const SeenEntry& seen) const {
+  const bool isCommand = Row().family == LocationFamily::kRunKey;
+  return main.Get([&](const ItemState& state) {
+    const bool isSame =
+        isCommand ? SameText(state.details.Command, seen.command) : SameText(state.givenText, seen.caption);
+    return isSame ? kTwinSame : kTwinOther;
+  });
 }
 
 bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
   // Also one that is listed itself: the other has come to stand there since.
-  if (IsShownByMainView(load, place, seen)) return true;
+  if (const ItemRef main = ShownByMainView(load, place, seen)) {
+    main->MarkTwin(load.number, TwinOf(*main, seen));
+    return true;
+  }
   AssignFullValuePath(load.path, place.view, place.root, seen.key, seen.shownName);
   if (const ItemRef own = FindItem(LocationType(), load.path)) {
     const bool isSame = own->Get([&](const ItemState& state) {

@@ -22,6 +22,7 @@ class TLocationRegistry : public TLocationStartup {
   // See TLocationStartup.
   void ReadItems() final;
   bool IsChanged() final;
+  std::wstring_view OwnSide() const noexcept final { return keys_.side.front(); }
   // In the registry editor; see RegEditUtils.
   void ShowItemLocation(const TStartupItem& item) final;
 
@@ -116,7 +117,9 @@ class TLocationRegistry : public TLocationStartup {
   bool LookFor(RegistryLoad& load, const TStartupItem& item);
   // Whether something may have come to the 64-bit view since it was listed.
   bool HasMainChanged(const Place& place) const;
-  bool IsShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) const;
+  // The item of the 64-bit view that an entry of the plain one is listed with; null for one of its own.
+  ItemRef ShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) const;
+  ItemTwin TwinOf(const TStartupItem& main, const SeenEntry& seen) const;
   bool EntriesAreKeys() const noexcept { return FamilyOf(Row()).entriesAreKeys; }
 
   const Keys keys_;
