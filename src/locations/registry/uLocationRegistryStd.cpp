@@ -29,6 +29,17 @@ bool HoldsValue(const ScopedKey& key, const std::wstring& name) {
   return status == ERROR_SUCCESS;
 }
 
+// As its key has it: a name in other letters is the same name.
+std::wstring SpelledName(const RegistryValueAddress& address) {
+  const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
+  if (!key) return address.valueName;
+  RegistryValueReader values(key.Get());
+  while (values.Next()) {
+    if (SameText(values.Name(), address.valueName)) return std::wstring(values.Name());
+  }
+  return address.valueName;
+}
+
 void RequireShortName(const std::wstring& name) {
   if (name.size() > kLongestName) RaiseTooLong(L"name");
 }
@@ -106,9 +117,13 @@ TLocationRegistry::SwitchPlace TLocationRegistryStd::PlaceToSwitch(const Registr
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& name,
                                                            const std::wstring& command, bool recorded) {
   RequireShortName(name);
-  const RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
+  RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(true), name};
   const std::shared_ptr<const EntryStore> store = Store(recorded);
   KeptEntry before = store->Keep(address);
+  if (!before.empty()) {
+    address.valueName = SpelledName(address);
+    before = store->Keep(address);
+  }
   if (const std::optional<RegistryData> present = DataOf(before)) {
     FoundEntry found = ListAt(address, *present);
     found.isProtected = !IsKeyWritable(address.root, address.key, address.viewBits);

@@ -98,20 +98,20 @@ TEST_P(RunKeyChange, DeletingTakesTheTwinAlongButNotAnotherEntry) {
 }
 
 TEST_P(RunKeyChange, AddingFindsWhatIsThereInsteadOfOverwritingIt) {
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"listed", Sz(L"l.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"list\xE4t", Sz(L"l.exe"));
   UserRun().ReadItems();
-  SetValue(HKEY_CURRENT_USER, kRunKey, L"unlisted", Sz(L"u.exe"));
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"unlist\xE4t", Sz(L"u.exe"));
 
-  const int listed = UserRun().AddItem(L"LISTED", L"x.exe").position;
-  EXPECT_EQ(listed, FindByCaption(UserRun(), L"listed")->Position());
-  const int unlisted = UserRun().AddItem(L"unlisted", L"x.exe").position;
-  const ItemRef found = FindByCaption(UserRun(), L"unlisted");
+  const int listed = UserRun().AddItem(L"LIST\xC4T", L"x.exe").position;
+  EXPECT_EQ(listed, FindByCaption(UserRun(), L"list\xE4t")->Position());
+  const int unlisted = UserRun().AddItem(L"unlist\xC4T", L"x.exe").position;
+  const ItemRef found = FindByCaption(UserRun(), L"unlist\xE4t");
   ASSERT_NE(found, nullptr);
   EXPECT_EQ(unlisted, found->Position());
   EXPECT_EQ(Command(found), L"u.exe");
   EXPECT_THAT(RecordedChanges(), IsEmpty()) << "nothing was changed";
   module.Safeguard().Clear();
-  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"listed"), Sz(L"l.exe"));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"list\xE4t"), Sz(L"l.exe"));
 
   const int added = UserRun().AddItem(L"a\\\"b\"", L"\"C:\\windows\\notepad.exe\" /x").position;
   ExpectCheckpoint(L"Startup Manager: Adding a\\\"b\"");
