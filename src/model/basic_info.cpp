@@ -10,6 +10,7 @@
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
 namespace smh {
@@ -150,7 +151,9 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkPath = details.FilePath;
+  details.SeenLink = StampOf(details.LinkPath).value_or(FileStamp{});
   std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(details.LinkPath));
+  details.IsLinkRead = facts.has_value();
   if (!facts) return facts;
   details.WorkingFolder = facts->workingFolder;
   details.IconPath = facts->iconPath;
@@ -164,8 +167,23 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   return facts;
 }
 
+bool StandsAsSeen(const ItemDetails& details) {
+  if (!details.FileFound || !details.IsLinkRead || StampOf(details.FilePath) != details.SeenFile)
+    return false;
+  return details.LinkPath.empty() || StampOf(details.LinkPath) == details.SeenLink;
+}
+
+bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b) {
+  const auto seen = [](const ItemDetails& details) {
+    return std::tie(details.FilePath, details.FileFound, details.SeenFile, details.LinkPath, details.SeenLink,
+                    details.IsLinkRead);
+  };
+  return seen(a) == seen(b);
+}
+
 void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details) {
   details.FileFound = stamp.has_value();
+  details.SeenFile = stamp.value_or(FileStamp{});
   if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
   if (stamp) TakeVersionTexts(*stamp, details);
 }

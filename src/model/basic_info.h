@@ -55,6 +55,12 @@ TargetKind TargetKindOfFile(std::wstring_view file);
 // target keeps it too. Touches the disk.
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details);
 
+// Whether the files that the details tell of stand as they were seen: the shortcut, if it could be read, and
+// what is started, if it was there. One call of the system for each.
+bool StandsAsSeen(const ItemDetails& details);
+// Whether two tell of the same files, as they stood at the same time.
+bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b);
+
 // Whether the file is there, as `stamp` says; its folder, where no working folder is known yet; and the texts
 // of its version record, which it reads. Raises std::bad_alloc.
 void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details);

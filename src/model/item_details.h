@@ -90,6 +90,10 @@ struct ItemDetails : ExtendedDetails {
   SharedText FilePath;
   // What the command, or the shortcut that it names, has rundll32 load; empty for any other.
   SharedText ServedFile;
+  // As they stood when they were looked at, where they were there.
+  FileStamp SeenFile;
+  FileStamp SeenLink;
+  bool IsLinkRead = true;
 };
 
 }  // namespace smh

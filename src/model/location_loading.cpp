@@ -2,14 +2,34 @@
 
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/catch_failure.h"
+#include "infra/runtime/text.h"
 #include "model/reader_state.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
 
 namespace smh {
 
-std::optional<LocationLoading::Load> LocationLoading::BeginLoad() {
+namespace {
+
+struct NameOrder {
+  bool operator()(const std::wstring& a, const std::wstring& b) const noexcept {
+    return CompareText(a, b) < 0;
+  }
+};
+
+bool IsAscii(std::wstring_view text) noexcept {
+  return std::ranges::all_of(text, [](wchar_t unit) { return unit < 0x80; });
+}
+
+}  // namespace
+
+std::optional<LocationLoading::Load> LocationLoading::BeginLoad(Look look) {
   ScopedLock lock(Items().Lock());
+  owesLook_ = owesLook_ || look == Look::kAgain;
   const unsigned generation = gate_.Generation();
-  if (!gate_.IsBusy()) return Load{generation, ++loads_};
+  if (!gate_.IsBusy()) return Load{generation, ++loads_, owesLook_ ? Look::kAgain : Look::kForChanges};
   gate_.MarkLoadDue();
   return std::nullopt;
 }
@@ -20,12 +40,19 @@ bool LocationLoading::IsCurrent(const Load& load) const noexcept {
 
 bool LocationLoading::AddOrUpdateItem(FoundEntry entry, const Load& load) {
   const ItemRef known = FindItem(LocationType(), entry.name);
-  return known != nullptr ? UpdateItem(*known, entry.command, load) : ListEntry(std::move(entry), load);
+  return known != nullptr ? UpdateItem(*known, entry.command, entry.isProtected, load)
+                          : ListEntry(std::move(entry), load);
 }
 
-bool LocationLoading::UpdateItem(TStartupItem& item, std::wstring_view command, const Load& load) {
+bool LocationLoading::UpdateItem(TStartupItem& item, std::wstring_view command, bool isProtected,
+                                 const Load& load) {
   item.MarkFound(load.number);
-  item.UpdateCommand(command, Items().Lock(), [&] { return IsCurrent(load); });
+  const auto isCurrent = [&] { return IsCurrent(load); };
+  if (load.look == Look::kForChanges) {
+    item.UpdateCommand(command, Items().Lock(), isCurrent);
+  } else {
+    item.LookAgain(command, isProtected, Items().Lock(), isCurrent);
+  }
   return IsCurrent(load);
 }
 
@@ -63,8 +90,8 @@ bool LocationLoading::RemoveItem(TStartupItem& item, const Load& load) {
 }
 
 bool LocationLoading::RemoveMissingItems(const Load& load,
-                                         const std::function<bool(const TStartupItem&)>& lookFor) {
-  for (const ItemRef& item : ItemsNotFound(load)) {
+                                         const std::function<bool(TStartupItem&)>& lookFor) {
+  for (const ItemRef& item : ItemsToLookFor(load)) {
     CheckTerminated();
     if (!lookFor(*item)) return false;
   }
@@ -75,6 +102,7 @@ bool LocationLoading::RemoveMissingItems(const Load& load,
     LogRemoval(item);
     return true;
   });
+  owesLook_ = false;
   return true;
 }
 
@@ -86,13 +114,23 @@ void LocationLoading::EndTwins(const Load& load) {
   }
 }
 
-std::vector<ItemRef> LocationLoading::ItemsNotFound(const Load& load) const {
-  ScopedLock lock(Items().Lock());
-  std::vector<ItemRef> items = Items().Snapshot();
-  std::erase_if(items, [&](const ItemRef& item) {
-    return item->Location() != LocationType() || item->WasFoundIn(load.number);
-  });
-  return items;
+std::vector<ItemRef> LocationLoading::ItemsToLookFor(const Load& load) const {
+  std::vector<ItemRef> missing;
+  std::vector<ItemRef> found;
+  {
+    ScopedLock lock(Items().Lock());
+    for (ItemRef& item : Items().Snapshot()) {
+      if (item->Location() != LocationType()) continue;
+      (item->WasFoundIn(load.number) ? found : missing).push_back(std::move(item));
+    }
+  }
+  const auto isPlain = [](const ItemRef& item) { return IsAscii(item->Name()); };
+  if (std::ranges::all_of(missing, isPlain)) return missing;
+  // To the system they are the same, though not to the list.
+  std::set<std::wstring, NameOrder> names;
+  for (const ItemRef& item : found) names.insert(item->Name());
+  std::erase_if(missing, [&](const ItemRef& item) { return names.contains(item->Name()); });
+  return missing;
 }
 
 void LocationLoading::LogRemoval(const TStartupItem& item) const {

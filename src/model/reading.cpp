@@ -21,9 +21,9 @@ namespace {
 constexpr wchar_t kUnit[] = L"reading";
 constexpr DWORD kPollIntervalMs = 1000;
 
-void ReadTraced(TLocationStartup& location) {
+void ReadTraced(TLocationStartup& location, Look look) {
   const DebugScope trace(&location, L"ReadItems", {location.Row().className.data()});
-  location.ReadItems();
+  location.ReadItems(look);
 }
 
 // One run of the reader, on its thread from beginning to end; takes no lock but what the locations and items
@@ -72,7 +72,7 @@ void TReadThread::ReadLocations() {
   DropOthers();
   for (const auto& location : Locations()) {
     CheckTerminated();
-    if (TakesPart(*location)) ReadTraced(*location);
+    if (TakesPart(*location)) ReadTraced(*location, Look::kAgain);
   }
 }
 
@@ -108,7 +108,7 @@ void TReadThread::WaitForChange() {
     for (const auto& location : Locations()) {
       CheckTerminated();
       if (!TakesPart(*location) || !location->IsChanged()) continue;
-      ReadTraced(*location);
+      ReadTraced(*location, Look::kForChanges);
       isAnyRead = true;
     }
   }

@@ -66,6 +66,14 @@ std::optional<ItemState> ListedState(const TStartupItem& item) {
 
 }  // namespace
 
+void TLocationStartup::ReadItems(Look look) {
+  CatchFailure([&] { LoadItems(look); },
+               [this] {
+                 LogCurrentException();
+                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
+               });
+}
+
 bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {
   if (!canModify_) return false;
   const SharedText entryName = item.Get([](const ItemState& state) { return state.details.EntryName; });

@@ -36,7 +36,7 @@ class TLocationStartup : public LocationLoading {
   virtual bool ItemExists(const TStartupItem& item) = 0;
   // Brings the list up to date with the location. Runs on the reader's thread, without a lock but for moments
   // of the list's and the item's; EAbort passes when that is asked to end.
-  virtual void ReadItems() = 0;
+  void ReadItems(Look look = Look::kForChanges);
   // Whether the location changed since the last ReadItems, or a load is due. Polled once a second on the
   // reader's thread; never waits.
   virtual bool IsChanged() = 0;
@@ -77,6 +77,9 @@ class TLocationStartup : public LocationLoading {
         canEnable_(abilities.canEnable),
         canModify_(abilities.canModify),
         canDelete_(abilities.canDelete) {}
+
+  // What ReadItems does, of the family; what it raises is logged.
+  virtual void LoadItems(Look look) = 0;
 
   // The steps of a change, of the family. They run on the thread of the change, as entry_steps.h says, in its
   // checkpoint when it is recorded. Each plan reads everything anew and writes nothing: what forbids the

@@ -71,6 +71,21 @@ bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& lis
   return true;
 }
 
+void TStartupItem::LookAgain(std::wstring_view command, bool isProtected, CriticalSection& listLock,
+                             const std::function<bool()>& isCurrent) {
+  const bool isUpdated = UpdateCommand(command, listLock, isCurrent);
+  const ItemDetails old = Get([](const ItemState& state) { return state.details; });
+  std::optional<ItemDetails> details;
+  if (!isUpdated && !StandsAsSeen(old)) details = DetailsOf(command);
+  CheckTerminated();
+
+  ScopedLock list(listLock);
+  ScopedLock lock(Lock);
+  if (!isCurrent() || !IsListed()) return;
+  if (protected_.exchange(isProtected) != isProtected) MarkChanged();
+  if (details && !IsSeenAlike(*details, old)) TakeOver(std::move(*details));
+}
+
 void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {
   ItemDetails details = DetailsOf(command);
   ScopedLock list(listLock);

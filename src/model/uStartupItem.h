@@ -71,6 +71,10 @@ class TStartupItem {
   // taking over what it read when the reader was asked to end: that may have cancelled it.
   bool UpdateCommand(std::wstring_view command, CriticalSection& listLock,
                      const std::function<bool()>& isCurrent);
+  // A closer look: as UpdateCommand, and for the same command the new information is taken over too when its
+  // files do not stand as they were seen, or could not be seen. Takes the protected flag over.
+  void LookAgain(std::wstring_view command, bool isProtected, CriticalSection& listLock,
+                 const std::function<bool()>& isCurrent);
   // Gathers everything anew for `command`, whether or not it differs; as UpdateCommand otherwise, but that no
   // change is logged.
   void Renew(std::wstring_view command, CriticalSection& listLock);
@@ -117,7 +121,7 @@ class TStartupItem {
 
   TTypeStartupLocation Location() const noexcept { return location_; }
   SharedText GivenText() const;
-  bool IsProtected() const noexcept { return protected_; }
+  bool IsProtected() const noexcept { return protected_.load(); }
 
   // Guards the fields that can change. Taken after the item-list lock.
   mutable CriticalSection Lock;
@@ -135,12 +139,12 @@ class TStartupItem {
   std::atomic<unsigned> twinIn_{0};
   std::atomic<ItemTwin> twin_{kTwinNone};
   const TTypeStartupLocation location_;
-  const bool protected_;
+  std::atomic<bool> protected_;
   // Name, given text, address and enabled flag change only under the list's and the item's lock: either is
   // enough to read them.
   ItemState state_;
   bool needsExtendedInfo_ = true;
-  // Counts changes of the command, so that facts read for an old command are dropped.
+  // Counts changes of the command and of the place, so that facts read before are dropped.
   unsigned revision_ = 0;
   std::atomic<std::int32_t> changedMark_{0};
 };

@@ -13,6 +13,7 @@ class FakeLocation final : public TLocationStartup {
   struct Entry {
     std::wstring name;
     std::wstring command;
+    bool isProtected = false;
   };
 
   void SetEntries(std::vector<Entry> entries) {
@@ -30,9 +31,9 @@ class FakeLocation final : public TLocationStartup {
   ChangeGate::Scope BeginChange() { return ChangeGate::Scope(Gate()); }
 
   bool ItemExists(const TStartupItem&) override { return true; }
-  void ReadItems() override {
+  void LoadItems(Look look) override {
     ++reads;
-    const std::optional<Load> load = BeginLoad();
+    const std::optional<Load> load = BeginLoad(look);
     if (!load) return;
     if (onRead) onRead();
     std::vector<Entry> entries;
@@ -45,9 +46,10 @@ class FakeLocation final : public TLocationStartup {
       item.name = SharedText(entry.name);
       item.caption = item.name;
       item.command = SharedText(entry.command);
+      item.isProtected = entry.isProtected;
       if (!AddOrUpdateItem(std::move(item), *load)) return;
     }
-    RemoveMissingItems(*load, [](const TStartupItem&) { return true; });
+    RemoveMissingItems(*load, [](TStartupItem&) { return true; });
   }
   bool IsChanged() override { return changed.exchange(false) || changesAlways; }
 

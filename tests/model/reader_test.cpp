@@ -1,4 +1,5 @@
 #include "infra/runtime/scoped_com.h"
+#include "locations/folders/shortcut_writer.h"
 #include "model/change_lock.h"
 #include "model/reader_state.h"
 #include "model/reading.h"
@@ -163,6 +164,50 @@ TEST_F(ReaderTest, WhatAStopHasCancelledIsNoAnswer) {
   stopIn(SlowCall::kFind);
   EXPECT_TRUE(old->State().details.FileFound);
   EXPECT_TRUE(old->NeedsExtendedInfo());
+}
+
+TEST_F(ReaderTest, ARefreshLooksAtTheFilesAgainAndAPollDoesNot) {
+  const TemporaryFolder folder;
+  const std::wstring late = folder.File(L"late.exe");
+  const std::wstring swapped = folder.Write(L"swapped.exe", "1");
+  const std::wstring link = folder.Write(L"locked.lnk", "");
+  ShortcutFields fields;
+  fields.target = swapped;
+  WriteShortcut(fields, link);
+  ScopedHandle holder(CreateFileW(link.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  std::vector<FakeLocation::Entry> entries = {{L"late", late, true}, {L"swapped", swapped}, {L"link", link}};
+  UsualLocation().SetEntries(entries);
+  UsualLocation().ReadItems();
+  const auto details = [](const wchar_t* name) { return UsualLocation().Listed(name)->State().details; };
+  const ItemRef item = UsualLocation().Listed(L"late");
+  EXPECT_FALSE(details(L"late").FileFound);
+  EXPECT_EQ(details(L"link").FilePath, link);
+
+  folder.Write(L"late.exe", "12345");
+  folder.Write(L"swapped.exe", "12345");
+  holder.Reset();
+  entries[0].isProtected = false;
+  UsualLocation().SetEntries(entries);
+  UsualLocation().ReadItems();
+  EXPECT_FALSE(details(L"late").FileFound);
+  EXPECT_TRUE(item->IsProtected());
+  const auto refresh = [] {
+    StartReading();
+    EXPECT_TRUE(WaitUntil(IsComplete, 10'000));
+  };
+  refresh();
+  EXPECT_EQ(UsualLocation().Listed(L"late"), item);
+  EXPECT_FALSE(item->IsProtected());
+  EXPECT_EQ(details(L"late").FileSize, 5);
+  EXPECT_EQ(details(L"swapped").FileSize, 5);
+  EXPECT_EQ(details(L"link").FilePath, swapped);
+
+  ASSERT_TRUE(DeleteFileW(swapped.c_str()));
+  item->TakeChangedMark();
+  refresh();
+  EXPECT_FALSE(details(L"swapped").FileFound);
+  EXPECT_EQ(details(L"link").FilePath, link) << "of a shortcut without its program";
+  EXPECT_FALSE(item->TakeChangedMark()) << "what stands as it was seen is left alone";
 }
 
 TEST_F(ReaderTest, RefusesAThreadThatHoldsTheList) {

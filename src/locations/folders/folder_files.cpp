@@ -19,14 +19,19 @@ bool IsForbiddenUnit(wchar_t unit) noexcept {
 
 }  // namespace
 
+bool IsMissing(DWORD error) noexcept {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 std::vector<std::wstring> FileNamesIn(const std::wstring& folder) {
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW data;
   const ScopedFind find(FindFirstFileW((folder + L"*").c_str(), &data));
   if (!find) {
     const DWORD error = GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return names;
-    RaiseOSError(error);
+    if (!IsMissing(error)) RaiseOSError(error);
+    if (IsFile(WithoutTrailingBackslash(folder))) RaiseOSError(ERROR_DIRECTORY);
+    return names;
   }
   do {
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) names.emplace_back(data.cFileName);

@@ -1,6 +1,8 @@
 // The files of a Startup folder and their names. No state; any thread.
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -8,8 +10,12 @@
 
 namespace smh {
 
+// Whether an error says that there is no such file or folder.
+bool IsMissing(DWORD error) noexcept;
+
 // The names of the files in a folder (trailing backslash), in the order the system returns them; sub-folders
-// are left out. Empty for a missing folder. Raises EOSError when the folder cannot be read to its end.
+// are left out. Empty for a missing folder. Raises EOSError when the folder cannot be read to its end or is
+// none.
 std::vector<std::wstring> FileNamesIn(const std::wstring& folder);
 
 // Whether the file may be deleted now: by its rights and by how others have it open.

@@ -3,6 +3,7 @@
 #include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "locations/folders/folder_files.h"
 #include "model/change_refused.h"
 
 #include <cstring>
@@ -17,10 +18,6 @@ constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_DELETE;
 // A second in all.
 constexpr int kAttempts = 40;
 constexpr DWORD kPauseMs = 25;
-
-bool IsMissing(DWORD error) noexcept {
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-}
 
 ScopedHandle OpenFor(const std::wstring& path, DWORD access, DWORD sharing) noexcept {
   return ScopedHandle(CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,

@@ -63,30 +63,42 @@ bool TLocationFolderStd::IsChanged() {
   return Gate().TakeLoadDue();
 }
 
-void TLocationFolderStd::ReadItems() {
-  CatchFailure([this] { LoadItems(); },
-               [this] {
-                 LogCurrentException();
-                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
-               });
-}
-
-void TLocationFolderStd::LoadItems() {
-  const std::optional<Load> load = BeginLoad();
+void TLocationFolderStd::LoadItems(Look look) {
+  const std::optional<Load> load = BeginLoad(look);
   if (!load) return;
-  bool current = true;
-  for (const std::wstring& folder : folders_.All()) current = current && ReadFolder(folder, *load);
-  if (!current || !RemoveMissingItems(*load, [](const TStartupItem&) { return true; })) Gate().MarkLoadDue();
+  bool isCurrent = true;
+  for (const std::wstring& folder : folders_.All()) isCurrent = isCurrent && ReadFolder(folder, *load);
+  isCurrent =
+      isCurrent && RemoveMissingItems(*load, [&](TStartupItem& item) { return LookFor(item, *load); });
+  if (!isCurrent) Gate().MarkLoadDue();
 }
 
 bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load) {
-  for (const std::wstring& name : FileNamesIn(folder)) {
+  const std::vector<std::wstring> names = CatchFailure(
+      [&] { return FileNamesIn(folder); },
+      [&] {
+        LogCurrentException();
+        LogFormat(L"Error load item list for location \"%s\". Folder: \"%s\".", MemberName(), folder);
+        return std::vector<std::wstring>();
+      });
+  const bool isEnabled = folders_.IsStartupFolder(folder);
+  for (const std::wstring& name : names) {
     CheckTerminated();
-    if (!IsEntryFile(name)) continue;
-    FoundEntry entry = ListFile(folder + name, folders_.IsStartupFolder(folder));
-    entry.isProtected = !CanDeleteFile(entry.name.c_str());
-    if (!AddOrUpdateItem(std::move(entry), load)) return false;
+    if (IsEntryFile(name) && !TakeFile(folder + name, isEnabled, load)) return false;
   }
+  return true;
+}
+
+bool TLocationFolderStd::TakeFile(const std::wstring& file, bool isEnabled, const Load& load) {
+  FoundEntry entry = ListFile(file, isEnabled);
+  entry.isProtected = !CanDeleteFile(entry.name.c_str());
+  return AddOrUpdateItem(std::move(entry), load);
+}
+
+bool TLocationFolderStd::LookFor(TStartupItem& item, const Load& load) {
+  const std::wstring file = item.Name();
+  if (IsFile(file)) return TakeFile(file, folders_.IsStartupFolder(FolderPart(file)), load);
+  if (!Exists(file) && !IsMissing(GetLastError())) KeepItem(item, load);
   return true;
 }
 

@@ -19,7 +19,6 @@ class TLocationFolderStd final : public TLocationStartup {
   explicit TLocationFolderStd(const LocationRow& row);
 
   bool ItemExists(const TStartupItem& item) override;
-  void ReadItems() override;
   bool IsChanged() override;
   std::wstring_view OwnSide() const noexcept override { return folders_.OwnDisabledFolder(); }
   // Raises EOSError when the file browser cannot be started.
@@ -41,9 +40,12 @@ class TLocationFolderStd final : public TLocationStartup {
   std::wstring NameInPlace(const ItemState& listed) const override;
 
  private:
-  void LoadItems();
-  // False when a change has overtaken the load.
+  void LoadItems(Look look) override;
+  // These answer false when a change has overtaken the load. A folder that cannot be read is logged.
   bool ReadFolder(const std::wstring& folder, const Load& load);
+  bool TakeFile(const std::wstring& file, bool isEnabled, const Load& load);
+  // One that is not seen because its folder cannot be read may stand there still.
+  bool LookFor(TStartupItem& item, const Load& load);
   // The nearest free path where enabled or disabled entries go.
   std::wstring FreePath(bool enabled, const std::wstring& name) const;
 

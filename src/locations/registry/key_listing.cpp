@@ -2,11 +2,9 @@
 
 #include "infra/files/file_facts.h"
 #include "infra/registry/registry_values.h"
-#include "infra/runtime/ascii_text.h"
 #include "infra/runtime/text.h"
 #include "model/reader_state.h"
 
-#include <algorithm>
 #include <ranges>
 #include <set>
 
@@ -40,13 +38,6 @@ KeyListing::KeyListing(ScopedKey key, Of what) : key_(std::move(key)), stamp_(St
 
 bool KeyListing::IsStill() const noexcept {
   return isCertain_ && StampNow() == stamp_;
-}
-
-bool KeyListing::HasOtherSpelling(std::wstring_view name) const noexcept {
-  if (std::ranges::all_of(name, [](wchar_t unit) { return unit < 0x80; })) return false;
-  return std::ranges::any_of(listed_.entries, [&](const Entry& entry) {
-    return SameText(listed_.NameOf(entry), name) && !SameAsciiText(listed_.NameOf(entry), name);
-  });
 }
 
 void KeyListing::Enumeration::Add(std::wstring_view name, std::wstring_view text) {

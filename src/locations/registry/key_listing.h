@@ -42,8 +42,6 @@ class KeyListing {
   bool IsCertain() const noexcept { return isCertain_; }
   // Whether that is still so; asks the registry, once.
   bool IsStill() const noexcept;
-  // Whether the name is listed, but in other letters than ASCII ones: it is that value or subkey then.
-  bool HasOtherSpelling(std::wstring_view name) const noexcept;
 
  private:
   // What tells that something has come or gone.

@@ -1,7 +1,6 @@
 #include "locations/registry/registry_location.h"
 
 #include "infra/log/uStatisticsLog.h"
-#include "infra/runtime/catch_failure.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 #include "model/change_refused.h"
@@ -55,16 +54,8 @@ void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
   RegEditUtils::OpenRegEdit(address.viewBits, address.root, ValueToShow(address), address.key);
 }
 
-void TLocationRegistry::ReadItems() {
-  CatchFailure([this] { LoadItems(); },
-               [this] {
-                 LogCurrentException();
-                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
-               });
-}
-
-void TLocationRegistry::LoadItems() {
-  const std::optional<Load> begun = BeginLoad();
+void TLocationRegistry::LoadItems(Look look) {
+  const std::optional<Load> begun = BeginLoad(look);
   if (!begun) return;
   RegistryLoad load{*begun};
   load.places = Places();
@@ -75,7 +66,7 @@ void TLocationRegistry::LoadItems() {
     std::for_each(place, place + together, [this](Place& one) { ListPlace(one); });
     isCurrent = std::all_of(place, place + together, [&](Place& one) { return TakePlace(load, one); });
   }
-  if (isCurrent && RemoveMissingItems(load, [&](const TStartupItem& item) { return LookFor(load, item); })) {
+  if (isCurrent && RemoveMissingItems(load, [&](TStartupItem& item) { return LookFor(load, item); })) {
     if (OwnView() != 0) EndTwins(load);
     return;
   }
@@ -138,7 +129,7 @@ bool TLocationRegistry::LookFor(RegistryLoad& load, const TStartupItem& item) {
   for (const Place& place : load.places) {
     if (place.view != address.viewBits || place.root != address.root) continue;
     if (!SameText(place.path, key.substr(0, at))) continue;
-    return place.listing.HasOtherSpelling(name) || AskFor(load, place, name);
+    return AskFor(load, place, name);
   }
   return true;
 }
@@ -181,7 +172,7 @@ bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const 
       return SameText(state.address.key, seen.key) && SameText(state.address.valueName, seen.valueName);
     });
     const bool isFound = own->WasFoundIn(load.number);
-    if (isSame) return isFound || UpdateItem(*own, seen.command, load);
+    if (isSame) return isFound || UpdateItem(*own, seen.command, seen.isProtected, load);
     if (isFound) {
       LogFormat(L"Value \"%s\" of key \"%s\" in location \"%s\" has the same path as another.",
                 seen.shownName, seen.key, MemberName());

@@ -20,7 +20,6 @@ namespace smh {
 class TLocationRegistry : public TLocationStartup {
  public:
   // See TLocationStartup.
-  void ReadItems() final;
   bool IsChanged() final;
   std::wstring_view OwnSide() const noexcept final { return keys_.side.front(); }
   // In the registry editor; see RegEditUtils.
@@ -105,7 +104,7 @@ class TLocationRegistry : public TLocationStartup {
   virtual std::wstring ValueToShow(const RegistryValueAddress& address) const { return address.valueName; }
 
  private:
-  void LoadItems();
+  void LoadItems(Look look) final;
   // None of them is read yet.
   std::vector<Place> Places() const;
   // A missing key is an empty place.

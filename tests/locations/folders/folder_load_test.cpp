@@ -169,6 +169,12 @@ TEST_F(FolderTest, NamesAreMatchedIgnoringTheCaseOfAsciiLetters) {
   UserFolder().ReadItems();
   EXPECT_TRUE(item->IsListed());
   EXPECT_EQ(Names(UserFolder()).size(), 1u);
+  // To the system the others are the same letters too, and it is another name to the list.
+  const std::wstring renamed = user.startup + L"foo \u00E4.lnk";
+  ASSERT_TRUE(DeleteFileW(item->Name().c_str()));
+  PutShortcut(renamed);
+  UserFolder().ReadItems();
+  EXPECT_THAT(Names(UserFolder()), ElementsAre(renamed));
 }
 
 TEST_F(FolderTest, LongestNamesAndUnpairedSurrogates) {
@@ -238,6 +244,35 @@ TEST_F(FolderTest, ALoadThatFailsKeepsTheList) {
   }
   EXPECT_TRUE(item->IsListed());
   EXPECT_TRUE(LogHas(L"Error load item list for location \"sulFolderUser\"."));
+}
+
+std::wstring closedFolder;
+
+HANDLE WINAPI FindUnlessClosed(const wchar_t* pattern, WIN32_FIND_DATAW* data) {
+  if (pattern == closedFolder + L"*") {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  }
+  return RealFunction<decltype(FindFirstFileW)>(L"kernel32.dll", "FindFirstFileW")(pattern, data);
+}
+
+TEST_F(FolderTest, AFolderThatCannotBeReadOrIsAFileIsPassedOver) {
+  const std::wstring kept = PutShortcut(user.autoruns + L"kept.lnk");
+  const std::wstring gone = PutShortcut(user.autoruns + L"gone.lnk");
+  const ItemRef item = LoadAndFind(UserFolder(), kept);
+  fs::remove(gone);
+  const std::wstring behind = PutShortcut(user.brisko + L"behind.lnk");
+  const std::wstring file = Put(user.disabled.substr(0, user.disabled.size() - 1), "no folder");
+  closedFolder = user.autoruns;
+  {
+    const ImportPatch patch("FindFirstFileW", FindUnlessClosed);
+    UserFolder().ReadItems();
+  }
+  EXPECT_TRUE(item->IsListed());
+  EXPECT_THAT(Names(UserFolder()), ElementsAre(kept, behind)) << "one that is gone is gone all the same";
+  EXPECT_TRUE(LogHas(L"Folder: \"" + user.autoruns)) << "denied";
+  EXPECT_TRUE(LogHas(L"Folder: \"" + user.disabled)) << "a file";
+  fs::remove(file);
 }
 
 TEST_F(FolderTest, AMissingStartupFolderIsAnEmptyLocation) {
