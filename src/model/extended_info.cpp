@@ -32,7 +32,8 @@ void ReadTimes(ItemDetails& details) {
 
 void ReadTypeName(ItemDetails& details) {
   SHFILEINFOW info = {};
-  if (SHGetFileInfoW(details.FilePath.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof(info),
+  const DWORD kind = details.SeenFile.isFolder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+  if (SHGetFileInfoW(details.FilePath.c_str(), kind, &info, sizeof(info),
                      SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES) == 0) {
     return;
   }

@@ -133,6 +133,7 @@ void TItemList::Relocate(TStartupItem& item, const FoundEntry& entry) {
   item.state_.givenText = entry.caption;
   item.state_.address = entry.address;
   item.state_.isEnabled = entry.isEnabled;
+  ++item.revision_;
   item.MarkChanged();
 }
 

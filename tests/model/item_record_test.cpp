@@ -1,6 +1,8 @@
 #include "infra/runtime/text.h"
 #include "model/basic_info.h"
 #include "model/extended_info.h"
+#include "model/item_list.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/module_fixture.h"
 
 #include <gmock/gmock.h>
@@ -142,6 +144,44 @@ TEST_F(ItemRecordTest, FactsReadForAnOldCommandAreDropped) {
     const ItemDetails details = item->State().details;
     EXPECT_TRUE(details.FileSize <= 1) << "the first file's size on the second file's command";
   }
+}
+
+ItemRef relocating;
+
+HANDLE WINAPI RelocateAndFind(const wchar_t* path, WIN32_FIND_DATAW* data) {
+  FoundEntry entry;
+  entry.name = SharedText(kProgram);
+  {
+    ScopedLock lock(Items().Lock());
+    Items().Relocate(*relocating, entry);
+  }
+  return RealFunction<decltype(FindFirstFileW)>(L"kernel32.dll", "FindFirstFileW")(path, data);
+}
+
+TEST_F(ItemRecordTest, FactsReadBeforeAFileWasCarriedElsewhereDoNotBringTheOldPathBack) {
+  const TemporaryFolder folder;
+  FoundEntry entry;
+  entry.name = entry.command = SharedText(folder.Write(L"before.exe", "x"));
+  relocating = std::make_shared<TStartupItem>(sulFolderUser, entry);
+  relocating->FillBasicInfo();
+  {
+    const ImportPatch patch("FindFirstFileW", RelocateAndFind);
+    relocating->ReadExtendedInfo();
+  }
+  EXPECT_EQ(relocating->State().details.FilePath, kProgram);
+  EXPECT_TRUE(relocating->NeedsExtendedInfo());
+  relocating = nullptr;
+}
+
+TEST_F(ItemRecordTest, TheTypeNameOfAFolderIsThatOfFolders) {
+  const TemporaryFolder folder;
+  const auto typeName = [](const std::wstring& path) {
+    const ItemRef item = MakeItem(path);
+    item->ReadExtendedInfo();
+    return std::wstring(item->State().details.FileTypeName);
+  };
+  EXPECT_EQ(typeName(folder.MakeFolder(L"sub")), typeName(L"C:\\windows"));
+  EXPECT_NE(typeName(folder.MakeFolder(L"sub.txt")), typeName(folder.Write(L"text.txt", "x")));
 }
 
 TEST(RundllRule, TheLastExistingFileBehindTheLibraryAndItsEntryPoint) {
