@@ -146,7 +146,9 @@ bool OutsideTest::WentWithItsKey(const Act& act, int number, bool fromLoad) cons
       main != before_.entries.end() && Holds(main->second, ours_) && act.verb != Verb::kAppear;
   const auto isAround = [&](const auto& entry) {
     const Place& around = entry.first;
-    return IsKeyEntry(around) && (act.place.key + L'\\').starts_with(around.key + L'\\');
+    const std::wstring_view key = act.place.key;
+    if (!IsKeyEntry(around) || !key.starts_with(around.key)) return false;
+    return key.size() == around.key.size() || key[around.key.size()] == L'\\';
   };
   if (isShown || std::ranges::none_of(before_.entries, isAround)) return false;
   if (fromLoad) number -= loadCalls_;

@@ -73,8 +73,7 @@ std::wstring_view FolderSet::OwnDisabledFolder() const noexcept {
 bool FolderSet::AsksForTrust() const {
   if (!isCommon_) return false;
   RequireFolder(dataFolder_);
-  if (!keepsAccess_) keepsAccess_ = KeepsAccess(dataFolder_);
-  return keepsAccess_;
+  return KeepsAccess(dataFolder_);
 }
 
 // In the data folder everyone may make folders: who was first there must not decide what starts.

@@ -6,7 +6,6 @@
 // trusted, as far as the machine keeps owners and rights.
 #pragma once
 
-#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +14,7 @@ namespace smh {
 
 class HeldFile;
 
-// The paths are not changed after construction: any thread may call any operation, and none takes a lock. All
+// Only paths, not changed after construction: any thread may call any operation, and none takes a lock. All
 // folders have a trailing backslash.
 class FolderSet {
  public:
@@ -60,8 +59,6 @@ class FolderSet {
   const std::wstring dataFolder_;
   const std::wstring ownFolder_;
   const std::vector<std::wstring> disabledFolders_;
-  // Whether it was once seen that the machine does. A "no" is asked anew: it may have been somebody's doing.
-  mutable std::atomic<bool> keepsAccess_{false};
 };
 
 }  // namespace smh

@@ -109,22 +109,6 @@ class CommonAccess : public BothWays<FolderTest> {
 };
 INSTANTIATE_TEST_SUITE_P(Checkpoints, CommonAccess, ::testing::Bool());
 
-// Where nothing is kept there is nothing to decide by, and nothing is set. The first test: a machine that was
-// once seen to keep owners is not asked again.
-TEST_P(CommonAccess, AMachineThatKeepsNoOwnersIsNotAsked) {
-  Book().others = kUsers;
-  Book().setting = AccessBook::Setting::kPretended;
-  const std::wstring file = PutShortcut(common.disabled + L"Tray.lnk");
-  const ItemRef item = LoadAndFind(CommonFolder(), file);
-  CommonFolder().EnableItem(item);
-  CommonFolder().DisableItem(item);
-  CommonFolder().AddItem(L"New", Program());
-  UserFolder().MoveItem(LoadAndFind(UserFolder(), PutShortcut(user.startup + L"Moved.lnk")), sulFolderCommon);
-  EXPECT_THAT(FilesIn(common.startup), ::testing::ElementsAre(L"Moved.lnk", L"New.lnk"));
-  EXPECT_THAT(FilesIn(common.disabled), ::testing::ElementsAre(L"Tray.lnk"));
-  EXPECT_THAT(Book().set, ::testing::IsEmpty());
-}
-
 TEST_P(CommonAccess, EnablingWhatAUserMayHavePutThereIsRefused) {
   const std::wstring file = PutShortcut(common.disabled + L"Tray.lnk");
   const ItemRef item = LoadAndFind(CommonFolder(), file);
@@ -260,6 +244,21 @@ TEST_P(CommonAccess, AShortcutThatOthersMayChangeWhileItIsMadeIsNotUsed) {
   EXPECT_EQ(ErrorOf([&] { CommonFolder().AddItem(L"New", Program()); }), DWORD(ERROR_ACCESS_DENIED));
   EXPECT_THAT(FilesIn(common.startup), ::testing::IsEmpty());
   EXPECT_THAT(FilesIn(common.temporary), ::testing::IsEmpty());
+}
+
+// Where nothing is kept there is nothing to decide by, and nothing is set.
+TEST_P(CommonAccess, AMachineThatKeepsNoOwnersIsNotAsked) {
+  Book().others = kUsers;
+  Book().setting = AccessBook::Setting::kPretended;
+  const std::wstring file = PutShortcut(common.disabled + L"Tray.lnk");
+  const ItemRef item = LoadAndFind(CommonFolder(), file);
+  CommonFolder().EnableItem(item);
+  CommonFolder().DisableItem(item);
+  CommonFolder().AddItem(L"New", Program());
+  UserFolder().MoveItem(LoadAndFind(UserFolder(), PutShortcut(user.startup + L"Moved.lnk")), sulFolderCommon);
+  EXPECT_THAT(FilesIn(common.startup), ::testing::ElementsAre(L"Moved.lnk", L"New.lnk"));
+  EXPECT_THAT(FilesIn(common.disabled), ::testing::ElementsAre(L"Tray.lnk"));
+  EXPECT_THAT(Book().set, ::testing::IsEmpty());
 }
 
 }  // namespace
