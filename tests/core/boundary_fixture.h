@@ -77,7 +77,7 @@ class SampleProgram {
       folder_.Write(L"boundary_sample.exe", ReadFileBytes(ThisFolder() + L"boundary_sample.exe"));
 };
 
-// The keys themselves stay: the library watches them, and a deleted key is no longer watched.
+// The keys themselves stay, so that a test meets one change for what it does.
 inline void EmptyRunKeys() {
   for (const auto& [root, path, view] : RunKeys()) {
     MakeKey(root, path, view);
