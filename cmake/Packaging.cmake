@@ -1,6 +1,6 @@
 # `cmake --install` makes the folder that is handed out: libraries, hosts and the headers for hosts.
 
-set(PRODUCT_TARGETS StartupManagerHelper basekit prefkit raterkit guardkit tracekit startupctl startupmanager)
+set(PRODUCT_TARGETS StartupManagerHelper basekit prefkit raterkit guardkit tracekit startupctl startupmanager startupicons)
 # Everything that is handed out and nothing else: no tests, no samples.
 add_custom_target(product DEPENDS ${PRODUCT_TARGETS})
 

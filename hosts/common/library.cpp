@@ -44,13 +44,14 @@ IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* 
   return instance;
 }
 
-Library::Library() {
+Library::Library(IconUse icons) {
   for (const wchar_t* const name : kSiblings) siblings_.push_back(LoadFromOwnFolder(name));
   module_ = LoadFromOwnFolder(kLibrary);
   IUnknown* const instance = AskInstance(module_.Get(), kLibrary, IStartupManager::kId);
   // The library answers with the very interface that was named.
   manager_ = ComPtr<IStartupManager>(static_cast<IStartupManager*>(instance));
   CheckResult(manager_->GetStartupItems(items_.Put()), L"Cannot get the list of entries");
+  CheckResult(items_->SetShowIcons(icons == IconUse::kShown ? TRUE : FALSE), L"Cannot choose the icons");
 }
 
 Library::~Library() {

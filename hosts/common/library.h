@@ -23,12 +23,15 @@ Interface& AskService(HMODULE library) {
   return static_cast<Interface&>(*AskInstance(library, Interface::kLibrary, Interface::kId));
 }
 
+// Whether a host shows icons, which cost a look of the shell into each file.
+enum class IconUse { kNone, kShown };
+
 // The library for as long as the object lives. One object at a time, used by one thread.
 class Library {
  public:
   // Loads the siblings that the library cannot do without, so that a missing one is a failure like others,
   // then the library. Raises HostError.
-  Library();
+  explicit Library(IconUse icons = IconUse::kNone);
   // Stops the reader before the library is freed.
   ~Library();
   Library(const Library&) = delete;

@@ -67,7 +67,7 @@ std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
   return {};
 }
 
-LibrarySession::LibrarySession() = default;
+LibrarySession::LibrarySession() : library_(IconUse::kShown) {}
 
 LibrarySession::~LibrarySession() {
   if (*openSheets_ > 0) TerminateProcess(GetCurrentProcess(), 0);

@@ -103,10 +103,10 @@ ResourcePlace FindIcon(const FavoriteIdentity& client, const ItemDetails& detail
   return SplitResourceLocation(client.iconLocation);
 }
 
-int LoadIcon(const ResourcePlace& icon, IconLists& icons) {
+int LoadIcon(const ResourcePlace& icon, IconLists& icons, IconSource& source) {
   if (!FileUtils::FileExists(icon.file)) return kFavoriteImageUnknown;
-  int image = icons.AppendIcon(icon.file, icon.index);
-  if (image < 0 && icon.index != 0) image = icons.AppendIcon(icon.file, 0);
+  int image = icons.AppendIcon(source, icon.file, icon.index);
+  if (image < 0 && icon.index != 0) image = icons.AppendIcon(source, icon.file, 0);
   return image < 0 ? kFavoriteImageUnknown : image;
 }
 
@@ -141,7 +141,8 @@ FavoriteIdentity IdentityOfPath(const std::wstring& path) {
   return {.kind = kFavoritePath, .keyPath = {}, .name = std::move(name), .command = path, .iconLocation = {}};
 }
 
-void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details) {
+void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, IconSource* source,
+                       ItemDetails& details) {
   details.FilePath = StartedFile(client);
   details.Kind = TargetKindOfFile(details.FilePath);
   if (details.Kind == TargetKind::kShortcut) {
@@ -155,7 +156,7 @@ void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDet
   if (stamp && stamp->isFolder) stamp.reset();
   DescribeStartedFile(stamp, details);
   ReadFileFacts(details);
-  details.ImageIndex = LoadIcon(FindIcon(client, details), icons);
+  if (source != nullptr) details.ImageIndex = LoadIcon(FindIcon(client, details), icons, *source);
 }
 
 }  // namespace smh

@@ -32,8 +32,9 @@ std::optional<FavoriteIdentity> ReadClient(std::int32_t kind, const std::wstring
 // The entry of a path that the host added. Does not look at the file.
 FavoriteIdentity IdentityOfPath(const std::wstring& path);
 
-// Completes details made by InitialClientDetails, and appends the icon to `icons`. On a thread with COM
-// initialised.
-void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, ItemDetails& details);
+// Completes details made by InitialClientDetails, and appends the icon to `icons`, unless there is no
+// `source` for it. On a thread with COM initialised.
+void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, IconSource* source,
+                       ItemDetails& details);
 
 }  // namespace smh

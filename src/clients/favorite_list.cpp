@@ -3,9 +3,11 @@
 #include "clients/client_facts.h"
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
+#include "model/reading.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace smh {
@@ -103,15 +105,17 @@ void FavoriteReader::AddEntry(std::int32_t kind, const std::wstring& keyPath) {
 }
 
 void FavoriteReader::LoadDetails() {
+  std::optional<IconSource> icons;
+  if (ShowIcons()) icons.emplace(thread_.Wake(), [this] { thread_.CheckTerminated(); });
   for (TFavoriteItem* const item : list_.ItemsWithoutDetails()) {
     thread_.CheckTerminated();
-    LoadDetails(*item);
+    LoadDetails(*item, icons ? &*icons : nullptr);
   }
 }
 
-void FavoriteReader::LoadDetails(TFavoriteItem& item) {
+void FavoriteReader::LoadDetails(TFavoriteItem& item, IconSource* icons) {
   ItemDetails details = InitialClientDetails(item.Identity());
-  LogFailure([&] { LoadClientDetails(item.Identity(), list_.Icons(), details); });
+  LogFailure([&] { LoadClientDetails(item.Identity(), list_.Icons(), icons, details); });
   list_.SetDetails(item, std::move(details));
 }
 

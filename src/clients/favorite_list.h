@@ -62,7 +62,7 @@ class FavoriteReader {
   void ReadKind(std::int32_t kind, REGSAM view);
   void AddEntry(std::int32_t kind, const std::wstring& keyPath);
   void LoadDetails();
-  void LoadDetails(TFavoriteItem& item);
+  void LoadDetails(TFavoriteItem& item, IconSource* icons);
   void WaitForWork();
 
   FavoriteList& list_;

@@ -89,4 +89,12 @@ std::int32_t TStartupItemCollection::AddItem(std::int32_t location, const wchar_
   });
 }
 
+BOOL TStartupItemCollection::GetShowIcons() {
+  return BoundaryValue(FALSE, [] { return ShowIcons() ? TRUE : FALSE; });
+}
+
+HRESULT TStartupItemCollection::SetShowIcons(BOOL show) {
+  return BoundaryResult([&] { smh::SetShowIcons(BooleanArgument(show)); });
+}
+
 }  // namespace smh

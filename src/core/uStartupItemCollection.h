@@ -23,6 +23,8 @@ class TStartupItemCollection final : public ComObject<IStartupItemCollection> {
   HRESULT STDMETHODCALLTYPE Unlock() override;
   std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
                                          const wchar_t* command) override;
+  BOOL STDMETHODCALLTYPE GetShowIcons() override;
+  HRESULT STDMETHODCALLTYPE SetShowIcons(BOOL show) override;
 };
 
 }  // namespace smh

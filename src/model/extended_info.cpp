@@ -5,6 +5,8 @@
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
+#include "model/reader_state.h"
+#include "model/reading.h"
 #include "sysutil/uFileUtils.h"
 
 #include <shellapi.h>
@@ -64,6 +66,10 @@ void ReadFileFacts(ItemDetails& details) {
   ReadTypeName(details);
 }
 
+ExtendedPass::ExtendedPass() {
+  if (ShowIcons()) icons_.emplace(g_reader->thread.Wake(), CheckTerminated);
+}
+
 void ExtendedPass::Read(ItemDetails& details) {
   if (!details.FileFound) {
     ReadFileFacts(details);
@@ -76,9 +82,11 @@ void ExtendedPass::Read(ItemDetails& details) {
   }
   ReadFileFacts(details);
   details.Rating = Rate(details);
-  const bool hasIcon = !details.IconPath.empty();
-  details.ImageIndex = AppendFileIcon(std::wstring(hasIcon ? details.IconPath : details.FilePath),
-                                      hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
+  if (icons_) {
+    const bool hasIcon = !details.IconPath.empty();
+    details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
+                                        hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
+  }
   known_.emplace(std::move(key), details);
 }
 

@@ -2,9 +2,11 @@
 // stays as it is.
 #pragma once
 
+#include "model/icon_source.h"
 #include "model/item_details.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 
@@ -19,9 +21,12 @@ void ReadFileFacts(ItemDetails& details);
 // wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
+  // With icons when they are shown (model/reading.h).
+  ExtendedPass();
+
   // Completes `details`, the caller's copy. Call it without holding a lock. For a missing file rating and
-  // icon stay as they are. Raises what the services of basekit and raterkit raise, and EOSError when the
-  // image lists cannot be made; the file is looked at again then.
+  // icon stay as they are. Raises what the services of basekit and raterkit raise, EOSError when the image
+  // lists cannot be made, and EAbort when the reader was asked to end; the file is looked at again then.
   void Read(ItemDetails& details);
 
  private:
@@ -29,6 +34,7 @@ class ExtendedPass {
   using Key = std::tuple<std::wstring, std::wstring, int>;
 
   std::map<Key, ExtendedDetails> known_;
+  std::optional<IconSource> icons_;
 };
 
 }  // namespace smh

@@ -1,11 +1,9 @@
 #include "model/image_lists.h"
 
+#include "core/contracts/icon_exchange.h"
 #include "infra/runtime/ascii_text.h"
 #include "infra/runtime/exceptions.h"
 #include "model/item_details.h"
-#include "model/reader_state.h"
-
-#include <shellapi.h>
 
 #include <iterator>
 
@@ -18,8 +16,6 @@ namespace {
 
 constexpr int kInitialSize = 4;
 constexpr int kGrowth = 4;
-constexpr int kSmallSide = 16;
-constexpr int kLargeSide = 32;
 
 constexpr FixedIcon kFixedIcons[] = {
     {L"RATING_TRUST", L"RATING_TRUST"},
@@ -43,19 +39,17 @@ HIMAGELIST IconLists::Large() {
   return large_.Get();
 }
 
-int IconLists::AppendIcon(const std::wstring& file, int index) {
+int IconLists::AppendIcon(IconSource& source, const std::wstring& file, int index) {
   const IconKey key = KeyOf(file, index);
   if (const int known = Recall(key); known >= 0) return known;
-  const int appended = Append(ExtractIcons(file, index));
+  const int appended = Append(source.OfFile(file, index));
   return appended < 0 ? appended : Remember(key, appended);
 }
 
-int IconLists::AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile) {
-  if (const int appended = AppendIcon(file, index); appended >= 0) return appended;
-  const IconPair icons = ShellIcons(shownFile);
-  // What a stop has cancelled says nothing about the file.
-  CheckTerminated();
-  const int shown = Append(icons);
+int IconLists::AppendFileIcon(IconSource& source, const std::wstring& file, int index,
+                              const std::wstring& shownFile) {
+  if (const int appended = AppendIcon(source, file, index); appended >= 0) return appended;
+  const int shown = Append(source.OfShell(shownFile));
   // What the shell shows for one file says nothing about another one with the same icon file.
   return shown < 0 || file != shownFile ? shown : Remember(KeyOf(file, index), shown);
 }
@@ -69,30 +63,6 @@ void IconLists::Destroy() noexcept {
 
 IconLists::IconKey IconLists::KeyOf(const std::wstring& file, int index) {
   return {AsciiLowerCase(file), index, StampOf(file).value_or(FileStamp{})};
-}
-
-IconLists::IconPair IconLists::ExtractIcons(const std::wstring& file, int index) {
-  HICON large = nullptr;
-  HICON small = nullptr;
-  const UINT count = ExtractIconExW(file.c_str(), index, &large, &small, 1);
-  IconPair icons;
-  // Without an icon, or without the file (UINT_MAX), the outputs may hold anything.
-  if (count == 0 || count == UINT_MAX) return icons;
-  icons.large.Reset(large);
-  icons.small.Reset(small);
-  return icons;
-}
-
-IconLists::IconPair IconLists::ShellIcons(const std::wstring& file) {
-  const auto ask = [&](UINT size) {
-    SHFILEINFOW info = {};
-    return SHGetFileInfoW(file.c_str(), 0, &info, sizeof(info), SHGFI_ICON | size) == 0 ? nullptr
-                                                                                        : info.hIcon;
-  };
-  IconPair icons;
-  icons.large.Reset(ask(SHGFI_LARGEICON));
-  icons.small.Reset(ask(SHGFI_SMALLICON));
-  return icons;
 }
 
 int IconLists::Recall(const IconKey& key) {
@@ -123,8 +93,8 @@ int IconLists::Append(const IconPair& icons) {
 
 void IconLists::Create() {
   if (large_) return;
-  ScopedImageList large = MakeList(kLargeSide, &FixedIcon::largeName);
-  small_ = MakeList(kSmallSide, &FixedIcon::smallName);
+  ScopedImageList large = MakeList(kLargeIconSide, &FixedIcon::largeName);
+  small_ = MakeList(kSmallIconSide, &FixedIcon::smallName);
   large_ = std::move(large);
 }
 
@@ -154,8 +124,9 @@ HIMAGELIST LargeImageList() {
   return g_itemIcons->Large();
 }
 
-int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& shownFile) {
-  const int appended = g_itemIcons->AppendFileIcon(iconFile, index, shownFile);
+int AppendFileIcon(IconSource& source, const std::wstring& iconFile, int index,
+                   const std::wstring& shownFile) {
+  const int appended = g_itemIcons->AppendFileIcon(source, iconFile, index, shownFile);
   return appended < 0 ? kImageUnknownFile : appended;
 }
 

@@ -2,7 +2,7 @@
 // pair is, and the one with the icons of the items.
 //
 // Any thread may call. The lists are made on first use, under the pair's image-list lock, which is taken
-// alone; files and the shell are asked outside of it. What needs the lists raises EOSError when they cannot
+// alone; an IconSource is asked outside of it. What needs the lists raises EOSError when they cannot
 // be made.
 #pragma once
 
@@ -11,6 +11,7 @@
 #include "infra/runtime/handle.h"
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/scoped_image_list.h"
+#include "model/icon_source.h"
 
 #include <windows.h>
 #include <commctrl.h>
@@ -46,25 +47,18 @@ class IconLists {
 
   // The index in both lists of the icon `index` of `file`, negative for a resource's number; -1 when the file
   // has none or it cannot be appended. The same icon of an unchanged file is appended once. Needs the lists.
-  int AppendIcon(const std::wstring& file, int index);
-  // The same, and when there is no such icon the one that the shell shows for `shownFile`. Raises EAbort then
-  // when the reader (reader_state.h) was asked to end.
-  int AppendFileIcon(const std::wstring& file, int index, const std::wstring& shownFile);
+  int AppendIcon(IconSource& source, const std::wstring& file, int index);
+  // The same, and when there is no such icon the one that the shell shows for `shownFile`.
+  int AppendFileIcon(IconSource& source, const std::wstring& file, int index, const std::wstring& shownFile);
 
   // Under the lock. The lists go, whoever still draws with them; the next use makes new ones.
   void Destroy() noexcept;
 
  private:
-  struct IconPair {
-    ScopedIcon large;
-    ScopedIcon small;
-  };
   // An icon of a file as it stood when the icon was taken.
   using IconKey = std::tuple<std::wstring, int, FileStamp>;
 
   static IconKey KeyOf(const std::wstring& file, int index);
-  static IconPair ExtractIcons(const std::wstring& file, int index);
-  static IconPair ShellIcons(const std::wstring& file);
   int Recall(const IconKey& key);
   int Remember(const IconKey& key, int index);
   int Append(const IconPair& icons);
@@ -87,8 +81,8 @@ HIMAGELIST LargeImageList();
 
 // The index of an icon in both lists: the icon `index` of `iconFile`, else what the shell shows for
 // `shownFile`, else the unknown file's. The same icon of an unchanged file is appended once. Needs the lists.
-// Raises EAbort as IconLists does.
-int AppendFileIcon(const std::wstring& iconFile, int index, const std::wstring& shownFile);
+int AppendFileIcon(IconSource& source, const std::wstring& iconFile, int index,
+                   const std::wstring& shownFile);
 
 // Destroys the items' pair; the next use makes a new one. Only between the module's start and its stop.
 void DestroyImageLists() noexcept;

@@ -20,6 +20,8 @@ struct ReaderState {
   std::atomic<ReadState> readState{kReadStateReading};
   // Taken by the reader when it starts.
   std::atomic<bool> showAllLocations{false};
+  // Taken by every pass that reads more of the entries, and by the default programs.
+  std::atomic<bool> showIcons{true};
 };
 extern ModuleGlobal<ReaderState> g_reader;
 

@@ -113,7 +113,7 @@ std::wstring LoadedLibrary::File() {
   return ThisFolder() + L"StartupManagerHelper.dll";
 }
 
-LoadedLibrary::LoadedLibrary() : module_(LoadLibraryW(File().c_str())) {
+LoadedLibrary::LoadedLibrary(const std::wstring& file) : module_(LoadLibraryW(file.c_str())) {
   getInstance_ = ImportFunction<decltype(getInstance_)>(module_.Get(), "GetInstance");
   if (getInstance_ == nullptr) throw std::runtime_error("the library cannot be loaded");
 }

@@ -176,6 +176,8 @@ class RawCollection : public RawList<RawItem> {
   std::int32_t AddItem(std::int32_t location, const wchar_t* name, const wchar_t* command) const {
     return Call<std::int32_t>(14, location, name, command);
   }
+  std::uint32_t GetShowIcons() const { return Call<std::uint32_t>(15); }
+  HRESULT SetShowIcons(std::uint32_t show) const { return Call<HRESULT>(16, show); }
 };
 
 class RawFavorite : public RawEntry {
@@ -221,11 +223,12 @@ class RawManager : public RawObject {
   }
 };
 
-// The library beside this program, loaded by full path; freed at the end unless that was done before.
+// The library, beside this program unless told otherwise, loaded by full path; freed at the end unless that
+// was done before.
 class LoadedLibrary {
  public:
   // Throws std::runtime_error.
-  LoadedLibrary();
+  explicit LoadedLibrary(const std::wstring& file = File());
 
   HMODULE Module() const noexcept { return module_.Get(); }
   // What the export answers, uncounted.

@@ -33,6 +33,8 @@ TEST_F(CollectionTest, OnlyTheLowByteOfABooleanCounts) {
   for (const auto& [given, answered] : cases) {
     EXPECT_EQ(items.SetShowAllLocations(given), S_OK);
     EXPECT_EQ(items.GetShowAllLocations(), answered) << given;
+    EXPECT_EQ(items.SetShowIcons(given), S_OK);
+    EXPECT_EQ(items.GetShowIcons(), answered) << given;
   }
 }
 
@@ -111,6 +113,8 @@ TEST_F(CollectionTest, EverySlotClearsTheErrorInfoOfEarlierCalls) {
       [&] { return items.GetReadState(), S_OK; },
       [&] { return items.GetShowAllLocations(), S_OK; },
       [&] { return items.SetShowAllLocations(0); },
+      [&] { return items.GetShowIcons(), S_OK; },
+      [&] { return items.SetShowIcons(1); },
       [&] { return items.Lock(); },
       [&] { return items.Unlock(); },
       [&] { return listed.GetIndex(), S_OK; },

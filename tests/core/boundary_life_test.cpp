@@ -192,6 +192,37 @@ TEST_F(LifeTest, ProcessEndWritesTheLog) {
             1);
 }
 
+// As an interpreter or a service would: its program lies elsewhere, and nobody sees a box of its.
+SMH_CHILD(ReadInAForeignHost) {
+  SetProcessWindowStation(CreateWindowStationW(nullptr, 0, WINSTA_ALL_ACCESS, nullptr));
+  LoadedLibrary library(arguments.at(0));
+  const RawCollection items = library.Manager().Items();
+  return items.Refresh() == S_OK && WaitUntilComplete(items) && items.GetCount() >= 20 && items.Stop() == S_OK
+             ? kGood
+             : kBad;
+}
+
+TEST_F(LifeTest, SiblingsComeFromTheLibrarysFolderAndAMissingOneEndsTheHost) {
+  const TemporaryFolder folder;
+  const std::wstring host = folder.File(L"interpreter.exe");
+  ASSERT_TRUE(CopyFileW(ThisProgram().c_str(), host.c_str(), TRUE));
+  folder.Write(L"basekit.dll", "not the library's");
+  const auto run = [&](const std::wstring& library) {
+    return RunProgram(host, {L"--child=ReadInAForeignHost", library}, 30'000);
+  };
+  ExpectEnd(run(LoadedLibrary::File()), kGood);
+  folder.MakeFolder(L"lib");
+  for (const wchar_t* const file : {L"StartupManagerHelper.dll", L"basekit.dll", L"prefkit.dll"}) {
+    ASSERT_TRUE(CopyFileW((ThisFolder() + file).c_str(), folder.File(L"lib\\").append(file).c_str(), TRUE));
+  }
+  const ChildResult ended = run(folder.File(L"lib\\StartupManagerHelper.dll"));
+  EXPECT_FALSE(ended.timedOut);
+  EXPECT_EQ(ended.exitCode, 1u);
+  EXPECT_NE(ended.errors.find("loading library raterkit.dll::File Rater."), std::string::npos)
+      << ended.errors;
+  EXPECT_NE(ReadUtf16Lines(LogFile()).back().find(L"raterkit.dll::File Rater"), std::wstring::npos);
+}
+
 TEST_F(LifeTest, FreeingAfterStopWritesTheLogAndLeavesNoThread) {
   ExpectEnd(RunChild(L"StopThenFree"), kGood);
   EXPECT_EQ(ReadUtf16Lines(LogFile()).front(), std::wstring(80, L'-'));

@@ -25,6 +25,21 @@ TEST_F(ReadingTest, NothingIsReadBeforeRefreshOrAfterStop) {
   EXPECT_FALSE(FindUserRun(L"Later"));
 }
 
+TEST_F(ReadingTest, AFileThatMakesTheShellFaultCostsItsIcon) {
+  const std::wstring faulty = sample.Folder().Write(L"faulty.exe", FaultyIconBytes());
+  SetUserRun(L"Faulty", faulty);
+  SetUserRun(L"Sample", sample.Path());
+  EXPECT_EQ(items.GetShowIcons(), 1u);
+  Read();
+  EXPECT_GT(FindUserRun(L"Sample").GetImageIndex(), 3);
+  EXPECT_EQ(items.SetShowIcons(0), S_OK);
+  // Read anew, because its file is another one.
+  SetUserRun(L"Sample", sample.Folder().Write(L"other.exe", ReadFileBytes(sample.Path())));
+  Read();
+  EXPECT_EQ(FindUserRun(L"Sample").GetImageIndex(), 3);
+  EXPECT_EQ(items.SetShowIcons(1), S_OK);
+}
+
 // One walk under the lock; the faults that it met.
 int Walk(const RawCollection& items) {
   int faults = 0;

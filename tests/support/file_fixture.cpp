@@ -40,6 +40,11 @@ std::wstring TemporaryFolder::MakeFolder(std::wstring_view name) const {
   return File(name);
 }
 
+std::string FaultyIconBytes() {
+  using namespace std::string_literals;
+  return "\0\0\1\0"s + std::string(69, '\xFF');
+}
+
 std::wstring WriteFileBytes(const std::wstring& path, std::string_view bytes) {
   fs::create_directories(fs::path(path).parent_path());
   std::ofstream file(fs::path(path), std::ios::binary | std::ios::trunc);

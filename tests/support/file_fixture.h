@@ -26,6 +26,8 @@ class TemporaryFolder {
   std::wstring path_;
 };
 
+// Begins like a file of icons; the icon reader of some shells faults on it.
+std::string FaultyIconBytes();
 // Makes missing folders and answers the path.
 std::wstring WriteFileBytes(const std::wstring& path, std::string_view bytes);
 // Throws std::runtime_error when the file cannot be read.

@@ -77,14 +77,14 @@ void RunLocations(const Arguments& arguments) {
 namespace {
 
 std::wstring AsTable(std::span<const ClientRecord> clients) {
-  TextTable table{.header = {L"#", L"Kind", L"Name", L"Company", L"File", L"Description", L"Icon", L"Key"},
+  TextTable table{.header = {L"#", L"Kind", L"Name", L"Company", L"File", L"Description", L"Key"},
                   .rows = {},
                   .pathColumn = 4};
   for (const ClientRecord& client : clients) {
-    table.rows.push_back(
-        {std::to_wstring(client.index), std::wstring(ClientKindName(client.kind)), Printable(client.name),
-         Printable(client.company), Printable(client.file.empty() ? client.command : client.file),
-         Printable(client.description), std::to_wstring(client.imageIndex), Printable(client.keyPath)});
+    table.rows.push_back({std::to_wstring(client.index), std::wstring(ClientKindName(client.kind)),
+                          Printable(client.name), Printable(client.company),
+                          Printable(client.file.empty() ? client.command : client.file),
+                          Printable(client.description), Printable(client.keyPath)});
   }
   return table.Text(ConsoleWidth());
 }

@@ -252,6 +252,11 @@ struct IStartupItemCollection : IUnknown {
   // answer; a file that has it is a failure.
   virtual std::int32_t STDMETHODCALLTYPE AddItem(std::int32_t location, const wchar_t* name,
                                                  const wchar_t* command) = 0;
+  // 15, 16: whether the shell is asked for the icons of files, of entries and of default programs; 1 at
+  // first. It is asked in a process of its own (startupicons.exe beside the library; without it there are no
+  // icons). A host that shows text only switches it off before it reads. What has been read keeps its icon.
+  virtual BOOL STDMETHODCALLTYPE GetShowIcons() = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetShowIcons(BOOL show) = 0;
 };
 
 // The titles of backup checkpoints; "%s" receives the entry's name. All objects share the module's texts. A

@@ -35,30 +35,42 @@ class CutAt {
 }  // namespace
 
 HeldFolders::HeldFolders(std::wstring& path, std::size_t base) noexcept {
-  {
-    const CutAt cut(path, base - 1);
-    // Nothing behind the cut is seen, nor made.
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) MakeFolders(path);
-  }
   for (std::size_t end = path.find(L'\\', base); areHeld_ && end != std::wstring::npos;
        end = path.find(L'\\', end + 1)) {
-    const CutAt cut(path, end);
-    areHeld_ = Hold(path.c_str());
+    areHeld_ = HoldOrMake(path, base, end);
   }
 }
 
-bool HeldFolders::Hold(const wchar_t* folder) noexcept {
+bool HeldFolders::HoldOrMake(std::wstring& path, std::size_t base, std::size_t end) noexcept {
   if (count_ == kMost) return false;
+  {
+    const CutAt cut(path, end);
+    if (Hold(path.c_str())) return true;
+    // A link, or a file; not to be made.
+    if (folders_[count_]) return false;
+  }
+  if (count_ == 0) {
+    // Nothing behind the cut is seen, nor made.
+    const CutAt cut(path, base - 1);
+    MakeFolders(path);
+  }
+  const CutAt cut(path, end);
   // A failure shows when the folder is held.
-  CreateDirectoryW(folder, nullptr);
-  ScopedHandle& handle = folders_[count_++];
+  CreateDirectoryW(path.c_str(), nullptr);
+  return Hold(path.c_str());
+}
+
+bool HeldFolders::Hold(const wchar_t* folder) noexcept {
+  ScopedHandle& handle = folders_[count_];
   handle.Reset(CreateFileW(folder, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                            FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
   BY_HANDLE_FILE_INFORMATION facts;
-  return handle && Describe(handle.Get(), facts) &&
-         (facts.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) ==
-             FILE_ATTRIBUTE_DIRECTORY;
+  if (!handle || !Describe(handle.Get(), facts)) return false;
+  const DWORD kind = facts.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
+  if (kind != FILE_ATTRIBUTE_DIRECTORY) return false;
+  ++count_;
+  return true;
 }
 
 ScopedHandle OpenOwnFile(const std::wstring& path, DWORD access, DWORD sharing, DWORD disposition) noexcept {

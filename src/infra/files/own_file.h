@@ -25,6 +25,7 @@ class HeldFolders {
   bool AreHeld() const noexcept { return areHeld_; }
 
  private:
+  bool HoldOrMake(std::wstring& path, std::size_t base, std::size_t end) noexcept;
   bool Hold(const wchar_t* folder) noexcept;
 
   static constexpr std::size_t kMost = 4;

@@ -53,12 +53,13 @@ bool WriteText(StubbornAccess& disk, HANDLE file, const LogText& text) noexcept 
 
 // A file of that name is removed, and of a link the name alone.
 ScopedHandle MakeFile(StubbornAccess& disk, const std::wstring& path) noexcept {
-  disk.Try([&] { return DeleteFileW(path.c_str()) != FALSE; });
   ScopedHandle file;
-  disk.Try([&] {
+  const auto make = [&] {
     file = OpenOwnFile(path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_NEW);
     return static_cast<bool>(file);
-  });
+  };
+  if (disk.Try(make)) return file;
+  if (disk.Try([&] { return DeleteFileW(path.c_str()) != FALSE; })) disk.Try(make);
   return file;
 }
 

@@ -32,6 +32,11 @@ class StartupctlFolders : public StartupctlTest, public testing::WithParamInterf
 INSTANTIATE_TEST_SUITE_P(Checkpoints, StartupctlFolders, testing::Bool(),
                          [](const auto& parameter) { return parameter.param ? "On" : "Off"; });
 
+TEST_P(StartupctlFolders, AShortcutThatTheShellWouldFaultOnIsListed) {
+  WriteFileBytes(user.startup + L"ctl faulty.lnk", FaultyIconBytes());
+  EXPECT_EQ(Find("ctl faulty.lnk")[0]["enabled"], true);
+}
+
 TEST_P(StartupctlFolders, EntryFromAddToDelete) {
   const std::wstring on = user.startup + L"ctl trip.lnk";
   const std::wstring off = user.disabled + L"ctl trip.lnk";

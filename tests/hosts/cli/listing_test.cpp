@@ -118,6 +118,15 @@ TEST_F(StartupctlTest, MissingSiblingIsNamed) {
   const StartupctlResult broken = StartupctlProcess({L"list"}, copy).Finish();
   EXPECT_EQ(broken.exitCode, 1u);
   EXPECT_NE(broken.errors.find("guardkit.dll"), std::string::npos) << broken.errors;
+  // For want of a trace nothing ends.
+  for (const wchar_t* const file : {L"guardkit.dll", L"StartupManagerHelper.dll"}) {
+    WriteFileBytes(Folder().File(file), ReadFileBytes(ThisFolder() + file));
+  }
+  WriteFileBytes(Folder().File(L"tracekit.dll"), "no library");
+  const RegistryTree debugMode(L"Software\\Quillmark\\DebugMode");
+  debugMode.Set(L"", L"DebugMode", Dword(1));
+  const StartupctlResult untraced = StartupctlProcess({L"list"}, copy).Finish();
+  EXPECT_EQ(untraced.exitCode, 0u) << untraced.errors;
 }
 
 const std::wstring kClientsKey = L"Software\\Clients";

@@ -1,0 +1,78 @@
+#include "hosts/icons/icon_pixels.h"
+
+#include "infra/runtime/handle.h"
+
+namespace smh {
+
+namespace {
+
+struct BitmapTraits {
+  using Type = HBITMAP;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { DeleteObject(value); }
+};
+using ScopedBitmap = ScopedResource<BitmapTraits>;
+
+struct MemoryContextTraits {
+  using Type = HDC;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { DeleteDC(value); }
+};
+using ScopedMemoryContext = ScopedResource<MemoryContextTraits>;
+
+struct BitmapForm {
+  BITMAPINFOHEADER header;
+  RGBQUAD colors[2];
+};
+
+// The rows of a bitmap from the top down; false when it has fewer.
+bool ReadRows(HBITMAP bitmap, int width, int rows, WORD bits, void* to) noexcept {
+  BitmapForm form = {{sizeof(BITMAPINFOHEADER), width, -rows, 1, bits, BI_RGB, 0, 0, 0, 0, 0}, {}};
+  const ScopedMemoryContext context(CreateCompatibleDC(nullptr));
+  return GetDIBits(context.Get(), bitmap, 0, static_cast<UINT>(rows), to,
+                   reinterpret_cast<BITMAPINFO*>(&form), DIB_RGB_COLORS) == rows;
+}
+
+// An icon of two colours has them below its mask, in the same bitmap: 1 is white.
+template <int side>
+bool ReadTwoColors(HBITMAP bitmap, IconPixels<side>& pixels) noexcept {
+  std::uint8_t rows[2 * side][4] = {};
+  if (!ReadRows(bitmap, side, 2 * side, 1, rows)) return false;
+  for (int y = 0; y < side; ++y) {
+    for (int i = 0; i < 4; ++i) pixels.mask[y][i] = rows[y][i];
+    for (int x = 0; x < side; ++x) {
+      const bool isWhite = (rows[side + y][x / 8] >> (7 - x % 8) & 1) != 0;
+      pixels.colors[y * side + x] = isWhite ? 0xFFFFFF : 0;
+    }
+  }
+  return true;
+}
+
+template <int side>
+void Take(HICON icon, IconPixels<side>& pixels) noexcept {
+  pixels.isThere = 0;
+  // A copy of the same size, when it has that.
+  const ScopedIcon fitting(static_cast<HICON>(CopyImage(icon, IMAGE_ICON, side, side, 0)));
+  ICONINFO parts;
+  if (!fitting || GetIconInfo(fitting.Get(), &parts) == FALSE) return;
+  const ScopedBitmap colors(parts.hbmColor);
+  const ScopedBitmap mask(parts.hbmMask);
+  const bool isRead = colors ? ReadRows(colors.Get(), side, side, 32, pixels.colors) &&
+                                   ReadRows(mask.Get(), side, side, 1, pixels.mask)
+                             : ReadTwoColors(mask.Get(), pixels);
+  pixels.isThere = isRead ? 1 : 0;
+}
+
+}  // namespace
+
+void TakePixels(HICON icon, IconPixels<kLargeIconSide>& pixels) noexcept {
+  Take(icon, pixels);
+}
+
+void TakePixels(HICON icon, IconPixels<kSmallIconSide>& pixels) noexcept {
+  Take(icon, pixels);
+}
+
+}  // namespace smh

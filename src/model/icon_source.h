@@ -1,0 +1,50 @@
+// Where the icons of files come from: the shell, asked by a process of our own
+// (core/contracts/icon_exchange.h), so that no file ends the host or keeps its reader.
+#pragma once
+
+#include "infra/runtime/handle.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace smh {
+
+// None, one or both.
+struct IconPair {
+  ScopedIcon large;
+  ScopedIcon small;
+};
+
+// Starts the process with the first question and ends it with the object. For one thread, which waits for
+// each answer, without a lock. A file whose icon makes the process end, or takes longer than five seconds,
+// has none; after two such waits, or ten such ends, and without the program, nothing has. Raises
+// std::bad_alloc.
+class IconSource {
+ public:
+  // `checkTerminated` is called when `wake` (null: none) is signalled, and all along a wait, and raises what
+  // is to end that. The event outlives the object.
+  IconSource(HANDLE wake, std::function<void()> checkTerminated);
+  ~IconSource();
+  IconSource(const IconSource&) = delete;
+  IconSource& operator=(const IconSource&) = delete;
+
+  // The icon `index` of the file, negative for a resource's number.
+  IconPair OfFile(const std::wstring& file, int index);
+  // What the shell shows for the file.
+  IconPair OfShell(const std::wstring& file);
+
+ private:
+  class Program;
+
+  IconPair Ask(const std::wstring& file, const std::function<void(Program&)>& post);
+  bool WaitForAnswer(const Program& program);
+
+  const HANDLE wake_;
+  const std::function<void()> checkTerminated_;
+  std::unique_ptr<Program> program_;
+  // How much may still go wrong.
+  int patience_;
+};
+
+}  // namespace smh
