@@ -135,6 +135,12 @@ LSTATUS WINAPI EnumKey(HKEY handle, DWORD index, wchar_t* name, DWORD* length, D
   return ERROR_SUCCESS;
 }
 
+// Nobody writes into the memory.
+LSTATUS WINAPI QueryKey(HKEY, wchar_t*, DWORD*, DWORD*, DWORD*, DWORD*, DWORD*, DWORD*, DWORD*, DWORD*,
+                        DWORD*, FILETIME*) {
+  return ERROR_SUCCESS;
+}
+
 LSTATUS GiveData(const MemoryValue& value, DWORD* type, BYTE* data, DWORD* size) {
   if (type != nullptr) *type = value.type;
   const DWORD room = size == nullptr ? 0 : *size;
@@ -295,6 +301,7 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(RegEnumKeyExW, EnumKey) \
   X(RegEnumValueW, EnumValue) \
   X(RegQueryValueExW, QueryValue) \
+  X(RegQueryInfoKeyW, QueryKey) \
   X(GetFileAttributesW, FileAttributes) \
   X(GetFileAttributesExW, FileAttributesEx) \
   X(FindFirstFileW, FindFirst) \

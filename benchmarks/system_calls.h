@@ -18,6 +18,7 @@ namespace smh::bench {
   X(RegEnumKeyExW) \
   X(RegEnumValueW) \
   X(RegQueryValueExW) \
+  X(RegQueryInfoKeyW) \
   X(RegNotifyChangeKeyValue) \
   X(GetFileAttributesW) \
   X(GetFileAttributesExW) \
