@@ -23,7 +23,7 @@ constexpr Column kItemColumns[] = {
     {L"Caption", [](const ItemRecord& item) { return item.caption; }},
     {L"Company", [](const ItemRecord& item) { return item.company; }},
     {L"Rating", [](const ItemRecord& item) { return std::wstring(RatingName(item.rating)); }},
-    {L"File", [](const ItemRecord& item) { return item.file.empty() ? item.command : item.file; }},
+    {L"File", [](const ItemRecord& item) { return ShownFile(item); }},
     {L"Description", [](const ItemRecord& item) { return item.description; }},
 };
 

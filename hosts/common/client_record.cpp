@@ -29,6 +29,10 @@ constexpr ClientField kClientFields[] = {
     {L"version", [](R client) { return FieldValue(client.version); }},
     {L"imageIndex", [](R client) { return FieldValue(std::int64_t(client.imageIndex)); }},
     {L"key", [](R client) { return FieldValue(client.keyPath); }},
+    {L"reachability",
+     [](R client) { return FieldValue(std::wstring(ReachabilityName(client.reachability))); }},
+    {L"servedFile",
+     [](R client) { return client.servedFile.empty() ? FieldValue() : FieldValue(client.servedFile); }},
 };
 
 ComPtr<IFavoriteItem> ItemAt(IFavoriteItemCollection& clients, std::int32_t index) {
@@ -49,14 +53,18 @@ bool IsComplete(IFavoriteItemCollection& clients, std::int32_t& complete) {
   return true;
 }
 
-ClientRecord ReadClient(const Library& library, IFavoriteItem& item) {
+ClientRecord ReadClient(IFavoriteItem& item) {
   ClientRecord record;
   record.index = item.GetIndex();
   record.kind = item.GetKind();
   record.name = TakeText([&](BoundaryText* name) { return item.GetName(name); });
   record.command = TextProperty(item, kPropertyCommand);
-  record.file = library.ResolveCommandFile(record.command);
+  const FactReader facts(item);
+  record.file = facts.Text(kFactDescribedFile).value_or(std::wstring());
+  record.servedFile = facts.Text(kFactServedFile).value_or(std::wstring());
   record.fileFound = FlagProperty(item, kPropertyFileFound);
+  record.reachability =
+      facts.Number(kFactReachability).value_or(record.fileFound ? kFileFound : kFileMissing);
   record.description = TextProperty(item, kPropertyDescription);
   record.company = TextProperty(item, kPropertyCompany);
   record.version = TextProperty(item, kPropertyVersion);
@@ -73,16 +81,16 @@ std::vector<ClientRecord> ReadClients(const Library& library, std::span<const st
   for (const std::wstring& path : addedPaths) {
     CheckResult(clients->AddPath(path.c_str()), L"Cannot add \"" + path + L"\"");
   }
-  return ReadClients(library, *clients);
+  return ReadClients(*clients);
 }
 
-std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemCollection& clients) {
+std::vector<ClientRecord> ReadClients(IFavoriteItemCollection& clients) {
   std::int32_t complete = 0;
   WaitForReader([&] { return IsComplete(clients, complete); });
   std::vector<ClientRecord> records;
   records.reserve(static_cast<std::size_t>(clients.GetCount()));
   for (std::int32_t index = 0; index < clients.GetCount(); ++index) {
-    records.push_back(ReadClient(library, *ItemAt(clients, index)));
+    records.push_back(ReadClient(*ItemAt(clients, index)));
   }
   return records;
 }

@@ -18,8 +18,10 @@ struct ClientRecord {
   std::int32_t kind = kFavoritePath;  // a FavoriteKind
   std::wstring name;
   std::wstring command;
-  std::wstring file;  // the file that the command starts; empty when there is none
+  std::wstring file;        // the file that the command starts, and that the texts below are of
+  std::wstring servedFile;  // what rundll32 is told to load; empty for other programs
   bool fileFound = false;
+  std::int32_t reachability = kFileMissing;  // a FileReachability
   std::wstring description;
   std::wstring company;
   std::wstring version;
@@ -33,7 +35,7 @@ struct ClientRecord {
 std::vector<ClientRecord> ReadClients(const Library& library, std::span<const std::wstring> addedPaths);
 // The same of a collection that the caller owns and keeps as long as it draws with its image lists. Takes the
 // changed marks of the entries: of two callers at once each would miss what the other has taken.
-std::vector<ClientRecord> ReadClients(const Library& library, IFavoriteItemCollection& clients);
+std::vector<ClientRecord> ReadClients(IFavoriteItemCollection& clients);
 
 // "mail", "media", "browser", "contacts", "calendar", "internetCall", "messaging"; "path" for an added one.
 std::wstring_view ClientKindName(std::int32_t kind) noexcept;

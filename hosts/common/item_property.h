@@ -3,6 +3,9 @@
 // IStartupItem or IFavoriteItem, and `property` an index of its GetProperty.
 #pragma once
 
+#include "core/contracts/StartupManagerHelper.h"
+#include "infra/runtime/com_ptr.h"
+
 #include <windows.h>
 #include <oleauto.h>
 
@@ -27,21 +30,29 @@ class ScopedVariant {
   VARIANT value_;
 };
 
-// A text, with NULs inside if it has any; empty when absent.
+// What a variant holds: a text, with NULs inside if it has any, and a 32-bit number.
+inline std::optional<std::wstring> TextIn(const VARIANT& value) {
+  if (value.vt != VT_BSTR) return std::nullopt;
+  const BSTR text = value.bstrVal;
+  return text == nullptr ? std::wstring() : std::wstring(text, SysStringLen(text));
+}
+inline std::optional<std::int32_t> NumberIn(const VARIANT& value) {
+  return value.vt == VT_I4 ? std::optional(static_cast<std::int32_t>(value.lVal)) : std::nullopt;
+}
+
+// A text; empty when absent.
 template <typename Item>
 std::wstring TextProperty(Item& item, std::int32_t property) {
   ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_BSTR) return {};
-  const BSTR text = value.Get().bstrVal;
-  return text == nullptr ? std::wstring() : std::wstring(text, SysStringLen(text));
+  return FAILED(item.GetProperty(property, value.Put())) ? std::wstring()
+                                                         : TextIn(value.Get()).value_or(std::wstring());
 }
 
 // A 32-bit number; `absent` when absent.
 template <typename Item>
 std::int32_t NumberProperty(Item& item, std::int32_t property, std::int32_t absent) {
   ScopedVariant value;
-  if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_I4) return absent;
-  return static_cast<std::int32_t>(value.Get().lVal);
+  return FAILED(item.GetProperty(property, value.Put())) ? absent : NumberIn(value.Get()).value_or(absent);
 }
 
 // A truth value; false when absent.
@@ -67,5 +78,28 @@ std::optional<double> DateProperty(Item& item, std::int32_t property) {
   if (FAILED(item.GetProperty(property, value.Put())) || value.Get().vt != VT_DATE) return std::nullopt;
   return value.Get().date == 0 ? std::nullopt : std::optional(value.Get().date);
 }
+
+// The further facts of an entry, by ItemFact; all are absent when the library does not know the interface.
+class FactReader {
+ public:
+  explicit FactReader(IUnknown& item) {
+    item.QueryInterface(IStartupItemFacts::iid, reinterpret_cast<void**>(facts_.Put()));
+  }
+  std::optional<std::wstring> Text(std::int32_t fact) const {
+    ScopedVariant value;
+    return Read(fact, value) ? TextIn(value.Get()) : std::nullopt;
+  }
+  std::optional<std::int32_t> Number(std::int32_t fact) const {
+    ScopedVariant value;
+    return Read(fact, value) ? NumberIn(value.Get()) : std::nullopt;
+  }
+
+ private:
+  bool Read(std::int32_t fact, ScopedVariant& value) const {
+    return facts_ && SUCCEEDED(facts_->GetFact(fact, value.Put()));
+  }
+
+  ComPtr<IStartupItemFacts> facts_;
+};
 
 }  // namespace smh

@@ -3,7 +3,6 @@
 #include "core/contracts/location_table.h"
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
-#include "infra/registry/full_value_path.h"
 
 #include <iterator>
 
@@ -60,6 +59,15 @@ FieldValue SizeOf(const std::optional<std::int64_t>& size) {
   return size ? FieldValue(*size) : FieldValue();
 }
 
+FieldValue TextOrNone(const std::wstring& text) {
+  return text.empty() ? FieldValue() : FieldValue(text);
+}
+
+FieldValue TwinOf(std::int32_t twin) {
+  if (twin == kTwinNone) return {};
+  return TextOf(twin == kTwinSame ? L"same" : L"other");
+}
+
 using R = const ItemRecord&;
 
 constexpr ItemField kItemFields[] = {
@@ -95,20 +103,29 @@ constexpr ItemField kItemFields[] = {
     {L"rating", [](R item) { return TextOf(RatingName(item.rating)); }},
     {L"imageIndex", [](R item) { return NumberOf(item.imageIndex); }},
     {L"can", [](R item) { return FieldValue(ActionNames(item.can)); }},
+    {L"reachability", [](R item) { return TextOf(ReachabilityName(item.reachability)); }},
+    {L"servedFile", [](R item) { return TextOrNone(item.servedFile); }},
+    {L"describedFile", [](R item) { return TextOrNone(item.describedFile); }},
+    {L"root", [](R item) { return TextOrNone(item.root); }},
+    {L"view", [](R item) { return item.view == 0 ? FieldValue() : NumberOf(item.view); }},
+    {L"key", [](R item) { return TextOrNone(item.key); }},
+    {L"value", [](R item) { return item.value ? TextOf(*item.value) : FieldValue(); }},
+    {L"disabledBy", [](R item) { return TextOrNone(item.disabledBy); }},
+    {L"twin", [](R item) { return TwinOf(item.twin); }},
 };
 
-// The name of a value may hold backslashes; an entry's caption, when it is that name, tells where it begins.
-void TakeWholeValueName(const std::wstring& caption, RegistryValueAddress& address) {
-  const std::wstring path = address.key + address.valueName;
-  if (!path.ends_with(L'\\' + caption)) return;
-  address.key = path.substr(0, path.size() - caption.size());
-  address.valueName = caption;
-}
-
-std::wstring PlainKey(std::wstring key) {
-  if (key.ends_with(L'\\')) key.pop_back();
-  if (key.starts_with(L'\\')) key.erase(0, 1);
-  return key;
+void ReadFacts(const FactReader& facts, ItemRecord& record) {
+  const auto text = [&](std::int32_t fact) { return facts.Text(fact).value_or(std::wstring()); };
+  record.reachability =
+      facts.Number(kFactReachability).value_or(record.fileFound ? kFileFound : kFileMissing);
+  record.describedFile = text(kFactDescribedFile);
+  record.servedFile = text(kFactServedFile);
+  record.root = text(kFactRoot);
+  record.view = facts.Number(kFactView).value_or(0);
+  record.key = text(kFactKey);
+  record.value = facts.Text(kFactValueName);
+  record.disabledBy = text(kFactDisabledBy);
+  record.twin = facts.Number(kFactTwin).value_or(kTwinNone);
 }
 
 }  // namespace
@@ -131,7 +148,19 @@ ItemRecord ReadItemRecord(IStartupItem& item) {
   for (std::int32_t action = kActionDelete; action <= kActionShowLocation; ++action) {
     if (item.CanDo(action)) record.can |= 1u << action;
   }
+  ReadFacts(FactReader(item), record);
   return record;
+}
+
+const std::wstring& ShownFile(const ItemRecord& item) noexcept {
+  if (!item.describedFile.empty()) return item.describedFile;
+  return item.file.empty() ? item.command : item.file;
+}
+
+std::wstring_view ReachabilityName(std::int32_t reachability) noexcept {
+  return reachability == kFileFound         ? L"found"
+         : reachability == kFileUnreachable ? L"unreachable"
+                                            : L"missing";
 }
 
 std::vector<std::wstring_view> ActionNames(std::uint32_t can) {
@@ -173,15 +202,12 @@ std::span<const ItemField> ItemFields() noexcept {
 }
 
 std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item) {
-  RegistryValueAddress address;
-  ParseFullValuePath(item.name, address.viewBits, address.valueName, address.key, address.root);
-  if (address.root == nullptr) return {{L"File", item.name}};
-  TakeWholeValueName(item.caption, address);
-  if (FamilyOf(LocationRowOf(item.location)).entriesAreKeys) address.valueName.clear();
-  return {{L"Root", std::wstring(RootKeyName(address.root))},
-          {L"View", address.viewBits == KEY_WOW64_64KEY ? L"64-bit" : L"32-bit"},
-          {L"Key", PlainKey(address.key)},
-          {L"Value", address.valueName.empty() ? L"(Default)" : address.valueName}};
+  if (item.root.empty()) return {{L"File", item.name}};
+  const std::wstring value = item.value.value_or(std::wstring());
+  return {{L"Root", item.root},
+          {L"View", item.view == 64 ? L"64-bit" : L"32-bit"},
+          {L"Key", item.key},
+          {L"Value", value.empty() ? L"(Default)" : value}};
 }
 
 }  // namespace smh

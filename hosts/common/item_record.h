@@ -48,9 +48,20 @@ struct ItemRecord {
   std::optional<double> lastAccessTime;
   std::optional<double> lastWriteTime;
   std::wstring fileTypeName;
-  std::int32_t rating = 1;       // 0 trusted, 1 unknown, 2 risky
-  std::int32_t imageIndex = -1;  // in the list's image lists; -1 for none
-  std::uint32_t can = 0;         // bit n: ItemAction n
+  std::int32_t rating = 1;                   // 0 trusted, 1 unknown, 2 risky
+  std::int32_t imageIndex = -1;              // in the list's image lists; -1 for none
+  std::uint32_t can = 0;                     // bit n: ItemAction n
+  std::int32_t reachability = kFileMissing;  // a FileReachability, of the described file
+  std::wstring describedFile;                // that which the version record, size and times are of
+  std::wstring servedFile;                   // what rundll32 is told to load; empty for other programs
+  // Of an entry of the registry: "HKEY_CURRENT_USER", 64 or 32, the key below the root, and the value, none
+  // for an entry that is the key itself. Empty, 0 and none for any other.
+  std::wstring root;
+  std::int32_t view = 0;
+  std::wstring key;
+  std::optional<std::wstring> value;
+  std::wstring disabledBy;        // empty while enabled, "own", or another tool's side key or folder
+  std::int32_t twin = kTwinNone;  // an ItemTwin
 
   // Whether the library allowed the action when the record was read.
   bool Can(ItemAction action) const noexcept { return (can >> action & 1) != 0; }
@@ -65,6 +76,10 @@ ItemRecord ReadItemRecord(IStartupItem& item);
 std::vector<std::wstring_view> ActionNames(std::uint32_t can);
 // The names one after the other, with `separator` between two.
 std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator);
+// The file that the entry's facts are of, its program where that is not known, and its command at last.
+const std::wstring& ShownFile(const ItemRecord& item) noexcept;
+// "found", "missing", "unreachable", for a FileReachability.
+std::wstring_view ReachabilityName(std::int32_t reachability) noexcept;
 // "trusted" for 0, "risky" for 2, "unknown" for any other.
 std::wstring_view RatingName(std::int32_t rating) noexcept;
 // "enabled", "disabled".
@@ -87,7 +102,7 @@ struct ItemField {
 // All columns in the order of output; valid for ever.
 std::span<const ItemField> ItemFields() noexcept;
 
-// Where the entry lives, as its name tells it; nothing is looked up. Names and texts for people: "Root",
+// Where the entry lives. Names and texts for people: "Root",
 // "View", "Key" and "Value" of a registry entry ("64-bit" or "32-bit" view, "(Default)" for the value without
 // a name), "File" of any other.
 std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item);

@@ -56,11 +56,10 @@ std::vector<ItemRecord> ReadAllItems(const Library& library) {
 
 std::optional<ItemRecord> FindAddedEntry(const Library& library, std::int32_t index, std::int32_t location,
                                          const std::wstring& name) {
-  const std::wstring value = L'\\' + name;
-  const std::wstring file = value + L".lnk";
+  const std::wstring file = L'\\' + name + L".lnk";
   const auto isIt = [&](const ItemRecord& item) {
     return item.location == location && item.enabled &&
-           (EndsText(value, item.name) || EndsText(file, item.name));
+           (item.root.empty() ? EndsText(file, item.name) : item.value && SameText(*item.value, name));
   };
   const std::vector<ItemRecord> list = TakeSnapshot(library);
   const auto place = static_cast<std::size_t>(index);

@@ -39,8 +39,10 @@ std::wstring SizeText(const std::optional<std::int64_t>& size) {
 
 std::wstring FileText(const ItemRecord& item, const std::wstring& file) {
   if (item.command.empty()) return {};
-  if (IsFileMissing(item)) return file.empty() ? L"(missing)" : file + L"  (missing)";
-  return file;
+  const std::wstring state = IsFileMissing(item)       ? L"(missing)"
+                             : IsFileUnreachable(item) ? L"(out of reach)"
+                                                       : L"";
+  return file.empty() || state.empty() ? file + state : file + L"  " + state;
 }
 
 }  // namespace
@@ -53,6 +55,7 @@ std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& i
       {L"Rating", RatingText(item)},
       {L"Command", item.command},
       {L"File", FileText(item, file)},
+      {item.servedFile == item.describedFile ? L"Described library" : L"Library", item.servedFile},
       {L"Working folder", item.workingFolder},
       {L"Description", item.description},
       {L"Company", item.company},

@@ -64,7 +64,11 @@ std::span<const EntryColumn> EntryColumns() noexcept {
 }
 
 bool IsFileMissing(const ItemRecord& item) noexcept {
-  return !item.fileFound && !item.command.empty();
+  return !item.fileFound && !IsFileUnreachable(item) && !item.command.empty();
+}
+
+bool IsFileUnreachable(const ItemRecord& item) noexcept {
+  return item.reachability == kFileUnreachable;
 }
 
 bool IsLocked(const ItemRecord& item) noexcept {
@@ -74,6 +78,7 @@ bool IsLocked(const ItemRecord& item) noexcept {
 std::wstring StatusText(const ItemRecord& item) {
   std::wstring text = item.enabled ? L"On" : L"Off";
   if (IsFileMissing(item)) text += L", file missing";
+  if (IsFileUnreachable(item)) text += L", file out of reach";
   if (IsLocked(item)) text += L", locked";
   return text;
 }
@@ -85,7 +90,8 @@ std::wstring RatingText(const ItemRecord& item) {
 }
 
 std::wstring CaptionText(const ItemRecord& item) {
-  return Printable(item.caption.empty() ? FileNamePart(item.name) : std::wstring_view(item.caption));
+  if (!item.caption.empty()) return Printable(item.caption);
+  return item.root.empty() ? Printable(FileNamePart(item.name)) : L"(Default)";
 }
 
 void EntryRows::Apply(std::vector<WatchEvent> events) {

@@ -32,6 +32,8 @@ std::span<const EntryColumn> EntryColumns() noexcept;
 
 // Whether the entry names a program that is not there.
 bool IsFileMissing(const ItemRecord& item) noexcept;
+// Whether it may be there, on a share or network drive that did not answer.
+bool IsFileUnreachable(const ItemRecord& item) noexcept;
 // Whether neither its state nor its existence can be changed by this account.
 bool IsLocked(const ItemRecord& item) noexcept;
 // "On", "Off, file missing", "On, locked".

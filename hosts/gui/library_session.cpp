@@ -119,7 +119,7 @@ ProgramNews LibrarySession::ReadPrograms() {
   ComPtr<IFavoriteItemCollection> programs;
   CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), L"Cannot read the default programs");
   ProgramNews news;
-  news.programs = ReadClients(library_, *programs);
+  news.programs = ReadClients(*programs);
   news.smallImages = programs->GetSmallImageList();
   news.largeImages = programs->GetLargeImageList();
   programsBefore_ = std::move(programs_);

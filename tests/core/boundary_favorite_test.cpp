@@ -39,10 +39,17 @@ TEST_F(FavoriteTest, NamesComeFromTheFirstSourceThatYieldsText) {
   // Only texts count.
   const std::wstring number = keys.Add(1, L"6 number", sample.Path());
   SetValue(HKEY_LOCAL_MACHINE, number, L"LocalizedString", Dword(7), OwnView());
+  // In the native folder of programs, which has another name for 32-bit ones on a 64-bit Windows.
+  const std::wstring native = L"C:\\Program Files\\boundary texts.dll";
+  WriteFileBytes(native, ReadFileBytes(TextsLibrary()));
+  const std::wstring redirected = keys.Add(1, L"7 redirected", sample.Path());
+  keys.Set(redirected, L"LocalizedString", L"@%ProgramFiles%\\boundary texts.dll,-101");
   const RawFavorites favorites = ReadFavorites();
-  ASSERT_EQ(favorites.GetCount(), 6);
+  DeleteFileW(native.c_str());
+  ASSERT_EQ(favorites.GetCount(), 7);
   for (int i = 0; i < 5; ++i) EXPECT_EQ(favorites.Item(i).Name(), rows[i].name);
   EXPECT_EQ(favorites.Item(5).Name(), L"6 number");
+  EXPECT_EQ(favorites.Item(6).Name(), L"Tidewater Mail");
 }
 
 TEST_F(FavoriteTest, ListsEveryKindOnceFromBothViewsAndOnlyWithACommand) {

@@ -30,6 +30,29 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
   EXPECT_EQ(Json::parse(Run({L"show", L"ctl tray", L"--json"}).output), item);
 }
 
+TEST_F(StartupctlTest, TellsPlacesAndTheLibraryOfAProgramThatServesOne) {
+  const std::wstring library = Folder().Write(L"served lib.dll", ReadFileBytes(Program()));
+  SetRun(HKEY_CURRENT_USER, L"ctl a\\b", L"rundll32.exe \"" + library + L"\",Start");
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl off", Sz(L"C:\\gone.exe"));
+  const Json item = Find("ctl a\\b").at(0);
+  EXPECT_TRUE(item["file"].get<std::string>().ends_with("\\rundll32.exe")) << item["file"];
+  for (const char* key : {"servedFile", "describedFile"}) EXPECT_EQ(item[key], ToUtf8(library));
+  EXPECT_EQ(item["company"], "Northlight Audio Ltd.");
+  EXPECT_EQ(item["root"], "HKEY_CURRENT_USER");
+  EXPECT_EQ(item["view"], HasTwoViews() ? 64 : 32);
+  EXPECT_EQ(item["key"], ToUtf8(kRunKey));
+  EXPECT_EQ(item["value"], "ctl a\\b");
+  EXPECT_EQ(item["reachability"], "found");
+  EXPECT_TRUE(item["disabledBy"].is_null());
+  EXPECT_EQ(item["twin"], HasTwoViews() ? Json("same") : Json());
+  const Json off = Find("ctl off").at(0);
+  EXPECT_EQ(off["disabledBy"], "own");
+  EXPECT_EQ(off["reachability"], "missing");
+  EXPECT_TRUE(off["servedFile"].is_null());
+  const std::string table = Run({L"list"}).output;
+  EXPECT_NE(table.find(ToUtf8(library)), std::string::npos) << table;
+}
+
 TEST_F(StartupctlTest, FiltersByLocationAndState) {
   SetRun(HKEY_CURRENT_USER, L"ctl on", Command(L"1"));
   SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl off", Sz(Command(L"2")));
