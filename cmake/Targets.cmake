@@ -29,12 +29,14 @@ function(smh_add_library target)
   target_link_libraries(${target} PUBLIC ${ARG_LINK} build_settings)
 endfunction()
 
-# smh_add_module(<target> SOURCES ... LINK ...): a DLL with a .def among its sources.
+# smh_add_module(<target> SOURCES ... LINK ...): a DLL with a .def among its sources. Its entry point gives back what
+# the static runtime keeps (infra/module_runtime).
 function(smh_add_module target)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
   add_library(${target} SHARED ${ARG_SOURCES})
   set_property(GLOBAL APPEND PROPERTY SMH_TARGETS ${target})
-  target_link_libraries(${target} PRIVATE ${ARG_LINK} build_settings)
+  target_link_libraries(${target} PRIVATE ${ARG_LINK} infra_module_runtime build_settings)
+  target_link_options(${target} PRIVATE -Wl,--entry=_ModuleStartup@12)
 endfunction()
 
 # smh_add_program(<target> SOURCES ... LINK ...): a console program.

@@ -18,8 +18,6 @@ namespace smh::test {
 namespace {
 
 constexpr std::size_t kMostRows = 32;
-// More than the 31 blocks of a group (see LeavesNothing).
-constexpr int kRounds = 64;
 
 std::size_t failingRow = kMostRows;
 // Row numbers from 1: as they were started, negative as they were stopped.
@@ -66,38 +64,12 @@ bool StartsAndStops() {
   return true;
 }
 
-// Whether `kRounds` runs leave anything behind.
-bool LeavesNothingOnce() {
-  const int handles = HandleCount();
-  const std::size_t bytes = HeapBytes();
-  for (int round = 0; round < kRounds; ++round) {
-    if (!StartsAndStops()) return false;
-  }
-  const int moreHandles = HandleCount() - handles;
-  const auto moreBytes = static_cast<int>(HeapBytes() - bytes);
-  if (moreHandles < kRounds && moreBytes < kRounds) return true;
-  std::printf("left %d handles and %d bytes\n", moreHandles, moreBytes);
-  return false;
-}
-
-// What a run leaves behind grows every time. The system keeps something only once: of a first run, of the
-// exception's, and a group of blocks, which counts as a whole. The heap takes one when those of a size that
-// is much used are full, and keeps it for the next time.
-bool LeavesNothing() {
-  constexpr int kAttempts = 4;
-  trace.reserve(2 * kMostRows);
-  if (!StartsAndStops()) return false;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    if (LeavesNothingOnce()) return true;
-  }
-  return false;
-}
-
 // A process of its own: no test may have started the module.
 SMH_CHILD(StartEveryPartOfTheTable) {
   if (ModuleSteps().size() > kMostRows) return 1;
+  trace.reserve(2 * kMostRows);
   for (failingRow = 0; failingRow <= ModuleSteps().size(); ++failingRow) {
-    if (LeavesNothing()) continue;
+    if (LeavesNothing(StartsAndStops)) continue;
     std::printf("row %u\n", static_cast<unsigned>(failingRow));
     return 2;
   }

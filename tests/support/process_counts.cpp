@@ -5,8 +5,31 @@
 #include <tlhelp32.h>
 
 #include <array>
+#include <cstdio>
+#include <vector>
 
 namespace smh::test {
+
+namespace {
+
+bool LeavesNothingOnce(const std::function<bool()>& run) {
+  // More than the 31 blocks of a group.
+  constexpr int kRounds = 40;
+  const int indexes = FreeTlsIndexes();
+  const int handles = HandleCount();
+  const std::size_t bytes = HeapBytes();
+  for (int round = 0; round < kRounds; ++round) {
+    if (!run()) return false;
+  }
+  const auto moreBytes = static_cast<int>(HeapBytes() - bytes);
+  const int moreHandles = HandleCount() - handles;
+  const int moreIndexes = indexes - FreeTlsIndexes();
+  if (moreBytes < kRounds && moreHandles < kRounds && moreIndexes < kRounds) return true;
+  std::printf("left %d handles, %d indexes and %d bytes\n", moreHandles, moreIndexes, moreBytes);
+  return false;
+}
+
+}  // namespace
 
 // GetProcessHandleCount is not available everywhere.
 int HandleCount() {
@@ -30,6 +53,13 @@ int ThreadCount() {
   return count;
 }
 
+int FreeTlsIndexes() {
+  std::vector<DWORD> taken;
+  for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc()) taken.push_back(index);
+  for (const DWORD index : taken) TlsFree(index);
+  return static_cast<int>(taken.size());
+}
+
 std::size_t HeapBytes() {
   std::array<HANDLE, 64> heaps;
   const DWORD count = GetProcessHeaps(heaps.size(), heaps.data());
@@ -43,6 +73,15 @@ std::size_t HeapBytes() {
     HeapUnlock(heaps[i]);
   }
   return bytes;
+}
+
+bool LeavesNothing(const std::function<bool()>& run) {
+  constexpr int kAttempts = 4;
+  if (!run()) return false;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (LeavesNothingOnce(run)) return true;
+  }
+  return false;
 }
 
 }  // namespace smh::test

@@ -2,12 +2,21 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 namespace smh::test {
 
 int HandleCount();
+// How many thread storage indexes the process has left.
+int FreeTlsIndexes();
 int ThreadCount();
 // Bytes in use in all heaps.
 std::size_t HeapBytes();
+
+// Whether runs of `run` leave no handle, index or memory behind; what they left is printed. False as soon as
+// a run answers false. What a run leaves grows every time. The system keeps something only once: of a first
+// run, of the first exceptions, and a group of blocks, which counts as a whole. The heap takes one when those
+// of a size that is much used are full, and keeps it for the next time.
+bool LeavesNothing(const std::function<bool()>& run);
 
 }  // namespace smh::test
