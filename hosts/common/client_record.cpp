@@ -86,7 +86,9 @@ std::vector<ClientRecord> ReadClients(const Library& library, std::span<const st
 
 std::vector<ClientRecord> ReadClients(IFavoriteItemCollection& clients) {
   std::int32_t complete = 0;
-  WaitForReader([&] { return IsComplete(clients, complete); });
+  if (!WaitForReader([&] { return IsComplete(clients, complete); })) {
+    throw HostError(L"Reading the default programs took more than a minute.");
+  }
   std::vector<ClientRecord> records;
   records.reserve(static_cast<std::size_t>(clients.GetCount()));
   for (std::int32_t index = 0; index < clients.GetCount(); ++index) {

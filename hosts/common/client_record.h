@@ -31,7 +31,7 @@ struct ClientRecord {
 
 // Reads the default programs and, after them or among them, the entries of `addedPaths`, each a path that is
 // not empty; blocks until the details of every one are there. Raises HostError when the library refuses, and
-// when that takes more than two minutes.
+// when that takes more than a minute.
 std::vector<ClientRecord> ReadClients(const Library& library, std::span<const std::wstring> addedPaths);
 // The same of a collection that the caller owns and keeps as long as it draws with its image lists. Takes the
 // changed marks of the entries: of two callers at once each would miss what the other has taken.

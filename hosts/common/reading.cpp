@@ -9,27 +9,38 @@ namespace smh {
 
 namespace {
 
-constexpr ULONGLONG kTimeLimit = 120'000;
 constexpr DWORD kPollInterval = 10;
+
+void RequireState(ReadState state, ReadState required) {
+  if (state < required) throw HostError(L"Reading took more than a minute: this is not all that there is.");
+}
 
 }  // namespace
 
-void WaitForReader(const std::function<bool()>& isComplete) {
+bool WaitForReader(const std::function<bool()>& isComplete, DWORD limit) {
   const ULONGLONG start = GetTickCount64();
   while (!isComplete()) {
-    if (GetTickCount64() - start > kTimeLimit) {
-      throw HostError(L"Reading took more than two minutes.");
-    }
+    if (GetTickCount64() - start > limit) return false;
     Sleep(kPollInterval);
   }
+  return true;
 }
 
-void ReadToEnd(const Library& library, ReadScope scope) {
+ReadState ReadToEnd(const Library& library, ReadScope scope, DWORD limit) {
   IStartupItemCollection& items = library.Items();
   CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
               L"Cannot choose the locations");
   CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
-  WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; });
+  WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; }, limit);
+  return static_cast<ReadState>(items.GetReadState());
+}
+
+void RequireListed(ReadState state) {
+  RequireState(state, kReadStateListed);
+}
+
+void RequireComplete(ReadState state) {
+  RequireState(state, kReadStateComplete);
 }
 
 std::vector<ItemRecord> TakeSnapshot(const Library& library) {
@@ -50,7 +61,7 @@ void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
 }
 
 std::vector<ItemRecord> ReadAllItems(const Library& library) {
-  ReadToEnd(library, ReadScope::kAll);
+  RequireListed(ReadToEnd(library, ReadScope::kAll));
   return TakeSnapshot(library);
 }
 

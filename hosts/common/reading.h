@@ -6,6 +6,8 @@
 #include "hosts/common/item_record.h"
 #include "hosts/common/library.h"
 
+#include <windows.h>
+
 #include <functional>
 #include <optional>
 #include <span>
@@ -17,13 +19,20 @@ namespace smh {
 // Whether the reader has to look at all locations or the usual ones, those read by default, are enough.
 enum class ReadScope { kUsual, kAll };
 
-// Asks `isComplete` every ten milliseconds until it says yes; blocks the thread. Raises HostError after two
-// minutes: a dead network path must not hold a script for ever.
-void WaitForReader(const std::function<bool()>& isComplete);
+// Something that does not answer must not hold a script for ever.
+inline constexpr DWORD kReadingLimitMs = 60'000;
 
-// Starts reading anew and waits until every entry is complete, as WaitForReader does. The scope stays chosen
-// for later reads.
-void ReadToEnd(const Library& library, ReadScope scope);
+// Asks `isComplete` every ten milliseconds until it says yes; blocks the thread. Answers false after the
+// limit, in milliseconds.
+bool WaitForReader(const std::function<bool()>& isComplete, DWORD limit = kReadingLimitMs);
+
+// Starts reading anew and waits until every entry is complete, as WaitForReader does; answers how far the
+// reader got. The scope stays chosen for later reads.
+ReadState ReadToEnd(const Library& library, ReadScope scope, DWORD limit = kReadingLimitMs);
+// Raise HostError when some locations were not read in time; and, for after what there is has been printed,
+// when anything was not.
+void RequireListed(ReadState state);
+void RequireComplete(ReadState state);
 
 // A copy of every listed entry, in list order, without the files of their commands: one state of the list,
 // under its lock.
@@ -31,7 +40,7 @@ std::vector<ItemRecord> TakeSnapshot(const Library& library);
 // Fills ItemRecord::file of entries with a command, empty where none is found; searching takes time and disk,
 // so it is done only for entries that are shown.
 void ResolveFiles(const Library& library, std::span<ItemRecord> items);
-// ReadToEnd of all locations, then a copy of every entry.
+// ReadToEnd of all locations, which it requires to be listed, then a copy of every entry.
 std::vector<ItemRecord> ReadAllItems(const Library& library);
 
 // The enabled entry that an addition has made, or found, under `name`, the value's or the shortcut's. `index`

@@ -176,6 +176,16 @@ HRESULT ShellHelper::GetProgramPart(const wchar_t* command, BoundaryText* progra
   return GuardedText(program, [&] { return ProgramPart(TextArgument(command), FileOrTwinExists); });
 }
 
+HRESULT ShellHelper::GetProgramPartBy(const wchar_t* command, FileProbe probe, void* context,
+                                      BoundaryText* program) {
+  const auto isFile = [&](const std::wstring& path) {
+    const HRESULT answer = probe(context, path.c_str());
+    if (FAILED(answer)) throw EOleSysError(answer);
+    return answer == S_OK;
+  };
+  return GuardedText(program, [&] { return ProgramPart(TextArgument(command), isFile); });
+}
+
 HRESULT ShellHelper::ExpandPath(const wchar_t* text, BoundaryText* path) {
   return GuardedText(path, [&] { return ExpandEnvironment(TextArgument(text)); });
 }

@@ -47,6 +47,8 @@ class ShellHelper final : public ServiceObject<IShellHelper> {
   HRESULT STDMETHODCALLTYPE GetProgramPart(const wchar_t* command, BoundaryText* program) override;
   HRESULT STDMETHODCALLTYPE ExpandPath(const wchar_t* text, BoundaryText* path) override;
   HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) override;
+  HRESULT STDMETHODCALLTYPE GetProgramPartBy(const wchar_t* command, FileProbe probe, void* context,
+                                             BoundaryText* program) override;
 };
 
 // IShellDialogsHelper. Initializes COM for the calling thread while a call needs it.

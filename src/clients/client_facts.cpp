@@ -8,6 +8,7 @@
 #include "model/basic_info.h"
 #include "model/extended_info.h"
 #include "sysutil/command_line.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 
 #include <iterator>
@@ -151,7 +152,7 @@ void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, IconSou
     details.ServedFile = ServedFileOf(details.FilePath, details.Command);
   }
   std::optional<FileStamp> stamp;
-  if (IsFullPath(details.FilePath)) stamp = StampOf(details.FilePath);
+  if (IsFullPath(details.FilePath)) stamp = ReachableStamp(details.FilePath);
   // A folder is no program.
   if (stamp && stamp->isFolder) stamp.reset();
   DescribeStartedFile(stamp, details);

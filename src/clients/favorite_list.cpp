@@ -4,6 +4,7 @@
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
 #include "model/reading.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 #include <algorithm>
@@ -64,10 +65,12 @@ void FavoriteList::SetDetails(TFavoriteItem& item, ItemDetails details) {
 }
 
 void FavoriteReader::Execute() noexcept {
+  ReadingPass pass([this] { return thread_.IsAskedToEnd(); });
   bool goOn = thread_.RunStep([this] { ReadAll(); });
   if (goOn) list_.State.exchange(kReadStateListed);
   while (goOn) {
-    goOn = thread_.RunStep([this] {
+    goOn = thread_.RunStep([&] {
+      pass.Begin();
       LoadDetails();
       if (list_.State.load() != kReadStateComplete) list_.State.exchange(kReadStateComplete);
       WaitForWork();

@@ -66,7 +66,7 @@ VARIANT ItemFactValue(const TStartupItem& item, std::int32_t index) {
 VARIANT DetailFactValue(const ItemDetails& details, std::int32_t index) {
   switch (index) {
     case kFactReachability:
-      return NumberVariant(details.FileFound ? kFileFound : kFileMissing);
+      return NumberVariant(details.Reachability);
     case kFactDescribedFile:
       return TextVariant(details.FilePath);
     case kFactServedFile:

@@ -21,6 +21,7 @@
 #include "model/reading.h"
 #include "model/uLocationStartup.h"
 #include "shelllink/desktop_folder.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 #include "sysutil/windows/uWindowsExt.h"
@@ -54,6 +55,7 @@ constexpr ModuleStep kSteps[] = {
     {L"crash reports", RegisterCrashHandler, UnlessBroken<UnregisterCrashHandler>},
     {L"Windows version", nullptr, UnlessBroken<ForgetWinVersionInfo>},
     {L"windows", nullptr, UnlessBroken<ForgetWindowsExt>},
+    StepOf<g_networkRoots>(L"network roots"),
     StepOf<g_fileCaches>(L"command lines"),
     StepOf<g_desktopFolder>(L"shell links"),
     StepOf<g_debugMode>(L"debug log"),

@@ -6,6 +6,7 @@
 #include "infra/runtime/text.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/program_file.h"
 #include "sysutil/uFileUtils.h"
 
@@ -71,10 +72,10 @@ void FillFromShortcut(bool inFolder, ItemDetails& details) {
 // of the folder that this process stands in.
 std::optional<FileStamp> FindFile(TTypeStartupLocation location, ItemDetails& details) {
   std::optional<FileStamp> stamp;
-  if (IsFullPath(details.FilePath)) stamp = StampOf(details.FilePath);
+  if (IsFullPath(details.FilePath)) stamp = ReachableStamp(details.FilePath);
   if (stamp || IsFolderLocation(location) || details.Command.empty()) return stamp;
   SharedText again = ResolveCommandToFile(details.Command.c_str());
-  if (IsFullPath(again)) stamp = StampOf(again);
+  if (IsFullPath(again)) stamp = ReachableStamp(again);
   if (stamp) details.FilePath = std::move(again);
   return stamp;
 }
@@ -132,8 +133,11 @@ ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
 }
 
 std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
+  if (!IsReachable(file)) return std::nullopt;
   try {
     return ShortcutFactsOf(TShellLinkInfo(file));
+  } catch (const EAbort&) {
+    throw;
   } catch (const Exception& exception) {
     LogError(exception);
     return std::nullopt;
@@ -151,7 +155,7 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkPath = details.FilePath;
-  details.SeenLink = StampOf(details.LinkPath).value_or(FileStamp{});
+  details.SeenLink = ReachableStamp(details.LinkPath).value_or(FileStamp{});
   std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(details.LinkPath));
   details.IsLinkRead = facts.has_value();
   if (!facts) return facts;
@@ -168,15 +172,15 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
 }
 
 bool StandsAsSeen(const ItemDetails& details) {
-  if (!details.FileFound || !details.IsLinkRead || StampOf(details.FilePath) != details.SeenFile)
+  if (!details.FileFound || !details.IsLinkRead || ReachableStamp(details.FilePath) != details.SeenFile)
     return false;
-  return details.LinkPath.empty() || StampOf(details.LinkPath) == details.SeenLink;
+  return details.LinkPath.empty() || ReachableStamp(details.LinkPath) == details.SeenLink;
 }
 
 bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b) {
   const auto seen = [](const ItemDetails& details) {
-    return std::tie(details.FilePath, details.FileFound, details.SeenFile, details.LinkPath, details.SeenLink,
-                    details.IsLinkRead);
+    return std::tie(details.FilePath, details.Reachability, details.SeenFile, details.LinkPath,
+                    details.SeenLink, details.IsLinkRead);
   };
   return seen(a) == seen(b);
 }
@@ -184,6 +188,7 @@ bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b) {
 void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details) {
   details.FileFound = stamp.has_value();
   details.SeenFile = stamp.value_or(FileStamp{});
+  details.Reachability = stamp ? kFileFound : IsReachable(details.FilePath) ? kFileMissing : kFileUnreachable;
   if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
   if (stamp) TakeVersionTexts(*stamp, details);
 }

@@ -1,7 +1,8 @@
 // The cheap facts of an entry, gathered when it is found: the file it starts, its caption, its version
 // record; and what any list of programs shows of the file that a command starts.
 //
-// Any thread may call these; the locks that they take are leaves.
+// Any thread may call these; the locks that they take are leaves. What touches the disk raises EAbort once
+// the thread's reading pass was asked to end (network_roots.h), and waits for no place that does not answer.
 #pragma once
 
 #include "core/contracts/location_table.h"
@@ -44,7 +45,7 @@ struct ShortcutFacts {
 // Of a shortcut that has been read. Searches its target.
 ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link);
 // Reads the file and searches its target; takes no lock but the log's. None, with a record in the statistics
-// log, for a shortcut that cannot be read.
+// log, for a shortcut that cannot be read, and without one for a shortcut that cannot be reached.
 std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
 
 // By the file's extension alone; asks basekit for the startable ones once, and raises what that raises.
@@ -61,8 +62,8 @@ bool StandsAsSeen(const ItemDetails& details);
 // Whether two tell of the same files, as they stood at the same time.
 bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b);
 
-// Whether the file is there, as `stamp` says; its folder, where no working folder is known yet; and the texts
-// of its version record, which it reads. Raises std::bad_alloc.
+// Whether the file is there, as `stamp` says, or out of reach; its folder, where no working folder is known
+// yet; and the texts of its version record, which it reads. Raises std::bad_alloc.
 void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& details);
 
 // Whether the location keeps files in a folder rather than values in the registry.

@@ -7,6 +7,7 @@
 #include "model/image_lists.h"
 #include "model/reader_state.h"
 #include "model/reading.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 
 #include <shellapi.h>
@@ -83,7 +84,7 @@ void ExtendedPass::Read(ItemDetails& details) {
   ReadFileFacts(details);
   details.Rating = Rate(details);
   if (icons_) {
-    const bool hasIcon = !details.IconPath.empty();
+    const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
     details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
                                         hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
   }

@@ -3,6 +3,7 @@
 // file's version record are among it, kept once per file however many entries start it.
 #pragma once
 
+#include "core/contracts/StartupManagerHelper.h"
 #include "core/contracts/shared_text.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/module_global.h"
@@ -76,6 +77,8 @@ struct ItemDetails : ExtendedDetails {
   SharedText IconPath;
   int IconIndex = 0;
   bool FileFound = false;
+  // kFileFound exactly when FileFound is set.
+  FileReachability Reachability = kFileMissing;
   // Short name of the started file; the duplicate key when an entry is moved in.
   SharedText EntryName;
   SharedText Caption;

@@ -11,6 +11,7 @@
 #include "model/parkable_thread.h"
 #include "model/reader_state.h"
 #include "model/uLocationStartup.h"
+#include "sysutil/network_roots.h"
 
 #include <atomic>
 
@@ -31,7 +32,7 @@ void ReadTraced(TLocationStartup& location, Look look) {
 class TReadThread {
  public:
   // Lives on `thread`; `state` is exchanged for 1 and 2 as the passes finish.
-  TReadThread(bool showAll, const ParkableThread& thread, std::atomic<ReadState>& state) noexcept
+  TReadThread(bool showAll, const ParkableThread& thread, std::atomic<ReadState>& state)
       : showAll_(showAll), thread_(thread), state_(state) {}
 
   // Returns when the reader was asked to end. A failure that nothing below has caught is logged and survived.
@@ -47,6 +48,8 @@ class TReadThread {
   const bool showAll_;
   const ParkableThread& thread_;
   std::atomic<ReadState>& state_;
+  // Begins anew with every poll.
+  ReadingPass pass_{[this] { return thread_.IsAskedToEnd(); }};
 };
 
 void TReadThread::Execute() noexcept {
@@ -104,6 +107,7 @@ void TReadThread::WaitForChange() {
   bool isAnyRead = false;
   while (!isAnyRead) {
     if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;
+    pass_.Begin();
     // All of them, once: one that changes without end holds up neither the others nor what follows a poll.
     for (const auto& location : Locations()) {
       CheckTerminated();

@@ -156,6 +156,10 @@ bool TStartupItem::IsEnabled() const {
   return Get([](const ItemState& state) { return state.isEnabled; });
 }
 
+FileReachability TStartupItem::Reachability() const {
+  return Get([](const ItemState& state) { return state.details.Reachability; });
+}
+
 bool TStartupItem::NeedsExtendedInfo() const {
   ScopedLock lock(Lock);
   return needsExtendedInfo_;

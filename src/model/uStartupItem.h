@@ -107,6 +107,7 @@ class TStartupItem {
   ItemState State() const;
   std::wstring Name() const;
   bool IsEnabled() const;
+  FileReachability Reachability() const;
   bool NeedsExtendedInfo() const;
 
   // Marks the item as changed for the host.

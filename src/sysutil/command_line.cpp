@@ -3,14 +3,27 @@
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/text.h"
 #include "sysutil/program_file.h"
+#include "sysutil/uFileUtils.h"
 
 #include <shellapi.h>
 
 #include <algorithm>
+#include <exception>
 
 namespace smh {
 
 namespace {
+
+// The helper's look at a file. What is raised meanwhile waits in the context: it must not pass the helper.
+HRESULT STDMETHODCALLTYPE ProbeFile(void* context, const wchar_t* path) noexcept {
+  try {
+    std::wstring tried(path);
+    return FileUtils::FileExistsWow64(tried) ? S_OK : S_FALSE;
+  } catch (...) {
+    *static_cast<std::exception_ptr*>(context) = std::current_exception();
+    return E_ABORT;
+  }
+}
 
 // ShellExecuteW answers more than this when it worked.
 constexpr INT_PTR kLastShellError = 32;
@@ -32,8 +45,11 @@ std::wstring FileUtils::MakeCommandLine(std::wstring_view path, std::wstring_vie
 }
 
 SharedText FileUtils::ProgramOfCommand(const wchar_t* command) {
-  SharedText program = TakeSharedText(
-      [command](BoundaryText* out) { return DLLGlobals::ShellHelper().GetProgramPart(command, out); });
+  std::exception_ptr failure;
+  SharedText program = TakeSharedText([&](BoundaryText* out) {
+    return DLLGlobals::ShellHelper().GetProgramPartBy(command, ProbeFile, &failure, out);
+  });
+  if (failure) std::rethrow_exception(failure);
   const std::wstring_view trimmed = TrimmedPart(program);
   return trimmed.size() == program.size() ? program : SharedText(trimmed);
 }

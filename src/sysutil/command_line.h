@@ -2,7 +2,8 @@
 // all that show or start one, and the start through the shell.
 //
 // Any thread may call any operation, without holding a lock: the shell, its helper, disk and registry are
-// asked. `command` is terminated. Nothing raises on a missing file; std::bad_alloc passes through.
+// asked. `command` is terminated. Nothing raises on a missing file; std::bad_alloc passes through, and EAbort
+// from looks at the disk (network_roots.h).
 #pragma once
 
 #include "core/contracts/shared_text.h"

@@ -2,8 +2,8 @@
 //
 // Any thread may call any operation; the search holds no lock while it reads disk and registry. A missing
 // file, key or value, and one that cannot be read, is an entry that is not there; nothing raises but
-// std::bad_alloc. `name` has no extension unless it says otherwise; `extension` has its dot or is empty, and
-// then every executable extension is tried.
+// std::bad_alloc and EAbort (network_roots.h). `name` has no extension unless it says otherwise; `extension`
+// has its dot or is empty, and then every executable extension is tried.
 #pragma once
 
 #include <windows.h>

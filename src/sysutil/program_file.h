@@ -2,7 +2,8 @@
 //
 // Any thread may call any operation, without holding a lock: disk, registry and the helpers are asked. What a
 // text without a folder of its own means never depends on the folder that this process stands in. Nothing
-// raises on a missing file; std::bad_alloc passes through.
+// raises on a missing file; std::bad_alloc passes through, and so does EAbort from looks at the disk
+// (network_roots.h).
 #pragma once
 
 #include "core/contracts/shared_text.h"

@@ -4,6 +4,7 @@
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/lazy.h"
 #include "infra/runtime/text.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 #include <shlobj.h>
@@ -214,7 +215,7 @@ constexpr Redirection kRedirections[] = {
 
 // Whether the path passes as given or as its twin, which then replaces it.
 template <typename Text>
-bool ExistsOrTwin(Text& path, bool (*exists)(PathView) noexcept) {
+bool ExistsOrTwin(Text& path, bool (*exists)(PathView)) {
   if (exists(path)) return true;
   if (!WinVersionInfo::IsWow64()) return false;
   const auto rule = std::ranges::find_if(
@@ -229,25 +230,25 @@ bool ExistsOrTwin(Text& path, bool (*exists)(PathView) noexcept) {
 
 }  // namespace
 
-bool FileUtils::FileExists(PathView path) noexcept {
-  return IsFile(path);
+bool FileUtils::FileExists(PathView path) {
+  return IsReachableFile(path);
 }
 
-bool FileUtils::DirectoryExists(PathView path) noexcept {
-  return IsFolder(path);
+bool FileUtils::DirectoryExists(PathView path) {
+  return IsReachableFolder(path);
 }
 
 bool FileUtils::FileExistsWow64(std::wstring& path) {
-  return ExistsOrTwin(path, IsFile);
+  return ExistsOrTwin(path, IsReachableFile);
 }
 
 bool FileUtils::FileExistsWow64(SharedText& path) {
-  return ExistsOrTwin(path, IsFile);
+  return ExistsOrTwin(path, IsReachableFile);
 }
 
 std::wstring FileUtils::DirectoryExistsWow64(std::wstring_view path) {
   std::wstring result(path);
-  ExistsOrTwin(result, IsFolder);
+  ExistsOrTwin(result, IsReachableFolder);
   return result;
 }
 

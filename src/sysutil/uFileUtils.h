@@ -5,8 +5,8 @@
 // Any thread may call any operation. The folders and the lists are made once, under one lock (a leaf but for
 // the siblings' lock), and never refreshed before the module unloads: a change of PATH or PATHEXT after first
 // use is not seen. No lock is held while the disk is looked at. Nothing raises on a missing file, folder or
-// variable, and a path that holds a NUL names none; std::bad_alloc passes through. References stay valid
-// until the module stops.
+// variable, and a path that holds a NUL names none; std::bad_alloc passes through, and so does EAbort from
+// every look at the disk. References stay valid until the module stops.
 #pragma once
 
 #include "core/contracts/shared_text.h"
@@ -50,9 +50,10 @@ const std::vector<std::wstring>& ExecutableExtensions();
 // Those that the general helper names; another list than the one above, which follows PATHEXT.
 const std::vector<std::wstring>& StartableExtensions();
 
-// The file itself and the folder itself, as IsFile and IsFolder tell them.
-bool FileExists(PathView path) noexcept;
-bool DirectoryExists(PathView path) noexcept;
+// The file itself and the folder itself, as IsReachableFile and IsReachableFolder tell them
+// (network_roots.h).
+bool FileExists(PathView path);
+bool DirectoryExists(PathView path);
 // The system and program folders have a redirected twin each. Whether the file exists as given or as its
 // twin, which then replaces it.
 bool FileExistsWow64(std::wstring& path);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
@@ -32,10 +33,12 @@ class StartedFileUtils {
  public:
   StartedFileUtils() {
     g_siblings.Start();
+    g_networkRoots.Start();
     g_fileCaches.Start();
   }
   ~StartedFileUtils() {
     g_fileCaches.Stop();
+    g_networkRoots.Stop();
     ForgetWinVersionInfo();
     g_siblings.Stop();
   }

@@ -29,17 +29,21 @@ ItemRecord SelectOneItem(const Library& library, const Arguments& arguments) {
 void RunList(const Arguments& arguments) {
   const Library library;
   const ItemFilter filter = arguments.Filter();
-  ReadToEnd(library, filter.Scope());
+  const ReadState state = ReadToEnd(library, filter.Scope());
   std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
   ResolveFiles(library, items);
   switch (arguments.format) {
     case OutputFormat::kJson:
-      return WriteOutput(JsonArray(items));
+      WriteOutput(JsonArray(items));
+      break;
     case OutputFormat::kCsv:
-      return WriteOutput(CsvTable(items));
+      WriteOutput(CsvTable(items));
+      break;
     case OutputFormat::kTable:
-      return WriteOutput(ItemTable(items, ConsoleWidth()));
+      WriteOutput(ItemTable(items, ConsoleWidth()));
+      break;
   }
+  RequireComplete(state);
 }
 
 void RunShow(const Arguments& arguments) {
@@ -115,7 +119,7 @@ void RunWatch(const Arguments& arguments) {
   const StopRequest stop;
   const Library library;
   const ItemFilter filter = arguments.Filter();
-  ReadToEnd(library, filter.Scope());
+  RequireListed(ReadToEnd(library, filter.Scope()));
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
   if (arguments.format == OutputFormat::kCsv) WriteOutput(CsvHeader(true));

@@ -75,6 +75,9 @@ struct IGlobals : IUnknown {
 
 // What the shell knows of folders and commands.
 struct IShellHelper : IUnknown {
+  // Whether a path is a file: S_OK or S_FALSE; a failure ends the call that asks.
+  using FileProbe = HRESULT(STDMETHODCALLTYPE*)(void* context, const wchar_t* path);
+
   static constexpr wchar_t kId[] = L"{6773075A-4E7A-4292-A6B9-12F24F316C36}";
   static constexpr wchar_t kLibrary[] = L"basekit.dll";
   static constexpr wchar_t kLocator[] = L"basekit.dll::ShellHelper";
@@ -90,6 +93,10 @@ struct IShellHelper : IUnknown {
   virtual HRESULT STDMETHODCALLTYPE ExpandPath(const wchar_t* text, BoundaryText* path) = 0;
   // 4: a command trimmed, with its environment references expanded.
   virtual HRESULT STDMETHODCALLTYPE NormalizeCommand(const wchar_t* text, BoundaryText* command) = 0;
+  // 5: as 2, but `probe` is asked, on the calling thread, with full paths on drives; answers its failure. It
+  // is never null, `context` is its own.
+  virtual HRESULT STDMETHODCALLTYPE GetProgramPartBy(const wchar_t* command, FileProbe probe, void* context,
+                                                     BoundaryText* program) = 0;
 };
 
 // What is tried behind a program's name that has no extension, in this order: the first by every way to start

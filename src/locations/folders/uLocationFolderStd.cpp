@@ -11,6 +11,7 @@
 #include "model/change_refused.h"
 #include "model/reader_state.h"
 #include "sysutil/command_line.h"
+#include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 
 #include <algorithm>
@@ -44,7 +45,9 @@ TLocationFolderStd::TLocationFolderStd(const LocationRow& row)
       watch_(folders_.All()) {}
 
 bool TLocationFolderStd::ItemExists(const TStartupItem& item) {
-  return FileUtils::FileExists(item.Name());
+  // Of one that is out of reach nobody can say that it has gone.
+  const std::wstring name = item.Name();
+  return FileUtils::FileExists(name) || !IsReachable(name);
 }
 
 void TLocationFolderStd::ShowItemLocation(const TStartupItem& item) {
@@ -75,7 +78,10 @@ void TLocationFolderStd::LoadItems(Look look) {
 
 bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load) {
   const std::vector<std::wstring> names = CatchFailure(
-      [&] { return FileNamesIn(folder); },
+      [&] {
+        if (!IsReachable(folder)) RaiseOSError(ERROR_BAD_NETPATH);
+        return FileNamesIn(folder);
+      },
       [&] {
         LogCurrentException();
         LogFormat(L"Error load item list for location \"%s\". Folder: \"%s\".", MemberName(), folder);
@@ -97,8 +103,8 @@ bool TLocationFolderStd::TakeFile(const std::wstring& file, bool isEnabled, cons
 
 bool TLocationFolderStd::LookFor(TStartupItem& item, const Load& load) {
   const std::wstring file = item.Name();
-  if (IsFile(file)) return TakeFile(file, folders_.IsStartupFolder(FolderPart(file)), load);
-  if (!Exists(file) && !IsMissing(GetLastError())) KeepItem(item, load);
+  if (IsReachableFile(file)) return TakeFile(file, folders_.IsStartupFolder(FolderPart(file)), load);
+  if (!IsReachable(file) || (!Exists(file) && !IsMissing(GetLastError()))) KeepItem(item, load);
   return true;
 }
 
