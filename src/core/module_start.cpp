@@ -63,6 +63,7 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_versionTexts>(L"version texts"),
     StepOf<g_items>(L"items"),
     StepOf<g_itemIcons>(L"image lists"),
+    StepOf<g_idleIconProgram>(L"idle icon program"),
     StepOf<g_keysAbove>(L"keys above those watched"),
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},

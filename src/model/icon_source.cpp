@@ -1,6 +1,7 @@
 #include "model/icon_source.h"
 
 #include "core/contracts/icon_exchange.h"
+#include "infra/runtime/critical_section.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "infra/siblings/sibling_file.h"
@@ -121,6 +122,7 @@ class IconSource::Program {
   IconPair Icons() const noexcept { return {MakeIcon(view_.Get()->large), MakeIcon(view_.Get()->small)}; }
   HANDLE Answer() const noexcept { return answer_.Get(); }
   HANDLE Process() const noexcept { return process_.Get(); }
+  bool HasEnded() const noexcept { return WaitForSingleObject(Process(), 0) == WAIT_OBJECT_0; }
 
  private:
   bool Make() noexcept {
@@ -170,10 +172,31 @@ class IconSource::Program {
   ScopedHandle process_;
 };
 
+struct IdleIconProgram {
+  // A leaf.
+  CriticalSection lock;
+  std::unique_ptr<IconSource::Program> program SMH_GUARDED_BY(lock);
+};
+
+constinit ModuleGlobal<IdleIconProgram> g_idleIconProgram(L"icon_source");
+
 IconSource::IconSource(HANDLE wake, std::function<void()> checkTerminated)
     : wake_(wake), checkTerminated_(std::move(checkTerminated)), patience_(kPatience) {}
 
-IconSource::~IconSource() = default;
+IconSource::~IconSource() {
+  if (!program_ || !g_idleIconProgram.IsStarted()) return;
+  const ScopedLock lock(g_idleIconProgram->lock);
+  if (!g_idleIconProgram->program) g_idleIconProgram->program = std::move(program_);
+}
+
+std::unique_ptr<IconSource::Program> IconSource::TakeProgram() {
+  std::unique_ptr<Program> idle;
+  if (g_idleIconProgram.IsStarted()) {
+    const ScopedLock lock(g_idleIconProgram->lock);
+    idle = std::move(g_idleIconProgram->program);
+  }
+  return idle && !idle->HasEnded() ? std::move(idle) : Program::Start();
+}
 
 IconPair IconSource::OfFile(const std::wstring& file, int index) {
   return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfFile, file, index); });
@@ -188,7 +211,7 @@ IconPair IconSource::Ask(const std::wstring& file, const std::function<void(Prog
   const bool isRefused = IsRefusedLink(file);
   // Ends with this call, whatever comes, unless it answers.
   std::unique_ptr<Program> program;
-  if (!isRefused) program = program_ ? std::move(program_) : Program::Start();
+  if (!isRefused) program = program_ ? std::move(program_) : TakeProgram();
   // What a stop has cancelled says nothing about the file.
   checkTerminated_();
   if (isRefused) return {};

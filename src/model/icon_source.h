@@ -3,6 +3,7 @@
 #pragma once
 
 #include "infra/runtime/handle.h"
+#include "infra/runtime/module_global.h"
 
 #include <functional>
 #include <memory>
@@ -16,8 +17,8 @@ struct IconPair {
   ScopedIcon small;
 };
 
-// Starts the process with the first question and ends it with the object. For one thread, which waits for
-// each answer, without a lock. A file whose icon makes the process end, or takes longer than five seconds,
+// Starts the process with the first question and leaves it to the next source, one at a time, until it has
+// been idle for a minute or the module ends. For one thread, which waits for each answer, without a lock. A file whose icon makes the process end, or takes longer than five seconds,
 // has none; after two such waits, or ten such ends, and without the program, nothing has. Raises
 // std::bad_alloc.
 class IconSource {
@@ -35,10 +36,12 @@ class IconSource {
   IconPair OfShell(const std::wstring& file);
 
  private:
+  friend struct IdleIconProgram;
   class Program;
 
   IconPair Ask(const std::wstring& file, const std::function<void(Program&)>& post);
   bool WaitForAnswer(const Program& program);
+  static std::unique_ptr<Program> TakeProgram();
 
   const HANDLE wake_;
   const std::function<void()> checkTerminated_;
@@ -46,5 +49,9 @@ class IconSource {
   // How much may still go wrong.
   int patience_;
 };
+
+// The process that no source uses just now. Sources end theirs themselves while it is not started.
+struct IdleIconProgram;
+extern ModuleGlobal<IdleIconProgram> g_idleIconProgram;
 
 }  // namespace smh

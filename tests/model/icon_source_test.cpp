@@ -36,8 +36,13 @@ class IconSourceTest : public testing::Test {
   IconSourceTest() {
     g_started.clear();
     g_flags = 0;
+    EndIdleProgram();
   }
 
+  static void EndIdleProgram() {
+    g_idleIconProgram.Stop();
+    g_idleIconProgram.Start();
+  }
   static bool HaveAllEnded() {
     return std::ranges::all_of(g_started, [](const ScopedHandle& process) {
       return WaitForSingleObject(process.Get(), 1'000) == WAIT_OBJECT_0;
@@ -96,6 +101,17 @@ TEST_F(IconSourceTest, AFaultCostsTheIconAndARefusedShortcutNotEvenThat) {
   // One file after the other: the end of it.
   for (int i = 0; i < 20; ++i) source_.OfFile(folder_.File(L"icon.exe"), 0);
   EXPECT_EQ(g_started.size(), 10u);
+  EXPECT_TRUE(HaveAllEnded());
+}
+
+TEST_F(IconSourceTest, OneProcessServesOneSourceAfterTheOther) {
+  for (int i = 0; i < 3; ++i) {
+    IconSource source(nullptr, [] {});
+    EXPECT_TRUE(source.OfFile(kProgram, 0).large);
+    if (i == 1) TerminateProcess(g_started.front().Get(), 0);
+  }
+  EXPECT_EQ(g_started.size(), 2u);
+  EndIdleProgram();
   EXPECT_TRUE(HaveAllEnded());
 }
 
