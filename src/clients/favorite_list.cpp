@@ -3,7 +3,7 @@
 #include "clients/client_facts.h"
 #include "infra/runtime/catch_failure.h"
 #include "infra/runtime/text.h"
-#include "model/reading.h"
+#include "model/reader_state.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/version/uWinVersionInfo.h"
 

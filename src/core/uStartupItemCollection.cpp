@@ -4,6 +4,7 @@
 #include "core/uStartupItemIntf.h"
 #include "infra/runtime/assertion.h"
 #include "model/image_lists.h"
+#include "model/reader_state.h"
 #include "model/reading.h"
 #include "model/uLocationStartup.h"
 

@@ -6,7 +6,6 @@
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
 #include "model/reader_state.h"
-#include "model/reading.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 

@@ -8,4 +8,12 @@ void CheckTerminated() {
   g_reader->thread.CheckTerminated();
 }
 
+bool ShowIcons() {
+  return g_reader->showIcons.load();
+}
+
+void SetShowIcons(bool show) {
+  g_reader->showIcons.store(show);
+}
+
 }  // namespace smh

@@ -29,4 +29,9 @@ extern ModuleGlobal<ReaderState> g_reader;
 // between two steps that may take long, whatever thread they run on; takes no lock.
 void CheckTerminated();
 
+// Whether the icons of files are asked for; on when the module starts. Details that are read already keep
+// what they have. From any thread, without a lock.
+bool ShowIcons();
+void SetShowIcons(bool show);
+
 }  // namespace smh

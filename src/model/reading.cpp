@@ -158,14 +158,6 @@ void SetShowAllLocations(bool show) {
   g_reader->showAllLocations.store(show);
 }
 
-bool ShowIcons() {
-  return g_reader->showIcons.load();
-}
-
-void SetShowIcons(bool show) {
-  g_reader->showIcons.store(show);
-}
-
 void EndReaderAtUnload(StopMode& mode) noexcept {
   ReaderState& reader = *g_reader;
   const DWORD since = GetTickCount();

@@ -28,10 +28,6 @@ ReadState CurrentReadState();
 // any thread, without a lock.
 bool ShowAllLocations();
 void SetShowAllLocations(bool show);
-// Whether the icons of files are asked for; on when the module starts. Details that are read already keep
-// what they have. From any thread, without a lock.
-bool ShowIcons();
-void SetShowIcons(bool show);
 
 // At unload, with the loader's lock held: the reader cannot exit there, so its last act is to signal that it
 // has finished and to park, and it is ended parked. One that does not get there within the time limit is

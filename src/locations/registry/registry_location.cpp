@@ -125,7 +125,9 @@ bool TLocationRegistry::LookFor(RegistryLoad& load, const TStartupItem& item) {
   const RegistryValueAddress address = AddressOf(item);
   const std::wstring_view key = address.key;
   const std::size_t at = EntriesAreKeys() ? std::min(key.rfind(L'\\'), key.size()) : key.size();
-  const std::wstring_view name = EntriesAreKeys() ? FileNamePart(key) : std::wstring_view(address.valueName);
+  // As enumerated: the name of a key may hold "/" and ":".
+  const std::wstring_view name =
+      EntriesAreKeys() ? key.substr(std::min(at + 1, key.size())) : std::wstring_view(address.valueName);
   for (const Place& place : load.places) {
     if (place.view != address.viewBits || place.root != address.root) continue;
     if (!SameText(place.path, key.substr(0, at))) continue;
