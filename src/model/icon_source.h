@@ -18,9 +18,9 @@ struct IconPair {
 };
 
 // Starts the process with the first question and leaves it to the next source, one at a time, until it has
-// been idle for a minute or the module ends. For one thread, which waits for each answer, without a lock. A file whose icon makes the process end, or takes longer than five seconds,
-// has none; after two such waits, or ten such ends, and without the program, nothing has. Raises
-// std::bad_alloc.
+// been idle for a minute or the module ends. For one thread, which waits for each answer, without a lock. A
+// file whose icon makes the process end, or takes longer than five seconds, has none; after two such waits,
+// or ten such ends, and without the program, nothing has. Raises std::bad_alloc.
 class IconSource {
  public:
   // `checkTerminated` is called when `wake` (null: none) is signalled, and all along a wait, and raises what
