@@ -5,7 +5,6 @@
 #include "infra/runtime/text.h"
 #include "model/reader_state.h"
 
-#include <ranges>
 #include <set>
 
 namespace smh {
@@ -81,10 +80,10 @@ KeyListing::Enumeration KeyListing::Enumerate(Of what) const {
 KeyListing::Enumeration KeyListing::Unite(const std::vector<Enumeration>& rounds) {
   Enumeration all;
   std::set<std::wstring_view, NameOrder> known;
-  for (const Enumeration& round : rounds | std::views::reverse) {
-    for (const Entry& entry : round.entries) {
-      const std::wstring_view name = round.NameOf(entry);
-      if (known.insert(name).second) all.Add(name, round.TextOf(entry));
+  for (auto round = rounds.rbegin(); round != rounds.rend(); ++round) {
+    for (const Entry& entry : round->entries) {
+      const std::wstring_view name = round->NameOf(entry);
+      if (known.insert(name).second) all.Add(name, round->TextOf(entry));
     }
   }
   return all;
