@@ -5,7 +5,7 @@
 
 #include <shellapi.h>
 
-#include <cstdlib>
+#include <cwchar>
 
 namespace {
 
