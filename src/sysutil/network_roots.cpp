@@ -196,6 +196,8 @@ bool NetworkRoots::Answers(const std::wstring& root) {
     look = LookAt(known, root);
   }
   const bool answers = look != nullptr && WaitFor(*look) && look->HasAnswered();
+  // What a stop has cancelled is no answer.
+  CheckPass();
   const ScopedLock guard(lock);
   Learn(roots[root], answers);
   return answers;

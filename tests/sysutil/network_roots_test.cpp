@@ -14,6 +14,7 @@ constexpr wchar_t kDead[] = L"\\\\smh-dead\\share\\a.exe";
 constexpr wchar_t kSlow[] = L"\\\\smh-slow\\share\\a.exe";
 constexpr wchar_t kFlaky[] = L"\\\\smh-flaky\\share\\";
 constexpr wchar_t kLocked[] = L"\\\\smh-locked\\share\\";
+constexpr wchar_t kStopped[] = L"\\\\smh-stopped\\share\\";
 
 // A network: one server that does not answer until it is released, one that takes its time, one that goes
 // away behind its root, and one that lets nobody in.
@@ -22,6 +23,7 @@ class NetworkRootsTest : public FileUtilsTest {
   NetworkRootsTest() {
     ResetEvent(s_release.Get());
     s_calls = 0;
+    s_isAskedToEnd = false;
   }
   ~NetworkRootsTest() override { SetEvent(s_release.Get()); }
 
@@ -34,6 +36,12 @@ class NetworkRootsTest : public FileUtilsTest {
     if (text.starts_with(L"\\\\smh-dead")) WaitForSingleObject(s_release.Get(), 7000);
     if (text.starts_with(L"\\\\smh-slow")) Sleep(1500);
     if (text.starts_with(L"\\\\smh-slow") || text == kFlaky) return FILE_ATTRIBUTE_ARCHIVE;
+    // The second look is cancelled.
+    if (text == kStopped && s_calls == 2) {
+      s_isAskedToEnd = true;
+      SetLastError(ERROR_OPERATION_ABORTED);
+      return INVALID_FILE_ATTRIBUTES;
+    }
     SetLastError(text.starts_with(kLocked) ? DWORD{ERROR_ACCESS_DENIED} : DWORD{ERROR_NETNAME_DELETED});
     return INVALID_FILE_ATTRIBUTES;
   }
@@ -41,6 +49,7 @@ class NetworkRootsTest : public FileUtilsTest {
 
   static inline const ScopedHandle s_release{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   static inline std::atomic<int> s_calls{0};
+  static inline std::atomic<bool> s_isAskedToEnd{false};
   const ImportPatch attributes_{"GetFileAttributesW", Attributes};
   const ImportPatch driveType_{"GetDriveTypeW", DriveType};
 };
@@ -114,6 +123,14 @@ TEST_F(NetworkRootsTest, ASlowRootAnswersAndOneThatFailsBehindItsRootIsMarked) {
   // It answers, if only to refuse.
   EXPECT_FALSE(IsReachableFile(kLocked + std::wstring(L"a.exe")));
   EXPECT_TRUE(IsReachable(kLocked));
+}
+
+TEST_F(NetworkRootsTest, WhatAStopHasCancelledIsNoAnswer) {
+  {
+    const ReadingPass pass([] { return s_isAskedToEnd.load(); });
+    EXPECT_THROW(IsReachable(kStopped), EAbort);
+  }
+  EXPECT_FALSE(IsReachable(kStopped)) << "asked again";
 }
 
 LPTHREAD_START_ROUTINE g_start = nullptr;
