@@ -28,6 +28,7 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
   const std::string sheet = Run({L"show", L"ctl tray"}).output;
   EXPECT_NE(sheet.find("Aurora Mixer tray icon"), std::string::npos);
   EXPECT_EQ(Json::parse(Run({L"show", L"ctl tray", L"--json"}).output), item);
+  EXPECT_EQ(item["imageIndex"], 3) << "nobody sees icons here, so none are asked for";
 }
 
 TEST_F(StartupctlTest, TellsPlacesAndTheLibraryOfAProgramThatServesOne) {
@@ -196,6 +197,8 @@ TEST_F(ClientsTest, TableNamesEveryProgram) {
   const std::string table = Run({L"clients"}).output;
   EXPECT_NE(table.find("ctl \\u{1}"), std::string::npos);
   EXPECT_NE(table.find(ToUtf8(Program())), std::string::npos) << "cut without a console";
+  SetClient(L"Mail\\ctl \x01", L"rundll32.exe \"" + Program() + L"\",Start");
+  EXPECT_EQ(Json::parse(Run({L"clients", L"--json"}).output).at(0)["servedFile"], ToUtf8(Program()));
 }
 
 }  // namespace
