@@ -11,6 +11,7 @@
 #include "infra/runtime/patient_lock.h"
 #include "infra/siblings/uInterfacesRoutines.h"
 #include "locations/registry/keys_above.h"
+#include "locations/registry/server_file.h"
 #include "model/change_lock.h"
 #include "model/checkpoint.h"
 #include "model/host_locks.h"
@@ -64,6 +65,7 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_items>(L"items"),
     StepOf<g_itemIcons>(L"image lists"),
     StepOf<g_idleIconProgram>(L"idle icon program"),
+    StepOf<g_nativeClasses>(L"classes"),
     StepOf<g_keysAbove>(L"keys above those watched"),
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},

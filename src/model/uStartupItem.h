@@ -7,10 +7,10 @@
 // (change_lock.h), the item-list lock (item_list.h), an item's lock. A thread has one of the first two at
 // most; under the last two no file, key, sibling or journal is touched. Under the change lock comes the
 // journal's. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an image-list lock
-// (image_lists.h), the idle icon program's (icon_source.cpp), the checkpoint texts' lock (checkpoint.h), the
-// version texts' lock (item_details.h), the list of living collections (living_collections.h), the log's
-// lock; and under any of these the siblings' lock (uInterfacesRoutines.h). A default program's locks
-// (uFavoriteItem.h) are never held together with the item-list lock or an item's.
+// (image_lists.h), the idle icon program's (icon_source.cpp), the classes' (server_file.cpp), the checkpoint
+// texts' lock (checkpoint.h), the version texts' lock (item_details.h), the list of living collections
+// (living_collections.h), the log's lock; and under any of these the siblings' lock (uInterfacesRoutines.h).
+// A default program's locks (uFavoriteItem.h) are never held together with the item-list lock or an item's.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"

@@ -1,5 +1,7 @@
-// From a class identifier to the file that serves it.
+// From a class identifier to the file that serves it. Any thread.
 #pragma once
+
+#include "infra/runtime/module_global.h"
 
 #include <windows.h>
 
@@ -16,5 +18,9 @@ std::wstring ServerFile(const std::wstring& identifier, REGSAM view);
 // The same for a change, which must not take what cannot be looked at for nothing: raises EOSError when the
 // registration cannot be opened, too.
 std::wstring RequireServerFile(const std::wstring& identifier, REGSAM view);
+
+// What both look through; from the module's start to its stop.
+struct NativeClasses;
+extern ModuleGlobal<NativeClasses> g_nativeClasses;
 
 }  // namespace smh
