@@ -97,8 +97,11 @@ TEST_F(JournalFiles, WhatComesFromTheTemporaryFolderWasMade) {
 }
 
 TEST_F(JournalFiles, AnotherVolumeIsReachedByACopy) {
-  // Whatever file system the prefix is on, this one is another.
-  const std::wstring other = L"Z:\\dev\\shm\\smh-journal-test-" + std::to_wstring(GetCurrentProcessId());
+  // Whatever file system the prefix is on, this one is another. All prefixes share it, and have processes of
+  // the same numbers.
+  LARGE_INTEGER now;
+  QueryPerformanceCounter(&now);
+  const std::wstring other = L"Z:\\dev\\shm\\smh-journal-test-" + std::to_wstring(now.QuadPart);
   ASSERT_TRUE(CreateDirectoryW(other.c_str(), nullptr));
   const std::wstring file = folder_.Write(L"file", "content");
   SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
