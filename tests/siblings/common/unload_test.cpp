@@ -63,10 +63,11 @@ const ModuleRow kModules[] = {
 // The system's libraries stay, as in a host that uses them itself: what they keep is none of the modules'.
 void KeepLibrariesOfTheSystem() {
   const ScopedHandle modules(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, 0));
+  const std::wstring own = ThisFolder();
   MODULEENTRY32W entry = {};
   entry.dwSize = sizeof(entry);
   for (BOOL more = Module32FirstW(modules.Get(), &entry); more; more = Module32NextW(modules.Get(), &entry)) {
-    if (!std::wstring_view(entry.szExePath).starts_with(ThisFolder())) LoadLibraryW(entry.szExePath);
+    if (!std::wstring_view(entry.szExePath).starts_with(own)) LoadLibraryW(entry.szExePath);
   }
 }
 
