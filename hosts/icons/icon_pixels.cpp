@@ -6,14 +6,6 @@ namespace smh {
 
 namespace {
 
-struct BitmapTraits {
-  using Type = HBITMAP;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { DeleteObject(value); }
-};
-using ScopedBitmap = ScopedResource<BitmapTraits>;
-
 struct MemoryContextTraits {
   using Type = HDC;
   static constexpr Type kNone = nullptr;

@@ -31,14 +31,6 @@ struct ViewTraits {
   static void Close(Type value) noexcept { UnmapViewOfFile(value); }
 };
 
-struct BitmapTraits {
-  using Type = HBITMAP;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { DeleteObject(value); }
-};
-using ScopedBitmap = ScopedResource<BitmapTraits>;
-
 // A shortcut that our own reader refuses: what the shell makes of it is not known.
 bool IsRefusedLink(const std::wstring& file) {
   if (!SameText(ExtensionPart(file), L".lnk")) return false;

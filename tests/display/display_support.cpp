@@ -33,14 +33,6 @@ BOOL CALLBACK TakeList(HWND window, LPARAM parameter) {
   return FALSE;
 }
 
-struct BitmapTraits {
-  using Type = HBITMAP;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { DeleteObject(value); }
-};
-using ScopedBitmap = ScopedResource<BitmapTraits>;
-
 ScopedBitmap CopyScreen(const RECT& part) {
   const int width = static_cast<int>(part.right - part.left);
   const int height = static_cast<int>(part.bottom - part.top);

@@ -82,4 +82,12 @@ struct IconTraits {
 };
 using ScopedIcon = ScopedResource<IconTraits>;
 
+struct BitmapTraits {
+  using Type = HBITMAP;
+  static constexpr Type kNone = nullptr;
+  static bool IsValid(Type value) noexcept { return value != nullptr; }
+  static void Close(Type value) noexcept { DeleteObject(value); }
+};
+using ScopedBitmap = ScopedResource<BitmapTraits>;
+
 }  // namespace smh
