@@ -63,6 +63,12 @@ bool HoldsTrustedSid(const ACCESS_ALLOWED_ACE* ace) noexcept {
          IsValidSid(sid) && IsTrustedSid(sid);
 }
 
+// Not left to IsValidAcl and GetAce: Wine's do not look whether the last entry ends inside the list.
+bool HoldsEntry(const ACL& list, std::size_t at, const ACE_HEADER* ace) noexcept {
+  return at + sizeof(ACE_HEADER) <= list.AclSize && ace->AceSize >= sizeof(ACE_HEADER) &&
+         at + ace->AceSize <= list.AclSize;
+}
+
 // Whether the entry gives somebody else one of the rights. Deny entries give nothing; an inherit-only entry
 // speaks of children.
 bool GivesOthers(const ACE_HEADER* header, ACCESS_MASK rights) noexcept {
@@ -177,10 +183,12 @@ bool IsTrustedSid(PSID sid) noexcept {
 bool IsTrusted(PSID owner, PACL dacl, ACCESS_MASK rights) noexcept {
   if (owner == nullptr || !IsValidSid(owner) || !IsTrustedSid(owner)) return false;
   if (dacl == nullptr || !IsValidAcl(dacl)) return false;
+  const auto* const list = reinterpret_cast<const BYTE*>(dacl);
+  std::size_t at = sizeof(ACL);
   for (DWORD i = 0; i < dacl->AceCount; ++i) {
-    void* ace = nullptr;
-    if (GetAce(dacl, i, &ace) == FALSE) return false;
-    if (GivesOthers(static_cast<const ACE_HEADER*>(ace), rights)) return false;
+    const auto* const ace = reinterpret_cast<const ACE_HEADER*>(list + at);
+    if (!HoldsEntry(*dacl, at, ace) || GivesOthers(ace, rights)) return false;
+    at += ace->AceSize;
   }
   return true;
 }

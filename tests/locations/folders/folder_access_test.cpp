@@ -103,8 +103,12 @@ TEST(FolderAccess, EntriesOfOtherKindsAndDamagedListsAreNotTrusted) {
     EXPECT_EQ(IsTrusted(descriptor.owner, descriptor.dacl), row.trusted) << int(row.type);
   }
 
-  const Descriptor more(L"O:BAD:(A;;FA;;;BA)");
-  ++more.dacl->AceCount;
+  // What lies behind the list says that it is an entry without length, which denies.
+  const Descriptor more(L"O:BAD:(A;;FA;;;BA)(D;;FA;;;BA)");
+  more.dacl->AclSize = static_cast<WORD>(sizeof(ACL) + more.FirstEntry()->AceSize);
+  void* behind = nullptr;
+  ASSERT_TRUE(GetAce(more.dacl, 1, &behind));
+  static_cast<ACE_HEADER*>(behind)->AceSize = 0;
   EXPECT_FALSE(IsTrusted(more.owner, more.dacl)) << "an entry behind the end";
   const Descriptor cut(L"O:BAD:(A;;FA;;;BA)(A;;FA;;;SY)");
   cut.dacl->AclSize = static_cast<WORD>(cut.dacl->AclSize - 4);
