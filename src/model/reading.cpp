@@ -111,7 +111,9 @@ void TReadThread::WaitForChange() {
     // All of them, once: one that changes without end holds up neither the others nor what follows a poll.
     for (const auto& location : Locations()) {
       CheckTerminated();
-      if (!TakesPart(*location) || !location->IsChanged()) continue;
+      if (!TakesPart(*location)) continue;
+      const bool isRetryDue = location->IsRetryDue();
+      if (!location->IsChanged() && !isRetryDue) continue;
       ReadTraced(*location, Look::kForChanges);
       isAnyRead = true;
     }

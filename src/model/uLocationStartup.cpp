@@ -21,6 +21,9 @@ constexpr wchar_t kUnit[] = L"uLocationStartup";
 // The longest command line of the system, in code units.
 constexpr std::size_t kLongestCommand = 32'766;
 
+// The last tries of a load that fails for good are half a minute apart.
+constexpr unsigned kMostFailures = 6;
+
 constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\".";
 constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
 constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
@@ -67,11 +70,21 @@ std::optional<ItemState> ListedState(const TStartupItem& item) {
 }  // namespace
 
 void TLocationStartup::ReadItems(Look look) {
-  CatchFailure([&] { LoadItems(look); },
-               [this] {
-                 LogCurrentException();
-                 LogFormat(L"Error load item list for location \"%s\".", MemberName());
-               });
+  const auto load = [&] {
+    LoadItems(look);
+    return true;
+  };
+  const bool isLoaded = CatchFailure(load, [this] {
+    LogCurrentException();
+    LogFormat(L"Error load item list for location \"%s\".", MemberName());
+    return false;
+  });
+  failedLoads_ = isLoaded ? 0 : std::min(failedLoads_ + 1, kMostFailures);
+  pollsToRetry_ = isLoaded ? 0 : 1u << (failedLoads_ - 1);
+}
+
+bool TLocationStartup::IsRetryDue() noexcept {
+  return pollsToRetry_ != 0 && --pollsToRetry_ == 0;
 }
 
 bool TLocationStartup::CanAcceptItem(const TStartupItem& item) {

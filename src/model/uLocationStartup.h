@@ -14,7 +14,7 @@
 
 namespace smh {
 
-// Any thread may call every operation but the two of the reader. A change waits for others (change_lock.h),
+// Any thread may call every operation but the three of the reader. A change waits for others (change_lock.h),
 // counts itself in at the gate, reads the entry anew, and does its work on disk, registry and journal without
 // the list's lock or an item's; the list shows the outcome when it returns. It is recorded in a checkpoint of
 // its own unless the settings say otherwise. A thread that holds the item-list lock gives it up for the
@@ -40,6 +40,9 @@ class TLocationStartup : public LocationLoading {
   // Whether the location changed since the last ReadItems, or a load is due. Polled once a second on the
   // reader's thread; never waits.
   virtual bool IsChanged() = 0;
+  // Asked once a poll: whether a load that failed is to be tried again, first at the next one, then each time
+  // after twice as many.
+  bool IsRetryDue() noexcept;
   // Whether items may be given another command.
   bool GetCanModify() const noexcept { return canModify_; }
   // Whether an item of another location, listed or not, may be moved here; here: when the location can be
@@ -137,6 +140,9 @@ class TLocationStartup : public LocationLoading {
   const bool canEnable_;
   const bool canModify_;
   const bool canDelete_;
+  // Of the reader's thread: failures in a row.
+  unsigned failedLoads_ = 0;
+  unsigned pollsToRetry_ = 0;
 };
 
 // Makes the location of a row; never null. Raises what its making raises.

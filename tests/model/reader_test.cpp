@@ -264,11 +264,20 @@ TEST_F(ReaderTest, IsNeitherStartedNorStoppedInTheMidstOfAChange) {
   EXPECT_NO_THROW(StopReading());
 }
 
-TEST_F(ReaderTest, SurvivesALocationThatFails) {
-  UsualLocation().onRead = [] { throw EOSError(ERROR_GEN_FAILURE); };
+// Nothing signals that what made a load fail has passed.
+TEST_F(ReaderTest, SurvivesALocationThatFailsAndReadsItAgainLessAndLessOften) {
+  UsualLocation().SetEntries({{L"a", L"a.exe"}});
+  UsualLocation().onRead = [] {
+    if (UsualLocation().reads < 3) throw EOSError(ERROR_GEN_FAILURE);
+  };
+  const ULONGLONG begin = GetTickCount64();
   StartReading();
   EXPECT_TRUE(WaitUntil(IsComplete, 10'000));
   EXPECT_TRUE(LogHas(L"Error class   : EOSError"));
+  EXPECT_TRUE(WaitUntil([] { return UsualLocation().Listed(L"a") != nullptr; }, 10'000));
+  EXPECT_GE(GetTickCount64() - begin, 2'500u);
+  Sleep(1'500);
+  EXPECT_EQ(UsualLocation().reads, 3);
 }
 
 TEST_F(ReaderTest, RoundsLeaveNoHandleBehind) {
