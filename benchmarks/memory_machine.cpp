@@ -260,6 +260,13 @@ BOOL WINAPI FileSize(HANDLE handle, LARGE_INTEGER* size) {
   return TRUE;
 }
 
+BOOL WINAPI FileInformation(HANDLE handle, BY_HANDLE_FILE_INFORMATION* data) {
+  if (!IsOurs(handle)) return SMH_REAL(GetFileInformationByHandle)(handle, data);
+  *data = {};
+  data->nFileSizeLow = static_cast<DWORD>(static_cast<const MemoryFile*>(handle)->bytes.size());
+  return TRUE;
+}
+
 BOOL WINAPI ReadBytesOf(HANDLE handle, void* buffer, DWORD wanted, DWORD* read, OVERLAPPED* overlapped) {
   if (!IsOurs(handle)) return SMH_REAL(ReadFile)(handle, buffer, wanted, read, overlapped);
   const Bytes& bytes = static_cast<const MemoryFile*>(handle)->bytes;
@@ -309,6 +316,7 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(FindClose, FindEnd) \
   X(CreateFileW, OpenFile) \
   X(GetFileSizeEx, FileSize) \
+  X(GetFileInformationByHandle, FileInformation) \
   X(ReadFile, ReadBytesOf) \
   X(CloseHandle, Close) \
   X(GetFileVersionInfoSizeW, VersionSize) \

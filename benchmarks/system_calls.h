@@ -27,6 +27,7 @@ namespace smh::bench {
   X(FindClose) \
   X(CreateFileW) \
   X(GetFileSizeEx) \
+  X(GetFileInformationByHandle) \
   X(ReadFile) \
   X(CloseHandle) \
   X(GetFileVersionInfoSizeW) \

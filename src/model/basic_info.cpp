@@ -113,7 +113,9 @@ std::wstring RundllTarget(std::wstring_view command,
 }
 
 SharedText ServedFileOf(const SharedText& program, const SharedText& command) {
-  return IsRundll(ShortName(program)) ? SharedText(RundllTarget(command, ExistingFile)) : SharedText();
+  std::wstring_view name = FileNamePart(program);
+  name.remove_suffix(ExtensionPart(name).size());
+  return IsRundll(name) ? SharedText(RundllTarget(command, ExistingFile)) : SharedText();
 }
 
 ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
@@ -129,6 +131,7 @@ ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
   facts.iconPath = SharedText(link.IconLocation());
   facts.iconIndex = link.IconIndex();
   facts.hotKey = link.HotKey();
+  facts.stamp = link.Stamp();
   return facts;
 }
 
@@ -155,9 +158,9 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkPath = details.FilePath;
-  details.SeenLink = ReachableStamp(details.LinkPath).value_or(FileStamp{});
   std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(details.LinkPath));
   details.IsLinkRead = facts.has_value();
+  details.SeenLink = facts ? facts->stamp : ReachableStamp(details.LinkPath).value_or(FileStamp{});
   if (!facts) return facts;
   details.WorkingFolder = facts->workingFolder;
   details.IconPath = facts->iconPath;

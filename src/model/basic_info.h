@@ -40,6 +40,8 @@ struct ShortcutFacts {
   SharedText iconPath;
   int iconIndex = 0;
   int hotKey = 0;
+  // The shortcut's own, when it was read.
+  FileStamp stamp;
 };
 
 // Of a shortcut that has been read. Searches its target.

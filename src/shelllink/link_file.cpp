@@ -11,13 +11,13 @@ EFOpenError::EFOpenError(std::wstring_view fileName, DWORD code)
 LinkFile::LinkFile(const std::wstring& fileName)
     : file_(CreateFileW(fileName.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr)) {
-  const std::optional<std::uint64_t> size = file_ ? SizeOfOpenFile(file_.Get()) : std::nullopt;
-  if (!size.has_value()) throw EFOpenError(fileName, GetLastError());
-  size_ = *size;
+  const std::optional<FileStamp> stamp = file_ ? StampOfOpenFile(file_.Get()) : std::nullopt;
+  if (!stamp.has_value()) throw EFOpenError(fileName, GetLastError());
+  stamp_ = *stamp;
 }
 
 std::unique_ptr<std::byte[]> LinkFile::ReadAll() const {
-  const auto size = static_cast<std::size_t>(size_);
+  const auto size = static_cast<std::size_t>(stamp_.size);
   auto bytes = std::make_unique_for_overwrite<std::byte[]>(size);
   ReadAllBytes(file_.Get(), {bytes.get(), size});
   return bytes;

@@ -1,6 +1,7 @@
 // A link file read whole into memory.
 #pragma once
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 
@@ -35,13 +36,14 @@ class LinkFile {
   // Raises EFOpenError.
   explicit LinkFile(const std::wstring& fileName);
 
-  std::uint64_t Size() const noexcept { return size_; }
+  // As it was when it was opened.
+  const FileStamp& Stamp() const noexcept { return stamp_; }
   // The whole file, in one read. Raises EOSError.
   std::unique_ptr<std::byte[]> ReadAll() const;
 
  private:
   ScopedHandle file_;
-  std::uint64_t size_ = 0;
+  FileStamp stamp_;
 };
 
 }  // namespace smh

@@ -54,17 +54,17 @@ std::wstring FaultText(const LinkFormatError& error, std::wstring_view fileName)
 void TShellLinkInfo::SetFileName(std::wstring_view fileName) {
   if (!fileName.empty() && SameText(fileName, fileName_)) return;
   fileName_ = fileName;
-  fileSize_ = 0;
+  stamp_ = {};
   sections_.Clear();
   if (!fileName_.empty()) Load();
 }
 
 void TShellLinkInfo::SetBytes(std::wstring_view fileName, std::string_view bytes) {
   fileName_ = fileName;
-  fileSize_ = 0;
+  stamp_ = {};
   sections_.Clear();
   CheckName();
-  CheckSize(bytes.size());
+  SetStamp({.size = bytes.size()});
   auto copy = std::make_unique_for_overwrite<std::byte[]>(bytes.size());
   std::ranges::copy(std::as_bytes(std::span(bytes)), copy.get());
   Parse(std::move(copy));
@@ -76,21 +76,21 @@ void TShellLinkInfo::CheckName() const {
   throw TShellLinkInfoException(Format(kInvalidExtension, extension, kLinkExtension, fileName_));
 }
 
-void TShellLinkInfo::CheckSize(std::uint64_t size) {
-  if (size > kLargestFile) throw TShellLinkInfoException(Format(kIncorrectSizeOrData, fileName_));
-  fileSize_ = size;
+void TShellLinkInfo::SetStamp(const FileStamp& stamp) {
+  if (stamp.size > kLargestFile) throw TShellLinkInfoException(Format(kIncorrectSizeOrData, fileName_));
+  stamp_ = stamp;
 }
 
 void TShellLinkInfo::Load() {
   CheckName();
   const LinkFile file(fileName_);
-  CheckSize(file.Size());
+  SetStamp(file.Stamp());
   Parse(file.ReadAll());
 }
 
 void TShellLinkInfo::Parse(std::unique_ptr<std::byte[]> bytes) {
   try {
-    sections_.Load(std::move(bytes), static_cast<std::size_t>(fileSize_));
+    sections_.Load(std::move(bytes), static_cast<std::size_t>(stamp_.size));
   } catch (const LinkFormatError& error) {
     throw TShellLinkInfoException(FaultText(error, fileName_));
   }

@@ -4,6 +4,7 @@
 // A link is read at once, then only queried. One object serves one thread at a time.
 #pragma once
 
+#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "shelllink/format/link_sections.h"
 
@@ -37,7 +38,9 @@ class TShellLinkInfo {
   // TShellLinkInfoException, as SetFileName, and std::bad_alloc.
   void SetBytes(std::wstring_view fileName, std::string_view bytes);
   // In bytes; 0 until a file was opened.
-  std::uint64_t FileSize() const noexcept { return fileSize_; }
+  std::uint64_t FileSize() const noexcept { return stamp_.size; }
+  // Of the file that was opened; bytes that somebody has read give the size alone.
+  const FileStamp& Stamp() const noexcept { return stamp_; }
 
   // Texts are empty when the link has none.
   //
@@ -66,14 +69,14 @@ class TShellLinkInfo {
 
  private:
   void CheckName() const;
-  void CheckSize(std::uint64_t size);
+  void SetStamp(const FileStamp& stamp);
   void Load();
   void Parse(std::unique_ptr<std::byte[]> bytes);
   std::wstring Text(LinkString which) const;
   std::wstring ShellTarget() const;
 
   std::wstring fileName_;
-  std::uint64_t fileSize_ = 0;
+  FileStamp stamp_;
   LinkSections sections_;
 };
 

@@ -93,6 +93,7 @@ struct FileStamp {
 
 // None for what does not exist or cannot be looked at.
 std::optional<FileStamp> StampOf(PathView path) noexcept;
+std::optional<FileStamp> StampOfOpenFile(HANDLE file) noexcept;
 
 // The full path as the system would take the text now, with the process's current folder, without "." and
 // ".." and without dots and blanks at the end; of any length, and whether or not anything is there. A
