@@ -42,18 +42,44 @@ bool ReadTwoColors(HBITMAP bitmap, IconPixels<side>& pixels) noexcept {
   return true;
 }
 
+// The bitmaps of an icon; without colours the mask has them.
+struct IconParts {
+  explicit IconParts(HICON icon) noexcept {
+    ICONINFO info;
+    if (icon == nullptr || GetIconInfo(icon, &info) == FALSE) return;
+    colors.Reset(info.hbmColor);
+    mask.Reset(info.hbmMask);
+  }
+  bool IsOfSide(int side) const noexcept {
+    BITMAP form = {};
+    GetObjectW(mask.Get(), sizeof(form), &form);
+    return form.bmWidth == side && form.bmHeight == (colors ? side : 2 * side);
+  }
+
+  ScopedBitmap colors;
+  ScopedBitmap mask;
+};
+
+template <int side>
+bool Read(const IconParts& parts, IconPixels<side>& pixels) noexcept {
+  if (!parts.mask) return false;
+  if (!parts.colors) return ReadTwoColors(parts.mask.Get(), pixels);
+  return ReadRows(parts.colors.Get(), side, side, 32, pixels.colors) &&
+         ReadRows(parts.mask.Get(), side, side, 1, pixels.mask);
+}
+
 template <int side>
 void Take(HICON icon, IconPixels<side>& pixels) noexcept {
   pixels.isThere = 0;
-  // A copy of the same size, when it has that.
-  const ScopedIcon fitting(static_cast<HICON>(CopyImage(icon, IMAGE_ICON, side, side, 0)));
-  ICONINFO parts;
-  if (!fitting || GetIconInfo(fitting.Get(), &parts) == FALSE) return;
-  const ScopedBitmap colors(parts.hbmColor);
-  const ScopedBitmap mask(parts.hbmMask);
-  const bool isRead = colors ? ReadRows(colors.Get(), side, side, 32, pixels.colors) &&
-                                   ReadRows(mask.Get(), side, side, 1, pixels.mask)
-                             : ReadTwoColors(mask.Get(), pixels);
+  const IconParts parts(icon);
+  if (!parts.mask) return;
+  bool isRead = false;
+  if (parts.IsOfSide(side)) {
+    isRead = Read(parts, pixels);
+  } else {
+    const ScopedIcon fitting(static_cast<HICON>(CopyImage(icon, IMAGE_ICON, side, side, 0)));
+    isRead = Read(IconParts(fitting.Get()), pixels);
+  }
   pixels.isThere = isRead ? 1 : 0;
 }
 

@@ -36,9 +36,8 @@ HICON IconOfShell(const wchar_t* file, UINT size) noexcept {
 void Answer(IconExchange& exchange) noexcept {
   exchange.file[IconExchange::kFileUnits - 1] = L'\0';
   IconPair icons;
-  if (exchange.request == IconRequest::kOfFile) {
-    icons = IconsOfFile(exchange.file, exchange.index);
-  } else {
+  if (exchange.request != IconRequest::kOfShell) icons = IconsOfFile(exchange.file, exchange.index);
+  if (exchange.request != IconRequest::kOfFile && !icons.large && !icons.small) {
     icons.large.Reset(IconOfShell(exchange.file, SHGFI_LARGEICON));
     icons.small.Reset(IconOfShell(exchange.file, SHGFI_SMALLICON));
   }

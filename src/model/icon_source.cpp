@@ -198,6 +198,10 @@ IconPair IconSource::OfShell(const std::wstring& file) {
   return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfShell, file, 0); });
 }
 
+IconPair IconSource::OfEither(const std::wstring& file, int index) {
+  return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfEither, file, index); });
+}
+
 IconPair IconSource::Ask(const std::wstring& file, const std::function<void(Program&)>& post) {
   if (patience_ <= 0 || file.empty() || file.size() >= IconExchange::kFileUnits) return {};
   const bool isRefused = IsRefusedLink(file);

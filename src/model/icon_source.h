@@ -34,6 +34,8 @@ class IconSource {
   IconPair OfFile(const std::wstring& file, int index);
   // What the shell shows for the file.
   IconPair OfShell(const std::wstring& file);
+  // The first of the two that there is, for the price of one question.
+  IconPair OfEither(const std::wstring& file, int index);
 
  private:
   friend struct IdleIconProgram;

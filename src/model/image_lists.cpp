@@ -48,10 +48,15 @@ int IconLists::AppendIcon(IconSource& source, const std::wstring& file, int inde
 
 int IconLists::AppendFileIcon(IconSource& source, const std::wstring& file, int index,
                               const std::wstring& shownFile) {
-  if (const int appended = AppendIcon(source, file, index); appended >= 0) return appended;
-  const int shown = Append(source.OfShell(shownFile));
-  // What the shell shows for one file says nothing about another one with the same icon file.
-  return shown < 0 || file != shownFile ? shown : Remember(KeyOf(file, index), shown);
+  if (file != shownFile) {
+    const int appended = AppendIcon(source, file, index);
+    // What the shell shows for one file says nothing about another one with the same icon file.
+    return appended >= 0 ? appended : Append(source.OfShell(shownFile));
+  }
+  const IconKey key = KeyOf(file, index);
+  if (const int known = Recall(key); known >= 0) return known;
+  const int appended = Append(source.OfEither(file, index));
+  return appended < 0 ? appended : Remember(key, appended);
 }
 
 void IconLists::Destroy() noexcept {

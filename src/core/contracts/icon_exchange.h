@@ -28,8 +28,9 @@ struct IconPixels {
 };
 
 enum class IconRequest : std::uint32_t {
-  kOfFile,   // the icon `index` of the file, negative for a resource's number
-  kOfShell,  // the icon with which the shell shows the file
+  kOfFile,    // the icon `index` of the file, negative for a resource's number
+  kOfShell,   // the icon with which the shell shows the file
+  kOfEither,  // the first, or without it the second
 };
 
 // Written by the library before a request, and by the program before its answer.
