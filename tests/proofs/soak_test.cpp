@@ -63,6 +63,9 @@ std::wstring LineOf(const RawItem& item) {
   return line;
 }
 
+// The log keeps its text in blocks of this size, up to a limit that no soak reaches.
+constexpr std::size_t kLogBlock = 8'000 * sizeof(wchar_t) + sizeof(std::size_t);
+
 // What a process lists and holds at one moment.
 struct Shown {
   bool allLocations = false;
@@ -75,7 +78,7 @@ struct Shown {
 // Written beside its place first: others never see half of it.
 void Publish(const std::wstring& file, const RawCollection& items) {
   const int handles = HandleCount();
-  const std::size_t heapBytes = HeapBytes();
+  const std::size_t heapBytes = HeapBytes(kLogBlock);
   std::wostringstream text;
   items.Lock();
   text << items.GetShowAllLocations() << L' ' << handles << L' ' << heapBytes << L'\n';
@@ -195,7 +198,9 @@ class Soak : public testing::Test {
       longest_ = std::max(longest_, GetTickCount64() - begin);
       EXPECT_EQ(Difference(shown.entries, fresh[shown.allLocations].entries), "")
           << "host " << host << ", round " << rounds_;
-      history_[{host, shown.allLocations}].push_back(shown);
+      std::printf("host %d%s: %d handles, heap %d\n", host, shown.allLocations ? ", all" : "", shown.handles,
+                  shown.heapBytes);
+      history_[{host, shown.allLocations}].push_back(std::move(shown));
     }
     std::printf("quiet point %d: %zu entries, %zu of all locations\n", rounds_, fresh[0].entries.size(),
                 fresh[1].entries.size());

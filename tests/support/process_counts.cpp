@@ -33,7 +33,7 @@ bool LeavesNothingOnce(const std::function<bool()>& run) {
 
 // GetProcessHandleCount is not available everywhere.
 int HandleCount() {
-  constexpr ULONG_PTR kHighest = 0x1000;
+  constexpr ULONG_PTR kHighest = 0x4000;
   int count = 0;
   for (ULONG_PTR value = 4; value < kHighest; value += 4) {
     DWORD flags = 0;
@@ -60,7 +60,7 @@ int FreeTlsIndexes() {
   return static_cast<int>(taken.size());
 }
 
-std::size_t HeapBytes() {
+std::size_t HeapBytes(std::size_t without) {
   std::array<HANDLE, 64> heaps;
   const DWORD count = GetProcessHeaps(heaps.size(), heaps.data());
   std::size_t bytes = 0;
@@ -68,7 +68,8 @@ std::size_t HeapBytes() {
     PROCESS_HEAP_ENTRY entry = {};
     HeapLock(heaps[i]);
     while (HeapWalk(heaps[i], &entry)) {
-      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+      const bool isCounted = (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && entry.cbData != without;
+      if (isCounted) bytes += entry.cbData;
     }
     HeapUnlock(heaps[i]);
   }

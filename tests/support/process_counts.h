@@ -10,8 +10,8 @@ int HandleCount();
 // How many thread storage indexes the process has left.
 int FreeTlsIndexes();
 int ThreadCount();
-// Bytes in use in all heaps.
-std::size_t HeapBytes();
+// Bytes in use in all heaps, those in blocks of the size `without` left out.
+std::size_t HeapBytes(std::size_t without = 0);
 
 // Whether runs of `run` leave no handle, index or memory behind; what they left is printed. False as soon as
 // a run answers false. What a run leaves grows every time. The system keeps something only once: of a first
