@@ -61,6 +61,7 @@ ResourcePlace SplitResourceLocation(const std::wstring& location) {
 std::wstring ResolveIndirect(std::wstring text) {
   if (!text.starts_with(L'@')) return text;
   const ResourcePlace place = SplitResourceLocation(text.substr(1));
+  if (!IsReachable(place.file)) return {};
   return DLLGlobals::LoadStringResource(place.file, place.index);
 }
 
