@@ -43,6 +43,19 @@ std::wstring FromProfile(std::wstring_view path) {
   return FullPathOf(full.c_str()).value_or(full);
 }
 
+// A full path that the system takes as it stands.
+bool IsPlainPath(std::wstring_view path) noexcept {
+  if (path.size() < 3 || path[1] != L':' || path[2] != L'\\' || IsDeviceName(FileNamePart(path)))
+    return false;
+  wchar_t last = L':';
+  for (const wchar_t unit : path.substr(2)) {
+    const bool endsPart = last == L'\\' || last == L'.' || last == L' ';
+    if (unit == L'/' || (unit == L'\\' && endsPart)) return false;
+    last = unit;
+  }
+  return last != L'.' && last != L' ';
+}
+
 // Whether the system looks for it in the search folders. One that is too long is nowhere.
 bool IsSearched(std::wstring_view path) noexcept {
   return !IsSeparator(path.front()) && !HasDrive(path) && path.front() != L'.' && path.size() < MAX_PATH;
@@ -80,9 +93,10 @@ ProgramFile Find(const SharedText& named, Completion complete) {
   const SharedText text = FileUtils::ExpandedText(named);
   if (text.empty() || text.size() > kLongestPath || IsUrl(text)) return {text, false};
   if (!IsFullPath(text)) return FindRelative(text, complete);
-  std::wstring path(FullPathOf(text.c_str()).value_or(std::wstring(text)));
+  std::wstring path(text);
+  if (!IsPlainPath(path)) path = FullPathOf(text.c_str()).value_or(path);
   const bool exists = complete(path);
-  return {SharedText(std::move(path)), exists};
+  return {path == text ? text : SharedText(path), exists};
 }
 
 }  // namespace
