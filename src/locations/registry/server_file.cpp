@@ -10,32 +10,34 @@
 
 namespace smh {
 
-namespace {
-
-std::wstring ServerPath(const std::wstring& identifier) {
-  return Format(L"CLSID\\%s\\InprocServer32", identifier);
-}
-
-}  // namespace
-
 struct NativeClasses {
   // A leaf.
   CriticalSection lock;
-  ScopedKey key SMH_GUARDED_BY(lock);
+  ScopedKey identifiers SMH_GUARDED_BY(lock);
 };
 
 constinit ModuleGlobal<NativeClasses> g_nativeClasses(L"server_file");
 
 namespace {
 
-// Classes in another view than the process's own are opened below a key that stays open: Wine keeps a handle
-// for good at every opening from the predefined one.
-HKEY ClassesOf(REGSAM view) {
-  if (view == 0) return HKEY_CLASSES_ROOT;
+// The key of all classes in another view than the process's own, which stays open: Wine keeps a handle for
+// good at every opening from HKEY_CLASSES_ROOT. Null when it cannot be opened.
+HKEY NativeIdentifiers(REGSAM view) {
   const ScopedLock lock(g_nativeClasses->lock);
-  ScopedKey& key = g_nativeClasses->key;
-  if (!key) key = OpenRegistryKey(HKEY_CLASSES_ROOT, {}, view | KEY_READ);
-  return key ? key.Get() : HKEY_CLASSES_ROOT;
+  ScopedKey& key = g_nativeClasses->identifiers;
+  if (!key) key = OpenRegistryKey(HKEY_CLASSES_ROOT, L"CLSID", view | KEY_READ);
+  return key.Get();
+}
+
+// Opens, by `open`, the key of the class's server.
+template <typename Open>
+std::wstring ReadServer(const std::wstring& identifier, REGSAM view, Open&& open) {
+  if (!IsClassIdentifier(identifier)) return {};
+  const HKEY native = view == 0 ? nullptr : NativeIdentifiers(view);
+  const std::wstring path =
+      Format(native == nullptr ? L"CLSID\\%s\\InprocServer32" : L"%s\\InprocServer32", identifier);
+  const ScopedKey key = open(native == nullptr ? HKEY_CLASSES_ROOT : native, path);
+  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
 }
 
 }  // namespace
@@ -48,15 +50,14 @@ bool IsClassIdentifier(const std::wstring& text) {
 }
 
 std::wstring ServerFile(const std::wstring& identifier, REGSAM view) {
-  if (!IsClassIdentifier(identifier)) return {};
-  const ScopedKey key = OpenRegistryKey(ClassesOf(view), ServerPath(identifier), view | KEY_READ);
-  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
+  return ReadServer(identifier, view, [view](HKEY root, const std::wstring& path) {
+    return OpenRegistryKey(root, path, view | KEY_READ);
+  });
 }
 
 std::wstring RequireServerFile(const std::wstring& identifier, REGSAM view) {
-  if (!IsClassIdentifier(identifier)) return {};
-  const ScopedKey key = OpenForReading(ClassesOf(view), ServerPath(identifier), view);
-  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
+  return ReadServer(identifier, view,
+                    [view](HKEY root, const std::wstring& path) { return OpenForReading(root, path, view); });
 }
 
 }  // namespace smh

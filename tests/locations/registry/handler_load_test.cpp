@@ -2,6 +2,7 @@
 // which key each location loads.
 #include "tests/locations/registry/handler_fixture.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/process_counts.h"
 
 #include <gmock/gmock.h>
 
@@ -46,6 +47,7 @@ TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfKeys) {
   };
   fill(0, 10);
   const unsigned few = KeysOpenedByOneLoad(Objects());
+  const int handles = HandleCount();
   fill(10, 510);
   const unsigned some = KeysOpenedByOneLoad(Objects());
   fill(510, 5010);
@@ -53,6 +55,7 @@ TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfKeys) {
   ASSERT_EQ(Listed(Objects()).size(), 5010u);
   EXPECT_GT(some, few);
   EXPECT_EQ(all - some, 9 * (some - few));
+  EXPECT_LE(HandleCount(), handles + 2);
 
   // One that goes between the listing of the names and its own turn costs the others nothing.
   vanishing = Numbered(2500);
