@@ -87,6 +87,8 @@ TEST_F(IconSourceTest, IconsAreThoseOfTheShell) {
   EXPECT_FALSE(source_.OfFile(text, 0).large);
   const IconPair shown = source_.OfShell(text);
   EXPECT_TRUE(shown.large && shown.small);
+  EXPECT_EQ(Drawn(source_.OfEither(text, 0).large.Get(), 32), Drawn(shown.large.Get(), 32));
+  EXPECT_EQ(Drawn(source_.OfEither(kProgram, 0).small.Get(), 16), Drawn(small.Get(), 16));
   EXPECT_FALSE(source_.OfFile(folder_.File(L"gone.exe"), 0).large);
   EXPECT_EQ(g_started.size(), 1u);
 }
