@@ -57,6 +57,21 @@ void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
   if (details.Caption.empty()) details.Caption = description;
 }
 
+// A library without folder is the system's own. None is loaded from where nobody answers, nor from the folder
+// that the host stands in.
+SharedText DescriptionText(const SharedText& stored) {
+  const std::wstring_view text = stored;
+  if (!text.starts_with(L'@')) return stored;
+  const std::wstring reference(text.substr(1));
+  std::int32_t number = 0;
+  std::wstring file = TakeText([&](BoundaryText* out) {
+    return DLLGlobals::Helper().SplitIndirectString(reference.c_str(), out, &number);
+  });
+  if (FileNamePart(file) == file) file.insert(0, FileUtils::GetSystemDir());
+  if (!IsFullPath(file) || !IsReachable(file)) return {};
+  return SharedText(DLLGlobals::LoadStringResource(file, number));
+}
+
 void FillFromShortcut(bool inFolder, ItemDetails& details) {
   const std::optional<ShortcutFacts> facts = FollowShortcut(details);
   if (!inFolder) return;
@@ -126,7 +141,7 @@ ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
     facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
     facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
   }
-  facts.description = SharedText(link.Description());
+  facts.description = SharedText(link.StoredDescription());
   facts.workingFolder = SharedText(link.WorkingDirectory());
   facts.iconPath = SharedText(link.IconLocation());
   facts.iconIndex = link.IconIndex();
@@ -165,7 +180,7 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.WorkingFolder = facts->workingFolder;
   details.IconPath = facts->iconPath;
   details.IconIndex = facts->iconIndex;
-  details.Description = facts->description;
+  details.Description = DescriptionText(facts->description);
   details.LinkShowCommand = facts->hotKey;
   if (!facts->targetFile.empty()) {
     details.FilePath = facts->targetFile;

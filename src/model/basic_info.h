@@ -35,6 +35,7 @@ struct ShortcutFacts {
   SharedText targetFile;
   // Target file and arguments as one command line; empty for a link without target.
   SharedText command;
+  // As stored; "@file,number" names a text of a library.
   SharedText description;
   SharedText workingFolder;
   SharedText iconPath;
@@ -72,8 +73,8 @@ void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& det
 bool IsFolderLocation(TTypeStartupLocation location) noexcept;
 
 // Completes details that have nothing but the caption and the command as given. In a folder location `name`
-// is the entry's own file, and that is what the entry starts. Touches disk and registry: loads call it
-// without a lock, changes under the item-list lock. What is missing stays empty; raises what the services
+// is the entry's own file, and that is what the entry starts. Touches disk and registry: called
+// without a lock. What is missing stays empty; raises what the services
 // raise.
 void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, ItemDetails& details);
 
