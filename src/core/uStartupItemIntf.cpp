@@ -9,6 +9,7 @@
 #include "infra/runtime/assertion.h"
 #include "model/item_list.h"
 #include "model/uLocationStartup.h"
+#include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
 #include "sysutil/uFileUtils.h"
 
@@ -32,6 +33,13 @@ VARIANT ItemPropertyValue(const TStartupItem& item, std::int32_t index) {
   });
 }
 
+// What was not found by its name the shell would look for where the host stands.
+DWORD RunThroughShell(HWND window, const CommandParts& parts) {
+  if (!IsFullPath(parts.path)) return ERROR_FILE_NOT_FOUND;
+  if (IsRefusedLink(std::wstring(parts.path))) return ERROR_BAD_FORMAT;
+  return OpenWithShell(window, parts.path, parts.arguments, FileUtils::GetProfileDir());
+}
+
 // Starts the command through the shell, in the folder in which the system would, on the calling thread, which
 // waits for the shell and for the message box, without a lock. `window` owns both and may be null. A failure
 // is logged, shown in a message box and then raised as EOSError.
@@ -42,10 +50,7 @@ void ExecuteItem(const TStartupItem& item, HWND window) {
     command = item.Get([](const ItemState& state) { return state.details.Command; });
   }
   const CommandParts parts = ResolveCommand(command.c_str());
-  // What was not found by its name the shell would look for where the host stands.
-  const DWORD code = IsFullPath(parts.path)
-                         ? OpenWithShell(window, parts.path, parts.arguments, FileUtils::GetProfileDir())
-                         : DWORD{ERROR_FILE_NOT_FOUND};
+  const DWORD code = RunThroughShell(window, parts);
   if (code == ERROR_SUCCESS) return;
   const std::wstring error = SystemErrorText(code);
   LogFormat(L"Error execute command for item \"%s\". Command: \"%s\". Error: \"%s\".", item.Name(), command,
@@ -199,6 +204,7 @@ HRESULT TStartupItemIntf::Execute(HWND window) {
 HRESULT TStartupItemIntf::ShowFileDetails(HWND window) {
   return Run(kActionShowFileDetails, __LINE__, [&](const ItemRef& item) {
     const SharedText file = item->Get([](const ItemState& state) { return state.details.FilePath; });
+    if (IsRefusedLink(std::wstring(file))) RaiseOSError(ERROR_BAD_FORMAT);
     const HRESULT shown = DLLGlobals::ShellDialogs().ShowFileDetails(window, file.c_str(), L"", 0);
     if (FAILED(shown)) throw EOleSysError(shown);
     return ChangeAnswer();

@@ -86,6 +86,7 @@ void ExtendedPass::Read(ItemDetails& details) {
     const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
     details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
                                         hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
+    details.IsIconOwed = icons_->HasGivenUp() && details.ImageIndex == kImageUnknownFile;
   }
   known_.emplace(std::move(key), details);
 }

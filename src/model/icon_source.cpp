@@ -31,17 +31,6 @@ struct ViewTraits {
   static void Close(Type value) noexcept { UnmapViewOfFile(value); }
 };
 
-// A shortcut that our own reader refuses: what the shell makes of it is not known.
-bool IsRefusedLink(const std::wstring& file) {
-  if (!SameText(ExtensionPart(file), L".lnk")) return false;
-  try {
-    const TShellLinkInfo link(file);
-    return false;
-  } catch (const Exception&) {
-    return true;
-  }
-}
-
 bool WriteRows(HBITMAP bitmap, int side, WORD bits, const void* rows) noexcept {
   struct {
     BITMAPINFOHEADER header;
@@ -115,6 +104,11 @@ class IconSource::Program {
   HANDLE Answer() const noexcept { return answer_.Get(); }
   HANDLE Process() const noexcept { return process_.Get(); }
   bool HasEnded() const noexcept { return WaitForSingleObject(Process(), 0) == WAIT_OBJECT_0; }
+  // Of itself, because nothing was asked for so long.
+  bool HasEndedIdle() const noexcept {
+    DWORD code = STILL_ACTIVE;
+    return GetExitCodeProcess(Process(), &code) != FALSE && code == 0;
+  }
 
  private:
   bool Make() noexcept {
@@ -216,7 +210,14 @@ IconPair IconSource::Ask(const std::wstring& file, const std::function<void(Prog
     return {};
   }
   post(*program);
-  if (!WaitForAnswer(*program)) return {};
+  if (!WaitForAnswer(*program)) {
+    if (!program->HasEndedIdle()) return {};
+    // In that very moment.
+    program = Program::Start();
+    if (!program) return {};
+    post(*program);
+    if (!WaitForAnswer(*program)) return {};
+  }
   IconPair icons = program->Icons();
   program_ = std::move(program);
   return icons;

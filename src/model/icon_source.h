@@ -36,6 +36,8 @@ class IconSource {
   IconPair OfShell(const std::wstring& file);
   // The first of the two that there is, for the price of one question.
   IconPair OfEither(const std::wstring& file, int index);
+  // Whether nothing has an icon any more.
+  bool HasGivenUp() const noexcept { return patience_ <= 0; }
 
  private:
   friend struct IdleIconProgram;

@@ -5,6 +5,7 @@
 #include "infra/runtime/exceptions.h"
 #include "model/item_details.h"
 
+#include <climits>
 #include <iterator>
 
 // The module this code lies in; its resources hold the fixed icons.
@@ -16,6 +17,9 @@ namespace {
 
 constexpr int kInitialSize = 4;
 constexpr int kGrowth = 4;
+
+// In the place of an icon's index: what the shell shows for a file that names another one's icon.
+constexpr int kShellIcon = INT_MIN;
 
 constexpr FixedIcon kFixedIcons[] = {
     {L"RATING_TRUST", L"RATING_TRUST"},
@@ -50,8 +54,12 @@ int IconLists::AppendFileIcon(IconSource& source, const std::wstring& file, int 
                               const std::wstring& shownFile) {
   if (file != shownFile) {
     const int appended = AppendIcon(source, file, index);
+    if (appended >= 0) return appended;
     // What the shell shows for one file says nothing about another one with the same icon file.
-    return appended >= 0 ? appended : Append(source.OfShell(shownFile));
+    const IconKey key = KeyOf(shownFile, kShellIcon);
+    if (const int known = Recall(key); known >= 0) return known;
+    const int shown = Append(source.OfShell(shownFile));
+    return shown < 0 ? shown : Remember(key, shown);
   }
   const IconKey key = KeyOf(file, index);
   if (const int known = Recall(key); known >= 0) return known;

@@ -68,6 +68,8 @@ struct ExtendedDetails {
   SharedText FileTypeName;
   int Rating = 1;
   int ImageIndex = kImageUnknownFile;
+  // Nobody could be asked for the icon.
+  bool IsIconOwed = false;
 };
 
 // A value: an item guards its own by its lock and hands out copies. Texts that are not known are empty.

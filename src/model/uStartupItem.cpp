@@ -83,7 +83,11 @@ void TStartupItem::LookAgain(std::wstring_view command, bool isProtected, Critic
   ScopedLock lock(Lock);
   if (!isCurrent() || !IsListed()) return;
   if (protected_.exchange(isProtected) != isProtected) MarkChanged();
-  if (details && !IsSeenAlike(*details, old)) TakeOver(std::move(*details));
+  if (details && !IsSeenAlike(*details, old)) {
+    TakeOver(std::move(*details));
+  } else if (state_.details.IsIconOwed) {
+    needsExtendedInfo_ = true;
+  }
 }
 
 void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {

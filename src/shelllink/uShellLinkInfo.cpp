@@ -125,4 +125,14 @@ std::wstring TShellLinkInfo::ShellTarget() const {
   return isSafe ? ParsingName(list.List()) : std::wstring();
 }
 
+bool IsRefusedLink(const std::wstring& file) {
+  if (!SameText(ExtensionPart(file), kLinkExtension)) return false;
+  try {
+    const TShellLinkInfo link(file);
+    return false;
+  } catch (const Exception&) {
+    return true;
+  }
+}
+
 }  // namespace smh

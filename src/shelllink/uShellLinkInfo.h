@@ -80,4 +80,8 @@ class TShellLinkInfo {
   LinkSections sections_;
 };
 
+// Whether the file is a shortcut (".lnk") that this reader refuses: what the shell makes of it is not known.
+// Reads it. Raises std::bad_alloc.
+bool IsRefusedLink(const std::wstring& file);
+
 }  // namespace smh
