@@ -19,6 +19,7 @@ namespace {
 // How often a waiting thread asks whether it shall end.
 constexpr DWORD kWaitStepMs = 50;
 constexpr ULONGLONG kHoldsOutsideOfAPassMs = 10'000;
+constexpr ULONGLONG kQuickAnswerMs = 250;
 // More are not made: then a root counts as one that does not answer.
 constexpr std::size_t kMostHangingLooks = 32;
 constexpr SIZE_T kLookStackBytes = 0x20000;
@@ -80,11 +81,13 @@ class Look {
   bool IsOver(DWORD wait = 0) const noexcept {
     return WaitForSingleObject(thread_.Get(), wait) == WAIT_OBJECT_0;
   }
-  // Of one that is over. An answer that is none has to be asked for again: the thread's error went with it.
-  bool HasAnswered() const noexcept {
+  // Of one that is over, after so long. An answer that is none has to be asked for again, because the
+  // thread's error went with it; one that took its time is the network's.
+  bool HasAnswered(ULONGLONG after) const noexcept {
     DWORD attributes = INVALID_FILE_ATTRIBUTES;
     GetExitCodeThread(thread_.Get(), &attributes);
     if (attributes != INVALID_FILE_ATTRIBUTES) return true;
+    if (after > kQuickAnswerMs) return false;
     return GetFileAttributesW(path_) != INVALID_FILE_ATTRIBUTES || !IsNetworkError(GetLastError());
   }
 
@@ -141,6 +144,7 @@ struct NetworkRoots {
   void MarkDead(const std::wstring& root);
 
   const DWORD passOfThread;
+  // A leaf, not held while anything is looked at.
   CriticalSection lock;
 
  private:
@@ -195,7 +199,8 @@ bool NetworkRoots::Answers(const std::wstring& root) {
     if (IsCurrent(known)) return known.answers;
     look = LookAt(known, root);
   }
-  const bool answers = look != nullptr && WaitFor(*look) && look->HasAnswered();
+  const ULONGLONG begin = GetTickCount64();
+  const bool answers = look != nullptr && WaitFor(*look) && look->HasAnswered(GetTickCount64() - begin);
   // What a stop has cancelled is no answer.
   CheckPass();
   const ScopedLock guard(lock);

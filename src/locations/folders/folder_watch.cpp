@@ -1,6 +1,7 @@
 #include "locations/folders/folder_watch.h"
 
 #include "infra/runtime/text.h"
+#include "sysutil/network_roots.h"
 
 #include <algorithm>
 
@@ -19,7 +20,9 @@ std::wstring_view FolderAbove(std::wstring_view folder) {
   return FolderPart(folder.substr(0, folder.size() - 1));
 }
 
-HANDLE Open(const std::wstring& folder, bool isOwn) noexcept {
+// None is waited for where nobody answers.
+HANDLE Open(const std::wstring& folder, bool isOwn) {
+  if (!IsReachable(folder)) return INVALID_HANDLE_VALUE;
   return FindFirstChangeNotificationW(folder.c_str(), isOwn,
                                       isOwn ? kOwnFilter : FILE_NOTIFY_CHANGE_DIR_NAME);
 }
