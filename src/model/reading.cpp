@@ -169,6 +169,7 @@ void EndReaderAtUnload(StopMode& mode) noexcept {
     reader.thread.AskToPark();
     return reader.thread.EndParked(since);
   };
+  reader.thread.AskToPark();
   if (!reader.control.TryEnter(kThreadUnloadLimitMs)) {
     // Whoever has it waits for the reader, or for a new one to run, which cannot be before this ends. The
     // reader must not outlive the module all the same.
