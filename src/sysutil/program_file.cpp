@@ -45,8 +45,8 @@ std::wstring FromProfile(std::wstring_view path) {
 
 // A full path that the system takes as it stands.
 bool IsPlainPath(std::wstring_view path) noexcept {
-  if (path.size() < 3 || path[1] != L':' || path[2] != L'\\' || IsDeviceName(FileNamePart(path)))
-    return false;
+  if (path.size() < 3 || path[1] != L':' || path[2] != L'\\') return false;
+  if (path.find(L':', 2) != std::wstring_view::npos || IsDeviceName(FileNamePart(path))) return false;
   wchar_t last = L':';
   for (const wchar_t unit : path.substr(2)) {
     const bool endsPart = last == L'\\' || last == L'.' || last == L' ';
@@ -92,6 +92,8 @@ ProgramFile FindRelative(const SharedText& text, Completion complete) {
 ProgramFile Find(const SharedText& named, Completion complete) {
   const SharedText text = FileUtils::ExpandedText(named);
   if (text.empty() || text.size() > kLongestPath || IsUrl(text)) return {text, false};
+  // The system adds no extension behind a dot.
+  if (text.c_str()[text.size() - 1] == L'.') complete = FileUtils::FileExistsWow64;
   if (!IsFullPath(text)) return FindRelative(text, complete);
   std::wstring path(text);
   if (!IsPlainPath(path)) path = FullPathOf(text.c_str()).value_or(path);
