@@ -37,8 +37,9 @@ void SetMissingSiblingReport(MissingSiblingReport report) noexcept {
 }
 
 void EndForMissingSibling(const std::wstring& text) {
-  WriteToStandardError(text);
   if (const MissingSiblingReport report = g_report) report(text);
+  // Last: it waits when nobody reads.
+  WriteToStandardError(text);
   if (HasVisibleDesktop()) MessageBoxW(nullptr, text.c_str(), L"Error", MB_ICONERROR);
   ExitProcess(1);
 }
