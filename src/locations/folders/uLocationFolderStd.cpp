@@ -31,7 +31,7 @@ void RequireShortPath(const std::wstring& path) {
 
 bool IsEntryFile(std::wstring_view name) {
   const std::wstring_view extension = ExtensionPart(name);
-  if (extension.empty()) return false;
+  if (extension.empty() || IsDeviceName(name)) return false;
   const auto isExtension = [&](const std::wstring& other) { return SameText(extension, other); };
   return SameText(extension, kShortcutExtension) ||
          std::ranges::any_of(FileUtils::ExecutableExtensions(), isExtension);
