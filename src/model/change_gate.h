@@ -1,9 +1,8 @@
 // How the loads and the changes of one location stay apart.
 //
-// A change counts itself in before it touches the location, and out when it is done; most do so before they
-// take the item-list lock, a move does so under it. A load that finds a change under way does nothing; one
-// during which a change began stops taking entries over and does not prune. Either way the load is due again,
-// which the location's change test then reports.
+// A change counts itself in before it touches the location, and out when it is done. A load that finds a
+// change under way does nothing; one during which a change began stops taking entries over and does not
+// prune. Either way the load is due again, which the location's change test then reports.
 #pragma once
 
 #include <atomic>

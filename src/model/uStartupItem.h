@@ -9,7 +9,9 @@
 // journal's. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an image-list lock
 // (image_lists.h), the idle icon program's (icon_source.cpp), the classes' (server_file.cpp), the checkpoint
 // texts' lock (checkpoint.h), the version texts' lock (item_details.h), the list of living collections
-// (living_collections.h), the log's lock; and under any of these the siblings' lock (uInterfacesRoutines.h).
+// (living_collections.h), the network roots' (network_roots.h), the system folders' (uFileUtils.h), the
+// desktop folder's (desktop_folder.h), the log's lock; and under any of these the siblings' lock
+// (uInterfacesRoutines.h).
 // A default program's locks (uFavoriteItem.h) are never held together with the item-list lock or an item's.
 #pragma once
 
@@ -85,8 +87,9 @@ class TStartupItem {
   bool WasFoundIn(unsigned load) const noexcept { return foundIn_.load(std::memory_order_relaxed) == load; }
 
   // What that load has found at the item's place in the 32-bit view, and the end of the load, for an item of
-  // which it has found nothing there. The reader's thread only, without a lock. An item whose twin comes,
-  // goes or turns into another is marked changed, unless its extended information is still to come.
+  // which it has found nothing there. The reader's thread only; EndTwin under the item-list lock. An item
+  // whose twin comes, goes or turns into another is marked changed, unless its extended information is still
+  // to come.
   void MarkTwin(unsigned load, ItemTwin twin);
   void EndTwin(unsigned load);
   ItemTwin Twin() const noexcept { return twin_.load(); }
