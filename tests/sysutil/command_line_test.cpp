@@ -140,7 +140,7 @@ TEST(ResolveCommandTest, ExtensionsAreImpliedAndTheCurrentFolderIsNobodys) {
 void ExpectHarmless(const std::wstring& command) {
   const ULONGLONG begin = GetTickCount64();
   EXPECT_NO_THROW(ResolveCommand(command.c_str())) << command.substr(0, 20);
-  EXPECT_LT(GetTickCount64() - begin, 1500u) << command.substr(0, 20) << " of " << command.size();
+  EXPECT_LT(GetTickCount64() - begin, 6000u) << command.substr(0, 20) << " of " << command.size();
 }
 
 TEST_F(FileUtilsTest, HostileCommands) {
