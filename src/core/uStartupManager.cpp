@@ -37,7 +37,7 @@ std::wstring CommandFile(std::wstring_view command) {
     }
     return std::wstring(ResolveCommandToFile(text.c_str()));
   }
-  const std::optional<ShortcutFacts> facts = ReadShortcutFacts(text);
+  const std::optional<ShortcutFacts> facts = ReadShortcut(text).facts;
   return facts && !facts->targetFile.empty() ? std::wstring(facts->targetFile) : std::wstring(command);
 }
 

@@ -4,6 +4,7 @@
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
+#include "shelllink/link_file.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
 #include "sysutil/network_roots.h"
@@ -150,15 +151,19 @@ ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
   return facts;
 }
 
-std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file) {
-  if (!IsReachable(file)) return std::nullopt;
+ShortcutReading ReadShortcut(const std::wstring& file) {
+  if (!IsReachable(file)) return {.facts = std::nullopt, .isHeld = true};
   try {
-    return ShortcutFactsOf(TShellLinkInfo(file));
+    return {.facts = ShortcutFactsOf(TShellLinkInfo(file))};
   } catch (const EAbort&) {
     throw;
+  } catch (const EFOpenError& exception) {
+    LogError(exception);
+    const DWORD code = exception.Code();
+    return {.facts = std::nullopt, .isHeld = code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND};
   } catch (const Exception& exception) {
     LogError(exception);
-    return std::nullopt;
+    return {};
   }
 }
 
@@ -173,8 +178,9 @@ TargetKind TargetKindOfFile(std::wstring_view file) {
 
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkPath = details.FilePath;
-  std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(details.LinkPath));
+  auto [facts, isHeld] = ReadShortcut(std::wstring(details.LinkPath));
   details.IsLinkRead = facts.has_value();
+  details.IsLinkHeld = isHeld;
   details.SeenLink = facts ? facts->stamp : ReachableStamp(details.LinkPath).value_or(FileStamp{});
   if (!facts) return facts;
   details.WorkingFolder = facts->workingFolder;

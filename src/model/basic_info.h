@@ -47,9 +47,14 @@ struct ShortcutFacts {
 
 // Of a shortcut that has been read. Searches its target.
 ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link);
-// Reads the file and searches its target; takes no lock but the log's. None, with a record in the statistics
-// log, for a shortcut that cannot be read, and without one for a shortcut that cannot be reached.
-std::optional<ShortcutFacts> ReadShortcutFacts(const std::wstring& file);
+struct ShortcutReading {
+  std::optional<ShortcutFacts> facts;
+  // There are none because the shortcut could not be opened or reached, though it may be there.
+  bool isHeld = false;
+};
+// Reads the file and searches its target; takes no lock but the log's. No facts, with a record in the
+// statistics log, for a shortcut that cannot be read, and without one for a shortcut that cannot be reached.
+ShortcutReading ReadShortcut(const std::wstring& file);
 
 // By the file's extension alone; asks basekit for the startable ones once, and raises what that raises.
 TargetKind TargetKindOfFile(std::wstring_view file);

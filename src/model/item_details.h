@@ -99,6 +99,8 @@ struct ItemDetails : ExtendedDetails {
   FileStamp SeenFile;
   FileStamp SeenLink;
   bool IsLinkRead = true;
+  // It could not be read because it could not be opened, though it may be there: somebody may hold it.
+  bool IsLinkHeld = false;
 };
 
 }  // namespace smh

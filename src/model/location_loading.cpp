@@ -53,6 +53,7 @@ bool LocationLoading::UpdateItem(TStartupItem& item, std::wstring_view command, 
   } else {
     item.LookAgain(command, isProtected, Items().Lock(), isCurrent);
   }
+  if (item.IsLinkHeld()) MarkIncomplete();
   return IsCurrent(load);
 }
 
@@ -75,8 +76,10 @@ bool LocationLoading::ListEntry(FoundEntry entry, const Load& load) {
   const bool isCurrent = CatchFailure(append, [&] {
     LogCurrentException();
     log(L"Error add item \"%s\" in location \"%s\".");
+    MarkIncomplete();
     return IsCurrent(load);
   });
+  if (item->IsLinkHeld()) MarkIncomplete();
   if (item->IsListed()) log(L"Add item \"%s\" in location \"%s\".");
   return isCurrent;
 }
@@ -102,7 +105,7 @@ bool LocationLoading::RemoveMissingItems(const Load& load,
     LogRemoval(item);
     return true;
   });
-  owesLook_ = false;
+  owesLook_ = owesLook_ && isIncomplete_;
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace smh {
@@ -32,6 +33,11 @@ class LocationLoading {
 
   ChangeGate& Gate() noexcept { return gate_; }
 
+  // The load could not look at all there is, for a reason that may pass: it is to be tried again. The mark is
+  // the reader's thread's; taking clears it.
+  void MarkIncomplete() noexcept { isIncomplete_ = true; }
+  bool TakeIncomplete() noexcept { return std::exchange(isIncomplete_, false); }
+
   // One load of this location. Items that it finds are marked with its number; at its end those without it
   // are removed.
   struct Load {
@@ -44,7 +50,7 @@ class LocationLoading {
   std::optional<Load> BeginLoad(Look look);
   // Takes over what the load has found. All take the item-list lock for their look and touch disk and
   // registry without; all answer false, and leave the list alone, when a change of this location began after
-  // the load.
+  // the load. A failure to describe an entry, and a shortcut that somebody holds, leave it incomplete.
   bool AddOrUpdateItem(FoundEntry entry, const Load& load);
   // The two halves of AddOrUpdateItem: for an item that is listed, and for an entry that is not.
   bool UpdateItem(TStartupItem& item, std::wstring_view command, bool isProtected, const Load& load);
@@ -70,6 +76,7 @@ class LocationLoading {
   // Under the item-list lock.
   unsigned loads_ = 0;
   bool owesLook_ = false;
+  bool isIncomplete_ = false;
 };
 
 }  // namespace smh

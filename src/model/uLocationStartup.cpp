@@ -71,8 +71,9 @@ std::optional<ItemState> ListedState(const TStartupItem& item) {
 
 void TLocationStartup::ReadItems(Look look) {
   const auto load = [&] {
+    TakeIncomplete();
     LoadItems(look);
-    return true;
+    return !TakeIncomplete();
   };
   const bool isLoaded = CatchFailure(load, [this] {
     LogCurrentException();

@@ -40,8 +40,8 @@ class TLocationStartup : public LocationLoading {
   // Whether the location changed since the last ReadItems, or a load is due. Polled once a second on the
   // reader's thread; never waits.
   virtual bool IsChanged() = 0;
-  // Asked once a poll: whether a load that failed is to be tried again, first at the next one, then each time
-  // after twice as many.
+  // Asked once a poll: whether a load that failed, or was incomplete, is to be tried again, first at the next
+  // one, then each time after twice as many.
   bool IsRetryDue() noexcept;
   // Whether items may be given another command.
   bool GetCanModify() const noexcept { return canModify_; }

@@ -11,11 +11,13 @@ namespace smh {
 
 namespace {
 
-// What an entry starts: of a shortcut in a folder location what that starts, else the command itself.
-SharedText StartedCommand(TTypeStartupLocation location, std::wstring_view command) {
+// What an entry starts: of a shortcut in a folder location what that starts, else the command itself. None
+// for a shortcut that is held.
+std::optional<SharedText> StartedCommand(TTypeStartupLocation location, std::wstring_view command) {
   if (IsFolderLocation(location) && TargetKindOfFile(command) == TargetKind::kShortcut) {
-    std::optional<ShortcutFacts> facts = ReadShortcutFacts(std::wstring(command));
-    if (facts && !facts->targetFile.empty()) return std::move(facts->command);
+    ShortcutReading link = ReadShortcut(std::wstring(command));
+    if (link.isHeld) return std::nullopt;
+    if (link.facts && !link.facts->targetFile.empty()) return std::move(link.facts->command);
   }
   return SharedText(command);
 }
@@ -34,6 +36,7 @@ TStartupItem::TStartupItem(TTypeStartupLocation location, FoundEntry entry) noex
 void TStartupItem::FillBasicInfo() {
   state_.details.Caption = state_.givenText;
   FillBasicDetails(location_, state_.name, state_.details);
+  isLinkHeld_ = IsFolderLocation(location_) && state_.details.IsLinkHeld;
 }
 
 ItemDetails TStartupItem::DetailsOf(std::wstring_view command) const {
@@ -47,6 +50,12 @@ ItemDetails TStartupItem::DetailsOf(std::wstring_view command) const {
   return details;
 }
 
+std::optional<ItemDetails> TStartupItem::DetailsUnlessHeld(std::wstring_view command) {
+  ItemDetails details = DetailsOf(command);
+  isLinkHeld_ = IsFolderLocation(location_) && details.IsLinkHeld;
+  return isLinkHeld_ ? std::nullopt : std::optional(std::move(details));
+}
+
 void TStartupItem::TakeOver(ItemDetails details) {
   state_.details = std::move(details);
   needsExtendedInfo_ = true;
@@ -55,19 +64,22 @@ void TStartupItem::TakeOver(ItemDetails details) {
 
 bool TStartupItem::UpdateCommand(std::wstring_view command, CriticalSection& listLock,
                                  const std::function<bool()>& isCurrent) {
-  const SharedText started = StartedCommand(location_, command);
-  const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, started); };
+  const std::optional<SharedText> started = StartedCommand(location_, command);
+  isLinkHeld_ = !started;
+  if (isLinkHeld_) return false;
+  const auto isSame = [&](const ItemState& state) { return SameText(state.details.Command, *started); };
   if (Get(isSame)) return false;
-  ItemDetails details = DetailsOf(command);
+  std::optional<ItemDetails> details = DetailsUnlessHeld(command);
   CheckTerminated();
+  if (!details) return false;
 
   ScopedLock list(listLock);
   ScopedLock lock(Lock);
   if (!isCurrent() || !IsListed() || isSame(state_)) return false;
   const ItemDetails& old = state_.details;
   LogFormat(L"Detect change item %s (%s). Target command change from \"%s\" to \"%s\".", old.EntryName,
-            old.Caption, old.Command, details.Command);
-  TakeOver(std::move(details));
+            old.Caption, old.Command, details->Command);
+  TakeOver(std::move(*details));
   return true;
 }
 
@@ -76,7 +88,7 @@ void TStartupItem::LookAgain(std::wstring_view command, bool isProtected, Critic
   const bool isUpdated = UpdateCommand(command, listLock, isCurrent);
   const ItemDetails old = Get([](const ItemState& state) { return state.details; });
   std::optional<ItemDetails> details;
-  if (!isUpdated && !StandsAsSeen(old)) details = DetailsOf(command);
+  if (!isUpdated && !isLinkHeld_ && !StandsAsSeen(old)) details = DetailsUnlessHeld(command);
   CheckTerminated();
 
   ScopedLock list(listLock);

@@ -24,6 +24,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -77,6 +78,9 @@ class TStartupItem {
   // files do not stand as they were seen, or could not be seen. Takes the protected flag over.
   void LookAgain(std::wstring_view command, bool isProtected, CriticalSection& listLock,
                  const std::function<bool()>& isCurrent);
+  // The shortcut of an item of a folder could not be opened when the item was made or one of the two looked
+  // at it last, though it may be there. They leave what is known as it is. The reader's thread only.
+  bool IsLinkHeld() const noexcept { return isLinkHeld_; }
   // Gathers everything anew for `command`, whether or not it differs; as UpdateCommand otherwise, but that no
   // change is logged.
   void Renew(std::wstring_view command, CriticalSection& listLock);
@@ -134,6 +138,7 @@ class TStartupItem {
   friend class TItemList;
 
   ItemDetails DetailsOf(std::wstring_view command) const;
+  std::optional<ItemDetails> DetailsUnlessHeld(std::wstring_view command);
   void TakeOver(ItemDetails details);
   void SetTwin(ItemTwin twin);
 
@@ -148,6 +153,7 @@ class TStartupItem {
   // enough to read them.
   ItemState state_;
   bool needsExtendedInfo_ = true;
+  bool isLinkHeld_ = false;
   // Counts changes of the command and of the place, so that facts read before are dropped.
   unsigned revision_ = 0;
   std::atomic<std::int32_t> changedMark_{0};

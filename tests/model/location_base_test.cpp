@@ -1,5 +1,6 @@
 #include "core/uStartupManagerStrings.h"
 #include "model/checkpoint.h"
+#include "sysutil/network_roots.h"
 #include "tests/model/fake_location.h"
 
 namespace smh::test {
@@ -14,6 +15,22 @@ TEST_F(LocationBaseTest, ALoadOvertakenByAChangeAddsAndDropsNothing) {
   UsualLocation().ReadItems();
   EXPECT_NE(UsualLocation().Listed(L"a"), nullptr);
   EXPECT_EQ(UsualLocation().Listed(L"b"), nullptr);
+}
+
+TEST_F(LocationBaseTest, AnEntryThatCannotBeDescribedForAMomentIsTriedAgain) {
+  UsualLocation().SetEntries({{L"a", L"C:\\a.exe"}, {L"b", L"C:\\b.exe"}});
+  {
+    int looks = 0;
+    const ReadingPass pass(
+        [&]() -> bool { return looks++ == 0 ? throw EOSError(ERROR_GEN_FAILURE) : false; });
+    UsualLocation().ReadItems();
+  }
+  EXPECT_EQ(UsualLocation().Listed(L"a"), nullptr);
+  EXPECT_NE(UsualLocation().Listed(L"b"), nullptr);
+  EXPECT_TRUE(UsualLocation().IsRetryDue());
+  UsualLocation().ReadItems();
+  EXPECT_NE(UsualLocation().Listed(L"a"), nullptr);
+  EXPECT_FALSE(UsualLocation().IsRetryDue());
 }
 
 // Getting, setting and the texts themselves are tested through the boundary, the kinds with their changes.

@@ -85,6 +85,8 @@ bool TLocationFolderStd::ReadFolder(const std::wstring& folder, const Load& load
       [&] {
         LogCurrentException();
         LogFormat(L"Error load item list for location \"%s\". Folder: \"%s\".", MemberName(), folder);
+        // The watch tells when a file in its place makes room for it.
+        if (!IsFile(WithoutTrailingBackslash(folder))) MarkIncomplete();
         return std::vector<std::wstring>();
       });
   const bool isEnabled = folders_.IsStartupFolder(folder);

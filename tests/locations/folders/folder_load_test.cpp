@@ -147,6 +147,7 @@ TEST_F(FolderTest, FilesThatOthersHoldOrThatVanishMeanwhile) {
   EXPECT_TRUE(FindItem(sulFolderUser, locked)->IsProtected());
   EXPECT_EQ(FindItem(sulFolderUser, locked)->State().details.Command, locked) << "cannot be read now";
   EXPECT_FALSE(FindItem(sulFolderUser, shared)->IsProtected());
+  EXPECT_TRUE(UserFolder().IsRetryDue());
 
   static std::wstring vanishing;
   vanishing = PutShortcut(user.startup + L"vanishing.lnk");
@@ -159,6 +160,27 @@ TEST_F(FolderTest, FilesThatOthersHoldOrThatVanishMeanwhile) {
   ASSERT_NE(FindItem(sulFolderUser, vanishing), nullptr);
   UserFolder().ReadItems();
   EXPECT_EQ(FindItem(sulFolderUser, vanishing), nullptr);
+}
+
+TEST_F(FolderTest, AShortcutThatOthersHoldForAMomentStaysWhatItWas) {
+  const std::wstring file = PutShortcut(user.startup + L"held.lnk", L"-old");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  UserFolder().ReadItems();
+  EXPECT_FALSE(UserFolder().IsRetryDue());
+  PutShortcut(file, L"-new");
+  {
+    const ScopedHandle holder(CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    for (const Look look : {Look::kForChanges, Look::kAgain}) {
+      UserFolder().ReadItems(look);
+      EXPECT_EQ(item->State().details.Command, Command(L"-old"));
+      EXPECT_EQ(item->State().details.FilePath, Program());
+    }
+    EXPECT_FALSE(UserFolder().IsRetryDue()) << "the second failure in a row";
+    EXPECT_TRUE(UserFolder().IsRetryDue());
+  }
+  UserFolder().ReadItems();
+  EXPECT_EQ(item->State().details.Command, Command(L"-new"));
+  EXPECT_FALSE(UserFolder().IsRetryDue());
 }
 
 TEST_F(FolderTest, NamesAreMatchedIgnoringTheCaseOfAsciiLetters) {
@@ -244,6 +266,7 @@ TEST_F(FolderTest, ALoadThatFailsKeepsTheList) {
   }
   EXPECT_TRUE(item->IsListed());
   EXPECT_TRUE(LogHas(L"Error load item list for location \"sulFolderUser\"."));
+  EXPECT_TRUE(UserFolder().IsRetryDue());
 }
 
 std::wstring closedFolder;
@@ -272,6 +295,9 @@ TEST_F(FolderTest, AFolderThatCannotBeReadOrIsAFileIsPassedOver) {
   EXPECT_THAT(Names(UserFolder()), ElementsAre(kept, behind)) << "one that is gone is gone all the same";
   EXPECT_TRUE(LogHas(L"Folder: \"" + user.autoruns)) << "denied";
   EXPECT_TRUE(LogHas(L"Folder: \"" + user.disabled)) << "a file";
+  EXPECT_TRUE(UserFolder().IsRetryDue());
+  UserFolder().ReadItems();
+  EXPECT_FALSE(UserFolder().IsRetryDue()) << "the watch tells when the file goes";
   fs::remove(file);
 }
 
