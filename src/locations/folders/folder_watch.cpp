@@ -1,6 +1,7 @@
 #include "locations/folders/folder_watch.h"
 
 #include "infra/runtime/text.h"
+#include "locations/folders/folder_files.h"
 #include "sysutil/network_roots.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace {
 
 constexpr DWORD kOwnFilter = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME |
                              FILE_NOTIFY_CHANGE_ATTRIBUTES | FILE_NOTIFY_CHANGE_SIZE |
-                             FILE_NOTIFY_CHANGE_LAST_WRITE;
+                             FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_SECURITY;
 
 // Empty for the root of a drive and for a network share.
 std::wstring_view FolderAbove(std::wstring_view folder) {
@@ -20,9 +21,17 @@ std::wstring_view FolderAbove(std::wstring_view folder) {
   return FolderPart(folder.substr(0, folder.size() - 1));
 }
 
+// No such folder, or a file in its place.
+bool IsAbsent(DWORD error) noexcept {
+  return IsMissing(error) || error == ERROR_DIRECTORY;
+}
+
 // None is waited for where nobody answers.
 HANDLE Open(const std::wstring& folder, bool isOwn) {
-  if (!IsReachable(folder)) return INVALID_HANDLE_VALUE;
+  if (!IsReachable(folder)) {
+    SetLastError(ERROR_BAD_NETPATH);
+    return INVALID_HANDLE_VALUE;
+  }
   return FindFirstChangeNotificationW(folder.c_str(), isOwn,
                                       isOwn ? kOwnFilter : FILE_NOTIFY_CHANGE_DIR_NAME);
 }
@@ -72,16 +81,18 @@ bool FolderWatch::Look() {
     const bool wasWatched = static_cast<bool>(notification);
     const bool isSignalled = wasWatched && WaitForSingleObject(notification.Get(), 0) == WAIT_OBJECT_0;
     const bool isAnother = place.above != nullptr && place.above->isTouched;
+    bool isBlocked = false;
     // Going on fails when the folder is gone; it may be back as another one.
     if (isAnother || place.isLost ||
         (isSignalled && FindNextChangeNotification(notification.Get()) == FALSE)) {
       // A folder being deleted stays until its last handle is closed, and cannot be opened.
       notification.Reset();
       notification.Reset(Open(place.path, place.isOwn));
+      isBlocked = !notification && !IsAbsent(GetLastError());
     }
     const bool isWatched = static_cast<bool>(notification);
     place.isTouched = isSignalled || isAnother || isWatched != wasWatched;
-    place.isLost = !isWatched && (place.above == nullptr || place.above->isLost);
+    place.isLost = !isWatched && (isBlocked || place.above == nullptr || place.above->isLost);
     if (isWatched) handles_.push_back(notification.Get());
     if (!place.isOwn) continue;
     changed = changed || (place.isTouched && (wasWatched || isWatched));

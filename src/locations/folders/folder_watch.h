@@ -31,8 +31,9 @@ class FolderWatch {
 
   // Whether something in the folders changed since the last Accept, or one came, went or was replaced; stays
   // so until Accept. Also true when a folder came or went beside an existing one or beside a folder above it:
-  // it may be that one. One call of the system as long as nothing happens, unless a folder and all above it
-  // cannot be watched, as on a network that is not there: then each is tried again every time.
+  // it may be that one. One call of the system as long as nothing happens, unless a folder is there and
+  // cannot be opened, or it and all above it cannot be watched, as on a network that is not there: then that
+  // is tried again every time.
   bool IsDue();
   // Takes every change up to now; what comes after is due again.
   void Accept();
@@ -44,7 +45,8 @@ class FolderWatch {
     bool isOwn;
     const Place* above = nullptr;
     ScopedResource<ChangeNotificationTraits> notification{};
-    // Neither this nor any above is watched: nobody would tell that it came.
+    // Neither this nor any above is watched, or it seems to be there and cannot be opened: nobody would tell
+    // that it came, or when it can.
     bool isLost = true;
     // In the last look it or one above was signalled, came or went: those in it may be others.
     bool isTouched = false;

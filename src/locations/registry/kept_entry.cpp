@@ -8,10 +8,6 @@ namespace smh {
 
 namespace {
 
-bool IsMissing(LSTATUS status) noexcept {
-  return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND || status == ERROR_KEY_DELETED;
-}
-
 std::vector<std::byte> RightsOf(HKEY key) {
   DWORD size = 0;
   if (RegGetKeySecurity(key, DACL_SECURITY_INFORMATION, nullptr, &size) != ERROR_INSUFFICIENT_BUFFER)
@@ -68,9 +64,17 @@ bool HoldsOnlyDefault(HKEY key) {
 
 }  // namespace
 
+bool IsMissingKey(DWORD error) noexcept {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_KEY_DELETED;
+}
+
+bool MayOpenLater(DWORD error) noexcept {
+  return !IsMissingKey(error) && error != ERROR_ACCESS_DENIED && error != ERROR_INVALID_NAME;
+}
+
 ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view) {
   ScopedKey key = OpenRegistryKey(root, path, view | KEY_READ);
-  if (!key && !IsMissing(static_cast<LSTATUS>(GetLastError()))) RaiseLastOSError();
+  if (!key && !IsMissingKey(GetLastError())) RaiseLastOSError();
   return key;
 }
 

@@ -19,14 +19,14 @@ KeyWatch::Watch::Watch(HKEY root, REGSAM view, const std::wstring& path)
     : key(root, view, path, NotifyingKey::Scope::kEverything), above(FindKeyAbove(root, view, path)) {}
 
 bool KeyWatch::Watch::IsOverdue() const noexcept {
-  return above != nullptr && above->Touches() != aboveSeen;
+  return key.IsBlocked() || (above != nullptr && above->Touches() != aboveSeen);
 }
 
 bool KeyWatch::Watch::IsDue() noexcept {
   if (key.IsSignalled()) return true;
   if (!IsOverdue()) return false;
   if (key.IsAnother()) return true;
-  aboveSeen = above->Touches();
+  if (above != nullptr) aboveSeen = above->Touches();
   return false;
 }
 

@@ -23,7 +23,8 @@ class KeyWatch {
   explicit KeyWatch(const std::vector<WatchedKey>& keys);
 
   // Whether a key changed, came, went or was replaced since the last Accept; stays so until then. One call of
-  // the system, without waiting, as long as nothing happens in the keys and directly in those above them.
+  // the system, without waiting, as long as nothing happens in the keys and directly in those above them; one
+  // more for each that is there and cannot be opened: it is tried again every time.
   bool IsDue() noexcept;
   // Takes every change up to now; what comes after is due again, whatever else is still to be armed.
   void Accept() noexcept;

@@ -2,6 +2,7 @@
 
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
+#include "locations/registry/kept_entry.h"
 
 #include <map>
 #include <tuple>
@@ -22,7 +23,7 @@ bool NotifyingKey::IsSignalled() const noexcept {
   return WaitForSingleObject(event_.Get(), 0) == WAIT_OBJECT_0;
 }
 
-bool NotifyingKey::IsAnother() const noexcept {
+bool NotifyingKey::IsAnother() noexcept {
   if (static_cast<bool>(Open()) != IsOpen()) return true;
   return IsOpen() && RegQueryInfoKeyW(handle_.Get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                       nullptr, nullptr, nullptr, nullptr, nullptr) == ERROR_KEY_DELETED;
@@ -36,14 +37,17 @@ void NotifyingKey::Arm() noexcept {
   ResetEvent(event_.Get());
   handle_ = Open();
   if (!handle_) return;
-  if (RegNotifyChangeKeyValue(handle_.Get(), isAll, isAll ? kAnyChange : REG_NOTIFY_CHANGE_NAME, event_.Get(),
-                              TRUE) != ERROR_SUCCESS) {
-    handle_.Reset();
-  }
+  const LSTATUS status = RegNotifyChangeKeyValue(
+      handle_.Get(), isAll, isAll ? kAnyChange : REG_NOTIFY_CHANGE_NAME, event_.Get(), TRUE);
+  if (status == ERROR_SUCCESS) return;
+  isBlocked_ = status != ERROR_KEY_DELETED;
+  handle_.Reset();
 }
 
-ScopedKey NotifyingKey::Open() const noexcept {
-  return OpenRegistryKey(root_, path_, view_ | KEY_READ);
+ScopedKey NotifyingKey::Open() noexcept {
+  ScopedKey key = OpenRegistryKey(root_, path_, view_ | KEY_READ);
+  isBlocked_ = !key && !IsMissingKey(GetLastError());
+  return key;
 }
 
 KeyAbove::KeyAbove(HKEY root, REGSAM view, std::wstring path, KeyAbove* above)
@@ -54,7 +58,7 @@ KeyAbove::KeyAbove(HKEY root, REGSAM view, std::wstring path, KeyAbove* above)
 }
 
 bool KeyAbove::IsOverdue() const noexcept {
-  return above_ == nullptr ? !key_.IsOpen() : aboveSeen_ != above_->Touches();
+  return key_.IsBlocked() || (above_ == nullptr ? !key_.IsOpen() : aboveSeen_ != above_->Touches());
 }
 
 void KeyAbove::Look() noexcept {

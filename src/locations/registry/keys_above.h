@@ -29,13 +29,16 @@ class NotifyingKey {
   HANDLE Event() const noexcept { return event_.Get(); }
   bool IsOpen() const noexcept { return static_cast<bool>(handle_); }
   bool IsSignalled() const noexcept;
+  // The key seems to be there and could not be opened, or not be watched, when that was tried last: nobody
+  // tells when it can.
+  bool IsBlocked() const noexcept { return isBlocked_; }
   // Whether the key that is open is gone or replaced, or one is there since.
-  bool IsAnother() const noexcept;
+  bool IsAnother() noexcept;
   // Opens the key anew and arms its notification.
   void Arm() noexcept;
 
  private:
-  ScopedKey Open() const noexcept;
+  ScopedKey Open() noexcept;
 
   const HKEY root_;
   const REGSAM view_;
@@ -44,6 +47,7 @@ class NotifyingKey {
   ScopedHandle event_;
   // Closing it may signal the event.
   ScopedKey handle_;
+  bool isBlocked_ = false;
 };
 
 // A key above others. What has seen its Touches looks at the keys in it again when that number has grown.
@@ -57,8 +61,8 @@ class KeyAbove {
   KeyAbove* Above() const noexcept { return above_; }
   HANDLE Event() const noexcept { return key_.Event(); }
   unsigned Touches() const noexcept { return touches_; }
-  // Whether Look has something to do though the event is not signalled. Always for a missing one with none
-  // above: nobody would tell that it came.
+  // Whether Look has something to do though the event is not signalled. Always for one that is blocked, and
+  // for a missing one with none above: nobody would tell that it came.
   bool IsOverdue() const noexcept;
   // Takes a signal and arms anew; after Look of the one above.
   void Look() noexcept;

@@ -68,12 +68,17 @@ TEST_F(FolderWatchTest, ALoadDuringAChangeDoesNothingAndIsDueAfterwards) {
 }
 
 bool isUnreachable = false;
+// A folder that nobody may open; none when empty.
+std::wstring blocked;
 int lookUps = 0;
 int waits = 0;
 
 HANDLE WINAPI FindFirst(LPCWSTR path, BOOL subtree, DWORD filter) {
   ++lookUps;
-  if (isUnreachable) return INVALID_HANDLE_VALUE;
+  if (isUnreachable || (!blocked.empty() && path == blocked)) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  }
   return RealFunction<decltype(FindFirstChangeNotificationW)>(
       L"kernel32.dll", "FindFirstChangeNotificationW")(path, subtree, filter);
 }
@@ -168,12 +173,16 @@ TEST_F(WatchedFolderTest, AnIdlePollIsOneWait) {
 TEST_F(WatchedFolderTest, WhatCannotBeReachedIsTriedAgain) {
   folder.MakeFolder(L"a\\b\\c");
   const ImportPatch patch("FindFirstChangeNotificationW", &FindFirst);
-  isUnreachable = true;
-  watch = FolderWatch({folder.File(L"a\\b\\c\\")});
-  EXPECT_TRUE(IsQuiet());
-  isUnreachable = false;
-  EXPECT_TRUE(ChangeArrives());
-  EXPECT_TRUE(FilesAreNoticed());
+  for (const bool isOnlyItself : {false, true}) {
+    isUnreachable = !isOnlyItself;
+    if (isOnlyItself) blocked = folder.File(L"a\\b\\c\\");
+    watch = FolderWatch({folder.File(L"a\\b\\c\\")});
+    EXPECT_TRUE(IsQuiet());
+    isUnreachable = false;
+    blocked.clear();
+    EXPECT_TRUE(ChangeArrives());
+    EXPECT_TRUE(FilesAreNoticed());
+  }
 }
 
 }  // namespace

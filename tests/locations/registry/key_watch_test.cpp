@@ -10,6 +10,8 @@ namespace {
 
 int waits = 0;
 int otherCalls = 0;
+// A key that nobody may open; none when empty.
+std::wstring blocked;
 
 DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD limit) {
   ++waits;
@@ -18,6 +20,7 @@ DWORD WINAPI Wait(DWORD count, const HANDLE* handles, BOOL all, DWORD limit) {
 }
 LSTATUS WINAPI Open(HKEY key, LPCWSTR name, DWORD options, REGSAM access, PHKEY result) {
   ++otherCalls;
+  if (!blocked.empty() && name == blocked) return ERROR_ACCESS_DENIED;
   return RealFunction<decltype(RegOpenKeyExW)>(L"advapi32.dll", "RegOpenKeyExW")(key, name, options, access,
                                                                                  result);
 }
@@ -105,6 +108,30 @@ TEST_F(KeyWatchTest, AnIdlePollIsOneWaitAndKeysAboveAreSharedByAll) {
   second.Accept();
   EXPECT_TRUE(IsWatched());
   EXPECT_TRUE(second.IsDue());
+}
+
+TEST_F(KeyWatchTest, AKeyThatCannotBeOpenedForAMomentIsWatchedAgain) {
+  const ImportPatch open("RegOpenKeyExW", &Open);
+  Set(L"a\\b\\c");
+  EXPECT_TRUE(TakeChange());
+  blocked = tree.PathOf(L"a\\b\\c");
+  Set(L"a\\b\\c");
+  EXPECT_TRUE(TakeChange());
+  Set(L"a\\b\\c");
+  EXPECT_FALSE(TakeChange()) << "seen by nobody";
+  blocked.clear();
+  EXPECT_TRUE(TakeChange());
+  EXPECT_TRUE(IsWatched());
+
+  blocked = tree.PathOf(L"a\\b");
+  tree.Key(L"a\\b\\other");
+  TakeChange();
+  blocked.clear();
+  TakeChange();
+  Delete(L"a\\b\\c");
+  EXPECT_TRUE(TakeChange());
+  tree.Key(L"a\\b\\c");
+  EXPECT_TRUE(TakeChange()) << "told by the one above";
 }
 
 TEST_F(KeyWatchTest, MoreKeysThanOneWaitTakesAreWatched) {
