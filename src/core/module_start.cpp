@@ -10,6 +10,7 @@
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/patient_lock.h"
 #include "infra/siblings/uInterfacesRoutines.h"
+#include "locations/registry/class_watch.h"
 #include "locations/registry/keys_above.h"
 #include "locations/registry/server_file.h"
 #include "model/change_lock.h"
@@ -67,6 +68,7 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_idleIconProgram>(L"idle icon program"),
     StepOf<g_nativeClasses>(L"classes"),
     StepOf<g_keysAbove>(L"keys above those watched"),
+    StepOf<g_classWatch>(L"watch of classes"),
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},
     StepOf<g_checkpointTexts>(L"checkpoint texts"),

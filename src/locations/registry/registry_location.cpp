@@ -3,6 +3,8 @@
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
+#include "locations/registry/class_watch.h"
+#include "locations/registry/server_file.h"
 #include "model/change_refused.h"
 #include "model/reader_state.h"
 #include "sysutil/uRegEditUtils.h"
@@ -13,6 +15,9 @@
 namespace smh {
 
 namespace {
+
+// Between two loads because of classes, which an installation changes without end.
+constexpr ULONGLONG kClassesPauseMs = 10'000;
 
 // In the order of reading.
 std::vector<HKEY> RootHandles(LocationRoot root) {
@@ -32,7 +37,10 @@ TLocationRegistry::TLocationRegistry(const LocationRow& row)
           for (const std::wstring& path : keys_.side) watched.push_back({root, path});
         }
         return watched;
-      }()) {}
+      }()) {
+  // Before the first load asks for one.
+  if (row.family != LocationFamily::kRunKey) classesSeen_ = ClassChanges();
+}
 
 REGSAM TLocationRegistry::OwnView() {
   return WinVersionInfo::IsWow64() ? KEY_WOW64_64KEY : 0;
@@ -41,12 +49,22 @@ REGSAM TLocationRegistry::OwnView() {
 bool TLocationRegistry::IsChanged() {
   // A signal that comes while a change runs is kept for later.
   if (Gate().IsBusy()) return false;
+  bool isChanged = Gate().TakeLoadDue();
   if (watch_.IsDue()) {
     watch_.Accept();
-    Gate().TakeLoadDue();
-    return true;
+    isChanged = true;
   }
-  return Gate().TakeLoadDue();
+  return HaveClassesChanged() || isChanged;
+}
+
+bool TLocationRegistry::HaveClassesChanged() {
+  if (!asksForClasses_) return false;
+  const std::uint64_t changes = ClassChanges();
+  const ULONGLONG now = GetTickCount64();
+  if (changes == classesSeen_ || now < classesAgain_) return false;
+  classesSeen_ = changes;
+  classesAgain_ = now + kClassesPauseMs;
+  return true;
 }
 
 void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
@@ -57,20 +75,26 @@ void TLocationRegistry::ShowItemLocation(const TStartupItem& item) {
 void TLocationRegistry::LoadItems(Look look) {
   const std::optional<Load> begun = BeginLoad(look);
   if (!begun) return;
+  asksForClasses_ = false;
   RegistryLoad load{*begun};
   load.places = Places();
-  // All views of a key together, so that they are compared as they stand at one time.
+  const bool isCurrent =
+      TakePlaces(load) && RemoveMissingItems(load, [&](TStartupItem& item) { return LookFor(load, item); });
+  if (!isCurrent) {
+    Gate().MarkLoadDue();
+  } else if (OwnView() != 0 && load.unread == 0) {
+    EndTwins(load);
+  }
+}
+
+// All views of a key together, so that they are compared as they stand at one time.
+bool TLocationRegistry::TakePlaces(RegistryLoad& load) {
   const auto together = static_cast<std::ptrdiff_t>(load.places.size() / (1 + keys_.side.size()));
-  bool isCurrent = true;
-  for (auto place = load.places.begin(); isCurrent && place != load.places.end(); place += together) {
-    std::for_each(place, place + together, [this](Place& one) { ListPlace(one); });
-    isCurrent = std::all_of(place, place + together, [&](Place& one) { return TakePlace(load, one); });
+  for (auto place = load.places.begin(); place != load.places.end(); place += together) {
+    std::for_each(place, place + together, [&](Place& one) { ListPlace(load, one); });
+    if (!std::all_of(place, place + together, [&](Place& one) { return TakePlace(load, one); })) return false;
   }
-  if (isCurrent && RemoveMissingItems(load, [&](TStartupItem& item) { return LookFor(load, item); })) {
-    if (OwnView() != 0) EndTwins(load);
-    return;
-  }
-  Gate().MarkLoadDue();
+  return true;
 }
 
 std::vector<TLocationRegistry::Place> TLocationRegistry::Places() const {
@@ -88,9 +112,10 @@ std::vector<TLocationRegistry::Place> TLocationRegistry::Places() const {
   return places;
 }
 
-void TLocationRegistry::ListPlace(Place& place) const {
+void TLocationRegistry::ListPlace(RegistryLoad& load, Place& place) {
   CheckTerminated();
   ScopedKey key = OpenRegistryKey(place.root, place.path, place.view | KEY_READ);
+  place.isUnread = !key && CountUnread(load, GetLastError());
   if (!key) return;
   if (!EntriesAreKeys()) place.isProtected = !IsKeyWritable(place.root, place.path, place.view);
   place.listing =
@@ -100,28 +125,40 @@ void TLocationRegistry::ListPlace(Place& place) const {
 bool TLocationRegistry::TakePlace(RegistryLoad& load, Place& place) {
   const KeyListing& listing = place.listing;
   const bool asksMain = HasMainChanged(place);
-  if (asksMain && place.main->listing.Key() == nullptr) ListPlace(*place.main);
+  if (asksMain && place.main->listing.Key() == nullptr) ListPlace(load, *place.main);
   for (std::size_t i = 0; i < listing.Count(); ++i) {
     CheckTerminated();
     const std::wstring_view name = listing.Name(i);
+    // Before the main view is asked: what stands there now may come to both. Nobody can be asked for a name
+    // with a NUL; subkeys are asked for when they are read.
+    const bool isAsked = !listing.IsCertain() && !HoldsNul(name) && (asksMain || !EntriesAreKeys());
+    const std::optional<std::wstring> now = isAsked ? TextNow(place, name) : std::nullopt;
     if (asksMain && !AskFor(load, *place.main, name)) return false;
-    // Nobody can be asked for a name with a NUL.
-    const bool isTaken = listing.IsCertain() || HoldsNul(name) ? ReadEntry(load, place, name, listing.Text(i))
-                                                               : AskFor(load, place, name);
-    if (!isTaken) return false;
+    if (isAsked && !now) continue;
+    if (!ReadEntry(load, place, name, now ? std::wstring_view(*now) : listing.Text(i))) return false;
   }
   return true;
 }
 
-bool TLocationRegistry::AskFor(RegistryLoad& load, const Place& place, std::wstring_view name) {
+std::optional<std::wstring> TLocationRegistry::TextNow(const Place& place, std::wstring_view name) const {
   const HKEY key = place.listing.Key();
-  if (key == nullptr) return true;
-  if (EntriesAreKeys()) return ReadEntry(load, place, name, {});
+  if (EntriesAreKeys()) {
+    const bool isGone =
+        !OpenRegistryKey(key, std::wstring(name), place.view | KEY_READ) && IsMissingKey(GetLastError());
+    return isGone ? std::nullopt : std::optional(std::wstring());
+  }
   const std::optional<RegistryData> data = QueryRegistryValue(key, std::wstring(name));
-  return !data || ReadEntry(load, place, name, data->Text());
+  return data ? std::optional(data->Text()) : std::nullopt;
 }
 
-bool TLocationRegistry::LookFor(RegistryLoad& load, const TStartupItem& item) {
+bool TLocationRegistry::AskFor(RegistryLoad& load, const Place& place, std::wstring_view name) {
+  if (place.listing.Key() == nullptr) return true;
+  if (EntriesAreKeys()) return ReadEntry(load, place, name, {});
+  const std::optional<std::wstring> text = TextNow(place, name);
+  return !text || ReadEntry(load, place, name, *text);
+}
+
+bool TLocationRegistry::LookFor(RegistryLoad& load, TStartupItem& item) {
   const RegistryValueAddress address = AddressOf(item);
   const std::wstring_view key = address.key;
   const std::size_t at = EntriesAreKeys() ? std::min(key.rfind(L'\\'), key.size()) : key.size();
@@ -131,8 +168,46 @@ bool TLocationRegistry::LookFor(RegistryLoad& load, const TStartupItem& item) {
   for (const Place& place : load.places) {
     if (place.view != address.viewBits || place.root != address.root) continue;
     if (!SameText(place.path, key.substr(0, at))) continue;
-    return AskFor(load, place, name);
+    if (!LookIn(load, place, item, name)) return false;
+    const bool isMain = place.view != 0 && item.WasFoundIn(load.number);
+    return !isMain || DropPlain(load, address);
   }
+  return true;
+}
+
+bool TLocationRegistry::LookIn(RegistryLoad& load, const Place& place, TStartupItem& item,
+                               std::wstring_view name) {
+  const bool isUntold = HoldsNul(name) && !place.listing.IsCertain();
+  // Nothing else may signal what it is.
+  if (isUntold) Gate().MarkLoadDue();
+  const unsigned unread = load.unread;
+  if (!isUntold && !place.isUnread && !AskFor(load, place, name)) return false;
+  if (isUntold || place.isUnread || load.unread != unread) KeepItem(item, load);
+  return true;
+}
+
+bool TLocationRegistry::DropPlain(RegistryLoad& load, const RegistryValueAddress& main) {
+  AssignFullValuePath(load.otherPath, 0, main.root, main.key, main.valueName);
+  const ItemRef plain = FindItem(LocationType(), load.otherPath);
+  if (plain == nullptr || !plain->WasFoundIn(load.number)) return true;
+  // As the main one's twin it is seen by the next load.
+  Gate().MarkLoadDue();
+  return RemoveItem(*plain, load);
+}
+
+std::wstring TLocationRegistry::ServerOf(const std::wstring& identifier, RegistryLoad& load,
+                                         const Place& place) {
+  asksForClasses_ = true;
+  std::optional<std::wstring> server = ServerFile(identifier, place.view);
+  if (server) return std::move(*server);
+  CountUnread(load, ERROR_NOT_READY);
+  return {};
+}
+
+bool TLocationRegistry::CountUnread(RegistryLoad& load, DWORD error) noexcept {
+  if (!MayOpenLater(error)) return false;
+  ++load.unread;
+  MarkIncomplete();
   return true;
 }
 
@@ -149,7 +224,9 @@ ItemRef TLocationRegistry::ShownByMainView(RegistryLoad& load, const Place& plac
   if (place.main == nullptr) return nullptr;
   AssignFullValuePath(load.otherPath, OwnView(), place.root, seen.key, seen.shownName);
   const ItemRef other = FindItem(LocationType(), load.otherPath);
-  return other != nullptr && other->WasFoundIn(load.number) ? other : nullptr;
+  // One that could not be read may stay listed.
+  const bool isShown = other != nullptr && (load.unread > 0 || other->WasFoundIn(load.number));
+  return isShown ? other : nullptr;
 }
 
 // The file of a class may differ from view to view: there the text is all that counts.

@@ -5,11 +5,14 @@
 // side key is the one that is written to.
 #pragma once
 
+#include "locations/registry/kept_entry.h"
 #include "locations/registry/key_listing.h"
 #include "locations/registry/key_watch.h"
 #include "locations/registry/registry_entry.h"
 #include "model/uLocationStartup.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +46,8 @@ class TLocationRegistry : public TLocationStartup {
     KeyListing listing{};
     // Of values, whose key may not be written.
     bool isProtected = false;
+    // Its key could not be opened, though it may be there.
+    bool isUnread = false;
   };
   // An entry as it is met in its key. Views of what the reading holds: of entries that are listed nothing is
   // copied.
@@ -56,6 +61,8 @@ class TLocationRegistry : public TLocationStartup {
     bool isProtected = false;
   };
   struct RegistryLoad : Load {
+    // Keys that could not be opened, though they may be there. What they may hold stays listed.
+    unsigned unread = 0;
     // In the order of reading.
     std::vector<Place> places{};
     // The path of the entry at hand, in its view and in the other one.
@@ -83,6 +90,11 @@ class TLocationRegistry : public TLocationStartup {
   // Takes one entry over, unless it is the plain view's and the 64-bit one has its name too, or another entry
   // that this load has found has its path. Answers as ReadEntry.
   bool TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen);
+  // Counts a key that could not be opened for this error as unread, which makes the load incomplete, unless
+  // it is gone or denied; whether it counts.
+  bool CountUnread(RegistryLoad& load, DWORD error) noexcept;
+  // The server of a class in the place's view; empty without one, and for one that is counted as unread.
+  std::wstring ServerOf(const std::wstring& identifier, RegistryLoad& load, const Place& place);
 
   // Changes, as TLocationStartup asks for them.
   std::unique_ptr<EntrySource> OpenSource(const ItemState& listed, bool recorded) override;
@@ -108,12 +120,19 @@ class TLocationRegistry : public TLocationStartup {
   // None of them is read yet.
   std::vector<Place> Places() const;
   // A missing key is an empty place.
-  void ListPlace(Place& place) const;
-  // The next three answer as ReadEntry.
+  void ListPlace(RegistryLoad& load, Place& place);
+  // An entry's text as it stands now, empty for a subkey; none when it has gone.
+  std::optional<std::wstring> TextNow(const Place& place, std::wstring_view name) const;
+  // The next five answer as ReadEntry.
+  bool TakePlaces(RegistryLoad& load);
   bool TakePlace(RegistryLoad& load, Place& place);
   // Reads one entry by its name, as it stands now, or as it has gone.
   bool AskFor(RegistryLoad& load, const Place& place, std::wstring_view name);
-  bool LookFor(RegistryLoad& load, const TStartupItem& item);
+  // One that nobody can tell whether it stands there still stays.
+  bool LookFor(RegistryLoad& load, TStartupItem& item);
+  bool LookIn(RegistryLoad& load, const Place& place, TStartupItem& item, std::wstring_view name);
+  // The plain view's entry that was listed because the 64-bit one was not there then.
+  bool DropPlain(RegistryLoad& load, const RegistryValueAddress& main);
   // Whether something may have come to the 64-bit view since it was listed.
   bool HasMainChanged(const Place& place) const;
   // The item of the 64-bit view that an entry of the plain one is listed with; null for one of its own.
@@ -121,8 +140,15 @@ class TLocationRegistry : public TLocationStartup {
   ItemTwin TwinOf(const TStartupItem& main, const SeenEntry& seen) const;
   bool EntriesAreKeys() const noexcept { return FamilyOf(Row()).entriesAreKeys; }
 
+  bool HaveClassesChanged();
+
   const Keys keys_;
   KeyWatch watch_;
+  // Of the reader's thread. Whether the last load has asked for the servers of classes; what ClassChanges has
+  // answered, and from when on, by GetTickCount64, it counts again.
+  bool asksForClasses_ = false;
+  std::uint64_t classesSeen_ = 0;
+  ULONGLONG classesAgain_ = 0;
 };
 
 }  // namespace smh

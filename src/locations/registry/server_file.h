@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 namespace smh {
@@ -13,8 +14,9 @@ namespace smh {
 bool IsClassIdentifier(const std::wstring& text);
 
 // The in-process server of a class as registered in a view ("InprocServer32"), unexpanded; empty for no
-// identifier, no server, or one that is no text. Raises EOSError when the registration cannot be read.
-std::wstring ServerFile(const std::wstring& identifier, REGSAM view);
+// identifier, no server, one that may not be looked at, or one that is no text. None when the registration
+// cannot be opened now, though it may be there. Raises EOSError when it cannot be read.
+std::optional<std::wstring> ServerFile(const std::wstring& identifier, REGSAM view);
 // The same for a change, which must not take what cannot be looked at for nothing: raises EOSError when the
 // registration cannot be opened, too.
 std::wstring RequireServerFile(const std::wstring& identifier, REGSAM view);

@@ -13,7 +13,7 @@ bool TLocationRegistryShellExt::ReadEntry(RegistryLoad& load, const Place& place
                                           std::wstring_view text) {
   // A search hook needs no description.
   if (text.empty() && Row().family != LocationFamily::kSearchHooks) return true;
-  const std::wstring server = ServerFile(std::wstring(name), place.view);
+  const std::wstring server = ServerOf(std::wstring(name), load, place);
   if (server.empty()) return true;
   return TakeEntry(load, place, {place.path, name, name, text, server, place.isProtected});
 }

@@ -46,9 +46,12 @@ bool TLocationRegistryShellHandlers::ReadEntry(RegistryLoad& load, const Place& 
   const std::wstring name(subKey);
   const bool isProtected = !IsKeyWritable(place.listing.Key(), name, place.view);
   const ScopedKey key = OpenRegistryKey(place.listing.Key(), name, place.view | KEY_READ);
-  if (!key) return true;
+  if (!key) {
+    CountUnread(load, GetLastError());
+    return true;
+  }
   const std::wstring data = QueryRegistryText(key.Get(), {});
-  const std::wstring server = ServerFile(IdentifierOf(name, data), place.view);
+  const std::wstring server = ServerOf(IdentifierOf(name, data), load, place);
   if (server.empty()) return true;
   const std::wstring path = place.path + L'\\' + name;
   return TakeEntry(load, place, {path, data, data, CaptionOf(name, data), server, isProtected});

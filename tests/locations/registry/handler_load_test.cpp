@@ -3,6 +3,7 @@
 #include "tests/locations/registry/handler_fixture.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/process_counts.h"
+#include "tests/support/waiting.h"
 
 #include <gmock/gmock.h>
 
@@ -17,6 +18,11 @@ std::wstring Numbered(int number) {
 unsigned openedKeys = 0;
 // The handler that goes as soon as it is about to be opened; none when empty.
 std::wstring vanishing;
+// The end of the names that cannot be opened now; none when empty.
+std::wstring blocked;
+// The key below which nothing opens any more: the first that a server is looked up below.
+bool isDying = false;
+HKEY dead = nullptr;
 
 LSTATUS WINAPI CountedOpen(HKEY key, LPCWSTR name, DWORD options, REGSAM access, PHKEY result) {
   ++openedKeys;
@@ -24,6 +30,13 @@ LSTATUS WINAPI CountedOpen(HKEY key, LPCWSTR name, DWORD options, REGSAM access,
     vanishing.clear();
     RegDeleteKeyExW(key, name, HasTwoViews() ? KEY_WOW64_64KEY : 0, 0);
   }
+  const std::wstring_view text(name == nullptr ? L"" : name);
+  if (!blocked.empty() && text.ends_with(blocked)) return ERROR_NO_SYSTEM_RESOURCES;
+  if (isDying && text.starts_with(L'{') && text.ends_with(L"\\InprocServer32")) {
+    dead = key;
+    isDying = false;
+  }
+  if (dead != nullptr && key == dead) return ERROR_KEY_DELETED;
   static const auto real = RealFunction<decltype(RegOpenKeyExW)>(L"advapi32.dll", "RegOpenKeyExW");
   return real(key, name, options, access, result);
 }
@@ -64,6 +77,64 @@ TEST_F(HandlerLoad, EveryHandlerCostsTheSameNumberOfKeys) {
   DeleteKeyTree(HKEY_LOCAL_MACHINE, kObjectsKey, OwnView());
   Objects().ReadItems();
   EXPECT_THAT(Listed(Objects()), ::testing::IsEmpty());
+}
+
+TEST_F(HandlerLoad, WhatCannotBeOpenedForAMomentStaysListed) {
+  for (const wchar_t* name : {L"First", L"Second"})
+    SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\" + name, kClass, OwnView());
+  Menus().ReadItems();
+  const std::vector<ItemRef> before = Listed(Menus());
+  ASSERT_EQ(before.size(), 2u);
+  for (const std::wstring& end : {kMenusKey, std::wstring(L"First"), kClass + L"\\InprocServer32"}) {
+    blocked = end;
+    Menus().ReadItems();
+    blocked.clear();
+    EXPECT_EQ(Listed(Menus()), before) << end;
+    EXPECT_TRUE(Menus().IsRetryDue());
+    Menus().ReadItems();
+    EXPECT_FALSE(Menus().IsRetryDue());
+  }
+  // The key of all classes, which is kept open, has been deleted and made anew.
+  isDying = HasTwoViews();
+  Menus().ReadItems();
+  dead = nullptr;
+  EXPECT_EQ(Listed(Menus()), before);
+  EXPECT_FALSE(isDying);
+}
+
+ULONGLONG hurry = 0;
+ULONGLONG WINAPI Ticks() {
+  return hurry + RealFunction<decltype(GetTickCount64)>(L"kernel32.dll", "GetTickCount64")();
+}
+
+TEST_F(HandlerTest, AClassThatComesChangesOrGoesBesideItsHandlerIsNoticed) {
+  const ImportPatch ticks("GetTickCount64", &Ticks);
+  const auto isNoticed = [] {
+    if (!WaitUntil([] { return Menus().IsChanged(); }, 500)) return false;
+    Menus().ReadItems();
+    return true;
+  };
+  while (isNoticed()) {
+  }
+  const std::wstring server = kClasses + kUnserved + L"\\InprocServer32";
+  SetHandler(HKEY_LOCAL_MACHINE, kMenusKey + L"\\New", kUnserved, OwnView());
+  EXPECT_TRUE(isNoticed());
+  EXPECT_THAT(Listed(Menus()), ::testing::IsEmpty());
+  hurry += 10'000;
+  SetHandler(HKEY_LOCAL_MACHINE, server, kServer, OwnView());
+  EXPECT_TRUE(isNoticed());
+  ASSERT_EQ(Listed(Menus()).size(), 1u);
+  const ItemRef item = Listed(Menus()).front();
+
+  SetHandler(HKEY_LOCAL_MACHINE, server, kOtherServer, OwnView());
+  EXPECT_FALSE(isNoticed()) << "so soon after the last one";
+  hurry += 10'000;
+  EXPECT_TRUE(isNoticed());
+  EXPECT_EQ(Command(item), kOtherServer);
+  hurry += 10'000;
+  DeleteKeyTree(HKEY_LOCAL_MACHINE, server, OwnView());
+  EXPECT_TRUE(isNoticed());
+  EXPECT_FALSE(item->IsListed());
 }
 
 TEST_F(HandlerTest, ClassesThatCannotBeLookedUpCostTheOthersNothing) {

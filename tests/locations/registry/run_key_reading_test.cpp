@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <utility>
 
 namespace smh::test {
 
@@ -35,6 +36,15 @@ LSTATUS WINAPI Enumerate(HKEY key, DWORD index, wchar_t* name, DWORD* length, DW
   *length = lengthRoom;
   *size = sizeRoom;
   return real(key, index + 1, name, length, reserved, type, data, size);
+}
+
+// Is called with the number of the query, from 0, before each for the value "x".
+std::function<void(int)> beforeQuery;
+int queries = 0;
+LSTATUS WINAPI Query(HKEY key, LPCWSTR name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
+  if (beforeQuery && name == std::wstring_view(L"x")) beforeQuery(queries++);
+  return RealFunction<decltype(RegQueryValueExW)>(L"advapi32.dll", "RegQueryValueExW")(key, name, reserved,
+                                                                                       type, data, size);
 }
 
 // Counts the calls of a function and passes them on.
@@ -116,6 +126,93 @@ TEST_F(RunKeyReadingTest, WhatComesBetweenTheTwoViewsIsShownByTheMainOne) {
   CommonRun().ReadItems();
   EXPECT_THAT(Captions(CommonRun()), ElementsAre(L"old", L"new"));
   EXPECT_THAT(Listed(CommonRun()).back()->Name(), StartsWith(L"(x64)"));
+}
+
+// Both views show this key.
+TEST_F(RunKeyReadingTest, AValueThatComesAndGoesIsNotListedForBothViews) {
+  if (!HasTwoViews()) return;
+  const ImportPatch query("RegQueryValueExW", &Query);
+  for (const auto& [standsFirst, isFresh] : {std::pair(false, false), {true, false}, {false, true}}) {
+    ClearItems();
+    Put(L"x");
+    UserRun().ReadItems();
+    const std::vector<ItemRef> before = Listed(UserRun());
+    ASSERT_EQ(before.size(), 1u);
+    const auto set = [](bool stands) {
+      if (stands) Put(L"x");
+      if (!stands) RegDeleteValueW(MakeKey(HKEY_CURRENT_USER, kRunKey).Get(), L"x");
+    };
+    if (isFresh) ClearItems();
+    enumerations = queries = 0;
+    // The listings of the main view lack it, those of the plain one do not, and all are disturbed.
+    beforeStep = [&](int number, DWORD step) {
+      if (step != 0) return;
+      set(number >= 3);
+      SetValue(HKEY_CURRENT_USER, kRunKey, L"z", Dword(static_cast<DWORD>(number)));
+    };
+    beforeQuery = [set, first = standsFirst](int number) { set(number == 1 ? !first : number > 1 || first); };
+    UserRun().ReadItems();
+    beforeStep = nullptr;
+    beforeQuery = nullptr;
+    RemoveValue(HKEY_CURRENT_USER, kRunKey, L"z");
+    std::vector<ItemRef> listed = Listed(UserRun());
+    std::erase_if(listed, [](const ItemRef& item) { return item->GivenText() == L"z"; });
+    ASSERT_EQ(listed.size(), 1u) << standsFirst;
+    EXPECT_EQ(listed.front()->Name(), before.front()->Name());
+    EXPECT_EQ(listed == before, !isFresh);
+    EXPECT_FALSE(UserRun().IsRetryDue());
+  }
+}
+
+TEST_F(RunKeyReadingTest, ANameWithAZeroThatADisturbedListingLacksStays) {
+  const std::wstring name(L"a\0b", 3);
+  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kRunKey);
+  SetCountedValue(key.Get(), name, Sz(L"zero.exe"));
+  UserRun().ReadItems();
+  const std::vector<ItemRef> before = Listed(UserRun());
+  ASSERT_EQ(before.size(), 1u);
+  beforeStep = [](int number, DWORD step) {
+    if (step == 0) SetValue(HKEY_CURRENT_USER, kRunKey, L"A", Dword(static_cast<DWORD>(number)));
+  };
+  hidden = name;
+  UserRun().ReadItems();
+  EXPECT_TRUE(before.front()->IsListed());
+  while (UserRun().IsChanged()) {
+  }
+  beforeStep = nullptr;
+  hidden.clear();
+  RemoveCountedValue(key.Get(), name);
+  Settle();
+  UserRun().ReadItems();
+  EXPECT_FALSE(before.front()->IsListed());
+}
+
+bool isMainBlocked = false;
+LSTATUS WINAPI OpenUnlessBlocked(HKEY root, LPCWSTR name, DWORD options, REGSAM access, PHKEY result) {
+  const bool isMain = (access & kViewBits) == OwnView() && name == kRunKey;
+  if (isMainBlocked && isMain) return ERROR_NO_SYSTEM_RESOURCES;
+  return RealFunction<decltype(RegOpenKeyExW)>(L"advapi32.dll", "RegOpenKeyExW")(root, name, options, access,
+                                                                                 result);
+}
+
+TEST_F(RunKeyReadingTest, AKeyThatCannotBeOpenedForAMomentKeepsItsItems) {
+  Put(L"both", HKEY_LOCAL_MACHINE, OwnView());
+  Put(L"both", HKEY_LOCAL_MACHINE);
+  Settle();
+  CommonRun().ReadItems();
+  const std::vector<ItemRef> before = Listed(CommonRun());
+  ASSERT_EQ(before.size(), 1u);
+  {
+    const ImportPatch open("RegOpenKeyExW", &OpenUnlessBlocked);
+    isMainBlocked = true;
+    CommonRun().ReadItems();
+    isMainBlocked = false;
+  }
+  EXPECT_EQ(Listed(CommonRun()), before);
+  EXPECT_EQ(before.front()->Twin(), HasTwoViews() ? kTwinSame : kTwinNone);
+  EXPECT_TRUE(CommonRun().IsRetryDue());
+  CommonRun().ReadItems();
+  EXPECT_FALSE(CommonRun().IsRetryDue());
 }
 
 TEST_F(RunKeyReadingTest, AValueThatComesBackInOtherLettersIsListedOnce) {
