@@ -10,7 +10,8 @@ namespace smh {
 namespace {
 
 // In the order of the enumerations.
-constexpr std::wstring_view kStateNames[] = {L"open", L"done", L"interrupted", L"undone", L"failed"};
+constexpr std::wstring_view kStateNames[] = {L"open",   L"done",        L"interrupted", L"undone",
+                                             L"failed", L"partly done", L"damaged",     L"dropped"};
 constexpr std::wstring_view kOutcomeNames[] = {L"undo",        L"nothing", L"conflict",  L"blocked",
                                                L"overwritten", L"kept",    L"impossible"};
 
@@ -21,6 +22,7 @@ std::wstring_view NameAt(const std::wstring_view (&names)[size], Value value) no
 }
 
 std::vector<CheckpointRecord> Collect(HRESULT result, ICheckpointList* list) {
+  if (result == HRESULT_FROM_WIN32(ERROR_NOT_FOUND)) throw HostError(L"There is no such checkpoint.");
   CheckResult(result, L"Cannot read the journal");
   std::vector<CheckpointRecord> records;
   const std::int32_t count = list->GetCount();
@@ -64,9 +66,23 @@ std::vector<CheckpointRecord> Journal::Interrupted() const {
   return Collect(result, list.Get());
 }
 
+std::vector<CheckpointRecord> Journal::Parts(std::uint32_t id) const {
+  ComPtr<ICheckpointList> list;
+  const HRESULT result = journal_->GetParts(id, list.Put());
+  return Collect(result, list.Get());
+}
+
 UndoRecord Journal::Undo(std::uint32_t id, UndoMode mode) const {
   ComPtr<IUndoReport> report;
   const HRESULT result = journal_->Undo(id, mode, report.Put());
+  return Collect(result, report.Get());
+}
+
+UndoRecord Journal::UndoParts(std::uint32_t id, const std::vector<std::uint32_t>& numbers,
+                              UndoMode mode) const {
+  ComPtr<IUndoReport> report;
+  const HRESULT result =
+      journal_->UndoParts(id, numbers.data(), static_cast<std::int32_t>(numbers.size()), mode, report.Put());
   return Collect(result, report.Get());
 }
 
@@ -76,12 +92,33 @@ UndoRecord Journal::Redo(std::uint32_t id, UndoMode mode) const {
   return Collect(result, report.Get());
 }
 
+void Journal::BeginAction(const std::wstring& title) const {
+  CheckResult(journal_->BeginAction(title.c_str()), L"Cannot begin an action of the journal");
+}
+
+std::uint32_t Journal::EndAction() const noexcept {
+  std::uint32_t id = 0;
+  return SUCCEEDED(journal_->EndAction(&id)) ? id : 0;
+}
+
+HRESULT Journal::Forget(std::uint32_t id) const noexcept {
+  return journal_->Forget(id);
+}
+
+std::vector<CheckpointRecord> Journal::WouldDrop(std::uint64_t bytes) const {
+  ComPtr<ICheckpointList> list;
+  const HRESULT result = journal_->WouldDrop(bytes, list.Put());
+  return Collect(result, list.Get());
+}
+
 std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
   switch (record.result) {
     case IJournal::kConflict:
       return L"later changes are in conflict with it; nothing was changed.";
     case IJournal::kWrongState:
       return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
+    case IJournal::kDamaged:
+      return L"its file in the journal is damaged; nothing was changed.";
     case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
       return L"there is no such checkpoint.";
     case HRESULT_FROM_WIN32(ERROR_BUSY):

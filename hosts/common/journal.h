@@ -1,4 +1,4 @@
-// The journal of guardkit.dll for hosts: the checkpoints of past changes, and taking them back. What IJournal
+// The journal of guardkit.dll for hosts: the actions of the past, and taking them back. What IJournal
 // (intf_journal.h) hands out by reference is copied here.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace smh {
 
-// One change, or the undo of one, as the journal has it.
+// One action, or the undo of one, or a part of either, as the journal has it.
 struct CheckpointRecord {
   CheckpointInfo info;
   std::wstring title;
@@ -33,20 +33,34 @@ struct UndoRecord {
 };
 
 // Keeps guardkit.dll loaded as long as it lives. Any thread may call; a call that changes something may wait
-// ten seconds for another checkpoint, of any process, to end.
+// ten seconds for a part of another action, of any process, to end.
 class Journal {
  public:
   // Loads the library from the folder of the program. Raises HostError when it is missing or has no journal.
   Journal();
 
-  // All checkpoints, undos among them, oldest first; the interrupted ones that nobody has undone. Raise
-  // HostError when the journal cannot be read; without a journal they answer an empty list.
+  // All actions, undos and dropped ones among them, oldest first; the interrupted ones that nobody has
+  // undone; the parts of one, of which `info.id` is the number. Raise HostError when the journal cannot be
+  // read, Parts also when there is no such action; without a journal the first two answer an empty list.
   std::vector<CheckpointRecord> Checkpoints() const;
   std::vector<CheckpointRecord> Interrupted() const;
-  // Take checkpoint `id` back, and do so with its undo, as the slots of IJournal; 0 is the newest one for
-  // Undo. A refusal raises nothing: it is the record's `result`.
+  std::vector<CheckpointRecord> Parts(std::uint32_t id) const;
+  // Take action `id` back, and do so with its undo, as the slots of IJournal; 0 is the newest one for Undo.
+  // UndoParts takes back only the parts of these numbers. A refusal raises nothing: it is the record's
+  // `result`.
   UndoRecord Undo(std::uint32_t id, UndoMode mode) const;
+  UndoRecord UndoParts(std::uint32_t id, const std::vector<std::uint32_t>& numbers, UndoMode mode) const;
   UndoRecord Redo(std::uint32_t id, UndoMode mode) const;
+
+  // As the slots of IJournal: ActionScope (action_scope.h) pairs them. BeginAction raises HostError;
+  // EndAction answers the action, 0 when nothing was recorded.
+  void BeginAction(const std::wstring& title) const;
+  std::uint32_t EndAction() const noexcept;
+
+  // Removes action `id` for good. Answers the slot's result and raises nothing.
+  HRESULT Forget(std::uint32_t id) const noexcept;
+  // The actions that recording so many bytes more now would push out, oldest first. Raises HostError.
+  std::vector<CheckpointRecord> WouldDrop(std::uint64_t bytes) const;
 
  private:
   ScopedModule library_;
@@ -57,7 +71,8 @@ class Journal {
 // system's text; `verb` is "undo" or "redo".
 std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
 
-// "open", "done", "interrupted", "undone", "failed"; "unknown" for any other.
+// "open", "done", "interrupted", "undone", "failed", "partly done", "damaged", "dropped"; "unknown" for any
+// other.
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept;
 // "undo", "nothing", "conflict", "blocked", "overwritten", "kept", "impossible"; "unknown" for any other.
 std::wstring_view StepOutcomeName(StepOutcome outcome) noexcept;

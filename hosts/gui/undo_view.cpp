@@ -15,7 +15,8 @@ namespace {
 constexpr std::size_t kMostSteps = 8;
 
 // By CheckpointState.
-constexpr const wchar_t* kStates[] = {L"At work", L"Done", L"Interrupted", L"Undone", L"Failed"};
+constexpr const wchar_t* kStates[] = {L"At work", L"Done",        L"Interrupted", L"Undone",
+                                      L"Failed",  L"Partly done", L"Damaged",     L"Dropped"};
 
 std::wstring StateText(CheckpointState state) {
   const auto index = static_cast<std::size_t>(state);
@@ -43,8 +44,9 @@ bool IsChange(const CheckpointRecord& checkpoint) noexcept {
 }
 // Whether the next undo may mean it.
 bool IsLeftToUndo(const CheckpointRecord& checkpoint) noexcept {
-  return IsChange(checkpoint) && (checkpoint.info.state == CheckpointState::kDone ||
-                                  checkpoint.info.state == CheckpointState::kInterrupted);
+  const CheckpointState state = checkpoint.info.state;
+  return IsChange(checkpoint) && (state == CheckpointState::kDone || state == CheckpointState::kInterrupted ||
+                                  state == CheckpointState::kPartlyDone);
 }
 // When it is chosen: something may be left of one that failed.
 bool CanBeUndone(const CheckpointRecord& checkpoint) noexcept {

@@ -27,8 +27,13 @@ class CheckpointList final : public ComObject<ICheckpointList> {
     const IndexedCheckpoint* const row = RowAt(rows_, index);
     if (row == nullptr) return E_INVALIDARG;
     const CheckpointHeader& header = row->contents.header;
-    *info = {header.id, header.undoes, FileTimeOf(header.time),
-             static_cast<std::uint32_t>(row->contents.steps.size()), row->state};
+    *info = {header.id,
+             header.undoes,
+             FileTimeOf(header.time),
+             static_cast<std::uint32_t>(row->contents.steps.size()),
+             row->state,
+             1,
+             {}};
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE GetTitle(std::int32_t index, BoundaryText* title) override {
@@ -108,6 +113,31 @@ HRESULT JournalService::Undo(std::uint32_t id, UndoMode mode, IUndoReport** repo
 
 HRESULT JournalService::Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) {
   return AnswerUndo(Direction::kRedo, id, mode, report);
+}
+
+HRESULT JournalService::BeginAction(const wchar_t* /*title*/) {
+  return E_NOTIMPL;
+}
+
+HRESULT JournalService::EndAction(std::uint32_t* /*id*/) {
+  return E_NOTIMPL;
+}
+
+HRESULT JournalService::GetParts(std::uint32_t /*id*/, ICheckpointList** /*parts*/) {
+  return E_NOTIMPL;
+}
+
+HRESULT JournalService::UndoParts(std::uint32_t /*id*/, const std::uint32_t* /*numbers*/,
+                                  std::int32_t /*count*/, UndoMode /*mode*/, IUndoReport** /*report*/) {
+  return E_NOTIMPL;
+}
+
+HRESULT JournalService::Forget(std::uint32_t /*id*/) {
+  return E_NOTIMPL;
+}
+
+HRESULT JournalService::WouldDrop(std::uint64_t /*bytes*/, ICheckpointList** /*list*/) {
+  return E_NOTIMPL;
 }
 
 }  // namespace smh

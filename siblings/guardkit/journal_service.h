@@ -14,6 +14,13 @@ class JournalService final : public ServiceObject<IJournal> {
   HRESULT STDMETHODCALLTYPE GetInterrupted(ICheckpointList** list) override;
   HRESULT STDMETHODCALLTYPE Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) override;
   HRESULT STDMETHODCALLTYPE Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) override;
+  HRESULT STDMETHODCALLTYPE BeginAction(const wchar_t* title) override;
+  HRESULT STDMETHODCALLTYPE EndAction(std::uint32_t* id) override;
+  HRESULT STDMETHODCALLTYPE GetParts(std::uint32_t id, ICheckpointList** parts) override;
+  HRESULT STDMETHODCALLTYPE UndoParts(std::uint32_t id, const std::uint32_t* numbers, std::int32_t count,
+                                      UndoMode mode, IUndoReport** report) override;
+  HRESULT STDMETHODCALLTYPE Forget(std::uint32_t id) override;
+  HRESULT STDMETHODCALLTYPE WouldDrop(std::uint64_t bytes, ICheckpointList** list) override;
 };
 
 }  // namespace smh
