@@ -1,6 +1,7 @@
 #include "locations/folders/folder_set.h"
 
 #include "core/contracts/boundary_string.h"
+#include "core/contracts/disabled_places.h"
 #include "core/contracts/uDllGlobals.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/folder_access.h"
@@ -34,9 +35,9 @@ std::wstring OwnFolder(const std::wstring& dataFolder) {
 std::vector<std::wstring> DisabledFolders(const std::wstring& startupFolder, const std::wstring& dataFolder,
                                           const std::wstring& ownFolder) {
   if (dataFolder.empty()) return {};
-  std::vector<std::wstring> folders{ownFolder + L"Disabled Startup\\"};
-  if (!startupFolder.empty()) folders.push_back(startupFolder + L"AutorunsDisabled\\");
-  folders.push_back(dataFolder + L"Brisko Software\\Brisko Utilities\\StartUp Manager\\Disabled objects\\");
+  std::vector<std::wstring> folders{std::wstring(ownFolder).append(kDisabledByThis)};
+  if (!startupFolder.empty()) folders.push_back(std::wstring(startupFolder).append(kDisabledInStartup));
+  folders.push_back(std::wstring(dataFolder).append(kDisabledByOthers));
   return folders;
 }
 
