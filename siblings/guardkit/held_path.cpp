@@ -22,7 +22,10 @@ ScopedHandle OpenFolder(const std::wstring& folder, DWORD access) {
 }
 
 ScopedHandle HoldFolder(const std::wstring& folder) {
-  ScopedHandle handle = OpenFolder(folder, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES);
+  ScopedHandle handle = OpenFolder(folder, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES | READ_CONTROL);
+  if (!handle && GetLastError() == ERROR_ACCESS_DENIED) {
+    handle = OpenFolder(folder, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES);
+  }
   // A folder that may not be listed is looked at only: nobody without rights gets to replace it.
   if (!handle && GetLastError() == ERROR_ACCESS_DENIED) handle = OpenFolder(folder, FILE_READ_ATTRIBUTES);
   if (!handle) {

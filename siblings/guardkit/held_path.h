@@ -18,6 +18,10 @@ class HeldPath {
   // ERROR_CANT_ACCESS_FILE for a reparse point, ERROR_PATH_NOT_FOUND for a missing folder.
   explicit HeldPath(const std::wstring& folder, bool make = false);
 
+  // The folder itself, open for reading its contents and, where the system gives them, its owner and rights;
+  // as long as this lives.
+  HANDLE Folder() const noexcept { return folders_.empty() ? nullptr : folders_.back().Get(); }
+
  private:
   std::vector<ScopedHandle> folders_;
 };

@@ -14,8 +14,6 @@ namespace smh {
 
 namespace {
 
-constexpr std::wstring_view kJournalName = L"Journal\\";
-
 bool IsMember(WELL_KNOWN_SID_TYPE group) noexcept {
   alignas(SID) std::byte sid[SECURITY_MAX_SID_SIZE];
   DWORD size = sizeof(sid);
@@ -25,9 +23,9 @@ bool IsMember(WELL_KNOWN_SID_TYPE group) noexcept {
 }
 
 // Where owners and DACLs are not kept, there is nothing to decide by.
-void RequirePrivate(const std::wstring& path) {
+void RequirePrivate(HANDLE folder) {
   try {
-    RequireTrusted(path, kAnyRight);
+    RequireTrusted(folder, kAnyRight);
   } catch (const EOSError&) {
     static const bool keepsAccess = KeepsAccess(ShellFolder(CSIDL_COMMON_APPDATA));
     if (keepsAccess) throw;
@@ -62,7 +60,7 @@ std::wstring JournalPath(JournalKind kind) {
   const int base = kind == JournalKind::kMachine ? CSIDL_COMMON_APPDATA : CSIDL_APPDATA;
   std::wstring path = ProductFolder(base);
   if (path.empty()) RaiseOSError(ERROR_PATH_NOT_FOUND);
-  return path.append(kJournalName);
+  return path.append(kJournalFolderName);
 }
 
 std::wstring CurrentUserSid() {
@@ -84,7 +82,8 @@ std::wstring CurrentUserSid() {
 JournalFolder::JournalFolder(JournalKind kind, std::wstring path) : path_(std::move(path)) {
   if (kind != JournalKind::kMachine) return;
   held_.emplace(path_);
-  RequirePrivate(path_);
+  // By the handle that keeps it in its place: what is checked is what is used.
+  RequirePrivate(held_->Folder());
 }
 
 JournalFolder JournalFolder::Open() {

@@ -12,6 +12,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace smh {
 
@@ -20,6 +21,9 @@ enum class JournalKind {
   kMachine,  // "Quillmark\Startup Manager\Journal" below the common application data
   kUser,     // the same below the user's own
 };
+
+// In the product's data folder.
+inline constexpr std::wstring_view kJournalFolderName = L"Journal\\";
 
 // What decides about the journal: what the calling thread's token, or the process's, is a member of.
 struct TokenFacts {
