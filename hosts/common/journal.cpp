@@ -119,6 +119,8 @@ std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
       return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
     case IJournal::kDamaged:
       return L"its file in the journal is damaged; nothing was changed.";
+    case IJournal::kOutOfReach:
+      return L"it names places that are none of this program; nothing was changed.";
     case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
       return L"there is no such checkpoint.";
     case HRESULT_FROM_WIN32(ERROR_BUSY):

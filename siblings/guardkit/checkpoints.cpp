@@ -79,12 +79,22 @@ OpenCheckpoint::~OpenCheckpoint() {
 
 void OpenCheckpoint::BeginLevel() {
   const Level& outer = levels_.back();
-  levels_.push_back({StepCount(), hasDone_, mayStand_, outer.takesBack, outer.check});
+  levels_.push_back({StepCount(), hasDone_, mayStand_, outer.takesBack, outer.check, outer.source});
 }
 
 bool OpenCheckpoint::EndLevel() noexcept {
   levels_.pop_back();
   return !levels_.empty();
+}
+
+void OpenCheckpoint::SetSource(StepSource source) {
+  levels_.back().source = std::make_shared<const StepSource>(std::move(source));
+}
+
+const StepSource& OpenCheckpoint::SourceOf(const Step& step) const noexcept {
+  static const StepSource none;
+  const StepSource* const source = levels_.back().source.get();
+  return source != nullptr && IsWriting(step) ? *source : none;
 }
 
 std::uint32_t OpenCheckpoint::TakeBack() {

@@ -47,7 +47,7 @@ class OpenCheckpoint {
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
     if (TakesBack()) return isStill() ? change() : ERROR_REVISION_MISMATCH;
-    const std::uint32_t number = file_.AppendStep(step);
+    const std::uint32_t number = file_.AppendStep(step, SourceOf(step));
     mayStand_ = true;
     IChangeCheck* const check = levels_.back().check;
     LSTATUS status = check != nullptr ? check->Check() : ERROR_SUCCESS;
@@ -57,12 +57,15 @@ class OpenCheckpoint {
     return status;
   }
 
-  // Levels nest: one for every begin. An inner one begins with the outer one's check, and takes back when
-  // that does; neither outlives it. EndLevel answers whether a level is left. Raises std::bad_alloc.
+  // Levels nest: one for every begin. An inner one begins with the outer one's check and source, and takes
+  // back when that does; none outlives it. EndLevel answers whether a level is left. Raises std::bad_alloc.
   void BeginLevel();
   bool EndLevel() noexcept;
   // Asked before every change of the innermost level from here on; borrowed, null for nobody.
   void SetCheck(IChangeCheck* check) noexcept { levels_.back().check = check; }
+  // What the innermost level writes from here on is a copy of; see ISafeguard::SetSource. Raises
+  // std::bad_alloc.
+  void SetSource(StepSource source);
   // The change that the innermost level is for failed: from here on its changes take back what was, which are
   // the steps from the answer's number on. Raises std::bad_alloc.
   std::uint32_t TakeBack();
@@ -83,6 +86,9 @@ class OpenCheckpoint {
   void Keep() noexcept { kept_ = true; }
 
  private:
+  // Only what is written has one.
+  const StepSource& SourceOf(const Step& step) const noexcept;
+
   // Read before the lock is taken: it may load a library.
   const Retention retention_ = ReadRetention();
   JournalFolder folder_;
@@ -102,6 +108,7 @@ class OpenCheckpoint {
     // Its own.
     bool takesBack = false;
     IChangeCheck* check = nullptr;
+    std::shared_ptr<const StepSource> source;
   };
   std::vector<Level> levels_{Level{}};
   std::set<std::uint32_t> takenBack_;

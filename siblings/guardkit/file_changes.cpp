@@ -70,6 +70,9 @@ LSTATUS PutBackAside(OpenCheckpoint& checkpoint, const FileStep& step) {
 
 LSTATUS MoveByCopy(OpenCheckpoint& checkpoint, const std::wstring& from, const std::wstring& to,
                    const FileState& file) {
+  if (!IsTemporary(from)) {
+    checkpoint.SetSource({StepSource::Kind::kFile, from, {}, ContentSum(file)});
+  }
   const LSTATUS copied = CopyRecorded(checkpoint, from, to, false);
   if (copied != ERROR_SUCCESS) return copied;
   const FileState copy = ReadFileState(to);

@@ -129,9 +129,9 @@ bool JournalFile::Seek(std::uint64_t to) noexcept {
   return SetFilePointerEx(file_.Get(), place, nullptr, FILE_BEGIN) != FALSE;
 }
 
-std::uint32_t JournalFile::AppendStep(const Step& step) {
+std::uint32_t JournalFile::AppendStep(const Step& step, const StepSource& source) {
   const std::uint64_t before = size_;
-  Append(EncodeStep(steps_, step), kRoomBehindStep);
+  Append(EncodeStep(steps_, step, source), kRoomBehindStep);
   if (FlushFileBuffers(file_.Get()) == FALSE) {
     const DWORD error = GetLastError();
     CutTo(before);

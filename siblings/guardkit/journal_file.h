@@ -46,7 +46,7 @@ class JournalFile {
   std::uint32_t StepCount() const noexcept { return steps_; }
 
   // Answers the step's number in the checkpoint, from 0; the record is on the disk when this returns.
-  std::uint32_t AppendStep(const Step& step);
+  std::uint32_t AppendStep(const Step& step, const StepSource& source = {});
   // Notes the Win32 status that step `number` ended with. Without flushing: a mark that is lost only makes
   // the undo look closer.
   void AppendMark(std::uint32_t number, LSTATUS status) noexcept;

@@ -34,7 +34,8 @@ CheckpointState StateOf(const IndexedCheckpoint& checkpoint) {
   if (contents.finished) return contents.failed ? CheckpointState::kFailed : CheckpointState::kDone;
   // Closed by CloseFailed; what another change brought about since is not its doing. Or by an undo.
   if (checkpoint.name.closed) return CheckpointState::kFailed;
-  LiveSystem system(CurrentUserSid());
+  const UndoReach reach(CurrentUserSid());
+  LiveSystem system(reach);
   return IsAnythingLeft(contents, system) ? CheckpointState::kInterrupted : CheckpointState::kFailed;
 }
 

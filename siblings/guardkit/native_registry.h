@@ -1,5 +1,5 @@
 // Calls of ntdll that the headers of the tool chain leave out: the only ones that tell a key's real name, and
-// that reach values whose names hold NULs.
+// that reach values whose names hold NULs, and how the system compares names.
 #pragma once
 
 #include <windows.h>
@@ -13,6 +13,7 @@ NTSTATUS NTAPI NtQueryKey(HANDLE key, int informationClass, void* information, U
 NTSTATUS NTAPI NtSetValueKey(HANDLE key, UNICODE_STRING* name, ULONG titleIndex, ULONG type, const void* data,
                              ULONG size);
 NTSTATUS NTAPI NtDeleteValueKey(HANDLE key, UNICODE_STRING* name);
+WCHAR NTAPI RtlUpcaseUnicodeChar(WCHAR unit);
 }
 
 namespace smh {

@@ -81,19 +81,26 @@ std::wstring PlaceOf(HKEY key) {
   RaiseOSError(ERROR_NOT_SUPPORTED);
 }
 
+ScopedKey OpenLevel(HKEY parent, const std::wstring& level, REGSAM access) {
+  if (level.empty() || HoldsNul(level)) RaiseOSError(ERROR_NOT_SUPPORTED);
+  if (IsRegistryLink(parent, level, KEY_WOW64_64KEY)) RaiseOSError(ERROR_CANT_ACCESS_FILE);
+  ScopedKey key;
+  // Opened as itself: a link that takes its place between the two calls is not followed either.
+  const LSTATUS status =
+      RegOpenKeyExW(parent, level.c_str(), REG_OPTION_OPEN_LINK, access | KEY_WOW64_64KEY, key.Put());
+  if (status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED) return {};
+  CheckStatus(status);
+  return key;
+}
+
 ScopedKey OpenPlace(const std::wstring& place, REGSAM access) {
   const SplitPlace split = Split(place);
   ScopedKey key;
   for (std::size_t i = 0; i < split.levels.size(); ++i) {
     const HKEY parent = i == 0 ? split.root : key.Get();
     const REGSAM wanted = i + 1 == split.levels.size() ? access | KEY_QUERY_VALUE : KEY_QUERY_VALUE;
-    if (IsRegistryLink(parent, split.levels[i], KEY_WOW64_64KEY)) RaiseOSError(ERROR_CANT_ACCESS_FILE);
-    ScopedKey next;
-    // Opened as itself: a link that takes its place between the two calls is not followed either.
-    const LSTATUS status = RegOpenKeyExW(parent, split.levels[i].c_str(), REG_OPTION_OPEN_LINK,
-                                         wanted | KEY_WOW64_64KEY, next.Put());
-    if (status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED) return {};
-    CheckStatus(status);
+    ScopedKey next = OpenLevel(parent, split.levels[i], wanted);
+    if (!next) return {};
     key = std::move(next);
   }
   return key;

@@ -20,6 +20,9 @@ std::wstring PlaceOf(HKEY key);
 // followed, ERROR_NOT_SUPPORTED for a text that is no place.
 ScopedKey OpenPlace(const std::wstring& place, REGSAM access);
 
+// The same for one level below an open key.
+ScopedKey OpenLevel(HKEY parent, const std::wstring& level, REGSAM access);
+
 // The place without its last level, empty for a bare root, and that level.
 std::wstring ParentPlace(const std::wstring& place);
 std::wstring LastLevel(const std::wstring& place);

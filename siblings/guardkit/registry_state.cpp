@@ -76,11 +76,17 @@ KeyState ReadKeyState(HKEY key) {
   state.exists = true;
   state.className = ClassOf(key);
   state.security = SecurityOf(key);
+  state.values = ReadValues(key);
+  return state;
+}
+
+std::vector<NamedValue> ReadValues(HKEY key) {
+  std::vector<NamedValue> all;
   RegistryValueReader values(key);
   while (values.Next()) {
-    state.values.push_back({std::wstring(values.Name()), values.Type(), ToBytes(values.Data())});
+    all.push_back({std::wstring(values.Name()), values.Type(), ToBytes(values.Data())});
   }
-  return state;
+  return all;
 }
 
 LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) noexcept {

@@ -12,6 +12,7 @@ namespace smh {
 // subkeys. Both raise EOSError when the state cannot be told. Names may hold NULs, here and below.
 ValueState ReadValueState(HKEY key, const std::wstring& name);
 KeyState ReadKeyState(HKEY key);
+std::vector<NamedValue> ReadValues(HKEY key);
 
 // Win32 statuses; ERROR_INVALID_PARAMETER for a name beyond the system's limit of 16383 code units.
 LSTATUS WriteValue(HKEY key, const std::wstring& name, const ValueState& value) noexcept;

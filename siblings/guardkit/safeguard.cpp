@@ -5,6 +5,7 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/copy_source.h"
 #include "siblings/guardkit/file_changes.h"
 #include "siblings/guardkit/undo_runner.h"
 
@@ -73,6 +74,22 @@ LSTATUS Safeguard::SetChangeCheck(IChangeCheck* check) {
     OpenCheckpoint* const checkpoint = g_checkpoints->Current();
     if (checkpoint == nullptr) return ERROR_INVALID_FUNCTION;
     checkpoint->SetCheck(check);
+    return ERROR_SUCCESS;
+  });
+}
+
+LSTATUS Safeguard::SetSource(HKEY key, const wchar_t* name, const wchar_t* path) {
+  return GuardedStatus([&]() -> LSTATUS {
+    OpenCheckpoint* const checkpoint = g_checkpoints->Current();
+    if (checkpoint == nullptr) return ERROR_INVALID_FUNCTION;
+    std::optional<StepSource> source = StepSource();
+    if (key != nullptr) {
+      source = name != nullptr ? SourceAt(key, std::wstring(name)) : SourceAt(key);
+    } else if (path != nullptr) {
+      source = SourceAt(FullPath(path));
+    }
+    if (!source) return ERROR_FILE_NOT_FOUND;
+    checkpoint->SetSource(*std::move(source));
     return ERROR_SUCCESS;
   });
 }

@@ -23,6 +23,7 @@ class Safeguard final : public ServiceObject<ISafeguard> {
   LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) override;
   LSTATUS STDMETHODCALLTYPE FailCheckpoint() override;
   LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) override;
+  LSTATUS STDMETHODCALLTYPE SetSource(HKEY key, const wchar_t* name, const wchar_t* path) override;
 
  private:
   IRegAccess& regAccess_;

@@ -60,11 +60,15 @@ const IndexedCheckpoint* Find(const std::vector<IndexedCheckpoint>& index, Direc
 // and nothing deleted or overwritten any more: the entry may be nowhere else.
 class StepRunner {
  public:
-  StepRunner(OpenCheckpoint& checkpoint, const JournalContents& contents, bool force)
-      : checkpoint_(checkpoint), contents_(contents), force_(force) {}
+  StepRunner(OpenCheckpoint& checkpoint, const JournalContents& contents, const UndoReach& reach, bool force)
+      : checkpoint_(checkpoint), contents_(contents), reach_(reach), force_(force) {
+    LiveSystem system(reach_);
+    sources_ = SourcesOfUndo(contents_.steps, system);
+  }
 
   StepOutcome Run(const PlannedStep& planned) {
-    const Step& step = contents_.steps[planned.number].step;
+    const RecordedStep& recorded = contents_.steps[planned.number];
+    const Step& step = recorded.step;
     const bool isConflict = planned.verdict == Verdict::kConflict;
     if (planned.verdict == Verdict::kNothing) return StepOutcome::kNothing;
     if (planned.verdict == Verdict::kBlocked || (isConflict && !force_)) {
@@ -73,6 +77,9 @@ class StepRunner {
     }
     if (status_ != ERROR_SUCCESS && (isConflict || !OnlyBringsBack(step))) return StepOutcome::kBlocked;
     try {
+      LiveSystem system(reach_);
+      if (!isConflict && !SourceStands(recorded.source, system)) RaiseOSError(ERROR_REVISION_MISMATCH);
+      checkpoint_.SetSource(sources_[planned.number]);
       return UndoStep(checkpoint_, step, isConflict);
     } catch (const EOSError& error) {
       Note(static_cast<LSTATUS>(error.Code()));
@@ -90,14 +97,16 @@ class StepRunner {
 
   OpenCheckpoint& checkpoint_;
   const JournalContents& contents_;
+  const UndoReach& reach_;
   const bool force_;
+  std::vector<StepSource> sources_;
   LSTATUS status_ = ERROR_SUCCESS;
 };
 
 // One call: what it found, planned and did.
 class UndoCall {
  public:
-  UndoCall(Direction direction, UndoMode mode) : direction_(direction), mode_(mode), system_(sid_) {}
+  UndoCall(Direction direction, UndoMode mode) : direction_(direction), mode_(mode) {}
 
   UndoResult Show(std::uint32_t id) {
     const std::optional<JournalFolder> folder = JournalFolder::OpenExisting();
@@ -132,7 +141,12 @@ class UndoCall {
       result_.status = HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED);
       return false;
     }
-    plan_ = PlanUndo(contents_, system_);
+    if (!reach_.Covers(contents_)) {
+      result_.status = IJournal::kOutOfReach;
+      return false;
+    }
+    LiveSystem system(reach_);
+    plan_ = PlanUndo(contents_, system);
     for (const PlannedStep& planned : plan_) {
       result_.steps.push_back(
           {OutcomeOf(planned.verdict), DescribeUndo(contents_.steps[planned.number].step)});
@@ -150,7 +164,7 @@ class UndoCall {
 
   void Execute(OpenCheckpoint& own) {
     try {
-      StepRunner runner(own, contents_, mode_ == UndoMode::kForce);
+      StepRunner runner(own, contents_, reach_, mode_ == UndoMode::kForce);
       for (std::size_t i = 0; i < plan_.size(); ++i) result_.steps[i].outcome = runner.Run(plan_[i]);
       result_.status = HRESULT_FROM_WIN32(static_cast<DWORD>(runner.Status()));
     } catch (...) {
@@ -170,7 +184,7 @@ class UndoCall {
   Direction direction_;
   const UndoMode mode_;
   const std::wstring sid_ = CurrentUserSid();
-  LiveSystem system_;
+  const UndoReach reach_{sid_};
   JournalContents contents_;
   std::vector<PlannedStep> plan_;
   UndoResult result_;
@@ -184,8 +198,10 @@ LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
   if (!contents || contents->steps.size() < first) return ERROR_FILE_CORRUPT;
   contents->steps.erase(contents->steps.begin(),
                         contents->steps.begin() + static_cast<std::ptrdiff_t>(first));
-  LiveSystem system(CurrentUserSid());
-  StepRunner runner(checkpoint, *contents, false);
+  const UndoReach reach(CurrentUserSid());
+  if (!reach.Covers(*contents)) return ERROR_ACCESS_DENIED;
+  LiveSystem system(reach);
+  StepRunner runner(checkpoint, *contents, reach, false);
   for (const PlannedStep& planned : PlanUndo(*contents, system)) runner.Run(planned);
   if (runner.Status() == ERROR_SUCCESS) checkpoint.NoteTakenBack();
   return runner.Status();

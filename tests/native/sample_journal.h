@@ -19,8 +19,8 @@ inline ByteVector Joined(const std::vector<ByteVector>& parts) {
   return all;
 }
 
-// Five steps: a value changed (done), a key deleted (done), a file replaced (failed with status 5), a file
-// moved (without a mark), a key made (done).
+// Five steps: a value changed (done, a copy of another), a key deleted (done), a file replaced (failed with
+// status 5), a file moved (without a mark), a key made (done).
 inline JournalContents SampleJournal() {
   const std::wstring key = L"HKEY_USERS\\S-1-5-21-1\\Software\\K";
   FileState file{
@@ -34,7 +34,10 @@ inline JournalContents SampleJournal() {
   contents.header = {
       7, 3, 0x01DA000000000001, 4711, 0x01D9000000000001, L"S-1-5-21-1", L"Disabling \xD800 x"};
   contents.steps = {
-      {ValueStep{key, L"", {true, 2, BytesOfText("old")}, {true, 1, {}}}, StepMark::kDone, 0},
+      {ValueStep{key, L"", {true, 2, BytesOfText("old")}, {true, 1, {}}},
+       StepMark::kDone,
+       0,
+       {StepSource::Kind::kValue, key + L"\\Source", L"v", 0x11223344}},
       {KeyStep{key, {true, L"class", BytesOfText("sd"), {{L"a", 1, BytesOfText("x")}, {L"b", 4, {}}}}, {}},
        StepMark::kDone, 0},
       {FileStep{L"C:\\a.lnk", file, other}, StepMark::kFailed, 5},
@@ -50,7 +53,7 @@ inline ByteVector Encode(const JournalContents& contents) {
   std::vector<ByteVector> parts = {EncodeBeginning(contents.header)};
   for (std::uint32_t i = 0; i < contents.steps.size(); ++i) {
     const RecordedStep& step = contents.steps[i];
-    parts.push_back(EncodeStep(i, step.step));
+    parts.push_back(EncodeStep(i, step.step, step.source));
     if (step.mark != StepMark::kNone) parts.push_back(EncodeMark(i, step.status));
   }
   if (contents.finished) {

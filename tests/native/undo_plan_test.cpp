@@ -1,10 +1,12 @@
 // What an undo decides, step by step, for every state that it may find.
 
+#include "infra/runtime/ascii_text.h"
 #include "siblings/guardkit/format/undo_plan.h"
 #include "tests/native/sample_journal.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <map>
 #include <stdexcept>
 
@@ -23,7 +25,7 @@ class FakeSystem : public SystemState {
   }
   KeyState Key(const std::wstring& key) override { return Find(keys, key); }
   FileState File(const std::wstring& path) override { return Find(files, path); }
-  bool SameName(std::wstring_view a, std::wstring_view b) override { return a == b; }
+  std::wstring Folded(std::wstring_view name) override { return AsciiLowerCase(name); }
 
  private:
   template <typename State>
@@ -223,6 +225,97 @@ TEST(UndoPlan, StepsThatWereTakenBackAreInNoStepsWay) {
     system.values[L"K|v"] = row.found;
     system.keys[L"K"] = row.found.exists ? KeyWith({{L"v", row.found.type, row.found.data}}) : KeyState{};
     EXPECT_EQ(Plan(row.steps, system), row.plan);
+  }
+}
+
+// A copy is not removed unless its source stands, or stands again when the later steps are undone.
+TEST(UndoPlan, TheOnlyCopyIsNotRemoved) {
+  using Kind = StepSource::Kind;
+  const KeyState key = KeyWith({{L"", 1, BytesOfText("new")}});
+  const struct {
+    Step copy;
+    StepSource source;
+    Step deletion;
+  } rows[] = {
+      {ValueStep{L"K", L"v", {}, Text("new")},
+       {Kind::kValue, L"S", L"V", ContentSum(Text("new"))},
+       ValueStep{L"s", L"v", Text("new"), {}}},
+      {ValueStep{L"K", L"v", {}, Text("new")},
+       {Kind::kKey, L"S", L"", ContentSum(key)},
+       KeyStep{L"S", key, {}}},
+      {KeyStep{L"K", {}, KeyWith({})}, {Kind::kKey, L"S", L"", ContentSum(key)}, KeyStep{L"S", key, {}}},
+      {FileStep{L"f", {}, FileOf('n')},
+       {Kind::kFile, L"g", L"", ContentSum(FileOf('n'))},
+       FileStep{L"g", FileOf('n'), {}}},
+  };
+  for (const auto& row : rows) {
+    FakeSystem system;
+    system.values[L"K|v"] = Text("new");
+    system.keys[L"K"] = KeyWith({});
+    system.files[L"f"] = FileOf('n');
+    const RecordedStep copy{row.copy, StepMark::kDone, 0, row.source};
+    const RecordedStep deletion{row.deletion, StepMark::kDone, 0};
+    EXPECT_EQ(Plan({copy}, system), std::vector{kConflict});
+    EXPECT_EQ(Plan({copy, deletion}, system), (std::vector{kUndo, kUndo}));
+    // Another one of that name is not it.
+    system.values[L"S|V"] = Text("its");
+    system.keys[L"S"] = KeyWith({{L"", 1, BytesOfText("its")}});
+    system.files[L"g"] = FileOf('x');
+    EXPECT_EQ(Plan({copy}, system), std::vector{kConflict});
+    system.values[L"S|V"] = Text("new");
+    system.keys[L"S"] = key;
+    system.files[L"g"] = FileOf('n');
+    EXPECT_EQ(Plan({copy}, system), std::vector{kUndo});
+    // What the undo makes again is a copy of what it removes then.
+    const StepSource of = SourcesOfUndo({copy, deletion}, system).back();
+    const bool isMadeKey = std::holds_alternative<KeyStep>(row.copy);
+    EXPECT_EQ(SourceStands(of, system), true);
+    EXPECT_EQ(of.kind == Kind::kNone, isMadeKey);
+    system.values[L"K|v"] = Text("its");
+    system.files.erase(L"f");
+    EXPECT_EQ(SourceStands(of, system), isMadeKey);
+  }
+  FakeSystem system;
+  system.keys[L"K"] = KeyWith({{L"its", 1, {}}});
+  const StepSource gone{Kind::kKey, L"S", L"", 0};
+  EXPECT_EQ(Plan({{KeyStep{L"K", {}, KeyWith({})}, StepMark::kDone, 0, gone}}, system), std::vector{kUndo});
+}
+
+// Whatever the steps are about, and whether they stand, were taken back, or are in the way of others.
+TEST(UndoPlan, TakesTimeByTheCountOfSteps) {
+  const auto seconds = [](std::size_t count, int kind) {
+    FakeSystem system;
+    system.values[L"K|v"] = Text("first");
+    system.keys[L"K"] = KeyWith({{L"v", 1, BytesOfText("first")}});
+    JournalContents contents;
+    contents.finished = kind == 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::wstring name = L"name " + std::to_wstring(i);
+      const ValueState state = Text(std::to_string(i).c_str());
+      Step step;
+      if (kind == 0) {  // values of one key, all standing
+        system.values[L"K|" + name] = state;
+        step = ValueStep{L"K", name, {}, state};
+      } else if (kind == 1) {  // the same, none standing any more, and not as it was
+        step = ValueStep{L"K", name, Text("before"), state};
+      } else if (kind == 2) {  // one value again and again, back at its first state
+        step = ValueStep{L"K", L"v", i == 0 ? Text("first") : Text(std::to_string(i - 1).c_str()), state};
+      } else if (kind == 3) {  // files
+        system.files[name] = FileOf('f');
+        step = FileStep{name, {}, FileOf('f')};
+      } else {  // keys that were deleted with their values
+        step = KeyStep{name, KeyWith({{L"", 1, BytesOfText("x")}}), {}};
+      }
+      contents.steps.push_back({std::move(step), StepMark::kDone, 0});
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(PlanUndo(contents, system).size(), count);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  for (int kind = 0; kind < 5; ++kind) {
+    const double few = seconds(2'000, kind);
+    // Ten times the steps; a hundred times would be their square.
+    EXPECT_LT(seconds(20'000, kind), 40 * few + 0.2) << kind;
   }
 }
 

@@ -12,13 +12,22 @@ namespace smh::test {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-  static std::atomic<unsigned> count{0};
+namespace {
+
+std::wstring SystemsFolder() {
   wchar_t base[MAX_PATH];
   GetTempPathW(MAX_PATH, base);
   wchar_t full[MAX_PATH];
   GetLongPathNameW(base, full, MAX_PATH);
-  path_ = full;
+  return full;
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(SystemsFolder()) {}
+
+TemporaryFolder::TemporaryFolder(const std::wstring& base) : path_(base) {
+  static std::atomic<unsigned> count{0};
   path_.append(L"smh-").append(std::to_wstring(GetCurrentProcessId())).append(1, L'-');
   path_.append(std::to_wstring(++count));
   std::error_code ignored;

@@ -7,10 +7,12 @@
 
 namespace smh::test {
 
-// A new empty folder on C:, removed with all its contents at the end.
+// A new empty folder on C:, removed with all its contents at the end. In the system's folder for such, or in
+// `base`, which has a trailing backslash.
 class TemporaryFolder {
  public:
   TemporaryFolder();
+  explicit TemporaryFolder(const std::wstring& base);
   ~TemporaryFolder();
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -142,6 +142,10 @@ LSTATUS RecordingSafeguard::SetChangeCheck(IChangeCheck* check) {
   return ERROR_SUCCESS;
 }
 
+LSTATUS RecordingSafeguard::SetSource(HKEY, const wchar_t*, const wchar_t*) {
+  return ERROR_SUCCESS;
+}
+
 LSTATUS RecordingSafeguard::AskCheck() const {
   IChangeCheck* check = nullptr;
   {

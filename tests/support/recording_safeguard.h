@@ -5,7 +5,7 @@
 //   BeginCheckpoint "title" / EndCheckpoint / FailCheckpoint
 //   MoveFile "a" "b" / DeleteFile "a" / CopyFile "a" "b" overwrite 1
 // It records nothing for an undo: FailCheckpoint takes nothing back and says so. The check of a checkpoint is
-// asked before every change in it, without a line.
+// asked before every change in it, without a line; sources leave none either.
 #pragma once
 
 #include "core/contracts/com_object.h"
@@ -38,6 +38,7 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   LSTATUS STDMETHODCALLTYPE CopyRecordedFile(const wchar_t* from, const wchar_t* to, BOOL overwrite) override;
   LSTATUS STDMETHODCALLTYPE FailCheckpoint() override;
   LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) override;
+  LSTATUS STDMETHODCALLTYPE SetSource(HKEY key, const wchar_t* name, const wchar_t* path) override;
 
  private:
   class RegAccess;

@@ -87,6 +87,14 @@ struct StepWriter {
   }
 };
 
+void Write(RecordWriter& out, const StepSource& source) {
+  if (source.kind == StepSource::Kind::kNone) return;
+  out.U8(static_cast<std::uint8_t>(source.kind));
+  out.Text(source.place);
+  out.Text(source.name);
+  out.U32(source.content);
+}
+
 bool ReadFlag(ByteCursor& in) noexcept {
   const std::uint8_t flag = in.U8();
   if (flag > 1) in.Fail();
@@ -125,6 +133,17 @@ void Read(ByteCursor& in, FileState& state) {
     stream.size = in.U64();
     stream.hash = in.Array<sizeof(stream.hash)>();
   }
+}
+
+// Behind a step's fields; nothing there is no source.
+void Read(ByteCursor& in, StepSource& source) {
+  if (in.AtEnd()) return;
+  const std::uint8_t kind = in.U8();
+  if (kind < 1 || kind > static_cast<std::uint8_t>(StepSource::Kind::kFile)) in.Fail();
+  source.kind = static_cast<StepSource::Kind>(kind);
+  source.place = ReadText(in);
+  source.name = ReadText(in);
+  source.content = in.U32();
 }
 
 struct StepReader {
@@ -186,8 +205,10 @@ bool ReadStep(ByteCursor& in, JournalContents& contents) {
   std::optional<Step> step = EmptyStep(in.U8());
   if (!step) return false;
   std::visit(StepReader{in}, *step);
+  StepSource source;
+  Read(in, source);
   if (!in.AtEnd()) return false;
-  contents.steps.push_back({*std::move(step), StepMark::kNone, 0});
+  contents.steps.push_back({*std::move(step), StepMark::kNone, 0, std::move(source)});
   return true;
 }
 
@@ -252,12 +273,13 @@ ByteVector EncodeBeginning(const CheckpointHeader& header) {
   return file.Written();
 }
 
-ByteVector EncodeStep(std::uint32_t number, const Step& step) {
+ByteVector EncodeStep(std::uint32_t number, const Step& step, const StepSource& source) {
   RecordWriter payload;
   payload.U8(kStepRecord);
   payload.U32(number);
   payload.U8(static_cast<std::uint8_t>(step.index()));
   std::visit(StepWriter{payload}, step);
+  Write(payload, source);
   return Framed(payload);
 }
 

@@ -19,8 +19,8 @@ inline constexpr std::uint64_t kLargestJournal = 64u << 20;
 //
 // The beginning of a file: signature and header.
 ByteVector EncodeBeginning(const CheckpointHeader& header);
-// Steps are numbered from 0 in the order of the file.
-ByteVector EncodeStep(std::uint32_t number, const Step& step);
+// Steps are numbered from 0 in the order of the file. A source of no kind leaves no trace.
+ByteVector EncodeStep(std::uint32_t number, const Step& step, const StepSource& source = {});
 // `status` is a Win32 status; 0 marks the step as done. Only kTakenBack is a second mark of the same step.
 inline constexpr std::uint32_t kTakenBack = 1223;  // ERROR_CANCELLED
 ByteVector EncodeMark(std::uint32_t number, std::uint32_t status);

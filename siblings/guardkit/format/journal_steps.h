@@ -100,6 +100,14 @@ struct MoveStep {
 
 using Step = std::variant<ValueStep, KeyStep, FileStep, MoveStep>;
 
+// Whether a step wrote a value, made a key, or made or replaced a file.
+inline bool IsWriting(const Step& step) noexcept {
+  if (const auto* const value = std::get_if<ValueStep>(&step)) return value->after.exists;
+  if (const auto* const key = std::get_if<KeyStep>(&step)) return key->after.exists;
+  const auto* const file = std::get_if<FileStep>(&step);
+  return file != nullptr && file->after.exists;
+}
+
 // What the journal says about a step's call.
 enum class StepMark {
   kNone,    // begun; whether it happened has to be looked up
@@ -107,11 +115,22 @@ enum class StepMark {
   kFailed,  // the system answered that it did not, or it was taken back; what is there decides all the same
 };
 
+// What a step has written a copy of. While that stands the copy may go; otherwise it is all that is left.
+struct StepSource {
+  enum class Kind : std::uint8_t { kNone, kValue, kKey, kFile };
+  Kind kind = Kind::kNone;
+  std::wstring place;         // a key, or a file's path
+  std::wstring name;          // of a value
+  std::uint32_t content = 0;  // what it held: the sum of its state, see ContentSum in undo_plan.h
+  bool operator==(const StepSource&) const = default;
+};
+
 // A step as the journal has it.
 struct RecordedStep {
   Step step;
   StepMark mark = StepMark::kNone;
   std::uint32_t status = 0;  // a Win32 status, of a failed one
+  StepSource source = {};
   bool operator==(const RecordedStep&) const = default;
 };
 

@@ -1,138 +1,37 @@
 #include "siblings/guardkit/format/undo_plan.h"
 
+#include "siblings/guardkit/format/past_state.h"
+#include "siblings/guardkit/format/record_codec.h"
+#include "siblings/guardkit/format/step_history.h"
+
 #include <algorithm>
 #include <exception>
-#include <optional>
+#include <map>
 #include <utility>
 
 namespace smh {
 
 namespace {
 
-// Rows by place and name, in which a row may be missing.
-template <typename State>
-class Rows {
- public:
-  explicit Rows(SystemState& names) : names_(names) {}
-
-  const State* Find(const std::wstring& place, const std::wstring& name = {}) const {
-    for (const Row& row : rows_) {
-      if (names_.SameName(row.place, place) && names_.SameName(row.name, name)) return &row.state;
+template <typename Place>
+bool Stands(const StepSource& source, Place& place) {
+  switch (source.kind) {
+    case StepSource::Kind::kNone:
+      return true;
+    case StepSource::Kind::kValue: {
+      const ValueState value = place.Value(source.place, source.name);
+      return value.exists && ContentSum(value) == source.content;
     }
-    return nullptr;
-  }
-  void Set(const std::wstring& place, const std::wstring& name, const State& state) {
-    std::erase_if(rows_, [&](const Row& row) {
-      return names_.SameName(row.place, place) && names_.SameName(row.name, name);
-    });
-    rows_.push_back({place, name, state});
-  }
-  void Forget(const std::wstring& place) {
-    std::erase_if(rows_, [&](const Row& row) { return names_.SameName(row.place, place); });
-  }
-  template <typename Visitor>
-  void ForEach(const std::wstring& place, Visitor&& visit) const {
-    for (const Row& row : rows_) {
-      if (names_.SameName(row.place, place)) visit(row.name, row.state);
+    case StepSource::Kind::kKey: {
+      const KeyState key = place.Key(source.place);
+      return key.exists && ContentSum(key) == source.content;
+    }
+    case StepSource::Kind::kFile: {
+      const FileState file = place.File(source.place);
+      return file.exists && ContentSum(file) == source.content;
     }
   }
-
- private:
-  struct Row {
-    std::wstring place;
-    std::wstring name;
-    State state;
-  };
-  SystemState& names_;
-  std::vector<Row> rows_;
-};
-
-auto IsNamed(SystemState& names, const std::wstring& name) {
-  return [&](const NamedValue& value) { return names.SameName(value.name, name); };
-}
-
-// The system at some moment before the end of the steps: what undoing the later ones leaves, in front of what
-// is really there. A value is a part of its key.
-class PastState {
- public:
-  explicit PastState(SystemState& system) : system_(system), values_(system), keys_(system), files_(system) {}
-
-  ValueState Value(const std::wstring& key, const std::wstring& name) const {
-    if (const ValueState* const known = values_.Find(key, name)) return *known;
-    const KeyState* const whole = keys_.Find(key);
-    if (whole == nullptr) return system_.Value(key, name);
-    const auto value = std::ranges::find_if(whole->values, IsNamed(system_, name));
-    return value == whole->values.end() ? ValueState{} : ValueState{true, value->type, value->data};
-  }
-  KeyState Key(const std::wstring& key) const {
-    const KeyState* const known = keys_.Find(key);
-    KeyState state = known != nullptr ? *known : system_.Key(key);
-    values_.ForEach(key, [&](const std::wstring& name, const ValueState& value) {
-      std::erase_if(state.values, IsNamed(system_, name));
-      if (!value.exists) return;
-      state.exists = true;
-      state.values.push_back({name, value.type, value.data});
-    });
-    return state;
-  }
-  FileState File(const std::wstring& path) const {
-    const FileState* const known = files_.Find(path);
-    return known != nullptr ? *known : system_.File(path);
-  }
-
-  // Back to the moment before a step.
-  void GoBefore(const ValueStep& step) { values_.Set(step.key, step.name, step.before); }
-  void GoBefore(const KeyStep& step) {
-    values_.Forget(step.key);
-    keys_.Set(step.key, {}, step.before);
-  }
-  void GoBefore(const FileStep& step) { files_.Set(step.path, {}, step.before); }
-  void GoBefore(const MoveStep& step) {
-    files_.Set(step.from, {}, step.file);
-    files_.Set(step.to, {}, FileState{});
-  }
-
- private:
-  SystemState& system_;
-  Rows<ValueState> values_;
-  Rows<KeyState> keys_;
-  Rows<FileState> files_;
-};
-
-// Whether what a step is about is the same in two states.
-bool SameFor(const ValueStep& step, const PastState& a, const PastState& b) {
-  return SameContent(a.Value(step.key, step.name), b.Value(step.key, step.name));
-}
-bool SameFor(const KeyStep& step, const PastState& a, const PastState& b) {
-  return SameContent(a.Key(step.key), b.Key(step.key));
-}
-bool SameFor(const FileStep& step, const PastState& a, const PastState& b) {
-  return SameContent(a.File(step.path), b.File(step.path));
-}
-bool SameFor(const MoveStep& step, const PastState& a, const PastState& b) {
-  return SameContent(a.File(step.from), b.File(step.from)) && SameContent(a.File(step.to), b.File(step.to));
-}
-
-bool IsAfter(const ValueStep& step, const PastState& found) {
-  return SameContent(found.Value(step.key, step.name), step.after);
-}
-// Whatever a key that was made holds now.
-bool IsAfter(const KeyStep& step, const PastState& found) {
-  const KeyState key = found.Key(step.key);
-  if (!step.before.exists) return key.exists;
-  // Also when a part of it has been put back, and the rest was refused.
-  const auto wasThere = [&](const NamedValue& value) {
-    return std::ranges::find(step.before.values, value) != step.before.values.end();
-  };
-  const bool isPart = !step.after.exists && key.exists && key.values.size() < step.before.values.size() &&
-                      std::ranges::all_of(key.values, wasThere);
-  return SameContent(key, step.after) || isPart;
-}
-bool IsAfter(const FileStep& step, const PastState& found) {
-  return SameContent(found.File(step.path), step.after);
-}
-bool IsAfter(const MoveStep& step, const PastState& found) {
-  return !found.File(step.from).exists && SameContent(found.File(step.to), step.file);
+  return false;
 }
 
 bool IsMadeKey(const Step& step) {
@@ -140,13 +39,20 @@ bool IsMadeKey(const Step& step) {
   return key != nullptr && !key->before.exists;
 }
 
+// Which of a step's two states is found, if any.
+struct Comparison {
+  bool isBefore = false;
+  bool isAfter = false;
+};
+
 class Planner {
  public:
   Planner(const JournalContents& checkpoint, SystemState& system)
       : steps_(checkpoint.steps),
         marksCount_(checkpoint.finished && !checkpoint.failed),
-        system_(system),
-        found_(system) {}
+        names_(system),
+        found_(system, names_),
+        history_(steps_, names_) {}
 
   Verdict Plan(std::size_t number) {
     try {
@@ -167,14 +73,46 @@ class Planner {
   // A call may have done what it answered to have refused: only a step that is known to be done leaves a
   // conflict where an old state is there.
   template <typename Kind>
-  Verdict Decide(std::size_t number, const Kind& step) const {
-    PastState then(system_);
-    then.GoBefore(step);
-    const bool isAfter = IsAfter(step, found_);
-    if (SameFor(step, found_, then) && (isAfter || !IsKnownDone(number))) return Verdict::kNothing;
-    if (isAfter) return Verdict::kUndo;
-    const bool isOlder = !IsKnownDone(number) && IsOlder(number, step, std::move(then));
+  Verdict Decide(std::size_t number, const Kind& step) {
+    const auto [isBefore, isAfter] = Compare(step);
+    if (isBefore && (isAfter || !IsKnownDone(number))) return Verdict::kNothing;
+    if (isAfter) return IsOnlyCopy(number) ? Verdict::kConflict : Verdict::kUndo;
+    const bool isOlder = !IsKnownDone(number) && IsOlder(number, step);
     return isOlder ? Verdict::kNothing : Verdict::kConflict;
+  }
+
+  Comparison Compare(const ValueStep& step) {
+    const ValueState value = found_.Value(step.key, step.name);
+    return {SameContent(value, step.before), SameContent(value, step.after)};
+  }
+  // One that was made counts whatever it holds now.
+  Comparison Compare(const KeyStep& step) {
+    if (!step.before.exists) {
+      const bool exists = found_.KeyExists(step.key);
+      return {!exists, exists};
+    }
+    const KeyState key = found_.Key(step.key);
+    // Also when a part of it has been put back, and the rest was refused.
+    const bool isPart = !step.after.exists && key.exists && key.values.size() < step.before.values.size() &&
+                        IsPartOf(key, step.before);
+    return {SameContent(key, step.before), SameContent(key, step.after) || isPart};
+  }
+  Comparison Compare(const FileStep& step) {
+    const FileState file = found_.File(step.path);
+    return {SameContent(file, step.before), SameContent(file, step.after)};
+  }
+  Comparison Compare(const MoveStep& step) {
+    const FileState from = found_.File(step.from);
+    const FileState to = found_.File(step.to);
+    return {SameContent(from, step.file) && !to.exists, !from.exists && SameContent(to, step.file)};
+  }
+
+  static bool IsPartOf(const KeyState& key, const KeyState& whole) {
+    std::vector<NamedValue> part = key.values;
+    std::vector<NamedValue> all = whole.values;
+    std::ranges::sort(part);
+    std::ranges::sort(all);
+    return std::ranges::includes(all, part);
   }
 
   // A key that was made and has gone is no conflict either.
@@ -182,22 +120,34 @@ class Planner {
     return marksCount_ && steps_[number].mark == StepMark::kDone && !IsMadeKey(steps_[number].step);
   }
 
-  // Whether what is found is what was before some earlier step, which was taken back with this one; `then` is
-  // what was before this one.
-  template <typename Kind>
-  bool IsOlder(std::size_t number, const Kind& step, PastState then) const {
-    while (number-- > 0) {
-      std::visit([&then](const auto& earlier) { then.GoBefore(earlier); }, steps_[number].step);
-      if (SameFor(step, found_, then)) return true;
-    }
-    return false;
+  // Whether what is found was there before an earlier step, which was taken back with this one.
+  bool IsOlder(std::size_t number, const ValueStep& step) {
+    return history_.HasStood(found_.Value(step.key, step.name), number, step);
+  }
+  bool IsOlder(std::size_t number, const KeyStep& step) {
+    return history_.HasStood(found_.Key(step.key), number, step);
+  }
+  bool IsOlder(std::size_t number, const FileStep& step) {
+    return history_.HasStood(found_.File(step.path), number, step);
+  }
+  bool IsOlder(std::size_t number, const MoveStep& step) {
+    return history_.HasStood(found_.File(step.from), found_.File(step.to), number, step);
+  }
+
+  // Whether undoing would remove a copy whose source has gone. A key that holds values stays anyway.
+  bool IsOnlyCopy(std::size_t number) {
+    const RecordedStep& recorded = steps_[number];
+    if (Stands(recorded.source, found_)) return false;
+    const auto* const key = std::get_if<KeyStep>(&recorded.step);
+    return key == nullptr || found_.Key(key->key).values.empty();
   }
 
   const std::vector<RecordedStep>& steps_;
   // Otherwise no step is known to be done.
   const bool marksCount_;
-  SystemState& system_;
+  NameNumbers names_;
   PastState found_;
+  StepHistory history_;
 };
 
 bool StaysAsItIs(const Step& step, SystemState& system) {
@@ -220,6 +170,74 @@ bool SameContent(const KeyState& a, const KeyState& b) {
 
 bool SameContent(const FileState& a, const FileState& b) {
   return a.exists == b.exists && a.streams == b.streams;
+}
+
+std::uint32_t ContentSum(const ValueState& state) {
+  RecordWriter fields;
+  if (state.exists) {
+    fields.U32(state.type);
+    fields.Put(state.data);
+  }
+  return Checksum(fields.Written());
+}
+
+std::uint32_t ContentSum(const KeyState& state) {
+  std::vector<NamedValue> values = state.values;
+  std::ranges::sort(values);
+  RecordWriter fields;
+  fields.U8(state.exists ? 1 : 0);
+  for (const NamedValue& value : values) {
+    fields.Text(value.name);
+    fields.U32(value.type);
+    fields.Block(value.data);
+  }
+  return Checksum(fields.Written());
+}
+
+std::uint32_t ContentSum(const FileState& state) {
+  RecordWriter fields;
+  fields.U8(state.exists ? 1 : 0);
+  for (const StreamState& stream : state.streams) {
+    fields.Text(stream.name);
+    fields.U64(stream.size);
+    fields.Put(stream.hash);
+  }
+  return Checksum(fields.Written());
+}
+
+bool SourceStands(const StepSource& source, SystemState& system) {
+  return Stands(source, system);
+}
+
+std::vector<StepSource> SourcesOfUndo(const std::vector<RecordedStep>& steps, SystemState& system) {
+  NameNumbers names(system);
+  // What was written last as a copy, by its source: the kind, the place and the value's name.
+  using Key = std::pair<StepSource::Kind, std::uint64_t>;
+  std::map<Key, StepSource> copies;
+  std::vector<StepSource> sources;
+  for (const RecordedStep& recorded : steps) {
+    const auto copyOf = [&](StepSource::Kind kind, const std::wstring& place, const std::wstring& name) {
+      const auto copy = copies.find({kind, names.OfValue(place, name)});
+      return copy == copies.end() ? StepSource() : copy->second;
+    };
+    StepSource& source = sources.emplace_back();
+    const StepSource& of = recorded.source;
+    StepSource copy;
+    if (const auto* const value = std::get_if<ValueStep>(&recorded.step)) {
+      source = copyOf(StepSource::Kind::kValue, value->key, value->name);
+      if (source.kind == StepSource::Kind::kNone) source = copyOf(StepSource::Kind::kKey, value->key, {});
+      copy = {StepSource::Kind::kValue, value->key, value->name, ContentSum(value->after)};
+    } else if (const auto* const key = std::get_if<KeyStep>(&recorded.step)) {
+      source = copyOf(StepSource::Kind::kKey, key->key, {});
+      continue;
+    } else if (const auto* const file = std::get_if<FileStep>(&recorded.step)) {
+      source = copyOf(StepSource::Kind::kFile, file->path, {});
+      copy = {StepSource::Kind::kFile, file->path, {}, ContentSum(file->after)};
+    }
+    if (of.kind == StepSource::Kind::kNone || copy.kind == StepSource::Kind::kNone) continue;
+    copies[{of.kind, names.OfValue(of.place, of.name)}] = std::move(copy);
+  }
+  return sources;
 }
 
 std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState& system) {

@@ -101,6 +101,9 @@ struct IJournal : IUnknown {
   static constexpr HRESULT kConflict = static_cast<HRESULT>(0x80040201);
   static constexpr HRESULT kWrongState = static_cast<HRESULT>(0x80040202);
   static constexpr HRESULT kDamaged = static_cast<HRESULT>(0x80040203);
+  // A step names something that is neither a start-up location nor the program's own: nothing is undone, in
+  // no mode.
+  static constexpr HRESULT kOutOfReach = static_cast<HRESULT>(0x80040204);
 
   // 1: oldest first, those that were dropped in front; empty without a journal. A file that cannot be read
   // costs its own row only.

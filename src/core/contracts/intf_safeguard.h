@@ -108,6 +108,12 @@ struct ISafeguard : IUnknown {
   // the check that was asked before is asked again. Null asks nobody. It is borrowed until then. Slot 7 does
   // not ask it. ERROR_INVALID_FUNCTION without a begin.
   virtual LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) = 0;
+  // 9: what is written in this thread's innermost level from here on, inner ones included, is a copy of that
+  // value, of that key (`name` null), or of the file at `path` (`key` null); of nothing when both are null.
+  // It is read now and must be there: ERROR_FILE_NOT_FOUND. `key` is the caller's and open for KEY_READ. An
+  // undo that would remove what was written looks whether the source stands as it was: the only copy stays.
+  // ERROR_INVALID_FUNCTION without a begin.
+  virtual LSTATUS STDMETHODCALLTYPE SetSource(HKEY key, const wchar_t* name, const wchar_t* path) = 0;
 };
 
 }  // namespace smh

@@ -1,6 +1,7 @@
 // A key and a folder of a test's own, changed through the backup service; and system calls that fail.
 #pragma once
 
+#include "siblings/common/product.h"
 #include "tests/siblings/guardkit/journal_fixture.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
@@ -10,7 +11,8 @@ namespace smh::test {
 
 class JournalChanges : public JournalTest {
  protected:
-  static constexpr wchar_t kTree[] = L"Software\\SmhJournalTest";
+  // Where an undo may change it.
+  static constexpr const wchar_t* kTree = kReachedTree;
 
   LSTATUS Set(const std::wstring& sub, const std::wstring& name, const RawValue& value) {
     return guardkit_.Set(HKEY_CURRENT_USER, tree_.PathOf(sub), name, value);
@@ -31,7 +33,7 @@ class JournalChanges : public JournalTest {
   std::string Everything() const { return Registry() + Files(); }
 
   const RegistryTree tree_{kTree};
-  const TemporaryFolder folder_;
+  const TemporaryFolder folder_{DataFolder()};
 };
 
 inline BOOL WINAPI DiskIsFull(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {

@@ -237,7 +237,7 @@ TEST_F(FailedCheckpoint, InnerOneOnAFullDiskLeavesNothingThatUndoRefuses) {
 LSTATUS WINAPI SetAndMeddle(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                             DWORD size) {
   static const auto real = RealFunction<decltype(RegSetValueExW)>(L"advapi32.dll", "RegSetValueExW");
-  test::SetValue(HKEY_CURRENT_USER, L"Software\\SmhJournalTest", L"changed", Sz(L"its"));
+  test::SetValue(HKEY_CURRENT_USER, kReachedTree, L"changed", Sz(L"its"));
   return real(key, name, reserved, type, data, size);
 }
 

@@ -103,6 +103,11 @@ TEST_F(JournalFiles, AnotherVolumeIsReachedByACopy) {
   QueryPerformanceCounter(&now);
   const std::wstring other = L"Z:\\dev\\shm\\smh-journal-test-" + std::to_wstring(now.QuadPart);
   ASSERT_TRUE(CreateDirectoryW(other.c_str(), nullptr));
+  // A Startup folder that was led there: others an undo leaves alone.
+  const wchar_t* const folders =
+      L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
+  const SavedKey saved(HKEY_CURRENT_USER, folders);
+  SetValue(HKEY_CURRENT_USER, folders, L"Startup", Sz(other));
   const std::wstring file = folder_.Write(L"file", "content");
   SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
   const std::string before = Files();

@@ -14,6 +14,10 @@
 
 namespace smh::test {
 
+// Below a location whose entries are keys, within an undo's reach.
+inline constexpr wchar_t kReachedTree[] =
+    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Browser Helper Objects\\SmhJournalTest";
+
 struct ListedCheckpoint {
   std::uint32_t id;
   CheckpointState state;

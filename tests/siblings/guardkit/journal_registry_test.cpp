@@ -1,15 +1,18 @@
 // Registry changes recorded, undone and redone, in every hive and view.
+#include "infra/files/file_facts.h"
 #include "siblings/guardkit/format/journal_format.h"
+#include "siblings/guardkit/undo_reach.h"
 #include "tests/siblings/guardkit/changes_fixture.h"
 
 #include <sddl.h>
+#include <shlobj.h>
 
 #include <atomic>
 
 namespace smh::test {
 namespace {
 
-constexpr wchar_t kTree[] = L"Software\\SmhJournalTest";
+constexpr const wchar_t* kTree = kReachedTree;
 
 struct Place {
   const char* name;
@@ -220,37 +223,84 @@ TEST_F(JournalTest, TargetInAnotherHiveIsFlushedBeforeItsSourceGoes) {
   });
 }
 
-// Journals that this user, or nobody who is asked, has written.
-TEST_F(JournalTest, StepsOfAnotherUserAreRefused) {
-  const struct {
-    const wchar_t* user;
-    const wchar_t* key;
-    HRESULT result;
-  } rows[] = {
-      {L"S-1-5-21-9-9-9-1001", L"HKEY_LOCAL_MACHINE\\Software\\SmhJournalTest",
-       HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)},
-      {nullptr, L"HKEY_USERS\\S-1-5-21-9-9-9-1001\\Software\\SmhJournalTest", IJournal::kConflict},
-      {nullptr, L"HKEY_CLASSES_ROOT\\SmhJournalTest", IJournal::kConflict},
-      {nullptr, L"HKEY_LOCAL_MACHINE\\Software\\\\SmhJournalTest", IJournal::kConflict},
-      {nullptr, L"", IJournal::kConflict},
+// Journals that another user, or somebody with a plan, has written.
+TEST_F(JournalTest, WhatIsOutOfReachIsRefusedWhole) {
+  const std::wstring machine = L"HKEY_LOCAL_MACHINE\\Software\\";
+  const std::wstring own = L"HKEY_USERS\\" + CurrentUserSid() + L"\\Software\\";
+  const std::wstring windows = L"Microsoft\\Windows\\CurrentVersion\\";
+  const ValueState text{true, REG_SZ, {}};
+  const auto value = [&](const std::wstring& key) { return ValueStep{key, L"v", text, {}}; };
+  const auto file = [&](const std::wstring& path) { return FileStep{path, {}, {}}; };
+  const KeyState key{true, L"", {}, {{L"v", REG_SZ, {}}}};
+  const std::wstring startup = ShellFolder(CSIDL_STARTUP) + L"\\";
+  const RecordedStep good{value(own + windows + L"Run"), StepMark::kDone, 0};
+  const RecordedStep out[] = {
+      {value(machine + L"SmhJournalTest")},
+      {value(machine + L"\\" + windows + L"Run")},
+      {value(machine + windows + L"Run\\Below")},
+      {value(machine + windows + L"Policies\\Run")},
+      {value(machine + windows + L"Explorer\\StartupApproved")},
+      {value(machine + L"Classes\\*\\shellex")},
+      {value(L"HKEY_USERS\\S-1-5-21-9-9-9-1001\\Software\\" + windows + L"Run")},
+      {value(L"HKEY_CLASSES_ROOT\\*\\shellex\\ContextMenuHandlers\\x")},
+      {value(L"")},
+      {KeyStep{machine + windows + L"RunOnce", key, {}}},
+      {KeyStep{machine + L"Classes", {}, key}},
+      {file(L"C:\\Windows\\system32\\x.dll")},
+      {file(startup + L"..\\x.lnk")},
+      {file(startup + L"below\\x.lnk")},
+      {file(startup + L"x.lnk:stream")},
+      {file(startup + L"x.lnk ")},
+      {file(L"\\\\?\\" + startup + L"x.lnk")},
+      {file(L"x.lnk")},
+      {file(DataFolder() + L"Journal\\00000002.journal")},
+      {MoveStep{startup + L"x.lnk", L"C:\\x.lnk", {}}},
+      {MoveStep{L"C:\\x.lnk", startup + L"x.lnk", {}}},
+      {good.step, StepMark::kDone, 0, {StepSource::Kind::kFile, L"\\\\server\\share\\x", {}, 0}},
   };
+  const UndoReach reach(CurrentUserSid());
+  for (const RecordedStep& step : out) {
+    EXPECT_FALSE(reach.Covers(step)) << (&step - out);
+    EXPECT_FALSE(reach.Covers(JournalContents{.header = {}, .steps = {good, step, good}}));
+  }
+  const RecordedStep within[] = {
+      good,
+      {value(machine + L"Wow6432Node\\" + windows + L"RUN\\Disabled (Startup Manager)")},
+      {value(machine + windows + L"Run-")},
+      {value(machine + L"Classes\\*\\shellex\\ContextMenuHandlers\\x\\below")},
+      {KeyStep{
+          L"HKEY_USERS\\" + CurrentUserSid() + L"_Classes\\*\\shellex\\ContextMenuHandlers\\x", key, {}}},
+      {KeyStep{own + L"Microsoft\\Internet Explorer", {}, {true, L"", {}, {}}}},
+      {value(machine + windows + L"Explorer\\StartupApproved\\Run32")},
+      {file(startup + L"AutorunsDisabled\\x.lnk")},
+      {MoveStep{
+          ShellFolder(CSIDL_COMMON_STARTUP) + L"\\x.lnk", DataFolder() + L"Disabled Startup\\x.lnk", {}}},
+  };
+  for (const RecordedStep& step : within) EXPECT_TRUE(reach.Covers(step)) << (&step - within);
+
+  const struct {
+    std::wstring user;
+    Step step;
+    HRESULT result;
+  } rows[] = {{L"S-1-5-21-9-9-9-1001", good.step, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED)},
+              {CurrentUserSid(), out[0].step, IJournal::kOutOfReach}};
   for (const auto& row : rows) {
     ClearJournal();
     Checkpoint([] {});
     CheckpointHeader header;
     header.id = 1;
-    header.user = row.user != nullptr ? row.user : CurrentUserSid();
-    const ValueStep step{row.key, L"v", {true, REG_SZ, {}}, {}};
-    std::string file;
+    header.user = row.user;
+    std::string contents;
     for (const ByteVector& part :
-         {EncodeBeginning(header), EncodeStep(0, step), EncodeMark(0, 0), EncodeEnd(1)}) {
-      file.append(reinterpret_cast<const char*>(part.data()), part.size());
+         {EncodeBeginning(header), EncodeStep(0, row.step), EncodeMark(0, 0), EncodeEnd(1)}) {
+      contents.append(reinterpret_cast<const char*>(part.data()), part.size());
     }
-    WriteFileBytes(JournalFolderPath() + L"\\00000001.journal", file);
-    EXPECT_EQ(guardkit_.Undo(1).result, row.result) << row.key;
-    guardkit_.Undo(1, UndoMode::kForce);
+    WriteFileBytes(JournalFolderPath() + L"\\00000001.journal", contents);
+    for (const UndoMode mode : {UndoMode::kShow, UndoMode::kRun, UndoMode::kForce}) {
+      EXPECT_EQ(guardkit_.Undo(1, mode).result, row.result);
+    }
   }
-  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, kTree));
+  EXPECT_FALSE(KeyIsThere(HKEY_LOCAL_MACHINE, L"Software\\SmhJournalTest"));
 }
 
 }  // namespace

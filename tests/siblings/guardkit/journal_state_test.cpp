@@ -36,7 +36,7 @@ class JournalRetention : public JournalTest {
     return count;
   }
 
-  TemporaryFolder folder_;
+  TemporaryFolder folder_{DataFolder()};
   const RegistryTree settings_{L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe"};
 };
 
