@@ -56,6 +56,8 @@ VARIANT AddressFact(const TStartupItem& item, const SharedValueAddress& address,
 VARIANT ItemFactValue(const TStartupItem& item, std::int32_t index) {
   if (index == kFactLocation) return NumberVariant(item.Location());
   if (index == kFactDisabledBy) return DisabledByVariant(item);
+  if (index == kFactTwinCommand)
+    return item.Twin() == kTwinOther ? TextVariant(item.TwinText()) : NullVariant();
   return item.Get([&](const ItemState& state) {
     const VARIANT value = DetailFactValue(state.details, index);
     if (value.vt != VT_NULL || state.address.root == nullptr) return value;

@@ -111,17 +111,28 @@ void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {
   MarkChanged();
 }
 
-void TStartupItem::SetTwin(ItemTwin twin) {
-  if (twin_.exchange(twin) != twin && !NeedsExtendedInfo()) MarkChanged();
+void TStartupItem::SetTwin(ItemTwin twin, std::wstring_view text) {
+  bool isAnother = twin_.exchange(twin) != twin;
+  if (isAnother || twin == kTwinOther) {
+    ScopedLock lock(Lock);
+    isAnother = isAnother || twinText_ != text;
+    if (twinText_ != text) twinText_ = SharedText(text);
+  }
+  if (isAnother && !NeedsExtendedInfo()) MarkChanged();
 }
 
-void TStartupItem::MarkTwin(unsigned load, ItemTwin twin) {
+SharedText TStartupItem::TwinText() const {
+  ScopedLock lock(Lock);
+  return twinText_;
+}
+
+void TStartupItem::MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text) {
   twinIn_ = load;
-  SetTwin(twin);
+  SetTwin(twin, text);
 }
 
 void TStartupItem::EndTwin(unsigned load) {
-  if (twinIn_ != load) SetTwin(kTwinNone);
+  if (twinIn_ != load) SetTwin(kTwinNone, {});
 }
 
 void TStartupItem::ReadExtendedInfo() {

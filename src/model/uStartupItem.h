@@ -93,10 +93,11 @@ class TStartupItem {
   // What that load has found at the item's place in the 32-bit view, and the end of the load, for an item of
   // which it has found nothing there. The reader's thread only; EndTwin under the item-list lock. An item
   // whose twin comes, goes or turns into another is marked changed, unless its extended information is still
-  // to come.
-  void MarkTwin(unsigned load, ItemTwin twin);
+  // to come. `text` is the twin's of kTwinOther, else empty.
+  void MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text);
   void EndTwin(unsigned load);
   ItemTwin Twin() const noexcept { return twin_.load(); }
+  SharedText TwinText() const;
 
   // The reader's thread only. Touches the disk without holding a lock; a failure is logged and the item
   // stays; EAbort passes, and is raised as by UpdateCommand.
@@ -140,7 +141,7 @@ class TStartupItem {
   ItemDetails DetailsOf(std::wstring_view command) const;
   std::optional<ItemDetails> DetailsUnlessHeld(std::wstring_view command);
   void TakeOver(ItemDetails details);
-  void SetTwin(ItemTwin twin);
+  void SetTwin(ItemTwin twin, std::wstring_view text);
 
   // What every look at the list reads lies together.
   std::atomic<int> position_{-1};
@@ -154,6 +155,7 @@ class TStartupItem {
   ItemState state_;
   bool needsExtendedInfo_ = true;
   bool isLinkHeld_ = false;
+  SharedText twinText_;
   // Counts changes of the command and of the place, so that facts read before are dropped.
   unsigned revision_ = 0;
   std::atomic<std::int32_t> changedMark_{0};

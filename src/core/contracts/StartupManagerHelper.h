@@ -117,6 +117,9 @@ enum ItemFact : std::int32_t {
   // VT_BSTR: empty while enabled; kDisabledByUs; else the side key or the folder of another tool.
   kFactDisabledBy = 8,
   kFactTwin = 9,  // VT_I4: an ItemTwin
+  // VT_BSTR: the command, or what an entry without one has given, that stands there for kTwinOther; VT_NULL
+  // else.
+  kFactTwinCommand = 10,
 };
 
 // Whether the file is there. One out of reach may be: its share or network drive did not answer.

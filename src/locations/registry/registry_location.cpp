@@ -230,19 +230,19 @@ ItemRef TLocationRegistry::ShownByMainView(RegistryLoad& load, const Place& plac
 }
 
 // The file of a class may differ from view to view: there the text is all that counts.
-ItemTwin TLocationRegistry::TwinOf(const TStartupItem& main, const SeenEntry& seen) const {
+void TLocationRegistry::MarkTwin(TStartupItem& main, unsigned load, const SeenEntry& seen) const {
   const bool isCommand = Row().family == LocationFamily::kRunKey;
-  return main.Get([&](const ItemState& state) {
-    const bool isSame =
-        isCommand ? SameText(state.details.Command, seen.command) : SameText(state.givenText, seen.caption);
-    return isSame ? kTwinSame : kTwinOther;
+  const std::wstring_view text = isCommand ? seen.command : seen.caption;
+  const bool isSame = main.Get([&](const ItemState& state) {
+    return SameText(isCommand ? state.details.Command : state.givenText, text);
   });
+  main.MarkTwin(load, isSame ? kTwinSame : kTwinOther, isSame ? std::wstring_view() : text);
 }
 
 bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
   // Also one that is listed itself: the other has come to stand there since.
   if (const ItemRef main = ShownByMainView(load, place, seen)) {
-    main->MarkTwin(load.number, TwinOf(*main, seen));
+    MarkTwin(*main, load.number, seen);
     return true;
   }
   AssignFullValuePath(load.path, place.view, place.root, seen.key, seen.shownName);

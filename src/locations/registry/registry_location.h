@@ -137,7 +137,7 @@ class TLocationRegistry : public TLocationStartup {
   bool HasMainChanged(const Place& place) const;
   // The item of the 64-bit view that an entry of the plain one is listed with; null for one of its own.
   ItemRef ShownByMainView(RegistryLoad& load, const Place& place, const SeenEntry& seen) const;
-  ItemTwin TwinOf(const TStartupItem& main, const SeenEntry& seen) const;
+  void MarkTwin(TStartupItem& main, unsigned load, const SeenEntry& seen) const;
   bool EntriesAreKeys() const noexcept { return FamilyOf(Row()).entriesAreKeys; }
 
   bool HaveClassesChanged();
