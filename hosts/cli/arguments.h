@@ -4,6 +4,7 @@
 
 #include "hosts/cli/item_selector.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,13 +25,23 @@ struct Arguments {
   bool all = false;                     // --all
   std::optional<bool> enabled;          // --enabled, --disabled
   OutputFormat format = OutputFormat::kTable;
-  std::optional<unsigned> seconds;  // --seconds
-  unsigned id = 0;                  // ID, a checkpoint; 0 without one
-  bool show = false;                // --show
-  bool force = false;               // --force
+  std::optional<unsigned> seconds;    // --seconds
+  std::vector<std::uint32_t> ids;     // ID..., checkpoints
+  std::vector<std::wstring> only;     // --only
+  std::optional<unsigned> keep;       // --keep
+  std::optional<unsigned> days;       // --days
+  std::optional<unsigned> limit;      // --limit
+  bool show = false;                  // --show
+  bool force = false;                 // --force
+  bool yes = false;                   // --yes
+  bool quiet = false;                 // --quiet
+  std::vector<std::wstring> columns;  // --columns, each by itself
+  std::wstring output;                // --output; empty for standard output
 
   // Which entries `list` and `watch` show.
   ItemFilter Filter() const { return {all, locations, enabled}; }
+  // The one ID of a command that takes one; 0 without one.
+  std::uint32_t Id() const { return ids.empty() ? 0 : ids.front(); }
   // The one --location of a command that takes one.
   std::optional<std::int32_t> Location() const {
     return locations.empty() ? std::nullopt : std::optional(locations.front());

@@ -4,6 +4,8 @@
 #include "hosts/common/text_encoding.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 namespace smh {
 
@@ -11,6 +13,7 @@ namespace {
 
 // A console takes no more than 64 KB in one call.
 constexpr std::size_t kConsoleChunk = 8192;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsConsole(HANDLE stream) noexcept {
   DWORD mode = 0;
@@ -30,8 +33,7 @@ bool WriteToConsole(HANDLE stream, std::wstring_view text) {
   return true;
 }
 
-bool WriteToFile(HANDLE stream, std::wstring_view text) {
-  const std::string bytes = ToUtf8(text);
+bool WriteToFile(HANDLE stream, std::string_view bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
     DWORD written = 0;
     if (!WriteFile(stream, bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &written, nullptr) ||
@@ -45,31 +47,105 @@ bool WriteToFile(HANDLE stream, std::wstring_view text) {
 
 bool Write(DWORD stream, std::wstring_view text) {
   const HANDLE handle = GetStdHandle(stream);
-  return IsConsole(handle) ? WriteToConsole(handle, text) : WriteToFile(handle, text);
+  return IsConsole(handle) ? WriteToConsole(handle, text) : WriteToFile(handle, ToUtf8(text));
 }
+
+bool IsClosedPipe(DWORD error) noexcept {
+  return error == ERROR_NO_DATA || error == ERROR_BROKEN_PIPE || error == ERROR_PIPE_NOT_CONNECTED;
+}
+
+// The console's mode outlives the program unless it is put back.
+class ColourMode {
+ public:
+  ~ColourMode() {
+    if (console_ != nullptr) SetConsoleMode(console_, mode_);
+  }
+  bool Enter(HANDLE console) noexcept {
+    if (console_ != nullptr) return true;
+    if (!GetConsoleMode(console, &mode_)) return false;
+    if (!SetConsoleMode(console, mode_ | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) return false;
+    console_ = console;
+    return true;
+  }
+
+ private:
+  HANDLE console_ = nullptr;
+  DWORD mode_ = 0;
+};
+
+OutputFile* g_outputFile = nullptr;
+bool g_isOutputClosed = false;
+bool g_isQuiet = false;
 
 }  // namespace
 
 std::size_t ConsoleWidth() noexcept {
   CONSOLE_SCREEN_BUFFER_INFO info;
   const HANDLE handle = GetStdHandle(STD_OUTPUT_HANDLE);
-  if (!IsConsole(handle) || !GetConsoleScreenBufferInfo(handle, &info)) return 0;
+  if (g_outputFile != nullptr || !IsConsole(handle) || !GetConsoleScreenBufferInfo(handle, &info)) return 0;
   const int width = info.srWindow.Right - info.srWindow.Left;
   return width > 0 ? static_cast<std::size_t>(width) : 0;
 }
 
+bool WantsColours() noexcept {
+  if (g_outputFile != nullptr || GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) > 1) return false;
+  static constinit ColourMode mode;
+  return mode.Enter(GetStdHandle(STD_OUTPUT_HANDLE));
+}
+
+OutputFile::OutputFile(std::wstring path, bool hasMark) : path_(std::move(path)), hasMark_(hasMark) {
+  g_outputFile = this;
+}
+
+OutputFile::~OutputFile() {
+  g_outputFile = nullptr;
+}
+
+void OutputFile::Write(std::wstring_view text) {
+  bool isWritten = true;
+  if (!file_) {
+    file_.Reset(CreateFileW(path_.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr));
+    isWritten = file_ && (!hasMark_ || WriteToFile(file_.Get(), kByteOrderMark));
+  }
+  if (isWritten && WriteToFile(file_.Get(), ToUtf8(text))) return;
+  const DWORD error = GetLastError();
+  throw HostError(L"Cannot write the file \"" + path_ + L"\": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+}
+
 void WriteOutput(std::wstring_view text) {
-  if (!Write(STD_OUTPUT_HANDLE, text)) {
-    const DWORD error = GetLastError();
-    throw HostError(L"Cannot write the output: " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  if (g_outputFile != nullptr) return g_outputFile->Write(text);
+  if (g_isOutputClosed || Write(STD_OUTPUT_HANDLE, text)) return;
+  const DWORD error = GetLastError();
+  g_isOutputClosed = IsClosedPipe(error);
+  if (g_isOutputClosed) return;
+  throw HostError(L"Cannot write the output: " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+}
+
+bool IsOutputClosed() noexcept {
+  return g_isOutputClosed;
+}
+
+void BeQuiet() noexcept {
+  g_isQuiet = true;
+}
+
+void WriteMessage(std::wstring_view text, std::span<const std::wstring> lines) noexcept {
+  if (g_isQuiet) return;
+  try {
+    WriteError(HostError(text, lines).Message());
+  } catch (const std::bad_alloc&) {
+    // Nothing is left to say it with.
   }
 }
 
-void WriteMessage(std::wstring_view text) noexcept {
+void WriteError(std::wstring_view printableLines) noexcept {
   try {
-    Write(STD_ERROR_HANDLE, L"startupctl: " + PrintableLines(text) + L"\n");
+    std::wstring text = L"startupctl: ";
+    text.append(printableLines).append(1, L'\n');
+    Write(STD_ERROR_HANDLE, text);
   } catch (const std::bad_alloc&) {
-    // Nothing is left to say it with.
+    // As above.
   }
 }
 

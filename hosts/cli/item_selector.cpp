@@ -43,13 +43,13 @@ Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
   return matches;
 }
 
-std::wstring CandidateList(const Matches& matches) {
-  std::wstring list;
+std::vector<std::wstring> CandidateLines(const Matches& matches) {
+  std::vector<std::wstring> lines;
   for (const ItemRecord* item : matches) {
-    list += L"\n  " + item->name + L"  (" + std::wstring(LocationName(item->location)) + L", " +
-            std::wstring(StateName(item->enabled)) + L")";
+    lines.push_back(L"  " + item->name + L"  (" + std::wstring(LocationName(item->location)) + L", " +
+                    std::wstring(StateName(item->enabled)) + L")");
   }
-  return list;
+  return lines;
 }
 
 }  // namespace
@@ -81,7 +81,7 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
                     (location ? L" in " + std::wstring(LocationName(*location)) : L"") + L".");
   }
   if (matches.size() > 1) {
-    throw HostError(quoted + L" means several entries; give the full name of one:" + CandidateList(matches));
+    throw HostError(quoted + L" means several entries; give the full name of one:", CandidateLines(matches));
   }
   return *matches.front();
 }

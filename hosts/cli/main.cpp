@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 // The runtime must not replace arguments like * by file names.
 extern "C" {
 int _dowildcard = 0;
@@ -37,9 +39,17 @@ void Run(std::span<const std::wstring> arguments) {
     WriteOutput(*help);
     return;
   }
+  const auto& [command, options] = std::get<Invocation>(parsed);
+  if (options.quiet) BeQuiet();
   NameInterruptedCheckpoints();
-  const Invocation& invocation = std::get<Invocation>(parsed);
-  invocation.command->run(invocation.arguments);
+  std::optional<OutputFile> file;
+  if (!options.output.empty()) file.emplace(options.output, options.format == OutputFormat::kCsv);
+  try {
+    command->run(options);
+  } catch (const HostError& error) {
+    if (error.Code() != ExitCode::kUsage) throw;
+    throw WithHelpHint(error, command->name);
+  }
 }
 
 ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
@@ -47,10 +57,10 @@ ExitCode RunGuarded(int count, wchar_t** texts) noexcept {
     Run(std::vector<std::wstring>(texts + (count > 0 ? 1 : 0), texts + count));
     return ExitCode::kOk;
   } catch (const HostError& error) {
-    WriteMessage(error.Message());
+    WriteError(error.Message());
     return error.Code();
   } catch (...) {
-    WriteMessage(CurrentFaultText());
+    WriteError(CurrentFaultText());
     return ExitCode::kFailed;
   }
 }

@@ -4,6 +4,7 @@
 #include "hosts/common/text_encoding.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace smh {
 
@@ -12,18 +13,31 @@ namespace {
 constexpr std::size_t kGap = 2;
 // A column is not cut below this many cells.
 constexpr std::size_t kLeastWidth = 6;
+// A column is not made wider for the sake of longer cells: one long name would make every line as long.
+constexpr std::size_t kWidestAligned = 80;
+// Below this many cells a description has no room.
+constexpr std::size_t kLeastForDescription = 120;
 
 struct Column {
   std::wstring_view title;
   std::wstring (*read)(const ItemRecord& item);
 };
+
+// The mark stands at the end, which is not cut.
+std::wstring FileCell(const ItemRecord& item) {
+  std::wstring cell = ShownFile(item);
+  if (item.reachability != kFileFound)
+    cell.append(L" (").append(ReachabilityName(item.reachability)).append(L")");
+  return cell;
+}
+
 constexpr Column kItemColumns[] = {
     {L"#", [](const ItemRecord& item) { return std::to_wstring(item.index); }},
     {L"State", [](const ItemRecord& item) { return std::wstring(StateName(item.enabled)); }},
     {L"Caption", [](const ItemRecord& item) { return item.caption; }},
     {L"Company", [](const ItemRecord& item) { return item.company; }},
     {L"Rating", [](const ItemRecord& item) { return std::wstring(RatingName(item.rating)); }},
-    {L"File", [](const ItemRecord& item) { return ShownFile(item); }},
+    {L"File", FileCell},
     {L"Description", [](const ItemRecord& item) { return item.description; }},
 };
 
@@ -45,20 +59,27 @@ void Fit(std::vector<std::size_t>& widths, std::size_t width) {
   }
 }
 
-std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std::size_t>& widths,
+std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std::size_t>& widths, bool isCut,
                   std::optional<std::size_t> pathColumn) {
   std::wstring line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    const std::wstring cell =
-        i == pathColumn ? CutBeginning(cells[i], widths[i]) : CutEnd(cells[i], widths[i]);
+    const std::wstring cell = !isCut            ? cells[i]
+                              : i == pathColumn ? CutBeginning(cells[i], widths[i])
+                                                : CutEnd(cells[i], widths[i]);
     line += cell;
-    line.append(widths[i] - DisplayWidth(cell) + kGap, L' ');
+    line.append(widths[i] - std::min(widths[i], DisplayWidth(cell)) + kGap, L' ');
   }
   line.erase(line.find_last_not_of(L' ') + 1);
   return line;
 }
 
-struct SheetVisitor {
+Tone ToneOf(const ItemRecord& item) noexcept {
+  if (item.rating == 2) return Tone::kDanger;
+  if (item.reachability != kFileFound) return Tone::kWarning;
+  return item.enabled ? Tone::kPlain : Tone::kFaint;
+}
+
+struct CellVisitor {
   std::wstring operator()(std::monostate) const { return {}; }
   std::wstring operator()(bool value) const { return value ? L"yes" : L"no"; }
   std::wstring operator()(std::int64_t value) const { return std::to_wstring(value); }
@@ -70,45 +91,67 @@ struct SheetVisitor {
 
 }  // namespace
 
-std::vector<std::wstring> TextTable::Lines(std::size_t width) const {
+std::wstring Toned(std::wstring line, Tone tone, const TableStyle& style) {
+  // By Tone: bold, dim, yellow, red.
+  constexpr const wchar_t* kSequences[] = {L"", L"\x1b[1m", L"\x1b[2m", L"\x1b[33m", L"\x1b[31m"};
+  if (!style.isColoured || tone == Tone::kPlain) return line;
+  line.insert(0, kSequences[static_cast<std::size_t>(tone)]);
+  return line += L"\x1b[0m";
+}
+
+std::vector<std::wstring> TextTable::Lines(const TableStyle& style) const {
+  const bool isCut = style.width != 0;
   std::vector<std::size_t> widths;
   for (std::size_t i = 0; i < header.size(); ++i) {
     std::size_t cells = DisplayWidth(header[i]);
     for (const auto& row : rows) cells = std::max(cells, DisplayWidth(row[i]));
-    widths.push_back(cells);
+    widths.push_back(isCut ? cells : std::min(cells, kWidestAligned));
   }
-  if (width != 0) Fit(widths, width);
-  std::vector<std::wstring> lines = {Line(header, widths, pathColumn)};
-  for (const auto& row : rows) lines.push_back(Line(row, widths, pathColumn));
+  if (isCut) Fit(widths, style.width);
+  std::vector<std::wstring> lines = {Toned(Line(header, widths, isCut, pathColumn), Tone::kHeading, style)};
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    lines.push_back(
+        Toned(Line(rows[i], widths, isCut, pathColumn), tones.empty() ? Tone::kPlain : tones[i], style));
+  }
   return lines;
 }
 
-std::wstring TextTable::Text(std::size_t width) const {
+std::wstring TextTable::Text(const TableStyle& style) const {
   std::wstring text;
-  for (const std::wstring& line : Lines(width)) text += line + L"\n";
+  for (const std::wstring& line : Lines(style)) text.append(line).append(1, L'\n');
   return text;
 }
 
-std::wstring ItemTable(std::span<const ItemRecord> items, std::size_t width) {
+std::wstring ItemTable(std::span<const ItemRecord> items, const TableStyle& style) {
   std::vector<const ItemRecord*> sorted;
   for (const ItemRecord& item : items) sorted.push_back(&item);
   std::stable_sort(sorted.begin(), sorted.end(),
                    [](const ItemRecord* a, const ItemRecord* b) { return a->location < b->location; });
+  const bool isNarrow = style.width != 0 && style.width < kLeastForDescription;
+  const std::span<const Column> columns = std::span(kItemColumns).first(std::size(kItemColumns) - isNarrow);
   TextTable table{.header = {}, .rows = {}, .pathColumn = kFileColumn};
-  for (const Column& column : kItemColumns) table.header.emplace_back(column.title);
+  for (const Column& column : columns) table.header.emplace_back(column.title);
   for (const ItemRecord* item : sorted) {
     auto& row = table.rows.emplace_back();
-    for (const Column& column : kItemColumns) row.push_back(Printable(column.read(*item)));
+    for (const Column& column : columns) row.push_back(Printable(column.read(*item)));
+    table.tones.push_back(ToneOf(*item));
   }
-  const std::vector<std::wstring> lines = table.Lines(width);
+  const std::vector<std::wstring> lines = table.Lines(style);
   std::wstring text = lines[0] + L"\n";
   for (std::size_t i = 0; i < sorted.size(); ++i) {
-    if (i == 0 || sorted[i]->location != sorted[i - 1]->location) {
-      text += L"\n" + std::wstring(LocationName(sorted[i]->location)) + L"\n";
+    const std::int32_t location = sorted[i]->location;
+    if (i == 0 || location != sorted[i - 1]->location) {
+      std::wstring heading = FullTitle(location);
+      heading.append(L" (").append(LocationName(location)).append(L")");
+      text.append(1, L'\n').append(Toned(std::move(heading), Tone::kHeading, style)).append(1, L'\n');
     }
-    text += lines[i + 1] + L"\n";
+    text.append(lines[i + 1]).append(1, L'\n');
   }
   return text;
+}
+
+std::wstring CellText(const FieldValue& value) {
+  return std::visit(CellVisitor(), value);
 }
 
 std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>> rows) {
@@ -121,14 +164,12 @@ std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>
       table.rows.push_back(std::move(row));
     }
   }
-  return table.Text(0);
+  return table.Text({});
 }
 
-std::wstring ItemSheet(const ItemRecord& item) {
+std::wstring ItemSheet(std::span<const ItemField> fields, const ItemRecord& item) {
   std::vector<std::pair<std::wstring, std::wstring>> rows;
-  for (const ItemField& field : ItemFields()) {
-    rows.emplace_back(field.key, std::visit(SheetVisitor(), field.read(item)));
-  }
+  for (const ItemField& field : fields) rows.emplace_back(field.key, CellText(field.read(item)));
   return KeyValueLines(rows);
 }
 

@@ -3,6 +3,8 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/item_property.h"
 #include "hosts/common/reading.h"
+#include "infra/registry/registry_values.h"
+#include "infra/runtime/text.h"
 
 #include <iterator>
 
@@ -20,6 +22,7 @@ using R = const ClientRecord&;
 constexpr ClientField kClientFields[] = {
     {L"index", [](R client) { return FieldValue(std::int64_t(client.index)); }},
     {L"kind", [](R client) { return FieldValue(std::wstring(ClientKindName(client.kind))); }},
+    {L"default", [](R client) { return FieldValue(client.isDefault); }},
     {L"name", [](R client) { return FieldValue(client.name); }},
     {L"command", [](R client) { return FieldValue(client.command); }},
     {L"file", [](R client) { return FieldValue(client.file); }},
@@ -53,6 +56,20 @@ bool IsComplete(IFavoriteItemCollection& clients, std::int32_t& complete) {
   return true;
 }
 
+// The default value of a kind's key names the client's key.
+std::wstring DefaultName(HKEY root, const std::wstring& kindKey) {
+  const ScopedKey key = OpenRegistryKey(root, kindKey, KEY_QUERY_VALUE | KEY_WOW64_64KEY);
+  return key ? QueryRegistryText(key.Get(), {}) : std::wstring();
+}
+
+bool IsDefault(std::wstring_view keyPath) {
+  if (keyPath.empty()) return false;
+  const std::wstring kindKey = WithoutTrailingBackslash(FolderPart(keyPath));
+  std::wstring name = DefaultName(HKEY_CURRENT_USER, kindKey);
+  if (name.empty()) name = DefaultName(HKEY_LOCAL_MACHINE, kindKey);
+  return SameText(name, FileNamePart(keyPath));
+}
+
 ClientRecord ReadClient(IFavoriteItem& item) {
   ClientRecord record;
   record.index = item.GetIndex();
@@ -70,6 +87,7 @@ ClientRecord ReadClient(IFavoriteItem& item) {
   record.version = TextProperty(item, kPropertyVersion);
   record.imageIndex = item.GetImageIndex();
   record.keyPath = TextProperty(item, kFavoritePropertyKeyPath);
+  record.isDefault = IsDefault(record.keyPath);
   return record;
 }
 

@@ -27,6 +27,7 @@ struct ClientRecord {
   std::wstring version;
   std::int32_t imageIndex = -1;  // in the collection's image lists; 0 is the unknown file
   std::wstring keyPath;          // below HKEY_LOCAL_MACHINE; empty for an added path
+  bool isDefault = false;  // Windows takes it for its kind: the user's choice, without one the machine's
 };
 
 // Reads the default programs and, after them or among them, the entries of `addedPaths`, each a path that is
@@ -40,12 +41,7 @@ std::vector<ClientRecord> ReadClients(IFavoriteItemCollection& clients);
 // "mail", "media", "browser", "contacts", "calendar", "internetCall", "messaging"; "path" for an added one.
 std::wstring_view ClientKindName(std::int32_t kind) noexcept;
 
-// One column of the output: its key, and a function that takes the column's value out of a record.
-struct ClientField {
-  std::wstring_view key;
-  FieldValue (*read)(const ClientRecord& client);
-};
-
+using ClientField = Field<ClientRecord>;
 // All columns in the order of output; valid for ever.
 std::span<const ClientField> ClientFields() noexcept;
 

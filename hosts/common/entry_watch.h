@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,8 +24,11 @@ struct Sighting {
 
 // What happened to one entry between two looks.
 struct WatchEvent {
-  std::wstring_view kind;  // "added", "removed", "changed"; a literal, valid for ever
+  std::wstring_view kind;  // "added", "removed", "changed", "enabled", "disabled"; a literal, valid for ever
   ItemRecord item;         // as it is now; what was known last of an entry that has gone
+  // What was known before of one that changed, or that was enabled or disabled, which may give it another
+  // name.
+  std::optional<ItemRecord> before = {};
 };
 
 // When a new entry is told of: when its details are there, for a console, or at once, for a window that fills
@@ -45,7 +49,9 @@ class EntryWatch {
 
   // Takes the next look and answers the differences: first the entries that came or changed, in list order,
   // then those that went. With Announce::kComplete a new entry is held back until the library has marked it
-  // as read, for at most fifteen looks; one that goes before that is never told of.
+  // as read, for at most fifteen looks; one that goes before that is never told of. One that goes while one
+  // of its location, caption and command comes in the other state was enabled or disabled: that is told when
+  // the new one is.
   std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
 
  private:
@@ -55,10 +61,17 @@ class EntryWatch {
     bool due = false;
     unsigned looks = 0;
     bool seen = true;
+    // What it was, of one that was enabled or disabled and is still held back.
+    std::optional<ItemRecord> before = {};
   };
+  using Entries = std::map<std::pair<std::int32_t, std::wstring>, Entry>;
+
+  bool IsDue(Entry& entry, const Sighting& sighting) const noexcept;
+  void Pair(std::span<const Sighting> sightings, const Reader& read);
+  void Tell(Entry& entry, ItemRecord now);
 
   Announce announce_ = Announce::kComplete;
-  std::map<std::pair<std::int32_t, std::wstring>, Entry> entries_;
+  Entries entries_;
   // What a look that failed had found.
   std::vector<WatchEvent> untold_;
 };

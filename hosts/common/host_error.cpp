@@ -30,10 +30,24 @@ std::wstring TakeErrorText() {
 
 }  // namespace
 
+HostError::HostError(std::wstring_view message, ExitCode code) : message_(Printable(message)), code_(code) {}
+
+HostError::HostError(std::wstring_view message, std::span<const std::wstring> lines, ExitCode code)
+    : HostError(message, code) {
+  for (const std::wstring& line : lines) Add(line);
+}
+
+void HostError::Add(std::wstring_view line) {
+  message_ += L'\n';
+  message_ += Printable(line);
+}
+
 std::wstring SystemErrorText(HRESULT result) {
   wchar_t buffer[512];
-  const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                      static_cast<DWORD>(result), 0, buffer, ARRAYSIZE(buffer), nullptr);
+  // The width without a limit leaves out the line breaks in the text.
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
+      static_cast<DWORD>(result), 0, buffer, ARRAYSIZE(buffer), nullptr);
   wchar_t number[16];
   wsprintfW(number, L"0x%08X", static_cast<unsigned>(result));
   const std::wstring text = Trim(std::wstring_view(buffer, length));
@@ -54,9 +68,9 @@ std::wstring CurrentFaultText() {
   } catch (const HostError& error) {
     return error.Message();
   } catch (const Exception& error) {
-    return error.Message();
+    return Printable(error.Message());
   } catch (const std::exception& error) {
-    return FromUtf8(error.what());
+    return Printable(FromUtf8(error.what()));
   } catch (...) {
     return L"An unknown error.";
   }

@@ -6,19 +6,25 @@
 #include <windows.h>
 
 #include <optional>
+#include <span>
 #include <string>
-#include <utility>
+#include <string_view>
 
 namespace smh {
 
 // What the program answers to its caller: all went well, something failed, the command line does not fit.
 enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2 };
 
-// What the hosts raise. The message is a whole sentence for the user and may have several lines.
+// What the hosts raise. The message is a whole sentence for the user, made printable, so that no name in it
+// can end the line; further lines are added one by one.
 class HostError {
  public:
-  explicit HostError(std::wstring message, ExitCode code = ExitCode::kFailed)
-      : message_(std::move(message)), code_(code) {}
+  explicit HostError(std::wstring_view message, ExitCode code = ExitCode::kFailed);
+  HostError(std::wstring_view message, std::span<const std::wstring> lines,
+            ExitCode code = ExitCode::kFailed);
+  // A line below the others, made printable.
+  void Add(std::wstring_view line);
+  // All lines, with a line feed between two.
   const std::wstring& Message() const noexcept { return message_; }
   ExitCode Code() const noexcept { return code_; }
 
@@ -28,12 +34,12 @@ class HostError {
 };
 
 // For a command line that does not fit; the program ends with ExitCode::kUsage.
-inline HostError UsageError(std::wstring message) {
-  return HostError(std::move(message), ExitCode::kUsage);
+inline HostError UsageError(std::wstring_view message) {
+  return HostError(message, ExitCode::kUsage);
 }
 
-// The system's text for an HRESULT or Win32 code, with the number in hexadecimal; "Error" and the number when
-// it knows none.
+// The system's text for an HRESULT or Win32 code in one line, with the number in hexadecimal; "Error" and the
+// number when it knows none.
 std::wstring SystemErrorText(HRESULT result);
 // Why the library's last call on this thread, of that slot, has failed or did nothing: the host's words where
 // it has any (refusal.h), else what the library says, else the system's text for `result`. None for a slot

@@ -1,6 +1,7 @@
 #include "hosts/common/item_record.h"
 
 #include "core/contracts/location_table.h"
+#include "hosts/common/iso_time.h"
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 
@@ -109,9 +110,11 @@ constexpr ItemField kItemFields[] = {
     {L"root", [](R item) { return TextOrNone(item.root); }},
     {L"view", [](R item) { return item.view == 0 ? FieldValue() : NumberOf(item.view); }},
     {L"key", [](R item) { return TextOrNone(item.key); }},
-    {L"value", [](R item) { return item.value ? TextOf(*item.value) : FieldValue(); }},
+    {L"valueName", [](R item) { return item.value ? TextOf(*item.value) : FieldValue(); }},
     {L"disabledBy", [](R item) { return TextOrNone(item.disabledBy); }},
     {L"twin", [](R item) { return TwinOf(item.twin); }},
+    {L"twinCommand",
+     [](R item) { return item.twin == kTwinOther ? TextOf(item.twinCommand) : FieldValue(); }},
 };
 
 void ReadFacts(const FactReader& facts, ItemRecord& record) {
@@ -126,6 +129,7 @@ void ReadFacts(const FactReader& facts, ItemRecord& record) {
   record.value = facts.Text(kFactValueName);
   record.disabledBy = text(kFactDisabledBy);
   record.twin = facts.Number(kFactTwin).value_or(kTwinNone);
+  record.twinCommand = text(kFactTwinCommand);
 }
 
 }  // namespace
@@ -171,30 +175,12 @@ std::vector<std::wstring_view> ActionNames(std::uint32_t can) {
   return names;
 }
 
-std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator) {
-  std::wstring list;
-  for (const std::wstring_view name : names) {
-    if (!list.empty()) list += separator;
-    list += name;
-  }
-  return list;
-}
-
 std::wstring_view RatingName(std::int32_t rating) noexcept {
   return rating == 0 ? L"trusted" : rating == 2 ? L"risky" : L"unknown";
 }
 
 std::wstring_view StateName(bool enabled) noexcept {
   return enabled ? L"enabled" : L"disabled";
-}
-
-std::wstring IsoTime(const std::optional<double>& date) {
-  SYSTEMTIME time;
-  if (!date || !VariantTimeToSystemTime(*date, &time)) return {};
-  wchar_t text[32];
-  wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02d", time.wYear, time.wMonth, time.wDay, time.wHour,
-            time.wMinute, time.wSecond);
-  return text;
 }
 
 std::span<const ItemField> ItemFields() noexcept {

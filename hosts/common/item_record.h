@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
+#include "hosts/common/field.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +11,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace smh {
@@ -54,14 +54,15 @@ struct ItemRecord {
   std::int32_t reachability = kFileMissing;  // a FileReachability, of the described file
   std::wstring describedFile;                // that which the version record, size and times are of
   std::wstring servedFile;                   // what rundll32 is told to load; empty for other programs
-  // Of an entry of the registry: "HKEY_CURRENT_USER", 64 or 32, the key below the root, and the value, none
-  // for an entry that is the key itself. Empty, 0 and none for any other.
+  // Of an entry of the registry: "HKEY_CURRENT_USER", 64 or 32, the key below the root, and the value's name,
+  // none for an entry that is the key itself. Empty, 0 and none for any other.
   std::wstring root;
   std::int32_t view = 0;
   std::wstring key;
   std::optional<std::wstring> value;
   std::wstring disabledBy;        // empty while enabled, "own", or another tool's side key or folder
   std::int32_t twin = kTwinNone;  // an ItemTwin
+  std::wstring twinCommand;       // what the 32-bit view has there, for kTwinOther
 
   // Whether the library allowed the action when the record was read.
   bool Can(ItemAction action) const noexcept { return (can >> action & 1) != 0; }
@@ -74,8 +75,6 @@ ItemRecord ReadItemRecord(IStartupItem& item);
 // The names of the actions that `can` allows ("delete", "changeCommand", ...), in the order of ItemAction;
 // literals, valid for ever.
 std::vector<std::wstring_view> ActionNames(std::uint32_t can);
-// The names one after the other, with `separator` between two.
-std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator);
 // The file that the entry's facts are of, its program where that is not known, and its command at last.
 const std::wstring& ShownFile(const ItemRecord& item) noexcept;
 // "found", "missing", "unreachable", for a FileReachability.
@@ -84,21 +83,7 @@ std::wstring_view ReachabilityName(std::int32_t reachability) noexcept;
 std::wstring_view RatingName(std::int32_t rating) noexcept;
 // "enabled", "disabled".
 std::wstring_view StateName(bool enabled) noexcept;
-// "2024-05-31T23:59:59" for an OLE date, in the time zone that it is in; empty for no date or one that is
-// none.
-std::wstring IsoTime(const std::optional<double>& date);
-
-// A field as the outputs write it: none (no such file), a truth value, a number, a text, or names, which are
-// literals.
-using FieldValue =
-    std::variant<std::monostate, bool, std::int64_t, std::wstring, std::vector<std::wstring_view>>;
-
-// One column of the output: its key, and a function that takes the column's value out of a record.
-struct ItemField {
-  std::wstring_view key;
-  FieldValue (*read)(const ItemRecord& item);
-};
-
+using ItemField = Field<ItemRecord>;
 // All columns in the order of output; valid for ever.
 std::span<const ItemField> ItemFields() noexcept;
 

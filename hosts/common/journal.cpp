@@ -130,12 +130,13 @@ std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
     default:
       break;
   }
-  std::wstring text = SystemErrorText(record.result);
-  if (record.ownCheckpoint != 0) {
-    text += L"\nWhat was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
-            L", which can be undone.";
-  }
-  return text;
+  return SystemErrorText(record.result);
+}
+
+std::wstring PartlyDoneText(const UndoRecord& record) {
+  if (record.ownCheckpoint == 0) return {};
+  return L"What was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
+         L", which can be undone.";
 }
 
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept {

@@ -70,6 +70,8 @@ class Journal {
 // Why an undo or redo failed, as far as its result tells: the end of a sentence in small letters, or the
 // system's text; `verb` is "undo" or "redo".
 std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
+// What a failed one did all the same, as a sentence; empty when it did nothing.
+std::wstring PartlyDoneText(const UndoRecord& record);
 
 // "open", "done", "interrupted", "undone", "failed", "partly done", "damaged", "dropped"; "unknown" for any
 // other.

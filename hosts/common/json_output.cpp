@@ -52,7 +52,7 @@ std::wstring JsonText(std::wstring_view text) {
   ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view units) {
     if (const wchar_t escape = ShortEscape(value)) {
       json += {L'\\', escape};
-    } else if (value < 0x20 || (value >= 0x7F && value <= 0x9F) || IsSurrogate(value)) {
+    } else if (IsUnprintable(value)) {
       wchar_t hexadecimal[8];
       wsprintfW(hexadecimal, L"\\u%04x", static_cast<unsigned>(value));
       json += hexadecimal;
@@ -67,14 +67,8 @@ std::wstring JsonValue(const FieldValue& value) {
   return std::visit(JsonVisitor(), value);
 }
 
-std::wstring JsonObject(const ItemRecord& item, std::wstring_view event) {
-  std::wstring json;
-  if (!event.empty()) json = L"\"event\":" + JsonText(event);
-  for (const ItemField& field : ItemFields()) {
-    if (!json.empty()) json += L',';
-    json += JsonText(field.key) + L':' + JsonValue(field.read(item));
-  }
-  return L'{' + json + L'}';
+std::wstring JsonMember(std::wstring_view key, std::wstring_view json) {
+  return JsonText(key).append(1, L':').append(json);
 }
 
 std::wstring JsonArray(std::span<const std::wstring> elements) {
@@ -84,12 +78,6 @@ std::wstring JsonArray(std::span<const std::wstring> elements) {
     json += element;
   }
   return json + (elements.empty() ? L"]\n" : L"\n]\n");
-}
-
-std::wstring JsonArray(std::span<const ItemRecord> items) {
-  std::vector<std::wstring> elements;
-  for (const ItemRecord& item : items) elements.push_back(JsonObject(item));
-  return JsonArray(elements);
 }
 
 }  // namespace smh

@@ -17,8 +17,7 @@ struct Range {
   std::uint32_t first, last;
 };
 
-// Controls of both sets, and the marks that break lines or turn the direction of text.
-constexpr Range kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x200E, 0x200F},
+constexpr Range kUnprintable[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x061C, 0x061C}, {0x200E, 0x200F},
                                   {0x2028, 0x202E}, {0x2066, 0x2069}, {0xD800, 0xDFFF}};
 constexpr Range kWide[] = {{0x1100, 0x115F},   {0x2E80, 0xA4CF},  {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
                            {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F},
@@ -76,21 +75,6 @@ std::uint32_t TakeUtf8(std::string_view bytes, std::size_t& position) {
   return value;
 }
 
-std::wstring Escaped(std::wstring_view text, bool keepLines) {
-  std::wstring result;
-  ForEachCodePoint(text, [&](std::uint32_t value, std::wstring_view units) {
-    const bool kept = keepLines && (value == L'\n' || value == L'\r' || value == L'\t');
-    if (!kept && Contains(kUnprintable, value)) {
-      wchar_t escape[16];
-      wsprintfW(escape, L"\\u{%x}", static_cast<unsigned>(value));
-      result += escape;
-    } else {
-      result += units;
-    }
-  });
-  return result;
-}
-
 // The value of `text` as hexadecimal digits; none for anything else.
 std::optional<std::uint32_t> HexValue(std::wstring_view text) {
   if (text.empty() || text.size() > 6) return std::nullopt;
@@ -135,12 +119,23 @@ std::wstring FromUtf8(std::string_view bytes) {
   return text;
 }
 
-std::wstring Printable(std::wstring_view text) {
-  return Escaped(text, false);
+bool IsUnprintable(std::uint32_t codePoint) noexcept {
+  return Contains(kUnprintable, codePoint);
 }
 
-std::wstring PrintableLines(std::wstring_view text) {
-  return Escaped(text, true);
+std::wstring Printable(std::wstring_view text) {
+  std::wstring result;
+  result.reserve(text.size());
+  ForEachCodePoint(text, [&result](std::uint32_t value, std::wstring_view units) {
+    if (!IsUnprintable(value)) {
+      result += units;
+      return;
+    }
+    wchar_t escape[16];
+    wsprintfW(escape, L"\\u{%x}", static_cast<unsigned>(value));
+    result += escape;
+  });
+  return result;
 }
 
 std::wstring DecodeEscapes(std::wstring_view text) {

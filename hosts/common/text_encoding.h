@@ -35,11 +35,11 @@ bool IsSurrogate(std::uint32_t codePoint) noexcept;
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);
 
-// For people: control characters, marks that break lines or turn the direction of text, and unpaired
-// surrogates as \u{1f}.
+// Whether a code point must not reach people or their consoles as it is: control characters of both sets,
+// marks that break lines or turn the direction of text, and unpaired surrogates.
+bool IsUnprintable(std::uint32_t codePoint) noexcept;
+// For people, in one line: what is unprintable as \u{1f}. What is printable stays as it is.
 std::wstring Printable(std::wstring_view text);
-// As above, but line breaks and tabs stay: for messages.
-std::wstring PrintableLines(std::wstring_view text);
 // The escapes \uXXXX and \u{X...}, up to 10FFFF, replaced by their code units; anything else stays,
 // backslashes included.
 std::wstring DecodeEscapes(std::wstring_view text);

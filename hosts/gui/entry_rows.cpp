@@ -101,6 +101,10 @@ void EntryRows::Apply(std::vector<WatchEvent> events) {
   }
   for (WatchEvent& event : events) {
     if (event.kind == L"removed") continue;
+    if (event.before) {
+      Rename(KeyOf(*event.before), std::move(event.item));
+      continue;
+    }
     const auto before = event.kind == L"added" ? gone.find(Likeness(event.item)) : gone.end();
     if (before == gone.end()) {
       Put(std::move(event.item));

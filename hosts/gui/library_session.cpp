@@ -172,8 +172,9 @@ void LibrarySession::Export(std::vector<ItemRecord> items, ExportFormat format,
                             const std::wstring& file) const {
   ResolveFiles(library_, items);
   // Spreadsheets know UTF-8 by its mark.
-  const std::string bytes =
-      format == ExportFormat::kJson ? ToUtf8(JsonArray(items)) : "\xEF\xBB\xBF" + ToUtf8(CsvTable(items));
+  const std::string bytes = format == ExportFormat::kJson
+                                ? ToUtf8(JsonArray<ItemRecord>(ItemFields(), items))
+                                : "\xEF\xBB\xBF" + ToUtf8(CsvTable<ItemRecord>(ItemFields(), items));
   ReplaceWithFile(file, bytes);
 }
 

@@ -205,7 +205,7 @@ void UndoView::Finish(Direction direction, UndoMode mode, const UndoRecord& reco
   }
   const wchar_t* const verb = isUndo ? L"undo" : L"redo";
   ShowError(frame_, L"Cannot " + std::wstring(verb) + L" \u201C" + record.title + L"\u201D: " +
-                        UndoFailureText(record, verb));
+                        UndoFailureText(record, verb) + L"\n" + PartlyDoneText(record));
 }
 
 void UndoView::Search(std::wstring_view text) {

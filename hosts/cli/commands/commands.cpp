@@ -9,11 +9,13 @@ namespace smh {
 
 namespace {
 
-constexpr std::uint32_t kShowing = kTakesLocations | kTakesFilter | kTakesJson | kTakesCsv;
+constexpr std::uint64_t kFormatted = kTakesJson | kTakesCsv | kTakesColumns | kTakesOutput;
+constexpr std::uint64_t kShowing = kTakesLocations | kTakesFilter | kFormatted;
 
 constexpr Command kCommands[] = {
     {"list", "Show the entries", kShowing, RunList},
-    {"show", "Show everything known about one entry", kTakesOneItem | kTakesLocation | kTakesJson, RunShow},
+    {"show", "Show everything known about one entry",
+     kTakesOneItem | kTakesLocation | kTakesJson | kTakesColumns | kTakesOutput, RunShow},
     {"enable", "Bring disabled entries back", kTakesItems | kTakesLocation, RunEnable},
     {"disable", "Move entries to the side place from which enable brings them back",
      kTakesItems | kTakesLocation, RunDisable},
@@ -25,13 +27,19 @@ constexpr Command kCommands[] = {
     {"locate", "Print where an entry lives, and show it there", kTakesOneItem | kTakesLocation, RunLocate},
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
-    {"clients", "Show the default programs: mail, media, browser and the like", kTakesJson | kTakesPaths,
+    {"clients", "Show the default programs: mail, media, browser and the like", kFormatted | kTakesPaths,
      RunClients},
-    {"locations", "Show the locations and their entries' numbers", kTakesJson, RunLocations},
-    {"checkpoints", "Show the changes that can be undone", kTakesJson, RunCheckpoints},
+    {"locations", "Show the locations and their entries' numbers", kTakesJson | kTakesOutput, RunLocations},
+    {"checkpoints", "Show the changes that can be undone, the newest first",
+     kTakesJson | kTakesLimit | kTakesOutput, RunCheckpoints},
     {"undo", "Take a checkpoint back, the newest one without ID", kTakesId | kTakesUndoMode, RunUndo},
-    {"redo", "Make the changes of an undone checkpoint again", kNeedsId | kTakesUndoMode, RunRedo},
+    {"redo", "Make an undone checkpoint's changes again, the last undo's without ID",
+     kTakesId | kTakesUndoMode, RunRedo},
     {"log", "Print the path of the library's log file", 0, RunLog},
+    {"completion", "Print a script that completes commands and options in a shell", 0, nullptr},
+    {"completion powershell", "For PowerShell, to be put into the profile", kTakesOutput,
+     RunPowerShellCompletion},
+    {"help", "Show the syntax of a command", 0, nullptr},
     {"windows", "Print the application windows of the desktop", kHidden, RunWindows},
 };
 

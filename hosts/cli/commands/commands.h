@@ -10,35 +10,45 @@
 
 namespace smh {
 
-// What a command takes, as bits.
-enum CommandOption : std::uint32_t {
-  kTakesOneItem = 1 << 0,      // ITEM
-  kTakesItems = 1 << 1,        // ITEM...
-  kTakesCommandLine = 1 << 2,  // COMMANDLINE
-  kTakesLocations = 1 << 3,    // --location, repeatable: which entries are shown
-  kTakesLocation = 1 << 4,     // --location, once: narrows ITEM
-  kNeedsLocation = 1 << 5,     // --location, required
-  kTakesFilter = 1 << 6,       // --all --enabled --disabled
-  kTakesJson = 1 << 7,         // --json
-  kTakesCsv = 1 << 8,          // --csv
-  kNeedsName = 1 << 9,         // --name
-  kNeedsCommand = 1 << 10,     // --command
-  kNeedsTarget = 1 << 11,      // --to
-  kTakesSeconds = 1 << 12,     // --seconds
-  kHidden = 1 << 13,           // not named by --help
-  kTakesPaths = 1 << 14,       // --add, repeatable
-  kTakesId = 1 << 15,          // ID
-  kNeedsId = 1 << 16,          // ID, required
-  kTakesUndoMode = 1 << 17,    // --show --force
+// What a command takes, as bits; command_options.cpp declares the options of each.
+enum CommandOption : std::uint64_t {
+  kTakesOneItem = 1ull << 0,      // ITEM
+  kTakesItems = 1ull << 1,        // ITEM...
+  kTakesCommandLine = 1ull << 2,  // COMMANDLINE
+  kTakesLocations = 1ull << 3,    // --location, repeatable: which entries are shown
+  kTakesLocation = 1ull << 4,     // --location, once: narrows ITEM
+  kNeedsLocation = 1ull << 5,     // --location, required
+  kTakesFilter = 1ull << 6,       // --all --enabled --disabled
+  kTakesJson = 1ull << 7,         // --json
+  kTakesCsv = 1ull << 8,          // --csv
+  kNeedsName = 1ull << 9,         // --name
+  kNeedsCommand = 1ull << 10,     // --command
+  kNeedsTarget = 1ull << 11,      // --to
+  kTakesSeconds = 1ull << 12,     // --seconds
+  kHidden = 1ull << 13,           // not named by --help
+  kTakesPaths = 1ull << 14,       // --add, repeatable
+  kTakesId = 1ull << 15,          // ID
+  kNeedsId = 1ull << 16,          // ID, required
+  kTakesUndoMode = 1ull << 17,    // --show --force
+  kTakesIds = 1ull << 18,         // ID...
+  kTakesPruning = 1ull << 19,     // --keep --days
+  kTakesOnly = 1ull << 20,        // --only, repeatable
+  kTakesLimit = 1ull << 21,       // --limit
+  kTakesColumns = 1ull << 22,     // --columns
+  kTakesOutput = 1ull << 23,      // --output
+  kTakesYes = 1ull << 24,         // --yes
 };
 
-// One row of the table of commands. Texts are ASCII literals; the parser takes them as they are.
+// One row of the table of commands. Texts are ASCII literals; the parser takes them as they are. Every
+// command takes --quiet and --help besides.
 struct Command {
+  // Two words for one that stands below another, whose row comes before: "checkpoints show".
   std::string_view name;
   std::string_view help;
-  std::uint32_t options;  // bits of CommandOption
+  std::uint64_t options;  // bits of CommandOption
   // Does the whole command on the calling thread and blocks until it is done; the result is on standard
-  // output. Raises HostError when it fails.
+  // output. Raises HostError when it fails. Null for one that only has others below it,
+  // and for help, which the parser answers.
   void (*run)(const Arguments& arguments);
 };
 

@@ -1,15 +1,11 @@
 #include "hosts/cli/commands/entry_commands.h"
 
-#include "hosts/cli/console.h"
+#include "hosts/cli/event_output.h"
 #include "hosts/cli/item_selector.h"
-#include "hosts/cli/table_output.h"
-#include "hosts/common/csv_output.h"
+#include "hosts/cli/record_output.h"
 #include "hosts/common/entry_look.h"
-#include "hosts/common/entry_watch.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
-#include "hosts/common/json_output.h"
-#include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_facts.h"
@@ -27,30 +23,24 @@ ItemRecord SelectOneItem(const Library& library, const Arguments& arguments) {
 }  // namespace
 
 void RunList(const Arguments& arguments) {
+  const std::vector<ItemField> fields = SelectFields(ItemFields(), arguments.columns);
   const Library library;
   const ItemFilter filter = arguments.Filter();
   const ReadState state = ReadToEnd(library, filter.Scope());
   std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
   ResolveFiles(library, items);
-  switch (arguments.format) {
-    case OutputFormat::kJson:
-      WriteOutput(JsonArray(items));
-      break;
-    case OutputFormat::kCsv:
-      WriteOutput(CsvTable(items));
-      break;
-    case OutputFormat::kTable:
-      WriteOutput(ItemTable(items, ConsoleWidth()));
-      break;
-  }
+  WriteRecords<ItemRecord>(arguments, fields, items,
+                           [&](const TableStyle& style) { return ItemTable(items, style); });
   RequireComplete(state);
 }
 
 void RunShow(const Arguments& arguments) {
+  const std::vector<ItemField> fields = SelectFields(ItemFields(), arguments.columns);
   const Library library;
   ItemRecord item = SelectOneItem(library, arguments);
   ResolveFiles(library, {&item, 1});
-  WriteOutput(arguments.format == OutputFormat::kJson ? JsonObject(item) + L"\n" : ItemSheet(item));
+  const bool isJson = arguments.format == OutputFormat::kJson;
+  WriteOutput(isJson ? JsonObject<ItemRecord>(fields, item) + L"\n" : ItemSheet(fields, item));
 }
 
 namespace {
@@ -86,49 +76,34 @@ class StopRequest {
   ScopedHandle event_;
 };
 
-std::wstring EventText(const WatchEvent& event, OutputFormat format) {
-  switch (format) {
-    case OutputFormat::kJson:
-      return JsonObject(event.item, event.kind) + L"\n";
-    case OutputFormat::kCsv:
-      return CsvRow(event.item, event.kind);
-    case OutputFormat::kTable:
-      break;
-  }
-  return std::wstring(event.kind) + L"  " + std::wstring(LocationName(event.item.location)) + L"  " +
-         std::wstring(StateName(event.item.enabled)) + L"  " + Printable(event.item.caption) + L"  " +
-         Printable(event.item.command) + L"\n";
-}
-
-void PrintEvents(const Library& library, const ItemFilter& filter, OutputFormat format,
-                 std::vector<WatchEvent> events) {
-  for (WatchEvent& event : events) {
-    if (!filter.Shows(event.item)) continue;
-    ResolveFiles(library, {&event.item, 1});
-    WriteOutput(EventText(event, format));
-  }
-}
-
-bool IsOver(const Arguments& arguments, ULONGLONG start) {
-  return arguments.seconds && GetTickCount64() - start >= *arguments.seconds * 1000ULL;
+void Look(const Library& library, EntryWatch& watch, const EventPrinter& printer) {
+  std::vector<WatchEvent> events;
+  Look(library, [&](const auto& sightings, const auto& read) { events = watch.Update(sightings, read); });
+  for (WatchEvent& event : events) printer.Print(library, std::move(event));
 }
 
 }  // namespace
 
 void RunWatch(const Arguments& arguments) {
+  const EventPrinter printer(arguments);
   const StopRequest stop;
   const Library library;
-  const ItemFilter filter = arguments.Filter();
-  RequireListed(ReadToEnd(library, filter.Scope()));
+  const ReadScope scope = arguments.Filter().Scope();
+  RequireListed(ReadToEnd(library, scope));
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
-  if (arguments.format == OutputFormat::kCsv) WriteOutput(CsvHeader(true));
+  printer.Begin();
   WriteMessage(L"Watching; Ctrl+C ends.");
   const ULONGLONG start = GetTickCount64();
-  while (!IsOver(arguments, start) && !stop.Wait(kLookInterval)) {
-    std::vector<WatchEvent> events;
-    Look(library, [&](const auto& sightings, const auto& read) { events = watch->Update(sightings, read); });
-    PrintEvents(library, filter, arguments.format, std::move(events));
+  while (!IsOutputClosed()) {
+    const ULONGLONG passed = GetTickCount64() - start;
+    if (arguments.seconds && passed >= *arguments.seconds * 1000ULL) {
+      // The library may not have noticed yet what has happened last.
+      RequireListed(ReadToEnd(library, scope));
+      return Look(library, *watch, printer);
+    }
+    if (stop.Wait(kLookInterval)) return;
+    Look(library, *watch, printer);
   }
 }
 

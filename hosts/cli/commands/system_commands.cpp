@@ -1,11 +1,11 @@
 #include "hosts/cli/commands/system_commands.h"
 
 #include "core/contracts/intf_general.h"
-#include "hosts/cli/console.h"
-#include "hosts/cli/table_output.h"
+#include "hosts/cli/command_line.h"
+#include "hosts/cli/completion.h"
+#include "hosts/cli/record_output.h"
 #include "hosts/common/client_record.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/json_output.h"
 #include "hosts/common/library.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
@@ -48,7 +48,7 @@ std::wstring AsTable(const Summaries& summaries) {
                           JoinNames(LocationActions(row), L" "), std::to_wstring(summary.enabled),
                           std::to_wstring(summary.disabled)});
   }
-  return table.Text(ConsoleWidth());
+  return table.Text(OutputStyle());
 }
 
 std::wstring AsJson(const Summaries& summaries) {
@@ -76,35 +76,28 @@ void RunLocations(const Arguments& arguments) {
 
 namespace {
 
-std::wstring AsTable(std::span<const ClientRecord> clients) {
-  TextTable table{.header = {L"#", L"Kind", L"Name", L"Company", L"File", L"Description", L"Key"},
+std::wstring ClientTable(std::span<const ClientRecord> clients, const TableStyle& style) {
+  TextTable table{.header = {L"Kind", L"Default", L"Name", L"Company", L"File", L"Description", L"Key"},
                   .rows = {},
                   .pathColumn = 4};
   for (const ClientRecord& client : clients) {
-    table.rows.push_back({std::to_wstring(client.index), std::wstring(ClientKindName(client.kind)),
+    table.rows.push_back({std::wstring(ClientKindName(client.kind)), client.isDefault ? L"yes" : L"",
                           Printable(client.name), Printable(client.company),
                           Printable(client.file.empty() ? client.command : client.file),
                           Printable(client.description), Printable(client.keyPath)});
-  }
-  return table.Text(ConsoleWidth());
-}
-
-std::wstring AsJson(std::span<const ClientRecord> clients) {
-  std::vector<std::wstring> elements;
-  for (const ClientRecord& client : clients) {
-    std::wstring& json = elements.emplace_back(L"{");
-    for (const ClientField& field : ClientFields()) {
-      if (json.size() > 1) json += L',';
-      json += JsonText(field.key) + L':' + JsonValue(field.read(client));
+    const bool isMissing = client.reachability != kFileFound;
+    table.tones.push_back(isMissing ? Tone::kWarning : Tone::kPlain);
+    if (isMissing) {
+      table.rows.back()[4].append(L" (").append(ReachabilityName(client.reachability)).append(L")");
     }
-    json += L'}';
   }
-  return JsonArray(elements);
+  return table.Text(style);
 }
 
 }  // namespace
 
 void RunClients(const Arguments& arguments) {
+  const std::vector<ClientField> fields = SelectFields(ClientFields(), arguments.columns);
   const Library library;
   const std::vector<ClientRecord> clients = ReadClients(library, arguments.paths);
   for (const ClientRecord& client : clients) {
@@ -112,7 +105,8 @@ void RunClients(const Arguments& arguments) {
       WriteMessage(L"There is no file \"" + client.command + L"\".");
     }
   }
-  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(clients) : AsTable(clients));
+  WriteRecords<ClientRecord>(arguments, fields, clients,
+                             [&](const TableStyle& style) { return ClientTable(clients, style); });
 }
 
 void RunResolve(const Arguments& arguments) {
@@ -121,7 +115,7 @@ void RunResolve(const Arguments& arguments) {
   const std::wstring file = library.ResolveCommandFile(command);
   if (file.empty()) throw HostError(L"The command line \"" + command + L"\" names no file.");
   WriteOutput(Printable(file) + L"\n");
-  if (!Exists(file)) WriteMessage(L"There is no such file.");
+  if (!Exists(file)) throw HostError(L"There is no such file.");
 }
 
 namespace {
@@ -144,6 +138,10 @@ void RunLog(const Arguments&) {
   WriteOutput(Printable(folder + L"Logs\\StartupManager.log") + L"\n");
 }
 
+void RunPowerShellCompletion(const Arguments&) {
+  WriteOutput(PowerShellCompletion(CommandSyntaxes()));
+}
+
 void RunWindows(const Arguments&) {
   TextTable table{.header = {L"Process", L"File", L"Icon", L"Caption"}, .rows = {}};
   try {
@@ -155,7 +153,7 @@ void RunWindows(const Arguments&) {
   } catch (const Exception& exception) {
     throw HostError(L"Cannot list the windows: " + exception.Message());
   }
-  WriteOutput(table.Text(ConsoleWidth()));
+  WriteOutput(table.Text(OutputStyle()));
 }
 
 }  // namespace smh

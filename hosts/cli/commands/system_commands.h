@@ -12,16 +12,19 @@ namespace smh {
 // state, as a table or JSON. Reads all of them.
 void RunLocations(const Arguments& arguments);
 
-// clients: the default programs and those of --add, as a table or JSON; a message names each path of --add
-// without a file. Blocks until their details are read.
+// clients: the default programs and those of --add, as a table, JSON or CSV; a message names each path of
+// --add without a file. Blocks until their details are read.
 void RunClients(const Arguments& arguments);
 
-// resolve: the file that the COMMANDLINE starts; a failure when it names none, a message when that file is
-// missing.
+// resolve: the file that the COMMANDLINE starts; a failure when it names none, and when that file is missing,
+// which is printed all the same.
 void RunResolve(const Arguments& arguments);
 
 // log: the path of the library's log file, which need not exist yet. Loads the helper library only.
 void RunLog(const Arguments& arguments);
+
+// completion powershell: a script that completes this program's commands and options. Loads no library.
+void RunPowerShellCompletion(const Arguments& arguments);
 
 // windows: the application windows of the desktop, as a table. Loads no library.
 void RunWindows(const Arguments& arguments);

@@ -1,7 +1,11 @@
 #include "hosts/cli/command_line.h"
+#include "hosts/cli/completion.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/text_encoding.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace smh::test {
 
@@ -13,14 +17,15 @@ Invocation Parse(const Words& words) {
   return std::get<Invocation>(ParseCommandLine(words));
 }
 
-void ExpectUsageError(const Words& words) {
+std::wstring UsageErrorOf(const Words& words) {
   try {
     ParseCommandLine(words);
     ADD_FAILURE() << "accepted";
   } catch (const HostError& error) {
     EXPECT_EQ(error.Code(), ExitCode::kUsage);
-    EXPECT_FALSE(error.Message().empty());
+    return error.Message();
   }
+  return {};
 }
 
 TEST(CommandLine, ListTakesFiltersAndFormats) {
@@ -86,14 +91,36 @@ TEST(CommandLine, WrongUsageIsRefused) {
       {L"move", L"item", L"--to", L"nowhere"},
       {L"watch", L"--seconds", L"-1"},
       {L"clients", L"stray"},
-      {L"clients", L"--csv"},
+      {L"undo", L"1", L"2"},
+      {L"undo", L"4294967296"},
+      {L"list", L"--output="},
+      {L"completion"},
       {L"clients", L"--add", L" "},
       {L"clients", L"--add", L"one", L"two"},
   };
   for (const Words& words : wrong) {
     SCOPED_TRACE(testing::PrintToString(words));
-    ExpectUsageError(words);
+    EXPECT_NE(UsageErrorOf(words).find(L"\nSee startupctl "), std::wstring::npos);
   }
+}
+
+TEST(CommandLine, ErrorsNameWhatWasMeantAndTheHelpToRead) {
+  const std::pair<Words, std::wstring> cases[] = {
+      {{L"lsit"}, L"There is no command \"lsit\". Did you mean \"list\"?\nSee startupctl --help."},
+      {{L"xyzzy"}, L"There is no command \"xyzzy\".\nSee startupctl --help."},
+      {{L"show", L"--jsno"},
+       L"\"--jsno\" is not expected here. Did you mean \"--json\"?\nSee startupctl show --help."},
+      {{L"completion", L"powershel"},
+       L"\"powershel\" is not expected here. Did you mean \"powershell\"?\nSee startupctl completion "
+       L"--help."},
+      {{L"list", L"--location", L"sulRegistryUsrRun"},
+       L"There is no location \"sulRegistryUsrRun\"; the command locations lists them. Did you mean "
+       L"\"sulRegistryUserRun\"?\nSee startupctl list --help."},
+      {{L"undo", L"a\nbc"},
+       L"\"a\\u{a}bc\" is not a number; the command checkpoints lists those of checkpoints.\nSee startupctl "
+       L"undo --help."},
+  };
+  for (const auto& [words, message] : cases) EXPECT_EQ(UsageErrorOf(words), message);
 }
 
 TEST(CommandLine, HelpIsNoError) {
@@ -103,9 +130,33 @@ TEST(CommandLine, HelpIsNoError) {
     const bool hidden = (command.options & kHidden) != 0;
     const std::size_t place =
         text.find(L"  " + std::wstring(command.name.begin(), command.name.end()) + L" ");
-    EXPECT_EQ(place == std::wstring::npos, hidden) << command.name;
-    const Words words = {std::wstring(command.name.begin(), command.name.end()), L"--help"};
-    EXPECT_TRUE(std::holds_alternative<std::wstring>(ParseCommandLine(words)));
+    const bool isBelow = command.name.find(' ') != std::string_view::npos;
+    EXPECT_EQ(place == std::wstring::npos, hidden || isBelow) << command.name;
+  }
+  const std::wstring show = std::get<std::wstring>(ParseCommandLine(Words{L"help", L"show"}));
+  EXPECT_NE(show.find(L"Show everything known"), std::wstring::npos);
+  for (const Words& words : {Words{L"show", L"--help"}, {L"show", L"-?"}, {L"show", L"item", L"-?"}}) {
+    EXPECT_EQ(std::get<std::wstring>(ParseCommandLine(words)), show);
+  }
+  EXPECT_EQ(std::get<std::wstring>(ParseCommandLine(Words{L"help"})), text);
+  EXPECT_EQ(std::get<std::wstring>(ParseCommandLine(Words{L"--version"})), L"startupctl 1.0.0\n");
+}
+
+TEST(CommandLine, CompletionOffersEveryCommandAndOption) {
+  const std::vector<CommandSyntax> commands = CommandSyntaxes();
+  const std::wstring script = PowerShellCompletion(commands);
+  EXPECT_EQ(std::ranges::count(script, L'\'') % 2, 0);
+  EXPECT_EQ(std::ranges::count(script, L'{'), std::ranges::count(script, L'}'));
+  EXPECT_EQ(commands.size(), AllCommands().size());  // one is hidden, and there are the options of none
+  for (const CommandSyntax& command : commands) {
+    const std::size_t table = script.find(L"\n    '" + FromUtf8(command.name) + L"' = [ordered]@{\n");
+    ASSERT_NE(table, std::wstring::npos) << command.name;
+    for (const OptionSyntax& option : command.options) {
+      EXPECT_LT(script.find(L"'" + FromUtf8(option.name) + L"' = '", table), script.find(L"\n    }", table));
+    }
+  }
+  for (const wchar_t* part : {L"'powershell' = ", L"'sulRegistryUserRun'", L"'--location' = "}) {
+    EXPECT_NE(script.find(part), std::wstring::npos);
   }
 }
 

@@ -22,7 +22,7 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
   EXPECT_EQ(item["company"], "Northlight Audio Ltd.");
   EXPECT_EQ(item["fileVersion"], "4.2.0.118");
   EXPECT_EQ(item["fileSize"], ReadFileBytes(Program()).size());
-  EXPECT_EQ(item["lastWriteTime"].get<std::string>().size(), std::string("2024-05-31T12:00:00").size());
+  EXPECT_EQ(item["lastWriteTime"].get<std::string>().size(), std::string("2024-05-31T12:00:00+02:00").size());
   EXPECT_EQ(item["can"], Json::parse(R"(["delete","disable","move","changeCommand","execute",)"
                                      R"("showDetails","showLocation"])"));
   const std::string sheet = Run({L"show", L"ctl tray"}).output;
@@ -42,10 +42,11 @@ TEST_F(StartupctlTest, TellsPlacesAndTheLibraryOfAProgramThatServesOne) {
   EXPECT_EQ(item["root"], "HKEY_CURRENT_USER");
   EXPECT_EQ(item["view"], HasTwoViews() ? 64 : 32);
   EXPECT_EQ(item["key"], ToUtf8(kRunKey));
-  EXPECT_EQ(item["value"], "ctl a\\b");
+  EXPECT_EQ(item["valueName"], "ctl a\\b");
   EXPECT_EQ(item["reachability"], "found");
   EXPECT_TRUE(item["disabledBy"].is_null());
   EXPECT_EQ(item["twin"], HasTwoViews() ? Json("same") : Json());
+  EXPECT_EQ(item["twinCommand"], nullptr);
   const Json off = Find("ctl off").at(0);
   EXPECT_EQ(off["disabledBy"], "own");
   EXPECT_EQ(off["reachability"], "missing");
@@ -105,6 +106,7 @@ TEST_F(StartupctlTest, ResolvesCommandLines) {
   EXPECT_EQ(Run({L"resolve", Command(L"/x")}).output, ToUtf8(Program()) + "\n");
   EXPECT_EQ(Run({L"resolve", Program() + L" /x"}).output, ToUtf8(Program()) + "\n");
   Run({L"resolve", L""}, 1);
+  EXPECT_EQ(Run({L"resolve", L"C:\\no folder\\gone.exe /x"}, 1).output, "C:\\no folder\\gone.exe\n");
 }
 
 TEST_F(StartupctlTest, LogIsWhereTheCommandSays) {

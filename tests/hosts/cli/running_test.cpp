@@ -101,7 +101,7 @@ TEST_F(Watching, EndsByTimeAndByBreak) {
   Start({L"--csv", L"--seconds", L"1"});
   const StartupctlResult timed = Process().Finish(10'000);
   EXPECT_EQ(timed.exitCode, 0u);
-  EXPECT_TRUE(timed.output.starts_with("event,index,"));
+  EXPECT_TRUE(timed.output.starts_with("event,time,changes,index,"));
   EXPECT_EQ(timed.output.find("ctl known"), std::string::npos) << "the first look makes no events";
   Start({});
   Process().Break();

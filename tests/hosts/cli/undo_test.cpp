@@ -51,7 +51,7 @@ TEST_F(StartupctlUndo, OneOfThreeChangesIsTakenBack) {
   EXPECT_EQ(list[1]["title"], "Startup Manager: Disabling ctl two");
   EXPECT_EQ(list[1]["state"], "done");
   EXPECT_EQ(list[1]["undoes"], nullptr);
-  EXPECT_EQ(list[1]["time"].get<std::string>().size(), 19u);
+  EXPECT_EQ(list[1]["time"].get<std::string>().size(), 25u);
   const std::wstring second = std::to_wstring(list[1]["id"].get<int>());
   const std::string shown = Run({L"undo", L"--show", second}).output;
   EXPECT_NE(shown.find("Restore the value \"ctl two\""), std::string::npos) << shown;
@@ -60,19 +60,19 @@ TEST_F(StartupctlUndo, OneOfThreeChangesIsTakenBack) {
   Run({L"undo", second});
   EXPECT_EQ(Find("ctl one")[0]["enabled"], false);
   EXPECT_EQ(Find("ctl two")[0]["enabled"], true);
-  EXPECT_EQ(Checkpoints()[1]["state"], "undone");
+  EXPECT_EQ(Checkpoints()[2]["state"], "undone");
+  EXPECT_EQ(Json::parse(Run({L"checkpoints", L"--json", L"--limit", L"1"}).output).at(0)["undoes"],
+            list[1]["id"]);
   Run({L"undo", second}, 1);
-  Run({L"redo", second});
+  Run({L"redo"});
+  Run({L"redo"}, 1);
   EXPECT_EQ(Find("ctl two")[0]["enabled"], false);
   Run({L"redo", second}, 1);
   for (int i = 0; i < 3; ++i) Run({L"undo"});
   EXPECT_EQ(DumpRunKeys(), before);
   Run({L"undo"}, 1);
   Run({L"undo", L"4711"}, 1);
-  for (const auto& wrong : {std::vector<std::wstring>{L"redo"},
-                            {L"undo", L"0"},
-                            {L"undo", L"x"},
-                            {L"undo", L"--show", L"--force"}}) {
+  for (const auto& wrong : {std::vector<std::wstring>{L"undo", L"0"}, {L"undo", L"--show", L"--force"}}) {
     Run(wrong, 2);
   }
 }

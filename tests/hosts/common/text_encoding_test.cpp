@@ -33,7 +33,7 @@ TEST(TextEncoding, PrintableShowsWhatCannotBeSeen) {
   EXPECT_EQ(Printable(L"x" + kHigh + L"y"), L"x\\u{d83d}y");
   EXPECT_EQ(Printable(kHigh + kLow), kHigh + kLow);
   EXPECT_EQ(Printable(L"exe.\u202Egpj"), L"exe.\\u{202e}gpj");
-  EXPECT_EQ(PrintableLines(L"a\nb\x01"), L"a\nb\\u{1}");
+  EXPECT_EQ(Printable(Printable(L"\u061C\n")), L"\\u{61c}\\u{a}");
 }
 
 TEST(TextEncoding, DecodesBothEscapesAndLeavesPathsAlone) {

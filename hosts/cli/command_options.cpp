@@ -1,0 +1,230 @@
+#include "hosts/cli/command_options.h"
+
+#include "hosts/cli/commands/commands.h"
+#include "hosts/cli/suggestion.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
+#include "infra/runtime/text.h"
+
+#include <CLI/CLI.hpp>
+
+namespace smh {
+
+namespace {
+
+// In front of an argument that the parser must take as it is: it treats an empty value as missing and one in
+// brackets as a list.
+constexpr char kLiteral = '\x01';
+
+std::string EncodeArgument(std::wstring_view argument) {
+  std::string bytes = ToUtf8(argument);
+  if (bytes.empty() || bytes.front() == kLiteral || bytes.front() == '[')
+    bytes.insert(bytes.begin(), kLiteral);
+  return bytes;
+}
+
+// What the command works on.
+void DeclareSubject(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  if (options & kTakesOneItem) {
+    app.add_option("ITEM", values.items, "Name of an entry, or a caption that only one entry has")
+        ->required()
+        ->expected(1);
+  }
+  if (options & kTakesItems) {
+    app.add_option("ITEM", values.items, "Names of entries, or captions that only one entry has")->required();
+  }
+  if (options & kTakesCommandLine) {
+    app.add_option("COMMANDLINE", values.items, "A command line, as one argument")->required()->expected(1);
+  }
+  if (options & (kTakesId | kNeedsId)) {
+    app.add_option("ID", values.ids, "A checkpoint's number, see the command checkpoints")
+        ->required((options & kNeedsId) != 0)
+        ->expected(1);
+  }
+  if (options & kTakesIds) {
+    app.add_option("ID", values.ids, "Checkpoints' numbers, see the command checkpoints");
+  }
+  if (options & kTakesPaths) {
+    app.add_option("--add", values.paths, "Also show the program of that path")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+  }
+}
+
+void DeclareLocation(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  if (options & (kTakesLocations | kTakesLocation | kNeedsLocation)) {
+    CLI::Option* const location =
+        app.add_option("--location", values.locations, "A location's name, see the command locations")
+            ->allow_extra_args(false)
+            ->type_name("LOCATION");
+    if (!(options & kTakesLocations)) location->expected(1);
+    if (options & kNeedsLocation) location->required();
+  }
+}
+
+// What is shown and for how long.
+void DeclareShowing(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  if (options & kTakesFilter) {
+    app.add_flag("--all", values.all, "All locations, not only the usual ones");
+    CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, "Only enabled entries");
+    app.add_flag("--disabled", values.disabled, "Only disabled entries")->excludes(enabled);
+  }
+  if (options & kTakesLimit) {
+    app.add_option("--limit", values.limit, "At most so many")->type_name("COUNT");
+  }
+  if (options & kTakesSeconds) {
+    app.add_option("--seconds", values.seconds, "End after that time")->type_name("SECONDS");
+  }
+}
+
+// How it is shown.
+void DeclareFormat(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  CLI::Option* json = nullptr;
+  if (options & kTakesJson) json = app.add_flag("--json", values.json, "As JSON");
+  if (options & kTakesCsv) app.add_flag("--csv", values.csv, "As CSV")->excludes(json);
+  if (options & kTakesColumns) {
+    app.add_option("--columns", values.columns, "Only these keys, in this order, separated by commas")
+        ->allow_extra_args(false)
+        ->type_name("KEYS");
+  }
+  if (options & kTakesOutput) {
+    app.add_option("--output", values.output, "Into that file instead of standard output")->type_name("FILE");
+  }
+  app.add_flag("--quiet", values.quiet, "Only tell of failures");
+}
+
+// What a change makes of it.
+void DeclareChange(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  if (options & kNeedsName) {
+    app.add_option("--name", values.name, "Name of the new entry")->required()->type_name("NAME");
+  }
+  if (options & kNeedsCommand) {
+    app.add_option("--command", values.command, "A command line")->required()->type_name("COMMANDLINE");
+  }
+  if (options & kNeedsTarget) {
+    app.add_option("--to", values.target, "A location's name")->required()->type_name("LOCATION");
+  }
+  if (options & kTakesUndoMode) {
+    CLI::Option* const show = app.add_flag("--show", values.show, "Only say what it would do, step by step");
+    app.add_flag("--force", values.force, "Over later changes too, and say what was overwritten")
+        ->excludes(show);
+  }
+  if (options & kTakesOnly) {
+    app.add_option("--only", values.only, "Only this part: its number, or the entry that its title names")
+        ->allow_extra_args(false)
+        ->type_name("ITEM");
+  }
+  if (options & kTakesPruning) {
+    app.add_option("--keep", values.keep, "All but the newest so many")->type_name("COUNT");
+    app.add_option("--days", values.days, "Those that are older than so many days")->type_name("DAYS");
+  }
+  if (options & kTakesYes) app.add_flag("--yes", values.yes, "Without a question");
+}
+
+std::int32_t ParseLocation(std::string_view bytes) {
+  const std::wstring name = DecodeArgument(bytes);
+  if (const auto location = LocationByName(name)) return *location;
+  std::vector<std::wstring> known;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    known.emplace_back(LocationName(location));
+  }
+  throw UsageError(L"There is no location \"" + name + L"\"; the command locations lists them." +
+                   DidYouMean(name, known));
+}
+
+std::uint32_t ParseId(std::string_view bytes) {
+  const std::wstring text = DecodeArgument(bytes);
+  if (text.empty() || text.find_first_not_of(L"0123456789") != std::wstring::npos) {
+    throw UsageError(L"\"" + text +
+                     L"\" is not a number; the command checkpoints lists those of checkpoints.");
+  }
+  const unsigned long long id = text.size() > 10 ? 0 : wcstoull(text.c_str(), nullptr, 10);
+  if (id == 0 || id > 0xFFFFFFFFull) throw UsageError(L"There is no checkpoint " + text + L".");
+  return static_cast<std::uint32_t>(id);
+}
+
+void TakeNames(const std::vector<std::string>& lists, std::vector<std::wstring>& names) {
+  for (const std::string& list : lists) {
+    const std::wstring text = DecodeArgument(list);
+    for (std::size_t begin = 0; begin <= text.size();) {
+      const std::size_t end = std::min(text.find(L',', begin), text.size());
+      names.push_back(Trim(std::wstring_view(text).substr(begin, end - begin)));
+      begin = end + 1;
+    }
+  }
+}
+
+// What has no value of its own that says that it was not given.
+template <typename Value>
+std::optional<Value> Given(const CLI::App& parser, const char* option, bool isTaken, Value value) {
+  return isTaken && parser.count(option) != 0 ? std::optional(value) : std::nullopt;
+}
+
+void TakeSubject(const OptionValues& values, Arguments& arguments) {
+  for (const std::string& item : values.items) arguments.items.push_back(DecodeArgument(item));
+  for (const std::string& location : values.locations) arguments.locations.push_back(ParseLocation(location));
+  for (const std::string& id : values.ids) arguments.ids.push_back(ParseId(id));
+  for (const std::string& part : values.only) arguments.only.push_back(DecodeArgument(part));
+  for (const std::string& path : values.paths) {
+    arguments.paths.push_back(DecodeArgument(path));
+    if (Trim(arguments.paths.back()).empty()) throw UsageError(L"The path is empty.");
+  }
+}
+
+}  // namespace
+
+void DeclareOptions(CLI::App& parser, std::uint64_t options, OptionValues& values) {
+  DeclareSubject(parser, options, values);
+  DeclareLocation(parser, options, values);
+  DeclareShowing(parser, options, values);
+  DeclareFormat(parser, options, values);
+  DeclareChange(parser, options, values);
+}
+
+Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std::uint64_t options) {
+  Arguments arguments;
+  TakeSubject(values, arguments);
+  if (options & kNeedsTarget) arguments.target = ParseLocation(values.target);
+  arguments.name = DecodeArgument(values.name);
+  arguments.command = DecodeArgument(values.command);
+  if (options & kNeedsName && arguments.name.empty()) throw UsageError(L"The name is empty.");
+  if (options & kNeedsCommand && arguments.command.empty()) throw UsageError(L"The command is empty.");
+  arguments.show = values.show;
+  arguments.force = values.force;
+  arguments.yes = values.yes;
+  arguments.quiet = values.quiet;
+  arguments.all = values.all;
+  if (values.enabled || values.disabled) arguments.enabled = values.enabled;
+  if (values.json) arguments.format = OutputFormat::kJson;
+  if (values.csv) arguments.format = OutputFormat::kCsv;
+  arguments.seconds = Given(parser, "--seconds", (options & kTakesSeconds) != 0, values.seconds);
+  arguments.limit = Given(parser, "--limit", (options & kTakesLimit) != 0, values.limit);
+  arguments.keep = Given(parser, "--keep", (options & kTakesPruning) != 0, values.keep);
+  arguments.days = Given(parser, "--days", (options & kTakesPruning) != 0, values.days);
+  TakeNames(values.columns, arguments.columns);
+  arguments.output = DecodeArgument(values.output);
+  if (options & kTakesOutput && parser.count("--output") != 0 && arguments.output.empty()) {
+    throw UsageError(L"The name of the output file is empty.");
+  }
+  return arguments;
+}
+
+std::vector<std::string> EncodeArguments(std::span<const std::wstring> arguments) {
+  std::vector<std::string> encoded;
+  bool optionsEnded = false;
+  for (const std::wstring& argument : arguments) {
+    const bool emptyValue = !optionsEnded && argument.starts_with(L"--") && argument.ends_with(L'=');
+    optionsEnded = optionsEnded || argument == L"--";
+    encoded.push_back(EncodeArgument(emptyValue ? argument.substr(0, argument.size() - 1) : argument));
+    if (emptyValue) encoded.push_back(EncodeArgument(L""));
+  }
+  return {encoded.rbegin(), encoded.rend()};
+}
+
+std::wstring DecodeArgument(std::string_view bytes) {
+  if (!bytes.empty() && bytes.front() == kLiteral) bytes.remove_prefix(1);
+  return FromUtf8(bytes);
+}
+
+}  // namespace smh
