@@ -88,9 +88,9 @@ LSTATUS Safeguard::SetSource(HKEY key, const wchar_t* name, const wchar_t* path)
     } else if (path != nullptr) {
       source = SourceAt(FullPath(path));
     }
-    if (!source) return ERROR_FILE_NOT_FOUND;
-    checkpoint->SetSource(*std::move(source));
-    return ERROR_SUCCESS;
+    const bool isThere = source.has_value();
+    checkpoint->SetSource(std::move(source).value_or(StepSource()));
+    return isThere ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
   });
 }
 

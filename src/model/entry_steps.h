@@ -9,7 +9,14 @@
 #include "model/last_look.h"
 #include "model/uStartupItem.h"
 
+#include <cstddef>
+#include <functional>
+
 namespace smh {
+
+// Called before a place of a target is written, with its number from 0: what is written from here on is a
+// copy of the source's place of that number.
+using CopyMark = std::function<void(std::size_t place)>;
 
 // An entry that stands somewhere. Holds what the first reading found.
 class EntrySource {
@@ -25,6 +32,9 @@ class EntrySource {
   // The command that another kind of location would hold. Raises, and says why, when the entry is something
   // else or more than a command.
   virtual std::wstring Command() const = 0;
+  // Tells the backup service that the thread writes copies of one of its places from here on, of the last one
+  // for a number beyond them; what has gone is not told.
+  virtual void MarkCopies(std::size_t place) const = 0;
   // Takes the entry away, when it still is what was read first and `arrived` says that its target stands, and
   // looks again. False when it is still there without an error. Raises EChangeRefused when it is something
   // else by now or its target has gone, and what the taking away raises.
@@ -48,7 +58,7 @@ class EntryTarget {
   virtual bool StandsAlready() const noexcept { return false; }
   // Writes the entry and reads it back. False when it did not arrive without an error; then, as after what it
   // raises, TakeBack is due.
-  virtual bool InsertItem() = 0;
+  virtual bool InsertItem(const CopyMark& mark) = 0;
   // Whether what was written still stands; the source goes only then. May raise.
   virtual bool Stands() const = 0;
   // Removes what was written, when it is still that; whether the place is as it was.

@@ -15,8 +15,11 @@ void TakeBack(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkp
 bool CarryEntry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
   const LastLook arrived = [target] { return target == nullptr || target->Stands(); };
   const bool removes = source != nullptr && (target == nullptr || !target->CarriesSource());
+  const CopyMark mark = [&](std::size_t place) {
+    if (source != nullptr && checkpoint.IsRecorded()) source->MarkCopies(place);
+  };
   try {
-    if ((target == nullptr || target->InsertItem()) && (!removes || source->ExtractItem(arrived)))
+    if ((target == nullptr || target->InsertItem(mark)) && (!removes || source->ExtractItem(arrived)))
       return true;
   } catch (...) {
     TakeBack(target, removes ? source : nullptr, checkpoint);

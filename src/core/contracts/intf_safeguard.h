@@ -110,9 +110,9 @@ struct ISafeguard : IUnknown {
   virtual LSTATUS STDMETHODCALLTYPE SetChangeCheck(IChangeCheck* check) = 0;
   // 9: what is written in this thread's innermost level from here on, inner ones included, is a copy of that
   // value, of that key (`name` null), or of the file at `path` (`key` null); of nothing when both are null.
-  // It is read now and must be there: ERROR_FILE_NOT_FOUND. `key` is the caller's and open for KEY_READ. An
-  // undo that would remove what was written looks whether the source stands as it was: the only copy stays.
-  // ERROR_INVALID_FUNCTION without a begin.
+  // It is read now; ERROR_FILE_NOT_FOUND, and a copy of nothing, when it is not there. `key` is the caller's
+  // and open for KEY_READ. An undo that would remove what was written looks whether the source stands as it
+  // was: the only copy stays. ERROR_INVALID_FUNCTION without a begin.
   virtual LSTATUS STDMETHODCALLTYPE SetSource(HKEY key, const wchar_t* name, const wchar_t* path) = 0;
 };
 

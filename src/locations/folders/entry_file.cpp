@@ -94,6 +94,10 @@ std::wstring FileSource::Command() const {
   return std::wstring(facts.command);
 }
 
+void FileSource::MarkCopies(std::size_t) const {
+  DLLGlobals::Safeguard().SetSource(nullptr, nullptr, path_.c_str());
+}
+
 bool FileSource::ExtractItem(const LastLook& arrived) {
   if (!recorded_) {
     RequireStill(arrived);
@@ -174,7 +178,9 @@ void FileTarget::Move() {
 }
 
 // Let go of afterwards: those who list the file now read it.
-bool FileTarget::InsertItem() {
+bool FileTarget::InsertItem(const CopyMark& mark) {
+  // A file that goes there itself is no copy.
+  if (made_ != nullptr) mark(0);
   Move();
   file_.Close();
   folders_.TakeOver(to_);
@@ -235,7 +241,7 @@ void ReplacedFile::Replace() {
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(error);
 }
 
-bool ReplacedFile::InsertItem() {
+bool ReplacedFile::InsertItem(const CopyMark&) {
   Replace();
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(ERROR_WRITE_FAULT);
   folders_.TakeOver(file_);

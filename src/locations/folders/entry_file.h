@@ -29,6 +29,7 @@ class FileSource final : public EntrySource {
   SharedText ShownCommand() const override;
   // Raises for a program file and for a shortcut that is more than a command.
   std::wstring Command() const override;
+  void MarkCopies(std::size_t place) const override;
   bool ExtractItem(const LastLook& arrived) override;
   bool PutBack() noexcept override;
 
@@ -56,7 +57,7 @@ class FileTarget final : public EntryTarget {
   FileTarget(std::unique_ptr<TemporaryShortcut> made, std::wstring to, bool enabled, const FolderSet& folders,
              bool recorded);
 
-  bool InsertItem() override;
+  bool InsertItem(const CopyMark& mark) override;
   bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return ListFile(to_, enabled_); }
@@ -86,7 +87,7 @@ class ReplacedFile final : public EntryTarget {
   ReplacedFile(FileSource& source, std::unique_ptr<TemporaryShortcut> made, const FolderSet& folders,
                bool recorded);
 
-  bool InsertItem() override;
+  bool InsertItem(const CopyMark& mark) override;
   bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return source_.Found(); }

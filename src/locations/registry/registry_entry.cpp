@@ -1,5 +1,6 @@
 #include "locations/registry/registry_entry.h"
 
+#include "core/contracts/uDllGlobals.h"
 #include "infra/registry/registry.h"
 #include "model/change_refused.h"
 
@@ -43,6 +44,14 @@ std::unique_ptr<RegistrySource> RegistrySource::Read(std::shared_ptr<const Entry
 std::wstring RegistrySource::Command() const {
   if (!data_.IsText()) RaiseInvalidDataType(Address().valueName);
   return data_.Text();
+}
+
+void RegistrySource::MarkCopies(std::size_t place) const {
+  const Place& marked = places_[std::min(place, places_.size() - 1)];
+  const RegistryValueAddress& address = marked.address;
+  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
+  const bool isKey = marked.kept.front().isKey;
+  DLLGlobals::Safeguard().SetSource(key.Get(), isKey ? nullptr : address.valueName.c_str(), nullptr);
 }
 
 bool RegistrySource::ExtractItem(const LastLook& arrived) {
@@ -91,15 +100,16 @@ bool RegistryTarget::StandsAlready() const noexcept {
   return places_.front().stands;
 }
 
-bool RegistryTarget::InsertItem() {
-  for (Place& place : places_) {
+bool RegistryTarget::InsertItem(const CopyMark& mark) {
+  for (std::size_t number = 0; number < places_.size(); ++number) {
+    Place& place = places_[number];
     // Both views may show one and the same key: then the first writing was for both.
-    const bool isOther = &place != &places_.front();
-    if (place.stands || isOther) {
+    if (place.stands || number != 0) {
       if (Holds(store_->Keep(place.address))) continue;
       if (place.stands) RaiseChangedMeanwhile();
     }
     place.isWritten = true;
+    mark(number);
     if (!store_->Write(place.address, data_, place.before)) return false;
   }
   return true;

@@ -47,6 +47,7 @@ class RegistrySource final : public EntrySource {
   SharedText ShownCommand() const override { return found_.command; }
   // Raises ERegistryException for data that is no text.
   std::wstring Command() const override;
+  void MarkCopies(std::size_t place) const override;
   bool ExtractItem(const LastLook& arrived) override;
   bool PutBack() noexcept override;
 
@@ -88,7 +89,7 @@ class RegistryTarget final : public EntryTarget {
   bool AddTwin();
 
   bool StandsAlready() const noexcept override;
-  bool InsertItem() override;
+  bool InsertItem(const CopyMark& mark) override;
   bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return found_; }
