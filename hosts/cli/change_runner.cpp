@@ -12,83 +12,99 @@ namespace smh {
 
 namespace {
 
-// The very same entry in the same state. The name alone is not enough: an entry of another key may take the
-// path over when this one leaves it.
-bool IsSameEntry(const ItemRecord& a, const ItemRecord& b) {
-  return a.location == b.location && a.enabled == b.enabled && a.name == b.name && a.command == b.command;
+std::wstring InQuotes(const std::wstring& text) {
+  return L"\"" + text + L"\"";
 }
 
-bool Contains(std::span<const ItemRecord> list, const ItemRecord& item) {
-  return std::any_of(list.begin(), list.end(),
-                     [&item](const ItemRecord& other) { return IsSameEntry(item, other); });
+// The state in which a change finds work to do.
+std::optional<bool> StateFor(Verb verb) {
+  if (verb == Verb::kEnable) return false;
+  return verb == Verb::kDisable ? std::optional(true) : std::nullopt;
 }
 
-std::wstring FailureOf(const Change& change, const ItemRecord& item) {
-  return std::wstring(L"Cannot ").append(change.verb).append(L" ").append(Describe(item));
-}
-
-// The entries that ITEMs mean, each once.
-std::vector<ItemRecord> SelectTargets(std::span<const ItemRecord> list, const Arguments& arguments) {
-  std::vector<ItemRecord> targets;
+// The changes in the order of the arguments, each entry once.
+std::vector<EntryChange> PlanChanges(const Library& library, const Arguments& arguments, Verb verb,
+                                     const ChangeOrder& order) {
+  Listing listing = TakeListing(library);
+  std::vector<EntryChange> changes;
+  std::vector<bool> isTaken(listing.items.size());
   for (const std::wstring& text : arguments.items) {
-    const ItemRecord& item = SelectItem(list, text, arguments.Location());
-    if (!Contains(targets, item)) targets.push_back(item);
+    const ItemRecord& item = SelectItem(listing.items, text, arguments.Location(), StateFor(verb));
+    const auto index = static_cast<std::size_t>(&item - listing.items.data());
+    if (isTaken[index]) continue;
+    isTaken[index] = true;
+    changes.push_back({.verb = verb, .order = order, .before = item, .listed = listing.wrappers[index]});
   }
-  return targets;
+  return changes;
 }
 
-// Without the entries that need no change. Raises HostError when one cannot be changed.
-std::vector<ItemRecord> CheckTargets(const Library& library, std::vector<ItemRecord> targets,
-                                     const Change& change) {
-  std::vector<ItemRecord> accepted;
-  for (ItemRecord& item : targets) {
-    const Verdict verdict = change.check(item, *RequireListedItem(library, item));
-    if (verdict.kind == Verdict::Kind::kRefused) {
-      throw HostError(FailureOf(change, item) + L": " + verdict.reason + L" Nothing was changed.");
-    }
-    if (verdict.kind == Verdict::Kind::kNothingToDo) {
-      WriteMessage(Describe(item) + L": " + verdict.reason);
-    } else {
-      accepted.push_back(std::move(item));
-    }
+// Tells of every outcome that is not there any more when all is done.
+void CompareAtTheEnd(const Library& library, std::span<EntryChange> changes) {
+  const auto isDone = [](const EntryChange& change) { return change.outcome->kind == OutcomeKind::kDone; };
+  if (std::ranges::none_of(changes, isDone)) return;
+  ReadForChanges(library, false);
+  for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
+    if (changes.size() > 1) WriteMessage(OutcomeText(*change, *change->outcome));
   }
-  return accepted;
+}
+
+// How many have failed, all told.
+std::size_t CountBad(std::span<const EntryChange> changes) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(changes, [](const EntryChange& change) { return !change.outcome->IsGood(); }));
+}
+
+// Of one entry the failure itself is the command's; of several each was told already.
+void RaiseFailures(std::span<const EntryChange> changes) {
+  const std::size_t bad = CountBad(changes);
+  if (bad == 0) return;
+  if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome));
+  const std::wstring verb(OperationOf(changes.front().verb).name);
+  throw HostError(
+      std::to_wstring(bad) + L" of " + std::to_wstring(changes.size()) + L" entries: cannot " + verb + L".",
+      bad == changes.size() ? ExitCode::kFailed : ExitCode::kPartly);
 }
 
 }  // namespace
 
-std::wstring FindFault(const Change& change, const ItemRecord& before, std::span<const ItemRecord> listBefore,
-                       std::span<const ItemRecord> listNow) {
-  if (Contains(listNow, before)) return L"the entry is still there as it was.";
-  if (!change.isOutcome) return {};
-  const bool found = std::any_of(listNow.begin(), listNow.end(), [&](const ItemRecord& now) {
-    return change.isOutcome(before, now) && !Contains(listBefore, now);
-  });
-  return found ? std::wstring() : L"the entry is not where it should be now.";
-}
-
-void ApplyChange(const Change& change, const ItemRecord& item, IStartupItem& listed) {
-  CheckDone(change.apply(listed), FailureOf(change, item), change.slot);
-}
-
-std::wstring RefusalReason(const ItemRecord& item) {
-  return L"entries of " + std::wstring(LocationName(item.location)) +
-         L" do not allow it, or this account may not write there.";
-}
-
-void ChangeItems(const Arguments& arguments, const Change& change) {
-  const Library library;
-  if (change.prepare) change.prepare(library);
-  std::vector<ItemRecord> list = ReadAllItems(library);
-  const std::vector<ItemRecord> targets = CheckTargets(library, SelectTargets(list, arguments), change);
-  for (const ItemRecord& item : targets) {
-    ApplyChange(change, item, *RequireListedItem(library, item));
-    std::vector<ItemRecord> listNow = ReadAllItems(library);
-    const std::wstring fault = FindFault(change, item, list, listNow);
-    if (!fault.empty()) throw HostError(FailureOf(change, item) + L": " + fault);
-    WriteMessage(std::wstring(change.done) + L" " + Describe(item) + change.target + L".");
-    list = std::move(listNow);
+std::wstring OutcomeText(const EntryChange& change, const Outcome& outcome) {
+  const Operation& operation = OperationOf(change.verb);
+  const std::wstring entry = Describe(change.before);
+  if (outcome.kind == OutcomeKind::kNothingToDo) return entry + L": " + outcome.text;
+  if (!outcome.IsGood()) {
+    return std::wstring(L"Cannot ").append(operation.name).append(L" ").append(entry) + L": " + outcome.text;
   }
+  std::wstring text = std::wstring(operation.done).append(L" ").append(entry);
+  if (outcome.now && change.verb == Verb::kMove) {
+    text += L" to " + std::wstring(LocationName(outcome.now->location)) + L" as " +
+            InQuotes(outcome.now->caption);
+  }
+  if (outcome.now && outcome.now->id != change.before.id) text += L", now " + outcome.now->id;
+  return text + L".";
+}
+
+void ChangeEntries(const Arguments& arguments, Verb verb, const ChangeOrder& order) {
+  const Library library;
+  ReadForChanges(library, false);
+  RunChanges(library, PlanChanges(library, arguments, verb, order));
+}
+
+void AddEntry(EntryChange change) {
+  const Library library;
+  ReadForChanges(library, false);
+  std::vector<EntryChange> changes;
+  changes.push_back(std::move(change));
+  RunChanges(library, std::move(changes));
+}
+
+void RunChanges(const Library& library, std::vector<EntryChange> changes) {
+  const bool isOne = changes.size() == 1;
+  for (EntryChange& change : changes) {
+    const Outcome& outcome = MakeChange(library, change);
+    if (!isOne || outcome.IsGood()) WriteMessage(OutcomeText(change, outcome));
+  }
+  CompareAtTheEnd(library, changes);
+  RaiseFailures(changes);
 }
 
 }  // namespace smh

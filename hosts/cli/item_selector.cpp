@@ -2,6 +2,7 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/operations.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
@@ -72,7 +73,7 @@ std::vector<ItemRecord> ItemFilter::Select(std::span<const ItemRecord> items) co
 }
 
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
-                             std::optional<std::int32_t> location) {
+                             std::optional<std::int32_t> location, std::optional<bool> preferred) {
   Matches matches = MatchesOf(items, text, location);
   if (matches.empty()) matches = MatchesOf(items, DecodeEscapes(text), location);
   const std::wstring quoted = L"\"" + std::wstring(text) + L"\"";
@@ -80,6 +81,9 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
     throw HostError(L"No entry has the name or caption " + quoted +
                     (location ? L" in " + std::wstring(LocationName(*location)) : L"") + L".");
   }
+  const auto isIdle = [&](const ItemRecord* item) { return item->enabled != *preferred; };
+  if (matches.size() > 1 && preferred && !std::ranges::all_of(matches, isIdle))
+    std::erase_if(matches, isIdle);
   if (matches.size() > 1) {
     throw HostError(quoted + L" means several entries; give the full name of one:", CandidateLines(matches));
   }
@@ -90,10 +94,6 @@ ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord&
   ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
   if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
   return listed;
-}
-
-std::wstring Describe(const ItemRecord& item) {
-  return L"\"" + item.caption + L"\" in " + std::wstring(LocationName(item.location));
 }
 
 }  // namespace smh

@@ -33,16 +33,14 @@ struct ItemFilter {
 // entries of every other location. When nothing matches, the text is tried once more with its \uXXXX and
 // \u{X} escapes replaced.
 //
+// With `preferred`, of several entries that share a caption those in that state are meant, if there are any.
 // Answers an element of `items`. Raises HostError when no entry matches, and when several do: the message
 // lists them.
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
-                             std::optional<std::int32_t> location);
+                             std::optional<std::int32_t> location, std::optional<bool> preferred = {});
 
 // The entry in the list as it is now, with a reference of the caller's. Takes the list's lock for the search;
 // the entry may go right after. Raises HostError when it has gone.
 ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item);
-
-// "Caption" in sulRegistryUserRun: how messages name an entry. Not yet printable: WriteMessage escapes.
-std::wstring Describe(const ItemRecord& item);
 
 }  // namespace smh

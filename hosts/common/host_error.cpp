@@ -54,12 +54,16 @@ std::wstring SystemErrorText(HRESULT result) {
   return text.empty() ? L"Error " + std::wstring(number) : text + L" (" + number + L")";
 }
 
+LibraryFault TakeLibraryFault(LibrarySlot slot, std::optional<HRESULT> result) {
+  std::wstring text = TakeErrorText();
+  const Refusal* const refusal = FindRefusal(slot, result, text);
+  if (refusal != nullptr && refusal->words != nullptr) return {refusal->words, true};
+  if (text.empty()) text = SystemErrorText(result.value_or(E_FAIL));
+  return {std::move(text), refusal != nullptr};
+}
+
 std::wstring LibraryErrorText(LibrarySlot slot, std::optional<HRESULT> result) {
-  const std::wstring text = TakeErrorText();
-  if (const Refusal* const refusal = FindRefusal(slot, result, text); refusal && refusal->words) {
-    return refusal->words;
-  }
-  return text.empty() ? SystemErrorText(result.value_or(E_FAIL)) : text;
+  return TakeLibraryFault(slot, result).text;
 }
 
 std::wstring CurrentFaultText() {

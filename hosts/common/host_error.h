@@ -12,8 +12,9 @@
 
 namespace smh {
 
-// What the program answers to its caller: all went well, something failed, the command line does not fit.
-enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2 };
+// What the program answers to its caller: all went well, it failed, the command line does not fit, a part of
+// it was refused or failed and the rest is done.
+enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2, kPartly = 3 };
 
 // What the hosts raise. The message is a whole sentence for the user, made printable, so that no name in it
 // can end the line; further lines are added one by one.
@@ -46,6 +47,12 @@ std::wstring SystemErrorText(HRESULT result);
 // that answers a number. Takes the thread's error info: a second call for the same failure knows `result`
 // only.
 std::wstring LibraryErrorText(LibrarySlot slot, std::optional<HRESULT> result);
+// The same, and whether it is one of the refusals that are foreseen, behind which nothing has changed.
+struct LibraryFault {
+  std::wstring text;
+  bool isRefusal;
+};
+LibraryFault TakeLibraryFault(LibrarySlot slot, std::optional<HRESULT> result);
 // What the exception in flight says, for people; call it inside a catch handler. Raises nothing but
 // std::bad_alloc.
 std::wstring CurrentFaultText();

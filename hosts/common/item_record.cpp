@@ -4,6 +4,7 @@
 #include "hosts/common/iso_time.h"
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/short_id.h"
 
 #include <iterator>
 
@@ -115,6 +116,7 @@ constexpr ItemField kItemFields[] = {
     {L"twin", [](R item) { return TwinOf(item.twin); }},
     {L"twinCommand",
      [](R item) { return item.twin == kTwinOther ? TextOf(item.twinCommand) : FieldValue(); }},
+    {L"id", [](R item) { return TextOf(item.id); }},
 };
 
 void ReadFacts(const FactReader& facts, ItemRecord& record) {
@@ -139,6 +141,7 @@ ItemRecord ReadItemRecord(IStartupItem& item) {
   record.index = item.GetIndex();
   record.location = item.GetLocation();
   record.name = TakeText([&](BoundaryText* name) { return item.GetName(name); });
+  record.id = WholeId(record.location, record.name).substr(0, kShortIdDigits);
   record.imageIndex = item.GetImageIndex();
   record.enabled = FlagProperty(item, kPropertyEnabled);
   record.fileFound = FlagProperty(item, kPropertyFileFound);

@@ -21,6 +21,7 @@ struct ItemRecord {
   std::int32_t index = -1;          // position in the list; -1 for an entry that has left it
   std::int32_t location = sulNone;  // a TTypeStartupLocation
   std::wstring name;                // the full value path or the file path
+  std::wstring id;                  // its short id among those that were read with it
   std::wstring caption;
   bool enabled = false;
   bool fileFound = false;

@@ -1,6 +1,7 @@
 #include "hosts/common/reading.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/common/short_id.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -10,6 +11,15 @@ namespace smh {
 namespace {
 
 constexpr DWORD kPollInterval = 10;
+
+ReadState ReadTo(const Library& library, ReadScope scope, ReadState wanted, DWORD limit) {
+  IStartupItemCollection& items = library.Items();
+  CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
+              L"Cannot choose the locations");
+  CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
+  WaitForReader([&] { return items.GetReadState() >= wanted; }, limit);
+  return static_cast<ReadState>(items.GetReadState());
+}
 
 void RequireState(ReadState state, ReadState required) {
   if (state < required) throw HostError(L"Reading took more than a minute: this is not all that there is.");
@@ -27,12 +37,7 @@ bool WaitForReader(const std::function<bool()>& isComplete, DWORD limit) {
 }
 
 ReadState ReadToEnd(const Library& library, ReadScope scope, DWORD limit) {
-  IStartupItemCollection& items = library.Items();
-  CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
-              L"Cannot choose the locations");
-  CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
-  WaitForReader([&items] { return items.GetReadState() == kReadStateComplete; }, limit);
-  return static_cast<ReadState>(items.GetReadState());
+  return ReadTo(library, scope, kReadStateComplete, limit);
 }
 
 void RequireListed(ReadState state) {
@@ -43,15 +48,33 @@ void RequireComplete(ReadState state) {
   RequireState(state, kReadStateComplete);
 }
 
-std::vector<ItemRecord> TakeSnapshot(const Library& library) {
-  const ListLock lock(library);
-  std::vector<ItemRecord> records;
-  const std::int32_t count = library.Items().GetCount();
-  records.reserve(static_cast<std::size_t>(count));
-  for (std::int32_t index = 0; index < count; ++index) {
-    records.push_back(ReadItemRecord(*library.ItemAt(index)));
+Listing TakeListing(const Library& library) {
+  Listing listing;
+  {
+    const ListLock lock(library);
+    const std::int32_t count = library.Items().GetCount();
+    for (std::int32_t index = 0; index < count; ++index) {
+      listing.wrappers.push_back(library.ItemAt(index));
+      listing.items.push_back(ReadItemRecord(*listing.wrappers.back()));
+    }
   }
-  return records;
+  AssignShortIds(listing.items);
+  return listing;
+}
+
+std::vector<ItemRecord> TakeSnapshot(const Library& library) {
+  return TakeListing(library).items;
+}
+
+std::vector<ComPtr<IStartupItem>> ListedIn(const Library& library, std::int32_t location) {
+  const ListLock lock(library);
+  std::vector<ComPtr<IStartupItem>> items;
+  const std::int32_t count = library.Items().GetCount();
+  for (std::int32_t index = 0; index < count; ++index) {
+    ComPtr<IStartupItem> item = library.ItemAt(index);
+    if (item->GetLocation() == location) items.push_back(std::move(item));
+  }
+  return items;
 }
 
 void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
@@ -60,23 +83,15 @@ void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
   }
 }
 
+void ReadForChanges(const Library& library, bool details) {
+  RequireListed(
+      ReadTo(library, ReadScope::kAll, details ? kReadStateComplete : kReadStateListed, kReadingLimitMs));
+  CheckResult(library.Items().Stop(), L"Cannot stop reading", LibrarySlot::kReading);
+}
+
 std::vector<ItemRecord> ReadAllItems(const Library& library) {
   RequireListed(ReadToEnd(library, ReadScope::kAll));
   return TakeSnapshot(library);
-}
-
-std::optional<ItemRecord> FindAddedEntry(const Library& library, std::int32_t index, std::int32_t location,
-                                         const std::wstring& name) {
-  const std::wstring file = L'\\' + name + L".lnk";
-  const auto isIt = [&](const ItemRecord& item) {
-    return item.location == location && item.enabled &&
-           (item.root.empty() ? EndsText(file, item.name) : item.value && SameText(*item.value, name));
-  };
-  const std::vector<ItemRecord> list = TakeSnapshot(library);
-  const auto place = static_cast<std::size_t>(index);
-  if (place < list.size() && isIt(list[place])) return list[place];
-  const auto found = std::ranges::find_if(list, isIt);
-  return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
 ComPtr<IStartupItem> FindListedItem(const Library& library, std::int32_t location, std::wstring_view name) {

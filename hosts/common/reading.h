@@ -37,16 +37,24 @@ void RequireComplete(ReadState state);
 // A copy of every listed entry, in list order, without the files of their commands: one state of the list,
 // under its lock.
 std::vector<ItemRecord> TakeSnapshot(const Library& library);
+// The wrappers of the entries of one location, in list order.
+std::vector<ComPtr<IStartupItem>> ListedIn(const Library& library, std::int32_t location);
+// A copy of every listed entry, as TakeSnapshot makes it, and its wrapper at the same position, which stays
+// with it.
+struct Listing {
+  std::vector<ItemRecord> items;
+  std::vector<ComPtr<IStartupItem>> wrappers;
+};
+Listing TakeListing(const Library& library);
+// Reads all locations, as far as it takes to know what there is and, with `details`, everything about it;
+// then the reader rests, so that changes have the machine for themselves. Raises HostError when that takes
+// too long.
+void ReadForChanges(const Library& library, bool details);
 // Fills ItemRecord::file of entries with a command, empty where none is found; searching takes time and disk,
 // so it is done only for entries that are shown.
 void ResolveFiles(const Library& library, std::span<ItemRecord> items);
 // ReadToEnd of all locations, which it requires to be listed, then a copy of every entry.
 std::vector<ItemRecord> ReadAllItems(const Library& library);
-
-// The enabled entry that an addition has made, or found, under `name`, the value's or the shortcut's. `index`
-// is what AddItem has answered: others may have changed the list since. None when it has gone.
-std::optional<ItemRecord> FindAddedEntry(const Library& library, std::int32_t index, std::int32_t location,
-                                         const std::wstring& name);
 
 // The listed entry of that location and name, compared unit by unit; empty when it has gone. It may leave the
 // list right after.

@@ -130,7 +130,7 @@ void EntriesView::SelectAdded() {
   if (!added_) return;
   const auto& shown = rows_.Shown();
   const auto row = std::find_if(shown.begin(), shown.end(), [this](const EntryRow* each) {
-    return each->item.location == added_->location && each->item.caption == added_->name;
+    return each->item.location == added_->location && each->item.name == added_->name;
   });
   if (row == shown.end()) return;
   const auto position = static_cast<std::size_t>(row - shown.begin());
@@ -293,9 +293,9 @@ bool EntriesView::CanRun(UINT command) const {
 void EntriesView::Run(UINT command) {
   switch (command) {
     case CMD_ENABLE:
-      return commands_.Switch(kActionEnable, SelectedThatCan(kActionEnable));
+      return commands_.Switch(true, SelectedThatCan(kActionEnable));
     case CMD_DISABLE:
-      return commands_.Switch(kActionDisable, SelectedThatCan(kActionDisable));
+      return commands_.Switch(false, SelectedThatCan(kActionDisable));
     case CMD_DELETE:
       return commands_.Delete(SelectedThatCan(kActionDelete));
     case CMD_ADD:
@@ -335,7 +335,7 @@ void EntriesView::Toggle(std::size_t row) {
     return frame_.say(L"This entry cannot be " +
                       std::wstring(action == kActionEnable ? L"enabled." : L"disabled."));
   }
-  commands_.Switch(action, std::move(items));
+  commands_.Switch(action == kActionEnable, std::move(items));
 }
 
 void EntriesView::Add() {

@@ -104,7 +104,7 @@ class EntriesView final : public View {
   // The program of the command that the details show.
   std::wstring resolvedCommand_;
   std::wstring resolvedFile_;
-  std::optional<EntryKey> added_;  // location and caption of an entry that is about to appear
+  std::optional<EntryKey> added_;  // an entry that is about to appear
 };
 
 }  // namespace smh

@@ -1,6 +1,5 @@
 #include "hosts/gui/entry_commands.h"
 
-#include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 #include "hosts/gui/entry_dialogs.h"
 
@@ -26,23 +25,24 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
                              frame_.account.sessionUser + L", who is logged on. Change them?");
 }
 
-void EntryCommands::Apply(std::vector<ItemRecord> items, EntryOperation operation,
-                          const std::wstring& done) const {
+void EntryCommands::Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
   if (items.empty()) return;
-  frame_.worker.Ask([items = std::move(items), operation = std::move(operation)](
-                        LibrarySession& session) { return session.Apply(items, operation); },
-                    [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); });
+  frame_.worker.Ask([items = std::move(items), verb, order = std::move(order)](
+                        LibrarySession& session) { return session.Change(items, verb, order); },
+                    [this, verb](const OperationReport& report) {
+                      ShowOutcome(frame_, std::wstring(OperationOf(verb).done), report);
+                    });
 }
 
-void EntryCommands::Switch(ItemAction action, std::vector<ItemRecord> items) const {
-  if (!MayChange(items)) return;
-  const bool enable = action == kActionEnable;
-  Apply(std::move(items),
-        {action, [enable](IStartupItem& item) { return enable ? item.Enable() : item.Disable(); },
-         [enable](IStartupItem& item) {
-           return item.GetIndex() < 0 || FlagProperty(item, kPropertyEnabled) == enable;
-         }},
-        enable ? L"Enabled" : L"Disabled");
+void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const {
+  if (items.empty()) return;
+  frame_.worker.Ask(
+      [items = std::move(items), action](LibrarySession& session) { return session.Open(items, action); },
+      [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); });
+}
+
+void EntryCommands::Switch(bool enable, std::vector<ItemRecord> items) const {
+  if (MayChange(items)) Apply(std::move(items), enable ? Verb::kEnable : Verb::kDisable);
 }
 
 void EntryCommands::Delete(std::vector<ItemRecord> items) const {
@@ -52,10 +52,7 @@ void EntryCommands::Delete(std::vector<ItemRecord> items) const {
                            L"program just as well.")) {
     return;
   }
-  Apply(std::move(items),
-        {kActionDelete, [](IStartupItem& item) { return item.Delete(); },
-         [](IStartupItem& item) { return item.GetIndex() < 0; }},
-        L"Deleted");
+  Apply(std::move(items), Verb::kDelete);
 }
 
 void EntryCommands::Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const {
@@ -72,10 +69,11 @@ void EntryCommands::Add(const LocationSet& shown, std::function<void(const Entry
       [entry = *entry](LibrarySession& session) {
         return session.Add(entry.location, entry.name, entry.command);
       },
-      [this, entry = *entry, onAdded = std::move(onAdded)](const std::wstring& fault) {
-        if (!fault.empty()) return ShowError(frame_, L"Cannot add \u201C" + entry.name + L"\u201D: " + fault);
-        frame_.say(L"Added \u201C" + entry.name + L"\u201D.");
-        onAdded({entry.location, entry.name});
+      [this, name = L"\u201C" + entry->name + L"\u201D",
+       onAdded = std::move(onAdded)](const OperationReport& report) {
+        if (!report.now) return ShowError(frame_, L"Cannot add " + report.failures.front());
+        frame_.say(report.done > 0 ? L"Added " + name + L"." : name + L" is there already.");
+        onAdded(*report.now);
       });
 }
 
@@ -89,12 +87,7 @@ void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<It
   if (targets.none()) return ShowError(frame_, L"No other location takes " + NamesOf(items) + L".");
   const auto target = AskTarget(frame_.window, targets, L"Move " + NamesOf(items) + L" to");
   if (!target) return;
-  Apply(items,
-        {kActionMove, [target = *target](IStartupItem& item) { return item.MoveTo(target); },
-         [target = *target](IStartupItem& item) {
-           return item.GetIndex() < 0 || item.GetLocation() == target;
-         }},
-        L"Moved");
+  Apply(items, Verb::kMove, {.target = *target});
 }
 
 void EntryCommands::ChangeCommand(std::vector<ItemRecord> items) const {
@@ -102,23 +95,15 @@ void EntryCommands::ChangeCommand(std::vector<ItemRecord> items) const {
   const std::wstring before = items.front().command;
   const auto command = AskCommand(frame_.window, L"Command of " + NamesOf(items), before);
   if (!command || *command == before) return;
-  Apply(std::move(items),
-        {kActionChangeCommand,
-         [command = *command](IStartupItem& item) { return item.ChangeCommand(command.c_str()); },
-         [before](IStartupItem& item) {
-           return item.GetIndex() < 0 || TextProperty(item, kPropertyCommand) != before;
-         }},
-        L"Changed");
+  Apply(std::move(items), Verb::kChange, {.command = *command});
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {
-  Apply(std::move(items), {kActionExecute, [](IStartupItem& item) { return item.Execute(nullptr); }},
-        L"Started");
+  Open(std::move(items), kActionExecute, L"Started");
 }
 
 void EntryCommands::ShowPlace(std::vector<ItemRecord> items) const {
-  Apply(std::move(items), {kActionShowLocation, [](IStartupItem& item) { return item.ShowLocation(); }},
-        L"Showed the place of");
+  Open(std::move(items), kActionShowLocation, L"Showed the place of");
 }
 
 void EntryCommands::ShowFile(const std::vector<ItemRecord>& items) const {

@@ -20,8 +20,8 @@ class EntryCommands {
   // `frame` outlives the object, which lives as long as the main window: answers refer to it.
   explicit EntryCommands(const Frame& frame) : frame_(frame) {}
 
-  // Enables (kActionEnable) or disables (kActionDisable) them.
-  void Switch(ItemAction action, std::vector<ItemRecord> items) const;
+  // Enables or disables them.
+  void Switch(bool enable, std::vector<ItemRecord> items) const;
   // Asks first.
   void Delete(std::vector<ItemRecord> items) const;
   // Offers the locations that take all of them.
@@ -29,8 +29,8 @@ class EntryCommands {
   // Does nothing unless it is one entry.
   void ChangeCommand(std::vector<ItemRecord> items) const;
   // Asks for a new entry, with the first location of `shown` that takes one when those are two at most.
-  // `onAdded` is called with its location and caption when it has been added, on the window's thread; the
-  // list may not have it yet.
+  // `onAdded` is called with its key when it has been added, on the window's thread; the window may not have
+  // seen it in the list yet.
   void Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const;
   // Starts their commands.
   void Execute(std::vector<ItemRecord> items) const;
@@ -43,7 +43,8 @@ class EntryCommands {
 
  private:
   bool MayChange(const std::vector<ItemRecord>& items) const;
-  void Apply(std::vector<ItemRecord> items, EntryOperation operation, const std::wstring& done) const;
+  void Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order = {}) const;
+  void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;
   void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const;
 
   const Frame& frame_;

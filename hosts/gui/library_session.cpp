@@ -53,18 +53,13 @@ void ReplaceWithFile(const std::wstring& file, const std::string& bytes) {
 
 }  // namespace
 
-std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation) {
+std::wstring OpenOne(IStartupItem* item, ItemAction action) {
   if (item == nullptr || item->GetIndex() < 0) return L"the entry has gone meanwhile.";
-  if (!item->CanDo(operation.action)) return L"the entry does not allow it in its present state.";
+  if (!item->CanDo(action)) return L"the entry does not allow it in its present state.";
   const DialogBlocker blocker;
-  const HRESULT result = operation.apply(*item);
-  if (result != S_OK) return LibraryErrorText(SlotOf(operation.action), result);
-  if (DialogBlocker::HasRefused()) return L"the system could not do it.";
-  // A change that did not happen is never taken for one.
-  if (operation.hasHappened && !operation.hasHappened(*item)) {
-    return L"the entry is not what it should be now: another program may have changed it.";
-  }
-  return {};
+  const HRESULT result = action == kActionExecute ? item->Execute(nullptr) : item->ShowLocation();
+  if (result != S_OK) return LibraryErrorText(SlotOf(action), result);
+  return DialogBlocker::HasRefused() ? L"the system could not do it." : std::wstring();
 }
 
 LibrarySession::LibrarySession() : library_(IconUse::kShown) {}
@@ -127,12 +122,45 @@ ProgramNews LibrarySession::ReadPrograms() {
   return news;
 }
 
-OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
-                                      const EntryOperation& operation) const {
+OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
+  OperationReport report;
+
+  for (EntryChange& change : changes) {
+    const Outcome& outcome = MakeChange(library_, change);
+    if (!outcome.IsGood()) {
+      report.failures.push_back(CaptionText(change.before) + L": " + outcome.text);
+      continue;
+    }
+    if (outcome.kind == OutcomeKind::kDone) ++report.done;
+    if (outcome.now) report.now = KeyOf(*outcome.now);
+  }
+  return report;
+}
+
+OperationReport LibrarySession::Change(std::span<const ItemRecord> items, Verb verb,
+                                       const ChangeOrder& order) const {
+  std::vector<ComPtr<IStartupItem>> found = FindAll(library_, items);
+  std::vector<EntryChange> changes;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    changes.push_back({.verb = verb, .order = order, .before = items[i], .listed = std::move(found[i])});
+  }
+  return Run(changes);
+}
+
+OperationReport LibrarySession::Add(std::int32_t location, const std::wstring& name,
+                                    const std::wstring& command) const {
+  EntryChange change{.verb = Verb::kAdd};
+  change.before.location = location;
+  change.before.caption = name;
+  change.before.command = command;
+  return Run({&change, 1});
+}
+
+OperationReport LibrarySession::Open(std::span<const ItemRecord> items, ItemAction action) const {
   OperationReport report;
   const auto found = FindAll(library_, items);
   for (std::size_t i = 0; i < items.size(); ++i) {
-    const std::wstring fault = ApplyToOne(found[i].Get(), operation);
+    const std::wstring fault = OpenOne(found[i].Get(), action);
     if (fault.empty()) {
       ++report.done;
     } else {
@@ -140,19 +168,6 @@ OperationReport LibrarySession::Apply(std::span<const ItemRecord> items,
     }
   }
   return report;
-}
-
-std::wstring LibrarySession::Add(std::int32_t location, const std::wstring& name,
-                                 const std::wstring& command) const {
-  const std::vector<ItemRecord> before = TakeSnapshot(library_);
-  const std::int32_t index = library_.Items().AddItem(location, name.c_str(), command.c_str());
-  if (index < 0) return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt);
-  const std::optional<ItemRecord> added = FindAddedEntry(library_, index, location, name);
-  const bool wasThere = added && std::ranges::any_of(before, [&](const ItemRecord& item) {
-                          return KeyOf(item) == KeyOf(*added);
-                        });
-  if (wasThere) return L"An entry of that name exists already; it was not changed.";
-  return {};
 }
 
 LocationSet LibrarySession::MoveTargets(std::span<const ItemRecord> items) const {

@@ -7,6 +7,7 @@
 #include "hosts/common/entry_look.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/library.h"
+#include "hosts/common/operations.h"
 #include "hosts/gui/entry_rows.h"
 
 #include <atomic>
@@ -30,22 +31,14 @@ struct ListNews {
 
 // What became of an operation on several entries.
 struct OperationReport {
-  std::size_t done = 0;
-  std::vector<std::wstring> failures;  // "Caption: what the library says"
+  std::size_t done = 0;                // without those that were so already
+  std::vector<std::wstring> failures;  // "Caption: why not"
+  std::optional<EntryKey> now;         // the last entry that was made or changed, as it is listed
 };
 
-// What is done to each of several entries, on the worker's thread and without the list's lock.
-struct EntryOperation {
-  ItemAction action;  // asked for first: an entry that does not allow it is a failure
-  std::function<HRESULT(IStartupItem& item)> apply;
-  // Whether the entry is by now what it has to be; none for an operation that changes no entry. An entry that
-  // has gone has an index below 0.
-  std::function<bool(IStartupItem& item)> hasHappened = {};
-};
-
-// Does it to one entry; null is one that has gone. Empty when it went well, else the end of a sentence that
-// says why not.
-std::wstring ApplyToOne(IStartupItem* item, const EntryOperation& operation);
+// Does to one entry what changes nothing: kActionExecute or kActionShowLocation. Null is one that has gone.
+// Empty when it went well, else the end of a sentence that says why not. Dialogs are refused.
+std::wstring OpenOne(IStartupItem* item, ItemAction action);
 
 // The default programs, and the image lists of their collection.
 struct ProgramNews {
@@ -74,11 +67,12 @@ class LibrarySession {
   // Whether the list or its details are still being read.
   bool IsReading() const { return library_.Items().GetReadState() != kReadStateComplete; }
 
-  // Tries every entry: the failure of one is a line of the report. Dialogs that the library would show are
-  // refused and count as failures.
-  OperationReport Apply(std::span<const ItemRecord> items, const EntryOperation& operation) const;
-  // Empty when it went well, else what is wrong: the library's refusal, or that the name was taken.
-  std::wstring Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
+  // Changes every entry: the failure of one is a line of the report. Together they are one action for undo.
+  OperationReport Change(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
+  // Adds an entry, as a change of its own.
+  OperationReport Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
+  // Executes them or shows their places, as OpenOne does.
+  OperationReport Open(std::span<const ItemRecord> items, ItemAction action) const;
   // The locations, other than their own, that would take every one of the entries; none when one of them has
   // gone.
   LocationSet MoveTargets(std::span<const ItemRecord> items) const;
@@ -101,6 +95,8 @@ class LibrarySession {
   const Library& Get() const noexcept { return library_; }
 
  private:
+  OperationReport Run(std::span<EntryChange> changes) const;
+
   Library library_;
   Journal journal_;
   std::shared_ptr<std::atomic<int>> openSheets_ = std::make_shared<std::atomic<int>>(0);

@@ -25,7 +25,7 @@ bool Confirm(const Frame& frame, const std::wstring& question) {
 }
 
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {
-  if (report.done > 0) frame.say(done + L" " + Entries(report.done) + L".");
+  frame.say(report.done > 0 ? done + L" " + Entries(report.done) + L"." : L"Nothing was changed.");
   if (report.failures.empty()) return;
   std::wstring text;
   for (std::size_t i = 0; i < report.failures.size() && i < kMostFailures; ++i) {
@@ -34,7 +34,6 @@ void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationRe
   if (report.failures.size() > kMostFailures) {
     text += L"and " + std::to_wstring(report.failures.size() - kMostFailures) + L" more.";
   }
-  if (report.done == 0) frame.say(L"Nothing was changed.");
   ShowError(frame, text);
 }
 

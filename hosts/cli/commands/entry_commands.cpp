@@ -6,6 +6,7 @@
 #include "hosts/common/entry_look.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
+#include "hosts/common/operations.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_facts.h"

@@ -1,7 +1,7 @@
-// How the host tells whether a change happened, and what `watch` makes of two looks at the list.
-#include "hosts/cli/change_runner.h"
+// How a host compares at the end what changes have made, and what `watch` makes of two looks at the list.
 #include "hosts/common/entry_watch.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/operations.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
@@ -13,36 +13,17 @@ namespace {
 const std::wstring kRun = L"(x64)HKEY_CURRENT_USER\\Run";
 const std::wstring kSide = kRun + L"\\Disabled (Startup Manager)";
 
-const Change kDelete = {
-    .verb = L"delete", .done = L"Deleted", .target = {}, .check = {}, .apply = {}, .isOutcome = {}};
-const Change kDisable = {.verb = L"disable",
-                         .done = L"Disabled",
-                         .target = {},
-                         .check = {},
-                         .apply = {},
-                         .isOutcome = [](const ItemRecord& before, const ItemRecord& now) {
-                           return !now.enabled && now.command == before.command;
-                         }};
-
-TEST(ChangeOutcome, NeedsTheOldEntryGoneAndTheNewOneThere) {
+TEST(CompareOutcomes, FindsWhatIsNotAsItWasMade) {
   const ItemRecord before = MakeItem(sulRegistryUserRun, kRun, L"a");
-  const ItemRecord other = MakeItem(sulRegistryUserRun, kRun, L"b");
   const ItemRecord moved = MakeItem(sulRegistryUserRun, kSide, L"a (1)", before.command, false);
-  const std::vector<ItemRecord> list = {before, other};
-  EXPECT_TRUE(FindFault(kDisable, before, list, std::vector{other, moved}).empty());
-  EXPECT_FALSE(FindFault(kDisable, before, list, list).empty());
-  EXPECT_FALSE(FindFault(kDisable, before, list, std::vector{other}).empty());
-  EXPECT_FALSE(FindFault(kDisable, before, list, std::vector{before, other, moved}).empty());
-  // One that looks like the outcome but was there before is none.
-  const std::vector<ItemRecord> twins = {before, moved};
-  EXPECT_FALSE(FindFault(kDisable, before, twins, std::vector{moved}).empty());
-}
-
-TEST(ChangeOutcome, AnotherEntryMayTakeTheNameOver) {
-  const ItemRecord before = MakeItem(sulRegistryUserRun, kSide, L"a", L"C:\\one.exe", false);
-  const ItemRecord shadowed = MakeItem(sulRegistryUserRun, kSide, L"a", L"C:\\two.exe", true);
-  EXPECT_TRUE(FindFault(kDelete, before, std::vector{before}, std::vector{shadowed}).empty());
-  EXPECT_FALSE(FindFault(kDelete, before, std::vector{before}, std::vector{before}).empty());
+  const ItemRecord other = MakeItem(sulRegistryUserRun, kRun, L"a", L"C:\\other.exe");
+  const std::pair<std::vector<ItemRecord>, bool> lists[] = {
+      {{moved}, true}, {{moved, other}, true}, {{}, false}, {{before}, false}, {{before, moved}, false}};
+  for (const auto& [list, isGood] : lists) {
+    EntryChange change{.verb = Verb::kDisable, .before = before, .outcome = Outcome{.now = moved}};
+    EXPECT_EQ(CompareOutcomes({&change, 1}, list).empty(), isGood);
+    EXPECT_EQ(change.outcome->IsGood(), isGood);
+  }
 }
 
 class Looks {

@@ -98,6 +98,35 @@ TEST_F(StartupctlTest, ChangesThatAreNone) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl still"), Command(L"Still"));
 }
 
+// One that was disabled before and came back: only one of the two can be meant.
+TEST_F(StartupctlTest, AChangeMeansTheEntryThatNeedsIt) {
+  SetRun(HKEY_CURRENT_USER, L"ctl twice", Command(L"new"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl twice", Sz(Command(L"old")));
+  Run({L"delete", L"ctl twice"}, 1);
+  Run({L"disable", L"ctl twice"});
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl twice"), std::nullopt);
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl twice (1)"), Command(L"new"));
+  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl twice"), Command(L"old"));
+}
+
+// The very same key stands in the side place: the handler goes into it.
+TEST_F(StartupctlTest, AHandlerGoesIntoItsTwin) {
+  const std::wstring classes = L"Software\\Classes\\";
+  const std::wstring handlers = classes + L"*\\shellex\\ContextMenuHandlers";
+  const std::wstring server = L"{11111111-2222-3333-4444-555555555555}";
+  const std::wstring places[] = {handlers + L"\\ctl twin", handlers + L"\\AutorunsDisabled\\ctl twin"};
+  const SavedKey saved[] = {{HKEY_CURRENT_USER, handlers},
+                            {HKEY_LOCAL_MACHINE, classes + L"CLSID\\" + server, OwnView()}};
+  SetValue(HKEY_LOCAL_MACHINE, classes + L"CLSID\\" + server + L"\\InprocServer32", L"", Sz(Program()),
+           OwnView());
+  for (const std::wstring& place : places) SetValue(HKEY_CURRENT_USER, place, L"", Sz(server));
+  for (const Json& item : List()) {
+    if (item["key"] == ToUtf8(places[0])) Run({L"disable", FromUtf8(item["name"].get<std::string>())});
+  }
+  EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, places[0], L""));
+  EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, places[1], L""));
+}
+
 TEST_F(StartupctlTest, RefusedMovesSayWhy) {
   SetRun(HKEY_CURRENT_USER, L"ctl refused", Command(L"refused"));
   for (const wchar_t* target : {L"sulRegistryShellExtApproved", L"sulRegistryIEBrowserObjects"}) {

@@ -79,6 +79,36 @@ TEST_P(StartupctlFolders, AMoveFromARunKeyMayLoseItsQuotes) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"notepad"), L"C:\\windows\\notepad.exe a.txt");
 }
 
+// Nobody has to find the program, and it may be said in many ways.
+TEST_P(StartupctlFolders, AProgramThatIsMissingIsAddedOnceAndMayGetMoreArguments) {
+  const std::wstring commands[] = {L"C:\\none\\gone.exe /a", L"\"C:\\no ne\\gone\" /a",
+                                   L"C:\\no ne\\gone two  blanks",
+                                   L"\"C:\\none\\gone.exe\" C:\\none\\gone.exe"};
+  for (const std::wstring& command : commands) {
+    const std::vector<std::wstring> add = {L"add",     L"--location", L"FolderUser", L"--name",
+                                           L"ctl 1.2", L"--command",  command};
+    EXPECT_TRUE(Run(add).errors.starts_with("startupctl: Added ")) << ToUtf8(command);
+    EXPECT_NE(Run(add).errors.find("already"), std::string::npos) << ToUtf8(command);
+    Run({L"change", L"ctl 1", L"--command", command + L" more"});
+    EXPECT_TRUE(Shown(user.startup + L"ctl 1.lnk", true).ends_with(L" more"));
+    Run({L"delete", L"ctl 1"});
+  }
+  Add(L"FolderUser", L"ctl more", L"");
+  Run({L"change", L"ctl more", L"--command", Command(L"/more")});
+  EXPECT_EQ(Shown(user.startup + L"ctl more.lnk", true), Command(L"/more"));
+}
+
+// Whatever lies there: a program itself, and what only looks like a shortcut.
+TEST_P(StartupctlFolders, AnyFileGoesToTheOtherFolder) {
+  const StartupPlaces common(StartupPlaces::Whose::kCommon);
+  for (const wchar_t* const name : {L"ctl program.exe", L"ctl damaged.lnk"}) {
+    WriteFileBytes(user.startup + name, name[4] == L'p' ? ReadFileBytes(Program()) : "no shortcut");
+    Run({L"move", user.startup + name, L"--to", L"FolderCommon"});
+    EXPECT_FALSE(fs::exists(user.startup + name));
+    EXPECT_TRUE(fs::exists(common.startup + name));
+  }
+}
+
 // What a file is besides its bytes.
 struct FileFacts {
   DWORD attributes = 0;

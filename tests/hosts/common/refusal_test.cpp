@@ -1,13 +1,14 @@
 // What the hosts say of an operation that the library refuses.
-#include "hosts/cli/change_runner.h"
+#include "hosts/common/entry_place.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/operations.h"
 #include "hosts/common/refusal.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/assertion.h"
 #include "infra/runtime/patient_lock.h"
 #include "model/change_refused.h"
+#include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/hosts/common/fake_startup_item.h"
-#include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
 
@@ -108,40 +109,36 @@ TEST(RefusalTest, ASlotThatAnswersANumberIsKnownByItsText) {
   EXPECT_EQ(words([] { return std::wstring(); }), SystemErrorText(E_FAIL)) << "nothing is known";
 }
 
-class ApplyChangeTest : public ::testing::Test {
+class MakeChangeTest : public StartupctlTest {
  protected:
-  // Empty when the change was made.
-  std::wstring Fault() {
-    const Change change = {.verb = L"disable",
-                           .done = L"Disabled",
-                           .target = {},
-                           .slot = LibrarySlot::kDisable,
-                           .check = {},
-                           .apply = [](IStartupItem& listed) { return listed.Disable(); },
-                           .isOutcome = {}};
-    try {
-      ApplyChange(change, MakeItem(sulRegistryUserRun, L"key", L"mixer"), *item);
-      return {};
-    } catch (const HostError& error) {
-      EXPECT_EQ(error.Code(), ExitCode::kFailed);
-      return error.Message();
-    }
+  MakeChangeTest() { SetRun(HKEY_CURRENT_USER, L"ctl lies", Command(L"lies")); }
+
+  Outcome DisableFake() {
+    EntryChange change{.verb = Verb::kDisable, .before = PlaceOfNewValue(sulRegistryUserRun, L"ctl lies")};
+    change.before.enabled = true;
+    change.before.command = Command(L"lies");
+    change.listed = ComPtr<IStartupItem>(item.Get());
+    return MakeChange(library, change);
   }
 
-  ComPtr<FakeStartupItem> item = MakeComObject<FakeStartupItem>();
+  const Library library;
+  const ComPtr<FakeStartupItem> item = MakeComObject<FakeStartupItem>();
 };
 
-TEST_F(ApplyChangeTest, OnlyWhatIsDoneIsNoFailure) {
-  EXPECT_EQ(Fault(), L"");
-  EXPECT_EQ(item->operations, 1);
+TEST_F(MakeChangeTest, TellsWhatIsDoneFromWhatIsNot) {
+  EXPECT_EQ(DisableFake().kind, OutcomeKind::kFailed) << "told done, and yet it is there";
   item->operation = [] { return std::wstring(L"the entry has gone"); };
-  EXPECT_TRUE(Fault().starts_with(L"Cannot disable ")) << ToUtf8(Fault());
-  EXPECT_TRUE(Fault().ends_with(L": the entry has gone meanwhile.")) << ToUtf8(Fault());
+  EXPECT_EQ(DisableFake().text, L"the entry has gone meanwhile.");
+  EXPECT_EQ(DisableFake().kind, OutcomeKind::kRefused);
   item->operation = [] { return std::wstring(L"for a reason of its own"); };
-  EXPECT_TRUE(Fault().ends_with(L": for a reason of its own"))
-      << "the library's text, where it is all there is";
+  EXPECT_EQ(DisableFake().text, L"for a reason of its own");
   item->operation = Raising(RaiseChangedMeanwhile);
-  EXPECT_NE(Fault().find(L"changed the entry meanwhile"), std::wstring::npos);
+  EXPECT_NE(DisableFake().text.find(L"changed the entry meanwhile"), std::wstring::npos);
+  EXPECT_EQ(item->operations, 5);
+  // One that has gone is not asked, and never a success.
+  item->index = -1;
+  EXPECT_EQ(DisableFake().kind, OutcomeKind::kRefused);
+  EXPECT_EQ(item->operations, 5);
 }
 
 }  // namespace

@@ -1,0 +1,315 @@
+#include "hosts/common/operations.h"
+
+#include "hosts/common/entry_place.h"
+#include "hosts/common/held_command.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/item_property.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/reading.h"
+#include "infra/runtime/text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+namespace smh {
+
+namespace {
+
+using Ask = std::optional<Outcome>;
+using Seen = std::optional<ItemRecord>;
+
+constexpr wchar_t kStillThere[] = L"the entry is still there as it was.";
+constexpr wchar_t kNotThere[] = L"the entry is not where it should be now.";
+constexpr wchar_t kNotThereAtTheEnd[] = L"at the end the entry was not there as it had been made.";
+constexpr wchar_t kNameTaken[] = L"an entry of that name exists already; it was not changed.";
+
+Outcome Nothing(std::wstring text, const ItemRecord& now) {
+  return {OutcomeKind::kNothingToDo, std::move(text), now};
+}
+
+Outcome Refused(std::wstring text) {
+  return {OutcomeKind::kRefused, std::move(text)};
+}
+
+bool IsInFolder(const ItemRecord& item) noexcept {
+  return LocationRowOf(item.location).family == LocationFamily::kStartupFolder;
+}
+
+// What the account and the location allow, asked of the entry as it is now.
+Ask AskAbility(const EntryChange& change) {
+  const ItemAction ability = *OperationOf(change.verb).ability;
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(L"the entry has gone meanwhile.");
+  if (change.listed->CanDo(ability)) return std::nullopt;
+  return Refused(L"entries of " + std::wstring(LocationName(change.before.location)) +
+                 L" do not allow it, or this account may not write there.");
+}
+
+void RequireStanding(const ItemRecord& now) {
+  if (LookAtPlace(now) != Standing::kSame) throw HostError(kNotThere);
+}
+
+// Another entry may have taken the place over: that has another text.
+void RequireGone(const ItemRecord& before) {
+  if (LookAtPlace(before) == Standing::kSame) throw HostError(kStillThere);
+}
+
+// The listed entry for which `isIt` holds: the one at `position`, where a change puts what replaces an entry,
+// else any of that location; others may have changed the list since.
+template <typename IsIt>
+Seen FindListed(const Library& library, std::int32_t location, std::int32_t position, IsIt&& isIt) {
+  const auto fits = [&](IStartupItem& item) { return item.GetLocation() == location && isIt(item); };
+  if (position >= 0) {
+    const ComPtr<IStartupItem> first = library.ItemAt(position);
+    if (fits(*first)) return ReadItemRecord(*first);
+  }
+  for (const ComPtr<IStartupItem>& item : ListedIn(library, location)) {
+    if (fits(*item)) return ReadItemRecord(*item);
+  }
+  return std::nullopt;
+}
+
+std::wstring NameIn(IStartupItem& item) {
+  return TakeText([&](BoundaryText* name) { return item.GetName(name); });
+}
+
+template <bool enable>
+Ask AskSwitch(const Library&, const EntryChange& change) {
+  if (change.before.enabled != enable) return AskAbility(change);
+  return Nothing(enable ? L"is enabled already." : L"is disabled already.", change.before);
+}
+
+// The wrapper goes with its entry, unless the very same entry stood in the new place already.
+template <bool enable>
+Seen SeeSwitch(const Library& library, const EntryChange& change, std::int32_t position) {
+  const ItemRecord& before = change.before;
+  RequireGone(before);
+  Seen now;
+  if (change.listed->GetIndex() >= 0) {
+    now = ReadItemRecord(*change.listed);
+  } else {
+    ReadAllItems(library);
+    now = FindListed(library, before.location, position, [&](IStartupItem& item) {
+      return FlagProperty(item, kPropertyEnabled) == enable &&
+             TextProperty(item, kPropertyCaption) == before.caption;
+    });
+  }
+  if (!now || now->enabled != enable || now->location != before.location) throw HostError(kNotThere);
+  RequireStanding(*now);
+  return now;
+}
+
+Ask AskDeletion(const Library&, const EntryChange& change) {
+  return AskAbility(change);
+}
+
+Seen SeeDeletion(const Library&, const EntryChange& change, std::int32_t) {
+  if (change.listed->GetIndex() >= 0) throw HostError(kStillThere);
+  RequireGone(change.before);
+  return std::nullopt;
+}
+
+Ask AskMove(const Library&, const EntryChange& change) {
+  const std::wstring target(LocationName(change.order.target));
+  if (change.before.location == change.order.target) {
+    return Nothing(L"is in " + target + L" already.", change.before);
+  }
+  if (Ask refusal = AskAbility(change)) return refusal;
+  if (change.listed->CanMoveTo(change.order.target)) return std::nullopt;
+  return Refused(target + L" does not take it: it may hold an entry of the same program, or take no entries" +
+                 (change.before.fileFound ? L" at all." : L" at all, or none without a file."));
+}
+
+// Within the folders a file keeps its name, but for a number behind it; elsewhere an entry keeps its command.
+bool MayBeMoved(const Library& library, const ItemRecord& before, const ItemRecord& now) {
+  if (!IsInFolder(before) || !IsInFolder(now)) return HoldsCommand(library, now, before.command);
+  const std::wstring_view name = FileNamePart(before.name);
+  const std::wstring_view stem = name.substr(0, name.size() - ExtensionPart(name).size());
+  return StartsText(stem, FileNamePart(now.name));
+}
+
+// The new entry has the list position of the old one.
+Seen SeeMove(const Library& library, const EntryChange& change, std::int32_t position) {
+  RequireGone(change.before);
+  Seen now = FindListed(library, change.order.target, position, [&](IStartupItem& item) {
+    const ItemRecord record = ReadItemRecord(item);
+    return record.enabled == change.before.enabled && MayBeMoved(library, change.before, record);
+  });
+  if (!now) throw HostError(kNotThere);
+  RequireStanding(*now);
+  return now;
+}
+
+Ask AskCommand(const Library& library, const EntryChange& change) {
+  const std::wstring& command = change.order.command;
+  if (HoldsCommand(library, change.before, command)) {
+    return Nothing(L"has that command already.", change.before);
+  }
+  if (Ask refusal = AskAbility(change)) return refusal;
+  if (!SameText(change.before.command, command)) return std::nullopt;
+  return Refused(L"the new command differs in case only, which does not count as a change.");
+}
+
+// A value's new item stands at the old one's position; a shortcut keeps its item, and may spell the command
+// in another way.
+Seen SeeCommand(const Library& library, const EntryChange& change, std::int32_t position) {
+  const ItemRecord& before = change.before;
+  Seen now = FindListed(library, before.location, position,
+                        [&](IStartupItem& item) { return NameIn(item) == before.name; });
+  if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
+  RequireStanding(*now);
+  const bool isNew = now->command != before.command || HoldsCommand(library, *now, change.order.command);
+  if (!isNew) throw HostError(kStillThere);
+  return now;
+}
+
+// The enabled entry of the wanted one's name, wherever it comes from. The extension of a new file is another.
+Seen FindNamed(const Library& library, const ItemRecord& wanted, std::int32_t position) {
+  const std::wstring_view name = wanted.caption;
+  const std::wstring file = std::wstring(name.substr(0, name.size() - ExtensionPart(name).size())) + L".lnk";
+  return FindListed(library, wanted.location, position, [&](IStartupItem& item) {
+    if (!FlagProperty(item, kPropertyEnabled)) return false;
+    if (IsInFolder(wanted)) return SameText(FileNamePart(NameIn(item)), file);
+    return SameText(FactReader(item).Text(kFactValueName).value_or(L""), name);
+  });
+}
+
+// The library takes a value of that name for the new one, whatever it holds; a file it refuses to touch.
+Ask AskAddition(const Library& library, const EntryChange& change) {
+  const ItemRecord& wanted = change.before;
+  if (!FamilyOf(LocationRowOf(wanted.location)).canModify) {
+    return Refused(std::wstring(LocationName(wanted.location)) + L" takes no new entries.");
+  }
+  Seen known = FindNamed(library, wanted, -1);
+  if (!IsInFolder(wanted)) {
+    ItemRecord place = PlaceOfNewValue(wanted.location, wanted.caption);
+    place.command = wanted.command;
+    const Standing standing = LookAtPlace(place);
+    if (standing == Standing::kNothing) return std::nullopt;
+    if (standing == Standing::kOther) return Refused(kNameTaken);
+    return Nothing(L"is there already.", known ? *known : place);
+  }
+  if (known && HoldsCommand(library, *known, wanted.command)) return Nothing(L"is there already.", *known);
+  return std::nullopt;
+}
+
+Seen SeeAddition(const Library& library, const EntryChange& change, std::int32_t position) {
+  Seen now = FindNamed(library, change.before, position);
+  if (!now) throw HostError(kNotThere);
+  if (!IsInFolder(change.before) && now->command != change.before.command) throw HostError(kNameTaken);
+  RequireStanding(*now);
+  return now;
+}
+
+HRESULT ApplyAddition(const Library& library, const EntryChange& change, std::int32_t& position) {
+  const ItemRecord& wanted = change.before;
+  position = library.Items().AddItem(wanted.location, wanted.caption.c_str(), wanted.command.c_str());
+  return position < 0 ? E_FAIL : S_OK;
+}
+
+constexpr Operation kOperations[] = {
+    {Verb::kEnable, L"enable", L"Enabled", L"Enabling", kActionEnable, LibrarySlot::kEnable, AskSwitch<true>,
+     [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Enable(); },
+     SeeSwitch<true>},
+    {Verb::kDisable, L"disable", L"Disabled", L"Disabling", kActionDisable, LibrarySlot::kDisable,
+     AskSwitch<false>,
+     [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Disable(); },
+     SeeSwitch<false>},
+    {Verb::kDelete, L"delete", L"Deleted", L"Deleting", kActionDelete, LibrarySlot::kDelete, AskDeletion,
+     [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Delete(); },
+     SeeDeletion},
+    {Verb::kAdd, L"add", L"Added", L"Adding", std::nullopt, LibrarySlot::kAddItem, AskAddition, ApplyAddition,
+     SeeAddition},
+    {Verb::kMove, L"move", L"Moved", L"Moving", kActionMove, LibrarySlot::kMoveTo, AskMove,
+     [](const Library&, const EntryChange& change, std::int32_t&) {
+       return change.listed->MoveTo(change.order.target);
+     },
+     SeeMove},
+    {Verb::kChange, L"change", L"Changed", L"Changing", kActionChangeCommand, LibrarySlot::kChangeCommand,
+     AskCommand,
+     [](const Library&, const EntryChange& change, std::int32_t&) {
+       return change.listed->ChangeCommand(change.order.command.c_str());
+     },
+     SeeCommand},
+};
+
+Outcome OutcomeOf(const Library& library, const EntryChange& change) {
+  const Operation& operation = OperationOf(change.verb);
+  if (Ask answer = operation.ask(library, change)) return *std::move(answer);
+  std::int32_t position = change.listed ? change.listed->GetIndex() : -1;
+  const HRESULT result = operation.apply(library, change, position);
+  if (result == S_OK) return {.now = operation.see(library, change, position)};
+  // An addition answers a position instead.
+  const bool hasResult = change.verb != Verb::kAdd;
+  const LibraryFault fault =
+      TakeLibraryFault(operation.slot, hasResult ? std::optional(result) : std::nullopt);
+  return {fault.isRefusal ? OutcomeKind::kRefused : OutcomeKind::kFailed, fault.text};
+}
+
+// What has to be listed under one name behind the last change.
+struct Expectation {
+  EntryChange* change;
+  const ItemRecord* entry;
+  bool isThere;
+};
+
+}  // namespace
+
+const Operation& OperationOf(Verb verb) noexcept {
+  return kOperations[static_cast<std::size_t>(verb)];
+}
+
+std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change) {
+  return OperationOf(change.verb).ask(library, change);
+}
+
+const Outcome& MakeChange(const Library& library, EntryChange& change) {
+  try {
+    return change.outcome.emplace(OutcomeOf(library, change));
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return change.outcome.emplace(Outcome{OutcomeKind::kFailed, CurrentFaultText()});
+  }
+}
+
+std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
+                                                std::span<const ItemRecord> listNow) {
+  using Key = std::pair<std::int32_t, std::wstring_view>;
+  const auto keyOf = [](const ItemRecord& item) { return Key(item.location, item.name); };
+  std::map<Key, Expectation> expected;
+  for (EntryChange& change : changes) {
+    if (!change.outcome || !change.outcome->IsGood()) continue;
+    const ItemRecord& before = change.before;
+    if (!before.name.empty()) expected.insert_or_assign(keyOf(before), Expectation{&change, &before, false});
+    const Seen& now = change.outcome->now;
+    if (now && !now->name.empty()) expected.insert_or_assign(keyOf(*now), Expectation{&change, &*now, true});
+  }
+  std::map<Key, const ItemRecord*> listed;
+  for (const ItemRecord& item : listNow) listed.emplace(keyOf(item), &item);
+  std::vector<const EntryChange*> failed;
+  for (const auto& [key, expectation] : expected) {
+    const auto found = listed.find(key);
+    const bool isThere = found != listed.end() && found->second->enabled == expectation.entry->enabled &&
+                         found->second->command == expectation.entry->command;
+    if (isThere == expectation.isThere) continue;
+    expectation.change->outcome =
+        Outcome{OutcomeKind::kFailed, expectation.isThere ? kNotThereAtTheEnd : kStillThere};
+    failed.push_back(expectation.change);
+  }
+  return failed;
+}
+
+std::wstring TitleOf(std::span<const EntryChange> changes) {
+  if (changes.size() < 2) return {};
+  const Verb verb = changes.front().verb;
+  const bool isOne = std::ranges::all_of(changes, [verb](const EntryChange& c) { return c.verb == verb; });
+  const std::wstring_view doing = isOne ? OperationOf(verb).doing : OperationOf(Verb::kChange).doing;
+  return std::wstring(doing).append(L" ").append(std::to_wstring(changes.size())).append(L" entries");
+}
+
+std::wstring Describe(const ItemRecord& item) {
+  return L"\"" + item.caption + L"\" in " + std::wstring(LocationName(item.location));
+}
+
+}  // namespace smh
