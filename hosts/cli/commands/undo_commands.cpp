@@ -5,43 +5,171 @@
 #include "hosts/common/iso_time.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/text_encoding.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 
 namespace smh {
 
 namespace {
 
-std::wstring AsTable(const std::vector<CheckpointRecord>& checkpoints) {
-  TextTable table{.header = {L"ID", L"Time", L"State", L"Steps", L"Title"}, .rows = {}};
+using R = const CheckpointRecord&;
+
+FieldValue TimeOf(const FILETIME& time) {
+  const bool isKnown = time.dwLowDateTime != 0 || time.dwHighDateTime != 0;
+  return isKnown ? FieldValue(IsoTime(time)) : FieldValue();
+}
+
+FieldValue NumberOf(std::uint32_t number) {
+  return std::int64_t(number);
+}
+
+constexpr Field<CheckpointRecord> kFields[] = {
+    {L"id", [](R each) { return NumberOf(each.info.id); }},
+    {L"time", [](R each) { return TimeOf(each.info.time); }},
+    {L"title", [](R each) { return FieldValue(each.title); }},
+    {L"parts", [](R each) { return NumberOf(each.info.parts); }},
+    {L"steps", [](R each) { return NumberOf(each.info.steps); }},
+    {L"state", [](R each) { return FieldValue(std::wstring(CheckpointStateName(each.info.state))); }},
+    {L"undoes", [](R each) { return each.info.undoes == 0 ? FieldValue() : NumberOf(each.info.undoes); }},
+    {L"dropped", [](R each) { return TimeOf(each.info.dropped); }},
+};
+
+// Of a part, whose id is its number.
+constexpr Field<CheckpointRecord> kPartFields[] = {
+    {L"number", kFields[0].read}, kFields[1], kFields[2], kFields[4], kFields[5], kFields[6],
+};
+
+Tone ToneOf(const CheckpointRecord& checkpoint) noexcept {
+  switch (checkpoint.info.state) {
+    case CheckpointState::kDone:
+    case CheckpointState::kOpen:
+      return Tone::kPlain;
+    case CheckpointState::kInterrupted:
+    case CheckpointState::kPartlyDone:
+      return Tone::kWarning;
+    case CheckpointState::kDamaged:
+      return Tone::kDanger;
+    default:
+      return Tone::kFaint;
+  }
+}
+
+std::wstring TitleCell(const CheckpointRecord& checkpoint) {
+  if (checkpoint.info.state != CheckpointState::kDropped) return Printable(checkpoint.title);
+  const std::wstring day = IsoTimeOf(checkpoint.info.dropped).substr(0, 10);
+  return Printable(checkpoint.title) + L" (dropped on " + day + L", no longer undoable)";
+}
+
+std::wstring CheckpointTable(std::span<const CheckpointRecord> checkpoints, const wchar_t* firstHeading,
+                             const TableStyle& style) {
+  TextTable table{.header = {firstHeading, L"Time", L"State", L"Parts", L"Steps", L"Title"}, .rows = {}};
   for (const CheckpointRecord& checkpoint : checkpoints) {
     table.rows.push_back({std::to_wstring(checkpoint.info.id), IsoTimeOf(checkpoint.info.time),
                           std::wstring(CheckpointStateName(checkpoint.info.state)),
-                          std::to_wstring(checkpoint.info.steps), Printable(checkpoint.title)});
+                          std::to_wstring(checkpoint.info.parts), std::to_wstring(checkpoint.info.steps),
+                          TitleCell(checkpoint)});
+    table.tones.push_back(ToneOf(checkpoint));
   }
-  return table.Text(OutputStyle());
+  return table.Text(style);
 }
 
-std::wstring AsJson(const std::vector<CheckpointRecord>& checkpoints) {
-  std::vector<std::wstring> elements;
-  for (const CheckpointRecord& checkpoint : checkpoints) {
-    const CheckpointInfo& info = checkpoint.info;
-    elements.push_back(L"{\"id\":" + std::to_wstring(info.id) + L",\"time\":" + JsonText(IsoTime(info.time)) +
-                       L",\"title\":" + JsonText(checkpoint.title) + L",\"steps\":" +
-                       std::to_wstring(info.steps) + L",\"state\":" +
-                       JsonText(CheckpointStateName(info.state)) + L",\"undoes\":" +
-                       (info.undoes == 0 ? L"null" : std::to_wstring(info.undoes)) + L"}");
+CheckpointRecord FindCheckpoint(const Journal& journal, std::uint32_t id) {
+  for (CheckpointRecord& each : journal.Checkpoints()) {
+    if (each.info.id == id) return std::move(each);
   }
-  return JsonArray(elements);
+  throw HostError(L"There is no checkpoint " + std::to_wstring(id) + L".");
 }
 
 }  // namespace
 
 void RunCheckpoints(const Arguments& arguments) {
+  const std::vector<Field<CheckpointRecord>> fields =
+      SelectFields<CheckpointRecord>(kFields, arguments.columns);
   std::vector<CheckpointRecord> checkpoints = Journal().Checkpoints();
   std::ranges::reverse(checkpoints);
   if (arguments.limit && *arguments.limit < checkpoints.size()) checkpoints.resize(*arguments.limit);
-  WriteOutput(arguments.format == OutputFormat::kJson ? AsJson(checkpoints) : AsTable(checkpoints));
+  WriteRecords<CheckpointRecord>(arguments, fields, checkpoints, [&](const TableStyle& style) {
+    return CheckpointTable(checkpoints, L"ID", style);
+  });
+}
+
+void RunShowCheckpoint(const Arguments& arguments) {
+  const Journal journal;
+  const CheckpointRecord checkpoint = FindCheckpoint(journal, arguments.Id());
+  const bool isDropped = checkpoint.info.state == CheckpointState::kDropped;
+  const std::vector<CheckpointRecord> parts =
+      isDropped ? std::vector<CheckpointRecord>() : journal.Parts(arguments.Id());
+  if (arguments.format == OutputFormat::kJson) {
+    std::wstring list;
+    for (const CheckpointRecord& part : parts) {
+      list += (list.empty() ? L"" : L",") + JsonObject<CheckpointRecord>(kPartFields, part);
+    }
+    std::wstring json = JsonObject<CheckpointRecord>(kFields, checkpoint);
+    json.pop_back();
+    return WriteOutput(json + L',' + JsonMember(L"partList", L'[' + list + L']') + L"}\n");
+  }
+  std::vector<std::pair<std::wstring, std::wstring>> rows;
+  for (const Field<CheckpointRecord>& field : kFields) {
+    rows.emplace_back(field.key, CellText(field.read(checkpoint)));
+  }
+  WriteOutput(KeyValueLines(rows));
+  if (!parts.empty()) WriteOutput(L"\n" + CheckpointTable(parts, L"Part", OutputStyle()));
+}
+
+namespace {
+
+constexpr std::uint64_t kTicksPerDay = 864'000'000'000;
+
+std::uint64_t TicksOf(const FILETIME& time) noexcept {
+  return static_cast<std::uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+}
+
+// Those that --keep and --days mean. An undo goes with what it undid, and what is at work stays.
+std::vector<std::uint32_t> FindUnwanted(const std::vector<CheckpointRecord>& all,
+                                        const Arguments& arguments) {
+  FILETIME now;
+  GetSystemTimeAsFileTime(&now);
+  const std::uint64_t oldest = TicksOf(now) - arguments.days.value_or(0) * kTicksPerDay;
+  std::vector<std::uint32_t> ids;
+  std::size_t kept = 0;
+  for (auto each = all.rbegin(); each != all.rend(); ++each) {
+    const CheckpointInfo& info = each->info;
+    if (info.undoes != 0 || info.state == CheckpointState::kOpen) continue;
+    const bool isOld = !arguments.days || TicksOf(info.time) < oldest;
+    if (++kept > arguments.keep.value_or(0) && isOld) ids.push_back(info.id);
+  }
+  return ids;
+}
+
+}  // namespace
+
+void RunPruneCheckpoints(const Arguments& arguments) {
+  const Journal journal;
+  std::vector<std::uint32_t> ids = arguments.ids;
+  if (ids.empty()) {
+    if (!arguments.keep && !arguments.days) throw UsageError(L"An ID, --keep or --days is required.");
+    ids = FindUnwanted(journal.Checkpoints(), arguments);
+    if (ids.empty()) return WriteMessage(L"There is nothing to forget.");
+    RequireConsent(arguments.yes, L"Forget " + std::to_wstring(ids.size()) +
+                                      L" checkpoints, so that nothing can undo them?");
+  }
+  std::vector<std::wstring> failures;
+  for (const std::uint32_t id : ids) {
+    UndoRecord record;
+    record.result = journal.Forget(id);
+    if (SUCCEEDED(record.result)) continue;
+    const bool isUndo = record.result == IJournal::kWrongState;
+    failures.push_back(
+        L"checkpoint " + std::to_wstring(id) + L": " +
+        (isUndo ? L"it undoes one that is still there; forget that one." : UndoFailureText(record, L"undo")));
+  }
+  const std::wstring forgot = L"Forgot " + std::to_wstring(ids.size() - failures.size()) + L" of " +
+                              std::to_wstring(ids.size()) + L" checkpoints.";
+  if (!failures.empty()) throw HostError(forgot, failures);
+  WriteMessage(forgot);
 }
 
 namespace {
@@ -87,23 +215,56 @@ HostError FailureOf(const UndoRecord& record, std::wstring_view verb) {
   return error;
 }
 
-using Operation = UndoRecord (Journal::*)(std::uint32_t id, UndoMode mode) const;
+// The entry that a part's title ends with, behind who changed what: "Startup Manager: Disabling Inkwell".
+std::wstring_view CaptionIn(std::wstring_view title) noexcept {
+  const std::size_t colon = title.find(L": ");
+  if (colon != std::wstring_view::npos) title.remove_prefix(colon + 2);
+  const std::size_t blank = title.find(L' ');
+  return blank == std::wstring_view::npos ? title : title.substr(blank + 1);
+}
 
-void Run(const Arguments& arguments, std::uint32_t id, Operation operation, std::wstring_view verb,
+std::uint32_t FindPart(const std::vector<CheckpointRecord>& parts, const std::wstring& text) {
+  std::vector<std::wstring> candidates;
+  std::uint32_t number = 0;
+  for (const CheckpointRecord& part : parts) {
+    if (std::to_wstring(part.info.id) == text) return part.info.id;
+    if (!SameText(CaptionIn(part.title), text)) continue;
+    number = part.info.id;
+    candidates.push_back(L"  " + std::to_wstring(number) + L"  " + part.title);
+  }
+  if (candidates.empty()) throw HostError(L"No part has the number or the entry \"" + text + L"\".");
+  if (candidates.size() > 1) {
+    throw HostError(L"\"" + text + L"\" means several parts; give the number of one:", candidates);
+  }
+  return number;
+}
+
+UndoRecord UndoOnly(const Journal& journal, const Arguments& arguments, UndoMode mode) {
+  if (arguments.ids.empty()) throw UsageError(L"--only needs the ID of a checkpoint.");
+  const std::vector<CheckpointRecord> parts = journal.Parts(arguments.Id());
+  std::set<std::uint32_t> numbers;
+  for (const std::wstring& text : arguments.only) numbers.insert(FindPart(parts, text));
+  return journal.UndoParts(arguments.Id(), {numbers.begin(), numbers.end()}, mode);
+}
+
+using Operation = std::function<UndoRecord(const Journal& journal, UndoMode mode)>;
+
+void Run(const Arguments& arguments, const Operation& operation, std::wstring_view verb,
          std::wstring_view done) {
   const UndoMode mode = arguments.show    ? UndoMode::kShow
                         : arguments.force ? UndoMode::kForce
                                           : UndoMode::kRun;
-  const UndoRecord record = (Journal().*operation)(id, mode);
-  if (arguments.show && (SUCCEEDED(record.result) || record.result == IJournal::kConflict))
-    return ShowSteps(record);
-  if (FAILED(record.result)) throw FailureOf(record, verb);
+  const UndoRecord record = operation(Journal(), mode);
+  if (arguments.show && record.checkpoint != 0) ShowSteps(record);
+  const bool isShown = arguments.show && record.result == IJournal::kConflict;
+  if (FAILED(record.result) && !isShown) throw FailureOf(record, verb);
+  if (arguments.show) return;
   WriteMessage(std::wstring(done) + L" " + NameOf(record) + L".", ExceptionLines(record));
 }
 
 // The last undo that stands. What takes an undo back is a redo, which is none.
-std::uint32_t LastUndo() {
-  const std::vector<CheckpointRecord> all = Journal().Checkpoints();
+std::uint32_t LastUndo(const Journal& journal) {
+  const std::vector<CheckpointRecord> all = journal.Checkpoints();
   const auto isUndo = [&all](std::uint32_t id) {
     return std::ranges::any_of(
         all, [id](const CheckpointRecord& each) { return each.info.id == id && each.info.undoes != 0; });
@@ -118,11 +279,17 @@ std::uint32_t LastUndo() {
 }  // namespace
 
 void RunUndo(const Arguments& arguments) {
-  Run(arguments, arguments.Id(), &Journal::Undo, L"undo", L"Undid");
+  const auto undo = [&](const Journal& journal, UndoMode mode) {
+    return arguments.only.empty() ? journal.Undo(arguments.Id(), mode) : UndoOnly(journal, arguments, mode);
+  };
+  Run(arguments, undo, L"undo", L"Undid");
 }
 
 void RunRedo(const Arguments& arguments) {
-  Run(arguments, arguments.ids.empty() ? LastUndo() : arguments.Id(), &Journal::Redo, L"redo", L"Redid");
+  const auto redo = [&](const Journal& journal, UndoMode mode) {
+    return journal.Redo(arguments.ids.empty() ? LastUndo(journal) : arguments.Id(), mode);
+  };
+  Run(arguments, redo, L"redo", L"Redid");
 }
 
 }  // namespace smh
