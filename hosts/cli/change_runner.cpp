@@ -44,7 +44,7 @@ void CompareAtTheEnd(const Library& library, std::span<EntryChange> changes) {
   if (std::ranges::none_of(changes, isDone)) return;
   ReadForChanges(library, false);
   for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
-    if (changes.size() > 1) WriteMessage(OutcomeText(*change, *change->outcome));
+    if (changes.size() > 1) WriteFailure(OutcomeText(*change, *change->outcome));
   }
 }
 
@@ -101,7 +101,11 @@ void RunChanges(const Library& library, std::vector<EntryChange> changes) {
   const bool isOne = changes.size() == 1;
   for (EntryChange& change : changes) {
     const Outcome& outcome = MakeChange(library, change);
-    if (!isOne || outcome.IsGood()) WriteMessage(OutcomeText(change, outcome));
+    if (outcome.IsGood()) {
+      WriteMessage(OutcomeText(change, outcome));
+    } else if (!isOne) {
+      WriteFailure(OutcomeText(change, outcome));
+    }
   }
   CompareAtTheEnd(library, changes);
   RaiseFailures(changes);

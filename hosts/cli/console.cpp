@@ -159,6 +159,14 @@ void WriteMessage(std::wstring_view text, std::span<const std::wstring> lines) n
   }
 }
 
+void WriteFailure(std::wstring_view text) noexcept {
+  try {
+    WriteError(Printable(text));
+  } catch (const std::bad_alloc&) {
+    // As above.
+  }
+}
+
 void WriteError(std::wstring_view printableLines) noexcept {
   try {
     std::wstring text = L"startupctl: ";

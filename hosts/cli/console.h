@@ -60,7 +60,9 @@ void BeQuiet() noexcept;
 // Writes "startupctl: `text`" and the lines to standard error, each made printable, unless BeQuiet was
 // called. A failure is ignored here and below: nobody is left to hear of it.
 void WriteMessage(std::wstring_view text, std::span<const std::wstring> lines = {}) noexcept;
-// The same, quiet or not, of a text whose lines are printable, as that of a HostError.
+// The same for a failure, quiet or not.
+void WriteFailure(std::wstring_view text) noexcept;
+// The same of a text whose lines are printable, as that of a HostError.
 void WriteError(std::wstring_view printableLines) noexcept;
 
 }  // namespace smh

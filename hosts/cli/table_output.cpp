@@ -32,7 +32,7 @@ std::wstring FileCell(const ItemRecord& item) {
 }
 
 constexpr Column kItemColumns[] = {
-    {L"#", [](const ItemRecord& item) { return std::to_wstring(item.index); }},
+    {L"ID", [](const ItemRecord& item) { return item.id; }},
     {L"State", [](const ItemRecord& item) { return std::wstring(StateName(item.enabled)); }},
     {L"Caption", [](const ItemRecord& item) { return item.caption; }},
     {L"Company", [](const ItemRecord& item) { return item.company; }},

@@ -73,6 +73,7 @@ FieldValue TwinOf(std::int32_t twin) {
 using R = const ItemRecord&;
 
 constexpr ItemField kItemFields[] = {
+    {L"id", [](R item) { return TextOf(item.id); }},
     {L"index", [](R item) { return NumberOf(item.index); }},
     {L"location", [](R item) { return TextOf(LocationName(item.location)); }},
     {L"name", [](R item) { return TextOf(item.name); }},
@@ -116,7 +117,6 @@ constexpr ItemField kItemFields[] = {
     {L"twin", [](R item) { return TwinOf(item.twin); }},
     {L"twinCommand",
      [](R item) { return item.twin == kTwinOther ? TextOf(item.twinCommand) : FieldValue(); }},
-    {L"id", [](R item) { return TextOf(item.id); }},
 };
 
 void ReadFacts(const FactReader& facts, ItemRecord& record) {

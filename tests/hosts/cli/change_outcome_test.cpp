@@ -44,6 +44,9 @@ class Looks {
     return [&sightings](std::size_t index) {
       ItemRecord item;
       item.name = sightings[index].name;
+      item.location = sightings[index].location;
+      item.enabled = !item.name.starts_with(L"off ");
+      item.caption = item.enabled ? item.name : item.name.substr(4);
       return item;
     };
   }
@@ -71,6 +74,18 @@ TEST(EntryWatch, WaitsForTheDetailsOfANewEntry) {
   Events events;
   for (int i = 0; i < 30 && events.empty(); ++i) events = looks.Next({{5, L"a", false}, {5, L"slow", false}});
   EXPECT_EQ(events, Events{L"added slow"});
+}
+
+TEST(EntryWatch, PairsWhatGoesAndComesInTheOtherState) {
+  Looks looks({{5, L"a", false}, {5, L"b", false}});
+  // Held back until its details are there.
+  EXPECT_EQ(looks.Next({{5, L"b", false}, {5, L"off a", false}}), Events());
+  EXPECT_EQ(looks.Next({{5, L"b", false}, {5, L"off a", true}}), Events{L"disabled off a"});
+  EXPECT_EQ(looks.Next({{5, L"b", false}, {5, L"a", true}}), Events{L"enabled a"});
+  // One that goes before was removed all the same; another location's is none.
+  EXPECT_EQ(looks.Next({{5, L"a", false}, {5, L"off b", false}}), Events());
+  EXPECT_EQ(looks.Next({{5, L"a", false}}), Events{L"removed b"});
+  EXPECT_EQ(looks.Next({{8, L"off a", true}}), (Events{L"added off a", L"removed a"}));
 }
 
 TEST(EntryWatch, ALookThatFailsLosesNothing) {

@@ -84,6 +84,32 @@ TEST_F(StartupctlTest, OddNamesSelectTheirEntry) {
   EXPECT_TRUE(GetValue(HKEY_CURRENT_USER, kRunSide, L"ctl " + kLone + L" \u4E2D"));
 }
 
+TEST_F(StartupctlTest, AnotherTwinIsShownWithItsCommand) {
+  if (!HasTwoViews()) GTEST_SKIP() << "one view";
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl twin", Command(L"main"), OwnView());
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl twin", Command(L"other"));
+  const Json item = Find("ctl twin").at(0);
+  EXPECT_EQ(item["twin"], "other");
+  EXPECT_EQ(item["twinCommand"], ToUtf8(Command(L"other")));
+}
+
+TEST_F(StartupctlTest, CsvHasAMarkInAFileOnlyAndColumnsOnRequest) {
+  SetRun(HKEY_CURRENT_USER, L"ctl a\nb", Command(L"x"));
+  const std::vector<std::wstring> arguments = {L"list", L"--csv", L"--columns", L"caption,enabled"};
+  const std::string expected = "caption,enabled\r\nctl a\\u{a}b,true\r\n";
+  EXPECT_EQ(Run(arguments).output, expected);
+  const std::wstring file = Folder().File(L"list.csv");
+  std::vector<std::wstring> withFile = arguments;
+  withFile.insert(withFile.end(), {L"--output", file});
+  EXPECT_EQ(Run(withFile).output, "");
+  EXPECT_EQ(ReadFileBytes(file), "\xEF\xBB\xBF" + expected);
+  // What fails before leaves the file as it was.
+  const StartupctlResult wrong = Run({L"list", L"--columns", L"captoin", L"--output", file}, 2);
+  EXPECT_TRUE(wrong.errors.ends_with("\nSee startupctl list --help.\n")) << wrong.errors;
+  EXPECT_EQ(ReadFileBytes(file).size(), expected.size() + 3);
+  Run({L"list", L"--output", L"C:\\no folder\\file"}, 1);
+}
+
 TEST_F(StartupctlTest, LocationsAreAllNamedAndCounted) {
   SetRun(HKEY_CURRENT_USER, L"ctl a", Command(L"a"));
   SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl b", Sz(Command(L"b")));
@@ -128,6 +154,11 @@ TEST_F(StartupctlTest, ExitCodesAndStreams) {
   EXPECT_TRUE(wrong.errors.starts_with("startupctl: "));
   const StartupctlResult missing = Run({L"show", L"ctl nothing of that name"}, 1);
   EXPECT_NE(missing.errors.find("ctl nothing of that name"), std::string::npos);
+  // A name cannot print a line that looks like a success.
+  SetRun(HKEY_CURRENT_USER, L"ctl a\nstartupctl: Deleted", Command(L"x"));
+  EXPECT_EQ(Run({L"enable", L"ctl a\nstartupctl: Deleted"}).errors,
+            "startupctl: \"ctl a\\u{a}startupctl: Deleted\" in sulRegistryUserRun: is enabled already.\n");
+  EXPECT_EQ(Run({L"enable", L"ctl a\nstartupctl: Deleted", L"--quiet"}).errors, "");
 }
 
 TEST_F(StartupctlTest, MissingSiblingIsNamed) {
@@ -191,6 +222,20 @@ TEST_F(ClientsTest, PrintsRegisteredAndAddedPrograms) {
     EXPECT_EQ((*client)["key"], ToUtf8(kClientsKey + L'\\' + key + L"\\ctl \"" + key));
   }
   EXPECT_EQ(std::ranges::count_if(clients, [](const Json& each) { return each["kind"] == "path"; }), 2);
+}
+
+TEST_F(ClientsTest, TellsTheDefaultOfEachKind) {
+  for (const wchar_t* name : {L"Mail\\ctl one", L"Mail\\ctl two", L"Media\\ctl three"})
+    SetClient(name, Command(name));
+  const auto defaults = [] { return Run({L"clients", L"--csv", L"--columns", L"name,default"}).output; };
+  const auto expected = [](const char* one, const char* two) {
+    return std::string("name,default\r\nctl one,") + one + "\r\nctl two," + two + "\r\nctl three,false\r\n";
+  };
+  EXPECT_EQ(defaults(), expected("false", "false"));
+  SetValue(HKEY_LOCAL_MACHINE, kClientsKey + L"\\Mail", L"", Sz(L"CTL ONE"), OwnView());
+  EXPECT_EQ(defaults(), expected("true", "false"));
+  SetValue(HKEY_CURRENT_USER, kClientsKey + L"\\Mail", L"", Sz(L"ctl two"));
+  EXPECT_EQ(defaults(), expected("false", "true"));
 }
 
 TEST_F(ClientsTest, TableNamesEveryProgram) {

@@ -1,4 +1,5 @@
 // The three output formats, on entries that are hard to write.
+#include "hosts/cli/console.h"
 #include "hosts/cli/table_output.h"
 #include "hosts/common/csv_output.h"
 #include "hosts/common/host_error.h"
@@ -89,6 +90,24 @@ TEST(CsvOutput, QuotesAndDefusesFields) {
   };
   for (const auto& [text, field] : cases) EXPECT_EQ(CsvField(text), field);
   EXPECT_EQ(CsvValue(std::int64_t(-1)), L"-1");
+}
+
+// Last of its process's output: from then on nothing is written.
+TEST(Console, APipeThatIsClosedEarlyIsNoError) {
+  HANDLE reader = nullptr;
+  HANDLE writer = nullptr;
+  ASSERT_TRUE(CreatePipe(&reader, &writer, nullptr, 0));
+  const HANDLE before = GetStdHandle(STD_OUTPUT_HANDLE);
+  SetStdHandle(STD_OUTPUT_HANDLE, writer);
+  WriteOutput(L"first");
+  EXPECT_FALSE(IsOutputClosed());
+  CloseHandle(reader);
+  EXPECT_NO_THROW(WriteOutput(std::wstring(100'000, L'x')));
+  EXPECT_TRUE(IsOutputClosed());
+  EXPECT_NO_THROW(WriteOutput(L"more"));
+  EXPECT_FALSE(WantsColours());
+  SetStdHandle(STD_OUTPUT_HANDLE, before);
+  CloseHandle(writer);
 }
 
 TEST(Columns, AreThoseThatWereNamedInTheirOrder) {

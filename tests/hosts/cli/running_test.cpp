@@ -1,4 +1,5 @@
 // Commands that run something or run on: execute, locate, watch.
+#include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/support/test_main.h"
 #include "tests/support/waiting.h"
@@ -84,6 +85,11 @@ TEST_F(Watching, TellsAChangedCommandWithinTwoSecondsAndWhatComesAndGoes) {
   EXPECT_EQ(event["event"], "changed");
   EXPECT_EQ(event["name"], name);
   EXPECT_EQ(event["command"], ToUtf8(Command(L"after")));
+  EXPECT_EQ(event["changes"],
+            Json::parse(R"([{"key":"command","old":)" + Json(ToUtf8(Command(L"before"))).dump() +
+                        R"(,"new":)" + Json(ToUtf8(Command(L"after"))).dump() + "}]"));
+  const JsonSchema schema(Json::parse(ReadFileBytes(ThisFolder() + L"startupctl.schema.json")));
+  EXPECT_EQ(schema.FaultIn(event, "watch"), "");
 
   SetRun(HKEY_CURRENT_USER, L"ctl coming", Command(L"coming"));
   ASSERT_TRUE(WaitForEvents(2, 5'000));
@@ -94,6 +100,24 @@ TEST_F(Watching, TellsAChangedCommandWithinTwoSecondsAndWhatComesAndGoes) {
   EXPECT_EQ(events[1]["company"], "Northlight Audio Ltd.");
   EXPECT_EQ(events[2]["event"], "removed");
   EXPECT_EQ(events[2]["name"], events[1]["name"]);
+  // This program switches it: one event, with both names.
+  Run({L"disable", L"ctl watched"});
+  ASSERT_TRUE(WaitForEvents(4, 5'000));
+  const Json last = Events()[3];
+  EXPECT_EQ(last["event"], "disabled");
+  EXPECT_EQ(last["changes"][1], Json::parse(R"({"key":"name","old":)" + Json(name).dump() + R"(,"new":)" +
+                                            last["name"].dump() + "}"));
+}
+
+TEST_F(Watching, TellsTheLastSecondToo) {
+  SetRun(HKEY_CURRENT_USER, L"ctl late", Command(L"late"));
+  Start({L"--json", L"--seconds", L"2"});
+  Sleep(1'900);
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"ctl late", Sz(Command(L"last")));
+  Process().Finish(10'000);
+  const std::vector<Json> events = Events();
+  ASSERT_EQ(events.size(), 1u);
+  EXPECT_EQ(events[0]["command"], ToUtf8(Command(L"last")));
 }
 
 TEST_F(Watching, EndsByTimeAndByBreak) {
@@ -101,7 +125,7 @@ TEST_F(Watching, EndsByTimeAndByBreak) {
   Start({L"--csv", L"--seconds", L"1"});
   const StartupctlResult timed = Process().Finish(10'000);
   EXPECT_EQ(timed.exitCode, 0u);
-  EXPECT_TRUE(timed.output.starts_with("event,time,changes,index,"));
+  EXPECT_TRUE(timed.output.starts_with("event,time,changes,id,index,"));
   EXPECT_EQ(timed.output.find("ctl known"), std::string::npos) << "the first look makes no events";
   Start({});
   Process().Break();
