@@ -9,6 +9,7 @@
 #include <bcrypt.h>
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -74,6 +75,22 @@ std::wstring HashText(const ContentHash& hash) {
     text += kDigits[std::to_integer<unsigned>(byte) & 15];
   }
   return text;
+}
+
+// None for any other text.
+std::optional<ContentHash> HashOf(std::wstring_view text) {
+  ContentHash hash;
+  if (text.size() != 2 * hash.size()) return std::nullopt;
+  for (std::size_t i = 0; i < hash.size(); ++i) {
+    unsigned value = 0;
+    for (const wchar_t digit : text.substr(2 * i, 2)) {
+      const bool isLetter = digit >= L'a' && digit <= L'f';
+      if (!isLetter && (digit < L'0' || digit > L'9')) return std::nullopt;
+      value = value * 16 + static_cast<unsigned>(isLetter ? digit - L'a' + 10 : digit - L'0');
+    }
+    hash[i] = static_cast<std::byte>(value);
+  }
+  return hash;
 }
 
 constexpr std::size_t kChunk = 64 * 1024;
@@ -177,18 +194,21 @@ void BlobStore::CopyTo(const StreamState& stream, HANDLE file) const {
   if (Pump(kept.Get(), WriteTo(file)).hash != stream.hash) RaiseOSError(ERROR_CRC);
 }
 
-std::uint64_t BlobStore::TotalSize() const {
-  std::uint64_t size = 0;
-  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) { size += SizeIn(found); });
-  return size;
+std::map<ContentHash, std::uint64_t> BlobStore::List() const {
+  std::map<ContentHash, std::uint64_t> contents;
+  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) {
+    if (const std::optional<ContentHash> hash = HashOf(found.cFileName))
+      contents.emplace(*hash, SizeIn(found));
+  });
+  return contents;
 }
 
-void BlobStore::RemoveAllBut(const std::set<ContentHash>& used) const {
-  std::set<std::wstring> names;
-  for (const ContentHash& hash : used) names.insert(HashText(hash));
-  ForEachFile(folder_ + L"*", [&](const WIN32_FIND_DATAW& found) {
-    if (!names.contains(found.cFileName)) DeleteFileW((folder_ + found.cFileName).c_str());
-  });
+void BlobStore::Remove(const ContentHash& hash) const noexcept {
+  try {
+    DeleteFileW((folder_ + HashText(hash)).c_str());
+  } catch (...) {
+    // It stays.
+  }
 }
 
 std::wstring BlobStore::StagingFile() const {

@@ -6,7 +6,7 @@
 #include "siblings/guardkit/format/journal_steps.h"
 #include "siblings/guardkit/journal_folder.h"
 
-#include <set>
+#include <map>
 
 namespace smh {
 
@@ -30,10 +30,10 @@ class BlobStore {
   // ERROR_CRC when it is not what was kept.
   void CopyTo(const StreamState& stream, HANDLE file) const;
 
-  // Of all contents; those that cannot be listed count nothing.
-  std::uint64_t TotalSize() const;
-  // Removes every content but these; one that cannot be removed stays.
-  void RemoveAllBut(const std::set<ContentHash>& used) const;
+  // All that are kept, with their sizes; those that cannot be listed are missing.
+  std::map<ContentHash, std::uint64_t> List() const;
+  // Removes one; what cannot be removed stays.
+  void Remove(const ContentHash& hash) const noexcept;
 
   // The full path of a new name for a file that is being made, in the journal's folder; unique among the
   // running processes.

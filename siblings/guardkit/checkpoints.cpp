@@ -11,36 +11,6 @@ namespace smh {
 
 namespace {
 
-std::uint64_t Now() noexcept {
-  FILETIME time;
-  GetSystemTimeAsFileTime(&time);
-  return NumberOf(time);
-}
-
-std::uint64_t StartOfThisProcess() noexcept {
-  FILETIME started = {};
-  FILETIME ended;
-  FILETIME kernel;
-  FILETIME user;
-  GetProcessTimes(GetCurrentProcess(), &started, &ended, &kernel, &user);
-  return NumberOf(started);
-}
-
-CheckpointHeader MakeHeader(const JournalFolder& folder, std::wstring_view title, std::uint32_t undoes) {
-  // Before anything is changed: that could bring about what theirs did not.
-  CloseFailed(folder);
-  const std::vector<JournalName> known = ListJournals(folder);
-  CheckpointHeader header;
-  header.id = known.empty() ? 1 : known.back().id + 1;
-  header.undoes = undoes;
-  header.time = Now();
-  header.process = GetCurrentProcessId();
-  header.processStarted = StartOfThisProcess();
-  header.user = CurrentUserSid();
-  header.title = title;
-  return header;
-}
-
 constexpr wchar_t kTitleOfOthers[] = L"Startup Manager: Change";
 
 ScopedHandle ThisThread() {
@@ -58,28 +28,68 @@ bool HasEnded(HANDLE thread) noexcept {
 
 }  // namespace
 
-OpenCheckpoint::OpenCheckpoint(std::wstring_view title, std::uint32_t undoes)
-    : folder_(JournalFolder::Open()),
-      lock_(folder_, JournalLock::kPatience),
-      blobs_(folder_),
-      file_(folder_, MakeHeader(folder_, title, undoes)),
-      isUndo_(undoes != 0) {
-  blobs_.RemoveStagingFiles();
+OpenCheckpoint::OpenCheckpoint(std::unique_ptr<OpenAction>&& own, OpenAction& action, PartHeader part)
+    : own_(std::move(own)),
+      action_(action),
+      isFirst_(action.Id() == 0),
+      lock_(action.Folder(), JournalLock::kPatience),
+      blobs_(action.Folder()),
+      file_(action.BeginPart(std::move(part))),
+      firstStep_(file_.StepCount()) {
+  if (isFirst_) blobs_.RemoveStagingFiles();
 }
 
+OpenCheckpoint::OpenCheckpoint(OpenAction& action, PartHeader part)
+    : OpenCheckpoint(nullptr, action, std::move(part)) {}
+
+OpenCheckpoint::OpenCheckpoint(std::wstring_view title)
+    : OpenCheckpoint(std::make_unique<OpenAction>(std::wstring(title)), title) {}
+
+OpenCheckpoint::OpenCheckpoint(std::unique_ptr<OpenAction>&& own, std::wstring_view title)
+    : OpenCheckpoint(std::move(own), *own, PartHeader{.title = std::wstring(title)}) {}
+
 OpenCheckpoint::~OpenCheckpoint() {
-  const bool hasSteps = StepCount() != 0;
-  if (abandoned_ && hasSteps) return;
-  // One in which everything was refused failed too, though nobody said so.
-  const bool failed = hasSteps && !hasDone_ && !isUndo_;
-  file_.Finish(
-      {.evenEmpty = kept_, .failed = failed, .evenWithout = !mayStand_, .takenBack = std::move(takenBack_)});
-  if (hasSteps && !isUndo_) LetGoOfOldest(folder_, blobs_, retention_);
+  const bool hasSteps = !steps_.empty();
+  if (abandoned_ && hasSteps) {
+    action_.AbandonPart();
+  } else {
+    // One in which everything was refused failed too, though nobody said so.
+    const bool failed = hasSteps && !hasDone_ && !action_.IsUndo();
+    action_.EndPart({.evenEmpty = kept_,
+                     .failed = failed,
+                     .evenWithout = !mayStand_,
+                     .takenBack = std::move(takenBack_)});
+  }
+  if (own_ == nullptr) return;
+  own_->Finish();
+  if (hasSteps) own_->LetGoOfOldest(true);
+}
+
+std::uint32_t OpenCheckpoint::Append(const Step& step) {
+  steps_.push_back({step});
+  // Only what is written has one.
+  if (levels_.back().source && IsWriting(step)) steps_.back().source = *levels_.back().source;
+  try {
+    const std::uint32_t number = file_.AppendStep(step, steps_.back().source);
+    mayStand_ = true;
+    return number;
+  } catch (...) {
+    steps_.pop_back();
+    throw;
+  }
+}
+
+void OpenCheckpoint::Mark(std::uint32_t number, LSTATUS status) noexcept {
+  file_.AppendMark(number, status);
+  RecordedStep& step = steps_[number - firstStep_];
+  step.mark = status == ERROR_SUCCESS ? StepMark::kDone : StepMark::kFailed;
+  step.status = static_cast<std::uint32_t>(status);
+  if (status == ERROR_SUCCESS) hasDone_ = true;
 }
 
 void OpenCheckpoint::BeginLevel() {
   const Level& outer = levels_.back();
-  levels_.push_back({StepCount(), hasDone_, mayStand_, outer.takesBack, outer.check, outer.source});
+  levels_.push_back({steps_.size(), hasDone_, mayStand_, outer.takesBack, outer.check, outer.source});
 }
 
 bool OpenCheckpoint::EndLevel() noexcept {
@@ -91,15 +101,11 @@ void OpenCheckpoint::SetSource(StepSource source) {
   levels_.back().source = std::make_shared<const StepSource>(std::move(source));
 }
 
-const StepSource& OpenCheckpoint::SourceOf(const Step& step) const noexcept {
-  static const StepSource none;
-  const StepSource* const source = levels_.back().source.get();
-  return source != nullptr && IsWriting(step) ? *source : none;
-}
-
-std::uint32_t OpenCheckpoint::TakeBack() {
+std::size_t OpenCheckpoint::TakeBack() {
   Level& level = levels_.back();
-  for (std::uint32_t step = level.firstStep; step < StepCount(); ++step) takenBack_.insert(step);
+  for (std::size_t step = level.firstStep; step < steps_.size(); ++step) {
+    takenBack_.insert(firstStep_ + static_cast<std::uint32_t>(step));
+  }
   level.takesBack = true;
   hasDone_ = level.hadDone;
   return level.firstStep;
@@ -127,21 +133,28 @@ void OpenCheckpoint::FlushBeforeDelete(const std::wstring& place) {
 constinit ModuleGlobal<Checkpoints> g_checkpoints(L"checkpoints");
 
 Checkpoints::~Checkpoints() {
-  for (auto& [thread, entry] : entries_) entry.checkpoint->Abandon();
+  for (auto& [thread, entry] : entries_) {
+    if (entry.checkpoint) entry.checkpoint->Abandon();
+  }
 }
 
 void Checkpoints::Begin(std::wstring_view title) {
-  for (auto& [thread, entry] : TakeAbandoned()) entry.checkpoint->Abandon();
+  for (auto& [thread, entry] : TakeAbandoned()) {
+    if (entry.checkpoint) entry.checkpoint->Abandon();
+  }
+  // Only this thread takes it away.
+  OpenAction* action = nullptr;
   {
     const ScopedLock guard(lock_);
-    if (Entry* const own = FindOwn()) {
-      own->checkpoint->BeginLevel();
-      return;
-    }
+    Entry* const own = FindOwn();
+    if (own != nullptr && own->checkpoint) return own->checkpoint->BeginLevel();
+    if (own != nullptr) action = own->action.get();
   }
-  Entry entry{ThisThread(), std::make_unique<OpenCheckpoint>(title)};
+  auto checkpoint = action != nullptr
+                        ? std::make_unique<OpenCheckpoint>(*action, PartHeader{.title = std::wstring(title)})
+                        : std::make_unique<OpenCheckpoint>(title);
   const ScopedLock guard(lock_);
-  entries_.emplace(GetCurrentThreadId(), std::move(entry));
+  Own().checkpoint = std::move(checkpoint);
 }
 
 bool Checkpoints::End() noexcept {
@@ -149,11 +162,50 @@ bool Checkpoints::End() noexcept {
   std::unique_ptr<OpenCheckpoint> closing;
   const ScopedLock guard(lock_);
   Entry* const own = FindOwn();
-  if (own == nullptr) return false;
+  if (own == nullptr || !own->checkpoint) return false;
   if (own->checkpoint->EndLevel()) return true;
   closing = std::move(own->checkpoint);
-  entries_.erase(GetCurrentThreadId());
+  if (!own->action) entries_.erase(GetCurrentThreadId());
   return true;
+}
+
+void Checkpoints::BeginAction(std::wstring title) {
+  // Left ones would seem to be at work.
+  for (auto& [thread, entry] : TakeAbandoned()) {
+    if (entry.checkpoint) entry.checkpoint->Abandon();
+  }
+  auto action = std::make_unique<OpenAction>(std::move(title));
+  const ScopedLock guard(lock_);
+  if (FindOwn() != nullptr) RaiseOSError(ERROR_BUSY);
+  Own().action = std::move(action);
+}
+
+std::uint32_t Checkpoints::EndAction() {
+  std::unique_ptr<OpenAction> ending;
+  {
+    const ScopedLock guard(lock_);
+    Entry* const own = FindOwn();
+    if (own == nullptr || !own->action) RaiseOSError(ERROR_INVALID_FUNCTION);
+    if (own->checkpoint) RaiseOSError(ERROR_BUSY);
+    ending = std::move(own->action);
+    entries_.erase(GetCurrentThreadId());
+  }
+  const std::uint32_t id = ending->Finish();
+  if (id != 0) ending->LetGoOfOldest(false);
+  return id;
+}
+
+bool Checkpoints::IsBusy() noexcept {
+  const ScopedLock guard(lock_);
+  return FindOwn() != nullptr;
+}
+
+Checkpoints::Entry& Checkpoints::Own() {
+  if (Entry* const own = FindOwn()) return *own;
+  ScopedHandle thread = ThisThread();
+  Entry& entry = entries_[GetCurrentThreadId()];
+  entry.thread = std::move(thread);
+  return entry;
 }
 
 OpenCheckpoint* Checkpoints::Current() noexcept {

@@ -1,4 +1,4 @@
-// The open checkpoints of the process: each as such, and all of them by thread.
+// The open checkpoints and actions of the process: each checkpoint as such, and all of them by thread.
 #pragma once
 
 #include "core/contracts/intf_safeguard.h"
@@ -8,7 +8,7 @@
 #include "siblings/guardkit/blob_store.h"
 #include "siblings/guardkit/journal_file.h"
 #include "siblings/guardkit/journal_folder.h"
-#include "siblings/guardkit/retention.h"
+#include "siblings/guardkit/open_action.h"
 
 #include <map>
 #include <memory>
@@ -19,22 +19,24 @@
 
 namespace smh {
 
-// One checkpoint while it is open: the journal's folder and lock, its file, and what has to be on the disk
-// before a source may go. For one thread, which has the journal's lock from making to destruction.
+// One checkpoint while it is open, a part of an action: the journal's lock, its place in the action's file,
+// and what has to be on the disk before a source may go. For one thread, which has the journal's lock from
+// making to destruction.
 class OpenCheckpoint {
  public:
-  // `undoes` is the checkpoint that this one takes back, 0 for an ordinary one. Waits up to ten seconds for
-  // the journal's lock. Raises EOSError when the journal cannot be locked or written: nothing may be changed
-  // then.
-  explicit OpenCheckpoint(std::wstring_view title, std::uint32_t undoes = 0);
-  // Finishes it, and lets go of the oldest ones when there are too many (never for one that undoes another).
+  // A part of `action`, which outlives it, or an action of its own. Waits up to ten seconds for the journal's
+  // lock. Raises EOSError when the journal cannot be locked or written: nothing may be changed then.
+  OpenCheckpoint(OpenAction& action, PartHeader part);
+  explicit OpenCheckpoint(std::wstring_view title);
+  // Ends it; an action of its own with it, and the oldest ones go when there is too much.
   ~OpenCheckpoint();
+  OpenCheckpoint(const OpenCheckpoint&) = delete;
+  OpenCheckpoint& operator=(const OpenCheckpoint&) = delete;
 
-  // Its number in the journal, and how many steps it has by now.
-  std::uint32_t Id() const noexcept { return file_.Id(); }
-  std::uint32_t StepCount() const noexcept { return file_.StepCount(); }
+  // What was recorded in it so far.
+  const std::vector<RecordedStep>& Steps() const noexcept { return steps_; }
   // All valid as long as the checkpoint.
-  const JournalFolder& Folder() const noexcept { return folder_; }
+  const JournalFolder& Folder() const noexcept { return action_.Folder(); }
   const BlobStore& Blobs() const noexcept { return blobs_; }
   AsideFiles& Aside() noexcept { return aside_; }
 
@@ -47,13 +49,11 @@ class OpenCheckpoint {
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
     if (TakesBack()) return isStill() ? change() : ERROR_REVISION_MISMATCH;
-    const std::uint32_t number = file_.AppendStep(step, SourceOf(step));
-    mayStand_ = true;
+    const std::uint32_t number = Append(step);
     IChangeCheck* const check = levels_.back().check;
     LSTATUS status = check != nullptr ? check->Check() : ERROR_SUCCESS;
     if (status == ERROR_SUCCESS) status = isStill() ? change() : ERROR_REVISION_MISMATCH;
-    file_.AppendMark(number, status);
-    if (status == ERROR_SUCCESS) hasDone_ = true;
+    Mark(number, status);
     return status;
   }
 
@@ -67,8 +67,8 @@ class OpenCheckpoint {
   // std::bad_alloc.
   void SetSource(StepSource source);
   // The change that the innermost level is for failed: from here on its changes take back what was, which are
-  // the steps from the answer's number on. Raises std::bad_alloc.
-  std::uint32_t TakeBack();
+  // the steps from the answer's number on, in Steps. Raises std::bad_alloc.
+  std::size_t TakeBack();
   bool TakesBack() const noexcept { return levels_.back().takesBack; }
   // Nothing of the innermost level's steps stands any more.
   void NoteTakenBack() noexcept { mayStand_ = levels_.back().couldStand; }
@@ -80,29 +80,35 @@ class OpenCheckpoint {
   // whose order the system keeps; all for an empty place. Raises EOSError.
   void FlushBeforeDelete(const std::wstring& place);
 
-  // Leaves it without an end: it counts as interrupted from now on, unless nothing was changed in it.
+  // Leaves it without an end: its action counts as interrupted from now on, unless nothing was changed in it.
   void Abandon() noexcept { abandoned_ = true; }
   // Keeps it even when nothing was changed in it: it says that another one is undone.
   void Keep() noexcept { kept_ = true; }
+  // Gives it another header, before its first step.
+  void Rename(PartHeader part) { action_.RenamePart(std::move(part)); }
 
  private:
-  // Only what is written has one.
-  const StepSource& SourceOf(const Step& step) const noexcept;
+  OpenCheckpoint(std::unique_ptr<OpenAction>&& own, std::wstring_view title);
+  OpenCheckpoint(std::unique_ptr<OpenAction>&& own, OpenAction& action, PartHeader part);
+  std::uint32_t Append(const Step& step);
+  void Mark(std::uint32_t number, LSTATUS status) noexcept;
 
-  // Read before the lock is taken: it may load a library.
-  const Retention retention_ = ReadRetention();
-  JournalFolder folder_;
+  const std::unique_ptr<OpenAction> own_;
+  OpenAction& action_;
+  const bool isFirst_;
   JournalLock lock_;
   BlobStore blobs_;
   AsideFiles aside_{blobs_};
-  JournalFile file_;
+  JournalFile& file_;
+  // The number of its first step in the file.
+  const std::uint32_t firstStep_;
+  std::vector<RecordedStep> steps_;
   std::map<std::wstring, std::wstring> written_;  // hive, a place in it
-  bool isUndo_;
   bool abandoned_ = false;
   bool kept_ = false;
   struct Level {
     // As it was when the level began.
-    std::uint32_t firstStep = 0;
+    std::size_t firstStep = 0;
     bool hadDone = false;
     bool couldStand = false;
     // Its own.
@@ -117,9 +123,9 @@ class OpenCheckpoint {
   bool mayStand_ = false;
 };
 
-// Those of the process, one per thread. Any thread may call it. A checkpoint belongs to the thread that began
-// it and is touched by that thread only; when that has ended, by the next one that begins, which leaves it
-// without an end.
+// Those of the process, one checkpoint and one action per thread. Any thread may call it. Each belongs to the
+// thread that began it and is touched by that thread only; when that has ended, by the next one that begins,
+// which leaves it without an end.
 class Checkpoints {
  public:
   Checkpoints() = default;
@@ -128,9 +134,9 @@ class Checkpoints {
   Checkpoints(const Checkpoints&) = delete;
   Checkpoints& operator=(const Checkpoints&) = delete;
 
-  // Begins nest: the outermost one opens and names the checkpoint, and waits up to ten seconds for the
-  // journal's lock, which the thread then has until the last end. Raises EOSError when the journal cannot be
-  // locked or written; there is nothing to end then.
+  // Begins nest: the outermost one opens and names the checkpoint, a part of the thread's action when it has
+  // one, and waits up to ten seconds for the journal's lock, which the thread then has until the last end.
+  // Raises EOSError when the journal cannot be locked or written; there is nothing to end then.
   void Begin(std::wstring_view title);
   // False when this thread has none. The last end closes the checkpoint, which writes to the disk, and gives
   // the journal's lock back.
@@ -138,14 +144,25 @@ class Checkpoints {
   // This thread's checkpoint, valid until its last end; null when it has none.
   OpenCheckpoint* Current() noexcept;
 
+  // As IJournal's slots 5 and 6. Raise EOSError when they are refused; neither waits for anything but, for a
+  // second, the journal's lock when the oldest have to go.
+  void BeginAction(std::wstring title);
+  std::uint32_t EndAction();
+  // Whether this thread has anything open: an undo would wait for itself or become a part of it.
+  bool IsBusy() noexcept;
+
  private:
   struct Entry {
     ScopedHandle thread;
+    // Destroyed in the other order: the checkpoint is a part of the action.
+    std::unique_ptr<OpenAction> action;
     std::unique_ptr<OpenCheckpoint> checkpoint;
   };
   // Takes out what threads that have ended left open, so that their lock is given back.
   std::map<DWORD, Entry> TakeAbandoned();
   Entry* FindOwn() noexcept SMH_NEEDS_LOCK(lock_);
+  // This thread's entry, made when there is none. Raises.
+  Entry& Own() SMH_NEEDS_LOCK(lock_);
 
   // Guards the map, not the checkpoints. A leaf: the journal's lock is not waited for under it.
   CriticalSection lock_;

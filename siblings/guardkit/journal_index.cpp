@@ -6,131 +6,334 @@
 #include "siblings/guardkit/live_system.h"
 
 #include <algorithm>
+#include <map>
 
 namespace smh {
 
 namespace {
 
-bool IsLocked(const JournalFolder& folder) {
-  try {
-    const JournalLock lock(folder, 0);
-    return false;
-  } catch (const EOSError&) {
-    return true;
+// One file, without its steps.
+struct IndexedFile {
+  JournalName name;
+  JournalRead result = JournalRead::kUnreadable;
+  JournalContents contents = {};
+  bool isOpen = false;
+  std::size_t stepCount = 0;
+  // By part.
+  std::vector<bool> isLeft = {};
+  std::vector<ContentHash> kept = {};
+
+  bool IsWhole() const noexcept {
+    return result == JournalRead::kRead && contents.whole &&
+           !(name.closed && contents.end == JournalEnd::kNone);
   }
-}
+};
 
-// A checkpoint that is finished while it is read gets its other name.
-std::optional<JournalContents> ReadLatest(const JournalFolder& folder, const JournalName& name) {
-  std::optional<JournalContents> contents = ReadJournal(folder, name);
-  if (name.closed || (contents && contents->finished)) return contents;
-  std::optional<JournalContents> closed = ReadJournal(folder, {.id = name.id, .closed = true});
-  return closed ? std::move(closed) : std::move(contents);
-}
-
-// Of one that nobody has open.
-CheckpointState StateOf(const IndexedCheckpoint& checkpoint) {
-  const JournalContents& contents = checkpoint.contents;
-  if (contents.finished) return contents.failed ? CheckpointState::kFailed : CheckpointState::kDone;
-  // Closed by CloseFailed; what another change brought about since is not its doing. Or by an undo.
-  if (checkpoint.name.closed) return CheckpointState::kFailed;
-  const UndoReach reach(CurrentUserSid());
+// Whether anything of a part without an end is there.
+bool IsPartLeft(const JournalContents& contents, const JournalPart& part, const UndoReach& reach) {
+  JournalContents only;
+  const auto first = contents.steps.begin() + static_cast<std::ptrdiff_t>(part.firstStep);
+  only.steps.assign(first, first + static_cast<std::ptrdiff_t>(part.stepCount));
   LiveSystem system(reach);
-  return IsAnythingLeft(contents, system) ? CheckpointState::kInterrupted : CheckpointState::kFailed;
+  return IsAnythingLeft(only, system);
+}
+
+// A file that is finished while it is read gets its other name.
+ReadJournalFile ReadLatest(const JournalFolder& folder, JournalName& name) {
+  ReadJournalFile read = ReadJournal(folder, name);
+  if (read.result != JournalRead::kGone || name.closed) return read;
+  JournalName closed = name;
+  closed.closed = true;
+  ReadJournalFile other = ReadJournal(folder, closed);
+  if (other.result != JournalRead::kGone) name = closed;
+  return other;
+}
+
+IndexedFile LoadFile(const JournalFolder& folder, const JournalName& name, const UndoReach& reach) {
+  IndexedFile file{.name = name};
+  if (name.isFolder) return file;
+  ReadJournalFile read = ReadLatest(folder, file.name);
+  if (read.result == JournalRead::kRead && read.contents.end == JournalEnd::kNone && !file.name.closed) {
+    file.isOpen = OwnerLives(folder, read.contents.header);
+    // He may have finished it since it was read.
+    if (!file.isOpen) read = ReadLatest(folder, file.name);
+  }
+  file.result = read.result;
+  file.contents = std::move(read.contents);
+  if (file.result != JournalRead::kRead) return file;
+  JournalContents& contents = file.contents;
+  // The first two versions closed a file by its name.
+  if (file.name.closed && contents.whole && contents.version == 2 && contents.end == JournalEnd::kNone) {
+    contents.end = JournalEnd::kClosed;
+  }
+  const bool mayBeLeft = !file.isOpen && file.IsWhole() && contents.end == JournalEnd::kNone;
+  for (const JournalPart& part : contents.parts) {
+    file.isLeft.push_back(mayBeLeft && part.end == PartEnd::kNone && IsPartLeft(contents, part, reach));
+  }
+  for (const RecordedStep& recorded : contents.steps) {
+    const auto* const step = std::get_if<FileStep>(&recorded.step);
+    if (step == nullptr) continue;
+    for (const StreamState& stream : step->before.streams) file.kept.push_back(stream.hash);
+  }
+  file.stepCount = contents.steps.size();
+  contents.steps = {};
+  return file;
+}
+
+// Whether the files are all that the action has, one behind the other.
+bool IsWhole(const std::vector<const IndexedFile*>& files) {
+  std::uint32_t nextPart = 1;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const IndexedFile& file = *files[i];
+    if (!file.IsWhole() || (file.contents.header.continues == 0) != (i == 0)) return false;
+    for (const JournalPart& part : file.contents.parts) {
+      if (part.header.number != nextPart++) return false;
+    }
+    const std::uint32_t next = i + 1 < files.size() ? files[i + 1]->name.id : 0;
+    const JournalEnd end = file.contents.end;
+    const bool saysNext = end == JournalEnd::kDone || end == JournalEnd::kFailed;
+    if (saysNext && file.contents.continuedBy != next) return false;
+  }
+  return true;
+}
+
+// How the whole ended: without the end of one file it has none.
+JournalEnd EndOf(const std::vector<const IndexedFile*>& files) {
+  const auto has = [&files](JournalEnd end) {
+    return std::ranges::any_of(files, [end](const IndexedFile* file) { return file->contents.end == end; });
+  };
+  if (has(JournalEnd::kNone)) return JournalEnd::kNone;
+  return has(JournalEnd::kClosed) ? JournalEnd::kClosed : files.front()->contents.end;
+}
+
+IndexedAction Assemble(const std::vector<const IndexedFile*>& files) {
+  IndexedAction action;
+  action.header = files.front()->contents.header;
+  bool isOpen = false;
+  for (const IndexedFile* const file : files) {
+    action.files.push_back(file->name);
+    isOpen = isOpen || file->isOpen;
+    const std::vector<JournalPart>& parts = file->contents.parts;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      IndexedPart& part =
+          action.parts.emplace_back(IndexedPart{.record = parts[i], .isLeft = file->isLeft[i]});
+      part.record.firstStep += action.stepCount;
+    }
+    action.stepCount += file->stepCount;
+    action.kept.insert(action.kept.end(), file->kept.begin(), file->kept.end());
+  }
+  action.end = EndOf(files);
+  if (isOpen) {
+    action.state = CheckpointState::kOpen;
+  } else if (!IsWhole(files)) {
+    action.state = CheckpointState::kDamaged;
+  }
+  return action;
 }
 
 // `only` chooses by name.
 template <typename Filter>
-std::vector<IndexedCheckpoint> Load(const JournalFolder& folder, bool lockHeld, Filter&& only) {
-  const std::vector<JournalName> names = ListJournals(folder);
-  std::vector<IndexedCheckpoint> index;
-  for (const JournalName& name : names) {
+std::vector<IndexedAction> Load(const JournalFolder& folder, Filter&& only) {
+  std::vector<IndexedFile> files;
+  const UndoReach reach(CurrentUserSid());
+  for (const JournalName& name : ListJournals(folder)) {
     if (!only(name)) continue;
-    std::optional<JournalContents> contents = ReadLatest(folder, name);
-    if (contents) index.push_back({name, *std::move(contents)});
+    IndexedFile file = LoadFile(folder, name, reach);
+    if (file.result != JournalRead::kGone && file.result != JournalRead::kBlank)
+      files.push_back(std::move(file));
   }
-  for (IndexedCheckpoint& checkpoint : index) {
-    // There is one lock, so only the newest can be open.
-    const bool mayBeOpen =
-        !lockHeld && !checkpoint.contents.finished && checkpoint.name.id == names.back().id;
-    if (mayBeOpen && IsLocked(folder)) {
-      checkpoint.state = CheckpointState::kOpen;
-      continue;
+  // Files that continue another one stand behind it.
+  std::map<std::uint32_t, std::vector<const IndexedFile*>> groups;
+  std::vector<std::uint32_t> order;
+  for (const IndexedFile& file : files) {
+    const std::uint32_t first = file.contents.header.continues;
+    const auto group = groups.find(first);
+    if (first != 0 && group != groups.end()) {
+      group->second.push_back(&file);
+    } else if (groups.emplace(file.name.id, std::vector{&file}).second) {
+      order.push_back(file.name.id);
     }
-    // Its owner may have finished it since it was read.
-    if (mayBeOpen) checkpoint.contents = ReadLatest(folder, checkpoint.name).value_or(checkpoint.contents);
-    checkpoint.state = StateOf(checkpoint);
   }
+  std::vector<IndexedAction> index;
+  for (const std::uint32_t id : order) index.push_back(Assemble(groups[id]));
   return index;
 }
 
-std::uint32_t IdOf(const IndexedCheckpoint& checkpoint) noexcept {
-  return checkpoint.name.id;
+std::uint32_t IdOf(const IndexedAction& action) noexcept {
+  return action.Id();
+}
+
+IndexedPart* FindPart(std::vector<IndexedAction>& index, std::uint32_t id, std::uint32_t number) {
+  const auto action = std::ranges::lower_bound(index, id, {}, IdOf);
+  if (action == index.end() || action->Id() != id || number == 0 || number > action->parts.size())
+    return nullptr;
+  return &action->parts[number - 1];
+}
+
+// Newest first: whether an undo still holds is known when its turn comes.
+void JoinUndos(std::vector<IndexedAction>& index) {
+  for (auto action = index.rbegin(); action != index.rend(); ++action) {
+    for (const IndexedPart& part : action->parts) {
+      IndexedPart* const target =
+          FindPart(index, part.record.header.undoesAction, part.record.header.undoesPart);
+      if (target == nullptr) continue;
+      const bool isComplete = part.redone || part.record.end == PartEnd::kDone;
+      if (part.undoneBy != 0) {
+        if (isComplete && target->undoneBy == 0) target->redone = true;
+      } else if (isComplete) {
+        if (target->undoneBy == 0 && !target->redone) target->undoneBy = action->Id();
+      } else if (part.record.stepCount != 0) {
+        target->undoTried = true;
+      }
+    }
+  }
+}
+
+CheckpointState StateOf(const IndexedAction& action) {
+  const auto standing = static_cast<std::size_t>(std::ranges::count_if(action.parts, &IndexedPart::Stands));
+  if (standing == 0) {
+    const bool undone =
+        std::ranges::any_of(action.parts, [](const IndexedPart& part) { return part.undoneBy != 0; });
+    return undone ? CheckpointState::kUndone : CheckpointState::kFailed;
+  }
+  if (action.end == JournalEnd::kNone) return CheckpointState::kInterrupted;
+  return standing == action.parts.size() ? CheckpointState::kDone : CheckpointState::kPartlyDone;
+}
+
+void SetStates(std::vector<IndexedAction>& index) {
+  for (IndexedAction& action : index) {
+    if (action.state == CheckpointState::kDone) action.state = StateOf(action);
+  }
+}
+
+bool IsInterrupted(const IndexedAction& action) noexcept {
+  return action.state == CheckpointState::kInterrupted;
+}
+
+bool IsOpenName(const JournalName& name) noexcept {
+  return !name.closed;
+}
+
+// Nobody writes to it any more.
+bool IsLeftBehind(const std::wstring& path) noexcept {
+  return static_cast<bool>(ScopedHandle(CreateFileW(path.c_str(), GENERIC_WRITE,
+                                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)));
+}
+
+void RemoveEmpty(const JournalFolder& folder) {
+  for (const JournalName& name : ListJournals(folder)) {
+    if (name.closed || name.isFolder) continue;
+    const ReadJournalFile read = ReadJournal(folder, name);
+    const bool isEmpty = read.result == JournalRead::kBlank ||
+                         (read.result == JournalRead::kRead && read.contents.version == 3 &&
+                          read.contents.whole && read.contents.parts.empty());
+    const std::wstring path = folder.File(name.FileName());
+    if (isEmpty && IsLeftBehind(path)) DeleteFileW(path.c_str());
+  }
 }
 
 }  // namespace
 
-std::vector<IndexedCheckpoint> IndexJournal(const JournalFolder& folder, bool lockHeld) {
-  std::vector<IndexedCheckpoint> index = Load(folder, lockHeld, [](const JournalName&) { return true; });
-  // Newest first: whether an undo still holds is known when its turn comes.
-  for (auto checkpoint = index.rbegin(); checkpoint != index.rend(); ++checkpoint) {
-    const std::uint32_t undoes = checkpoint->contents.header.undoes;
-    if (undoes == 0 || !checkpoint->contents.finished || checkpoint->contents.failed) continue;
-    const auto target = std::ranges::find(index, undoes, IdOf);
-    if (target == index.end() || target->undoneBy != 0) continue;
-    if (checkpoint->undoneBy != 0) {
-      // Undone and made again, it stands as a whole.
-      if (!target->contents.finished) target->state = CheckpointState::kDone;
-      continue;
-    }
-    target->undoneBy = checkpoint->name.id;
-    target->state = CheckpointState::kUndone;
+CheckpointState IndexedAction::StateOfPart(const IndexedPart& part) const noexcept {
+  if (part.undoneBy != 0) return CheckpointState::kUndone;
+  if (part.record.end == PartEnd::kNone && state == CheckpointState::kOpen) return CheckpointState::kOpen;
+  if (part.Stands()) {
+    const bool hasEnd = part.redone || part.record.end != PartEnd::kNone;
+    return hasEnd ? CheckpointState::kDone : CheckpointState::kInterrupted;
   }
+  return state == CheckpointState::kDamaged && part.record.end == PartEnd::kNone ? CheckpointState::kDamaged
+                                                                                 : CheckpointState::kFailed;
+}
+
+std::vector<IndexedAction> IndexJournal(const JournalFolder& folder) {
+  std::vector<IndexedAction> index = Load(folder, [](const JournalName&) { return true; });
+  JoinUndos(index);
+  SetStates(index);
   return index;
 }
 
-std::vector<IndexedCheckpoint> IndexInterrupted(const JournalFolder& folder) {
-  std::vector<IndexedCheckpoint> index =
-      Load(folder, false, [](const JournalName& name) { return !name.closed; });
-  std::erase_if(index, [](const IndexedCheckpoint& checkpoint) {
-    return checkpoint.state != CheckpointState::kInterrupted;
-  });
+std::vector<IndexedAction> IndexInterrupted(const JournalFolder& folder) {
+  std::vector<IndexedAction> index = Load(folder, IsOpenName);
+  SetStates(index);
+  if (std::ranges::none_of(index, IsInterrupted)) return {};
+  // Others may have undone it, or hold another part of it.
+  index = IndexJournal(folder);
+  std::erase_if(index, [](const IndexedAction& action) { return !IsInterrupted(action); });
   return index;
+}
+
+std::vector<RecordedStep> ReadSteps(const JournalFolder& folder, const IndexedAction& action) {
+  std::vector<RecordedStep> steps;
+  for (const JournalName& name : action.files) {
+    JournalName latest = name;
+    ReadJournalFile read = ReadLatest(folder, latest);
+    if (read.result != JournalRead::kRead) break;
+    std::ranges::move(read.contents.steps, std::back_inserter(steps));
+  }
+  return steps;
 }
 
 void CloseFailed(const JournalFolder& folder) noexcept {
   try {
-    const auto isOpen = [](const JournalName& name) { return !name.closed; };
-    for (const IndexedCheckpoint& checkpoint : Load(folder, true, isOpen)) {
-      if (checkpoint.state == CheckpointState::kFailed) CloseJournal(folder, checkpoint.name.id);
+    RemoveEmpty(folder);
+    for (const IndexedAction& action : Load(folder, IsOpenName)) {
+      const bool isOrphan = action.header.continues != 0;
+      if (action.state != CheckpointState::kDone || isOrphan ||
+          StateOf(action) == CheckpointState::kInterrupted)
+        continue;
+      for (const JournalName& name : action.files) CloseJournal(folder, name);
     }
   } catch (...) {
     // Nobody is told of them all the same.
   }
 }
 
-const IndexedCheckpoint* FindById(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
+std::uint32_t NextJournalId(const std::vector<JournalName>& known,
+                            const std::vector<DroppedAction>& dropped) {
+  constexpr std::uint32_t kLimit = kGreatestJournalId / 100 * 99;
+  std::uint32_t greatest = 0;
+  const auto note = [&greatest](std::uint32_t id) {
+    if (id < kLimit) greatest = std::max(greatest, id);
+  };
+  for (const JournalName& name : known) note(name.id);
+  for (const DroppedAction& action : dropped) note(action.id);
+  if (greatest + 1 == kLimit) RaiseOSError(ERROR_NO_MORE_ITEMS);
+  return greatest + 1;
+}
+
+const IndexedAction* FindById(const std::vector<IndexedAction>& index, std::uint32_t id) {
   const auto found = std::ranges::find(index, id, IdOf);
   return found == index.end() ? nullptr : &*found;
 }
 
-const IndexedCheckpoint* FindNewestToUndo(const std::vector<IndexedCheckpoint>& index,
-                                          const std::wstring& user) {
-  const auto isNextToUndo = [&user](const IndexedCheckpoint& checkpoint) {
-    const CheckpointHeader& header = checkpoint.contents.header;
-    const bool isNext = (header.undoes == 0 || checkpoint.state == CheckpointState::kInterrupted) &&
-                        checkpoint.state != CheckpointState::kFailed;
-    const bool isLeft = checkpoint.undoneBy == 0 && !checkpoint.contents.steps.empty();
-    return isNext && isLeft && header.user == user;
+const IndexedAction* FindNewestToUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
+  const auto isNextToUndo = [&user](const IndexedAction& action) {
+    const bool isUnsettled =
+        action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
+    const bool stands = std::ranges::any_of(action.parts, [&](const IndexedPart& part) {
+      const bool mayStand = isUnsettled && part.record.end == PartEnd::kNone && part.undoneBy == 0;
+      return part.record.stepCount != 0 && (part.Stands() || mayStand);
+    });
+    const bool isNext = action.header.undoes == 0 || action.state == CheckpointState::kInterrupted;
+    return stands && isNext && action.header.user == user;
   };
   const auto newest = std::find_if(index.rbegin(), index.rend(), isNextToUndo);
   return newest == index.rend() ? nullptr : &*newest;
 }
 
-const IndexedCheckpoint* FindToRedo(const std::vector<IndexedCheckpoint>& index, std::uint32_t id) {
-  const IndexedCheckpoint* const named = FindById(index, id);
-  if (named == nullptr || named->contents.header.undoes != 0) return named;
-  return named->undoneBy != 0 ? FindById(index, named->undoneBy) : nullptr;
+std::vector<const IndexedAction*> FindToRedo(const std::vector<IndexedAction>& index, std::uint32_t id) {
+  const IndexedAction* const named = FindById(index, id);
+  if (named != nullptr && named->header.undoes != 0) return {named};
+  std::vector<const IndexedAction*> undos;
+  for (const IndexedAction& action : index) {
+    const bool undoes = std::ranges::any_of(action.parts, [id](const IndexedPart& part) {
+      return part.record.header.undoesAction == id && part.undoneBy == 0 &&
+             (part.record.stepCount != 0 || part.record.end == PartEnd::kDone);
+    });
+    if (undoes) undos.push_back(&action);
+  }
+  return undos;
 }
 
 }  // namespace smh

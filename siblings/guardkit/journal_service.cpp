@@ -5,7 +5,11 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/checkpoints.h"
+#include "siblings/guardkit/retention.h"
 #include "siblings/guardkit/undo_runner.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace smh {
 
@@ -17,34 +21,84 @@ const Row* RowAt(const std::vector<Row>& rows, std::int32_t index) noexcept {
                                                                      : nullptr;
 }
 
+struct ListRow {
+  CheckpointInfo info = {};
+  std::wstring title;
+};
+
 class CheckpointList final : public ComObject<ICheckpointList> {
  public:
-  explicit CheckpointList(std::vector<IndexedCheckpoint> rows) : rows_(std::move(rows)) {}
+  explicit CheckpointList(std::vector<ListRow> rows) : rows_(std::move(rows)) {}
 
   std::int32_t STDMETHODCALLTYPE GetCount() override { return static_cast<std::int32_t>(rows_.size()); }
   HRESULT STDMETHODCALLTYPE GetInfo(std::int32_t index, CheckpointInfo* info) override {
     if (info == nullptr) return E_POINTER;
-    const IndexedCheckpoint* const row = RowAt(rows_, index);
+    const ListRow* const row = RowAt(rows_, index);
     if (row == nullptr) return E_INVALIDARG;
-    const CheckpointHeader& header = row->contents.header;
-    *info = {header.id,
-             header.undoes,
-             FileTimeOf(header.time),
-             static_cast<std::uint32_t>(row->contents.steps.size()),
-             row->state,
-             1,
-             {}};
+    *info = row->info;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE GetTitle(std::int32_t index, BoundaryText* title) override {
-    const IndexedCheckpoint* const row = RowAt(rows_, index);
+    const ListRow* const row = RowAt(rows_, index);
     if (row == nullptr) return title == nullptr ? E_POINTER : E_INVALIDARG;
-    return GuardedText(title, [&] { return row->contents.header.title; });
+    return GuardedText(title, [&] { return row->title; });
   }
 
  private:
-  const std::vector<IndexedCheckpoint> rows_;
+  const std::vector<ListRow> rows_;
 };
+
+constexpr wchar_t kUnreadable[] = L"(cannot be read)";
+
+ListRow RowOf(const IndexedAction& action) {
+  ListRow row{.info = {}, .title = action.IsReadable() ? action.header.title : kUnreadable};
+  row.info.id = action.Id();
+  row.info.undoes = action.header.undoes;
+  row.info.time = FileTimeOf(action.header.time);
+  row.info.steps = static_cast<std::uint32_t>(action.stepCount);
+  row.info.state = action.state;
+  row.info.parts = static_cast<std::uint32_t>(action.parts.size());
+  return row;
+}
+
+ListRow RowOf(const IndexedAction& action, const IndexedPart& part) {
+  ListRow row{.info = {}, .title = part.record.header.title};
+  row.info.id = part.record.header.number;
+  row.info.undoes = part.record.header.undoesPart;
+  row.info.time = FileTimeOf(part.record.header.time);
+  row.info.steps = static_cast<std::uint32_t>(part.record.stepCount);
+  row.info.state = action.StateOfPart(part);
+  row.info.parts = 1;
+  return row;
+}
+
+ListRow RowOf(const DroppedAction& action) {
+  ListRow row{.info = {}, .title = action.title};
+  row.info.id = action.id;
+  row.info.undoes = action.undoes;
+  row.info.time = FileTimeOf(action.time);
+  row.info.steps = action.steps;
+  row.info.state = CheckpointState::kDropped;
+  row.info.parts = action.parts;
+  row.info.dropped = FileTimeOf(action.dropped);
+  return row;
+}
+
+std::vector<ListRow> RowsOf(const std::vector<IndexedAction>& actions) {
+  std::vector<ListRow> rows;
+  for (const IndexedAction& action : actions) rows.push_back(RowOf(action));
+  return rows;
+}
+
+std::vector<ListRow> AllRows(const JournalFolder& folder) {
+  const std::vector<IndexedAction> index = IndexJournal(folder);
+  std::vector<ListRow> rows;
+  for (const DroppedAction& action : ReadDropped(folder)) {
+    if (!action.forgotten && FindById(index, action.id) == nullptr) rows.push_back(RowOf(action));
+  }
+  std::ranges::move(RowsOf(index), std::back_inserter(rows));
+  return rows;
+}
 
 class UndoReport final : public ComObject<IUndoReport> {
  public:
@@ -70,27 +124,34 @@ class UndoReport final : public ComObject<IUndoReport> {
   const UndoResult result_;
 };
 
+HRESULT AnswerRows(ICheckpointList** list, std::vector<ListRow> rows) {
+  *list = MakeComObject<CheckpointList>(std::move(rows)).Detach();
+  return S_OK;
+}
+
 // `read` gets the journal's folder; without one the list is empty.
 template <typename Read>
 HRESULT AnswerList(ICheckpointList** list, Read&& read) noexcept {
   if (list == nullptr) return E_POINTER;
   *list = nullptr;
   return GuardedResult([&] {
-    std::vector<IndexedCheckpoint> rows;
+    std::vector<ListRow> rows;
     if (const auto folder = JournalFolder::OpenExisting()) rows = read(*folder);
-    *list = MakeComObject<CheckpointList>(std::move(rows)).Detach();
+    AnswerRows(list, std::move(rows));
   });
 }
 
-HRESULT AnswerUndo(Direction direction, std::uint32_t id, UndoMode mode, IUndoReport** report) noexcept {
-  if (report == nullptr) return E_POINTER;
-  *report = nullptr;
+void RequireIdle() {
+  // It would wait for itself, or change what it is a part of.
+  if (g_checkpoints->IsBusy()) RaiseOSError(ERROR_BUSY);
+}
+
+HRESULT AnswerUndo(const UndoRequest& request, UndoMode mode, IUndoReport** report) {
   if (mode < UndoMode::kShow || mode > UndoMode::kForce) return E_INVALIDARG;
   HRESULT status = S_OK;
   const HRESULT guarded = GuardedResult([&] {
-    // A checkpoint of this thread would wait for itself.
-    if (g_checkpoints->Current() != nullptr) RaiseOSError(ERROR_BUSY);
-    UndoResult result = RunUndo(direction, id, mode);
+    RequireIdle();
+    UndoResult result = RunUndo(request, mode);
     status = result.status;
     *report = MakeComObject<UndoReport>(std::move(result)).Detach();
   });
@@ -100,44 +161,77 @@ HRESULT AnswerUndo(Direction direction, std::uint32_t id, UndoMode mode, IUndoRe
 }  // namespace
 
 HRESULT JournalService::GetCheckpoints(ICheckpointList** list) {
-  return AnswerList(list, [](const JournalFolder& folder) { return IndexJournal(folder, false); });
+  return AnswerList(list, AllRows);
 }
 
 HRESULT JournalService::GetInterrupted(ICheckpointList** list) {
-  return AnswerList(list, [](const JournalFolder& folder) { return IndexInterrupted(folder); });
+  return AnswerList(list, [](const JournalFolder& folder) { return RowsOf(IndexInterrupted(folder)); });
 }
 
 HRESULT JournalService::Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) {
-  return AnswerUndo(Direction::kUndo, id, mode, report);
+  if (report == nullptr) return E_POINTER;
+  *report = nullptr;
+  return AnswerUndo({.id = id}, mode, report);
 }
 
 HRESULT JournalService::Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) {
-  return AnswerUndo(Direction::kRedo, id, mode, report);
+  if (report == nullptr) return E_POINTER;
+  *report = nullptr;
+  return AnswerUndo({.direction = Direction::kRedo, .id = id}, mode, report);
 }
 
-HRESULT JournalService::BeginAction(const wchar_t* /*title*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::BeginAction(const wchar_t* title) {
+  return GuardedResult([&] { g_checkpoints->BeginAction(std::wstring(TextArgument(title))); });
 }
 
-HRESULT JournalService::EndAction(std::uint32_t* /*id*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::EndAction(std::uint32_t* id) {
+  if (id == nullptr) return E_POINTER;
+  *id = 0;
+  return GuardedResult([&] { *id = g_checkpoints->EndAction(); });
 }
 
-HRESULT JournalService::GetParts(std::uint32_t /*id*/, ICheckpointList** /*parts*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::GetParts(std::uint32_t id, ICheckpointList** parts) {
+  bool found = false;
+  const HRESULT result = AnswerList(parts, [&](const JournalFolder& folder) {
+    const std::vector<IndexedAction> index = IndexJournal(folder);
+    std::vector<ListRow> rows;
+    if (const IndexedAction* const action = FindById(index, id)) {
+      found = true;
+      for (const IndexedPart& part : action->parts) rows.push_back(RowOf(*action, part));
+    }
+    return rows;
+  });
+  if (FAILED(result) || found) return result;
+  std::exchange(*parts, nullptr)->Release();
+  return HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
 }
 
-HRESULT JournalService::UndoParts(std::uint32_t /*id*/, const std::uint32_t* /*numbers*/,
-                                  std::int32_t /*count*/, UndoMode /*mode*/, IUndoReport** /*report*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::UndoParts(std::uint32_t id, const std::uint32_t* numbers, std::int32_t count,
+                                  UndoMode mode, IUndoReport** report) {
+  if (report == nullptr || numbers == nullptr) return E_POINTER;
+  *report = nullptr;
+  if (count <= 0 || id == 0) return E_INVALIDARG;
+  UndoRequest request{.id = id};
+  const HRESULT copied = GuardedResult([&] { request.parts.assign(numbers, numbers + count); });
+  return FAILED(copied) ? copied : AnswerUndo(request, mode, report);
 }
 
-HRESULT JournalService::Forget(std::uint32_t /*id*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::Forget(std::uint32_t id) {
+  HRESULT status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+  const HRESULT guarded = GuardedResult([&] {
+    RequireIdle();
+    const auto folder = JournalFolder::OpenExisting();
+    if (!folder) return;
+    const JournalLock lock(*folder, JournalLock::kPatience);
+    status = ForgetAction(*folder, id);
+  });
+  return FAILED(guarded) ? guarded : status;
 }
 
-HRESULT JournalService::WouldDrop(std::uint64_t /*bytes*/, ICheckpointList** /*list*/) {
-  return E_NOTIMPL;
+HRESULT JournalService::WouldDrop(std::uint64_t bytes, ICheckpointList** list) {
+  return AnswerList(list, [bytes](const JournalFolder& folder) {
+    return RowsOf(WouldLetGoOf(folder, ReadRetention(), bytes));
+  });
 }
 
 }  // namespace smh

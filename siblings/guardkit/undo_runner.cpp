@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 
 namespace smh {
 
@@ -35,112 +36,173 @@ StepOutcome OutcomeOf(Verdict verdict) noexcept {
   return StepOutcome::kBlocked;
 }
 
-// The checkpoint to undo; null with the reason in `status`.
-const IndexedCheckpoint* Find(const std::vector<IndexedCheckpoint>& index, Direction direction,
-                              std::uint32_t id, const std::wstring& user, HRESULT& status) {
-  const bool isDefault = direction == Direction::kUndo && id == 0;
-  const IndexedCheckpoint* const named = isDefault ? FindNewestToUndo(index, user) : FindById(index, id);
-  if (named == nullptr) {
-    status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
-    return nullptr;
-  }
-  if (named->state == CheckpointState::kOpen) {
+// A part to undo; its steps stand behind each other in the contents that are planned.
+struct TargetPart {
+  std::uint32_t action = 0;
+  const JournalPart* record = nullptr;
+};
+
+// The actions to undo, oldest first; none with the reason in `status`.
+std::vector<const IndexedAction*> Choose(const std::vector<IndexedAction>& index, const UndoRequest& request,
+                                         const std::wstring& user, HRESULT& status) {
+  const bool isRedo = request.direction == Direction::kRedo;
+  const IndexedAction* const named =
+      !isRedo && request.id == 0 ? FindNewestToUndo(index, user) : FindById(index, request.id);
+  status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+  if (named == nullptr) return {};
+  std::vector<const IndexedAction*> found = {named};
+  if (isRedo) found = FindToRedo(index, request.id);
+  status = IJournal::kWrongState;
+  if (found.empty()) return {};
+  found.push_back(named);
+  for (const IndexedAction* const action : found) {
     status = HRESULT_FROM_WIN32(ERROR_BUSY);
-    return nullptr;
+    if (action->state == CheckpointState::kOpen) return {};
+    status = IJournal::kDamaged;
+    if (!action->IsReadable()) return {};
   }
-  const IndexedCheckpoint* const found = direction == Direction::kUndo ? named : FindToRedo(index, id);
-  if (found == nullptr || found->undoneBy != 0) {
-    status = IJournal::kWrongState;
-    return nullptr;
-  }
+  found.pop_back();
+  status = S_OK;
   return found;
+}
+
+// Whether somebody is undoing one of them now, other than the action `own`.
+bool IsBeingUndone(const std::vector<IndexedAction>& index, const std::vector<const IndexedAction*>& actions,
+                   std::uint32_t own) {
+  return std::ranges::any_of(index, [&](const IndexedAction& each) {
+    return each.state == CheckpointState::kOpen && each.Id() != own &&
+           std::ranges::any_of(
+               actions, [&](const IndexedAction* action) { return action->Id() == each.header.undoes; });
+  });
+}
+
+// The parts to undo, in their order. Refusals as above.
+std::vector<const IndexedPart*> ChooseParts(const IndexedAction& action,
+                                            const std::vector<std::uint32_t>& numbers, HRESULT& status) {
+  std::vector<const IndexedPart*> chosen;
+  for (const std::uint32_t number : numbers) {
+    status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+    if (number == 0 || number > action.parts.size()) return {};
+    status = IJournal::kWrongState;
+    if (action.parts[number - 1].undoneBy != 0) return {};
+  }
+  status = S_OK;
+  const std::set<std::uint32_t> wanted(numbers.begin(), numbers.end());
+  for (const IndexedPart& part : action.parts) {
+    if (part.undoneBy == 0 && (wanted.empty() || wanted.contains(part.record.header.number)))
+      chosen.push_back(&part);
+  }
+  return chosen;
 }
 
 // Takes planned steps back, one after the other. Once one could not be, only what is missing is brought back
 // and nothing deleted or overwritten any more: the entry may be nowhere else.
 class StepRunner {
  public:
-  StepRunner(OpenCheckpoint& checkpoint, const JournalContents& contents, const UndoReach& reach, bool force)
-      : checkpoint_(checkpoint), contents_(contents), reach_(reach), force_(force) {
+  // Both are borrowed.
+  StepRunner(const JournalContents& contents, const UndoReach& reach, bool force)
+      : contents_(contents), reach_(reach), force_(force) {
     LiveSystem system(reach_);
     sources_ = SourcesOfUndo(contents_.steps, system);
   }
 
-  StepOutcome Run(const PlannedStep& planned) {
+  StepOutcome Run(OpenCheckpoint& checkpoint, const PlannedStep& planned) {
     const RecordedStep& recorded = contents_.steps[planned.number];
     const Step& step = recorded.step;
-    const bool isConflict = planned.verdict == Verdict::kConflict;
-    if (planned.verdict == Verdict::kNothing) return StepOutcome::kNothing;
-    if (planned.verdict == Verdict::kBlocked || (isConflict && !force_)) {
+    const Verdict verdict = planned.verdict;
+    const bool isConflict = verdict == Verdict::kConflict;
+    if (verdict == Verdict::kNothing) return StepOutcome::kNothing;
+    if (verdict == Verdict::kBlocked || (isConflict && !force_)) {
       if (!force_) Note(ERROR_REVISION_MISMATCH);
-      return OutcomeOf(planned.verdict);
+      return OutcomeOf(verdict);
     }
-    if (status_ != ERROR_SUCCESS && (isConflict || !OnlyBringsBack(step))) return StepOutcome::kBlocked;
+    if (status_ != ERROR_SUCCESS && (isConflict || !OnlyBringsBack(step))) {
+      ++refused_;
+      return StepOutcome::kBlocked;
+    }
     try {
       LiveSystem system(reach_);
       if (!isConflict && !SourceStands(recorded.source, system)) RaiseOSError(ERROR_REVISION_MISMATCH);
-      checkpoint_.SetSource(sources_[planned.number]);
-      return UndoStep(checkpoint_, step, isConflict);
+      checkpoint.SetSource(sources_[planned.number]);
+      return UndoStep(checkpoint, step, isConflict);
     } catch (const EOSError& error) {
       Note(static_cast<LSTATUS>(error.Code()));
       return StepOutcome::kBlocked;
     }
   }
 
-  // Of the first that could not be taken back.
-  LSTATUS Status() const noexcept { return status_; }
-
- private:
   void Note(LSTATUS status) noexcept {
+    ++refused_;
     if (status_ == ERROR_SUCCESS) status_ = status;
   }
+  // Of the first that could not be taken back.
+  LSTATUS Status() const noexcept { return status_; }
+  // How many there were.
+  std::size_t Refused() const noexcept { return refused_; }
 
-  OpenCheckpoint& checkpoint_;
+ private:
   const JournalContents& contents_;
   const UndoReach& reach_;
   const bool force_;
   std::vector<StepSource> sources_;
   LSTATUS status_ = ERROR_SUCCESS;
+  std::size_t refused_ = 0;
 };
 
 // One call: what it found, planned and did.
 class UndoCall {
  public:
-  UndoCall(Direction direction, UndoMode mode) : direction_(direction), mode_(mode) {}
+  UndoCall(UndoRequest request, UndoMode mode) : request_(std::move(request)), mode_(mode) {}
 
-  UndoResult Show(std::uint32_t id) {
+  UndoResult Show() {
     const std::optional<JournalFolder> folder = JournalFolder::OpenExisting();
     if (!folder) {
       result_.status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
     } else {
-      Prepare(*folder, id, false);
+      Prepare(*folder, 0);
     }
     return std::move(result_);
   }
 
-  UndoResult Run(std::uint32_t id) {
+  UndoResult Run() {
     // What is meant is settled before the lock is there, and looked at again under it.
-    UndoResult wanted = UndoCall(direction_, UndoMode::kShow).Show(id);
-    if (FAILED(wanted.status) && wanted.status != IJournal::kConflict) return wanted;
-    OpenCheckpoint own(TitleOfUndoing(wanted.title), wanted.checkpoint);
-    direction_ = Direction::kUndo;
-    if (Prepare(own.Folder(), wanted.checkpoint, true) || MayForce()) Execute(own);
+    UndoResult wanted = UndoCall(request_, UndoMode::kShow).Show();
+    if (FAILED(wanted.status) && wanted.status != IJournal::kConflict) {
+      if (wanted.status == IJournal::kDamaged) wanted.steps.clear();
+      return wanted;
+    }
+    if (request_.direction == Direction::kUndo) request_.id = wanted.checkpoint;
+    OpenAction own(TitleOfUndoing(wanted.title), wanted.checkpoint);
+    auto first = std::make_unique<OpenCheckpoint>(own, PartHeader{});
+    if (Prepare(own.Folder(), own.Id()) || MayForce()) Execute(own, std::move(first));
+    first.reset();
+    own.Finish();
     return std::move(result_);
   }
 
  private:
   // Reads and plans; whether it may run without force.
-  bool Prepare(const JournalFolder& folder, std::uint32_t id, bool lockHeld) {
-    const std::vector<IndexedCheckpoint> index = IndexJournal(folder, lockHeld);
-    const IndexedCheckpoint* const found = Find(index, direction_, id, sid_, result_.status);
-    if (found == nullptr) return false;
-    contents_ = found->contents;
-    result_.checkpoint = found->name.id;
-    result_.title = contents_.header.title;
-    if (contents_.header.user != sid_) {
+  bool Prepare(const JournalFolder& folder, std::uint32_t own) {
+    index_ = IndexJournal(folder);
+    const std::vector<const IndexedAction*> actions = Choose(index_, request_, sid_, result_.status);
+    if (actions.empty()) return false;
+    result_.checkpoint = actions.back()->Id();
+    result_.title = actions.back()->header.title;
+    if (std::ranges::any_of(actions,
+                            [&](const IndexedAction* action) { return action->header.user != sid_; })) {
       result_.status = HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED);
-      return false;
+    } else if (IsBeingUndone(index_, actions, own)) {
+      result_.status = HRESULT_FROM_WIN32(ERROR_BUSY);
+    } else {
+      for (const IndexedAction* const action : actions) AddSteps(folder, *action);
+      if (SUCCEEDED(result_.status) && targets_.empty()) result_.status = IJournal::kWrongState;
     }
+    return SUCCEEDED(result_.status) && Plan(actions);
+  }
+
+  bool Plan(const std::vector<const IndexedAction*>& actions) {
+    // What is not known of a step is told by its own mark.
+    contents_.finished = true;
     if (!reach_.Covers(contents_)) {
       result_.status = IJournal::kOutOfReach;
       return false;
@@ -154,38 +216,117 @@ class UndoCall {
     const bool refused = std::ranges::any_of(plan_, [](const PlannedStep& planned) {
       return planned.verdict == Verdict::kConflict || planned.verdict == Verdict::kBlocked;
     });
-    result_.status = refused ? IJournal::kConflict : S_OK;
-    return !refused;
+    if (refused) result_.status = IJournal::kConflict;
+    const bool isDamaged = std::ranges::any_of(
+        actions, [](const IndexedAction* action) { return action->state == CheckpointState::kDamaged; });
+    if (isDamaged) result_.status = IJournal::kDamaged;
+    return SUCCEEDED(result_.status);
+  }
+
+  void AddSteps(const JournalFolder& folder, const IndexedAction& action) {
+    std::vector<std::uint32_t> numbers = request_.parts;
+    HRESULT status = S_OK;
+    const std::vector<const IndexedPart*> parts = ChooseParts(action, numbers, status);
+    std::vector<RecordedStep> steps = ReadSteps(folder, action);
+    if (SUCCEEDED(status) && steps.size() != action.stepCount) status = IJournal::kDamaged;
+    if (FAILED(status)) {
+      result_.status = status;
+      return;
+    }
+    for (const IndexedPart* const part : parts) {
+      targets_.push_back({action.Id(), &part->record});
+      // What did not end well, or was undone in part, may have been taken back whatever its marks say.
+      const bool marksCount = (part->redone || part->record.end == PartEnd::kDone) && !part->undoTried;
+      for (std::size_t i = 0; i < part->record.stepCount; ++i) {
+        RecordedStep& step = steps[part->record.firstStep + i];
+        if (!marksCount && step.mark == StepMark::kDone) step.mark = StepMark::kNone;
+        contents_.steps.push_back(std::move(step));
+      }
+    }
   }
 
   bool MayForce() const noexcept {
     return result_.status == IJournal::kConflict && mode_ == UndoMode::kForce;
   }
 
-  void Execute(OpenCheckpoint& own) {
+  // The last part first, each under its own lock; `checkpoint` is the first one to be opened.
+  void Execute(OpenAction& own, std::unique_ptr<OpenCheckpoint> checkpoint) {
+    StepRunner runner(contents_, reach_, mode_ == UndoMode::kForce);
+    std::size_t done = 0;
+    bool hasRecords = false;
+    for (auto target = targets_.rbegin(); target != targets_.rend(); ++target) {
+      PartHeader part{.undoesAction = target->action, .undoesPart = target->record->header.number};
+      part.title = TitleOfUndoing(target->record->header.title);
+      try {
+        if (checkpoint) {
+          checkpoint->Rename(part);
+        } else {
+          checkpoint = std::make_unique<OpenCheckpoint>(own, part);
+        }
+      } catch (const EOSError& error) {
+        // Another action holds the journal, or the disk is full: what was undone until now is.
+        runner.Note(static_cast<LSTATUS>(error.Code()));
+        for (; done < plan_.size(); ++done) result_.steps[done].outcome = StepOutcome::kBlocked;
+        break;
+      }
+      RunPart(*checkpoint, runner, target->record->stepCount, done);
+      hasRecords = hasRecords || !checkpoint->Steps().empty();
+      if (std::next(target) == targets_.rend() && runner.Status() == ERROR_SUCCESS) CloseUndone(own.Folder());
+      checkpoint.reset();
+    }
+    result_.status = HRESULT_FROM_WIN32(static_cast<DWORD>(runner.Status()));
+    if (SUCCEEDED(result_.status) || hasRecords) result_.ownCheckpoint = own.Id();
+  }
+
+  void RunPart(OpenCheckpoint& checkpoint, StepRunner& runner, std::size_t steps, std::size_t& done) {
+    const std::size_t refused = runner.Refused();
     try {
-      StepRunner runner(own, contents_, reach_, mode_ == UndoMode::kForce);
-      for (std::size_t i = 0; i < plan_.size(); ++i) result_.steps[i].outcome = runner.Run(plan_[i]);
-      result_.status = HRESULT_FROM_WIN32(static_cast<DWORD>(runner.Status()));
+      for (const std::size_t end = done + steps; done < end; ++done) {
+        result_.steps[done].outcome = runner.Run(checkpoint, plan_[done]);
+      }
     } catch (...) {
-      own.Abandon();
+      checkpoint.Abandon();
       throw;
     }
-    if (SUCCEEDED(result_.status)) {
-      result_.ownCheckpoint = own.Id();
-      CloseJournal(own.Folder(), result_.checkpoint);
-      own.Keep();
+    if (runner.Refused() == refused) {
+      checkpoint.Keep();
     } else {
-      if (own.StepCount() != 0) result_.ownCheckpoint = own.Id();
-      own.Abandon();
+      checkpoint.Abandon();
     }
   }
 
-  Direction direction_;
+  // Interrupted ones of which no part is left are no longer named: the undone ones, and undos that others
+  // have gone on with.
+  void CloseUndone(const JournalFolder& folder) const {
+    const std::set<const JournalPart*> undone = [&] {
+      std::set<const JournalPart*> parts;
+      for (const TargetPart& target : targets_) parts.insert(target.record);
+      return parts;
+    }();
+    const auto isUndone = [&](const IndexedPart& part) {
+      return part.undoneBy != 0 || undone.contains(&part.record);
+    };
+    std::set<std::uint32_t> closed;
+    for (const IndexedAction& action : index_) {
+      const bool isTarget = std::ranges::any_of(
+          targets_, [&](const TargetPart& target) { return target.action == action.Id(); });
+      if (isTarget && std::ranges::all_of(action.parts, isUndone)) closed.insert(action.Id());
+    }
+    for (const IndexedAction& action : index_) {
+      const bool wasLeft = action.end == JournalEnd::kNone && action.state != CheckpointState::kOpen;
+      if (!wasLeft || (!closed.contains(action.Id()) && !closed.contains(action.header.undoes))) continue;
+      for (const JournalName& name : action.files) CloseJournal(folder, name);
+    }
+  }
+
+  UndoRequest request_;
   const UndoMode mode_;
   const std::wstring sid_ = CurrentUserSid();
   const UndoReach reach_{sid_};
+  std::vector<IndexedAction> index_;
   JournalContents contents_;
+  // Oldest first; they point into the index.
+  std::vector<TargetPart> targets_;
   std::vector<PlannedStep> plan_;
   UndoResult result_;
 };
@@ -193,23 +334,22 @@ class UndoCall {
 }  // namespace
 
 LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
-  const std::uint32_t first = checkpoint.TakeBack();
-  auto contents = ReadJournal(checkpoint.Folder(), {.id = checkpoint.Id()});
-  if (!contents || contents->steps.size() < first) return ERROR_FILE_CORRUPT;
-  contents->steps.erase(contents->steps.begin(),
-                        contents->steps.begin() + static_cast<std::ptrdiff_t>(first));
+  const std::size_t first = checkpoint.TakeBack();
+  JournalContents contents;
+  contents.steps.assign(checkpoint.Steps().begin() + static_cast<std::ptrdiff_t>(first),
+                        checkpoint.Steps().end());
   const UndoReach reach(CurrentUserSid());
-  if (!reach.Covers(*contents)) return ERROR_ACCESS_DENIED;
+  if (!reach.Covers(contents)) return ERROR_ACCESS_DENIED;
   LiveSystem system(reach);
-  StepRunner runner(checkpoint, *contents, reach, false);
-  for (const PlannedStep& planned : PlanUndo(*contents, system)) runner.Run(planned);
+  StepRunner runner(contents, reach, false);
+  for (const PlannedStep& planned : PlanUndo(contents, system)) runner.Run(checkpoint, planned);
   if (runner.Status() == ERROR_SUCCESS) checkpoint.NoteTakenBack();
   return runner.Status();
 }
 
-UndoResult RunUndo(Direction direction, std::uint32_t id, UndoMode mode) {
-  UndoCall call(direction, mode);
-  return mode == UndoMode::kShow ? call.Show(id) : call.Run(id);
+UndoResult RunUndo(const UndoRequest& request, UndoMode mode) {
+  UndoCall call(request, mode);
+  return mode == UndoMode::kShow ? call.Show() : call.Run();
 }
 
 }  // namespace smh

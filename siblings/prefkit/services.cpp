@@ -53,12 +53,12 @@ BOOL ApplicationSettings::GetUseCheckpoints(const wchar_t* hostFileName) {
   });
 }
 
-DWORD ApplicationSettings::GetKeptCheckpoints(const wchar_t* hostFileName) {
-  return ReadLimit(hostFileName, L"KeptCheckpoints", 200);
+DWORD ApplicationSettings::GetKeptDays(const wchar_t* hostFileName) {
+  return ReadLimit(hostFileName, L"KeptDays", 180);
 }
 
 DWORD ApplicationSettings::GetKeptMegabytes(const wchar_t* hostFileName) {
-  return ReadLimit(hostFileName, L"KeptMegabytes", 64);
+  return ReadLimit(hostFileName, L"KeptMegabytes", 256);
 }
 
 HRESULT Settings::Reserved1() {

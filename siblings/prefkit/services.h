@@ -12,7 +12,7 @@ namespace smh {
 class ApplicationSettings final : public ServiceObject<IApplicationSettings> {
  public:
   BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) override;
-  DWORD STDMETHODCALLTYPE GetKeptCheckpoints(const wchar_t* hostFileName) override;
+  DWORD STDMETHODCALLTYPE GetKeptDays(const wchar_t* hostFileName) override;
   DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) override;
 };
 

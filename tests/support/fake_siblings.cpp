@@ -46,8 +46,8 @@ class FakeSettings::Application : public ComObject<IApplicationSettings> {
     owner_->asked_.emplace_back(TextArgument(hostFileName));
     return owner_->useCheckpoints;
   }
-  DWORD STDMETHODCALLTYPE GetKeptCheckpoints(const wchar_t*) override { return 200; }
-  DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t*) override { return 64; }
+  DWORD STDMETHODCALLTYPE GetKeptDays(const wchar_t*) override { return 180; }
+  DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t*) override { return 256; }
 
  private:
   ComPtr<FakeSettings> owner_;

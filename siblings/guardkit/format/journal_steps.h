@@ -134,26 +134,71 @@ struct RecordedStep {
   bool operator==(const RecordedStep&) const = default;
 };
 
-// What the journal says of a checkpoint besides its steps. Times are UTC.
+// What the journal says of an action besides its parts. Times are UTC.
 struct CheckpointHeader {
   std::uint32_t id = 0;
-  std::uint32_t undoes = 0;  // the checkpoint that this one takes back; 0 for none
+  std::uint32_t undoes = 0;  // the action that this one takes back; 0 for none
   std::uint64_t time = 0;    // FILETIME
   std::uint32_t process = 0;
   std::uint64_t processStarted = 0;  // FILETIME
   std::wstring user;                 // SID
   std::wstring title;
+  std::uint32_t continues = 0;  // the id of the action's first file when this is a further one; else 0
   bool operator==(const CheckpointHeader&) const = default;
 };
 
-// One file of the journal, as far as it could be read.
+// What the journal says of a part besides its steps.
+struct PartHeader {
+  std::uint32_t number = 1;        // in its action, from 1
+  std::uint32_t undoesAction = 0;  // the part that this one takes back: its action and number; 0 for none
+  std::uint32_t undoesPart = 0;
+  std::uint64_t time = 0;  // FILETIME
+  std::wstring title = {};
+  bool operator==(const PartHeader&) const = default;
+};
+
+enum class PartEnd : std::uint8_t {
+  kDone = 0,
+  kFailed = 1,  // the change did not come about; what stands of its steps can be undone
+  kNone = 2,    // never written: its owner died in it, or is at work in it
+};
+
+// A change of an action: one checkpoint.
+struct JournalPart {
+  PartHeader header;
+  std::size_t firstStep = 0;  // in JournalContents::steps
+  std::size_t stepCount = 0;
+  PartEnd end = PartEnd::kNone;
+  bool operator==(const JournalPart&) const = default;
+};
+
+// How an action ended. Fixed in the format, but for kNone.
+enum class JournalEnd : std::uint8_t {
+  kDone = 0,
+  kFailed = 1,  // no part of it came about
+  kClosed = 2,  // its owner died; it was undone since, or nothing of it stood
+  kNone = 3,
+};
+
+// One file of the journal, or all files of one action, as far as they could be read.
 struct JournalContents {
   CheckpointHeader header;
   std::vector<RecordedStep> steps;
-  // Whether the end was written: without it the owner died, or is still at work.
+  // Whether the owner wrote the end: without it he died, or is still at work.
   bool finished = false;
-  // Whether its end says that the change did not come about. What stands of its steps can be undone.
+  // Whether that end says that the change did not come about. What stands of its steps can be undone.
   bool failed = false;
+  // In the order of the steps; a file of the first two versions has one.
+  std::vector<JournalPart> parts = {};
+  JournalEnd end = JournalEnd::kNone;
+  // The file that continues this one, as the end says; 0 for none.
+  std::uint32_t continuedBy = 0;
+  // Of the format. The first two have one part, and close a file of a dead owner by its name alone.
+  std::uint8_t version = 3;
+  // Whether everything that was written is here: behind the last record there is what a writer leaves there.
+  bool whole = false;
+  // The bytes of the file up to the last record that could be read.
+  std::uint64_t size = 0;
   bool operator==(const JournalContents&) const = default;
 };
 

@@ -15,9 +15,9 @@ struct IApplicationSettings : IUnknown {
 
   // 1: whether changes run inside backup checkpoints: 0 or 1. Kept per user, per host file; 1 when never set.
   virtual BOOL STDMETHODCALLTYPE GetUseCheckpoints(const wchar_t* hostFileName) = 0;
-  // 2, 3: how many checkpoints the backup service keeps, and how much space they may take: at least 1, and
-  // 200 and 64 when never set.
-  virtual DWORD STDMETHODCALLTYPE GetKeptCheckpoints(const wchar_t* hostFileName) = 0;
+  // 2, 3: for how many days the backup service keeps what was changed, and how much space that may take: at
+  // least 1, and 180 and 256 when never set.
+  virtual DWORD STDMETHODCALLTYPE GetKeptDays(const wchar_t* hostFileName) = 0;
   virtual DWORD STDMETHODCALLTYPE GetKeptMegabytes(const wchar_t* hostFileName) = 0;
 };
 

@@ -267,15 +267,8 @@ TEST_F(FailedCheckpoint, WhatChangesWhileItIsTakenBackStaysToo) {
 // Journals whose owner died, as a crash leaves them.
 TEST_F(FailedCheckpoint, OnlyInterruptedOnesOfWhichSomethingStandsAreNamed) {
   const std::uint32_t real = Checkpoint([&] { Set({}, L"real", Dword(1)); });
-  const auto leave = [&](std::uint32_t id, const Step& step) {
-    CheckpointHeader header;
-    header.id = id;
-    header.user = CurrentUserSid();
-    std::string file;
-    for (const ByteVector& part : {EncodeBeginning(header), EncodeStep(0, step), EncodeMark(0, 0)}) {
-      file.append(reinterpret_cast<const char*>(part.data()), part.size());
-    }
-    WriteFileBytes(JournalFolderPath() + L"\\0000000" + std::to_wstring(id) + L".open", file);
+  const auto leave = [](std::uint32_t id, const Step& step) {
+    PlantJournal(id, CurrentUserSid(), step, false);
   };
   const std::wstring place = PlaceOf(tree_.Key().Get());
   const auto state = [](const RawValue& value) { return ValueState{true, value.type, value.bytes}; };

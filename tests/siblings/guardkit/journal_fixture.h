@@ -6,6 +6,7 @@
 #include "infra/runtime/com_ptr.h"
 #include "siblings/guardkit/journal_file.h"
 #include "tests/siblings/common/sibling_library.h"
+#include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 
 #include <gtest/gtest.h>
@@ -24,6 +25,7 @@ struct ListedCheckpoint {
   std::wstring title;
   std::uint32_t steps;
   std::uint32_t undoes;
+  std::uint32_t parts;
 };
 
 struct UndoAnswer {
@@ -70,20 +72,30 @@ class Guardkit {
 
   std::vector<ListedCheckpoint> List(bool onlyInterrupted = false) const {
     ComPtr<ICheckpointList> list;
-    EXPECT_EQ(onlyInterrupted ? journal_->GetInterrupted(list.Put()) : journal_->GetCheckpoints(list.Put()),
-              S_OK);
-    std::vector<ListedCheckpoint> rows;
-    for (std::int32_t i = 0; list && i < list->GetCount(); ++i) {
-      CheckpointInfo info;
-      EXPECT_EQ(list->GetInfo(i, &info), S_OK);
-      const std::wstring title = TakeText([&](BoundaryText* text) { return list->GetTitle(i, text); });
-      rows.push_back({info.id, info.state, title, info.steps, info.undoes});
-    }
-    return rows;
+    const HRESULT result =
+        onlyInterrupted ? journal_->GetInterrupted(list.Put()) : journal_->GetCheckpoints(list.Put());
+    return Collect(result, std::move(list));
   }
+  std::vector<ListedCheckpoint> Parts(std::uint32_t id) const {
+    ComPtr<ICheckpointList> list;
+    const HRESULT result = journal_->GetParts(id, list.Put());
+    return Collect(result, std::move(list));
+  }
+  std::vector<ListedCheckpoint> WouldDrop(std::uint64_t bytes) const {
+    ComPtr<ICheckpointList> list;
+    const HRESULT result = journal_->WouldDrop(bytes, list.Put());
+    return Collect(result, std::move(list));
+  }
+
   UndoAnswer Undo(std::uint32_t id = 0, UndoMode mode = UndoMode::kRun) const {
     ComPtr<IUndoReport> report;
     const HRESULT result = journal_->Undo(id, mode, report.Put());
+    return Collect(result, std::move(report));
+  }
+  UndoAnswer UndoParts(std::uint32_t id, const std::vector<std::uint32_t>& numbers) const {
+    ComPtr<IUndoReport> report;
+    const HRESULT result = journal_->UndoParts(id, numbers.data(), static_cast<std::int32_t>(numbers.size()),
+                                               UndoMode::kRun, report.Put());
     return Collect(result, std::move(report));
   }
   UndoAnswer Redo(std::uint32_t id, UndoMode mode = UndoMode::kRun) const {
@@ -93,6 +105,17 @@ class Guardkit {
   }
 
  private:
+  static std::vector<ListedCheckpoint> Collect(HRESULT result, ComPtr<ICheckpointList> list) {
+    EXPECT_EQ(result, S_OK);
+    std::vector<ListedCheckpoint> rows;
+    for (std::int32_t i = 0; list && i < list->GetCount(); ++i) {
+      CheckpointInfo info;
+      EXPECT_EQ(list->GetInfo(i, &info), S_OK);
+      const std::wstring title = TakeText([&](BoundaryText* text) { return list->GetTitle(i, text); });
+      rows.push_back({info.id, info.state, title, info.steps, info.undoes, info.parts});
+    }
+    return rows;
+  }
   static UndoAnswer Collect(HRESULT result, ComPtr<IUndoReport> report) {
     UndoAnswer answer;
     answer.result = result;
@@ -124,6 +147,25 @@ inline std::wstring JournalFolderPath() {
 inline void ClearJournal() {
   std::error_code ignored;
   std::filesystem::remove_all(JournalFolderPath(), ignored);
+}
+
+// Leaves an action of one part as its owner would: ended, or dead behind its last step.
+inline void PlantJournal(std::uint32_t id, const std::wstring& user, const Step& step, bool ended) {
+  CheckpointHeader header;
+  header.id = id;
+  header.user = user;
+  std::string file;
+  const auto add = [&file](const ByteVector& part) {
+    file.append(reinterpret_cast<const char*>(part.data()), part.size());
+  };
+  for (const ByteVector& part :
+       {EncodeBeginning(header), EncodePart({}), EncodeStep(0, step), EncodeMark(0, 0)}) {
+    add(part);
+  }
+  add(ended ? EncodePartEnd(1, false) : ByteVector(kRoomBehindMark));
+  if (ended) add(EncodeEnd(1, JournalEnd::kDone));
+  const JournalName name{.id = id, .closed = ended};
+  WriteFileBytes(JournalFolderPath() + L'\\' + name.FileName(), file);
 }
 
 class JournalTest : public testing::Test {

@@ -287,15 +287,7 @@ TEST_F(JournalTest, WhatIsOutOfReachIsRefusedWhole) {
   for (const auto& row : rows) {
     ClearJournal();
     Checkpoint([] {});
-    CheckpointHeader header;
-    header.id = 1;
-    header.user = row.user;
-    std::string contents;
-    for (const ByteVector& part :
-         {EncodeBeginning(header), EncodeStep(0, row.step), EncodeMark(0, 0), EncodeEnd(1)}) {
-      contents.append(reinterpret_cast<const char*>(part.data()), part.size());
-    }
-    WriteFileBytes(JournalFolderPath() + L"\\00000001.journal", contents);
+    PlantJournal(1, row.user, row.step, true);
     for (const UndoMode mode : {UndoMode::kShow, UndoMode::kRun, UndoMode::kForce}) {
       EXPECT_EQ(guardkit_.Undo(1, mode).result, row.result);
     }

@@ -44,7 +44,7 @@ TEST_F(SettingsTest, LimitsOfTheJournalAreAtLeastOne) {
     std::size_t slot;
     const wchar_t* name;
     DWORD unset;
-  } rows[] = {{2, L"KeptCheckpoints", 200}, {3, L"KeptMegabytes", 64}};
+  } rows[] = {{2, L"KeptDays", 180}, {3, L"KeptMegabytes", 256}};
   for (const auto& row : rows) {
     EXPECT_EQ(Ask<DWORD>(row.slot, L"settingstest.exe"), row.unset);
     tree_.Set({}, row.name, Dword(7));
