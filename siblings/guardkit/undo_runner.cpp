@@ -66,6 +66,11 @@ std::vector<const IndexedAction*> Choose(const std::vector<IndexedAction>& index
   return found;
 }
 
+bool HasDamaged(const std::vector<const IndexedAction*>& actions) {
+  return std::ranges::any_of(
+      actions, [](const IndexedAction* action) { return action->state == CheckpointState::kDamaged; });
+}
+
 // Whether somebody is undoing one of them now, other than the action `own`.
 bool IsBeingUndone(const std::vector<IndexedAction>& index, const std::vector<const IndexedAction*>& actions,
                    std::uint32_t own) {
@@ -195,7 +200,9 @@ class UndoCall {
       result_.status = HRESULT_FROM_WIN32(ERROR_BUSY);
     } else {
       for (const IndexedAction* const action : actions) AddSteps(folder, *action);
-      if (SUCCEEDED(result_.status) && targets_.empty()) result_.status = IJournal::kWrongState;
+      if (SUCCEEDED(result_.status) && targets_.empty()) {
+        result_.status = HasDamaged(actions) ? IJournal::kDamaged : IJournal::kWrongState;
+      }
     }
     return SUCCEEDED(result_.status) && Plan(actions);
   }
@@ -217,9 +224,7 @@ class UndoCall {
       return planned.verdict == Verdict::kConflict || planned.verdict == Verdict::kBlocked;
     });
     if (refused) result_.status = IJournal::kConflict;
-    const bool isDamaged = std::ranges::any_of(
-        actions, [](const IndexedAction* action) { return action->state == CheckpointState::kDamaged; });
-    if (isDamaged) result_.status = IJournal::kDamaged;
+    if (HasDamaged(actions)) result_.status = IJournal::kDamaged;
     return SUCCEEDED(result_.status);
   }
 
