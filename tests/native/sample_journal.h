@@ -19,8 +19,8 @@ inline ByteVector Joined(const std::vector<ByteVector>& parts) {
   return all;
 }
 
-// Five steps: a value changed (done, a copy of another), a key deleted (done), a file replaced (failed with
-// status 5), a file moved (without a mark), a key made (done).
+// Two parts. Five steps: a value changed (done, a copy of another), a key deleted (done); a file replaced
+// (failed with status 5), a file moved (without a mark), a key made (done).
 inline JournalContents SampleJournal() {
   const std::wstring key = L"HKEY_USERS\\S-1-5-21-1\\Software\\K";
   FileState file{
@@ -44,31 +44,34 @@ inline JournalContents SampleJournal() {
       {MoveStep{L"C:\\a.lnk", L"C:\\b.lnk", file}, StepMark::kNone, 0},
       {KeyStep{key + L"\\Side", {}, {true, L"", {}, {}}}, StepMark::kDone, 0},
   };
+  contents.parts = {{{1, 0, 0, 5, L"one"}, 0, 2, PartEnd::kDone},
+                    {{2, 3, 9, 6, L"two"}, 2, 3, PartEnd::kFailed}};
   contents.finished = true;
+  contents.end = JournalEnd::kDone;
+  contents.continuedBy = 8;
+  contents.whole = true;
   return contents;
 }
 
-// The file that a writer of these contents leaves: every mark right behind its step.
+// The file that a writer of these contents leaves: every mark right behind its step, and room behind what has
+// no end.
 inline ByteVector Encode(const JournalContents& contents) {
   std::vector<ByteVector> parts = {EncodeBeginning(contents.header)};
-  for (std::uint32_t i = 0; i < contents.steps.size(); ++i) {
-    const RecordedStep& step = contents.steps[i];
-    parts.push_back(EncodeStep(i, step.step, step.source));
-    if (step.mark != StepMark::kNone) parts.push_back(EncodeMark(i, step.status));
+  std::uint32_t number = 0;
+  for (const JournalPart& part : contents.parts) {
+    parts.push_back(EncodePart(part.header));
+    for (const std::size_t end = part.firstStep + part.stepCount; number < end; ++number) {
+      const RecordedStep& step = contents.steps[number];
+      parts.push_back(EncodeStep(number, step.step, step.source));
+      if (step.mark != StepMark::kNone) parts.push_back(EncodeMark(number, step.status));
+    }
+    if (part.end != PartEnd::kNone) parts.push_back(EncodePartEnd(number, part.end == PartEnd::kFailed));
   }
-  if (contents.finished) {
-    parts.push_back(EncodeEnd(static_cast<std::uint32_t>(contents.steps.size()), contents.failed));
-  }
+  const bool hasEnded = contents.parts.empty() || contents.parts.back().end != PartEnd::kNone;
+  const ByteVector room(hasEnded ? kRoomBehindPartEnd : kRoomBehindStep);
+  const bool isOpen = contents.end == JournalEnd::kNone;
+  parts.push_back(isOpen ? room : EncodeEnd(number, contents.end, contents.continuedBy));
   return Joined(parts);
-}
-
-// A payload as a record of its own, checksum included.
-inline ByteVector Framed(const ByteVector& payload) {
-  RecordWriter record;
-  record.U32(static_cast<std::uint32_t>(payload.size()));
-  record.U32(Checksum(payload));
-  record.Put(payload);
-  return record.Written();
 }
 
 }  // namespace smh::test
