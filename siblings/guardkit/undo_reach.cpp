@@ -92,7 +92,13 @@ void UndoReach::Allow(std::wstring_view path, bool user, bool machine, Rights ow
   if (machine) allow(machine_);
 }
 
+// Thousands of steps name few keys.
 UndoReach::Rights UndoReach::RightsTo(const std::wstring& place) const {
+  const auto found = found_.find(place);
+  return found != found_.end() ? found->second : found_.emplace(place, FindRights(place)).first->second;
+}
+
+UndoReach::Rights UndoReach::FindRights(const std::wstring& place) const {
   const std::wstring all = AsciiLowerCase(place);
   const std::wstring own = AsciiLowerCase(L"HKEY_USERS\\" + sid_);
   const Rows* rows = &user_;

@@ -34,6 +34,7 @@ class UndoReach {
   // Increasing.
   enum class Rights { kNone, kAsEmptyKey, kValues, kEverything };
   Rights RightsTo(const std::wstring& place) const;
+  Rights FindRights(const std::wstring& place) const;
   void Allow(std::wstring_view path, bool user, bool machine, Rights own, Rights below);
 
   struct Row {
@@ -52,6 +53,7 @@ class UndoReach {
   const std::wstring sid_;
   Rows user_;
   Rows machine_;
+  mutable std::unordered_map<std::wstring, Rights> found_;
   mutable std::optional<Folders> folders_;
 };
 
