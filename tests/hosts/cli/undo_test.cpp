@@ -1,8 +1,13 @@
 // Changes made by startupctl, looked at and taken back by startupctl.
+#include "core/contracts/intf_safeguard.h"
+#include "hosts/common/journal.h"
+#include "hosts/common/library.h"
 #include "infra/files/file_facts.h"
+#include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/support/startup_folders.h"
 #include "tests/support/state_dump.h"
+#include "tests/support/test_main.h"
 
 #include <shlobj.h>
 
@@ -90,19 +95,76 @@ TEST_F(StartupctlUndo, ConflictIsNamedAndForced) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl late"), Command(L"old"));
 }
 
-TEST_F(StartupctlUndo, InterruptedChangesAreNamedAtEveryStart) {
-  SetRun(HKEY_CURRENT_USER, L"ctl cut", Command(L"cut"));
-  Run({L"delete", L"ctl cut"});
-  const fs::path file = JournalFolder() / L"00000001.journal";
-  // Without its end, which is the last 13 bytes, it is as its owner's death leaves it.
-  fs::resize_file(file, fs::file_size(file) - 13);
-  fs::rename(file, JournalFolder() / L"00000001.open");
-  EXPECT_EQ(Run({L"locations"}).errors,
-            "startupctl: Interrupted: checkpoint 1 \"Startup Manager: Deleting ctl cut\". \"startupctl undo "
-            "ID\" takes "
-            "one back.\n");
+// Adds Run values, each in a part of its own, in one action; without "end" as the first argument it dies in
+// that.
+SMH_CHILD(AddInOneAction) {
+  const Journal journal;
+  const ScopedModule library = LoadFromOwnFolder(ISafeguard::kLibrary);
+  auto& safeguard = AskService<ISafeguard>(library.Get());
+  ComPtr<IRegAccess> access;
+  HKEY key = nullptr;
+  journal.BeginAction(L"Startup Manager: Adding entries");
+  if (safeguard.GetRegAccess(access.Put()) != S_OK) return 1;
+  if (access->OpenKey(HKEY_CURRENT_USER, kRunKey.c_str(), &key, KEY_ALL_ACCESS, 0) != ERROR_SUCCESS) return 1;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    safeguard.BeginCheckpoint((L"Startup Manager: Adding " + arguments[i]).c_str());
+    if (access->SetValue(key, arguments[i].c_str(), 4, L"c", REG_SZ, 0) != ERROR_SUCCESS) return 1;
+    safeguard.EndCheckpoint();
+  }
+  if (arguments[0] != L"end") TerminateProcess(GetCurrentProcess(), 0);
+  access->CloseKey(key);
+  return journal.EndAction() == 0 ? 1 : 0;
+}
+
+TEST_F(StartupctlUndo, PartsAreShownTakenBackAndForgotten) {
+  ASSERT_EQ(RunChild(L"AddInOneAction", {L"end", L"ctl one", L"ctl two", L"ctl three"}).exitCode, 0u);
+  ASSERT_EQ(Checkpoints().size(), 1u);
+  EXPECT_EQ(Checkpoints()[0]["parts"], 3);
+  const auto details = [] { return Json::parse(Run({L"checkpoints", L"show", L"1", L"--json"}).output); };
+  const JsonSchema schema(Json::parse(ReadFileBytes(ThisFolder() + L"startupctl.schema.json")));
+  EXPECT_EQ(schema.FaultIn(details(), "checkpoints show"), "");
+  EXPECT_EQ(details()["partList"][1]["title"], "Startup Manager: Adding ctl two");
+
+  const auto left = [] {
+    std::vector<std::wstring> names;
+    for (const wchar_t* name : {L"ctl one", L"ctl two", L"ctl three"}) {
+      if (GetValue(HKEY_CURRENT_USER, kRunKey, name)) names.emplace_back(name);
+    }
+    return names;
+  };
+  using Names = std::vector<std::wstring>;
+  Run({L"undo", L"1", L"--only", L"CTL TWO"});
+  EXPECT_EQ(left(), (Names{L"ctl one", L"ctl three"}));
+  EXPECT_EQ(details()["partList"][1]["state"], "undone");
+  EXPECT_EQ(details()["state"], "partly done");
+  const std::string shown = Run({L"undo", L"1", L"--only", L"3", L"--show"}).output;
+  EXPECT_NE(shown.find("ctl three"), std::string::npos);
+  EXPECT_EQ(shown.find("ctl one"), std::string::npos);
+  Run({L"undo", L"1", L"--only", L"two"}, 1);
+  Run({L"undo", L"--only", L"1"}, 2);
+  Run({L"undo", L"1", L"--only", L"3", L"--only", L"ctl three"});
+  EXPECT_EQ(left(), Names{L"ctl one"});
   Run({L"undo"});
-  EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl cut"), Command(L"cut"));
+  EXPECT_EQ(left(), Names());
+
+  Run({L"checkpoints", L"prune"}, 2);
+  Run({L"checkpoints", L"prune", L"--keep", L"0"}, 1);  // nobody can be asked
+  Run({L"checkpoints", L"prune", L"--keep", L"1", L"--yes"});
+  Run({L"checkpoints", L"prune", L"--days", L"1", L"--yes"});
+  EXPECT_EQ(details()["state"], "undone");
+  Run({L"checkpoints", L"prune", L"4711"}, 1);
+  Run({L"checkpoints", L"prune", L"--keep", L"0", L"--yes"});
+  EXPECT_EQ(Checkpoints(), Json::array());
+}
+
+TEST_F(StartupctlUndo, InterruptedChangesAreNamedAtEveryStart) {
+  ASSERT_EQ(RunChild(L"AddInOneAction", {L"die", L"ctl cut"}).exitCode, 0u);
+  EXPECT_EQ(
+      Run({L"locations"}).errors,
+      "startupctl: Interrupted: checkpoint 1 \"Startup Manager: Adding entries\". \"startupctl undo ID\" "
+      "takes one back.\n");
+  Run({L"undo"});
+  EXPECT_FALSE(GetValue(HKEY_CURRENT_USER, kRunKey, L"ctl cut"));
   EXPECT_EQ(Run({L"locations"}).errors, "");
 }
 
