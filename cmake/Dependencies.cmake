@@ -3,10 +3,7 @@ option(BUILD_TESTING "Build the test suites" ON)
 
 # Header-only packages of the distribution. Only their own folders are seen: /usr/include itself must never
 # reach a cross compiler. In an MSYS2 shell they come from that environment's include folder.
-set(package_folders CLI)
-if(BUILD_TESTING)
-  list(APPEND package_folders nlohmann)
-endif()
+set(package_folders CLI nlohmann)
 
 set(PACKAGE_INCLUDE "${CMAKE_BINARY_DIR}/package-include")
 file(MAKE_DIRECTORY "${PACKAGE_INCLUDE}")

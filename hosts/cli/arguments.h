@@ -37,6 +37,8 @@ struct Arguments {
   bool quiet = false;                 // --quiet
   std::vector<std::wstring> columns;  // --columns, each by itself
   std::wstring output;                // --output; empty for standard output
+  std::vector<std::wstring> files;    // FILE, FILE2
+  std::optional<std::wstring> input;  // --input
 
   // Which entries `list` and `watch` show.
   ItemFilter Filter() const { return {all, locations, enabled}; }

@@ -45,6 +45,13 @@ void DeclareSubject(CLI::App& app, std::uint64_t options, OptionValues& values) 
   if (options & kTakesIds) {
     app.add_option("ID", values.ids, "Checkpoints' numbers, see the command checkpoints");
   }
+  if (options & kNeedsFile) app.add_option("FILE", values.file, "A snapshot")->required();
+  if (options & kTakesFile2) {
+    app.add_option("FILE2", values.file2, "A later one, in place of this machine");
+  }
+  if (options & kTakesInput) {
+    app.add_option("--input", values.input, "Properties of an entry")->type_name("JSON");
+  }
   if (options & kTakesPaths) {
     app.add_option("--add", values.paths, "Also show the program of that path")
         ->allow_extra_args(false)
@@ -166,6 +173,9 @@ void TakeSubject(const OptionValues& values, Arguments& arguments) {
   for (const std::string& location : values.locations) arguments.locations.push_back(ParseLocation(location));
   for (const std::string& id : values.ids) arguments.ids.push_back(ParseId(id));
   for (const std::string& part : values.only) arguments.only.push_back(DecodeArgument(part));
+  for (const std::string* const file : {&values.file, &values.file2}) {
+    if (!file->empty()) arguments.files.push_back(DecodeArgument(*file));
+  }
   for (const std::string& path : values.paths) {
     arguments.paths.push_back(DecodeArgument(path));
     if (Trim(arguments.paths.back()).empty()) throw UsageError(L"The path is empty.");
@@ -198,6 +208,7 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   if (values.enabled || values.disabled) arguments.enabled = values.enabled;
   if (values.json) arguments.format = OutputFormat::kJson;
   if (values.csv) arguments.format = OutputFormat::kCsv;
+  arguments.input = Given(parser, "--input", (options & kTakesInput) != 0, DecodeArgument(values.input));
   arguments.seconds = Given(parser, "--seconds", (options & kTakesSeconds) != 0, values.seconds);
   arguments.limit = Given(parser, "--limit", (options & kTakesLimit) != 0, values.limit);
   arguments.keep = Given(parser, "--keep", (options & kTakesPruning) != 0, values.keep);

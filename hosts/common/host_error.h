@@ -13,8 +13,8 @@
 namespace smh {
 
 // What the program answers to its caller: all went well, it failed, the command line does not fit, a part of
-// it was refused or failed and the rest is done.
-enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2, kPartly = 3 };
+// it was refused or failed and the rest is done, what was compared differs.
+enum class ExitCode : int { kOk = 0, kFailed = 1, kUsage = 2, kPartly = 3, kDifferent = 4 };
 
 // What the hosts raise. The message is a whole sentence for the user, made printable, so that no name in it
 // can end the line; further lines are added one by one.

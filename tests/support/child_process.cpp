@@ -29,7 +29,7 @@ CapturedStream::CapturedStream() {
   SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
   writer_.Reset(CreateFileW(name, GENERIC_WRITE | DELETE, kShareAll, &inherit, CREATE_ALWAYS,
                             FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-  reader_.Reset(CreateFileW(name, GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  reader_.Reset(CreateFileW(name, GENERIC_READ, kShareAll, &inherit, OPEN_EXISTING, 0, nullptr));
   if (!writer_ || !reader_) throw std::runtime_error("a stream cannot be captured");
 }
 
@@ -42,12 +42,20 @@ std::string CapturedStream::Text() const {
   return text;
 }
 
-ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+void CapturedStream::Write(const std::string& text) const {
+  DWORD written = 0;
+  WriteFile(writer_.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+}
+
+ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                           const std::string& input) {
   std::wstring command = Quoted(program);
   for (const std::wstring& argument : arguments) command.append(1, L' ').append(Quoted(argument));
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   startup.dwFlags = STARTF_USESTDHANDLES;
+  input_.Write(input);
+  if (!input.empty()) startup.hStdInput = input_.Reader();
   startup.hStdOutput = output_.Writer();
   startup.hStdError = errors_.Writer();
   PROCESS_INFORMATION information = {};

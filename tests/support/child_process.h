@@ -26,6 +26,9 @@ class CapturedStream {
   CapturedStream();
   // For the process to inherit.
   HANDLE Writer() const noexcept { return writer_.Get(); }
+  // For the process to read what is in it now.
+  HANDLE Reader() const noexcept { return reader_.Get(); }
+  void Write(const std::string& text) const;
   std::string Text() const;
 
  private:
@@ -36,8 +39,10 @@ class CapturedStream {
 
 class ChildProcess {
  public:
-  // Starts `program` with the arguments quoted as the C runtime reads them. Throws std::runtime_error.
-  ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments);
+  // Starts `program` with the arguments quoted as the C runtime reads them, and with `input` on its standard
+  // input, without one when that is empty. Throws std::runtime_error.
+  ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments,
+               const std::string& input = {});
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
@@ -51,6 +56,7 @@ class ChildProcess {
   ChildResult Finish(DWORD timeLimit = kChildTimeLimit);
 
  private:
+  CapturedStream input_;
   CapturedStream output_;
   CapturedStream errors_;
   ScopedHandle process_;

@@ -1,7 +1,9 @@
 #include "hosts/cli/commands/commands.h"
 
 #include "hosts/cli/commands/change_commands.h"
+#include "hosts/cli/commands/dsc_commands.h"
 #include "hosts/cli/commands/entry_commands.h"
+#include "hosts/cli/commands/snapshot_commands.h"
 #include "hosts/cli/commands/system_commands.h"
 #include "hosts/cli/commands/undo_commands.h"
 
@@ -40,6 +42,14 @@ constexpr Command kCommands[] = {
      RunUndo},
     {"redo", "Make an undone checkpoint's changes again, the last undo's without ID",
      kTakesId | kTakesUndoMode, RunRedo},
+    {"snapshot", "Write the state of all entries to a file", kNeedsFile, RunSnapshot},
+    {"compare", "Show what differs from a snapshot, or between two", kNeedsFile | kTakesFile2 | kFormatted,
+     RunCompare},
+    {"dsc", "Serve configuration engines", 0, nullptr},
+    {"dsc get", "Print the state of an entry", kTakesInput, RunDscGet},
+    {"dsc test", "Print the state of an entry, and whether it is the wanted one", kTakesInput, RunDscTest},
+    {"dsc export", "Print the states of all entries", kTakesInput | kTakesOutput, RunDscExport},
+    {"dsc schema", "Print the JSON schema of an entry's state", kTakesOutput, RunDscSchema},
     {"log", "Print the path of the library's log file", 0, RunLog},
     {"completion", "Print a script that completes commands and options in a shell", 0, nullptr},
     {"completion powershell", "For PowerShell, to be put into the profile", kTakesOutput,

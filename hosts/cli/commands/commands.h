@@ -37,6 +37,9 @@ enum CommandOption : std::uint64_t {
   kTakesColumns = 1ull << 22,     // --columns
   kTakesOutput = 1ull << 23,      // --output
   kTakesYes = 1ull << 24,         // --yes
+  kNeedsFile = 1ull << 40,        // FILE
+  kTakesFile2 = 1ull << 41,       // FILE2, behind it
+  kTakesInput = 1ull << 42,       // --input
 };
 
 // One row of the table of commands. Texts are ASCII literals; the parser takes them as they are. Every

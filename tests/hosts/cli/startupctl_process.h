@@ -13,8 +13,9 @@ using StartupctlResult = ChildResult;
 class StartupctlProcess : public ChildProcess {
  public:
   // `program` is another copy than the one beside the tests.
-  explicit StartupctlProcess(const std::vector<std::wstring>& arguments, const std::wstring& program = {})
-      : ChildProcess(program.empty() ? ThisFolder() + L"startupctl.exe" : program, arguments) {}
+  explicit StartupctlProcess(const std::vector<std::wstring>& arguments, const std::wstring& program = {},
+                             const std::string& input = {})
+      : ChildProcess(program.empty() ? ThisFolder() + L"startupctl.exe" : program, arguments, input) {}
 
   // One that does not end within `limit` is a failed test.
   StartupctlResult Finish(DWORD limit = kChildTimeLimit) {

@@ -1,0 +1,56 @@
+#include "hosts/cli/commands/snapshot_commands.h"
+
+#include "hosts/cli/console.h"
+#include "hosts/cli/record_output.h"
+#include "hosts/cli/snapshot_compare.h"
+#include "hosts/cli/snapshot_file.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/library.h"
+#include "hosts/common/reading.h"
+
+#include <windows.h>
+
+namespace smh {
+
+namespace {
+
+// UTC: "2024-05-31T23:59:59Z".
+std::wstring TimeNow() {
+  SYSTEMTIME time;
+  GetSystemTime(&time);
+  wchar_t text[32];
+  wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02dZ", time.wYear, time.wMonth, time.wDay, time.wHour,
+            time.wMinute, time.wSecond);
+  return text;
+}
+
+Snapshot SnapshotNow() {
+  const Library library;
+  return {ThisMachine(), TimeNow(), EntriesOf(ReadAllItems(library))};
+}
+
+}  // namespace
+
+void RunSnapshot(const Arguments& arguments) {
+  const std::wstring& file = arguments.files.front();
+  const Snapshot snapshot = SnapshotNow();
+  WriteSnapshotFile(file, snapshot);
+  WriteMessage(L"Wrote " + std::to_wstring(snapshot.entries.size()) + L" entries to " + file + L".");
+}
+
+void RunCompare(const Arguments& arguments) {
+  Snapshot before = ReadSnapshotFile(arguments.files.front());
+  const Snapshot after = arguments.files.size() > 1 ? ReadSnapshotFile(arguments.files[1]) : SnapshotNow();
+  AdaptTo(before, after.machine);
+  const std::vector<Difference> differences = CompareEntries(before.entries, after.entries);
+  const std::vector<Field<Difference>> fields = SelectFields(DifferenceFields(), arguments.columns);
+  WriteRecords<Difference>(arguments, fields, differences, [&](const TableStyle& style) {
+    return differences.empty() ? std::wstring() : DifferenceTable(differences).Text(style);
+  });
+  if (differences.empty()) return WriteMessage(L"No entry differs.");
+  throw HostError(differences.size() == 1 ? L"One entry differs."
+                                          : std::to_wstring(differences.size()) + L" entries differ.",
+                  ExitCode::kDifferent);
+}
+
+}  // namespace smh

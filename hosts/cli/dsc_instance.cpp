@@ -1,0 +1,205 @@
+#include "hosts/cli/dsc_instance.h"
+
+#include "hosts/cli/apply_plan.h"
+#include "hosts/cli/flat_json.h"
+#include "hosts/common/host_error.h"
+#include "hosts/common/json_output.h"
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
+#include "infra/registry/full_value_path.h"
+#include "infra/runtime/embedded_nul.h"
+#include "infra/runtime/text.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace smh {
+
+namespace {
+
+// "_inDesiredState" is for reading only, but comes back when an answer is used as a wish.
+constexpr std::string_view kKeys[] = {"location", "name", "command", "enabled", "_exist", "_inDesiredState"};
+
+FlatObject ParseObject(std::string_view json) {
+  FlatObject object = ReadFlatJson(json);
+  for (const auto& [key, value] : object.Members()) {
+    if (std::ranges::find(kKeys, key) == std::end(kKeys)) {
+      throw JsonFault(L"there is no property \"" + Printable(FromUtf8(key)) + L"\".");
+    }
+  }
+  return object;
+}
+
+std::optional<std::int32_t> LocationIn(const FlatObject& object) {
+  const std::optional<std::wstring> name = object.Text("location");
+  if (!name) return std::nullopt;
+  if (const auto location = LocationByName(*name)) return *location;
+  throw JsonFault(L"there is no location \"" + Printable(*name) + L"\".");
+}
+
+std::optional<std::wstring> TextIn(const FlatObject& object, const char* key) {
+  std::optional<std::wstring> text = object.Text(key);
+  if (text && HoldsNul(*text)) throw JsonFault(L"\"" + FromUtf8(key) + L"\" holds a NUL.");
+  return text;
+}
+
+// A shortcut is meant without its extension, too.
+bool HasName(const SnapshotEntry& entry, std::wstring_view name) {
+  return SameText(entry.Name(), name) || (entry.root.empty() && SameText(NameToAdd(entry), name));
+}
+
+bool HoldsUnpairedSurrogate(std::wstring_view text) {
+  bool holds = false;
+  ForEachCodePoint(text,
+                   [&](std::uint32_t value, std::wstring_view) { holds = holds || IsSurrogate(value); });
+  return holds;
+}
+
+void Switch(SnapshotEntry& entry, bool enabled) {
+  entry.enabled = enabled;
+  entry.disabledBy = enabled ? L"" : kDisabledByUs;
+}
+
+SnapshotEntry NewEntry(const DscInstance& wanted, const MachineFacts& machine) {
+  const LocationRow& row = LocationRowOf(wanted.location);
+  SnapshotEntry entry;
+  entry.location = wanted.location;
+  entry.command = *wanted.command;
+  Switch(entry, wanted.enabled.value_or(true));
+  if (row.family == LocationFamily::kStartupFolder) {
+    entry.file = EndsText(L".lnk", wanted.name) ? wanted.name : wanted.name + L".lnk";
+  } else {
+    entry.root = RootKeyName(row.root == LocationRoot::kUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE);
+    entry.view = machine.OwnView();
+    entry.valueName = wanted.name;
+  }
+  return entry;
+}
+
+// The properties of an instance; none of an entry when there is none.
+std::wstring Properties(std::int32_t location, std::wstring_view name, const SnapshotEntry* entry) {
+  std::wstring json = L"{\"location\":" + JsonText(LocationName(location)) + L",\"name\":" + JsonText(name);
+  if (entry != nullptr) {
+    json += L",\"command\":" + JsonText(entry->command) + L",\"enabled\":" + JsonValue(entry->enabled);
+  }
+  return json + L",\"_exist\":" + JsonValue(entry != nullptr);
+}
+
+bool Leaves(const DscFilter& filter, const SnapshotEntry& entry) {
+  return filter.location.value_or(entry.location) == entry.location &&
+         (!filter.name || HasName(entry, *filter.name)) &&
+         filter.command.value_or(entry.command) == entry.command &&
+         filter.enabled.value_or(entry.enabled) == entry.enabled;
+}
+
+// By location and name, in which the entries of one instance agree.
+int CompareInstances(const SnapshotEntry& a, const SnapshotEntry& b) noexcept {
+  if (a.location != b.location) return a.location < b.location ? -1 : 1;
+  return CompareText(a.Name(), b.Name());
+}
+
+}  // namespace
+
+DscInstance ParseDscInstance(std::string_view json) {
+  const FlatObject object = ParseObject(json);
+  DscInstance instance;
+  instance.location = Required(LocationIn(object), L"location");
+  instance.name = Required(TextIn(object, "name"), L"name");
+  instance.command = TextIn(object, "command");
+  instance.enabled = object.Flag("enabled");
+  instance.exists = object.Flag("_exist").value_or(true);
+  if (instance.command && instance.command->empty()) throw JsonFault(L"\"command\" is empty.");
+  return instance;
+}
+
+DscFilter ParseDscFilter(std::string_view json) {
+  if (json.empty()) return {};
+  const FlatObject object = ParseObject(json);
+  return {.location = LocationIn(object),
+          .name = object.Text("name"),
+          .command = object.Text("command"),
+          .enabled = object.Flag("enabled")};
+}
+
+DscState::DscState(std::int32_t location, std::wstring name, const std::optional<std::wstring>& command,
+                   std::span<const ItemRecord> items)
+    : location_(location), name_(std::move(name)) {
+  std::ranges::copy_if(items, std::back_inserter(entries_), [&](const ItemRecord& item) {
+    return item.location == location_ && HasName(EntryOf(item), name_);
+  });
+  std::ranges::stable_partition(entries_, [&](const ItemRecord& item) { return item.command == command; });
+  std::ranges::stable_partition(entries_, [](const ItemRecord& item) { return item.enabled; });
+}
+
+bool DscState::Fits(const DscInstance& wanted) const {
+  if (!Exists() || !wanted.exists) return Exists() == wanted.exists;
+  return wanted.command.value_or(Command()) == Command() &&
+         wanted.enabled.value_or(IsEnabled()) == IsEnabled();
+}
+
+std::vector<SnapshotEntry> DscState::Target(const DscInstance& wanted, const MachineFacts& machine) const {
+  if (!wanted.exists) return {};
+  if (!Exists()) {
+    if (!wanted.command) throw HostError(L"An entry that is to be made needs a command.");
+    return {NewEntry(wanted, machine)};
+  }
+  std::vector<SnapshotEntry> target = EntriesOf(entries_);
+  SnapshotEntry& main = target.front();
+  main.command = wanted.command.value_or(main.command);
+  // Not enabled means that none of them is.
+  for (SnapshotEntry& entry : target) {
+    if (wanted.enabled == false && entry.enabled) Switch(entry, false);
+  }
+  if (wanted.enabled == true && !main.enabled) Switch(main, true);
+  return target;
+}
+
+std::wstring DscState::Json(std::optional<bool> inDesiredState) const {
+  const std::optional<SnapshotEntry> main =
+      Exists() ? std::optional(EntryOf(entries_.front())) : std::nullopt;
+  return Properties(location_, name_, main ? &*main : nullptr) + L",\"_inDesiredState\":" +
+         (inDesiredState ? JsonValue(*inDesiredState) : L"null") + L"}\n";
+}
+
+std::wstring ExportLines(std::span<const ItemRecord> items, const DscFilter& filter,
+                         std::vector<std::wstring>& leftOut) {
+  std::vector<SnapshotEntry> entries = EntriesOf(items);
+  std::ranges::stable_partition(entries, [](const SnapshotEntry& entry) { return entry.enabled; });
+  std::ranges::stable_sort(
+      entries, [](const SnapshotEntry& a, const SnapshotEntry& b) { return CompareInstances(a, b) < 0; });
+  std::wstring lines;
+  const SnapshotEntry* last = nullptr;
+  for (const SnapshotEntry& entry : entries) {
+    const bool isKnown = last != nullptr && CompareInstances(*last, entry) == 0;
+    last = &entry;
+    if (isKnown || !Leaves(filter, entry)) continue;
+    if (HoldsUnpairedSurrogate(entry.Name()) || HoldsUnpairedSurrogate(entry.command)) {
+      leftOut.emplace_back(entry.Name());
+    } else {
+      lines += Properties(entry.location, entry.Name(), &entry) + L"}\n";
+    }
+  }
+  return lines;
+}
+
+std::wstring DscSchema() {
+  std::wstring locations;
+  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
+    if (!locations.empty()) locations += L',';
+    locations += JsonText(LocationName(location));
+  }
+  return LR"({"$schema":"https://json-schema.org/draft/2020-12/schema","title":"Start-up entry","type":"object",)"
+         LR"("required":["location","name"],"additionalProperties":false,"properties":{)"
+         LR"("location":{"type":"string","description":"A location, as startupctl locations names it.","enum":[)" +
+         locations +
+         LR"(]},"name":{"type":"string","description":"The value's or the key's name; of a Startup folder the )"
+         LR"(file's, of which a shortcut may lack its extension."},)"
+         LR"("command":{"type":"string","description":"The command line. Needed for an entry that is missing."},)"
+         LR"("enabled":{"type":"boolean","description":"Whether Windows starts it."},)"
+         LR"("_exist":{"type":"boolean","default":true,"description":"Whether the entry is there."},)"
+         LR"("_inDesiredState":{"type":["boolean","null"],"readOnly":true,)"
+         LR"("description":"Whether test found nothing to do."}}})"
+         L" ";
+}
+
+}  // namespace smh

@@ -1,0 +1,178 @@
+#include "hosts/cli/snapshot_compare.h"
+
+#include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
+
+#include <algorithm>
+
+namespace smh {
+
+namespace {
+
+using Entries = std::vector<const SnapshotEntry*>;
+
+Entries Sorted(std::span<const SnapshotEntry> entries) {
+  Entries sorted;
+  for (const SnapshotEntry& entry : entries) sorted.push_back(&entry);
+  std::ranges::stable_sort(
+      sorted, [](const SnapshotEntry* a, const SnapshotEntry* b) { return CompareIdentity(*a, *b) < 0; });
+  return sorted;
+}
+
+// Takes the entries of the identity of `first` from the front of `rest`.
+Entries TakeGroup(std::span<const SnapshotEntry* const>& rest, const SnapshotEntry& first) {
+  Entries group;
+  while (!rest.empty() && CompareIdentity(*rest.front(), first) == 0) {
+    group.push_back(rest.front());
+    rest = rest.subspan(1);
+  }
+  return group;
+}
+
+bool HasSameText(const SnapshotEntry& a, const SnapshotEntry& b) {
+  return a.command == b.command && a.twin == b.twin;
+}
+
+using Pairing = bool (*)(const SnapshotEntry& before, const SnapshotEntry& after);
+
+// Pairs what `fits`, and tells `found`.
+template <typename Found>
+void Pair(Entries& before, Entries& after, Pairing fits, Found&& found) {
+  std::erase_if(before, [&](const SnapshotEntry* old) {
+    const auto match =
+        std::ranges::find_if(after, [&](const SnapshotEntry* now) { return fits(*old, *now); });
+    if (match == after.end()) return false;
+    found(*old, **match);
+    after.erase(match);
+    return true;
+  });
+}
+
+void CompareGroup(Entries before, Entries after, std::vector<Difference>& differences) {
+  const auto report = [&](DifferenceKind kind) {
+    return [&differences, kind](const SnapshotEntry& old, const SnapshotEntry& now) {
+      differences.push_back({kind, &old, &now});
+    };
+  };
+  Pair(
+      before, after,
+      [](const SnapshotEntry& old, const SnapshotEntry& now) {
+        return old.enabled == now.enabled && HasSameText(old, now);
+      },
+      [](const SnapshotEntry&, const SnapshotEntry&) {});
+  Pair(before, after, HasSameText, report(DifferenceKind::kSwitched));
+  Pair(
+      before, after,
+      [](const SnapshotEntry& old, const SnapshotEntry& now) { return old.enabled == now.enabled; },
+      report(DifferenceKind::kChanged));
+  Pair(
+      before, after, [](const SnapshotEntry&, const SnapshotEntry&) { return true; },
+      report(DifferenceKind::kChanged));
+  for (const SnapshotEntry* old : before) differences.push_back({DifferenceKind::kRemoved, old, nullptr});
+  for (const SnapshotEntry* now : after) differences.push_back({DifferenceKind::kAdded, nullptr, now});
+}
+
+}  // namespace
+
+std::vector<Difference> CompareEntries(std::span<const SnapshotEntry> before,
+                                       std::span<const SnapshotEntry> after) {
+  const Entries sortedBefore = Sorted(before);
+  const Entries sortedAfter = Sorted(after);
+  std::span<const SnapshotEntry* const> restBefore = sortedBefore;
+  std::span<const SnapshotEntry* const> restAfter = sortedAfter;
+  std::vector<Difference> differences;
+  while (!restBefore.empty() || !restAfter.empty()) {
+    const bool beforeLeads =
+        restAfter.empty() ||
+        (!restBefore.empty() && CompareIdentity(*restBefore.front(), *restAfter.front()) <= 0);
+    const SnapshotEntry& first = beforeLeads ? *restBefore.front() : *restAfter.front();
+    Entries groupBefore = TakeGroup(restBefore, first);
+    Entries groupAfter = TakeGroup(restAfter, first);
+    CompareGroup(std::move(groupBefore), std::move(groupAfter), differences);
+  }
+  return differences;
+}
+
+std::wstring_view DifferenceName(DifferenceKind kind) noexcept {
+  switch (kind) {
+    case DifferenceKind::kAdded:
+      return L"added";
+    case DifferenceKind::kRemoved:
+      return L"removed";
+    case DifferenceKind::kChanged:
+      return L"changed";
+    case DifferenceKind::kSwitched:
+      break;
+  }
+  return L"switched";
+}
+
+namespace {
+
+using D = const Difference&;
+
+FieldValue EnabledOf(const SnapshotEntry* entry) {
+  return entry == nullptr ? FieldValue() : FieldValue(entry->enabled);
+}
+
+FieldValue CommandOf(const SnapshotEntry* entry) {
+  return entry == nullptr ? FieldValue() : FieldValue(entry->command);
+}
+
+FieldValue TwinOf(const SnapshotEntry* entry) {
+  return entry == nullptr || !entry->twin ? FieldValue() : FieldValue(*entry->twin);
+}
+
+constexpr Field<Difference> kFields[] = {
+    {L"difference", [](D difference) { return FieldValue(std::wstring(DifferenceName(difference.kind))); }},
+    {L"location",
+     [](D difference) { return FieldValue(std::wstring(LocationName(difference.Entry().location))); }},
+    {L"name", [](D difference) { return FieldValue(std::wstring(difference.Entry().Name())); }},
+    {L"root",
+     [](D difference) {
+       const std::wstring& root = difference.Entry().root;
+       return root.empty() ? FieldValue() : FieldValue(root);
+     }},
+    {L"view",
+     [](D difference) {
+       const std::int32_t view = difference.Entry().view;
+       return view == 0 ? FieldValue() : FieldValue(std::int64_t{view});
+     }},
+    {L"enabledBefore", [](D difference) { return EnabledOf(difference.before); }},
+    {L"commandBefore", [](D difference) { return CommandOf(difference.before); }},
+    {L"twinBefore", [](D difference) { return TwinOf(difference.before); }},
+    {L"enabledAfter", [](D difference) { return EnabledOf(difference.after); }},
+    {L"commandAfter", [](D difference) { return CommandOf(difference.after); }},
+    {L"twinAfter", [](D difference) { return TwinOf(difference.after); }},
+};
+
+std::wstring Cell(const SnapshotEntry* entry) {
+  if (entry == nullptr) return {};
+  std::wstring cell(StateName(entry->enabled));
+  cell += L": ";
+  cell += Printable(entry->command);
+  if (entry->twin) {
+    cell += L"; in the 32-bit view: ";
+    cell += Printable(*entry->twin);
+  }
+  return cell;
+}
+
+}  // namespace
+
+std::span<const Field<Difference>> DifferenceFields() noexcept {
+  return kFields;
+}
+
+TextTable DifferenceTable(std::span<const Difference> differences) {
+  TextTable table{.header = {L"Difference", L"Location", L"Name", L"Before", L"After"}, .rows = {}};
+  for (const Difference& difference : differences) {
+    table.rows.push_back({std::wstring(DifferenceName(difference.kind)),
+                          std::wstring(LocationName(difference.Entry().location)),
+                          Printable(difference.Entry().Name()), Cell(difference.before),
+                          Cell(difference.after)});
+  }
+  return table;
+}
+
+}  // namespace smh

@@ -1,0 +1,41 @@
+// What differs between two states of a machine's entries. Pure functions, for any thread.
+#pragma once
+
+#include "hosts/cli/snapshot.h"
+#include "hosts/cli/table_output.h"
+#include "hosts/common/field.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// kChanged: another text, and perhaps another state; kSwitched: the same text in the other state.
+enum class DifferenceKind { kAdded, kRemoved, kChanged, kSwitched };
+
+// One difference; `before` and `after` are elements of the two lists, null for what is only in the other.
+struct Difference {
+  DifferenceKind kind;
+  const SnapshotEntry* before;
+  const SnapshotEntry* after;
+
+  // The one that there is, the later one first.
+  const SnapshotEntry& Entry() const noexcept { return after != nullptr ? *after : *before; }
+};
+
+// Entries of one identity (CompareIdentity) are paired, equal ones first; in what order the lists stand does
+// not matter. The answer is ordered by location and name, and valid as long as the lists are.
+std::vector<Difference> CompareEntries(std::span<const SnapshotEntry> before,
+                                       std::span<const SnapshotEntry> after);
+
+// "added", "removed", "changed", "switched".
+std::wstring_view DifferenceName(DifferenceKind kind) noexcept;
+
+// The columns of all outputs, in their order; valid for ever.
+std::span<const Field<Difference>> DifferenceFields() noexcept;
+// The differences for people.
+TextTable DifferenceTable(std::span<const Difference> differences);
+
+}  // namespace smh
