@@ -10,6 +10,7 @@
 #include "siblings/guardkit/journal_folder.h"
 #include "siblings/guardkit/open_action.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -48,11 +49,12 @@ class OpenCheckpoint {
   // takes back nothing is written down, and no check is asked.
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
-    if (TakesBack()) return isStill() ? change() : ERROR_REVISION_MISMATCH;
+    const auto mayChange = [&] { return (guard_ == nullptr || (*guard_)()) && isStill(); };
+    if (TakesBack()) return mayChange() ? change() : ERROR_REVISION_MISMATCH;
     const std::uint32_t number = Append(step);
     IChangeCheck* const check = levels_.back().check;
     LSTATUS status = check != nullptr ? check->Check() : ERROR_SUCCESS;
-    if (status == ERROR_SUCCESS) status = isStill() ? change() : ERROR_REVISION_MISMATCH;
+    if (status == ERROR_SUCCESS) status = mayChange() ? change() : ERROR_REVISION_MISMATCH;
     Mark(number, status);
     return status;
   }
@@ -63,6 +65,9 @@ class OpenCheckpoint {
   bool EndLevel() noexcept;
   // Asked before every change of the innermost level from here on; borrowed, null for nobody.
   void SetCheck(IChangeCheck* check) noexcept { levels_.back().check = check; }
+  // A part of the last look of every change from here on, also of those that take back: false refuses it, and
+  // what it raises passes. Borrowed, null for none.
+  void SetGuard(const std::function<bool()>* guard) noexcept { guard_ = guard; }
   // What the innermost level writes from here on is a copy of; see ISafeguard::SetSource. Raises
   // std::bad_alloc.
   void SetSource(StepSource source);
@@ -103,6 +108,7 @@ class OpenCheckpoint {
   // The number of its first step in the file.
   const std::uint32_t firstStep_;
   std::vector<RecordedStep> steps_;
+  const std::function<bool()>* guard_ = nullptr;
   std::map<std::wstring, std::wstring> written_;  // hive, a place in it
   bool abandoned_ = false;
   bool kept_ = false;

@@ -5,6 +5,7 @@
 #include "siblings/guardkit/undo_steps.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <set>
 
@@ -100,6 +101,21 @@ std::vector<const IndexedPart*> ChooseParts(const IndexedAction& action,
   return chosen;
 }
 
+// For a scope.
+class ScopedGuard {
+ public:
+  ScopedGuard(OpenCheckpoint& checkpoint, const std::function<bool()>* guard) noexcept
+      : checkpoint_(checkpoint) {
+    checkpoint.SetGuard(guard);
+  }
+  ~ScopedGuard() { checkpoint_.SetGuard(nullptr); }
+  ScopedGuard(const ScopedGuard&) = delete;
+  ScopedGuard& operator=(const ScopedGuard&) = delete;
+
+ private:
+  OpenCheckpoint& checkpoint_;
+};
+
 // Takes planned steps back, one after the other. Once one could not be, only what is missing is brought back
 // and nothing deleted or overwritten any more: the entry may be nowhere else.
 class StepRunner {
@@ -125,9 +141,13 @@ class StepRunner {
       ++refused_;
       return StepOutcome::kBlocked;
     }
-    try {
+    const std::function<bool()> sourceStands = [&] {
       LiveSystem system(reach_);
-      if (!isConflict && !SourceStands(recorded.source, system)) RaiseOSError(ERROR_REVISION_MISMATCH);
+      return SourceStands(recorded.source, system);
+    };
+    const bool isCopy = recorded.source.kind != StepSource::Kind::kNone;
+    const ScopedGuard guard(checkpoint, isCopy && !isConflict ? &sourceStands : nullptr);
+    try {
       checkpoint.SetSource(sources_[planned.number]);
       return UndoStep(checkpoint, step, isConflict);
     } catch (const EOSError& error) {

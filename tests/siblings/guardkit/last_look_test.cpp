@@ -156,6 +156,42 @@ TEST_F(LastLook, CallerMayHoldTheFile) {
       [&] { return Delete(file); });
 }
 
+// The source of a copy goes while the undo is at it: the copy is all that is left.
+TEST_F(LastLook, AnUndoLeavesACopyWhoseSourceHasGone) {
+  Set({}, L"source", Sz(L"1"));
+  const ScopedKey key = tree_.Key();
+  const auto copy = [&] {
+    EXPECT_EQ(guardkit_.Safeguard().SetSource(key.Get(), L"source", nullptr), ERROR_SUCCESS);
+    EXPECT_EQ(Set({}, L"copy", Sz(L"1")), ERROR_SUCCESS);
+  };
+  const std::uint32_t id = Checkpoint(copy);
+  {
+    const OutsideProgram program(
+        guardkit_, [&] { test::RemoveValue(HKEY_CURRENT_USER, kTree, L"source"); }, 1);
+    EXPECT_EQ(guardkit_.Undo(id).result, HRESULT_FROM_WIN32(ERROR_REVISION_MISMATCH));
+  }
+  EXPECT_EQ(tree_.Get({}, L"copy"), Sz(L"1"));
+  const UndoAnswer answer = guardkit_.Undo(id);
+  EXPECT_EQ(answer.result, IJournal::kConflict);
+  EXPECT_EQ(answer.outcomes, std::vector{StepOutcome::kConflict});
+  // Forced, it is recorded and comes back.
+  const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
+  EXPECT_EQ(forced.outcomes, std::vector{StepOutcome::kOverwritten});
+  EXPECT_FALSE(tree_.Get({}, L"copy"));
+  EXPECT_EQ(guardkit_.Undo(forced.own).result, S_OK);
+  EXPECT_EQ(tree_.Get({}, L"copy"), Sz(L"1"));
+  // A change that is taken back leaves it, too.
+  test::RemoveValue(HKEY_CURRENT_USER, kTree, L"copy");
+  SetValue(HKEY_CURRENT_USER, kTree, L"source", Sz(L"1"));
+  Checkpoint([&] {
+    copy();
+    test::RemoveValue(HKEY_CURRENT_USER, kTree, L"source");
+    EXPECT_EQ(guardkit_.Safeguard().FailCheckpoint(), ERROR_REVISION_MISMATCH);
+  });
+  EXPECT_EQ(tree_.Get({}, L"copy"), Sz(L"1"));
+  EXPECT_EQ(guardkit_.Safeguard().SetSource(key.Get(), L"source", nullptr), ERROR_INVALID_FUNCTION);
+}
+
 class CountingCheck : public IChangeCheck {
  public:
   LSTATUS STDMETHODCALLTYPE Check() override {
