@@ -5,7 +5,6 @@
 #include "infra/runtime/text.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace smh {
 
@@ -41,10 +40,6 @@ std::wstring SearchedText(const ItemRecord& item) {
     text.append(1, L'\n').append(part);
   }
   return LowerCase(text);
-}
-
-auto Likeness(const ItemRecord& item) {
-  return std::make_tuple(item.location, item.caption, item.command);
 }
 
 std::vector<std::wstring> WordsOf(const std::wstring& text) {
@@ -95,25 +90,15 @@ std::wstring CaptionText(const ItemRecord& item) {
 }
 
 void EntryRows::Apply(std::vector<WatchEvent> events) {
-  std::multimap<std::tuple<std::int32_t, std::wstring, std::wstring>, EntryKey> gone;
-  for (const WatchEvent& event : events) {
-    if (event.kind == L"removed") gone.emplace(Likeness(event.item), KeyOf(event.item));
-  }
   for (WatchEvent& event : events) {
-    if (event.kind == L"removed") continue;
-    if (event.before) {
+    if (event.kind == L"removed") {
+      Remove(KeyOf(event.item));
+    } else if (event.before) {
       Rename(KeyOf(*event.before), std::move(event.item));
-      continue;
-    }
-    const auto before = event.kind == L"added" ? gone.find(Likeness(event.item)) : gone.end();
-    if (before == gone.end()) {
-      Put(std::move(event.item));
     } else {
-      Rename(before->second, std::move(event.item));
-      gone.erase(before);
+      Put(std::move(event.item));
     }
   }
-  for (const auto& [likeness, key] : gone) Remove(key);
   Arrange();
 }
 

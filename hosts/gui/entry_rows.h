@@ -72,8 +72,8 @@ struct EntryRow {
 // until Apply, positions until any change.
 class EntryRows {
  public:
-  // Takes in the events of one look. An entry that goes while one with the same location, caption and command
-  // comes has only changed its name, as it does when it is disabled: its row stays the same.
+  // Takes in the events of one look. The row of an entry that got another name, as it does when it is
+  // disabled, stays the same.
   void Apply(std::vector<WatchEvent> events);
   // Shows rows of those locations only; at first all.
   void ShowLocations(LocationSet locations);

@@ -66,7 +66,7 @@ TEST_F(EntryRowsTest, SortsAndFilters) {
 TEST_F(EntryRowsTest, ARowSurvivesItsEntrysNewName) {
   const RowId id = rows.Shown()[0]->id;
   const auto turn = [&](bool enabled) {
-    rows.Apply({{L"removed", Item(L"alpha", !enabled)}, {L"added", Item(L"alpha", enabled)}});
+    rows.Apply({{enabled ? L"enabled" : L"disabled", Item(L"alpha", enabled), Item(L"alpha", !enabled)}});
     ASSERT_EQ(rows.PositionsOf({id}), std::vector<std::size_t>{0});
     EXPECT_EQ(rows.Shown()[0]->item.enabled, enabled);
   };
