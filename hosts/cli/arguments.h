@@ -25,23 +25,38 @@ struct Arguments {
   bool all = false;                     // --all
   std::optional<bool> enabled;          // --enabled, --disabled
   OutputFormat format = OutputFormat::kTable;
-  std::optional<unsigned> seconds;    // --seconds
-  std::vector<std::uint32_t> ids;     // ID..., checkpoints
-  std::vector<std::wstring> only;     // --only
-  std::optional<unsigned> keep;       // --keep
-  std::optional<unsigned> days;       // --days
-  std::optional<unsigned> limit;      // --limit
-  bool show = false;                  // --show
-  bool force = false;                 // --force
-  bool yes = false;                   // --yes
-  bool quiet = false;                 // --quiet
-  std::vector<std::wstring> columns;  // --columns, each by itself
-  std::wstring output;                // --output; empty for standard output
-  std::vector<std::wstring> files;    // FILE, FILE2
-  std::optional<std::wstring> input;  // --input
+  std::optional<unsigned> seconds;           // --seconds
+  std::vector<std::uint32_t> ids;            // ID..., checkpoints
+  std::vector<std::wstring> only;            // --only
+  std::optional<unsigned> keep;              // --keep
+  std::optional<unsigned> days;              // --days
+  std::optional<unsigned> limit;             // --limit
+  bool show = false;                         // --show
+  bool force = false;                        // --force
+  bool yes = false;                          // --yes
+  bool quiet = false;                        // --quiet
+  std::vector<std::wstring> columns;         // --columns, each by itself
+  std::wstring output;                       // --output; empty for standard output
+  std::vector<std::int32_t> ratings;         // --rating
+  std::wstring company;                      // --company
+  std::vector<std::int32_t> reachabilities;  // --missing, --unreachable
+  std::wstring match;                        // --match
+  std::optional<double> since;               // --since
+  std::wstring from;                         // --from; "-" for standard input
+  bool dryRun = false;                       // --dry-run
+  std::vector<std::wstring> files;           // FILE, FILE2
+  std::optional<std::wstring> input;         // --input
 
-  // Which entries `list` and `watch` show.
-  ItemFilter Filter() const { return {all, locations, enabled}; }
+  ItemFilter Filter() const {
+    return {all, locations, enabled, ratings, company, reachabilities, match, since};
+  }
+  // Whether neither ITEMs nor filters say which entries are meant.
+  bool NamesNothing() const { return items.empty() && from.empty() && Filter().IsEmpty(); }
+  // Which entries are meant. Reads the file of --from: to be called once. Raises HostError.
+  Selector Selection() const {
+    const std::vector<std::wstring> lines = from.empty() ? std::vector<std::wstring>() : ReadItemLines(from);
+    return {items, lines, Filter(), {}};
+  }
   // The one ID of a command that takes one; 0 without one.
   std::uint32_t Id() const { return ids.empty() ? 0 : ids.front(); }
   // The one --location of a command that takes one.

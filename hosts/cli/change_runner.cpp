@@ -1,10 +1,15 @@
 #include "hosts/cli/change_runner.h"
 
+#include "hosts/cli/consent.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/item_selector.h"
+#include "hosts/cli/outcome_output.h"
+#include "hosts/common/action_scope.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/location_names.h"
+#include "hosts/common/journal.h"
+#include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
+#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 
@@ -12,8 +17,10 @@ namespace smh {
 
 namespace {
 
-std::wstring InQuotes(const std::wstring& text) {
-  return L"\"" + text + L"\"";
+ChangeManner MannerOf(const Arguments& arguments) {
+  return {.isDryRun = arguments.dryRun,
+          .isJson = arguments.format == OutputFormat::kJson,
+          .mayGoOn = arguments.yes};
 }
 
 // The state in which a change finds work to do.
@@ -22,20 +29,50 @@ std::optional<bool> StateFor(Verb verb) {
   return verb == Verb::kDisable ? std::optional(true) : std::nullopt;
 }
 
-// The changes in the order of the arguments, each entry once.
-std::vector<EntryChange> PlanChanges(const Library& library, const Arguments& arguments, Verb verb,
-                                     const ChangeOrder& order) {
-  Listing listing = TakeListing(library);
-  std::vector<EntryChange> changes;
-  std::vector<bool> isTaken(listing.items.size());
-  for (const std::wstring& text : arguments.items) {
-    const ItemRecord& item = SelectItem(listing.items, text, arguments.Location(), StateFor(verb));
-    const auto index = static_cast<std::size_t>(&item - listing.items.data());
-    if (isTaken[index]) continue;
-    isTaken[index] = true;
-    changes.push_back({.verb = verb, .order = order, .before = item, .listed = listing.wrappers[index]});
+bool IsPlanned(const EntryChange& change) {
+  return !change.outcome;
+}
+bool IsBad(const EntryChange& change) {
+  return change.outcome && !change.outcome->IsGood();
+}
+
+std::wstring CountText(std::size_t count) {
+  return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries");
+}
+
+// A failure is told even to those who want quiet; the only one there is ends the command.
+void Tell(const EntryChange& change, bool isOnly) {
+  const std::wstring text = OutcomeText(change, *change.outcome);
+  if (!IsBad(change)) {
+    WriteMessage(text);
+  } else if (!isOnly) {
+    WriteFailure(text);
   }
-  return changes;
+}
+
+void RaiseFailures(std::span<const EntryChange> changes) {
+  const auto bad = static_cast<std::size_t>(std::ranges::count_if(changes, IsBad));
+  if (bad == 0) return;
+  if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome));
+  throw HostError(std::to_wstring(bad) + L" of " + CountText(changes.size()) + L" failed or refused it.",
+                  bad == changes.size() ? ExitCode::kFailed : ExitCode::kPartly);
+}
+
+// What stands in the way of each, before the first change.
+void AskAll(const Library& library, std::span<EntryChange> changes) {
+  for (EntryChange& change : changes) change.outcome = AskFirst(library, change);
+}
+
+// Of several changes those that are kept may push older ones out.
+void RequireRoom(const Journal& journal, std::span<const EntryChange> changes, const ChangeManner& manner) {
+  if (changes.size() < 2 || !UsesCheckpoints()) return;
+  std::uint64_t bytes = 0;
+  for (const EntryChange& change : changes) bytes += IsPlanned(change) ? RecordedBytes(change) : 0;
+  const std::vector<CheckpointRecord> dropped = journal.WouldDrop(bytes);
+  if (dropped.empty()) return;
+  RequireConsent(L"To keep this for undo, " + std::to_wstring(dropped.size()) +
+                     L" older actions would be dropped for good, up to \"" + dropped.back().title + L"\"",
+                 manner.mayGoOn);
 }
 
 // Tells of every outcome that is not there any more when all is done.
@@ -44,70 +81,64 @@ void CompareAtTheEnd(const Library& library, std::span<EntryChange> changes) {
   if (std::ranges::none_of(changes, isDone)) return;
   ReadForChanges(library, false);
   for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
-    if (changes.size() > 1) WriteFailure(OutcomeText(*change, *change->outcome));
+    Tell(*change, changes.size() == 1);
   }
 }
 
-// How many have failed, all told.
-std::size_t CountBad(std::span<const EntryChange> changes) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(changes, [](const EntryChange& change) { return !change.outcome->IsGood(); }));
-}
-
-// Of one entry the failure itself is the command's; of several each was told already.
-void RaiseFailures(std::span<const EntryChange> changes) {
-  const std::size_t bad = CountBad(changes);
-  if (bad == 0) return;
-  if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome));
-  const std::wstring verb(OperationOf(changes.front().verb).name);
-  throw HostError(
-      std::to_wstring(bad) + L" of " + std::to_wstring(changes.size()) + L" entries: cannot " + verb + L".",
-      bad == changes.size() ? ExitCode::kFailed : ExitCode::kPartly);
+void MakeAll(const Library& library, std::span<EntryChange> changes, const ChangeManner& manner) {
+  const auto planned = static_cast<std::size_t>(std::ranges::count_if(changes, IsPlanned));
+  const Journal journal;
+  if (planned > 1 && manner.isBroad) RequireConsent(L"That means " + CountText(planned), manner.mayGoOn);
+  RequireRoom(journal, changes, manner);
+  const ActionScope action(journal, manner.title.empty() ? TitleOf(changes) : manner.title);
+  for (EntryChange& change : changes) {
+    if (IsPlanned(change)) MakeChange(library, change);
+    Tell(change, changes.size() == 1);
+  }
+  CompareAtTheEnd(library, changes);
 }
 
 }  // namespace
 
-std::wstring OutcomeText(const EntryChange& change, const Outcome& outcome) {
-  const Operation& operation = OperationOf(change.verb);
-  const std::wstring entry = Describe(change.before);
-  if (outcome.kind == OutcomeKind::kNothingToDo) return entry + L": " + outcome.text;
-  if (!outcome.IsGood()) {
-    return std::wstring(L"Cannot ").append(operation.name).append(L" ").append(entry) + L": " + outcome.text;
-  }
-  std::wstring text = std::wstring(operation.done).append(L" ").append(entry);
-  if (outcome.now && change.verb == Verb::kMove) {
-    text += L" to " + std::wstring(LocationName(outcome.now->location)) + L" as " +
-            InQuotes(outcome.now->caption);
-  }
-  if (outcome.now && outcome.now->id != change.before.id) text += L", now " + outcome.now->id;
-  return text + L".";
-}
-
 void ChangeEntries(const Arguments& arguments, Verb verb, const ChangeOrder& order) {
+  Selector selector = arguments.Selection();
+  selector.preferred = StateFor(verb);
   const Library library;
-  ReadForChanges(library, false);
-  RunChanges(library, PlanChanges(library, arguments, verb, order));
+  ReadForChanges(library, selector.filter.NeedsDetails());
+  Listing listing = TakeListing(library);
+  if (!selector.filter.match.empty()) ResolveFiles(library, listing.items);
+  const Selection selection = SelectItems(listing.items, selector);
+  if (selection.positions.empty()) return WriteMessage(L"There is no such entry; nothing was changed.");
+  std::vector<EntryChange> changes;
+  for (const std::size_t at : selection.positions) {
+    changes.push_back({.verb = verb,
+                       .order = order,
+                       .before = std::move(listing.items[at]),
+                       .listed = std::move(listing.wrappers[at])});
+  }
+  ChangeManner manner = MannerOf(arguments);
+  manner.isBroad = selection.isBroad;
+  RunChanges(library, std::move(changes), manner);
 }
 
-void AddEntry(EntryChange change) {
+void AddEntry(const Arguments& arguments, EntryChange change) {
   const Library library;
   ReadForChanges(library, false);
   std::vector<EntryChange> changes;
   changes.push_back(std::move(change));
-  RunChanges(library, std::move(changes));
+  RunChanges(library, std::move(changes), MannerOf(arguments));
 }
 
-void RunChanges(const Library& library, std::vector<EntryChange> changes) {
-  const bool isOne = changes.size() == 1;
-  for (EntryChange& change : changes) {
-    const Outcome& outcome = MakeChange(library, change);
-    if (outcome.IsGood()) {
-      WriteMessage(OutcomeText(change, outcome));
-    } else if (!isOne) {
-      WriteFailure(OutcomeText(change, outcome));
-    }
+void RunChanges(const Library& library, std::vector<EntryChange> changes, const ChangeManner& manner) {
+  AskAll(library, changes);
+  if (!manner.isDryRun) {
+    MakeAll(library, changes, manner);
+  } else if (!manner.isJson) {
+    std::wstring text;
+    for (const EntryChange& change : changes) text += PreviewText(change);
+    WriteOutput(text);
   }
-  CompareAtTheEnd(library, changes);
+  if (manner.isJson) WriteOutput(OutcomesJson(changes));
   RaiseFailures(changes);
 }
 

@@ -27,12 +27,14 @@ std::string EncodeArgument(std::wstring_view argument) {
 // What the command works on.
 void DeclareSubject(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & kTakesOneItem) {
-    app.add_option("ITEM", values.items, "Name of an entry, or a caption that only one entry has")
+    app.add_option("ITEM", values.items, "Name or id of an entry, or a caption that only one entry has")
         ->required()
         ->expected(1);
   }
-  if (options & kTakesItems) {
-    app.add_option("ITEM", values.items, "Names of entries, or captions that only one entry has")->required();
+  if (options & kTakesSelection) {
+    app.add_option(
+        "ITEM", values.items,
+        "Names, captions or ids of entries, or patterns with * and ?; without any, what filters leave");
   }
   if (options & kTakesCommandLine) {
     app.add_option("COMMANDLINE", values.items, "A command line, as one argument")->required()->expected(1);
@@ -70,13 +72,29 @@ void DeclareLocation(CLI::App& app, std::uint64_t options, OptionValues& values)
   }
 }
 
+// Which entries are meant, besides --location.
+void DeclareFilters(CLI::App& app, OptionValues& values) {
+  const auto text = [&](const char* name, std::string& value, const char* type, const char* help) {
+    app.add_option(name, value, help)->type_name(type);
+  };
+  CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, "Only enabled entries");
+  app.add_flag("--disabled", values.disabled, "Only disabled entries")->excludes(enabled);
+  app.add_option("--rating", values.ratings, "Only trusted, unknown or risky ones")
+      ->allow_extra_args(false)
+      ->type_name("RATING");
+  text("--company", values.company, "TEXT", "Only those with that in their company's name");
+  app.add_flag("--missing", values.missing, "Only those whose file is missing");
+  app.add_flag("--unreachable", values.unreachable, "Only those whose file's share or drive does not answer");
+  text("--match", values.match, "TEXT", "Only those with that in any column");
+  text("--since", values.since, "TIME",
+       "Only those whose file was written since: 2024-05-31T18:00, or 36h, 7d");
+  text("--from", values.from, "FILE", "Only those that the file names, one a line; - is standard input");
+}
+
 // What is shown and for how long.
 void DeclareShowing(CLI::App& app, std::uint64_t options, OptionValues& values) {
-  if (options & kTakesFilter) {
-    app.add_flag("--all", values.all, "All locations, not only the usual ones");
-    CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, "Only enabled entries");
-    app.add_flag("--disabled", values.disabled, "Only disabled entries")->excludes(enabled);
-  }
+  if (options & kTakesAll) app.add_flag("--all", values.all, "All locations, not only the usual ones");
+  if (options & kTakesSelection) DeclareFilters(app, values);
   if (options & kTakesLimit) {
     app.add_option("--limit", values.limit, "At most so many")->type_name("COUNT");
   }
@@ -126,6 +144,7 @@ void DeclareChange(CLI::App& app, std::uint64_t options, OptionValues& values) {
     app.add_option("--keep", values.keep, "All but the newest so many")->type_name("COUNT");
     app.add_option("--days", values.days, "Those that are older than so many days")->type_name("DAYS");
   }
+  if (options & kTakesDryRun) app.add_flag("--dry-run", values.dryRun, "Only say what would be done");
   if (options & kTakesYes) app.add_flag("--yes", values.yes, "Without a question");
 }
 
@@ -182,6 +201,39 @@ void TakeSubject(const OptionValues& values, Arguments& arguments) {
   }
 }
 
+std::int32_t ParseRating(std::string_view bytes) {
+  const std::wstring name = DecodeArgument(bytes);
+  if (const auto rating = RatingByName(name)) return *rating;
+  throw UsageError(L"There is no rating \"" + name + L"\": it is trusted, unknown or risky.");
+}
+
+double ParseSince(std::string_view bytes) {
+  const std::wstring text = DecodeArgument(bytes);
+  if (const auto time = ParseTime(text)) return *time;
+  throw UsageError(L"\"" + text +
+                   L"\" is no time: 2024-05-31 or 2024-05-31T18:00, or 90m, 36h, 7d, 2w before now.");
+}
+
+// A text that would leave everything is none that was meant.
+std::wstring ParseText(const CLI::App& parser, const char* option, std::string_view bytes) {
+  std::wstring text = DecodeArgument(bytes);
+  if (text.empty() && parser.count(option) != 0) {
+    throw UsageError(L"The text of " + FromUtf8(option) + L" is empty.");
+  }
+  return text;
+}
+
+void TakeFilters(const OptionValues& values, const CLI::App& parser, Arguments& arguments) {
+  if (values.enabled || values.disabled) arguments.enabled = values.enabled;
+  for (const std::string& rating : values.ratings) arguments.ratings.push_back(ParseRating(rating));
+  arguments.company = ParseText(parser, "--company", values.company);
+  arguments.match = ParseText(parser, "--match", values.match);
+  arguments.from = ParseText(parser, "--from", values.from);
+  if (values.missing) arguments.reachabilities.push_back(kFileMissing);
+  if (values.unreachable) arguments.reachabilities.push_back(kFileUnreachable);
+  if (parser.count("--since") != 0) arguments.since = ParseSince(values.since);
+}
+
 }  // namespace
 
 void DeclareOptions(CLI::App& parser, std::uint64_t options, OptionValues& values) {
@@ -205,7 +257,8 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   arguments.yes = values.yes;
   arguments.quiet = values.quiet;
   arguments.all = values.all;
-  if (values.enabled || values.disabled) arguments.enabled = values.enabled;
+  arguments.dryRun = values.dryRun;
+  if (options & kTakesSelection) TakeFilters(values, parser, arguments);
   if (values.json) arguments.format = OutputFormat::kJson;
   if (values.csv) arguments.format = OutputFormat::kCsv;
   arguments.input = Given(parser, "--input", (options & kTakesInput) != 0, DecodeArgument(values.input));
@@ -214,6 +267,8 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   arguments.keep = Given(parser, "--keep", (options & kTakesPruning) != 0, values.keep);
   arguments.days = Given(parser, "--days", (options & kTakesPruning) != 0, values.days);
   TakeNames(values.columns, arguments.columns);
+  const bool isChange = (options & kTakesSelection) != 0 && (options & kTakesDryRun) != 0;
+  if (isChange && arguments.NamesNothing()) throw UsageError(L"Which entries? Give an ITEM or a filter.");
   arguments.output = DecodeArgument(values.output);
   if (options & kTakesOutput && parser.count("--output") != 0 && arguments.output.empty()) {
     throw UsageError(L"The name of the output file is empty.");

@@ -18,11 +18,12 @@ namespace smh {
 
 // What the parser fills, in its encoding; of all commands, because one is parsed.
 struct OptionValues {
-  std::vector<std::string> items, locations, paths, columns, only, ids;
-  std::string target, name, command, output, file, file2, input;
+  std::vector<std::string> items, locations, paths, columns, only, ids, ratings;
+  std::string target, name, command, output, company, match, since, from, file, file2, input;
   unsigned seconds = 0, keep = 0, days = 0, limit = 0;
   bool show = false, force = false, yes = false, quiet = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
+  bool missing = false, unreachable = false, dryRun = false;
 };
 
 // Declares the options of a command, bits of CommandOption; `values` lives as long as the parser.

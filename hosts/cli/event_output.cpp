@@ -54,10 +54,8 @@ std::vector<FieldChange> ChangesOf(const WatchEvent& event) {
   return changes;
 }
 
-EventPrinter::EventPrinter(const Arguments& arguments)
-    : arguments_(arguments),
-      filter_(arguments.Filter()),
-      fields_(SelectFields(ItemFields(), arguments.columns)) {}
+EventPrinter::EventPrinter(const Arguments& arguments, const Selector& selector)
+    : arguments_(arguments), selector_(selector), fields_(SelectFields(ItemFields(), arguments.columns)) {}
 
 void EventPrinter::Begin() const {
   if (arguments_.format == OutputFormat::kCsv)
@@ -91,13 +89,11 @@ std::wstring EventPrinter::Text(const WatchEvent& event) const {
 }
 
 void EventPrinter::Print(const Library& library, WatchEvent event) const {
-  const bool wasShown = event.before && filter_.Shows(*event.before);
-  if (!wasShown && !filter_.Shows(event.item)) return;
   ResolveFiles(library, {&event.item, 1});
-  if (event.before) {
-    ResolveFiles(library, {&*event.before, 1});
-    if (ChangesOf(event).empty()) return;
-  }
+  if (event.before) ResolveFiles(library, {&*event.before, 1});
+  const bool wasMeant = event.before && IsMeant(selector_, *event.before);
+  if (!wasMeant && !IsMeant(selector_, event.item)) return;
+  if (event.before && ChangesOf(event).empty()) return;
   WriteOutput(Text(event));
 }
 

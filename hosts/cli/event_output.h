@@ -21,12 +21,12 @@ std::vector<FieldChange> ChangesOf(const WatchEvent& event);
 // Prints events in the format of the command line; for one thread.
 class EventPrinter {
  public:
-  // Raises a usage error for --columns that are none. `arguments` outlive the object.
-  explicit EventPrinter(const Arguments& arguments);
+  // Raises a usage error for --columns that are none. The arguments outlive the object.
+  EventPrinter(const Arguments& arguments, const Selector& selector);
 
   // What stands before the first event.
   void Begin() const;
-  // An event, with the time of this moment, unless the filter leaves the entry out as it is and as it was, or
+  // An event, with the time of this moment, unless the entry is not meant as it is and as it was, or
   // nothing changed that is shown.
   void Print(const Library& library, WatchEvent event) const;
 
@@ -34,7 +34,7 @@ class EventPrinter {
   std::wstring Text(const WatchEvent& event) const;
 
   const Arguments& arguments_;
-  ItemFilter filter_;
+  const Selector& selector_;
   std::vector<ItemField> fields_;
 };
 

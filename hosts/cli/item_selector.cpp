@@ -3,91 +3,221 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/operations.h"
+#include "hosts/common/short_id.h"
 #include "hosts/common/text_encoding.h"
+#include "infra/files/file_reading.h"
+#include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace smh {
 
 namespace {
 
-using Matches = std::vector<const ItemRecord*>;
-using TextMember = std::wstring ItemRecord::*;
+// Of a list of ITEMs, in bytes.
+constexpr std::uint64_t kLargestFile = 16 * 1024 * 1024;
 
-Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
-                  std::optional<std::int32_t> location, TextMember member) {
-  Matches matches;
-  for (const ItemRecord& item : items) {
-    if (location && item.location != *location) continue;
-    if (SameText(item.*member, text)) matches.push_back(&item);
+using Positions = std::vector<std::size_t>;
+
+template <typename Fits>
+Positions Find(std::span<const ItemRecord> items, const Positions& candidates, Fits&& fits) {
+  Positions found;
+  for (const std::size_t position : candidates) {
+    if (fits(items[position])) found.push_back(position);
   }
-  return matches;
+  return found;
 }
 
-// The name itself wins over names that differ in case.
-void PreferExact(Matches& matches, std::wstring_view text) {
-  for (const ItemRecord* item : matches) {
-    if (item->name == text) {
-      matches.assign(1, item);
-      return;
+// By the name, of names that differ in case the one itself; else by the caption.
+Positions FindNamed(std::span<const ItemRecord> items, const Positions& candidates, std::wstring_view text) {
+  Positions found =
+      Find(items, candidates, [&](const ItemRecord& item) { return SameText(item.name, text); });
+  const auto exact = std::ranges::find_if(found, [&](std::size_t at) { return items[at].name == text; });
+  if (exact != found.end()) return {*exact};
+  if (!found.empty()) return found;
+  return Find(items, candidates, [&](const ItemRecord& item) { return SameText(item.caption, text); });
+}
+
+// By name, caption or id, or with its escapes replaced.
+Positions FindExact(std::span<const ItemRecord> items, const Positions& candidates, std::wstring_view text) {
+  Positions found = FindNamed(items, candidates, text);
+  if (found.empty() && IsIdText(text)) {
+    found = Find(items, candidates, [&](const ItemRecord& item) { return HasId(item, text); });
+  }
+  const std::wstring decoded = found.empty() ? DecodeEscapes(text) : std::wstring();
+  return found.empty() && decoded != text ? FindNamed(items, candidates, decoded) : found;
+}
+
+bool IsPattern(std::wstring_view text) noexcept {
+  return text.find_first_of(L"*?") != std::wstring_view::npos;
+}
+
+// Both in lower case. Goes back to the last * where the rest does not fit.
+bool FitsPattern(std::wstring_view text, std::wstring_view pattern) noexcept {
+  std::size_t star = std::wstring_view::npos;
+  std::size_t begin = 0;
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    if (at < pattern.size() && pattern[at] == L'*') {
+      star = at++;
+      begin = i;
+    } else if (at < pattern.size() && (pattern[at] == L'?' || pattern[at] == text[i])) {
+      ++at;
+      ++i;
+    } else if (star != std::wstring_view::npos) {
+      at = star + 1;
+      i = ++begin;
+    } else {
+      return false;
     }
   }
+  return pattern.find_first_not_of(L'*', at) == std::wstring_view::npos;
 }
 
-Matches MatchesOf(std::span<const ItemRecord> items, std::wstring_view text,
-                  std::optional<std::int32_t> location) {
-  Matches matches = MatchesOf(items, text, location, &ItemRecord::name);
-  if (matches.empty()) return MatchesOf(items, text, location, &ItemRecord::caption);
-  PreferExact(matches, text);
-  return matches;
+Positions FindPattern(std::span<const ItemRecord> items, const Positions& candidates,
+                      std::wstring_view text) {
+  const std::wstring pattern = LowerCase(std::wstring(text));
+  return Find(items, candidates, [&](const ItemRecord& item) {
+    return FitsPattern(LowerCase(item.name), pattern) || FitsPattern(LowerCase(item.caption), pattern);
+  });
 }
 
-std::vector<std::wstring> CandidateLines(const Matches& matches) {
-  std::vector<std::wstring> lines;
-  for (const ItemRecord* item : matches) {
-    lines.push_back(L"  " + item->name + L"  (" + std::wstring(LocationName(item->location)) + L", " +
-                    std::wstring(StateName(item->enabled)) + L")");
+// Where one of them needs the change, the others are not meant.
+void Prefer(std::span<const ItemRecord> items, Positions& found, std::optional<bool> preferred) {
+  const auto isIdle = [&](std::size_t at) { return items[at].enabled != *preferred; };
+  if (preferred && !std::ranges::all_of(found, isIdle)) std::erase_if(found, isIdle);
+}
+
+[[noreturn]] void RaiseNone(const std::wstring& quoted, const ItemFilter& filter) {
+  std::wstring message = L"No entry has the name, caption or id " + quoted;
+  if (filter.locations.size() == 1) {
+    message += L" in " + std::wstring(LocationName(filter.locations.front()));
+  } else if (!filter.IsEmpty()) {
+    message += L" among those that the filters leave";
   }
-  return lines;
+  throw HostError(message + L".");
+}
+
+[[noreturn]] void RaiseSeveral(const std::wstring& quoted, std::span<const ItemRecord> items,
+                               const Positions& found) {
+  std::vector<std::wstring> lines;
+  for (const std::size_t at : found) {
+    const ItemRecord& item = items[at];
+    lines.push_back(L"  " + item.id + L"  " + item.name + L"  (" + std::wstring(LocationName(item.location)) +
+                    L", " + std::wstring(StateName(item.enabled)) + L")");
+  }
+  throw HostError(quoted + L" means several entries; give the id or the full name of one:", lines);
+}
+
+Positions All(std::span<const ItemRecord> items, const ItemFilter& filter) {
+  Positions positions;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (filter.Shows(items[i])) positions.push_back(i);
+  }
+  return positions;
+}
+
+// What one text means; several only by a pattern.
+Positions Resolve(std::span<const ItemRecord> items, const Positions& candidates, const Selector& selector,
+                  const std::wstring& text, bool mayBePattern) {
+  const std::wstring quoted = L"\"" + text + L"\"";
+  Positions found = FindExact(items, candidates, text);
+  if (found.size() > 1) Prefer(items, found, selector.preferred);
+  if (found.size() > 1) RaiseSeveral(quoted, items, found);
+  if (found.empty() && mayBePattern && IsPattern(text)) found = FindPattern(items, candidates, text);
+  if (found.empty()) RaiseNone(quoted, selector.filter);
+  return found;
+}
+
+std::string ReadStandardInput() {
+  std::string bytes;
+  char buffer[4096];
+  DWORD count = 0;
+  while (bytes.size() <= kLargestFile &&
+         ReadFile(GetStdHandle(STD_INPUT_HANDLE), buffer, sizeof(buffer), &count, nullptr) && count > 0) {
+    bytes.append(buffer, count);
+  }
+  return bytes;
+}
+
+std::wstring TextOfBytes(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE")) {
+    std::wstring text;
+    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+      const auto low = static_cast<unsigned char>(bytes[i]);
+      text += static_cast<wchar_t>(low | static_cast<unsigned char>(bytes[i + 1]) << 8);
+    }
+    return text;
+  }
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+  return FromUtf8(bytes);
 }
 
 }  // namespace
 
-bool ItemFilter::Shows(const ItemRecord& item) const {
-  if (enabled && item.enabled != *enabled) return false;
-  return locations.empty() || std::find(locations.begin(), locations.end(), item.location) != locations.end();
+Selection SelectItems(std::span<const ItemRecord> items, const Selector& selector) {
+  const Positions candidates = All(items, selector.filter);
+  Selection selection;
+  if (selector.items.empty() && selector.lines.empty()) {
+    selection.positions = candidates;
+    selection.isBroad = candidates.size() > 1;
+    return selection;
+  }
+  std::vector<bool> isTaken(items.size());
+  const auto take = [&](const Positions& found) {
+    for (const std::size_t at : found) {
+      if (!isTaken[at]) selection.positions.push_back(at);
+      isTaken[at] = true;
+    }
+  };
+  for (const std::wstring& text : selector.items) {
+    const Positions found = Resolve(items, candidates, selector, text, true);
+    selection.isBroad = selection.isBroad || found.size() > 1;
+    take(found);
+  }
+  for (const std::wstring& text : selector.lines) take(Resolve(items, candidates, selector, text, false));
+  selection.isBroad = selection.isBroad || selector.lines.size() > 1;
+  return selection;
 }
 
-ReadScope ItemFilter::Scope() const {
-  const bool all = allLocations || !std::all_of(locations.begin(), locations.end(), IsReadByDefault);
-  return all ? ReadScope::kAll : ReadScope::kUsual;
-}
-
-std::vector<ItemRecord> ItemFilter::Select(std::span<const ItemRecord> items) const {
-  std::vector<ItemRecord> shown;
-  std::copy_if(items.begin(), items.end(), std::back_inserter(shown),
-               [this](const ItemRecord& item) { return Shows(item); });
-  return shown;
+bool IsMeant(const Selector& selector, const ItemRecord& item) {
+  if (!selector.filter.Shows(item)) return false;
+  if (selector.items.empty() && selector.lines.empty()) return true;
+  const std::span<const ItemRecord> one(&item, 1);
+  const auto isIt = [&](const std::wstring& text) { return !FindExact(one, {0}, text).empty(); };
+  return std::ranges::any_of(selector.lines, isIt) ||
+         std::ranges::any_of(selector.items, [&](const std::wstring& text) {
+           return isIt(text) || (IsPattern(text) && !FindPattern(one, {0}, text).empty());
+         });
 }
 
 const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_view text,
-                             std::optional<std::int32_t> location, std::optional<bool> preferred) {
-  Matches matches = MatchesOf(items, text, location);
-  if (matches.empty()) matches = MatchesOf(items, DecodeEscapes(text), location);
-  const std::wstring quoted = L"\"" + std::wstring(text) + L"\"";
-  if (matches.empty()) {
-    throw HostError(L"No entry has the name or caption " + quoted +
-                    (location ? L" in " + std::wstring(LocationName(*location)) : L"") + L".");
+                             std::optional<std::int32_t> location) {
+  Selector selector;
+  if (location) selector.filter.locations = {*location};
+  const std::wstring wanted(text);
+  const Positions found = Resolve(items, All(items, selector.filter), selector, wanted, true);
+  if (found.size() > 1) RaiseSeveral(L"\"" + wanted + L"\"", items, found);
+  return items[found.front()];
+}
+
+std::vector<std::wstring> ReadItemLines(const std::wstring& file) {
+  std::wstring text;
+  try {
+    text =
+        TextOfBytes(file == L"-" ? ReadStandardInput() : ReadWholeFile(file, FILE_SHARE_READ, kLargestFile));
+  } catch (...) {
+    throw HostError(L"Cannot read " + file + L": " + CurrentFaultText());
   }
-  const auto isIdle = [&](const ItemRecord* item) { return item->enabled != *preferred; };
-  if (matches.size() > 1 && preferred && !std::ranges::all_of(matches, isIdle))
-    std::erase_if(matches, isIdle);
-  if (matches.size() > 1) {
-    throw HostError(quoted + L" means several entries; give the full name of one:", CandidateLines(matches));
+  std::vector<std::wstring> lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(L'\n', begin), text.size());
+    std::wstring line = Trim(std::wstring_view(text).substr(begin, end - begin));
+    if (!line.empty()) lines.push_back(std::move(line));
+    begin = end + 1;
   }
-  return *matches.front();
+  return lines;
 }
 
 ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item) {

@@ -246,6 +246,18 @@ Outcome OutcomeOf(const Library& library, const EntryChange& change) {
   return {fault.isRefusal ? OutcomeKind::kRefused : OutcomeKind::kFailed, fault.text};
 }
 
+// What is raised is the outcome.
+template <typename Work>
+Ask Guarded(Work&& work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return Outcome{OutcomeKind::kFailed, CurrentFaultText()};
+  }
+}
+
 // What has to be listed under one name behind the last change.
 struct Expectation {
   EntryChange* change;
@@ -260,17 +272,12 @@ const Operation& OperationOf(Verb verb) noexcept {
 }
 
 std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change) {
-  return OperationOf(change.verb).ask(library, change);
+  return Guarded([&] { return OperationOf(change.verb).ask(library, change); });
 }
 
 const Outcome& MakeChange(const Library& library, EntryChange& change) {
-  try {
-    return change.outcome.emplace(OutcomeOf(library, change));
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (...) {
-    return change.outcome.emplace(Outcome{OutcomeKind::kFailed, CurrentFaultText()});
-  }
+  change.outcome = Guarded([&] { return Ask(OutcomeOf(library, change)); });
+  return *change.outcome;
 }
 
 std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
@@ -301,11 +308,14 @@ std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
 }
 
 std::wstring TitleOf(std::span<const EntryChange> changes) {
-  if (changes.size() < 2) return {};
-  const Verb verb = changes.front().verb;
-  const bool isOne = std::ranges::all_of(changes, [verb](const EntryChange& c) { return c.verb == verb; });
-  const std::wstring_view doing = isOne ? OperationOf(verb).doing : OperationOf(Verb::kChange).doing;
-  return std::wstring(doing).append(L" ").append(std::to_wstring(changes.size())).append(L" entries");
+  std::size_t count = 0;
+  std::optional<Verb> verb;
+  for (const EntryChange& change : changes) {
+    if (change.outcome) continue;
+    verb = ++count == 1 || verb == change.verb ? change.verb : Verb::kChange;
+  }
+  if (count < 2) return {};
+  return std::wstring(OperationOf(*verb).doing) + L' ' + std::to_wstring(count) + L" entries";
 }
 
 std::wstring Describe(const ItemRecord& item) {

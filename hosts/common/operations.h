@@ -72,7 +72,8 @@ struct Operation {
 // Valid for ever.
 const Operation& OperationOf(Verb verb) noexcept;
 
-// What would refuse the change, or have nothing to do; none when it can be made. Changes nothing.
+// What would refuse the change, or have nothing to do; none when it can be made. Changes nothing, and raises
+// nothing but std::bad_alloc.
 std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change);
 // Asks first, makes the change, and looks for what it has to have made; the answer is its outcome, which it
 // is given too. Takes the list's lock only to find a moved entry. Raises nothing but std::bad_alloc.
@@ -83,8 +84,8 @@ const Outcome& MakeChange(const Library& library, EntryChange& change);
 std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
                                                 std::span<const ItemRecord> listNow);
 
-// "Deleting 251 entries"; "Changing 3 entries" when the verbs differ; empty for one change, whose own title
-// tells more, and for none.
+// "Deleting 251 entries", of those that have no outcome yet; "Changing 3 entries" when the verbs differ.
+// Empty for one change, whose own title tells more, and for none.
 std::wstring TitleOf(std::span<const EntryChange> changes);
 
 // "Caption" in sulRegistryUserRun: how messages name an entry. Not yet printable.

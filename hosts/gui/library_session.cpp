@@ -1,5 +1,6 @@
 #include "hosts/gui/library_session.h"
 
+#include "hosts/common/action_scope.h"
 #include "hosts/common/csv_output.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
@@ -124,7 +125,7 @@ ProgramNews LibrarySession::ReadPrograms() {
 
 OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
   OperationReport report;
-
+  const ActionScope action(journal_, TitleOf(changes));
   for (EntryChange& change : changes) {
     const Outcome& outcome = MakeChange(library_, change);
     if (!outcome.IsGood()) {

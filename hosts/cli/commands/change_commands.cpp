@@ -30,7 +30,7 @@ void RunAdd(const Arguments& arguments) {
   change.before.location = arguments.locations.front();
   change.before.caption = arguments.name;
   change.before.command = arguments.command;
-  AddEntry(std::move(change));
+  AddEntry(arguments, std::move(change));
 }
 
 }  // namespace smh

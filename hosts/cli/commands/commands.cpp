@@ -12,19 +12,21 @@ namespace smh {
 namespace {
 
 constexpr std::uint64_t kFormatted = kTakesJson | kTakesCsv | kTakesColumns | kTakesOutput;
-constexpr std::uint64_t kShowing = kTakesLocations | kTakesFilter | kFormatted;
+constexpr std::uint64_t kSelecting = kTakesLocations | kTakesSelection;
+constexpr std::uint64_t kShowing = kSelecting | kTakesAll | kFormatted;
+constexpr std::uint64_t kPlanned = kTakesDryRun | kTakesJson | kTakesOutput | kTakesYes;
+constexpr std::uint64_t kChanging = kSelecting | kPlanned;
 
 constexpr Command kCommands[] = {
     {"list", "Show the entries", kShowing, RunList},
     {"show", "Show everything known about one entry",
      kTakesOneItem | kTakesLocation | kTakesJson | kTakesColumns | kTakesOutput, RunShow},
-    {"enable", "Bring disabled entries back", kTakesItems | kTakesLocation, RunEnable},
-    {"disable", "Move entries to the side place from which enable brings them back",
-     kTakesItems | kTakesLocation, RunDisable},
-    {"delete", "Delete entries", kTakesItems | kTakesLocation, RunDelete},
-    {"add", "Add an entry", kNeedsLocation | kNeedsName | kNeedsCommand, RunAdd},
-    {"move", "Move an entry to another location", kTakesOneItem | kTakesLocation | kNeedsTarget, RunMove},
-    {"change", "Give an entry another command", kTakesOneItem | kTakesLocation | kNeedsCommand, RunChange},
+    {"enable", "Bring disabled entries back", kChanging, RunEnable},
+    {"disable", "Move entries to the side place from which enable brings them back", kChanging, RunDisable},
+    {"delete", "Delete entries", kChanging, RunDelete},
+    {"add", "Add an entry", kNeedsLocation | kNeedsName | kNeedsCommand | kPlanned, RunAdd},
+    {"move", "Move entries to another location", kChanging | kNeedsTarget, RunMove},
+    {"change", "Give entries another command", kChanging | kNeedsCommand, RunChange},
     {"execute", "Start an entry's command now", kTakesOneItem | kTakesLocation, RunExecute},
     {"locate", "Print where an entry lives, and show it there", kTakesOneItem | kTakesLocation, RunLocate},
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},

@@ -12,13 +12,14 @@ namespace smh {
 
 // What a command takes, as bits; command_options.cpp declares the options of each.
 enum CommandOption : std::uint64_t {
-  kTakesOneItem = 1ull << 0,      // ITEM
-  kTakesItems = 1ull << 1,        // ITEM...
+  kTakesOneItem = 1ull << 0,  // ITEM
+  // ITEM..., --enabled --disabled --rating --company --missing --unreachable --match --since --from
+  kTakesSelection = 1ull << 1,
   kTakesCommandLine = 1ull << 2,  // COMMANDLINE
   kTakesLocations = 1ull << 3,    // --location, repeatable: which entries are shown
   kTakesLocation = 1ull << 4,     // --location, once: narrows ITEM
   kNeedsLocation = 1ull << 5,     // --location, required
-  kTakesFilter = 1ull << 6,       // --all --enabled --disabled
+  kTakesAll = 1ull << 6,          // --all
   kTakesJson = 1ull << 7,         // --json
   kTakesCsv = 1ull << 8,          // --csv
   kNeedsName = 1ull << 9,         // --name
@@ -37,6 +38,7 @@ enum CommandOption : std::uint64_t {
   kTakesColumns = 1ull << 22,     // --columns
   kTakesOutput = 1ull << 23,      // --output
   kTakesYes = 1ull << 24,         // --yes
+  kTakesDryRun = 1ull << 25,      // --dry-run
   kNeedsFile = 1ull << 40,        // FILE
   kTakesFile2 = 1ull << 41,       // FILE2, behind it
   kTakesInput = 1ull << 42,       // --input

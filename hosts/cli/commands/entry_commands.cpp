@@ -12,6 +12,8 @@
 #include "infra/files/file_facts.h"
 #include "infra/runtime/handle.h"
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {
@@ -26,10 +28,15 @@ ItemRecord SelectOneItem(const Library& library, const Arguments& arguments) {
 void RunList(const Arguments& arguments) {
   const std::vector<ItemField> fields = SelectFields(ItemFields(), arguments.columns);
   const Library library;
-  const ItemFilter filter = arguments.Filter();
-  const ReadState state = ReadToEnd(library, filter.Scope());
-  std::vector<ItemRecord> items = filter.Select(TakeSnapshot(library));
-  ResolveFiles(library, items);
+  const Selector selector = arguments.Selection();
+  const ReadState state = ReadToEnd(library, selector.Scope());
+  std::vector<ItemRecord> all = TakeSnapshot(library);
+  // What is matched with may be in any column.
+  if (!selector.filter.match.empty()) ResolveFiles(library, all);
+  std::vector<ItemRecord> items;
+  for (const std::size_t at : SelectItems(all, selector).positions) items.push_back(std::move(all[at]));
+  std::ranges::sort(items, {}, &ItemRecord::index);
+  if (selector.filter.match.empty()) ResolveFiles(library, items);
   WriteRecords<ItemRecord>(arguments, fields, items,
                            [&](const TableStyle& style) { return ItemTable(items, style); });
   RequireComplete(state);
@@ -86,10 +93,11 @@ void Look(const Library& library, EntryWatch& watch, const EventPrinter& printer
 }  // namespace
 
 void RunWatch(const Arguments& arguments) {
-  const EventPrinter printer(arguments);
+  const Selector selector = arguments.Selection();
+  const EventPrinter printer(arguments, selector);
   const StopRequest stop;
   const Library library;
-  const ReadScope scope = arguments.Filter().Scope();
+  const ReadScope scope = selector.Scope();
   RequireListed(ReadToEnd(library, scope));
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });

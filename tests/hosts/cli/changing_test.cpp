@@ -98,6 +98,62 @@ TEST_F(StartupctlTest, ChangesThatAreNone) {
   EXPECT_EQ(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl still"), Command(L"Still"));
 }
 
+// What is more than was named wants to be agreed to; nobody can be asked here.
+TEST_F(StartupctlTest, PatternsFiltersAndFilesWantAgreement) {
+  for (const wchar_t* const name : {L"ctl many 1", L"ctl many 2", L"ctl many 3"}) {
+    SetRun(HKEY_CURRENT_USER, name, Command(name));
+  }
+  const auto isOn = [](const wchar_t* name) {
+    return TextInBothViews(HKEY_CURRENT_USER, kRunKey, name).has_value();
+  };
+  const std::wstring file = Folder().Write(
+      L"ids.txt", "\xEF\xBB\xBF" + Find("ctl many 1")[0]["id"].get<std::string>() + "\r\n\r\nctl many 2\r\n");
+  for (const std::vector<std::wstring>& which :
+       std::vector<std::vector<std::wstring>>{{L"ctl many*"}, {L"--match", L"ctl many"}, {L"--from", file}}) {
+    std::vector<std::wstring> arguments = {L"disable"};
+    arguments.insert(arguments.end(), which.begin(), which.end());
+    EXPECT_NE(Run(arguments, 1).errors.find("--yes"), std::string::npos);
+    EXPECT_TRUE(isOn(L"ctl many 1") && isOn(L"ctl many 2"));
+    arguments.push_back(L"--yes");
+    Run(arguments);
+    EXPECT_FALSE(isOn(L"ctl many 1") || isOn(L"ctl many 2"));
+    Run({L"enable", L"ctl many 1", L"ctl many 2", L"ctl many 3"});
+  }
+  Run({L"delete", L"--missing", L"--location", L"UserRun", L"--match", L"ctl many", L"--yes"});
+  EXPECT_TRUE(isOn(L"ctl many 1")) << "none is missing";
+  Run({L"delete"}, 2);
+}
+
+// A preview changes nothing and says what an undo would; one refusal does not hide what was done.
+TEST_F(StartupctlTest, PreviewsAndOutcomesForScripts) {
+  SetRun(HKEY_CURRENT_USER, L"ctl plan", Command(L"plan"));
+  SetRun(HKEY_CURRENT_USER, L"ctl plan 2", Command(L"two"));
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl fixed", Command(L"fixed"), OwnView());
+  const std::string plan = Run({L"disable", L"ctl plan", L"--dry-run"}).output;
+  EXPECT_NE(plan.find("  Write the value \"ctl plan\" of the key"), std::string::npos) << plan;
+  EXPECT_NE(plan.find("  Delete the value \"ctl plan\" of the key"), std::string::npos) << plan;
+  const LimitedKey limited(HKEY_LOCAL_MACHINE, kRunKey, LimitedKey::Rights::kReadOnly, OwnView());
+  const std::vector<std::wstring> all = {L"disable", L"ctl plan*", L"ctl fixed",
+                                         L"--json",  L"--yes",     L"--quiet"};
+  std::vector<std::wstring> preview = all;
+  preview.push_back(L"--dry-run");
+  Json outcomes = Json::parse(Run(preview, 3).output);
+  EXPECT_EQ(outcomes[0]["outcome"], "planned");
+  EXPECT_EQ(outcomes[0]["steps"].size(), 2u);
+  EXPECT_EQ(outcomes[2]["outcome"], "refused");
+  EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunKey, L"ctl plan")) << "only said";
+
+  const StartupctlResult result = Run(all, 3);
+  EXPECT_EQ(result.errors.find("Disabled"), std::string::npos) << result.errors;
+  EXPECT_NE(result.errors.find("Cannot disable \"ctl fixed\""), std::string::npos) << result.errors;
+  outcomes = Json::parse(result.output);
+  EXPECT_EQ(outcomes[1]["outcome"], "done");
+  EXPECT_EQ(outcomes[1]["newId"], Find("ctl plan 2")[0]["id"]);
+  EXPECT_EQ(outcomes[1]["newName"], Find("ctl plan 2")[0]["name"]);
+  EXPECT_EQ(outcomes[2]["action"], "disable");
+  EXPECT_EQ(outcomes[2]["newId"], nullptr);
+}
+
 // One that was disabled before and came back: only one of the two can be meant.
 TEST_F(StartupctlTest, AChangeMeansTheEntryThatNeedsIt) {
   SetRun(HKEY_CURRENT_USER, L"ctl twice", Command(L"new"));

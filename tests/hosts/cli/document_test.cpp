@@ -55,6 +55,8 @@ TEST_F(StartupctlTest, JsonIsAsItsSchemaSays) {
   const std::vector<std::vector<std::wstring>> commands = {{L"list", L"--all"},
                                                            {L"show", L"ctl schema"},
                                                            {L"clients", L"--add", Program()},
+                                                           {L"disable", L"ctl schema", L"--dry-run"},
+                                                           {L"disable", L"ctl schema"},
                                                            {L"locations"},
                                                            {L"checkpoints"}};
   for (std::vector<std::wstring> command : commands) {

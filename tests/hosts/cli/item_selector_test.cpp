@@ -1,8 +1,12 @@
 #include "hosts/cli/item_selector.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/short_id.h"
+#include "hosts/common/text_encoding.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace smh::test {
 
@@ -50,6 +54,82 @@ TEST(ItemSelector, LocationNarrowsNamesAndCaptions) {
   EXPECT_NE(Refusal(kItems[2].name, sulRegistryUserRunOnce).find(L"No entry"), std::wstring::npos);
   EXPECT_NE(Refusal(L"nothing").find(L"No entry"), std::wstring::npos);
   EXPECT_NE(Refusal(L"").find(L"No entry"), std::wstring::npos);
+}
+
+// What a selector means, as captions; "refused" when it means nothing that can be told.
+std::wstring Meant(const Selector& selector) {
+  try {
+    const Selection selection = SelectItems(kItems, selector);
+    std::wstring captions = selection.isBroad ? L"broad:" : L"";
+    for (const std::size_t at : selection.positions) captions += L" " + kItems[at].caption;
+    return captions;
+  } catch (const HostError&) {
+    return L"refused";
+  }
+}
+
+TEST(ItemSelector, NamesCaptionsIdsPatternsAndFilters) {
+  const std::wstring id = WholeId(sulRegistryUserRun, kItems[2].name);
+  ItemFilter inUserRun;
+  inUserRun.locations = {sulRegistryUserRun};
+  ItemFilter ofAurora;
+  ofAurora.company = L"AURORA";
+  const std::pair<Selector, std::wstring> cases[] = {
+      {{.items = {id.substr(0, 8), L"alone"}}, L" Alone"},
+      {{.items = {id.substr(0, 7)}}, L"refused"},
+      {{.items = {L"00000000"}}, L"refused"},
+      {{.items = {L"mixer"}}, L"refused"},
+      {{.items = {L"mixer"}, .filter = inUserRun}, L" Mixer"},
+      {{.items = {L"M?XER*"}}, L"broad: Mixer mixer"},
+      {{.items = {L"*\\run\\al*e"}}, L"broad: Alone " + kUser + L"\\Alone"},
+      {{.items = {L"Al*"}}, L" Alone"},
+      {{.items = {L"x*"}}, L"refused"},
+      {{.lines = {L"Alone", L"A"}}, L"broad: Alone A"},
+      {{.lines = {L"Al*"}}, L"refused"},
+      {{.filter = ofAurora}, L""},
+      {{.items = {L"A"}, .filter = ofAurora}, L"refused"},
+  };
+  for (const auto& [selector, meant] : cases) {
+    EXPECT_EQ(Meant(selector), meant);
+    if (meant == L"refused") continue;
+    const auto isMeant = [&](const ItemRecord& item) { return IsMeant(selector, item); };
+    const auto count = static_cast<std::size_t>(std::ranges::count_if(kItems, isMeant));
+    EXPECT_EQ(count, SelectItems(kItems, selector).positions.size()) << "one by one";
+  }
+}
+
+TEST(ItemSelector, IdsGrowWhereTheyCollide) {
+  std::vector<ItemRecord> items = kItems;
+  items.push_back(items[2]);
+  AssignShortIds(items);
+  EXPECT_EQ(items[0].id.size(), kShortIdDigits);
+  EXPECT_EQ(items[2].id, WholeId(items[2].location, items[2].name)) << "no digits are left";
+  EXPECT_EQ(WholeId(sulRegistryUserRun, L"name"), L"49760fce408714f9");
+}
+
+TEST(ItemFilter, TimesAndFacts) {
+  ItemRecord item = kItems[0];
+  item.company = L"Northlight Audio Ltd.";
+  item.rating = 2;
+  item.lastWriteTime = ParseTime(L"2024-05-31T18:00");
+  ASSERT_TRUE(item.lastWriteTime);
+  const std::pair<ItemFilter, bool> cases[] = {{{.company = L"northlight"}, true},
+                                               {{.company = L"aurora"}, false},
+                                               {{.ratings = {0, 2}}, true},
+                                               {{.ratings = {1}}, false},
+                                               {{.reachabilities = {kFileMissing}}, true},
+                                               {{.reachabilities = {kFileUnreachable}}, false},
+                                               {{.match = L"RISKY"}, true},
+                                               {{.match = L"one.EXE"}, true},
+                                               {{.match = L"two.exe"}, false},
+                                               {{.since = ParseTime(L"2024-05-31")}, true},
+                                               {{.since = ParseTime(L"2024-05-31T18:00:01")}, false},
+                                               {{.since = ParseTime(L"7d")}, false}};
+  for (const auto& [filter, isShown] : cases)
+    EXPECT_EQ(filter.Shows(item), isShown) << ToUtf8(filter.company + filter.match);
+  for (const wchar_t* const text : {L"", L"d", L"7", L"7y", L"2024-5-31", L"2024-02-30", L"1234567d"}) {
+    EXPECT_FALSE(ParseTime(text)) << ToUtf8(text);
+  }
 }
 
 TEST(ItemSelector, EscapesAreTriedAfterTheTextItself) {

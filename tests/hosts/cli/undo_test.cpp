@@ -49,7 +49,7 @@ TEST_F(StartupctlUndo, OneOfThreeChangesIsTakenBack) {
     SetRun(HKEY_CURRENT_USER, name, Command(name));
   const std::string before = DumpRunKeys();
   EXPECT_EQ(Checkpoints(), Json::array());
-  Run({L"disable", L"ctl one", L"ctl two", L"ctl three"});
+  for (const wchar_t* name : {L"ctl one", L"ctl two", L"ctl three"}) Run({L"disable", name});
 
   const Json list = Checkpoints();
   ASSERT_EQ(list.size(), 3u);
@@ -80,6 +80,10 @@ TEST_F(StartupctlUndo, OneOfThreeChangesIsTakenBack) {
   for (const auto& wrong : {std::vector<std::wstring>{L"undo", L"0"}, {L"undo", L"--show", L"--force"}}) {
     Run(wrong, 2);
   }
+  Run({L"disable", L"ctl one", L"ctl two", L"ctl three"});
+  EXPECT_EQ(Checkpoints()[0]["title"], "Disabling 3 entries") << "one command, one undo";
+  Run({L"undo"});
+  EXPECT_EQ(DumpRunKeys(), before);
 }
 
 TEST_F(StartupctlUndo, ConflictIsNamedAndForced) {

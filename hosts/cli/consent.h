@@ -1,0 +1,13 @@
+// Asking before something that is more than the user may think of. For the one thread of the program.
+#pragma once
+
+#include <string>
+
+namespace smh {
+
+// Returns when the user agrees: with `isGiven` (--yes) at once, else after a question on the terminal, to
+// which anything but "y" or "yes" is a no. Raises HostError on a no, and, without a terminal to ask at, with
+// the words that --yes is wanted; `what` is a sentence without its end ("That means 12 entries").
+void RequireConsent(const std::wstring& what, bool isGiven);
+
+}  // namespace smh

@@ -1,0 +1,151 @@
+#include "hosts/common/operation_steps.h"
+
+#include "core/contracts/disabled_places.h"
+#include "hosts/common/entry_place.h"
+#include "hosts/common/location_names.h"
+#include "infra/files/file_facts.h"
+#include "infra/runtime/text.h"
+#include "sysutil/version/uWinVersionInfo.h"
+
+namespace smh {
+
+namespace {
+
+using Steps = std::vector<std::wstring>;
+
+// Of a step in the journal, without its texts: prefix, kind, states, mark.
+constexpr std::uint64_t kStepBytes = 128;
+
+std::wstring InQuotes(std::wstring_view text) {
+  return std::wstring(L"\"").append(text).append(L"\"");
+}
+
+bool IsInFolder(std::int32_t location) noexcept {
+  return LocationRowOf(location).family == LocationFamily::kStartupFolder;
+}
+
+std::wstring KeyText(std::wstring_view root, std::wstring_view key, std::int32_t view) {
+  std::wstring text(root);
+  text.append(L"\\").append(key);
+  text = InQuotes(text);
+  return view == 32 && WinVersionInfo::IsWow64() ? text + L" in the 32-bit view" : text;
+}
+
+std::wstring ValueText(const ItemRecord& item, std::wstring_view key, std::int32_t view) {
+  const std::wstring name = item.value.value_or(std::wstring());
+  return L"the value " + InQuotes(name.empty() ? L"(Default)" : name) + L" of the key " +
+         KeyText(item.root, key, view);
+}
+
+// The key that holds the location's entries of that state.
+std::wstring PlaceOf(std::int32_t location, bool enabled) {
+  const LocationRow& row = LocationRowOf(location);
+  return enabled ? std::wstring(row.place) : SidePaths(row).front();
+}
+
+// The views that a change of the entry reaches. They share what is the user's.
+std::vector<std::int32_t> ViewsOf(const ItemRecord& item) {
+  if (item.twin == kTwinSame && !IsUserLocation(item.location)) return {item.view, 32};
+  return {item.view};
+}
+
+std::wstring FolderText(std::int32_t location, bool enabled) {
+  std::wstring text = L"the folder ";
+  text += enabled ? InQuotes(LocationPlace(LocationRowOf(location)))
+                  : InQuotes(WithoutTrailingBackslash(kDisabledByThis));
+  return enabled ? text : text + L" in the program's own data";
+}
+
+void AddDeletion(const ItemRecord& item, Steps& steps) {
+  if (item.root.empty()) {
+    steps.push_back(L"Delete the file " + InQuotes(item.name));
+    return;
+  }
+  for (const std::int32_t view : ViewsOf(item)) {
+    steps.push_back(item.value
+                        ? L"Delete " + ValueText(item, item.key, view)
+                        : L"Delete the key " + KeyText(item.root, item.key, view) + L" with all below it");
+  }
+}
+
+void AddSwitch(const ItemRecord& item, bool enable, Steps& steps) {
+  if (item.root.empty()) {
+    steps.push_back(L"Move the file " + InQuotes(item.name) + L" to " + FolderText(item.location, enable));
+    return;
+  }
+  const std::wstring place = PlaceOf(item.location, enable);
+  for (const std::int32_t view : ViewsOf(item)) {
+    const std::wstring key = place + L'\\' + std::wstring(FileNamePart(item.key));
+    steps.push_back(item.value ? L"Write " + ValueText(item, place, view)
+                               : L"Make the key " + KeyText(item.root, key, view));
+  }
+  AddDeletion(item, steps);
+}
+
+void AddMove(const EntryChange& change, Steps& steps) {
+  const ItemRecord& item = change.before;
+  const std::int32_t target = change.order.target;
+  if (item.root.empty() && IsInFolder(target)) {
+    steps.push_back(L"Move the file " + InQuotes(item.name) + L" to " + FolderText(target, item.enabled));
+    return;
+  }
+  if (IsInFolder(target)) {
+    steps.push_back(L"Make a shortcut to " + InQuotes(item.command) + L" in " +
+                    FolderText(target, item.enabled));
+  } else {
+    const ItemRecord place = PlaceOfNewValue(target, {});
+    steps.push_back(L"Write a value with the data " + InQuotes(item.command) + L" into the key " +
+                    KeyText(place.root, PlaceOf(target, item.enabled), place.view));
+  }
+  AddDeletion(item, steps);
+}
+
+void AddAddition(const ItemRecord& wanted, Steps& steps) {
+  if (IsInFolder(wanted.location)) {
+    steps.push_back(L"Make the shortcut " + InQuotes(wanted.caption) + L" in " +
+                    FolderText(wanted.location, true));
+    return;
+  }
+  const ItemRecord place = PlaceOfNewValue(wanted.location, wanted.caption);
+  steps.push_back(L"Write " + ValueText(place, place.key, place.view));
+}
+
+}  // namespace
+
+std::vector<std::wstring> StepsOf(const EntryChange& change) {
+  const ItemRecord& item = change.before;
+  Steps steps;
+  switch (change.verb) {
+    case Verb::kEnable:
+    case Verb::kDisable:
+      AddSwitch(item, change.verb == Verb::kEnable, steps);
+      break;
+    case Verb::kDelete:
+      AddDeletion(item, steps);
+      break;
+    case Verb::kAdd:
+      AddAddition(item, steps);
+      break;
+    case Verb::kMove:
+      AddMove(change, steps);
+      break;
+    case Verb::kChange:
+      steps.push_back(item.root.empty() ? L"Replace the file " + InQuotes(item.name)
+                                        : L"Write " + ValueText(item, item.key, item.view));
+      break;
+  }
+  return steps;
+}
+
+std::uint64_t RecordedBytes(const EntryChange& change) {
+  const ItemRecord& item = change.before;
+  const std::size_t units =
+      item.name.size() + 2 * (item.command.size() + change.order.command.size()) + item.caption.size();
+  const std::uint64_t texts = 2 * units * sizeof(wchar_t);
+  const bool keepsFile = item.root.empty() && (change.verb == Verb::kDelete || change.verb == Verb::kChange ||
+                                               change.verb == Verb::kMove);
+  const std::optional<FileStamp> file = keepsFile ? StampOf(item.name) : std::nullopt;
+  return StepsOf(change).size() * kStepBytes + texts + (file ? file->size : 0);
+}
+
+}  // namespace smh
