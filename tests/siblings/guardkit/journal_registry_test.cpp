@@ -1,6 +1,8 @@
 // Registry changes recorded, undone and redone, in every hive and view.
 #include "infra/files/file_facts.h"
+#include "infra/runtime/text.h"
 #include "siblings/guardkit/format/journal_format.h"
+#include "siblings/guardkit/live_system.h"
 #include "siblings/guardkit/undo_reach.h"
 #include "tests/siblings/guardkit/changes_fixture.h"
 
@@ -221,6 +223,20 @@ TEST_F(JournalTest, TargetInAnotherHiveIsFlushedBeforeItsSourceGoes) {
     guardkit_.RemoveValue(HKEY_CURRENT_USER, kTree, L"w");
     EXPECT_EQ(g_flushes, 1);
   });
+}
+
+// A plan finds places by their folded names, the system by comparing: they must agree.
+TEST(LiveSystemNames, FoldedAreEqualForTheSameNamesOnly) {
+  const UndoReach reach(CurrentUserSid());
+  LiveSystem system(reach);
+  for (unsigned unit = 1; unit < 0x10000; ++unit) {
+    const std::wstring name(1, static_cast<wchar_t>(unit));
+    const std::wstring folded = system.Folded(name);
+    std::wstring lower = name;
+    CharLowerBuffW(lower.data(), 1);
+    ASSERT_TRUE(SameText(name, folded)) << unit;
+    ASSERT_EQ(SameText(name, lower), folded == system.Folded(lower)) << unit;
+  }
 }
 
 // Journals that another user, or somebody with a plan, has written.
