@@ -2,6 +2,7 @@
 #include "siblings/guardkit/registry_place.h"
 #include "tests/siblings/guardkit/changes_fixture.h"
 
+#include <atomic>
 #include <thread>
 
 namespace smh::test {
@@ -167,6 +168,71 @@ TEST_F(JournalActions, ThatLoseTheirOwnerAreInterruptedWithWhatWasDone) {
   EXPECT_TRUE(guardkit_.List(true).empty());
 }
 
+std::atomic<int> g_listings;
+std::atomic<int> g_opened;
+HANDLE WINAPI CountListing(const wchar_t* pattern, WIN32_FIND_DATAW* found) {
+  static const auto real = RealFunction<decltype(FindFirstFileW)>(L"kernel32.dll", "FindFirstFileW");
+  ++g_listings;
+  return real(pattern, found);
+}
+HANDLE WINAPI CountOpening(const wchar_t* name, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                           DWORD disposition, DWORD flags, HANDLE like) {
+  static const auto real = RealFunction<decltype(CreateFileW)>(L"kernel32.dll", "CreateFileW");
+  ++g_opened;
+  return real(name, access, sharing, security, disposition, flags, like);
+}
+
+// What a part costs does not grow with the others, neither done nor undone: only the lock's file is opened.
+TEST_F(JournalActions, FoldersAreListedAndFilesReadOnceAnAction) {
+  const ImportPatch listing("FindFirstFileW", &CountListing, guardkit_.Module());
+  const ImportPatch opening("CreateFileW", &CountOpening, guardkit_.Module());
+  int listings[2][2];
+  int opened[2][2];
+  Action(1);
+  ClearJournal();
+  for (const int row : {0, 1}) {
+    for (const int column : {0, 1}) {
+      g_listings = 0;
+      g_opened = 0;
+      if (column == 0) {
+        Action(row == 0 ? 5 : 25);
+      } else {
+        EXPECT_EQ(guardkit_.Undo().result, S_OK);
+      }
+      listings[row][column] = g_listings;
+      opened[row][column] = g_opened;
+    }
+    ClearJournal();
+  }
+  for (const int column : {0, 1}) {
+    EXPECT_EQ(listings[0][column], listings[1][column]) << column;
+    EXPECT_EQ(opened[1][column], opened[0][column] + 20) << column;
+  }
+}
+
+// More than one file takes: all of them are the action, and none is without the others.
+TEST_F(JournalActions, SpanSeveralFiles) {
+  const std::string before = Everything();
+  const RawValue large{REG_BINARY, Bytes(900'000, std::byte{7})};
+  EXPECT_EQ(Journal().BeginAction(L"action"), S_OK);
+  for (int number = 1; number <= 20; ++number) {
+    EXPECT_EQ(Set({}, std::to_wstring(number), large), ERROR_SUCCESS);
+  }
+  const std::uint32_t id = End();
+  EXPECT_EQ(guardkit_.Parts(id).size(), 20u);
+  ASSERT_EQ(guardkit_.List().size(), 1u);
+  const std::wstring second = FileOf(id + 1, true);
+  const std::string bytes = ReadFileBytes(second);
+  DeleteFileW(second.c_str());
+  EXPECT_EQ(guardkit_.Undo(id).result, IJournal::kDamaged);
+  WriteFileBytes(second, bytes);
+  EXPECT_EQ(guardkit_.UndoParts(id, {1, 20}).result, S_OK);
+  EXPECT_EQ(guardkit_.Undo(id).outcomes.size(), 18u);
+  EXPECT_EQ(Everything(), before);
+  EXPECT_EQ(Journal().Forget(id), S_OK);
+  EXPECT_FALSE(std::filesystem::exists(second));
+}
+
 // One bad file costs that one: listed, refused in every mode, in nobody's way.
 TEST_F(JournalActions, FilesThatAreNoneCostThemselvesOnly) {
   const std::uint32_t id = Action(3);
@@ -180,23 +246,26 @@ TEST_F(JournalActions, FilesThatAreNoneCostThemselvesOnly) {
       CreateFileW(FileOf(42, true).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, 0, nullptr));
   SetFilePointer(large.Get(), static_cast<LONG>(kLargestJournal + 1), nullptr, FILE_BEGIN);
   SetEndOfFile(large.Get());
-  for (const std::uint32_t bad : {40u, 41u, 42u, 44u, kGreatestJournalId}) {
+  WriteFileBytes(FileOf(45, true), whole);
+  const ScopedHandle scanned(
+      CreateFileW(FileOf(45, true).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  for (const std::uint32_t bad : {40u, 41u, 42u, 44u, 45u, kGreatestJournalId}) {
     EXPECT_EQ(StateOf(bad), CheckpointState::kDamaged) << bad;
     EXPECT_EQ(guardkit_.Undo(bad, UndoMode::kForce).result, IJournal::kDamaged) << bad;
   }
   EXPECT_EQ(StateOf(43), CheckpointState::kDropped);
   EXPECT_TRUE(guardkit_.List(true).empty());
   // The next change takes the next number, and removes the empty file.
-  EXPECT_EQ(Action(4), 45u);
+  EXPECT_EQ(Action(4), 46u);
   EXPECT_FALSE(std::filesystem::exists(FileOf(43, false)));
-  EXPECT_EQ(guardkit_.Undo(45).result, S_OK);
+  EXPECT_EQ(guardkit_.Undo(46).result, S_OK);
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
   EXPECT_EQ(Journal().Forget(41), S_OK);
   RemoveDirectoryW(FileOf(40, true).c_str());
 }
 
-// A file of several parts, ended and not, cut off at all its places and flipped there: some of the bytes, since
-// all of them are tried where the files are read (tests/native).
+// A file of several parts, ended and not, cut off at all its places and flipped there: some of the bytes,
+// since all of them are tried where the files are read (tests/native).
 TEST_F(JournalActions, DamageIsNeverUndone) {
   for (const bool ended : {true, false}) {
     const std::uint32_t id = Action(3);
