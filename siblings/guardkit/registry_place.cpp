@@ -121,13 +121,6 @@ std::wstring HiveOf(const std::wstring& place) {
   return place.substr(0, place.find(L'\\', first + 1));
 }
 
-bool IsOwnPlace(const std::wstring& place, const std::wstring& sid) {
-  const std::wstring hive = HiveOf(place);
-  if (StartsText(std::wstring(kMachine) + L'\\', hive)) return true;
-  const std::wstring own = std::wstring(kUsers) + L'\\' + sid;
-  return SameText(hive, own) || SameText(hive, own + L"_Classes");
-}
-
 bool MayMakeKey(const std::wstring& place) {
   return !SameText(place, HiveOf(place)) && !SameText(LastLevel(place), L"Wow6432Node");
 }

@@ -29,8 +29,6 @@ std::wstring LastLevel(const std::wstring& place);
 
 // The hive that a place lies in, its root and first level: what one flush writes to the disk.
 std::wstring HiveOf(const std::wstring& place);
-// Whether a user with that SID has a say about the place: it is the machine's or lies in his own hives.
-bool IsOwnPlace(const std::wstring& place, const std::wstring& sid);
 // Whether the last level may be made again: no hive, and not Wow6432Node, which the system makes for its
 // views.
 bool MayMakeKey(const std::wstring& place);

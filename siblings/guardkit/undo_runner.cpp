@@ -365,9 +365,12 @@ LSTATUS TakeBack(OpenCheckpoint& checkpoint) {
                         checkpoint.Steps().end());
   const UndoReach reach(CurrentUserSid());
   if (!reach.Covers(contents)) return ERROR_ACCESS_DENIED;
-  LiveSystem system(reach);
+  const std::vector<PlannedStep> plan = [&] {
+    LiveSystem system(reach);
+    return PlanUndo(contents, system);
+  }();
   StepRunner runner(contents, reach, false);
-  for (const PlannedStep& planned : PlanUndo(contents, system)) runner.Run(checkpoint, planned);
+  for (const PlannedStep& planned : plan) runner.Run(checkpoint, planned);
   if (runner.Status() == ERROR_SUCCESS) checkpoint.NoteTakenBack();
   return runner.Status();
 }
