@@ -14,6 +14,8 @@ namespace {
 
 // A console takes no more than 64 KB in one call.
 constexpr std::size_t kConsoleChunk = 8192;
+constexpr std::wstring_view kToneBegin = L"\x1b[";
+constexpr wchar_t kToneEnd = L'm';
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsConsole(HANDLE stream) noexcept {
@@ -46,33 +48,42 @@ bool WriteToFile(HANDLE stream, std::string_view bytes) {
   return true;
 }
 
+constexpr WORD kColours = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE | FOREGROUND_INTENSITY;
+
+// What a tone's sequence, less its beginning and its end, means on a console that writes in `plain`.
+WORD AttributesOf(std::wstring_view sequence, WORD plain) noexcept {
+  const auto background = static_cast<WORD>(plain & ~kColours);
+  if (sequence == L"1") return plain | FOREGROUND_INTENSITY;
+  if (sequence == L"2") return background | FOREGROUND_INTENSITY;
+  if (sequence == L"31") return background | FOREGROUND_RED | FOREGROUND_INTENSITY;
+  if (sequence == L"33") return background | FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_INTENSITY;
+  return plain;
+}
+
+// Not every console knows sequences, but all know attributes.
+bool WriteTonedToConsole(HANDLE stream, std::wstring_view text) {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(stream, &info)) return WriteToConsole(stream, text);
+  for (std::size_t done = 0; done < text.size();) {
+    const std::size_t begin = std::min(text.find(kToneBegin, done), text.size());
+    if (!WriteToConsole(stream, text.substr(done, begin - done))) return false;
+    const std::size_t end = text.find(kToneEnd, begin);
+    if (end == std::wstring_view::npos) return WriteToConsole(stream, text.substr(begin));
+    const std::size_t name = begin + kToneBegin.size();
+    SetConsoleTextAttribute(stream, AttributesOf(text.substr(name, end - name), info.wAttributes));
+    done = end + 1;
+  }
+  return true;
+}
+
 bool Write(DWORD stream, std::wstring_view text) {
   const HANDLE handle = GetStdHandle(stream);
-  return IsConsole(handle) ? WriteToConsole(handle, text) : WriteToFile(handle, ToUtf8(text));
+  return IsConsole(handle) ? WriteTonedToConsole(handle, text) : WriteToFile(handle, ToUtf8(text));
 }
 
 bool IsClosedPipe(DWORD error) noexcept {
   return error == ERROR_NO_DATA || error == ERROR_BROKEN_PIPE || error == ERROR_PIPE_NOT_CONNECTED;
 }
-
-// The console's mode outlives the program unless it is put back.
-class ColourMode {
- public:
-  ~ColourMode() {
-    if (console_ != nullptr) SetConsoleMode(console_, mode_);
-  }
-  bool Enter(HANDLE console) noexcept {
-    if (console_ != nullptr) return true;
-    if (!GetConsoleMode(console, &mode_)) return false;
-    if (!SetConsoleMode(console, mode_ | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) return false;
-    console_ = console;
-    return true;
-  }
-
- private:
-  HANDLE console_ = nullptr;
-  DWORD mode_ = 0;
-};
 
 OutputFile* g_outputFile = nullptr;
 bool g_isOutputClosed = false;
@@ -89,9 +100,8 @@ std::size_t ConsoleWidth() noexcept {
 }
 
 bool WantsColours() noexcept {
-  if (g_outputFile != nullptr || GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) > 1) return false;
-  static constinit ColourMode mode;
-  return mode.Enter(GetStdHandle(STD_OUTPUT_HANDLE));
+  const bool isUnwanted = GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) > 1;
+  return g_outputFile == nullptr && !isUnwanted && IsConsole(GetStdHandle(STD_OUTPUT_HANDLE));
 }
 
 OutputFile::OutputFile(std::wstring path, bool hasMark) : path_(std::move(path)), hasMark_(hasMark) {

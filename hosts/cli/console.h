@@ -19,8 +19,9 @@ namespace smh {
 // new line; 0 when the output goes to a file or a pipe.
 std::size_t ConsoleWidth() noexcept;
 
-// Whether output may be coloured: a terminal that knows the sequences for it, which it is told to take until
-// the program ends, and no environment variable NO_COLOR that holds anything.
+// Whether output may be toned (table_output.h): on a console, unless the environment variable NO_COLOR holds
+// anything. What is written to a console has its tones as attributes, whether or not it knows their
+// sequences.
 bool WantsColours() noexcept;
 
 // While an object lives, output goes to a file instead of standard output. One at a time.
