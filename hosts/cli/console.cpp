@@ -2,7 +2,6 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/common/text_encoding.h"
-#include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <new>
@@ -135,25 +134,6 @@ void WriteOutput(std::wstring_view text) {
 
 bool IsOutputClosed() noexcept {
   return g_isOutputClosed;
-}
-
-std::optional<bool> Ask(std::wstring_view question) {
-  const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
-  const HANDLE errors = GetStdHandle(STD_ERROR_HANDLE);
-  if (!IsConsole(input) || !IsConsole(errors)) return std::nullopt;
-  WriteToConsole(errors, Printable(question) + L" (y/n) ");
-  wchar_t answer[64];
-  DWORD length = 0;
-  if (ReadConsoleW(input, answer, ARRAYSIZE(answer), &length, nullptr) == FALSE) return false;
-  const std::wstring word = Trim(std::wstring_view(answer, length));
-  return SameText(word, L"y") || SameText(word, L"yes");
-}
-
-void RequireConsent(bool yes, const std::wstring& question) {
-  if (yes) return;
-  const std::optional<bool> answer = Ask(question);
-  if (!answer) throw HostError(question + L" Nobody can be asked here: --yes agrees. Nothing was changed.");
-  if (!*answer) throw HostError(L"Nothing was changed.");
 }
 
 void BeQuiet() noexcept {

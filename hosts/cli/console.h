@@ -8,7 +8,6 @@
 #include "infra/runtime/handle.h"
 
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,12 +48,6 @@ class OutputFile {
 void WriteOutput(std::wstring_view text);
 // Whether an output has found its pipe closed: what only prints may end then.
 bool IsOutputClosed() noexcept;
-
-// Asks the question on the console and answers whether the user typed "y" or "yes"; none when nobody can be
-// asked, because standard input or standard error is no console.
-std::optional<bool> Ask(std::wstring_view question);
-// Raises HostError unless the user agrees: by --yes, or asked on the console.
-void RequireConsent(bool yes, const std::wstring& question);
 
 // Keeps messages away that tell of no failure, from now on.
 void BeQuiet() noexcept;

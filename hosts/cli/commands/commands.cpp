@@ -39,7 +39,7 @@ constexpr Command kCommands[] = {
     {"checkpoints show", "Show one of them with its parts", kNeedsId | kTakesJson | kTakesOutput,
      RunShowCheckpoint},
     {"checkpoints prune", "Forget some of them: they cannot be undone any more",
-     kTakesIds | kTakesPruning | kTakesYes, RunPruneCheckpoints},
+     kTakesIds | kTakesPruning | kTakesYes | kTakesDryRun, RunPruneCheckpoints},
     {"undo", "Take a checkpoint back, the newest one without ID", kTakesId | kTakesUndoMode | kTakesOnly,
      RunUndo},
     {"redo", "Make an undone checkpoint's changes again, the last undo's without ID",

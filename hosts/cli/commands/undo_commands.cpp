@@ -1,5 +1,6 @@
 #include "hosts/cli/commands/undo_commands.h"
 
+#include "hosts/cli/consent.h"
 #include "hosts/cli/record_output.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/iso_time.h"
@@ -127,37 +128,41 @@ std::uint64_t TicksOf(const FILETIME& time) noexcept {
   return static_cast<std::uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
 }
 
-// Those that --keep and --days mean. An undo goes with what it undid, and what is at work stays.
-std::vector<std::uint32_t> FindUnwanted(const std::vector<CheckpointRecord>& all,
-                                        const Arguments& arguments) {
+// Those that the IDs, or --keep and --days, mean, the newest first. An undo goes with what it undid, and what
+// is at work stays.
+std::vector<CheckpointRecord> FindUnwanted(const Journal& journal, const Arguments& arguments) {
+  std::vector<CheckpointRecord> unwanted;
+  for (const std::uint32_t id : arguments.ids) unwanted.push_back(FindCheckpoint(journal, id));
+  if (!unwanted.empty()) return unwanted;
   FILETIME now;
   GetSystemTimeAsFileTime(&now);
   const std::uint64_t oldest = TicksOf(now) - arguments.days.value_or(0) * kTicksPerDay;
-  std::vector<std::uint32_t> ids;
+  std::vector<CheckpointRecord> all = journal.Checkpoints();
   std::size_t kept = 0;
   for (auto each = all.rbegin(); each != all.rend(); ++each) {
     const CheckpointInfo& info = each->info;
     if (info.undoes != 0 || info.state == CheckpointState::kOpen) continue;
     const bool isOld = !arguments.days || TicksOf(info.time) < oldest;
-    if (++kept > arguments.keep.value_or(0) && isOld) ids.push_back(info.id);
+    if (++kept > arguments.keep.value_or(0) && isOld) unwanted.push_back(std::move(*each));
   }
-  return ids;
+  return unwanted;
 }
 
 }  // namespace
 
 void RunPruneCheckpoints(const Arguments& arguments) {
+  const bool isChosen = !arguments.ids.empty();
+  if (!isChosen && !arguments.keep && !arguments.days)
+    throw UsageError(L"An ID, --keep or --days is required.");
   const Journal journal;
-  std::vector<std::uint32_t> ids = arguments.ids;
-  if (ids.empty()) {
-    if (!arguments.keep && !arguments.days) throw UsageError(L"An ID, --keep or --days is required.");
-    ids = FindUnwanted(journal.Checkpoints(), arguments);
-    if (ids.empty()) return WriteMessage(L"There is nothing to forget.");
-    RequireConsent(arguments.yes, L"Forget " + std::to_wstring(ids.size()) +
-                                      L" checkpoints, so that nothing can undo them?");
-  }
+  const std::vector<CheckpointRecord> unwanted = FindUnwanted(journal, arguments);
+  if (unwanted.empty()) return WriteMessage(L"There is nothing to forget.");
+  if (arguments.dryRun) return WriteOutput(CheckpointTable(unwanted, L"ID", OutputStyle()));
+  const std::wstring count = std::to_wstring(unwanted.size());
+  RequireConsent(L"Nothing can undo " + count + L" checkpoints then", isChosen || arguments.yes);
   std::vector<std::wstring> failures;
-  for (const std::uint32_t id : ids) {
+  for (const CheckpointRecord& each : unwanted) {
+    const std::uint32_t id = each.info.id;
     UndoRecord record;
     record.result = journal.Forget(id);
     if (SUCCEEDED(record.result)) continue;
@@ -166,9 +171,12 @@ void RunPruneCheckpoints(const Arguments& arguments) {
         L"checkpoint " + std::to_wstring(id) + L": " +
         (isUndo ? L"it undoes one that is still there; forget that one." : UndoFailureText(record, L"undo")));
   }
-  const std::wstring forgot = L"Forgot " + std::to_wstring(ids.size() - failures.size()) + L" of " +
-                              std::to_wstring(ids.size()) + L" checkpoints.";
-  if (!failures.empty()) throw HostError(forgot, failures);
+  const std::wstring forgot =
+      L"Forgot " + std::to_wstring(unwanted.size() - failures.size()) + L" of " + count + L" checkpoints.";
+  if (!failures.empty()) {
+    throw HostError(forgot, failures,
+                    failures.size() == unwanted.size() ? ExitCode::kFailed : ExitCode::kPartly);
+  }
   WriteMessage(forgot);
 }
 

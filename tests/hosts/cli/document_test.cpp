@@ -52,16 +52,17 @@ TEST_F(StartupctlTest, JsonIsAsItsSchemaSays) {
   UseCheckpoints(true);
   Run({L"delete", L"ctl gone"});
   Run({L"undo"});
-  const std::vector<std::vector<std::wstring>> commands = {{L"list", L"--all"},
-                                                           {L"show", L"ctl schema"},
-                                                           {L"clients", L"--add", Program()},
-                                                           {L"disable", L"ctl schema", L"--dry-run"},
-                                                           {L"disable", L"ctl schema"},
-                                                           {L"locations"},
-                                                           {L"checkpoints"}};
+  const std::vector<std::vector<std::wstring>> commands = {
+      {L"list", L"--all"},
+      {L"show", L"ctl schema"},
+      {L"clients", L"--add", Program()},
+      {L"locations"},
+      {L"checkpoints"},
+      {L"disable", L"ctl *", L"--dry-run"},
+      {L"disable", L"ctl schema"},
+      {L"add", L"--location", L"UserRun", L"--name", L"ctl new", L"--command", Command(L"/y")}};
   for (std::vector<std::wstring> command : commands) {
-    const bool isBelow = command.size() == 3 && command[1] == L"show";
-    const std::string definition = ToUtf8(command[0]) + (isBelow ? " show" : "");
+    const std::string definition = ToUtf8(command[0]);
     command.push_back(L"--json");
     const Json output = Json::parse(Run(command).output);
     EXPECT_FALSE(output.empty()) << definition;

@@ -153,6 +153,8 @@ TEST_F(StartupctlUndo, PartsAreShownTakenBackAndForgotten) {
 
   Run({L"checkpoints", L"prune"}, 2);
   Run({L"checkpoints", L"prune", L"--keep", L"0"}, 1);  // nobody can be asked
+  EXPECT_NE(Run({L"checkpoints", L"prune", L"--keep", L"0", L"--dry-run"}).output.find("Adding entries"),
+            std::string::npos);
   Run({L"checkpoints", L"prune", L"--keep", L"1", L"--yes"});
   Run({L"checkpoints", L"prune", L"--days", L"1", L"--yes"});
   EXPECT_EQ(details()["state"], "undone");
