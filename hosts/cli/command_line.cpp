@@ -19,6 +19,10 @@ std::wstring Widened(std::string_view ascii) {
   return {ascii.begin(), ascii.end()};
 }
 
+std::vector<const CLI::App*> AllBelow(const CLI::App& parser) {
+  return parser.get_subcommands([](const CLI::App*) { return true; });
+}
+
 // The parser of every command, and what they fill.
 class Parsers {
  public:
@@ -36,9 +40,11 @@ class Parsers {
       CLI::App* const parser =
           above->add_subcommand(std::string(command.name.substr(blank + 1)), std::string(command.help));
       if (command.options & kHidden) parser->group("");
-      if (command.run == nullptr) parser->require_subcommand(1);
       DeclareOptions(*parser, command.options, values_);
       parsers_.emplace_back(&command, parser);
+    }
+    for (const auto& [command, parser] : parsers_) {
+      if (command->run == nullptr && !AllBelow(*parser).empty()) parser->require_subcommand(1);
     }
   }
 
@@ -61,7 +67,7 @@ class Parsers {
 
 std::vector<std::wstring> NamesBelow(const CLI::App& parser) {
   std::vector<std::wstring> names;
-  for (const CLI::App* const each : parser.get_subcommands([](const CLI::App*) { return true; })) {
+  for (const CLI::App* const each : AllBelow(parser)) {
     if (!each->get_group().empty()) names.push_back(Widened(each->get_name()));
   }
   return names;
@@ -94,6 +100,25 @@ HostError FaultOf(const CLI::App& parser, const CLI::ParseError& error) {
       DidYouMean(argument, argument.starts_with(L'-') ? OptionNames(parser) : NamesBelow(parser)));
 }
 
+std::vector<CommandSyntax> SyntaxesOf(Parsers& parsers) {
+  std::vector<CommandSyntax> syntaxes;
+  const auto add = [&syntaxes](std::string_view name, const CLI::App& parser) {
+    CommandSyntax& syntax =
+        syntaxes.emplace_back(CommandSyntax{std::string(name), parser.get_description(), {}});
+    for (const CLI::Option* const option : parser.get_options()) {
+      if (option->get_lnames().empty()) continue;
+      syntax.options.push_back(
+          {"--" + option->get_lnames().front(), option->get_description(),
+           option->get_items_expected_max() == 0 ? std::string() : option->get_type_name()});
+    }
+  };
+  add({}, parsers.Top());
+  for (const auto& [command, parser] : parsers.All()) {
+    if (!(command->options & kHidden)) add(command->name, *parser);
+  }
+  return syntaxes;
+}
+
 std::variant<Invocation, std::wstring> Parse(Parsers& parsers, std::span<const std::wstring> arguments) {
   try {
     RefuseUnknownCommand(arguments, parsers.Top());
@@ -109,6 +134,7 @@ std::variant<Invocation, std::wstring> Parse(Parsers& parsers, std::span<const s
   const auto* const reached = parsers.Reached();
   if (reached == nullptr) throw UsageError(L"No command was given.");
   const auto& [command, parser] = *reached;
+  if (command->run == nullptr) return PowerShellCompletion(SyntaxesOf(parsers));
   return Invocation{command, TakeArguments(parsers.Values(), *parser, command->options)};
 }
 
@@ -136,22 +162,7 @@ HostError WithHelpHint(HostError error, std::string_view command) {
 
 std::vector<CommandSyntax> CommandSyntaxes() {
   Parsers parsers;
-  std::vector<CommandSyntax> syntaxes;
-  const auto add = [&syntaxes](std::string_view name, const CLI::App& parser) {
-    CommandSyntax& syntax =
-        syntaxes.emplace_back(CommandSyntax{std::string(name), parser.get_description(), {}});
-    for (const CLI::Option* const option : parser.get_options()) {
-      if (option->get_lnames().empty()) continue;
-      syntax.options.push_back(
-          {"--" + option->get_lnames().front(), option->get_description(),
-           option->get_items_expected_max() == 0 ? std::string() : option->get_type_name()});
-    }
-  };
-  add({}, parsers.Top());
-  for (const auto& [command, parser] : parsers.All()) {
-    if (!(command->options & kHidden)) add(command->name, *parser);
-  }
-  return syntaxes;
+  return SyntaxesOf(parsers);
 }
 
 }  // namespace smh

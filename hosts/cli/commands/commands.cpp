@@ -54,8 +54,7 @@ constexpr Command kCommands[] = {
     {"dsc schema", "Print the JSON schema of an entry's state", kTakesOutput, RunDscSchema},
     {"log", "Print the path of the library's log file", 0, RunLog},
     {"completion", "Print a script that completes commands and options in a shell", 0, nullptr},
-    {"completion powershell", "For PowerShell, to be put into the profile", kTakesOutput,
-     RunPowerShellCompletion},
+    {"completion powershell", "For PowerShell, to be put into the profile", 0, nullptr},
     {"help", "Show the syntax of a command", 0, nullptr},
     {"windows", "Print the application windows of the desktop", kHidden, RunWindows},
 };

@@ -52,8 +52,8 @@ struct Command {
   std::string_view help;
   std::uint64_t options;  // bits of CommandOption
   // Does the whole command on the calling thread and blocks until it is done; the result is on standard
-  // output. Raises HostError when it fails. Null for one that only has others below it,
-  // and for help, which the parser answers.
+  // output. Raises HostError when it fails. Null for one that only has others below it, and
+  // for those that the parser answers: help and the scripts for completion.
   void (*run)(const Arguments& arguments);
 };
 

@@ -1,8 +1,6 @@
 #include "hosts/cli/commands/system_commands.h"
 
 #include "core/contracts/intf_general.h"
-#include "hosts/cli/command_line.h"
-#include "hosts/cli/completion.h"
 #include "hosts/cli/record_output.h"
 #include "hosts/common/client_record.h"
 #include "hosts/common/host_error.h"
@@ -136,10 +134,6 @@ void RunLog(const Arguments&) {
   const auto product = TakeText([&](BoundaryText* text) { return globals.GetProductName(text); });
   const std::wstring folder = RequireText(base) + RequireText(vendor) + RequireText(product);
   WriteOutput(Printable(folder + L"Logs\\StartupManager.log") + L"\n");
-}
-
-void RunPowerShellCompletion(const Arguments&) {
-  WriteOutput(PowerShellCompletion(CommandSyntaxes()));
 }
 
 void RunWindows(const Arguments&) {

@@ -23,9 +23,6 @@ void RunResolve(const Arguments& arguments);
 // log: the path of the library's log file, which need not exist yet. Loads the helper library only.
 void RunLog(const Arguments& arguments);
 
-// completion powershell: a script that completes this program's commands and options. Loads no library.
-void RunPowerShellCompletion(const Arguments& arguments);
-
 // windows: the application windows of the desktop, as a table. Loads no library.
 void RunWindows(const Arguments& arguments);
 

@@ -278,7 +278,9 @@ std::uint32_t LastUndo(const Journal& journal) {
         all, [id](const CheckpointRecord& each) { return each.info.id == id && each.info.undoes != 0; });
   };
   const auto last = std::find_if(all.rbegin(), all.rend(), [&isUndo](const CheckpointRecord& each) {
-    return each.info.undoes != 0 && each.info.state == CheckpointState::kDone && !isUndo(each.info.undoes);
+    const bool stands =
+        each.info.state == CheckpointState::kDone || each.info.state == CheckpointState::kPartlyDone;
+    return each.info.undoes != 0 && stands && !isUndo(each.info.undoes);
   });
   if (last != all.rend()) return last->info.id;
   throw HostError(L"Nothing was undone that could be made again.");
