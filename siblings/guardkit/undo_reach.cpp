@@ -137,12 +137,15 @@ const UndoReach::Folders& UndoReach::ShellFolders() const {
   for (const auto& [startup, data] : kBases) {
     const std::wstring startupFolder = ShellFolder(startup);
     if (!startupFolder.empty()) {
-      folders.single.push_back(WithTrailingBackslash(startupFolder));
-      folders.single.push_back(folders.single.back() + std::wstring(kDisabledInStartup));
+      std::wstring folder = WithTrailingBackslash(startupFolder);
+      folders.single.push_back(folder);
+      folder.append(kDisabledInStartup);
+      folders.single.push_back(std::move(folder));
     }
-    const std::wstring dataFolder = ShellFolder(data);
-    if (dataFolder.empty()) continue;
-    folders.single.push_back(WithTrailingBackslash(dataFolder) + std::wstring(kDisabledByOthers));
+    std::wstring dataFolder = WithTrailingBackslash(ShellFolder(data));
+    if (dataFolder.size() <= 1) continue;
+    dataFolder.append(kDisabledByOthers);
+    folders.single.push_back(std::move(dataFolder));
     folders.own.push_back(ProductFolder(data));
   }
   folders_ = std::move(folders);
