@@ -91,7 +91,7 @@ ReadJournalFile ReadJournal(const JournalFolder& folder, const JournalName& name
   const ScopedHandle file = OpenFile(folder.File(name.FileName()), GENERIC_READ, kSharing);
   if (!file) {
     const DWORD error = GetLastError();
-    return {error == ERROR_FILE_NOT_FOUND ? JournalRead::kGone : JournalRead::kUnreadable};
+    return {error == ERROR_FILE_NOT_FOUND ? JournalRead::kGone : JournalRead::kHeld};
   }
   try {
     const std::vector<std::byte> bytes = ReadOpenFile(file.Get(), kLargestJournal);
@@ -99,8 +99,16 @@ ReadJournalFile ReadJournal(const JournalFolder& folder, const JournalName& name
     std::optional<JournalContents> contents = DecodeJournal(bytes);
     if (!contents || contents->header.id != name.id) return {};
     return {JournalRead::kRead, *std::move(contents)};
-  } catch (const EOSError&) {
-    return {};
+  } catch (const EOSError& error) {
+    return {error.Code() == ERROR_FILE_TOO_LARGE ? JournalRead::kUnreadable : JournalRead::kHeld};
+  }
+}
+
+bool IsLeftBehind(const JournalFolder& folder, const JournalName& name) noexcept {
+  try {
+    return static_cast<bool>(OpenFile(folder.File(name.FileName()), GENERIC_WRITE, kSharing));
+  } catch (...) {
+    return false;
   }
 }
 

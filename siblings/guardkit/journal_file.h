@@ -32,15 +32,22 @@ struct JournalName {
 std::vector<JournalName> ListJournals(const JournalFolder& folder);
 
 // What can be told of a file that holds no journal.
-enum class JournalRead { kRead, kGone, kBlank, kUnreadable };
+enum class JournalRead {
+  kRead,
+  kGone,
+  kBlank,       // no bytes, or zeros
+  kHeld,        // by another program, or from us: it may be readable another time
+  kUnreadable,  // a folder, what is too large, damaged in its header, or another action's
+};
 struct ReadJournalFile {
   JournalRead result = JournalRead::kUnreadable;
   JournalContents contents = {};
 };
-// Unreadable are also a folder, what is too large, held by another program or another action's. What stands
-// behind a torn record is left out. Needs no lock: a file that is being written is read as far as it got.
-// Raises std::bad_alloc alone.
+// What stands behind a torn record is left out. Needs no lock: a file that is being written is read as far as
+// it got. Raises std::bad_alloc alone.
 ReadJournalFile ReadJournal(const JournalFolder& folder, const JournalName& name);
+// Whether nobody has an unfinished file open to write, nor keeps others from that: its owner is dead then.
+bool IsLeftBehind(const JournalFolder& folder, const JournalName& name) noexcept;
 // Whether the process that began an unfinished file still has it open to write: neither death nor the end of
 // its thread leaves it so. Another program that holds the file of a dead one is not taken for it.
 bool OwnerLives(const JournalFolder& folder, const CheckpointHeader& header) noexcept;

@@ -52,8 +52,10 @@ ReadJournalFile ReadLatest(const JournalFolder& folder, JournalName& name) {
 IndexedFile LoadFile(const JournalFolder& folder, const JournalName& name, const UndoReach& reach) {
   IndexedFile file{.name = name};
   if (name.isFolder) return file;
+  const bool isDead = !name.closed && IsLeftBehind(folder, name);
   ReadJournalFile read = ReadLatest(folder, file.name);
-  if (read.result == JournalRead::kRead && read.contents.end == JournalEnd::kNone && !file.name.closed) {
+  const bool hasNoEnd = read.result == JournalRead::kRead && read.contents.end == JournalEnd::kNone;
+  if (hasNoEnd && !isDead && !file.name.closed) {
     file.isOpen = OwnerLives(folder, read.contents.header);
     // He may have finished it since it was read.
     if (!file.isOpen) read = ReadLatest(folder, file.name);
@@ -113,6 +115,7 @@ IndexedAction Assemble(const std::vector<const IndexedFile*>& files) {
   for (const IndexedFile* const file : files) {
     action.files.push_back(file->name);
     isOpen = isOpen || file->isOpen;
+    action.isHeld = action.isHeld || file->result == JournalRead::kHeld;
     const std::vector<JournalPart>& parts = file->contents.parts;
     for (std::size_t i = 0; i < parts.size(); ++i) {
       IndexedPart& part =
@@ -131,13 +134,10 @@ IndexedAction Assemble(const std::vector<const IndexedFile*>& files) {
   return action;
 }
 
-// `only` chooses by name.
-template <typename Filter>
-std::vector<IndexedAction> Load(const JournalFolder& folder, Filter&& only) {
+std::vector<IndexedAction> Load(const JournalFolder& folder, const std::vector<JournalName>& names) {
   std::vector<IndexedFile> files;
   const UndoReach reach(CurrentUserSid());
-  for (const JournalName& name : ListJournals(folder)) {
-    if (!only(name)) continue;
+  for (const JournalName& name : names) {
     IndexedFile file = LoadFile(folder, name, reach);
     if (file.result != JournalRead::kGone && file.result != JournalRead::kBlank)
       files.push_back(std::move(file));
@@ -210,26 +210,17 @@ bool IsInterrupted(const IndexedAction& action) noexcept {
   return action.state == CheckpointState::kInterrupted;
 }
 
-bool IsOpenName(const JournalName& name) noexcept {
-  return !name.closed;
-}
+// Longer ones hold more than a header.
+constexpr std::uint64_t kLongestBeginning = 256u << 10;
 
-// Nobody writes to it any more.
-bool IsLeftBehind(const std::wstring& path) noexcept {
-  return static_cast<bool>(ScopedHandle(CreateFileW(path.c_str(), GENERIC_WRITE,
-                                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)));
-}
-
-void RemoveEmpty(const JournalFolder& folder) {
-  for (const JournalName& name : ListJournals(folder)) {
-    if (name.closed || name.isFolder) continue;
+void RemoveEmpty(const JournalFolder& folder, const std::vector<JournalName>& names) {
+  for (const JournalName& name : names) {
+    if (name.size > kLongestBeginning) continue;
     const ReadJournalFile read = ReadJournal(folder, name);
     const bool isEmpty = read.result == JournalRead::kBlank ||
                          (read.result == JournalRead::kRead && read.contents.version == 3 &&
                           read.contents.whole && read.contents.parts.empty());
-    const std::wstring path = folder.File(name.FileName());
-    if (isEmpty && IsLeftBehind(path)) DeleteFileW(path.c_str());
+    if (isEmpty) DeleteFileW(folder.File(name.FileName()).c_str());
   }
 }
 
@@ -247,14 +238,16 @@ CheckpointState IndexedAction::StateOfPart(const IndexedPart& part) const noexce
 }
 
 std::vector<IndexedAction> IndexJournal(const JournalFolder& folder) {
-  std::vector<IndexedAction> index = Load(folder, [](const JournalName&) { return true; });
+  std::vector<IndexedAction> index = Load(folder, ListJournals(folder));
   JoinUndos(index);
   SetStates(index);
   return index;
 }
 
 std::vector<IndexedAction> IndexInterrupted(const JournalFolder& folder) {
-  std::vector<IndexedAction> index = Load(folder, IsOpenName);
+  std::vector<JournalName> names = ListJournals(folder);
+  std::erase_if(names, [](const JournalName& name) { return name.closed; });
+  std::vector<IndexedAction> index = Load(folder, names);
   SetStates(index);
   if (std::ranges::none_of(index, IsInterrupted)) return {};
   // Others may have undone it, or hold another part of it.
@@ -276,12 +269,16 @@ std::vector<RecordedStep> ReadSteps(const JournalFolder& folder, const IndexedAc
 
 void CloseFailed(const JournalFolder& folder) noexcept {
   try {
-    RemoveEmpty(folder);
-    for (const IndexedAction& action : Load(folder, IsOpenName)) {
+    std::vector<JournalName> left = ListJournals(folder);
+    // Not those of others that live: theirs are read by nobody here, however long they are.
+    std::erase_if(left, [&](const JournalName& name) {
+      return name.closed || name.isFolder || !IsLeftBehind(folder, name);
+    });
+    RemoveEmpty(folder, left);
+    for (const IndexedAction& action : Load(folder, left)) {
       const bool isOrphan = action.header.continues != 0;
-      if (action.state != CheckpointState::kDone || isOrphan ||
-          StateOf(action) == CheckpointState::kInterrupted)
-        continue;
+      const bool isSettled = action.state == CheckpointState::kDone && !isOrphan;
+      if (!isSettled || StateOf(action) == CheckpointState::kInterrupted) continue;
       for (const JournalName& name : action.files) CloseJournal(folder, name);
     }
   } catch (...) {

@@ -41,6 +41,8 @@ struct IndexedAction {
   std::vector<ContentHash> kept;
   JournalEnd end = JournalEnd::kNone;
   CheckpointState state = CheckpointState::kDone;
+  // Damaged for now only: somebody keeps a file of it from being read.
+  bool isHeld = false;
 
   std::uint32_t Id() const noexcept { return files.front().id; }
   bool IsReadable() const noexcept { return header.id != 0; }

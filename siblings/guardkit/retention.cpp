@@ -56,6 +56,7 @@ class KeptActions {
       size_ += SizeOf(action.files);
       for (const ContentHash& hash : action.kept) ++uses_[hash];
       isComplete_ = isComplete_ && action.state != CheckpointState::kDamaged;
+      isHeld_ = isHeld_ || action.isHeld;
     }
     for (const auto& [hash, size] : blobs_) {
       if (uses_.contains(hash)) size_ += size;
@@ -105,6 +106,8 @@ class KeptActions {
   // Removes what only dropped ones needed. What belongs to nobody goes too, unless there is a damaged one
   // whose it may be.
   void RemoveUnused(const BlobStore& blobs) const {
+    // It may need any of them.
+    if (isHeld_) return;
     for (const ContentHash& hash : unused_) {
       if (!uses_.contains(hash)) blobs.Remove(hash);
     }
@@ -121,6 +124,7 @@ class KeptActions {
   std::vector<ContentHash> unused_;
   std::uint64_t size_ = 0;
   bool isComplete_ = true;
+  bool isHeld_ = false;
 };
 
 bool IsTooOld(const std::vector<JournalName>& files, std::uint32_t days) {
