@@ -95,7 +95,8 @@ TEST_F(StartupctlTest, AnotherTwinIsShownWithItsCommand) {
 
 TEST_F(StartupctlTest, CsvHasAMarkInAFileOnlyAndColumnsOnRequest) {
   SetRun(HKEY_CURRENT_USER, L"ctl a\nb", Command(L"x"));
-  const std::vector<std::wstring> arguments = {L"list", L"--csv", L"--columns", L"caption,enabled"};
+  const std::vector<std::wstring> arguments = {L"list",  L"--location", L"UserRun",
+                                               L"--csv", L"--columns",  L"caption,enabled"};
   const std::string expected = "caption,enabled\r\nctl a\\u{a}b,true\r\n";
   EXPECT_EQ(Run(arguments).output, expected);
   const std::wstring file = Folder().File(L"list.csv");
