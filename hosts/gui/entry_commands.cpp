@@ -14,6 +14,10 @@ std::wstring NamesOf(const std::vector<ItemRecord>& items) {
   return std::to_wstring(items.size()) + L" entries";
 }
 
+std::wstring Doing(Verb verb, const std::vector<ItemRecord>& items) {
+  return std::wstring(OperationOf(verb).doing).append(L" ").append(NamesOf(items));
+}
+
 }  // namespace
 
 // Entries of this account, when somebody else is logged on, are seldom the ones that are meant.
@@ -25,8 +29,32 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
                              frame_.account.sessionUser + L", who is logged on. Change them?");
 }
 
+// One small change is not worth the look at the journal.
 void EntryCommands::Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
   if (items.empty()) return;
+  if (items.size() == 1 && verb != Verb::kDelete) return Begin(std::move(items), verb, std::move(order));
+  frame_.worker.Ask(
+      [items, verb, order](LibrarySession& session) { return session.Forecast(items, verb, order); },
+      [this, items, verb, order](const UndoForecast& forecast) {
+        if (MayBegin(items, verb, forecast)) Begin(items, verb, order);
+      });
+}
+
+bool EntryCommands::MayBegin(const std::vector<ItemRecord>& items, Verb verb,
+                             const UndoForecast& forecast) const {
+  // Another question is open: the key was pressed twice.
+  if (!IsWindowEnabled(frame_.window)) return false;
+  if (verb == Verb::kDelete) {
+    return Confirm(frame_, L"Delete " + NamesOf(items) + L"?\n\n" + DeletionText(forecast) +
+                               L" Disabling stops the program just as well.");
+  }
+  const std::wstring loss = LossText(forecast);
+  if (loss.empty()) return true;
+  return Confirm(frame_, Doing(verb, items) + L"\n\n" + loss + L" Go on?");
+}
+
+void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
+  if (items.size() > 1) frame_.say(Doing(verb, items) + L"\u2026");
   frame_.worker.Ask([items = std::move(items), verb, order = std::move(order)](
                         LibrarySession& session) { return session.Change(items, verb, order); },
                     [this, verb](const OperationReport& report) {
@@ -46,13 +74,7 @@ void EntryCommands::Switch(bool enable, std::vector<ItemRecord> items) const {
 }
 
 void EntryCommands::Delete(std::vector<ItemRecord> items) const {
-  if (!MayChange(items)) return;
-  if (!Confirm(frame_, L"Delete " + NamesOf(items) +
-                           L"?\n\nUndo brings back what was deleted. Disabling stops the "
-                           L"program just as well.")) {
-    return;
-  }
-  Apply(std::move(items), Verb::kDelete);
+  if (MayChange(items)) Apply(std::move(items), Verb::kDelete);
 }
 
 void EntryCommands::Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const {

@@ -11,10 +11,11 @@
 
 namespace smh {
 
-// Works on copies of entries that the view picked, one at least, and knows nothing of its list. A command
-// returns when the user has been asked; what the worker answers comes later and is told through the frame.
-// Before entries of this account are changed while somebody else is logged on, the user is asked whether they
-// are meant.
+// Works on copies of entries that the view picked, one at least, and knows nothing of its list. What the
+// worker answers comes after a command has returned, questions and dialogs that need to know something among
+// it, and is told through the frame. Before entries of this account are changed while somebody else is logged
+// on, the user is asked whether they are meant; before several are changed and older changes can no longer be
+// undone after that, whether to go on.
 class EntryCommands {
  public:
   // `frame` outlives the object, which lives as long as the main window: answers refer to it.
@@ -22,7 +23,7 @@ class EntryCommands {
 
   // Enables or disables them.
   void Switch(bool enable, std::vector<ItemRecord> items) const;
-  // Asks first.
+  // Asks first, and says what undo will do.
   void Delete(std::vector<ItemRecord> items) const;
   // Offers the locations that take all of them.
   void Move(const std::vector<ItemRecord>& items) const;
@@ -44,6 +45,8 @@ class EntryCommands {
  private:
   bool MayChange(const std::vector<ItemRecord>& items) const;
   void Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order = {}) const;
+  void Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const;
+  bool MayBegin(const std::vector<ItemRecord>& items, Verb verb, const UndoForecast& forecast) const;
   void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;
   void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const;
 

@@ -5,6 +5,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
 #include "hosts/common/json_output.h"
+#include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/scoped_com.h"
@@ -125,9 +126,10 @@ ProgramNews LibrarySession::ReadPrograms() {
 
 OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
   OperationReport report;
+  for (EntryChange& change : changes) change.outcome = AskFirst(library_, change);
   const ActionScope action(journal_, TitleOf(changes));
   for (EntryChange& change : changes) {
-    const Outcome& outcome = MakeChange(library_, change);
+    const Outcome& outcome = change.outcome ? *change.outcome : MakeChange(library_, change);
     if (!outcome.IsGood()) {
       report.failures.push_back(CaptionText(change.before) + L": " + outcome.text);
       continue;
@@ -146,6 +148,14 @@ OperationReport LibrarySession::Change(std::span<const ItemRecord> items, Verb v
     changes.push_back({.verb = verb, .order = order, .before = items[i], .listed = std::move(found[i])});
   }
   return Run(changes);
+}
+
+UndoForecast LibrarySession::Forecast(std::span<const ItemRecord> items, Verb verb,
+                                      const ChangeOrder& order) const {
+  if (!UsesCheckpoints()) return {.isRecorded = false, .dropped = {}};
+  std::uint64_t bytes = 0;
+  for (const ItemRecord& item : items) bytes += RecordedBytes({.verb = verb, .order = order, .before = item});
+  return {.dropped = journal_.WouldDrop(bytes)};
 }
 
 OperationReport LibrarySession::Add(std::int32_t location, const std::wstring& name,

@@ -9,6 +9,7 @@
 #include "hosts/common/library.h"
 #include "hosts/common/operations.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/undo_forecast.h"
 
 #include <atomic>
 #include <functional>
@@ -69,6 +70,8 @@ class LibrarySession {
 
   // Changes every entry: the failure of one is a line of the report. Together they are one action for undo.
   OperationReport Change(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
+  // What becomes of undo with such a change. Changes nothing.
+  UndoForecast Forecast(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
   // Adds an entry, as a change of its own.
   OperationReport Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
   // Executes them or shows their places, as OpenOne does.

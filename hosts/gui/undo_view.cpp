@@ -1,12 +1,11 @@
 #include "hosts/gui/undo_view.h"
 
+#include "hosts/common/host_error.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "infra/runtime/text.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace smh {
 
@@ -14,44 +13,65 @@ namespace {
 
 constexpr std::size_t kMostSteps = 8;
 
-// By CheckpointState.
-constexpr const wchar_t* kStates[] = {L"At work", L"Done",        L"Interrupted", L"Undone",
-                                      L"Failed",  L"Partly done", L"Damaged",     L"Dropped"};
-
-std::wstring StateText(CheckpointState state) {
-  const auto index = static_cast<std::size_t>(state);
-  return index < std::size(kStates) ? kStates[index] : L"";
-}
-
-struct CheckpointColumn {
+struct HistoryColumn {
   const wchar_t* title;
   int width;
-  std::wstring (*text)(const CheckpointRecord& checkpoint);
+  std::wstring (*text)(const HistoryRows& rows, std::size_t row);
 };
-constexpr CheckpointColumn kColumns[] = {
-    {L"Change", 420, [](const CheckpointRecord& checkpoint) { return Printable(checkpoint.title); }},
-    {L"State", 100, [](const CheckpointRecord& checkpoint) { return StateText(checkpoint.info.state); }},
-    {L"Time", 170,
-     [](const CheckpointRecord& checkpoint) {
-       std::wstring time = IsoTimeOf(checkpoint.info.time);
+constexpr HistoryColumn kColumns[] = {
+    {L"Change", 380, [](const HistoryRows& rows, std::size_t row) { return rows.Title(row); }},
+    {L"State", 230,
+     [](const HistoryRows& rows, std::size_t row) { return HistoryStateText(rows.Shown()[row].Record()); }},
+    {L"Time", 150,
+     [](const HistoryRows& rows, std::size_t row) {
+       std::wstring time = IsoTimeOf(rows.Shown()[row].Record().info.time);
        std::replace(time.begin(), time.end(), L'T', L' ');
        return time;
      }},
 };
 
-bool IsChange(const CheckpointRecord& checkpoint) noexcept {
-  return checkpoint.info.undoes == 0;
+HistorySnapshot ReadHistory(const Journal& journal, const std::vector<std::uint32_t>& opened) {
+  HistorySnapshot snapshot{.actions = journal.Checkpoints(), .parts = {}};
+  for (const std::uint32_t id : opened) {
+    try {
+      snapshot.parts.emplace(id, journal.Parts(id));
+    } catch (const HostError&) {
+      // It was dropped meanwhile: its row says so, or there is none.
+    }
+  }
+  return snapshot;
 }
-// Whether the next undo may mean it.
-bool IsLeftToUndo(const CheckpointRecord& checkpoint) noexcept {
-  const CheckpointState state = checkpoint.info.state;
-  return IsChange(checkpoint) && (state == CheckpointState::kDone || state == CheckpointState::kInterrupted ||
-                                  state == CheckpointState::kPartlyDone);
+
+// The parts of an undo that took those of `target` back and stand.
+std::vector<std::uint32_t> PartsToRedo(const Journal& journal, std::uint32_t undo,
+                                       const HistoryTarget& target) {
+  std::vector<std::uint32_t> numbers;
+  for (const CheckpointRecord& part : journal.Parts(undo)) {
+    const bool isWanted = std::ranges::binary_search(target.parts, part.info.undoes);
+    if (isWanted && part.info.state == CheckpointState::kDone) numbers.push_back(part.info.id);
+  }
+  return numbers;
 }
-// When it is chosen: something may be left of one that failed.
-bool CanBeUndone(const CheckpointRecord& checkpoint) noexcept {
-  return IsLeftToUndo(checkpoint) ||
-         (IsChange(checkpoint) && checkpoint.info.state == CheckpointState::kFailed);
+
+UndoRecord UndoTarget(const Journal& journal, const HistoryTarget& target, UndoMode mode) {
+  return target.parts.empty() ? journal.Undo(target.action, mode)
+                              : journal.UndoParts(target.action, target.parts, mode);
+}
+
+// They may have been taken back by several undos: the newest first, until one is refused.
+UndoRecord RedoParts(const Journal& journal, const HistoryTarget& target, UndoMode mode) {
+  UndoRecord record;
+  record.result = IJournal::kWrongState;
+  const std::vector<CheckpointRecord> all = journal.Checkpoints();
+  for (auto undo = all.rbegin(); undo != all.rend(); ++undo) {
+    const CheckpointState state = undo->info.state;
+    if (undo->info.undoes != target.action || state == CheckpointState::kDropped) continue;
+    const std::vector<std::uint32_t> numbers = PartsToRedo(journal, undo->info.id, target);
+    if (numbers.empty()) continue;
+    record = journal.UndoParts(undo->info.id, numbers, mode);
+    if (FAILED(record.result)) break;
+  }
+  return record;
 }
 
 // What is as expected needs no word.
@@ -75,17 +95,26 @@ std::wstring Conflicts(const UndoRecord& record) {
 }  // namespace
 
 UndoView::UndoView(HWND parent, const Frame& frame) : frame_(frame) {
+  Create(parent);
+}
+
+void UndoView::Create(HWND parent) {
   ListSource source;
-  source.text = [this](std::size_t row, std::size_t column) { return kColumns[column].text(shown_[row]); };
+  source.text = [this](std::size_t row, std::size_t column) { return kColumns[column].text(rows_, row); };
   source.color = [this](std::size_t row) {
-    return GetSysColor(IsLeftToUndo(shown_[row]) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    return GetSysColor(CanBeUndone(rows_.Shown()[row]) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
   };
   source.onSelect = [this] {
     ShowSteps();
     frame_.onChange();
   };
+  source.onActivate = [this] {
+    const std::size_t row = list_.Focused();
+    if (row < rows_.Shown().size()) Fold(row, !rows_.IsOpened(rows_.Shown()[row].action->info.id));
+  };
+  source.onFold = [this](std::size_t row, bool open) { Fold(row, open); };
   std::vector<ListColumn> columns;
-  for (const CheckpointColumn& column : kColumns) columns.push_back({column.title, column.width});
+  for (const HistoryColumn& column : kColumns) columns.push_back({column.title, column.width});
   list_.Create(parent, IDC_CHECKPOINTS, std::move(columns), std::move(source));
   heading_ = CreateWindowExW(0, WC_STATICW, L"What taking it back means",
                              WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE, 0, 0, 0, 0, parent,
@@ -96,121 +125,114 @@ UndoView::UndoView(HWND parent, const Frame& frame) : frame_(frame) {
 }
 
 void UndoView::Refresh() {
-  frame_.worker.Ask([](LibrarySession& session) { return session.Changes().Checkpoints(); },
-                    [this](const std::vector<CheckpointRecord>& checkpoints) { Take(checkpoints); });
+  frame_.worker.Ask(
+      [opened = rows_.Opened()](LibrarySession& session) { return ReadHistory(session.Changes(), opened); },
+      [this](const HistorySnapshot& snapshot) { Take(snapshot); });
 }
 
-void UndoView::Take(std::vector<CheckpointRecord> checkpoints) {
-  all_ = std::move(checkpoints);
-  stepsOf_ = 0;
-  Filter();
-  ShowSteps();
-  const auto interrupted = std::count_if(all_.begin(), all_.end(), [](const CheckpointRecord& checkpoint) {
-    return checkpoint.info.state == CheckpointState::kInterrupted;
-  });
-  if (interrupted > 0 && !hasTold_)
+void UndoView::Take(const HistorySnapshot& snapshot) {
+  stepsOf_ = {};
+  Rearrange([&] { rows_.Take(snapshot); });
+  if (rows_.HasInterrupted() && !hasTold_)
     frame_.say(L"A change was interrupted: the undo history (Ctrl+3) can take it back.");
   hasTold_ = true;
 }
 
-void UndoView::Filter() {
-  const CheckpointRecord* const selected = Selected();
-  const std::uint32_t id = selected == nullptr ? 0 : selected->info.id;
-  shown_.clear();
-  std::copy_if(
-      all_.rbegin(), all_.rend(), std::back_inserter(shown_), [this](const CheckpointRecord& checkpoint) {
-        return IsChange(checkpoint) && LowerCase(checkpoint.title).find(search_) != std::wstring::npos;
-      });
-  list_.SetCount(shown_.size());
-  const auto again = std::find_if(shown_.begin(), shown_.end(),
-                                  [id](const CheckpointRecord& each) { return each.info.id == id; });
-  const auto row = static_cast<std::size_t>(again - shown_.begin());
-  list_.Select(again == shown_.end() ? std::vector<std::size_t>() : std::vector{row}, row);
-  frame_.onChange();
+void UndoView::Rearrange(const std::function<void()>& change) {
+  const HistoryTarget selected = Selected();
+  const HistoryTarget focused = rows_.TargetOf({list_.Focused()});
+  change();
+  list_.SetCount(rows_.Shown().size());
+  const std::vector<std::size_t> again = rows_.PositionsOf(focused);
+  list_.Select(rows_.PositionsOf(selected), again.empty() ? rows_.Shown().size() : again.front());
 }
 
-const CheckpointRecord* UndoView::Selected() const {
-  const std::vector<std::size_t> rows = list_.Selection();
-  return rows.size() == 1 && rows.front() < shown_.size() ? &shown_[rows.front()] : nullptr;
+// A part that is to hide what it is among leaves the selection to its action.
+void UndoView::Fold(std::size_t row, bool open) {
+  const std::uint32_t id = rows_.Shown()[row].action->info.id;
+  if (!rows_.HasParts(row) || rows_.IsOpened(id) == open) return;
+  if (!open) {
+    const bool isPart = rows_.Shown()[row].part != nullptr;
+    Rearrange([&] { rows_.Close(id); });
+    const std::vector<std::size_t> action = rows_.PositionsOf({id});
+    if (isPart && !action.empty()) list_.Select(action, action.front());
+    return;
+  }
+  frame_.worker.Ask(
+      [id](LibrarySession& session) { return session.Changes().Parts(id); },
+      [this, id](const std::vector<CheckpointRecord>& parts) { Rearrange([&] { rows_.Open(id, parts); }); });
 }
 
 void UndoView::ShowSteps() {
-  const CheckpointRecord* const selected = Selected();
-  const std::uint32_t id = selected == nullptr || !CanBeUndone(*selected) ? 0 : selected->info.id;
-  if (id == stepsOf_ && id != 0) return;
-  stepsOf_ = id;
+  const HistoryTarget target = Selected();
+  if (target == stepsOf_ && target.action != 0) return;
+  stepsOf_ = target;
   steps_.clear();
-  stepList_.SetCount(0);
-  if (id == 0) return;
-  frame_.worker.Ask([id](LibrarySession& session) { return session.Changes().Undo(id, UndoMode::kShow); },
-                    [this, id](const UndoRecord& record) {
-                      if (id != stepsOf_) return;
-                      for (const UndoneStepRecord& step : record.steps) steps_.push_back(StepText(step));
-                      stepList_.SetCount(steps_.size());
-                    });
+  if (const std::wstring reason = rows_.WhyNotUndone(target); !reason.empty()) steps_.push_back(reason);
+  stepList_.SetCount(steps_.size());
+  if (!rows_.CanUndo(target)) return;
+  frame_.worker.Ask(
+      [target](LibrarySession& session) { return UndoTarget(session.Changes(), target, UndoMode::kShow); },
+      [this, target](const UndoRecord& record) {
+        if (target != stepsOf_) return;
+        const bool isRefused = FAILED(record.result) && record.result != IJournal::kConflict;
+        if (isRefused) steps_.push_back(L"It cannot be undone: " + UndoFailureText(record, L"undo"));
+        for (const UndoneStepRecord& step : record.steps) steps_.push_back(StepText(step));
+        stepList_.SetCount(steps_.size());
+      });
 }
 
 bool UndoView::CanUndoLatest() const {
-  return std::any_of(all_.begin(), all_.end(), IsLeftToUndo);
-}
-
-// The change that was taken back last, unless a new one came after that; 0 for none.
-std::uint32_t UndoView::LatestUndone() const {
-  for (auto undo = all_.rbegin(); undo != all_.rend(); ++undo) {
-    if (IsChange(*undo) && undo->info.state != CheckpointState::kUndone &&
-        undo->info.state != CheckpointState::kFailed) {
-      return 0;
-    }
-    const auto change = std::find_if(all_.begin(), all_.end(), [&](const CheckpointRecord& each) {
-      return each.info.id == undo->info.undoes && IsChange(each) &&
-             each.info.state == CheckpointState::kUndone;
-    });
-    if (change != all_.end() && undo->info.state == CheckpointState::kDone) return change->info.id;
-  }
-  return 0;
+  return rows_.CanUndoLatest();
 }
 
 bool UndoView::CanRedoLatest() const {
-  return LatestUndone() != 0;
+  return rows_.LatestUndo() != nullptr;
 }
 
 void UndoView::UndoLatest() {
-  Start(Direction::kUndo, 0, UndoMode::kRun);
+  Start({Direction::kUndo, {}, {}}, UndoMode::kRun);
 }
 
 void UndoView::RedoLatest() {
-  Start(Direction::kRedo, LatestUndone(), UndoMode::kRun);
+  const CheckpointRecord* const undo = rows_.LatestUndo();
+  if (undo == nullptr) return;
+  Start({Direction::kRedo, {undo->info.id}, rows_.NameOf({undo->info.undoes})}, UndoMode::kRun);
 }
 
-void UndoView::Start(Direction direction, std::uint32_t id, UndoMode mode) {
+void UndoView::Start(const Order& order, UndoMode mode) {
   frame_.worker.Ask(
-      [direction, id, mode](LibrarySession& session) {
+      [order, mode](LibrarySession& session) {
         const Journal& journal = session.Changes();
-        return direction == Direction::kUndo ? journal.Undo(id, mode) : journal.Redo(id, mode);
+        if (order.direction == Direction::kUndo) return UndoTarget(journal, order.target, mode);
+        return order.target.parts.empty() ? journal.Redo(order.target.action, mode)
+                                          : RedoParts(journal, order.target, mode);
       },
-      [this, direction, mode](const UndoRecord& record) { Finish(direction, mode, record); });
+      [this, order, mode](const UndoRecord& record) { Finish(order, mode, record); });
 }
 
-void UndoView::Finish(Direction direction, UndoMode mode, const UndoRecord& record) {
+void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& record) {
   Refresh();
-  const bool isUndo = direction == Direction::kUndo;
-  if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + record.title);
+  const bool isUndo = order.direction == Direction::kUndo;
+  const std::wstring name = Printable(order.name.empty() ? record.title : order.name);
+  if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + name);
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
-    if (Confirm(frame_,
-                L"\u201C" + record.title + L"\u201D is in conflict with later changes. Nothing was changed." +
-                    Conflicts(record) + L"\n\nGo on all the same, and overwrite what stands there now?")) {
-      Start(direction, record.checkpoint, UndoMode::kForce);
+    if (Confirm(frame_, L"\u201C" + name + L"\u201D is in conflict with later changes. Nothing was changed." +
+                            Conflicts(record) +
+                            L"\n\nGo on all the same, and overwrite what stands there now?")) {
+      const bool isLatest = order.target.action == 0;
+      Start({order.direction, isLatest ? HistoryTarget{record.checkpoint} : order.target, order.name},
+            UndoMode::kForce);
     }
     return;
   }
   const wchar_t* const verb = isUndo ? L"undo" : L"redo";
-  ShowError(frame_, L"Cannot " + std::wstring(verb) + L" \u201C" + record.title + L"\u201D: " +
+  ShowError(frame_, L"Cannot " + std::wstring(verb) + L" \u201C" + name + L"\u201D: " +
                         UndoFailureText(record, verb) + L"\n" + PartlyDoneText(record));
 }
 
 void UndoView::Search(std::wstring_view text) {
-  search_ = LowerCase(Trim(text));
-  Filter();
+  Rearrange([&] { rows_.Search(text); });
 }
 
 void UndoView::Show(bool show) {
@@ -243,34 +265,32 @@ bool UndoView::OnNotify(const NMHDR& header, LRESULT& result) {
   return list_.OnNotify(header, result) || stepList_.OnNotify(header, result);
 }
 
-// With a change selected the commands mean that one.
+// With something selected the commands mean that.
 bool UndoView::CanRun(UINT command) const {
-  const CheckpointRecord* const selected = Selected();
+  const bool isAny = list_.Selection().empty();
   switch (command) {
     case CMD_UNDO:
-      return selected == nullptr ? CanUndoLatest() : CanBeUndone(*selected);
+      return isAny ? CanUndoLatest() : rows_.CanUndo(Selected());
     case CMD_REDO:
-      return selected == nullptr ? CanRedoLatest() : selected->info.state == CheckpointState::kUndone;
+      return isAny ? CanRedoLatest() : rows_.CanRedo(Selected());
     case CMD_COPY:
-      return !list_.Selection().empty();
+      return !isAny;
     default:
       return false;
   }
 }
 
 void UndoView::Run(UINT command) {
-  const CheckpointRecord* const selected = Selected();
-  if (command == CMD_COPY) {
-    CopyToClipboard(frame_.window, list_.SelectedText());
-  } else if (command == CMD_UNDO) {
-    Start(Direction::kUndo, selected == nullptr ? 0 : selected->info.id, UndoMode::kRun);
-  } else if (command == CMD_REDO) {
-    Start(Direction::kRedo, selected == nullptr ? LatestUndone() : selected->info.id, UndoMode::kRun);
-  }
+  const HistoryTarget target = Selected();
+  if (command == CMD_COPY) return (void)CopyToClipboard(frame_.window, list_.SelectedText());
+  const bool isUndo = command == CMD_UNDO;
+  if (target.action == 0) return isUndo ? UndoLatest() : RedoLatest();
+  Start({isUndo ? Direction::kUndo : Direction::kRedo, target, rows_.NameOf(target)}, UndoMode::kRun);
 }
 
 std::wstring UndoView::CountText() const {
-  return std::to_wstring(shown_.size()) + (shown_.size() == 1 ? L" change" : L" changes");
+  const std::size_t count = rows_.ActionCount();
+  return std::to_wstring(count) + (count == 1 ? L" change" : L" changes");
 }
 
 }  // namespace smh

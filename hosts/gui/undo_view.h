@@ -1,18 +1,19 @@
-// The view of past changes: what was changed when, what taking it back would mean, undo and redo. For the
-// window's thread; the worker asks the journal.
+// The view of past changes: what was changed when and in which parts, what taking it back would mean, undo
+// and redo. For the window's thread; the worker asks the journal.
 #pragma once
 
-#include "hosts/common/journal.h"
+#include "hosts/gui/history_rows.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace smh {
 
-// Shows a snapshot of the journal's checkpoints, read when the view is shown, by Refresh and after every
-// undo.
+// Shows a snapshot of the journal's actions, read when the view is shown, by Refresh and after every undo. An
+// action is opened into its parts with Enter, a double click or the right arrow key.
 class UndoView final : public View {
  public:
   // `frame` outlives the view, and `parent` destroys the controls.
@@ -42,21 +43,27 @@ class UndoView final : public View {
 
  private:
   enum class Direction { kUndo, kRedo };
+  // What the user asked for, and its name for people.
+  struct Order {
+    Direction direction;
+    HistoryTarget target;  // none: the latest change
+    std::wstring name;
+  };
 
-  void Take(std::vector<CheckpointRecord> checkpoints);
-  void Filter();
+  void Create(HWND parent);
+  void Take(const HistorySnapshot& snapshot);
+  // Makes the rows anew by `change` and keeps selection and focus by what they are.
+  void Rearrange(const std::function<void()>& change);
+  void Fold(std::size_t row, bool open);
   void ShowSteps();
-  const CheckpointRecord* Selected() const;
-  std::uint32_t LatestUndone() const;
-  void Start(Direction direction, std::uint32_t id, UndoMode mode);
-  void Finish(Direction direction, UndoMode mode, const UndoRecord& record);
+  HistoryTarget Selected() const { return rows_.TargetOf(list_.Selection()); }
+  void Start(const Order& order, UndoMode mode);
+  void Finish(const Order& order, UndoMode mode, const UndoRecord& record);
 
   const Frame& frame_;
-  std::vector<CheckpointRecord> all_;    // undos among them, oldest first
-  std::vector<CheckpointRecord> shown_;  // changes only, newest first
+  HistoryRows rows_;
   std::vector<std::wstring> steps_;
-  std::uint32_t stepsOf_ = 0;
-  std::wstring search_;
+  HistoryTarget stepsOf_;
   VirtualList list_;
   VirtualList stepList_;
   HWND heading_ = nullptr;

@@ -271,7 +271,10 @@ void VirtualList::OnClick(const NMITEMACTIVATE& click) const {
 }
 
 void VirtualList::OnKey(const NMLVKEYDOWN& key) const {
-  if (key.wVKey == VK_SPACE && source_.onCheck && Focused() < count_) source_.onCheck(Focused());
+  if (Focused() >= count_) return;
+  if (key.wVKey == VK_SPACE && source_.onCheck) source_.onCheck(Focused());
+  const bool isArrow = key.wVKey == VK_RIGHT || key.wVKey == VK_LEFT;
+  if (isArrow && source_.onFold) source_.onFold(Focused(), key.wVKey == VK_RIGHT);
 }
 
 void VirtualList::OnStateChanged() {

@@ -26,6 +26,8 @@ struct ListSource {
   std::function<void(std::size_t row)> onCheck;
   std::function<void()> onSelect;
   std::function<void()> onActivate;
+  // The row with the focus is to show what is below it, or to hide it: the right and the left arrow key.
+  std::function<void(std::size_t row, bool open)> onFold;
 };
 
 // The control belongs to its parent, which destroys it; it refers to this object, which stays where it is and

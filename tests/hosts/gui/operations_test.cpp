@@ -79,9 +79,20 @@ TEST_F(OperationsTest, SeveralAtOnce) {
   EXPECT_TRUE(WaitUntil([&] { return gui.Status(0) == L"Disabled 2 entries."; }));
   EXPECT_TRUE(WaitUntil([&] { return !gui.CanRun(CMD_DISABLE); }));
   EXPECT_EQ(SelectedNames(), (std::vector<std::wstring>{L"Card Watch", L"Inkwell", L"Plain Clock"}));
-  gui.Command(CMD_ENABLE);
-  EXPECT_TRUE(
-      WaitUntil([] { return IsInRun(L"Card Watch") && IsInRun(L"Inkwell") && IsInRun(L"Plain Clock"); }));
+  // The history shows both as one action; a part of it can be taken back, and then the rest.
+  gui.Command(CMD_UNDO_HISTORY);
+  const auto cell = [&](int row, int column) { return gui.Cell(IDC_CHECKPOINTS, row, column); };
+  ASSERT_TRUE(WaitUntil([&] { return cell(0, 0) == L"+ Disabling 2 entries"; })) << cell(0, 0);
+  gui.Select(IDC_CHECKPOINTS, {0});
+  PostMessageW(gui.Control(IDC_CHECKPOINTS), WM_KEYDOWN, VK_RIGHT, 0);
+  ASSERT_TRUE(WaitUntil([&] { return cell(2, 0).ends_with(L"Disabling Inkwell"); })) << cell(2, 0);
+  gui.Select(IDC_CHECKPOINTS, {2});
+  gui.Command(CMD_UNDO);
+  EXPECT_TRUE(WaitUntil([&] { return cell(0, 1) == L"Partly done" && cell(2, 1) == L"Undone"; }));
+  EXPECT_TRUE(IsInRun(L"Inkwell") && IsAside(L"Card Watch"));
+  gui.Select(IDC_CHECKPOINTS, {0});
+  gui.Command(CMD_UNDO);
+  EXPECT_TRUE(WaitUntil([&] { return IsInRun(L"Card Watch") && cell(0, 1) == L"Undone"; }));
 }
 
 TEST_F(OperationsTest, AChangeFromOutsideAppears) {
