@@ -13,64 +13,41 @@ namespace {
 
 constexpr std::wstring_view kShortcut = L".lnk";
 
-ApplyStep Impossible(const ItemRecord* item, const SnapshotEntry* wanted, std::wstring reason) {
-  return {.action = ApplyAction::kImpossible, .item = item, .wanted = wanted, .reason = std::move(reason)};
-}
-
 std::wstring NotAllowed(const ItemRecord& item, std::wstring_view action) {
   return L"entries of " + std::wstring(LocationName(item.location)) + L" do not allow " +
          std::wstring(action) + L", or this account may not write there.";
 }
 
-// The steps for one entry that is there but differs.
-class EntrySteps {
- public:
-  EntrySteps(const ItemRecord& item, const SnapshotEntry& wanted, std::vector<ApplyStep>& steps)
-      : item_(item), wanted_(wanted), steps_(steps) {}
+// Why an entry cannot get the wanted command; empty when it can.
+std::wstring WhyNotChanged(const ItemRecord& item, const SnapshotEntry& wanted) {
+  if (!item.Can(kActionChangeCommand)) return NotAllowed(item, L"another command");
+  if (wanted.command.empty()) return L"a command must not be empty.";
+  if (HoldsNul(wanted.command)) return L"the command holds a NUL.";
+  if (!SameText(item.command, wanted.command)) return {};
+  return L"the commands differ in case only, which does not count as a change.";
+}
 
-  void Plan() {
-    const std::wstring reason = WhyNot();
-    if (!reason.empty()) return steps_.push_back(Impossible(&item_, &wanted_, reason));
-    if (NeedsCommand()) Add(ApplyAction::kChangeCommand);
-    if (NeedsSwitch()) Add(wanted_.enabled ? ApplyAction::kEnable : ApplyAction::kDisable);
+// One for an entry that is there and differs.
+ApplyStep Adjustment(const ItemRecord& item, const SnapshotEntry& wanted) {
+  const bool needsSwitch = item.enabled != wanted.enabled;
+  ApplyStep step{.verb = wanted.enabled ? Verb::kEnable : Verb::kDisable, .item = &item, .wanted = &wanted};
+  if (needsSwitch && !item.Can(wanted.enabled ? kActionEnable : kActionDisable)) {
+    step.reason = NotAllowed(item, wanted.enabled ? L"to be enabled" : L"to be disabled");
   }
-
- private:
-  bool NeedsCommand() const { return item_.command != wanted_.command; }
-  bool NeedsSwitch() const { return item_.enabled != wanted_.enabled; }
-
-  std::wstring WhyNot() const {
-    if (NeedsCommand()) {
-      if (!item_.Can(kActionChangeCommand)) return NotAllowed(item_, L"another command");
-      if (SameText(item_.command, wanted_.command)) {
-        return L"the commands differ in case only, which does not count as a change.";
-      }
-      if (wanted_.command.empty()) return L"a command must not be empty.";
-      if (HoldsNul(wanted_.command)) return L"the command holds a NUL.";
-    }
-    if (NeedsSwitch() && !item_.Can(wanted_.enabled ? kActionEnable : kActionDisable)) {
-      return NotAllowed(item_, wanted_.enabled ? L"to be enabled" : L"to be disabled");
-    }
-    if (!NeedsCommand() && !NeedsSwitch()) return L"what the 32-bit view holds under its name is left alone.";
-    return {};
+  if (item.command != wanted.command) {
+    step.verb = Verb::kChange;
+    if (step.reason.empty()) step.reason = WhyNotChanged(item, wanted);
+  } else if (!needsSwitch) {
+    step.verb = Verb::kChange;
+    step.reason = L"what the 32-bit view holds under its name is left alone.";
   }
-  void Add(ApplyAction action) { steps_.push_back({.action = action, .item = &item_, .wanted = &wanted_}); }
-
-  const ItemRecord& item_;
-  const SnapshotEntry& wanted_;
-  std::vector<ApplyStep>& steps_;
-};
-
-ApplyStep Addition(const SnapshotEntry& wanted, const MachineFacts& machine) {
-  if (std::optional<std::wstring> reason = WhyNotAddable(wanted, machine)) {
-    return Impossible(nullptr, &wanted, *std::move(reason));
-  }
-  return {.action = ApplyAction::kAdd, .item = nullptr, .wanted = &wanted, .disabled = !wanted.enabled};
+  return step;
 }
 
 ApplyStep Deletion(const ItemRecord& item) {
-  if (!item.Can(kActionDelete)) return Impossible(&item, nullptr, NotAllowed(item, L"to be deleted"));
-  return {.action = ApplyAction::kDelete, .item = &item};
+  ApplyStep step{.verb = Verb::kDelete, .item = &item};
+  if (!item.Can(kActionDelete)) step.reason = NotAllowed(item, L"to be deleted");
+  return step;
 }
 
 }  // namespace
@@ -109,18 +86,41 @@ std::vector<ApplyStep> PlanApply(std::span<const SnapshotEntry> wanted, std::spa
   };
   std::vector<ApplyStep> steps;
   for (const Difference& difference : differences) {
-    if (difference.after == nullptr && others == OtherEntries::kDeleted) {
-      steps.push_back(Deletion(itemOf(difference)));
-    }
+    const bool isOther = difference.after == nullptr;
+    if (isOther && others == OtherEntries::kDeleted) steps.push_back(Deletion(itemOf(difference)));
   }
   for (const Difference& difference : differences) {
     if (difference.before == nullptr || difference.after == nullptr) continue;
-    EntrySteps(itemOf(difference), *difference.after, steps).Plan();
+    steps.push_back(Adjustment(itemOf(difference), *difference.after));
   }
   for (const Difference& difference : differences) {
-    if (difference.before == nullptr) steps.push_back(Addition(*difference.after, machine));
+    if (difference.before != nullptr) continue;
+    steps.push_back({.verb = Verb::kAdd,
+                     .item = nullptr,
+                     .wanted = difference.after,
+                     .reason = WhyNotAddable(*difference.after, machine).value_or(std::wstring())});
   }
   return steps;
+}
+
+std::vector<EntryChange> ChangesOf(std::span<const ApplyStep> steps, const WrapperFinder& wrapperOf) {
+  std::vector<EntryChange> changes;
+  for (const ApplyStep& step : steps) {
+    EntryChange& change = changes.emplace_back();
+    change.verb = step.verb;
+    if (step.item != nullptr) {
+      change.before = *step.item;
+      change.listed = wrapperOf(*step.item);
+    } else {
+      change.before.location = step.wanted->location;
+      change.before.caption = NameToAdd(*step.wanted);
+      change.before.command = step.wanted->command;
+    }
+    if (step.verb == Verb::kChange) change.order.command = step.wanted->command;
+    if (step.wanted != nullptr) change.order.enabled = step.wanted->enabled;
+    if (!step.reason.empty()) change.outcome = Outcome{OutcomeKind::kRefused, step.reason};
+  }
+  return changes;
 }
 
 }  // namespace smh

@@ -1,8 +1,11 @@
-// What has to be done so that a machine's entries are those of a snapshot. Pure functions, for any thread.
+// What has to be done so that a machine's entries are those of a snapshot. Functions without a system, for
+// any thread.
 #pragma once
 
 #include "hosts/cli/snapshot.h"
+#include "hosts/common/operations.h"
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,22 +13,12 @@
 
 namespace smh {
 
-enum class ApplyAction {
-  kDelete,
-  kChangeCommand,
-  kEnable,
-  kDisable,
-  kAdd,
-  kImpossible,  // for `reason`
-};
-
-// One step; those of one entry follow each other.
+// What one entry needs.
 struct ApplyStep {
-  ApplyAction action = ApplyAction::kImpossible;
+  Verb verb = Verb::kAdd;                 // one of those that ChangesOf can order
   const ItemRecord* item = nullptr;       // the listed entry; null for one that is missing
   const SnapshotEntry* wanted = nullptr;  // what it has to become; null for one that has to go
-  bool disabled = false;                  // of kAdd: the new entry is disabled at once
-  std::wstring reason = {};               // of kImpossible: the end of a sentence
+  std::wstring reason = {};               // why it cannot be done, the end of a sentence; empty when it can
 };
 
 // Whether entries that the snapshot lacks stay or go.
@@ -36,6 +29,10 @@ enum class OtherEntries { kKept, kDeleted };
 // that all succeeded.
 std::vector<ApplyStep> PlanApply(std::span<const SnapshotEntry> wanted, std::span<const ItemRecord> items,
                                  const MachineFacts& machine, OtherEntries others);
+
+// The steps as changes, those that cannot be done with their outcome. `wrapperOf` finds a listed entry.
+using WrapperFinder = std::function<ComPtr<IStartupItem>(const ItemRecord& item)>;
+std::vector<EntryChange> ChangesOf(std::span<const ApplyStep> steps, const WrapperFinder& wrapperOf);
 
 // Why an entry that is missing cannot be made; none when it can.
 std::optional<std::wstring> WhyNotAddable(const SnapshotEntry& entry, const MachineFacts& machine);

@@ -46,6 +46,7 @@ struct Arguments {
   bool dryRun = false;                       // --dry-run
   std::vector<std::wstring> files;           // FILE, FILE2
   std::optional<std::wstring> input;         // --input
+  bool deleteOthers = false;                 // --delete-others
 
   ItemFilter Filter() const {
     return {all, locations, enabled, ratings, company, reachabilities, match, since};

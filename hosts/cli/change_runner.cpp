@@ -17,12 +17,6 @@ namespace smh {
 
 namespace {
 
-ChangeManner MannerOf(const Arguments& arguments) {
-  return {.isDryRun = arguments.dryRun,
-          .isJson = arguments.format == OutputFormat::kJson,
-          .mayGoOn = arguments.yes};
-}
-
 // The state in which a change finds work to do.
 std::optional<bool> StateFor(Verb verb) {
   if (verb == Verb::kEnable) return false;
@@ -50,17 +44,24 @@ void Tell(const EntryChange& change, bool isOnly) {
   }
 }
 
-void RaiseFailures(std::span<const EntryChange> changes) {
+void RaiseFailures(std::span<const EntryChange> changes, bool isRestDone) {
   const auto bad = static_cast<std::size_t>(std::ranges::count_if(changes, IsBad));
   if (bad == 0) return;
-  if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome));
+  const ExitCode code = isRestDone || bad < changes.size() ? ExitCode::kPartly : ExitCode::kFailed;
+  if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome), code);
   throw HostError(std::to_wstring(bad) + L" of " + CountText(changes.size()) + L" failed or refused it.",
-                  bad == changes.size() ? ExitCode::kFailed : ExitCode::kPartly);
+                  code);
 }
 
-// What stands in the way of each, before the first change.
-void AskAll(const Library& library, std::span<EntryChange> changes) {
-  for (EntryChange& change : changes) change.outcome = AskFirst(library, change);
+// What stands in the way of each, before the first change. The place of a new entry may be another's that
+// goes first.
+void AskAll(const Library& library, std::span<EntryChange> changes, bool isDryRun) {
+  const bool isOne = changes.size() == 1;
+  for (EntryChange& change : changes) {
+    if (IsPlanned(change) && (isOne || isDryRun || change.verb != Verb::kAdd)) {
+      change.outcome = AskFirst(library, change);
+    }
+  }
 }
 
 // Of several changes those that are kept may push older ones out.
@@ -100,6 +101,12 @@ void MakeAll(const Library& library, std::span<EntryChange> changes, const Chang
 
 }  // namespace
 
+ChangeManner MannerOf(const Arguments& arguments) {
+  return {.isDryRun = arguments.dryRun,
+          .isJson = arguments.format == OutputFormat::kJson,
+          .mayGoOn = arguments.yes};
+}
+
 void ChangeEntries(const Arguments& arguments, Verb verb, const ChangeOrder& order) {
   Selector selector = arguments.Selection();
   selector.preferred = StateFor(verb);
@@ -130,7 +137,7 @@ void AddEntry(const Arguments& arguments, EntryChange change) {
 }
 
 void RunChanges(const Library& library, std::vector<EntryChange> changes, const ChangeManner& manner) {
-  AskAll(library, changes);
+  AskAll(library, changes, manner.isDryRun);
   if (!manner.isDryRun) {
     MakeAll(library, changes, manner);
   } else if (!manner.isJson) {
@@ -139,7 +146,7 @@ void RunChanges(const Library& library, std::vector<EntryChange> changes, const 
     WriteOutput(text);
   }
   if (manner.isJson) WriteOutput(OutcomesJson(changes));
-  RaiseFailures(changes);
+  RaiseFailures(changes, manner.isRestDone);
 }
 
 }  // namespace smh

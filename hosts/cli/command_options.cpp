@@ -145,6 +145,9 @@ void DeclareChange(CLI::App& app, std::uint64_t options, OptionValues& values) {
     app.add_option("--days", values.days, "Those that are older than so many days")->type_name("DAYS");
   }
   if (options & kTakesDryRun) app.add_flag("--dry-run", values.dryRun, "Only say what would be done");
+  if (options & kTakesDeleteOthers) {
+    app.add_flag("--delete-others", values.deleteOthers, "Delete the entries that it lacks");
+  }
   if (options & kTakesYes) app.add_flag("--yes", values.yes, "Without a question");
 }
 
@@ -255,6 +258,7 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   arguments.show = values.show;
   arguments.force = values.force;
   arguments.yes = values.yes;
+  arguments.deleteOthers = values.deleteOthers;
   arguments.quiet = values.quiet;
   arguments.all = values.all;
   arguments.dryRun = values.dryRun;

@@ -21,7 +21,7 @@ struct OptionValues {
   std::vector<std::string> items, locations, paths, columns, only, ids, ratings;
   std::string target, name, command, output, company, match, since, from, file, file2, input;
   unsigned seconds = 0, keep = 0, days = 0, limit = 0;
-  bool show = false, force = false, yes = false, quiet = false;
+  bool show = false, force = false, yes = false, quiet = false, deleteOthers = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
   bool missing = false, unreachable = false, dryRun = false;
 };

@@ -134,6 +134,10 @@ std::vector<std::wstring> StepsOf(const EntryChange& change) {
                                         : L"Write " + ValueText(item, item.key, item.view));
       break;
   }
+  if (change.verb == Verb::kAdd && change.order.enabled == false) steps.push_back(L"Disable it");
+  if (change.verb == Verb::kChange && change.order.enabled.value_or(item.enabled) != item.enabled) {
+    AddSwitch(item, !item.enabled, steps);
+  }
   return steps;
 }
 

@@ -246,6 +246,12 @@ Outcome OutcomeOf(const Library& library, const EntryChange& change) {
   return {fault.isRefusal ? OutcomeKind::kRefused : OutcomeKind::kFailed, fault.text};
 }
 
+// Whether an entry that is so already has to be switched besides.
+bool NeedsSwitch(const EntryChange& change, const Outcome& outcome) {
+  const std::optional<bool>& enabled = change.order.enabled;
+  return enabled && outcome.IsGood() && outcome.now && outcome.now->enabled != *enabled;
+}
+
 // What is raised is the outcome.
 template <typename Work>
 Ask Guarded(Work&& work) {
@@ -265,6 +271,26 @@ struct Expectation {
   bool isThere;
 };
 
+Outcome OutcomeOfNext(const Library& library, Verb verb, const ItemRecord& entry) {
+  const EntryChange next{
+      .verb = verb, .before = entry, .listed = FindListedItem(library, entry.location, entry.name)};
+  return *Guarded([&] { return Ask(OutcomeOf(library, next)); });
+}
+
+// The entry behind its change, brought into the state that is ordered.
+Outcome Switched(const Library& library, const EntryChange& change, Outcome made) {
+  if (!NeedsSwitch(change, made)) return made;
+  Outcome outcome = OutcomeOfNext(library, *change.order.enabled ? Verb::kEnable : Verb::kDisable, *made.now);
+  if (outcome.IsGood() || made.kind == OutcomeKind::kNothingToDo) return outcome;
+  outcome.kind = OutcomeKind::kFailed;
+  outcome.now = made.now;
+  if (change.verb == Verb::kAdd && OutcomeOfNext(library, Verb::kDelete, *made.now).IsGood()) {
+    outcome.now.reset();
+    outcome.text += L" It was not left there.";
+  }
+  return outcome;
+}
+
 }  // namespace
 
 const Operation& OperationOf(Verb verb) noexcept {
@@ -272,11 +298,12 @@ const Operation& OperationOf(Verb verb) noexcept {
 }
 
 std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change) {
-  return Guarded([&] { return OperationOf(change.verb).ask(library, change); });
+  Ask answer = Guarded([&] { return OperationOf(change.verb).ask(library, change); });
+  return answer && NeedsSwitch(change, *answer) ? std::nullopt : std::move(answer);
 }
 
 const Outcome& MakeChange(const Library& library, EntryChange& change) {
-  change.outcome = Guarded([&] { return Ask(OutcomeOf(library, change)); });
+  change.outcome = Guarded([&] { return Ask(Switched(library, change, OutcomeOf(library, change))); });
   return *change.outcome;
 }
 

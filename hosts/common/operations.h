@@ -24,6 +24,9 @@ enum class Verb { kEnable, kDisable, kDelete, kAdd, kMove, kChange };
 struct ChangeOrder {
   std::int32_t target = sulNone;  // kMove: the location
   std::wstring command{};         // kChange: the new one
+  // The state in which the entry has to be behind the change, also where that finds nothing to do. A new
+  // entry that cannot be brought into it does not stay.
+  std::optional<bool> enabled{};
 };
 
 enum class OutcomeKind {

@@ -1,9 +1,12 @@
 #include "hosts/cli/commands/dsc_commands.h"
 
+#include "hosts/cli/apply_plan.h"
+#include "hosts/cli/change_runner.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/dsc_instance.h"
 #include "hosts/cli/flat_json.h"
 #include "hosts/cli/standard_input.h"
+#include "hosts/common/held_command.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/reading.h"
@@ -30,23 +33,47 @@ DscInstance GivenInstance(const Arguments& arguments) {
                 arguments.input ? ToUtf8(*arguments.input) : ReadStandardInput(kMostInputBytes));
 }
 
-DscState StateOf(const Library& library, const DscInstance& wanted) {
-  return DscState(wanted.location, wanted.name, wanted.command, ReadAllItems(library));
+// With a command that an entry holds already written as the entry has it: a shortcut keeps another spelling.
+DscState StateOf(const Library& library, DscInstance& wanted, std::span<const ItemRecord> items) {
+  DscState state(wanted.location, wanted.name, wanted.command, items);
+  if (wanted.command && state.Exists() && HoldsCommand(library, state.Entries().front(), *wanted.command)) {
+    wanted.command = state.Command();
+  }
+  return state;
 }
 
 }  // namespace
 
 void RunDscGet(const Arguments& arguments) {
-  const DscInstance wanted = GivenInstance(arguments);
+  DscInstance wanted = GivenInstance(arguments);
   const Library library;
-  WriteOutput(StateOf(library, wanted).Json(std::nullopt));
+  WriteOutput(StateOf(library, wanted, ReadAllItems(library)).Json(std::nullopt));
 }
 
 void RunDscTest(const Arguments& arguments) {
-  const DscInstance wanted = GivenInstance(arguments);
+  DscInstance wanted = GivenInstance(arguments);
   const Library library;
-  const DscState state = StateOf(library, wanted);
+  const DscState state = StateOf(library, wanted, ReadAllItems(library));
   WriteOutput(state.Json(state.Fits(wanted)));
+}
+
+void RunDscSet(const Arguments& arguments) {
+  DscInstance wanted = GivenInstance(arguments);
+  const Library library;
+  ReadForChanges(library, false);
+  const DscState state = StateOf(library, wanted, TakeSnapshot(library));
+  if (!state.Fits(wanted)) {
+    const MachineFacts machine = ThisMachine();
+    const std::vector<SnapshotEntry> target = state.Target(wanted, machine);
+    const std::vector<ApplyStep> steps = PlanApply(target, state.Entries(), machine, OtherEntries::kDeleted);
+    const auto wrapperOf = [&library](const ItemRecord& item) {
+      return FindListedItem(library, item.location, item.name);
+    };
+    RunChanges(library, ChangesOf(steps, wrapperOf),
+               {.mayGoOn = true, .title = L"Setting \"" + wanted.name + L"\""});
+  }
+  // Behind the last change everything has been read anew.
+  WriteOutput(StateOf(library, wanted, TakeSnapshot(library)).Json(std::nullopt));
 }
 
 void RunDscExport(const Arguments& arguments) {

@@ -11,6 +11,10 @@ namespace smh {
 void RunDscGet(const Arguments& arguments);
 void RunDscTest(const Arguments& arguments);
 
+// dsc set: makes that state, as one action for undo, and answers what came of it. Raises HostError when the
+// library refuses.
+void RunDscSet(const Arguments& arguments);
+
 // dsc export: the states of all instances, of which --input may select some.
 void RunDscExport(const Arguments& arguments);
 

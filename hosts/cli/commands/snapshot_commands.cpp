@@ -1,5 +1,7 @@
 #include "hosts/cli/commands/snapshot_commands.h"
 
+#include "hosts/cli/apply_plan.h"
+#include "hosts/cli/change_runner.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/record_output.h"
 #include "hosts/cli/snapshot_compare.h"
@@ -7,6 +9,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/reading.h"
+#include "infra/runtime/text.h"
 
 #include <windows.h>
 
@@ -51,6 +54,29 @@ void RunCompare(const Arguments& arguments) {
   throw HostError(differences.size() == 1 ? L"One entry differs."
                                           : std::to_wstring(differences.size()) + L" entries differ.",
                   ExitCode::kDifferent);
+}
+
+void RunApply(const Arguments& arguments) {
+  const std::wstring& file = arguments.files.front();
+  Snapshot wanted = ReadSnapshotFile(file);
+  const MachineFacts machine = ThisMachine();
+  AdaptTo(wanted, machine);
+  const Library library;
+  ReadForChanges(library, false);
+  const Listing listing = TakeListing(library);
+  const auto wrapperOf = [&listing](const ItemRecord& item) {
+    return listing.wrappers[static_cast<std::size_t>(&item - listing.items.data())];
+  };
+  const std::vector<ApplyStep> steps =
+      PlanApply(wanted.entries, listing.items, machine,
+                arguments.deleteOthers ? OtherEntries::kDeleted : OtherEntries::kKept);
+  if (steps.empty()) WriteMessage(L"All entries are as in " + file + L" already.");
+  ChangeManner manner = MannerOf(arguments);
+  manner.isBroad = true;
+  manner.isRestDone = true;
+  manner.title = L"Applying ";
+  manner.title += FileNamePart(file);
+  RunChanges(library, ChangesOf(steps, wrapperOf), manner);
 }
 
 }  // namespace smh

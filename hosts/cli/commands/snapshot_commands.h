@@ -14,4 +14,8 @@ void RunSnapshot(const Arguments& arguments);
 // ExitCode::kDifferent when anything does. Without a library for two files.
 void RunCompare(const Arguments& arguments);
 
+// apply: brings the entries to the state in the file, as one action for undo. What cannot be done is told
+// entry by entry, and raises ExitCode::kPartly behind the rest.
+void RunApply(const Arguments& arguments);
+
 }  // namespace smh

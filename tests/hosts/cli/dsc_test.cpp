@@ -176,5 +176,30 @@ TEST_F(Dsc, VerbsAnswerAsAnEngineReadsThem) {
   Run({L"dsc", L"frob"}, 2);
 }
 
+TEST_F(Dsc, SetMakesTheStateAndAnswersIt) {
+  const std::string one = ToUtf8(Command(L"1")), two = ToUtf8(Command(L"2"));
+  const Json wishes[] = {{{"command", one}, {"enabled", false}},
+                         {{"command", two}, {"enabled", true}},
+                         {{"enabled", false}},
+                         {{"_exist", true}},
+                         {{"_exist", false}},
+                         {{"_exist", false}}};
+  for (Json wish : wishes) {
+    wish["name"] = "ctl made";
+    const Json state = Call(L"set", wish);
+    for (const auto& property : wish.items()) EXPECT_EQ(state[property.key()], property.value()) << wish;
+    EXPECT_EQ(Call(L"test", wish)["_inDesiredState"], true) << wish;
+  }
+  SetRun(HKEY_CURRENT_USER, L"ctl both", Command(L"1"));
+  SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl both", Sz(Command(L"2")));
+  EXPECT_EQ(Call(L"set", {{"name", "ctl both"}, {"_exist", false}})["_exist"], false);
+  EXPECT_EQ(Call(L"set", {{"name", "ctl both"}}, 1), Json()) << "nothing to make it of";
+  const StartupctlResult refused =
+      Run({L"dsc", L"set", L"--input",
+           L"{\"location\":\"sulRegistryIEBrowserObjects\",\"name\":\"x\",\"command\":\"y\"}"},
+          1);
+  EXPECT_NE(refused.errors.find("cannot be added"), std::string::npos) << refused.errors;
+}
+
 }  // namespace
 }  // namespace smh::test

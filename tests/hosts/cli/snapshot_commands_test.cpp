@@ -51,6 +51,45 @@ TEST_F(SnapshotCommands, CompareTellsWhatDiffersAndExitsWithFour) {
   EXPECT_EQ(table.errors, "startupctl: 4 entries differ.\n");
 }
 
+TEST_F(SnapshotCommands, ApplyBringsTheStateBackAsOneActionAndUndoTakesItBack) {
+  UseCheckpoints(true);
+  Run({L"delete", L"ctl file", L"ctl off"});
+  SetRun(HKEY_CURRENT_USER, L"ctl on", Command(L"other"));
+  SetRun(HKEY_CURRENT_USER, L"ctl new", Command(L"new"));
+  const std::wstring turned = Folder().File(L"turned.json");
+  Run({L"snapshot", turned});
+  // Previewed or not agreed to, nothing changes.
+  const Json planned = Json::parse(Run({L"apply", file, L"--dry-run", L"--json"}).output);
+  EXPECT_EQ(planned.size(), 3u);
+  Run({L"apply", file}, 1);
+  EXPECT_EQ(Compared({turned}, 0), Json::array());
+
+  Run({L"apply", file, L"--yes"});
+  EXPECT_EQ(Compared({file}, 4), Json({"added ctl new"}));
+  EXPECT_EQ(GetValue(HKEY_CURRENT_USER, kRunKey, L"ctl off"), std::nullopt);
+  Run({L"apply", file, L"--yes", L"--delete-others"});
+  EXPECT_EQ(Compared({file}, 0), Json::array());
+  EXPECT_NE(Run({L"apply", file, L"--delete-others"}).errors.find("already"), std::string::npos);
+  Run({L"undo"});
+  Run({L"undo"});
+  EXPECT_EQ(Compared({turned}, 0), Json::array());
+}
+
+TEST_F(SnapshotCommands, ApplyDoesWhatItCanAndTellsTheRest) {
+  std::string text = ReadFileBytes(file);
+  text.insert(text.find("\"entries\":[") + 11,
+              R"({"location":"sulRegistryAllRegContextMenuHandlers","root":"HKEY_CURRENT_USER","view":64,)"
+              R"("key":"Software\\Classes\\*\\shellex\\ContextMenuHandlers\\ctl menu","valueName":null,)"
+              R"("command":"C:\\menu.dll","enabled":true},)");
+  const std::wstring more = Folder().Write(L"more.json", text);
+  Run({L"disable", L"ctl on"});
+  for (int i = 0; i < 2; ++i) {
+    const StartupctlResult result = Run({L"apply", more, L"--yes"}, 3);
+    EXPECT_NE(result.errors.find("Cannot add \"ctl menu\""), std::string::npos) << result.errors;
+    EXPECT_EQ(Compared({file}, 0), Json::array());
+  }
+}
+
 TEST_F(SnapshotCommands, FailuresAreNamedAndLeaveTheFileThatIsThere) {
   const std::wstring broken = Folder().Write(L"broken.json", ReadFileBytes(file).substr(0, 100));
   const std::wstring large = Folder().Write(L"large.json", std::string((32u << 20) + 1, ' '));

@@ -192,12 +192,13 @@ TEST(SnapshotAdapt, PutsTheUsersFoldersInPlaceOfTheOthers) {
 
 std::wstring Plan(const std::vector<SnapshotEntry>& wanted, const std::vector<ItemRecord>& items,
                   OtherEntries others = OtherEntries::kKept) {
-  constexpr const wchar_t* kNames[] = {L"delete", L"change", L"enable", L"disable", L"add", L"no"};
   std::wstring text;
-  for (const ApplyStep& step : PlanApply(wanted, items, SnapshotOf({}).machine, others)) {
-    text += kNames[static_cast<int>(step.action)];
-    text += L" " + (step.item ? step.item->caption : std::wstring(step.wanted->Name()));
-    if (step.disabled) text += L" disabled";
+  const std::vector<ApplyStep> steps = PlanApply(wanted, items, SnapshotOf({}).machine, others);
+  for (const EntryChange& change :
+       ChangesOf(steps, [](const ItemRecord&) { return ComPtr<IStartupItem>(); })) {
+    text += change.outcome ? L"no" : OperationOf(change.verb).name;
+    text += L" " + change.before.caption;
+    if (!change.outcome && change.order.enabled == false) text += L" off";
     text += L"; ";
   }
   return text;
@@ -218,16 +219,15 @@ TEST(ApplyPlan, DoesWhatIsNeededAndSaysWhatCannotBe) {
   };
   const std::vector<SnapshotEntry> both = {User(L"a", L"1"), User(L"b", L"2", false)};
   EXPECT_EQ(Plan(all(both), items, OtherEntries::kDeleted), L"");
-  EXPECT_EQ(Plan(all({User(L"a", L"1", false), User(L"b", L"2")}), items), L"disable a; enable b; ");
-  EXPECT_EQ(Plan(all({User(L"a", L"9", false)}), items, OtherEntries::kDeleted),
-            L"delete b; change a; disable a; ");
+  EXPECT_EQ(Plan(all({User(L"a", L"1", false), User(L"b", L"2")}), items), L"disable a off; enable b; ");
+  EXPECT_EQ(Plan(all({User(L"a", L"9", false)}), items, OtherEntries::kDeleted), L"delete b; change a off; ");
   EXPECT_EQ(Plan({User(L"d", L"4", false)}, items, OtherEntries::kKept), L"no d; ");
   EXPECT_EQ(Plan({}, {items[3]}, OtherEntries::kDeleted), L"no d; ");
   // One that differs in case only, and one without a command.
   EXPECT_EQ(Plan({User(L"y", L"X")}, {Item(User(L"y", L"x"))}), L"no y; ");
   EXPECT_EQ(Plan({User(L"y", L"")}, {}), L"no y; ");
   EXPECT_EQ(Plan({User(L"x", L"1"), User(L"y", L"2", false), Shortcut(L"z.LNK", L"3")}, {}),
-            L"add z.LNK; add x; add y disabled; ");
+            L"add z; add x; add y off; ");
   EXPECT_EQ(Plan({foreign, plain, Handler(L"h"), User(L"", L"8"), User(std::wstring(L"\0", 1), L"9"),
                   Shortcut(L"i.exe", L"10")},
                  {}),
