@@ -9,7 +9,6 @@
 #include "hosts/common/journal.h"
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
-#include "hosts/common/text_encoding.h"
 
 #include <algorithm>
 
@@ -76,14 +75,22 @@ void RequireRoom(const Journal& journal, std::span<const EntryChange> changes, c
                  manner.mayGoOn);
 }
 
-// Tells of every outcome that is not there any more when all is done.
-void CompareAtTheEnd(const Library& library, std::span<EntryChange> changes) {
-  const auto isDone = [](const EntryChange& change) { return change.outcome->kind == OutcomeKind::kDone; };
-  if (std::ranges::none_of(changes, isDone)) return;
-  ReadForChanges(library, false);
-  for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
-    Tell(*change, changes.size() == 1);
+// Tells of every outcome that is not there any more when all is done. What keeps it from looking is the
+// answer: it must not hide the outcomes.
+std::wstring CompareAtTheEnd(const Library& library, std::span<EntryChange> changes) {
+  const auto isDone = [](const EntryChange& change) {
+    return change.outcome && change.outcome->kind == OutcomeKind::kDone;
+  };
+  if (std::ranges::none_of(changes, isDone)) return {};
+  try {
+    ReadForChanges(library, false);
+    for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
+      Tell(*change, changes.size() == 1);
+    }
+  } catch (const HostError& error) {
+    return error.Message();
   }
+  return {};
 }
 
 void MakeAll(const Library& library, std::span<EntryChange> changes, const ChangeManner& manner) {
@@ -96,7 +103,6 @@ void MakeAll(const Library& library, std::span<EntryChange> changes, const Chang
     if (IsPlanned(change)) MakeChange(library, change);
     Tell(change, changes.size() == 1);
   }
-  CompareAtTheEnd(library, changes);
 }
 
 }  // namespace
@@ -138,8 +144,10 @@ void AddEntry(const Arguments& arguments, EntryChange change) {
 
 void RunChanges(const Library& library, std::vector<EntryChange> changes, const ChangeManner& manner) {
   AskAll(library, changes, manner.isDryRun);
+  std::wstring unseen;
   if (!manner.isDryRun) {
     MakeAll(library, changes, manner);
+    unseen = CompareAtTheEnd(library, changes);
   } else if (!manner.isJson) {
     std::wstring text;
     for (const EntryChange& change : changes) text += PreviewText(change);
@@ -147,6 +155,7 @@ void RunChanges(const Library& library, std::vector<EntryChange> changes, const 
   }
   if (manner.isJson) WriteOutput(OutcomesJson(changes));
   RaiseFailures(changes, manner.isRestDone);
+  if (!unseen.empty()) throw HostError(L"Cannot look at the outcome: " + unseen, ExitCode::kPartly);
 }
 
 }  // namespace smh

@@ -1,12 +1,12 @@
 #include "hosts/cli/item_selector.h"
 
+#include "hosts/cli/standard_input.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/operations.h"
 #include "hosts/common/short_id.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_reading.h"
-#include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace smh {
 namespace {
 
 // Of a list of ITEMs, in bytes.
-constexpr std::uint64_t kLargestFile = 16 * 1024 * 1024;
+constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
 
 using Positions = std::vector<std::size_t>;
 
@@ -130,17 +130,6 @@ Positions Resolve(std::span<const ItemRecord> items, const Positions& candidates
   return found;
 }
 
-std::string ReadStandardInput() {
-  std::string bytes;
-  char buffer[4096];
-  DWORD count = 0;
-  while (bytes.size() <= kLargestFile &&
-         ReadFile(GetStdHandle(STD_INPUT_HANDLE), buffer, sizeof(buffer), &count, nullptr) && count > 0) {
-    bytes.append(buffer, count);
-  }
-  return bytes;
-}
-
 std::wstring TextOfBytes(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xFE")) {
     std::wstring text;
@@ -152,6 +141,17 @@ std::wstring TextOfBytes(std::string_view bytes) {
   }
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
   return FromUtf8(bytes);
+}
+
+std::vector<std::wstring> LinesOf(std::wstring_view text) {
+  std::vector<std::wstring> lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(L'\n', begin), text.size());
+    std::wstring line = Trim(text.substr(begin, end - begin));
+    if (!line.empty()) lines.push_back(std::move(line));
+    begin = end + 1;
+  }
+  return lines;
 }
 
 }  // namespace
@@ -203,21 +203,12 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
 }
 
 std::vector<std::wstring> ReadItemLines(const std::wstring& file) {
-  std::wstring text;
+  if (file == L"-") return LinesOf(TextOfBytes(ReadStandardInput(kLargestFile)));
   try {
-    text =
-        TextOfBytes(file == L"-" ? ReadStandardInput() : ReadWholeFile(file, FILE_SHARE_READ, kLargestFile));
+    return LinesOf(TextOfBytes(ReadWholeFile(file, FILE_SHARE_READ, kLargestFile)));
   } catch (...) {
     throw HostError(L"Cannot read " + file + L": " + CurrentFaultText());
   }
-  std::vector<std::wstring> lines;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find(L'\n', begin), text.size());
-    std::wstring line = Trim(std::wstring_view(text).substr(begin, end - begin));
-    if (!line.empty()) lines.push_back(std::move(line));
-    begin = end + 1;
-  }
-  return lines;
 }
 
 ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item) {

@@ -88,7 +88,7 @@ Seen SeeSwitch(const Library& library, const EntryChange& change, std::int32_t p
   if (change.listed->GetIndex() >= 0) {
     now = ReadItemRecord(*change.listed);
   } else {
-    ReadAllItems(library);
+    ReadAgain(library);
     now = FindListed(library, before.location, position, [&](IStartupItem& item) {
       return FlagProperty(item, kPropertyEnabled) == enable &&
              TextProperty(item, kPropertyCaption) == before.caption;

@@ -12,13 +12,16 @@ namespace {
 
 constexpr DWORD kPollInterval = 10;
 
-ReadState ReadTo(const Library& library, ReadScope scope, ReadState wanted, DWORD limit) {
+ReadState ReadTo(const Library& library, ReadState wanted, DWORD limit) {
   IStartupItemCollection& items = library.Items();
-  CheckResult(items.SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
-              L"Cannot choose the locations");
   CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
   WaitForReader([&] { return items.GetReadState() >= wanted; }, limit);
   return static_cast<ReadState>(items.GetReadState());
+}
+
+void Choose(const Library& library, ReadScope scope) {
+  CheckResult(library.Items().SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
+              L"Cannot choose the locations");
 }
 
 void RequireState(ReadState state, ReadState required) {
@@ -37,7 +40,8 @@ bool WaitForReader(const std::function<bool()>& isComplete, DWORD limit) {
 }
 
 ReadState ReadToEnd(const Library& library, ReadScope scope, DWORD limit) {
-  return ReadTo(library, scope, kReadStateComplete, limit);
+  Choose(library, scope);
+  return ReadTo(library, kReadStateComplete, limit);
 }
 
 void RequireListed(ReadState state) {
@@ -83,9 +87,13 @@ void ResolveFiles(const Library& library, std::span<ItemRecord> items) {
   }
 }
 
+void ReadAgain(const Library& library) {
+  RequireListed(ReadTo(library, kReadStateListed, kReadingLimitMs));
+}
+
 void ReadForChanges(const Library& library, bool details) {
-  RequireListed(
-      ReadTo(library, ReadScope::kAll, details ? kReadStateComplete : kReadStateListed, kReadingLimitMs));
+  Choose(library, ReadScope::kAll);
+  RequireListed(ReadTo(library, details ? kReadStateComplete : kReadStateListed, kReadingLimitMs));
   CheckResult(library.Items().Stop(), L"Cannot stop reading", LibrarySlot::kReading);
 }
 

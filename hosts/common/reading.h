@@ -46,6 +46,9 @@ struct Listing {
   std::vector<ComPtr<IStartupItem>> wrappers;
 };
 Listing TakeListing(const Library& library);
+// Has the locations that are chosen read once more, and waits until all are listed. Raises HostError as
+// above.
+void ReadAgain(const Library& library);
 // Reads all locations, as far as it takes to know what there is and, with `details`, everything about it;
 // then the reader rests, so that changes have the machine for themselves. Raises HostError when that takes
 // too long.
