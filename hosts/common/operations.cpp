@@ -272,8 +272,10 @@ struct Expectation {
 };
 
 Outcome OutcomeOfNext(const Library& library, Verb verb, const ItemRecord& entry) {
-  const EntryChange next{
-      .verb = verb, .before = entry, .listed = FindListedItem(library, entry.location, entry.name)};
+  EntryChange next;
+  next.verb = verb;
+  next.before = entry;
+  next.listed = FindListedItem(library, entry.location, entry.name);
   return *Guarded([&] { return Ask(OutcomeOf(library, next)); });
 }
 
