@@ -1,8 +1,6 @@
 #include "siblings/guardkit/checkpoints.h"
 
-#include "infra/files/file_facts.h"
 #include "infra/runtime/exceptions.h"
-#include "siblings/guardkit/journal_index.h"
 #include "siblings/guardkit/registry_place.h"
 
 #include <utility>

@@ -6,6 +6,7 @@
 #include "siblings/guardkit/live_system.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace smh {
