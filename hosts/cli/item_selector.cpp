@@ -43,7 +43,8 @@ Positions FindNamed(std::span<const ItemRecord> items, const Positions& candidat
 Positions FindExact(std::span<const ItemRecord> items, const Positions& candidates, std::wstring_view text) {
   Positions found = FindNamed(items, candidates, text);
   if (found.empty() && IsIdText(text)) {
-    found = Find(items, candidates, [&](const ItemRecord& item) { return HasId(item, text); });
+    found = Find(items, candidates,
+                 [&](const ItemRecord& item) { return HasId(item.location, item.name, text); });
   }
   const std::wstring decoded = found.empty() ? DecodeEscapes(text) : std::wstring();
   return found.empty() && decoded != text ? FindNamed(items, candidates, decoded) : found;

@@ -190,6 +190,13 @@ std::span<const ItemField> ItemFields() noexcept {
   return kItemFields;
 }
 
+void AssignShortIds(std::span<ItemRecord> items) {
+  std::vector<std::wstring> ids;
+  for (const ItemRecord& item : items) ids.push_back(WholeId(item.location, item.name));
+  ids = ShortIds(ids);
+  for (std::size_t i = 0; i < ids.size(); ++i) items[i].id = std::move(ids[i]);
+}
+
 std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item) {
   if (item.root.empty()) return {{L"File", item.name}};
   const std::wstring value = item.value.value_or(std::wstring());

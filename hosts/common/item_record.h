@@ -88,6 +88,9 @@ using ItemField = Field<ItemRecord>;
 // All columns in the order of output; valid for ever.
 std::span<const ItemField> ItemFields() noexcept;
 
+// Gives each the shortest id that no other one of `items` begins with (short_id.h).
+void AssignShortIds(std::span<ItemRecord> items);
+
 // Where the entry lives. Names and texts for people: "Root",
 // "View", "Key" and "Value" of a registry entry ("64-bit" or "32-bit" view, "(Default)" for the value without
 // a name), "File" of any other.

@@ -1,7 +1,6 @@
 #include "hosts/common/reading.h"
 
 #include "hosts/common/host_error.h"
-#include "hosts/common/short_id.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>

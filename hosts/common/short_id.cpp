@@ -46,18 +46,19 @@ std::wstring WholeId(std::int32_t location, std::wstring_view name) {
   return digits;
 }
 
-void AssignShortIds(std::span<ItemRecord> items) {
-  std::vector<std::pair<std::wstring, ItemRecord*>> ids;
-  ids.reserve(items.size());
-  for (ItemRecord& item : items) ids.emplace_back(WholeId(item.location, item.name), &item);
+std::vector<std::wstring> ShortIds(const std::vector<std::wstring>& wholeIds) {
+  std::vector<std::pair<std::wstring_view, std::size_t>> ids;
+  for (std::size_t i = 0; i < wholeIds.size(); ++i) ids.emplace_back(wholeIds[i], i);
   std::ranges::sort(ids);
+  std::vector<std::wstring> shortIds(wholeIds.size());
   for (std::size_t i = 0; i < ids.size(); ++i) {
-    const std::wstring& id = ids[i].first;
+    const auto& [id, index] = ids[i];
     std::size_t common = 0;
     if (i > 0) common = CommonDigits(id, ids[i - 1].first);
     if (i + 1 < ids.size()) common = std::max(common, CommonDigits(id, ids[i + 1].first));
-    ids[i].second->id = id.substr(0, std::max(common + 1, kShortIdDigits));
+    shortIds[index] = id.substr(0, std::max(common + 1, kShortIdDigits));
   }
+  return shortIds;
 }
 
 bool IsIdText(std::wstring_view text) noexcept {
@@ -65,8 +66,8 @@ bool IsIdText(std::wstring_view text) noexcept {
          text.find_first_not_of(L"0123456789abcdefABCDEF") == std::wstring_view::npos;
 }
 
-bool HasId(const ItemRecord& item, std::wstring_view id) {
-  const std::wstring whole = WholeId(item.location, item.name);
+bool HasId(std::int32_t location, std::wstring_view name, std::wstring_view id) {
+  const std::wstring whole = WholeId(location, name);
   return id.size() <= whole.size() && SameAsciiText(std::wstring_view(whole).substr(0, id.size()), id);
 }
 

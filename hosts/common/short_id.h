@@ -6,11 +6,11 @@
 // (two bytes each), then x ^= x >> 32, x *= 0xD6E8FEB86659FD93, x ^= x >> 32. It changes with the place.
 #pragma once
 
-#include "hosts/common/item_record.h"
-
-#include <span>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace smh {
 
@@ -19,11 +19,11 @@ inline constexpr std::size_t kShortIdDigits = 8;
 
 // All digits of the id.
 std::wstring WholeId(std::int32_t location, std::wstring_view name);
-// Gives each its shortest id that no other one of `items` begins with.
-void AssignShortIds(std::span<ItemRecord> items);
+// Of each the shortest id that no other one begins with, in their order.
+std::vector<std::wstring> ShortIds(const std::vector<std::wstring>& wholeIds);
 // Whether the text can be an id: eight to sixteen hexadecimal digits.
 bool IsIdText(std::wstring_view text) noexcept;
 // Whether the entry's whole id begins with `id`, case of ASCII letters ignored.
-bool HasId(const ItemRecord& item, std::wstring_view id);
+bool HasId(std::int32_t location, std::wstring_view name, std::wstring_view id);
 
 }  // namespace smh
