@@ -1,7 +1,7 @@
 #include "siblings/guardkit/copy_source.h"
 
 #include "siblings/guardkit/file_state.h"
-#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/format/state_content.h"
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"
 

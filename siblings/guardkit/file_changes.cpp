@@ -5,7 +5,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "siblings/common/product.h"
-#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/format/state_content.h"
 
 #include <shlobj.h>
 

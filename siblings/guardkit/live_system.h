@@ -2,7 +2,7 @@
 #pragma once
 
 #include "infra/runtime/handle.h"
-#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/format/system_state.h"
 #include "siblings/guardkit/held_path.h"
 #include "siblings/guardkit/undo_reach.h"
 

@@ -3,7 +3,7 @@
 #include "infra/registry/registry_tree.h"
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
-#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/format/state_content.h"
 #include "siblings/guardkit/registry_place.h"
 #include "siblings/guardkit/registry_state.h"
 

@@ -1,6 +1,7 @@
 // What an undo decides, step by step, for every state that it may find.
 
 #include "infra/runtime/ascii_text.h"
+#include "siblings/guardkit/format/state_content.h"
 #include "siblings/guardkit/format/undo_plan.h"
 #include "tests/native/sample_journal.h"
 

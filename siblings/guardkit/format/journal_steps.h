@@ -121,7 +121,7 @@ struct StepSource {
   Kind kind = Kind::kNone;
   std::wstring place;         // a key, or a file's path
   std::wstring name;          // of a value
-  std::uint32_t content = 0;  // what it held: the sum of its state, see ContentSum in undo_plan.h
+  std::uint32_t content = 0;  // what it held: the sum of its state, see state_content.h
   bool operator==(const StepSource&) const = default;
 };
 

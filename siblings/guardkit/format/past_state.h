@@ -5,7 +5,7 @@
 // time by its values: a plan may have as many steps as a journal holds.
 #pragma once
 
-#include "siblings/guardkit/format/undo_plan.h"
+#include "siblings/guardkit/format/system_state.h"
 
 #include <unordered_map>
 

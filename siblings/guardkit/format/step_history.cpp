@@ -1,5 +1,7 @@
 #include "siblings/guardkit/format/step_history.h"
 
+#include "siblings/guardkit/format/state_content.h"
+
 #include <algorithm>
 #include <deque>
 #include <iterator>

@@ -1,37 +1,9 @@
 // What undoing a checkpoint has to do: a comparison of every step with what is found, without any change.
 #pragma once
 
-#include "siblings/guardkit/format/journal_steps.h"
-
-#include <string_view>
+#include "siblings/guardkit/format/system_state.h"
 
 namespace smh {
-
-// What a plan looks at. The reads may raise any std::exception: such a step is blocked. Asked only by the
-// functions below, on their thread.
-class SystemState {
- public:
-  virtual ~SystemState() = default;
-  // The state now of a value, a key without its subkeys, and a file; one that does not exist for what is
-  // missing.
-  virtual ValueState Value(const std::wstring& key, const std::wstring& name) = 0;
-  virtual KeyState Key(const std::wstring& key) = 0;
-  virtual FileState File(const std::wstring& path) = 0;
-  // A form that all spellings of a name have in common, and no other name has: two texts name the same key,
-  // value or file when their folded forms are equal.
-  virtual std::wstring Folded(std::wstring_view name) = 0;
-};
-
-// Whether two states are the same to an undo. Of a key the values count, in any order, and not class and
-// rights; of a file its streams, and not times, attributes and rights: these change without anybody's doing.
-bool SameContent(const ValueState& a, const ValueState& b);
-bool SameContent(const KeyState& a, const KeyState& b);
-bool SameContent(const FileState& a, const FileState& b);
-
-// A checksum of what SameContent compares: the same for states that are the same. Raises std::bad_alloc.
-std::uint32_t ContentSum(const ValueState& state);
-std::uint32_t ContentSum(const KeyState& state);
-std::uint32_t ContentSum(const FileState& state);
 
 // What undoing a step would do.
 enum class Verdict {
