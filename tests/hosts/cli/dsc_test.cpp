@@ -74,6 +74,13 @@ const std::vector<ItemRecord> kItems = {Item(User(L"one", L"1")),          Item(
                                         Item(User(L"off", L"3", false)),   Item(User(L"off", L"4", false)),
                                         Item(Shortcut(L"file.lnk", L"5")), Item(User(L"\xD800", L"6"))};
 
+// The same name in the other view.
+std::vector<ItemRecord> WithPlainTwo() {
+  std::vector<ItemRecord> items = {Item(User(L"two", L"8")), Item(User(L"two", L"9"))};
+  items[1].view = 32;
+  return items;
+}
+
 DscInstance Wanted(const std::string& more) {
   const bool hasLocation = more.find("location") != std::string::npos;
   return ParseDscInstance((hasLocation ? "{" : "{\"location\":\"UserRun\",") + more + "}");
@@ -136,6 +143,14 @@ TEST(DscInstance, WhatIsNoneIsRefused) {
                                   R"({"location":"sulRegistryUserRun","name":"x","command":""})",
                                   R"({"location":"sulRegistryUserRun","name":"x\u0000"})"}) {
     EXPECT_THROW(ParseDscInstance(input), JsonFault) << input;
+  }
+}
+
+TEST(DscState, IsDisabledWhenNoneIsEnabled) {
+  const DscInstance wanted = Wanted(R"("name":"two","enabled":false)");
+  for (const SnapshotEntry& entry :
+       DscState(wanted.location, wanted.name, wanted.command, WithPlainTwo()).Target(wanted, {})) {
+    EXPECT_FALSE(entry.enabled) << entry.view;
   }
 }
 
