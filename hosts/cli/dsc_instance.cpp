@@ -127,8 +127,10 @@ DscState::DscState(std::int32_t location, std::wstring name, const std::optional
   std::ranges::copy_if(items, std::back_inserter(entries_), [&](const ItemRecord& item) {
     return item.location == location_ && HasName(EntryOf(item), name_);
   });
-  std::ranges::stable_partition(entries_, [&](const ItemRecord& item) { return item.command == command; });
-  std::ranges::stable_partition(entries_, [](const ItemRecord& item) { return item.enabled; });
+  std::stable_partition(entries_.begin(), entries_.end(),
+                        [&](const ItemRecord& item) { return item.command == command; });
+  std::stable_partition(entries_.begin(), entries_.end(),
+                        [](const ItemRecord& item) { return item.enabled; });
 }
 
 bool DscState::Fits(const DscInstance& wanted) const {
@@ -164,7 +166,8 @@ std::wstring DscState::Json(std::optional<bool> inDesiredState) const {
 std::wstring ExportLines(std::span<const ItemRecord> items, const DscFilter& filter,
                          std::vector<std::wstring>& leftOut) {
   std::vector<SnapshotEntry> entries = EntriesOf(items);
-  std::ranges::stable_partition(entries, [](const SnapshotEntry& entry) { return entry.enabled; });
+  std::stable_partition(entries.begin(), entries.end(),
+                        [](const SnapshotEntry& entry) { return entry.enabled; });
   std::ranges::stable_sort(
       entries, [](const SnapshotEntry& a, const SnapshotEntry& b) { return CompareInstances(a, b) < 0; });
   std::wstring lines;

@@ -201,7 +201,7 @@ SnapshotEntry EntryIn(const FlatObject& row) {
 
 // A folder whose name stands for another one's: never a drive or less.
 std::wstring UserFolder(const FlatObject& head, const char* key) {
-  const std::wstring folder = WithoutTrailingBackslash(head.Text(key).value_or(std::wstring()));
+  std::wstring folder = WithoutTrailingBackslash(head.Text(key).value_or(std::wstring()));
   if (folder.empty()) return folder;
   if (folder.size() < 4 || !IsFullPath(folder) || HoldsNul(folder) ||
       folder.find(L"..") != std::wstring::npos) {
@@ -221,6 +221,7 @@ void RequireVersion(const FlatObject& head) {
 // Else comparing would take as long as somebody likes.
 void RequireFewOfOneName(const std::vector<SnapshotEntry>& entries) {
   std::vector<const SnapshotEntry*> sorted;
+  sorted.reserve(entries.size());
   for (const SnapshotEntry& entry : entries) sorted.push_back(&entry);
   std::ranges::sort(
       sorted, [](const SnapshotEntry* a, const SnapshotEntry* b) { return CompareIdentity(*a, *b) < 0; });

@@ -145,7 +145,7 @@ std::uint64_t RecordedBytes(const EntryChange& change) {
   const ItemRecord& item = change.before;
   const std::size_t units =
       item.name.size() + 2 * (item.command.size() + change.order.command.size()) + item.caption.size();
-  const std::uint64_t texts = 2 * units * sizeof(wchar_t);
+  const std::uint64_t texts = std::uint64_t{2} * units * sizeof(wchar_t);
   const bool keepsFile = item.root.empty() && (change.verb == Verb::kDelete || change.verb == Verb::kChange ||
                                                change.verb == Verb::kMove);
   const std::optional<FileStamp> file = keepsFile ? StampOf(item.name) : std::nullopt;

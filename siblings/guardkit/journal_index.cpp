@@ -156,6 +156,7 @@ std::vector<IndexedAction> Load(const JournalFolder& folder, const std::vector<J
     }
   }
   std::vector<IndexedAction> index;
+  index.reserve(order.size());
   for (const std::uint32_t id : order) index.push_back(Assemble(groups[id]));
   return index;
 }

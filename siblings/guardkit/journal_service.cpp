@@ -87,6 +87,7 @@ ListRow RowOf(const DroppedAction& action) {
 
 std::vector<ListRow> RowsOf(const std::vector<IndexedAction>& actions) {
   std::vector<ListRow> rows;
+  rows.reserve(actions.size());
   for (const IndexedAction& action : actions) rows.push_back(RowOf(action));
   return rows;
 }

@@ -20,7 +20,10 @@ TEST(CompareOutcomes, FindsWhatIsNotAsItWasMade) {
   const std::pair<std::vector<ItemRecord>, bool> lists[] = {
       {{moved}, true}, {{moved, other}, true}, {{}, false}, {{before}, false}, {{before, moved}, false}};
   for (const auto& [list, isGood] : lists) {
-    EntryChange change{.verb = Verb::kDisable, .before = before, .outcome = Outcome{.now = moved}};
+    EntryChange change;
+    change.verb = Verb::kDisable;
+    change.before = before;
+    change.outcome = Outcome{.now = moved};
     EXPECT_EQ(CompareOutcomes({&change, 1}, list).empty(), isGood);
     EXPECT_EQ(change.outcome->IsGood(), isGood);
   }

@@ -114,7 +114,9 @@ class MakeChangeTest : public StartupctlTest {
   MakeChangeTest() { SetRun(HKEY_CURRENT_USER, L"ctl lies", Command(L"lies")); }
 
   Outcome DisableFake() {
-    EntryChange change{.verb = Verb::kDisable, .before = PlaceOfNewValue(sulRegistryUserRun, L"ctl lies")};
+    EntryChange change;
+    change.verb = Verb::kDisable;
+    change.before = PlaceOfNewValue(sulRegistryUserRun, L"ctl lies");
     change.before.enabled = true;
     change.before.command = Command(L"lies");
     change.listed = ComPtr<IStartupItem>(item.Get());
