@@ -260,10 +260,9 @@ BOOL WINAPI FileSize(HANDLE handle, LARGE_INTEGER* size) {
   return TRUE;
 }
 
-BOOL WINAPI FileInformation(HANDLE handle, BY_HANDLE_FILE_INFORMATION* data) {
-  if (!IsOurs(handle)) return SMH_REAL(GetFileInformationByHandle)(handle, data);
-  *data = {};
-  data->nFileSizeLow = static_cast<DWORD>(static_cast<const MemoryFile*>(handle)->bytes.size());
+BOOL WINAPI FileTimes(HANDLE handle, FILETIME* created, FILETIME* accessed, FILETIME* written) {
+  if (!IsOurs(handle)) return SMH_REAL(GetFileTime)(handle, created, accessed, written);
+  *written = {};
   return TRUE;
 }
 
@@ -316,7 +315,7 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(FindClose, FindEnd) \
   X(CreateFileW, OpenFile) \
   X(GetFileSizeEx, FileSize) \
-  X(GetFileInformationByHandle, FileInformation) \
+  X(GetFileTime, FileTimes) \
   X(ReadFile, ReadBytesOf) \
   X(CloseHandle, Close) \
   X(GetFileVersionInfoSizeW, VersionSize) \

@@ -27,7 +27,7 @@ namespace smh::bench {
   X(FindClose) \
   X(CreateFileW) \
   X(GetFileSizeEx) \
-  X(GetFileInformationByHandle) \
+  X(GetFileTime) \
   X(ReadFile) \
   X(CloseHandle) \
   X(GetFileVersionInfoSizeW) \

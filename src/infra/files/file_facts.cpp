@@ -51,12 +51,6 @@ bool NamesNothing(PathView path) noexcept {
   return true;
 }
 
-template <typename Data>
-FileStamp StampIn(const Data& data) noexcept {
-  return {(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0, SizeIn(data),
-          NumberOf(data.ftLastWriteTime)};
-}
-
 }  // namespace
 
 bool IsFullPath(std::wstring_view path) noexcept {
@@ -98,13 +92,18 @@ std::optional<FileStamp> StampOf(PathView path) noexcept {
   WIN32_FILE_ATTRIBUTE_DATA data;
   if (path.IsEmpty() || NamesNothing(path)) return std::nullopt;
   if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == FALSE) return std::nullopt;
-  return StampIn(data);
+  return FileStamp{(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0, SizeIn(data),
+                   NumberOf(data.ftLastWriteTime)};
 }
 
 std::optional<FileStamp> StampOfOpenFile(HANDLE file) noexcept {
-  BY_HANDLE_FILE_INFORMATION data;
-  if (GetFileInformationByHandle(file, &data) == FALSE) return std::nullopt;
-  return StampIn(data);
+  // Not GetFileInformationByHandle, which also asks for the volume.
+  LARGE_INTEGER size;
+  FILETIME written;
+  if (GetFileSizeEx(file, &size) == FALSE || GetFileTime(file, nullptr, nullptr, &written) == FALSE) {
+    return std::nullopt;
+  }
+  return FileStamp{false, static_cast<std::uint64_t>(size.QuadPart), NumberOf(written)};
 }
 
 std::optional<std::wstring> FullPathOf(const wchar_t* text) {
