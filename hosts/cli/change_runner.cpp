@@ -63,9 +63,9 @@ void AskAll(const Library& library, std::span<EntryChange> changes, bool isDryRu
   }
 }
 
-// Of several changes those that are kept may push older ones out.
+// What is kept of them may push older ones out.
 void RequireRoom(const Journal& journal, std::span<const EntryChange> changes, const ChangeManner& manner) {
-  if (changes.size() < 2 || !UsesCheckpoints()) return;
+  if (std::ranges::none_of(changes, IsPlanned) || !UsesCheckpoints()) return;
   std::uint64_t bytes = 0;
   for (const EntryChange& change : changes) bytes += IsPlanned(change) ? RecordedBytes(change) : 0;
   const std::vector<CheckpointRecord> dropped = journal.WouldDrop(bytes);

@@ -182,6 +182,16 @@ Selection SelectItems(std::span<const ItemRecord> items, const Selector& selecto
   return selection;
 }
 
+void RequireUnambiguous(std::span<const ItemRecord> items, const Selector& selector) {
+  const Positions candidates = All(items, selector.filter);
+  for (const std::vector<std::wstring>* const texts : {&selector.items, &selector.lines}) {
+    for (const std::wstring& text : *texts) {
+      const Positions found = FindExact(items, candidates, text);
+      if (found.size() > 1) RaiseSeveral(L"\"" + text + L"\"", items, found);
+    }
+  }
+}
+
 bool IsMeant(const Selector& selector, const ItemRecord& item) {
   if (!selector.filter.Shows(item)) return false;
   if (selector.items.empty() && selector.lines.empty()) return true;

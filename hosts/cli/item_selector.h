@@ -41,6 +41,8 @@ struct Selection {
 // Raises HostError when a text means nothing, and when one that is no pattern means several: the message
 // lists them.
 Selection SelectItems(std::span<const ItemRecord> items, const Selector& selector);
+// Raises HostError as above for a text that means several of the entries; one that means none yet may.
+void RequireUnambiguous(std::span<const ItemRecord> items, const Selector& selector);
 // Whether the entry is among what is asked for; for one by itself, as it comes and goes.
 bool IsMeant(const Selector& selector, const ItemRecord& item);
 

@@ -26,8 +26,7 @@ struct Column {
 // The mark stands at the end, which is not cut.
 std::wstring FileCell(const ItemRecord& item) {
   std::wstring cell = ShownFile(item);
-  if (item.reachability != kFileFound)
-    cell.append(L" (").append(ReachabilityName(item.reachability)).append(L")");
+  if (item.LacksFile()) cell.append(L" (").append(ReachabilityName(item.reachability)).append(L")");
   return cell;
 }
 
@@ -75,7 +74,7 @@ std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std:
 
 Tone ToneOf(const ItemRecord& item) noexcept {
   if (item.rating == 2) return Tone::kDanger;
-  if (item.reachability != kFileFound) return Tone::kWarning;
+  if (item.LacksFile()) return Tone::kWarning;
   return item.enabled ? Tone::kPlain : Tone::kFaint;
 }
 

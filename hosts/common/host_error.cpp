@@ -71,6 +71,8 @@ std::wstring CurrentFaultText() {
     throw;
   } catch (const HostError& error) {
     return error.Message();
+  } catch (const EOSError& error) {
+    return SystemErrorText(HRESULT_FROM_WIN32(error.Code()));
   } catch (const Exception& error) {
     return Printable(error.Message());
   } catch (const std::exception& error) {

@@ -65,6 +65,8 @@ struct ItemRecord {
   std::int32_t twin = kTwinNone;  // an ItemTwin
   std::wstring twinCommand;       // what the 32-bit view has there, for kTwinOther
 
+  // Whether it has a command whose file is missing or out of reach.
+  bool LacksFile() const { return reachability != kFileFound && !command.empty(); }
   // Whether the library allowed the action when the record was read.
   bool Can(ItemAction action) const noexcept { return (can >> action & 1) != 0; }
 };

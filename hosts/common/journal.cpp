@@ -101,8 +101,18 @@ std::uint32_t Journal::EndAction() const noexcept {
   return SUCCEEDED(journal_->EndAction(&id)) ? id : 0;
 }
 
-HRESULT Journal::Forget(std::uint32_t id) const noexcept {
-  return journal_->Forget(id);
+std::vector<HRESULT> Journal::Forget(const std::vector<std::uint32_t>& ids) const {
+  std::vector<HRESULT> results(ids.size());
+  if (ids.empty()) return results;
+  const auto count = static_cast<std::int32_t>(ids.size());
+  CheckResult(journal_->Forget(ids.data(), count, results.data()), L"Cannot forget");
+  return results;
+}
+
+std::uint64_t Journal::Revision() const {
+  std::uint64_t revision = 0;
+  CheckResult(journal_->GetRevision(&revision), L"Cannot list the journal");
+  return revision;
 }
 
 std::vector<CheckpointRecord> Journal::WouldDrop(std::uint64_t bytes) const {
@@ -131,12 +141,6 @@ std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
       break;
   }
   return SystemErrorText(record.result);
-}
-
-std::wstring PartlyDoneText(const UndoRecord& record) {
-  if (record.ownCheckpoint == 0) return {};
-  return L"What was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
-         L", which can be undone.";
 }
 
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept {

@@ -57,8 +57,11 @@ class Journal {
   void BeginAction(const std::wstring& title) const;
   std::uint32_t EndAction() const noexcept;
 
-  // Removes action `id` for good. Answers the slot's result and raises nothing.
-  HRESULT Forget(std::uint32_t id) const noexcept;
+  // Removes the actions for good. Answers the slot's results, in their order; HostError when nothing was
+  // looked at.
+  std::vector<HRESULT> Forget(const std::vector<std::uint32_t>& ids) const;
+  // The same number as before while nobody has written to the journal; quick. Raises HostError.
+  std::uint64_t Revision() const;
   // The actions that recording so many bytes more now would push out, oldest first. Raises HostError.
   std::vector<CheckpointRecord> WouldDrop(std::uint64_t bytes) const;
 
@@ -70,9 +73,6 @@ class Journal {
 // Why an undo or redo failed, as far as its result tells: the end of a sentence in small letters, or the
 // system's text; `verb` is "undo" or "redo".
 std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
-// What a failed one did all the same, as a sentence; empty when it did nothing.
-std::wstring PartlyDoneText(const UndoRecord& record);
-
 // "open", "done", "interrupted", "undone", "failed", "partly done", "damaged", "dropped"; "unknown" for any
 // other.
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept;

@@ -29,10 +29,8 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
                              frame_.account.sessionUser + L", who is logged on. Change them?");
 }
 
-// One small change is not worth the look at the journal.
 void EntryCommands::Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
   if (items.empty()) return;
-  if (items.size() == 1 && verb != Verb::kDelete) return Begin(std::move(items), verb, std::move(order));
   frame_.worker.Ask(
       [items, verb, order](LibrarySession& session) { return session.Forecast(items, verb, order); },
       [this, items, verb, order](const UndoForecast& forecast) {

@@ -16,6 +16,7 @@ namespace smh {
 struct HistorySnapshot {
   std::vector<CheckpointRecord> actions;                         // undos among them, oldest first
   std::map<std::uint32_t, std::vector<CheckpointRecord>> parts;  // of the opened ones
+  std::uint64_t revision = 0;                                    // of the journal, before it was read
 };
 
 // An action, or parts of one by their numbers, in rising order; a target without an action is none.

@@ -52,7 +52,7 @@ void MainWindow::OnCreate() {
   // The loop of a dialog that closes may drop a posted message.
   SetTimer(Handle(), 1, kSafetyInterval, nullptr);
   worker_.Listen({[this](ListNews& news) {
-                    if (!news.events.empty()) panes_.Undo().Refresh();
+                    if (!news.events.empty()) panes_.Undo().RefreshWhenWritten();
                     panes_.Entries().OnNews(news);
                     panes_.Tree().ShowCounts(panes_.Entries().Rows());
                   },

@@ -31,7 +31,9 @@ constexpr HistoryColumn kColumns[] = {
 };
 
 HistorySnapshot ReadHistory(const Journal& journal, const std::vector<std::uint32_t>& opened) {
-  HistorySnapshot snapshot{.actions = journal.Checkpoints(), .parts = {}};
+  HistorySnapshot snapshot;
+  snapshot.revision = journal.Revision();
+  snapshot.actions = journal.Checkpoints();
   for (const std::uint32_t id : opened) {
     try {
       snapshot.parts.emplace(id, journal.Parts(id));
@@ -130,7 +132,15 @@ void UndoView::Refresh() {
       [this](const HistorySnapshot& snapshot) { Take(snapshot); });
 }
 
+void UndoView::RefreshWhenWritten() {
+  frame_.worker.Ask([](LibrarySession& session) { return session.Changes().Revision(); },
+                    [this](std::uint64_t revision) {
+                      if (revision != revision_) Refresh();
+                    });
+}
+
 void UndoView::Take(const HistorySnapshot& snapshot) {
+  revision_ = snapshot.revision;
   stepsOf_ = {};
   Rearrange([&] { rows_.Take(snapshot); });
   if (rows_.HasInterrupted() && !hasTold_)
@@ -228,7 +238,11 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
   }
   const wchar_t* const verb = isUndo ? L"undo" : L"redo";
   ShowError(frame_, L"Cannot " + std::wstring(verb) + L" \u201C" + name + L"\u201D: " +
-                        UndoFailureText(record, verb) + L"\n" + PartlyDoneText(record));
+                        UndoFailureText(record, verb) + L"\n" +
+                        (record.ownCheckpoint == 0
+                             ? std::wstring()
+                             : L"What was done until then is the newest change of the history, and can be "
+                               L"undone."));
 }
 
 void UndoView::Search(std::wstring_view text) {

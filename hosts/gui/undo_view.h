@@ -21,6 +21,8 @@ class UndoView final : public View {
 
   // Reads the journal anew; what is shown stays until the answer is there.
   void Refresh();
+  // The same when somebody has written to it since; quick.
+  void RefreshWhenWritten();
   // For the commands of the other views: the latest change, whichever is selected here. They ask the snapshot
   // only.
   bool CanUndoLatest() const;
@@ -62,6 +64,7 @@ class UndoView final : public View {
 
   const Frame& frame_;
   HistoryRows rows_;
+  std::uint64_t revision_ = 0;  // of the journal in rows_
   std::vector<std::wstring> steps_;
   HistoryTarget stepsOf_;
   VirtualList list_;

@@ -172,6 +172,20 @@ IndexedPart* FindPart(std::vector<IndexedAction>& index, std::uint32_t id, std::
   return &action->parts[number - 1];
 }
 
+// Unless a newer undo has settled it.
+void SetUnclear(IndexedPart& part) noexcept {
+  if (part.undoneBy != 0 || part.redone) return;
+  part.isUnclear = true;
+  part.undoTried = true;
+}
+
+// The parts of what a damaged undo took back, of which it does not tell any more.
+void SetRestUnclear(std::vector<IndexedAction>& index, const IndexedAction& undo) {
+  const auto target = std::ranges::lower_bound(index, undo.header.undoes, {}, IdOf);
+  if (target == index.end() || target->Id() != undo.header.undoes) return;
+  for (IndexedPart& part : target->parts) SetUnclear(part);
+}
+
 // Newest first: whether an undo still holds is known when its turn comes.
 void JoinUndos(std::vector<IndexedAction>& index) {
   for (auto action = index.rbegin(); action != index.rend(); ++action) {
@@ -180,7 +194,9 @@ void JoinUndos(std::vector<IndexedAction>& index) {
           FindPart(index, part.record.header.undoesAction, part.record.header.undoesPart);
       if (target == nullptr) continue;
       const bool isComplete = part.redone || part.record.end == PartEnd::kDone;
-      if (part.undoneBy != 0) {
+      if (part.isUnclear) {
+        SetUnclear(*target);
+      } else if (part.undoneBy != 0) {
         if (isComplete && target->undoneBy == 0) target->redone = true;
       } else if (isComplete) {
         if (target->undoneBy == 0 && !target->redone) target->undoneBy = action->Id();
@@ -188,6 +204,7 @@ void JoinUndos(std::vector<IndexedAction>& index) {
         target->undoTried = true;
       }
     }
+    if (action->state == CheckpointState::kDamaged) SetRestUnclear(index, *action);
   }
 }
 

@@ -19,8 +19,11 @@ struct IndexedPart {
   std::uint32_t undoneBy = 0;
   // Taken back and made again, as a whole.
   bool redone = false;
-  // An undo of it was begun and never ended: what its marks say need not be so any more.
+  // An undo of it was begun and never ended, or is damaged: what its marks say need not be so any more.
   bool undoTried = false;
+  // Whether it was taken back or made again stood in a file that is damaged: so it may stand, and its undo
+  // compares.
+  bool isUnclear = false;
 
   // Whether it came about and was not taken back.
   bool Stands() const noexcept {

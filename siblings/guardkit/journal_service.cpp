@@ -218,16 +218,37 @@ HRESULT JournalService::UndoParts(std::uint32_t id, const std::uint32_t* numbers
   return FAILED(copied) ? copied : AnswerUndo(request, mode, report);
 }
 
-HRESULT JournalService::Forget(std::uint32_t id) {
-  HRESULT status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
-  const HRESULT guarded = GuardedResult([&] {
+HRESULT JournalService::Forget(const std::uint32_t* ids, std::int32_t count, HRESULT* results) {
+  if (ids == nullptr || results == nullptr) return E_POINTER;
+  if (count <= 0) return E_INVALIDARG;
+  const auto size = static_cast<std::size_t>(count);
+  std::fill_n(results, size, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+  return GuardedResult([&] {
     RequireIdle();
     const auto folder = JournalFolder::OpenExisting();
     if (!folder) return;
     const JournalLock lock(*folder, JournalLock::kPatience);
-    status = ForgetAction(*folder, id);
+    ForgetActions(*folder, {ids, size}, {results, size});
   });
-  return FAILED(guarded) ? guarded : status;
+}
+
+HRESULT JournalService::GetRevision(std::uint64_t* revision) {
+  if (revision == nullptr) return E_POINTER;
+  *revision = 0;
+  return GuardedResult([&] {
+    const auto folder = JournalFolder::OpenExisting();
+    if (!folder) return;
+    // FNV-1a, by numbers.
+    std::uint64_t sum = 0xCBF29CE484222325;
+    const auto add = [&sum](std::uint64_t number) { sum = (sum ^ number) * 0x100000001B3; };
+    for (const JournalName& name : ListJournals(*folder)) {
+      add(name.id);
+      add(name.closed ? 1 : 0);
+      add(name.size);
+      add(name.written);
+    }
+    *revision = sum;
+  });
 }
 
 HRESULT JournalService::WouldDrop(std::uint64_t bytes, ICheckpointList** list) {

@@ -19,8 +19,9 @@ class JournalService final : public ServiceObject<IJournal> {
   HRESULT STDMETHODCALLTYPE GetParts(std::uint32_t id, ICheckpointList** parts) override;
   HRESULT STDMETHODCALLTYPE UndoParts(std::uint32_t id, const std::uint32_t* numbers, std::int32_t count,
                                       UndoMode mode, IUndoReport** report) override;
-  HRESULT STDMETHODCALLTYPE Forget(std::uint32_t id) override;
+  HRESULT STDMETHODCALLTYPE Forget(const std::uint32_t* ids, std::int32_t count, HRESULT* results) override;
   HRESULT STDMETHODCALLTYPE WouldDrop(std::uint64_t bytes, ICheckpointList** list) override;
+  HRESULT STDMETHODCALLTYPE GetRevision(std::uint64_t* revision) override;
 };
 
 }  // namespace smh

@@ -166,14 +166,19 @@ void AddDropped(const JournalFolder& folder, const std::vector<const IndexedActi
   WriteDropped(folder, rows);
 }
 
+// With contents that belong to nobody.
+std::uint64_t SizeByListing(const JournalFolder& folder, const BlobStore& blobs) {
+  std::uint64_t size = SizeOf(ListJournals(folder));
+  for (const auto& [hash, bytes] : blobs.List()) size += bytes;
+  return size;
+}
+
 // By its listing alone.
 bool MayBeTooMuch(const JournalFolder& folder, const BlobStore& blobs, const Retention& retention) {
-  const std::vector<JournalName> names = ListJournals(folder);
-  std::uint64_t size = SizeOf(names);
-  for (const auto& [hash, bytes] : blobs.List()) size += bytes;
-  return size > retention.bytes || std::ranges::any_of(names, [&](const JournalName& name) {
-           return name.closed && IsTooOld({name}, retention.days);
-         });
+  if (SizeByListing(folder, blobs) > retention.bytes) return true;
+  return std::ranges::any_of(ListJournals(folder), [&](const JournalName& name) {
+    return name.closed && IsTooOld({name}, retention.days);
+  });
 }
 
 HRESULT ForgetDropped(const JournalFolder& folder, std::uint32_t id) {
@@ -195,6 +200,33 @@ std::vector<const IndexedAction*> FamilyOf(const std::vector<IndexedAction>& ind
     family.push_back(&action);
   }
   return family;
+}
+
+// `gone` are those of the index that were forgotten before, and get what goes here.
+HRESULT ForgetOne(const JournalFolder& folder, KeptActions& kept, std::uint32_t id,
+                  std::set<std::uint32_t>& gone) {
+  if (gone.contains(id)) return S_OK;
+  const IndexedAction* const action = FindById(kept.Index(), id);
+  if (action == nullptr) return ForgetDropped(folder, id);
+  const std::uint32_t undoes = action->header.undoes;
+  const bool isUndone = FindById(kept.Index(), undoes) != nullptr && !gone.contains(undoes);
+  if (undoes != 0 && isUndone) return IJournal::kWrongState;
+  std::vector<const IndexedAction*> family = FamilyOf(kept.Index(), id);
+  std::erase_if(family, [&](const IndexedAction* each) { return gone.contains(each->Id()); });
+  if (std::ranges::any_of(family,
+                          [](const IndexedAction* each) { return each->state == CheckpointState::kOpen; })) {
+    return HRESULT_FROM_WIN32(ERROR_BUSY);
+  }
+  AddDropped(folder, family, true);
+  DWORD error = ERROR_SUCCESS;
+  // The newest first: an action without its undo would seem to stand.
+  for (auto each = family.rbegin(); each != family.rend() && error == ERROR_SUCCESS; ++each) {
+    if (!DeleteFiles(folder, **each)) error = GetLastError();
+    if (error != ERROR_SUCCESS) break;
+    kept.Drop(**each);
+    gone.insert((*each)->Id());
+  }
+  return HRESULT_FROM_WIN32(error);
 }
 
 }  // namespace
@@ -233,11 +265,13 @@ void LetGoOfOldest(const JournalFolder& folder, const BlobStore& blobs, const Re
 std::vector<IndexedAction> WouldLetGoOf(const JournalFolder& folder, const Retention& retention,
                                         std::uint64_t bytes) {
   const BlobStore blobs(folder);
+  // Those that go for their age go anyway.
+  if (SizeByListing(folder, blobs) + bytes <= retention.bytes) return {};
   KeptActions now(folder, blobs);
+  KeptActions then = now;
   std::set<std::uint32_t> anyway;
   for (const IndexedAction* const action : ChooseToDrop(now, retention, 0, false))
     anyway.insert(action->Id());
-  KeptActions then(folder, blobs);
   std::vector<IndexedAction> result;
   for (const IndexedAction* const action : ChooseToDrop(then, retention, bytes, true)) {
     if (!anyway.contains(action->Id())) result.push_back(*action);
@@ -245,27 +279,13 @@ std::vector<IndexedAction> WouldLetGoOf(const JournalFolder& folder, const Reten
   return result;
 }
 
-HRESULT ForgetAction(const JournalFolder& folder, std::uint32_t id) {
+void ForgetActions(const JournalFolder& folder, std::span<const std::uint32_t> ids,
+                   std::span<HRESULT> results) {
   const BlobStore blobs(folder);
   KeptActions kept(folder, blobs);
-  const IndexedAction* const action = FindById(kept.Index(), id);
-  if (action == nullptr) return ForgetDropped(folder, id);
-  const std::uint32_t undoes = action->header.undoes;
-  if (undoes != 0 && FindById(kept.Index(), undoes) != nullptr) return IJournal::kWrongState;
-  const std::vector<const IndexedAction*> family = FamilyOf(kept.Index(), id);
-  if (std::ranges::any_of(family,
-                          [](const IndexedAction* each) { return each->state == CheckpointState::kOpen; })) {
-    return HRESULT_FROM_WIN32(ERROR_BUSY);
-  }
-  AddDropped(folder, family, true);
-  DWORD error = ERROR_SUCCESS;
-  // The newest first: an action without its undo would seem to stand.
-  for (auto each = family.rbegin(); each != family.rend() && error == ERROR_SUCCESS; ++each) {
-    if (!DeleteFiles(folder, **each)) error = GetLastError();
-    if (error == ERROR_SUCCESS) kept.Drop(**each);
-  }
+  std::set<std::uint32_t> gone;
+  for (std::size_t i = 0; i < ids.size(); ++i) results[i] = ForgetOne(folder, kept, ids[i], gone);
   kept.RemoveUnused(blobs);
-  return HRESULT_FROM_WIN32(error);
 }
 
 }  // namespace smh

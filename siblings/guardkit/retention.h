@@ -5,6 +5,7 @@
 #include "siblings/guardkit/blob_store.h"
 #include "siblings/guardkit/journal_folder.h"
 
+#include <span>
 #include <vector>
 
 namespace smh {
@@ -31,8 +32,9 @@ void LetGoOfOldest(const JournalFolder& folder, const BlobStore& blobs, const Re
 std::vector<IndexedAction> WouldLetGoOf(const JournalFolder& folder, const Retention& retention,
                                         std::uint64_t bytes);
 
-// As IJournal's slot 9, for the owner of the journal's lock. Raises EOSError when the journal cannot be read
-// or written.
-HRESULT ForgetAction(const JournalFolder& folder, std::uint32_t id);
+// As IJournal's slot 9, for the owner of the journal's lock; `results` has one place for each of `ids`, which
+// get their answers in their order. Raises EOSError when the journal cannot be read or written.
+void ForgetActions(const JournalFolder& folder, std::span<const std::uint32_t> ids,
+                   std::span<HRESULT> results);
 
 }  // namespace smh

@@ -43,9 +43,15 @@ struct TargetPart {
   const JournalPart* record = nullptr;
 };
 
-// The actions to undo, oldest first; none with the reason in `status`.
+void NoteAction(const IndexedAction& action, UndoResult& result) {
+  result.checkpoint = action.Id();
+  result.title = action.header.title;
+}
+
+// The actions to undo, oldest first; none with the reason in the result, and what stands in the way.
 std::vector<const IndexedAction*> Choose(const std::vector<IndexedAction>& index, const UndoRequest& request,
-                                         const std::wstring& user, HRESULT& status) {
+                                         const std::wstring& user, UndoResult& result) {
+  HRESULT& status = result.status;
   const bool isRedo = request.direction == Direction::kRedo;
   const IndexedAction* const named =
       !isRedo && request.id == 0 ? FindNewestToUndo(index, user) : FindById(index, request.id);
@@ -54,9 +60,11 @@ std::vector<const IndexedAction*> Choose(const std::vector<IndexedAction>& index
   std::vector<const IndexedAction*> found = {named};
   if (isRedo) found = FindToRedo(index, request.id);
   status = IJournal::kWrongState;
+  NoteAction(*named, result);
   if (found.empty()) return {};
   found.push_back(named);
   for (const IndexedAction* const action : found) {
+    NoteAction(*action, result);
     status = HRESULT_FROM_WIN32(ERROR_BUSY);
     if (action->state == CheckpointState::kOpen) return {};
     status = IJournal::kDamaged;
@@ -209,10 +217,9 @@ class UndoCall {
   // Reads and plans; whether it may run without force.
   bool Prepare(const JournalFolder& folder, std::uint32_t own) {
     index_ = IndexJournal(folder);
-    const std::vector<const IndexedAction*> actions = Choose(index_, request_, sid_, result_.status);
+    const std::vector<const IndexedAction*> actions = Choose(index_, request_, sid_, result_);
     if (actions.empty()) return false;
-    result_.checkpoint = actions.back()->Id();
-    result_.title = actions.back()->header.title;
+    NoteAction(*actions.back(), result_);
     if (std::ranges::any_of(actions,
                             [&](const IndexedAction* action) { return action->header.user != sid_; })) {
       result_.status = HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED);
@@ -237,8 +244,9 @@ class UndoCall {
     LiveSystem system(reach_);
     plan_ = PlanUndo(contents_, system);
     for (const PlannedStep& planned : plan_) {
-      result_.steps.push_back(
-          {OutcomeOf(planned.verdict), DescribeUndo(contents_.steps[planned.number].step)});
+      std::wstring text = DescribeUndo(contents_.steps[planned.number].step);
+      if (planned.isOnlyCopy) text += L": nothing else holds it, because its source has gone or changed";
+      result_.steps.push_back({OutcomeOf(planned.verdict), std::move(text)});
     }
     const bool refused = std::ranges::any_of(plan_, [](const PlannedStep& planned) {
       return planned.verdict == Verdict::kConflict || planned.verdict == Verdict::kBlocked;

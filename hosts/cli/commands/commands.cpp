@@ -1,6 +1,7 @@
 #include "hosts/cli/commands/commands.h"
 
 #include "hosts/cli/commands/change_commands.h"
+#include "hosts/cli/commands/checkpoint_commands.h"
 #include "hosts/cli/commands/dsc_commands.h"
 #include "hosts/cli/commands/entry_commands.h"
 #include "hosts/cli/commands/snapshot_commands.h"

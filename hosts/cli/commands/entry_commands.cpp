@@ -99,6 +99,7 @@ void RunWatch(const Arguments& arguments) {
   const Library library;
   const ReadScope scope = selector.Scope();
   RequireListed(ReadToEnd(library, scope));
+  RequireUnambiguous(TakeSnapshot(library), selector);
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
   printer.Begin();

@@ -1,186 +1,29 @@
 #include "hosts/cli/commands/undo_commands.h"
 
-#include "hosts/cli/consent.h"
-#include "hosts/cli/record_output.h"
+#include "hosts/cli/console.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/iso_time.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <set>
 
 namespace smh {
 
 namespace {
 
-using R = const CheckpointRecord&;
-
-FieldValue TimeOf(const FILETIME& time) {
-  const bool isKnown = time.dwLowDateTime != 0 || time.dwHighDateTime != 0;
-  return isKnown ? FieldValue(IsoTime(time)) : FieldValue();
-}
-
-FieldValue NumberOf(std::uint32_t number) {
-  return std::int64_t(number);
-}
-
-constexpr Field<CheckpointRecord> kFields[] = {
-    {L"id", [](R each) { return NumberOf(each.info.id); }},
-    {L"time", [](R each) { return TimeOf(each.info.time); }},
-    {L"title", [](R each) { return FieldValue(each.title); }},
-    {L"parts", [](R each) { return NumberOf(each.info.parts); }},
-    {L"steps", [](R each) { return NumberOf(each.info.steps); }},
-    {L"state", [](R each) { return FieldValue(std::wstring(CheckpointStateName(each.info.state))); }},
-    {L"undoes", [](R each) { return each.info.undoes == 0 ? FieldValue() : NumberOf(each.info.undoes); }},
-    {L"dropped", [](R each) { return TimeOf(each.info.dropped); }},
+// What is to be done, and its words.
+struct Order {
+  std::wstring_view verb;
+  std::wstring_view done;
+  // Nobody has named an action.
+  bool isBare = false;
+  std::vector<std::uint32_t> parts = {};  // none: all
+  std::function<UndoRecord(UndoMode mode)> run = {};
 };
-
-// Of a part, whose id is its number.
-constexpr Field<CheckpointRecord> kPartFields[] = {
-    {L"number", kFields[0].read}, kFields[1], kFields[2], kFields[4], kFields[5], kFields[6],
-};
-
-Tone ToneOf(const CheckpointRecord& checkpoint) noexcept {
-  switch (checkpoint.info.state) {
-    case CheckpointState::kDone:
-    case CheckpointState::kOpen:
-      return Tone::kPlain;
-    case CheckpointState::kInterrupted:
-    case CheckpointState::kPartlyDone:
-      return Tone::kWarning;
-    case CheckpointState::kDamaged:
-      return Tone::kDanger;
-    default:
-      return Tone::kFaint;
-  }
-}
-
-std::wstring TitleCell(const CheckpointRecord& checkpoint) {
-  if (checkpoint.info.state != CheckpointState::kDropped) return Printable(checkpoint.title);
-  const std::wstring day = IsoTimeOf(checkpoint.info.dropped).substr(0, 10);
-  return Printable(checkpoint.title) + L" (dropped on " + day + L", no longer undoable)";
-}
-
-std::wstring CheckpointTable(std::span<const CheckpointRecord> checkpoints, const wchar_t* firstHeading,
-                             const TableStyle& style) {
-  TextTable table{.header = {firstHeading, L"Time", L"State", L"Parts", L"Steps", L"Title"}, .rows = {}};
-  for (const CheckpointRecord& checkpoint : checkpoints) {
-    table.rows.push_back({std::to_wstring(checkpoint.info.id), IsoTimeOf(checkpoint.info.time),
-                          std::wstring(CheckpointStateName(checkpoint.info.state)),
-                          std::to_wstring(checkpoint.info.parts), std::to_wstring(checkpoint.info.steps),
-                          TitleCell(checkpoint)});
-    table.tones.push_back(ToneOf(checkpoint));
-  }
-  return table.Text(style);
-}
-
-CheckpointRecord FindCheckpoint(const Journal& journal, std::uint32_t id) {
-  for (CheckpointRecord& each : journal.Checkpoints()) {
-    if (each.info.id == id) return std::move(each);
-  }
-  throw HostError(L"There is no checkpoint " + std::to_wstring(id) + L".");
-}
-
-}  // namespace
-
-void RunCheckpoints(const Arguments& arguments) {
-  const std::vector<Field<CheckpointRecord>> fields =
-      SelectFields<CheckpointRecord>(kFields, arguments.columns);
-  std::vector<CheckpointRecord> checkpoints = Journal().Checkpoints();
-  std::ranges::reverse(checkpoints);
-  if (arguments.limit && *arguments.limit < checkpoints.size()) checkpoints.resize(*arguments.limit);
-  WriteRecords<CheckpointRecord>(arguments, fields, checkpoints, [&](const TableStyle& style) {
-    return CheckpointTable(checkpoints, L"ID", style);
-  });
-}
-
-void RunShowCheckpoint(const Arguments& arguments) {
-  const Journal journal;
-  const CheckpointRecord checkpoint = FindCheckpoint(journal, arguments.Id());
-  const bool isDropped = checkpoint.info.state == CheckpointState::kDropped;
-  const std::vector<CheckpointRecord> parts =
-      isDropped ? std::vector<CheckpointRecord>() : journal.Parts(arguments.Id());
-  if (arguments.format == OutputFormat::kJson) {
-    std::wstring list;
-    for (const CheckpointRecord& part : parts) {
-      list += (list.empty() ? L"" : L",") + JsonObject<CheckpointRecord>(kPartFields, part);
-    }
-    std::wstring json = JsonObject<CheckpointRecord>(kFields, checkpoint);
-    json.pop_back();
-    return WriteOutput(json + L',' + JsonMember(L"partList", L'[' + list + L']') + L"}\n");
-  }
-  std::vector<std::pair<std::wstring, std::wstring>> rows;
-  for (const Field<CheckpointRecord>& field : kFields) {
-    rows.emplace_back(field.key, CellText(field.read(checkpoint)));
-  }
-  WriteOutput(KeyValueLines(rows));
-  if (!parts.empty()) WriteOutput(L"\n" + CheckpointTable(parts, L"Part", OutputStyle()));
-}
-
-namespace {
-
-constexpr std::uint64_t kTicksPerDay = 864'000'000'000;
-
-std::uint64_t TicksOf(const FILETIME& time) noexcept {
-  return static_cast<std::uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-}
-
-// Those that the IDs, or --keep and --days, mean, the newest first. An undo goes with what it undid, and what
-// is at work stays.
-std::vector<CheckpointRecord> FindUnwanted(const Journal& journal, const Arguments& arguments) {
-  std::vector<CheckpointRecord> unwanted;
-  for (const std::uint32_t id : arguments.ids) unwanted.push_back(FindCheckpoint(journal, id));
-  if (!unwanted.empty()) return unwanted;
-  FILETIME now;
-  GetSystemTimeAsFileTime(&now);
-  const std::uint64_t oldest = TicksOf(now) - arguments.days.value_or(0) * kTicksPerDay;
-  std::vector<CheckpointRecord> all = journal.Checkpoints();
-  std::size_t kept = 0;
-  for (auto each = all.rbegin(); each != all.rend(); ++each) {
-    const CheckpointInfo& info = each->info;
-    if (info.undoes != 0 || info.state == CheckpointState::kOpen) continue;
-    const bool isOld = !arguments.days || TicksOf(info.time) < oldest;
-    if (++kept > arguments.keep.value_or(0) && isOld) unwanted.push_back(std::move(*each));
-  }
-  return unwanted;
-}
-
-}  // namespace
-
-void RunPruneCheckpoints(const Arguments& arguments) {
-  const bool isChosen = !arguments.ids.empty();
-  if (!isChosen && !arguments.keep && !arguments.days)
-    throw UsageError(L"An ID, --keep or --days is required.");
-  const Journal journal;
-  const std::vector<CheckpointRecord> unwanted = FindUnwanted(journal, arguments);
-  if (unwanted.empty()) return WriteMessage(L"There is nothing to forget.");
-  if (arguments.dryRun) return WriteOutput(CheckpointTable(unwanted, L"ID", OutputStyle()));
-  const std::wstring count = std::to_wstring(unwanted.size());
-  RequireConsent(L"Nothing can undo " + count + L" checkpoints then", isChosen || arguments.yes);
-  std::vector<std::wstring> failures;
-  for (const CheckpointRecord& each : unwanted) {
-    const std::uint32_t id = each.info.id;
-    UndoRecord record;
-    record.result = journal.Forget(id);
-    if (SUCCEEDED(record.result)) continue;
-    const bool isUndo = record.result == IJournal::kWrongState;
-    failures.push_back(
-        L"checkpoint " + std::to_wstring(id) + L": " +
-        (isUndo ? L"it undoes one that is still there; forget that one." : UndoFailureText(record, L"undo")));
-  }
-  const std::wstring forgot =
-      L"Forgot " + std::to_wstring(unwanted.size() - failures.size()) + L" of " + count + L" checkpoints.";
-  if (!failures.empty()) {
-    throw HostError(forgot, failures,
-                    failures.size() == unwanted.size() ? ExitCode::kFailed : ExitCode::kPartly);
-  }
-  WriteMessage(forgot);
-}
-
-namespace {
 
 std::wstring NameOf(const UndoRecord& record) {
   return L"checkpoint " + std::to_wstring(record.checkpoint) + L" \"" + record.title + L"\"";
@@ -211,20 +54,57 @@ void ShowSteps(const UndoRecord& record) {
   WriteOutput(text);
 }
 
-HostError FailureOf(const UndoRecord& record, std::wstring_view verb) {
-  const std::wstring failure = L"Cannot " + std::wstring(verb) + L": ";
+bool IsNotFound(HRESULT result) noexcept {
+  return result == HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+}
+
+// Nobody named what the bare command has met.
+bool StandsInTheWay(const UndoRecord& record) noexcept {
+  return record.result == IJournal::kDamaged || record.result == HRESULT_FROM_WIN32(ERROR_BUSY) ||
+         record.result == IJournal::kOutOfReach;
+}
+
+HostError FailureOf(const UndoRecord& record, const Order& order) {
+  const std::wstring verb(order.verb);
   if (record.result == IJournal::kConflict) {
-    return HostError(failure + NameOf(record) + L" is in conflict with later changes; nothing was changed. " +
-                         L"--force " + std::wstring(verb) + L"es the rest over them.",
+    return HostError(L"Cannot " + verb + L": " + NameOf(record) +
+                         L" is in conflict with later changes; nothing was changed. --force " + verb +
+                         L"es the rest over them.",
                      ExceptionLines(record));
   }
-  HostError error(failure + UndoFailureText(record, verb));
-  if (const std::wstring rest = PartlyDoneText(record); !rest.empty()) error.Add(rest);
+  if (order.isBare && IsNotFound(record.result)) {
+    return HostError(L"There is nothing to " + verb + L".");
+  }
+  const std::wstring name = record.checkpoint == 0 ? std::wstring() : L' ' + NameOf(record);
+  HostError error(L"Cannot " + verb + name + L": " + UndoFailureText(record, verb));
+  if (order.isBare && StandsInTheWay(record)) {
+    error.Add(L"It is the newest change. \"startupctl " + verb +
+              L" ID\" names another one, and \"startupctl checkpoints\" lists all.");
+  }
+  if (record.ownCheckpoint != 0) {
+    error.Add(L"What was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
+              L", which can be undone.");
+  }
   return error;
+}
+
+// What the bare command has passed over although nobody can tell what is in it.
+std::vector<std::wstring> PassedOver(const Journal& journal, std::uint32_t undone) {
+  std::vector<std::wstring> lines;
+  for (const CheckpointRecord& each : journal.Checkpoints()) {
+    if (each.info.id > undone && each.info.state == CheckpointState::kDamaged) {
+      lines.push_back(L"Passed over: checkpoint " + std::to_wstring(each.info.id) + L" \"" + each.title +
+                      L"\", which is damaged.");
+    }
+  }
+  return lines;
 }
 
 // The entry that a part's title ends with, behind who changed what: "Startup Manager: Disabling Inkwell".
 std::wstring_view CaptionIn(std::wstring_view title) noexcept {
+  for (const std::wstring_view prefix : {L"Undo: ", L"Redo: "}) {
+    if (title.starts_with(prefix)) title.remove_prefix(prefix.size());
+  }
   const std::size_t colon = title.find(L": ");
   if (colon != std::wstring_view::npos) title.remove_prefix(colon + 2);
   const std::size_t blank = title.find(L' ');
@@ -247,27 +127,32 @@ std::uint32_t FindPart(const std::vector<CheckpointRecord>& parts, const std::ws
   return number;
 }
 
-UndoRecord UndoOnly(const Journal& journal, const Arguments& arguments, UndoMode mode) {
+std::vector<std::uint32_t> OnlyParts(const Journal& journal, const Arguments& arguments) {
+  if (arguments.only.empty()) return {};
   if (arguments.ids.empty()) throw UsageError(L"--only needs the ID of a checkpoint.");
   const std::vector<CheckpointRecord> parts = journal.Parts(arguments.Id());
   std::set<std::uint32_t> numbers;
   for (const std::wstring& text : arguments.only) numbers.insert(FindPart(parts, text));
-  return journal.UndoParts(arguments.Id(), {numbers.begin(), numbers.end()}, mode);
+  return {numbers.begin(), numbers.end()};
 }
 
-using Operation = std::function<UndoRecord(const Journal& journal, UndoMode mode)>;
+std::wstring CountOf(const std::vector<std::uint32_t>& parts) {
+  if (parts.empty()) return {};
+  return parts.size() == 1 ? L"one part of " : std::to_wstring(parts.size()) + L" parts of ";
+}
 
-void Run(const Arguments& arguments, const Operation& operation, std::wstring_view verb,
-         std::wstring_view done) {
+void Run(const Journal& journal, const Arguments& arguments, const Order& order) {
   const UndoMode mode = arguments.show    ? UndoMode::kShow
                         : arguments.force ? UndoMode::kForce
                                           : UndoMode::kRun;
-  const UndoRecord record = operation(Journal(), mode);
+  const UndoRecord record = order.run(mode);
   if (arguments.show && record.checkpoint != 0) ShowSteps(record);
   const bool isShown = arguments.show && record.result == IJournal::kConflict;
-  if (FAILED(record.result) && !isShown) throw FailureOf(record, verb);
+  if (FAILED(record.result) && !isShown) throw FailureOf(record, order);
   if (arguments.show) return;
-  WriteMessage(std::wstring(done) + L" " + NameOf(record) + L".", ExceptionLines(record));
+  std::vector<std::wstring> lines = ExceptionLines(record);
+  if (order.isBare) std::ranges::move(PassedOver(journal, record.checkpoint), std::back_inserter(lines));
+  WriteMessage(std::wstring(order.done) + L" " + CountOf(order.parts) + NameOf(record) + L".", lines);
 }
 
 // The last undo that stands. What takes an undo back is a redo, which is none.
@@ -289,17 +174,21 @@ std::uint32_t LastUndo(const Journal& journal) {
 }  // namespace
 
 void RunUndo(const Arguments& arguments) {
-  const auto undo = [&](const Journal& journal, UndoMode mode) {
-    return arguments.only.empty() ? journal.Undo(arguments.Id(), mode) : UndoOnly(journal, arguments, mode);
+  const Journal journal;
+  Order order{.verb = L"undo", .done = L"Undid", .isBare = arguments.ids.empty()};
+  order.parts = OnlyParts(journal, arguments);
+  order.run = [&](UndoMode mode) {
+    return order.parts.empty() ? journal.Undo(arguments.Id(), mode)
+                               : journal.UndoParts(arguments.Id(), order.parts, mode);
   };
-  Run(arguments, undo, L"undo", L"Undid");
+  Run(journal, arguments, order);
 }
 
 void RunRedo(const Arguments& arguments) {
-  const auto redo = [&](const Journal& journal, UndoMode mode) {
-    return journal.Redo(arguments.ids.empty() ? LastUndo(journal) : arguments.Id(), mode);
-  };
-  Run(arguments, redo, L"redo", L"Redid");
+  const Journal journal;
+  const std::uint32_t id = arguments.ids.empty() ? LastUndo(journal) : arguments.Id();
+  Run(journal, arguments,
+      {.verb = L"redo", .done = L"Redid", .run = [&](UndoMode mode) { return journal.Redo(id, mode); }});
 }
 
 }  // namespace smh

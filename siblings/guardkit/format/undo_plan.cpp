@@ -54,11 +54,14 @@ class Planner {
         found_(system, names_),
         history_(steps_, names_) {}
 
-  Verdict Plan(std::size_t number) {
+  PlannedStep Plan(std::size_t number) {
+    isOnlyCopy_ = false;
     try {
-      return std::visit([&](const auto& step) { return PlanStep(number, step); }, steps_[number].step);
+      const Verdict verdict =
+          std::visit([&](const auto& step) { return PlanStep(number, step); }, steps_[number].step);
+      return {number, verdict, isOnlyCopy_};
     } catch (const std::exception&) {
-      return Verdict::kBlocked;
+      return {number, Verdict::kBlocked};
     }
   }
 
@@ -76,7 +79,10 @@ class Planner {
   Verdict Decide(std::size_t number, const Kind& step) {
     const auto [isBefore, isAfter] = Compare(step);
     if (isBefore && (isAfter || !IsKnownDone(number))) return Verdict::kNothing;
-    if (isAfter) return IsOnlyCopy(number) ? Verdict::kConflict : Verdict::kUndo;
+    if (isAfter) {
+      isOnlyCopy_ = IsOnlyCopy(number);
+      return isOnlyCopy_ ? Verdict::kConflict : Verdict::kUndo;
+    }
     const bool isOlder = !IsKnownDone(number) && IsOlder(number, step);
     return isOlder ? Verdict::kNothing : Verdict::kConflict;
   }
@@ -148,6 +154,8 @@ class Planner {
   NameNumbers names_;
   PastState found_;
   StepHistory history_;
+  // Of the step that is planned.
+  bool isOnlyCopy_ = false;
 };
 
 bool StaysAsItIs(const Step& step, SystemState& system) {
@@ -195,7 +203,7 @@ std::vector<PlannedStep> PlanUndo(const JournalContents& checkpoint, SystemState
   Planner planner(checkpoint, system);
   std::vector<PlannedStep> plan;
   for (std::size_t number = checkpoint.steps.size(); number-- > 0;) {
-    plan.push_back({number, planner.Plan(number)});
+    plan.push_back(planner.Plan(number));
   }
   return plan;
 }

@@ -21,6 +21,8 @@ enum class Verdict {
 struct PlannedStep {
   std::size_t number = 0;  // in the checkpoint
   Verdict verdict = Verdict::kNothing;
+  // In conflict because what it would remove is the only copy.
+  bool isOnlyCopy = false;
 };
 
 // A step is known to be done when it is marked so and the checkpoint ended well: a call may have done what it

@@ -77,11 +77,11 @@ struct ICheckpointList : IUnknown {
 struct IUndoReport : IUnknown {
   static constexpr GUID iid = {0x4F5E2C97, 0xA6B3, 0x4A18, {0x8C, 0x5D, 0x17, 0x93, 0xE0, 0x4B, 0x62, 0xAD}};
 
-  // 1: the action that is undone; 0 when none was found.
+  // 1: the action that is undone, or that stands in the way of a bare undo; 0 when none was found.
   virtual std::uint32_t STDMETHODCALLTYPE GetCheckpoint() = 0;
   // 2: the action that the undo made; 0 when it changed nothing.
   virtual std::uint32_t STDMETHODCALLTYPE GetOwnCheckpoint() = 0;
-  // 3: the title of the action that is undone.
+  // 3: the title of that action.
   virtual HRESULT STDMETHODCALLTYPE GetTitle(BoundaryText* title) = 0;
   // 4: steps in the order of undoing, the last one first.
   virtual std::int32_t STDMETHODCALLTYPE GetCount() = 0;
@@ -138,13 +138,20 @@ struct IJournal : IUnknown {
   // when one is undone already, ERROR_NOT_FOUND for a part that is not there, E_INVALIDARG for none.
   virtual HRESULT STDMETHODCALLTYPE UndoParts(std::uint32_t id, const std::uint32_t* numbers,
                                               std::int32_t count, UndoMode mode, IUndoReport** report) = 0;
-  // 9: removes action `id` and what only its undo needs, its undos and their redos with it, damaged and
-  // interrupted ones too; of one that was dropped, its row. Undo brings nothing of it back afterwards.
-  // ERROR_NOT_FOUND; ERROR_BUSY while an owner of these lives, or this thread has anything open; kWrongState
-  // for an undo whose action is still there: it would seem to stand.
-  virtual HRESULT STDMETHODCALLTYPE Forget(std::uint32_t id) = 0;
-  // 10: the actions that would be let go of if `bytes` more were recorded now, oldest first.
+  // 9: removes the actions `ids`, `count` of them, one after the other, and what only their undo needs, their
+  // undos and the redos of these with them, damaged and interrupted ones too; of one that was dropped, its
+  // row. Undo brings nothing of it back afterwards. `results` has `count` places: S_OK, or ERROR_NOT_FOUND;
+  // ERROR_BUSY while an owner of these lives; kWrongState for an undo whose action is still there: it would
+  // seem to stand. The answer is a failure when nothing was looked at: ERROR_BUSY when this thread has
+  // anything open.
+  virtual HRESULT STDMETHODCALLTYPE Forget(const std::uint32_t* ids, std::int32_t count,
+                                           HRESULT* results) = 0;
+  // 10: the actions that would be let go of if `bytes` more were recorded now, oldest first. Quick while
+  // there is room.
   virtual HRESULT STDMETHODCALLTYPE WouldDrop(std::uint64_t bytes, ICheckpointList** list) = 0;
+  // 11: a number that stays the same while nobody writes to the journal, by its files' listing alone; 0
+  // without a journal. Quick. That an owner has died does not show.
+  virtual HRESULT STDMETHODCALLTYPE GetRevision(std::uint64_t* revision) = 0;
 };
 
 }  // namespace smh

@@ -92,10 +92,13 @@ TEST(ItemSelector, NamesCaptionsIdsPatternsAndFilters) {
   for (const auto& [selector, meant] : cases) {
     EXPECT_EQ(Meant(selector), meant);
     if (meant == L"refused") continue;
+    RequireUnambiguous(kItems, selector);
     const auto isMeant = [&](const ItemRecord& item) { return IsMeant(selector, item); };
     const auto count = static_cast<std::size_t>(std::ranges::count_if(kItems, isMeant));
     EXPECT_EQ(count, SelectItems(kItems, selector).positions.size()) << "one by one";
   }
+  RequireUnambiguous(kItems, {.items = {L"comes later"}});
+  EXPECT_THROW(RequireUnambiguous(kItems, {.items = {L"mixer"}}), HostError);
 }
 
 TEST(ItemSelector, IdsGrowWhereTheyCollide) {

@@ -75,8 +75,8 @@ TEST_F(StartupctlUndo, OneOfThreeChangesIsTakenBack) {
   Run({L"redo", second}, 1);
   for (int i = 0; i < 3; ++i) Run({L"undo"});
   EXPECT_EQ(DumpRunKeys(), before);
-  Run({L"undo"}, 1);
-  Run({L"undo", L"4711"}, 1);
+  EXPECT_EQ(Run({L"undo"}, 1).errors, "startupctl: There is nothing to undo.\n");
+  EXPECT_EQ(Run({L"undo", L"4711"}, 1).errors, "startupctl: Cannot undo: there is no such checkpoint.\n");
   for (const auto& wrong : {std::vector<std::wstring>{L"undo", L"0"}, {L"undo", L"--show", L"--force"}}) {
     Run(wrong, 2);
   }
@@ -138,6 +138,10 @@ TEST_F(StartupctlUndo, PartsAreShownTakenBackAndForgotten) {
   };
   using Names = std::vector<std::wstring>;
   Run({L"undo", L"1", L"--only", L"CTL TWO"});
+  Run({L"undo", L"2", L"--only", L"ctl two"});
+  EXPECT_EQ(left().size(), 3u) << "a part of an undo goes by the same name";
+  EXPECT_EQ(Run({L"undo", L"1", L"--only", L"CTL TWO"}).errors,
+            "startupctl: Undid one part of checkpoint 1 \"Startup Manager: Adding entries\".\n");
   EXPECT_EQ(left(), (Names{L"ctl one", L"ctl three"}));
   EXPECT_EQ(details()["partList"][1]["state"], "undone");
   EXPECT_EQ(details()["state"], "partly done");
@@ -156,7 +160,7 @@ TEST_F(StartupctlUndo, PartsAreShownTakenBackAndForgotten) {
   EXPECT_NE(Run({L"checkpoints", L"prune", L"--keep", L"0", L"--dry-run"}).output.find("Adding entries"),
             std::string::npos);
   Run({L"checkpoints", L"prune", L"--keep", L"1", L"--yes"});
-  Run({L"checkpoints", L"prune", L"--days", L"1", L"--yes"});
+  Run({L"checkpoints", L"prune", L"--days", L"4000000000", L"--yes"});
   EXPECT_EQ(details()["state"], "undone");
   Run({L"checkpoints", L"prune", L"4711"}, 1);
   Run({L"checkpoints", L"prune", L"--keep", L"0", L"--yes"});

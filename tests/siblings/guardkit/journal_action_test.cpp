@@ -65,8 +65,10 @@ TEST_F(JournalActions, AreOneUndoWhoseLockIsFreeBetweenParts) {
     // Another thread's change, and its undo, come between; this action's is refused.
     const std::uint32_t other = Checkpoint([&] { Set({}, L"other", Dword(1)); });
     EXPECT_EQ(StateOf(3), CheckpointState::kOpen);
-    EXPECT_EQ(guardkit_.Undo(3).result, HRESULT_FROM_WIN32(ERROR_BUSY));
-    EXPECT_EQ(Journal().Forget(3), HRESULT_FROM_WIN32(ERROR_BUSY));
+    const UndoAnswer refused = guardkit_.Undo(3);
+    EXPECT_EQ(refused.result, HRESULT_FROM_WIN32(ERROR_BUSY));
+    EXPECT_EQ(refused.checkpoint, 3u) << "it says what stands in the way";
+    EXPECT_EQ(guardkit_.Forget({3})[0], HRESULT_FROM_WIN32(ERROR_BUSY));
     EXPECT_EQ(guardkit_.Undo(other).result, S_OK);
   }).join();
   EXPECT_EQ(guardkit_.Undo(1).result, HRESULT_FROM_WIN32(ERROR_BUSY));
@@ -229,7 +231,7 @@ TEST_F(JournalActions, SpanSeveralFiles) {
   EXPECT_EQ(guardkit_.UndoParts(id, {1, 20}).result, S_OK);
   EXPECT_EQ(guardkit_.Undo(id).outcomes.size(), 18u);
   EXPECT_EQ(Everything(), before);
-  EXPECT_EQ(Journal().Forget(id), S_OK);
+  EXPECT_EQ(guardkit_.Forget({id})[0], S_OK);
   EXPECT_FALSE(std::filesystem::exists(second));
 }
 
@@ -260,8 +262,27 @@ TEST_F(JournalActions, FilesThatAreNoneCostThemselvesOnly) {
   EXPECT_FALSE(std::filesystem::exists(FileOf(43, false)));
   EXPECT_EQ(guardkit_.Undo(46).result, S_OK);
   EXPECT_EQ(guardkit_.Undo(id).result, S_OK);
-  EXPECT_EQ(Journal().Forget(41), S_OK);
+  EXPECT_EQ(guardkit_.Forget({41})[0], S_OK);
   RemoveDirectoryW(FileOf(40, true).c_str());
+}
+
+// What was taken back, or made again, by one that is damaged by now is compared: all of it is undone, however
+// much of the damaged file can be read.
+TEST_F(JournalActions, WhatADamagedUndoDidIsFoundOut) {
+  for (const bool isRedo : {false, true}) {
+    const std::string before = Everything();
+    const std::uint32_t id = Action(3);
+    std::uint32_t damaged = guardkit_.Undo(id).own;
+    if (isRedo) damaged = guardkit_.Redo(id).own;
+    const std::string whole = ReadFileBytes(FileOf(damaged, true));
+    WriteFileBytes(FileOf(damaged, true), whole.substr(0, whole.size() / 2));
+    EXPECT_EQ(StateOf(damaged), CheckpointState::kDamaged);
+    EXPECT_EQ(guardkit_.Undo().checkpoint, id);
+    EXPECT_EQ(Everything(), before);
+    EXPECT_EQ(StateOf(id), CheckpointState::kUndone);
+    EXPECT_EQ(guardkit_.Undo().result, HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
+    ClearJournal();
+  }
 }
 
 // A file of several parts, ended and not, cut off at all its places and flipped there: some of the bytes,

@@ -87,6 +87,12 @@ class Guardkit {
     return Collect(result, std::move(list));
   }
 
+  std::vector<HRESULT> Forget(const std::vector<std::uint32_t>& ids) const {
+    std::vector<HRESULT> results(ids.size());
+    EXPECT_EQ(journal_->Forget(ids.data(), static_cast<std::int32_t>(ids.size()), results.data()), S_OK);
+    return results;
+  }
+
   UndoAnswer Undo(std::uint32_t id = 0, UndoMode mode = UndoMode::kRun) const {
     ComPtr<IUndoReport> report;
     const HRESULT result = journal_->Undo(id, mode, report.Put());

@@ -104,10 +104,8 @@ TEST_F(JournalRetention, WhatIsForgottenIsGoneWithItsUndosAndNothingElse) {
   for (const char* content : {"1", "2", "3"}) DeleteOneFile(content);
   EXPECT_EQ(guardkit_.Undo(3).result, S_OK);
   EXPECT_EQ(guardkit_.Redo(3).result, S_OK);
-  IJournal& journal = guardkit_.Journal();
-  EXPECT_EQ(journal.Forget(5), IJournal::kWrongState);
-  EXPECT_EQ(journal.Forget(9), HRESULT_FROM_WIN32(ERROR_NOT_FOUND));
-  EXPECT_EQ(journal.Forget(3), S_OK);
+  EXPECT_EQ(guardkit_.Forget({5, 9, 3, 5}),
+            (std::vector<HRESULT>{IJournal::kWrongState, HRESULT_FROM_WIN32(ERROR_NOT_FOUND), S_OK, S_OK}));
   EXPECT_EQ(guardkit_.List().size(), 2u);
   EXPECT_EQ(BlobCount(), 2u);
   // Numbers are not given out again.
