@@ -2,11 +2,15 @@
 #pragma once
 
 #include "hosts/common/text_encoding.h"
+#include "infra/files/file_facts.h"
 #include "tests/hosts/cli/startupctl_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/registry_fixture.h"
 
 #include <nlohmann/json.hpp>
+#include <shlobj.h>
+
+#include <filesystem>
 
 namespace smh::test {
 
@@ -40,6 +44,14 @@ class StartupctlTest : public testing::Test {
     if (!plain) return std::nullopt;
     EXPECT_EQ(plain->type, static_cast<DWORD>(REG_SZ));
     return TextOf(*plain);
+  }
+  // Tests run with administrators' rights.
+  static std::filesystem::path JournalFolder() {
+    return std::filesystem::path(ShellFolder(CSIDL_COMMON_APPDATA)) / L"Quillmark\\Startup Manager\\Journal";
+  }
+  static void ClearJournal() {
+    std::error_code ignored;
+    std::filesystem::remove_all(JournalFolder(), ignored);
   }
   static void UseCheckpoints(bool use) {
     SetValue(HKEY_CURRENT_USER, kSettings, L"UseCheckpoints", Dword(use ? 1 : 0));

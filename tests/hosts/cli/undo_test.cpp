@@ -2,45 +2,28 @@
 #include "core/contracts/intf_safeguard.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/library.h"
-#include "infra/files/file_facts.h"
 #include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 #include "tests/support/startup_folders.h"
 #include "tests/support/state_dump.h"
 #include "tests/support/test_main.h"
 
-#include <shlobj.h>
-
-#include <filesystem>
-
 namespace smh::test {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 class StartupctlUndo : public StartupctlTest {
  protected:
   StartupctlUndo() {
     UseCheckpoints(true);
-    Clear();
+    ClearJournal();
   }
-  ~StartupctlUndo() override { Clear(); }
+  ~StartupctlUndo() override { ClearJournal(); }
 
-  // Tests run with administrators' rights.
-  static fs::path JournalFolder() {
-    return fs::path(ShellFolder(CSIDL_COMMON_APPDATA)) / L"Quillmark\\Startup Manager\\Journal";
-  }
   static Json Checkpoints() { return Json::parse(Run({L"checkpoints", L"--json"}).output); }
   static std::string DumpRunKeys() {
     std::string dump = DumpKey(HKEY_CURRENT_USER, kRunKey) + DumpKey(HKEY_LOCAL_MACHINE, kRunKey);
     return HasTwoViews() ? dump + DumpKey(HKEY_LOCAL_MACHINE, kRunKey, KEY_WOW64_64KEY) : dump;
-  }
-
- private:
-  static void Clear() {
-    std::error_code ignored;
-    fs::remove_all(JournalFolder(), ignored);
   }
 };
 
