@@ -260,10 +260,13 @@ BOOL WINAPI FileSize(HANDLE handle, LARGE_INTEGER* size) {
   return TRUE;
 }
 
-BOOL WINAPI FileTimes(HANDLE handle, FILETIME* created, FILETIME* accessed, FILETIME* written) {
-  if (!IsOurs(handle)) return SMH_REAL(GetFileTime)(handle, created, accessed, written);
-  *written = {};
-  return TRUE;
+NTSTATUS NTAPI FileInformation(HANDLE handle, IO_STATUS_BLOCK* status, void* facts, ULONG size,
+                               FILE_INFORMATION_CLASS kind) {
+  if (!IsOurs(handle)) return SMH_REAL(NtQueryInformationFile)(handle, status, facts, size, kind);
+  FILE_NETWORK_OPEN_INFORMATION answer = {};
+  answer.EndOfFile.QuadPart = static_cast<LONGLONG>(static_cast<const MemoryFile*>(handle)->bytes.size());
+  std::memcpy(facts, &answer, std::min<std::size_t>(size, sizeof(answer)));
+  return 0;
 }
 
 BOOL WINAPI ReadBytesOf(HANDLE handle, void* buffer, DWORD wanted, DWORD* read, OVERLAPPED* overlapped) {
@@ -315,7 +318,7 @@ BOOL WINAPI VersionInfo(const wchar_t* path, DWORD, DWORD size, void* data) {
   X(FindClose, FindEnd) \
   X(CreateFileW, OpenFile) \
   X(GetFileSizeEx, FileSize) \
-  X(GetFileTime, FileTimes) \
+  X(NtQueryInformationFile, FileInformation) \
   X(ReadFile, ReadBytesOf) \
   X(CloseHandle, Close) \
   X(GetFileVersionInfoSizeW, VersionSize) \

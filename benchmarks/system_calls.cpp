@@ -20,7 +20,8 @@ constexpr const char* kNames[] = {
 
 // Not the address that the compiler knows: it may be a jump through the import that is patched.
 FARPROC RealFunction(const char* name) {
-  for (const wchar_t* const library : {L"advapi32.dll", L"kernel32.dll", L"version.dll", L"shell32.dll"}) {
+  for (const wchar_t* const library :
+       {L"advapi32.dll", L"kernel32.dll", L"version.dll", L"shell32.dll", L"ntdll.dll"}) {
     if (const FARPROC function = GetProcAddress(GetModuleHandleW(library), name)) return function;
   }
   throw std::runtime_error(std::string("unknown function: ").append(name));

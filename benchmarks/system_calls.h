@@ -3,6 +3,7 @@
 #pragma once
 
 #include <windows.h>
+#include <winternl.h>
 
 #include <array>
 #include <memory>
@@ -27,7 +28,7 @@ namespace smh::bench {
   X(FindClose) \
   X(CreateFileW) \
   X(GetFileSizeEx) \
-  X(GetFileTime) \
+  X(NtQueryInformationFile) \
   X(ReadFile) \
   X(CloseHandle) \
   X(GetFileVersionInfoSizeW) \

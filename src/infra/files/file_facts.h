@@ -93,7 +93,7 @@ struct FileStamp {
 
 // None for what does not exist or cannot be looked at.
 std::optional<FileStamp> StampOf(PathView path) noexcept;
-// Of a file that is open for reading, not of a folder.
+// Of a file that is open for reading, not of a folder; else none, and the thread's last error says why.
 std::optional<FileStamp> StampOfOpenFile(HANDLE file) noexcept;
 
 // The full path as the system would take the text now, with the process's current folder, without "." and
