@@ -4,9 +4,9 @@
 
 #include "infra/runtime/byte_cursor.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace smh {
@@ -34,17 +34,34 @@ class VersionRecord {
   const std::wstring& FileVersionNumber() const noexcept { return fileVersionNumber_; }
 
  private:
+  // A part of `units_`.
+  struct Text {
+    std::size_t begin = 0;
+    std::size_t length = 0;
+  };
+  struct StringRow {
+    Text name;
+    Text value;
+  };
   struct StringTable {
-    std::wstring language;  // eight hexadecimal digits: language, code page
-    std::vector<std::pair<std::wstring, std::wstring>> strings;
-
-    const std::wstring* Find(std::wstring_view name) const noexcept;
+    // Eight hexadecimal digits: language, code page.
+    Text language;
+    // In `strings_`.
+    std::size_t begin = 0;
+    std::size_t end = 0;
   };
   class Reader;
 
+  std::wstring_view View(Text text) const noexcept {
+    return std::wstring_view(units_).substr(text.begin, text.length);
+  }
+  std::wstring_view Find(const StringTable& table, std::wstring_view name) const noexcept;
   std::wstring_view StringOfLanguage(std::wstring_view language, std::wstring_view name) const noexcept;
 
-  std::vector<std::wstring> translations_;
+  // Every text of the record, one behind the other: a block of memory for each would cost more than the rest.
+  std::wstring units_;
+  std::vector<StringRow> strings_;
+  std::vector<Text> translations_;
   std::vector<StringTable> tables_;
   std::wstring fileVersionNumber_;
 };
