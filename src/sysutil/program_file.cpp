@@ -6,6 +6,7 @@
 #include "sysutil/file_search.h"
 #include "sysutil/uFileUtils.h"
 
+#include <optional>
 #include <utility>
 
 namespace smh {
@@ -15,7 +16,8 @@ namespace {
 // In units; the system takes no longer path.
 constexpr std::size_t kLongestPath = 32'767;
 
-using Completion = bool (*)(std::wstring& path);
+// Of a file: as it is written, or the implied ones as well.
+enum class Extensions { kWritten, kImplied };
 
 bool IsSeparator(wchar_t unit) noexcept {
   return unit == L'\\' || unit == L'/';
@@ -61,55 +63,8 @@ bool IsSearched(std::wstring_view path) noexcept {
   return !IsSeparator(path.front()) && !HasDrive(path) && path.front() != L'.' && path.size() < MAX_PATH;
 }
 
-std::wstring SearchRelative(std::wstring_view path, Completion complete) {
-  for (const std::wstring& folder : FileUtils::SearchDirectories()) {
-    if (!IsFullPath(folder)) continue;
-    const std::wstring joined = folder + std::wstring(path);
-    std::wstring candidate = FullPathOf(joined.c_str()).value_or(joined);
-    if (complete(candidate)) return candidate;
-  }
-  return {};
-}
-
-std::wstring Search(const std::wstring& path, bool isBare, Completion complete) {
-  if (!isBare) return IsSearched(path) ? SearchRelative(path, complete) : std::wstring();
-  std::wstring found;
-  FileUtils::FindFileByName(path, found);
-  // Through an empty entry of PATH.
-  return found.empty() || IsFullPath(found) ? found : FullPathOf(found.c_str()).value_or(found);
-}
-
-ProgramFile FindRelative(const SharedText& text, Completion complete) {
-  const std::wstring path(text);
-  const bool isBare = FileNamePart(path) == path;
-  std::wstring found = Search(path, isBare, complete);
-  if (!found.empty()) return {SharedText(std::move(found)), true};
-  found = FromProfile(path);
-  if (complete(found)) return {SharedText(std::move(found)), true};
-  return {isBare ? text : SharedText(std::move(found)), false};
-}
-
-ProgramFile Find(const SharedText& named, Completion complete) {
-  const SharedText text = FileUtils::ExpandedText(named);
-  if (text.empty() || text.size() > kLongestPath || IsUrl(text)) return {text, false};
-  // The system adds no extension behind a dot.
-  if (text.c_str()[text.size() - 1] == L'.') complete = FileUtils::FileExistsWow64;
-  if (!IsFullPath(text)) return FindRelative(text, complete);
-  std::wstring path(text);
-  if (!IsPlainPath(path)) path = FullPathOf(text.c_str()).value_or(path);
-  const bool exists = complete(path);
-  return {path == text ? text : SharedText(path), exists};
-}
-
-}  // namespace
-
-bool IsUrl(std::wstring_view text) noexcept {
-  const std::size_t colon = text.find(L':');
-  return colon != std::wstring_view::npos && colon > 1 && text.find_first_of(L"\\/") > colon;
-}
-
-bool CompleteProgramPath(std::wstring& path) {
-  if (FileUtils::FileExistsWow64(path)) return true;
+// Of a path that has none and is no file itself.
+bool AddImpliedExtension(std::wstring& path) {
   const std::wstring_view name = FileNamePart(path);
   if (name.empty() || !ExtensionPart(name).empty()) return false;
   for (const std::wstring_view extension : kImpliedExtensions) {
@@ -121,12 +76,76 @@ bool CompleteProgramPath(std::wstring& path) {
   return false;
 }
 
+bool Complete(std::wstring& path, Extensions extensions) {
+  if (FileUtils::FileExistsWow64(path)) return true;
+  return extensions == Extensions::kImplied && AddImpliedExtension(path);
+}
+
+// The text itself, shared, where the system takes it as it stands.
+SharedText FullPathAsText(const SharedText& text) {
+  const std::optional<std::wstring> path = FullPathOf(text.c_str());
+  return !path || *path == text ? text : SharedText(*path);
+}
+
+std::wstring SearchRelative(std::wstring_view path, Extensions extensions) {
+  for (const std::wstring& folder : FileUtils::SearchDirectories()) {
+    if (!IsFullPath(folder)) continue;
+    const std::wstring joined = folder + std::wstring(path);
+    std::wstring candidate = FullPathOf(joined.c_str()).value_or(joined);
+    if (Complete(candidate, extensions)) return candidate;
+  }
+  return {};
+}
+
+std::wstring Search(const std::wstring& path, bool isBare, Extensions extensions) {
+  if (!isBare) return IsSearched(path) ? SearchRelative(path, extensions) : std::wstring();
+  std::wstring found;
+  FileUtils::FindFileByName(path, found);
+  // Through an empty entry of PATH.
+  return found.empty() || IsFullPath(found) ? found : FullPathOf(found.c_str()).value_or(found);
+}
+
+ProgramFile FindRelative(const SharedText& text, Extensions extensions) {
+  const std::wstring path(text);
+  const bool isBare = FileNamePart(path) == path;
+  std::wstring found = Search(path, isBare, extensions);
+  if (!found.empty()) return {SharedText(std::move(found)), true};
+  found = FromProfile(path);
+  if (Complete(found, extensions)) return {SharedText(std::move(found)), true};
+  return {isBare ? text : SharedText(std::move(found)), false};
+}
+
+ProgramFile Find(const SharedText& named, Extensions extensions) {
+  const SharedText text = FileUtils::ExpandedText(named);
+  if (text.empty() || text.size() > kLongestPath || IsUrl(text)) return {text, false};
+  // The system adds no extension behind a dot.
+  if (text.c_str()[text.size() - 1] == L'.') extensions = Extensions::kWritten;
+  if (!IsFullPath(text)) return FindRelative(text, extensions);
+  SharedText path = IsPlainPath(text) ? text : FullPathAsText(text);
+  if (FileUtils::FileExistsWow64(path)) return {path, true};
+  std::wstring longer(path);
+  if (extensions == Extensions::kImplied && AddImpliedExtension(longer))
+    return {SharedText(std::move(longer)), true};
+  return {path, false};
+}
+
+}  // namespace
+
+bool IsUrl(std::wstring_view text) noexcept {
+  const std::size_t colon = text.find(L':');
+  return colon != std::wstring_view::npos && colon > 1 && text.find_first_of(L"\\/") > colon;
+}
+
+bool CompleteProgramPath(std::wstring& path) {
+  return Complete(path, Extensions::kImplied);
+}
+
 ProgramFile FindProgramFile(const SharedText& program) {
-  return Find(program, CompleteProgramPath);
+  return Find(program, Extensions::kImplied);
 }
 
 std::wstring ExistingFile(std::wstring_view argument) {
-  const ProgramFile file = Find(SharedText(argument), FileUtils::FileExistsWow64);
+  const ProgramFile file = Find(SharedText(argument), Extensions::kWritten);
   return file.exists ? std::wstring(file.path) : std::wstring();
 }
 

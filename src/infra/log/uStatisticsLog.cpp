@@ -8,6 +8,7 @@
 #include "infra/runtime/text.h"
 #include "infra/siblings/missing_sibling.h"
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 #include <iterator>
@@ -66,14 +67,14 @@ void InsertLogText(std::wstring& line, std::wstring_view text) {
   std::wstring_view shown = text.substr(0, kLongestLogText);
   // Both halves of a pair, or none.
   if (shown.size() < text.size() && IS_HIGH_SURROGATE(shown.back())) shown.remove_suffix(1);
-  for (const wchar_t unit : shown) {
-    if (IsControl(unit)) {
-      wchar_t escape[16];
-      std::swprintf(escape, std::size(escape), L"\\u{%x}", static_cast<unsigned>(unit));
-      line += escape;
-    } else {
-      line += unit;
-    }
+  for (auto next = shown.begin(); next != shown.end();) {
+    const auto end = std::find_if(next, shown.end(), IsControl);
+    line.append(next, end);
+    next = end;
+    if (end == shown.end()) break;
+    wchar_t escape[16];
+    std::swprintf(escape, std::size(escape), L"\\u{%x}", static_cast<unsigned>(*next++));
+    line += escape;
   }
   if (shown.size() < text.size())
     line.append(L"... (").append(std::to_wstring(text.size())).append(L" units)");
