@@ -42,16 +42,11 @@ std::vector<std::wstring> SplitAtBlanks(std::wstring_view text) {
   return elements;
 }
 
-// Without a trailing backslash, except for the root of a drive.
-SharedText FolderOf(std::wstring_view path) {
-  std::wstring_view folder = FolderPart(path);
-  if (folder.ends_with(L':')) return SharedText(folder, L"\\");
-  if (folder.ends_with(L'\\') && !folder.ends_with(L":\\")) folder.remove_suffix(1);
-  return SharedText(folder);
-}
-
-void TakeVersionTexts(const FileStamp& stamp, ItemDetails& details) {
-  details.Version = ReadVersionTexts(details.FilePath, stamp);
+void TakeFileTexts(const FileStamp& stamp, ItemDetails& details) {
+  FileTexts texts = ReadFileTexts(details.FilePath, stamp);
+  details.FilePath = std::move(texts.path);
+  details.Version = std::move(texts.version);
+  if (details.WorkingFolder.empty()) details.WorkingFolder = std::move(texts.folder);
   const SharedText& description = details.Version->FileDescription;
   if (description.empty()) return;
   details.Description = description;
@@ -139,8 +134,10 @@ ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
   const std::wstring target = link.Target();
   const std::wstring arguments = link.Arguments();
   if (!target.empty()) {
-    facts.targetFile = ResolveCommandToFile(FileUtils::MakeCommandLine(target, arguments).c_str());
-    facts.command = SharedText(FileUtils::MakeCommandLine(facts.targetFile, arguments));
+    const std::wstring command = FileUtils::MakeCommandLine(target, arguments);
+    facts.targetFile = ResolveCommandToFile(command.c_str());
+    facts.command = SharedText(
+        facts.targetFile == target ? command : FileUtils::MakeCommandLine(facts.targetFile, arguments));
   }
   facts.description = SharedText(link.StoredDescription());
   facts.workingFolder = SharedText(link.WorkingDirectory());
@@ -213,8 +210,8 @@ void DescribeStartedFile(const std::optional<FileStamp>& stamp, ItemDetails& det
   details.FileFound = stamp.has_value();
   details.SeenFile = stamp.value_or(FileStamp{});
   details.Reachability = stamp ? kFileFound : IsReachable(details.FilePath) ? kFileMissing : kFileUnreachable;
-  if (details.WorkingFolder.empty()) details.WorkingFolder = FolderOf(details.FilePath);
-  if (stamp) TakeVersionTexts(*stamp, details);
+  if (stamp) TakeFileTexts(*stamp, details);
+  if (details.WorkingFolder.empty()) details.WorkingFolder = FolderTextOf(details.FilePath);
 }
 
 bool IsFolderLocation(TTypeStartupLocation location) noexcept {

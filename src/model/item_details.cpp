@@ -2,6 +2,7 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/text.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +40,8 @@ constexpr VersionText kTexts[] = {
 
 struct KnownFile {
   FileStamp stamp;
-  std::weak_ptr<const VersionTexts> texts;
+  SharedText folder;
+  std::weak_ptr<const VersionTexts> version;
 };
 
 struct PathHash {
@@ -76,20 +78,21 @@ SharedVersionTexts AskHelper(const SharedText& file) {
   return result;
 }
 
-SharedVersionTexts Recall(const SharedText& file, const FileStamp& stamp) {
+// Without version texts: nothing is known.
+FileTexts Recall(const SharedText& file, const FileStamp& stamp) {
   const ScopedLock lock(g_versionTexts->lock);
   const auto known = g_versionTexts->files.find(file);
-  return known == g_versionTexts->files.end() || known->second.stamp != stamp ? nullptr
-                                                                              : known->second.texts.lock();
+  if (known == g_versionTexts->files.end() || known->second.stamp != stamp) return {};
+  return {known->first, known->second.folder, known->second.version.lock()};
 }
 
-void Remember(const SharedText& file, const FileStamp& stamp, const SharedVersionTexts& texts) {
+void Remember(const FileTexts& texts, const FileStamp& stamp) {
   const ScopedLock lock(g_versionTexts->lock);
   if (g_versionTexts->files.size() >= g_versionTexts->tidyAt) {
-    std::erase_if(g_versionTexts->files, [](const auto& row) { return row.second.texts.expired(); });
+    std::erase_if(g_versionTexts->files, [](const auto& row) { return row.second.version.expired(); });
     g_versionTexts->tidyAt = std::max(g_versionTexts->tidyAt, g_versionTexts->files.size() * 2);
   }
-  g_versionTexts->files.insert_or_assign(file, KnownFile{stamp, texts});
+  g_versionTexts->files.insert_or_assign(texts.path, KnownFile{stamp, texts.folder, texts.version});
 }
 
 }  // namespace
@@ -98,10 +101,18 @@ SharedVersionTexts NoVersionTexts() {
   return g_versionTexts->none;
 }
 
-SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp) {
-  if (SharedVersionTexts known = Recall(file, stamp)) return known;
-  SharedVersionTexts texts = AskHelper(file);
-  Remember(file, stamp, texts);
+SharedText FolderTextOf(std::wstring_view path) {
+  std::wstring_view folder = FolderPart(path);
+  if (folder.ends_with(L':')) return SharedText(folder, L"\\");
+  if (folder.ends_with(L'\\') && !folder.ends_with(L":\\")) folder.remove_suffix(1);
+  return SharedText(folder);
+}
+
+FileTexts ReadFileTexts(const SharedText& file, const FileStamp& stamp) {
+  FileTexts texts = Recall(file, stamp);
+  if (texts.version) return texts;
+  texts = {file, FolderTextOf(file), AskHelper(file)};
+  Remember(texts, stamp);
   return texts;
 }
 

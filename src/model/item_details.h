@@ -39,13 +39,23 @@ struct VersionTexts {
 // Never null.
 using SharedVersionTexts = std::shared_ptr<const VersionTexts>;
 
+// What is the same for every entry that starts a file.
+struct FileTexts {
+  SharedText path;
+  // Without a trailing backslash, except for the root of a drive.
+  SharedText folder;
+  SharedVersionTexts version;
+};
+
 // Those of a file without version record: every text is empty. Any thread; raises EAssertionFailed before the
 // module's start and after its stop, as the next does.
 SharedVersionTexts NoVersionTexts();
-// Those of a file, by its full path, that stands as `stamp` says: what somebody still holds of it, else asked
-// of the helper service, which reads the file. Any thread may call it; the lock of what is known is a leaf
-// and not held meanwhile. Raises what the service raises.
-SharedVersionTexts ReadVersionTexts(const SharedText& file, const FileStamp& stamp);
+// The folder of a file, by its path, as above.
+SharedText FolderTextOf(std::wstring_view path);
+// Those of a file, by its full path, that stands as `stamp` says: what somebody still holds of it, else the
+// version texts are asked of the helper service, which reads the file. Any thread may call it; the lock of
+// what is known is a leaf and not held meanwhile. Raises what the service raises.
+FileTexts ReadFileTexts(const SharedText& file, const FileStamp& stamp);
 
 // What is known of files. Started before the first item is made and stopped after the last one.
 struct KnownVersionTexts;
