@@ -22,7 +22,7 @@ struct BitmapForm {
 // The rows of a bitmap from the top down; false when it has fewer.
 bool ReadRows(HBITMAP bitmap, int width, int rows, WORD bits, void* to) noexcept {
   BitmapForm form = {{sizeof(BITMAPINFOHEADER), width, -rows, 1, bits, BI_RGB, 0, 0, 0, 0, 0}, {}};
-  const ScopedMemoryContext context(CreateCompatibleDC(nullptr));
+  static const ScopedMemoryContext context(CreateCompatibleDC(nullptr));
   return GetDIBits(context.Get(), bitmap, 0, static_cast<UINT>(rows), to,
                    reinterpret_cast<BITMAPINFO*>(&form), DIB_RGB_COLORS) == rows;
 }

@@ -11,6 +11,8 @@
 
 #include <shellapi.h>
 
+#include <utility>
+
 namespace smh {
 
 namespace {
@@ -70,6 +72,13 @@ ExtendedPass::ExtendedPass() {
   if (ShowIcons()) icons_.emplace(g_reader->thread.Wake(), CheckTerminated);
 }
 
+void ExtendedPass::ReadIcon(ItemDetails& details) {
+  const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
+  details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
+                                      hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
+  details.IsIconOwed = icons_->HasGivenUp() && details.ImageIndex == kImageUnknownFile;
+}
+
 void ExtendedPass::Read(ItemDetails& details) {
   if (!details.FileFound) {
     ReadFileFacts(details);
@@ -80,14 +89,17 @@ void ExtendedPass::Read(ItemDetails& details) {
     static_cast<ExtendedDetails&>(details) = known->second;
     return;
   }
-  ReadFileFacts(details);
-  details.Rating = Rate(details);
+  bool isRead = false;
+  const auto readOnce = [&] {
+    if (std::exchange(isRead, true)) return;
+    ReadFileFacts(details);
+    details.Rating = Rate(details);
+  };
   if (icons_) {
-    const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
-    details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
-                                        hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
-    details.IsIconOwed = icons_->HasGivenUp() && details.ImageIndex == kImageUnknownFile;
+    const IconSource::Meanwhile reading(*icons_, readOnce);
+    ReadIcon(details);
   }
+  readOnce();
   known_.emplace(std::move(key), details);
 }
 

@@ -30,6 +30,8 @@ class ExtendedPass {
   void Read(ItemDetails& details);
 
  private:
+  void ReadIcon(ItemDetails& details);
+
   // File, and the icon that stands for it.
   using Key = std::tuple<std::wstring, std::wstring, int>;
 

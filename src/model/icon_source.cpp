@@ -210,6 +210,7 @@ IconPair IconSource::Ask(const std::wstring& file, const std::function<void(Prog
     return {};
   }
   post(*program);
+  if (const auto work = std::exchange(meanwhile_, nullptr)) work();
   if (!WaitForAnswer(*program)) {
     if (!program->HasEndedIdle()) return {};
     // In that very moment.

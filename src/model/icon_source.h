@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace smh {
 
@@ -23,6 +24,21 @@ struct IconPair {
 // or ten such ends, and without the program, nothing has. Raises std::bad_alloc.
 class IconSource {
  public:
+  // What the asking thread does while the first question of this object's life is looked at: called at most
+  // once, and not when there is nothing to wait for. What it raises passes, and ends that question.
+  class Meanwhile {
+   public:
+    Meanwhile(IconSource& source, std::function<void()> work) : source_(source) {
+      source_.meanwhile_ = std::move(work);
+    }
+    ~Meanwhile() { source_.meanwhile_ = nullptr; }
+    Meanwhile(const Meanwhile&) = delete;
+    Meanwhile& operator=(const Meanwhile&) = delete;
+
+   private:
+    IconSource& source_;
+  };
+
   // `checkTerminated` is called when `wake` (null: none) is signalled, and all along a wait, and raises what
   // is to end that. The event outlives the object.
   IconSource(HANDLE wake, std::function<void()> checkTerminated);
@@ -50,6 +66,7 @@ class IconSource {
   const HANDLE wake_;
   const std::function<void()> checkTerminated_;
   std::unique_ptr<Program> program_;
+  std::function<void()> meanwhile_;
   // How much may still go wrong.
   int patience_;
 };
