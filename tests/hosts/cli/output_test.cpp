@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace smh::test {
 
@@ -150,6 +151,9 @@ TEST(TableOutput, FitsTheConsoleAndCutsNothingWithoutOne) {
   for (const std::size_t width : {79, 100, 200}) EXPECT_EQ(longest(ItemTable({&item, 1}, {width})), width);
   item.file = L"C:\\" + std::wstring(80, L'f') + L"\\program.exe";
   EXPECT_NE(ItemTable({&item, 1}, {100}).find(L"\\program.exe (missing)"), std::wstring::npos);
+  const std::wstring command = std::exchange(item.command, {});
+  EXPECT_EQ(ItemTable({&item, 1}, {100}).find(L"(missing)"), std::wstring::npos) << "there is none to miss";
+  item.command = command;
   item.file.clear();
   const std::wstring full = ItemTable({&item, 1}, {});
   EXPECT_NE(full.find(item.command), std::wstring::npos);

@@ -150,6 +150,23 @@ TEST_F(StartupctlUndo, PartsAreShownTakenBackAndForgotten) {
   EXPECT_EQ(Checkpoints(), Json::array());
 }
 
+// One change that would push out what the user can undo now is asked about, too.
+TEST_F(StartupctlUndo, WhatWouldPushOthersOutIsAskedAbout) {
+  const StartupPlaces user(StartupPlaces::Whose::kUser);
+  SetValue(HKEY_CURRENT_USER, kSettings, L"KeptMegabytes", Dword(1));
+  for (const char fill : {'1', '2'}) {
+    const std::wstring file = user.startup + L"ctl large.exe";
+    WriteFileBytes(file, std::string(700'000, fill));
+    if (fill == '2') {
+      const std::string refused = Run({L"delete", L"ctl large.exe"}, 1).errors;
+      EXPECT_NE(refused.find("Deleting ctl large"), std::string::npos) << refused;
+      EXPECT_TRUE(std::filesystem::exists(file));
+    }
+    Run({L"delete", L"ctl large.exe", L"--yes"});
+  }
+  EXPECT_EQ(Checkpoints()[1]["state"], "dropped");
+}
+
 TEST_F(StartupctlUndo, InterruptedChangesAreNamedAtEveryStart) {
   ASSERT_EQ(RunChild(L"AddInOneAction", {L"die", L"ctl cut"}).exitCode, 0u);
   EXPECT_EQ(

@@ -54,7 +54,15 @@ TEST_F(JournalActions, AreOneUndoWhoseLockIsFreeBetweenParts) {
   EXPECT_EQ(Journal().BeginAction(L"empty"), S_OK);
   EXPECT_EQ(Journal().BeginAction(L"nested"), HRESULT_FROM_WIN32(ERROR_BUSY));
   EXPECT_EQ(End(), 0u);
+  const auto revision = [&] {
+    std::uint64_t number = 0;
+    EXPECT_EQ(Journal().GetRevision(&number), S_OK);
+    return number;
+  };
+  const std::uint64_t empty = revision();
   EXPECT_EQ(Action(1, L""), 1u);
+  EXPECT_NE(revision(), empty);
+  EXPECT_EQ(revision(), revision());
   EXPECT_EQ(guardkit_.List().back().title, L"part 1");
   EXPECT_EQ(guardkit_.Undo().result, S_OK);
 

@@ -174,6 +174,7 @@ TEST_F(LastLook, AnUndoLeavesACopyWhoseSourceHasGone) {
   const UndoAnswer answer = guardkit_.Undo(id);
   EXPECT_EQ(answer.result, IJournal::kConflict);
   EXPECT_EQ(answer.outcomes, std::vector{StepOutcome::kConflict});
+  EXPECT_NE(answer.texts.find(L"nothing else holds it"), std::wstring::npos);
   // Forced, it is recorded and comes back.
   const UndoAnswer forced = guardkit_.Undo(id, UndoMode::kForce);
   EXPECT_EQ(forced.outcomes, std::vector{StepOutcome::kOverwritten});
