@@ -8,6 +8,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/journal.h"
 #include "hosts/common/operation_steps.h"
+#include "hosts/common/outcome_check.h"
 #include "hosts/common/reading.h"
 
 #include <algorithm>

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 
 namespace smh {
 
@@ -21,7 +20,6 @@ using Seen = std::optional<ItemRecord>;
 
 constexpr wchar_t kStillThere[] = L"the entry is still there as it was.";
 constexpr wchar_t kNotThere[] = L"the entry is not where it should be now.";
-constexpr wchar_t kNotThereAtTheEnd[] = L"at the end the entry was not there as it had been made.";
 constexpr wchar_t kNameTaken[] = L"an entry of that name exists already; it was not changed.";
 
 Outcome Nothing(std::wstring text, const ItemRecord& now) {
@@ -264,13 +262,6 @@ Ask Guarded(Work&& work) {
   }
 }
 
-// What has to be listed under one name behind the last change.
-struct Expectation {
-  EntryChange* change;
-  const ItemRecord* entry;
-  bool isThere;
-};
-
 Outcome OutcomeOfNext(const Library& library, Verb verb, const ItemRecord& entry) {
   EntryChange next;
   next.verb = verb;
@@ -307,33 +298,6 @@ std::optional<Outcome> AskFirst(const Library& library, const EntryChange& chang
 const Outcome& MakeChange(const Library& library, EntryChange& change) {
   change.outcome = Guarded([&] { return Ask(Switched(library, change, OutcomeOf(library, change))); });
   return *change.outcome;
-}
-
-std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
-                                                std::span<const ItemRecord> listNow) {
-  using Key = std::pair<std::int32_t, std::wstring_view>;
-  const auto keyOf = [](const ItemRecord& item) { return Key(item.location, item.name); };
-  std::map<Key, Expectation> expected;
-  for (EntryChange& change : changes) {
-    if (!change.outcome || !change.outcome->IsGood()) continue;
-    const ItemRecord& before = change.before;
-    if (!before.name.empty()) expected.insert_or_assign(keyOf(before), Expectation{&change, &before, false});
-    const Seen& now = change.outcome->now;
-    if (now && !now->name.empty()) expected.insert_or_assign(keyOf(*now), Expectation{&change, &*now, true});
-  }
-  std::map<Key, const ItemRecord*> listed;
-  for (const ItemRecord& item : listNow) listed.emplace(keyOf(item), &item);
-  std::vector<const EntryChange*> failed;
-  for (const auto& [key, expectation] : expected) {
-    const auto found = listed.find(key);
-    const bool isThere = found != listed.end() && found->second->enabled == expectation.entry->enabled &&
-                         found->second->command == expectation.entry->command;
-    if (isThere == expectation.isThere) continue;
-    expectation.change->outcome =
-        Outcome{OutcomeKind::kFailed, expectation.isThere ? kNotThereAtTheEnd : kStillThere};
-    failed.push_back(expectation.change);
-  }
-  return failed;
 }
 
 std::wstring TitleOf(std::span<const EntryChange> changes) {

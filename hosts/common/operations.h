@@ -81,12 +81,6 @@ std::optional<Outcome> AskFirst(const Library& library, const EntryChange& chang
 // Asks first, makes the change, and looks for what it has to have made; the answer is its outcome, which it
 // is given too. Takes the list's lock only to find a moved entry. Raises nothing but std::bad_alloc.
 const Outcome& MakeChange(const Library& library, EntryChange& change);
-// Looks every outcome that was good up in the list as it was read anew behind the last change: the one that
-// is not there has failed, and says so. Of several changes of one entry the last one counts. Answers the
-// changes that have failed here.
-std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
-                                                std::span<const ItemRecord> listNow);
-
 // "Deleting 251 entries", of those that have no outcome yet; "Changing 3 entries" when the verbs differ.
 // Empty for one change, whose own title tells more, and for none.
 std::wstring TitleOf(std::span<const EntryChange> changes);

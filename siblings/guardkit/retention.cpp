@@ -205,7 +205,6 @@ std::vector<const IndexedAction*> FamilyOf(const std::vector<IndexedAction>& ind
 // `gone` are those of the index that were forgotten before, and get what goes here.
 HRESULT ForgetOne(const JournalFolder& folder, KeptActions& kept, std::uint32_t id,
                   std::set<std::uint32_t>& gone) {
-  if (gone.contains(id)) return S_OK;
   const IndexedAction* const action = FindById(kept.Index(), id);
   if (action == nullptr) return ForgetDropped(folder, id);
   const std::uint32_t undoes = action->header.undoes;

@@ -2,10 +2,10 @@
 
 #include "infra/runtime/exceptions.h"
 #include "siblings/guardkit/live_system.h"
+#include "siblings/guardkit/step_runner.h"
 #include "siblings/guardkit/undo_steps.h"
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <set>
 
@@ -23,163 +23,10 @@ std::wstring TitleOfUndoing(std::wstring_view title) {
   return std::wstring(isUndo ? kRedo : kUndo).append(title);
 }
 
-StepOutcome OutcomeOf(Verdict verdict) noexcept {
-  switch (verdict) {
-    case Verdict::kUndo:
-      return StepOutcome::kUndo;
-    case Verdict::kNothing:
-      return StepOutcome::kNothing;
-    case Verdict::kConflict:
-      return StepOutcome::kConflict;
-    case Verdict::kBlocked:
-      return StepOutcome::kBlocked;
-  }
-  return StepOutcome::kBlocked;
-}
-
 // A part to undo; its steps stand behind each other in the contents that are planned.
 struct TargetPart {
   std::uint32_t action = 0;
   const JournalPart* record = nullptr;
-};
-
-void NoteAction(const IndexedAction& action, UndoResult& result) {
-  result.checkpoint = action.Id();
-  result.title = action.header.title;
-}
-
-// The actions to undo, oldest first; none with the reason in the result, and what stands in the way.
-std::vector<const IndexedAction*> Choose(const std::vector<IndexedAction>& index, const UndoRequest& request,
-                                         const std::wstring& user, UndoResult& result) {
-  HRESULT& status = result.status;
-  const bool isRedo = request.direction == Direction::kRedo;
-  const IndexedAction* const named =
-      !isRedo && request.id == 0 ? FindNewestToUndo(index, user) : FindById(index, request.id);
-  status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
-  if (named == nullptr) return {};
-  std::vector<const IndexedAction*> found = {named};
-  if (isRedo) found = FindToRedo(index, request.id);
-  status = IJournal::kWrongState;
-  NoteAction(*named, result);
-  if (found.empty()) return {};
-  found.push_back(named);
-  for (const IndexedAction* const action : found) {
-    NoteAction(*action, result);
-    status = HRESULT_FROM_WIN32(ERROR_BUSY);
-    if (action->state == CheckpointState::kOpen) return {};
-    status = IJournal::kDamaged;
-    if (!action->IsReadable()) return {};
-  }
-  found.pop_back();
-  status = S_OK;
-  return found;
-}
-
-bool HasDamaged(const std::vector<const IndexedAction*>& actions) {
-  return std::ranges::any_of(
-      actions, [](const IndexedAction* action) { return action->state == CheckpointState::kDamaged; });
-}
-
-// Whether somebody is undoing one of them now, other than the action `own`.
-bool IsBeingUndone(const std::vector<IndexedAction>& index, const std::vector<const IndexedAction*>& actions,
-                   std::uint32_t own) {
-  return std::ranges::any_of(index, [&](const IndexedAction& each) {
-    return each.state == CheckpointState::kOpen && each.Id() != own &&
-           std::ranges::any_of(
-               actions, [&](const IndexedAction* action) { return action->Id() == each.header.undoes; });
-  });
-}
-
-// The parts to undo, in their order. Refusals as above.
-std::vector<const IndexedPart*> ChooseParts(const IndexedAction& action,
-                                            const std::vector<std::uint32_t>& numbers, HRESULT& status) {
-  std::vector<const IndexedPart*> chosen;
-  for (const std::uint32_t number : numbers) {
-    status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
-    if (number == 0 || number > action.parts.size()) return {};
-    status = IJournal::kWrongState;
-    if (action.parts[number - 1].undoneBy != 0) return {};
-  }
-  status = S_OK;
-  const std::set<std::uint32_t> wanted(numbers.begin(), numbers.end());
-  for (const IndexedPart& part : action.parts) {
-    if (part.undoneBy == 0 && (wanted.empty() || wanted.contains(part.record.header.number)))
-      chosen.push_back(&part);
-  }
-  return chosen;
-}
-
-// For a scope.
-class ScopedGuard {
- public:
-  ScopedGuard(OpenCheckpoint& checkpoint, const std::function<bool()>* guard) noexcept
-      : checkpoint_(checkpoint) {
-    checkpoint.SetGuard(guard);
-  }
-  ~ScopedGuard() { checkpoint_.SetGuard(nullptr); }
-  ScopedGuard(const ScopedGuard&) = delete;
-  ScopedGuard& operator=(const ScopedGuard&) = delete;
-
- private:
-  OpenCheckpoint& checkpoint_;
-};
-
-// Takes planned steps back, one after the other. Once one could not be, only what is missing is brought back
-// and nothing deleted or overwritten any more: the entry may be nowhere else.
-class StepRunner {
- public:
-  // Both are borrowed.
-  StepRunner(const JournalContents& contents, const UndoReach& reach, bool force)
-      : contents_(contents), reach_(reach), force_(force) {
-    LiveSystem system(reach_);
-    sources_ = SourcesOfUndo(contents_.steps, system);
-  }
-
-  StepOutcome Run(OpenCheckpoint& checkpoint, const PlannedStep& planned) {
-    const RecordedStep& recorded = contents_.steps[planned.number];
-    const Step& step = recorded.step;
-    const Verdict verdict = planned.verdict;
-    const bool isConflict = verdict == Verdict::kConflict;
-    if (verdict == Verdict::kNothing) return StepOutcome::kNothing;
-    if (verdict == Verdict::kBlocked || (isConflict && !force_)) {
-      if (!force_) Note(ERROR_REVISION_MISMATCH);
-      return OutcomeOf(verdict);
-    }
-    if (status_ != ERROR_SUCCESS && (isConflict || !OnlyBringsBack(step))) {
-      ++refused_;
-      return StepOutcome::kBlocked;
-    }
-    const std::function<bool()> sourceStands = [&] {
-      LiveSystem system(reach_);
-      return SourceStands(recorded.source, system);
-    };
-    const bool isCopy = recorded.source.kind != StepSource::Kind::kNone;
-    const ScopedGuard guard(checkpoint, isCopy && !isConflict ? &sourceStands : nullptr);
-    try {
-      checkpoint.SetSource(sources_[planned.number]);
-      return UndoStep(checkpoint, step, isConflict);
-    } catch (const EOSError& error) {
-      Note(static_cast<LSTATUS>(error.Code()));
-      return StepOutcome::kBlocked;
-    }
-  }
-
-  void Note(LSTATUS status) noexcept {
-    ++refused_;
-    if (status_ == ERROR_SUCCESS) status_ = status;
-  }
-  // Of the first that could not be taken back.
-  LSTATUS Status() const noexcept { return status_; }
-  // How many there were.
-  std::size_t Refused() const noexcept { return refused_; }
-
- private:
-  const JournalContents& contents_;
-  const UndoReach& reach_;
-  const bool force_;
-  std::vector<StepSource> sources_;
-  LSTATUS status_ = ERROR_SUCCESS;
-  std::size_t refused_ = 0;
 };
 
 // One call: what it found, planned and did.
@@ -217,9 +64,8 @@ class UndoCall {
   // Reads and plans; whether it may run without force.
   bool Prepare(const JournalFolder& folder, std::uint32_t own) {
     index_ = IndexJournal(folder);
-    const std::vector<const IndexedAction*> actions = Choose(index_, request_, sid_, result_);
+    const std::vector<const IndexedAction*> actions = ChooseActions(index_, request_, sid_, result_);
     if (actions.empty()) return false;
-    NoteAction(*actions.back(), result_);
     if (std::ranges::any_of(actions,
                             [&](const IndexedAction* action) { return action->header.user != sid_; })) {
       result_.status = HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED);

@@ -46,6 +46,12 @@ std::wstring ReadText(ByteCursor& in) {
   return text;
 }
 
+bool ReadFlag(ByteCursor& in) noexcept {
+  const std::uint8_t flag = in.U8();
+  if (flag > 1) in.Fail();
+  return flag == 1;
+}
+
 std::uint32_t Checksum(Bytes bytes) noexcept {
   std::uint32_t value = 0xFFFFFFFF;
   for (const std::byte byte : bytes) {

@@ -37,6 +37,8 @@ class RecordWriter {
 // count that the rest cannot hold. Raise std::bad_alloc. Any thread.
 ByteVector ReadBlock(ByteCursor& in);
 std::wstring ReadText(ByteCursor& in);
+// A byte of 0 or 1; the cursor fails at any other.
+bool ReadFlag(ByteCursor& in) noexcept;
 
 // The CRC-32 of IEEE 802.3. Any thread.
 std::uint32_t Checksum(Bytes bytes) noexcept;

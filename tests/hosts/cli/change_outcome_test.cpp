@@ -1,7 +1,7 @@
 // How a host compares at the end what changes have made, and what `watch` makes of two looks at the list.
 #include "hosts/common/entry_watch.h"
 #include "hosts/common/host_error.h"
-#include "hosts/common/operations.h"
+#include "hosts/common/outcome_check.h"
 #include "tests/hosts/common/test_items.h"
 
 #include <gtest/gtest.h>

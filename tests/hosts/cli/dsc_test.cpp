@@ -201,7 +201,7 @@ TEST_F(Dsc, SetMakesTheStateAndAnswersIt) {
                          {{"_exist", false}}};
   for (Json wish : wishes) {
     wish["name"] = "ctl made";
-    const Json state = Call(L"set", wish);
+    Json state = Call(L"set", wish);
     for (const auto& property : wish.items()) EXPECT_EQ(state[property.key()], property.value()) << wish;
     EXPECT_EQ(Call(L"test", wish)["_inDesiredState"], true) << wish;
   }

@@ -272,6 +272,7 @@ TEST_F(JournalTest, WhatIsOutOfReachIsRefusedWhole) {
       {file(DataFolder() + L"Journal\\00000002.journal")},
       {MoveStep{startup + L"x.lnk", L"C:\\x.lnk", {}}},
       {MoveStep{L"C:\\x.lnk", startup + L"x.lnk", {}}},
+      {good.step, StepMark::kDone, 0, {StepSource::Kind::kValue, machine + L"SmhJournalTest", L"v", 0}},
       {good.step, StepMark::kDone, 0, {StepSource::Kind::kFile, L"\\\\server\\share\\x", {}, 0}},
   };
   const UndoReach reach(CurrentUserSid());
