@@ -1,7 +1,6 @@
 #include "siblings/guardkit/journal_index.h"
 
 #include "infra/runtime/exceptions.h"
-#include "siblings/guardkit/action_states.h"
 #include "siblings/guardkit/format/undo_plan.h"
 #include "siblings/guardkit/journal_folder.h"
 #include "siblings/guardkit/live_system.h"

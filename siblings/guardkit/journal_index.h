@@ -1,56 +1,13 @@
 // The actions of the journal and what has become of them: a snapshot, read without the journal's lock.
 #pragma once
 
-#include "core/contracts/intf_journal.h"
 #include "siblings/guardkit/dropped_list.h"
-#include "siblings/guardkit/journal_file.h"
+#include "siblings/guardkit/indexed_action.h"
 
-#include <optional>
+#include <string>
 #include <vector>
 
 namespace smh {
-
-// A part, and what others made of it.
-struct IndexedPart {
-  JournalPart record;
-  // Of one without an end: whether something of it is there now.
-  bool isLeft = false;
-  // The newest action that took it back and was not taken back itself; 0 for none.
-  std::uint32_t undoneBy = 0;
-  // Taken back and made again, as a whole.
-  bool redone = false;
-  // An undo of it was begun and never ended, or is damaged: what its marks say need not be so any more.
-  bool undoTried = false;
-  // Whether it was taken back or made again stood in a file that is damaged: so it may stand, and its undo
-  // compares.
-  bool isUnclear = false;
-
-  // Whether it came about and was not taken back.
-  bool Stands() const noexcept {
-    return undoneBy == 0 &&
-           (redone || record.end == PartEnd::kDone || (record.end == PartEnd::kNone && isLeft));
-  }
-};
-
-// One action, without its steps.
-struct IndexedAction {
-  // 0 in the header's time for one that cannot be read.
-  CheckpointHeader header;
-  // Its first file in front.
-  std::vector<JournalName> files;
-  std::vector<IndexedPart> parts;
-  std::size_t stepCount = 0;
-  // The contents in the blob store that its undo needs.
-  std::vector<ContentHash> kept;
-  JournalEnd end = JournalEnd::kNone;
-  CheckpointState state = CheckpointState::kDone;
-  // Damaged for now only: somebody keeps a file of it from being read.
-  bool isHeld = false;
-
-  std::uint32_t Id() const noexcept { return files.front().id; }
-  bool IsReadable() const noexcept { return header.id != 0; }
-  CheckpointState StateOfPart(const IndexedPart& part) const noexcept;
-};
 
 // Oldest first. A file that cannot be read, or is not what was written, is an action of its own, damaged; one
 // that holds nothing yet is left out. An action is open while its owner lives; one without an end is compared

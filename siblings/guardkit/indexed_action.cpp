@@ -1,4 +1,4 @@
-#include "siblings/guardkit/action_states.h"
+#include "siblings/guardkit/indexed_action.h"
 
 #include <algorithm>
 

@@ -1,0 +1,61 @@
+// An action as it is recorded, and what has become of it by its undos.
+#pragma once
+
+#include "core/contracts/intf_journal.h"
+#include "siblings/guardkit/journal_file.h"
+
+#include <vector>
+
+namespace smh {
+
+// A part, and what others made of it.
+struct IndexedPart {
+  JournalPart record;
+  // Of one without an end: whether something of it is there now.
+  bool isLeft = false;
+  // The newest action that took it back and was not taken back itself; 0 for none.
+  std::uint32_t undoneBy = 0;
+  // Taken back and made again, as a whole.
+  bool redone = false;
+  // An undo of it was begun and never ended, or is damaged: what its marks say need not be so any more.
+  bool undoTried = false;
+  // Whether it was taken back or made again stood in a file that is damaged: so it may stand, and its undo
+  // compares.
+  bool isUnclear = false;
+
+  // Whether it came about and was not taken back.
+  bool Stands() const noexcept {
+    return undoneBy == 0 &&
+           (redone || record.end == PartEnd::kDone || (record.end == PartEnd::kNone && isLeft));
+  }
+};
+
+// One action, without its steps.
+struct IndexedAction {
+  // 0 in the header's time for one that cannot be read.
+  CheckpointHeader header;
+  // Its first file in front.
+  std::vector<JournalName> files;
+  std::vector<IndexedPart> parts;
+  std::size_t stepCount = 0;
+  // The contents in the blob store that its undo needs.
+  std::vector<ContentHash> kept;
+  JournalEnd end = JournalEnd::kNone;
+  CheckpointState state = CheckpointState::kDone;
+  // Damaged for now only: somebody keeps a file of it from being read.
+  bool isHeld = false;
+
+  std::uint32_t Id() const noexcept { return files.front().id; }
+  bool IsReadable() const noexcept { return header.id != 0; }
+  CheckpointState StateOfPart(const IndexedPart& part) const noexcept;
+};
+
+// Tells each part which undo took it back, whether it was made again, and whether that is unclear. `index` is
+// sorted by the actions' numbers and without states but kOpen and kDamaged. Raises nothing.
+void JoinUndos(std::vector<IndexedAction>& index);
+// Sets the state of each action that is neither open nor damaged.
+void SetStates(std::vector<IndexedAction>& index);
+// The state of one that is neither.
+CheckpointState StateOf(const IndexedAction& action);
+
+}  // namespace smh
