@@ -158,11 +158,11 @@ TEST_F(StartupctlUndo, WhatWouldPushOthersOutIsAskedAbout) {
     const std::wstring file = user.startup + L"ctl large.exe";
     WriteFileBytes(file, std::string(700'000, fill));
     if (fill == '2') {
-      const std::string refused = Run({L"delete", L"ctl large.exe"}, 1).errors;
+      const std::string refused = Run({L"delete", L"ctl large"}, 1).errors;
       EXPECT_NE(refused.find("Deleting ctl large"), std::string::npos) << refused;
       EXPECT_TRUE(std::filesystem::exists(file));
     }
-    Run({L"delete", L"ctl large.exe", L"--yes"});
+    Run({L"delete", L"ctl large", L"--yes"});
   }
   EXPECT_EQ(Checkpoints()[1]["state"], "dropped");
 }
