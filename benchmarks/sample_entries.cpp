@@ -10,10 +10,6 @@ std::wstring Command(const Programs& programs, int index) {
   return Format(L"\"%s\" /entry %d", programs[index], index);
 }
 
-std::wstring ValueName(int index) {
-  return Format(L"Entry %d", 100'000 + index);
-}
-
 void SetText(HKEY key, const std::wstring& name, const std::wstring& text) {
   RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                  static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
@@ -24,6 +20,10 @@ std::wstring ClassIdentifier(int index) {
 }
 
 }  // namespace
+
+std::wstring EntryName(int index) {
+  return Format(L"Entry %d", 100'000 + index);
+}
 
 RunValues::RunValues(const Programs& programs)
     : programs_(programs),
@@ -38,11 +38,11 @@ void RunValues::Fill(int count) {
 }
 
 void RunValues::SetCommand(int index, const std::wstring& command) const {
-  SetText(KeyOf(index), ValueName(index), command);
+  SetText(KeyOf(index), EntryName(index), command);
 }
 
 void RunValues::Remove(int index) const {
-  RegDeleteValueW(KeyOf(index), ValueName(index).c_str());
+  RegDeleteValueW(KeyOf(index), EntryName(index).c_str());
 }
 
 Handlers::Handlers(const Programs& programs, int count) : emptied_({test::kMenusKey}) {

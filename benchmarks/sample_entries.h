@@ -12,6 +12,9 @@
 
 namespace smh::bench {
 
+// Of the value of a Run key.
+std::wstring EntryName(int index);
+
 // Values of the two Run keys: the even ones the user's, the odd ones everybody's in the own view.
 class RunValues {
  public:
