@@ -189,7 +189,7 @@ TEST_CASE("Extended pass") {
     const std::vector<ItemRef> items = ListedItems();
     LargeImageList();
     return Microseconds([&] {
-      ExtendedPass pass;
+      ExtendedPass pass(items);
       for (const ItemRef& item : items) item->ReadExtendedInfo(pass);
     });
   };

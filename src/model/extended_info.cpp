@@ -6,6 +6,7 @@
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
 #include "model/reader_state.h"
+#include "model/uStartupItem.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 
@@ -60,6 +61,16 @@ int Rate(const ItemDetails& details) {
   return rating;
 }
 
+// What the entry's icon is asked for with, first.
+IconQuestion QuestionFor(const ItemDetails& details) {
+  const std::wstring file(details.FilePath);
+  const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
+  if (!hasIcon || details.IconPath == details.FilePath) {
+    return {IconRequest::kOfEither, file, hasIcon ? details.IconIndex : 0};
+  }
+  return {IconRequest::kOfFile, std::wstring(details.IconPath), details.IconIndex};
+}
+
 }  // namespace
 
 void ReadFileFacts(ItemDetails& details) {
@@ -68,14 +79,34 @@ void ReadFileFacts(ItemDetails& details) {
   ReadTypeName(details);
 }
 
-ExtendedPass::ExtendedPass() {
-  if (ShowIcons()) icons_.emplace(g_reader->thread.Wake(), CheckTerminated);
+ExtendedPass::ExtendedPass(std::span<const std::shared_ptr<TStartupItem>> items) : upcoming_(items) {
+  if (!ShowIcons()) return;
+  icons_.emplace(g_reader->thread.Wake(), CheckTerminated);
+  icons_->SetNext([this] { return NextQuestion(); });
+}
+
+ExtendedPass::Key ExtendedPass::KeyOf(const ItemDetails& details) {
+  return {std::wstring(details.FilePath), std::wstring(details.IconPath), details.IconIndex};
+}
+
+// Of the next item whose file is still to be looked at.
+std::optional<IconQuestion> ExtendedPass::NextQuestion() {
+  for (; !upcoming_.empty(); upcoming_ = upcoming_.subspan(1)) {
+    const std::shared_ptr<TStartupItem>& item = upcoming_.front();
+    if (item == nullptr || !item->IsListed() || !item->NeedsExtendedInfo()) continue;
+    const ItemDetails details = item->Get([](const ItemState& state) { return state.details; });
+    const Key key = KeyOf(details);
+    if (!details.FileFound || key == current_ || known_.contains(key)) continue;
+    IconQuestion question = QuestionFor(details);
+    if (IsIconKnown(question.file, question.index)) continue;
+    return question;
+  }
+  return std::nullopt;
 }
 
 void ExtendedPass::ReadIcon(ItemDetails& details) {
-  const bool hasIcon = !details.IconPath.empty() && IsReachable(details.IconPath);
-  details.ImageIndex = AppendFileIcon(*icons_, std::wstring(hasIcon ? details.IconPath : details.FilePath),
-                                      hasIcon ? details.IconIndex : 0, std::wstring(details.FilePath));
+  const IconQuestion question = QuestionFor(details);
+  details.ImageIndex = AppendFileIcon(*icons_, question.file, question.index, std::wstring(details.FilePath));
   details.IsIconOwed = icons_->HasGivenUp() && details.ImageIndex == kImageUnknownFile;
 }
 
@@ -84,8 +115,8 @@ void ExtendedPass::Read(ItemDetails& details) {
     ReadFileFacts(details);
     return;
   }
-  Key key(details.FilePath, details.IconPath, details.IconIndex);
-  if (const auto known = known_.find(key); known != known_.end()) {
+  current_ = KeyOf(details);
+  if (const auto known = known_.find(current_); known != known_.end()) {
     static_cast<ExtendedDetails&>(details) = known->second;
     return;
   }
@@ -100,7 +131,7 @@ void ExtendedPass::Read(ItemDetails& details) {
     ReadIcon(details);
   }
   readOnce();
-  known_.emplace(std::move(key), details);
+  known_.emplace(current_, details);
 }
 
 }  // namespace smh

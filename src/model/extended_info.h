@@ -6,11 +6,15 @@
 #include "model/item_details.h"
 
 #include <map>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 
 namespace smh {
+
+class TStartupItem;
 
 // Puts file times and size, of an existing file, and the type name into `details`, from the disk and the
 // shell. Any thread with COM initialised, without a lock. Raises what basekit's services raise, and
@@ -21,8 +25,9 @@ void ReadFileFacts(ItemDetails& details);
 // wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
-  // With icons when they are shown (model/reading.h).
-  ExtendedPass();
+  // With icons when they are shown (model/reading.h). `items` are those that Read is going to be called for,
+  // in their order; they outlive the pass, and its caller may let go of those that it is done with.
+  explicit ExtendedPass(std::span<const std::shared_ptr<TStartupItem>> items = {});
 
   // Completes `details`, the caller's copy. Call it without holding a lock. For a missing file rating and
   // icon stay as they are. Raises what the services of basekit and raterkit raise, EOSError when the image
@@ -30,12 +35,17 @@ class ExtendedPass {
   void Read(ItemDetails& details);
 
  private:
-  void ReadIcon(ItemDetails& details);
-
   // File, and the icon that stands for it.
   using Key = std::tuple<std::wstring, std::wstring, int>;
 
+  static Key KeyOf(const ItemDetails& details);
+  void ReadIcon(ItemDetails& details);
+  std::optional<IconQuestion> NextQuestion();
+
   std::map<Key, ExtendedDetails> known_;
+  Key current_;
+  // From the first that may still be asked for.
+  std::span<const std::shared_ptr<TStartupItem>> upcoming_;
   std::optional<IconSource> icons_;
 };
 

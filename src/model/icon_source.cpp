@@ -1,6 +1,5 @@
 #include "model/icon_source.h"
 
-#include "core/contracts/icon_exchange.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
@@ -51,6 +50,16 @@ ScopedIcon MakeIcon(const IconPixels<side>& pixels) noexcept {
   return ScopedIcon(CreateIconIndirect(&parts));
 }
 
+struct AnsweredPixels {
+  IconPixels<kLargeIconSide> large;
+  IconPixels<kSmallIconSide> small;
+};
+
+bool CanBeAsked(const IconQuestion& question) {
+  return !question.file.empty() && question.file.size() < IconExchange::kFileUnits &&
+         !IsRefusedLink(question.file);
+}
+
 // The list of the handles that a new process inherits, whatever else in this one is marked for that.
 class InheritedHandles {
  public:
@@ -94,13 +103,14 @@ class IconSource::Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  void Post(IconRequest request, const std::wstring& file, int index) noexcept {
-    view_.Get()->request = request;
-    view_.Get()->index = index;
-    std::copy_n(file.c_str(), file.size() + 1, view_.Get()->file);
+  void Post(const IconQuestion& question) noexcept {
+    view_.Get()->request = question.request;
+    view_.Get()->index = question.index;
+    std::copy_n(question.file.c_str(), question.file.size() + 1, view_.Get()->file);
     SetEvent(request_.Get());
   }
-  IconPair Icons() const noexcept { return {MakeIcon(view_.Get()->large), MakeIcon(view_.Get()->small)}; }
+  // Of the last answer; the next one overwrites them in the program's memory.
+  AnsweredPixels Pixels() const noexcept { return {view_.Get()->large, view_.Get()->small}; }
   HANDLE Answer() const noexcept { return answer_.Get(); }
   HANDLE Process() const noexcept { return process_.Get(); }
   bool HasEnded() const noexcept { return WaitForSingleObject(Process(), 0) == WAIT_OBJECT_0; }
@@ -170,7 +180,8 @@ IconSource::IconSource(HANDLE wake, std::function<void()> checkTerminated)
     : wake_(wake), checkTerminated_(std::move(checkTerminated)), patience_(kPatience) {}
 
 IconSource::~IconSource() {
-  if (!program_ || !g_idleIconProgram.IsStarted()) return;
+  // An answer that nobody has waited for would be the next one's.
+  if (!program_ || ahead_ || !g_idleIconProgram.IsStarted()) return;
   const ScopedLock lock(g_idleIconProgram->lock);
   if (!g_idleIconProgram->program) g_idleIconProgram->program = std::move(program_);
 }
@@ -185,43 +196,61 @@ std::unique_ptr<IconSource::Program> IconSource::TakeProgram() {
 }
 
 IconPair IconSource::OfFile(const std::wstring& file, int index) {
-  return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfFile, file, index); });
+  return Ask({IconRequest::kOfFile, file, index});
 }
 
 IconPair IconSource::OfShell(const std::wstring& file) {
-  return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfShell, file, 0); });
+  return Ask({IconRequest::kOfShell, file});
 }
 
 IconPair IconSource::OfEither(const std::wstring& file, int index) {
-  return Ask(file, [&](Program& program) { program.Post(IconRequest::kOfEither, file, index); });
+  return Ask({IconRequest::kOfEither, file, index});
 }
 
-IconPair IconSource::Ask(const std::wstring& file, const std::function<void(Program&)>& post) {
-  if (patience_ <= 0 || file.empty() || file.size() >= IconExchange::kFileUnits) return {};
-  const bool isRefused = IsRefusedLink(file);
-  // Ends with this call, whatever comes, unless it answers.
-  std::unique_ptr<Program> program;
-  if (!isRefused) program = program_ ? std::move(program_) : TakeProgram();
+// The program, at work on the question; null when there is none.
+std::unique_ptr<IconSource::Program> IconSource::TakeAsked(const IconQuestion& question) {
+  const std::optional<IconQuestion> ahead = std::exchange(ahead_, std::nullopt);
+  std::unique_ptr<Program> program = std::move(program_);
+  if (program && ahead == question) return program;
+  // Something else is answered first.
+  if (program && ahead && !WaitForAnswer(*program)) program.reset();
+  if (!program) program = TakeProgram();
+  if (program) program->Post(question);
+  return program;
+}
+
+void IconSource::AskAhead() {
+  if (!next_) return;
+  std::optional<IconQuestion> question = next_();
+  if (!question || !CanBeAsked(*question)) return;
+  program_->Post(*question);
+  ahead_ = std::move(question);
+}
+
+IconPair IconSource::Ask(const IconQuestion& question) {
+  const bool isAsked = patience_ > 0 && CanBeAsked(question);
   // What a stop has cancelled says nothing about the file.
   checkTerminated_();
-  if (isRefused) return {};
+  if (!isAsked) return {};
+  // Ends with this call, whatever comes, unless it answers.
+  std::unique_ptr<Program> program = TakeAsked(question);
   if (!program) {
     patience_ = 0;
     return {};
   }
-  post(*program);
   if (const auto work = std::exchange(meanwhile_, nullptr)) work();
   if (!WaitForAnswer(*program)) {
     if (!program->HasEndedIdle()) return {};
     // In that very moment.
     program = Program::Start();
     if (!program) return {};
-    post(*program);
+    program->Post(question);
     if (!WaitForAnswer(*program)) return {};
   }
-  IconPair icons = program->Icons();
+  const AnsweredPixels pixels = program->Pixels();
   program_ = std::move(program);
-  return icons;
+  AskAhead();
+  return {MakeIcon(pixels.large), MakeIcon(pixels.small)};
 }
 
 bool IconSource::WaitForAnswer(const Program& program) {

@@ -2,11 +2,13 @@
 // (core/contracts/icon_exchange.h), so that no file ends the host or keeps its reader.
 #pragma once
 
+#include "core/contracts/icon_exchange.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/module_global.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -16,6 +18,15 @@ namespace smh {
 struct IconPair {
   ScopedIcon large;
   ScopedIcon small;
+};
+
+// One question. Its file is not empty.
+struct IconQuestion {
+  IconRequest request;
+  std::wstring file;
+  // Of kOfFile and kOfEither, negative for a resource's number.
+  int index = 0;
+  bool operator==(const IconQuestion&) const = default;
 };
 
 // Starts the process with the first question and leaves it to the next source, one at a time, until it has
@@ -46,6 +57,11 @@ class IconSource {
   IconSource(const IconSource&) = delete;
   IconSource& operator=(const IconSource&) = delete;
 
+  // What will be asked next, if anything is: the program looks at it while the caller is busy with the answer
+  // before. Called by the asking thread after each answer; what it raises ends that call.
+  using Next = std::function<std::optional<IconQuestion>()>;
+  void SetNext(Next next) { next_ = std::move(next); }
+
   // The icon `index` of the file, negative for a resource's number.
   IconPair OfFile(const std::wstring& file, int index);
   // What the shell shows for the file.
@@ -59,7 +75,9 @@ class IconSource {
   friend struct IdleIconProgram;
   class Program;
 
-  IconPair Ask(const std::wstring& file, const std::function<void(Program&)>& post);
+  IconPair Ask(const IconQuestion& question);
+  std::unique_ptr<Program> TakeAsked(const IconQuestion& question);
+  void AskAhead();
   bool WaitForAnswer(const Program& program);
   static std::unique_ptr<Program> TakeProgram();
 
@@ -67,6 +85,9 @@ class IconSource {
   const std::function<void()> checkTerminated_;
   std::unique_ptr<Program> program_;
   std::function<void()> meanwhile_;
+  Next next_;
+  // What the program was asked for ahead; it has not been waited for.
+  std::optional<IconQuestion> ahead_;
   // How much may still go wrong.
   int patience_;
 };

@@ -143,6 +143,10 @@ int AppendFileIcon(IconSource& source, const std::wstring& iconFile, int index,
   return appended < 0 ? kImageUnknownFile : appended;
 }
 
+bool IsIconKnown(const std::wstring& iconFile, int index) {
+  return g_itemIcons->Knows(iconFile, index);
+}
+
 void DestroyImageLists() noexcept {
   g_itemIcons->Destroy();
 }

@@ -51,6 +51,9 @@ class IconLists {
   // The same, and when there is no such icon the one that the shell shows for `shownFile`.
   int AppendFileIcon(IconSource& source, const std::wstring& file, int index, const std::wstring& shownFile);
 
+  // Whether that icon of the file, as it stands, is among them.
+  bool Knows(const std::wstring& file, int index) { return Recall(KeyOf(file, index)) >= 0; }
+
   // Under the lock. The lists go, whoever still draws with them; the next use makes new ones.
   void Destroy() noexcept;
 
@@ -83,6 +86,9 @@ HIMAGELIST LargeImageList();
 // `shownFile`, else the unknown file's. The same icon of an unchanged file is appended once. Needs the lists.
 int AppendFileIcon(IconSource& source, const std::wstring& iconFile, int index,
                    const std::wstring& shownFile);
+
+// Whether that icon is among them already, of the file as it stands. As above.
+bool IsIconKnown(const std::wstring& iconFile, int index);
 
 // Destroys the items' pair; the next use makes a new one. Only between the module's start and its stop.
 void DestroyImageLists() noexcept;

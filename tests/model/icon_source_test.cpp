@@ -8,6 +8,8 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace smh::test {
@@ -104,6 +106,52 @@ TEST_F(IconSourceTest, AFaultCostsTheIconAndARefusedShortcutNotEvenThat) {
   for (int i = 0; i < 20; ++i) source_.OfFile(folder_.File(L"icon.exe"), 0);
   EXPECT_EQ(g_started.size(), 10u);
   EXPECT_TRUE(HaveAllEnded());
+}
+
+TEST_F(IconSourceTest, WhatIsAskedAheadIsAnsweredInItsTurn) {
+  const std::wstring text = folder_.Write(L"x.txt", "x");
+  const std::vector<DWORD> shown = Drawn(source_.OfShell(text).large.Get(), 32);
+  const std::vector<DWORD> program = Drawn(source_.OfFile(kProgram, 0).large.Get(), 32);
+  ASSERT_NE(shown, program);
+  std::optional<IconQuestion> next;
+  source_.SetNext([&] { return std::exchange(next, std::nullopt); });
+  next = {IconRequest::kOfShell, text};
+  EXPECT_EQ(Drawn(source_.OfFile(kProgram, 0).large.Get(), 32), program);
+  EXPECT_EQ(Drawn(source_.OfShell(text).large.Get(), 32), shown);
+  // Something else is asked then.
+  next = {IconRequest::kOfShell, text};
+  source_.OfShell(text);
+  EXPECT_EQ(Drawn(source_.OfFile(kProgram, 0).large.Get(), 32), program);
+  EXPECT_EQ(g_started.size(), 1u);
+  // The fault is the file's that was asked for, in its turn or not at all.
+  for (const bool isAsked : {true, false}) {
+    next = {IconRequest::kOfFile, Fatal(L"icon.exe")};
+    EXPECT_TRUE(source_.OfFile(kProgram, 0).large);
+    if (isAsked) {
+      EXPECT_FALSE(source_.OfFile(folder_.File(L"icon.exe"), 0).large);
+    }
+    EXPECT_EQ(Drawn(source_.OfShell(text).large.Get(), 32), shown);
+  }
+  EXPECT_EQ(g_started.size(), 3u);
+  int worked = 0;
+  {
+    const IconSource::Meanwhile work(source_, [&] { ++worked; });
+    source_.OfFile(kProgram, 0);
+    source_.OfFile(kProgram, 0);
+  }
+  EXPECT_EQ(worked, 1);
+}
+
+TEST_F(IconSourceTest, AnAnswerThatNobodyWaitedForIsNotTheNextSources) {
+  const std::wstring text = folder_.Write(L"x.txt", "x");
+  const std::vector<DWORD> program = Drawn(source_.OfFile(kProgram, 0).large.Get(), 32);
+  {
+    IconSource left(nullptr, [] {});
+    left.SetNext([&] { return IconQuestion{IconRequest::kOfShell, text}; });
+    left.OfFile(kProgram, 0);
+  }
+  IconSource other(nullptr, [] {});
+  EXPECT_EQ(Drawn(other.OfFile(kProgram, 0).large.Get(), 32), program);
 }
 
 TEST_F(IconSourceTest, OneProcessServesOneSourceAfterTheOther) {

@@ -114,7 +114,11 @@ ByteVector OldJournal(char version, const ByteVector& end) {
     old.Put(payload);
     return old.Written();
   };
-  const ByteVector beginning = EncodeBeginning({.id = 7, .undoes = 3, .title = L"old"});
+  CheckpointHeader old;
+  old.id = 7;
+  old.undoes = 3;
+  old.title = L"old";
+  const ByteVector beginning = EncodeBeginning(old);
   ByteVector file(beginning.begin(), beginning.begin() + 7);
   file.push_back(static_cast<std::byte>(version));
   const ByteVector header(beginning.begin() + 8, beginning.end());
