@@ -1,5 +1,6 @@
 #include "hosts/common/entry_watch.h"
 
+#include <algorithm>
 #include <string>
 #include <tuple>
 
@@ -9,6 +10,7 @@ namespace {
 
 // Details that cannot be read are never marked as read: such an entry is shown without them.
 constexpr unsigned kLooksUntilAnnounced = 15;
+constexpr unsigned kLooksUntilBothStand = 15;
 
 }  // namespace
 
@@ -24,6 +26,19 @@ bool EntryWatch::IsDue(Entry& entry, const Sighting& sighting) const noexcept {
   // The library tells a change once: it stays due until it was read.
   return entry.due || sighting.changed ||
          (!entry.announced && (announce_ == Announce::kAtOnce || ++entry.looks >= kLooksUntilAnnounced));
+}
+
+// Whether a new entry may be what becomes of one that is still there.
+bool EntryWatch::MayReplace(Entry& entry, const ItemRecord& now) {
+  if (announce_ == Announce::kAtOnce || !expectsMore_ || entry.announced || entry.before) return false;
+  if (entry.held >= kLooksUntilBothStand) return false;
+  const bool isBeside = std::ranges::any_of(entries_, [&](const auto& row) {
+    const ItemRecord& other = row.second.record;
+    return row.second.announced && row.second.seen && other.location == now.location &&
+           other.enabled != now.enabled && other.caption == now.caption && other.command == now.command;
+  });
+  if (isBeside) ++entry.held;
+  return isBeside;
 }
 
 // Gives those that have come what they were under another name.
@@ -72,7 +87,9 @@ std::vector<WatchEvent> EntryWatch::Update(std::span<const Sighting> sightings, 
   Pair(sightings, read);
   for (std::size_t i = 0; i < sightings.size(); ++i) {
     Entry& entry = entries_[{sightings[i].location, sightings[i].name}];
-    if (entry.due) Tell(entry, read(i));
+    if (!entry.due) continue;
+    ItemRecord now = read(i);
+    if (!MayReplace(entry, now)) Tell(entry, std::move(now));
   }
   for (auto next = entries_.begin(); next != entries_.end();) {
     const auto current = next++;

@@ -51,8 +51,11 @@ class EntryWatch {
   // then those that went. With Announce::kComplete a new entry is held back until the library has marked it
   // as read, for at most fifteen looks; one that goes before that is never told of. One that goes while one
   // of its location, caption and command comes in the other state was enabled or disabled: that is told when
-  // the new one is.
+  // the new one is. A look in the middle of such a change finds both: then the new one is held back as long,
+  // for the other to go.
   std::vector<WatchEvent> Update(std::span<const Sighting> sightings, const Reader& read);
+  // Before the last look: nothing is held back any more because of what may still go.
+  void ExpectNoMore() noexcept { expectsMore_ = false; }
 
  private:
   struct Entry {
@@ -60,6 +63,8 @@ class EntryWatch {
     bool announced = false;
     bool due = false;
     unsigned looks = 0;
+    // For one of the other state to go.
+    unsigned held = 0;
     bool seen = true;
     // What it was, of one that was enabled or disabled and is still held back.
     std::optional<ItemRecord> before = {};
@@ -67,10 +72,12 @@ class EntryWatch {
   using Entries = std::map<std::pair<std::int32_t, std::wstring>, Entry>;
 
   bool IsDue(Entry& entry, const Sighting& sighting) const noexcept;
+  bool MayReplace(Entry& entry, const ItemRecord& now);
   void Pair(std::span<const Sighting> sightings, const Reader& read);
   void Tell(Entry& entry, ItemRecord now);
 
   Announce announce_ = Announce::kComplete;
+  bool expectsMore_ = true;
   Entries entries_;
   // What a look that failed had found.
   std::vector<WatchEvent> untold_;

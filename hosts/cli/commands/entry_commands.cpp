@@ -110,6 +110,7 @@ void RunWatch(const Arguments& arguments) {
     if (arguments.seconds && passed >= *arguments.seconds * 1000ULL) {
       // The library may not have noticed yet what has happened last.
       RequireListed(ReadToEnd(library, scope));
+      watch->ExpectNoMore();
       return Look(library, *watch, printer);
     }
     if (stop.Wait(kLookInterval)) return;

@@ -91,6 +91,18 @@ TEST(EntryWatch, PairsWhatGoesAndComesInTheOtherState) {
   EXPECT_EQ(looks.Next({{8, L"off a", true}}), (Events{L"added off a", L"removed a"}));
 }
 
+TEST(EntryWatch, ALookInTheMiddleOfASwitchWaitsForItsEnd) {
+  Looks looks({{5, L"a", false}});
+  EXPECT_EQ(looks.Next({{5, L"a", false}, {5, L"off a", true}}), Events());
+  EXPECT_EQ(looks.Next({{5, L"off a", false}}), Events{L"disabled off a"});
+  // Both stay: the second is one of its own.
+  Events events;
+  EXPECT_EQ(looks.Next({{5, L"a", true}, {5, L"off a", false}}), Events());
+  for (int i = 0; i < 30 && events.empty(); ++i)
+    events = looks.Next({{5, L"a", false}, {5, L"off a", false}});
+  EXPECT_EQ(events, Events{L"added a"});
+}
+
 TEST(EntryWatch, ALookThatFailsLosesNothing) {
   EntryWatch watch(Announce::kAtOnce);
   const std::vector<Sighting> two = {{5, L"a", true}, {5, L"b", true}};
