@@ -189,7 +189,7 @@ TEST_CASE("Extended pass") {
     const std::vector<ItemRef> items = ListedItems();
     LargeImageList();
     return Microseconds([&] {
-      ExtendedPass pass(items);
+      ExtendedPass pass(UpcomingDetails(items));
       for (const ItemRef& item : items) item->ReadExtendedInfo(pass);
     });
   };

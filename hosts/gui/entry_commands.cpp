@@ -29,7 +29,7 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
                              frame_.account.sessionUser + L", who is logged on. Change them?");
 }
 
-void EntryCommands::Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
+void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order) const {
   if (items.empty()) return;
   frame_.worker.Ask(
       [items, verb, order](LibrarySession& session) { return session.Forecast(items, verb, order); },

@@ -44,7 +44,7 @@ class EntryCommands {
 
  private:
   bool MayChange(const std::vector<ItemRecord>& items) const;
-  void Apply(std::vector<ItemRecord> items, Verb verb, ChangeOrder order = {}) const;
+  void Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order = {}) const;
   void Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const;
   bool MayBegin(const std::vector<ItemRecord>& items, Verb verb, const UndoForecast& forecast) const;
   void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;

@@ -6,7 +6,6 @@
 #include "infra/runtime/text.h"
 #include "model/image_lists.h"
 #include "model/reader_state.h"
-#include "model/uStartupItem.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
 
@@ -79,10 +78,10 @@ void ReadFileFacts(ItemDetails& details) {
   ReadTypeName(details);
 }
 
-ExtendedPass::ExtendedPass(std::span<const std::shared_ptr<TStartupItem>> items) : upcoming_(items) {
+ExtendedPass::ExtendedPass(Upcoming upcoming) : upcoming_(std::move(upcoming)) {
   if (!ShowIcons()) return;
   icons_.emplace(g_reader->thread.Wake(), CheckTerminated);
-  icons_->SetNext([this] { return NextQuestion(); });
+  if (upcoming_) icons_->SetNext([this] { return NextQuestion(); });
 }
 
 ExtendedPass::Key ExtendedPass::KeyOf(const ItemDetails& details) {
@@ -91,15 +90,11 @@ ExtendedPass::Key ExtendedPass::KeyOf(const ItemDetails& details) {
 
 // Of the next item whose file is still to be looked at.
 std::optional<IconQuestion> ExtendedPass::NextQuestion() {
-  for (; !upcoming_.empty(); upcoming_ = upcoming_.subspan(1)) {
-    const std::shared_ptr<TStartupItem>& item = upcoming_.front();
-    if (item == nullptr || !item->IsListed() || !item->NeedsExtendedInfo()) continue;
-    const ItemDetails details = item->Get([](const ItemState& state) { return state.details; });
-    const Key key = KeyOf(details);
-    if (!details.FileFound || key == current_ || known_.contains(key)) continue;
-    IconQuestion question = QuestionFor(details);
-    if (IsIconKnown(question.file, question.index)) continue;
-    return question;
+  while (const std::optional<ItemDetails> details = upcoming_()) {
+    const Key key = KeyOf(*details);
+    if (!details->FileFound || key == current_ || known_.contains(key)) continue;
+    IconQuestion question = QuestionFor(*details);
+    if (!IsIconKnown(question.file, question.index)) return question;
   }
   return std::nullopt;
 }

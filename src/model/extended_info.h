@@ -5,16 +5,13 @@
 #include "model/icon_source.h"
 #include "model/item_details.h"
 
+#include <functional>
 #include <map>
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <tuple>
 
 namespace smh {
-
-class TStartupItem;
 
 // Puts file times and size, of an existing file, and the type name into `details`, from the disk and the
 // shell. Any thread with COM initialised, without a lock. Raises what basekit's services raise, and
@@ -25,9 +22,12 @@ void ReadFileFacts(ItemDetails& details);
 // wants COM initialised on the calling thread.
 class ExtendedPass {
  public:
-  // With icons when they are shown (model/reading.h). `items` are those that Read is going to be called for,
-  // in their order; they outlive the pass, and its caller may let go of those that it is done with.
-  explicit ExtendedPass(std::span<const std::shared_ptr<TStartupItem>> items = {});
+  // Each call gives what is known of a further item that Read is going to be called for, in their order; none
+  // at the end. Called inside of Read.
+  using Upcoming = std::function<std::optional<ItemDetails>()>;
+
+  // With icons when they are shown (model/reading.h).
+  explicit ExtendedPass(Upcoming upcoming = nullptr);
 
   // Completes `details`, the caller's copy. Call it without holding a lock. For a missing file rating and
   // icon stay as they are. Raises what the services of basekit and raterkit raise, EOSError when the image
@@ -44,8 +44,7 @@ class ExtendedPass {
 
   std::map<Key, ExtendedDetails> known_;
   Key current_;
-  // From the first that may still be asked for.
-  std::span<const std::shared_ptr<TStartupItem>> upcoming_;
+  Upcoming upcoming_;
   std::optional<IconSource> icons_;
 };
 

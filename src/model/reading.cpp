@@ -92,7 +92,7 @@ void TReadThread::ReadExtendedInfo() {
     ScopedLock lock(Items().Lock());
     items = Items().Snapshot();
   }
-  ExtendedPass pass(items);
+  ExtendedPass pass(UpcomingDetails(items));
   for (ItemRef& item : items) {
     CheckTerminated();
     if (item->IsListed() && item->NeedsExtendedInfo()) item->ReadExtendedInfo(pass);

@@ -187,6 +187,18 @@ FileReachability TStartupItem::Reachability() const {
   return Get([](const ItemState& state) { return state.details.Reachability; });
 }
 
+std::function<std::optional<ItemDetails>()> UpcomingDetails(std::span<const ItemRef> items) {
+  return [items]() mutable -> std::optional<ItemDetails> {
+    while (!items.empty()) {
+      const ItemRef& item = items.front();
+      items = items.subspan(1);
+      if (item == nullptr || !item->IsListed() || !item->NeedsExtendedInfo()) continue;
+      return item->Get([](const ItemState& state) { return state.details; });
+    }
+    return std::nullopt;
+  };
+}
+
 bool TStartupItem::NeedsExtendedInfo() const {
   ScopedLock lock(Lock);
   return needsExtendedInfo_;

@@ -25,6 +25,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -162,5 +163,9 @@ class TStartupItem {
 };
 
 using ItemRef = std::shared_ptr<TStartupItem>;
+
+// For a pass over the items, in their order: the details of one after the other that is listed and needs
+// extended information. The items outlive what is answered; null ones are passed over.
+std::function<std::optional<ItemDetails>()> UpcomingDetails(std::span<const ItemRef> items);
 
 }  // namespace smh

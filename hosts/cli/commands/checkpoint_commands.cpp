@@ -170,6 +170,7 @@ void RunPruneCheckpoints(const Arguments& arguments) {
   const std::wstring count = std::to_wstring(unwanted.size());
   RequireConsent(L"Nothing can undo " + count + L" checkpoints then", isChosen || arguments.yes);
   std::vector<std::uint32_t> ids;
+  ids.reserve(unwanted.size());
   for (const CheckpointRecord& each : unwanted) ids.push_back(each.info.id);
   const std::vector<HRESULT> results = journal.Forget(ids);
   std::vector<std::wstring> failures;
