@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/contracts/intf_safeguard.h"
+#include "infra/files/file_moves.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
 #include "siblings/guardkit/aside_files.h"
@@ -44,17 +45,27 @@ class OpenCheckpoint {
   // Writes the step down, asks the check, looks once more, makes the change, and notes what became of it.
   // `isStill` answers whether the step's old state stands there; `change` answers a Win32 status and either
   // happens as a whole or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state
-  // has gone meanwhile, and what the check answers when that refuses; nothing is changed then. Raises
+  // has gone meanwhile, and what the check answers when that refuses; nothing is changed then. A change that
+  // others' use of the file refuses is tried again, all looks with it, for up to a second. Raises
   // EOSError, before the change, when the step cannot be written or the last look fails. In a level that
   // takes back nothing is written down, and no check is asked.
   template <typename Look, typename Change>
   LSTATUS Record(const Step& step, Look&& isStill, Change&& change) {
-    const auto mayChange = [&] { return (guard_ == nullptr || (*guard_)()) && isStill(); };
-    if (TakesBack()) return mayChange() ? change() : ERROR_REVISION_MISMATCH;
+    IChangeCheck* const check = TakesBack() ? nullptr : levels_.back().check;
+    const auto lookAndChange = [&]() -> LSTATUS {
+      const LSTATUS refusal = check != nullptr ? check->Check() : ERROR_SUCCESS;
+      if (refusal != ERROR_SUCCESS) return refusal;
+      return (guard_ == nullptr || (*guard_)()) && isStill() ? change() : ERROR_REVISION_MISMATCH;
+    };
+    const auto changePatiently = [&] {
+      LSTATUS status = lookAndChange();
+      OpenPatience patience;
+      while (status == ERROR_SHARING_VIOLATION && patience.Wait()) status = lookAndChange();
+      return status;
+    };
+    if (TakesBack()) return changePatiently();
     const std::uint32_t number = Append(step);
-    IChangeCheck* const check = levels_.back().check;
-    LSTATUS status = check != nullptr ? check->Check() : ERROR_SUCCESS;
-    if (status == ERROR_SUCCESS) status = mayChange() ? change() : ERROR_REVISION_MISMATCH;
+    const LSTATUS status = changePatiently();
     Mark(number, status);
     return status;
   }

@@ -15,9 +15,21 @@ LSTATUS SetAttributes(const std::wstring& path, DWORD attributes) noexcept {
                                                                : static_cast<LSTATUS>(GetLastError());
 }
 
-ScopedHandle Open(const std::wstring& path, DWORD sharing) noexcept {
+ScopedHandle OpenFor(const std::wstring& path, DWORD sharing) noexcept {
   return ScopedHandle(CreateFileW(path.c_str(), GENERIC_READ | DELETE, sharing, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_WRITE_THROUGH, nullptr));
+}
+
+// To itself as far as others let it.
+ScopedHandle Open(const std::wstring& path) noexcept {
+  const auto isInUse = [] { return GetLastError() == ERROR_SHARING_VIOLATION; };
+  ScopedHandle file;
+  OpenPatience patience;
+  do {
+    file = OpenFor(path, FILE_SHARE_READ);
+    if (!file && isInUse()) file = OpenFor(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
+  } while (!file && isInUse() && patience.Wait());
+  return file;
 }
 
 // Another file may have got the name of one that others may rename.
@@ -28,10 +40,7 @@ bool IsNamed(HANDLE file, const std::wstring& path) noexcept {
 
 }  // namespace
 
-RecordedFile::RecordedFile(std::wstring path) : path_(std::move(path)), file_(Open(path_, FILE_SHARE_READ)) {
-  if (file_ || GetLastError() != ERROR_SHARING_VIOLATION) return;
-  file_ = Open(path_, FILE_SHARE_READ | FILE_SHARE_DELETE);
-}
+RecordedFile::RecordedFile(std::wstring path) : path_(std::move(path)), file_(Open(path_)) {}
 
 bool RecordedFile::Is(const FileState& state) const {
   return IsSameState(ReadOpenFileState(file_.Get(), path_), state) && IsNamed(file_.Get(), path_);

@@ -15,6 +15,13 @@ LSTATUS StatusOf(BOOL succeeded) noexcept {
   return succeeded != FALSE ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
 }
 
+// Everybody's handles exclude one that shares nothing.
+bool IsOpenElsewhere(const std::wstring& path) noexcept {
+  const ScopedHandle file(
+      CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
 }  // namespace
 
 std::optional<FileIdentity> IdentityOf(const std::wstring& path) noexcept {
@@ -53,7 +60,20 @@ LSTATUS DeleteOpenFile(HANDLE file) noexcept {
 
 LSTATUS RenameFile(const std::wstring& from, const std::wstring& to, bool replaces) noexcept {
   const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? DWORD{MOVEFILE_REPLACE_EXISTING} : 0);
+  const LSTATUS status = StatusOf(MoveFileExW(from.c_str(), to.c_str(), flags));
+  if (!replaces || status != ERROR_ACCESS_DENIED) return status;
+  if (IsOpenElsewhere(to)) return ERROR_SHARING_VIOLATION;
+  // Who had it open may have closed it in between.
   return StatusOf(MoveFileExW(from.c_str(), to.c_str(), flags));
+}
+
+bool OpenPatience::Wait() noexcept {
+  constexpr int kWaits = 40;
+  constexpr DWORD kPauseMs = 25;
+  if (waits_ == kWaits) return false;
+  ++waits_;
+  Sleep(kPauseMs);
+  return true;
 }
 
 }  // namespace smh

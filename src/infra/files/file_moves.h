@@ -33,7 +33,19 @@ LSTATUS RenameOpenFile(HANDLE file, const std::wstring& to);
 // read-only.
 LSTATUS DeleteOpenFile(HANDLE file) noexcept;
 
-// Renames within the volume by path, on the disk when this returns; over what stands there if `replaces`.
+// Renames within the volume by path, on the disk when this returns; over what stands there if `replaces`, and
+// then ERROR_SHARING_VIOLATION while others have that open, in whatever way.
 LSTATUS RenameFile(const std::wstring& from, const std::wstring& to, bool replaces) noexcept;
+
+// A second of patience with those who have a file open: scanners, the shell, other readers come and go. For
+// one thread.
+class OpenPatience {
+ public:
+  // Waits 25 ms; false at once when the second is over.
+  bool Wait() noexcept;
+
+ private:
+  int waits_ = 0;
+};
 
 }  // namespace smh

@@ -235,8 +235,12 @@ void ReplacedFile::Replace() {
       CopyFileW(file_.c_str(), aside_->Path().c_str(), TRUE) == FALSE) {
     RaiseLastOSError();
   }
-  RequireStill(isOld);
-  const LSTATUS status = PutInPlace(made_->Path(), file_);
+  OpenPatience patience;
+  LSTATUS status = ERROR_SUCCESS;
+  do {
+    RequireStill(isOld);
+    status = PutInPlace(made_->Path(), file_);
+  } while (status == ERROR_SHARING_VIOLATION && patience.Wait());
   const DWORD error = status == ERROR_SUCCESS ? ERROR_WRITE_FAULT : static_cast<DWORD>(status);
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(error);
 }

@@ -15,21 +15,15 @@ namespace {
 
 constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_DELETE;
 
-// A second in all.
-constexpr int kAttempts = 40;
-constexpr DWORD kPauseMs = 25;
-
 ScopedHandle OpenFor(const std::wstring& path, DWORD access, DWORD sharing) noexcept {
   return ScopedHandle(CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
 
-// Readers come and go: a scanner, the shell, this process's own reader.
 ScopedHandle OpenPatiently(const std::wstring& path, DWORD access, DWORD sharing) noexcept {
   ScopedHandle file = OpenFor(path, access, sharing);
-  for (int attempt = 1; !file && GetLastError() == ERROR_SHARING_VIOLATION && attempt < kAttempts;
-       ++attempt) {
-    Sleep(kPauseMs);
+  OpenPatience patience;
+  while (!file && GetLastError() == ERROR_SHARING_VIOLATION && patience.Wait()) {
     file = OpenFor(path, access, sharing);
   }
   return file;

@@ -198,6 +198,32 @@ TEST_P(FolderChange, AFileInUseStaysAndAnotherGoes) {
   EXPECT_FALSE(Exists(file) || item->IsListed());
 }
 
+// Windows refuses to replace a file that anybody reads.
+TEST_P(FolderChange, AReaderIsWaitedForBeforeItsFileIsReplaced) {
+  const std::wstring file = PutShortcut(user.startup + L"Foo.lnk");
+  const ItemRef item = LoadAndFind(UserFolder(), file);
+  const auto read = [&] {
+    return ScopedHandle(CreateFileW(file.c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr));
+  };
+  ScopedHandle reader = read();
+  const std::jthread leaves([&] {
+    Sleep(200);
+    reader.Reset();
+  });
+  UserFolder().ChangeItemCommand(item, Program() + L" /new");
+  EXPECT_EQ(TShellLinkInfo(file).Arguments(), L"/new");
+  if (GetParam()) return;  // The service has a test of its own for one that stays.
+  const std::string bytes = ReadFileBytes(file);
+  ScopedHandle stays = read();
+  EXPECT_EQ(ErrorOf([&] { UserFolder().ChangeItemCommand(item, Program() + L" /newer"); }),
+            DWORD(ERROR_SHARING_VIOLATION));
+  EXPECT_EQ(ReadFileBytes(file), bytes);
+  stays.Reset();
+  EXPECT_THAT(FilesIn(user.temporary), IsEmpty());
+}
+
 TEST_P(FolderChange, ANewCommandKeepsEverythingElseOfTheShortcut) {
   const std::wstring second = Folder().Write(L"second.exe", "x");
   ShortcutFields fields;

@@ -2,6 +2,8 @@
 #include "tests/siblings/guardkit/changes_fixture.h"
 #include "tests/siblings/guardkit/outside_program.h"
 
+#include <thread>
+
 namespace smh::test {
 namespace {
 
@@ -154,6 +156,50 @@ TEST_F(LastLook, CallerMayHoldTheFile) {
         folder_.Write(L"file", "its");
       },
       [&] { return Delete(file); });
+}
+
+// Who reads a file is waited for; what others write meanwhile stays.
+TEST_F(LastLook, FilesInUseAreWaitedForAndLookedAtAgain) {
+  const std::wstring file = folder_.Write(L"file", "old");
+  const std::wstring source = folder_.Write(L"source", "new");
+  const auto open = [&](DWORD access, DWORD sharing) {
+    return ScopedHandle(CreateFileW(file.c_str(), access, sharing, nullptr, OPEN_EXISTING, 0, nullptr));
+  };
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  ScopedHandle other = open(GENERIC_READ, kShareAll);
+  const auto after = [&](auto act) {
+    return std::jthread([&other, act] {
+      Sleep(200);
+      act();
+      other.Reset();
+    });
+  };
+  Checkpoint([&] {
+    const std::jthread reader = after([] {});
+    EXPECT_EQ(Copy(source, file), ERROR_SUCCESS);
+  });
+  EXPECT_EQ(ReadFileBytes(file), "new");
+  other = open(GENERIC_READ, FILE_SHARE_READ);
+  {
+    const std::jthread reader = after([] {});
+    EXPECT_EQ(guardkit_.Undo(0).result, S_OK);
+  }
+  EXPECT_EQ(ReadFileBytes(file), "old");
+
+  std::jthread writer;
+  ExpectRefused(
+      "overwrite",
+      [&] {
+        other = open(GENERIC_READ, kShareAll);
+        writer = after([&] { folder_.Write(L"file", "its"); });
+      },
+      [&] { return Copy(source, file); });
+  writer = {};
+  EXPECT_EQ(ReadFileBytes(file), "its");
+
+  other = open(GENERIC_READ, kShareAll);
+  Checkpoint([&] { EXPECT_EQ(Copy(source, file), ERROR_SHARING_VIOLATION); });
+  EXPECT_EQ(ReadFileBytes(file), "its");
 }
 
 // The source of a copy goes while the undo is at it: the copy is all that is left.
