@@ -67,12 +67,12 @@ void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action, const
       [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); });
 }
 
-void EntryCommands::Switch(bool enable, std::vector<ItemRecord> items) const {
-  if (MayChange(items)) Apply(std::move(items), enable ? Verb::kEnable : Verb::kDisable);
+void EntryCommands::Switch(bool enable, const std::vector<ItemRecord>& items) const {
+  if (MayChange(items)) Apply(items, enable ? Verb::kEnable : Verb::kDisable);
 }
 
-void EntryCommands::Delete(std::vector<ItemRecord> items) const {
-  if (MayChange(items)) Apply(std::move(items), Verb::kDelete);
+void EntryCommands::Delete(const std::vector<ItemRecord>& items) const {
+  if (MayChange(items)) Apply(items, Verb::kDelete);
 }
 
 void EntryCommands::Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const {
@@ -110,12 +110,12 @@ void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<It
   Apply(items, Verb::kMove, {.target = *target});
 }
 
-void EntryCommands::ChangeCommand(std::vector<ItemRecord> items) const {
+void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
   if (items.size() != 1 || !MayChange(items)) return;
   const std::wstring before = items.front().command;
   const auto command = AskCommand(frame_.window, L"Command of " + NamesOf(items), before);
   if (!command || *command == before) return;
-  Apply(std::move(items), Verb::kChange, {.command = *command});
+  Apply(items, Verb::kChange, {.command = *command});
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {

@@ -22,13 +22,13 @@ class EntryCommands {
   explicit EntryCommands(const Frame& frame) : frame_(frame) {}
 
   // Enables or disables them.
-  void Switch(bool enable, std::vector<ItemRecord> items) const;
+  void Switch(bool enable, const std::vector<ItemRecord>& items) const;
   // Asks first, and says what undo will do.
-  void Delete(std::vector<ItemRecord> items) const;
+  void Delete(const std::vector<ItemRecord>& items) const;
   // Offers the locations that take all of them.
   void Move(const std::vector<ItemRecord>& items) const;
   // Does nothing unless it is one entry.
-  void ChangeCommand(std::vector<ItemRecord> items) const;
+  void ChangeCommand(const std::vector<ItemRecord>& items) const;
   // Asks for a new entry, with the first location of `shown` that takes one when those are two at most.
   // `onAdded` is called with its key when it has been added, on the window's thread; the window may not have
   // seen it in the list yet.
