@@ -131,99 +131,89 @@ void OpenCheckpoint::FlushBeforeDelete(const std::wstring& place) {
 constinit ModuleGlobal<Checkpoints> g_checkpoints(L"checkpoints");
 
 Checkpoints::~Checkpoints() {
-  for (auto& [thread, entry] : entries_) {
+  for (Entry& entry : entries_) {
     if (entry.checkpoint) entry.checkpoint->Abandon();
   }
 }
 
 void Checkpoints::Begin(std::wstring_view title) {
-  for (auto& [thread, entry] : TakeAbandoned()) {
+  for (Entry& entry : TakeAbandoned()) {
     if (entry.checkpoint) entry.checkpoint->Abandon();
   }
-  // Only this thread takes it away.
-  OpenAction* action = nullptr;
-  {
-    const ScopedLock guard(lock_);
-    Entry* const own = FindOwn();
-    if (own != nullptr && own->checkpoint) return own->checkpoint->BeginLevel();
-    if (own != nullptr) action = own->action.get();
-  }
-  auto checkpoint = action != nullptr
-                        ? std::make_unique<OpenCheckpoint>(*action, PartHeader{.title = std::wstring(title)})
-                        : std::make_unique<OpenCheckpoint>(title);
-  const ScopedLock guard(lock_);
+  Entry* const own = own_.Get();
+  if (own != nullptr && own->checkpoint) return own->checkpoint->BeginLevel();
+  auto checkpoint =
+      own != nullptr && own->action
+          ? std::make_unique<OpenCheckpoint>(*own->action, PartHeader{.title = std::wstring(title)})
+          : std::make_unique<OpenCheckpoint>(title);
   Own().checkpoint = std::move(checkpoint);
 }
 
 bool Checkpoints::End() noexcept {
-  // Closed, which writes to the disk, after the lock was given back.
-  std::unique_ptr<OpenCheckpoint> closing;
-  const ScopedLock guard(lock_);
-  Entry* const own = FindOwn();
+  Entry* const own = own_.Get();
   if (own == nullptr || !own->checkpoint) return false;
   if (own->checkpoint->EndLevel()) return true;
-  closing = std::move(own->checkpoint);
-  if (!own->action) entries_.erase(GetCurrentThreadId());
+  // Closed, which writes to the disk.
+  own->checkpoint.reset();
+  if (!own->action) RemoveOwn();
   return true;
 }
 
 void Checkpoints::BeginAction(std::wstring title) {
   // Left ones would seem to be at work.
-  for (auto& [thread, entry] : TakeAbandoned()) {
+  for (Entry& entry : TakeAbandoned()) {
     if (entry.checkpoint) entry.checkpoint->Abandon();
   }
+  if (IsBusy()) RaiseOSError(ERROR_BUSY);
   auto action = std::make_unique<OpenAction>(std::move(title));
-  const ScopedLock guard(lock_);
-  if (FindOwn() != nullptr) RaiseOSError(ERROR_BUSY);
   Own().action = std::move(action);
 }
 
 std::uint32_t Checkpoints::EndAction() {
-  std::unique_ptr<OpenAction> ending;
-  {
-    const ScopedLock guard(lock_);
-    Entry* const own = FindOwn();
-    if (own == nullptr || !own->action) RaiseOSError(ERROR_INVALID_FUNCTION);
-    if (own->checkpoint) RaiseOSError(ERROR_BUSY);
-    ending = std::move(own->action);
-    entries_.erase(GetCurrentThreadId());
-  }
+  Entry* const own = own_.Get();
+  if (own == nullptr || !own->action) RaiseOSError(ERROR_INVALID_FUNCTION);
+  if (own->checkpoint) RaiseOSError(ERROR_BUSY);
+  const std::unique_ptr<OpenAction> ending = std::move(own->action);
+  RemoveOwn();
   const std::uint32_t id = ending->Finish();
   if (id != 0) ending->LetGoOfOldest(false);
   return id;
 }
 
-bool Checkpoints::IsBusy() noexcept {
-  const ScopedLock guard(lock_);
-  return FindOwn() != nullptr;
+bool Checkpoints::IsBusy() const noexcept {
+  return own_.Get() != nullptr;
 }
 
-Checkpoints::Entry& Checkpoints::Own() {
-  if (Entry* const own = FindOwn()) return *own;
-  ScopedHandle thread = ThisThread();
-  Entry& entry = entries_[GetCurrentThreadId()];
-  entry.thread = std::move(thread);
-  return entry;
-}
-
-OpenCheckpoint* Checkpoints::Current() noexcept {
-  const ScopedLock guard(lock_);
-  Entry* const own = FindOwn();
+OpenCheckpoint* Checkpoints::Current() const noexcept {
+  const Entry* const own = own_.Get();
   return own == nullptr ? nullptr : own->checkpoint.get();
 }
 
-Checkpoints::Entry* Checkpoints::FindOwn() noexcept {
-  const auto own = entries_.find(GetCurrentThreadId());
-  // The identifier of a thread that has ended is given out again.
-  return own == entries_.end() || HasEnded(own->second.thread.Get()) ? nullptr : &own->second;
+Checkpoints::Entry& Checkpoints::Own() {
+  if (Entry* const own = own_.Get()) return *own;
+  Entry entry{.thread = ThisThread(), .action = nullptr, .checkpoint = nullptr};
+  const ScopedLock guard(lock_);
+  entries_.push_back(std::move(entry));
+  own_.Set(&entries_.back());
+  return entries_.back();
 }
 
-std::map<DWORD, Checkpoints::Entry> Checkpoints::TakeAbandoned() {
-  std::map<DWORD, Entry> abandoned;
+void Checkpoints::RemoveOwn() noexcept {
+  const Entry* const own = own_.Get();
+  own_.Set(nullptr);
+  const ScopedLock guard(lock_);
+  entries_.remove_if([own](const Entry& entry) { return &entry == own; });
+}
+
+std::list<Checkpoints::Entry> Checkpoints::TakeAbandoned() {
+  std::list<Entry> abandoned;
+  const Entry* const own = own_.Get();
   const ScopedLock guard(lock_);
   for (auto next = entries_.begin(); next != entries_.end();) {
     const auto current = next++;
-    if (HasEnded(current->second.thread.Get())) abandoned.insert(entries_.extract(current));
+    if (&*current != own && HasEnded(current->thread.Get())) {
+      abandoned.splice(abandoned.end(), entries_, current);
+    }
   }
   return abandoned;
 }

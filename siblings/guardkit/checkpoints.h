@@ -5,6 +5,7 @@
 #include "infra/files/file_moves.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/module_global.h"
+#include "infra/runtime/thread_slot.h"
 #include "siblings/guardkit/aside_files.h"
 #include "siblings/guardkit/blob_store.h"
 #include "siblings/guardkit/journal_file.h"
@@ -12,6 +13,7 @@
 #include "siblings/guardkit/open_action.h"
 
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <set>
@@ -159,14 +161,14 @@ class Checkpoints {
   // the journal's lock back.
   bool End() noexcept;
   // This thread's checkpoint, valid until its last end; null when it has none.
-  OpenCheckpoint* Current() noexcept;
+  OpenCheckpoint* Current() const noexcept;
 
   // As IJournal's slots 5 and 6. Raise EOSError when they are refused; neither waits for anything but, for a
   // second, the journal's lock when the oldest have to go.
   void BeginAction(std::wstring title);
   std::uint32_t EndAction();
   // Whether this thread has anything open: an undo would wait for itself or become a part of it.
-  bool IsBusy() noexcept;
+  bool IsBusy() const noexcept;
 
  private:
   struct Entry {
@@ -176,14 +178,17 @@ class Checkpoints {
     std::unique_ptr<OpenCheckpoint> checkpoint;
   };
   // Takes out what threads that have ended left open, so that their lock is given back.
-  std::map<DWORD, Entry> TakeAbandoned();
-  Entry* FindOwn() noexcept SMH_NEEDS_LOCK(lock_);
+  std::list<Entry> TakeAbandoned();
   // This thread's entry, made when there is none. Raises.
-  Entry& Own() SMH_NEEDS_LOCK(lock_);
+  Entry& Own();
+  // Nothing is left open in this thread's entry.
+  void RemoveOwn() noexcept;
 
-  // Guards the map, not the checkpoints. A leaf: the journal's lock is not waited for under it.
+  // Of the calling thread; its place in the list stays the same.
+  const ThreadSlot<Entry> own_;
+  // Guards the list, not the checkpoints. A leaf: the journal's lock is not waited for under it.
   CriticalSection lock_;
-  std::map<DWORD, Entry> entries_ SMH_GUARDED_BY(lock_);
+  std::list<Entry> entries_ SMH_GUARDED_BY(lock_);
 };
 
 // The checkpoint in which a call of this thread is recorded: the open one, or one of its own for this call.

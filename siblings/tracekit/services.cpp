@@ -6,6 +6,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/module_global.h"
+#include "infra/runtime/thread_slot.h"
 #include "siblings/common/module.h"
 #include "siblings/common/product.h"
 
@@ -102,21 +103,14 @@ void TraceFile::Append(std::wstring_view line) {
   Write(file_.Get(), text);
 }
 
-// A slot of thread local storage that counts the methods a thread has entered.
+// Counts the methods that a thread has entered, in the slot's pointer itself.
 class ThreadDepth {
  public:
-  ThreadDepth() : slot_(TlsAlloc()) {
-    if (slot_ == TLS_OUT_OF_INDEXES) RaiseLastOSError();
-  }
-  ~ThreadDepth() { TlsFree(slot_); }
-  ThreadDepth(const ThreadDepth&) = delete;
-  ThreadDepth& operator=(const ThreadDepth&) = delete;
-
-  std::size_t Get() const noexcept { return reinterpret_cast<std::size_t>(TlsGetValue(slot_)); }
-  void Set(std::size_t depth) const noexcept { TlsSetValue(slot_, reinterpret_cast<void*>(depth)); }
+  std::size_t Get() const noexcept { return reinterpret_cast<std::size_t>(slot_.Get()); }
+  void Set(std::size_t depth) const noexcept { slot_.Set(reinterpret_cast<void*>(depth)); }
 
  private:
-  DWORD slot_;
+  const ThreadSlot<void> slot_;
 };
 
 // The trace's file, switch and nesting, which live from the module's start to its stop.

@@ -5,6 +5,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/text.h"
+#include "infra/runtime/thread_slot.h"
 
 #include <algorithm>
 #include <array>
@@ -111,16 +112,8 @@ struct KnownRoot : Knowledge {
 }  // namespace
 
 struct NetworkRoots {
-  NetworkRoots() : passOfThread(TlsAlloc()) {
-    if (passOfThread == TLS_OUT_OF_INDEXES) RaiseLastOSError();
-  }
-  ~NetworkRoots() { TlsFree(passOfThread); }
-  NetworkRoots(const NetworkRoots&) = delete;
-  NetworkRoots& operator=(const NetworkRoots&) = delete;
-
-  ReadingPass* Pass() const noexcept { return static_cast<ReadingPass*>(TlsGetValue(passOfThread)); }
   void CheckPass() const {
-    const ReadingPass* const pass = Pass();
+    const ReadingPass* const pass = passOfThread.Get();
     if (pass != nullptr && pass->isAskedToEnd_ && pass->isAskedToEnd_()) throw EAbort();
   }
   std::uint64_t Count() {
@@ -129,7 +122,7 @@ struct NetworkRoots {
   }
   bool IsCurrent(const Knowledge& known) const noexcept {
     if (known.learned == 0) return false;
-    const ReadingPass* const pass = Pass();
+    const ReadingPass* const pass = passOfThread.Get();
     return pass != nullptr ? known.learned > pass->begin_
                            : GetTickCount64() - known.time < kHoldsOutsideOfAPassMs;
   }
@@ -143,7 +136,7 @@ struct NetworkRoots {
   bool Answers(const std::wstring& root);
   void MarkDead(const std::wstring& root);
 
-  const DWORD passOfThread;
+  const ThreadSlot<ReadingPass> passOfThread;
   // A leaf, not held while anything is looked at.
   CriticalSection lock;
 
@@ -214,13 +207,13 @@ void NetworkRoots::MarkDead(const std::wstring& root) {
 }
 
 ReadingPass::ReadingPass(std::function<bool()> isAskedToEnd)
-    : isAskedToEnd_(std::move(isAskedToEnd)), outer_(g_networkRoots->Pass()) {
+    : isAskedToEnd_(std::move(isAskedToEnd)), outer_(g_networkRoots->passOfThread.Get()) {
   Begin();
-  TlsSetValue(g_networkRoots->passOfThread, this);
+  g_networkRoots->passOfThread.Set(this);
 }
 
 ReadingPass::~ReadingPass() {
-  TlsSetValue(g_networkRoots->passOfThread, outer_);
+  g_networkRoots->passOfThread.Set(outer_);
 }
 
 void ReadingPass::Begin() {

@@ -1,23 +1,16 @@
 #include "infra/runtime/patient_lock.h"
 
 #include "infra/runtime/patient_wait.h"
+#include "infra/runtime/thread_slot.h"
 
 namespace smh {
 
-// A mark on every thread that has such a lock or waits for one. The system's own storage: it is gone with its
-// thread, however that ends.
+// A mark on every thread that has such a lock or waits for one.
 struct PatientThreads {
-  PatientThreads() : slot(TlsAlloc()) {
-    if (slot == TLS_OUT_OF_INDEXES) RaiseLastOSError();
-  }
-  ~PatientThreads() { TlsFree(slot); }
-  PatientThreads(const PatientThreads&) = delete;
-  PatientThreads& operator=(const PatientThreads&) = delete;
+  bool IsCallerMarked() const noexcept { return mark.Get() != nullptr; }
+  void MarkCaller(bool marked) noexcept { mark.Set(marked ? this : nullptr); }
 
-  bool IsCallerMarked() const noexcept { return TlsGetValue(slot) != nullptr; }
-  void MarkCaller(bool marked) noexcept { TlsSetValue(slot, marked ? this : nullptr); }
-
-  const DWORD slot;
+  const ThreadSlot<PatientThreads> mark;
 };
 
 constinit ModuleGlobal<PatientThreads> g_patientThreads(L"patient_lock");
