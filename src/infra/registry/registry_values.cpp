@@ -140,22 +140,28 @@ std::vector<std::wstring> RegistryValueNames(HKEY key) {
   });
 }
 
-std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name) {
-  if (HoldsNul(name)) return std::nullopt;
-  RegistryData data{REG_NONE, std::vector<std::byte>(kDataBytes)};
+LSTATUS ReadRegistryValue(HKEY key, const std::wstring& name, RegistryData& data) {
+  if (HoldsNul(name)) return ERROR_FILE_NOT_FOUND;
+  data.bytes.resize(kDataBytes);
   for (;;) {
     auto size = static_cast<DWORD>(data.bytes.size());
     const LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &data.type,
                                             reinterpret_cast<BYTE*>(data.bytes.data()), &size);
-    if (IsMissing(status)) return std::nullopt;
     if (status == ERROR_MORE_DATA) {
       data.bytes.resize(std::max<std::size_t>(size, data.bytes.size() * 2));
       continue;
     }
-    CheckStatus(status);
-    data.bytes.resize(size);
-    return data;
+    if (status == ERROR_SUCCESS) data.bytes.resize(size);
+    return status;
   }
+}
+
+std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name) {
+  RegistryData data;
+  const LSTATUS status = ReadRegistryValue(key, name, data);
+  if (IsMissing(status)) return std::nullopt;
+  CheckStatus(status);
+  return data;
 }
 
 std::wstring QueryRegistryText(HKEY key, const std::wstring& name) {

@@ -75,8 +75,12 @@ ScopedKey OpenRegistryKey(HKEY root, const std::wstring& path, REGSAM access) no
 // the list; any other failure raises EOSError.
 std::vector<std::wstring> SubKeyNames(HKEY key);
 std::vector<std::wstring> RegistryValueNames(HKEY key);
-// A value of an open key; none when the value is missing or its key was deleted. Raises EOSError for any
-// other failure. A name that holds a NUL cannot be asked for and counts as missing.
+// A value of an open key, by the system's status: ERROR_KEY_DELETED when the key was deleted, what `data`
+// holds does not count when it fails. A name that holds a NUL cannot be asked for and counts as missing.
+// Raises std::bad_alloc.
+LSTATUS ReadRegistryValue(HKEY key, const std::wstring& name, RegistryData& data);
+// The same; none when the value is missing or its key was deleted. Raises EOSError for any
+// other failure.
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
 // The text of a value, as RegistryData::Text; empty for a missing one. Fails as QueryRegistryValue.
 std::wstring QueryRegistryText(HKEY key, const std::wstring& name);

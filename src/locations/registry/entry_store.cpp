@@ -24,24 +24,24 @@ bool EntryStore::Write(const RegistryValueAddress& address, const RegistryData& 
 
 // What is below a key goes before it.
 bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
-                              bool& isBegun) {
+                              bool& isBegun) const {
   bool isAnswered = true;
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
     const LastLook look = [&] {
-      if (!arrived() || !StandsAlone(*piece)) return false;
+      if (!arrived() || !StandsAlone(*piece, keys_)) return false;
       return isBegun = true;
     };
-    if (!Exists(*piece)) continue;
+    if (!Exists(*piece, keys_)) continue;
     try {
       const bool isDone =
           piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
       isAnswered = isAnswered && isDone;
     } catch (const EChangeRefused&) {
       // Gone by another program's hand it needs no deletion, and must not come back.
-      if (Exists(*piece) || !arrived()) throw;
+      if (Exists(*piece, keys_) || !arrived()) throw;
     }
     // What is refused ends it: the rest stays together.
-    if (Exists(*piece)) return isAnswered && std::next(piece) == kept.rend();
+    if (Exists(*piece, keys_)) return isAnswered && std::next(piece) == kept.rend();
   }
   return isAnswered;
 }
@@ -67,14 +67,14 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
 bool EntryStore::PutBack(const KeptEntry& kept, bool isBegun) const noexcept {
   for (const KeptPiece& piece : kept) {
     try {
-      if (!Exists(piece)) MakePiece(piece);
+      if (!Exists(piece, keys_)) MakePiece(piece);
     } catch (...) {
       // The others are put back all the same.
     }
   }
   try {
     return std::ranges::all_of(
-        kept, [&](const KeptPiece& piece) { return isBegun ? Stands(piece) : Exists(piece); });
+        kept, [&](const KeptPiece& piece) { return isBegun ? Stands(piece, keys_) : Exists(piece, keys_); });
   } catch (...) {
     return false;
   }

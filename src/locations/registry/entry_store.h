@@ -7,7 +7,7 @@
 namespace smh {
 
 // Reading raises EOSError when it cannot be told what stands there, EChangeRefused where another program has
-// been at work. Without state but the way of changing; for the thread of a change.
+// been at work. For one change and its thread.
 class EntryStore {
  public:
   // `recorded`: through the backup service, in the checkpoint of the thread.
@@ -36,23 +36,26 @@ class EntryStore {
 
  protected:
   // The value that data are written to, and what stands there when nothing but that has been made.
+  // Of the change.
+  ValueKeys& Keys() const noexcept { return keys_; }
   virtual RegistryValueAddress ValueOf(const RegistryValueAddress& address) const = 0;
   virtual bool IsBare(const KeptEntry& kept) const noexcept = 0;
 
  private:
   bool StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const;
   // Whether every deletion was answered as done.
-  static bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
-                           bool& isBegun);
+  bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
+                    bool& isBegun) const;
 
   const RegistryWriter writer_;
+  mutable ValueKeys keys_;
 };
 
 // Entries that are values.
 class ValueStore final : public EntryStore {
  public:
   using EntryStore::EntryStore;
-  KeptEntry Keep(const RegistryValueAddress& address) const override { return KeepValue(address); }
+  KeptEntry Keep(const RegistryValueAddress& address) const override { return KeepValue(address, Keys()); }
 
  protected:
   RegistryValueAddress ValueOf(const RegistryValueAddress& address) const override { return address; }

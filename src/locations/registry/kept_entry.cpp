@@ -92,11 +92,9 @@ std::optional<RegistryData> DataOf(const KeptEntry& kept) {
   return kept.front().data.value_or(RegistryData{});
 }
 
-KeptEntry KeepValue(const RegistryValueAddress& address) {
+KeptEntry KeepValue(const RegistryValueAddress& address, ValueKeys& keys) {
   if (HoldsNul(address.valueName)) RaiseOSError(ERROR_NOT_SUPPORTED);
-  const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
-  std::optional<RegistryData> data;
-  if (key) data = QueryRegistryValue(key.Get(), address.valueName);
+  std::optional<RegistryData> data = keys.Query(address);
   return data ? KeptEntry{{address, false, std::move(data)}} : KeptEntry();
 }
 
@@ -107,26 +105,27 @@ KeptEntry KeepSubkey(const RegistryValueAddress& address) {
   return kept;
 }
 
-bool Exists(const KeptPiece& piece) {
+bool Exists(const KeptPiece& piece, ValueKeys& keys) {
   const RegistryValueAddress& address = piece.address;
-  const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
-  return key && (piece.isKey || QueryRegistryValue(key.Get(), address.valueName).has_value());
+  if (!piece.isKey) return keys.Query(address).has_value();
+  return static_cast<bool>(OpenForReading(address.root, address.key, address.viewBits));
 }
 
-bool Stands(const KeptPiece& piece) {
+bool Stands(const KeptPiece& piece, ValueKeys& keys) {
   const RegistryValueAddress& address = piece.address;
+  if (!piece.isKey) return keys.Query(address) == piece.data;
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
   return key && QueryRegistryValue(key.Get(), address.valueName) == piece.data;
 }
 
-bool StandsAlone(const KeptPiece& piece) {
+bool StandsAlone(const KeptPiece& piece, ValueKeys& keys) {
   if (piece.isKey) {
     const RegistryValueAddress& address = piece.address;
     const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
     if (!key || !HoldsOnlyDefault(key.Get())) return false;
   }
   // Last, so that nothing is read between its data and the change.
-  return Stands(piece);
+  return Stands(piece, keys);
 }
 
 LSTATUS CheckDeletable(const KeptEntry& kept) {

@@ -7,6 +7,7 @@
 
 #include "infra/registry/full_value_path.h"
 #include "infra/registry/registry_values.h"
+#include "locations/registry/value_keys.h"
 
 #include <optional>
 #include <string>
@@ -48,17 +49,17 @@ using KeptEntry = std::vector<KeptPiece>;
 std::optional<RegistryData> DataOf(const KeptEntry& kept);
 
 // Raises EOSError (ERROR_NOT_SUPPORTED) for a name that the system's calls cannot carry.
-KeptEntry KeepValue(const RegistryValueAddress& address);
+KeptEntry KeepValue(const RegistryValueAddress& address, ValueKeys& keys);
 // Links below it are left out: what they lead to is somebody else's. Raises EOSError (ERROR_NOT_SUPPORTED)
 // for a key that is one: nothing may be read or written through it.
 KeptEntry KeepSubkey(const RegistryValueAddress& address);
 
 // Whether the piece is there, whatever it holds.
-bool Exists(const KeptPiece& piece);
+bool Exists(const KeptPiece& piece, ValueKeys& keys);
 // Whether the piece is what it was.
-bool Stands(const KeptPiece& piece);
+bool Stands(const KeptPiece& piece, ValueKeys& keys);
 // The same, and, of a key, nothing else is in it.
-bool StandsAlone(const KeptPiece& piece);
+bool StandsAlone(const KeptPiece& piece, ValueKeys& keys);
 
 // Whether every piece could be deleted now, one after the other: by its rights, its name and what it is.
 // ERROR_NOT_SUPPORTED for a link or a name that the system's calls cannot carry, else what opening answers.

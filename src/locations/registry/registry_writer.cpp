@@ -85,8 +85,7 @@ void RegistryWriter::SetValue(const RegistryValueAddress& address, const Registr
 bool RegistryWriter::DeleteValue(const RegistryValueAddress& address, const LastLook& look) const {
   if (recorded_) {
     return RunRecorded(address, look, [&](RecordedRegistry& registry) {
-      if (!registry->KeyExists(address.key)) return true;
-      registry->OpenKey(address.key, false);
+      if (!registry->OpenKey(address.key, false)) return !registry->KeyExists(address.key);
       return !registry->ValueExists(address.valueName) || registry->DeleteValue(address.valueName);
     });
   }

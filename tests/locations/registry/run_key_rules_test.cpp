@@ -120,6 +120,26 @@ TEST_P(RunKeyRules, ASourceThatOthersChangeOnTheWayStaysAsTheyHaveIt) {
   }
 }
 
+// What stands at the address counts, whatever key that was when the change began.
+TEST_P(RunKeyRules, ATargetsKeyThatOthersMakeAgainIsTheOneThatCounts) {
+  for (const auto& their : {std::optional(Sz(kProgram)), std::optional<RawValue>()}) {
+    Set(Sz(kProgram));
+    const ItemRef item = Load();
+    const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kDelete, [&] {
+      DeleteKeyTree(HKEY_CURRENT_USER, kRunSide);
+      if (their) SetValue(HKEY_CURRENT_USER, kRunSide, L"Foo", *their);
+    });
+    if (their) {
+      EXPECT_EQ(UserRun().DisableItem(item).kind, Kind::kDone);
+    } else {
+      ExpectChangedMeanwhile([&] { UserRun().DisableItem(item); }, L"gone");
+    }
+    EXPECT_EQ(Source().has_value(), !their);
+    EXPECT_EQ(Targets().size(), their ? 1u : 0u);
+    Forget();
+  }
+}
+
 TEST_P(RunKeyRules, ATargetThatOthersTakeOnTheWayIsTheirs) {
   for (const Change& change : {disable_, move_}) {
     Set(Sz(kProgram));
