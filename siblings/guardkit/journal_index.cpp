@@ -165,6 +165,35 @@ bool IsInterrupted(const IndexedAction& action) noexcept {
   return action.state == CheckpointState::kInterrupted;
 }
 
+// Whether the part stands, or may stand for all that is known.
+bool MayStand(const IndexedAction& action, std::uint32_t number) {
+  if (number == 0 || number > action.parts.size()) return false;
+  const IndexedPart& part = action.parts[number - 1];
+  const bool isUnsettled =
+      action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
+  const bool mayStand = isUnsettled && part.record.end == PartEnd::kNone && part.undoneBy == 0;
+  return part.record.stepCount != 0 && (part.Stands() || mayStand);
+}
+
+bool MayStand(const IndexedAction& action) {
+  for (std::uint32_t number = 1; number <= action.parts.size(); ++number) {
+    if (MayStand(action, number)) return true;
+  }
+  return false;
+}
+
+// Whether it is the undo of one that is there, and no redo: those undo one another.
+bool TakesBack(const std::vector<IndexedAction>& index, const IndexedAction& action) {
+  bool takesBack = false;
+  for (const IndexedAction* each = &action; each->header.undoes != 0; takesBack = !takesBack) {
+    const IndexedAction* const goal = FindById(index, each->header.undoes);
+    // Only older ones can have been meant.
+    if (goal == nullptr || goal->Id() >= each->Id()) return false;
+    each = goal;
+  }
+  return takesBack;
+}
+
 // Longer ones hold more than a header.
 constexpr std::uint64_t kLongestBeginning = 256u << 10;
 
@@ -248,19 +277,19 @@ const IndexedAction* FindById(const std::vector<IndexedAction>& index, std::uint
   return found == index.end() ? nullptr : &*found;
 }
 
-const IndexedAction* FindNewestToUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
-  const auto isNextToUndo = [&user](const IndexedAction& action) {
-    const bool isUnsettled =
-        action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
-    const bool stands = std::ranges::any_of(action.parts, [&](const IndexedPart& part) {
-      const bool mayStand = isUnsettled && part.record.end == PartEnd::kNone && part.undoneBy == 0;
-      return part.record.stepCount != 0 && (part.Stands() || mayStand);
-    });
-    const bool isNext = action.header.undoes == 0 || action.state == CheckpointState::kInterrupted;
-    return stands && isNext && action.header.user == user;
-  };
-  const auto newest = std::find_if(index.rbegin(), index.rend(), isNextToUndo);
-  return newest == index.rend() ? nullptr : &*newest;
+NextUndo FindNextUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
+  for (auto action = index.rbegin(); action != index.rend(); ++action) {
+    const bool isNext = action->header.undoes == 0 || action->state == CheckpointState::kInterrupted;
+    if (!isNext || action->header.user != user || !MayStand(*action)) continue;
+    if (!TakesBack(index, *action)) return {&*action};
+    // What it did not come to is due first.
+    const IndexedAction& goal = *FindById(index, action->header.undoes);
+    std::vector<std::uint32_t> parts = action->header.chosen;
+    std::erase_if(parts, [&](std::uint32_t number) { return !MayStand(goal, number); });
+    const bool isLeft = action->header.chosen.empty() ? MayStand(goal) : !parts.empty();
+    if (isLeft) return {&goal, std::move(parts)};
+  }
+  return {};
 }
 
 std::vector<const IndexedAction*> FindToRedo(const std::vector<IndexedAction>& index, std::uint32_t id) {

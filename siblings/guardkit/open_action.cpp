@@ -33,8 +33,8 @@ std::uint64_t StartOfThisProcess() noexcept {
 
 }  // namespace
 
-OpenAction::OpenAction(std::wstring title, std::uint32_t undoes)
-    : title_(std::move(title)), undoes_(undoes) {}
+OpenAction::OpenAction(std::wstring title, std::uint32_t undoes, std::vector<std::uint32_t> chosen)
+    : title_(std::move(title)), undoes_(undoes), chosen_(std::move(chosen)) {}
 
 OpenAction::~OpenAction() {
   if (finished_) return;
@@ -58,6 +58,7 @@ void OpenAction::AddFile() {
   header.user = CurrentUserSid();
   header.title = title_.empty() ? firstTitle_ : title_;
   header.continues = Id();
+  if (files_.empty()) header.chosen = chosen_;
   files_.emplace_back(Folder(), header);
 }
 

@@ -16,7 +16,7 @@ namespace smh {
 class OpenAction {
  public:
   // `undoes` is the action that this one takes back, 0 for an ordinary one. Raises std::bad_alloc.
-  explicit OpenAction(std::wstring title, std::uint32_t undoes = 0);
+  explicit OpenAction(std::wstring title, std::uint32_t undoes = 0, std::vector<std::uint32_t> chosen = {});
   // What Finish has not ended counts as interrupted, unless nothing was recorded.
   ~OpenAction();
   OpenAction(const OpenAction&) = delete;
@@ -55,6 +55,7 @@ class OpenAction {
   const Retention retention_ = ReadRetention();
   const std::wstring title_;
   const std::uint32_t undoes_;
+  const std::vector<std::uint32_t> chosen_;
   std::optional<JournalFolder> folder_;
   std::wstring firstTitle_;
   std::vector<JournalFile> files_;

@@ -46,13 +46,14 @@ class UndoCall {
 
   UndoResult Run() {
     // What is meant is settled before the lock is there, and looked at again under it.
-    UndoResult wanted = UndoCall(request_, UndoMode::kShow).Show();
+    UndoCall look(request_, UndoMode::kShow);
+    UndoResult wanted = look.Show();
     if (FAILED(wanted.status) && wanted.status != IJournal::kConflict) {
       if (wanted.status == IJournal::kDamaged) wanted.steps.clear();
       return wanted;
     }
-    if (request_.direction == Direction::kUndo) request_.id = wanted.checkpoint;
-    OpenAction own(TitleOfUndoing(wanted.title), wanted.checkpoint);
+    request_ = std::move(look.request_);
+    OpenAction own(TitleOfUndoing(wanted.title), wanted.checkpoint, request_.parts);
     auto first = std::make_unique<OpenCheckpoint>(own, PartHeader{});
     if (Prepare(own.Folder(), own.Id()) || MayForce()) Execute(own, std::move(first));
     first.reset();

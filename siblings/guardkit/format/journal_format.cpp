@@ -122,6 +122,7 @@ class JournalReader {
     header.user = ReadText(in);
     header.title = ReadText(in);
     if (version_ == kVersion) header.continues = in.U32();
+    while (version_ == kVersion && in.Ok() && !in.AtEnd()) header.chosen.push_back(in.U32());
     return in.AtEnd();
   }
 
@@ -223,6 +224,7 @@ ByteVector EncodeBeginning(const CheckpointHeader& header) {
   payload.Text(header.user);
   payload.Text(header.title);
   payload.U32(header.continues);
+  for (const std::uint32_t part : header.chosen) payload.U32(part);
   RecordWriter file;
   file.Put(kSignature);
   file.U8(kVersion);

@@ -144,6 +144,7 @@ struct CheckpointHeader {
   std::wstring user;                 // SID
   std::wstring title;
   std::uint32_t continues = 0;  // the id of the action's first file when this is a further one; else 0
+  std::vector<std::uint32_t> chosen = {};  // the parts that an undo of some only takes back; else none
   bool operator==(const CheckpointHeader&) const = default;
 };
 

@@ -161,6 +161,42 @@ TEST_F(JournalActions, UndoThatWasCutOffIsGoneOnWith) {
   }
 }
 
+LSTATUS WINAPI RefuseSecond(HKEY key, const wchar_t* name) {
+  static const auto real = RealFunction<decltype(RegDeleteValueW)>(L"advapi32.dll", "RegDeleteValueW");
+  return name == std::wstring_view(L"2") ? ERROR_ACCESS_DENIED : real(key, name);
+}
+
+// As far as its user meant it: one of some parts takes no others. One that came to its last part is in
+// nobody's way.
+TEST_F(JournalActions, BareUndoGoesOnWithTheUndoThatWasCutOff) {
+  const std::uint32_t other = Action(1, L"other");
+  RegDeleteValueW(tree_.Key().Get(), L"1");
+  const std::uint32_t id = Action(4);
+  const auto refused = [&](auto&& undo) {
+    const ImportPatch patch("RegDeleteValueW", &RefuseSecond, guardkit_.Module());
+    return undo();
+  };
+  EXPECT_EQ(refused([&] { return guardkit_.Undo(id); }).result, HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(StateOf(id), CheckpointState::kPartlyDone);
+  const UndoAnswer rest = guardkit_.Undo();
+  EXPECT_EQ(rest.checkpoint, id);
+  EXPECT_EQ(rest.outcomes.size(), 2u);
+  EXPECT_EQ(StateOf(id), CheckpointState::kUndone);
+  EXPECT_EQ(guardkit_.Redo(id).result, S_OK);
+
+  EXPECT_EQ(refused([&] {
+              return guardkit_.UndoParts(id, {1, 2, 3});
+            }).result,
+            HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(guardkit_.Undo(0, UndoMode::kShow).outcomes.size(), 2u);
+  EXPECT_EQ(guardkit_.Undo().result, S_OK);
+  EXPECT_EQ(tree_.Get({}, L"2"), std::nullopt);
+  EXPECT_EQ(tree_.Get({}, L"4"), Dword(4));
+
+  CutOff(guardkit_.Undo(id).own);
+  EXPECT_EQ(guardkit_.Undo(0, UndoMode::kShow).checkpoint, other);
+}
+
 TEST_F(JournalActions, ThatLoseTheirOwnerAreInterruptedWithWhatWasDone) {
   const std::string before = Everything();
   std::jthread([&] {
