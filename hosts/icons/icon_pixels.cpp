@@ -1,18 +1,8 @@
 #include "hosts/icons/icon_pixels.h"
 
-#include "infra/runtime/handle.h"
-
 namespace smh {
 
 namespace {
-
-struct MemoryContextTraits {
-  using Type = HDC;
-  static constexpr Type kNone = nullptr;
-  static bool IsValid(Type value) noexcept { return value != nullptr; }
-  static void Close(Type value) noexcept { DeleteDC(value); }
-};
-using ScopedMemoryContext = ScopedResource<MemoryContextTraits>;
 
 struct BitmapForm {
   BITMAPINFOHEADER header;
@@ -20,18 +10,17 @@ struct BitmapForm {
 };
 
 // The rows of a bitmap from the top down; false when it has fewer.
-bool ReadRows(HBITMAP bitmap, int width, int rows, WORD bits, void* to) noexcept {
+bool ReadRows(HDC context, HBITMAP bitmap, int width, int rows, WORD bits, void* to) noexcept {
   BitmapForm form = {{sizeof(BITMAPINFOHEADER), width, -rows, 1, bits, BI_RGB, 0, 0, 0, 0, 0}, {}};
-  static const ScopedMemoryContext context(CreateCompatibleDC(nullptr));
-  return GetDIBits(context.Get(), bitmap, 0, static_cast<UINT>(rows), to,
-                   reinterpret_cast<BITMAPINFO*>(&form), DIB_RGB_COLORS) == rows;
+  return GetDIBits(context, bitmap, 0, static_cast<UINT>(rows), to, reinterpret_cast<BITMAPINFO*>(&form),
+                   DIB_RGB_COLORS) == rows;
 }
 
 // An icon of two colours has them below its mask, in the same bitmap: 1 is white.
 template <int side>
-bool ReadTwoColors(HBITMAP bitmap, IconPixels<side>& pixels) noexcept {
+bool ReadTwoColors(HDC context, HBITMAP bitmap, IconPixels<side>& pixels) noexcept {
   std::uint8_t rows[2 * side][4] = {};
-  if (!ReadRows(bitmap, side, 2 * side, 1, rows)) return false;
+  if (!ReadRows(context, bitmap, side, 2 * side, 1, rows)) return false;
   for (int y = 0; y < side; ++y) {
     for (int i = 0; i < 4; ++i) pixels.mask[y][i] = rows[y][i];
     for (int x = 0; x < side; ++x) {
@@ -61,36 +50,36 @@ struct IconParts {
 };
 
 template <int side>
-bool Read(const IconParts& parts, IconPixels<side>& pixels) noexcept {
+bool Read(HDC context, const IconParts& parts, IconPixels<side>& pixels) noexcept {
   if (!parts.mask) return false;
-  if (!parts.colors) return ReadTwoColors(parts.mask.Get(), pixels);
-  return ReadRows(parts.colors.Get(), side, side, 32, pixels.colors) &&
-         ReadRows(parts.mask.Get(), side, side, 1, pixels.mask);
+  if (!parts.colors) return ReadTwoColors(context, parts.mask.Get(), pixels);
+  return ReadRows(context, parts.colors.Get(), side, side, 32, pixels.colors) &&
+         ReadRows(context, parts.mask.Get(), side, side, 1, pixels.mask);
 }
 
 template <int side>
-void Take(HICON icon, IconPixels<side>& pixels) noexcept {
+void TakeAll(HDC context, HICON icon, IconPixels<side>& pixels) noexcept {
   pixels.isThere = 0;
   const IconParts parts(icon);
   if (!parts.mask) return;
   bool isRead = false;
   if (parts.IsOfSide(side)) {
-    isRead = Read(parts, pixels);
+    isRead = Read(context, parts, pixels);
   } else {
     const ScopedIcon fitting(static_cast<HICON>(CopyImage(icon, IMAGE_ICON, side, side, 0)));
-    isRead = Read(IconParts(fitting.Get()), pixels);
+    isRead = Read(context, IconParts(fitting.Get()), pixels);
   }
   pixels.isThere = isRead ? 1 : 0;
 }
 
 }  // namespace
 
-void TakePixels(HICON icon, IconPixels<kLargeIconSide>& pixels) noexcept {
-  Take(icon, pixels);
+void IconPixelReader::Take(HICON icon, IconPixels<kLargeIconSide>& pixels) const noexcept {
+  TakeAll(context_.Get(), icon, pixels);
 }
 
-void TakePixels(HICON icon, IconPixels<kSmallIconSide>& pixels) noexcept {
-  Take(icon, pixels);
+void IconPixelReader::Take(HICON icon, IconPixels<kSmallIconSide>& pixels) const noexcept {
+  TakeAll(context_.Get(), icon, pixels);
 }
 
 }  // namespace smh

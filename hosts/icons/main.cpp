@@ -33,7 +33,7 @@ HICON IconOfShell(const wchar_t* file, UINT size) noexcept {
   return SHGetFileInfoW(file, 0, &info, sizeof(info), SHGFI_ICON | size) == 0 ? nullptr : info.hIcon;
 }
 
-void Answer(IconExchange& exchange) noexcept {
+void Answer(const IconPixelReader& pixels, IconExchange& exchange) noexcept {
   exchange.file[IconExchange::kFileUnits - 1] = L'\0';
   IconPair icons;
   if (exchange.request != IconRequest::kOfShell) icons = IconsOfFile(exchange.file, exchange.index);
@@ -41,8 +41,8 @@ void Answer(IconExchange& exchange) noexcept {
     icons.large.Reset(IconOfShell(exchange.file, SHGFI_LARGEICON));
     icons.small.Reset(IconOfShell(exchange.file, SHGFI_SMALLICON));
   }
-  TakePixels(icons.large.Get(), exchange.large);
-  TakePixels(icons.small.Get(), exchange.small);
+  pixels.Take(icons.large.Get(), exchange.large);
+  pixels.Take(icons.small.Get(), exchange.small);
 }
 
 // Nobody is told of a fault, and nobody asked: the library sees the end.
@@ -71,8 +71,9 @@ int Serve(HANDLE section, HANDLE request, HANDLE answer, HANDLE library) noexcep
   const ScopedHandle guard(CreateThread(nullptr, 0, EndWithLibrary, library, 0, nullptr));
   if (exchange == nullptr || !guard) return 1;
   const ScopedCom com(COINIT_APARTMENTTHREADED);
+  const IconPixelReader pixels;
   while (WaitForSingleObject(request, kIconProgramIdleMs) == WAIT_OBJECT_0) {
-    Answer(*exchange);
+    Answer(pixels, *exchange);
     SetEvent(answer);
   }
   return 0;
