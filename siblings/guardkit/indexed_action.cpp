@@ -1,6 +1,7 @@
 #include "siblings/guardkit/indexed_action.h"
 
 #include <algorithm>
+#include <set>
 
 namespace smh {
 
@@ -8,6 +9,13 @@ namespace {
 
 std::uint32_t IdOf(const IndexedAction& action) noexcept {
   return action.Id();
+}
+
+// What it takes back; only an older one can have been meant.
+const IndexedAction* FindOlder(const std::vector<IndexedAction>& index, const IndexedAction& undo) {
+  const auto found = std::ranges::lower_bound(index, undo.header.undoes, {}, IdOf);
+  const bool isOlder = found != index.end() && found->Id() == undo.header.undoes && found->Id() < undo.Id();
+  return isOlder ? &*found : nullptr;
 }
 
 IndexedPart* FindPart(std::vector<IndexedAction>& index, std::uint32_t id, std::uint32_t number) {
@@ -66,9 +74,42 @@ CheckpointState StateOf(const IndexedAction& action) {
   return standing == action.parts.size() ? CheckpointState::kDone : CheckpointState::kPartlyDone;
 }
 
+std::vector<std::uint32_t> PartsLeft(const IndexedAction& action) {
+  const bool isUnsettled =
+      action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
+  std::vector<std::uint32_t> left;
+  for (std::size_t i = 0; i < action.parts.size(); ++i) {
+    const IndexedPart& part = action.parts[i];
+    const bool mayStand = isUnsettled && part.record.end == PartEnd::kNone && part.undoneBy == 0;
+    if (part.record.stepCount != 0 && (part.Stands() || mayStand))
+      left.push_back(static_cast<std::uint32_t>(i + 1));
+  }
+  return left;
+}
+
+UndoGoal GoalOf(const std::vector<IndexedAction>& index, const IndexedAction& action) {
+  // Undos and redos of one action undo one another.
+  bool takesBack = false;
+  for (const IndexedAction* each = &action; each != nullptr && each->header.undoes != 0;
+       takesBack = !takesBack) {
+    each = FindOlder(index, *each);
+  }
+  const IndexedAction* const goal = FindOlder(index, action);
+  if (!takesBack || goal == nullptr) return {};
+  UndoGoal result{goal, PartsLeft(*goal)};
+  const std::set<std::uint32_t> chosen(action.header.chosen.begin(), action.header.chosen.end());
+  if (!chosen.empty()) std::erase_if(result.left, [&](std::uint32_t part) { return !chosen.contains(part); });
+  return result;
+}
+
 void SetStates(std::vector<IndexedAction>& index) {
   for (IndexedAction& action : index) {
     if (action.state == CheckpointState::kDone) action.state = StateOf(action);
+  }
+  for (IndexedAction& action : index) {
+    if (action.state != CheckpointState::kInterrupted) continue;
+    const UndoGoal goal = GoalOf(index, action);
+    if (goal.action != nullptr && goal.left.empty()) action.state = CheckpointState::kDone;
   }
 }
 

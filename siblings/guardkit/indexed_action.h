@@ -53,9 +53,19 @@ struct IndexedAction {
 // Tells each part which undo took it back, whether it was made again, and whether that is unclear. `index` is
 // sorted by the actions' numbers and without states but kOpen and kDamaged. Raises nothing.
 void JoinUndos(std::vector<IndexedAction>& index);
-// Sets the state of each action that is neither open nor damaged.
+// The numbers of its parts that stand with their steps, or may stand for all that is known.
+std::vector<std::uint32_t> PartsLeft(const IndexedAction& action);
+// What an undo was to take back: the action, and the numbers of those of the parts that are left. Null for
+// what is no undo, for a redo, and for the undo of one that is not there. Raises std::bad_alloc.
+struct UndoGoal {
+  const IndexedAction* action = nullptr;
+  std::vector<std::uint32_t> left = {};
+};
+UndoGoal GoalOf(const std::vector<IndexedAction>& index, const IndexedAction& action);
+// Sets the state of each action that is neither open nor damaged. An undo that lacks its end only, since
+// nothing of its goal is left, is done. Raises std::bad_alloc.
 void SetStates(std::vector<IndexedAction>& index);
-// The state of one that is neither.
+// The state of one that is neither, for itself.
 CheckpointState StateOf(const IndexedAction& action);
 
 }  // namespace smh

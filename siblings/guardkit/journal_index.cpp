@@ -165,33 +165,8 @@ bool IsInterrupted(const IndexedAction& action) noexcept {
   return action.state == CheckpointState::kInterrupted;
 }
 
-// Whether the part stands, or may stand for all that is known.
-bool MayStand(const IndexedAction& action, std::uint32_t number) {
-  if (number == 0 || number > action.parts.size()) return false;
-  const IndexedPart& part = action.parts[number - 1];
-  const bool isUnsettled =
-      action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
-  const bool mayStand = isUnsettled && part.record.end == PartEnd::kNone && part.undoneBy == 0;
-  return part.record.stepCount != 0 && (part.Stands() || mayStand);
-}
-
-bool MayStand(const IndexedAction& action) {
-  for (std::uint32_t number = 1; number <= action.parts.size(); ++number) {
-    if (MayStand(action, number)) return true;
-  }
-  return false;
-}
-
-// Whether it is the undo of one that is there, and no redo: those undo one another.
-bool TakesBack(const std::vector<IndexedAction>& index, const IndexedAction& action) {
-  bool takesBack = false;
-  for (const IndexedAction* each = &action; each->header.undoes != 0; takesBack = !takesBack) {
-    const IndexedAction* const goal = FindById(index, each->header.undoes);
-    // Only older ones can have been meant.
-    if (goal == nullptr || goal->Id() >= each->Id()) return false;
-    each = goal;
-  }
-  return takesBack;
+void CloseAll(const JournalFolder& folder, const IndexedAction& action) noexcept {
+  for (const JournalName& name : action.files) CloseJournal(folder, name);
 }
 
 // Longer ones hold more than a header.
@@ -248,11 +223,19 @@ void CloseFailed(const JournalFolder& folder) noexcept {
       return name.closed || name.isFolder || !IsLeftBehind(folder, name);
     });
     RemoveEmpty(folder, left);
+    bool isUndoLeft = false;
     for (const IndexedAction& action : Load(folder, left)) {
       const bool isOrphan = action.header.continues != 0;
-      const bool isSettled = action.state == CheckpointState::kDone && !isOrphan;
-      if (!isSettled || StateOf(action) == CheckpointState::kInterrupted) continue;
-      for (const JournalName& name : action.files) CloseJournal(folder, name);
+      if (action.state != CheckpointState::kDone || isOrphan) continue;
+      if (StateOf(action) != CheckpointState::kInterrupted) {
+        CloseAll(folder, action);
+      } else if (action.header.undoes != 0) {
+        isUndoLeft = true;
+      }
+    }
+    if (!isUndoLeft) return;
+    for (const IndexedAction& action : IndexJournal(folder)) {
+      if (action.end == JournalEnd::kNone && action.state == CheckpointState::kDone) CloseAll(folder, action);
     }
   } catch (...) {
     // Nobody is told of them all the same.
@@ -280,14 +263,11 @@ const IndexedAction* FindById(const std::vector<IndexedAction>& index, std::uint
 NextUndo FindNextUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
   for (auto action = index.rbegin(); action != index.rend(); ++action) {
     const bool isNext = action->header.undoes == 0 || action->state == CheckpointState::kInterrupted;
-    if (!isNext || action->header.user != user || !MayStand(*action)) continue;
-    if (!TakesBack(index, *action)) return {&*action};
-    // What it did not come to is due first.
-    const IndexedAction& goal = *FindById(index, action->header.undoes);
-    std::vector<std::uint32_t> parts = action->header.chosen;
-    std::erase_if(parts, [&](std::uint32_t number) { return !MayStand(goal, number); });
-    const bool isLeft = action->header.chosen.empty() ? MayStand(goal) : !parts.empty();
-    if (isLeft) return {&goal, std::move(parts)};
+    if (!isNext || action->header.user != user || PartsLeft(*action).empty()) continue;
+    const UndoGoal goal = GoalOf(index, *action);
+    if (goal.action == nullptr) return {&*action};
+    if (!goal.left.empty())
+      return {goal.action, action->header.chosen.empty() ? std::vector<std::uint32_t>() : goal.left};
   }
   return {};
 }

@@ -27,10 +27,15 @@ class JournalActions : public JournalChanges {
     for (int number = 1; number <= parts; ++number) Part(number);
     return End();
   }
-  // As a process that dies leaves it: without the end, nobody has it open.
+  // As a process that dies leaves it: without the end, nobody has it open. An undo was to take back all parts.
   void CutOff(std::uint32_t id) const {
     const std::wstring closed = FileOf(id, true);
     std::string bytes = ReadFileBytes(closed);
+    CheckpointHeader header = DecodeJournal(std::as_bytes(std::span(bytes)))->header;
+    const std::size_t length = EncodeBeginning(header).size();
+    header.chosen.clear();
+    const ByteVector beginning = EncodeBeginning(header);
+    bytes.replace(0, length, reinterpret_cast<const char*>(beginning.data()), beginning.size());
     bytes.resize(bytes.size() - EncodeEnd(0, JournalEnd::kDone).size());
     bytes.append(kRoomBehindPartEnd, '\0');
     DeleteFileW(closed.c_str());
@@ -193,8 +198,13 @@ TEST_F(JournalActions, BareUndoGoesOnWithTheUndoThatWasCutOff) {
   EXPECT_EQ(tree_.Get({}, L"2"), std::nullopt);
   EXPECT_EQ(tree_.Get({}, L"4"), Dword(4));
 
-  CutOff(guardkit_.Undo(id).own);
+  const std::uint32_t whole = guardkit_.Undo(id).own;
+  CutOff(whole);
   EXPECT_EQ(guardkit_.Undo(0, UndoMode::kShow).checkpoint, other);
+  EXPECT_TRUE(guardkit_.List(true).empty());
+  Action(1);
+  EXPECT_TRUE(std::filesystem::exists(FileOf(whole, true))) << "the next change closes it";
+  EXPECT_EQ(StateOf(whole), CheckpointState::kDone);
 }
 
 TEST_F(JournalActions, ThatLoseTheirOwnerAreInterruptedWithWhatWasDone) {
