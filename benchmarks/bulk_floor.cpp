@@ -14,6 +14,8 @@
 #include "tests/support/known_keys.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace smh::bench {
 namespace {
@@ -49,7 +51,8 @@ void Disable(IRegAccess& access, const Keys& keys, const std::wstring& name) {
 void DisableAll(int count) {
   ComPtr<IRegAccess> access;
   Guard<ISafeguard>().GetRegAccess(access.Put());
-  Guard<IJournal>().BeginAction((L"Disabling " + std::to_wstring(count) + L" entries").c_str());
+  const std::wstring title = L"Disabling " + std::to_wstring(count) + L" entries";
+  if (FAILED(Guard<IJournal>().BeginAction(title.c_str()))) RaiseOSError(ERROR_BUSY);
   const REGSAM rights = test::OwnView() | KEY_READ | KEY_WRITE;
   Keys keys[2];
   for (const int i : {0, 1}) {
@@ -63,7 +66,7 @@ void DisableAll(int count) {
     access->CloseKey(each.side);
   }
   std::uint32_t id = 0;
-  Guard<IJournal>().EndAction(&id);
+  if (FAILED(Guard<IJournal>().EndAction(&id)) || id == 0) RaiseOSError(ERROR_WRITE_FAULT);
 }
 
 }  // namespace

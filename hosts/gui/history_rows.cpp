@@ -196,8 +196,9 @@ std::wstring HistoryRows::NameOf(const HistoryTarget& target) const {
 }
 
 bool HistoryRows::CanUndoLatest() const noexcept {
-  return std::ranges::any_of(snapshot_.actions,
-                             [](const CheckpointRecord& each) { return IsListed(each) && Stands(each); });
+  return std::ranges::any_of(snapshot_.actions, [this](const CheckpointRecord& each) {
+    return IsListed(each) && Stands(each) && !IsUndo(each);
+  });
 }
 
 bool HistoryRows::HasInterrupted() const noexcept {
@@ -213,6 +214,11 @@ const CheckpointRecord* HistoryRows::Find(std::uint32_t action) const noexcept {
 }
 
 // What takes an undo back is a redo, which is none.
+bool HistoryRows::IsUndo(const CheckpointRecord& action) const noexcept {
+  const CheckpointRecord* const undone = Find(action.info.undoes);
+  return undone != nullptr && IsChange(*undone);
+}
+
 const CheckpointRecord* HistoryRows::LatestUndo() const noexcept {
   for (auto each = snapshot_.actions.rbegin(); each != snapshot_.actions.rend(); ++each) {
     const CheckpointState state = each->info.state;
@@ -220,9 +226,7 @@ const CheckpointRecord* HistoryRows::LatestUndo() const noexcept {
       if (state != CheckpointState::kUndone && state != CheckpointState::kFailed) return nullptr;
       continue;
     }
-    const CheckpointRecord* const undone = Find(each->info.undoes);
-    const bool isUndo = undone != nullptr && IsChange(*undone);
-    if (isUndo && (state == CheckpointState::kDone || state == CheckpointState::kPartlyDone)) return &*each;
+    if (IsUndo(*each) && Stands(*each)) return &*each;
   }
   return nullptr;
 }

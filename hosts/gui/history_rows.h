@@ -82,6 +82,8 @@ class HistoryRows {
   const CheckpointRecord* LatestUndo() const noexcept;
 
  private:
+  // That of a change; what takes one of those back is a redo.
+  bool IsUndo(const CheckpointRecord& action) const noexcept;
   void Filter();
   const CheckpointRecord* Find(std::uint32_t action) const noexcept;
   std::vector<HistoryRow> RowsOf(const HistoryTarget& target) const;

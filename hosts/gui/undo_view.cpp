@@ -237,12 +237,12 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
     return;
   }
   const wchar_t* const verb = isUndo ? L"undo" : L"redo";
-  ShowError(frame_, L"Cannot " + std::wstring(verb) + L" \u201C" + name + L"\u201D: " +
-                        UndoFailureText(record, verb) + L"\n" +
-                        (record.ownCheckpoint == 0
-                             ? std::wstring()
-                             : L"What was done until then is the newest change of the history, and can be "
-                               L"undone."));
+  ShowError(frame_,
+            L"Cannot " + std::wstring(verb) + L" \u201C" + name + L"\u201D: " +
+                UndoFailureText(record, verb) + L"\n" +
+                (record.ownCheckpoint == 0
+                     ? std::wstring()
+                     : L"What was done until then stays: undo goes on with it, and redo the other way."));
 }
 
 void UndoView::Search(std::wstring_view text) {

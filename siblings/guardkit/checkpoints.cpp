@@ -193,14 +193,19 @@ Checkpoints::Entry& Checkpoints::Own() {
   if (Entry* const own = own_.Get()) return *own;
   Entry entry{.thread = ThisThread(), .action = nullptr, .checkpoint = nullptr};
   const ScopedLock guard(lock_);
-  entries_.push_back(std::move(entry));
-  own_.Set(&entries_.back());
-  return entries_.back();
+  Entry& own = entries_.emplace_back(std::move(entry));
+  try {
+    own_.Set(&own);
+  } catch (...) {
+    entries_.pop_back();
+    throw;
+  }
+  return own;
 }
 
 void Checkpoints::RemoveOwn() noexcept {
   const Entry* const own = own_.Get();
-  own_.Set(nullptr);
+  own_.Clear();
   const ScopedLock guard(lock_);
   entries_.remove_if([own](const Entry& entry) { return &entry == own; });
 }

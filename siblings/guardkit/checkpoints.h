@@ -4,6 +4,7 @@
 #include "core/contracts/intf_safeguard.h"
 #include "infra/files/file_moves.h"
 #include "infra/runtime/critical_section.h"
+#include "infra/runtime/exceptions.h"
 #include "infra/runtime/module_global.h"
 #include "infra/runtime/thread_slot.h"
 #include "siblings/guardkit/aside_files.h"
@@ -43,12 +44,14 @@ class OpenCheckpoint {
   const JournalFolder& Folder() const noexcept { return action_.Folder(); }
   const BlobStore& Blobs() const noexcept { return blobs_; }
   AsideFiles& Aside() noexcept { return aside_; }
+  // For all that this checkpoint waits for.
+  OpenPatience& Patience() noexcept { return patience_; }
 
   // Writes the step down, asks the check, looks once more, makes the change, and notes what became of it.
   // `isStill` answers whether the step's old state stands there; `change` answers a Win32 status and either
   // happens as a whole or not at all. The status is the answer: ERROR_REVISION_MISMATCH when the old state
   // has gone meanwhile, and what the check answers when that refuses; nothing is changed then. A change that
-  // others' use of the file refuses is tried again, all looks with it, for up to a second. Raises
+  // others' use of the file refuses is tried again, all looks with it, as long as the patience lasts. Raises
   // EOSError, before the change, when the step cannot be written or the last look fails. In a level that
   // takes back nothing is written down, and no check is asked.
   template <typename Look, typename Change>
@@ -57,12 +60,16 @@ class OpenCheckpoint {
     const auto lookAndChange = [&]() -> LSTATUS {
       const LSTATUS refusal = check != nullptr ? check->Check() : ERROR_SUCCESS;
       if (refusal != ERROR_SUCCESS) return refusal;
-      return (guard_ == nullptr || (*guard_)()) && isStill() ? change() : ERROR_REVISION_MISMATCH;
+      try {
+        return (guard_ == nullptr || (*guard_)()) && isStill() ? change() : ERROR_REVISION_MISMATCH;
+      } catch (const EOSError& error) {
+        if (error.Code() != ERROR_SHARING_VIOLATION) throw;
+        return ERROR_SHARING_VIOLATION;
+      }
     };
     const auto changePatiently = [&] {
       LSTATUS status = lookAndChange();
-      OpenPatience patience;
-      while (status == ERROR_SHARING_VIOLATION && patience.Wait()) status = lookAndChange();
+      while (status == ERROR_SHARING_VIOLATION && patience_.Wait()) status = lookAndChange();
       return status;
     };
     if (TakesBack()) return changePatiently();
@@ -120,6 +127,7 @@ class OpenCheckpoint {
   JournalFile& file_;
   // The number of its first step in the file.
   const std::uint32_t firstStep_;
+  OpenPatience patience_;
   std::vector<RecordedStep> steps_;
   const std::function<bool()>* guard_ = nullptr;
   std::map<std::wstring, std::wstring> written_;  // hive, a place in it

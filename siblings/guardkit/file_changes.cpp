@@ -104,7 +104,7 @@ LSTATUS MoveRecorded(OpenCheckpoint& checkpoint, const std::wstring& from, const
   } else if (isDeleted) {
     step = FileStep{from, file, {}};
   }
-  RecordedFile held(from);
+  RecordedFile held(from, checkpoint.Patience());
   if (!held) return LastStatus();
   const LSTATUS status = checkpoint.Record(
       step, [&] { return held.Is(file); }, [&] { return held.MoveTo(to); });
@@ -120,7 +120,7 @@ LSTATUS DeleteRecorded(OpenCheckpoint& checkpoint, const std::wstring& file, Rea
   const bool evenReadOnly = readOnly == ReadOnly::kDeleted;
   if (!evenReadOnly && (step.before.attributes & FILE_ATTRIBUTE_READONLY) != 0) return ERROR_ACCESS_DENIED;
   checkpoint.FlushBeforeDelete({});
-  RecordedFile held(file);
+  RecordedFile held(file, checkpoint.Patience());
   if (!held) return LastStatus();
   return checkpoint.Record(
       step, [&] { return held.Is(step.before); },

@@ -87,15 +87,17 @@ std::vector<std::uint32_t> PartsLeft(const IndexedAction& action) {
   return left;
 }
 
-UndoGoal GoalOf(const std::vector<IndexedAction>& index, const IndexedAction& action) {
-  // Undos and redos of one action undo one another.
-  bool takesBack = false;
-  for (const IndexedAction* each = &action; each != nullptr && each->header.undoes != 0;
-       takesBack = !takesBack) {
+bool IsRedo(const std::vector<IndexedAction>& index, const IndexedAction& action) {
+  std::size_t links = 0;
+  for (const IndexedAction* each = &action; each != nullptr && each->header.undoes != 0; ++links) {
     each = FindOlder(index, *each);
   }
+  return links != 0 && links % 2 == 0;
+}
+
+UndoGoal GoalOf(const std::vector<IndexedAction>& index, const IndexedAction& action) {
   const IndexedAction* const goal = FindOlder(index, action);
-  if (!takesBack || goal == nullptr) return {};
+  if (goal == nullptr) return {};
   UndoGoal result{goal, PartsLeft(*goal)};
   const std::set<std::uint32_t> chosen(action.header.chosen.begin(), action.header.chosen.end());
   if (!chosen.empty()) std::erase_if(result.left, [&](std::uint32_t part) { return !chosen.contains(part); });

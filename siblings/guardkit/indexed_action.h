@@ -55,13 +55,15 @@ struct IndexedAction {
 void JoinUndos(std::vector<IndexedAction>& index);
 // The numbers of its parts that stand with their steps, or may stand for all that is known.
 std::vector<std::uint32_t> PartsLeft(const IndexedAction& action);
-// What an undo was to take back: the action, and the numbers of those of the parts that are left. Null for
-// what is no undo, for a redo, and for the undo of one that is not there. Raises std::bad_alloc.
+// What an undo or redo was to take back: the action, and the numbers of those of the parts that are left.
+// Null for what is neither, and when that is not there. Raises std::bad_alloc.
 struct UndoGoal {
   const IndexedAction* action = nullptr;
   std::vector<std::uint32_t> left = {};
 };
 UndoGoal GoalOf(const std::vector<IndexedAction>& index, const IndexedAction& action);
+// Whether it takes back an undo: undos and redos of one action take back one another.
+bool IsRedo(const std::vector<IndexedAction>& index, const IndexedAction& action);
 // Sets the state of each action that is neither open nor damaged. An undo that lacks its end only, since
 // nothing of its goal is left, is done. Raises std::bad_alloc.
 void SetStates(std::vector<IndexedAction>& index);

@@ -70,8 +70,8 @@ class JournalFolder {
 // which may be on different threads.
 //
 // The innermost lock of the system: it is taken after every other lock that the calling thread holds, the
-// library's item list and item locks among them. Nothing waits under it but, up to a second each, a change of
-// a file that others have open. It is the kernel's, so a process that dies gives it back.
+// library's item list and item locks among them. Nothing waits under it but, a second in all, the changes of
+// files that others have open. It is the kernel's, so a process that dies gives it back.
 class JournalLock {
  public:
   // How long a change waits for another one before it is refused, in milliseconds.

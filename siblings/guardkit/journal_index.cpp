@@ -260,16 +260,13 @@ const IndexedAction* FindById(const std::vector<IndexedAction>& index, std::uint
   return found == index.end() ? nullptr : &*found;
 }
 
-NextUndo FindNextUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
-  for (auto action = index.rbegin(); action != index.rend(); ++action) {
-    const bool isNext = action->header.undoes == 0 || action->state == CheckpointState::kInterrupted;
-    if (!isNext || action->header.user != user || PartsLeft(*action).empty()) continue;
-    const UndoGoal goal = GoalOf(index, *action);
-    if (goal.action == nullptr) return {&*action};
-    if (!goal.left.empty())
-      return {goal.action, action->header.chosen.empty() ? std::vector<std::uint32_t>() : goal.left};
-  }
-  return {};
+const IndexedAction* FindNewestToUndo(const std::vector<IndexedAction>& index, const std::wstring& user) {
+  const auto newest = std::find_if(index.rbegin(), index.rend(), [&](const IndexedAction& action) {
+    const bool isNext =
+        action.header.undoes == 0 || (action.state == CheckpointState::kInterrupted && IsRedo(index, action));
+    return isNext && action.header.user == user && !PartsLeft(action).empty();
+  });
+  return newest == index.rend() ? nullptr : &*newest;
 }
 
 std::vector<const IndexedAction*> FindToRedo(const std::vector<IndexedAction>& index, std::uint32_t id) {

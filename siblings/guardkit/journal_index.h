@@ -29,15 +29,10 @@ std::uint32_t NextJournalId(const std::vector<JournalName>& known, const std::ve
 
 // Null when there is none, here and below; the answer points into `index`.
 const IndexedAction* FindById(const std::vector<IndexedAction>& index, std::uint32_t id);
-// What a user's next undo means, by SID: his newest action with steps that stand and that is no undo itself,
-// all of it. An undo that was interrupted is gone on with first, as far as its goal still stands; a redo that
-// was interrupted is taken back. Damaged ones are among them, as far as they can be read.
-struct NextUndo {
-  const IndexedAction* action = nullptr;
-  // The numbers of its parts that are meant; none for all.
-  std::vector<std::uint32_t> parts = {};
-};
-NextUndo FindNextUndo(const std::vector<IndexedAction>& index, const std::wstring& user);
+// The newest of a user, by SID, that a bare undo means: with steps that stand, and no undo itself; so one
+// that was interrupted is gone on with by undoing its goal. A redo that was interrupted is taken back.
+// Damaged ones are among them, as far as they can be read.
+const IndexedAction* FindNewestToUndo(const std::vector<IndexedAction>& index, const std::wstring& user);
 // The actions whose undo brings `id` back, oldest first: those that undid parts of it and stand, or `id`
 // itself when that is an undo.
 std::vector<const IndexedAction*> FindToRedo(const std::vector<IndexedAction>& index, std::uint32_t id);

@@ -1,6 +1,5 @@
 #include "siblings/guardkit/recorded_file.h"
 
-#include "infra/files/file_moves.h"
 #include "siblings/guardkit/file_state.h"
 
 #include <optional>
@@ -21,10 +20,9 @@ ScopedHandle OpenFor(const std::wstring& path, DWORD sharing) noexcept {
 }
 
 // To itself as far as others let it.
-ScopedHandle Open(const std::wstring& path) noexcept {
+ScopedHandle Open(const std::wstring& path, OpenPatience& patience) noexcept {
   const auto isInUse = [] { return GetLastError() == ERROR_SHARING_VIOLATION; };
   ScopedHandle file;
-  OpenPatience patience;
   do {
     file = OpenFor(path, FILE_SHARE_READ);
     if (!file && isInUse()) file = OpenFor(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
@@ -40,7 +38,8 @@ bool IsNamed(HANDLE file, const std::wstring& path) noexcept {
 
 }  // namespace
 
-RecordedFile::RecordedFile(std::wstring path) : path_(std::move(path)), file_(Open(path_)) {}
+RecordedFile::RecordedFile(std::wstring path, OpenPatience& patience)
+    : path_(std::move(path)), file_(Open(path_, patience)) {}
 
 bool RecordedFile::Is(const FileState& state) const {
   return IsSameState(ReadOpenFileState(file_.Get(), path_), state) && IsNamed(file_.Get(), path_);

@@ -1,6 +1,7 @@
 // A file held for its last look: it is compared, and then renamed or deleted, by one handle.
 #pragma once
 
+#include "infra/files/file_moves.h"
 #include "infra/runtime/handle.h"
 #include "siblings/guardkit/format/journal_steps.h"
 
@@ -13,8 +14,9 @@ namespace smh {
 // file that was looked at, wherever its name leads by then.
 class RecordedFile {
  public:
-  // Follows no link. Converts to false when the file cannot be opened; the thread's last error says why.
-  explicit RecordedFile(std::wstring path);
+  // Follows no link, and waits with `patience` for those who keep it from being opened. Converts to false
+  // when it cannot be; the thread's last error says why.
+  RecordedFile(std::wstring path, OpenPatience& patience);
   explicit operator bool() const noexcept { return static_cast<bool>(file_); }
 
   // Whether it still has that state, to the byte, and its name; only the time of the last access does not

@@ -72,7 +72,9 @@ class KeptActions {
     std::uint32_t newest = 0;
     for (const IndexedAction& action : index_) {
       if (action.IsReadable()) newest = action.Id();
-      if (action.state == CheckpointState::kOpen) staying.insert(action.header.undoes);
+      const bool isUnfinished =
+          action.state == CheckpointState::kOpen || action.state == CheckpointState::kInterrupted;
+      if (isUnfinished) staying.insert(action.header.undoes);
     }
     if (!newestToo) staying.insert(newest);
     std::vector<const IndexedAction*> result;

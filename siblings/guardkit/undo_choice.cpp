@@ -16,17 +16,13 @@ void NoteAction(const IndexedAction& action, UndoResult& result) {
 
 }  // namespace
 
-std::vector<const IndexedAction*> ChooseActions(const std::vector<IndexedAction>& index, UndoRequest& request,
-                                                const std::wstring& user, UndoResult& result) {
+std::vector<const IndexedAction*> ChooseActions(const std::vector<IndexedAction>& index,
+                                                const UndoRequest& request, const std::wstring& user,
+                                                UndoResult& result) {
   HRESULT& status = result.status;
   const bool isRedo = request.direction == Direction::kRedo;
-  const IndexedAction* named = FindById(index, request.id);
-  if (!isRedo && request.id == 0) {
-    NextUndo next = FindNextUndo(index, user);
-    named = next.action;
-    request.parts = std::move(next.parts);
-    if (named != nullptr) request.id = named->Id();
-  }
+  const IndexedAction* const named =
+      !isRedo && request.id == 0 ? FindNewestToUndo(index, user) : FindById(index, request.id);
   status = HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
   if (named == nullptr) return {};
   std::vector<const IndexedAction*> found = {named};

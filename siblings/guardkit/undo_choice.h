@@ -35,11 +35,11 @@ struct UndoRequest {
 
 // Each answers from a snapshot and changes nothing. Any thread; raise std::bad_alloc.
 //
-// The actions to undo, oldest first: of a redo the undos. A bare undo's request gets what that means to the
-// user. None with the reason in the result's status; the result names the action that is meant, or that
-// stands in the way.
-std::vector<const IndexedAction*> ChooseActions(const std::vector<IndexedAction>& index, UndoRequest& request,
-                                                const std::wstring& user, UndoResult& result);
+// The actions to undo, oldest first: for a bare undo the user's newest, for a redo the undos. None with the
+// reason in the result's status; the result names the action that is meant, or that stands in the way.
+std::vector<const IndexedAction*> ChooseActions(const std::vector<IndexedAction>& index,
+                                                const UndoRequest& request, const std::wstring& user,
+                                                UndoResult& result);
 // The parts of it to undo, in their order, all that were not undone when there are no numbers. None with the
 // reason in `status`.
 std::vector<const IndexedPart*> ChooseParts(const IndexedAction& action,

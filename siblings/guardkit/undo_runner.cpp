@@ -32,7 +32,11 @@ struct TargetPart {
 // One call: what it found, planned and did.
 class UndoCall {
  public:
-  UndoCall(UndoRequest request, UndoMode mode) : request_(std::move(request)), mode_(mode) {}
+  UndoCall(UndoRequest request, UndoMode mode) : request_(std::move(request)), mode_(mode) {
+    std::ranges::sort(request_.parts);
+    const auto again = std::ranges::unique(request_.parts);
+    request_.parts.erase(again.begin(), again.end());
+  }
 
   UndoResult Show() {
     const std::optional<JournalFolder> folder = JournalFolder::OpenExisting();
@@ -46,13 +50,12 @@ class UndoCall {
 
   UndoResult Run() {
     // What is meant is settled before the lock is there, and looked at again under it.
-    UndoCall look(request_, UndoMode::kShow);
-    UndoResult wanted = look.Show();
+    UndoResult wanted = UndoCall(request_, UndoMode::kShow).Show();
     if (FAILED(wanted.status) && wanted.status != IJournal::kConflict) {
       if (wanted.status == IJournal::kDamaged) wanted.steps.clear();
       return wanted;
     }
-    request_ = std::move(look.request_);
+    if (request_.direction == Direction::kUndo) request_.id = wanted.checkpoint;
     OpenAction own(TitleOfUndoing(wanted.title), wanted.checkpoint, request_.parts);
     auto first = std::make_unique<OpenCheckpoint>(own, PartHeader{});
     if (Prepare(own.Folder(), own.Id()) || MayForce()) Execute(own, std::move(first));
@@ -178,23 +181,19 @@ class UndoCall {
   // Interrupted ones of which no part is left are no longer named: the undone ones, and undos that others
   // have gone on with.
   void CloseUndone(const JournalFolder& folder) const {
-    const std::set<const JournalPart*> undone = [&] {
-      std::set<const JournalPart*> parts;
-      for (const TargetPart& target : targets_) parts.insert(target.record);
-      return parts;
-    }();
-    const auto isUndone = [&](const IndexedPart& part) {
-      return part.undoneBy != 0 || undone.contains(&part.record);
+    std::set<std::pair<std::uint32_t, std::uint32_t>> undone;
+    for (const TargetPart& target : targets_) undone.emplace(target.action, target.record->header.number);
+    const auto areUndone = [&](const IndexedAction& action, const std::vector<std::uint32_t>& parts) {
+      return std::ranges::all_of(parts, [&](std::uint32_t part) {
+        return undone.contains({action.Id(), part});
+      });
     };
-    std::set<std::uint32_t> closed;
     for (const IndexedAction& action : index_) {
-      const bool isTarget = std::ranges::any_of(
-          targets_, [&](const TargetPart& target) { return target.action == action.Id(); });
-      if (isTarget && std::ranges::all_of(action.parts, isUndone)) closed.insert(action.Id());
-    }
-    for (const IndexedAction& action : index_) {
-      const bool wasLeft = action.end == JournalEnd::kNone && action.state != CheckpointState::kOpen;
-      if (!wasLeft || (!closed.contains(action.Id()) && !closed.contains(action.header.undoes))) continue;
+      if (action.end != JournalEnd::kNone || action.state == CheckpointState::kOpen) continue;
+      const UndoGoal goal = GoalOf(index_, action);
+      const bool isSettled = areUndone(action, PartsLeft(action)) ||
+                             (goal.action != nullptr && areUndone(*goal.action, goal.left));
+      if (!isSettled) continue;
       for (const JournalName& name : action.files) CloseJournal(folder, name);
     }
   }

@@ -107,7 +107,7 @@ void TraceFile::Append(std::wstring_view line) {
 class ThreadDepth {
  public:
   std::size_t Get() const noexcept { return reinterpret_cast<std::size_t>(slot_.Get()); }
-  void Set(std::size_t depth) const noexcept { slot_.Set(reinterpret_cast<void*>(depth)); }
+  void Set(std::size_t depth) const noexcept { slot_.TrySet(reinterpret_cast<void*>(depth)); }
 
  private:
   const ThreadSlot<void> slot_;

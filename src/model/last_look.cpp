@@ -21,6 +21,9 @@ ScopedLook::~ScopedLook() {
 LSTATUS ScopedLook::Check() {
   try {
     if (look_()) return ERROR_SUCCESS;
+  } catch (const EOSError& error) {
+    // Who has it open will have looked at it soon.
+    if (error.Code() == ERROR_SHARING_VIOLATION) return ERROR_SHARING_VIOLATION;
   } catch (...) {
     // What cannot be looked at is not what it was.
   }

@@ -78,12 +78,13 @@ HostError FailureOf(const UndoRecord& record, const Order& order) {
   const std::wstring name = record.checkpoint == 0 ? std::wstring() : L' ' + NameOf(record);
   HostError error(L"Cannot " + verb + name + L": " + UndoFailureText(record, verb));
   if (order.isBare && StandsInTheWay(record)) {
-    error.Add(L"It is the newest change. \"startupctl " + verb +
+    error.Add(L"It is the newest change to undo. \"startupctl " + verb +
               L" ID\" names another one, and \"startupctl checkpoints\" lists all.");
   }
   if (record.ownCheckpoint != 0) {
     error.Add(L"What was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
-              L", which can be undone.");
+              L": the same command goes on, and \"startupctl undo " + std::to_wstring(record.ownCheckpoint) +
+              L"\" takes it back.");
   }
   return error;
 }
@@ -163,8 +164,9 @@ std::uint32_t LastUndo(const Journal& journal) {
         all, [id](const CheckpointRecord& each) { return each.info.id == id && each.info.undoes != 0; });
   };
   const auto last = std::find_if(all.rbegin(), all.rend(), [&isUndo](const CheckpointRecord& each) {
-    const bool stands =
-        each.info.state == CheckpointState::kDone || each.info.state == CheckpointState::kPartlyDone;
+    const bool stands = each.info.state == CheckpointState::kDone ||
+                        each.info.state == CheckpointState::kPartlyDone ||
+                        each.info.state == CheckpointState::kInterrupted;
     return each.info.undoes != 0 && stands && !isUndo(each.info.undoes);
   });
   if (last != all.rend()) return last->info.id;

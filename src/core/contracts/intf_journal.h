@@ -112,15 +112,15 @@ struct IJournal : IUnknown {
   // of a host.
   virtual HRESULT STDMETHODCALLTYPE GetInterrupted(ICheckpointList** list) = 0;
   // 3: takes action `id` back, its last part first, with 0 the user's newest of which a part stands (and that
-  // is no undo itself; an undo that was interrupted is gone on with first). One plan and one report are made
-  // of all parts; each is undone under the lock of its own, as a part of an action of its own. Killed in the
-  // middle, it is gone on with by the same call: parts that were undone are not undone again. A report comes
-  // with S_OK and kConflict, with kDamaged when only shown, and when a step is refused: the undo only brings
-  // back then what needs nothing deleted or overwritten, and what it did is an interrupted action of its own.
-  // HRESULT_FROM_WIN32 of ERROR_REVISION_MISMATCH: another program changed something while it was looked at;
-  // ERROR_NOT_FOUND: no such action; ERROR_BUSY: its owner lives, or somebody undoes it, or this thread has a
-  // checkpoint or an action open; ERROR_ACCESS_DENIED: it is another user's; ERROR_LOCK_VIOLATION: a part of
-  // another action was open for more than ten seconds.
+  // is no undo itself). One plan and one report are made of all parts; each is undone under the lock of its
+  // own, as a part of an action of its own. Killed in the middle, it is gone on with by the same call: parts
+  // that were undone are not undone again. A report comes with S_OK and kConflict, with kDamaged when only
+  // shown, and when a step is refused: the undo only brings back then what needs nothing deleted or
+  // overwritten, and what it did is an interrupted action of its own. HRESULT_FROM_WIN32 of
+  // ERROR_REVISION_MISMATCH: another program changed something while it was looked at; ERROR_NOT_FOUND: no
+  // such action; ERROR_BUSY: its owner lives, or somebody undoes it, or this thread has a checkpoint or an
+  // action open; ERROR_ACCESS_DENIED: it is another user's; ERROR_LOCK_VIOLATION: a part of another action
+  // was open for more than ten seconds.
   virtual HRESULT STDMETHODCALLTYPE Undo(std::uint32_t id, UndoMode mode, IUndoReport** report) = 0;
   // 4: undoes the undos of `id` that stand; `id` may be an undo itself.
   virtual HRESULT STDMETHODCALLTYPE Redo(std::uint32_t id, UndoMode mode, IUndoReport** report) = 0;

@@ -54,8 +54,9 @@ struct IRegAccess : IUnknown {
 
 // The caller's own part of the last look: it knows what else has to stand there for the change to be right.
 struct IChangeCheck {
-  // A Win32 status. With any but 0 nothing is changed, and the slot that was called answers it. Called under
-  // the journal's lock: it looks and neither changes anything through the service nor waits. Raises nothing.
+  // A Win32 status. With any but 0 nothing is changed, and the slot that was called answers it; with
+  // ERROR_SHARING_VIOLATION, or when the change meets that, it is asked again for a second. Called under the
+  // journal's lock: it looks and neither changes anything through the service nor waits. Raises nothing.
   virtual LSTATUS STDMETHODCALLTYPE Check() = 0;
 
  protected:

@@ -15,7 +15,7 @@ LSTATUS StatusOf(BOOL succeeded) noexcept {
   return succeeded != FALSE ? ERROR_SUCCESS : static_cast<LSTATUS>(GetLastError());
 }
 
-// Everybody's handles exclude one that shares nothing.
+// Who reads, writes or may delete it excludes a handle that shares nothing.
 bool IsOpenElsewhere(const std::wstring& path) noexcept {
   const ScopedHandle file(
       CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
@@ -68,10 +68,11 @@ LSTATUS RenameFile(const std::wstring& from, const std::wstring& to, bool replac
 }
 
 bool OpenPatience::Wait() noexcept {
-  constexpr int kWaits = 40;
+  constexpr ULONGLONG kPatienceMs = 1'000;
   constexpr DWORD kPauseMs = 25;
-  if (waits_ == kWaits) return false;
-  ++waits_;
+  const ULONGLONG now = GetTickCount64();
+  if (end_ == 0) end_ = now + kPatienceMs;
+  if (now >= end_) return false;
   Sleep(kPauseMs);
   return true;
 }

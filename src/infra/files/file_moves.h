@@ -34,18 +34,19 @@ LSTATUS RenameOpenFile(HANDLE file, const std::wstring& to);
 LSTATUS DeleteOpenFile(HANDLE file) noexcept;
 
 // Renames within the volume by path, on the disk when this returns; over what stands there if `replaces`, and
-// then ERROR_SHARING_VIOLATION while others have that open, in whatever way.
+// then ERROR_SHARING_VIOLATION while others read or write that.
 LSTATUS RenameFile(const std::wstring& from, const std::wstring& to, bool replaces) noexcept;
 
-// A second of patience with those who have a file open: scanners, the shell, other readers come and go. For
-// one thread.
+// A second of patience, from the first wait on, with those who have files open: scanners, the shell, other
+// readers come and go. For one thread.
 class OpenPatience {
  public:
-  // Waits 25 ms; false at once when the second is over.
+  // Waits a moment; false at once when the second is over.
   bool Wait() noexcept;
 
  private:
-  int waits_ = 0;
+  // In milliseconds of the system's clock; 0 before the first wait.
+  ULONGLONG end_ = 0;
 };
 
 }  // namespace smh

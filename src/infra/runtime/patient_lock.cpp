@@ -8,7 +8,8 @@ namespace smh {
 // A mark on every thread that has such a lock or waits for one.
 struct PatientThreads {
   bool IsCallerMarked() const noexcept { return mark.Get() != nullptr; }
-  void MarkCaller(bool marked) noexcept { mark.Set(marked ? this : nullptr); }
+  void MarkCaller() { mark.Set(this); }
+  void UnmarkCaller() const noexcept { mark.Clear(); }
 
   const ThreadSlot<PatientThreads> mark;
 };
@@ -22,10 +23,10 @@ class ScopedMark {
  public:
   ScopedMark() {
     if (g_patientThreads->IsCallerMarked()) throw EReentered();
-    g_patientThreads->MarkCaller(true);
+    g_patientThreads->MarkCaller();
   }
   ~ScopedMark() {
-    if (!isKept_) g_patientThreads->MarkCaller(false);
+    if (!isKept_) g_patientThreads->UnmarkCaller();
   }
   ScopedMark(const ScopedMark&) = delete;
   ScopedMark& operator=(const ScopedMark&) = delete;
@@ -69,7 +70,7 @@ bool PatientLock::TryEnter(DWORD timeout) noexcept {
 void PatientLock::Leave() noexcept {
   owner_.store(0, std::memory_order_relaxed);
   ReleaseMutex(mutex_.Get());
-  g_patientThreads->MarkCaller(false);
+  g_patientThreads->UnmarkCaller();
 }
 
 }  // namespace smh

@@ -22,7 +22,13 @@ class ThreadSlot {
 
   // Of the calling thread; null until it sets one. Get clears the thread's last error.
   T* Get() const noexcept { return static_cast<T*>(TlsGetValue(slot_)); }
-  void Set(T* value) const noexcept { TlsSetValue(slot_, value); }
+  // A thread's first one may need memory: Set raises EOSError when there is none, TrySet leaves the old
+  // value.
+  void Set(T* value) const {
+    if (TlsSetValue(slot_, value) == FALSE) RaiseLastOSError();
+  }
+  void TrySet(T* value) const noexcept { TlsSetValue(slot_, value); }
+  void Clear() const noexcept { TlsSetValue(slot_, nullptr); }
 
  private:
   const DWORD slot_;

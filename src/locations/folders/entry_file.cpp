@@ -3,6 +3,7 @@
 #include "core/contracts/uDllGlobals.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/file_moves.h"
+#include "infra/files/file_reading.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
 #include "locations/folders/folder_files.h"
@@ -29,6 +30,21 @@ LSTATUS PutInPlace(const std::wstring& from, const std::wstring& to) {
     return static_cast<LSTATUS>(GetLastError());
   }
   return RenameFile(beside.Path(), to, true);
+}
+
+// As long as `isStill` holds what stands there may go; raises as that, and EChangeRefused when it does not.
+LSTATUS PutPatiently(const std::wstring& from, const std::wstring& to, const LastLook& isStill) {
+  OpenPatience patience;
+  for (;;) {
+    LSTATUS status = ERROR_SHARING_VIOLATION;
+    try {
+      RequireStill(isStill);
+      status = PutInPlace(from, to);
+    } catch (const EOSError& error) {
+      if (error.Code() != ERROR_SHARING_VIOLATION) throw;
+    }
+    if (status != ERROR_SHARING_VIOLATION || !patience.Wait()) return status;
+  }
 }
 
 // Times and what people set of the attributes. A read-only file cannot be replaced anyway.
@@ -189,7 +205,8 @@ bool FileTarget::InsertItem(const CopyMark& mark) {
 
 // What took the source along is not asked.
 bool FileTarget::Stands() const {
-  return made_ == nullptr || ReadShortcutBytes(to_) == bytes_;
+  // Without sharing deletion: a file that is deleted is still read by those who had it open.
+  return made_ == nullptr || ReadWholeFile(to_, FILE_SHARE_READ, kLargestShortcut) == bytes_;
 }
 
 bool FileTarget::TakeBack() noexcept {
@@ -235,12 +252,7 @@ void ReplacedFile::Replace() {
       CopyFileW(file_.c_str(), aside_->Path().c_str(), TRUE) == FALSE) {
     RaiseLastOSError();
   }
-  OpenPatience patience;
-  LSTATUS status = ERROR_SUCCESS;
-  do {
-    RequireStill(isOld);
-    status = PutInPlace(made_->Path(), file_);
-  } while (status == ERROR_SHARING_VIOLATION && patience.Wait());
+  const LSTATUS status = PutPatiently(made_->Path(), file_, isOld);
   const DWORD error = status == ERROR_SUCCESS ? ERROR_WRITE_FAULT : static_cast<DWORD>(status);
   if (ReadShortcutBytes(file_) != bytes_) RaiseOSError(error);
 }
@@ -258,9 +270,18 @@ bool ReplacedFile::Stands() const {
 
 bool ReplacedFile::TakeBack() noexcept {
   try {
-    if (ReadShortcutBytes(file_) == source_.Bytes()) return true;
-    if (aside_ == nullptr || ReadShortcutBytes(file_) != bytes_) return false;
-    return PutInPlace(aside_->Path(), file_) == ERROR_SUCCESS;
+    if (aside_ == nullptr) return ReadShortcutBytes(file_) == source_.Bytes();
+    bool isOld = false;
+    const LastLook isOurs = [&] {
+      const std::string now = ReadShortcutBytes(file_);
+      isOld = now == source_.Bytes();
+      return !isOld && now == bytes_;
+    };
+    try {
+      return PutPatiently(aside_->Path(), file_, isOurs) == ERROR_SUCCESS;
+    } catch (const EChangeRefused&) {
+      return isOld;
+    }
   } catch (...) {
     return false;
   }

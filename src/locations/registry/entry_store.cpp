@@ -8,16 +8,21 @@
 
 namespace smh {
 
+KeptEntry EntryStore::KeepAnew(const RegistryValueAddress& address) const {
+  keys_.Forget();
+  return Keep(address);
+}
+
 // A key that was made for the data, and is empty still, is none of anybody else's.
 bool EntryStore::StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const {
-  const KeptEntry now = Keep(address);
+  const KeptEntry now = KeepAnew(address);
   return now == before || (before.empty() && IsBare(now));
 }
 
 bool EntryStore::Write(const RegistryValueAddress& address, const RegistryData& data,
                        const KeptEntry& before) const {
   writer_.SetValue(ValueOf(address), data, [&] { return StandsOrBare(address, before); });
-  if (DataOf(Keep(address)) == data) return true;
+  if (DataOf(KeepAnew(address)) == data) return true;
   if (!StandsOrBare(address, before)) RaiseChangedMeanwhile();
   return false;
 }
@@ -28,7 +33,9 @@ bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kep
   bool isAnswered = true;
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
     const LastLook look = [&] {
-      if (!arrived() || !StandsAlone(*piece, keys_)) return false;
+      if (!arrived()) return false;
+      keys_.Forget();
+      if (!StandsAlone(*piece, keys_)) return false;
       return isBegun = true;
     };
     if (!Exists(*piece, keys_)) continue;
@@ -56,7 +63,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
     RaiseOSError(static_cast<DWORD>(status));
   }
   const bool isAnswered = DeletePieces(writer_, kept, arrived, isBegun);
-  const KeptEntry left = Keep(address);
+  const KeptEntry left = KeepAnew(address);
   const auto isKept = [&](const KeptPiece& piece) { return std::ranges::find(kept, piece) != kept.end(); };
   // It has gone: what stands in its place came behind that.
   if (isAnswered && std::ranges::none_of(left, isKept)) return true;
@@ -65,6 +72,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
 }
 
 bool EntryStore::PutBack(const KeptEntry& kept, bool isBegun) const noexcept {
+  keys_.Forget();
   for (const KeptPiece& piece : kept) {
     try {
       if (!Exists(piece, keys_)) MakePiece(piece);
@@ -84,7 +92,7 @@ bool EntryStore::TakeBack(const RegistryValueAddress& address, const RegistryDat
                           const KeptEntry& before) const noexcept {
   const RegistryWriter plain(false);
   try {
-    const KeptEntry now = Keep(address);
+    const KeptEntry now = KeepAnew(address);
     if (now == before) return true;
     const bool isOurs = now.size() == 1 && now.front().data == data;
     if (!isOurs && !(before.empty() && IsBare(now))) return false;
@@ -93,9 +101,9 @@ bool EntryStore::TakeBack(const RegistryValueAddress& address, const RegistryDat
       DeletePieces(
           plain, now, [] { return true; }, isBegun);
     } else {
-      plain.SetValue(ValueOf(address), *before.front().data, [&] { return Keep(address) == now; });
+      plain.SetValue(ValueOf(address), *before.front().data, [&] { return KeepAnew(address) == now; });
     }
-    return Keep(address) == before;
+    return KeepAnew(address) == before;
   } catch (...) {
     return false;
   }

@@ -18,6 +18,8 @@ class EntryStore {
 
   // The entry as a whole, to be compared and put back.
   virtual KeptEntry Keep(const RegistryValueAddress& address) const = 0;
+  // The same for a look that decides.
+  KeptEntry KeepAnew(const RegistryValueAddress& address) const;
 
   // Writes the data over `before`, which must still stand there. False when it did not arrive without an
   // error.
@@ -35,9 +37,8 @@ class EntryStore {
                 const KeptEntry& before) const noexcept;
 
  protected:
-  // The value that data are written to, and what stands there when nothing but that has been made.
-  // Of the change.
   ValueKeys& Keys() const noexcept { return keys_; }
+  // The value that data are written to, and what stands there when nothing but that has been made.
   virtual RegistryValueAddress ValueOf(const RegistryValueAddress& address) const = 0;
   virtual bool IsBare(const KeptEntry& kept) const noexcept = 0;
 

@@ -117,7 +117,7 @@ bool RegistryTarget::InsertItem(const CopyMark& mark) {
 
 bool RegistryTarget::Stands() const {
   return std::ranges::all_of(places_,
-                             [this](const Place& place) { return Holds(store_->Keep(place.address)); });
+                             [this](const Place& place) { return Holds(store_->KeepAnew(place.address)); });
 }
 
 bool RegistryTarget::TakeBack() noexcept {

@@ -1,7 +1,7 @@
-// The keys that a change reads values from again and again, open from the first reading to the change's end.
+// The keys that a change reads values from again and again, open between the looks that decide.
 //
-// For one thread and one change, milliseconds in all: what stays open that long is the key that was found at
-// the address first. One that is deleted meanwhile is looked for again.
+// What stays open is the key that was found at the address first; one that is deleted meanwhile is looked for
+// again, one that is renamed is not. For one thread and one change.
 #pragma once
 
 #include "infra/registry/full_value_path.h"
@@ -21,6 +21,8 @@ class ValueKeys {
   // The value as it stands now; none when it, or its key, does not exist. Raises EOSError when that cannot be
   // told: what may stand there must not be taken for nothing.
   std::optional<RegistryData> Query(const RegistryValueAddress& address);
+  // What is read next is read at its address as that stands then.
+  void Forget() noexcept { rows_.clear(); }
   // The key of the address, borrowed until the next call; null for a missing one. Raises as Query.
   HKEY Key(const RegistryValueAddress& address);
 
