@@ -3,6 +3,7 @@
 #include "infra/registry/registry_tree.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/exceptions.h"
+#include "locations/registry/key_opening.h"
 
 namespace smh {
 
@@ -64,27 +65,9 @@ bool HoldsOnlyDefault(HKEY key) {
 
 }  // namespace
 
-bool IsMissingKey(DWORD error) noexcept {
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_KEY_DELETED;
-}
-
-bool MayOpenLater(DWORD error) noexcept {
-  return !IsMissingKey(error) && error != ERROR_ACCESS_DENIED && error != ERROR_INVALID_NAME;
-}
-
-ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view) {
-  ScopedKey key = OpenRegistryKey(root, path, view | KEY_READ);
-  if (!key && !IsMissingKey(GetLastError())) RaiseLastOSError();
-  return key;
-}
-
 bool ValueExists(const RegistryValueAddress& address) {
   const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
   return key && QueryRegistryValue(key.Get(), address.valueName).has_value();
-}
-
-bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept {
-  return static_cast<bool>(OpenRegistryKey(root, path, view | KEY_ALL_ACCESS));
 }
 
 std::optional<RegistryData> DataOf(const KeptEntry& kept) {

@@ -15,19 +15,8 @@
 
 namespace smh {
 
-// Whether an error of opening a key says that there is none; and whether the key may be there all the same
-// and be opened later by whoever waits. Neither for one that may not be read.
-bool IsMissingKey(DWORD error) noexcept;
-bool MayOpenLater(DWORD error) noexcept;
-
-// Empty for a key that does not exist. Raises EOSError for one that may not be read: what may stand there
-// must not be taken for nothing.
-ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view);
-
 // False, too, for a value whose key may not be read.
 bool ValueExists(const RegistryValueAddress& address);
-// Whether the key can be opened with all rights; false for a missing one. `root` may be an open key.
-bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept;
 
 // One value of an entry, or one key with its default value, if it has one.
 struct KeptPiece {

@@ -2,7 +2,7 @@
 
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
-#include "locations/registry/kept_entry.h"
+#include "locations/registry/key_opening.h"
 
 #include <map>
 #include <tuple>

@@ -4,6 +4,7 @@
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 #include "locations/registry/class_watch.h"
+#include "locations/registry/key_opening.h"
 #include "locations/registry/server_file.h"
 #include "model/change_refused.h"
 #include "model/reader_state.h"

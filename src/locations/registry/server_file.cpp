@@ -4,7 +4,7 @@
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
-#include "locations/registry/kept_entry.h"
+#include "locations/registry/key_opening.h"
 
 #include <objbase.h>
 

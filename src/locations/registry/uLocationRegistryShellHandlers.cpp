@@ -2,6 +2,7 @@
 
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/text.h"
+#include "locations/registry/key_opening.h"
 #include "locations/registry/server_file.h"
 
 namespace smh {

@@ -4,6 +4,7 @@
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
+#include "locations/registry/key_opening.h"
 #include "model/change_refused.h"
 
 #include <algorithm>

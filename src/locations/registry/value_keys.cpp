@@ -1,7 +1,7 @@
 #include "locations/registry/value_keys.h"
 
 #include "infra/runtime/exceptions.h"
-#include "locations/registry/kept_entry.h"
+#include "locations/registry/key_opening.h"
 
 #include <algorithm>
 

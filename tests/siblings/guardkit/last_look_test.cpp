@@ -1,6 +1,7 @@
 // What another program changes between the record of a change and the change itself is never overwritten.
 #include "tests/siblings/guardkit/changes_fixture.h"
 #include "tests/siblings/guardkit/outside_program.h"
+#include "tests/support/waiting.h"
 
 #include <thread>
 
@@ -191,7 +192,13 @@ TEST_F(LastLook, FilesInUseAreWaitedForAndLookedAtAgain) {
       "overwrite",
       [&] {
         other = open(GENERIC_READ, kShareAll);
-        writer = after([&] { folder_.Write(L"file", "its"); });
+        writer = after([&] {
+          // The change looks at the file now and then; nobody writes at that moment.
+          ScopedHandle own;
+          EXPECT_TRUE(WaitUntil([&] { return bool(own = open(GENERIC_WRITE, kShareAll)); }));
+          DWORD written = 0;
+          EXPECT_TRUE(WriteFile(own.Get(), "its", 3, &written, nullptr));
+        });
       },
       [&] { return Copy(source, file); });
   writer = {};
