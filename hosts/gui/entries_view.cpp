@@ -330,12 +330,13 @@ void EntriesView::Toggle(std::size_t row) {
   const ItemAction action = rows_.Shown()[row]->item.enabled ? kActionDisable : kActionEnable;
   const std::vector<std::size_t> selected = list_.Selection();
   const bool meansAll = std::find(selected.begin(), selected.end(), row) != selected.end();
-  std::vector<ItemRecord> items = meansAll ? SelectedThatCan(action) : std::vector{rows_.Shown()[row]->item};
+  const std::vector<ItemRecord> items =
+      meansAll ? SelectedThatCan(action) : std::vector{rows_.Shown()[row]->item};
   if (items.empty() || !items.front().Can(action)) {
     return frame_.say(L"This entry cannot be " +
                       std::wstring(action == kActionEnable ? L"enabled." : L"disabled."));
   }
-  commands_.Switch(action == kActionEnable, std::move(items));
+  commands_.Switch(action == kActionEnable, items);
 }
 
 void EntriesView::Add() {

@@ -34,8 +34,7 @@ class UndoCall {
  public:
   UndoCall(UndoRequest request, UndoMode mode) : request_(std::move(request)), mode_(mode) {
     std::ranges::sort(request_.parts);
-    const auto again = std::ranges::unique(request_.parts);
-    request_.parts.erase(again.begin(), again.end());
+    request_.parts.erase(std::unique(request_.parts.begin(), request_.parts.end()), request_.parts.end());
   }
 
   UndoResult Show() {
