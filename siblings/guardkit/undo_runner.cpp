@@ -188,7 +188,10 @@ class UndoCall {
       });
     };
     for (const IndexedAction& action : index_) {
-      if (action.end != JournalEnd::kNone || action.state == CheckpointState::kOpen) continue;
+      // What was kept from being read seems to have nothing left.
+      const bool isUnclear =
+          action.state == CheckpointState::kOpen || action.state == CheckpointState::kDamaged;
+      if (action.end != JournalEnd::kNone || isUnclear) continue;
       const UndoGoal goal = GoalOf(index_, action);
       const bool isSettled = areUndone(action, PartsLeft(action)) ||
                              (goal.action != nullptr && areUndone(*goal.action, goal.left));
