@@ -23,10 +23,11 @@ class ValueKeys {
   std::optional<RegistryData> Query(const RegistryValueAddress& address);
   // What is read next is read at its address as that stands then.
   void Forget() noexcept { rows_.clear(); }
+
+ private:
   // The key of the address, borrowed until the next call; null for a missing one. Raises as Query.
   HKEY Key(const RegistryValueAddress& address);
 
- private:
   struct Row {
     RegistryValueAddress address;
     ScopedKey key;
