@@ -1,10 +1,10 @@
 #include "hosts/cli/item_selector.h"
 
+#include "hosts/cli/item_index.h"
 #include "hosts/cli/standard_input.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/operations.h"
-#include "hosts/common/short_id.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_reading.h"
 #include "infra/runtime/text.h"
@@ -18,8 +18,6 @@ namespace {
 // Of a list of ITEMs, in bytes.
 constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
 
-using Positions = std::vector<std::size_t>;
-
 template <typename Fits>
 Positions Find(std::span<const ItemRecord> items, const Positions& candidates, Fits&& fits) {
   Positions found;
@@ -27,27 +25,6 @@ Positions Find(std::span<const ItemRecord> items, const Positions& candidates, F
     if (fits(items[position])) found.push_back(position);
   }
   return found;
-}
-
-// By the name, of names that differ in case the one itself; else by the caption.
-Positions FindNamed(std::span<const ItemRecord> items, const Positions& candidates, std::wstring_view text) {
-  Positions found =
-      Find(items, candidates, [&](const ItemRecord& item) { return SameText(item.name, text); });
-  const auto exact = std::ranges::find_if(found, [&](std::size_t at) { return items[at].name == text; });
-  if (exact != found.end()) return {*exact};
-  if (!found.empty()) return found;
-  return Find(items, candidates, [&](const ItemRecord& item) { return SameText(item.caption, text); });
-}
-
-// By name, caption or id, or with its escapes replaced.
-Positions FindExact(std::span<const ItemRecord> items, const Positions& candidates, std::wstring_view text) {
-  Positions found = FindNamed(items, candidates, text);
-  if (found.empty() && IsIdText(text)) {
-    found = Find(items, candidates,
-                 [&](const ItemRecord& item) { return HasId(item.location, item.name, text); });
-  }
-  const std::wstring decoded = found.empty() ? DecodeEscapes(text) : std::wstring();
-  return found.empty() && decoded != text ? FindNamed(items, candidates, decoded) : found;
 }
 
 bool IsPattern(std::wstring_view text) noexcept {
@@ -120,10 +97,10 @@ Positions All(std::span<const ItemRecord> items, const ItemFilter& filter) {
 }
 
 // What one text means; several only by a pattern.
-Positions Resolve(std::span<const ItemRecord> items, const Positions& candidates, const Selector& selector,
-                  const std::wstring& text, bool mayBePattern) {
+Positions Resolve(std::span<const ItemRecord> items, const Positions& candidates, ItemIndex& index,
+                  const Selector& selector, const std::wstring& text, bool mayBePattern) {
   const std::wstring quoted = L"\"" + text + L"\"";
-  Positions found = FindExact(items, candidates, text);
+  Positions found = index.Find(text);
   if (found.size() > 1) Prefer(items, found, selector.preferred);
   if (found.size() > 1) RaiseSeveral(quoted, items, found);
   if (found.empty() && mayBePattern && IsPattern(text)) found = FindPattern(items, candidates, text);
@@ -165,6 +142,7 @@ Selection SelectItems(std::span<const ItemRecord> items, const Selector& selecto
     selection.isBroad = candidates.size() > 1;
     return selection;
   }
+  ItemIndex index(items, candidates);
   std::vector<bool> isTaken(items.size());
   const auto take = [&](const Positions& found) {
     for (const std::size_t at : found) {
@@ -173,20 +151,21 @@ Selection SelectItems(std::span<const ItemRecord> items, const Selector& selecto
     }
   };
   for (const std::wstring& text : selector.items) {
-    const Positions found = Resolve(items, candidates, selector, text, true);
+    const Positions found = Resolve(items, candidates, index, selector, text, true);
     selection.isBroad = selection.isBroad || found.size() > 1;
     take(found);
   }
-  for (const std::wstring& text : selector.lines) take(Resolve(items, candidates, selector, text, false));
+  for (const std::wstring& text : selector.lines)
+    take(Resolve(items, candidates, index, selector, text, false));
   selection.isBroad = selection.isBroad || selector.lines.size() > 1;
   return selection;
 }
 
 void RequireUnambiguous(std::span<const ItemRecord> items, const Selector& selector) {
-  const Positions candidates = All(items, selector.filter);
+  ItemIndex index(items, All(items, selector.filter));
   for (const std::vector<std::wstring>* const texts : {&selector.items, &selector.lines}) {
     for (const std::wstring& text : *texts) {
-      const Positions found = FindExact(items, candidates, text);
+      const Positions found = index.Find(text);
       if (found.size() > 1) RaiseSeveral(L"\"" + text + L"\"", items, found);
     }
   }
@@ -196,7 +175,8 @@ bool IsMeant(const Selector& selector, const ItemRecord& item) {
   if (!selector.filter.Shows(item)) return false;
   if (selector.items.empty() && selector.lines.empty()) return true;
   const std::span<const ItemRecord> one(&item, 1);
-  const auto isIt = [&](const std::wstring& text) { return !FindExact(one, {0}, text).empty(); };
+  ItemIndex index(one, {0});
+  const auto isIt = [&](const std::wstring& text) { return !index.Find(text).empty(); };
   return std::ranges::any_of(selector.lines, isIt) ||
          std::ranges::any_of(selector.items, [&](const std::wstring& text) {
            return isIt(text) || (IsPattern(text) && !FindPattern(one, {0}, text).empty());
@@ -208,7 +188,9 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
   Selector selector;
   if (location) selector.filter.locations = {*location};
   const std::wstring wanted(text);
-  const Positions found = Resolve(items, All(items, selector.filter), selector, wanted, true);
+  const Positions candidates = All(items, selector.filter);
+  ItemIndex index(items, candidates);
+  const Positions found = Resolve(items, candidates, index, selector, wanted, true);
   if (found.size() > 1) RaiseSeveral(L"\"" + wanted + L"\"", items, found);
   return items[found.front()];
 }

@@ -1,7 +1,5 @@
 #include "hosts/common/short_id.h"
 
-#include "infra/runtime/ascii_text.h"
-
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -64,11 +62,6 @@ std::vector<std::wstring> ShortIds(const std::vector<std::wstring>& wholeIds) {
 bool IsIdText(std::wstring_view text) noexcept {
   return text.size() >= kShortIdDigits && text.size() <= kWholeDigits &&
          text.find_first_not_of(L"0123456789abcdefABCDEF") == std::wstring_view::npos;
-}
-
-bool HasId(std::int32_t location, std::wstring_view name, std::wstring_view id) {
-  const std::wstring whole = WholeId(location, name);
-  return id.size() <= whole.size() && SameAsciiText(std::wstring_view(whole).substr(0, id.size()), id);
 }
 
 }  // namespace smh

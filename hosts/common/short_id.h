@@ -23,7 +23,5 @@ std::wstring WholeId(std::int32_t location, std::wstring_view name);
 std::vector<std::wstring> ShortIds(const std::vector<std::wstring>& wholeIds);
 // Whether the text can be an id: eight to sixteen hexadecimal digits.
 bool IsIdText(std::wstring_view text) noexcept;
-// Whether the entry's whole id begins with `id`, case of ASCII letters ignored.
-bool HasId(std::int32_t location, std::wstring_view name, std::wstring_view id);
 
 }  // namespace smh

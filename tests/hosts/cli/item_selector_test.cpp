@@ -76,6 +76,7 @@ TEST(ItemSelector, NamesCaptionsIdsPatternsAndFilters) {
   ofAurora.company = L"AURORA";
   const std::pair<Selector, std::wstring> cases[] = {
       {{.items = {id.substr(0, 8), L"alone"}}, L" Alone"},
+      {{.items = {L"AB12" + id.substr(4)}}, L"refused"},
       {{.items = {id.substr(0, 7)}}, L"refused"},
       {{.items = {L"00000000"}}, L"refused"},
       {{.items = {L"mixer"}}, L"refused"},
@@ -99,6 +100,22 @@ TEST(ItemSelector, NamesCaptionsIdsPatternsAndFilters) {
   }
   RequireUnambiguous(kItems, {.items = {L"comes later"}});
   EXPECT_THROW(RequireUnambiguous(kItems, {.items = {L"mixer"}}), HostError);
+}
+
+// Texts and entries by ten thousands: each pair compared would take a minute.
+TEST(ItemSelector, ManyTextsAreFoundAmongManyEntries) {
+  constexpr std::size_t kCount = 30'000;
+  std::vector<ItemRecord> items;
+  Selector selector;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    items.push_back(MakeItem(sulRegistryUserRun, kUser, L"Entry " + std::to_wstring(i)));
+    const bool isCaption = i % 2 == 0;
+    selector.lines.push_back(isCaption ? L"ENTRY " + std::to_wstring(i)
+                                       : WholeId(sulRegistryUserRun, items.back().name));
+  }
+  const ULONGLONG begin = GetTickCount64();
+  EXPECT_EQ(SelectItems(items, selector).positions.size(), kCount);
+  EXPECT_LT(GetTickCount64() - begin, 5'000U);
 }
 
 TEST(ItemSelector, IdsGrowWhereTheyCollide) {
