@@ -100,8 +100,9 @@ void MakeAll(const Library& library, std::span<EntryChange> changes, const Chang
   if (planned > 1 && manner.isBroad) RequireConsent(L"That means " + CountText(planned), manner.mayGoOn);
   RequireRoom(journal, changes, manner);
   const ActionScope action(journal, manner.title.empty() ? TitleOf(changes) : manner.title);
+  EntryPlaces places;
   for (EntryChange& change : changes) {
-    if (IsPlanned(change)) MakeChange(library, change);
+    if (IsPlanned(change)) MakeChange(library, places, change);
     Tell(change, changes.size() == 1);
   }
 }

@@ -7,14 +7,19 @@
 #include "infra/registry/registry_values.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {
 
 constexpr std::int32_t kOwnView = 64;
 
+// A command changes entries of a few keys by turns; handlers have a key each.
+constexpr std::size_t kKeptKeys = 8;
+
 bool IsMissing(DWORD error) noexcept {
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_KEY_DELETED;
 }
 
 [[noreturn]] void RaiseUnseen(const std::wstring& place, DWORD error) {
@@ -28,24 +33,48 @@ Standing LookAtFile(const std::wstring& file) {
   return Standing::kNothing;
 }
 
-}  // namespace
+std::wstring KeyText(const ItemRecord& item) {
+  return item.root + L'\\' + item.key + L':' + std::to_wstring(item.view);
+}
 
-Standing LookAtPlace(const ItemRecord& item) {
-  if (item.root.empty()) return LookAtFile(item.name);
+// Empty for a missing one.
+ScopedKey OpenPlace(const ItemRecord& item) {
   const HKEY root = item.root == RootKeyName(HKEY_CURRENT_USER) ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
   const REGSAM view = item.view == kOwnView ? KEY_WOW64_64KEY : 0;
-  const ScopedKey key = OpenRegistryKey(root, item.key, view | KEY_QUERY_VALUE);
-  if (!key) {
-    const DWORD error = GetLastError();
-    if (!IsMissing(error)) RaiseUnseen(item.root + L'\\' + item.key, error);
-    return Standing::kNothing;
+  ScopedKey key = OpenRegistryKey(root, item.key, view | KEY_QUERY_VALUE);
+  const DWORD error = GetLastError();
+  if (!key && !IsMissing(error)) RaiseUnseen(item.root + L'\\' + item.key, error);
+  return key;
+}
+
+}  // namespace
+
+Standing EntryPlaces::LookAtValue(const ItemRecord& item) {
+  const std::wstring place = KeyText(item);
+  RegistryData data;
+  for (;;) {
+    const auto known = std::ranges::find(rows_, place, &Row::place);
+    const bool isKnown = known != rows_.end();
+    Row row = isKnown ? std::move(*known) : Row{place, OpenPlace(item)};
+    if (isKnown) rows_.erase(known);
+    if (!row.key) return Standing::kNothing;
+    const LSTATUS status = ReadRegistryValue(row.key.Get(), *item.value, data);
+    if (isKnown && status == ERROR_KEY_DELETED) continue;
+    if (status != ERROR_KEY_DELETED) rows_.push_back(std::move(row));
+    if (rows_.size() > kKeptKeys) rows_.erase(rows_.begin());
+    if (status == ERROR_SUCCESS) break;
+    if (IsMissing(static_cast<DWORD>(status))) return Standing::kNothing;
+    RaiseUnseen(item.root + L'\\' + item.key, static_cast<DWORD>(status));
   }
-  if (!item.value) return Standing::kSame;
-  const std::optional<RegistryData> data = QueryRegistryValue(key.Get(), *item.value);
-  if (!data) return Standing::kNothing;
   // Elsewhere a value names a class, whose command the record has.
   if (LocationRowOf(item.location).family != LocationFamily::kRunKey) return Standing::kSame;
-  return data->Text() == item.command ? Standing::kSame : Standing::kOther;
+  return data.Text() == item.command ? Standing::kSame : Standing::kOther;
+}
+
+Standing EntryPlaces::LookAt(const ItemRecord& item) {
+  if (item.root.empty()) return LookAtFile(item.name);
+  if (item.value) return LookAtValue(item);
+  return OpenPlace(item) ? Standing::kSame : Standing::kNothing;
 }
 
 ItemRecord PlaceOfNewValue(std::int32_t location, const std::wstring& name) {

@@ -1,6 +1,5 @@
 #include "hosts/common/operations.h"
 
-#include "hosts/common/entry_place.h"
 #include "hosts/common/held_command.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/item_property.h"
@@ -43,13 +42,13 @@ Ask AskAbility(const EntryChange& change) {
                  L" do not allow it, or this account may not write there.");
 }
 
-void RequireStanding(const ItemRecord& now) {
-  if (LookAtPlace(now) != Standing::kSame) throw HostError(kNotThere);
+void RequireStanding(EntryPlaces& places, const ItemRecord& now) {
+  if (places.LookAt(now) != Standing::kSame) throw HostError(kNotThere);
 }
 
 // Another entry may have taken the place over: that has another text.
-void RequireGone(const ItemRecord& before) {
-  if (LookAtPlace(before) == Standing::kSame) throw HostError(kStillThere);
+void RequireGone(EntryPlaces& places, const ItemRecord& before) {
+  if (places.LookAt(before) == Standing::kSame) throw HostError(kStillThere);
 }
 
 // The listed entry for which `isIt` holds: the one at `position`, where a change puts what replaces an entry,
@@ -79,9 +78,10 @@ Ask AskSwitch(const Library&, const EntryChange& change) {
 
 // The wrapper goes with its entry, unless the very same entry stood in the new place already.
 template <bool enable>
-Seen SeeSwitch(const Library& library, const EntryChange& change, std::int32_t position) {
+Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& change,
+               std::int32_t position) {
   const ItemRecord& before = change.before;
-  RequireGone(before);
+  RequireGone(places, before);
   Seen now;
   if (change.listed->GetIndex() >= 0) {
     now = ReadItemRecord(*change.listed);
@@ -93,7 +93,7 @@ Seen SeeSwitch(const Library& library, const EntryChange& change, std::int32_t p
     });
   }
   if (!now || now->enabled != enable || now->location != before.location) throw HostError(kNotThere);
-  RequireStanding(*now);
+  RequireStanding(places, *now);
   return now;
 }
 
@@ -101,9 +101,9 @@ Ask AskDeletion(const Library&, const EntryChange& change) {
   return AskAbility(change);
 }
 
-Seen SeeDeletion(const Library&, const EntryChange& change, std::int32_t) {
+Seen SeeDeletion(const Library&, EntryPlaces& places, const EntryChange& change, std::int32_t) {
   if (change.listed->GetIndex() >= 0) throw HostError(kStillThere);
-  RequireGone(change.before);
+  RequireGone(places, change.before);
   return std::nullopt;
 }
 
@@ -127,14 +127,14 @@ bool MayBeMoved(const Library& library, const ItemRecord& before, const ItemReco
 }
 
 // The new entry has the list position of the old one.
-Seen SeeMove(const Library& library, const EntryChange& change, std::int32_t position) {
-  RequireGone(change.before);
+Seen SeeMove(const Library& library, EntryPlaces& places, const EntryChange& change, std::int32_t position) {
+  RequireGone(places, change.before);
   Seen now = FindListed(library, change.order.target, position, [&](IStartupItem& item) {
     const ItemRecord record = ReadItemRecord(item);
     return record.enabled == change.before.enabled && MayBeMoved(library, change.before, record);
   });
   if (!now) throw HostError(kNotThere);
-  RequireStanding(*now);
+  RequireStanding(places, *now);
   return now;
 }
 
@@ -150,12 +150,13 @@ Ask AskCommand(const Library& library, const EntryChange& change) {
 
 // A value's new item stands at the old one's position; a shortcut keeps its item, and may spell the command
 // in another way.
-Seen SeeCommand(const Library& library, const EntryChange& change, std::int32_t position) {
+Seen SeeCommand(const Library& library, EntryPlaces& places, const EntryChange& change,
+                std::int32_t position) {
   const ItemRecord& before = change.before;
   Seen now = FindListed(library, before.location, position,
                         [&](IStartupItem& item) { return NameIn(item) == before.name; });
   if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
-  RequireStanding(*now);
+  RequireStanding(places, *now);
   const bool isNew = now->command != before.command || HoldsCommand(library, *now, change.order.command);
   if (!isNew) throw HostError(kStillThere);
   return now;
@@ -182,7 +183,7 @@ Ask AskAddition(const Library& library, const EntryChange& change) {
   if (!IsInFolder(wanted)) {
     ItemRecord place = PlaceOfNewValue(wanted.location, wanted.caption);
     place.command = wanted.command;
-    const Standing standing = LookAtPlace(place);
+    const Standing standing = EntryPlaces().LookAt(place);
     if (standing == Standing::kNothing) return std::nullopt;
     if (standing == Standing::kOther) return Refused(kNameTaken);
     return Nothing(L"is there already.", known ? *known : place);
@@ -191,11 +192,12 @@ Ask AskAddition(const Library& library, const EntryChange& change) {
   return std::nullopt;
 }
 
-Seen SeeAddition(const Library& library, const EntryChange& change, std::int32_t position) {
+Seen SeeAddition(const Library& library, EntryPlaces& places, const EntryChange& change,
+                 std::int32_t position) {
   Seen now = FindNamed(library, change.before, position);
   if (!now) throw HostError(kNotThere);
   if (!IsInFolder(change.before) && now->command != change.before.command) throw HostError(kNameTaken);
-  RequireStanding(*now);
+  RequireStanding(places, *now);
   return now;
 }
 
@@ -231,12 +233,12 @@ constexpr Operation kOperations[] = {
      SeeCommand},
 };
 
-Outcome OutcomeOf(const Library& library, const EntryChange& change) {
+Outcome OutcomeOf(const Library& library, EntryPlaces& places, const EntryChange& change) {
   const Operation& operation = OperationOf(change.verb);
   if (Ask answer = operation.ask(library, change)) return *std::move(answer);
   std::int32_t position = change.listed ? change.listed->GetIndex() : -1;
   const HRESULT result = operation.apply(library, change, position);
-  if (result == S_OK) return {.now = operation.see(library, change, position)};
+  if (result == S_OK) return {.now = operation.see(library, places, change, position)};
   // An addition answers a position instead.
   const bool hasResult = change.verb != Verb::kAdd;
   const LibraryFault fault =
@@ -262,22 +264,23 @@ Ask Guarded(Work&& work) {
   }
 }
 
-Outcome OutcomeOfNext(const Library& library, Verb verb, const ItemRecord& entry) {
+Outcome OutcomeOfNext(const Library& library, EntryPlaces& places, Verb verb, const ItemRecord& entry) {
   EntryChange next;
   next.verb = verb;
   next.before = entry;
   next.listed = FindListedItem(library, entry.location, entry.name);
-  return *Guarded([&] { return Ask(OutcomeOf(library, next)); });
+  return *Guarded([&] { return Ask(OutcomeOf(library, places, next)); });
 }
 
 // The entry behind its change, brought into the state that is ordered.
-Outcome Switched(const Library& library, const EntryChange& change, Outcome made) {
+Outcome Switched(const Library& library, EntryPlaces& places, const EntryChange& change, Outcome made) {
   if (!NeedsSwitch(change, made)) return made;
-  Outcome outcome = OutcomeOfNext(library, *change.order.enabled ? Verb::kEnable : Verb::kDisable, *made.now);
+  Outcome outcome =
+      OutcomeOfNext(library, places, *change.order.enabled ? Verb::kEnable : Verb::kDisable, *made.now);
   if (outcome.IsGood() || made.kind == OutcomeKind::kNothingToDo) return outcome;
   outcome.kind = OutcomeKind::kFailed;
   outcome.now = made.now;
-  if (change.verb == Verb::kAdd && OutcomeOfNext(library, Verb::kDelete, *made.now).IsGood()) {
+  if (change.verb == Verb::kAdd && OutcomeOfNext(library, places, Verb::kDelete, *made.now).IsGood()) {
     outcome.now.reset();
     outcome.text += L" It was not left there.";
   }
@@ -295,8 +298,9 @@ std::optional<Outcome> AskFirst(const Library& library, const EntryChange& chang
   return answer && NeedsSwitch(change, *answer) ? std::nullopt : std::move(answer);
 }
 
-const Outcome& MakeChange(const Library& library, EntryChange& change) {
-  change.outcome = Guarded([&] { return Ask(Switched(library, change, OutcomeOf(library, change))); });
+const Outcome& MakeChange(const Library& library, EntryPlaces& places, EntryChange& change) {
+  change.outcome =
+      Guarded([&] { return Ask(Switched(library, places, change, OutcomeOf(library, places, change))); });
   return *change.outcome;
 }
 

@@ -6,6 +6,7 @@
 // and has it compared.
 #pragma once
 
+#include "hosts/common/entry_place.h"
 #include "hosts/common/item_record.h"
 #include "hosts/common/library.h"
 #include "hosts/common/refusal.h"
@@ -69,7 +70,8 @@ struct Operation {
   // sentence, when the outcome is not there.
   std::optional<Outcome> (*ask)(const Library& library, const EntryChange& change);
   HRESULT (*apply)(const Library& library, const EntryChange& change, std::int32_t& position);
-  std::optional<ItemRecord> (*see)(const Library& library, const EntryChange& change, std::int32_t position);
+  std::optional<ItemRecord> (*see)(const Library& library, EntryPlaces& places, const EntryChange& change,
+                                   std::int32_t position);
 };
 
 // Valid for ever.
@@ -79,8 +81,9 @@ const Operation& OperationOf(Verb verb) noexcept;
 // nothing but std::bad_alloc.
 std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change);
 // Asks first, makes the change, and looks for what it has to have made; the answer is its outcome, which it
-// is given too. Takes the list's lock only to find a moved entry. Raises nothing but std::bad_alloc.
-const Outcome& MakeChange(const Library& library, EntryChange& change);
+// is given too. Takes the list's lock only to find a moved entry. `places` is for the changes of one command.
+// Raises nothing but std::bad_alloc.
+const Outcome& MakeChange(const Library& library, EntryPlaces& places, EntryChange& change);
 // "Deleting 251 entries", of those that have no outcome yet; "Changing 3 entries" when the verbs differ.
 // Empty for one change, whose own title tells more, and for none.
 std::wstring TitleOf(std::span<const EntryChange> changes);

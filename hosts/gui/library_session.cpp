@@ -128,8 +128,9 @@ OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
   OperationReport report;
   for (EntryChange& change : changes) change.outcome = AskFirst(library_, change);
   const ActionScope action(journal_, TitleOf(changes));
+  EntryPlaces places;
   for (EntryChange& change : changes) {
-    const Outcome& outcome = change.outcome ? *change.outcome : MakeChange(library_, change);
+    const Outcome& outcome = change.outcome ? *change.outcome : MakeChange(library_, places, change);
     if (!outcome.IsGood()) {
       report.failures.push_back(CaptionText(change.before) + L": " + outcome.text);
       continue;

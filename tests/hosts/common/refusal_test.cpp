@@ -120,7 +120,8 @@ class MakeChangeTest : public StartupctlTest {
     change.before.enabled = true;
     change.before.command = Command(L"lies");
     change.listed = ComPtr<IStartupItem>(item.Get());
-    return MakeChange(library, change);
+    EntryPlaces places;
+    return MakeChange(library, places, change);
   }
 
   const Library library;
