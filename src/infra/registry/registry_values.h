@@ -79,8 +79,7 @@ std::vector<std::wstring> RegistryValueNames(HKEY key);
 // holds does not count when it fails. A name that holds a NUL cannot be asked for and counts as missing.
 // Raises std::bad_alloc.
 LSTATUS ReadRegistryValue(HKEY key, const std::wstring& name, RegistryData& data);
-// The same; none when the value is missing or its key was deleted. Raises EOSError for any
-// other failure.
+// The same; none when the value is missing or its key was deleted. Raises EOSError for any other failure.
 std::optional<RegistryData> QueryRegistryValue(HKEY key, const std::wstring& name);
 // The text of a value, as RegistryData::Text; empty for a missing one. Fails as QueryRegistryValue.
 std::wstring QueryRegistryText(HKEY key, const std::wstring& name);

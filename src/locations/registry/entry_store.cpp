@@ -9,20 +9,20 @@
 namespace smh {
 
 KeptEntry EntryStore::KeepAnew(const RegistryValueAddress& address) const {
-  keys_.Forget();
+  keys_.Forget(address);
   return Keep(address);
 }
 
 // A key that was made for the data, and is empty still, is none of anybody else's.
 bool EntryStore::StandsOrBare(const RegistryValueAddress& address, const KeptEntry& before) const {
-  const KeptEntry now = KeepAnew(address);
+  const KeptEntry now = Keep(address);
   return now == before || (before.empty() && IsBare(now));
 }
 
 bool EntryStore::Write(const RegistryValueAddress& address, const RegistryData& data,
                        const KeptEntry& before) const {
   writer_.SetValue(ValueOf(address), data, [&] { return StandsOrBare(address, before); });
-  if (DataOf(KeepAnew(address)) == data) return true;
+  if (DataOf(Keep(address)) == data) return true;
   if (!StandsOrBare(address, before)) RaiseChangedMeanwhile();
   return false;
 }
@@ -33,12 +33,9 @@ bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kep
   bool isAnswered = true;
   for (auto piece = kept.rbegin(); piece != kept.rend(); ++piece) {
     const LastLook look = [&] {
-      if (!arrived()) return false;
-      keys_.Forget();
-      if (!StandsAlone(*piece, keys_)) return false;
+      if (!arrived() || !StandsAlone(*piece, keys_)) return false;
       return isBegun = true;
     };
-    if (!Exists(*piece, keys_)) continue;
     try {
       const bool isDone =
           piece->isKey ? writer.DeleteKey(piece->address, look) : writer.DeleteValue(piece->address, look);
@@ -48,22 +45,25 @@ bool EntryStore::DeletePieces(const RegistryWriter& writer, const KeptEntry& kep
       if (Exists(*piece, keys_) || !arrived()) throw;
     }
     // What is refused ends it: the rest stays together.
-    if (Exists(*piece, keys_)) return isAnswered && std::next(piece) == kept.rend();
+    if (std::next(piece) != kept.rend() && Exists(*piece, keys_)) return false;
   }
   return isAnswered;
 }
 
 bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& kept, const LastLook& arrived,
                         bool& isBegun) const {
-  const KeptEntry before = Keep(address);
-  if (before.empty()) return true;
-  if (before != kept) RaiseChangedMeanwhile();
+  // What is more than one piece is not begun when that can be told; of one piece the last look tells it.
+  if (kept.size() != 1) {
+    const KeptEntry before = Keep(address);
+    if (before.empty()) return true;
+    if (before != kept) RaiseChangedMeanwhile();
+  }
   if (const LSTATUS status = CheckDeletable(kept); status != ERROR_SUCCESS) {
     if (writer_.IsRecorded()) return false;
     RaiseOSError(static_cast<DWORD>(status));
   }
   const bool isAnswered = DeletePieces(writer_, kept, arrived, isBegun);
-  const KeptEntry left = KeepAnew(address);
+  const KeptEntry left = Keep(address);
   const auto isKept = [&](const KeptPiece& piece) { return std::ranges::find(kept, piece) != kept.end(); };
   // It has gone: what stands in its place came behind that.
   if (isAnswered && std::ranges::none_of(left, isKept)) return true;
@@ -72,7 +72,7 @@ bool EntryStore::Delete(const RegistryValueAddress& address, const KeptEntry& ke
 }
 
 bool EntryStore::PutBack(const KeptEntry& kept, bool isBegun) const noexcept {
-  keys_.Forget();
+  keys_.ForgetAll();
   for (const KeptPiece& piece : kept) {
     try {
       if (!Exists(piece, keys_)) MakePiece(piece);
@@ -90,7 +90,7 @@ bool EntryStore::PutBack(const KeptEntry& kept, bool isBegun) const noexcept {
 
 bool EntryStore::TakeBack(const RegistryValueAddress& address, const RegistryData& data,
                           const KeptEntry& before) const noexcept {
-  const RegistryWriter plain(false);
+  const RegistryWriter plain(false, keys_);
   try {
     const KeptEntry now = KeepAnew(address);
     if (now == before) return true;
@@ -101,9 +101,9 @@ bool EntryStore::TakeBack(const RegistryValueAddress& address, const RegistryDat
       DeletePieces(
           plain, now, [] { return true; }, isBegun);
     } else {
-      plain.SetValue(ValueOf(address), *before.front().data, [&] { return KeepAnew(address) == now; });
+      plain.SetValue(ValueOf(address), *before.front().data, [&] { return Keep(address) == now; });
     }
-    return KeepAnew(address) == before;
+    return Keep(address) == before;
   } catch (...) {
     return false;
   }

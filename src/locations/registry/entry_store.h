@@ -11,15 +11,17 @@ namespace smh {
 class EntryStore {
  public:
   // `recorded`: through the backup service, in the checkpoint of the thread.
-  explicit EntryStore(bool recorded) noexcept : writer_(recorded) {}
+  explicit EntryStore(bool recorded) noexcept : keys_(recorded), writer_(recorded, keys_) {}
   virtual ~EntryStore() = default;
   EntryStore(const EntryStore&) = delete;
   EntryStore& operator=(const EntryStore&) = delete;
 
   // The entry as a whole, to be compared and put back.
   virtual KeptEntry Keep(const RegistryValueAddress& address) const = 0;
-  // The same for a look that decides.
+  // The same, of what has come to lie at the address since.
   KeptEntry KeepAnew(const RegistryValueAddress& address) const;
+  // The key that it lies in, or is; borrowed until the next call, null when there is none.
+  HKEY KeyOf(const RegistryValueAddress& address) const { return keys_.Key(address); }
 
   // Writes the data over `before`, which must still stand there. False when it did not arrive without an
   // error.
@@ -48,8 +50,8 @@ class EntryStore {
   bool DeletePieces(const RegistryWriter& writer, const KeptEntry& kept, const LastLook& arrived,
                     bool& isBegun) const;
 
-  const RegistryWriter writer_;
   mutable ValueKeys keys_;
+  const RegistryWriter writer_;
 };
 
 // Entries that are values.

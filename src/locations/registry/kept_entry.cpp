@@ -112,6 +112,7 @@ bool StandsAlone(const KeptPiece& piece, ValueKeys& keys) {
 }
 
 LSTATUS CheckDeletable(const KeptEntry& kept) {
+  if (kept.empty() || !kept.front().isKey) return ERROR_SUCCESS;
   for (const KeptPiece& piece : kept) {
     const RegistryValueAddress& address = piece.address;
     if (HoldsNul(address.valueName)) return ERROR_NOT_SUPPORTED;
@@ -119,7 +120,6 @@ LSTATUS CheckDeletable(const KeptEntry& kept) {
       return static_cast<LSTATUS>(GetLastError());
     }
   }
-  if (kept.empty() || !kept.front().isKey) return ERROR_SUCCESS;
   const RegistryValueAddress& top = kept.front().address;
   return CheckKeyTree(top.root, top.key, top.viewBits);
 }

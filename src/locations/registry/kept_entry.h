@@ -50,8 +50,9 @@ bool Stands(const KeptPiece& piece, ValueKeys& keys);
 // The same, and, of a key, nothing else is in it.
 bool StandsAlone(const KeptPiece& piece, ValueKeys& keys);
 
-// Whether every piece could be deleted now, one after the other: by its rights, its name and what it is.
-// ERROR_NOT_SUPPORTED for a link or a name that the system's calls cannot carry, else what opening answers.
+// Whether every piece of a key could be deleted now, one after the other: by its rights, its name and what it
+// is; a single value is asked for by deleting it. ERROR_NOT_SUPPORTED for a link or a name that the system's
+// calls cannot carry, else what opening answers.
 LSTATUS CheckDeletable(const KeptEntry& kept);
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/exceptions.h"
+#include "infra/runtime/text.h"
 
 namespace smh {
 
@@ -21,6 +22,11 @@ ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view) {
 
 bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept {
   return static_cast<bool>(OpenRegistryKey(root, path, view | KEY_ALL_ACCESS));
+}
+
+bool IsOneInBothViews(HKEY root, std::wstring_view path) noexcept {
+  constexpr std::wstring_view kClasses = L"Software\\Classes";
+  return root == HKEY_CURRENT_USER && !SameText(path.substr(0, kClasses.size()), kClasses);
 }
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 #include "infra/runtime/handle.h"
 
 #include <string>
+#include <string_view>
 
 namespace smh {
 
@@ -17,5 +18,9 @@ bool MayOpenLater(DWORD error) noexcept;
 ScopedKey OpenForReading(HKEY root, const std::wstring& path, REGSAM view);
 // Whether the key can be opened with all rights; false for a missing one. `root` may be an open key.
 bool IsKeyWritable(HKEY root, const std::wstring& path, REGSAM view) noexcept;
+
+// Whether the 64-bit and the plain view show one and the same key of the path; false where that differs from
+// Windows to Windows. (Windows redirects the machine's programs and, of the user's, classes only.)
+bool IsOneInBothViews(HKEY root, std::wstring_view path) noexcept;
 
 }  // namespace smh

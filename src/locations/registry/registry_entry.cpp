@@ -2,6 +2,7 @@
 
 #include "core/contracts/uDllGlobals.h"
 #include "infra/registry/registry.h"
+#include "locations/registry/key_opening.h"
 #include "model/change_refused.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ std::unique_ptr<RegistrySource> RegistrySource::Read(std::shared_ptr<const Entry
   const std::optional<RegistryData> data = DataOf(kept);
   if (!data) return nullptr;
   std::vector<Place> places{{address, std::move(kept)}};
-  if (address.viewBits == KEY_WOW64_64KEY) {
+  if (address.viewBits == KEY_WOW64_64KEY && !IsOneInBothViews(address.root, address.key)) {
     KeptEntry plain = store->Keep(PlainView(address));
     if (DataOf(plain) == data) places.push_back({PlainView(address), std::move(plain)});
   }
@@ -49,9 +50,9 @@ std::wstring RegistrySource::Command() const {
 void RegistrySource::MarkCopies(std::size_t place) const {
   const Place& marked = places_[std::min(place, places_.size() - 1)];
   const RegistryValueAddress& address = marked.address;
-  const ScopedKey key = OpenRegistryKey(address.root, address.key, address.viewBits | KEY_READ);
   const bool isKey = marked.kept.front().isKey;
-  DLLGlobals::Safeguard().SetSource(key.Get(), isKey ? nullptr : address.valueName.c_str(), nullptr);
+  DLLGlobals::Safeguard().SetSource(store_->KeyOf(address), isKey ? nullptr : address.valueName.c_str(),
+                                    nullptr);
 }
 
 bool RegistrySource::ExtractItem(const LastLook& arrived) {
@@ -73,10 +74,6 @@ RegistryTarget::RegistryTarget(std::shared_ptr<const EntryStore> store, const Re
   places_.push_back({address, std::move(before)});
   places_.front().stands = Holds(places_.front().before);
 }
-
-RegistryTarget::RegistryTarget(const std::shared_ptr<const EntryStore>& store,
-                               const RegistryValueAddress& address, RegistryData data, FoundEntry found)
-    : RegistryTarget(store, address, store->Keep(address), std::move(data), std::move(found)) {}
 
 bool RegistryTarget::Holds(const KeptEntry& kept) const {
   const std::optional<RegistryData> data = DataOf(kept);

@@ -79,9 +79,6 @@ class RegistryTarget final : public EntryTarget {
   // Data that are to stand at `address`, where `before` stands by now; `found` is how a load lists it.
   RegistryTarget(std::shared_ptr<const EntryStore> store, const RegistryValueAddress& address,
                  KeptEntry before, RegistryData data, FoundEntry found);
-  // The same for a new entry: reads what stands there. Raises EOSError when that cannot be told.
-  RegistryTarget(const std::shared_ptr<const EntryStore>& store, const RegistryValueAddress& address,
-                 RegistryData data, FoundEntry found);
 
   // Whether another entry stands there.
   bool IsTaken() const;

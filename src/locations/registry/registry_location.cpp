@@ -286,8 +286,8 @@ std::unique_ptr<EntryTarget> TLocationRegistry::PlanSwitch(EntrySource& source, 
   SwitchPlace place = PlaceToSwitch(entry, enable);
   FoundEntry found = ListAt(place.to, place.data);
   if (IsListedElsewhere(found.name, place.to)) RaiseNameTaken();
-  auto target =
-      std::make_unique<RegistryTarget>(entry.Store(), place.to, std::move(place.data), std::move(found));
+  auto target = std::make_unique<RegistryTarget>(entry.Store(), place.to, std::move(place.before),
+                                                 std::move(place.data), std::move(found));
   if (target->IsTaken()) RaiseNameTaken();
   if (entry.HasTwin() && !target->AddTwin()) entry.LeaveTwin();
   return target;

@@ -104,6 +104,8 @@ class TLocationRegistry : public TLocationStartup {
   struct SwitchPlace {
     RegistryValueAddress to;
     RegistryData data;
+    // What stands there by now.
+    KeptEntry before;
   };
   virtual SwitchPlace PlaceToSwitch(const RegistrySource& source, bool enable) const = 0;
   // What reads and writes the entries of this location; `recorded`: through the backup service.

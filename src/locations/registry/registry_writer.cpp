@@ -1,39 +1,12 @@
 #include "locations/registry/registry_writer.h"
 
-#include "core/contracts/uDllGlobals.h"
 #include "infra/runtime/exceptions.h"
 #include "infra/runtime/import_function.h"
-#include "locations/registry/uSafeguardRegistry.h"
+#include "locations/registry/recorded_key.h"
 
 namespace smh {
 
 namespace {
-
-// The registry through the service, at an address.
-class RecordedRegistry {
- public:
-  explicit RecordedRegistry(const RegistryValueAddress& address) : registry_(&DLLGlobals::Safeguard()) {
-    registry_.SetRootKey(address.root);
-    registry_.SetAccess(address.viewBits | KEY_ALL_ACCESS);
-  }
-  ~RecordedRegistry() { registry_.CloseKey(); }
-  RecordedRegistry(const RecordedRegistry&) = delete;
-  RecordedRegistry& operator=(const RecordedRegistry&) = delete;
-  TSgRegistryEx* operator->() noexcept { return &registry_; }
-
- private:
-  TSgRegistryEx registry_;
-};
-
-// Answers what `change` answers: whether the service says that it is done.
-template <typename Change>
-bool RunRecorded(const RegistryValueAddress& address, const LastLook& look, Change&& change) {
-  const ScopedLook last(look);
-  RecordedRegistry registry(address);
-  const bool isDone = change(registry);
-  last.RequireKept();
-  return isDone;
-}
 
 ScopedKey MakePlainKey(const RegistryValueAddress& address, bool& isNew) {
   ScopedKey key;
@@ -68,48 +41,67 @@ LSTATUS DeletePlainKey(const RegistryValueAddress& address) noexcept {
 
 void RegistryWriter::SetValue(const RegistryValueAddress& address, const RegistryData& data,
                               const LastLook& look) const {
-  if (recorded_) {
-    RunRecorded(address, look, [&](RecordedRegistry& registry) {
-      registry->OpenKey(address.key, true);
-      return registry->PutRaw(address.valueName, data.type, data.bytes.data(),
-                              static_cast<DWORD>(data.bytes.size()));
-    });
-    return;
-  }
+  if (recorded_) return Put(address, data, look);
   bool isNew = false;
-  const ScopedKey key = MakePlainKey(address, isNew);
+  const SharedKey key = Share(MakePlainKey(address, isNew));
+  keys_.Use(address, key);
   RequireStill(look);
-  SetPlain(key.Get(), address.valueName, data);
+  SetPlain(key.get(), address.valueName, data);
 }
 
 bool RegistryWriter::DeleteValue(const RegistryValueAddress& address, const LastLook& look) const {
-  if (recorded_) {
-    return RunRecorded(address, look, [&](RecordedRegistry& registry) {
-      if (!registry->OpenKey(address.key, false)) return !registry->KeyExists(address.key);
-      return !registry->ValueExists(address.valueName) || registry->DeleteValue(address.valueName);
-    });
-  }
+  if (recorded_) return Remove(address, look);
   ScopedKey key;
   const LSTATUS opened =
       RegOpenKeyExW(address.root, address.key.c_str(), 0, address.viewBits | KEY_ALL_ACCESS, key.Put());
   if (IsMissing(opened)) return true;
   CheckStatus(opened);
+  const SharedKey shared = Share(std::move(key));
+  keys_.Use(address, shared);
   RequireStill(look);
-  const LSTATUS deleted = RegDeleteValueW(key.Get(), address.valueName.c_str());
+  const LSTATUS deleted = RegDeleteValueW(shared.get(), address.valueName.c_str());
   if (!IsMissing(deleted)) CheckStatus(deleted);
   return true;
 }
 
 bool RegistryWriter::DeleteKey(const RegistryValueAddress& address, const LastLook& look) const {
+  // A deleted key would stay until it is closed.
+  keys_.Forget(address);
   if (recorded_) {
-    return RunRecorded(address, look, [&](RecordedRegistry& registry) {
-      return registry->DeleteEmptyKey(address.key) == ERROR_SUCCESS;
-    });
+    const ScopedLook last(look);
+    const bool isDone = RecordedKey(address)->DeleteEmptyKey(address.key) == ERROR_SUCCESS;
+    last.RequireKept();
+    return isDone;
   }
   RequireStill(look);
   const LSTATUS deleted = DeletePlainKey(address);
   if (!IsMissing(deleted)) CheckStatus(deleted);
   return true;
+}
+
+void RegistryWriter::Put(const RegistryValueAddress& address, const RegistryData& data,
+                         const LastLook& look) const {
+  const ScopedLook last(look);
+  const auto put = [&](const std::shared_ptr<RecordedKey>& key) {
+    return (*key)->PutRaw(address.valueName, data.type, data.bytes.data(),
+                          static_cast<DWORD>(data.bytes.size()));
+  };
+  std::shared_ptr<RecordedKey> key = keys_.Writable(address, true);
+  if (key && !put(key) && key->IsDeleted()) {
+    keys_.Forget(address);
+    key = keys_.Writable(address, true);
+    if (key) put(key);
+  }
+  last.RequireKept();
+}
+
+bool RegistryWriter::Remove(const RegistryValueAddress& address, const LastLook& look) const {
+  const ScopedLook last(look);
+  const std::shared_ptr<RecordedKey> key = keys_.Writable(address, false);
+  if (!key) return !RecordedKey(address)->KeyExists(address.key);
+  const bool isDone = (*key)->DeleteValue(address.valueName);
+  last.RequireKept();
+  return isDone;
 }
 
 void MakePiece(const KeptPiece& piece) {

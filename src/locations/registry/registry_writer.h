@@ -7,13 +7,16 @@
 #pragma once
 
 #include "locations/registry/kept_entry.h"
+#include "locations/registry/value_keys.h"
 #include "model/last_look.h"
 
 namespace smh {
 
 class RegistryWriter {
  public:
-  explicit RegistryWriter(bool recorded) noexcept : recorded_(recorded) {}
+  // What the looks read the values through is, from a call on, the key that it writes through. Outlives the
+  // object.
+  RegistryWriter(bool recorded, ValueKeys& keys) noexcept : recorded_(recorded), keys_(keys) {}
 
   bool IsRecorded() const noexcept { return recorded_; }
 
@@ -25,7 +28,12 @@ class RegistryWriter {
   bool DeleteKey(const RegistryValueAddress& address, const LastLook& look) const;
 
  private:
+  // Through the service.
+  void Put(const RegistryValueAddress& address, const RegistryData& data, const LastLook& look) const;
+  bool Remove(const RegistryValueAddress& address, const LastLook& look) const;
+
   const bool recorded_;
+  ValueKeys& keys_;
 };
 
 // Makes a piece that is missing what it was, plain and without a look: its key, with its rights where the

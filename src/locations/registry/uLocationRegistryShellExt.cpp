@@ -41,7 +41,8 @@ TLocationRegistry::SwitchPlace TLocationRegistryShellExt::PlaceToSwitch(const Re
                                                                         bool enable) const {
   RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
-  return {std::move(to), WrittenForm(source.Data())};
+  KeptEntry before = source.Store()->Keep(to);
+  return {std::move(to), WrittenForm(source.Data()), std::move(before)};
 }
 
 }  // namespace smh

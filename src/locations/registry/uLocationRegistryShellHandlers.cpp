@@ -93,7 +93,8 @@ TLocationRegistry::SwitchPlace TLocationRegistryShellHandlers::PlaceToSwitch(con
   RequireHandler(to.key);
   // Kept on purpose: only the default value is carried over.
   to.valueName = source.Data().Text();
-  return {std::move(to), WrittenForm(source.Data())};
+  KeptEntry before = source.Store()->Keep(to);
+  return {std::move(to), WrittenForm(source.Data()), std::move(before)};
 }
 
 void TLocationRegistryShellHandlers::RequireHandler(const std::wstring& key) const {

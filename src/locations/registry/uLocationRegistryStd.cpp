@@ -23,13 +23,6 @@ std::wstring WithSymbolsForNuls(std::wstring_view name) {
   return shown;
 }
 
-bool HoldsValue(const ScopedKey& key, const std::wstring& name) {
-  if (!key) return false;
-  const LSTATUS status = RegQueryValueExW(key.Get(), name.c_str(), nullptr, nullptr, nullptr, nullptr);
-  if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
-  return status == ERROR_SUCCESS;
-}
-
 // As its key has it: a name in other letters is the same name.
 std::wstring SpelledName(const RegistryValueAddress& address) {
   const ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
@@ -93,13 +86,16 @@ std::wstring TLocationRegistryStd::NameInPlace(const ItemState& listed) const {
 
 // "name", else "name (1)", "name (2)", ...: the first that the key does not hold, and under whose path
 // nothing is listed; value names may hold "\".
-std::wstring TLocationRegistryStd::FreeName(const RegistryValueAddress& wanted, bool bothViews) const {
-  const ScopedKey own = OpenForReading(wanted.root, wanted.key, wanted.viewBits);
-  const ScopedKey plain = bothViews ? OpenForReading(wanted.root, wanted.key, 0) : ScopedKey();
+std::wstring TLocationRegistryStd::FreeName(const EntryStore& store, const RegistryValueAddress& wanted,
+                                            bool bothViews) const {
+  const bool asksPlain = bothViews && !IsOneInBothViews(wanted.root, wanted.key);
   RegistryValueAddress place = wanted;
+  const auto isTakenIn = [&](REGSAM view) {
+    return !store.Keep({view, place.root, place.key, place.valueName}).empty();
+  };
   for (int number = 1;; ++number) {
     RequireShortName(place.valueName);
-    const bool isTaken = HoldsValue(own, place.valueName) || HoldsValue(plain, place.valueName) ||
+    const bool isTaken = isTakenIn(wanted.viewBits) || (asksPlain && isTakenIn(0)) ||
                          IsListedElsewhere(place.FullPath(), place);
     if (!isTaken) return place.valueName;
     place.valueName = Format(L"%s (%d)", wanted.valueName, number);
@@ -111,8 +107,8 @@ TLocationRegistry::SwitchPlace TLocationRegistryStd::PlaceToSwitch(const Registr
   const std::wstring command = source.Command();
   RegistryValueAddress to = source.Address();
   to.key = KeyPath(enable);
-  to.valueName = FreeName(to, to.viewBits == KEY_WOW64_64KEY);
-  return {std::move(to), StringData(command)};
+  to.valueName = FreeName(*source.Store(), to, to.viewBits == KEY_WOW64_64KEY);
+  return {std::move(to), StringData(command), {}};
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanAdd(const std::wstring& name,
@@ -142,11 +138,11 @@ std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanInsert(EntrySource& sourc
   const ItemDetails& details = entry.details;
   RegistryValueAddress address{OwnView(), FirstRoot(), KeyPath(entry.isEnabled),
                                std::wstring(details.EntryName.empty() ? entry.givenText : details.EntryName)};
-  address.valueName = FreeName(address, false);
+  const std::shared_ptr<const EntryStore> store = Store(recorded);
+  address.valueName = FreeName(*store, address, false);
   FoundEntry found = ListAt(address, StringData(command));
   // Nothing stands there: what comes to stand there from now on is somebody else's.
-  return std::make_unique<RegistryTarget>(Store(recorded), address, KeptEntry(), StringData(command),
-                                          std::move(found));
+  return std::make_unique<RegistryTarget>(store, address, KeptEntry(), StringData(command), std::move(found));
 }
 
 std::unique_ptr<EntryTarget> TLocationRegistryStd::PlanCommand(EntrySource& source,

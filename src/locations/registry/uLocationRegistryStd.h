@@ -33,7 +33,7 @@ class TLocationRegistryStd final : public TLocationRegistry {
                                            bool recorded) override;
 
  private:
-  std::wstring FreeName(const RegistryValueAddress& wanted, bool bothViews) const;
+  std::wstring FreeName(const EntryStore& store, const RegistryValueAddress& wanted, bool bothViews) const;
 };
 
 }  // namespace smh

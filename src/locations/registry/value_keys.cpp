@@ -7,15 +7,38 @@
 
 namespace smh {
 
-HKEY ValueKeys::Key(const RegistryValueAddress& address) {
-  const auto known = std::ranges::find_if(rows_, [&](const Row& row) {
+std::vector<ValueKeys::Row>::iterator ValueKeys::Find(const RegistryValueAddress& address) noexcept {
+  return std::ranges::find_if(rows_, [&](const Row& row) {
     return row.address.viewBits == address.viewBits && row.address.root == address.root &&
            row.address.key == address.key;
   });
-  if (known != rows_.end()) return known->key.Get();
+}
+
+HKEY ValueKeys::Key(const RegistryValueAddress& address) {
+  if (const auto known = Find(address); known != rows_.end()) return known->key.get();
+  if (recorded_ && Writable(address, false)) return rows_.back().key.get();
   ScopedKey key = OpenForReading(address.root, address.key, address.viewBits);
   // That there is none may change at any time.
-  return key ? rows_.emplace_back(Row{address, std::move(key)}).key.Get() : nullptr;
+  if (!key) return nullptr;
+  Use(address, Share(std::move(key)));
+  return rows_.back().key.get();
+}
+
+std::shared_ptr<RecordedKey> ValueKeys::Writable(const RegistryValueAddress& address, bool canCreate) {
+  if (const auto known = Find(address); known != rows_.end() && known->recorded) return known->recorded;
+  std::shared_ptr<RecordedKey> opened = RecordedKey::Open(address, canCreate);
+  if (opened) Add(address, {opened, (*opened)->CurrentKey()}, opened);
+  return opened;
+}
+
+void ValueKeys::Add(const RegistryValueAddress& address, SharedKey key,
+                    std::shared_ptr<RecordedKey> recorded) {
+  Forget(address);
+  rows_.push_back({address, std::move(key), std::move(recorded)});
+}
+
+void ValueKeys::Forget(const RegistryValueAddress& address) noexcept {
+  if (const auto known = Find(address); known != rows_.end()) rows_.erase(known);
 }
 
 std::optional<RegistryData> ValueKeys::Query(const RegistryValueAddress& address) {
@@ -27,7 +50,7 @@ std::optional<RegistryData> ValueKeys::Query(const RegistryValueAddress& address
       if (!IsMissingKey(static_cast<DWORD>(status))) CheckStatus(status);
       break;
     }
-    std::erase_if(rows_, [key](const Row& row) { return row.key.Get() == key; });
+    Forget(address);
   }
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 // What a change of a Run key goes by while other programs change the same values, what it refuses, and how
 // it is named.
 #include "infra/registry/uRegistryUtils.h"
+#include "infra/runtime/import_function.h"
 #include "tests/locations/registry/meanwhile.h"
 #include "tests/locations/registry/run_key_fixture.h"
 
@@ -138,6 +139,34 @@ TEST_P(RunKeyRules, ATargetsKeyThatOthersMakeAgainIsTheOneThatCounts) {
     EXPECT_EQ(Targets().size(), their ? 1u : 0u);
     Forget();
   }
+}
+
+TEST_P(RunKeyRules, ATargetThatOthersCarryAwayWithItsKeyIsNoTarget) {
+  const auto rename = ImportFunction<LSTATUS(WINAPI*)(HKEY, const wchar_t*, const wchar_t*)>(
+      GetModuleHandleW(L"advapi32.dll"), "RegRenameKey");
+  const std::wstring elsewhere = kRunKey + L"\\elsewhere";
+  Set(Sz(kProgram));
+  const ItemRef item = Load();
+  const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kDelete, [&] {
+    EXPECT_EQ(rename(HKEY_CURRENT_USER, kRunSide.c_str(), L"elsewhere"), ERROR_SUCCESS);
+  });
+  ExpectChangedMeanwhile([&] { UserRun().DisableItem(item); });
+  EXPECT_TRUE(meanwhile.HasRun());
+  EXPECT_EQ(Source(), Sz(kProgram));
+  EXPECT_EQ(Values(HKEY_CURRENT_USER, elsewhere).size(), 1U) << "theirs by now";
+  DeleteKeyTree(HKEY_CURRENT_USER, elsewhere);
+}
+
+TEST_P(RunKeyRules, ATargetsKeyThatOthersDeleteBehindThePlanIsMadeAgain) {
+  MakeKey(HKEY_CURRENT_USER, kRunSide);
+  Set(Sz(kProgram));
+  const ItemRef item = Load();
+  const Meanwhile meanwhile(module.Safeguard(), GetParam(), Meanwhile::Call::kWrite,
+                            [] { DeleteKeyTree(HKEY_CURRENT_USER, kRunSide); });
+  EXPECT_EQ(UserRun().DisableItem(item).kind, Kind::kDone);
+  EXPECT_TRUE(meanwhile.HasRun());
+  EXPECT_EQ(Source(), std::nullopt);
+  EXPECT_EQ(Targets().size(), 1U);
 }
 
 TEST_P(RunKeyRules, ATargetThatOthersTakeOnTheWayIsTheirs) {
