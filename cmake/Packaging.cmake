@@ -6,7 +6,7 @@ add_custom_target(product DEPENDS ${PRODUCT_TARGETS})
 
 install(TARGETS ${PRODUCT_TARGETS} RUNTIME DESTINATION .)
 set(HOST_HEADERS
-    StartupManagerHelper.h boundary_string.h intf_DebugLog.h intf_FileRater.h intf_general.h intf_journal.h
-    intf_safeguard.h intf_settings.h location_rows.h location_table.h)
+    StartupManagerHelper.h boundary_string.h intf_DebugLog.h intf_FileRater.h intf_FileTrust.h intf_general.h
+    intf_journal.h intf_safeguard.h intf_settings.h location_rows.h location_table.h)
 list(TRANSFORM HOST_HEADERS PREPEND src/core/contracts/)
 install(FILES ${HOST_HEADERS} DESTINATION include/core/contracts)

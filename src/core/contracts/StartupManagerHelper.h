@@ -106,8 +106,10 @@ enum ItemFact : std::int32_t {
   kFactLocation = 0,       // VT_I4: a TTypeStartupLocation
   kFactReachability = 1,   // VT_I4: a FileReachability, of the described file
   kFactDescribedFile = 2,  // VT_BSTR: whose size, times, version record, rating and icon the entry shows
-  // VT_BSTR: the library that the command has rundll32 load, or the control panel file that this is given, by
-  // its full path; empty for any other command, and when there is no such file.
+  // VT_BSTR: the file that runs when the command's program only runs another one: the library that rundll32
+  // is told to load, or the control panel file that this is given; the program or script of "cmd /c", the
+  // script of powershell, wscript and cscript, the package of msiexec. A full path; empty for any other
+  // command, when there is no such file, and when more or something else runs than one file.
   kFactServedFile = 3,
   kFactRoot = 4,  // VT_BSTR: "HKEY_LOCAL_MACHINE" or "HKEY_CURRENT_USER"
   kFactView = 5,  // VT_I4: 64 or 32, the registry view
@@ -120,6 +122,11 @@ enum ItemFact : std::int32_t {
   // VT_BSTR: the command, or what an entry without one has given, that stands there for kTwinOther; VT_NULL
   // else.
   kFactTwinCommand = 10,
+  // 11 to 14 are about what the system's own switches say of the entry.
+  // VT_BSTR: the full path of the program that the command starts something through, as rundll32, cmd,
+  // powershell, wscript and msiexec do; empty when the program itself is what runs. With it and without
+  // kFactServedFile it cannot be told what runs.
+  kFactStartedThrough = 15,
 };
 
 // Whether the file is there. One out of reach may be: its share or network drive did not answer.
