@@ -3,6 +3,7 @@
 #include "clients/living_collections.h"
 #include "core/make_location.h"
 #include "core/uStartupManager.h"
+#include "effective/system_states.h"
 #include "infra/log/crash_report.h"
 #include "infra/log/uAxDebug.h"
 #include "infra/log/uStatisticsLog.h"
@@ -44,6 +45,10 @@ void UnlessBroken(StopMode& mode) noexcept {
   if (mode == StopMode::kUnload) Stop();
 }
 
+void ForgetEffectiveStates() noexcept {
+  SetEffectiveStates(nullptr);
+}
+
 void StartOle() {
   // A host that chose the other threading model already is none of our business, and what it initialised is
   // not ours to undo.
@@ -71,6 +76,8 @@ constexpr ModuleStep kSteps[] = {
     StepOf<g_classWatch>(L"watch of classes"),
     StepOf<g_locations>(L"locations"),
     {L"location classes", [] { SetLocationMaker(MakeLocation); }, nullptr},
+    StepOf<g_systemStates>(L"system's switches"),
+    {L"effective states", [] { SetEffectiveStates(&*g_systemStates); }, UnlessBroken<ForgetEffectiveStates>},
     StepOf<g_checkpointTexts>(L"checkpoint texts"),
     StepOf<g_patientThreads>(L"patient locks"),
     StepOf<g_changeLock>(L"changes"),

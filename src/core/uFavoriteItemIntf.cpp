@@ -4,6 +4,7 @@
 #include "core/contracts/variant_values.h"
 #include "core/detail_properties.h"
 #include "core/item_facts.h"
+#include "infra/runtime/assertion.h"
 
 namespace smh {
 
@@ -62,6 +63,10 @@ HRESULT TFavoriteItemIntf::GetFact(std::int32_t index, VARIANT* value) {
     *value = NullVariant();
     *value = item_.Get([index](const ItemDetails& details) { return DetailFactValue(details, index); });
   });
+}
+
+HRESULT TFavoriteItemIntf::SetSwitchedOff(BOOL) {
+  return BoundaryResult([] { RaiseAssertion(L"uFavoriteItemIntf", __LINE__); });
 }
 
 }  // namespace smh

@@ -21,6 +21,7 @@ class TFavoriteItemIntf final : public ComObject<IFavoriteItem, IStartupItemFact
   std::int32_t STDMETHODCALLTYPE GetImageIndex() override;
   HRESULT STDMETHODCALLTYPE GetProperty(std::int32_t index, VARIANT* value) override;
   HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) override;
+  HRESULT STDMETHODCALLTYPE SetSwitchedOff(BOOL off) override;
 
  private:
   const ComPtr<IFavoriteItemCollection> collection_;

@@ -7,6 +7,7 @@
 #include "core/item_facts.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
+#include "model/effective_states.h"
 #include "model/item_list.h"
 #include "model/uLocationStartup.h"
 #include "shelllink/uShellLinkInfo.h"
@@ -222,6 +223,15 @@ HRESULT TStartupItemIntf::GetFact(std::int32_t index, VARIANT* value) {
   return BoundaryResult(value, [&] {
     *value = NullVariant();
     if (const ItemRef item = Item()) *value = ItemFactValue(*item, index);
+  });
+}
+
+HRESULT TStartupItemIntf::SetSwitchedOff(BOOL off) {
+  return BoundaryOutcome([&]() -> std::wstring {
+    const ItemRef item = Item();
+    if (item == nullptr) return ChangeAnswer::Gone().text;
+    SMH_ASSERT(kUnit, EffectiveStateOf(*item).canSwitch);
+    return LocationOf(*item).SetItemSwitchedOff(item, BooleanArgument(off)).text;
   });
 }
 

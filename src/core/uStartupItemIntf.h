@@ -36,6 +36,7 @@ class TStartupItemIntf final : public ComObject<IStartupItem, IStartupItemFacts>
   HRESULT STDMETHODCALLTYPE ShowFileDetails(HWND window) override;
   HRESULT STDMETHODCALLTYPE ShowLocation() override;
   HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) override;
+  HRESULT STDMETHODCALLTYPE SetSwitchedOff(BOOL off) override;
 
  private:
   // The item while it is listed, else null.

@@ -29,6 +29,8 @@ class EntrySource {
   virtual FoundEntry Found() const = 0;
   // What an item of it shows as its command: of a shortcut in a folder location what that starts.
   virtual SharedText ShownCommand() const = 0;
+  // Whether it stands in the 32-bit view of the registry too, and goes along there.
+  virtual bool HasTwin() const noexcept { return false; }
   // The command that another kind of location would hold. Raises, and says why, when the entry is something
   // else or more than a command.
   virtual std::wstring Command() const = 0;
@@ -65,6 +67,8 @@ class EntryTarget {
   virtual bool TakeBack() noexcept = 0;
   // The entry as a load lists it after InsertItem.
   virtual FoundEntry Found() const = 0;
+  // As of a source.
+  virtual bool HasTwin() const noexcept { return false; }
   // Whether InsertItem takes the source along: there is nothing left to remove then.
   virtual bool CarriesSource() const noexcept { return false; }
 

@@ -4,28 +4,35 @@ namespace smh {
 
 namespace {
 
-void TakeBack(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) noexcept {
+// A target that stays keeps its switch.
+void TakeBack(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
+              ChangeCheckpoint& checkpoint) noexcept {
   checkpoint.Fail();
-  const bool isBack = source == nullptr || source->PutBack();
-  if (isBack && target != nullptr) target->TakeBack();
+  if (source != nullptr && !source->PutBack()) return;
+  if (target != nullptr) target->TakeBack();
+  if (switches != nullptr) switches->TakeBack();
 }
 
 }  // namespace
 
-bool CarryEntry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
+bool CarryEntry(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
+                ChangeCheckpoint& checkpoint) {
   const LastLook arrived = [target] { return target == nullptr || target->Stands(); };
-  const bool removes = source != nullptr && (target == nullptr || !target->CarriesSource());
+  EntrySource* const removed = target == nullptr || !target->CarriesSource() ? source : nullptr;
   const CopyMark mark = [&](std::size_t place) {
     if (source != nullptr && checkpoint.IsRecorded()) source->MarkCopies(place);
   };
   try {
-    if ((target == nullptr || target->InsertItem(mark)) && (!removes || source->ExtractItem(arrived)))
+    if ((switches == nullptr || switches->Prepare()) && (target == nullptr || target->InsertItem(mark)) &&
+        (removed == nullptr || removed->ExtractItem(arrived)) &&
+        (switches == nullptr || switches->Finish())) {
       return true;
+    }
   } catch (...) {
-    TakeBack(target, removes ? source : nullptr, checkpoint);
+    TakeBack(target, removed, switches, checkpoint);
     throw;
   }
-  TakeBack(target, removes ? source : nullptr, checkpoint);
+  TakeBack(target, removed, switches, checkpoint);
   return false;
 }
 

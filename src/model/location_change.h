@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/checkpoint.h"
+#include "model/effective_states.h"
 #include "model/entry_steps.h"
 
 #include <string>
@@ -30,10 +31,12 @@ struct ChangeAnswer {
   static ChangeAnswer Gone() { return {.kind = Kind::kGone, .text = L"the entry has gone"}; }
 };
 
-// Writes `target`, then removes `source`; either may be null. Whether all is done. When it is not, or when a
+// Writes `target`, then removes `source`; `switches` go along, before the one and behind the other. Each may
+// be null. Whether all is done. When it is not, or when a
 // step raises, which is raised again, what was done is taken back: through the journal when the change is
 // recorded, the rest by the steps themselves. A source that cannot be put back keeps its target: the entry
 // stands in one place at least. For the thread of the change, without the list's lock or an item's.
-bool CarryEntry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint);
+bool CarryEntry(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
+                ChangeCheckpoint& checkpoint);
 
 }  // namespace smh

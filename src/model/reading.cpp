@@ -5,6 +5,8 @@
 #include "infra/log/uAxDebug.h"
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/assertion.h"
+#include "infra/runtime/catch_failure.h"
+#include "model/effective_states.h"
 #include "model/extended_info.h"
 #include "model/image_lists.h"
 #include "model/item_list.h"
@@ -42,6 +44,7 @@ class TReadThread {
   bool TakesPart(const TLocationStartup& location) const noexcept;
   void ReadLocations();
   void DropOthers();
+  void ReadEffectiveStates();
   void ReadExtendedInfo();
   void WaitForChange();
 
@@ -73,10 +76,19 @@ bool TReadThread::TakesPart(const TLocationStartup& location) const noexcept {
 
 void TReadThread::ReadLocations() {
   DropOthers();
+  ReadEffectiveStates();
   for (const auto& location : Locations()) {
     CheckTerminated();
     if (TakesPart(*location)) ReadTraced(*location, Look::kAgain);
   }
+}
+
+// Before the entries: each has its answer when it is listed.
+void TReadThread::ReadEffectiveStates() {
+  EffectiveStates* const states = TheEffectiveStates();
+  if (states == nullptr) return;
+  const auto read = [&] { states->Read(showAll_); };
+  CatchFailure(read, [] { LogCurrentException(); });
 }
 
 // What the locations listed that do not take part any more.
@@ -108,6 +120,9 @@ void TReadThread::WaitForChange() {
   while (!isAnyRead) {
     if (WaitForSingleObject(thread_.Wake(), kPollIntervalMs) == WAIT_OBJECT_0) return;
     pass_.Begin();
+    if (EffectiveStates* const states = TheEffectiveStates(); states != nullptr && states->IsChanged()) {
+      ReadEffectiveStates();
+    }
     // All of them, once: one that changes without end holds up neither the others nor what follows a poll.
     for (const auto& location : Locations()) {
       CheckTerminated();

@@ -28,6 +28,8 @@ constexpr wchar_t kAddLine[] = L"Error add item \"%s\" (%s) in location \"%s\"."
 constexpr wchar_t kDeleteLine[] = L"Error delete item \"%s\" in location \"%s\".";
 constexpr wchar_t kEnableLine[] = L"Error enable item \"%s\" in location \"%s\".";
 constexpr wchar_t kDisableLine[] = L"Error disable item \"%s\" in location \"%s\".";
+constexpr wchar_t kSwitchOffLine[] = L"Error switch off item \"%s\" in location \"%s\".";
+constexpr wchar_t kSwitchOnLine[] = L"Error switch on item \"%s\" in location \"%s\".";
 constexpr wchar_t kMoveLine[] = L"Error move item \"%s\" from \"%s\" to \"%s\".";
 // Spelled so, and without a full stop, on purpose: users search their logs for it.
 constexpr wchar_t kChangeLine[] = L"Error change item \"%s\" comand on \"%s\" in location \"%s\"";
@@ -171,15 +173,36 @@ void TLocationStartup::RequireAsListed(const ItemRef& item, const ItemState& lis
   RaiseChangedMeanwhile();
 }
 
-bool TLocationStartup::Carry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint) {
+bool TLocationStartup::Carry(EntryTarget* target, const TLocationStartup& to, EntrySource* source,
+                             ChangeCheckpoint& checkpoint) {
+  std::optional<SwitchOwner> before;
+  std::optional<SwitchOwner> after;
+  if (source != nullptr) before.emplace(LocationType(), source->Found(), source->HasTwin());
+  if (target != nullptr) after.emplace(to.LocationType(), target->Found(), target->HasTwin());
+  EffectiveStates* const states = TheEffectiveStates();
+  std::unique_ptr<SwitchSteps> switches;
+  if (states != nullptr) {
+    switches =
+        states->PlanCarry(before ? &*before : nullptr, after ? &*after : nullptr, checkpoint.IsRecorded());
+  }
+  return CarryWith(target, source, switches.get(), checkpoint);
+}
+
+bool TLocationStartup::CarryWith(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
+                                 ChangeCheckpoint& checkpoint) {
+  bool isDone = false;
+  const auto finish = [&]() noexcept {
+    if (!isDone) Gate().MarkLoadDue();
+    if (switches != nullptr) EnterOutcome([] { TheEffectiveStates()->ReadAgain(); });
+  };
   try {
-    if (CarryEntry(target, source, checkpoint)) return true;
+    isDone = CarryEntry(target, source, switches, checkpoint);
   } catch (...) {
-    Gate().MarkLoadDue();
+    finish();
     throw;
   }
-  Gate().MarkLoadDue();
-  return false;
+  finish();
+  return isDone;
 }
 
 ChangeAnswer TLocationStartup::DeleteItem(const ItemRef& item) {
@@ -189,7 +212,7 @@ ChangeAnswer TLocationStartup::DeleteItem(const ItemRef& item) {
       [&](const std::wstring& name) { LogFormat(kDeleteLine, name, MemberName()); },
       [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
         RequireAsListed(item, listed, source);
-        if (!Carry(nullptr, &source, checkpoint)) return ChangeAnswer::Refused();
+        if (!Carry(nullptr, *this, &source, checkpoint)) return ChangeAnswer::Refused();
         EnterRemoval(*item);
         return ChangeAnswer();
       });
@@ -204,7 +227,7 @@ ChangeAnswer TLocationStartup::SwitchItem(const ItemRef& item, bool enable) {
         if (listed.isEnabled == enable) return ChangeAnswer::Nothing();
         const bool isOther = source.ShownCommand() != listed.details.Command;
         const std::unique_ptr<EntryTarget> target = PlanSwitch(source, enable, checkpoint.IsRecorded());
-        if (!Carry(target.get(), &source, checkpoint)) return ChangeAnswer::Refused();
+        if (!Carry(target.get(), *this, &source, checkpoint)) return ChangeAnswer::Refused();
         EnterSwitch(item, *target, isOther);
         return ChangeAnswer();
       });
@@ -220,7 +243,7 @@ ChangeAnswer TLocationStartup::ChangeItemCommand(const ItemRef& item, const std:
         RequireAsListed(item, listed, source);
         if (SameText(listed.details.Command, command)) return ChangeAnswer::Nothing();
         const std::unique_ptr<EntryTarget> target = PlanCommand(source, command, checkpoint.IsRecorded());
-        if (!Carry(target.get(), nullptr, checkpoint)) return ChangeAnswer::Refused();
+        if (!CarryWith(target.get(), nullptr, nullptr, checkpoint)) return ChangeAnswer::Refused();
         EnterCommand(item, target->Found());
         return ChangeAnswer();
       });
@@ -250,9 +273,27 @@ ChangeAnswer TLocationStartup::MoveEntry(const ItemRef& item, TLocationStartup& 
       destination.PlanInsert(source, entry->State(), checkpoint.IsRecorded());
   // What may be left there after a failure is found by a load.
   destination.Gate().MarkLoadDue();
-  if (!Carry(target.get(), &source, checkpoint)) return ChangeAnswer::Refused();
+  if (!Carry(target.get(), destination, &source, checkpoint)) return ChangeAnswer::Refused();
   destination.EnterNew(target->Found(), item.get());
   return ChangeAnswer();
+}
+
+ChangeAnswer TLocationStartup::SetItemSwitchedOff(const ItemRef& item, bool off) {
+  return RunChange(
+      off ? ChangeKind::kDisabling : ChangeKind::kEnabling, item,
+      [&](const std::wstring& name) { LogFormat(off ? kSwitchOffLine : kSwitchOnLine, name, MemberName()); },
+      [&](EntrySource& source, const ItemState&, ChangeCheckpoint& checkpoint) {
+        const SwitchOwner owner{LocationType(), source.Found(), source.HasTwin()};
+        EffectiveStates* const states = TheEffectiveStates();
+        SMH_ASSERT(kUnit, states != nullptr);
+        const auto switches = states->PlanSwitch(owner, off, checkpoint.IsRecorded());
+        if (switches == nullptr) {
+          states->ReadAgain();
+          return ChangeAnswer::Nothing();
+        }
+        return CarryWith(nullptr, nullptr, switches.get(), checkpoint) ? ChangeAnswer()
+                                                                       : ChangeAnswer::Refused();
+      });
 }
 
 ChangeAnswer TLocationStartup::AddItem(const std::wstring& name, const std::wstring& command) {
@@ -276,7 +317,7 @@ ChangeAnswer TLocationStartup::AddEntry(const std::wstring& name, const std::wst
     if (const ItemRef known = FindItem(LocationType(), found.name)) {
       return {.kind = ChangeAnswer::Kind::kNothing, .position = known->Position()};
     }
-  } else if (!Carry(target.get(), nullptr, checkpoint)) {
+  } else if (!Carry(target.get(), *this, nullptr, checkpoint)) {
     return ChangeAnswer::Refused();
   }
   const int position = EnterNew(found, nullptr);

@@ -60,6 +60,8 @@ class TLocationStartup : public LocationLoading {
   ChangeAnswer EnableItem(const ItemRef& item) { return SwitchItem(item, true); }
   ChangeAnswer DisableItem(const ItemRef& item) { return SwitchItem(item, false); }
   ChangeAnswer MoveItem(const ItemRef& item, TTypeStartupLocation target);
+  // Puts the system's own switch of an item off or on; see SwitchSteps.
+  ChangeAnswer SetItemSwitchedOff(const ItemRef& item, bool off);
   ChangeAnswer ChangeItemCommand(const ItemRef& item, const std::wstring& command);
   // The side key or folder that this system keeps disabled entries in, without a trailing backslash; empty
   // without one. Constant, valid as long as the location.
@@ -121,8 +123,12 @@ class TLocationStartup : public LocationLoading {
   ChangeAnswer MoveEntry(const ItemRef& item, TLocationStartup& destination, EntrySource& source,
                          const ItemState& listed, ChangeCheckpoint& checkpoint);
   ChangeAnswer AddEntry(const std::wstring& name, const std::wstring& command);
-  // CarryEntry; after a failure a load is due.
-  bool Carry(EntryTarget* target, EntrySource* source, ChangeCheckpoint& checkpoint);
+  // CarryEntry with the switches of what comes and goes; a target comes to `to`. After a failure a load is
+  // due.
+  bool Carry(EntryTarget* target, const TLocationStartup& to, EntrySource* source,
+             ChangeCheckpoint& checkpoint);
+  bool CarryWith(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
+                 ChangeCheckpoint& checkpoint);
   void RequireAsListed(const ItemRef& item, const ItemState& listed, const EntrySource& source);
   std::wstring TitleOf(const ItemState& listed) const;
 

@@ -13,9 +13,9 @@
 //   source = class of the exception). Every slot clears the error info on entry.
 // - Null for an out argument is E_POINTER.
 // - Slots may read disk, registry and network. Those that change or start something (AddItem, Delete, Enable,
-//   Disable, MoveTo, ChangeCommand, Execute, ShowLocation) wait for a change under way, thirty seconds at
-//   most, and up to ten seconds for the journal of changes (intf_journal.h). No other slot waits for a
-//   change, but for one that is made by a thread that holds Lock.
+//   Disable, MoveTo, ChangeCommand, SetSwitchedOff, Execute, ShowLocation) wait for a change under way,
+//   thirty seconds at most, and up to ten seconds for the journal of changes (intf_journal.h). No other slot
+//   waits for a change, but for one that is made by a thread that holds Lock.
 // - On a thread of a single-threaded apartment messages are dispatched while a change waits for another one,
 //   and while Refresh and Stop wait for each other.
 //
@@ -44,6 +44,10 @@
 // | AddItem, MoveTo,              | no shortcut starts what the command starts   | ERROR_NOT_SUPPORTED
 // | ChangeCommand                 |
 // |   A shortcut cannot hold this command: ...
+// | MoveTo                        | it is switched off, and the new place knows  | ERROR_NOT_SUPPORTED
+// |                               | no such switch: there it would start         |
+// |   The entry is switched off in Task Manager, and the new place has no such switch.
+// | SetSwitchedOff                | kFactCanSwitch says no                       | E_UNEXPECTED
 // | changes, Refresh, Stop        | the thread is inside of one already          | E_UNEXPECTED
 // |   A call of this thread is under way already.
 // | IStartupItem's 11 to 18       | CanDo says no                                | E_UNEXPECTED
@@ -122,11 +126,42 @@ enum ItemFact : std::int32_t {
   // VT_BSTR: the command, or what an entry without one has given, that stands there for kTwinOther; VT_NULL
   // else.
   kFactTwinCommand = 10,
-  // 11 to 14 are about what the system's own switches say of the entry.
+  // Whether Windows would start the entry, as its own switches, policies and lists say: these are read by
+  // every pass and watched; an entry for which the answer changes gets its changed mark. VT_NULL for a
+  // default program. docs/windows.md tells where each is read.
+  kFactStarts = 11,        // VT_I4: a StartsAnswer
+  kFactStartReasons = 12,  // VT_I4: StartReason flags
+  // VT_DATE: when the system's switch was put off; 0 when it does not say, VT_NULL for one that is on.
+  kFactSwitchedOffSince = 13,
+  kFactCanSwitch = 14,  // VT_BOOL: whether SetSwitchedOff has a switch to set
   // VT_BSTR: the full path of the program that the command starts something through, as rundll32, cmd,
   // powershell, wscript and msiexec do; empty when the program itself is what runs. With it and without
   // kFactServedFile it cannot be told what runs.
   kFactStartedThrough = 15,
+  // VT_I4: the StartsAnswer of 64-bit and of 32-bit programs by themselves, for what each reads in its own
+  // registry view; VT_NULL for an entry that programs of that kind do not read.
+  kFactStarts64 = 16,
+  kFactStarts32 = 17,
+};
+
+// Whether Windows would start an entry. What cannot be derived is unknown.
+enum StartsAnswer : std::int32_t { kStartsUnknown = 0, kStartsYes = 1, kStartsNo = 2 };
+
+// Why Windows would not start an entry, or why that cannot be told. Later versions add bits behind these.
+enum StartReason : std::int32_t {
+  kReasonDisabled = 0x1,     // it lies in a side key or a folder of disabled entries
+  kReasonSwitchedOff = 0x2,  // by Task Manager or Settings
+  kReasonPolicy = 0x4,
+  kReasonBlocked = 0x8,       // by the list of blocked extensions, or as a browser add-on
+  kReasonNotApproved = 0x10,  // only approved extensions are loaded
+  kReasonNotRead = 0x20,      // this Windows does not read the location
+  kReasonOnlyInIEMode = 0x40,
+  kReasonMissing = 0x80,       // the file
+  kReasonUnreachable = 0x100,  // the file's share or drive does not answer now
+  // Behind a reason that holds for one of the two alone; the entry may start through the other one. Both when
+  // there are several such reasons.
+  kReasonOnlyFor64 = 0x200,
+  kReasonOnlyFor32 = 0x400,
 };
 
 // Whether the file is there. One out of reach may be: its share or network drive did not answer.
@@ -220,14 +255,21 @@ struct IStartupItem : IUnknown {
 };
 
 // Further facts of a start-up entry or a default program: QueryInterface of IStartupItem and IFavoriteItem
-// answers it. Later versions add indexes and put slots behind these. Any thread may use it; no disk and no
-// registry is touched.
+// answers it. Later versions add indexes and put slots behind these. Any thread may use it; slot 3 touches no
+// disk and no registry.
 struct IStartupItemFacts : IUnknown {
   static constexpr GUID iid = {0xE7FF0A82, 0x5825, 0x4742, {0x9F, 0x44, 0x86, 0x3F, 0x32, 0xDD, 0x50, 0x00}};
 
   // 3: an ItemFact; VT_NULL for an index that this version does not know, and without an entry. The variant
   // is overwritten; the caller clears it afterwards.
   virtual HRESULT STDMETHODCALLTYPE GetFact(std::int32_t index, VARIANT* value) = 0;
+  // 4: puts the system's own switch of a start-up entry off or on, as Task Manager does. A change like those
+  // of IStartupItem: recorded, read back, and refused when another program changes the switch meanwhile. Ask
+  // kFactCanSwitch first. Only the low bit and the time of what stands there are changed. The entry itself
+  // stays where it is. The other changes take the switch along: what is moved or renamed is off there exactly
+  // when it was; what is added is on, whatever an entry of that name has left behind; what is deleted leaves
+  // none. Enable and Disable leave it as it is. For a default program E_UNEXPECTED.
+  virtual HRESULT STDMETHODCALLTYPE SetSwitchedOff(BOOL off) = 0;
 };
 
 // All start-up entries of all locations read so far. Any thread may use it.

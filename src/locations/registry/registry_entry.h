@@ -39,7 +39,7 @@ class RegistrySource final : public EntrySource {
   const RegistryData& Data() const noexcept { return data_; }
   // Its value, or its key with everything below.
   const KeptEntry& Kept() const noexcept { return places_.front().kept; }
-  bool HasTwin() const noexcept { return places_.size() > 1; }
+  bool HasTwin() const noexcept override { return places_.size() > 1; }
   // The twin takes no part: its place is taken.
   void LeaveTwin() { places_.resize(1); }
 
@@ -90,6 +90,7 @@ class RegistryTarget final : public EntryTarget {
   bool Stands() const override;
   bool TakeBack() noexcept override;
   FoundEntry Found() const override { return found_; }
+  bool HasTwin() const noexcept override { return places_.size() > 1; }
 
  private:
   struct Place {
