@@ -4,6 +4,8 @@
 #include "infra/runtime/text.h"
 #include "siblings/basekit/environment.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <iterator>
 #include <span>
@@ -73,6 +75,34 @@ std::size_t ExtensionEnd(std::wstring_view command) {
   return std::wstring_view::npos;
 }
 
+// Where the system has its own programs, below the folder that `get` tells.
+struct SystemFolder {
+  UINT(WINAPI* get)(wchar_t* folder, UINT units);
+  const wchar_t* below;
+};
+constexpr SystemFolder kSystemFolders[] = {
+    {GetSystemDirectoryW, L"\\"},
+    {GetWindowsDirectoryW, L"\\"},
+    {GetSystemDirectoryW, L"\\WindowsPowerShell\\v1.0\\"},
+};
+
+// Length of the first element when it names a program of the system without its folder ("cmd /c x.bat"): the
+// system finds that before it takes more of the command for a name. npos when it does not.
+std::size_t SystemProgramEnd(std::wstring_view command, const FileTest& fileExists) {
+  const std::wstring_view name = command.substr(0, command.find_first_of(kBlanks));
+  if (name.find_first_of(L"\\/:\"%") != std::wstring_view::npos) return std::wstring_view::npos;
+  for (const SystemFolder& row : kSystemFolders) {
+    wchar_t folder[MAX_PATH] = {};
+    const UINT units = row.get(folder, MAX_PATH);
+    if (units == 0 || units >= MAX_PATH) continue;
+    std::wstring path(folder);
+    path.append(row.below).append(name);
+    if (ExtensionPart(name).empty()) path.append(kImpliedExtensions[0]);
+    if (fileExists(path)) return name.size();
+  }
+  return std::wstring_view::npos;
+}
+
 }  // namespace
 
 std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists) {
@@ -83,7 +113,14 @@ std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists) 
   }
   std::size_t end = ExistingPrefix(command, kBySystem, fileExists);
   if (end == std::wstring_view::npos) end = ExistingPrefix(command, kByShell, fileExists);
-  if (end == std::wstring_view::npos) end = ExtensionEnd(command);
+  if (end == std::wstring_view::npos) {
+    end = ExtensionEnd(command);
+    const bool hasBlank = end != std::wstring_view::npos && command.find_first_of(kBlanks) < end;
+    if (const std::size_t first = hasBlank ? SystemProgramEnd(command, fileExists) : end;
+        first != std::wstring_view::npos) {
+      end = first;
+    }
+  }
   if (end == std::wstring_view::npos) end = command.find_first_of(kBlanks);
   return WithoutQuotes(command.substr(0, end));
 }

@@ -23,6 +23,8 @@ using FileTest = std::function<bool(const std::wstring& path)>;
 //   has a folder part on a drive and names a file, as it is or, when it has no extension, with ".exe"; else
 //   the first such with another of the implied extensions. Network paths are never tested: a dead one would
 //   hold the caller;
+// - else the first element, when behind it an extension as below follows and it names, without a folder, a
+//   program of the system's;
 // - else the text up to the first executable extension that a blank or the end follows;
 // - else the text up to the first blank.
 std::wstring ProgramPart(std::wstring_view command, const FileTest& fileExists);

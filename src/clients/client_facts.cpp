@@ -7,6 +7,7 @@
 #include "infra/runtime/text.h"
 #include "model/basic_info.h"
 #include "model/extended_info.h"
+#include "model/started_through.h"
 #include "sysutil/command_line.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/uFileUtils.h"
@@ -150,7 +151,7 @@ void LoadClientDetails(const FavoriteIdentity& client, IconLists& icons, IconSou
   if (details.Kind == TargetKind::kShortcut) {
     FollowShortcut(details);
   } else {
-    details.ServedFile = ServedFileOf(details.FilePath, details.Command);
+    TakeStartedThrough(details.FilePath, details.Command, details);
   }
   std::optional<FileStamp> stamp;
   if (IsFullPath(details.FilePath)) stamp = ReachableStamp(details.FilePath);

@@ -112,6 +112,8 @@ VARIANT DetailFactValue(const ItemDetails& details, std::int32_t index) {
       return TextVariant(details.FilePath);
     case kFactServedFile:
       return TextVariant(details.ServedFile);
+    case kFactStartedThrough:
+      return TextVariant(details.StartedThrough);
     default:
       return NullVariant();
   }

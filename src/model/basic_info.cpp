@@ -4,6 +4,7 @@
 #include "infra/log/uStatisticsLog.h"
 #include "infra/runtime/format.h"
 #include "infra/runtime/text.h"
+#include "model/started_through.h"
 #include "shelllink/link_file.h"
 #include "shelllink/uShellLinkInfo.h"
 #include "sysutil/command_line.h"
@@ -13,34 +14,11 @@
 
 #include <algorithm>
 #include <tuple>
-#include <vector>
+#include <utility>
 
 namespace smh {
 
 namespace {
-
-// Split at blanks; double quotes hold an element together and are not part of it.
-std::vector<std::wstring> SplitAtBlanks(std::wstring_view text) {
-  std::vector<std::wstring> elements;
-  std::wstring element;
-  bool quoted = false;
-  bool started = false;
-  for (const wchar_t unit : text) {
-    if (unit == L'"') {
-      quoted = !quoted;
-      started = true;
-    } else if (unit <= L' ' && !quoted) {
-      if (started) elements.push_back(std::move(element));
-      element.clear();
-      started = false;
-    } else {
-      element += unit;
-      started = true;
-    }
-  }
-  if (started) elements.push_back(std::move(element));
-  return elements;
-}
 
 void TakeFileTexts(const FileStamp& stamp, ItemDetails& details) {
   FileTexts texts = ReadFileTexts(details.FilePath, stamp);
@@ -99,35 +77,19 @@ void CompleteCaption(ItemDetails& details) {
   }
 }
 
+// What is started through another program, and cannot be told, may have come.
+bool IsServedAsSeen(const ItemDetails& details) {
+  if (details.StartedThrough.empty()) return true;
+  if (details.ServedFile.empty()) return false;
+  return details.ServedFile == details.FilePath || ReachableStamp(details.ServedFile) == details.SeenServed;
+}
+
 SharedText ShortName(const SharedText& file) {
   return TakeSharedText(
       [&](BoundaryText* name) { return DLLGlobals::Helper().GetFileNameWithoutExt(file.c_str(), name); });
 }
 
 }  // namespace
-
-bool IsRundll(std::wstring_view shortName) noexcept {
-  return SameText(shortName, L"rundll") || SameText(shortName, L"rundll32");
-}
-
-std::wstring RundllTarget(std::wstring_view command,
-                          const std::function<std::wstring(std::wstring_view)>& existingFile) {
-  std::wstring text(command);
-  if (const std::size_t comma = text.find(L','); comma != std::wstring::npos) text[comma] = L' ';
-  std::vector<std::wstring> elements = SplitAtBlanks(text);
-  if (!elements.empty()) elements.erase(elements.begin());
-  if (elements.size() >= 2) elements.erase(elements.begin() + 1);
-  for (std::size_t i = elements.size(); i > 0; --i) {
-    if (std::wstring file = existingFile(elements[i - 1]); !file.empty()) return file;
-  }
-  return {};
-}
-
-SharedText ServedFileOf(const SharedText& program, const SharedText& command) {
-  std::wstring_view name = FileNamePart(program);
-  name.remove_suffix(ExtensionPart(name).size());
-  return IsRundll(name) ? SharedText(RundllTarget(command, ExistingFile)) : SharedText();
-}
 
 ShortcutFacts ShortcutFactsOf(const TShellLinkInfo& link) {
   ShortcutFacts facts;
@@ -187,7 +149,7 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
   details.LinkShowCommand = facts->hotKey;
   if (!facts->targetFile.empty()) {
     details.FilePath = facts->targetFile;
-    details.ServedFile = ServedFileOf(facts->targetFile, facts->command);
+    TakeStartedThrough(facts->targetFile, facts->command, details);
   }
   return facts;
 }
@@ -195,13 +157,14 @@ std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details) {
 bool StandsAsSeen(const ItemDetails& details) {
   if (!details.FileFound || !details.IsLinkRead || ReachableStamp(details.FilePath) != details.SeenFile)
     return false;
+  if (!IsServedAsSeen(details)) return false;
   return details.LinkPath.empty() || ReachableStamp(details.LinkPath) == details.SeenLink;
 }
 
 bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b) {
   const auto seen = [](const ItemDetails& details) {
-    return std::tie(details.FilePath, details.Reachability, details.SeenFile, details.LinkPath,
-                    details.SeenLink, details.IsLinkRead);
+    return std::tie(details.FilePath, details.Reachability, details.SeenFile, details.ServedFile,
+                    details.SeenServed, details.LinkPath, details.SeenLink, details.IsLinkRead);
   };
   return seen(a) == seen(b);
 }
@@ -225,8 +188,9 @@ void FillBasicDetails(TTypeStartupLocation location, const SharedText& name, Ite
   if (details.Kind == TargetKind::kShortcut) {
     FillFromShortcut(IsFolderLocation(location), details);
   } else {
-    details.ServedFile = ServedFileOf(details.FilePath, details.Command);
-    if (!details.ServedFile.empty()) details.FilePath = details.ServedFile;
+    TakeStartedThrough(details.FilePath, details.Command, details);
+    SharedText library = RundllFileOf(details.FilePath, details.Command);
+    if (!library.empty()) details.FilePath = std::move(library);
   }
   DescribeStartedFile(FindFile(location, details), details);
   CompleteCaption(details);

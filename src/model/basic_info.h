@@ -10,24 +10,11 @@
 #include "model/item_details.h"
 #include "shelllink/uShellLinkInfo.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace smh {
-
-// Whether `shortName` is that of the program that commands start a library through.
-bool IsRundll(std::wstring_view shortName) noexcept;
-
-// The file that such a command really runs: the last existing one among its arguments, the entry-point name
-// after the library left out; empty when there is none. Pure: `existingFile` answers the existing file that
-// an argument names, or "", and what it raises passes.
-std::wstring RundllTarget(std::wstring_view command,
-                          const std::function<std::wstring(std::wstring_view)>& existingFile);
-
-// The full path of that file when the command's program is such a one, else empty. Touches the disk.
-SharedText ServedFileOf(const SharedText& program, const SharedText& command);
 
 // What an item takes from a shortcut: texts as the shortcut has them, or empty.
 struct ShortcutFacts {
@@ -64,8 +51,8 @@ TargetKind TargetKindOfFile(std::wstring_view file);
 // target keeps it too. Touches the disk.
 std::optional<ShortcutFacts> FollowShortcut(ItemDetails& details);
 
-// Whether the files that the details tell of stand as they were seen: the shortcut, if it could be read, and
-// what is started, if it was there. One call of the system for each.
+// Whether the files that the details tell of stand as they were seen: the shortcut, if it could be read, what
+// is started, if it was there, and what that runs, if it could be told. One call of the system for each.
 bool StandsAsSeen(const ItemDetails& details);
 // Whether two tell of the same files, as they stood at the same time.
 bool IsSeenAlike(const ItemDetails& a, const ItemDetails& b);

@@ -103,10 +103,13 @@ struct ItemDetails : ExtendedDetails {
   SharedVersionTexts Version = NoVersionTexts();
   // The file that the command starts, or the served one: that which all that is known of a file is about.
   SharedText FilePath;
-  // What the command, or the shortcut that it names, has rundll32 load; empty for any other.
+  // The program that the command, or the shortcut that it names, starts something through; empty for others.
+  SharedText StartedThrough;
+  // What that runs; empty when it cannot be told, and without one.
   SharedText ServedFile;
   // As they stood when they were looked at, where they were there.
   FileStamp SeenFile;
+  FileStamp SeenServed;
   FileStamp SeenLink;
   bool IsLinkRead = true;
   // It could not be read because it could not be opened, though it may be there: somebody may hold it.

@@ -2,6 +2,7 @@
 #include "model/basic_info.h"
 #include "model/extended_info.h"
 #include "model/item_list.h"
+#include "model/started_through.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/module_fixture.h"
 
@@ -82,6 +83,56 @@ TEST_F(ItemRecordTest, RundllShowsTheLibraryItStarts) {
   EXPECT_EQ(details.EntryName, L"rundll32");
   EXPECT_TRUE(
       EndsText(L"\\rundll32.exe", MakeItem(L"rundll32.exe gone.dll,Start")->State().details.FilePath));
+}
+
+// Only what certainly runs is told, else somebody's program passes for the system's.
+TEST_F(ItemRecordTest, WhatIsStartedThroughAnotherProgram) {
+  const TemporaryFolder folder;
+  const std::wstring lib = folder.Write(L"a lib.dll", "x");
+  const std::wstring script = folder.Write(L"a script.cmd", "x");
+  const std::wstring bare = folder.Write(L"bare.bat", "x");
+  const std::wstring q = L"\"" + script + L"\"";
+  const std::wstring none;
+  const std::pair<std::wstring, std::wstring> rows[] = {
+      {L"rundll32 \"" + lib + L"\",Start " + script, lib},
+      {L"rundll32.exe shell32.dll,Control_RunDLL " + q, script},
+      {L"rundll32 shell32.dll,ShellExec_RunDLL " + q, none},
+      {L"rundll32 advpack.dll,LaunchINFSection " + q, none},
+      {L"cmd /c " + q + L" a", script},
+      {L"cmd /c " + bare, bare},
+      {L"wscript " + bare + L" /a", bare},
+      {L"%ComSpec% /d/q /C \"" + q + L" \"a\"\"", script},
+      {L"cmd /k start \"title\" /min " + q, script},
+      {L"cmd.exe /c @call " + q, script},
+      {L"cmd /c cmd /r " + q, script},
+      {L"cmd /c " + q + L" & " + lib, none},
+      {L"cmd /c echo " + q, none},
+      {L"cmd " + q, none},
+      {L"powershell -NoProfile -ExecutionPolicy Bypass -File " + q + L" -x", script},
+      {L"powershell -w hidden -f " + q, script},
+      {L"powershell " + q, script},
+      {L"powershell " + q + L"; & b", none},
+      {L"powershell -enc " + q, none},
+      {L"powershell -Command " + q, none},
+      {L"wscript //B //T:9 " + q + L" //x", script},
+      {L"cscript gone.vbs", none},
+      {L"msiexec /i " + q + L" /qn", script},
+      {L"msiexec /I" + q, script},
+      {L"msiexec /i " + q + L" TRANSFORMS=" + lib, none},
+      {L"mshta " + q, none},
+  };
+  for (const auto& [command, file] : rows) {
+    const ItemDetails details = MakeItem(command)->State().details;
+    EXPECT_EQ(details.ServedFile, file) << command;
+    EXPECT_FALSE(details.StartedThrough.empty()) << command;
+  }
+  for (const std::wstring& itself : std::vector<std::wstring>{L"cmd", L"explorer.exe", script + L" cmd /c"})
+    EXPECT_TRUE(MakeItem(itself)->State().details.StartedThrough.empty()) << itself;
+
+  const ItemRef item = MakeItem(L"cmd /c " + q);
+  EXPECT_TRUE(StandsAsSeen(item->State().details));
+  folder.Write(L"a script.cmd", "another");
+  EXPECT_FALSE(StandsAsSeen(item->State().details));
 }
 
 TEST_F(ItemRecordTest, ItemsOfOneFileShareWhatIsKnownOfIt) {

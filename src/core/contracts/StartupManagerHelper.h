@@ -135,8 +135,8 @@ enum ItemFact : std::int32_t {
   kFactSwitchedOffSince = 13,
   kFactCanSwitch = 14,  // VT_BOOL: whether SetSwitchedOff has a switch to set
   // VT_BSTR: the full path of the program that the command starts something through, as rundll32, cmd,
-  // powershell, wscript and msiexec do; empty when the program itself is what runs. With it and without
-  // kFactServedFile it cannot be told what runs.
+  // powershell, wscript, msiexec and others do; empty when the program itself is what runs. With it and
+  // without kFactServedFile it cannot be told what runs.
   kFactStartedThrough = 15,
   // VT_I4: the StartsAnswer of 64-bit and of 32-bit programs by themselves, for what each reads in its own
   // registry view; VT_NULL for an entry that programs of that kind do not read.

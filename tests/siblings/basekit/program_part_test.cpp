@@ -35,6 +35,8 @@ TEST(ProgramPartTest, CommandsAndTheFilesThatDecideThem) {
   const std::set<std::wstring> tools = {L"C:\\My Tools\\a b.exe", L"C:\\My Tools\\a b.exe -x"};
   const std::set<std::wstring> others = {L"C:\\Other.cmd", L"C:\\notes.txt.exe", L"C:\\setup.msi",
                                          L"C:\\later.bat", L"C:\\later on.exe"};
+  const std::set<std::wstring> system = {L"C:\\windows\\system32\\cmd.exe",
+                                         L"C:\\windows\\system32\\WindowsPowerShell\\v1.0\\powershell.exe"};
   const struct {
     const std::set<std::wstring>& files;
     const wchar_t* command;
@@ -67,7 +69,11 @@ TEST(ProgramPartTest, CommandsAndTheFilesThatDecideThem) {
       {none, L"tools\\app -x", L"tools\\app", false},
       // Without a file the extension ends the program.
       {none, L"C:\\My Tools\\gone.exe -x C:\\b.exe", L"C:\\My Tools\\gone.exe", true},
-      {none, L"my app.exeter.cmd x", L"my app.exeter.cmd", false},
+      {none, L"my app.exeter.cmd x", L"my app.exeter.cmd", true},
+      // But a program of the system's goes before.
+      {system, L"cmd /c x.bat", L"cmd", true},
+      {system, L"powershell -File C:\\x.ps1", L"powershell", true},
+      {system, L"cmdx /c x.bat", L"cmdx /c x.bat", true},
       {none, L"my app.dll,Entry x", L"my", false},
       {none, L" \t ", L"", false},
       // Stray quotes are dropped.
