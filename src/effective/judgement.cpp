@@ -1,7 +1,11 @@
 #include "effective/judgement.h"
 
 #include "effective/start_rows.h"
+#include "infra/runtime/embedded_nul.h"
+#include "infra/runtime/text.h"
 #include "sysutil/program_file.h"
+
+#include <algorithm>
 
 namespace smh {
 
@@ -21,46 +25,215 @@ struct Answer {
     if (starts == kStartsYes) starts = kStartsUnknown;
     reasons |= reason;
   }
+  void Take(Told told, StartReason reason) noexcept {
+    if (told == Told::kYes) No(reason);
+    if (told == Told::kUntold) Untold(reason);
+  }
 };
 
-void JudgeFile(const ItemDetails& details, Answer& answer) {
-  if (details.Reachability == kFileUnreachable) {
-    answer.Untold(kReasonUnreachable);
-  } else if (details.Reachability == kFileMissing) {
-    // What opens an address is another program's affair.
-    if (IsUrl(details.FilePath)) {
-      answer.Untold(0);
-    } else {
-      answer.No(kReasonMissing);
+// One list that has the entry, or programs of one kind, which have a view of their own.
+struct Half {
+  bool isThere = false;
+  SwitchList switches = SwitchList::kNone;
+  LoaderView view = LoaderView::k32;
+  SwitchValue value{};
+  Answer answer{};
+};
+
+bool IsExtension(StartedBy by) noexcept {
+  return by == StartedBy::kExtensions || by == StartedBy::kColumns || by == StartedBy::kPermissions;
+}
+bool IsAddOn(StartedBy by) noexcept {
+  return by == StartedBy::kBrowser || by == StartedBy::kSearch;
+}
+
+// Work on one entry, under its lock.
+class Judging {
+ public:
+  Judging(const SystemRules& rules, const TStartupItem& item, const ItemState& state) noexcept
+      : rules_(rules),
+        row_(StartRowOf(item.Location())),
+        root_(SwitchRoot(item.Location())),
+        entriesAreKeys_(FamilyOf(LocationRowOf(item.Location())).entriesAreKeys),
+        state_(state) {
+    FindHalves(item.Twin());
+  }
+
+  EffectiveState Judge() noexcept {
+    if (!state_.isEnabled) common_.No(kReasonDisabled);
+    JudgeReader();
+    JudgeFile();
+    if (row_.by == StartedBy::kShell) JudgeProgram();
+    if (IsAddOn(row_.by)) JudgeAddOn();
+    for (Half* half : {&first_, &second_}) {
+      if (half->isThere) JudgeHalf(*half);
     }
-  } else if (details.Kind == TargetKind::kShortcut && details.FilePath == details.LinkPath) {
-    // Nobody knows what it leads to.
-    answer.Untold(0);
+    return Together();
+  }
+
+ private:
+  void FindHalves(ItemTwin twin) noexcept;
+  std::optional<GUID> Class() const noexcept;
+  void JudgeReader() noexcept;
+  void JudgeFile() noexcept;
+  void JudgeProgram() noexcept;
+  void JudgeAddOn() noexcept;
+  void JudgeHalf(Half& half) const noexcept;
+  void JudgeExtension(Half& half) const noexcept;
+  bool CanSwitch() const noexcept;
+  StartsAnswer Of(const Half& half) const noexcept;
+  EffectiveState Together() const noexcept;
+
+  const SystemRules& rules_;
+  const StartRow row_;
+  const LocationRoot root_;
+  const bool entriesAreKeys_;
+  const ItemState& state_;
+  Answer common_;
+  // Where it is read twice, the 64-bit one and the 32-bit one; else the first is all there is.
+  bool isViewed_ = false;
+  Half first_;
+  Half second_;
+};
+
+void Judging::FindHalves(ItemTwin twin) noexcept {
+  const bool isOwnView = state_.address.viewBits == KEY_WOW64_64KEY;
+  const bool hasClass = IsExtension(row_.by) || IsAddOn(row_.by);
+  isViewed_ =
+      rules_.hasViews && state_.address.root != nullptr && (hasClass || row_.switches32 != SwitchList::kNone);
+  if (!isViewed_) {
+    first_ = {true, row_.switches, LoaderView::k32};
+    return;
+  }
+  first_ = {isOwnView, row_.switches, LoaderView::k64};
+  // Of two classes of one name each is loaded in its view; of two commands the other one is another entry's.
+  const bool isTwin = hasClass ? twin != kTwinNone : twin == kTwinSame;
+  second_ = {!isOwnView || isTwin, row_.switches32, LoaderView::k32};
+}
+
+std::optional<GUID> Judging::Class() const noexcept {
+  const std::wstring_view key = state_.address.key;
+  std::optional<GUID> identifier;
+  if (entriesAreKeys_) identifier = ClassIn(key.substr(std::min(key.rfind(L'\\') + 1, key.size())));
+  return identifier ? identifier : ClassIn(state_.address.valueName);
+}
+
+void Judging::JudgeReader() noexcept {
+  if (row_.by == StartedBy::kNobody || (row_.by == StartedBy::kColumns && rules_.release >= kVista)) {
+    common_.No(kReasonNotRead);
+  } else if (row_.by == StartedBy::kSetup || row_.by == StartedBy::kPermissions) {
+    common_.Untold(0);
   }
 }
 
-void JudgeReader(const SystemRules& rules, StartedBy by, Answer& answer) {
-  if (by == StartedBy::kNobody || (by == StartedBy::kColumns && rules.release >= kVista)) {
-    answer.No(kReasonNotRead);
-  } else if (by == StartedBy::kSetup || by == StartedBy::kPermissions) {
-    answer.Untold(0);
+void Judging::JudgeFile() noexcept {
+  const ItemDetails& details = state_.details;
+  if (details.Reachability == kFileUnreachable) {
+    common_.Untold(kReasonUnreachable);
+  } else if (details.Reachability == kFileMissing) {
+    // What opens an address is another program's affair.
+    if (IsUrl(details.FilePath)) {
+      common_.Untold(0);
+    } else {
+      common_.No(kReasonMissing);
+    }
+  } else if (details.Kind == TargetKind::kShortcut && details.FilePath == details.LinkPath) {
+    // Nobody knows what it leads to.
+    common_.Untold(0);
   }
+}
+
+void Judging::JudgeProgram() noexcept {
+  common_.Take(rules_.policies.IsSet(row_.policy), kReasonPolicy);
+  common_.Take(rules_.policies.IsDenied(FileNamePart(state_.details.FilePath)), kReasonPolicy);
+}
+
+void Judging::JudgeAddOn() noexcept {
+  if (rules_.release >= kWindows11) common_.No(kReasonOnlyInIEMode);
+  const std::optional<GUID> identifier = Class();
+  if (!identifier) {
+    common_.Untold(0);
+    return;
+  }
+  const ExtensionRules& rules = rules_.extensions;
+  common_.Take(rules.IsForbidden(*identifier), kReasonPolicy);
+  common_.Take(rules.IsSwitchedOff(*identifier), kReasonBlocked);
+  if (row_.by == StartedBy::kBrowser) common_.Take(rules.AreObjectsOff(), kReasonPolicy);
+}
+
+void Judging::JudgeHalf(Half& half) const noexcept {
+  if (half.switches != SwitchList::kNone && rules_.release >= kWindows8) {
+    half.value = rules_.switches.Find(root_, half.switches, SwitchName(state_.name, state_.address));
+    half.answer.Take(half.value.isOff, kReasonSwitchedOff);
+  }
+  if (IsExtension(row_.by)) JudgeExtension(half);
+}
+
+void Judging::JudgeExtension(Half& half) const noexcept {
+  const std::optional<GUID> identifier = Class();
+  if (!identifier) {
+    half.answer.Untold(0);
+    return;
+  }
+  half.answer.Take(rules_.extensions.IsBlocked(*identifier, half.view), kReasonBlocked);
+  const Told enforces = rules_.policies.EnforcesApproval();
+  if (row_.by == StartedBy::kPermissions || enforces == Told::kNo) return;
+  const Told isApproved = rules_.extensions.IsApproved(*identifier, half.view);
+  if (isApproved == Told::kYes) return;
+  const bool isCertain = enforces == Told::kYes && isApproved == Told::kNo;
+  half.answer.Take(isCertain ? Told::kYes : Told::kUntold, kReasonNotApproved);
+}
+
+StartsAnswer Judging::Of(const Half& half) const noexcept {
+  if (common_.starts == kStartsNo || half.answer.starts == kStartsNo) return kStartsNo;
+  return common_.starts == kStartsYes ? half.answer.starts : common_.starts;
+}
+
+bool Judging::CanSwitch() const noexcept {
+  const auto canSet = [](const Half& half) {
+    return !half.isThere || (half.switches != SwitchList::kNone && half.value.isOff != Told::kUntold);
+  };
+  return state_.isEnabled && rules_.release >= kWindows8 && canSet(first_) && canSet(second_) &&
+         rules_.switches.IsWritable(root_) && !HoldsNul(SwitchName(state_.name, state_.address));
+}
+
+EffectiveState Judging::Together() const noexcept {
+  EffectiveState together;
+  together.reasons = common_.reasons;
+  together.canSwitch = CanSwitch();
+  bool mayStart = false;
+  bool isUntold = false;
+  for (const Half* half : {&first_, &second_}) {
+    if (!half->isThere) continue;
+    const StartsAnswer starts = Of(*half);
+    mayStart = mayStart || starts == kStartsYes;
+    isUntold = isUntold || starts == kStartsUnknown;
+    together.reasons |= half->answer.reasons;
+    if (CompareFileTime(&together.switchedOffSince, &half->value.since) < 0) {
+      together.switchedOffSince = half->value.since;
+    }
+    if (isViewed_) (half->view == LoaderView::k64 ? together.starts64 : together.starts32) = starts;
+  }
+  together.starts = mayStart ? kStartsYes : isUntold ? kStartsUnknown : kStartsNo;
+  if (first_.isThere && second_.isThere) {
+    if ((first_.answer.reasons & ~second_.answer.reasons) != 0) together.reasons |= kReasonOnlyFor64;
+    if ((second_.answer.reasons & ~first_.answer.reasons) != 0) together.reasons |= kReasonOnlyFor32;
+  }
+  return together;
 }
 
 }  // namespace
 
-EffectiveState Judge(const SystemRules& rules, const TStartupItem& item) {
-  const StartRow row = StartRowOf(item.Location());
-  return item.Get([&](const ItemState& state) {
-    Answer answer;
-    if (!state.isEnabled) answer.No(kReasonDisabled);
-    JudgeReader(rules, row.by, answer);
-    JudgeFile(state.details, answer);
-    EffectiveState judged;
-    judged.starts = answer.starts;
-    judged.reasons = answer.reasons;
-    return judged;
-  });
+LocationRoot SwitchRoot(TTypeStartupLocation location) noexcept {
+  return LocationRowOf(location).root;
+}
+
+std::wstring_view SwitchName(const SharedText& entryName, const SharedValueAddress& address) noexcept {
+  return address.root != nullptr ? std::wstring_view(address.valueName) : FileNamePart(entryName);
+}
+
+EffectiveState Judge(const SystemRules& rules, const TStartupItem& item) noexcept {
+  return item.Get([&](const ItemState& state) { return Judging(rules, item, state).Judge(); });
 }
 
 }  // namespace smh

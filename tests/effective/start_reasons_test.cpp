@@ -1,0 +1,327 @@
+// Whether Windows would start an entry, and why not: every rule alone and several together, read from where
+// the system reads them.
+#include "tests/effective/effective_fixture.h"
+
+namespace smh::test {
+namespace {
+
+struct Written {
+  HKEY root;
+  std::wstring path, name;
+  RawValue value;
+  // Of a 64-bit Windows: the 32-bit view alone, or the system's own.
+  bool isPlain = false;
+
+  void Put() const { SetValue(root, path, name, value, isPlain ? 0 : OwnView()); }
+};
+
+struct Row {
+  const char* what;
+  TTypeStartupLocation location;
+  std::vector<Written> written;
+  StartsAnswer starts;
+  std::int32_t reasons;
+  // Of 64-bit and of 32-bit programs: "y", "n", "?" or "-", where there are two views.
+  std::string views = "--";
+  WindowsRelease release = kWindows8;
+};
+
+char Word(const std::optional<StartsAnswer>& answer) {
+  return answer ? "?yn"[*answer] : '-';
+}
+
+class StartReasonsTest : public EffectiveTest {
+ protected:
+  void Check(const Row& row, std::wstring_view caption = L"Foo") {
+    SCOPED_TRACE(row.what);
+    SetRelease(row.release);
+    for (const Written& one : row.written) one.Put();
+    const ItemRef item = Load(row.location, caption);
+    ASSERT_NE(item, nullptr);
+    const EffectiveState state = EffectiveStateOf(*item);
+    EXPECT_EQ(state.starts, row.starts);
+    EXPECT_EQ(state.reasons, row.reasons);
+    if (HasTwoViews()) {
+      EXPECT_EQ((std::string{Word(state.starts64), Word(state.starts32)}), row.views);
+    }
+  }
+};
+
+Written Run(HKEY root, const std::wstring& key = kRunKey, const std::wstring& command = kProgram,
+            bool isPlain = false) {
+  return {root, key, L"Foo", Sz(command), isPlain};
+}
+Written Switched(HKEY root, const wchar_t* list, const RawValue& value = kOff) {
+  return {root, kSwitches + list, L"foo", value};
+}
+Written Policy(HKEY root, const wchar_t* name, const RawValue& value = Dword(1)) {
+  return {root, kPolicies, name, value};
+}
+
+// A test of its own for each row: the keys are emptied in between.
+class RunReasons : public StartReasonsTest, public testing::WithParamInterface<Row> {};
+TEST_P(RunReasons, AreToldByTheSystemsRules) {
+  Check(GetParam());
+}
+
+constexpr auto kUserRun = sulRegistryUserRun;
+constexpr auto kAllRun = sulRegistryCommonRun;
+const std::wstring kOnce = kRunKey + L"Once";
+INSTANTIATE_TEST_SUITE_P(
+    Rows, RunReasons,
+    testing::Values(
+        Row{"nothing", kUserRun, {Run(kUser)}, kStartsYes, 0},
+        Row{"on", kUserRun, {Run(kUser), Switched(kUser, L"Run", kOn)}, kStartsYes, 0},
+        Row{"off", kUserRun, {Run(kUser), Switched(kUser, L"Run")}, kStartsNo, kReasonSwitchedOff},
+        Row{"Windows 7 has no switch",
+            kUserRun,
+            {Run(kUser), Switched(kUser, L"Run")},
+            kStartsYes,
+            0,
+            "--",
+            {6, 1, 7601}},
+        Row{"another's switches",
+            kUserRun,
+            {Run(kUser), Switched(kMachine, L"Run"), Switched(kUser, L"Run32"),
+             Switched(kUser, L"StartupFolder")},
+            kStartsYes,
+            0},
+        Row{"odd switch",
+            kUserRun,
+            {Run(kUser), Switched(kUser, L"Run", Binary("\x03"))},
+            kStartsUnknown,
+            kReasonSwitchedOff},
+        Row{"disabled", kUserRun, {Run(kUser, kRunSide)}, kStartsNo, kReasonDisabled},
+        Row{"missing", kUserRun, {Run(kUser, kRunKey, L"C:\\gone\\x.exe")}, kStartsNo, kReasonMissing},
+        Row{"an address", kUserRun, {Run(kUser, kRunKey, L"ms-gone:x")}, kStartsUnknown, 0},
+        Row{"policy",
+            kUserRun,
+            {Run(kUser), Policy(kUser, L"DisableCurrentUserRun")},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"policy of bytes",
+            kUserRun,
+            {Run(kUser), Policy(kUser, L"DisableCurrentUserRun", Binary(std::string("\1\0\0\0", 4)))},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"odd policy",
+            kUserRun,
+            {Run(kUser), Policy(kUser, L"DisableCurrentUserRun", Sz(L"1"))},
+            kStartsUnknown,
+            kReasonPolicy},
+        Row{"the machine's 0 decides",
+            kUserRun,
+            {Run(kUser), Policy(kUser, L"DisableCurrentUserRun"),
+             Policy(kMachine, L"DisableCurrentUserRun", Dword(0))},
+            kStartsYes,
+            0},
+        Row{"the other list's policy",
+            kUserRun,
+            {Run(kUser), Policy(kUser, L"DisableLocalMachineRun"),
+             Policy(kUser, L"DisableCurrentUserRunOnce")},
+            kStartsYes,
+            0},
+        Row{"once",
+            sulRegistryUserRunOnce,
+            {Run(kUser, kOnce), Policy(kMachine, L"DisableCurrentUserRunOnce"), Switched(kUser, L"Run")},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"all users' once",
+            sulRegistryCommonRunOnce,
+            {Run(kMachine, kOnce), Policy(kMachine, L"DisableLocalMachineRunOnce")},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"once for set-up",
+            sulRegistryUserRunOnceSetup,
+            {Run(kUser, kOnce + L"\\Setup")},
+            kStartsUnknown,
+            0},
+        Row{"services",
+            sulRegistryRunServices,
+            {Run(kMachine, kRunKey + L"Services")},
+            kStartsNo,
+            kReasonNotRead},
+        Row{"disallowed program",
+            kUserRun,
+            {Run(kUser),
+             Policy(kUser, L"DisallowRun"),
+             {kUser, kPolicies + L"\\DisallowRun", L"1", Sz(L"NOTEPAD.exe")}},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"disallowed list that does not count",
+            kUserRun,
+            {Run(kUser), {kUser, kPolicies + L"\\DisallowRun", L"1", Sz(L"notepad.exe")}},
+            kStartsYes,
+            0},
+        Row{"only others are allowed",
+            kUserRun,
+            {Run(kUser),
+             Policy(kUser, L"RestrictRun"),
+             {kUser, kPolicies + L"\\RestrictRun", L"1", Sz(L"calc.exe")}},
+            kStartsNo,
+            kReasonPolicy},
+        Row{"allowed",
+            kUserRun,
+            {Run(kUser),
+             Policy(kUser, L"RestrictRun"),
+             {kUser, kPolicies + L"\\RestrictRun", L"7", Sz(L"Notepad.EXE")}},
+            kStartsYes,
+            0},
+        Row{"the machine's list is not documented",
+            kUserRun,
+            {Run(kUser), Policy(kMachine, L"RestrictRun")},
+            kStartsUnknown,
+            kReasonPolicy},
+        Row{"several",
+            kUserRun,
+            {Run(kUser, kRunSide, L"C:\\gone\\x.exe"), Switched(kUser, L"Run"),
+             Policy(kUser, L"DisableCurrentUserRun")},
+            kStartsNo,
+            kReasonDisabled | kReasonSwitchedOff | kReasonPolicy | kReasonMissing},
+        Row{"all users",
+            kAllRun,
+            {Run(kMachine), Switched(kMachine, L"Run")},
+            kStartsNo,
+            kReasonSwitchedOff,
+            "n-"},
+        Row{"all users' policy",
+            kAllRun,
+            {Run(kMachine), Policy(kUser, L"DisableLocalMachineRun")},
+            kStartsNo,
+            kReasonPolicy,
+            "n-"}));
+
+// Of a 64-bit Windows alone.
+class ViewReasons : public StartReasonsTest, public testing::WithParamInterface<Row> {};
+TEST_P(ViewReasons, NameTheView) {
+  if (!HasTwoViews()) GTEST_SKIP() << "one view";
+  Check(GetParam(), GetParam().location == kAllRun ? L"Foo" : L"Foo menu");
+}
+
+// The sample's handler in one list of both views; its class in the views that are named.
+std::vector<Written> Handler(bool in64, bool in32, std::vector<Written> rest) {
+  std::vector<Written> written{{kMachine, kMenusKey + L"\\Foo menu", L"", Sz(kClass)}};
+  for (const bool isPlain : {false, true}) {
+    if (isPlain ? in32 : in64)
+      written.push_back({kMachine, kServer + L"\\InprocServer32", L"", Sz(kProgram), isPlain});
+  }
+  written.insert(written.end(), rest.begin(), rest.end());
+  return written;
+}
+constexpr auto kMenu = sulRegistryAllRegContextMenuHandlers;
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ViewReasons,
+    testing::Values(
+        Row{"32-bit Run key",
+            kAllRun,
+            {Run(kMachine, kRunKey, kProgram, true), Switched(kMachine, L"Run32")},
+            kStartsNo,
+            kReasonSwitchedOff,
+            "-n"},
+        Row{"its switch is not that of the other",
+            kAllRun,
+            {Run(kMachine, kRunKey, kProgram, true), Switched(kMachine, L"Run")},
+            kStartsYes,
+            0,
+            "-y"},
+        Row{"one of two is off",
+            kAllRun,
+            {Run(kMachine), Run(kMachine, kRunKey, kProgram, true), Switched(kMachine, L"Run")},
+            kStartsYes,
+            kReasonSwitchedOff | kReasonOnlyFor64,
+            "ny"},
+        Row{"both are off",
+            kAllRun,
+            {Run(kMachine), Run(kMachine, kRunKey, kProgram, true), Switched(kMachine, L"Run"),
+             Switched(kMachine, L"Run32")},
+            kStartsNo,
+            kReasonSwitchedOff,
+            "nn"},
+        Row{"loaded", kMenu, Handler(true, false, {}), kStartsYes, 0, "y-"},
+        Row{"loaded twice", kMenu, Handler(true, true, {}), kStartsYes, 0, "yy"},
+        Row{"blocked by the user", kMenu, Handler(true, true, {{kUser, kBlockedKey, kClass, Sz(L"")}}),
+            kStartsNo, kReasonBlocked, "nn"},
+        Row{"blocked for 64-bit programs", kMenu,
+            Handler(true, true, {{kMachine, kBlockedKey, kClass, Sz(L"")}}), kStartsYes,
+            kReasonBlocked | kReasonOnlyFor64, "ny"},
+        Row{"blocked for 32-bit programs", kMenu,
+            Handler(true, true, {{kMachine, kBlockedKey, kClass, Sz(L""), true}}), kStartsYes,
+            kReasonBlocked | kReasonOnlyFor32, "yn"},
+        Row{"blocked where it is not read", kMenu,
+            Handler(true, false, {{kMachine, kBlockedKey, kClass, Sz(L""), true}}), kStartsYes, 0, "y-"},
+        Row{"approved for 32-bit programs", kMenu,
+            Handler(true, true,
+                    {Policy(kUser, L"EnforceShellExtensionSecurity"),
+                     {kMachine, kApprovedKey, kClass, Sz(L"x"), true}}),
+            kStartsYes, kReasonNotApproved | kReasonOnlyFor64, "ny"},
+        Row{"each for another reason", kMenu,
+            Handler(true, true,
+                    {Policy(kUser, L"EnforceShellExtensionSecurity"),
+                     {kMachine, kApprovedKey, kClass, Sz(L"x"), true},
+                     {kMachine, kBlockedKey, kClass, Sz(L""), true}}),
+            kStartsNo, kReasonNotApproved | kReasonBlocked | kReasonOnlyFor64 | kReasonOnlyFor32, "nn"}));
+
+// On both kinds of Windows; what the views say is another test's.
+TEST_F(StartReasonsTest, ExtensionsAndAddOnsHaveRulesOfTheirOwn) {
+  const Written server{kMachine, kServer + L"\\InprocServer32", L"", Sz(kProgram)};
+  const Written menu{kMachine, kMenusKey + L"\\" + kClass, L"", Sz(L"Foo")};
+  const Written column{kMachine, kColumnsKey + L"\\" + kClass, L"", Sz(L"Foo")};
+  const Written object{kMachine, kObjectsKey + L"\\" + kClass, L"", Sz(L"Foo")};
+  const Written hook{kUser, kHooksKey, kClass, Sz(L"Foo")};
+  const Written approved{kMachine, kApprovedKey, kClass, Sz(L"Foo")};
+  const Written enforced = Policy(kUser, L"EnforceShellExtensionSecurity");
+  const Written denied{kUser, kAddOnPolicies + L"\\CLSID", kClass, Sz(L"0")};
+  const Written offByUser{kUser, kVersion + L"Ext\\Settings\\" + kClass, L"Flags", Dword(0x401)};
+  const Written noneLoaded{kUser, kBrowserKey, L"Enable Browser Extensions", Sz(L"no")};
+  const Written listOnly{kMachine, kAddOnPolicies, L"RestrictToList", Dword(1)};
+  constexpr auto kColumns = sulRegistryFolderColumnHandlers;
+  constexpr auto kObjects = sulRegistryIEBrowserObjects;
+  constexpr auto kHooks = sulRegistryUserIEURLSearchHooks;
+  const Row rows[] = {
+      {"column", kColumns, {column}, kStartsNo, kReasonNotRead, "n-"},
+      {"column on Windows XP", kColumns, {column}, kStartsYes, 0, "y-", {5, 1, 2600}},
+      {"not approved", kMenu, {menu, enforced}, kStartsNo, kReasonNotApproved, "n-"},
+      {"approved by the user",
+       kMenu,
+       {menu, enforced, {kUser, kApprovedKey, kClass, Sz(L"")}},
+       kStartsYes,
+       0,
+       "y-"},
+      {"enforced by the machine",
+       kMenu,
+       {menu, Policy(kMachine, L"EnforceShellExtensionSecurity")},
+       kStartsUnknown,
+       kReasonNotApproved,
+       "?-"},
+      {"a permission", sulRegistryShellExtApproved, {approved}, kStartsUnknown, 0, "?-"},
+      {"a permission that is blocked",
+       sulRegistryShellExtApproved,
+       {approved, {kUser, kBlockedKey, kClass, Sz(L"")}},
+       kStartsNo,
+       kReasonBlocked,
+       "n-"},
+      {"object", kObjects, {object, enforced}, kStartsYes, 0, "y-"},
+      {"object denied", kObjects, {object, denied}, kStartsNo, kReasonPolicy, "n-"},
+      {"object allowed by the machine",
+       kObjects,
+       {object, denied, {kMachine, kAddOnPolicies + L"\\CLSID", kClass, Sz(L"1")}},
+       kStartsYes,
+       0,
+       "y-"},
+      {"object not in the list", kObjects, {object, listOnly}, kStartsNo, kReasonPolicy, "n-"},
+      {"object switched off", kObjects, {object, offByUser}, kStartsNo, kReasonBlocked, "n-"},
+      {"no objects", kObjects, {object, noneLoaded}, kStartsNo, kReasonPolicy, "n-"},
+      {"hook beside no objects", kHooks, {hook, noneLoaded}, kStartsYes, 0, "y-"},
+      {"hook denied", kHooks, {hook, denied}, kStartsNo, kReasonPolicy, "n-"},
+      {"hook on Windows 11", kHooks, {hook}, kStartsNo, kReasonOnlyInIEMode, "n-", kWindows11},
+  };
+  for (const Row& row : rows) {
+    const EmptiedKeys keys{{kPolicies, kAddOnPolicies, kVersion + L"Shell Extensions",
+                            kVersion + L"Ext\\Settings", kBrowserKey, kServer}};
+    server.Put();
+    Check(row);
+  }
+}
+
+}  // namespace
+}  // namespace smh::test
