@@ -145,7 +145,9 @@ void Judging::JudgeFile() noexcept {
 
 void Judging::JudgeProgram() noexcept {
   common_.Take(rules_.policies.IsSet(row_.policy), kReasonPolicy);
-  common_.Take(rules_.policies.IsDenied(FileNamePart(state_.details.FilePath)), kReasonPolicy);
+  const ItemDetails& details = state_.details;
+  const SharedText& program = details.StartedThrough.empty() ? details.FilePath : details.StartedThrough;
+  common_.Take(rules_.policies.IsDenied(FileNamePart(program)), kReasonPolicy);
 }
 
 void Judging::JudgeAddOn() noexcept {
