@@ -136,6 +136,14 @@ const FoundSwitch* Telling(const std::vector<FoundSwitch>& switches) {
   return telling;
 }
 
+// Enabled or disabled it has the same switch.
+bool IsSameOwner(const SwitchOwner& a, const SwitchOwner& b) {
+  const SharedValueAddress& from = a.entry.address;
+  const SharedValueAddress& to = b.entry.address;
+  return a.location == b.location && from.viewBits == to.viewBits && a.hasTwin == b.hasTwin &&
+         SameText(SwitchName(a.entry.name, from), SwitchName(b.entry.name, to));
+}
+
 bool IsAmong(const FoundSwitch& one, const std::vector<FoundSwitch>& others) {
   return std::ranges::any_of(others, [&](const FoundSwitch& other) {
     return one.address.key == other.address.key && one.address.root == other.address.root &&
@@ -147,7 +155,7 @@ bool IsAmong(const FoundSwitch& one, const std::vector<FoundSwitch>& others) {
 
 std::unique_ptr<SwitchSteps> PlanCarriedSwitch(const WindowsRelease& release, const SwitchOwner* from,
                                                const SwitchOwner* to, bool recorded) {
-  if (release < kWindows8) return nullptr;
+  if (release < kWindows8 || (from != nullptr && to != nullptr && IsSameOwner(*from, *to))) return nullptr;
   std::vector<FoundSwitch> old;
   std::vector<FoundSwitch> now;
   if (from != nullptr) old = SwitchesOf(*from);

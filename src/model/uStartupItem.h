@@ -9,8 +9,8 @@
 // journal's. Innermost, each taken alone: the location-list lock (uLocationStartup.h), an image-list lock
 // (image_lists.h), the idle icon program's (icon_source.cpp), the classes' (server_file.cpp), the checkpoint
 // texts' lock (checkpoint.h), the version texts' lock (item_details.h), the list of living collections
-// (living_collections.h), the network roots' (network_roots.h), the system folders' (uFileUtils.h), the
-// desktop folder's (desktop_folder.h), the log's lock; and under any of these the siblings' lock
+// (living_collections.h), the network roots' (network_roots.h), the system's rules' (system_states.h), the
+// system folders' (uFileUtils.h), the desktop folder's (desktop_folder.h), the log's lock; and under any of these the siblings' lock
 // (uInterfacesRoutines.h).
 // A default program's locks (uFavoriteItem.h) are never held together with the item-list lock or an item's.
 #pragma once

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "effective/system_states.h"
+#include "infra/runtime/text.h"
 #include "tests/support/module_fixture.h"
 #include "tests/support/registry_fixture.h"
 
@@ -21,8 +22,8 @@ inline const std::wstring kProgram = L"C:\\windows\\notepad.exe";
 inline const std::wstring kClass = L"{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8A21}";
 inline const std::wstring kServer = L"Software\\Classes\\CLSID\\" + kClass;
 
-inline const HKEY kUser = HKEY_CURRENT_USER;
-inline const HKEY kMachine = HKEY_LOCAL_MACHINE;
+inline const HKEY kOwn = HKEY_CURRENT_USER;
+inline const HKEY kAll = HKEY_LOCAL_MACHINE;
 
 // A switch as Task Manager writes it: off since a second of 2022, and on.
 inline const std::string kOffBytes("\x03\0\0\0\x80\x96\x98\x3a\x1d\x0f\xd8\x01", 12);
@@ -39,14 +40,18 @@ class EffectiveTest : public ModuleTest {
     g_systemStates->SetRelease([]() noexcept { return release_; });
   }
   static TLocationStartup& At(TTypeStartupLocation location) { return *FindLocation(location); }
-  // Reads the system's rules and the location; null when no such entry is listed.
+  // Reads the system's rules and the location. The entry of that caption or file name, an enabled one first;
+  // null when none is listed.
   static ItemRef Load(TTypeStartupLocation location, std::wstring_view caption) {
     g_systemStates->Read(true);
     At(location).ReadItems();
+    ItemRef found;
     for (const ItemRef& item : Listed(At(location))) {
-      if (item->GivenText() == caption) return item;
+      const ItemState state = item->State();
+      const bool isIt = state.givenText == caption || FileNamePart(state.name) == caption;
+      if (isIt && (found == nullptr || state.isEnabled)) found = item;
     }
-    return nullptr;
+    return found;
   }
 
  private:
