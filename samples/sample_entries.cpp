@@ -1,15 +1,17 @@
 // sample_entries: puts the sample machine's shortcuts and files into the Startup folders and the folders of
 // disabled entries, and the shortcut that a default program's command is beside its program. The shortcuts
 // are written byte by byte, because the shell's own object makes none with an environment block and none that
-// is damaged.
+// is damaged. And it makes the machine trust the root that one of its programs is signed under.
 #include "samples/link_builder.h"
 
 #include <windows.h>
 #include <shlobj.h>
+#include <wincrypt.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 
 namespace {
 
@@ -102,6 +104,20 @@ void WriteClientShortcut() {
   Write(fs::path("C:\\Samples\\Meadow\\Meadow Calendar.lnk"), link);
 }
 
+void TrustSampleRoot() {
+  std::ifstream file(fs::path("C:\\Samples\\Certificates\\root.cer"), std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(file), {});
+  const HCERTSTORE store =
+      CertOpenStore(CERT_STORE_PROV_SYSTEM_W, 0, 0, CERT_SYSTEM_STORE_LOCAL_MACHINE, L"Root");
+  const bool isAdded =
+      store != nullptr &&
+      CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(bytes.data()),
+                                       static_cast<DWORD>(bytes.size()), CERT_STORE_ADD_REPLACE_EXISTING,
+                                       nullptr) != FALSE;
+  if (store != nullptr) CertCloseStore(store, 0);
+  if (!isAdded) throw std::runtime_error("the sample root cannot be added");
+}
+
 }  // namespace
 
 int wmain() {
@@ -109,6 +125,7 @@ int wmain() {
     WriteUserEntries();
     WriteCommonEntries();
     WriteClientShortcut();
+    TrustSampleRoot();
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "sample_entries: " << error.what() << '\n';

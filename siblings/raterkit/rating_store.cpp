@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 namespace smh {
 
 namespace {
@@ -26,6 +28,24 @@ std::optional<FileRating> ParseRating(std::wstring_view text) {
     if (SameText(row.word, text)) return row.rating;
   }
   return std::nullopt;
+}
+
+constexpr std::wstring_view kSigner = L"signer";
+
+// What stands behind a name's "=".
+std::optional<Rating> RatingOf(std::wstring_view text) {
+  const std::size_t end = std::min(text.find(L';'), text.size());
+  const std::optional<FileRating> rating = ParseRating(TrimmedPart(text.substr(0, end)));
+  if (!rating) return std::nullopt;
+  Rating result;
+  result.rating = *rating;
+  if (end == text.size()) return result;
+  text = TrimmedPart(text.substr(end + 1));
+  if (!StartsText(kSigner, text)) return std::nullopt;
+  text = TrimmedPart(text.substr(kSigner.size()));
+  if (!text.starts_with(L'=')) return std::nullopt;
+  result.signer = Trim(text.substr(1));
+  return result;
 }
 
 // The first line, removed from `text` with its end.
@@ -86,16 +106,20 @@ RatingTable::RatingTable(std::wstring_view text) {
       section = Section(line);
       continue;
     }
-    const std::size_t split = line.rfind(L'=');
-    if (section == nullptr || split == std::wstring::npos) continue;
-    const std::optional<FileRating> rating = ParseRating(Trim(line.substr(split + 1)));
-    if (rating.has_value()) section->emplace(Trim(line.substr(0, split)), *rating);
+    if (section == nullptr) continue;
+    for (std::size_t split = line.rfind(L'='); split != std::wstring::npos && split > 0;
+         split = line.rfind(L'=', split - 1)) {
+      std::optional<Rating> rating = RatingOf(std::wstring_view(line).substr(split + 1));
+      if (!rating) continue;
+      section->emplace(Trim(line.substr(0, split)), std::move(*rating));
+      break;
+    }
   }
 }
 
-std::optional<FileRating> RatingTable::Find(const Ratings& ratings, std::wstring_view name) {
+const Rating* RatingTable::Find(const Ratings& ratings, std::wstring_view name) {
   const auto row = ratings.find(Trim(name));
-  return row == ratings.end() ? std::nullopt : std::optional(row->second);
+  return row == ratings.end() ? nullptr : &row->second;
 }
 
 RatingTable::Ratings* RatingTable::Section(std::wstring_view header) noexcept {
@@ -120,20 +144,26 @@ const RatingTable& RatingFile::Table() {
 RatingStore::RatingStore(std::wstring userFile, std::wstring defaultFile)
     : files_{RatingFile(std::move(userFile)), RatingFile(std::move(defaultFile))} {}
 
-FileRating RatingStore::OfCompany(std::wstring_view company) {
+Rating RatingStore::Find(Lookup lookup, std::wstring_view name) {
   const ScopedLock guard(lock_);
   for (RatingFile& file : files_) {
-    if (const std::optional<FileRating> rating = file.Table().OfCompany(company)) return *rating;
+    if (const Rating* const rating = (file.Table().*lookup)(name)) return *rating;
   }
-  return kRatingUnknown;
+  return {};
+}
+
+FileRating RatingStore::OfCompany(std::wstring_view company) {
+  return Find(&RatingTable::OfCompany, company).rating;
 }
 
 FileRating RatingStore::OfFile(std::wstring_view name) {
-  const ScopedLock guard(lock_);
-  for (RatingFile& file : files_) {
-    if (const std::optional<FileRating> rating = file.Table().OfFile(name)) return *rating;
-  }
-  return kRatingUnknown;
+  return Find(&RatingTable::OfFile, name).rating;
+}
+
+std::wstring RatingStore::TrustedSigner(std::wstring_view company, std::wstring_view name) {
+  Rating rating = Find(&RatingTable::OfCompany, company);
+  if (rating.rating == kRatingUnknown) rating = Find(&RatingTable::OfFile, name);
+  return rating.rating == kRatingTrusted ? rating.signer : std::wstring();
 }
 
 }  // namespace smh

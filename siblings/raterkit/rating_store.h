@@ -2,7 +2,8 @@
 // is read on first use and again when it has changed, appeared or gone.
 //
 // A file lists ratings as an INI text: "name=trusted|unknown|risky" under [Companies] and [Files]. Names
-// ignore case and blanks around them and may hold "="; the last one splits. Lines that begin with ";" or "#"
+// ignore case and blanks around them and may hold "="; the last one behind which a rating stands splits. A
+// rating may name who signs such files: "name=trusted; signer=organisation". Lines that begin with ";" or "#"
 // are remarks, the first of two equal names counts, and any other line is passed over.
 #pragma once
 
@@ -22,6 +23,12 @@ namespace smh {
 // Bytes that are neither are replaced.
 std::wstring DecodeText(std::string_view bytes);
 
+struct Rating {
+  FileRating rating = kRatingUnknown;
+  // As it stands, without blanks around it; empty when the line names none.
+  std::wstring signer;
+};
+
 // Constant once it is made.
 class RatingTable {
  public:
@@ -29,18 +36,18 @@ class RatingTable {
   // Reads the text of a file, any text; lines that make no sense are passed over.
   explicit RatingTable(std::wstring_view text);
 
-  // None for a name that is not listed. Case and blanks around the name do not count.
-  std::optional<FileRating> OfCompany(std::wstring_view company) const { return Find(companies_, company); }
-  std::optional<FileRating> OfFile(std::wstring_view name) const { return Find(files_, name); }
+  // Null for a name that is not listed. Case and blanks around the name do not count. Borrowed.
+  const Rating* OfCompany(std::wstring_view company) const { return Find(companies_, company); }
+  const Rating* OfFile(std::wstring_view name) const { return Find(files_, name); }
 
  private:
   struct IgnoringCase {
     using is_transparent = void;
     bool operator()(std::wstring_view a, std::wstring_view b) const noexcept;
   };
-  using Ratings = std::map<std::wstring, FileRating, IgnoringCase>;
+  using Ratings = std::map<std::wstring, Rating, IgnoringCase>;
 
-  static std::optional<FileRating> Find(const Ratings& ratings, std::wstring_view name);
+  static const Rating* Find(const Ratings& ratings, std::wstring_view name);
   Ratings* Section(std::wstring_view header) noexcept;
 
   Ratings companies_;
@@ -74,8 +81,13 @@ class RatingStore {
   // lists it.
   FileRating OfCompany(std::wstring_view company);
   FileRating OfFile(std::wstring_view name);
+  // Whom the line names that rates such a file trusted: the company's, else the name's. Empty without one.
+  std::wstring TrustedSigner(std::wstring_view company, std::wstring_view name);
 
  private:
+  using Lookup = const Rating* (RatingTable::*)(std::wstring_view name) const;
+  Rating Find(Lookup lookup, std::wstring_view name);
+
   // A leaf: nothing of this system is entered under it. Held while a file is read.
   CriticalSection lock_;
   std::array<RatingFile, 2> files_ SMH_GUARDED_BY(lock_);

@@ -12,11 +12,11 @@
 // again finds the same file. A place on the network is waited for two seconds at most; one that does not
 // answer is kSignatureUnreadable, and is not asked for again within ten seconds.
 //
-// What is known is kept, so that a second question is cheap: in memory for an hour by volume, file number,
-// size, times and the volume's change number; where a volume counts no changes the file is read and its hash
-// compared again. On disk, in "signatures.txt" of the data folder, for a day by the SHA-256 just taken;
-// kSignatureValid and kSignatureCatalogue never come from there, so that nobody makes a file verified by
-// writing that file.
+// What is known is kept, so that a second question is cheap: in memory for ten minutes, by volume, file
+// number, size, times and the number of the volume's last change of it; where a volume counts no changes the
+// file is read again and its hash compared. On disk, in "signatures.txt" of the data folder, for a day by the
+// SHA-256 just taken, and only that a file is not signed, broken or expired: nobody makes a file verified by
+// writing there, and to have it called unsigned he could as well take the signature off.
 #pragma once
 
 #include "core/contracts/boundary_string.h"

@@ -3,6 +3,7 @@
 #include "core/contracts/StartupManagerHelper.h"
 #include "core/contracts/intf_DebugLog.h"
 #include "core/contracts/intf_FileRater.h"
+#include "core/contracts/intf_FileTrust.h"
 #include "core/contracts/intf_general.h"
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
@@ -49,7 +50,11 @@ const ModuleRow kModules[] = {
      }},
     {L"raterkit.dll",
      [](const SiblingLibrary& module) {
-       return module.Service<IFileRater>()->RateFile(kNoFile) == kRatingUnknown;
+       FileTrustFacts facts = {};
+       facts.size = sizeof(facts);
+       return module.Service<IFileTrust>()->Verify(kNoFile, &facts) == S_OK &&
+              facts.state == kSignatureUnreadable &&
+              module.Service<IFileRater>()->RateFile(kNoFile) == kRatingUnknown;
      }},
     {L"guardkit.dll",
      [](const SiblingLibrary& module) {
