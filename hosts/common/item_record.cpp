@@ -125,6 +125,7 @@ void ReadFacts(const FactReader& facts, ItemRecord& record) {
       facts.Number(kFactReachability).value_or(record.fileFound ? kFileFound : kFileMissing);
   record.describedFile = text(kFactDescribedFile);
   record.servedFile = text(kFactServedFile);
+  record.startedThrough = text(kFactStartedThrough);
   record.root = text(kFactRoot);
   record.view = facts.Number(kFactView).value_or(0);
   record.key = text(kFactKey);

@@ -54,7 +54,8 @@ struct ItemRecord {
   std::uint32_t can = 0;                     // bit n: ItemAction n
   std::int32_t reachability = kFileMissing;  // a FileReachability, of the described file
   std::wstring describedFile;                // that which the version record, size and times are of
-  std::wstring servedFile;                   // what rundll32 is told to load; empty for other programs
+  std::wstring servedFile;                   // what runs when the program only runs it; empty for others
+  std::wstring startedThrough;               // the program that only runs another file; empty for others
   // Of an entry of the registry: "HKEY_CURRENT_USER", 64 or 32, the key below the root, and the value's name,
   // none for an entry that is the key itself. Empty, 0 and none for any other.
   std::wstring root;
