@@ -40,22 +40,26 @@ class RegistrySwitchSteps final : public SwitchSteps {
  public:
   explicit RegistrySwitchSteps(bool recorded) noexcept : recorded_(recorded), store_(recorded) {}
 
-  void BeforeEntry(SwitchStep step) { first_.push_back(std::move(step)); }
-  void BehindEntry(SwitchStep step) { last_.push_back(std::move(step)); }
-  bool IsEmpty() const noexcept { return first_.empty() && last_.empty(); }
+  void AtPrepare(SwitchStep step) { first_.push_back(std::move(step)); }
+  void AtArrive(SwitchStep step) { then_.push_back(std::move(step)); }
+  void AtFinish(SwitchStep step) { last_.push_back(std::move(step)); }
+  bool IsEmpty() const noexcept { return first_.empty() && then_.empty() && last_.empty(); }
 
   bool Prepare() override { return Run(first_); }
-  bool Finish() override {
-    // What is deleted now is no copy of the entry.
-    if (recorded_ && !last_.empty()) DLLGlobals::Safeguard().SetSource(nullptr, nullptr, nullptr);
-    return Run(last_);
-  }
+  bool Arrive() override { return RunBehindEntry(then_); }
+  bool Finish() override { return RunBehindEntry(last_); }
   void TakeBack() noexcept override {
     TakeBack(last_);
+    TakeBack(then_);
     TakeBack(first_);
   }
 
  private:
+  // What is changed now is no copy of the entry.
+  bool RunBehindEntry(std::vector<SwitchStep>& steps) const {
+    if (recorded_ && !steps.empty()) DLLGlobals::Safeguard().SetSource(nullptr, nullptr, nullptr);
+    return Run(steps);
+  }
   bool Run(std::vector<SwitchStep>& steps) const {
     return std::ranges::all_of(steps, [this](SwitchStep& step) {
       if (!step.after)
@@ -79,6 +83,7 @@ class RegistrySwitchSteps final : public SwitchSteps {
   const bool recorded_;
   const ValueStore store_;
   std::vector<SwitchStep> first_;
+  std::vector<SwitchStep> then_;
   std::vector<SwitchStep> last_;
 };
 
@@ -174,14 +179,15 @@ std::unique_ptr<SwitchSteps> PlanCarriedSwitch(const WindowsRelease& release, co
     step.address = one.address;
     step.before = one.kept;
     if (telling != nullptr) step.after = DataOf(telling->kept);
-    if (DataOf(one.kept) != step.after) steps->BeforeEntry(std::move(step));
+    if (DataOf(one.kept) == step.after) continue;
+    isOff == Told::kNo ? steps->AtArrive(std::move(step)) : steps->AtPrepare(std::move(step));
   }
   for (FoundSwitch& one : old) {
     if (one.kept.empty() || IsAmong(one, now)) continue;
     SwitchStep step;
     step.address = one.address;
     step.before = one.kept;
-    steps->BehindEntry(std::move(step));
+    steps->AtFinish(std::move(step));
   }
   if (steps->IsEmpty()) return nullptr;
   return steps;
@@ -204,7 +210,7 @@ std::unique_ptr<SwitchSteps> PlanSetSwitch(const WindowsRelease& release, const 
     if (!step.after) {
       throw EChangeRefused(ERROR_NOT_SUPPORTED, L"The form of the entry's switch in Windows is not known.");
     }
-    steps->BeforeEntry(std::move(step));
+    steps->AtPrepare(std::move(step));
   }
   if (steps->IsEmpty()) return nullptr;
   return steps;

@@ -40,7 +40,7 @@ struct SwitchOwner {
 };
 
 // What a change does to switches, besides the entry itself. For the thread of the change, in its checkpoint
-// when it is recorded. Both steps answer false when the switch did not arrive without an error; then, as
+// when it is recorded. Each step answers false when the switch did not arrive without an error; then, as
 // after what they raise, TakeBack is due.
 class SwitchSteps {
  public:
@@ -48,8 +48,10 @@ class SwitchSteps {
   SwitchSteps(const SwitchSteps&) = delete;
   SwitchSteps& operator=(const SwitchSteps&) = delete;
 
-  // Before the entry is written: from then on its new place has its switch.
+  // Before the entry is written: what is off must not be on for a moment.
   virtual bool Prepare() = 0;
+  // Once it stands in its new place, and still in the old one: what is on there is so only now.
+  virtual bool Arrive() = 0;
   // Once the entry has gone from where it was.
   virtual bool Finish() = 0;
   // Where a step was made, puts back what stood there.

@@ -24,6 +24,7 @@ bool CarryEntry(EntryTarget* target, EntrySource* source, SwitchSteps* switches,
   };
   try {
     if ((switches == nullptr || switches->Prepare()) && (target == nullptr || target->InsertItem(mark)) &&
+        (switches == nullptr || switches->Arrive()) &&
         (removed == nullptr || removed->ExtractItem(arrived)) &&
         (switches == nullptr || switches->Finish())) {
       return true;

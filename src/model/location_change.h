@@ -31,7 +31,7 @@ struct ChangeAnswer {
   static ChangeAnswer Gone() { return {.kind = Kind::kGone, .text = L"the entry has gone"}; }
 };
 
-// Writes `target`, then removes `source`; `switches` go along, before the one and behind the other. Each may
+// Writes `target`, then removes `source`; `switches` go along, step by step. Each may
 // be null. Whether all is done. When it is not, or when a
 // step raises, which is raised again, what was done is taken back: through the journal when the change is
 // recorded, the rest by the steps themselves. A source that cannot be put back keeps its target: the entry

@@ -28,6 +28,7 @@ const std::vector<KeyPlace>& KeyPlaces() {
       {HKEY_LOCAL_MACHINE, kRunKey},     {HKEY_LOCAL_MACHINE, kMenusKey},
       {HKEY_LOCAL_MACHINE, kObjectsKey}, {HKEY_LOCAL_MACHINE, kApprovedKey},
       {HKEY_LOCAL_MACHINE, kRunOnceKey}, {HKEY_LOCAL_MACHINE, kHooksKey},
+      {HKEY_LOCAL_MACHINE, kSwitches},   {HKEY_CURRENT_USER, kSwitches},
       {HKEY_CURRENT_USER, kRunKey},      {HKEY_CURRENT_USER, kRunOnceKey},
       {HKEY_CURRENT_USER, kHooksKey}};
   return places;
@@ -60,7 +61,7 @@ void RemoveFiles(const std::wstring& folder) {
 }  // namespace
 
 ProofWorld::ProofWorld(bool withLocations)
-    : keys_({kRunKey, kRunOnceKey, kMenusKey, kObjectsKey, kApprovedKey, kHooksKey, kServerKey}),
+    : keys_({kRunKey, kRunOnceKey, kMenusKey, kObjectsKey, kApprovedKey, kHooksKey, kSwitches, kServerKey}),
       letGo_(withLocations ? LetGo(LetGoOfFolders) : LetGo()) {
   Put(HKEY_LOCAL_MACHINE, kServerKey + L"\\InprocServer32", L"", Sz(L"C:\\Samples\\class.dll"));
   RemoveFolders();
@@ -117,7 +118,7 @@ RawState ProofWorld::Entries() const {
   std::erase_if(state, [](const auto& entry) {
     const std::wstring& key = entry.first.key;
     return entry.second.empty() && !entry.first.IsFile() && entry.first.name.empty() &&
-           (key.starts_with(kRunKey) || key.ends_with(kAutorunsSide) ||
+           (key.starts_with(kRunKey) || key.starts_with(kSwitches) || key.ends_with(kAutorunsSide) ||
             std::ranges::find(KeyPlaces(), key, &KeyPlace::key) != KeyPlaces().end());
   });
   for (const std::wstring& folder : Folders()) {

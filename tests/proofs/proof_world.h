@@ -13,6 +13,10 @@ inline const std::wstring kServedClass = L"{5E1B3A60-0C5D-4F0E-9A3B-6D1C2F7E8A11
 inline const std::wstring kRunOnceKey = kRunKey + L"Once";
 inline const std::wstring kRunOnceSide = kRunOnceKey + L"\\Disabled (Startup Manager)";
 
+// Task Manager's switches, in their lists.
+inline const std::wstring kSwitches =
+    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved";
+
 enum class Views { kBoth, kOwn, kPlain };
 
 // In folders that never change: shortcuts keep the times of their targets' folders.

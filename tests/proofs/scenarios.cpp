@@ -1,5 +1,6 @@
 #include "tests/proofs/scenarios.h"
 
+#include "effective/system_states.h"
 #include "model/item_list.h"
 
 #include <stdexcept>
@@ -39,6 +40,9 @@ const Operation kChange{L"Error change item \"", Entry::kAny,
                         [](TLocationStartup& location, const ItemRef& item) {
                           return location.ChangeItemCommand(item, kProgram + L" /changed");
                         }};
+const Operation kSwitchOn{
+    L"Error switch on item \"", Entry::kAny,
+    [](TLocationStartup& location, const ItemRef& item) { return location.SetItemSwitchedOff(item, false); }};
 Operation MoveTo(TTypeStartupLocation target) {
   return {L"Error move item \"", Entry::kAny, [target](TLocationStartup& location, const ItemRef& item) {
             return location.MoveItem(item, target);
@@ -65,6 +69,13 @@ Arrangement OfClass(HKEY root, std::wstring key, bool isKey = false, Views views
   return [=](ProofWorld& world) {
     world.Put(root, isKey ? key + L'\\' + kServedClass : key, isKey ? L"" : kServedClass, ExpandSz(text),
               views);
+  };
+}
+// The switch of a name, off, with more behind than is known.
+Arrangement SwitchedOff(HKEY root, const wchar_t* list, std::wstring name = {}) {
+  return [=](ProofWorld& world) {
+    SetValue(root, kSwitches + L'\\' + list, name.empty() ? world.entryName : name,
+             Binary(std::string("\3\0\0\0mark-x789", 13)), OwnView());
   };
 }
 enum class Folder { kStartup, kDisabled, kBrisko };
@@ -172,6 +183,32 @@ std::vector<Scenario> BaseScenarios() {
   };
 }
 
+// The switch of the system goes with the entry.
+void AddSwitches(std::vector<Scenario>& scenarios) {
+  const Arrangement run = Value(kMachine, kRunKey);
+  const Arrangement both = SwitchedOff(kMachine, L"Run") + SwitchedOff(kMachine, L"Run32");
+  const Arrangement userRun = Value(kUser, kRunKey) + SwitchedOff(kUser, L"Run");
+  const auto add = [&](const char* name, const Operation& operation, const Arrangement& arrangement,
+                       std::vector<TTypeStartupLocation> locations) {
+    scenarios.push_back({name, operation, arrangement, std::move(locations)});
+    scenarios.back().hasSwitch = true;
+  };
+  add("Switch: on", kSwitchOn, userRun, {sulRegistryUserRun});
+  add("Switch: deleted, user", kDelete, userRun, {sulRegistryUserRun});
+  add("Switch: deleted, both views", kDelete, run + both, {sulRegistryCommonRun});
+  add("Switch: left behind", kAdd, SwitchedOff(kMachine, L"Run", L"New"), {sulRegistryCommonRun});
+  add("Switch: left behind, folder", kAdd, SwitchedOff(kUser, L"StartupFolder", L"New.lnk"), {sulFolderUser});
+  add("Switch: moved, user Run to Run", MoveTo(sulRegistryCommonRun),
+      userRun + SwitchedOff(kMachine, L"Run", L"notepad"), {sulRegistryUserRun, sulRegistryCommonRun});
+  add("Switch: moved, Run to folder", MoveTo(sulFolderUser), run + both,
+      {sulRegistryCommonRun, sulFolderUser});
+  add("Switch: moved, folder to Run", MoveTo(sulRegistryUserRun),
+      File(false, Folder::kStartup) + SwitchedOff(kUser, L"StartupFolder", L"Foo.lnk"),
+      {sulFolderUser, sulRegistryUserRun});
+  add("Switch: renamed", kDisable, userRun + Value(kUser, kRunSide, Views::kBoth, kOther),
+      {sulRegistryUserRun});
+}
+
 // Every direction, of what is enabled and of what is not.
 void AddMoves(std::vector<Scenario>& scenarios) {
   struct End {
@@ -253,6 +290,7 @@ void Scenario::Arrange(ProofWorld& world) const {
 std::span<const Scenario> Scenarios() {
   static const std::vector<Scenario> scenarios = [] {
     std::vector<Scenario> all = BaseScenarios();
+    AddSwitches(all);
     AddMoves(all);
     AddNames(all);
     return all;
@@ -276,6 +314,7 @@ ItemRef LoadEntry(const Scenario& scenario) {
 }
 
 ChangeAnswer Perform(const Scenario& scenario, const ItemRef& item) {
+  g_systemStates->SetRelease([]() noexcept { return kWindows8; });
   return scenario.operation.perform(*FindLocation(scenario.locations.front()), item);
 }
 

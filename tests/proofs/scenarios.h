@@ -30,6 +30,9 @@ struct Scenario {
   std::wstring entryName = L"Foo";
   // One of a whole row: what a process of its own is started for takes it in full runs only.
   bool isVariant = false;
+  // A switch of the system is changed, which is nobody's entry: of another program's, the one that stands
+  // when the change begins counts.
+  bool hasSwitch = false;
 
   // Into a cleared world.
   void Arrange(ProofWorld& world) const;
