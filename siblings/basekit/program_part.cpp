@@ -80,18 +80,18 @@ struct SystemFolder {
   UINT(WINAPI* get)(wchar_t* folder, UINT units);
   const wchar_t* below;
 };
-constexpr SystemFolder kSystemFolders[] = {
-    {GetSystemDirectoryW, L"\\"},
-    {GetWindowsDirectoryW, L"\\"},
-    {GetSystemDirectoryW, L"\\WindowsPowerShell\\v1.0\\"},
-};
 
 // Length of the first element when it names a program of the system without its folder ("cmd /c x.bat"): the
 // system finds that before it takes more of the command for a name. npos when it does not.
 std::size_t SystemProgramEnd(std::wstring_view command, const FileTest& fileExists) {
   const std::wstring_view name = command.substr(0, command.find_first_of(kBlanks));
   if (name.find_first_of(L"\\/:\"%") != std::wstring_view::npos) return std::wstring_view::npos;
-  for (const SystemFolder& row : kSystemFolders) {
+  const SystemFolder folders[] = {
+      {GetSystemDirectoryW, L"\\"},
+      {GetWindowsDirectoryW, L"\\"},
+      {GetSystemDirectoryW, L"\\WindowsPowerShell\\v1.0\\"},
+  };
+  for (const SystemFolder& row : folders) {
     wchar_t folder[MAX_PATH] = {};
     const UINT units = row.get(folder, MAX_PATH);
     if (units == 0 || units >= MAX_PATH) continue;
