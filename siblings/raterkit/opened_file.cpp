@@ -9,6 +9,7 @@
 #include <bcrypt.h>
 #include <winioctl.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -63,6 +64,20 @@ bool IsDevice(std::wstring_view path) noexcept {
   return StartsText(L"\\\\.\\", path) || IsDeviceName(FileNamePart(path));
 }
 
+// Free of links, none of whose folders can be renamed while the file is open; empty when the system has none.
+std::wstring FinalPathOf(HANDLE file) {
+  constexpr std::wstring_view kPrefix = L"\\\\?\\";
+  constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
+  std::wstring path(GetFinalPathNameByHandleW(file, nullptr, 0, VOLUME_NAME_DOS), L'\0');
+  const DWORD units =
+      GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), VOLUME_NAME_DOS);
+  if (units == 0 || units >= path.size()) return {};
+  path.resize(units);
+  if (path.size() < MAX_PATH && StartsText(kShare, path)) return path.replace(0, kShare.size(), L"\\\\");
+  if (path.size() < MAX_PATH && StartsText(kPrefix, path)) path.erase(0, kPrefix.size());
+  return path;
+}
+
 // 0 where the volume does not say.
 std::int64_t ChangeNumber(HANDLE file) noexcept {
   alignas(8) std::array<std::byte, sizeof(USN_RECORD) + MAX_PATH * sizeof(wchar_t)> record = {};
@@ -90,6 +105,9 @@ FileKey KeyOf(HANDLE file, std::wstring_view path) {
   key.change = ChangeNumber(file);
   const std::wstring_view extension = ExtensionPart(path);
   if (extension.size() <= kLongestExtension) key.extension = extension;
+  // A stream beside the file's contents shares all the rest with it.
+  const std::size_t stream = path.find(L':', std::min(path.rfind(L'\\'), path.size()));
+  if (stream != std::wstring_view::npos) key.extension = path.substr(stream);
   for (wchar_t& unit : key.extension) {
     if (unit >= L'A' && unit <= L'Z') unit = static_cast<wchar_t>(unit - L'A' + L'a');
   }
@@ -158,6 +176,7 @@ OpenedFile::OpenedFile(std::wstring_view path) {
   if (!file_) RaiseOSError(error);
   if (GetFileType(file_.Get()) != FILE_TYPE_DISK) RaiseOSError(ERROR_INVALID_NAME);
   key_ = KeyOf(file_.Get(), native);
+  if (std::wstring real = FinalPathOf(file_.Get()); !real.empty()) native = std::move(real);
   pathHere_ = isRedirected ? WithFolder(native, kSystem32, kSysnative) : native;
 }
 

@@ -22,7 +22,8 @@ struct FileKey {
   std::uint64_t changed = 0;
   // The volume's number of the file's last change (USN); 0 where it counts none.
   std::int64_t change = 0;
-  // By which the system tells what kind of signature a file has; lower case, with its dot.
+  // By which the system tells what kind of signature a file has; lower case, with its dot. Of a stream its
+  // name.
   std::wstring extension;
   auto operator<=>(const FileKey&) const = default;
 };
@@ -37,7 +38,8 @@ class OpenedFile {
 
   HANDLE Handle() const noexcept { return file_.Get(); }
   const FileKey& Key() const noexcept { return key_; }
-  // Names the same file for code of this process, where the redirection is on.
+  // Names the same file for code of this process, where the redirection is on; without links on the way, and
+  // so for as long as the object lives.
   const std::wstring& PathHere() const noexcept { return pathHere_; }
   // Of all bytes, read anew. Raises EOSError.
   Sha256 Hash() const;

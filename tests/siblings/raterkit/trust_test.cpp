@@ -23,7 +23,15 @@ namespace {
 // and holds on to files that hold "wait".
 class StandIn final : public SystemTrust {
  public:
-  SystemAnswer VerifyFile(HANDLE file, const std::wstring& /*path*/) override {
+  SystemAnswer VerifyFile(HANDLE file, const std::wstring& path) override {
+    // Who opens the path again finds the same file.
+    BY_HANDLE_FILE_INFORMATION own = {};
+    BY_HANDLE_FILE_INFORMATION other = {};
+    const ScopedHandle again(
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_TRUE(GetFileInformationByHandle(file, &own) && GetFileInformationByHandle(again.Get(), &other));
+    EXPECT_EQ(own.nFileIndexLow, other.nFileIndexLow);
+    EXPECT_EQ(path.find(L".."), std::wstring::npos);
     ++s_asked;
     std::string text(32, '\0');
     DWORD read = 0;
@@ -115,7 +123,8 @@ TEST_F(TrustStoreTest, EveryAnswerOfTheSystemHasItsState) {
   };
   const auto store = Store();
   for (const auto& row : rows)
-    EXPECT_EQ(store->Verify(folder_.Write(L"a.exe", row.answer)).state, row.state) << row.answer;
+    EXPECT_EQ(store->Verify(folder_.Write(L"a.exe", row.answer) + L"\\..\\a.exe").state, row.state)
+        << row.answer;
 }
 
 TEST_F(TrustStoreTest, WhatCannotBeReadIsNotVerifiedAndHoldsNobody) {
