@@ -109,6 +109,7 @@ constexpr ItemField kItemFields[] = {
     {L"reachability", [](R item) { return TextOf(ReachabilityName(item.reachability)); }},
     {L"servedFile", [](R item) { return TextOrNone(item.servedFile); }},
     {L"describedFile", [](R item) { return TextOrNone(item.describedFile); }},
+    {L"startedThrough", [](R item) { return TextOrNone(item.startedThrough); }},
     {L"root", [](R item) { return TextOrNone(item.root); }},
     {L"view", [](R item) { return item.view == 0 ? FieldValue() : NumberOf(item.view); }},
     {L"key", [](R item) { return TextOrNone(item.key); }},

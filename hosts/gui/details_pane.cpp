@@ -45,6 +45,13 @@ std::wstring FileText(const ItemRecord& item, const std::wstring& file) {
   return file.empty() || state.empty() ? file + state : file + L"  " + state;
 }
 
+// What the program only runs, and whether all that is said of a file is about that.
+std::wstring RunsText(const ItemRecord& item) {
+  if (item.startedThrough.empty()) return {};
+  if (item.servedFile.empty()) return L"(cannot be told)";
+  return item.servedFile == item.describedFile ? item.servedFile + L"  (described here)" : item.servedFile;
+}
+
 }  // namespace
 
 std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
@@ -55,7 +62,8 @@ std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& i
       {L"Rating", RatingText(item)},
       {L"Command", item.command},
       {L"File", FileText(item, file)},
-      {item.servedFile == item.describedFile ? L"Described library" : L"Library", item.servedFile},
+      {L"Runs", RunsText(item)},
+      {L"Started through", item.startedThrough},
       {L"Working folder", item.workingFolder},
       {L"Description", item.description},
       {L"Company", item.company},

@@ -38,6 +38,7 @@ TEST_F(StartupctlTest, TellsPlacesAndTheLibraryOfAProgramThatServesOne) {
   const Json item = Find("ctl a\\b").at(0);
   EXPECT_TRUE(item["file"].get<std::string>().ends_with("\\rundll32.exe")) << item["file"];
   for (const char* key : {"servedFile", "describedFile"}) EXPECT_EQ(item[key], ToUtf8(library));
+  EXPECT_EQ(item["startedThrough"], item["file"]);
   EXPECT_EQ(item["company"], "Northlight Audio Ltd.");
   EXPECT_EQ(item["root"], "HKEY_CURRENT_USER");
   EXPECT_EQ(item["view"], HasTwoViews() ? 64 : 32);
