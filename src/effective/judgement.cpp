@@ -36,6 +36,7 @@ struct Half {
   bool isThere = false;
   SwitchList switches = SwitchList::kNone;
   LoaderView view = LoaderView::k32;
+  std::int32_t file = kFileMissing;
   SwitchValue value{};
   Answer answer{};
 };
@@ -56,13 +57,12 @@ class Judging {
         root_(SwitchRoot(item.Location())),
         entriesAreKeys_(FamilyOf(LocationRowOf(item.Location())).entriesAreKeys),
         state_(state) {
-    FindHalves(item.Twin());
+    FindHalves(item.Twin(), item.TwinFile());
   }
 
   EffectiveState Judge() noexcept {
     if (!state_.isEnabled) common_.No(kReasonDisabled);
     JudgeReader();
-    JudgeFile();
     if (row_.by == StartedBy::kShell) JudgeProgram();
     if (IsAddOn(row_.by)) JudgeAddOn();
     for (Half* half : {&first_, &second_}) {
@@ -72,10 +72,10 @@ class Judging {
   }
 
  private:
-  void FindHalves(ItemTwin twin) noexcept;
+  void FindHalves(ItemTwin twin, std::int32_t twinFile) noexcept;
   std::optional<GUID> Class() const noexcept;
   void JudgeReader() noexcept;
-  void JudgeFile() noexcept;
+  void JudgeFile(Half& half) const noexcept;
   void JudgeProgram() noexcept;
   void JudgeAddOn() noexcept;
   void JudgeHalf(Half& half) const noexcept;
@@ -96,19 +96,21 @@ class Judging {
   Half second_;
 };
 
-void Judging::FindHalves(ItemTwin twin) noexcept {
+void Judging::FindHalves(ItemTwin twin, std::int32_t twinFile) noexcept {
   const bool isOwnView = state_.address.viewBits == KEY_WOW64_64KEY;
   const bool hasClass = IsExtension(row_.by) || IsAddOn(row_.by);
   isViewed_ =
       rules_.hasViews && state_.address.root != nullptr && (hasClass || row_.switches32 != SwitchList::kNone);
   if (!isViewed_) {
-    first_ = {true, row_.switches, LoaderView::k32};
+    first_ = {true, row_.switches, LoaderView::k32, state_.details.Reachability};
     return;
   }
-  first_ = {isOwnView, row_.switches, LoaderView::k64};
+  first_ = {isOwnView, row_.switches, LoaderView::k64, state_.details.Reachability};
   // Of two classes of one name each is loaded in its view; of two commands the other one is another entry's.
   const bool isTwin = hasClass ? twin != kTwinNone : twin == kTwinSame;
-  second_ = {!isOwnView || isTwin, row_.switches32, LoaderView::k32};
+  const bool hasOwnFile = isOwnView && twinFile != TStartupItem::kTwinsFileIsSame;
+  second_ = {!isOwnView || isTwin, row_.switches32, LoaderView::k32,
+             hasOwnFile ? twinFile : state_.details.Reachability};
 }
 
 std::optional<GUID> Judging::Class() const noexcept {
@@ -126,20 +128,20 @@ void Judging::JudgeReader() noexcept {
   }
 }
 
-void Judging::JudgeFile() noexcept {
+void Judging::JudgeFile(Half& half) const noexcept {
   const ItemDetails& details = state_.details;
-  if (details.Reachability == kFileUnreachable) {
-    common_.Untold(kReasonUnreachable);
-  } else if (details.Reachability == kFileMissing) {
+  if (half.file == kFileUnreachable) {
+    half.answer.Untold(kReasonUnreachable);
+  } else if (half.file == kFileMissing) {
     // What opens an address is another program's affair.
     if (IsUrl(details.FilePath)) {
-      common_.Untold(0);
+      half.answer.Untold(0);
     } else {
-      common_.No(kReasonMissing);
+      half.answer.No(kReasonMissing);
     }
   } else if (details.Kind == TargetKind::kShortcut && details.FilePath == details.LinkPath) {
     // Nobody knows what it leads to.
-    common_.Untold(0);
+    half.answer.Untold(0);
   }
 }
 
@@ -164,6 +166,7 @@ void Judging::JudgeAddOn() noexcept {
 }
 
 void Judging::JudgeHalf(Half& half) const noexcept {
+  JudgeFile(half);
   if (half.switches != SwitchList::kNone && rules_.release >= kWindows8) {
     half.value = rules_.switches.Find(root_, half.switches, SwitchName(state_.name, state_.address));
     half.answer.Take(half.value.isOff, kReasonSwitchedOff);

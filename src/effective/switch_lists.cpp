@@ -1,6 +1,7 @@
 #include "effective/switch_lists.h"
 
 #include "effective/rule_key.h"
+#include "locations/registry/kept_entry.h"
 
 #include <algorithm>
 #include <utility>
@@ -46,11 +47,13 @@ void SwitchLists::ReadList(HKEY parent, SwitchList list, List& into) {
 SwitchLists::Root SwitchLists::ReadRoot(HKEY root) {
   Root read;
   ScopedKey all = OpenRegistryKey(root, kApproved, SystemView() | KEY_ALL_ACCESS);
+  const bool isMissing = !all && IsMissingKey(GetLastError());
   read.isWritable = static_cast<bool>(all);
   RuleKey approved{std::move(all), false};
-  if (!read.isWritable) approved = OpenRuleKey(root, kApproved, SystemView());
-  if (!read.isWritable && !approved.key && !approved.isUntold) {
+  if (isMissing) {
     read.isWritable = static_cast<bool>(OpenRegistryKey(root, kExplorer, SystemView() | KEY_ALL_ACCESS));
+  } else if (!read.isWritable) {
+    approved = OpenRuleKey(root, kApproved, SystemView());
   }
   for (const SwitchList list : kLists) {
     List& one = read.lists[IndexOf(list)];

@@ -19,7 +19,7 @@ std::wstring SwitchKeyPath(SwitchList list);
 // Constant once it is read; for any thread then.
 class SwitchLists {
  public:
-  // One call of the registry for each root where there is none. What cannot be read is untold. Raises
+  // Two calls of the registry for each root where there is none. What cannot be read is untold. Raises
   // std::bad_alloc.
   void Read();
 

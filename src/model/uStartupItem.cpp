@@ -111,8 +111,9 @@ void TStartupItem::Renew(std::wstring_view command, CriticalSection& listLock) {
   MarkChanged();
 }
 
-void TStartupItem::SetTwin(ItemTwin twin, std::wstring_view text) {
+void TStartupItem::SetTwin(ItemTwin twin, std::wstring_view text, std::int32_t file) {
   bool isAnother = twin_.exchange(twin) != twin;
+  isAnother = twinFile_.exchange(file) != file || isAnother;
   if (isAnother || twin == kTwinOther) {
     ScopedLock lock(Lock);
     isAnother = isAnother || twinText_ != text;
@@ -126,13 +127,13 @@ SharedText TStartupItem::TwinText() const {
   return twinText_;
 }
 
-void TStartupItem::MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text) {
+void TStartupItem::MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text, std::int32_t file) {
   twinIn_ = load;
-  SetTwin(twin, text);
+  SetTwin(twin, text, file);
 }
 
 void TStartupItem::EndTwin(unsigned load) {
-  if (twinIn_ != load) SetTwin(kTwinNone, {});
+  if (twinIn_ != load) SetTwin(kTwinNone, {}, kTwinsFileIsSame);
 }
 
 void TStartupItem::ReadExtendedInfo() {

@@ -10,9 +10,9 @@
 // (image_lists.h), the idle icon program's (icon_source.cpp), the classes' (server_file.cpp), the checkpoint
 // texts' lock (checkpoint.h), the version texts' lock (item_details.h), the list of living collections
 // (living_collections.h), the network roots' (network_roots.h), the system's rules' (system_states.h), the
-// system folders' (uFileUtils.h), the desktop folder's (desktop_folder.h), the log's lock; and under any of these the siblings' lock
-// (uInterfacesRoutines.h).
-// A default program's locks (uFavoriteItem.h) are never held together with the item-list lock or an item's.
+// system folders' (uFileUtils.h), the desktop folder's (desktop_folder.h), the log's lock; and under any of
+// these the siblings' lock (uInterfacesRoutines.h). A default program's locks (uFavoriteItem.h) are never
+// held together with the item-list lock or an item's.
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
@@ -94,10 +94,14 @@ class TStartupItem {
   // What that load has found at the item's place in the 32-bit view, and the end of the load, for an item of
   // which it has found nothing there. The reader's thread only; EndTwin under the item-list lock. An item
   // whose twin comes, goes or turns into another is marked changed, unless its extended information is still
-  // to come. `text` is the twin's of kTwinOther, else empty.
-  void MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text);
+  // to come. `text` is the twin's of kTwinOther, else empty; `file` tells of the twin's file, -1 for one that
+  // has the item's.
+  void MarkTwin(unsigned load, ItemTwin twin, std::wstring_view text, std::int32_t file = kTwinsFileIsSame);
   void EndTwin(unsigned load);
   ItemTwin Twin() const noexcept { return twin_.load(); }
+  static constexpr std::int32_t kTwinsFileIsSame = -1;
+  // A FileReachability, or that.
+  std::int32_t TwinFile() const noexcept { return twinFile_.load(); }
   SharedText TwinText() const;
 
   // The reader's thread only. Touches the disk without holding a lock; a failure is logged and the item
@@ -142,13 +146,14 @@ class TStartupItem {
   ItemDetails DetailsOf(std::wstring_view command) const;
   std::optional<ItemDetails> DetailsUnlessHeld(std::wstring_view command);
   void TakeOver(ItemDetails details);
-  void SetTwin(ItemTwin twin, std::wstring_view text);
+  void SetTwin(ItemTwin twin, std::wstring_view text, std::int32_t file);
 
   // What every look at the list reads lies together.
   std::atomic<int> position_{-1};
   std::atomic<unsigned> foundIn_{0};
   std::atomic<unsigned> twinIn_{0};
   std::atomic<ItemTwin> twin_{kTwinNone};
+  std::atomic<std::int32_t> twinFile_{kTwinsFileIsSame};
   const TTypeStartupLocation location_;
   std::atomic<bool> protected_;
   // Name, given text, address and enabled flag change only under the list's and the item's lock: either is

@@ -93,6 +93,8 @@ std::wstring RawEntry::Fact(std::int32_t index) const {
   OutVariant value;
   EXPECT_EQ(RawFacts(*this).GetFact(index, value.Put()), S_OK) << index;
   if (value.Type() == VT_I4) return std::to_wstring(value->lVal);
+  if (value.Type() == VT_BOOL) return value->boolVal == VARIANT_TRUE ? L"1" : L"0";
+  if (value.Type() == VT_DATE) return value->date > 0 ? L"set" : L"unset";
   EXPECT_TRUE(value.Type() == VT_BSTR || value.Type() == VT_NULL) << index;
   return value.Type() == VT_NULL ? L"-" : L"[" + value.Text() + L"]";
 }

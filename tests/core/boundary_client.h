@@ -118,6 +118,7 @@ class RawFacts : public RawObject {
   // Throws std::runtime_error for an entry without.
   explicit RawFacts(const RawObject& entry);
   HRESULT GetFact(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(3, index, value); }
+  HRESULT SetSwitchedOff(std::uint32_t off) const { return Call<HRESULT>(4, off); }
 };
 
 // What startup items and default programs have in common.
@@ -130,7 +131,7 @@ class RawEntry : public RawObject {
   HRESULT GetProperty(std::int32_t index, VARIANT* value) const { return Call<HRESULT>(8, index, value); }
 
   std::wstring Name() const;
-  // A number's digits, a text in brackets, or "-" for VT_NULL.
+  // A number's digits, 0 or 1, a text in brackets, whether a date is set, or "-" for VT_NULL.
   std::wstring Fact(std::int32_t index) const;
   std::wstring PropertyText(std::int32_t index) const { return OutVariant(*this, index).Text(); }
 };

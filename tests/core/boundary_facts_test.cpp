@@ -2,6 +2,7 @@
 #include "samples/link_builder.h"
 #include "tests/core/boundary_favorite_fixture.h"
 #include "tests/support/startup_folders.h"
+#include "tests/support/test_main.h"
 
 namespace smh::test {
 namespace {
@@ -133,6 +134,52 @@ TEST_F(FactsTest, NameTheLibraryThatAProgramServes) {
   EXPECT_EQ(client.Fact(3), L"[" + library + L"]");
   EXPECT_TRUE(client.Fact(2).ends_with(L"\\rundll32.exe]")) << client.Fact(2);
   EXPECT_EQ(client.Fact(0) + client.Fact(1) + client.Fact(4) + client.Fact(8) + client.Fact(9), L"-1---");
+}
+
+const std::wstring kSwitchKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved";
+
+// "starts|reasons|since|can switch|64-bit|32-bit"
+std::string StartFacts(const RawItem& item) {
+  std::wstring facts;
+  for (const std::int32_t index : {11, 12, 13, 14, 16, 17}) facts += item.Fact(index) + L'|';
+  return {facts.begin(), facts.end()};
+}
+
+// A Windows that has switches: what the prefix pretends is settled when a process begins.
+SMH_CHILD(SwitchAnEntry) {
+  const RawCollection items = (*new LoadedLibrary).Manager().Items();
+  if (items.Refresh() != S_OK || !WaitUntilComplete(items)) return 1;
+  RawItem item = items.Item(0);
+  for (std::int32_t i = 1; item.GetLocation() != kUserRun; ++i) item = items.Item(i);
+  const RawFacts facts(item);
+  const auto print = [&](HRESULT result) {
+    std::printf("%ld %s\n", static_cast<long>(result), StartFacts(item).c_str());
+  };
+  print(0);
+  print(facts.SetSwitchedOff(0x101));
+  print(facts.SetSwitchedOff(0x100));
+  item.ReadChanged();
+  SetValue(HKEY_CURRENT_USER, kSwitchKey + L"\\Run", L"Foo", Dword(3), OwnView());
+  const bool isNoticed = WaitUntil([&] { return item.ReadChanged() != 0; });
+  print(facts.SetSwitchedOff(1));
+  return isNoticed ? 0 : 1;
+}
+
+TEST_F(FactsTest, TellWhetherWindowsWouldStartTheEntryAndSwitchIt) {
+  const EmptiedKeys rules{{kSwitchKey, L"Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer"}};
+  SetUserRun(L"Foo", sample.Path());
+  Read();
+  const RawItem item = FindUserRun(L"Foo");
+  EXPECT_EQ(StartFacts(item), "1|0|-|0|-|-|") << "this Windows has no switches";
+  EXPECT_TRUE(IsAssertion(RawFacts(item).SetSwitchedOff(1), L"uStartupItemIntf"));
+  EXPECT_EQ(RawFacts(NoItem()).SetSwitchedOff(1), S_FALSE);
+  items.Stop();
+  const RegistryTree pretended(L"Software\\Wine\\AppDefaults\\boundary_tests.exe");
+  pretended.Set(L"", L"Version", Sz(L"win10"));
+  const ChildResult child = RunChild(L"SwitchAnEntry");
+  ExpectEnd(child, 0);
+  EXPECT_EQ(child.output,
+            "0 1|0|-|1|-|-|\r\n0 2|2|set|1|-|-|\r\n0 1|0|-|1|-|-|\r\n-2147418113 0|2|unset|0|-|-|\r\n");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Whether Windows would start an entry, and why not: every rule alone and several together, read from where
 // the system reads them.
 #include "tests/effective/effective_fixture.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/waiting.h"
 
 namespace smh::test {
 namespace {
@@ -238,6 +240,12 @@ INSTANTIATE_TEST_SUITE_P(
             "nn"},
         Row{"loaded", kMenu, Handler(true, false, {}), kStartsYes, 0, "y-"},
         Row{"loaded twice", kMenu, Handler(true, true, {}), kStartsYes, 0, "yy"},
+        Row{"missing for 32-bit programs", kMenu,
+            Handler(true, true, {{kAll, kServer + L"\\InprocServer32", L"", Sz(L"C:\\gone.dll"), true}}),
+            kStartsYes, kReasonMissing | kReasonOnlyFor32, "yn"},
+        Row{"missing for 64-bit programs", kMenu,
+            Handler(true, true, {{kAll, kServer + L"\\InprocServer32", L"", Sz(L"C:\\gone.dll")}}),
+            kStartsYes, kReasonMissing | kReasonOnlyFor64, "ny"},
         Row{"blocked by the user", kMenu, Handler(true, true, {{kOwn, kBlockedKey, kClass, Sz(L"")}}),
             kStartsNo, kReasonBlocked, "nn"},
         Row{"blocked for 64-bit programs", kMenu, Handler(true, true, {{kAll, kBlockedKey, kClass, Sz(L"")}}),
@@ -319,6 +327,51 @@ TEST_F(StartReasonsTest, ExtensionsAndAddOnsHaveRulesOfTheirOwn) {
     server.Put();
     Check(row);
   }
+}
+
+// Another program writes: the reader is told, and marks the entries whose answer changes, and no others.
+TEST_F(StartReasonsTest, WhatOthersChangeIsNoticedAndMarksTheEntry) {
+  SetValue(kOwn, kRunKey, L"Foo", Sz(kProgram));
+  SetValue(kOwn, kRunKey, L"Bar", Sz(kProgram));
+  const ItemRef item = Load(kUserRun, L"Foo");
+  const ItemRef other = Load(kUserRun, L"Bar");
+  for (const ItemRef& one : {item, other}) one->ReadExtendedInfo();
+  const Written writes[] = {Switched(kOwn, L"Run"),
+                            Policy(kOwn, L"DisallowRun"),
+                            {kOwn, kBlockedKey, kClass, Sz(L"")},
+                            {kAll, kAddOnPolicies, L"RestrictToList", Dword(1)},
+                            {kOwn, kVersion + L"Ext\\Settings\\" + kClass, L"Flags", Dword(1)},
+                            {kOwn, kBrowserKey, L"Enable Browser Extensions", Sz(L"no")}};
+  g_systemStates->Read(true);
+  EXPECT_FALSE(g_systemStates->IsChanged());
+  for (const Written& write : writes) {
+    for (const ItemRef& one : {item, other}) one->TakeChangedMark();
+    write.Put();
+    EXPECT_TRUE(WaitUntil([] { return g_systemStates->IsChanged(); })) << (&write - writes);
+    g_systemStates->Read(true);
+    EXPECT_FALSE(g_systemStates->IsChanged());
+    EXPECT_EQ(item->TakeChangedMark(), &write == writes);
+    EXPECT_FALSE(other->TakeChangedMark());
+  }
+}
+
+int g_calls = 0;
+LSTATUS WINAPI CountOpen(HKEY key, const wchar_t* path, DWORD options, REGSAM access, HKEY* opened) {
+  ++g_calls;
+  return RealFunction<decltype(RegOpenKeyExW)>(L"advapi32.dll", "RegOpenKeyExW")(key, path, options, access,
+                                                                                 opened);
+}
+
+TEST_F(StartReasonsTest, AMachineWithoutSwitchesAndPoliciesCostsAHandfulOfCalls) {
+  for (int i = 0; i < 100; ++i) SetValue(kOwn, kRunKey, std::to_wstring(i), Sz(kProgram));
+  Load(kUserRun, L"1");
+  g_systemStates->Read(false);
+  const ImportPatch patch("RegOpenKeyExW", CountOpen);
+  g_calls = 0;
+  g_systemStates->Read(false);
+  EXPECT_LE(g_calls, 6);
+  for (const ItemRef& item : Listed(At(kUserRun))) EXPECT_EQ(EffectiveStateOf(*item).starts, kStartsYes);
+  EXPECT_LE(g_calls, 6);
 }
 
 }  // namespace

@@ -8,6 +8,9 @@
 #include "locations/registry/server_file.h"
 #include "model/change_refused.h"
 #include "model/reader_state.h"
+#include "sysutil/command_line.h"
+#include "sysutil/network_roots.h"
+#include "sysutil/uFileUtils.h"
 #include "sysutil/uRegEditUtils.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
@@ -19,6 +22,11 @@ namespace {
 
 // Between two loads because of classes, which an installation changes without end.
 constexpr ULONGLONG kClassesPauseMs = 10'000;
+
+FileReachability ReachabilityOf(const SharedText& file) {
+  if (IsFullPath(file) && ReachableStamp(file)) return kFileFound;
+  return IsReachable(file) ? kFileMissing : kFileUnreachable;
+}
 
 // In the order of reading.
 std::vector<HKEY> RootHandles(LocationRoot root) {
@@ -230,14 +238,18 @@ ItemRef TLocationRegistry::ShownByMainView(RegistryLoad& load, const Place& plac
   return isShown ? other : nullptr;
 }
 
-// The file of a class may differ from view to view: there the text is all that counts.
+// The file of a class may differ from view to view: there the text is all that counts for what is one entry.
 void TLocationRegistry::MarkTwin(TStartupItem& main, unsigned load, const SeenEntry& seen) const {
   const bool isCommand = Row().family == LocationFamily::kRunKey;
   const std::wstring_view text = isCommand ? seen.command : seen.caption;
   const bool isSame = main.Get([&](const ItemState& state) {
     return SameText(isCommand ? state.details.Command : state.givenText, text);
   });
-  main.MarkTwin(load, isSame ? kTwinSame : kTwinOther, isSame ? std::wstring_view() : text);
+  std::int32_t file = TStartupItem::kTwinsFileIsSame;
+  const auto hasFile = [&](const ItemState& state) { return SameText(state.details.Command, seen.command); };
+  if (!isCommand && !main.Get(hasFile))
+    file = ReachabilityOf(ResolveCommandToFile(std::wstring(seen.command).c_str()));
+  main.MarkTwin(load, isSame ? kTwinSame : kTwinOther, isSame ? std::wstring_view() : text, file);
 }
 
 bool TLocationRegistry::TakeEntry(RegistryLoad& load, const Place& place, const SeenEntry& seen) {
