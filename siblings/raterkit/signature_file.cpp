@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kLongestLine = 2048;
+// More than the file has lines.
+constexpr std::size_t kMostKnown = 16'384;
 constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::uint64_t kDay = std::uint64_t{24} * 60 * 60 * 10'000'000;
 constexpr std::string_view kVersion = "1";
@@ -192,6 +194,7 @@ void SignatureFile::Add(const Sha256& hash, std::wstring_view extension, const S
   if (line.size() > kLongestLine) return;
   Append(line);
   const ScopedLock guard(lock_);
+  if (known_.size() >= kMostKnown) known_.clear();
   known_.insert_or_assign(key, signature);
 }
 
