@@ -238,6 +238,7 @@ std::wstring_view SwitchName(const SharedText& entryName, const SharedValueAddre
 }
 
 EffectiveState Judge(const SystemRules& rules, const TStartupItem& item) noexcept {
+  if (!rules.isRead) return {};
   return item.Get([&](const ItemState& state) { return Judging(rules, item, state).Judge(); });
 }
 

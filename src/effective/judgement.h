@@ -11,6 +11,8 @@ namespace smh {
 
 // What the system says, as it was read at one time. Constant once it is shared.
 struct SystemRules {
+  // Nothing is known before.
+  bool isRead = false;
   WindowsRelease release;
   // A 64-bit Windows.
   bool hasViews = false;
@@ -20,7 +22,7 @@ struct SystemRules {
   ExtensionRules extensions;
 };
 
-// Any thread; takes the item's lock, allocates nothing.
+// Unknown by rules that are not read. Any thread; takes the item's lock, allocates nothing.
 EffectiveState Judge(const SystemRules& rules, const TStartupItem& item) noexcept;
 
 // Whose switches an entry of that location has, and where it stands in the list.

@@ -92,6 +92,7 @@ void SystemStates::ReadAgain() {
     begun = ++begun_;
   }
   const auto fresh = std::make_shared<SystemRules>();
+  fresh->isRead = true;
   fresh->release = release_();
   fresh->hasViews = SystemView() != 0;
   fresh->switches.Read();

@@ -365,6 +365,7 @@ LSTATUS WINAPI CountOpen(HKEY key, const wchar_t* path, DWORD options, REGSAM ac
 TEST_F(StartReasonsTest, AMachineWithoutSwitchesAndPoliciesCostsAHandfulOfCalls) {
   for (int i = 0; i < 100; ++i) SetValue(kOwn, kRunKey, std::to_wstring(i), Sz(kProgram));
   Load(kUserRun, L"1");
+  EXPECT_EQ(SystemStates().StateOf(*Listed(At(kUserRun)).front()).starts, kStartsUnknown) << "not read yet";
   g_systemStates->Read(false);
   const ImportPatch patch("RegOpenKeyExW", CountOpen);
   g_calls = 0;
