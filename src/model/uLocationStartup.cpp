@@ -177,8 +177,8 @@ bool TLocationStartup::Carry(EntryTarget* target, const TLocationStartup& to, En
                              ChangeCheckpoint& checkpoint) {
   std::optional<SwitchOwner> before;
   std::optional<SwitchOwner> after;
-  if (source != nullptr) before.emplace(LocationType(), source->Found(), source->HasTwin());
-  if (target != nullptr) after.emplace(to.LocationType(), target->Found(), target->HasTwin());
+  if (source != nullptr) before = SwitchOwner{LocationType(), source->Found(), source->HasTwin()};
+  if (target != nullptr) after = SwitchOwner{to.LocationType(), target->Found(), target->HasTwin()};
   EffectiveStates* const states = TheEffectiveStates();
   std::unique_ptr<SwitchSteps> switches;
   if (states != nullptr) {
