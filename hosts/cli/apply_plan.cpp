@@ -2,6 +2,7 @@
 
 #include "hosts/cli/snapshot_compare.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 
@@ -34,9 +35,14 @@ ApplyStep Adjustment(const ItemRecord& item, const SnapshotEntry& wanted) {
   if (needsSwitch && !item.Can(wanted.enabled ? kActionEnable : kActionDisable)) {
     step.reason = NotAllowed(item, wanted.enabled ? L"to be enabled" : L"to be disabled");
   }
+  const bool switchDiffers =
+      wanted.switchedOff && (item.enabled && IsSwitchedOff(item)) != *wanted.switchedOff;
+  if (switchDiffers && item.enabled && !item.canSwitch) step.reason = NotAllowed(item, L"to be switched");
   if (item.command != wanted.command) {
     step.verb = Verb::kChange;
     if (step.reason.empty()) step.reason = WhyNotChanged(item, wanted);
+  } else if (!needsSwitch && switchDiffers) {
+    step.verb = *wanted.switchedOff ? Verb::kSwitchOff : Verb::kSwitchOn;
   } else if (!needsSwitch) {
     step.verb = Verb::kChange;
     step.reason = L"what the 32-bit view holds under its name is left alone.";
@@ -117,7 +123,10 @@ std::vector<EntryChange> ChangesOf(std::span<const ApplyStep> steps, const Wrapp
       change.before.command = step.wanted->command;
     }
     if (step.verb == Verb::kChange) change.order.command = step.wanted->command;
-    if (step.wanted != nullptr) change.order.enabled = step.wanted->enabled;
+    if (step.wanted != nullptr) {
+      change.order.enabled = step.wanted->enabled;
+      change.order.switchedOff = step.wanted->switchedOff;
+    }
     if (!step.reason.empty()) change.outcome = Outcome{OutcomeKind::kRefused, step.reason};
   }
   return changes;

@@ -42,14 +42,18 @@ struct Arguments {
   std::vector<std::int32_t> reachabilities;  // --missing, --unreachable
   std::wstring match;                        // --match
   std::optional<double> since;               // --since
+  std::optional<bool> starts;                // --starts, --not-starting
   std::wstring from;                         // --from; "-" for standard input
   bool dryRun = false;                       // --dry-run
   std::vector<std::wstring> files;           // FILE, FILE2
   std::optional<std::wstring> input;         // --input
   bool deleteOthers = false;                 // --delete-others
+  bool likeTaskManager = false;              // --like-task-manager
+  bool verify = false;                       // --verify
+  bool prune = false;                        // --prune
 
   ItemFilter Filter() const {
-    return {all, locations, enabled, ratings, company, reachabilities, match, since};
+    return {all, locations, enabled, ratings, company, reachabilities, match, since, starts};
   }
   // Whether neither ITEMs nor filters say which entries are meant.
   bool NamesNothing() const { return items.empty() && from.empty() && Filter().IsEmpty(); }

@@ -20,7 +20,7 @@ namespace {
 // The state in which a change finds work to do.
 std::optional<bool> StateFor(Verb verb) {
   if (verb == Verb::kEnable) return false;
-  return verb == Verb::kDisable ? std::optional(true) : std::nullopt;
+  return verb == Verb::kDisable || verb == Verb::kSwitchOff ? std::optional(true) : std::nullopt;
 }
 
 bool IsPlanned(const EntryChange& change) {

@@ -79,6 +79,9 @@ void DeclareFilters(CLI::App& app, OptionValues& values) {
   };
   CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, "Only enabled entries");
   app.add_flag("--disabled", values.disabled, "Only disabled entries")->excludes(enabled);
+  CLI::Option* const starts = app.add_flag("--starts", values.starts, "Only those that Windows starts");
+  app.add_flag("--not-starting", values.notStarting, "Only those that Windows does not start, for any reason")
+      ->excludes(starts);
   app.add_option("--rating", values.ratings, "Only trusted, unknown or risky ones")
       ->allow_extra_args(false)
       ->type_name("RATING");
@@ -93,6 +96,9 @@ void DeclareFilters(CLI::App& app, OptionValues& values) {
 
 // What is shown and for how long.
 void DeclareShowing(CLI::App& app, std::uint64_t options, OptionValues& values) {
+  if (options & kTakesVerify) {
+    app.add_flag("--verify", values.verify, "Also say who signed the files, and whether that is proved");
+  }
   if (options & kTakesAll) app.add_flag("--all", values.all, "All locations, not only the usual ones");
   if (options & kTakesSelection) DeclareFilters(app, values);
   if (options & kTakesLimit) {
@@ -143,6 +149,13 @@ void DeclareChange(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & kTakesPruning) {
     app.add_option("--keep", values.keep, "All but the newest so many")->type_name("COUNT");
     app.add_option("--days", values.days, "Those that are older than so many days")->type_name("DAYS");
+  }
+  if (options & kTakesPruneSwitch) {
+    app.add_flag("--prune", values.prune, "Take away the switches that belong to no entry");
+  }
+  if (options & kTakesSwitch) {
+    app.add_flag("--like-task-manager", values.likeTaskManager,
+                 "Leave them there, and use Task Manager's switch");
   }
   if (options & kTakesDryRun) app.add_flag("--dry-run", values.dryRun, "Only say what would be done");
   if (options & kTakesDeleteOthers) {
@@ -228,6 +241,7 @@ std::wstring ParseText(const CLI::App& parser, const char* option, std::string_v
 
 void TakeFilters(const OptionValues& values, const CLI::App& parser, Arguments& arguments) {
   if (values.enabled || values.disabled) arguments.enabled = values.enabled;
+  if (values.starts || values.notStarting) arguments.starts = values.starts;
   for (const std::string& rating : values.ratings) arguments.ratings.push_back(ParseRating(rating));
   arguments.company = ParseText(parser, "--company", values.company);
   arguments.match = ParseText(parser, "--match", values.match);
@@ -262,6 +276,9 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   arguments.quiet = values.quiet;
   arguments.all = values.all;
   arguments.dryRun = values.dryRun;
+  arguments.likeTaskManager = values.likeTaskManager;
+  arguments.verify = values.verify;
+  arguments.prune = values.prune;
   if (options & kTakesSelection) TakeFilters(values, parser, arguments);
   if (values.json) arguments.format = OutputFormat::kJson;
   if (values.csv) arguments.format = OutputFormat::kCsv;

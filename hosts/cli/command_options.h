@@ -24,6 +24,7 @@ struct OptionValues {
   bool show = false, force = false, yes = false, quiet = false, deleteOthers = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
   bool missing = false, unreachable = false, dryRun = false;
+  bool starts = false, notStarting = false, likeTaskManager = false, verify = false, prune = false;
 };
 
 // Declares the options of a command, bits of CommandOption; `values` lives as long as the parser.

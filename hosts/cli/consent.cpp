@@ -28,11 +28,11 @@ std::wstring ReadAnswer() {
 
 }  // namespace
 
-void RequireConsent(const std::wstring& what, bool isGiven) {
+void RequireConsent(const std::wstring& what, bool isGiven, std::wstring_view otherwise) {
   if (isGiven) return;
   if (!IsTerminal(STD_INPUT_HANDLE) || !IsTerminal(STD_ERROR_HANDLE)) {
-    throw HostError(what + L": --yes goes on without a question, --dry-run shows what would be done. " +
-                    kNothingChanged);
+    std::wstring message = what + L": --yes goes on without a question";
+    throw HostError(message.append(otherwise).append(L". ").append(kNothingChanged));
   }
   // Quiet or not: without it nobody would know what is waited for.
   WriteError(Printable(what) + L". Go on (y/n)?");

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace smh {
 
 // Returns when the user agrees: with `isGiven` (--yes) at once, else after a question on the terminal, to
 // which anything but "y" or "yes" is a no. Raises HostError on a no, and, without a terminal to ask at, with
-// the words that --yes is wanted; `what` is a sentence without its end ("That means 12 entries").
-void RequireConsent(const std::wstring& what, bool isGiven);
+// the words that --yes is wanted; `what` is a sentence without its end ("That means 12 entries"), and
+// `otherwise` names what can be done instead.
+void RequireConsent(const std::wstring& what, bool isGiven,
+                    std::wstring_view otherwise = L", --dry-run shows what would be done");
 
 }  // namespace smh

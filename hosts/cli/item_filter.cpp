@@ -104,11 +104,12 @@ std::optional<double> ParseDate(std::wstring_view text) {
 
 bool ItemFilter::IsEmpty() const noexcept {
   return locations.empty() && !enabled && ratings.empty() && company.empty() && reachabilities.empty() &&
-         match.empty() && !since;
+         match.empty() && !since && !starts;
 }
 
 bool ItemFilter::Shows(const ItemRecord& item) const {
   if (enabled && item.enabled != *enabled) return false;
+  if (starts && item.starts != (*starts ? kStartsYes : kStartsNo)) return false;
   if (!Names(locations, item.location) || !Names(ratings, item.rating)) return false;
   // Without a command there is no file to miss.
   if (!Names(reachabilities, item.reachability) || (!reachabilities.empty() && item.command.empty())) {
@@ -125,7 +126,7 @@ ReadScope ItemFilter::Scope() const {
 }
 
 bool ItemFilter::NeedsDetails() const noexcept {
-  return !ratings.empty() || !match.empty() || since;
+  return !ratings.empty() || !match.empty() || since || starts;
 }
 
 std::optional<std::int32_t> RatingByName(std::wstring_view name) noexcept {

@@ -24,6 +24,7 @@ struct ItemFilter {
       reachabilities{};           // --missing, --unreachable: FileReachability, of a command's file
   std::wstring match{};           // --match: somewhere in any column
   std::optional<double> since{};  // --since: last write of the file, an OLE date in local time
+  std::optional<bool> starts{};   // --starts, --not-starting: what Windows certainly does
 
   // Whether the filter leaves every entry.
   bool IsEmpty() const noexcept;

@@ -5,6 +5,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/operations.h"
+#include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_reading.h"
 #include "infra/runtime/text.h"
@@ -63,7 +64,10 @@ Positions FindPattern(std::span<const ItemRecord> items, const Positions& candid
 
 // Where one of them needs the change, the others are not meant.
 void Prefer(std::span<const ItemRecord> items, Positions& found, std::optional<bool> preferred) {
-  const auto isIdle = [&](std::size_t at) { return items[at].enabled != *preferred; };
+  const auto isIdle = [&](std::size_t at) {
+    const bool isOff = !*preferred && IsSwitchedOff(items[at]);
+    return items[at].enabled != *preferred && !isOff;
+  };
   if (preferred && !std::ranges::all_of(found, isIdle)) std::erase_if(found, isIdle);
 }
 

@@ -1,5 +1,6 @@
 #include "hosts/cli/snapshot.h"
 
+#include "hosts/common/start_words.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -30,6 +31,7 @@ SnapshotEntry EntryOf(const ItemRecord& item) {
   entry.enabled = item.enabled;
   entry.disabledBy = item.disabledBy;
   if (item.twin == kTwinOther) entry.twin = item.twinCommand;
+  if (item.enabled) entry.switchedOff = IsSwitchedOff(item);
   return entry;
 }
 

@@ -27,6 +27,9 @@ struct SnapshotEntry {
   std::wstring disabledBy;  // empty while enabled
   // The text that the 32-bit view has in its place, if that is another one.
   std::optional<std::wstring> twin = {};
+  // Of an enabled entry: whether Task Manager's switch is off. None for a disabled one, and where it is not
+  // known, as in files of earlier versions.
+  std::optional<bool> switchedOff = {};
 
   // What it is called in its place: the value's, the file's or the key's own name.
   std::wstring_view Name() const noexcept;

@@ -33,6 +33,11 @@ bool HasSameText(const SnapshotEntry& a, const SnapshotEntry& b) {
   return a.command == b.command && a.twin == b.twin;
 }
 
+// A switch that one of the two does not know differs from none.
+bool HasSameSwitch(const SnapshotEntry& a, const SnapshotEntry& b) noexcept {
+  return !a.switchedOff || !b.switchedOff || a.switchedOff == b.switchedOff;
+}
+
 using Pairing = bool (*)(const SnapshotEntry& before, const SnapshotEntry& after);
 
 // Pairs what `fits`, and tells `found`.
@@ -57,9 +62,16 @@ void CompareGroup(Entries before, Entries after, std::vector<Difference>& differ
   Pair(
       before, after,
       [](const SnapshotEntry& old, const SnapshotEntry& now) {
-        return old.enabled == now.enabled && HasSameText(old, now);
+        return old.enabled == now.enabled && HasSameText(old, now) && HasSameSwitch(old, now);
       },
       [](const SnapshotEntry&, const SnapshotEntry&) {});
+  // The same entry by its text first, of those the one in the same state.
+  Pair(
+      before, after,
+      [](const SnapshotEntry& old, const SnapshotEntry& now) {
+        return old.enabled == now.enabled && HasSameText(old, now);
+      },
+      report(DifferenceKind::kSwitched));
   Pair(before, after, HasSameText, report(DifferenceKind::kSwitched));
   Pair(
       before, after,
@@ -115,6 +127,10 @@ FieldValue EnabledOf(const SnapshotEntry* entry) {
   return entry == nullptr ? FieldValue() : FieldValue(entry->enabled);
 }
 
+FieldValue SwitchedOffOf(const SnapshotEntry* entry) {
+  return entry == nullptr || !entry->switchedOff ? FieldValue() : FieldValue(*entry->switchedOff);
+}
+
 FieldValue CommandOf(const SnapshotEntry* entry) {
   return entry == nullptr ? FieldValue() : FieldValue(entry->command);
 }
@@ -144,11 +160,14 @@ constexpr Field<Difference> kFields[] = {
     {L"enabledAfter", [](D difference) { return EnabledOf(difference.after); }},
     {L"commandAfter", [](D difference) { return CommandOf(difference.after); }},
     {L"twinAfter", [](D difference) { return TwinOf(difference.after); }},
+    {L"switchedOffBefore", [](D difference) { return SwitchedOffOf(difference.before); }},
+    {L"switchedOffAfter", [](D difference) { return SwitchedOffOf(difference.after); }},
 };
 
 std::wstring Cell(const SnapshotEntry* entry) {
   if (entry == nullptr) return {};
   std::wstring cell(StateName(entry->enabled));
+  if (entry->switchedOff == true) cell += L", switched off in Task Manager";
   cell += L": ";
   cell += Printable(entry->command);
   if (entry->twin) {

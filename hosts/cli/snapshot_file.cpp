@@ -90,6 +90,7 @@ std::wstring EntryText(const SnapshotEntry& entry) {
   object.Text(L"command", written(entry.command));
   object.Raw(L"enabled", entry.enabled ? L"true" : L"false");
   object.TextOrNone(L"disabledBy", written(entry.disabledBy));
+  if (entry.switchedOff) object.Raw(L"switchedOff", *entry.switchedOff ? L"true" : L"false");
   if (escaped) object.Raw(L"escaped", L"true");
   return std::move(object).Take();
 }
@@ -181,6 +182,10 @@ SnapshotEntry EntryIn(const FlatObject& row) {
   entry.disabledBy = texts.Get("disabledBy").value_or(std::wstring());
   if (entry.enabled != entry.disabledBy.empty()) {
     throw JsonFault(L"its \"enabled\" and \"disabledBy\" contradict each other.");
+  }
+  entry.switchedOff = row.Flag("switchedOff");
+  if (entry.switchedOff == true && !entry.enabled) {
+    throw JsonFault(L"its \"enabled\" and \"switchedOff\" contradict each other.");
   }
   if (LocationRowOf(entry.location).family == LocationFamily::kStartupFolder) {
     entry.file = Required(texts.Get("file"), L"file");

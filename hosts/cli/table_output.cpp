@@ -1,6 +1,8 @@
 #include "hosts/cli/table_output.h"
 
+#include "hosts/cli/verification.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
 
 #include <algorithm>
@@ -33,14 +35,15 @@ std::wstring FileCell(const ItemRecord& item) {
 constexpr Column kItemColumns[] = {
     {L"ID", [](const ItemRecord& item) { return item.id; }},
     {L"State", [](const ItemRecord& item) { return std::wstring(StateName(item.enabled)); }},
+    {L"Starts", StartsText},
     {L"Caption", [](const ItemRecord& item) { return item.caption; }},
     {L"Company", [](const ItemRecord& item) { return item.company; }},
-    {L"Rating", [](const ItemRecord& item) { return std::wstring(RatingName(item.rating)); }},
+    {L"Rating", TrustText},
     {L"File", FileCell},
     {L"Description", [](const ItemRecord& item) { return item.description; }},
 };
 
-constexpr std::size_t kFileColumn = 5;
+constexpr std::size_t kFileColumn = 6;
 static_assert(kItemColumns[kFileColumn].title == L"File");
 
 std::size_t TotalWidth(const std::vector<std::size_t>& widths) {
@@ -73,9 +76,9 @@ std::wstring Line(const std::vector<std::wstring>& cells, const std::vector<std:
 }
 
 Tone ToneOf(const ItemRecord& item) noexcept {
-  if (item.rating == 2) return Tone::kDanger;
+  if (IsDangerous(item)) return Tone::kDanger;
   if (item.LacksFile()) return Tone::kWarning;
-  return item.enabled ? Tone::kPlain : Tone::kFaint;
+  return item.enabled && item.starts != kStartsNo ? Tone::kPlain : Tone::kFaint;
 }
 
 struct CellVisitor {

@@ -2,28 +2,13 @@
 // called for it.
 #pragma once
 
+#include "hosts/common/entry_trust.h"
 #include "hosts/common/item_record.h"
-#include "hosts/common/trust_word.h"
 #include "infra/runtime/handle.h"
 
-#include <windows.h>
-
-#include <cstdint>
 #include <string>
 
 namespace smh {
-
-// Texts that are not known are empty.
-struct EntryTrust {
-  TrustWord word = TrustWord::kUnknown;
-  std::int32_t signature = kSignatureUnreadable;  // a SignatureState
-  // The file that was asked about: the one that runs. Empty when that cannot be told; nothing is said then.
-  std::wstring file;
-  std::wstring organisation;
-  std::wstring commonName;
-  std::wstring sha256;
-  FILETIME signingTime = {};  // UTC; 0 when it is not known
-};
 
 // The file that runs: what the entry's program is told to run, if it only runs another one, else what the
 // entry's facts are of. Empty when that cannot be told.

@@ -93,6 +93,16 @@ class FactReader {
     ScopedVariant value;
     return Read(fact, value) ? NumberIn(value.Get()) : std::nullopt;
   }
+  bool Flag(std::int32_t fact) const {
+    ScopedVariant value;
+    return Read(fact, value) && value.Get().vt == VT_BOOL && value.Get().boolVal != VARIANT_FALSE;
+  }
+  // An OLE date in local time; none for day zero.
+  std::optional<double> Date(std::int32_t fact) const {
+    ScopedVariant value;
+    if (!Read(fact, value) || value.Get().vt != VT_DATE || value.Get().date == 0) return std::nullopt;
+    return value.Get().date;
+  }
 
  private:
   bool Read(std::int32_t fact, ScopedVariant& value) const {

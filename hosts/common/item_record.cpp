@@ -5,6 +5,7 @@
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/short_id.h"
+#include "hosts/common/start_words.h"
 
 #include <iterator>
 
@@ -118,6 +119,14 @@ constexpr ItemField kItemFields[] = {
     {L"twin", [](R item) { return TwinOf(item.twin); }},
     {L"twinCommand",
      [](R item) { return item.twin == kTwinOther ? TextOf(item.twinCommand) : FieldValue(); }},
+    {L"starts", [](R item) { return TextOf(StartsName(item.starts)); }},
+    {L"reasons", [](R item) { return FieldValue(ReasonNames(item.reasons)); }},
+    {L"switchedOffSince", [](R item) { return TimeOf(item.switchedOffSince); }},
+    {L"trust", [](R item) { return item.trust ? TextOf(TrustName(item.trust->word)) : FieldValue(); }},
+    {L"signature",
+     [](R item) { return item.trust ? TextOf(SignatureName(item.trust->signature)) : FieldValue(); }},
+    {L"signer", [](R item) { return item.trust ? TextOrNone(item.trust->Signer()) : FieldValue(); }},
+    {L"sha256", [](R item) { return item.trust ? TextOrNone(item.trust->sha256) : FieldValue(); }},
 };
 
 void ReadFacts(const FactReader& facts, ItemRecord& record) {
@@ -134,6 +143,10 @@ void ReadFacts(const FactReader& facts, ItemRecord& record) {
   record.disabledBy = text(kFactDisabledBy);
   record.twin = facts.Number(kFactTwin).value_or(kTwinNone);
   record.twinCommand = text(kFactTwinCommand);
+  record.starts = facts.Number(kFactStarts).value_or(kStartsUnknown);
+  record.reasons = facts.Number(kFactStartReasons).value_or(0);
+  record.switchedOffSince = facts.Date(kFactSwitchedOffSince);
+  record.canSwitch = facts.Flag(kFactCanSwitch);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
+#include "hosts/common/entry_trust.h"
 #include "hosts/common/field.h"
 
 #include <cstdint>
@@ -65,6 +66,13 @@ struct ItemRecord {
   std::wstring disabledBy;        // empty while enabled, "own", or another tool's side key or folder
   std::int32_t twin = kTwinNone;  // an ItemTwin
   std::wstring twinCommand;       // what the 32-bit view has there, for kTwinOther
+  // Whether Windows would start it, and why not (start_words.h).
+  std::int32_t starts = kStartsUnknown;  // a StartsAnswer
+  std::int32_t reasons = 0;              // StartReason flags
+  // An OLE date in local time; none for a switch that is on or does not say.
+  std::optional<double> switchedOffSince;
+  bool canSwitch = false;           // whether the system's own switch can be set
+  std::optional<EntryTrust> trust;  // what was asked of FileTrust; none before
 
   // Whether it has a command whose file is missing or out of reach.
   bool LacksFile() const { return reachability != kFileFound && !command.empty(); }

@@ -3,6 +3,7 @@
 #include "core/contracts/disabled_places.h"
 #include "hosts/common/entry_place.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -68,7 +69,11 @@ void AddDeletion(const ItemRecord& item, Steps& steps) {
   }
 }
 
-void AddSwitch(const ItemRecord& item, bool enable, Steps& steps) {
+void AddSystemSwitch(bool off, Steps& steps) {
+  steps.push_back(off ? L"Switch it off, as Task Manager does" : L"Take back Task Manager's switch");
+}
+
+void AddState(const ItemRecord& item, bool enable, Steps& steps) {
   if (item.root.empty()) {
     steps.push_back(L"Move the file " + InQuotes(item.name) + L" to " + FolderText(item.location, enable));
     return;
@@ -118,7 +123,13 @@ std::vector<std::wstring> StepsOf(const EntryChange& change) {
   switch (change.verb) {
     case Verb::kEnable:
     case Verb::kDisable:
-      AddSwitch(item, change.verb == Verb::kEnable, steps);
+      if (item.enabled != (change.verb == Verb::kEnable)) {
+        AddState(item, change.verb == Verb::kEnable, steps);
+      }
+      break;
+    case Verb::kSwitchOff:
+    case Verb::kSwitchOn:
+      AddSystemSwitch(change.verb == Verb::kSwitchOff, steps);
       break;
     case Verb::kDelete:
       AddDeletion(item, steps);
@@ -136,8 +147,12 @@ std::vector<std::wstring> StepsOf(const EntryChange& change) {
   }
   if (change.verb == Verb::kAdd && change.order.enabled == false) steps.push_back(L"Disable it");
   if (change.verb == Verb::kChange && change.order.enabled.value_or(item.enabled) != item.enabled) {
-    AddSwitch(item, !item.enabled, steps);
+    AddState(item, !item.enabled, steps);
   }
+  std::optional<bool> off = change.order.switchedOff;
+  if (!off && change.verb == Verb::kEnable) off = false;
+  if (change.verb == Verb::kSwitchOff || change.verb == Verb::kSwitchOn) off.reset();
+  if (off && IsSwitchedOff(item) != *off) AddSystemSwitch(*off, steps);
   return steps;
 }
 

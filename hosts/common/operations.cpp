@@ -5,6 +5,7 @@
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
+#include "hosts/common/start_words.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -19,6 +20,7 @@ using Seen = std::optional<ItemRecord>;
 
 constexpr wchar_t kStillThere[] = L"the entry is still there as it was.";
 constexpr wchar_t kNotThere[] = L"the entry is not where it should be now.";
+constexpr wchar_t kSwitchIsOther[] = L"Task Manager's switch is not as it should be now.";
 constexpr wchar_t kNameTaken[] = L"an entry of that name exists already; it was not changed.";
 
 Outcome Nothing(std::wstring text, const ItemRecord& now) {
@@ -71,15 +73,54 @@ std::wstring NameIn(IStartupItem& item) {
 }
 
 template <bool enable>
+Ask AskState(const Library&, const EntryChange& change) {
+  const ItemRecord& before = change.before;
+  if (before.enabled != enable) return AskAbility(change);
+  std::wstring text = enable ? L"is enabled already" : L"is disabled already";
+  if (enable && before.starts == kStartsNo) {
+    text.append(L"; Windows does not start it: ").append(ReasonsText(before.reasons));
+  }
+  return Nothing(text.append(L"."), before);
+}
+
+// The system's own switch.
+template <bool off>
 Ask AskSwitch(const Library&, const EntryChange& change) {
-  if (change.before.enabled != enable) return AskAbility(change);
-  return Nothing(enable ? L"is enabled already." : L"is disabled already.", change.before);
+  const ItemRecord& before = change.before;
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(L"the entry has gone meanwhile.");
+  if (!before.enabled) return Refused(L"Task Manager has no switch for what is disabled.");
+  if (IsSwitchedOff(before) == off) {
+    return Nothing(
+        off ? L"is switched off in Task Manager already." : L"is not switched off in Task Manager.", before);
+  }
+  if (FactReader(*change.listed).Flag(kFactCanSwitch)) return std::nullopt;
+  return Refused(L"Task Manager has no switch for entries of " + std::wstring(LocationName(before.location)) +
+                 L", holds something unknown there, or this account may not write it.");
+}
+
+template <bool off>
+HRESULT ApplySwitch(const Library&, const EntryChange& change, std::int32_t&) {
+  ComPtr<IStartupItemFacts> facts;
+  const HRESULT result =
+      change.listed->QueryInterface(IStartupItemFacts::iid, reinterpret_cast<void**>(facts.Put()));
+  return FAILED(result) ? result : facts->SetSwitchedOff(off ? TRUE : FALSE);
+}
+
+template <bool off>
+Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& change,
+               std::int32_t position) {
+  const ItemRecord& before = change.before;
+  Seen now = FindListed(library, before.location, position,
+                        [&](IStartupItem& item) { return NameIn(item) == before.name; });
+  if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
+  RequireStanding(places, *now);
+  if (IsSwitchedOff(*now) != off) throw HostError(kSwitchIsOther);
+  return now;
 }
 
 // The wrapper goes with its entry, unless the very same entry stood in the new place already.
 template <bool enable>
-Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& change,
-               std::int32_t position) {
+Seen SeeState(const Library& library, EntryPlaces& places, const EntryChange& change, std::int32_t position) {
   const ItemRecord& before = change.before;
   RequireGone(places, before);
   Seen now;
@@ -208,13 +249,13 @@ HRESULT ApplyAddition(const Library& library, const EntryChange& change, std::in
 }
 
 constexpr Operation kOperations[] = {
-    {Verb::kEnable, L"enable", L"Enabled", L"Enabling", kActionEnable, LibrarySlot::kEnable, AskSwitch<true>,
+    {Verb::kEnable, L"enable", L"Enabled", L"Enabling", kActionEnable, LibrarySlot::kEnable, AskState<true>,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Enable(); },
-     SeeSwitch<true>},
+     SeeState<true>},
     {Verb::kDisable, L"disable", L"Disabled", L"Disabling", kActionDisable, LibrarySlot::kDisable,
-     AskSwitch<false>,
+     AskState<false>,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Disable(); },
-     SeeSwitch<false>},
+     SeeState<false>},
     {Verb::kDelete, L"delete", L"Deleted", L"Deleting", kActionDelete, LibrarySlot::kDelete, AskDeletion,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Delete(); },
      SeeDeletion},
@@ -231,6 +272,10 @@ constexpr Operation kOperations[] = {
        return change.listed->ChangeCommand(change.order.command.c_str());
      },
      SeeCommand},
+    {Verb::kSwitchOff, L"switch off", L"Switched off", L"Switching off", std::nullopt,
+     LibrarySlot::kSetSwitchedOff, AskSwitch<true>, ApplySwitch<true>, SeeSwitch<true>},
+    {Verb::kSwitchOn, L"switch on", L"Switched on", L"Switching on", std::nullopt,
+     LibrarySlot::kSetSwitchedOff, AskSwitch<false>, ApplySwitch<false>, SeeSwitch<false>},
 };
 
 Outcome OutcomeOf(const Library& library, EntryPlaces& places, const EntryChange& change) {
@@ -246,10 +291,16 @@ Outcome OutcomeOf(const Library& library, EntryPlaces& places, const EntryChange
   return {fault.isRefusal ? OutcomeKind::kRefused : OutcomeKind::kFailed, fault.text};
 }
 
-// Whether an entry that is so already has to be switched besides.
-bool NeedsSwitch(const EntryChange& change, const Outcome& outcome) {
+// What an entry that is so already, or now, has to go through besides.
+std::optional<Verb> NextStep(const EntryChange& change, const Outcome& outcome) {
+  if (!outcome.IsGood() || !outcome.now) return std::nullopt;
+  const ItemRecord& now = *outcome.now;
   const std::optional<bool>& enabled = change.order.enabled;
-  return enabled && outcome.IsGood() && outcome.now && outcome.now->enabled != *enabled;
+  if (enabled && now.enabled != *enabled) return *enabled ? Verb::kEnable : Verb::kDisable;
+  std::optional<bool> off = change.order.switchedOff;
+  if (!off && change.verb == Verb::kEnable) off = false;
+  if (!off || !now.enabled || IsSwitchedOff(now) == *off) return std::nullopt;
+  return *off ? Verb::kSwitchOff : Verb::kSwitchOn;
 }
 
 // What is raised is the outcome.
@@ -272,14 +323,19 @@ Outcome OutcomeOfNext(const Library& library, EntryPlaces& places, Verb verb, co
   return *Guarded([&] { return Ask(OutcomeOf(library, places, next)); });
 }
 
-// The entry behind its change, brought into the state that is ordered.
+// The entry behind its change, brought into the state that is ordered: first enabled or disabled, then
+// switched.
 Outcome Switched(const Library& library, EntryPlaces& places, const EntryChange& change, Outcome made) {
-  if (!NeedsSwitch(change, made)) return made;
-  Outcome outcome =
-      OutcomeOfNext(library, places, *change.order.enabled ? Verb::kEnable : Verb::kDisable, *made.now);
+  const std::optional<Verb> next = NextStep(change, made);
+  if (!next) return made;
+  Outcome outcome = OutcomeOfNext(library, places, *next, *made.now);
+  const bool isState = *next == Verb::kEnable || *next == Verb::kDisable;
+  if (outcome.IsGood() && isState) return Switched(library, places, change, std::move(outcome));
   if (outcome.IsGood() || made.kind == OutcomeKind::kNothingToDo) return outcome;
   outcome.kind = OutcomeKind::kFailed;
   outcome.now = made.now;
+  if (change.verb == Verb::kEnable)
+    outcome.text += L" It is enabled, but still switched off in Task Manager.";
   if (change.verb == Verb::kAdd && OutcomeOfNext(library, places, Verb::kDelete, *made.now).IsGood()) {
     outcome.now.reset();
     outcome.text += L" It was not left there.";
@@ -295,7 +351,13 @@ const Operation& OperationOf(Verb verb) noexcept {
 
 std::optional<Outcome> AskFirst(const Library& library, const EntryChange& change) {
   Ask answer = Guarded([&] { return OperationOf(change.verb).ask(library, change); });
-  return answer && NeedsSwitch(change, *answer) ? std::nullopt : std::move(answer);
+  const std::optional<Verb> next = answer ? NextStep(change, *answer) : std::nullopt;
+  if (!next) return answer;
+  if (!change.listed) return std::nullopt;
+  EntryChange step = change;
+  step.verb = *next;
+  step.order = {};
+  return Guarded([&] { return OperationOf(step.verb).ask(library, step); });
 }
 
 const Outcome& MakeChange(const Library& library, EntryPlaces& places, EntryChange& change) {

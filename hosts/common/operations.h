@@ -19,7 +19,9 @@
 
 namespace smh {
 
-enum class Verb { kEnable, kDisable, kDelete, kAdd, kMove, kChange };
+// kEnable makes an entry start: it takes the system's own switch back, too. kSwitchOff and kSwitchOn set that
+// switch alone, as Task Manager does.
+enum class Verb { kEnable, kDisable, kDelete, kAdd, kMove, kChange, kSwitchOff, kSwitchOn };
 
 // What a change needs besides its entry; the rest is empty.
 struct ChangeOrder {
@@ -28,6 +30,8 @@ struct ChangeOrder {
   // The state in which the entry has to be behind the change, also where that finds nothing to do. A new
   // entry that cannot be brought into it does not stay.
   std::optional<bool> enabled{};
+  // The same for the system's switch of an enabled entry; none leaves it to the verb.
+  std::optional<bool> switchedOff{};
 };
 
 enum class OutcomeKind {

@@ -1,5 +1,7 @@
 #include "hosts/common/outcome_check.h"
 
+#include "hosts/common/start_words.h"
+
 #include <map>
 #include <string_view>
 #include <utility>
@@ -38,7 +40,8 @@ std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
   for (const auto& [key, expectation] : expected) {
     const auto found = listed.find(key);
     const bool isThere = found != listed.end() && found->second->enabled == expectation.entry->enabled &&
-                         found->second->command == expectation.entry->command;
+                         found->second->command == expectation.entry->command &&
+                         IsSwitchedOff(*found->second) == IsSwitchedOff(*expectation.entry);
     if (isThere == expectation.isThere) continue;
     expectation.change->outcome =
         Outcome{OutcomeKind::kFailed, expectation.isThere ? kNotThereAtTheEnd : kStillThereAtTheEnd};

@@ -10,9 +10,9 @@ namespace {
 using enum LibrarySlot;
 
 constexpr LibrarySlots kNew = SlotSet(kMoveTo, kChangeCommand, kAddItem);
-constexpr LibrarySlots kChanges = kNew | SlotSet(kDelete, kEnable, kDisable);
-constexpr LibrarySlots kOfEntry =
-    SlotSet(kDelete, kEnable, kDisable, kMoveTo, kChangeCommand, kExecute, kShowFileDetails, kShowLocation);
+constexpr LibrarySlots kChanges = kNew | SlotSet(kDelete, kEnable, kDisable, kSetSwitchedOff);
+constexpr LibrarySlots kOfEntry = SlotSet(kDelete, kEnable, kDisable, kMoveTo, kChangeCommand, kExecute,
+                                          kShowFileDetails, kShowLocation, kSetSwitchedOff);
 constexpr LibrarySlots kAll = ~0u;
 
 constexpr HRESULT Win32Result(DWORD code) noexcept {
@@ -37,6 +37,10 @@ constexpr Refusal kRefusals[] = {
      L"a command must not be empty."},
     {kNew, L"too long for the place", Win32Result(ERROR_FILENAME_EXCED_RANGE), L"The ", nullptr},
     {kNew, L"not for a shortcut", Win32Result(ERROR_NOT_SUPPORTED), L"A shortcut cannot hold", nullptr},
+    {SlotSet(kMoveTo), L"switched off, and no switch there", Win32Result(ERROR_NOT_SUPPORTED),
+     L"The entry is switched off in Task Manager", nullptr},
+    {SlotSet(kSetSwitchedOff), L"no switch, or none that is known", Win32Result(ERROR_NOT_SUPPORTED), L"",
+     nullptr},
     {kChanges | SlotSet(kReading), L"inside of one already", E_UNEXPECTED, L"A call of this thread",
      L"something else is being done at this moment. Try again."},
     {kOfEntry, L"CanDo says no", E_UNEXPECTED, L"Assertion failure",

@@ -20,6 +20,7 @@ enum class LibrarySlot : unsigned {
   kShowFileDetails = kActionShowFileDetails,
   kShowLocation = kActionShowLocation,
   kAddItem,
+  kSetSwitchedOff,
   kReading,  // Refresh and Stop
   kOther,
 };

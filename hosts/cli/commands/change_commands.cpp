@@ -9,7 +9,7 @@ void RunEnable(const Arguments& arguments) {
 }
 
 void RunDisable(const Arguments& arguments) {
-  ChangeEntries(arguments, Verb::kDisable);
+  ChangeEntries(arguments, arguments.likeTaskManager ? Verb::kSwitchOff : Verb::kDisable);
 }
 
 void RunDelete(const Arguments& arguments) {

@@ -5,6 +5,7 @@
 #include "hosts/cli/commands/dsc_commands.h"
 #include "hosts/cli/commands/entry_commands.h"
 #include "hosts/cli/commands/snapshot_commands.h"
+#include "hosts/cli/commands/switch_commands.h"
 #include "hosts/cli/commands/system_commands.h"
 #include "hosts/cli/commands/undo_commands.h"
 
@@ -19,19 +20,23 @@ constexpr std::uint64_t kPlanned = kTakesDryRun | kTakesJson | kTakesOutput | kT
 constexpr std::uint64_t kChanging = kSelecting | kPlanned;
 
 constexpr Command kCommands[] = {
-    {"list", "Show the entries", kShowing, RunList},
+    {"list", "Show the entries", kShowing | kTakesVerify, RunList},
     {"show", "Show everything known about one entry",
      kTakesOneItem | kTakesLocation | kTakesJson | kTakesColumns | kTakesOutput, RunShow},
-    {"enable", "Bring disabled entries back", kChanging, RunEnable},
-    {"disable", "Move entries to the side place from which enable brings them back", kChanging, RunDisable},
+    {"enable", "Make entries start: from the side place, and past Task Manager's switch", kChanging,
+     RunEnable},
+    {"disable", "Move entries to the side place from which enable brings them back", kChanging | kTakesSwitch,
+     RunDisable},
     {"delete", "Delete entries", kChanging, RunDelete},
     {"add", "Add an entry", kNeedsLocation | kNeedsName | kNeedsCommand | kPlanned, RunAdd},
     {"move", "Move entries to another location", kChanging | kNeedsTarget, RunMove},
     {"change", "Give entries another command", kChanging | kNeedsCommand, RunChange},
-    {"execute", "Start an entry's command now", kTakesOneItem | kTakesLocation, RunExecute},
+    {"execute", "Start an entry's command now", kTakesOneItem | kTakesLocation | kTakesYes, RunExecute},
     {"locate", "Print where an entry lives, and show it there", kTakesOneItem | kTakesLocation, RunLocate},
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
+    {"switches", "Show Task Manager's switches, and whose they are; --prune takes away those of nobody",
+     kTakesPruneSwitch | kTakesDryRun | kTakesYes | kTakesJson | kTakesOutput, RunSwitches},
     {"clients", "Show the default programs: mail, media, browser and the like", kFormatted | kTakesPaths,
      RunClients},
     {"locations", "Show the locations and their entries' numbers", kTakesJson | kTakesOutput, RunLocations},

@@ -43,6 +43,9 @@ enum CommandOption : std::uint64_t {
   kTakesFile2 = 1ull << 41,         // FILE2, behind it
   kTakesInput = 1ull << 42,         // --input
   kTakesDeleteOthers = 1ull << 43,  // --delete-others
+  kTakesSwitch = 1ull << 44,        // --like-task-manager
+  kTakesVerify = 1ull << 45,        // --verify
+  kTakesPruneSwitch = 1ull << 46,   // --prune
 };
 
 // One row of the table of commands. Texts are ASCII literals; the parser takes them as they are. Every

@@ -3,6 +3,7 @@
 #include "hosts/cli/event_output.h"
 #include "hosts/cli/item_selector.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/verification.h"
 #include "hosts/common/entry_look.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
@@ -10,6 +11,7 @@
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/files/file_facts.h"
+#include "infra/runtime/ascii_text.h"
 #include "infra/runtime/handle.h"
 
 #include <algorithm>
@@ -21,6 +23,14 @@ namespace {
 // The entry that the one ITEM means, of all locations.
 ItemRecord SelectOneItem(const Library& library, const Arguments& arguments) {
   return SelectItem(ReadAllItems(library), arguments.items.front(), arguments.Location());
+}
+
+// Whether the columns that were asked for want the files verified.
+bool TellTrust(const std::vector<std::wstring>& columns) {
+  constexpr std::wstring_view kKeys[] = {L"trust", L"signature", L"signer", L"sha256"};
+  return std::ranges::any_of(columns, [&](const std::wstring& column) {
+    return std::ranges::any_of(kKeys, [&](std::wstring_view key) { return SameAsciiText(key, column); });
+  });
 }
 
 }  // namespace
@@ -37,6 +47,7 @@ void RunList(const Arguments& arguments) {
   for (const std::size_t at : SelectItems(all, selector).positions) items.push_back(std::move(all[at]));
   std::ranges::sort(items, {}, &ItemRecord::index);
   if (selector.filter.match.empty()) ResolveFiles(library, items);
+  if (arguments.verify || TellTrust(arguments.columns)) VerifyItems(items);
   WriteRecords<ItemRecord>(arguments, fields, items,
                            [&](const TableStyle& style) { return ItemTable(items, style); });
   RequireComplete(state);
@@ -47,6 +58,7 @@ void RunShow(const Arguments& arguments) {
   const Library library;
   ItemRecord item = SelectOneItem(library, arguments);
   ResolveFiles(library, {&item, 1});
+  VerifyItems({&item, 1});
   const bool isJson = arguments.format == OutputFormat::kJson;
   WriteOutput(isJson ? JsonObject<ItemRecord>(fields, item) + L"\n" : ItemSheet(fields, item));
 }
@@ -129,6 +141,8 @@ void RunExecute(const Arguments& arguments) {
                     L" does not exist.");
   }
   if (!item.Can(kActionExecute)) throw HostError(failure + L": " + item.file + L" is not a program.");
+  VerifyItems({&item, 1});
+  RequireStartConsent(item, IsElevated(), arguments.yes);
   const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
   {
     const DialogBlocker blocker;

@@ -20,7 +20,7 @@ constexpr LibrarySlot kSlots[] = {
     LibrarySlot::kDelete,          LibrarySlot::kEnable,        LibrarySlot::kDisable,
     LibrarySlot::kMoveTo,          LibrarySlot::kChangeCommand, LibrarySlot::kExecute,
     LibrarySlot::kShowFileDetails, LibrarySlot::kShowLocation,  LibrarySlot::kAddItem,
-    LibrarySlot::kReading,         LibrarySlot::kOther,
+    LibrarySlot::kSetSwitchedOff,  LibrarySlot::kReading,       LibrarySlot::kOther,
 };
 
 TEST(RefusalTest, EveryRowIsReachedAndIsASentence) {

@@ -1,0 +1,28 @@
+// Whether Windows would start an entry, and why not, in words. Any thread.
+#pragma once
+
+#include "hosts/common/item_record.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace smh {
+
+// "yes", "no", "unknown", for a StartsAnswer; unknown for any other. A literal.
+std::wstring_view StartsName(std::int32_t starts) noexcept;
+// The names of StartReason flags ("switchedOff", "policy", ...), in the order of the flags; literals, valid
+// for ever.
+std::vector<std::wstring_view> ReasonNames(std::int32_t reasons);
+// For people, beside the state, which tells what is disabled: "yes", "no: switched off in Task Manager",
+// "unknown: out of reach", "yes, but not for 32-bit programs: blocked".
+std::wstring StartsText(const ItemRecord& item);
+// The reasons for people, with commas: "switched off in Task Manager, forbidden by a policy"; empty for none.
+std::wstring ReasonsText(std::int32_t reasons);
+
+// Whether the system's own switch keeps the entry from starting. One of two views that is off does not, nor
+// a switch in no known form.
+bool IsSwitchedOff(const ItemRecord& item) noexcept;
+
+}  // namespace smh
