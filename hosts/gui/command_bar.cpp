@@ -18,7 +18,7 @@ struct CommandRow {
   const wchar_t* tip;
 };
 constexpr CommandRow kCommands[] = {
-    {CMD_ENABLE, Glyph::kOn, L"Enable", L"Start the selected entries with Windows again (Ctrl+E)"},
+    {CMD_ENABLE, Glyph::kOn, L"Enable", L"Have Windows start the selected entries again (Ctrl+E)"},
     {CMD_DISABLE, Glyph::kOff, L"Disable", L"Keep the selected entries from starting (Ctrl+D)"},
     {CMD_DELETE, Glyph::kRemove, L"Delete", L"Delete the selected entries (Del)"},
     {0, Glyph::kNone, nullptr, nullptr},

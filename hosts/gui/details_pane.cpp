@@ -6,6 +6,8 @@
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/resource.h"
 
+#include <oleauto.h>
+
 #include <algorithm>
 
 namespace smh {
@@ -52,14 +54,44 @@ std::wstring RunsText(const ItemRecord& item) {
   return item.servedFile == item.describedFile ? item.servedFile + L"  (described here)" : item.servedFile;
 }
 
+std::wstring LocalTime(const FILETIME& time) {
+  SYSTEMTIME utc;
+  SYSTEMTIME local;
+  double date = 0;
+  if ((time.dwLowDateTime | time.dwHighDateTime) == 0 || !FileTimeToSystemTime(&time, &utc) ||
+      !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) || !SystemTimeToVariantTime(&local, &date)) {
+    return {};
+  }
+  return LocalTime(std::optional(date));
+}
+
+using Lines = std::vector<std::pair<std::wstring, std::wstring>>;
+
+void AddStart(const ItemRecord& item, Lines& lines) {
+  lines.emplace_back(L"Starts", StartsAnswerText(item));
+  for (const std::wstring_view reason : ReasonSentences(item)) lines.emplace_back(L"Because", reason);
+  lines.emplace_back(L"Switched off", LocalTime(item.switchedOffSince));
+}
+
+// What is said of the file that runs.
+void AddTrust(const ItemRecord& item, Lines& lines) {
+  const std::wstring reason = TrustReason(item);
+  lines.emplace_back(L"Trust", TrustText(item) + (reason.empty() ? L"" : L": " + reason));
+  if (!item.trust) return;
+  lines.emplace_back(L"Signature", SignatureText(item.trust->signature, item.trust->Signer()));
+  lines.emplace_back(L"Signer", item.trust->Signer());
+  lines.emplace_back(L"Signed", LocalTime(item.trust->signingTime));
+  lines.emplace_back(L"SHA-256", item.trust->sha256);
+}
+
 }  // namespace
 
 std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
                                                              const std::wstring& file) {
-  std::vector<std::pair<std::wstring, std::wstring>> lines = {
-      {L"Name", item.caption},
-      {L"Status", StatusText(item)},
-      {L"Rating", RatingText(item)},
+  Lines lines = {{L"Name", item.caption}, {L"Status", StatusText(item)}};
+  AddStart(item, lines);
+  AddTrust(item, lines);
+  const Lines others = {
       {L"Command", item.command},
       {L"File", FileText(item, file)},
       {L"Runs", RunsText(item)},
@@ -87,6 +119,7 @@ std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& i
       {L"Location", FullTitle(item.location)},
       {L"Stored as", item.name},
   };
+  lines.insert(lines.end(), others.begin(), others.end());
   std::erase_if(lines, [](const auto& line) { return line.second.empty(); });
   for (auto& [name, text] : lines) text = Printable(text);
   return lines;

@@ -9,9 +9,10 @@ namespace smh {
 
 namespace {
 
-constexpr COLORREF kMissingColor = RGB(0xB0, 0x30, 0x20);
+constexpr COLORREF kAlarmColor = RGB(0xB0, 0x30, 0x20);
 constexpr int kLeastListHeight = 80;
 constexpr int kLeastDetailsHeight = 60;
+constexpr std::size_t kFilesAtOnce = 64;
 
 std::vector<ListColumn> ListColumns() {
   std::vector<ListColumn> columns;
@@ -39,13 +40,13 @@ ListSource EntriesView::MakeSource() {
     const ItemRecord& item = rows_.Shown()[row]->item;
     if (column == kNameColumn) return static_cast<int>(item.imageIndex);
     // Images 0 to 2 are the ratings.
-    return column == kRatingColumn ? static_cast<int>(item.rating) : I_IMAGENONE;
+    return column == kTrustColumn ? static_cast<int>(TrustPicture(item)) : I_IMAGENONE;
   };
   source.checked = [this](std::size_t row) { return rows_.Shown()[row]->item.enabled; };
   source.color = [this](std::size_t row) {
-    const ItemRecord& item = rows_.Shown()[row]->item;
-    if (!item.enabled) return GetSysColor(COLOR_GRAYTEXT);
-    return IsFileMissing(item) ? kMissingColor : GetSysColor(COLOR_WINDOWTEXT);
+    const RowTone tone = ToneOfRow(rows_.Shown()[row]->item);
+    if (tone == RowTone::kRed) return kAlarmColor;
+    return GetSysColor(tone == RowTone::kGrey ? COLOR_GRAYTEXT : COLOR_WINDOWTEXT);
   };
   source.onSort = [this](std::size_t column) {
     SortBy(column, column == rows_.SortColumn() && !rows_.Descending());
@@ -65,7 +66,47 @@ void EntriesView::OnNews(ListNews& news) {
     SelectAdded();
     ShowDetails();
   }
+  CheckNext();
   frame_.onChange();
+}
+
+// When the library has read everything, which comes first. What is asked at once is little, so that what the
+// user scrolls to is next.
+void EntriesView::CheckNext() {
+  if (isChecking_ || readState_ != kReadStateComplete) return;
+  const auto page = static_cast<std::size_t>(std::max(ListView_GetCountPerPage(list_.Handle()), 0) + 1);
+  std::vector<ItemRecord> items = rows_.Unchecked(list_.TopRow(), page, kFilesAtOnce);
+  if (items.empty()) return;
+  isChecking_ = true;
+  frame_.trust.Check(std::move(items), [this](const auto& checked) {
+    isChecking_ = false;
+    TakeTrust(checked);
+    CheckNext();
+    frame_.onChange();
+  });
+}
+
+void EntriesView::TakeTrust(const std::vector<ItemRecord>& checked) {
+  const Standing standing = Remember();
+  if (rows_.TakeTrust(checked)) {
+    Rearrange(standing, [] {});
+  } else {
+    InvalidateRect(list_.Handle(), nullptr, FALSE);
+  }
+  ShowDetails();
+}
+
+void EntriesView::CheckAgain() {
+  rows_.CheckAgain();
+}
+
+std::wstring EntriesView::CheckingText() const {
+  const std::size_t left = rows_.UncheckedCount();
+  return left == 0 ? std::wstring() : L"Checking signatures: " + std::to_wstring(left) + L" to go\u2026";
+}
+
+void EntriesView::HideVerified(bool hide) {
+  Rearrange([&] { rows_.HideVerified(hide); });
 }
 
 void EntriesView::ChooseImages() {
@@ -118,7 +159,11 @@ void EntriesView::Restore(const Standing& standing) {
 
 template <typename Change>
 void EntriesView::Rearrange(Change&& change) {
-  const Standing standing = Remember();
+  Rearrange(Remember(), change);
+}
+
+template <typename Change>
+void EntriesView::Rearrange(const Standing& standing, Change&& change) {
   SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
   change();
   Restore(standing);
@@ -153,6 +198,11 @@ void EntriesView::ShowDetails() {
     return details_.SetEntry(text, nullptr, {});
   }
   if (item->command != resolvedCommand_) ResolveFile(*item);
+  if (inDetails_ != KeyOf(*item)) {
+    inDetails_ = KeyOf(*item);
+    rows_.CheckAgain(*inDetails_);
+    CheckNext();
+  }
   details_.SetEntry(
       CaptionText(*item) + (item->description.empty() ? L"" : L"  \u2013  " + item->description), item,
       resolvedFile_);
@@ -230,10 +280,15 @@ std::vector<ItemRecord> EntriesView::Selected() const {
   return items;
 }
 
-std::vector<ItemRecord> EntriesView::SelectedThatCan(ItemAction action) const {
+template <typename Can>
+std::vector<ItemRecord> EntriesView::SelectedWith(Can&& can) const {
   std::vector<ItemRecord> items = Selected();
-  std::erase_if(items, [action](const ItemRecord& item) { return !item.Can(action); });
+  std::erase_if(items, [&can](const ItemRecord& item) { return !can(item); });
   return items;
+}
+
+std::vector<ItemRecord> EntriesView::SelectedThatCan(ItemAction action) const {
+  return SelectedWith([action](const ItemRecord& item) { return item.Can(action); });
 }
 
 // The selected entries, or all that are shown when there are fewer than two.
@@ -253,15 +308,22 @@ const ItemRecord* EntriesView::OnlySelected() const {
 
 bool EntriesView::CanRun(UINT command) const {
   const ItemRecord* const only = OnlySelected();
-  const auto anyCan = [this](ItemAction action) {
+  const auto any = [this](const auto& can) {
     const std::vector<std::size_t> rows = list_.Selection();
     return std::any_of(rows.begin(), rows.end(), [&](std::size_t row) {
-      return row < rows_.Shown().size() && rows_.Shown()[row]->item.Can(action);
+      return row < rows_.Shown().size() && can(rows_.Shown()[row]->item);
     });
+  };
+  const auto anyCan = [&any](ItemAction action) {
+    return any([action](const ItemRecord& item) { return item.Can(action); });
   };
   switch (command) {
     case CMD_ENABLE:
-      return anyCan(kActionEnable);
+      return any(CanEnable);
+    case CMD_SWITCH_OFF:
+      return any(CanSwitchOff);
+    case CMD_SWITCH_ON:
+      return any(CanSwitchOn);
     case CMD_DISABLE:
       return anyCan(kActionDisable);
     case CMD_DELETE:
@@ -281,6 +343,7 @@ bool EntriesView::CanRun(UINT command) const {
     case CMD_COPY:
       return GetFocus() == details_.Handle() || !list_.Selection().empty();
     case CMD_ADD:
+    case CMD_HIDE_VERIFIED:
       return true;
     case CMD_EXPORT:
     case CMD_SELECT_ALL:
@@ -293,9 +356,16 @@ bool EntriesView::CanRun(UINT command) const {
 void EntriesView::Run(UINT command) {
   switch (command) {
     case CMD_ENABLE:
-      return commands_.Switch(true, SelectedThatCan(kActionEnable));
+      return commands_.Switch(true, SelectedWith(CanEnable));
     case CMD_DISABLE:
       return commands_.Switch(false, SelectedThatCan(kActionDisable));
+    case CMD_SWITCH_OFF:
+      return commands_.SwitchInSystem(true, SelectedWith(CanSwitchOff));
+    case CMD_SWITCH_ON:
+      return commands_.SwitchInSystem(false, SelectedWith(CanSwitchOn));
+    case CMD_HIDE_VERIFIED:
+      HideVerified(!rows_.HidesVerified());
+      return frame_.onChange();
     case CMD_DELETE:
       return commands_.Delete(SelectedThatCan(kActionDelete));
     case CMD_ADD:

@@ -26,6 +26,12 @@ class EntriesView final : public View {
   // Takes in what a look at the library's list has found, and moves the events out of it. Selection and
   // scroll position stay with their entries.
   void OnNews(ListNews& news);
+  // Has the files of all entries checked once more, in the background.
+  void CheckAgain();
+  // For the status bar: how many files have still to be checked; empty when none has.
+  std::wstring CheckingText() const;
+  // Whether entries that are known to be verified are left out.
+  void HideVerified(bool hide);
   // Shows the entries of those locations only.
   void ShowLocations(const LocationSet& locations);
   // Valid as long as the view; what it shows changes with every call that is not const.
@@ -70,6 +76,9 @@ class EntriesView final : public View {
   // Changes rows_ and keeps selection and place.
   template <typename Change>
   void Rearrange(Change&& change);
+  // The same with what was selected before.
+  template <typename Change>
+  void Rearrange(const Standing& standing, Change&& change);
 
   ListSource MakeSource();
   void ChooseImages();
@@ -78,8 +87,12 @@ class EntriesView final : public View {
   void ShowDetails();
   void ResolveFile(const ItemRecord& item);
   void SelectAdded();
+  void CheckNext();
+  void TakeTrust(const std::vector<ItemRecord>& checked);
 
   std::vector<ItemRecord> Selected() const;
+  template <typename Can>
+  std::vector<ItemRecord> SelectedWith(Can&& can) const;
   std::vector<ItemRecord> SelectedThatCan(ItemAction action) const;
   std::vector<ItemRecord> SelectedOrShown() const;
   const ItemRecord* OnlySelected() const;
@@ -101,6 +114,8 @@ class EntriesView final : public View {
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   int detailsHeight_ = 210;  // at 96 DPI
   bool shown_ = false;
+  bool isChecking_ = false;            // a question is on its way
+  std::optional<EntryKey> inDetails_;  // the entry whose file was checked again for the details
   // The program of the command that the details show.
   std::wstring resolvedCommand_;
   std::wstring resolvedFile_;

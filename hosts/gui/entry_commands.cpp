@@ -71,6 +71,10 @@ void EntryCommands::Switch(bool enable, const std::vector<ItemRecord>& items) co
   if (MayChange(items)) Apply(items, enable ? Verb::kEnable : Verb::kDisable);
 }
 
+void EntryCommands::SwitchInSystem(bool off, const std::vector<ItemRecord>& items) const {
+  if (MayChange(items)) Apply(items, off ? Verb::kSwitchOff : Verb::kSwitchOn);
+}
+
 void EntryCommands::Delete(const std::vector<ItemRecord>& items) const {
   if (MayChange(items)) Apply(items, Verb::kDelete);
 }
@@ -119,7 +123,21 @@ void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {
+  if (frame_.account.elevated && !items.empty()) return Ask(std::move(items), 0);
   Open(std::move(items), kActionExecute, L"Started");
+}
+
+// One by one, and each as it is now: its file may be another one than that which the list was told of.
+void EntryCommands::Ask(std::vector<ItemRecord> items, std::size_t next) const {
+  const ItemRecord& item = items[next];
+  frame_.say(L"Looking at the file of " + NamesOf({item}) + L"\u2026");
+  frame_.trust.CheckFirst(item, [this, items = std::move(items), next](const auto& checked) {
+    const std::wstring question = RunQuestion(checked.front());
+    frame_.say({});
+    if (!question.empty() && (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question))) return;
+    if (next + 1 < items.size()) return Ask(items, next + 1);
+    Open(items, kActionExecute, L"Started");
+  });
 }
 
 void EntryCommands::ShowPlace(std::vector<ItemRecord> items) const {

@@ -21,8 +21,10 @@ class EntryCommands {
   // `frame` outlives the object, which lives as long as the main window: answers refer to it.
   explicit EntryCommands(const Frame& frame) : frame_(frame) {}
 
-  // Enables or disables them.
+  // Makes them start, or moves them to the place for disabled entries.
   void Switch(bool enable, const std::vector<ItemRecord>& items) const;
+  // Sets the system's own switch, as Task Manager does.
+  void SwitchInSystem(bool off, const std::vector<ItemRecord>& items) const;
   // Asks first, and says what undo will do.
   void Delete(const std::vector<ItemRecord>& items) const;
   // Offers the locations that take all of them.
@@ -33,7 +35,8 @@ class EntryCommands {
   // `onAdded` is called with its key when it has been added, on the window's thread; the window may not have
   // seen it in the list yet.
   void Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const;
-  // Starts their commands.
+  // Starts their commands. Somebody who may change the whole machine is asked before that starts what is a
+  // danger or only claims a name; their files are checked first.
   void Execute(std::vector<ItemRecord> items) const;
   // Opens the system's tool at their places.
   void ShowPlace(std::vector<ItemRecord> items) const;
@@ -47,6 +50,7 @@ class EntryCommands {
   void Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order = {}) const;
   void Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const;
   bool MayBegin(const std::vector<ItemRecord>& items, Verb verb, const UndoForecast& forecast) const;
+  void Ask(std::vector<ItemRecord> items, std::size_t next) const;
   void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;
   void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const;
 

@@ -1,10 +1,12 @@
 #include "hosts/gui/entry_rows.h"
 
+#include "hosts/common/file_trust.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace smh {
 
@@ -12,9 +14,9 @@ namespace {
 
 constexpr EntryColumn kColumns[] = {
     {L"Name", 155, CaptionText},
-    {L"Status", 100, StatusText},
+    {L"Status", 130, StatusText},
     {L"Company", 125, [](const ItemRecord& item) { return Printable(item.company); }},
-    {L"Rating", 80, RatingText},
+    {L"Trust", 120, TrustText},
     {L"Command", 205, [](const ItemRecord& item) { return Printable(item.command); }},
     {L"Location", 140, [](const ItemRecord& item) { return FullTitle(item.location); }},
 };
@@ -33,8 +35,21 @@ std::string SortKeyOf(const std::wstring& text) {
   return key;
 }
 
+std::string SortKeyOf(const ItemRecord& item, std::size_t column) {
+  std::string key = SortKeyOf(EntryColumns()[column].text(item));
+  if (column == kTrustColumn) key.insert(key.begin(), static_cast<char>(TrustRank(item) + 1));
+  return key;
+}
+
+// Whether what was found out about the one holds for the other.
+bool IsSameFile(const ItemRecord& a, const ItemRecord& b) {
+  return RunningFile(a) == RunningFile(b) && a.describedFile == b.describedFile && a.rating == b.rating &&
+         a.company == b.company && a.fileSize == b.fileSize && a.lastWriteTime == b.lastWriteTime &&
+         a.reachability == b.reachability;
+}
+
 std::wstring SearchedText(const ItemRecord& item) {
-  std::wstring text = StatusText(item) + L'\n' + RatingText(item) + L'\n' + FullTitle(item.location);
+  std::wstring text = StatusText(item) + L'\n' + TrustText(item) + L'\n' + FullTitle(item.location);
   for (const std::wstring& part :
        {item.caption, item.command, item.company, item.description, item.productName}) {
     text.append(1, L'\n').append(part);
@@ -58,37 +73,6 @@ std::span<const EntryColumn> EntryColumns() noexcept {
   return kColumns;
 }
 
-bool IsFileMissing(const ItemRecord& item) noexcept {
-  return !item.fileFound && !IsFileUnreachable(item) && !item.command.empty();
-}
-
-bool IsFileUnreachable(const ItemRecord& item) noexcept {
-  return item.reachability == kFileUnreachable;
-}
-
-bool IsLocked(const ItemRecord& item) noexcept {
-  return !item.Can(kActionEnable) && !item.Can(kActionDisable) && !item.Can(kActionDelete);
-}
-
-std::wstring StatusText(const ItemRecord& item) {
-  std::wstring text = item.enabled ? L"On" : L"Off";
-  if (IsFileMissing(item)) text += L", file missing";
-  if (IsFileUnreachable(item)) text += L", file out of reach";
-  if (IsLocked(item)) text += L", locked";
-  return text;
-}
-
-std::wstring RatingText(const ItemRecord& item) {
-  std::wstring text(RatingName(item.rating));
-  text.front() = static_cast<wchar_t>(text.front() - L'a' + L'A');
-  return text;
-}
-
-std::wstring CaptionText(const ItemRecord& item) {
-  if (!item.caption.empty()) return Printable(item.caption);
-  return item.root.empty() ? Printable(FileNamePart(item.name)) : L"(Default)";
-}
-
 void EntryRows::Apply(std::vector<WatchEvent> events) {
   for (WatchEvent& event : events) {
     if (event.kind == L"removed") {
@@ -109,9 +93,66 @@ void EntryRows::Put(ItemRecord item) {
     row.id = ++lastId_;
     ++counts_[item.location];
   }
+  if (!isNew && IsSameFile(row.item, item)) {
+    item.trust = std::move(row.item.trust);
+  } else {
+    row.isChecked = false;
+  }
+  Fill(row, std::move(item));
+}
+
+void EntryRows::Fill(EntryRow& row, ItemRecord item) const {
   row.searched = SearchedText(item);
-  row.sortKey = SortKeyOf(EntryColumns()[column_].text(item));
+  row.sortKey = SortKeyOf(item, column_);
   row.item = std::move(item);
+}
+
+std::vector<ItemRecord> EntryRows::Unchecked(std::size_t first, std::size_t seen, std::size_t most) const {
+  std::vector<ItemRecord> items;
+  std::set<RowId> taken;
+  const auto take = [&](const EntryRow& row) {
+    if (items.size() < most && !row.isChecked && taken.insert(row.id).second) items.push_back(row.item);
+  };
+  for (std::size_t i = first; i < std::min(first + seen, shown_.size()); ++i) take(*shown_[i]);
+  for (const EntryRow* row : shown_) take(*row);
+  for (const auto& [key, row] : rows_) take(row);
+  return items;
+}
+
+std::size_t EntryRows::UncheckedCount() const noexcept {
+  return static_cast<std::size_t>(
+      std::count_if(rows_.begin(), rows_.end(), [](const auto& each) { return !each.second.isChecked; }));
+}
+
+bool EntryRows::TakeTrust(const std::vector<ItemRecord>& checked) {
+  bool hasNews = false;
+  for (const ItemRecord& item : checked) {
+    const auto place = rows_.find(KeyOf(item));
+    if (place == rows_.end() || !IsSameFile(place->second.item, item)) continue;
+    EntryRow& row = place->second;
+    ItemRecord now = row.item;
+    now.trust = item.trust;
+    row.isChecked = true;
+    hasNews = hasNews || TrustText(now) != TrustText(row.item);
+    Fill(row, std::move(now));
+  }
+  const bool isArranged = column_ != kTrustColumn && !hidesVerified_ && words_.empty();
+  if (!hasNews || isArranged) return false;
+  Arrange();
+  return true;
+}
+
+void EntryRows::CheckAgain() noexcept {
+  for (auto& [key, row] : rows_) row.isChecked = false;
+}
+
+void EntryRows::CheckAgain(const EntryKey& key) {
+  if (const auto place = rows_.find(key); place != rows_.end()) place->second.isChecked = false;
+}
+
+void EntryRows::HideVerified(bool hide) {
+  hidesVerified_ = hide;
+  Filter();
 }
 
 void EntryRows::Remove(const EntryKey& key) {
@@ -141,7 +182,7 @@ void EntryRows::Search(std::wstring_view text) {
 void EntryRows::Sort(std::size_t column, bool descending) {
   if (column != column_) {
     column_ = column;
-    for (auto& [key, row] : rows_) row.sortKey = SortKeyOf(EntryColumns()[column].text(row.item));
+    for (auto& [key, row] : rows_) row.sortKey = SortKeyOf(row.item, column);
   }
   descending_ = descending;
   Arrange();
@@ -161,6 +202,8 @@ void EntryRows::Arrange() {
 void EntryRows::Filter() {
   shown_.clear();
   std::copy_if(order_.begin(), order_.end(), std::back_inserter(shown_), [this](const EntryRow* row) {
+    const std::optional<EntryTrust>& trust = row->item.trust;
+    if (hidesVerified_ && trust && trust->word == TrustWord::kVerified) return false;
     return locations_[row->item.location] &&
            std::all_of(words_.begin(), words_.end(), [row](const std::wstring& word) {
              return row->searched.find(word) != std::wstring::npos;

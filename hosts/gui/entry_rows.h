@@ -4,6 +4,7 @@
 
 #include "core/contracts/location_table.h"
 #include "hosts/common/entry_watch.h"
+#include "hosts/gui/entry_words.h"
 
 #include <bitset>
 #include <compare>
@@ -25,23 +26,10 @@ struct EntryColumn {
 
 // The columns with a picture.
 inline constexpr std::size_t kNameColumn = 0;
-inline constexpr std::size_t kRatingColumn = 3;
+inline constexpr std::size_t kTrustColumn = 3;
 
 // In their order on the screen; valid for ever.
 std::span<const EntryColumn> EntryColumns() noexcept;
-
-// Whether the entry names a program that is not there.
-bool IsFileMissing(const ItemRecord& item) noexcept;
-// Whether it may be there, on a share or network drive that did not answer.
-bool IsFileUnreachable(const ItemRecord& item) noexcept;
-// Whether neither its state nor its existence can be changed by this account.
-bool IsLocked(const ItemRecord& item) noexcept;
-// "On", "Off, file missing", "On, locked".
-std::wstring StatusText(const ItemRecord& item);
-// "Trusted", "Unknown", "Risky".
-std::wstring RatingText(const ItemRecord& item);
-// The file's or, without one, the value's name when the entry has no caption.
-std::wstring CaptionText(const ItemRecord& item);
 
 // Location and name are an entry's identity.
 struct EntryKey {
@@ -64,8 +52,9 @@ using RowId = std::uint64_t;
 struct EntryRow {
   RowId id = 0;
   ItemRecord item;
-  std::wstring searched;  // lower case
-  std::string sortKey;    // of the column that sorts; compares byte by byte
+  std::wstring searched;   // lower case
+  std::string sortKey;     // of the column that sorts; compares byte by byte
+  bool isChecked = false;  // whether the trust of its file was asked since it was last told to be
 };
 
 // Owns the rows; used by one thread. Every change rebuilds order and filter: pointers to rows stay valid
@@ -80,6 +69,9 @@ class EntryRows {
   // Shows rows that have every word of `text` somewhere in what the user reads of them, case ignored; without
   // words all.
   void Search(std::wstring_view text);
+  // Leaves out rows that are known to be verified.
+  void HideVerified(bool hide);
+  bool HidesVerified() const noexcept { return hidesVerified_; }
   // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
   void Sort(std::size_t column, bool descending);
 
@@ -92,6 +84,18 @@ class EntryRows {
   // The rows that are shown, in their order. Valid until the next change.
   const std::vector<const EntryRow*>& Shown() const noexcept { return shown_; }
 
+  // What has to be checked, `most` entries of it: those that are seen first, `seen` rows from position
+  // `first` on, then the others that are shown, then the rest.
+  std::vector<ItemRecord> Unchecked(std::size_t first, std::size_t seen, std::size_t most) const;
+  // Of all rows.
+  std::size_t UncheckedCount() const noexcept;
+  // Takes in the trust of entries as they were when it was asked; an entry that has another file by now waits
+  // for its own answer. True when the rows that are shown, or their order, are other ones now.
+  bool TakeTrust(const std::vector<ItemRecord>& checked);
+  // Has all, or that one, checked once more; what is known of them is shown until then.
+  void CheckAgain() noexcept;
+  void CheckAgain(const EntryKey& key);
+
   // Of positions among those shown; one beyond the end is passed over.
   std::vector<RowId> IdsAt(const std::vector<std::size_t>& positions) const;
   // The positions of those rows that are still shown, in rising order.
@@ -101,6 +105,7 @@ class EntryRows {
   using Rows = std::map<EntryKey, EntryRow>;
 
   void Put(ItemRecord item);
+  void Fill(EntryRow& row, ItemRecord item) const;
   void Remove(const EntryKey& key);
   void Rename(const EntryKey& from, ItemRecord to);
   void Arrange();
@@ -114,6 +119,7 @@ class EntryRows {
   std::vector<std::wstring> words_;
   std::size_t column_ = kNameColumn;
   bool descending_ = false;
+  bool hidesVerified_ = false;
   RowId lastId_ = 0;
 };
 

@@ -4,6 +4,7 @@
 #include "hosts/common/csv_output.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
+#include "hosts/common/item_property.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
@@ -172,7 +173,11 @@ OperationReport LibrarySession::Open(std::span<const ItemRecord> items, ItemActi
   OperationReport report;
   const auto found = FindAll(library_, items);
   for (std::size_t i = 0; i < items.size(); ++i) {
-    const std::wstring fault = OpenOne(found[i].Get(), action);
+    // What is run is what the user has seen, and was asked about.
+    const bool isOther =
+        action == kActionExecute && found[i] && TextProperty(*found[i], kPropertyCommand) != items[i].command;
+    const std::wstring fault = isOther ? std::wstring(L"it has another command now; look at it first.")
+                                       : OpenOne(found[i].Get(), action);
     if (fault.empty()) {
       ++report.done;
     } else {

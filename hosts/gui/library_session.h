@@ -74,7 +74,8 @@ class LibrarySession {
   UndoForecast Forecast(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
   // Adds an entry, as a change of its own.
   OperationReport Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
-  // Executes them or shows their places, as OpenOne does.
+  // Executes them or shows their places, as OpenOne does. One whose command is another by now is not
+  // executed.
   OperationReport Open(std::span<const ItemRecord> items, ItemAction action) const;
   // The locations, other than their own, that would take every one of the entries; none when one of them has
   // gone.

@@ -2,6 +2,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
 #include "hosts/gui/main_window.h"
+#include "hosts/gui/trust_checker.h"
 #include "hosts/gui/window_images.h"
 #include "infra/runtime/scoped_com.h"
 
@@ -15,6 +16,8 @@ void ShowFailure(const std::wstring& text) noexcept {
 
 void Run(int showCommand) {
   UiQueue queue;
+  // Ends behind the worker: a change that is being made is not cut off for a file that cannot be read.
+  TrustChecker trust(queue);
   // The libraries are loaded first: nothing else can take their names then.
   Worker worker(queue);
   const ScopedCom com(COINIT_APARTMENTTHREADED);
@@ -22,7 +25,7 @@ void Run(int showCommand) {
       sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
   InitCommonControlsEx(&classes);
   const GlyphDrawing drawing;
-  MainWindow window(worker, queue);
+  MainWindow window(worker, trust, queue);
   window.Open(showCommand);
   window.RunMessages();
 }

@@ -149,11 +149,15 @@ void MainPanes::LoadLook() {
   if (const auto order = LoadNumbers(L"Order", 2); !order.empty() && order[0] >= 0) {
     entries_->SortBy(static_cast<std::size_t>(order[0]), order[1] != 0);
   }
+  if (const auto hides = LoadNumbers(L"HideVerified", 1); !hides.empty()) {
+    entries_->HideVerified(hides[0] != 0);
+  }
 }
 
 void MainPanes::SaveLook() const {
   SaveNumbers(L"Panes", {treeWidth_, entries_->DetailsHeight()});
   SaveNumbers(L"Columns", entries_->ColumnWidths());
+  SaveNumbers(L"HideVerified", {entries_->Rows().HidesVerified() ? 1 : 0});
   SaveNumbers(L"Order",
               {static_cast<int>(entries_->Rows().SortColumn()), entries_->Rows().Descending() ? 1 : 0});
 }

@@ -16,10 +16,14 @@ constexpr SIZE kLeastSize = {560, 360};
 
 }  // namespace
 
-MainWindow::MainWindow(Worker& worker, UiQueue& queue)
+MainWindow::MainWindow(Worker& worker, TrustChecker& trust, UiQueue& queue)
     : worker_(worker),
       queue_(queue),
-      frame_{nullptr, worker, account_, [this] { Update(); },
+      frame_{nullptr,
+             worker,
+             trust,
+             account_,
+             [this] { Update(); },
              [this](const std::wstring& text) {
                said_ = text;
                Update();
@@ -245,6 +249,7 @@ void MainWindow::Refresh() {
   said_.clear();
   if (panes_.Shows(panes_.Programs())) return panes_.Programs().Refresh();
   panes_.Undo().Refresh();
+  panes_.Entries().CheckAgain();
   worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
 }
 
@@ -275,6 +280,7 @@ std::wstring MainWindow::ReadingText() const {
 void MainWindow::ShowStatus() {
   const std::wstring reading = ReadingText();
   std::wstring text = reading.empty() ? said_ : reading;
+  if (text.empty()) text = panes_.Entries().CheckingText();
   if (text.empty() && !account_.elevated && panes_.Entries().HasLockedEntries()) {
     text = L"Locked entries can be changed by an administrator: use the shield in the tool bar.";
   }
@@ -289,8 +295,10 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
     const UINT command = GetMenuItemID(menu, i);
     if (command == 0 || command == static_cast<UINT>(-1)) continue;
     EnableMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (CanRun(command) ? MF_ENABLED : MF_GRAYED));
-    if (command == CMD_ALL_LOCATIONS) {
-      CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (allLocations_ ? MF_CHECKED : MF_UNCHECKED));
+    if (command == CMD_ALL_LOCATIONS || command == CMD_HIDE_VERIFIED) {
+      const bool isOn =
+          command == CMD_ALL_LOCATIONS ? allLocations_ : panes_.Entries().Rows().HidesVerified();
+      CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (isOn ? MF_CHECKED : MF_UNCHECKED));
     }
   }
 }

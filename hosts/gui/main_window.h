@@ -16,8 +16,8 @@ namespace smh {
 // queue.
 class MainWindow final : public Window {
  public:
-  // Both outlive the window. Raises HostError when the account cannot be found out.
-  MainWindow(Worker& worker, UiQueue& queue);
+  // All outlive the window. Raises HostError when the account cannot be found out.
+  MainWindow(Worker& worker, TrustChecker& trust, UiQueue& queue);
   // Drops what the queue still has for the window.
   ~MainWindow() override;
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/gui/account.h"
+#include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
 
 #include <windows.h>
@@ -17,6 +18,7 @@ namespace smh {
 struct Frame {
   HWND window = nullptr;  // the owner of modal boxes; null until the window is made
   Worker& worker;
+  TrustChecker& trust;
   const Account& account;
   // What can be done has changed, or what there is.
   std::function<void()> onChange;

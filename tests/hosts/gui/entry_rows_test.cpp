@@ -1,8 +1,10 @@
 #include "hosts/common/host_error.h"
 #include "hosts/gui/account.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
 #include "tests/hosts/common/test_items.h"
+#include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +19,7 @@ ItemRecord Item(const std::wstring& caption, bool enabled = true,
                 std::int32_t location = sulRegistryUserRun) {
   ItemRecord item = MakeItem(location, enabled ? kRun : kSide, caption, L"C:\\" + caption + L".exe", enabled);
   item.fileFound = true;
+  item.starts = enabled ? kStartsYes : kStartsNo;
   item.can = 1u << kActionDelete;
   return item;
 }
@@ -90,6 +93,123 @@ TEST_F(EntryRowsTest, AChangeMovesTheRow) {
   EXPECT_EQ(Captions(rows), (Texts{L"beta", L"Gamma"}));
   EXPECT_EQ(StatusText(rows.Shown()[1]->item), L"On, file missing, locked");
   EXPECT_EQ(rows.CountOf(sulRegistryUserRun), 1u);
+}
+
+std::vector<ItemRecord> Checked(std::vector<ItemRecord> items, TrustWord word) {
+  for (ItemRecord& item : items) {
+    item.trust.emplace();
+    item.trust->word = word;
+  }
+  return items;
+}
+
+TEST_F(EntryRowsTest, ChecksWhatIsSeenFirstAndHidesWhatIsVerified) {
+  rows.ShowLocations(LocationSet().set(sulRegistryUserRun));
+  // What is seen, the second row of two; then what is shown; then the rest.
+  std::vector<ItemRecord> items = rows.Unchecked(1, 5, 9);
+  ASSERT_EQ(items.size(), 3u);
+  EXPECT_EQ(items[0].caption + items[1].caption + items[2].caption, L"Gammaalphabeta");
+  items.resize(2);
+  EXPECT_FALSE(rows.TakeTrust(Checked(items, TrustWord::kVerified)));
+  EXPECT_EQ(rows.UncheckedCount(), 1u);
+  rows.HideVerified(true);
+  EXPECT_EQ(Captions(rows), Texts{});
+  // What is known stays while it is asked again, but not for another file.
+  ItemRecord switched = Item(L"alpha");
+  switched.reasons = kReasonSwitchedOff;
+  ItemRecord replaced = Item(L"Gamma");
+  replaced.lastWriteTime = 45'000.5;
+  rows.CheckAgain();
+  rows.Apply({{L"changed", switched}, {L"changed", replaced}});
+  EXPECT_EQ(Captions(rows), Texts{L"Gamma"});
+  // The answer for the file before it comes late.
+  rows.TakeTrust(Checked({items[0]}, TrustWord::kVerified));
+  EXPECT_EQ(Captions(rows), Texts{L"Gamma"});
+  EXPECT_TRUE(rows.TakeTrust(Checked({replaced}, TrustWord::kVerified)));
+  EXPECT_EQ(Captions(rows), Texts{});
+}
+
+TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
+  const struct {
+    bool enabled;
+    std::int32_t starts, reasons;
+    const wchar_t* status;
+    RowTone tone;
+  } kCases[] = {
+      {true, kStartsYes, 0, L"On", RowTone::kPlain},
+      {false, kStartsNo, kReasonDisabled, L"Off", RowTone::kGrey},
+      {true, kStartsNo, kReasonSwitchedOff, L"On, but switched off in Task Manager", RowTone::kGrey},
+      {true, kStartsNo, kReasonPolicy, L"On, but blocked by a policy", RowTone::kGrey},
+      {true, kStartsUnknown, kReasonPolicy, L"On, perhaps blocked by a policy", RowTone::kPlain},
+      {true, kStartsUnknown, 0, L"On, start uncertain", RowTone::kPlain},
+      {true, kStartsNo, kReasonNotRead | kReasonMissing, L"On, but not read by this Windows", RowTone::kGrey},
+      {true, kStartsYes, kReasonBlocked | kReasonOnlyFor64, L"On, in 32-bit programs only", RowTone::kPlain},
+  };
+  for (const auto& each : kCases) {
+    ItemRecord item = Item(L"alpha", each.enabled);
+    item.starts = each.starts;
+    item.reasons = each.reasons;
+    item.canSwitch = true;
+    EXPECT_EQ(StatusText(item), each.status);
+    EXPECT_EQ(ToneOfRow(item), each.tone) << each.status;
+    const bool isOff = (each.reasons & kReasonSwitchedOff) != 0;
+    EXPECT_EQ(CanSwitchOn(item) && CanEnable(item), isOff) << each.status;
+    EXPECT_EQ(CanSwitchOff(item), each.enabled && !isOff) << each.status;
+    EXPECT_EQ(ReasonSentences(item).empty(), each.reasons == 0) << each.status;
+  }
+}
+
+TEST(EntryWordsTest, TrustsWhatIsProvedAlone) {
+  const struct {
+    TrustWord word;
+    std::int32_t signature;
+    const wchar_t* text;
+    std::int32_t picture;
+    bool isAsked;
+  } kCases[] = {
+      {TrustWord::kVerified, kSignatureValid, L"Verified", kRatingTrusted, false},
+      {TrustWord::kClaimed, kSignatureValid, L"Claimed", kRatingUnknown, true},
+      {TrustWord::kUnknown, kSignatureNone, L"Unknown", kRatingUnknown, false},
+      {TrustWord::kUnknown, kSignatureBroken, L"Broken signature", kRatingRisky, true},
+      {TrustWord::kClaimed, kSignatureDistrusted, L"Withdrawn signature", kRatingRisky, true},
+      {TrustWord::kRisky, kSignatureNone, L"Risky", kRatingRisky, true},
+  };
+  for (const auto& each : kCases) {
+    ItemRecord item = Item(L"alpha");
+    item.rating = each.word == TrustWord::kRisky ? kRatingRisky : kRatingTrusted;
+    const bool isRisky = item.rating == kRatingRisky;
+    EXPECT_EQ(TrustText(item), isRisky ? L"Risky" : L"Checking\u2026");
+    EXPECT_EQ(TrustPicture(item), isRisky ? kRatingRisky : kRatingUnknown) << each.text;
+    item.trust.emplace();
+    item.trust->word = each.word;
+    item.trust->signature = each.signature;
+    EXPECT_EQ(TrustText(item), each.text);
+    EXPECT_EQ(TrustPicture(item), each.picture) << each.text;
+    EXPECT_EQ(ToneOfRow(item) == RowTone::kRed, each.picture == kRatingRisky) << each.text;
+    EXPECT_EQ(RunQuestion(item).empty(), !each.isAsked) << each.text;
+  }
+}
+
+TEST(TrustCheckerTest, AnswersEveryEntryWithWhatIsProved) {
+  UiQueue queue;
+  std::vector<ItemRecord> answered;
+  TrustChecker checker(queue);
+  ItemRecord trusted = Item(L"nowhere");
+  trusted.rating = kRatingTrusted;
+  const auto take = [&](const auto& checked) {
+    answered.insert(answered.end(), checked.begin(), checked.end());
+  };
+  checker.Check({trusted}, take);
+  checker.CheckFirst(Item(L"nobody"), take);
+  EXPECT_TRUE(WaitUntil([&] {
+    queue.RunAll();
+    return answered.size() == 2;
+  }));
+  for (const ItemRecord& item : answered) {
+    ASSERT_TRUE(item.trust);
+    EXPECT_EQ(item.trust->word, item.rating == kRatingTrusted ? TrustWord::kClaimed : TrustWord::kUnknown);
+    EXPECT_EQ(item.trust->signature, kSignatureUnreadable);
+  }
 }
 
 TEST(AccountTest, SomebodyElsesSession) {

@@ -45,7 +45,20 @@ TEST(LookTest, ShowsTheSampleMachine) {
   EXPECT_EQ(gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, L"Lost Agent"), 1), L"On, file missing");
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Host")});
   EXPECT_TRUE(WaitUntil([&] { return Detail(gui, L"File") == L"C:\\Samples\\Temp\\scvhost.exe"; }));
-  EXPECT_EQ(Detail(gui, L"Rating"), L"Risky");
+  EXPECT_TRUE(Detail(gui, L"Trust").starts_with(L"Risky"));
+  // The files are checked behind the list.
+  const auto cell = [&](const wchar_t* name, int column) {
+    return gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, name), column);
+  };
+  EXPECT_TRUE(WaitUntil([&] { return cell(L"Fernhill Update", 3).ends_with(L"Broken signature"); }));
+  EXPECT_TRUE(WaitUntil([&] { return Detail(gui, L"SHA-256").size() == 64; }));
+  EXPECT_EQ(cell(L"Card Watch", 1), L"On, but switched off in Task Manager");
+  EXPECT_TRUE(WaitUntil([&] { return !gui.Status(0).starts_with(L"Checking"); }, 60'000));
+  const int shownBefore = gui.Count(IDC_ENTRIES);
+  gui.Command(CMD_HIDE_VERIFIED);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) < shownBefore; }));
+  gui.Command(CMD_HIDE_VERIFIED);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) == shownBefore; }));
   gui.Screenshot(L"startupmanager");
   gui.Command(CMD_ALL_LOCATIONS);
   const std::size_t all = Listed({L"--all"}).size();

@@ -70,6 +70,30 @@ TEST_F(OperationsTest, TheCheckBoxDisablesAndEnables) {
   EXPECT_TRUE(WaitUntil([&] { return gui.IsChecked(Row(L"Aurora Mixer")); }));
 }
 
+TEST_F(OperationsTest, SetsTaskManagersSwitch) {
+  const SavedKey switches(HKEY_CURRENT_USER,
+                          L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\Run");
+  SelectNames({L"Inkwell"});
+  const auto status = [&] { return gui.Cell(IDC_ENTRIES, Row(L"Inkwell"), 1); };
+  const std::wstring off = L"On, but switched off in Task Manager";
+  for (const UINT back : {CMD_SWITCH_ON, CMD_ENABLE}) {
+    gui.Command(CMD_SWITCH_OFF);
+    EXPECT_TRUE(WaitUntil([&] { return status() == off && gui.CanRun(CMD_ENABLE); })) << status();
+    EXPECT_TRUE(IsInRun(L"Inkwell"));
+    gui.Command(back);
+    EXPECT_TRUE(WaitUntil([&] { return status() == L"On" && !gui.CanRun(CMD_ENABLE); })) << status();
+  }
+}
+
+TEST_F(OperationsTest, RunningADangerAsksFirst) {
+  SelectNames({L"Service Host"});
+  gui.Command(CMD_EXECUTE);
+  const HWND question = gui.WaitForDialog();
+  ASSERT_NE(question, nullptr);
+  Press(question, IDCANCEL);
+  EXPECT_FALSE(gui.Status(0).starts_with(L"Started"));
+}
+
 TEST_F(OperationsTest, SeveralAtOnce) {
   SelectNames({L"Card Watch", L"Inkwell", L"Plain Clock"});
   EXPECT_TRUE(WaitUntil([&] { return gui.CanRun(CMD_ENABLE) && gui.CanRun(CMD_DISABLE); }));
