@@ -27,7 +27,8 @@ TEST_F(StartupctlTest, ListsAnEntryWithItsDetails) {
                                      R"("showDetails","showLocation"])"));
   const std::string sheet = Run({L"show", L"ctl tray"}).output;
   EXPECT_NE(sheet.find("Aurora Mixer tray icon"), std::string::npos);
-  EXPECT_EQ(Json::parse(Run({L"show", L"ctl tray", L"--json"}).output), item);
+  EXPECT_EQ(Json::parse(Run({L"show", L"ctl tray", L"--json"}).output),
+            Json::parse(Run({L"list", L"ctl tray", L"--verify", L"--json"}).output).at(0));
   EXPECT_EQ(item["imageIndex"], 3) << "nobody sees icons here, so none are asked for";
 }
 
