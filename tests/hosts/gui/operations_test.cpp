@@ -73,13 +73,13 @@ TEST_F(OperationsTest, TheCheckBoxDisablesAndEnables) {
 TEST_F(OperationsTest, SetsTaskManagersSwitch) {
   const SavedKey switches(HKEY_CURRENT_USER,
                           L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\Run");
-  SelectNames({L"Inkwell"});
-  const auto status = [&] { return gui.Cell(IDC_ENTRIES, Row(L"Inkwell"), 1); };
+  SelectNames({L"Meadow Notes"});
+  const auto status = [&] { return gui.Cell(IDC_ENTRIES, Row(L"Meadow Notes"), 1); };
   const std::wstring off = L"On, but switched off in Task Manager";
   for (const UINT back : {CMD_SWITCH_ON, CMD_ENABLE}) {
     gui.Command(CMD_SWITCH_OFF);
     EXPECT_TRUE(WaitUntil([&] { return status() == off && gui.CanRun(CMD_ENABLE); })) << status();
-    EXPECT_TRUE(IsInRun(L"Inkwell"));
+    EXPECT_TRUE(IsInRun(L"Meadow Notes"));
     gui.Command(back);
     EXPECT_TRUE(WaitUntil([&] { return status() == L"On" && !gui.CanRun(CMD_ENABLE); })) << status();
   }
