@@ -15,19 +15,25 @@ namespace {
 struct Answer {
   StartsAnswer starts = kStartsYes;
   std::int32_t reasons = 0;
+  // Those of which nothing tells whether they hold.
+  std::int32_t maybe = 0;
 
   void No(StartReason reason) noexcept {
     starts = kStartsNo;
     reasons |= reason;
   }
-  // A reason that may be one; 0 for none.
-  void Untold(std::int32_t reason) noexcept {
+  void Untold() noexcept {
     if (starts == kStartsYes) starts = kStartsUnknown;
-    reasons |= reason;
   }
   void Take(Told told, StartReason reason) noexcept {
     if (told == Told::kYes) No(reason);
-    if (told == Told::kUntold) Untold(reason);
+    if (told != Told::kUntold) return;
+    Untold();
+    maybe |= reason;
+  }
+  // What is certainly not started does not hang on what cannot be told.
+  std::int32_t ReasonsFor(StartsAnswer told) const noexcept {
+    return told == kStartsNo ? reasons : reasons | maybe;
   }
 };
 
@@ -124,24 +130,25 @@ void Judging::JudgeReader() noexcept {
   if (row_.by == StartedBy::kNobody || (row_.by == StartedBy::kColumns && rules_.release >= kVista)) {
     common_.No(kReasonNotRead);
   } else if (row_.by == StartedBy::kSetup || row_.by == StartedBy::kPermissions) {
-    common_.Untold(0);
+    common_.Untold();
   }
 }
 
 void Judging::JudgeFile(Half& half) const noexcept {
   const ItemDetails& details = state_.details;
   if (half.file == kFileUnreachable) {
-    half.answer.Untold(kReasonUnreachable);
+    half.answer.Untold();
+    half.answer.reasons |= kReasonUnreachable;
   } else if (half.file == kFileMissing) {
     // What opens an address is another program's affair.
     if (IsUrl(details.FilePath)) {
-      half.answer.Untold(0);
+      half.answer.Untold();
     } else {
       half.answer.No(kReasonMissing);
     }
   } else if (details.Kind == TargetKind::kShortcut && details.FilePath == details.LinkPath) {
     // Nobody knows what it leads to.
-    half.answer.Untold(0);
+    half.answer.Untold();
   }
 }
 
@@ -156,7 +163,7 @@ void Judging::JudgeAddOn() noexcept {
   if (rules_.release >= kWindows11) common_.No(kReasonOnlyInIEMode);
   const std::optional<GUID> identifier = Class();
   if (!identifier) {
-    common_.Untold(0);
+    common_.Untold();
     return;
   }
   const ExtensionRules& rules = rules_.extensions;
@@ -177,7 +184,7 @@ void Judging::JudgeHalf(Half& half) const noexcept {
 void Judging::JudgeExtension(Half& half) const noexcept {
   const std::optional<GUID> identifier = Class();
   if (!identifier) {
-    half.answer.Untold(0);
+    half.answer.Untold();
     return;
   }
   half.answer.Take(rules_.extensions.IsBlocked(*identifier, half.view), kReasonBlocked);
@@ -204,7 +211,6 @@ bool Judging::CanSwitch() const noexcept {
 
 EffectiveState Judging::Together() const noexcept {
   EffectiveState together;
-  together.reasons = common_.reasons;
   together.canSwitch = CanSwitch();
   bool mayStart = false;
   bool isUntold = false;
@@ -213,16 +219,19 @@ EffectiveState Judging::Together() const noexcept {
     const StartsAnswer starts = Of(*half);
     mayStart = mayStart || starts == kStartsYes;
     isUntold = isUntold || starts == kStartsUnknown;
-    together.reasons |= half->answer.reasons;
+    together.reasons |= half->answer.ReasonsFor(starts);
     if (CompareFileTime(&together.switchedOffSince, &half->value.since) < 0) {
       together.switchedOffSince = half->value.since;
     }
     if (isViewed_) (half->view == LoaderView::k64 ? together.starts64 : together.starts32) = starts;
   }
   together.starts = mayStart ? kStartsYes : isUntold ? kStartsUnknown : kStartsNo;
+  together.reasons |= common_.ReasonsFor(together.starts);
   if (first_.isThere && second_.isThere) {
-    if ((first_.answer.reasons & ~second_.answer.reasons) != 0) together.reasons |= kReasonOnlyFor64;
-    if ((second_.answer.reasons & ~first_.answer.reasons) != 0) together.reasons |= kReasonOnlyFor32;
+    const std::int32_t first = first_.answer.ReasonsFor(Of(first_));
+    const std::int32_t second = second_.answer.ReasonsFor(Of(second_));
+    if ((first & ~second) != 0) together.reasons |= kReasonOnlyFor64;
+    if ((second & ~first) != 0) together.reasons |= kReasonOnlyFor32;
   }
   return together;
 }
