@@ -5,13 +5,17 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <tuple>
+#include <utility>
 
 namespace smh {
 
@@ -55,9 +59,21 @@ bool HoldsUnpairedSurrogate(std::wstring_view text) {
   return holds;
 }
 
-void Switch(SnapshotEntry& entry, bool enabled) {
-  entry.enabled = enabled;
-  entry.disabledBy = enabled ? L"" : kDisabledByUs;
+// Neither disabled nor switched off in Task Manager.
+bool IsOn(const SnapshotEntry& entry) noexcept {
+  return entry.enabled && !entry.switchedOff.value_or(false);
+}
+
+bool IsOn(const ItemRecord& item) noexcept {
+  return item.enabled && !IsSwitchedOff(item);
+}
+
+// What is switched off in Task Manager need not be disabled besides.
+void Switch(SnapshotEntry& entry, bool on) {
+  if (IsOn(entry) == on) return;
+  entry.enabled = on;
+  entry.disabledBy = on ? L"" : kDisabledByUs;
+  entry.switchedOff = on ? std::optional(false) : std::nullopt;
 }
 
 SnapshotEntry NewEntry(const DscInstance& wanted, const MachineFacts& machine) {
@@ -65,7 +81,8 @@ SnapshotEntry NewEntry(const DscInstance& wanted, const MachineFacts& machine) {
   SnapshotEntry entry;
   entry.location = wanted.location;
   entry.command = *wanted.command;
-  Switch(entry, wanted.enabled.value_or(true));
+  entry.enabled = wanted.enabled.value_or(true);
+  if (!entry.enabled) entry.disabledBy = kDisabledByUs;
   if (row.family == LocationFamily::kStartupFolder) {
     entry.file = EndsText(L".lnk", wanted.name) ? wanted.name : wanted.name + L".lnk";
   } else {
@@ -80,7 +97,7 @@ SnapshotEntry NewEntry(const DscInstance& wanted, const MachineFacts& machine) {
 std::wstring Properties(std::int32_t location, std::wstring_view name, const SnapshotEntry* entry) {
   std::wstring json = L"{\"location\":" + JsonText(LocationName(location)) + L",\"name\":" + JsonText(name);
   if (entry != nullptr) {
-    json += L",\"command\":" + JsonText(entry->command) + L",\"enabled\":" + JsonValue(entry->enabled);
+    json += L",\"command\":" + JsonText(entry->command) + L",\"enabled\":" + JsonValue(IsOn(*entry));
   }
   return json + L",\"_exist\":" + JsonValue(entry != nullptr);
 }
@@ -89,7 +106,7 @@ bool Leaves(const DscFilter& filter, const SnapshotEntry& entry) {
   return filter.location.value_or(entry.location) == entry.location &&
          (!filter.name || HasName(entry, *filter.name)) &&
          filter.command.value_or(entry.command) == entry.command &&
-         filter.enabled.value_or(entry.enabled) == entry.enabled;
+         filter.enabled.value_or(IsOn(entry)) == IsOn(entry);
 }
 
 // By location and name, in which the entries of one instance agree.
@@ -127,10 +144,13 @@ DscState::DscState(std::int32_t location, std::wstring name, const std::optional
   std::ranges::copy_if(items, std::back_inserter(entries_), [&](const ItemRecord& item) {
     return item.location == location_ && HasName(EntryOf(item), name_);
   });
-  std::stable_partition(entries_.begin(), entries_.end(),
-                        [&](const ItemRecord& item) { return item.command == command; });
-  std::stable_partition(entries_.begin(), entries_.end(),
-                        [](const ItemRecord& item) { return item.enabled; });
+  std::ranges::stable_sort(entries_, std::ranges::greater(), [&](const ItemRecord& item) {
+    return std::tuple(IsOn(item), item.enabled, item.command == command);
+  });
+}
+
+bool DscState::IsEnabled() const noexcept {
+  return IsOn(entries_.front());
 }
 
 bool DscState::Fits(const DscInstance& wanted) const {
@@ -150,9 +170,9 @@ std::vector<SnapshotEntry> DscState::Target(const DscInstance& wanted, const Mac
   main.command = wanted.command.value_or(main.command);
   // Not enabled means that none of them is.
   for (SnapshotEntry& entry : target) {
-    if (wanted.enabled == false && entry.enabled) Switch(entry, false);
+    if (wanted.enabled == false) Switch(entry, false);
   }
-  if (wanted.enabled == true && !main.enabled) Switch(main, true);
+  if (wanted.enabled == true) Switch(main, true);
   return target;
 }
 
@@ -166,8 +186,8 @@ std::wstring DscState::Json(std::optional<bool> inDesiredState) const {
 std::wstring ExportLines(std::span<const ItemRecord> items, const DscFilter& filter,
                          std::vector<std::wstring>& leftOut) {
   std::vector<SnapshotEntry> entries = EntriesOf(items);
-  std::stable_partition(entries.begin(), entries.end(),
-                        [](const SnapshotEntry& entry) { return entry.enabled; });
+  std::ranges::stable_sort(entries, std::ranges::greater(),
+                           [](const SnapshotEntry& entry) { return std::pair(IsOn(entry), entry.enabled); });
   std::ranges::stable_sort(
       entries, [](const SnapshotEntry& a, const SnapshotEntry& b) { return CompareInstances(a, b) < 0; });
   std::wstring lines;
@@ -198,7 +218,8 @@ std::wstring DscSchema() {
          LR"(]},"name":{"type":"string","description":"The value's or the key's name; of a Startup folder the )"
          LR"(file's, of which a shortcut may lack its extension."},)"
          LR"("command":{"type":"string","description":"The command line. Needed for an entry that is missing."},)"
-         LR"("enabled":{"type":"boolean","description":"Whether Windows starts it."},)"
+         LR"("enabled":{"type":"boolean","description":"Whether it is neither disabled nor switched off in )"
+         LR"(Task Manager."},)"
          LR"("_exist":{"type":"boolean","default":true,"description":"Whether the entry is there."},)"
          LR"("_inDesiredState":{"type":["boolean","null"],"readOnly":true,)"
          LR"("description":"Whether test found nothing to do."}}})"

@@ -42,8 +42,9 @@ class DscState {
            std::span<const ItemRecord> items);
 
   bool Exists() const noexcept { return !entries_.empty(); }
-  // Of entries that are there: whether any is enabled, and the command of an enabled one before others.
-  bool IsEnabled() const noexcept { return entries_.front().enabled; }
+  // Of entries that are there: whether any is on, neither disabled nor switched off in Task Manager, and the
+  // command of one that is on before others.
+  bool IsEnabled() const noexcept;
   const std::wstring& Command() const noexcept { return entries_.front().command; }
   std::span<const ItemRecord> Entries() const noexcept { return entries_; }
 
@@ -57,7 +58,7 @@ class DscState {
  private:
   std::int32_t location_;
   std::wstring name_;
-  std::vector<ItemRecord> entries_;  // enabled ones first
+  std::vector<ItemRecord> entries_;  // what is on first, then what is enabled
 };
 
 // A line of JSON for every instance that the filter leaves. Names that JSON cannot hold are put into

@@ -70,9 +70,17 @@ TEST(DscManifest, FollowsThePublishedSchema) {
   }
 }
 
+ItemRecord SwitchedOff(const SnapshotEntry& entry) {
+  ItemRecord item = Item(entry);
+  item.starts = kStartsNo;
+  item.reasons = kReasonSwitchedOff;
+  return item;
+}
+
 const std::vector<ItemRecord> kItems = {Item(User(L"one", L"1")),          Item(User(L"one", L"2", false)),
                                         Item(User(L"off", L"3", false)),   Item(User(L"off", L"4", false)),
-                                        Item(Shortcut(L"file.lnk", L"5")), Item(User(L"\xD800", L"6"))};
+                                        Item(Shortcut(L"file.lnk", L"5")), Item(User(L"\xD800", L"6")),
+                                        SwitchedOff(User(L"tm", L"7")),    Item(User(L"tm", L"8", false))};
 
 // The same name in the other view.
 std::vector<ItemRecord> WithPlainTwo() {
@@ -107,6 +115,8 @@ TEST(DscState, TakesAllEntriesOfANameForOneInstance) {
       {R"("name":"none","command":"7","enabled":false)", false, L"7-"},
       {R"("name":"none","_exist":false)", true, L""},
       {R"("location":"sulFolderUser","name":"File","enabled":true)", true, L"5+"},
+      {R"("name":"tm","command":"7","enabled":false)", true, L"7~8-"},
+      {R"("name":"tm","command":"8","enabled":true)", false, L"8+8-"},
   };
   for (const auto& row : rows) {
     const DscInstance wanted = Wanted(row.wanted);
@@ -114,7 +124,7 @@ TEST(DscState, TakesAllEntriesOfANameForOneInstance) {
     EXPECT_EQ(state.Fits(wanted), row.fits) << row.wanted;
     std::wstring target;
     for (const SnapshotEntry& entry : state.Target(wanted, {})) {
-      target += entry.command + (entry.enabled ? L"+" : L"-");
+      target += entry.command + (!entry.enabled ? L"-" : entry.switchedOff == true ? L"~" : L"+");
       EXPECT_EQ(entry.enabled, entry.disabledBy.empty());
     }
     EXPECT_EQ(target, row.target) << row.wanted;
@@ -130,6 +140,8 @@ TEST(DscState, ExportsALinePerInstance) {
             L"{\"location\":\"sulRegistryUserRun\",\"name\":\"off\",\"command\":\"3\",\"enabled\":false,\"_"
             L"exist\":true}\n"
             L"{\"location\":\"sulRegistryUserRun\",\"name\":\"one\",\"command\":\"1\",\"enabled\":true,\"_"
+            L"exist\":true}\n"
+            L"{\"location\":\"sulRegistryUserRun\",\"name\":\"tm\",\"command\":\"7\",\"enabled\":false,\"_"
             L"exist\":true}\n");
   EXPECT_EQ(leftOut, std::vector<std::wstring>{L"\xD800"});
   EXPECT_TRUE(ExportLines(kItems, ParseDscFilter(R"({"enabled":true,"location":"UserRun"})"), leftOut)
