@@ -171,7 +171,11 @@ std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>
 
 std::wstring ItemSheet(std::span<const ItemField> fields, const ItemRecord& item) {
   std::vector<std::pair<std::wstring, std::wstring>> rows;
-  for (const ItemField& field : fields) rows.emplace_back(field.key, CellText(field.read(item)));
+  for (const ItemField& field : fields) {
+    rows.emplace_back(field.key, CellText(field.read(item)));
+    const std::wstring_view mark = field.key == L"valueName" ? NameMarkText(item) : std::wstring_view();
+    if (!mark.empty()) rows.emplace_back(L"note", mark);
+  }
   return KeyValueLines(rows);
 }
 

@@ -77,8 +77,10 @@ Ask AskState(const Library&, const EntryChange& change) {
   const ItemRecord& before = change.before;
   if (before.enabled != enable) return AskAbility(change);
   std::wstring text = enable ? L"is enabled already" : L"is disabled already";
-  if (enable && before.starts == kStartsNo) {
-    text.append(L"; Windows does not start it: ").append(ReasonsText(before.reasons));
+  if (const std::wstring reasons = enable ? ReasonsText(before) : std::wstring(); !reasons.empty()) {
+    if (before.starts == kStartsNo) text.append(L"; Windows does not start it: ").append(reasons);
+    if (before.starts == kStartsUnknown)
+      text.append(L"; whether Windows starts it cannot be told: ").append(reasons);
   }
   return Nothing(text.append(L"."), before);
 }

@@ -46,16 +46,28 @@ std::wstring StartsText(const ItemRecord& item) {
     const bool is32 = (item.reasons & kReasonOnlyFor32) != 0;
     if (is64 != is32) text.append(L", but not for ").append(is64 ? L"64" : L"32").append(L"-bit programs");
   }
-  const std::wstring reasons = ReasonsText(item.reasons & ~kReasonDisabled);
+  const std::wstring reasons = ReasonsText(item);
   return reasons.empty() ? text : text.append(L": ").append(reasons);
 }
 
-std::wstring ReasonsText(std::int32_t reasons) {
-  std::vector<std::wstring_view> words;
+std::wstring ReasonsText(const ItemRecord& item) {
+  std::wstring text;
   for (const ReasonRow& row : kReasons) {
-    if ((reasons & row.flag) != 0 && !row.words.empty()) words.push_back(row.words);
+    if ((item.reasons & row.flag & ~kReasonDisabled) == 0 || row.words.empty()) continue;
+    if (!text.empty()) text += L", ";
+    if (item.starts == kStartsUnknown && row.flag != kReasonUnreachable) text += L"perhaps ";
+    text += row.words;
   }
-  return JoinNames(words, L", ");
+  return text;
+}
+
+std::wstring_view NameMarkText(const ItemRecord& item) noexcept {
+  const bool isRunOnce = item.location == sulRegistryUserRunOnce || item.location == sulRegistryCommonRunOnce;
+  if (!isRunOnce || !item.value) return {};
+  if (item.value->starts_with(L'!')) {
+    return L"\"!\" before the name: Windows removes the entry after its command has run, not before";
+  }
+  return item.value->starts_with(L'*') ? L"\"*\" before the name: it runs in safe mode, too" : L"";
 }
 
 bool IsSwitchedOff(const ItemRecord& item) noexcept {

@@ -16,10 +16,14 @@ std::wstring_view StartsName(std::int32_t starts) noexcept;
 // for ever.
 std::vector<std::wstring_view> ReasonNames(std::int32_t reasons);
 // For people, beside the state, which tells what is disabled: "yes", "no: switched off in Task Manager",
-// "unknown: out of reach", "yes, but not for 32-bit programs: blocked".
+// "unknown: perhaps forbidden by a policy", "yes, but not for 32-bit programs: blocked".
 std::wstring StartsText(const ItemRecord& item);
-// The reasons for people, with commas: "switched off in Task Manager, forbidden by a policy"; empty for none.
-std::wstring ReasonsText(std::int32_t reasons);
+// Its reasons but "disabled": "switched off in Task Manager, forbidden by a policy"; empty for none.
+std::wstring ReasonsText(const ItemRecord& item);
+
+// What a mark in front of a RunOnce entry's name means, as a sentence without an end; empty for any other
+// entry. A literal.
+std::wstring_view NameMarkText(const ItemRecord& item) noexcept;
 
 // Whether the system's own switch keeps the entry from starting. One of two views that is off does not, nor
 // a switch in no known form.

@@ -1,6 +1,7 @@
 #include "hosts/gui/details_pane.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_rows.h"
@@ -69,8 +70,12 @@ using Lines = std::vector<std::pair<std::wstring, std::wstring>>;
 
 void AddStart(const ItemRecord& item, Lines& lines) {
   lines.emplace_back(L"Starts", StartsAnswerText(item));
-  for (const std::wstring_view reason : ReasonSentences(item)) lines.emplace_back(L"Because", reason);
+  const bool isCertain = item.starts != kStartsUnknown || item.reasons == kReasonUnreachable;
+  for (const std::wstring_view reason : ReasonSentences(item)) {
+    lines.emplace_back(isCertain ? L"Because" : L"Perhaps", reason);
+  }
   lines.emplace_back(L"Switched off", LocalTime(item.switchedOffSince));
+  lines.emplace_back(L"Note", NameMarkText(item));
 }
 
 // What is said of the file that runs.

@@ -36,7 +36,7 @@ constexpr Command kCommands[] = {
     {"resolve", "Print the file that a command line starts", kTakesCommandLine, RunResolve},
     {"watch", "Print entries as they come, go and change", kShowing | kTakesSeconds, RunWatch},
     {"switches", "Show Task Manager's switches, and whose they are; --prune takes away those of nobody",
-     kTakesPruneSwitch | kTakesDryRun | kTakesYes | kTakesJson | kTakesOutput, RunSwitches},
+     kFormatted | kTakesPruneSwitch | kTakesDryRun | kTakesYes, RunSwitches},
     {"clients", "Show the default programs: mail, media, browser and the like", kFormatted | kTakesPaths,
      RunClients},
     {"locations", "Show the locations and their entries' numbers", kTakesJson | kTakesOutput, RunLocations},

@@ -7,6 +7,7 @@
 #include "hosts/common/reading.h"
 #include "hosts/common/switch_list.h"
 #include "hosts/common/text_encoding.h"
+#include "infra/registry/full_value_path.h"
 
 namespace smh {
 
@@ -22,11 +23,9 @@ std::wstring StateText(const SwitchRecord& record) {
 std::wstring SwitchTable(std::span<const SwitchRecord> records, const TableStyle& style) {
   TextTable table{.header = {L"ID", L"State", L"Name", L"Belongs to", L"Root", L"List"}, .rows = {}};
   for (const SwitchRecord& record : records) {
-    std::vector<std::wstring> cells;
-    for (const Field<SwitchRecord>& field : SwitchFields()) cells.push_back(CellText(field.read(record)));
     table.rows.push_back({Printable(record.id), StateText(record), Printable(record.name),
-                          record.isOrphan ? L"nobody: an orphan" : Printable(record.caption), cells[1],
-                          record.list});
+                          record.isOrphan ? L"nobody: an orphan" : Printable(record.caption),
+                          std::wstring(RootKeyName(record.root)), record.list});
     table.tones.push_back(record.isOrphan ? Tone::kWarning : Tone::kPlain);
   }
   return table.Text(style);
@@ -56,13 +55,14 @@ void Prune(std::span<const SwitchRecord> orphans, bool isGiven) {
 }  // namespace
 
 void RunSwitches(const Arguments& arguments) {
+  const std::vector<Field<SwitchRecord>> fields = SelectFields(SwitchFields(), arguments.columns);
   const Library library;
   ReadForChanges(library, false);
   std::vector<ItemRecord> items = TakeSnapshot(library);
   std::vector<SwitchRecord> records = ReadSwitches(items);
   if (arguments.prune) std::erase_if(records, [](const SwitchRecord& record) { return !record.isOrphan; });
-  if (!arguments.prune || arguments.dryRun || arguments.format == OutputFormat::kJson) {
-    WriteRecords<SwitchRecord>(arguments, SwitchFields(), records,
+  if (!arguments.prune || arguments.dryRun || arguments.format != OutputFormat::kTable) {
+    WriteRecords<SwitchRecord>(arguments, fields, records,
                                [&](const TableStyle& style) { return SwitchTable(records, style); });
   }
   if (!arguments.prune || arguments.dryRun) return;

@@ -6,8 +6,8 @@
 
 namespace smh {
 
-// switches: every switch with the entry that it belongs to, as a table or JSON. With --prune the orphans are
-// taken away instead, as one action for undo; --dry-run and --json show which.
+// switches: every switch with the entry that it belongs to, as a table, JSON or CSV. With --prune the orphans
+// are taken away instead, as one action for undo; --dry-run, --json and --csv show which.
 void RunSwitches(const Arguments& arguments);
 
 }  // namespace smh

@@ -70,6 +70,9 @@ TEST_F(SwitchingTest, ListTellsWhatStartsAndFiltersByIt) {
   Run({L"list", L"--starts", L"--not-starting"}, 2);
   const std::string table = Run({L"list"}).output;
   EXPECT_NE(table.find("no: switched off in Task Manager"), std::string::npos) << table;
+  for (const std::string& text : {table, Run({L"enable", L"ctl odd"}).errors}) {
+    EXPECT_NE(text.find(": perhaps switched off in Task Manager"), std::string::npos) << text;
+  }
   EXPECT_EQ(Run({L"list", L"--location", L"UserRun", L"--csv", L"--columns", L"starts", L"ctl on"}).output,
             "starts\r\nyes\r\n");
 }
@@ -98,11 +101,25 @@ TEST_F(SwitchingTest, EnableMakesItStartAndDisableCanUseTheSwitch) {
   EXPECT_TRUE(TextInBothViews(HKEY_CURRENT_USER, kRunSide, L"ctl on"));
 }
 
+TEST_F(SwitchingTest, ConfigurationEnginesAreToldOfItAndTakeItBack) {
+  const auto call = [](const wchar_t* verb, const std::wstring& wish) {
+    const std::wstring input = L"{\"location\":\"sulRegistryUserRun\",\"name\":\"ctl off\"" + wish + L"}";
+    return Json::parse(Run({L"dsc", verb, L"--input", input}).output);
+  };
+  EXPECT_EQ(call(L"test", L",\"enabled\":true")["_inDesiredState"], false);
+  EXPECT_EQ(call(L"set", L",\"enabled\":false")["enabled"], false);
+  EXPECT_EQ(SwitchOf(L"ctl off"), kOff) << "nothing had to be done";
+  EXPECT_EQ(call(L"set", L",\"enabled\":true")["enabled"], true);
+  EXPECT_FALSE(IsOff(L"ctl off"));
+}
+
 TEST_F(SwitchingTest, WhatHasNoSwitchRefusesIt) {
   SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl side", Sz(Command(L"side")));
   SetValue(HKEY_CURRENT_USER, kRunSwitches, L"ctl on", Dword(3), OwnView());
   const RegistryTree once(kRunKey + L"Once");
   once.Set(L"", L"ctl once", Sz(Command(L"once")));
+  once.Set(L"", L"!ctl late", Sz(Command(L"late")));
+  EXPECT_NE(Run({L"show", L"!ctl late"}).output.find("after its command has run"), std::string::npos);
   for (const wchar_t* const name : {L"ctl side", L"ctl on", L"ctl once"}) {
     const StartupctlResult result = Run({L"disable", name, L"--like-task-manager"}, 1);
     EXPECT_TRUE(result.errors.starts_with("startupctl: Cannot switch off ")) << result.errors;
@@ -131,6 +148,8 @@ TEST_F(SwitchingTest, SwitchesAreShownWithTheirEntryAndOrphansTakenAway) {
   EXPECT_EQ(orphans(), (Texts{"ctl left", "ctl odd"})) << "what is disabled keeps its switch";
   const JsonSchema schema(Json::parse(ReadFileBytes(ThisFolder() + L"startupctl.schema.json")));
   EXPECT_EQ(schema.FaultIn(Json::parse(Run({L"switches", L"--json"}).output), "switches"), "");
+  EXPECT_EQ(Run({L"switches", L"--prune", L"--dry-run", L"--csv", L"--columns", L"list,name"}).output,
+            "list,name\r\nRun,ctl left\r\nRun,ctl odd\r\n");
   EXPECT_NE(Run({L"switches"}).output.find("an orphan"), std::string::npos);
   EXPECT_EQ(Run({L"switches", L"--prune", L"--dry-run"}).output.find("ctl side"), std::string::npos);
   Run({L"switches", L"--prune"}, 1);
