@@ -45,6 +45,8 @@ std::vector<Example> Examples() {
 class StartupctlDocument : public StartupctlTest {
  protected:
   StartupctlDocument() {
+    // A Windows whose Task Manager has switches.
+    pretended_.Set(L"", L"Version", Sz(L"win10"));
     std::filesystem::create_directory(kTools);
     CopyFileW(Program().c_str(), (kTools + L"\\inkwell.exe").c_str(), FALSE);
     GetCurrentDirectoryW(MAX_PATH, before_);
@@ -67,7 +69,7 @@ class StartupctlDocument : public StartupctlTest {
 
   void Reset() const {
     ClearJournal();
-    for (const std::wstring& key : {kRunKey, kRunSide}) {
+    for (const std::wstring& key : {kRunKey, kRunSide, kSwitches + L"\\Run"}) {
       for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         for (const std::wstring& name : Values(root, key)) smh::test::RemoveValue(root, key, name);
         for (const std::wstring& name : Values(root, key, OwnView()))
@@ -97,6 +99,10 @@ class StartupctlDocument : public StartupctlTest {
 
  private:
   inline static const std::wstring kTools = L"C:\\Tools";
+  inline static const std::wstring kSwitches =
+      L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved";
+  const EmptiedKeys switches_{{kSwitches}};
+  const RegistryTree pretended_{L"Software\\Wine\\AppDefaults\\startupctl.exe"};
   wchar_t before_[MAX_PATH] = {};
 };
 
