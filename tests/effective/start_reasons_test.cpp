@@ -243,6 +243,17 @@ INSTANTIATE_TEST_SUITE_P(
             kStartsNo,
             kReasonSwitchedOff,
             "nn"},
+        Row{"another command for 32-bit programs",
+            kAllRun,
+            {Run(kAll), Run(kAll, kRunKey, L"C:\\windows\\regedit.exe", true), Switched(kAll, L"Run")},
+            kStartsNo,
+            kReasonSwitchedOff,
+            "n-"},
+        Row{"another text for 32-bit programs", sulRegistryIEBrowserObjects,
+            Handler(true, true,
+                    {{kAll, kObjectsKey + L"\\" + kClass, L"", Sz(L"Foo menu")},
+                     {kAll, kObjectsKey + L"\\" + kClass, L"", Sz(L"Foo"), true}}),
+            kStartsYes, 0, "yy"},
         Row{"loaded", kMenu, Handler(true, false, {}), kStartsYes, 0, "y-"},
         Row{"loaded twice", kMenu, Handler(true, true, {}), kStartsYes, 0, "yy"},
         Row{"missing for 32-bit programs", kMenu,
@@ -282,7 +293,9 @@ TEST_F(StartReasonsTest, ExtensionsAndAddOnsHaveRulesOfTheirOwn) {
   const Written approved{kAll, kApprovedKey, kClass, Sz(L"Foo")};
   const Written enforced = Policy(kOwn, L"EnforceShellExtensionSecurity");
   const Written denied{kOwn, kAddOnPolicies + L"\\CLSID", kClass, Sz(L"0")};
-  const Written offByUser{kOwn, kVersion + L"Ext\\Settings\\" + kClass, L"Flags", Dword(0x401)};
+  const auto flags = [](DWORD bits) {
+    return Written{kOwn, kVersion + L"Ext\\Settings\\" + kClass, L"Flags", Dword(bits)};
+  };
   const Written noneLoaded{kOwn, kBrowserKey, L"Enable Browser Extensions", Sz(L"no")};
   const Written listOnly{kAll, kAddOnPolicies, L"RestrictToList", Dword(1)};
   constexpr auto kColumns = sulRegistryFolderColumnHandlers;
@@ -320,7 +333,8 @@ TEST_F(StartReasonsTest, ExtensionsAndAddOnsHaveRulesOfTheirOwn) {
        0,
        "y-"},
       {"object not in the list", kObjects, {object, listOnly}, kStartsNo, kReasonPolicy, "n-"},
-      {"object switched off", kObjects, {object, offByUser}, kStartsNo, kReasonBlocked, "n-"},
+      {"object switched off", kObjects, {object, flags(0x401)}, kStartsNo, kReasonBlocked, "n-"},
+      {"object with other flags", kObjects, {object, flags(0x400)}, kStartsYes, 0, "y-"},
       {"no objects", kObjects, {object, noneLoaded}, kStartsNo, kReasonPolicy, "n-"},
       {"hook beside no objects", kHooks, {hook, noneLoaded}, kStartsYes, 0, "y-"},
       {"hook denied", kHooks, {hook, denied}, kStartsNo, kReasonPolicy, "n-"},
