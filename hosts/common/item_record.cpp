@@ -5,7 +5,6 @@
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/short_id.h"
-#include "hosts/common/start_words.h"
 
 #include <iterator>
 
@@ -44,6 +43,24 @@ constexpr TextField kTextFields[] = {
 constexpr std::wstring_view kActionNames[] = {L"delete",        L"enable",  L"disable",     L"move",
                                               L"changeCommand", L"execute", L"showDetails", L"showLocation"};
 static_assert(std::size(kActionNames) == kActionShowLocation + 1);
+
+struct ReasonName {
+  std::int32_t flag;
+  std::wstring_view name;
+};
+constexpr ReasonName kReasonNames[] = {
+    {kReasonDisabled, L"disabled"},
+    {kReasonSwitchedOff, L"switchedOff"},
+    {kReasonPolicy, L"policy"},
+    {kReasonBlocked, L"blocked"},
+    {kReasonNotApproved, L"notApproved"},
+    {kReasonNotRead, L"notRead"},
+    {kReasonOnlyInIEMode, L"onlyInIEMode"},
+    {kReasonMissing, L"missing"},
+    {kReasonUnreachable, L"unreachable"},
+    {kReasonOnlyFor64, L"onlyFor64"},
+    {kReasonOnlyFor32, L"onlyFor32"},
+};
 
 FieldValue TextOf(std::wstring_view text) {
   return std::wstring(text);
@@ -195,6 +212,18 @@ std::vector<std::wstring_view> ActionNames(std::uint32_t can) {
 
 std::wstring_view RatingName(std::int32_t rating) noexcept {
   return rating == 0 ? L"trusted" : rating == 2 ? L"risky" : L"unknown";
+}
+
+std::wstring_view StartsName(std::int32_t starts) noexcept {
+  return starts == kStartsYes ? L"yes" : starts == kStartsNo ? L"no" : L"unknown";
+}
+
+std::vector<std::wstring_view> ReasonNames(std::int32_t reasons) {
+  std::vector<std::wstring_view> names;
+  for (const ReasonName& row : kReasonNames) {
+    if ((reasons & row.flag) != 0) names.push_back(row.name);
+  }
+  return names;
 }
 
 std::wstring_view StateName(bool enabled) noexcept {

@@ -93,6 +93,11 @@ const std::wstring& ShownFile(const ItemRecord& item) noexcept;
 std::wstring_view ReachabilityName(std::int32_t reachability) noexcept;
 // "trusted" for 0, "risky" for 2, "unknown" for any other.
 std::wstring_view RatingName(std::int32_t rating) noexcept;
+// "yes", "no", "unknown", for a StartsAnswer; unknown for any other. A literal.
+std::wstring_view StartsName(std::int32_t starts) noexcept;
+// The names of StartReason flags ("switchedOff", "policy", ...), in the order of the flags; literals, valid
+// for ever.
+std::vector<std::wstring_view> ReasonNames(std::int32_t reasons);
 // "enabled", "disabled".
 std::wstring_view StateName(bool enabled) noexcept;
 using ItemField = Field<ItemRecord>;

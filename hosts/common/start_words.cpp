@@ -4,40 +4,24 @@ namespace smh {
 
 namespace {
 
-struct ReasonRow {
+struct ReasonWords {
   std::int32_t flag;
-  std::wstring_view name;
-  std::wstring_view words;  // empty for what only says where another reason holds
+  std::wstring_view words;
 };
 
-// By StartReason.
-constexpr ReasonRow kReasons[] = {
-    {kReasonDisabled, L"disabled", L"disabled"},
-    {kReasonSwitchedOff, L"switchedOff", L"switched off in Task Manager"},
-    {kReasonPolicy, L"policy", L"forbidden by a policy"},
-    {kReasonBlocked, L"blocked", L"blocked"},
-    {kReasonNotApproved, L"notApproved", L"not approved"},
-    {kReasonNotRead, L"notRead", L"not read by this Windows"},
-    {kReasonOnlyInIEMode, L"onlyInIEMode", L"only in IE mode"},
-    {kReasonMissing, L"missing", L"file missing"},
-    {kReasonUnreachable, L"unreachable", L"file out of reach"},
-    {kReasonOnlyFor64, L"onlyFor64", L""},
-    {kReasonOnlyFor32, L"onlyFor32", L""},
+// Without those that only say where another reason holds, and "disabled", which the state tells.
+constexpr ReasonWords kReasons[] = {
+    {kReasonSwitchedOff, L"switched off in Task Manager"},
+    {kReasonPolicy, L"forbidden by a policy"},
+    {kReasonBlocked, L"blocked"},
+    {kReasonNotApproved, L"not approved"},
+    {kReasonNotRead, L"not read by this Windows"},
+    {kReasonOnlyInIEMode, L"only in IE mode"},
+    {kReasonMissing, L"file missing"},
+    {kReasonUnreachable, L"file out of reach"},
 };
 
 }  // namespace
-
-std::wstring_view StartsName(std::int32_t starts) noexcept {
-  return starts == kStartsYes ? L"yes" : starts == kStartsNo ? L"no" : L"unknown";
-}
-
-std::vector<std::wstring_view> ReasonNames(std::int32_t reasons) {
-  std::vector<std::wstring_view> names;
-  for (const ReasonRow& row : kReasons) {
-    if ((reasons & row.flag) != 0) names.push_back(row.name);
-  }
-  return names;
-}
 
 std::wstring StartsText(const ItemRecord& item) {
   std::wstring text(StartsName(item.starts));
@@ -52,8 +36,8 @@ std::wstring StartsText(const ItemRecord& item) {
 
 std::wstring ReasonsText(const ItemRecord& item) {
   std::wstring text;
-  for (const ReasonRow& row : kReasons) {
-    if ((item.reasons & row.flag & ~kReasonDisabled) == 0 || row.words.empty()) continue;
+  for (const ReasonWords& row : kReasons) {
+    if ((item.reasons & row.flag) == 0) continue;
     if (!text.empty()) text += L", ";
     if (item.starts == kStartsUnknown && row.flag != kReasonUnreachable) text += L"perhaps ";
     text += row.words;

@@ -3,18 +3,11 @@
 
 #include "hosts/common/item_record.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace smh {
 
-// "yes", "no", "unknown", for a StartsAnswer; unknown for any other. A literal.
-std::wstring_view StartsName(std::int32_t starts) noexcept;
-// The names of StartReason flags ("switchedOff", "policy", ...), in the order of the flags; literals, valid
-// for ever.
-std::vector<std::wstring_view> ReasonNames(std::int32_t reasons);
 // For people, beside the state, which tells what is disabled: "yes", "no: switched off in Task Manager",
 // "unknown: perhaps forbidden by a policy", "yes, but not for 32-bit programs: blocked".
 std::wstring StartsText(const ItemRecord& item);
