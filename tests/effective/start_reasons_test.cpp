@@ -2,6 +2,7 @@
 // the system reads them.
 #include "tests/effective/effective_fixture.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/startup_folders.h"
 #include "tests/support/waiting.h"
 
 namespace smh::test {
@@ -69,6 +70,7 @@ TEST_P(RunReasons, AreToldByTheSystemsRules) {
 constexpr auto kUserRun = sulRegistryUserRun;
 constexpr auto kAllRun = sulRegistryCommonRun;
 const std::wstring kOnce = kRunKey + L"Once";
+const std::wstring kAway = L"\\\\smh-away\\share\\x.exe";
 INSTANTIATE_TEST_SUITE_P(
     Rows, RunReasons,
     testing::Values(
@@ -99,6 +101,12 @@ INSTANTIATE_TEST_SUITE_P(
             kReasonMissing},
         Row{"disabled", kUserRun, {Run(kOwn, kRunSide)}, kStartsNo, kReasonDisabled},
         Row{"missing", kUserRun, {Run(kOwn, kRunKey, L"C:\\gone\\x.exe")}, kStartsNo, kReasonMissing},
+        Row{"unreachable", kUserRun, {Run(kOwn, kRunKey, kAway)}, kStartsUnknown, kReasonUnreachable},
+        Row{"unreachable and off",
+            kUserRun,
+            {Run(kOwn, kRunKey, kAway), Switched(kOwn, L"Run")},
+            kStartsNo,
+            kReasonSwitchedOff | kReasonUnreachable},
         Row{"an address", kUserRun, {Run(kOwn, kRunKey, L"ms-gone:x")}, kStartsUnknown, 0},
         Row{"policy",
             kUserRun,
@@ -346,6 +354,35 @@ TEST_F(StartReasonsTest, ExtensionsAndAddOnsHaveRulesOfTheirOwn) {
     server.Put();
     Check(row);
   }
+}
+
+// Neither for nothing nor for a no.
+TEST_F(StartReasonsTest, WhatCannotBeReadMakesUnknownWhatItDecides) {
+  constexpr auto kObjects = sulRegistryIEBrowserObjects;
+  const Written entries[] = {{kOwn, kRunKey, L"Foo", Sz(kProgram)},
+                             {kAll, kServer + L"\\InprocServer32", L"", Sz(kProgram)},
+                             {kAll, kMenusKey + L"\\" + kClass, L"", Sz(L"Foo")},
+                             {kAll, kObjectsKey + L"\\" + kClass, L"", Sz(L"Foo")}};
+  for (const Written& entry : entries) entry.Put();
+  const struct {
+    std::wstring path;
+    TTypeStartupLocation location;
+    StartReason reason;
+  } rows[] = {{kSwitches + L"Run", kUserRun, kReasonSwitchedOff},
+              {kVersion + L"Explorer\\StartupApproved", kUserRun, kReasonSwitchedOff},
+              {kPolicies, kUserRun, kReasonPolicy},
+              {kPolicies, kMenu, kReasonNotApproved},
+              {kBlockedKey, kMenu, kReasonBlocked},
+              {kAddOnPolicies, kObjects, kReasonPolicy},
+              {kVersion + L"Ext\\Settings", kObjects, kReasonBlocked},
+              {kBrowserKey, kObjects, kReasonPolicy}};
+  for (const auto& row : rows) {
+    const LimitedKey limited(kOwn, row.path, LimitedKey::Rights::kNone, OwnView());
+    Check({"", row.location, {}, kStartsUnknown, row.reason, row.location == kUserRun ? "--" : "?-"});
+  }
+  const StartupPlaces folder(StartupPlaces::Whose::kUser, [] {});
+  WriteFileBytes(folder.startup + L"Foo.lnk", "no shortcut");
+  Check({"shortcut", sulFolderUser, {}, kStartsUnknown, 0}, L"Foo.lnk");
 }
 
 // Another program writes: the reader is told, and marks the entries whose answer changes, and no others.

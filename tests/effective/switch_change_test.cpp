@@ -87,6 +87,13 @@ TEST_P(SwitchChange, ASwitchIsPutOffAndOnInEveryPlace) {
     PutSwitch(place, L"Odd", Binary("\x02"));
     EXPECT_FALSE(StateNow(Put(place, L"Odd")).canSwitch);
     const ItemRef item = Put(place, L"Foo");
+    {
+      const LimitedKey limited(place.root, kVersion + L"Explorer\\StartupApproved",
+                               LimitedKey::Rights::kReadOnly, OwnView());
+      g_systemStates->Read(true);
+      EXPECT_FALSE(StateNow(item).canSwitch);
+    }
+    g_systemStates->Read(true);
     ASSERT_TRUE(StateNow(item).canSwitch);
     item->TakeChangedMark();
     item->ReadExtendedInfo();
