@@ -57,6 +57,7 @@ void VerifyItems(std::span<ItemRecord> items) {
 }
 
 std::wstring TrustText(const ItemRecord& item) {
+  if (!item.trust && item.rating == kRatingTrusted) return L"trusted, not verified";
   if (!item.trust) return std::wstring(RatingName(item.rating));
   std::wstring text(TrustName(item.trust->word));
   if (item.trust->file.empty()) return text;
@@ -80,7 +81,7 @@ bool IsElevated() noexcept {
 
 void RequireStartConsent(const ItemRecord& item, bool isElevated, bool isGiven) {
   if (!isElevated || !item.trust || !NeedsConsent(item.trust->word, item.trust->signature)) return;
-  RequireConsent(Describe(item) + L" would start with all rights on this machine, and is " + TrustText(item),
+  RequireConsent(Describe(item) + L" would start with all rights on this machine (" + TrustText(item) + L")",
                  isGiven, {});
 }
 

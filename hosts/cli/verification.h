@@ -12,7 +12,8 @@ namespace smh {
 // Raises HostError when raterkit cannot be loaded.
 void VerifyItems(std::span<ItemRecord> items);
 
-// "claimed: not signed", "verified: signed by X"; the rating's name for an entry that was not asked about.
+// "claimed: not signed", "verified: signed by X"; the rating for an entry that was not asked about, which
+// alone does not make it trusted.
 std::wstring TrustText(const ItemRecord& item);
 // Whether the entry is to be shown as a danger: risky, or with a signature that was broken or withdrawn.
 bool IsDangerous(const ItemRecord& item) noexcept;

@@ -40,7 +40,7 @@ std::wstring ReasonsText(const ItemRecord& item) {
     if ((item.reasons & row.flag) == 0) continue;
     if (!text.empty()) text += L", ";
     if (item.starts == kStartsUnknown && row.flag != kReasonUnreachable) text += L"perhaps ";
-    text += row.words;
+    text += row.flag == kReasonMissing && item.command.empty() ? L"it has no command" : row.words;
   }
   return text;
 }

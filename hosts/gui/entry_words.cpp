@@ -38,6 +38,10 @@ std::wstring_view OnlyLoader(const ItemRecord& item) noexcept {
   return loader == kReasonOnlyFor64 ? L"32-bit" : loader == kReasonOnlyFor32 ? L"64-bit" : L"";
 }
 
+bool LacksCommand(const ItemRecord& item) noexcept {
+  return (item.reasons & kReasonMissing) != 0 && item.command.empty();
+}
+
 // What stands behind "On": why that does not say all.
 std::wstring BehindOn(const ItemRecord& item) {
   std::wstring text;
@@ -49,6 +53,7 @@ std::wstring BehindOn(const ItemRecord& item) {
     if ((item.reasons & row.flag) == 0 || row.behindOn.empty()) continue;
     return text.append(item.starts == kStartsNo ? L", but " : L", perhaps ").append(row.behindOn);
   }
+  if (LacksCommand(item)) return L", but without a command";
   if (item.starts == kStartsUnknown && !IsFileMissing(item) && !IsFileUnreachable(item)) {
     text = L", start uncertain";
   }
@@ -109,7 +114,9 @@ std::wstring StartsAnswerText(const ItemRecord& item) {
 std::vector<std::wstring_view> ReasonSentences(const ItemRecord& item) {
   std::vector<std::wstring_view> sentences;
   for (const ReasonWords& row : kReasons) {
-    if ((item.reasons & row.flag) != 0) sentences.push_back(row.sentence);
+    if ((item.reasons & row.flag) == 0) continue;
+    const bool isBare = row.flag == kReasonMissing && LacksCommand(item);
+    sentences.push_back(isBare ? L"It has no command" : row.sentence);
   }
   return sentences;
 }

@@ -36,7 +36,8 @@ std::wstring CountText(std::size_t count) {
 }
 
 void Prune(std::span<const SwitchRecord> orphans, bool isGiven) {
-  RequireConsent(L"That takes away " + CountText(orphans.size()) + L" that belong to no entry", isGiven);
+  const wchar_t* const belong = orphans.size() == 1 ? L" that belongs" : L" that belong";
+  RequireConsent(L"That takes away " + CountText(orphans.size()) + belong + L" to no entry", isGiven);
   std::vector<std::wstring> failures;
   {
     const Journal journal;

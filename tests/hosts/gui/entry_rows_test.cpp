@@ -143,6 +143,7 @@ TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
       {true, kStartsUnknown, kReasonPolicy, L"On, perhaps blocked by a policy", RowTone::kPlain},
       {true, kStartsUnknown, 0, L"On, start uncertain", RowTone::kPlain},
       {true, kStartsNo, kReasonNotRead | kReasonMissing, L"On, but not read by this Windows", RowTone::kGrey},
+      {true, kStartsNo, kReasonMissing, L"On, but without a command", RowTone::kGrey},
       {true, kStartsYes, kReasonBlocked | kReasonOnlyFor64, L"On, in 32-bit programs only", RowTone::kPlain},
   };
   for (const auto& each : kCases) {
@@ -150,6 +151,7 @@ TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
     item.starts = each.starts;
     item.reasons = each.reasons;
     item.canSwitch = true;
+    if (each.reasons == kReasonMissing) item.command.clear();
     EXPECT_EQ(StatusText(item), each.status);
     EXPECT_EQ(ToneOfRow(item), each.tone) << each.status;
     const bool isOff = (each.reasons & kReasonSwitchedOff) != 0;
