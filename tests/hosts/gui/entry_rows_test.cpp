@@ -201,12 +201,16 @@ TEST(TrustCheckerTest, AnswersEveryEntryWithWhatIsProved) {
   const auto take = [&](const auto& checked) {
     answered.insert(answered.end(), checked.begin(), checked.end());
   };
+  const auto hasAnswered = [&](std::size_t count) {
+    return WaitUntil([&] {
+      queue.RunAll();
+      return answered.size() == count;
+    });
+  };
   checker.Check({trusted}, take);
+  EXPECT_TRUE(hasAnswered(1));
   checker.CheckFirst(Item(L"nobody"), take);
-  EXPECT_TRUE(WaitUntil([&] {
-    queue.RunAll();
-    return answered.size() == 2;
-  }));
+  EXPECT_TRUE(hasAnswered(2));
   for (const ItemRecord& item : answered) {
     ASSERT_TRUE(item.trust);
     EXPECT_EQ(item.trust->word, item.rating == kRatingTrusted ? TrustWord::kClaimed : TrustWord::kUnknown);
