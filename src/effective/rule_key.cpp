@@ -1,7 +1,7 @@
 #include "effective/rule_key.h"
 
 #include "infra/runtime/text.h"
-#include "locations/registry/kept_entry.h"
+#include "locations/registry/key_opening.h"
 #include "sysutil/version/uWinVersionInfo.h"
 
 namespace smh {

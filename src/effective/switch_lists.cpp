@@ -1,7 +1,7 @@
 #include "effective/switch_lists.h"
 
 #include "effective/rule_key.h"
-#include "locations/registry/kept_entry.h"
+#include "locations/registry/key_opening.h"
 
 #include <algorithm>
 #include <utility>

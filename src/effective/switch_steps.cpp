@@ -94,7 +94,8 @@ bool IsOwnedByAnother(const SwitchOwner& owner, std::wstring_view name) {
   if (row.family != LocationFamily::kStartupFolder) {
     RegistryValueAddress place(owner.entry.address);
     place.key = row.place;
-    return !KeepValue(place).empty();
+    ValueKeys keys(false);
+    return !KeepValue(place, keys).empty();
   }
   std::vector<ItemRef> items;
   {
@@ -117,10 +118,11 @@ std::vector<FoundSwitch> SwitchesOf(const SwitchOwner& owner) {
   if (row.switches == SwitchList::kNone || HoldsNul(name) || IsOwnedByAnother(owner, name)) return found;
   const HKEY root =
       SwitchRoot(owner.location) == LocationRoot::kUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+  ValueKeys keys(false);
   const auto add = [&](SwitchList list) {
     FoundSwitch one;
     one.address = {SystemView(), root, SwitchKeyPath(list), std::wstring(name)};
-    one.kept = KeepValue(one.address);
+    one.kept = KeepValue(one.address, keys);
     found.push_back(std::move(one));
   };
   const bool isViewed = SystemView() != 0 && row.switches32 != SwitchList::kNone;
