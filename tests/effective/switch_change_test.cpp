@@ -149,7 +149,14 @@ TEST_P(SwitchChange, AnEntryTakesItsSwitchToEveryOtherPlace) {
           SetValue(to.root, kSwitches + to.list, name, isOff ? kOn : kOff, OwnView());
         }
         const ItemRef item = Put(from, L"Foo");
+        // An undo must not take the switch for the copy of the entry: then it would remove the only one.
+        std::vector<std::wstring> copies;
+        module.Safeguard().Before([&](const std::wstring& line) {
+          if (line.starts_with(L"SetValue") && module.Safeguard().HasSource()) copies.push_back(line);
+        });
         At(from.location).MoveItem(item, to.location);
+        module.Safeguard().Before(nullptr);
+        EXPECT_EQ(copies.size(), GetParam() && !IsFolder(to) ? 1u : 0u) << testing::PrintToString(copies);
         EXPECT_EQ(SwitchOf(from, L"Foo"), std::nullopt);
         const std::vector<ItemRef> moved = Listed(At(to.location));
         ASSERT_EQ(moved.size(), 1u);

@@ -112,6 +112,7 @@ LSTATUS RecordingSafeguard::EndCheckpoint() {
   {
     const std::scoped_lock lock(lock_);
     check_ = nullptr;
+    hasSource_ = false;
   }
   return Record(L"EndCheckpoint").value_or(ERROR_SUCCESS);
 }
@@ -142,8 +143,15 @@ LSTATUS RecordingSafeguard::SetChangeCheck(IChangeCheck* check) {
   return ERROR_SUCCESS;
 }
 
-LSTATUS RecordingSafeguard::SetSource(HKEY, const wchar_t*, const wchar_t*) {
+LSTATUS RecordingSafeguard::SetSource(HKEY key, const wchar_t*, const wchar_t* path) {
+  const std::scoped_lock lock(lock_);
+  hasSource_ = key != nullptr || path != nullptr;
   return ERROR_SUCCESS;
+}
+
+bool RecordingSafeguard::HasSource() const {
+  const std::scoped_lock lock(lock_);
+  return hasSource_;
 }
 
 LSTATUS RecordingSafeguard::AskCheck() const {

@@ -5,7 +5,7 @@
 //   BeginCheckpoint "title" / EndCheckpoint / FailCheckpoint
 //   MoveFile "a" "b" / DeleteFile "a" / CopyFile "a" "b" overwrite 1
 // It records nothing for an undo: FailCheckpoint takes nothing back and says so. The check of a checkpoint is
-// asked before every change in it, without a line; sources leave none either.
+// asked before every change in it, without a line; sources leave none either, but can be asked for.
 #pragma once
 
 #include "core/contracts/com_object.h"
@@ -27,6 +27,8 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   void Clear();
   // The next `times` calls whose line contains `part` are not performed and answer `status`; 0 pretends.
   void Answer(std::wstring part, LSTATUS status, int times = 1);
+  // Whether what is written now counts as a copy of something.
+  bool HasSource() const;
   // Called with each line before the call is performed; may change the registry underneath.
   void Before(std::function<void(const std::wstring& line)> hook);
 
@@ -70,6 +72,7 @@ class RecordingSafeguard : public ComObject<ISafeguard> {
   std::vector<Rule> rules_;
   std::function<void(const std::wstring&)> hook_;
   IChangeCheck* check_ = nullptr;
+  bool hasSource_ = false;
 };
 
 }  // namespace smh::test
