@@ -11,11 +11,6 @@
 
 namespace smh {
 
-// Names and texts in the order of display, made printable; what is empty is left out. `file` is the program
-// that the command starts.
-std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
-                                                             const std::wstring& file);
-
 // A heading and a list of properties. Both controls belong to `parent`, which destroys them; the object
 // outlives them.
 class DetailsPane {
