@@ -65,7 +65,7 @@ Positions FindPattern(std::span<const ItemRecord> items, const Positions& candid
 // Where one of them needs the change, the others are not meant.
 void Prefer(std::span<const ItemRecord> items, Positions& found, std::optional<bool> preferred) {
   const auto isIdle = [&](std::size_t at) {
-    const bool isOff = !*preferred && IsSwitchedOff(items[at]);
+    const bool isOff = !*preferred && HasSwitchOff(items[at]);
     return items[at].enabled != *preferred && !isOff;
   };
   if (preferred && !std::ranges::all_of(found, isIdle)) std::erase_if(found, isIdle);

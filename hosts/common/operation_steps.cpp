@@ -152,7 +152,7 @@ std::vector<std::wstring> StepsOf(const EntryChange& change) {
   std::optional<bool> off = change.order.switchedOff;
   if (!off && change.verb == Verb::kEnable) off = false;
   if (change.verb == Verb::kSwitchOff || change.verb == Verb::kSwitchOn) off.reset();
-  if (off && IsSwitchedOff(item) != *off) AddSystemSwitch(*off, steps);
+  if (off && NeedsSwitch(item, *off)) AddSystemSwitch(*off, steps);
   return steps;
 }
 

@@ -91,7 +91,7 @@ Ask AskSwitch(const Library&, const EntryChange& change) {
   const ItemRecord& before = change.before;
   if (!change.listed || change.listed->GetIndex() < 0) return Refused(L"the entry has gone meanwhile.");
   if (!before.enabled) return Refused(L"Task Manager has no switch for what is disabled.");
-  if (IsSwitchedOff(before) == off) {
+  if (!NeedsSwitch(before, off)) {
     return Nothing(
         off ? L"is switched off in Task Manager already." : L"is not switched off in Task Manager.", before);
   }
@@ -116,7 +116,7 @@ Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& c
                         [&](IStartupItem& item) { return NameIn(item) == before.name; });
   if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
   RequireStanding(places, *now);
-  if (IsSwitchedOff(*now) != off) throw HostError(kSwitchIsOther);
+  if (NeedsSwitch(*now, off)) throw HostError(kSwitchIsOther);
   return now;
 }
 
@@ -301,7 +301,7 @@ std::optional<Verb> NextStep(const EntryChange& change, const Outcome& outcome) 
   if (enabled && now.enabled != *enabled) return *enabled ? Verb::kEnable : Verb::kDisable;
   std::optional<bool> off = change.order.switchedOff;
   if (!off && change.verb == Verb::kEnable) off = false;
-  if (!off || !now.enabled || IsSwitchedOff(now) == *off) return std::nullopt;
+  if (!off || !now.enabled || !NeedsSwitch(now, *off)) return std::nullopt;
   return *off ? Verb::kSwitchOff : Verb::kSwitchOn;
 }
 

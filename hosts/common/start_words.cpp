@@ -1,5 +1,7 @@
 #include "hosts/common/start_words.h"
 
+#include "core/contracts/location_table.h"
+
 namespace smh {
 
 namespace {
@@ -28,7 +30,11 @@ std::wstring StartsText(const ItemRecord& item) {
   if (item.starts == kStartsYes) {
     const bool is64 = (item.reasons & kReasonOnlyFor64) != 0;
     const bool is32 = (item.reasons & kReasonOnlyFor32) != 0;
-    if (is64 != is32) text.append(L", but not for ").append(is64 ? L"64" : L"32").append(L"-bit programs");
+    const bool isOfLists = IsOfTwoLists(item);
+    if (is64 != is32) {
+      text.append(isOfLists ? L", but not from the " : L", but not for ").append(is64 ? L"64" : L"32");
+      text.append(isOfLists ? L"-bit list" : L"-bit programs");
+    }
   }
   const std::wstring reasons = ReasonsText(item);
   return reasons.empty() ? text : text.append(L": ").append(reasons);
@@ -56,6 +62,19 @@ std::wstring_view NameMarkText(const ItemRecord& item) noexcept {
 
 bool IsSwitchedOff(const ItemRecord& item) noexcept {
   return (item.reasons & kReasonSwitchedOff) != 0 && item.starts == kStartsNo;
+}
+
+bool HasSwitchOff(const ItemRecord& item) noexcept {
+  // One in no known form cannot be set.
+  return (item.reasons & kReasonSwitchedOff) != 0 && (item.starts == kStartsNo || item.canSwitch);
+}
+
+bool NeedsSwitch(const ItemRecord& item, bool off) noexcept {
+  return off ? !IsSwitchedOff(item) : HasSwitchOff(item);
+}
+
+bool IsOfTwoLists(const ItemRecord& item) noexcept {
+  return LocationRowOf(item.location).family == LocationFamily::kRunKey;
 }
 
 }  // namespace smh

@@ -9,7 +9,8 @@
 namespace smh {
 
 // For people, beside the state, which tells what is disabled: "yes", "no: switched off in Task Manager",
-// "unknown: perhaps forbidden by a policy", "yes, but not for 32-bit programs: blocked".
+// "unknown: perhaps forbidden by a policy", "yes, but not for 32-bit programs: blocked", "yes, but not from
+// the 64-bit list: switched off in Task Manager".
 std::wstring StartsText(const ItemRecord& item);
 // Its reasons but "disabled": "switched off in Task Manager, forbidden by a policy"; empty for none.
 std::wstring ReasonsText(const ItemRecord& item);
@@ -21,5 +22,12 @@ std::wstring_view NameMarkText(const ItemRecord& item) noexcept;
 // Whether the system's own switch keeps the entry from starting. One of two views that is off does not, nor
 // a switch in no known form.
 bool IsSwitchedOff(const ItemRecord& item) noexcept;
+// Whether the switch of one view at least is off.
+bool HasSwitchOff(const ItemRecord& item) noexcept;
+// Whether a switch of the entry has to be set that all may be off, or all on.
+bool NeedsSwitch(const ItemRecord& item, bool off) noexcept;
+
+// Whether its views are two lists of programs to start; else two kinds of programs load it.
+bool IsOfTwoLists(const ItemRecord& item) noexcept;
 
 }  // namespace smh

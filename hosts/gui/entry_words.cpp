@@ -31,11 +31,16 @@ constexpr ReasonWords kReasons[] = {
 
 constexpr std::int32_t kOneLoader = kReasonOnlyFor64 | kReasonOnlyFor32;
 
-// The kind of programs that load it, when it is one of the two; else empty.
+// The kind of programs that load it, or the list that starts it, when it is one of the two; else empty.
 std::wstring_view OnlyLoader(const ItemRecord& item) noexcept {
   if (item.starts != kStartsYes) return {};
+  const bool isOfLists = IsOfTwoLists(item);
   const std::int32_t loader = item.reasons & kOneLoader;
-  return loader == kReasonOnlyFor64 ? L"32-bit" : loader == kReasonOnlyFor32 ? L"64-bit" : L"";
+  if (loader == kReasonOnlyFor64)
+    return isOfLists ? L", from the 32-bit list only" : L", in 32-bit programs only";
+  if (loader == kReasonOnlyFor32)
+    return isOfLists ? L", from the 64-bit list only" : L", in 64-bit programs only";
+  return {};
 }
 
 bool LacksCommand(const ItemRecord& item) noexcept {
@@ -44,10 +49,7 @@ bool LacksCommand(const ItemRecord& item) noexcept {
 
 // What stands behind "On": why that does not say all.
 std::wstring BehindOn(const ItemRecord& item) {
-  std::wstring text;
-  if (const std::wstring_view loader = OnlyLoader(item); !loader.empty()) {
-    return text.append(L", in ").append(loader).append(L" programs only");
-  }
+  std::wstring text(OnlyLoader(item));
   if (item.starts == kStartsYes) return text;
   for (const ReasonWords& row : kReasons) {
     if ((item.reasons & row.flag) == 0 || row.behindOn.empty()) continue;
@@ -83,11 +85,11 @@ bool IsLocked(const ItemRecord& item) noexcept {
 }
 
 bool CanSwitchOff(const ItemRecord& item) noexcept {
-  return item.enabled && item.canSwitch && !IsSwitchedOff(item);
+  return item.enabled && item.canSwitch && NeedsSwitch(item, true);
 }
 
 bool CanSwitchOn(const ItemRecord& item) noexcept {
-  return item.enabled && item.canSwitch && IsSwitchedOff(item);
+  return item.enabled && item.canSwitch && NeedsSwitch(item, false);
 }
 
 bool CanEnable(const ItemRecord& item) noexcept {
@@ -107,8 +109,7 @@ std::wstring StartsAnswerText(const ItemRecord& item) {
   std::wstring text = item.starts == kStartsYes  ? L"Yes"
                       : item.starts == kStartsNo ? L"No"
                                                  : L"Cannot be told";
-  const std::wstring_view loader = OnlyLoader(item);
-  return loader.empty() ? text : text.append(L", in ").append(loader).append(L" programs only");
+  return text.append(OnlyLoader(item));
 }
 
 std::vector<std::wstring_view> ReasonSentences(const ItemRecord& item) {

@@ -1,10 +1,12 @@
 // The system's own switches in startupctl: what is listed, changed and put away.
 #include "hosts/cli/verification.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/switch_list.h"
 #include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
 
 #include <algorithm>
+#include <functional>
 #include <tuple>
 
 namespace smh::test {
@@ -63,15 +65,23 @@ TEST_F(SwitchingTest, ListTellsWhatStartsAndFiltersByIt) {
   EXPECT_EQ(on["reasons"], Json::array());
   EXPECT_TRUE(on["switchedOffSince"].is_null());
   EXPECT_EQ(Find("ctl odd").at(0)["starts"], "unknown") << "in no known form";
+  // What is certain is told, whatever stands in its switch.
+  SetRun(HKEY_CURRENT_USER, L"ctl gone", L"C:\\nowhere\\gone.exe");
+  SetValue(HKEY_CURRENT_USER, kRunSwitches, L"ctl gone", Dword(3), OwnView());
+  EXPECT_EQ(Find("ctl gone").at(0)["starts"], "no");
+  EXPECT_EQ(Find("ctl gone").at(0)["reasons"], Json({"missing"}));
   using Texts = std::vector<std::string>;
   EXPECT_EQ(Captions({L"--starts"}), Texts{"ctl on"});
-  EXPECT_EQ(Captions({L"--not-starting"}), (Texts{"ctl off", "ctl side"}));
-  EXPECT_EQ(Captions({L"--not-starting", L"--enabled"}), Texts{"ctl off"});
+  EXPECT_EQ(Captions({L"--not-starting"}), (Texts{"ctl gone", "ctl off", "ctl side"}));
+  EXPECT_EQ(Captions({L"--not-starting", L"--enabled"}), (Texts{"ctl gone", "ctl off"}));
   Run({L"list", L"--starts", L"--not-starting"}, 2);
   const std::string table = Run({L"list"}).output;
   EXPECT_NE(table.find("no: switched off in Task Manager"), std::string::npos) << table;
   for (const std::string& text : {table, Run({L"enable", L"ctl odd"}).errors}) {
     EXPECT_NE(text.find(": perhaps switched off in Task Manager"), std::string::npos) << text;
+  }
+  for (const std::string& text : {table, Run({L"enable", L"ctl gone"}).errors}) {
+    EXPECT_NE(text.find(": file missing"), std::string::npos) << text;
   }
   EXPECT_EQ(Run({L"list", L"--location", L"UserRun", L"--csv", L"--columns", L"starts", L"ctl on"}).output,
             "starts\r\nyes\r\n");
@@ -160,6 +170,40 @@ TEST_F(SwitchingTest, SwitchesAreShownWithTheirEntryAndOrphansTakenAway) {
   Run({L"undo"});
   EXPECT_EQ(orphans().size(), 2u) << "one action";
   EXPECT_EQ(SwitchOf(L"ctl left"), kOff);
+}
+
+TEST_F(SwitchingTest, ASwitchThatGotItsEntryMeanwhileStays) {
+  SwitchOff(L"ctl left");
+  const auto pruned = [](bool recorded, const std::function<void()>& meanwhile) {
+    std::vector<SwitchRecord> found = ReadSwitches({});
+    std::erase_if(found, [](const SwitchRecord& record) { return record.name != L"ctl left"; });
+    meanwhile();
+    return DeleteSwitch(found.at(0), recorded).empty();
+  };
+  for (const bool recorded : {true, false}) {
+    EXPECT_FALSE(pruned(recorded, [&] { SetRun(HKEY_CURRENT_USER, L"ctl left", Command(L"left")); }));
+    RemoveValue(HKEY_CURRENT_USER, kRunKey, L"ctl left");
+    EXPECT_FALSE(pruned(recorded, [] {
+      SetValue(HKEY_CURRENT_USER, kRunSwitches, L"ctl left", Binary("theirs 12345"), OwnView());
+    }));
+    SwitchOff(L"ctl left");
+    EXPECT_EQ(SwitchOf(L"ctl left"), kOff);
+    EXPECT_TRUE(pruned(recorded, [] {}));
+    SwitchOff(L"ctl left");
+  }
+}
+
+// The machine's Run key has a switch for each of its views.
+TEST_F(SwitchingTest, EnableTakesBackTheSwitchOfOneView) {
+  if (!HasTwoViews()) GTEST_SKIP() << "one view";
+  for (const REGSAM view : {REGSAM(0), OwnView()})
+    SetRun(HKEY_LOCAL_MACHINE, L"ctl half", Command(L"half"), view);
+  SetValue(HKEY_LOCAL_MACHINE, kRunSwitches, L"ctl half", kOff, OwnView());
+  EXPECT_EQ(Find("ctl half").at(0)["starts"], "yes");
+  const std::string table = Run({L"list"}).output;
+  EXPECT_NE(table.find("yes, but not from the 64-bit list: switched off"), std::string::npos) << table;
+  Run({L"enable", L"ctl half"});
+  EXPECT_EQ(Find("ctl half").at(0)["reasons"], Json::array());
 }
 
 TEST_F(SwitchingTest, SnapshotsCarryTheSwitch) {

@@ -1,5 +1,6 @@
 #include "hosts/common/host_error.h"
 #include "hosts/gui/account.h"
+#include "hosts/gui/entry_details.h"
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
@@ -7,6 +8,8 @@
 #include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace smh::test {
 
@@ -145,6 +148,8 @@ TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
       {true, kStartsNo, kReasonNotRead | kReasonMissing, L"On, but not read by this Windows", RowTone::kGrey},
       {true, kStartsNo, kReasonMissing, L"On, but without a command", RowTone::kGrey},
       {true, kStartsYes, kReasonBlocked | kReasonOnlyFor64, L"On, in 32-bit programs only", RowTone::kPlain},
+      {true, kStartsYes, kReasonSwitchedOff | kReasonOnlyFor32, L"On, from the 64-bit list only",
+       RowTone::kPlain},
   };
   for (const auto& each : kCases) {
     ItemRecord item = Item(L"alpha", each.enabled);
@@ -152,12 +157,25 @@ TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
     item.reasons = each.reasons;
     item.canSwitch = true;
     if (each.reasons == kReasonMissing) item.command.clear();
+    if ((each.reasons & kReasonBlocked) != 0) item.location = sulRegistryShellExtApproved;
     EXPECT_EQ(StatusText(item), each.status);
     EXPECT_EQ(ToneOfRow(item), each.tone) << each.status;
     const bool isOff = (each.reasons & kReasonSwitchedOff) != 0;
     EXPECT_EQ(CanSwitchOn(item) && CanEnable(item), isOff) << each.status;
-    EXPECT_EQ(CanSwitchOff(item), each.enabled && !isOff) << each.status;
+    const bool isOnlyOff = isOff && each.starts == kStartsNo;
+    EXPECT_EQ(CanSwitchOff(item), each.enabled && !isOnlyOff) << each.status;
     EXPECT_EQ(ReasonSentences(item).empty(), each.reasons == 0) << each.status;
+    auto details = DetailsOf(item, item.command);
+    const auto count = [&](const wchar_t* name) {
+      return std::ranges::count(details, name, [](const auto& line) { return line.first; });
+    };
+    EXPECT_EQ(count(L"Perhaps"), each.starts == kStartsUnknown && each.reasons != 0) << each.status;
+    EXPECT_EQ(count(L"Because") != 0, each.starts != kStartsUnknown && each.reasons != 0) << each.status;
+    EXPECT_EQ(count(L"Note"), 0) << each.status;
+    item.location = sulRegistryUserRunOnce;
+    item.value = L"!alpha";
+    details = DetailsOf(item, item.command);
+    EXPECT_EQ(count(L"Note"), 1) << each.status;
   }
 }
 
