@@ -5,6 +5,7 @@
 #include "sysutil/command_line.h"
 #include "sysutil/network_roots.h"
 #include "sysutil/program_file.h"
+#include "sysutil/uFileUtils.h"
 
 #include <algorithm>
 #include <iterator>
@@ -172,22 +173,32 @@ std::wstring ServedByScriptHost(std::wstring_view arguments, int /*depth*/) {
   return ExistingFile(element);
 }
 
-// Properties and switches that make more than the package decide; with a patch alone there is no package.
-constexpr std::wstring_view kBesidesPackage[] = {L"TRANSFORMS=", L"PATCH=",  L"/t",
-                                                 L"-t",          L"/update", L"-update"};
+// Switches that say nothing about what runs.
+constexpr std::wstring_view kPlainInstaller[] = {
+    L"quiet", L"passive", L"norestart", L"promptrestart", L"forcerestart", L"q",   L"qn",   L"qb",
+    L"qr",    L"qf",      L"qn+",       L"qb+",           L"qb-",          L"qb!", L"qb!-", L"qb-!",
+};
+// Properties that make more than the package decide.
+constexpr std::wstring_view kBesidesPackage[] = {L"TRANSFORMS=", L"PATCH="};
 
-// The one package that is named.
+// The package to install; any switch that may name something else makes it unknown.
 std::wstring ServedByInstaller(std::wstring_view arguments, int /*depth*/) {
   std::wstring package;
   while (!arguments.empty()) {
     const std::wstring element = TakeElement(arguments);
     const auto begins = [&](std::wstring_view prefix) { return StartsText(prefix, element); };
-    if (std::ranges::any_of(kBesidesPackage, begins)) return {};
-    const bool isAttached = IsSwitch(element) && element.size() > 2 && (element[1] | 0x20) == L'i';
-    std::wstring file = ExistingFile(std::wstring_view(element).substr(isAttached ? 2 : 0));
-    if (file.empty()) continue;
-    if (!package.empty()) return {};
-    package = std::move(file);
+    const std::wstring_view name = std::wstring_view(element).substr(element.empty() ? 0 : 1);
+    if (!IsSwitch(element)) {
+      if (element.find(L'=') == std::wstring::npos || std::ranges::any_of(kBesidesPackage, begins)) return {};
+    } else if (SameText(name, L"i") || SameText(name, L"package")) {
+      if (!package.empty()) return {};
+      package = ExistingFile(TakeElement(arguments));
+      if (package.empty()) return {};
+    } else if (!IsAmong(kPlainInstaller, name)) {
+      const bool isAttached = package.empty() && (name.starts_with(L'i') || name.starts_with(L'I'));
+      package = isAttached ? ExistingFile(name.substr(1)) : std::wstring();
+      if (package.empty()) return {};
+    }
   }
   return package;
 }
@@ -230,13 +241,39 @@ const Interpreter* InterpreterOf(std::wstring_view program) noexcept {
   return found == std::end(kInterpreters) ? nullptr : found;
 }
 
+// Where Windows has its own; what bears such a name elsewhere does as it likes.
+constexpr std::wstring_view kSystemFolders[] = {L"", L"System32\\", L"SysWOW64\\", L"Sysnative\\"};
+constexpr std::wstring_view kPowerShellFolder = L"WindowsPowerShell\\v1.0\\";
+
+std::wstring_view FolderOf(std::wstring_view path) noexcept {
+  return path.substr(0, path.size() - FileNamePart(path).size());
+}
+
+bool IsOfSystem(std::wstring_view program) {
+  std::wstring_view folder = FolderOf(program);
+  const std::wstring below = WithoutTrailingBackslash(FileUtils::GetWin16SystemDir());
+  const std::wstring_view windows = FolderOf(below);
+  if (!StartsText(windows, folder)) {
+    // The newer PowerShell is installed as a program.
+    const auto isBelow = [folder](const std::wstring& programs) {
+      return StartsText(programs + L"PowerShell\\", folder) && folder.find(L"..") == std::wstring_view::npos;
+    };
+    return SameText(ShortNameOf(program), L"pwsh") &&
+           (isBelow(FileUtils::GetProgramFilesX86Dir()) || isBelow(FileUtils::GetProgramFilesNativeDir()));
+  }
+  folder.remove_prefix(windows.size());
+  if (EndsText(kPowerShellFolder, folder)) folder.remove_suffix(kPowerShellFolder.size());
+  return IsAmong(kSystemFolders, folder);
+}
+
 std::wstring FileThatRuns(std::wstring_view program, std::wstring_view arguments, int depth) {
   if (depth > kDeepest || program.empty()) return {};
   const ProgramFile file = FindProgramFile(SharedText(program));
   if (!file.exists) return {};
   const Interpreter* const interpreter = InterpreterOf(file.path);
   if (interpreter == nullptr || arguments.empty()) return std::wstring(file.path);
-  return interpreter->served == nullptr ? std::wstring() : interpreter->served(arguments, depth);
+  const bool isKnown = interpreter->served != nullptr && IsOfSystem(file.path);
+  return isKnown ? interpreter->served(arguments, depth) : std::wstring();
 }
 
 // What follows the program part in the command, wherever that had its quotes; none when it is not at the
@@ -290,7 +327,7 @@ StartedThrough WhatIsStarted(const SharedText& program, const SharedText& comman
   if (arguments && arguments->empty()) return {};
   StartedThrough started;
   started.program = program;
-  if (arguments && interpreter->served != nullptr)
+  if (arguments && interpreter->served != nullptr && IsOfSystem(program))
     started.file = SharedText(interpreter->served(*arguments, 0));
   return started;
 }

@@ -4,8 +4,9 @@
 //
 // What is told is what certainly runs, because people decide by it whether to trust the entry: where a
 // command chains several programs, holds code of its own, or passes something on in a way that is not known
-// here, no file is told. Any thread may call these; they touch disk and registry, without a lock, and raise
-// EAbort once the thread's reading pass was asked to end, what the services raise, and std::bad_alloc.
+// here, no file is told; nor where the program only bears the name of one of these and lies elsewhere. Any
+// thread may call these; they touch disk and registry, without a lock, and raise EAbort once the thread's
+// reading pass was asked to end, what the services raise, and std::bad_alloc.
 #pragma once
 
 #include "core/contracts/shared_text.h"

@@ -93,6 +93,7 @@ TEST_F(ItemRecordTest, WhatIsStartedThroughAnotherProgram) {
   const std::wstring bare = folder.Write(L"bare.bat", "x");
   const std::wstring q = L"\"" + script + L"\"";
   const std::wstring none;
+  const std::wstring impostor = folder.Write(L"rundll32.exe", "x");
   const std::pair<std::wstring, std::wstring> rows[] = {
       {L"rundll32 \"" + lib + L"\",Start " + script, lib},
       {L"rundll32.exe shell32.dll,Control_RunDLL " + q, script},
@@ -119,7 +120,13 @@ TEST_F(ItemRecordTest, WhatIsStartedThroughAnotherProgram) {
       {L"msiexec /i " + q + L" /qn", script},
       {L"msiexec /I" + q, script},
       {L"msiexec /i " + q + L" TRANSFORMS=" + lib, none},
+      {L"msiexec /yC:\\a.dll " + q, none},
+      {L"msiexec /i http://a/x.msi /l*v " + q, none},
+      {L"msiexec /i http://a/x.msi " + q, none},
+      {L"msiexec /i " + q + L" /p " + lib, none},
       {L"mshta " + q, none},
+      {impostor + L" \"" + lib + L"\",Start", none},
+      {L"cmd /c " + impostor + L" \"" + lib + L"\",Start", none},
   };
   for (const auto& [command, file] : rows) {
     const ItemDetails details = MakeItem(command)->State().details;
