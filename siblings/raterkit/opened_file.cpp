@@ -78,6 +78,13 @@ std::wstring FinalPathOf(HANDLE file) {
   return path;
 }
 
+// What a server or a medium that is carried about says of its files proves nothing.
+bool IsOnFixedDisk(const std::wstring& path) {
+  std::wstring volume(path.size() + MAX_PATH, L'\0');
+  return GetVolumePathNameW(path.c_str(), volume.data(), static_cast<DWORD>(volume.size())) != FALSE &&
+         GetDriveTypeW(volume.c_str()) == DRIVE_FIXED;
+}
+
 // 0 where the volume does not say.
 std::int64_t ChangeNumber(HANDLE file) noexcept {
   alignas(8) std::array<std::byte, sizeof(USN_RECORD) + MAX_PATH * sizeof(wchar_t)> record = {};
@@ -177,6 +184,7 @@ OpenedFile::OpenedFile(std::wstring_view path) {
   if (GetFileType(file_.Get()) != FILE_TYPE_DISK) RaiseOSError(ERROR_INVALID_NAME);
   key_ = KeyOf(file_.Get(), native);
   if (std::wstring real = FinalPathOf(file_.Get()); !real.empty()) native = std::move(real);
+  if (key_.change != 0 && !IsOnFixedDisk(native)) key_.change = 0;
   pathHere_ = isRedirected ? WithFolder(native, kSystem32, kSysnative) : native;
 }
 

@@ -190,13 +190,28 @@ class Catalogues {
   Catalogues(const Catalogues&) = delete;
   Catalogues& operator=(const Catalogues&) = delete;
 
+  // By the first of the catalogues with the file that is valid; else what is said of the first.
   SystemAnswer Verify(HANDLE file, const std::wstring& path) {
+    SystemAnswer answer;
+    answer.code = TRUST_E_NOSIGNATURE;
+    std::vector<BYTE> hash = HashOf(file);
+    while (!hash.empty()) {
+      catalogue_ = system_.enumerate(admin_, hash.data(), static_cast<DWORD>(hash.size()), 0, &catalogue_);
+      if (catalogue_ == nullptr) break;
+      SystemAnswer next = VerifyBy(catalogue_, hash, file, path);
+      const bool isValid = next.code == 0;
+      if (isValid || IsUnsigned(answer.code)) answer = std::move(next);
+      if (isValid) break;
+    }
+    return answer;
+  }
+
+ private:
+  SystemAnswer VerifyBy(HCATINFO catalogue, std::vector<BYTE>& hash, HANDLE file,
+                        const std::wstring& path) const {
     CATALOG_INFO described = {};
     described.cbStruct = sizeof(described);
-    std::vector<BYTE> hash = HashOf(file);
-    if (!hash.empty())
-      catalogue_ = system_.enumerate(admin_, hash.data(), static_cast<DWORD>(hash.size()), 0, nullptr);
-    if (catalogue_ == nullptr || system_.describe(catalogue_, &described, 0) == FALSE) {
+    if (system_.describe(catalogue, &described, 0) == FALSE) {
       SystemAnswer none;
       none.code = TRUST_E_NOSIGNATURE;
       return none;
@@ -221,8 +236,6 @@ class Catalogues {
     question.pCatalog = &member.info;
     return Ask(system_, question);
   }
-
- private:
   std::vector<BYTE> HashOf(HANDLE file) const {
     const auto read = [&](DWORD& bytes, BYTE* hash) {
       SetFilePointer(file, 0, nullptr, FILE_BEGIN);

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <wincrypt.h>
+#include <winioctl.h>
 
 #include <atomic>
 #include <future>
@@ -79,6 +80,16 @@ DWORD WINAPI SlowAttributes(const wchar_t* /*path*/) {
 }
 BOOL WINAPI NoTimes(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) {
   return FALSE;
+}
+
+BOOL WINAPI SomeChange(HANDLE, DWORD, void*, DWORD, void* record, DWORD, DWORD* bytes, OVERLAPPED*) {
+  static_cast<USN_RECORD*>(record)->Usn = 7;
+  *bytes = sizeof(USN_RECORD);
+  return TRUE;
+}
+UINT s_driveType = DRIVE_FIXED;
+UINT WINAPI DriveType(const wchar_t* /*root*/) {
+  return s_driveType;
 }
 
 class TrustStoreTest : public testing::Test {
@@ -191,6 +202,16 @@ TEST_F(TrustStoreTest, ASwappedFileIsVerifiedAgain) {
   ASSERT_TRUE(MoveFileW(file.c_str(), folder_.File(L"a.ps1").c_str()));
   EXPECT_EQ(store->Verify(folder_.File(L"a.ps1")).state, kSignatureBroken);
   EXPECT_EQ(StandIn::s_asked, asked + 2);
+}
+
+TEST_F(TrustStoreTest, WhatAVolumeSaysOfItsFilesCountsOnDisksOfThisMachineOnly) {
+  const std::wstring file = folder_.Write(L"a.exe", "0");
+  const ImportPatch change("DeviceIoControl", SomeChange);
+  const ImportPatch type("GetDriveTypeW", DriveType);
+  for (const UINT drive : {UINT{DRIVE_FIXED}, UINT{DRIVE_REMOVABLE}, UINT{DRIVE_REMOTE}}) {
+    s_driveType = drive;
+    EXPECT_EQ(OpenedFile(file).Key().change, drive == DRIVE_FIXED ? 7 : 0) << drive;
+  }
 }
 
 TEST_F(TrustStoreTest, TheFileOnDiskSavesWorkAndMakesNothingVerified) {
