@@ -109,7 +109,16 @@ Told ExtensionRules::IsApproved(const GUID& identifier, LoaderView view) const n
 }
 
 Told ExtensionRules::IsSwitchedOff(const GUID& identifier) const noexcept {
-  return IsIn(switchedOff_, identifier);
+  const Told isOff = IsIn(switchedOff_, identifier);
+  // Nothing tells that a policy takes back what the user had chosen before.
+  return isOff == Told::kYes && IsAllowed(identifier) ? Told::kUntold : isOff;
+}
+
+bool ExtensionRules::IsAllowed(const GUID& identifier) const noexcept {
+  for (const AddOnPolicy* policy : {&machinePolicy_, &userPolicy_}) {
+    if (const NamedClass* const found = Find(policy->classes, identifier)) return found->isFixed;
+  }
+  return false;
 }
 
 // What the machine says of the class decides, else what the user does.
@@ -156,7 +165,8 @@ ExtensionRules::AddOnPolicy ExtensionRules::ReadPolicy(HKEY root) {
       RegistryValueReader values(listed);
       while (values.Next()) {
         const std::optional<GUID> identifier = ClassIn(values.Name());
-        if (identifier) list.classes.push_back({*identifier, IsDenial(values.Text())});
+        const std::wstring_view text = values.Text();
+        if (identifier) list.classes.push_back({*identifier, IsDenial(text), text == L"1"});
       }
     });
   });

@@ -36,6 +36,8 @@ class ExtensionRules {
   struct NamedClass {
     GUID identifier;
     Told told;
+    // The user's choice does not count.
+    bool isFixed = false;
   };
   // Sorted by class.
   struct ClassList {
@@ -52,6 +54,7 @@ class ExtensionRules {
     Told isListOnly = Told::kNo;
   };
 
+  bool IsAllowed(const GUID& identifier) const noexcept;
   static const NamedClass* Find(const ClassList& list, const GUID& identifier) noexcept;
   static Told IsIn(const ClassList& list, const GUID& identifier) noexcept;
   static Told IsIn(const ViewedList& list, const GUID& identifier, LoaderView view) noexcept;
