@@ -143,6 +143,10 @@ const FoundSwitch* Telling(const std::vector<FoundSwitch>& switches) {
   return telling;
 }
 
+[[noreturn]] void RefuseUnknownForm() {
+  throw EChangeRefused(ERROR_NOT_SUPPORTED, L"The form of the entry's switch in Windows is not known.");
+}
+
 // Enabled or disabled it has the same switch.
 bool IsSameOwner(const SwitchOwner& a, const SwitchOwner& b) {
   const SharedValueAddress& from = a.entry.address;
@@ -182,6 +186,8 @@ std::unique_ptr<SwitchSteps> PlanCarriedSwitch(const WindowsRelease& release, co
     step.before = one.kept;
     if (telling != nullptr) step.after = DataOf(telling->kept);
     if (DataOf(one.kept) == step.after) continue;
+    // What nobody knows may be lost only where an undo has it.
+    if (!recorded && one.IsOff() == Told::kUntold) RefuseUnknownForm();
     isOff == Told::kNo ? steps->AtArrive(std::move(step)) : steps->AtPrepare(std::move(step));
   }
   for (FoundSwitch& one : old) {
@@ -209,9 +215,7 @@ std::unique_ptr<SwitchSteps> PlanSetSwitch(const WindowsRelease& release, const 
     step.address = one.address;
     step.before = one.kept;
     step.after = WithSwitch(DataOf(one.kept), off, time);
-    if (!step.after) {
-      throw EChangeRefused(ERROR_NOT_SUPPORTED, L"The form of the entry's switch in Windows is not known.");
-    }
+    if (!step.after) RefuseUnknownForm();
     steps->AtPrepare(std::move(step));
   }
   if (steps->IsEmpty()) return nullptr;

@@ -282,7 +282,8 @@ ChangeAnswer TLocationStartup::SetItemSwitchedOff(const ItemRef& item, bool off)
   return RunChange(
       off ? ChangeKind::kDisabling : ChangeKind::kEnabling, item,
       [&](const std::wstring& name) { LogFormat(off ? kSwitchOffLine : kSwitchOnLine, name, MemberName()); },
-      [&](EntrySource& source, const ItemState&, ChangeCheckpoint& checkpoint) {
+      [&](EntrySource& source, const ItemState& listed, ChangeCheckpoint& checkpoint) {
+        RequireAsListed(item, listed, source);
         const SwitchOwner owner{LocationType(), source.Found(), source.HasTwin()};
         EffectiveStates* const states = TheEffectiveStates();
         SMH_ASSERT(kUnit, states != nullptr);

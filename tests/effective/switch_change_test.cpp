@@ -127,6 +127,13 @@ TEST_P(SwitchChange, WhatIsAddedIsOnAndWhatIsDeletedLeavesNoSwitch) {
     const std::wstring name = IsFolder(place) ? L"New.lnk" : L"New";
     for (const RawValue& left : {kOff, Sz(L"odd")}) {
       SetValue(place.root, kSwitches + place.list, name, left, OwnView());
+      if (!GetParam() && left != kOff) {
+        ExpectRefusal(ERROR_NOT_SUPPORTED, L"The form of the entry's switch in Windows is not known.",
+                      [&] { At(place.location).AddItem(L"New", kProgram); });
+        EXPECT_EQ(GetValue(place.root, kSwitches + place.list, name, OwnView()), left);
+        DeleteKeyTree(place.root, kSwitches + place.list, OwnView());
+        continue;
+      }
       const int position = At(place.location).AddItem(L"New", kProgram).position;
       ASSERT_GE(position, 0);
       EXPECT_EQ(AllSwitches(), std::vector<std::wstring>());
@@ -218,6 +225,11 @@ TEST_P(SwitchChange, DisablingLeavesTheSwitchUnlessTheNameBecomesAnother) {
 TEST_P(SwitchChange, WhatAnotherProgramSwitchesMeanwhileIsRefused) {
   const Place run = Places()[2];
   const ItemRef item = Put(run, L"Foo");
+  SetValue(kOwn, kRunKey, L"Foo", Sz(L"C:\\theirs.exe"));
+  ExpectChangedMeanwhile([&] { At(run.location).SetItemSwitchedOff(item, true); });
+  EXPECT_EQ(SwitchOf(run, L"Foo"), std::nullopt);
+  SetValue(kOwn, kRunKey, L"Foo", Sz(kProgram));
+  At(run.location).ReadItems();
   const Place folder = Places()[0];
   const auto change = [&](bool moves) {
     moves ? At(run.location).MoveItem(item, folder.location)
