@@ -4,6 +4,7 @@
 #include "hosts/common/file_trust.h"
 #include "hosts/common/operations.h"
 #include "infra/runtime/handle.h"
+#include "infra/runtime/scoped_com.h"
 
 #include <windows.h>
 
@@ -35,6 +36,8 @@ struct Work {
 };
 
 DWORD WINAPI RunWork(void* work) {
+  // What reads the signatures of scripts uses it.
+  const ScopedCom com(COINIT_MULTITHREADED);
   static_cast<Work*>(work)->Run();
   return 0;
 }
