@@ -45,7 +45,10 @@ std::wstring ReasonsText(const ItemRecord& item) {
   for (const ReasonWords& row : kReasons) {
     if ((item.reasons & row.flag) == 0) continue;
     if (!text.empty()) text += L", ";
-    if (item.starts == kStartsUnknown && row.flag != kReasonUnreachable) text += L"perhaps ";
+    // A switch that can be set is one that can be read.
+    const bool isCertain =
+        row.flag == kReasonUnreachable || (row.flag == kReasonSwitchedOff && item.canSwitch);
+    if (item.starts == kStartsUnknown && !isCertain) text += L"perhaps ";
     text += row.flag == kReasonMissing && item.command.empty() ? L"it has no command" : row.words;
   }
   return text;

@@ -50,6 +50,8 @@ bool IsInFolder(std::int32_t location) noexcept {
 bool IsOwner(const ItemRecord& item, const ListRow& row, const std::wstring& name) {
   if (item.location != row.location) return false;
   if (IsInFolder(row.location)) return SameText(FileNamePart(item.name), name);
+  // Without a second view nobody reads the list of the 32-bit one.
+  if (row.view == 32 && !WinVersionInfo::IsWow64()) return false;
   const bool isView = row.view == 0 || !WinVersionInfo::IsWow64() || item.view == row.view ||
                       (row.view == 32 && item.twin != kTwinNone);
   return isView && item.value && SameText(*item.value, name);
@@ -117,9 +119,19 @@ bool HasEntryNow(const SwitchRecord& record) {
     place.name = WithTrailingBackslash(LocationPlace(row)) + record.name;
     return EntryPlaces().LookAt(place) != Standing::kNothing;
   }
+  const bool isOf32 = record.list == std::wstring_view(L"Run32");
+  if (isOf32 && !WinVersionInfo::IsWow64()) return false;
   place = PlaceOfNewValue(record.location, record.name);
-  if (record.list == L"Run32") place.view = 32;
-  return EntryPlaces().LookAt(place) != Standing::kNothing;
+  if (isOf32) place.view = 32;
+  EntryPlaces places;
+  if (places.LookAt(place) != Standing::kNothing) return true;
+  // What is disabled keeps its switch.
+  const std::wstring key = place.key;
+  const auto& sides = FamilyOf(LocationRowOf(record.location)).sideSuffixes;
+  return std::ranges::any_of(sides, [&](std::wstring_view side) {
+    place.key = key + std::wstring(side);
+    return places.LookAt(place) != Standing::kNothing;
+  });
 }
 
 // Asked as a part of the last look.

@@ -156,6 +156,11 @@ TEST_F(SwitchingTest, SwitchesAreShownWithTheirEntryAndOrphansTakenAway) {
   };
   using Texts = std::vector<std::string>;
   EXPECT_EQ(orphans(), (Texts{"ctl left", "ctl odd"})) << "what is disabled keeps its switch";
+  // Nobody reads the list of a view that there is not.
+  SetRun(HKEY_LOCAL_MACHINE, L"ctl machine", Command(L"machine"));
+  SetValue(HKEY_LOCAL_MACHINE, kSwitches + L"\\Run32", L"ctl machine", kOff, OwnView());
+  EXPECT_EQ(orphans().size(), HasTwoViews() ? 2u : 3u);
+  RemoveValue(HKEY_LOCAL_MACHINE, kSwitches + L"\\Run32", L"ctl machine", OwnView());
   const JsonSchema schema(Json::parse(ReadFileBytes(ThisFolder() + L"startupctl.schema.json")));
   EXPECT_EQ(schema.FaultIn(Json::parse(Run({L"switches", L"--json"}).output), "switches"), "");
   EXPECT_EQ(Run({L"switches", L"--prune", L"--dry-run", L"--csv", L"--columns", L"list,name"}).output,
@@ -183,6 +188,9 @@ TEST_F(SwitchingTest, ASwitchThatGotItsEntryMeanwhileStays) {
   for (const bool recorded : {true, false}) {
     EXPECT_FALSE(pruned(recorded, [&] { SetRun(HKEY_CURRENT_USER, L"ctl left", Command(L"left")); }));
     RemoveValue(HKEY_CURRENT_USER, kRunKey, L"ctl left");
+    EXPECT_FALSE(
+        pruned(recorded, [&] { SetValue(HKEY_CURRENT_USER, kRunSide, L"ctl left", Sz(Command(L"left"))); }));
+    RemoveValue(HKEY_CURRENT_USER, kRunSide, L"ctl left");
     EXPECT_FALSE(pruned(recorded, [] {
       SetValue(HKEY_CURRENT_USER, kRunSwitches, L"ctl left", Binary("theirs 12345"), OwnView());
     }));

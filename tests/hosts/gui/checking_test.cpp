@@ -96,7 +96,7 @@ TEST(CheckingTest, AThousandFilesAreVerifiedWhileTheListAnswers) {
         late.Time([&] { queue.RunAll(); });
         if (rows.UncheckedCount() == 0) return true;
         if (!std::exchange(isChecking, true)) {
-          std::vector<ItemRecord> items = rows.Unchecked(0, 30, kEntries / 20);
+          std::vector<ItemRecord> items = rows.Unchecked(0, 30, kEntries / 10);
           late.Time([&] { checker.Check(std::move(items), take); });
         }
         for (int i = 0; i < kStepsAtOnce; ++i, next = (next + 1) % static_cast<std::int32_t>(kEntries))
