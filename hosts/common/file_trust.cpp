@@ -28,18 +28,21 @@ const std::wstring& RunningFile(const ItemRecord& item) noexcept {
 
 FileTrust::FileTrust()
     : raterkit_(LoadFromOwnFolder(IFileTrust::kLibrary)),
+      basekit_(LoadFromOwnFolder(IHelper::kLibrary)),
       trust_(AskService<IFileTrust>(raterkit_.Get())),
-      rater_(AskService<IFileRater>(raterkit_.Get())) {}
+      rater_(AskService<IFileRater>(raterkit_.Get())),
+      helper_(AskService<IHelper>(basekit_.Get())) {}
+
+std::int32_t FileTrust::RatingOf(const std::wstring& name, const std::wstring& company) const {
+  const std::int32_t rating = company.empty() ? kRatingUnknown : rater_.RateCompany(company.c_str());
+  return rating == kRatingUnknown ? rater_.RateFile(name.c_str()) : rating;
+}
 
 EntryTrust FileTrust::Verify(const ItemRecord& item) const {
   EntryTrust trust;
   trust.file = RunningFile(item);
-  // The rating is the described file's: of another one it says nothing, unless that it is risky.
   const bool isDescribed = SameText(trust.file, item.describedFile);
   const std::wstring name(FileNamePart(trust.file));
-  std::int32_t rating = item.rating;
-  if (!isDescribed && rating != kRatingRisky)
-    rating = trust.file.empty() ? kRatingUnknown : rater_.RateFile(name.c_str());
   const bool isAsked = !trust.file.empty() && !(isDescribed && item.reachability == kFileUnreachable);
   Answer answer;
   if (isAsked) trust_.Verify(trust.file.c_str(), &answer);
@@ -48,9 +51,20 @@ EntryTrust FileTrust::Verify(const ItemRecord& item) const {
   trust.commonName = BoundaryTextView(answer.commonName);
   trust.sha256 = BoundaryTextView(answer.sha256);
   trust.signingTime = answer.signingTime;
-  const std::wstring signer = TakeText([&](BoundaryText* text) {
-    return trust_.GetTrustedSigner(isDescribed ? item.company.c_str() : L"", name.c_str(), text);
-  });
+  // Nobody waits twice for a place that does not answer.
+  std::wstring company;
+  if (isDescribed) company = item.company;
+  if (!isDescribed && answer.state != kSignatureUnreadable) {
+    company = TakeText([&](BoundaryText* text) {
+      return helper_.GetVersionString(trust.file.c_str(), L"CompanyName", text);
+    });
+  }
+  // The rating is the described file's: of another one it says nothing, unless that it is risky.
+  std::int32_t rating = item.rating;
+  if (!isDescribed && rating != kRatingRisky)
+    rating = trust.file.empty() ? kRatingUnknown : RatingOf(name, company);
+  const std::wstring signer = TakeText(
+      [&](BoundaryText* text) { return trust_.GetTrustedSigner(company.c_str(), name.c_str(), text); });
   trust.word = TrustWordOf(rating, trust.signature, trust.organisation, signer);
   return trust;
 }

@@ -2,6 +2,7 @@
 // called for it.
 #pragma once
 
+#include "core/contracts/intf_general.h"
 #include "hosts/common/entry_trust.h"
 #include "hosts/common/item_record.h"
 #include "infra/runtime/handle.h"
@@ -14,10 +15,10 @@ namespace smh {
 // entry's facts are of. Empty when that cannot be told.
 const std::wstring& RunningFile(const ItemRecord& item) noexcept;
 
-// raterkit.dll, for as long as the object lives. Any thread may ask, several at once.
+// raterkit.dll and basekit.dll, for as long as the object lives. Any thread may ask, several at once.
 class FileTrust {
  public:
-  // Loads it from this program's folder. Raises HostError.
+  // Loads them from this program's folder. Raises HostError.
   FileTrust();
 
   // Reads the whole file and asks the system, which may take a second, and two for a place on the network
@@ -26,9 +27,13 @@ class FileTrust {
   EntryTrust Verify(const ItemRecord& item) const;
 
  private:
+  std::int32_t RatingOf(const std::wstring& name, const std::wstring& company) const;
+
   ScopedModule raterkit_;
+  ScopedModule basekit_;
   IFileTrust& trust_;
   IFileRater& rater_;
+  IHelper& helper_;
 };
 
 }  // namespace smh

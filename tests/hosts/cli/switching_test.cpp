@@ -248,11 +248,12 @@ TEST_F(SwitchingTest, VerifiedListTellsTheClaimedAndTheBroken) {
   const std::wstring samples = ThisFolder() + L"..\\samples\\drive_c\\";
   SetRun(HKEY_CURRENT_USER, L"ctl claims", L"\"" + samples + L"Samples\\Temp\\officesync.exe\"");
   SetRun(HKEY_CURRENT_USER, L"ctl broken", L"\"" + samples + L"Program Files\\Fernhill\\fernupdate.exe\"");
+  SetRun(HKEY_CURRENT_USER, L"ctl through", L"cmd /c \"" + samples + L"Samples\\Temp\\officesync.exe\"");
   EXPECT_TRUE(Find("ctl claims").at(0)["trust"].is_null()) << "only on request";
   const Json list = Json::parse(Run({L"list", L"--verify", L"--json", L"ctl *"}).output);
   for (const Json& item : list) {
-    if (item["caption"] == "ctl claims") {
-      EXPECT_EQ(item["rating"], "trusted");
+    if (item["caption"] == "ctl claims" || item["caption"] == "ctl through") {
+      EXPECT_EQ(item["rating"] == "trusted", item["caption"] == "ctl claims") << "the rating is of cmd";
       EXPECT_EQ(item["trust"], "claimed");
       EXPECT_EQ(item["signature"], "none");
     }
