@@ -89,11 +89,14 @@ std::optional<std::wstring_view> CommandOfProcessor(std::wstring_view arguments)
   return std::nullopt;
 }
 
-// As the command processor does: the quotes around the whole go, unless they are those of the program's name.
-std::wstring WithoutOuterQuotes(std::wstring_view command) {
+// As the command processor does: the quotes around the whole go, unless they are those of the program's name,
+// which has no unit of its own meaning.
+std::wstring WithoutOuterQuotes(std::wstring_view command, bool always) {
   if (!command.starts_with(L'"')) return std::wstring(command);
-  const bool isName = std::ranges::count(command, L'"') == 2 &&
-                      !ExistingFile(command.substr(1, command.rfind(L'"') - 1)).empty();
+  const std::wstring_view quoted = command.substr(1, command.rfind(L'"') - 1);
+  const bool isName = !always && std::ranges::count(command, L'"') == 2 &&
+                      quoted.find_first_of(L"&<>()@^|") == std::wstring_view::npos &&
+                      !ExistingFile(quoted).empty();
   std::wstring stripped(command);
   if (isName) return stripped;
   if (const std::size_t last = stripped.rfind(L'"'); last > 0) stripped.erase(last, 1);
@@ -117,7 +120,10 @@ constexpr std::wstring_view kStartSwitches[] = {
 std::wstring ServedByProcessor(std::wstring_view arguments, int depth) {
   const std::optional<std::wstring_view> behind = CommandOfProcessor(arguments);
   if (!behind) return {};
-  const std::wstring command = WithoutOuterQuotes(TrimmedPart(*behind));
+  const std::wstring_view switches = arguments.substr(0, arguments.size() - behind->size());
+  const bool always =
+      switches.find(L"/s") != std::wstring_view::npos || switches.find(L"/S") != std::wstring_view::npos;
+  const std::wstring command = WithoutOuterQuotes(TrimmedPart(*behind), always);
   if (HasOperators(command)) return {};
   std::wstring_view rest = command;
   if (rest.starts_with(L'@')) rest.remove_prefix(1);

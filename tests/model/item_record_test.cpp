@@ -93,6 +93,7 @@ TEST_F(ItemRecordTest, WhatIsStartedThroughAnotherProgram) {
   const std::wstring bare = folder.Write(L"bare.bat", "x");
   const std::wstring q = L"\"" + script + L"\"";
   const std::wstring none;
+  const std::wstring joined = folder.Write(L"a&b.cmd", "x");
   const std::wstring impostor = folder.Write(L"rundll32.exe", "x");
   const std::pair<std::wstring, std::wstring> rows[] = {
       {L"rundll32 \"" + lib + L"\",Start " + script, lib},
@@ -108,6 +109,8 @@ TEST_F(ItemRecordTest, WhatIsStartedThroughAnotherProgram) {
       {L"cmd /c cmd /r " + q, script},
       {L"cmd /c " + q + L" & " + lib, none},
       {L"cmd /c echo " + q, none},
+      {L"cmd /c \"" + joined + L"\"", none},
+      {L"cmd /s /c " + q, none},
       {L"cmd " + q, none},
       {L"powershell -NoProfile -ExecutionPolicy Bypass -File " + q + L" -x", script},
       {L"powershell -w hidden -f " + q, script},
