@@ -25,9 +25,10 @@ constexpr std::uint64_t kDay = std::uint64_t{24} * 60 * 60 * 10'000'000;
 constexpr std::string_view kVersion = "1";
 constexpr char kBetween = '\t';
 
-// What the certificates of this machine may make another state is asked for anew.
+// Nothing that would take an alarm away, or that certificates and catalogues of this machine may make
+// another state.
 bool IsKept(std::uint64_t state) noexcept {
-  return state == kSignatureNone || state == kSignatureBroken || state == kSignatureExpired;
+  return state == kSignatureBroken;
 }
 
 std::uint64_t Now() noexcept {

@@ -1,9 +1,9 @@
 // The signatures that earlier processes found, in a text file of the product's data folder.
 //
-// A line is about contents, by their SHA-256, never about a name. It says what no one gains from forging:
-// kSignatureValid and kSignatureCatalogue are neither written nor believed, and whoever could forge a line
-// that says kSignatureNone could as well take the signature off his file. Every line has a sum of its own and
-// begins behind a line end, so that a damaged or half-written one spoils no other. It is believed for a day.
+// A line is about contents, by their SHA-256, never about a name. It says what no one gains from forging, and
+// what nothing that is installed later changes: only kSignatureBroken is written and believed. Every line has
+// a sum of its own and begins behind a line end, so that a damaged or half-written one spoils no other. It is
+// believed for a day.
 //
 // Any thread and any process; lines are appended whole. A file of a megabyte is begun anew. What cannot be
 // read or written is as if there were none: nothing raises but std::bad_alloc.

@@ -55,6 +55,8 @@ TrustedFile TrustStore::VerifyReachable(std::wstring_view path) {
   TrustedFile result;
   const std::optional<Signature> earlier = file_.Find(hash, file.Key().extension);
   static_cast<Signature&>(result) = earlier ? *earlier : Ask(file);
+  // Nobody opens it to write meanwhile, but one who has mapped it before needs not.
+  if (!earlier && file.Hash() != hash) return Unreadable(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
   result.hash = hash;
   if (!Lasts(result.state)) return result;
   if (!earlier) file_.Add(hash, file.Key().extension, result);

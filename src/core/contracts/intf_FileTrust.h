@@ -15,8 +15,8 @@
 // What is known is kept, so that a second question is cheap: in memory for ten minutes, by volume, file
 // number, size, times and the number of the volume's last change of it; where a volume counts no changes the
 // file is read again and its hash compared. On disk, in "signatures.txt" of the data folder, for a day by the
-// SHA-256 just taken, and only that a file is not signed, broken or expired: nobody makes a file verified by
-// writing there, and to have it called unsigned he could as well take the signature off.
+// SHA-256 just taken, and only that a file is broken: nobody makes a file verified, or takes an alarm away,
+// by writing there.
 #pragma once
 
 #include "core/contracts/boundary_string.h"
