@@ -14,7 +14,7 @@ namespace {
 
 constexpr EntryColumn kColumns[] = {
     {L"Name", 155, CaptionText},
-    {L"Status", 215, StatusText},
+    {L"Status", 232, StatusText},
     {L"Company", 125, [](const ItemRecord& item) { return Printable(item.company); }},
     {L"Trust", 120, TrustText},
     {L"Command", 205, [](const ItemRecord& item) { return Printable(item.command); }},

@@ -173,6 +173,13 @@ std::wstring GuiProgram::Cell(int list, int row, int column) const {
   return buffer.Text(kTextOffset, kTextUnits);
 }
 
+int GuiProgram::TextWidth(int list, const std::wstring& text) const {
+  const RemoteBuffer buffer(process_.Handle(), kBufferSize);
+  buffer.Write(0, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+  return static_cast<int>(
+      SendMessageW(Control(list), LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(buffer.Address())));
+}
+
 std::vector<std::wstring> GuiProgram::Column(int list, int column) const {
   std::vector<std::wstring> cells;
   for (int row = 0; row < Count(list); ++row) cells.push_back(Cell(list, row, column));

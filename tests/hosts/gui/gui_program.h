@@ -57,6 +57,8 @@ class GuiProgram {
   // Lists by control.
   int Count(int list) const;
   std::wstring Cell(int list, int row, int column) const;
+  // In pixels, as the list writes it.
+  int TextWidth(int list, const std::wstring& text) const;
   std::vector<std::wstring> Column(int list, int column) const;
   // The row whose first column is that text; -1.
   int RowOf(int list, const std::wstring& text) const;

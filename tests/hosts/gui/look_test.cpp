@@ -54,10 +54,8 @@ TEST(LookTest, ShowsTheSampleMachine) {
   EXPECT_TRUE(WaitUntil([&] { return Detail(gui, L"SHA-256").size() == 64; }));
   const std::wstring switchedOff = L"On, but switched off in Task Manager";
   EXPECT_EQ(cell(L"Card Watch", 1), switchedOff);
-  const HWND entries = gui.Control(IDC_ENTRIES);
-  EXPECT_GT(
-      SendMessageW(entries, LVM_GETCOLUMNWIDTH, 1, 0),
-      SendMessageW(entries, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(switchedOff.c_str())) + 12);
+  EXPECT_GT(SendMessageW(gui.Control(IDC_ENTRIES), LVM_GETCOLUMNWIDTH, 1, 0),
+            gui.TextWidth(IDC_ENTRIES, switchedOff) + 12);
   EXPECT_TRUE(WaitUntil([&] { return !gui.Status(0).starts_with(L"Checking"); }, 60'000));
   const int shownBefore = gui.Count(IDC_ENTRIES);
   gui.Command(CMD_HIDE_VERIFIED);
