@@ -85,7 +85,7 @@ std::wstring CompareAtTheEnd(const Library& library, std::span<EntryChange> chan
   if (std::ranges::none_of(changes, isDone)) return {};
   try {
     ReadForChanges(library, false);
-    for (const EntryChange* const change : CompareOutcomes(changes, TakeSnapshot(library))) {
+    for (const EntryChange* const change : CompareOutcomes(changes, ReadStands(library))) {
       Tell(*change, changes.size() == 1);
     }
   } catch (const HostError& error) {

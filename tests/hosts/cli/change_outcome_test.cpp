@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace smh::test {
 
 namespace {
@@ -24,7 +27,9 @@ TEST(CompareOutcomes, FindsWhatIsNotAsItWasMade) {
     change.verb = Verb::kDisable;
     change.before = before;
     change.outcome = Outcome{.now = moved};
-    EXPECT_EQ(CompareOutcomes({&change, 1}, list).empty(), isGood);
+    std::vector<EntryStand> stands;
+    std::ranges::transform(list, std::back_inserter(stands), StandOf);
+    EXPECT_EQ(CompareOutcomes({&change, 1}, stands).empty(), isGood);
     EXPECT_EQ(change.outcome->IsGood(), isGood);
   }
 }
