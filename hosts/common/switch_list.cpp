@@ -2,6 +2,7 @@
 
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/location_table.h"
+#include "core/contracts/startup_approved.h"
 #include "hosts/common/entry_place.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/iso_time.h"
@@ -20,11 +21,6 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kApproved[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\";
-// A flag word, whose low bit says "off", and a FILETIME.
-constexpr std::size_t kTimeAt = 4;
-constexpr std::size_t kLeastBytes = kTimeAt + sizeof(FILETIME);
-
 struct ListRow {
   HKEY root;
   const wchar_t* list;
@@ -32,12 +28,16 @@ struct ListRow {
   std::int32_t view;  // of its entries; 0 for any
 };
 const ListRow kLists[] = {
-    {HKEY_CURRENT_USER, L"Run", sulRegistryUserRun, 0},
-    {HKEY_LOCAL_MACHINE, L"Run", sulRegistryCommonRun, 64},
-    {HKEY_LOCAL_MACHINE, L"Run32", sulRegistryCommonRun, 32},
-    {HKEY_CURRENT_USER, L"StartupFolder", sulFolderUser, 0},
-    {HKEY_LOCAL_MACHINE, L"StartupFolder", sulFolderCommon, 0},
+    {HKEY_CURRENT_USER, kApprovedRun, sulRegistryUserRun, 0},
+    {HKEY_LOCAL_MACHINE, kApprovedRun, sulRegistryCommonRun, 64},
+    {HKEY_LOCAL_MACHINE, kApprovedRun32, sulRegistryCommonRun, 32},
+    {HKEY_CURRENT_USER, kApprovedFolder, sulFolderUser, 0},
+    {HKEY_LOCAL_MACHINE, kApprovedFolder, sulFolderCommon, 0},
 };
+
+std::wstring ListPath(std::wstring_view list) {
+  return std::wstring(kApprovedKey).append(L"\\").append(list);
+}
 
 REGSAM SystemView() {
   return WinVersionInfo::IsWow64() ? KEY_WOW64_64KEY : 0;
@@ -58,7 +58,7 @@ bool IsOwner(const ItemRecord& item, const ListRow& row, const std::wstring& nam
 }
 
 void ReadList(const ListRow& row, std::span<const ItemRecord> items, std::vector<SwitchRecord>& records) {
-  const std::wstring path = std::wstring(kApproved).append(row.list);
+  const std::wstring path = ListPath(row.list);
   const ScopedKey key = OpenRegistryKey(row.root, path, KEY_READ | SystemView());
   if (!key) {
     const DWORD error = GetLastError();
@@ -75,9 +75,9 @@ void ReadList(const ListRow& row, std::span<const ItemRecord> items, std::vector
     record.data.type = values.Type();
     record.data.bytes.assign(values.Data().begin(), values.Data().end());
     const std::vector<std::byte>& bytes = record.data.bytes;
-    if (record.data.type == REG_BINARY && bytes.size() >= kLeastBytes) {
-      record.off = (bytes.front() & std::byte{1}) != std::byte{0};
-      if (*record.off) std::memcpy(&record.since, &bytes[kTimeAt], sizeof(record.since));
+    if (record.data.type == REG_BINARY && bytes.size() >= kLeastSwitchBytes) {
+      record.off = (bytes.front() & kSwitchOffBit) != std::byte{0};
+      if (*record.off) std::memcpy(&record.since, &bytes[kSwitchTimeAt], sizeof(record.since));
     }
     const auto owner =
         std::ranges::find_if(items, [&](const ItemRecord& item) { return IsOwner(item, row, record.name); });
@@ -119,7 +119,7 @@ bool HasEntryNow(const SwitchRecord& record) {
     place.name = WithTrailingBackslash(LocationPlace(row)) + record.name;
     return EntryPlaces().LookAt(place) != Standing::kNothing;
   }
-  const bool isOf32 = record.list == std::wstring_view(L"Run32");
+  const bool isOf32 = record.list == std::wstring_view(kApprovedRun32);
   if (isOf32 && !WinVersionInfo::IsWow64()) return false;
   place = PlaceOfNewValue(record.location, record.name);
   if (isOf32) place.view = 32;
@@ -188,7 +188,7 @@ std::wstring Describe(const SwitchRecord& record) {
 
 std::wstring DeleteSwitch(const SwitchRecord& record, bool recorded) {
   if (HoldsNul(record.name)) return L"its name holds a NUL.";
-  const std::wstring path = std::wstring(kApproved).append(record.list);
+  const std::wstring path = ListPath(record.list);
   const ScopedKey key =
       OpenRegistryKey(record.root, path, KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_READ | SystemView());
   if (!key) return SystemErrorText(HRESULT_FROM_WIN32(GetLastError()));

@@ -2,6 +2,7 @@
 
 #include "core/contracts/disabled_places.h"
 #include "core/contracts/location_table.h"
+#include "core/contracts/startup_approved.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/ascii_text.h"
 #include "infra/runtime/text.h"
@@ -16,10 +17,6 @@
 namespace smh {
 
 namespace {
-
-constexpr std::wstring_view kApprovedStartup =
-    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\";
-constexpr std::wstring_view kApprovedLists[] = {L"Run", L"Run32", L"StartupFolder"};
 
 // The part behind `prefix`, which is in lower case, of a text in lower case.
 std::optional<std::wstring> Behind(std::wstring_view prefix, const std::wstring& text) {
@@ -72,8 +69,8 @@ UndoReach::UndoReach(std::wstring sid) : sid_(std::move(sid)) {
     Allow(row.place, user, machine, Rights::kValues, below);
     for (const std::wstring& side : SidePaths(row)) Allow(side, user, machine, Rights::kValues, below);
   }
-  for (const std::wstring_view list : kApprovedLists) {
-    Allow(std::wstring(kApprovedStartup).append(list), true, true, Rights::kValues, Rights::kNone);
+  for (const wchar_t* const list : kApprovedLists) {
+    Allow(std::wstring(kApprovedKey).append(L"\\").append(list), true, true, Rights::kValues, Rights::kNone);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "effective/switch_lists.h"
 
+#include "core/contracts/startup_approved.h"
 #include "effective/rule_key.h"
 #include "locations/registry/key_opening.h"
 
@@ -10,7 +11,6 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kApproved[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved";
 constexpr wchar_t kExplorer[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer";
 constexpr SwitchList kLists[] = {SwitchList::kRun, SwitchList::kRun32, SwitchList::kStartupFolder};
 
@@ -19,14 +19,13 @@ std::size_t IndexOf(SwitchList list) noexcept {
 }
 
 const wchar_t* NameOf(SwitchList list) noexcept {
-  constexpr const wchar_t* kNames[] = {L"Run", L"Run32", L"StartupFolder"};
-  return kNames[IndexOf(list)];
+  return kApprovedLists[IndexOf(list)];
 }
 
 }  // namespace
 
 std::wstring SwitchKeyPath(SwitchList list) {
-  return std::wstring(kApproved).append(L"\\").append(NameOf(list));
+  return std::wstring(kApprovedKey).append(L"\\").append(NameOf(list));
 }
 
 void SwitchLists::ReadList(HKEY parent, SwitchList list, List& into) {
@@ -46,14 +45,14 @@ void SwitchLists::ReadList(HKEY parent, SwitchList list, List& into) {
 
 SwitchLists::Root SwitchLists::ReadRoot(HKEY root) {
   Root read;
-  ScopedKey all = OpenRegistryKey(root, kApproved, SystemView() | KEY_ALL_ACCESS);
+  ScopedKey all = OpenRegistryKey(root, std::wstring(kApprovedKey), SystemView() | KEY_ALL_ACCESS);
   const bool isMissing = !all && IsMissingKey(GetLastError());
   read.isWritable = static_cast<bool>(all);
   RuleKey approved{std::move(all), false};
   if (isMissing) {
     read.isWritable = static_cast<bool>(OpenRegistryKey(root, kExplorer, SystemView() | KEY_ALL_ACCESS));
   } else if (!read.isWritable) {
-    approved = OpenRuleKey(root, kApproved, SystemView());
+    approved = OpenRuleKey(root, std::wstring(kApprovedKey), SystemView());
   }
   for (const SwitchList list : kLists) {
     List& one = read.lists[IndexOf(list)];

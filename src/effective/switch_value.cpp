@@ -1,14 +1,13 @@
 #include "effective/switch_value.h"
 
+#include "core/contracts/startup_approved.h"
+
 #include <cstring>
 
 namespace smh {
 
 namespace {
 
-constexpr std::size_t kTimeAt = 4;
-constexpr std::size_t kLeastBytes = kTimeAt + sizeof(FILETIME);
-constexpr std::byte kOffBit{1};
 // What Task Manager writes where there was nothing: on, with the bit that everybody sets.
 constexpr std::byte kNewFlags{2};
 
@@ -16,18 +15,18 @@ constexpr std::byte kNewFlags{2};
 
 SwitchValue ReadSwitchValue(DWORD type, std::span<const std::byte> data) noexcept {
   SwitchValue value;
-  if (type != REG_BINARY || data.size() < kLeastBytes) {
+  if (type != REG_BINARY || data.size() < kLeastSwitchBytes) {
     value.isOff = Told::kUntold;
-  } else if ((data.front() & kOffBit) != std::byte{0}) {
+  } else if ((data.front() & kSwitchOffBit) != std::byte{0}) {
     value.isOff = Told::kYes;
-    std::memcpy(&value.since, &data[kTimeAt], sizeof(value.since));
+    std::memcpy(&value.since, &data[kSwitchTimeAt], sizeof(value.since));
   }
   return value;
 }
 
 std::optional<RegistryData> WithSwitch(const std::optional<RegistryData>& before, bool off,
                                        const FILETIME& now) {
-  RegistryData data{REG_BINARY, std::vector<std::byte>(kLeastBytes)};
+  RegistryData data{REG_BINARY, std::vector<std::byte>(kLeastSwitchBytes)};
   if (before) {
     data = *before;
     if (ReadSwitchValue(data.type, data.bytes).isOff == Told::kUntold) return std::nullopt;
@@ -35,9 +34,9 @@ std::optional<RegistryData> WithSwitch(const std::optional<RegistryData>& before
     data.bytes.front() = kNewFlags;
   }
   std::byte& flags = data.bytes.front();
-  flags = off ? flags | kOffBit : flags & ~kOffBit;
+  flags = off ? flags | kSwitchOffBit : flags & ~kSwitchOffBit;
   const FILETIME time = off ? now : FILETIME{};
-  std::memcpy(&data.bytes[kTimeAt], &time, sizeof(time));
+  std::memcpy(&data.bytes[kSwitchTimeAt], &time, sizeof(time));
   return data;
 }
 

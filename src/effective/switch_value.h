@@ -1,8 +1,8 @@
 // The data of one of the system's switches (a value of StartupApproved), as Task Manager writes them.
 //
-// REG_BINARY, 12 bytes: a flag word, of which the low bit says "off", then a FILETIME, the time since when;
-// mostly zero when it is on. Longer data is taken for the same with something behind. Shorter data and other
-// types are nobody's known format: what they say cannot be told, and they are left alone. Pure functions.
+// See startup_approved.h; the time is mostly zero when it is on. Longer data is taken for the same with
+// something behind. Shorter data and other types are nobody's known format: what they say cannot be told, and
+// they are left alone. Pure functions.
 #pragma once
 
 #include "infra/registry/registry_values.h"
