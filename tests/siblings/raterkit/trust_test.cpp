@@ -7,6 +7,7 @@
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/machine_root.h"
 
 #include <gtest/gtest.h>
 #include <wincrypt.h>
@@ -294,37 +295,11 @@ struct Facts : FileTrustFacts {
   std::wstring names, hash;
 };
 
-// Puts the sample machine's root into the machine's store, or takes it out: by the registry, because some
-// systems keep what is added and deleted through a store in memory. The value is a run of properties: number,
-// 1, size, bytes; 3 is the key's name, 32 the certificate.
-void MachineRoot(const std::wstring& samples, bool isThere) {
-  const std::string root = ReadFileBytes(samples + L"Samples\\Certificates\\root.cer");
-  const auto certificate = reinterpret_cast<const BYTE*>(root.data());
-  const auto size = static_cast<DWORD>(root.size());
-  std::string hash(20, '\0');
-  DWORD bytes = 20;
-  ASSERT_TRUE(
-      CryptHashCertificate(0, CALG_SHA1, 0, certificate, size, reinterpret_cast<BYTE*>(hash.data()), &bytes));
-  std::wostringstream key;
-  key << L"Software\\Microsoft\\SystemCertificates\\Root\\Certificates\\" << std::hex << std::uppercase;
-  for (const char byte : hash) key << ((byte >> 4) & 15) << (byte & 15);
-  if (!isThere) {
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, key.str().c_str());
-    return;
-  }
-  const DWORD heads[] = {3, 1, 20, 32, 1, size};
-  const auto head = [&](int i) { return std::string(reinterpret_cast<const char*>(&heads[i]), 12); };
-  const std::string blob = head(0) + hash + head(3) + root;
-  EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.str().c_str(), L"Blob", REG_BINARY, blob.data(),
-                            static_cast<DWORD>(blob.size())),
-            ERROR_SUCCESS);
-}
-
 // By the system itself, with the programs of the sample machine.
 TEST(FileTrustTest, SignaturesOfSamples) {
   const std::wstring samples = ThisFolder() + L"..\\samples\\drive_c\\";
   const std::wstring good = samples + L"Program Files\\Quillmark\\Inkwell\\inkwell.exe";
-  MachineRoot(samples, false);
+  SetMachineRoot(samples, false);
   // A root that this machine does not know, and none at all.
   EXPECT_EQ(Facts(good).state, kSignatureUntrusted);
   EXPECT_EQ(Facts(samples + L"Program Files\\Northlight Audio\\auroratray.exe").state, kSignatureUntrusted);
@@ -333,9 +308,9 @@ TEST(FileTrustTest, SignaturesOfSamples) {
   EXPECT_EQ(plain.state, kSignatureNone);
   EXPECT_EQ(plain.names, L"|");
 
-  MachineRoot(samples, true);
+  SetMachineRoot(samples, true);
   const Facts known(good);
-  MachineRoot(samples, false);
+  SetMachineRoot(samples, false);
   EXPECT_EQ(known.state, kSignatureValid);
   EXPECT_EQ(known.names, L"Quillmark|Quillmark Programs");
   EXPECT_EQ(known.hash.size(), 64U);
