@@ -108,14 +108,21 @@ HRESULT ApplySwitch(const Library&, const EntryChange& change, std::int32_t&) {
   return FAILED(result) ? result : facts->SetSwitchedOff(off ? TRUE : FALSE);
 }
 
-template <bool off>
-Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& change,
-               std::int32_t position) {
-  const ItemRecord& before = change.before;
+// The entry under its name and in its state, as it is now.
+Seen RequireStill(const Library& library, EntryPlaces& places, const ItemRecord& before,
+                  std::int32_t position) {
   Seen now = FindListed(library, before.location, position,
                         [&](IStartupItem& item) { return NameIn(item) == before.name; });
   if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
   RequireStanding(places, *now);
+  return now;
+}
+
+template <bool off>
+Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& change,
+               std::int32_t position) {
+  const ItemRecord& before = change.before;
+  Seen now = RequireStill(library, places, before, position);
   if (NeedsSwitch(*now, off)) throw HostError(kSwitchIsOther);
   return now;
 }
@@ -196,10 +203,7 @@ Ask AskCommand(const Library& library, const EntryChange& change) {
 Seen SeeCommand(const Library& library, EntryPlaces& places, const EntryChange& change,
                 std::int32_t position) {
   const ItemRecord& before = change.before;
-  Seen now = FindListed(library, before.location, position,
-                        [&](IStartupItem& item) { return NameIn(item) == before.name; });
-  if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
-  RequireStanding(places, *now);
+  Seen now = RequireStill(library, places, before, position);
   const bool isNew = now->command != before.command || HoldsCommand(library, *now, change.order.command);
   if (!isNew) throw HostError(kStillThere);
   return now;
