@@ -104,18 +104,21 @@ void WriteClientShortcut() {
   Write(fs::path("C:\\Samples\\Meadow\\Meadow Calendar.lnk"), link);
 }
 
+// By the policies of the machine, which vouch for it, and by the user's roots, which the system's
+// verification asks: from the machine's own roots some systems take out what they did not bring along.
 void TrustSampleRoot() {
   std::ifstream file(fs::path("C:\\Samples\\Certificates\\root.cer"), std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
-  const HCERTSTORE store =
-      CertOpenStore(CERT_STORE_PROV_SYSTEM_W, 0, 0, CERT_SYSTEM_STORE_LOCAL_MACHINE, L"Root");
-  const bool isAdded =
-      store != nullptr &&
-      CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(bytes.data()),
-                                       static_cast<DWORD>(bytes.size()), CERT_STORE_ADD_REPLACE_EXISTING,
-                                       nullptr) != FALSE;
-  if (store != nullptr) CertCloseStore(store, 0);
-  if (!isAdded) throw std::runtime_error("the sample root cannot be added");
+  for (const DWORD place : {CERT_SYSTEM_STORE_LOCAL_MACHINE_GROUP_POLICY, CERT_SYSTEM_STORE_CURRENT_USER}) {
+    const HCERTSTORE store = CertOpenStore(CERT_STORE_PROV_SYSTEM_REGISTRY_W, 0, 0, place, L"Root");
+    const bool isAdded = store != nullptr &&
+                         CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING,
+                                                          reinterpret_cast<const BYTE*>(bytes.data()),
+                                                          static_cast<DWORD>(bytes.size()),
+                                                          CERT_STORE_ADD_REPLACE_EXISTING, nullptr) != FALSE;
+    if (store != nullptr) CertCloseStore(store, 0);
+    if (!isAdded) throw std::runtime_error("the sample root cannot be added");
+  }
 }
 
 }  // namespace

@@ -93,15 +93,21 @@ std::wstring NameIn(const TrustFunctions& system, PCCERT_CONTEXT certificate, co
   return text.find(L'\0') == std::wstring::npos ? text : std::wstring();
 }
 
-bool IsRootOfMachine(const TrustFunctions& system, PCCERT_CONTEXT root) noexcept {
-  const HCERTSTORE store = system.openStore(
-      CERT_STORE_PROV_SYSTEM_W, 0, 0,
-      CERT_SYSTEM_STORE_LOCAL_MACHINE | CERT_STORE_OPEN_EXISTING_FLAG | CERT_STORE_READONLY_FLAG, L"Root");
+bool HasRoot(const TrustFunctions& system, DWORD place, PCCERT_CONTEXT root) noexcept {
+  const HCERTSTORE store =
+      system.openStore(CERT_STORE_PROV_SYSTEM_W, 0, 0,
+                       place | CERT_STORE_OPEN_EXISTING_FLAG | CERT_STORE_READONLY_FLAG, L"Root");
   if (store == nullptr) return false;
   const PCCERT_CONTEXT found = system.findCertificate(store, kEncoding, 0, CERT_FIND_EXISTING, root, nullptr);
   if (found != nullptr) system.freeCertificate(found);
   system.closeStore(store, 0);
   return found != nullptr;
+}
+
+// Those of the machine's policy are among the machine's on some systems, and stand by themselves on others.
+bool IsRootOfMachine(const TrustFunctions& system, PCCERT_CONTEXT root) noexcept {
+  return HasRoot(system, CERT_SYSTEM_STORE_LOCAL_MACHINE, root) ||
+         HasRoot(system, CERT_SYSTEM_STORE_LOCAL_MACHINE_GROUP_POLICY, root);
 }
 
 // Of the time stamp; else what the signer says, which the signature covers.

@@ -3,7 +3,6 @@
 #include "hosts/gui/resource.h"
 #include "tests/hosts/cli/startupctl_process.h"
 #include "tests/hosts/gui/gui_program.h"
-#include "tests/support/machine_root.h"
 #include "tests/support/waiting.h"
 
 #include <nlohmann/json.hpp>
@@ -31,16 +30,7 @@ bool Contains(const std::vector<std::wstring>& texts, const std::wstring& text) 
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-// The first process that asks for the machine's roots may have the system take out those that it did not
-// bring along: this one does, and puts the sample machine's back.
-void KnowSampleRoot() {
-  static const HCERTSTORE store = CertOpenSystemStoreW(0, L"Root");
-  ASSERT_NE(store, nullptr);
-  SetMachineRoot(ThisFolder() + L"..\\samples\\drive_c\\", true);
-}
-
 TEST(LookTest, ShowsTheSampleMachine) {
-  KnowSampleRoot();
   const GuiProgram gui(GuiProgram::Look::kFresh);
   std::multiset<std::wstring> expected;
   for (const auto& item : Listed()) {

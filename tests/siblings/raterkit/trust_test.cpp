@@ -7,7 +7,7 @@
 #include "tests/support/child_process.h"
 #include "tests/support/file_fixture.h"
 #include "tests/support/import_patch.h"
-#include "tests/support/machine_root.h"
+#include "tests/support/sample_root.h"
 
 #include <gtest/gtest.h>
 #include <wincrypt.h>
@@ -299,8 +299,7 @@ struct Facts : FileTrustFacts {
 TEST(FileTrustTest, SignaturesOfSamples) {
   const std::wstring samples = ThisFolder() + L"..\\samples\\drive_c\\";
   const std::wstring good = samples + L"Program Files\\Quillmark\\Inkwell\\inkwell.exe";
-  SetMachineRoot(samples, false);
-  // A root that this machine does not know, and none at all.
+  // A root that nobody knows, and none at all.
   EXPECT_EQ(Facts(good).state, kSignatureUntrusted);
   EXPECT_EQ(Facts(samples + L"Program Files\\Northlight Audio\\auroratray.exe").state, kSignatureUntrusted);
   EXPECT_EQ(Facts(samples + L"Program Files\\Fernhill\\fernupdate.exe").state, kSignatureBroken);
@@ -308,9 +307,13 @@ TEST(FileTrustTest, SignaturesOfSamples) {
   EXPECT_EQ(plain.state, kSignatureNone);
   EXPECT_EQ(plain.names, L"|");
 
-  SetMachineRoot(samples, true);
+  SetSampleRoot(samples, RootPlace::kUser, true);
+  const Facts knownToUser(good);
+  SetSampleRoot(samples, RootPlace::kMachinePolicy, true);
   const Facts known(good);
-  SetMachineRoot(samples, false);
+  SetSampleRoot(samples, RootPlace::kUser, false);
+  SetSampleRoot(samples, RootPlace::kMachinePolicy, false);
+  EXPECT_EQ(knownToUser.state, kSignatureUntrusted);
   EXPECT_EQ(known.state, kSignatureValid);
   EXPECT_EQ(known.names, L"Quillmark|Quillmark Programs");
   EXPECT_EQ(known.hash.size(), 64U);
