@@ -1,6 +1,7 @@
 #include "tests/support/process_counts.h"
 
 #include "infra/runtime/handle.h"
+#include "tests/support/live_blocks.h"
 
 #include <tlhelp32.h>
 
@@ -13,19 +14,18 @@ namespace smh::test {
 namespace {
 
 bool LeavesNothingOnce(const std::function<bool()>& run) {
-  // More than the 31 blocks of a group.
   constexpr int kRounds = 40;
   const int indexes = FreeTlsIndexes();
   const int handles = HandleCount();
-  const std::size_t bytes = HeapBytes();
+  const long blocks = LiveBlocks();
   for (int round = 0; round < kRounds; ++round) {
     if (!run()) return false;
   }
-  const auto moreBytes = static_cast<int>(HeapBytes() - bytes);
+  const long moreBlocks = LiveBlocks() - blocks;
   const int moreHandles = HandleCount() - handles;
   const int moreIndexes = indexes - FreeTlsIndexes();
-  if (moreBytes < kRounds && moreHandles < kRounds && moreIndexes < kRounds) return true;
-  std::printf("left %d handles, %d indexes and %d bytes\n", moreHandles, moreIndexes, moreBytes);
+  if (moreBlocks < kRounds && moreHandles < kRounds && moreIndexes < kRounds) return true;
+  std::printf("left %d handles, %d indexes and %ld blocks\n", moreHandles, moreIndexes, moreBlocks);
   return false;
 }
 

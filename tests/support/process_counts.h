@@ -13,10 +13,9 @@ int ThreadCount();
 // Bytes in use in all heaps, those in blocks of the size `without` left out.
 std::size_t HeapBytes(std::size_t without = 0);
 
-// Whether runs of `run` leave no handle, index or memory behind; what they left is printed. False as soon as
-// a run answers false. What a run leaves grows every time. The system keeps something only once: of a first
-// run, of the first exceptions, and a group of blocks, which counts as a whole. The heap takes one when those
-// of a size that is much used are full, and keeps it for the next time.
+// Whether runs of `run` leave no handle, index or block of memory behind; what they left is printed. False as
+// soon as a run answers false. What a run leaves grows every time; the system keeps something only once, of a
+// first run and of the first exceptions. Raises what live_blocks.h says.
 bool LeavesNothing(const std::function<bool()>& run);
 
 }  // namespace smh::test
