@@ -1,11 +1,16 @@
 #include "hosts/common/entry_place.h"
 
+#include "core/contracts/disabled_places.h"
 #include "core/contracts/location_table.h"
+#include "core/contracts/product_names.h"
 #include "hosts/common/host_error.h"
 #include "infra/files/file_facts.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/registry/registry_values.h"
+#include "infra/runtime/text.h"
 #include "sysutil/version/uWinVersionInfo.h"
+
+#include <shlobj.h>
 
 #include <algorithm>
 
@@ -75,6 +80,20 @@ Standing EntryPlaces::LookAt(const ItemRecord& item) {
   if (item.root.empty()) return LookAtFile(item.name);
   if (item.value) return LookAtValue(item);
   return OpenPlace(item) ? Standing::kSame : Standing::kNothing;
+}
+
+std::vector<std::wstring> PlacesOfFile(std::int32_t location, const std::wstring& name) {
+  const bool isUsers = LocationRowOf(location).root == LocationRoot::kUser;
+  const std::wstring startup = ShellFolder(isUsers ? CSIDL_STARTUP : CSIDL_COMMON_STARTUP);
+  const std::wstring data = ShellFolder(isUsers ? CSIDL_APPDATA : CSIDL_COMMON_APPDATA);
+  if (startup.empty() || data.empty()) return {};
+  std::wstring own(kVendorName);
+  own.append(L"\\").append(kProductName).append(L"\\").append(kDisabledByThis);
+  std::vector<std::wstring> files{WithTrailingBackslash(startup) + name};
+  files.push_back(WithTrailingBackslash(data) + own + name);
+  files.push_back(WithTrailingBackslash(startup).append(kDisabledInStartup) + name);
+  files.push_back(WithTrailingBackslash(data).append(kDisabledByOthers) + name);
+  return files;
 }
 
 ItemRecord PlaceOfNewValue(std::int32_t location, const std::wstring& name) {

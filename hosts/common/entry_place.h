@@ -5,6 +5,7 @@
 #include "hosts/common/item_record.h"
 #include "infra/runtime/handle.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,10 @@ class EntryPlaces {
   // The latest ones last.
   std::vector<Row> rows_;
 };
+
+// The places of a file of that name in a Startup folder: enabled, then where disabled ones are looked for.
+// Empty when the shell knows no such folder.
+std::vector<std::wstring> PlacesOfFile(std::int32_t location, const std::wstring& name);
 
 // The place of a value that is to be added to a registry location: root, view, key and value, the rest empty.
 ItemRecord PlaceOfNewValue(std::int32_t location, const std::wstring& name);

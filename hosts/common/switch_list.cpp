@@ -114,23 +114,25 @@ constexpr Field<SwitchRecord> kFields[] = {
 // Somebody may have added an entry of that name since the list was read: then the switch is that one's.
 bool HasEntryNow(const SwitchRecord& record) {
   ItemRecord place;
+  EntryPlaces places;
+  const auto hasEntry = [&] { return places.LookAt(place) != Standing::kNothing; };
   if (IsInFolder(record.location)) {
-    const LocationRow& row = LocationRowOf(record.location);
-    place.name = WithTrailingBackslash(LocationPlace(row)) + record.name;
-    return EntryPlaces().LookAt(place) != Standing::kNothing;
+    return std::ranges::any_of(PlacesOfFile(record.location, record.name), [&](std::wstring& file) {
+      place.name = std::move(file);
+      return hasEntry();
+    });
   }
   const bool isOf32 = record.list == std::wstring_view(kApprovedRun32);
   if (isOf32 && !WinVersionInfo::IsWow64()) return false;
   place = PlaceOfNewValue(record.location, record.name);
   if (isOf32) place.view = 32;
-  EntryPlaces places;
-  if (places.LookAt(place) != Standing::kNothing) return true;
+  if (hasEntry()) return true;
   // What is disabled keeps its switch.
   const std::wstring key = place.key;
   const auto& sides = FamilyOf(LocationRowOf(record.location)).sideSuffixes;
   return std::ranges::any_of(sides, [&](std::wstring_view side) {
     place.key = key + std::wstring(side);
-    return places.LookAt(place) != Standing::kNothing;
+    return hasEntry();
   });
 }
 

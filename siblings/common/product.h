@@ -1,15 +1,11 @@
-// The product's names, and the folders that lie under them.
+// The folders that lie under the product's names.
 #pragma once
 
+#include "core/contracts/product_names.h"
+
 #include <string>
-#include <string_view>
 
 namespace smh {
-
-// The caption of message boxes and the levels of the data folder and the settings key. Never change them:
-// settings and journals of earlier versions lie under these names.
-inline constexpr std::wstring_view kVendorName = L"Quillmark";
-inline constexpr std::wstring_view kProductName = L"Startup Manager";
 
 // The data folder "<application data>\Quillmark\Startup Manager\", with its trailing backslash, whether it
 // exists or not; empty when the user has no application data folder. The shell is asked, here and below: not

@@ -4,8 +4,11 @@
 #include "hosts/common/switch_list.h"
 #include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
+#include "tests/support/startup_folders.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <tuple>
 
@@ -198,6 +201,25 @@ TEST_F(SwitchingTest, ASwitchThatGotItsEntryMeanwhileStays) {
     EXPECT_EQ(SwitchOf(L"ctl left"), kOff);
     EXPECT_TRUE(pruned(recorded, [] {}));
     SwitchOff(L"ctl left");
+  }
+}
+
+// The same for a Startup folder's list: the file may come back to the folder, or to those of disabled ones.
+TEST_F(SwitchingTest, ASwitchWhoseFileCameMeanwhileStays) {
+  const StartupPlaces places(StartupPlaces::Whose::kUser);
+  const std::wstring list = kSwitches + L"\\StartupFolder";
+  for (const std::wstring& folder : {places.startup, places.disabled, places.autoruns, places.brisko}) {
+    for (const bool recorded : {true, false}) {
+      SetValue(HKEY_CURRENT_USER, list, L"ctl left.lnk", kOff, OwnView());
+      std::vector<SwitchRecord> found = ReadSwitches({});
+      std::erase_if(found, [](const SwitchRecord& record) { return record.name != L"ctl left.lnk"; });
+      std::filesystem::create_directories(folder);
+      const std::wstring file = folder + L"ctl left.lnk";
+      std::ofstream(std::filesystem::path(file)) << "a shortcut";
+      EXPECT_NE(DeleteSwitch(found.at(0), recorded), L"") << ToUtf8(folder);
+      DeleteFileW(file.c_str());
+      EXPECT_EQ(DeleteSwitch(found.at(0), recorded), L"");
+    }
   }
 }
 
