@@ -5,7 +5,7 @@ namespace smh::test {
 
 // Blocks of all heaps that were allocated since the first call and have not been freed, less those of before
 // that were. Any thread after the first call, which patches the system's functions in this process. Raises
-// std::runtime_error when they do not begin as functions that can be patched.
+// what code_patch.h says.
 long LiveBlocks();
 
 }  // namespace smh::test

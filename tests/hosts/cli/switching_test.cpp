@@ -4,9 +4,16 @@
 #include "hosts/common/switch_list.h"
 #include "tests/hosts/cli/json_schema.h"
 #include "tests/hosts/cli/startupctl_fixture.h"
+#include "tests/support/code_patch.h"
 #include "tests/support/startup_folders.h"
+#include "tests/support/waiting.h"
+
+#include <objidl.h>
+#include <softpub.h>
+#include <wintrust.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -263,6 +270,36 @@ TEST_F(SwitchingTest, SnapshotsCarryTheSwitch) {
   Run({L"delete", L"ctl off"});
   Run({L"apply", file, L"--yes"});
   EXPECT_TRUE(IsOff(L"ctl off"));
+}
+
+// What reads the signatures of scripts is made by COM; the first thread has it from whoever started it.
+std::atomic<int> g_verifying{0};
+std::atomic<int> g_withoutCom{0};
+DWORD g_firstThread;
+LONG WINAPI LookForCom(HWND, GUID*, void* data) {
+  if (static_cast<WINTRUST_DATA*>(data)->dwStateAction == WTD_STATEACTION_CLOSE) return 0;
+  APTTYPE type;
+  APTTYPEQUALIFIER how;
+  const bool hasCom = CoGetApartmentType(&type, &how) == S_OK && how != APTTYPEQUALIFIER_IMPLICIT_MTA;
+  if (!hasCom && GetCurrentThreadId() != g_firstThread) ++g_withoutCom;
+  // Each thread gets its share.
+  ++g_verifying;
+  WaitUntil([] { return g_verifying >= 4; }, 2000);
+  return TRUST_E_NOSIGNATURE;
+}
+
+TEST_F(SwitchingTest, ThreadsThatVerifyHaveCom) {
+  LoadLibraryW(L"wintrust.dll");
+  const CodePatch patch(L"wintrust.dll", "WinVerifyTrust", &LookForCom);
+  g_firstThread = GetCurrentThreadId();
+  std::vector<ItemRecord> items(4);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    items[i].describedFile =
+        Folder().Write(L"ctl" + std::to_wstring(i) + L".exe", std::string(64, char('a' + i)));
+  }
+  VerifyItems(items);
+  EXPECT_GE(g_verifying, 4);
+  EXPECT_EQ(g_withoutCom, 0);
 }
 
 // Words of trust: what the signature proves, and nothing that a file says of itself.
