@@ -1,7 +1,7 @@
 #include "hosts/cli/apply_plan.h"
 
-#include "hosts/cli/snapshot_compare.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/snapshot_compare.h"
 #include "hosts/common/start_words.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"

@@ -2,8 +2,8 @@
 // any thread.
 #pragma once
 
-#include "hosts/cli/snapshot.h"
 #include "hosts/common/operations.h"
+#include "hosts/common/snapshot.h"
 
 #include <functional>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "hosts/cli/dsc_instance.h"
 
 #include "hosts/cli/apply_plan.h"
-#include "hosts/cli/flat_json.h"
+#include "hosts/common/flat_json.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"

@@ -2,8 +2,8 @@
 // functions, for any thread.
 #pragma once
 
-#include "hosts/cli/snapshot.h"
 #include "hosts/common/item_record.h"
+#include "hosts/common/snapshot.h"
 
 #include <cstdint>
 #include <optional>

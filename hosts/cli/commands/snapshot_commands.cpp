@@ -3,33 +3,22 @@
 #include "hosts/cli/apply_plan.h"
 #include "hosts/cli/change_runner.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/difference_output.h"
 #include "hosts/cli/record_output.h"
-#include "hosts/cli/snapshot_compare.h"
-#include "hosts/cli/snapshot_file.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/reading.h"
+#include "hosts/common/snapshot_compare.h"
+#include "hosts/common/snapshot_file.h"
 #include "infra/runtime/text.h"
-
-#include <windows.h>
 
 namespace smh {
 
 namespace {
 
-// UTC: "2024-05-31T23:59:59Z".
-std::wstring TimeNow() {
-  SYSTEMTIME time;
-  GetSystemTime(&time);
-  wchar_t text[32];
-  wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02dZ", time.wYear, time.wMonth, time.wDay, time.wHour,
-            time.wMinute, time.wSecond);
-  return text;
-}
-
 Snapshot SnapshotNow() {
   const Library library;
-  return {ThisMachine(), TimeNow(), EntriesOf(ReadAllItems(library))};
+  return SnapshotOf(ReadAllItems(library));
 }
 
 }  // namespace

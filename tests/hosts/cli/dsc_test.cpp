@@ -2,7 +2,7 @@
 // calls it.
 #include "core/contracts/location_table.h"
 #include "hosts/cli/dsc_instance.h"
-#include "hosts/cli/flat_json.h"
+#include "hosts/common/flat_json.h"
 #include "hosts/common/host_error.h"
 #include "tests/hosts/cli/snapshot_entries.h"
 #include "tests/hosts/cli/startupctl_fixture.h"

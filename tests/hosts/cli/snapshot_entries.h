@@ -1,7 +1,7 @@
 // Entries of snapshots and of the list for tests that need no registry.
 #pragma once
 
-#include "hosts/cli/snapshot.h"
+#include "hosts/common/snapshot.h"
 #include "tests/hosts/common/test_items.h"
 
 namespace smh::test {

@@ -1,8 +1,8 @@
 // Snapshots without a machine: their format, what is refused of others' files, comparing, adapting, planning.
 #include "hosts/cli/apply_plan.h"
-#include "hosts/cli/flat_json.h"
-#include "hosts/cli/snapshot_compare.h"
-#include "hosts/cli/snapshot_file.h"
+#include "hosts/common/flat_json.h"
+#include "hosts/common/snapshot_compare.h"
+#include "hosts/common/snapshot_file.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 #include "tests/hosts/cli/snapshot_entries.h"

@@ -1,12 +1,9 @@
 // What differs between two states of a machine's entries. Pure functions, for any thread.
 #pragma once
 
-#include "hosts/cli/snapshot.h"
-#include "hosts/cli/table_output.h"
-#include "hosts/common/field.h"
+#include "hosts/common/snapshot.h"
 
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,10 +29,5 @@ std::vector<Difference> CompareEntries(std::span<const SnapshotEntry> before,
 
 // "added", "removed", "changed", "switched".
 std::wstring_view DifferenceName(DifferenceKind kind) noexcept;
-
-// The columns of all outputs, in their order; valid for ever.
-std::span<const Field<Difference>> DifferenceFields() noexcept;
-// The differences for people.
-TextTable DifferenceTable(std::span<const Difference> differences);
 
 }  // namespace smh

@@ -1,7 +1,4 @@
-#include "hosts/cli/snapshot_compare.h"
-
-#include "hosts/common/location_names.h"
-#include "hosts/common/text_encoding.h"
+#include "hosts/common/snapshot_compare.h"
 
 #include <algorithm>
 
@@ -117,81 +114,6 @@ std::wstring_view DifferenceName(DifferenceKind kind) noexcept {
       break;
   }
   return L"switched";
-}
-
-namespace {
-
-using D = const Difference&;
-
-FieldValue EnabledOf(const SnapshotEntry* entry) {
-  return entry == nullptr ? FieldValue() : FieldValue(entry->enabled);
-}
-
-FieldValue SwitchedOffOf(const SnapshotEntry* entry) {
-  return entry == nullptr || !entry->switchedOff ? FieldValue() : FieldValue(*entry->switchedOff);
-}
-
-FieldValue CommandOf(const SnapshotEntry* entry) {
-  return entry == nullptr ? FieldValue() : FieldValue(entry->command);
-}
-
-FieldValue TwinOf(const SnapshotEntry* entry) {
-  return entry == nullptr || !entry->twin ? FieldValue() : FieldValue(*entry->twin);
-}
-
-constexpr Field<Difference> kFields[] = {
-    {L"difference", [](D difference) { return FieldValue(std::wstring(DifferenceName(difference.kind))); }},
-    {L"location",
-     [](D difference) { return FieldValue(std::wstring(LocationName(difference.Entry().location))); }},
-    {L"name", [](D difference) { return FieldValue(std::wstring(difference.Entry().Name())); }},
-    {L"root",
-     [](D difference) {
-       const std::wstring& root = difference.Entry().root;
-       return root.empty() ? FieldValue() : FieldValue(root);
-     }},
-    {L"view",
-     [](D difference) {
-       const std::int32_t view = difference.Entry().view;
-       return view == 0 ? FieldValue() : FieldValue(std::int64_t{view});
-     }},
-    {L"enabledBefore", [](D difference) { return EnabledOf(difference.before); }},
-    {L"commandBefore", [](D difference) { return CommandOf(difference.before); }},
-    {L"twinBefore", [](D difference) { return TwinOf(difference.before); }},
-    {L"enabledAfter", [](D difference) { return EnabledOf(difference.after); }},
-    {L"commandAfter", [](D difference) { return CommandOf(difference.after); }},
-    {L"twinAfter", [](D difference) { return TwinOf(difference.after); }},
-    {L"switchedOffBefore", [](D difference) { return SwitchedOffOf(difference.before); }},
-    {L"switchedOffAfter", [](D difference) { return SwitchedOffOf(difference.after); }},
-};
-
-std::wstring Cell(const SnapshotEntry* entry) {
-  if (entry == nullptr) return {};
-  std::wstring cell(StateName(entry->enabled));
-  if (entry->switchedOff == true) cell += L", switched off in Task Manager";
-  cell += L": ";
-  cell += Printable(entry->command);
-  if (entry->twin) {
-    cell += L"; in the 32-bit view: ";
-    cell += Printable(*entry->twin);
-  }
-  return cell;
-}
-
-}  // namespace
-
-std::span<const Field<Difference>> DifferenceFields() noexcept {
-  return kFields;
-}
-
-TextTable DifferenceTable(std::span<const Difference> differences) {
-  TextTable table{.header = {L"Difference", L"Location", L"Name", L"Before", L"After"}, .rows = {}};
-  for (const Difference& difference : differences) {
-    table.rows.push_back({std::wstring(DifferenceName(difference.kind)),
-                          std::wstring(LocationName(difference.Entry().location)),
-                          Printable(difference.Entry().Name()), Cell(difference.before),
-                          Cell(difference.after)});
-  }
-  return table;
 }
 
 }  // namespace smh

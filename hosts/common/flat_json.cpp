@@ -1,4 +1,4 @@
-#include "hosts/cli/flat_json.h"
+#include "hosts/common/flat_json.h"
 
 #include "hosts/common/text_encoding.h"
 

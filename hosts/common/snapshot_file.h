@@ -2,7 +2,7 @@
 // entries that lie in the locations, or fails with a reason; docs/startupctl.md describes the members.
 #pragma once
 
-#include "hosts/cli/snapshot.h"
+#include "hosts/common/snapshot.h"
 
 #include <cstddef>
 #include <string>

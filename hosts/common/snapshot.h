@@ -1,5 +1,6 @@
 // The entries of a machine at one moment: of each what tells it from the others, its state, its text, and
-// what is needed to make it again. Values; functions without a system but for ThisMachine, for any thread.
+// what is needed to make it again. Values; functions without a system but for ThisMachine and SnapshotOf, for
+// any thread.
 #pragma once
 
 #include "hosts/common/item_record.h"
@@ -61,6 +62,9 @@ struct Snapshot {
   std::wstring time;  // "2024-05-31T23:59:59Z"
   std::vector<SnapshotEntry> entries;
 };
+
+// The entries as they are here and now; asks the system as ThisMachine does.
+Snapshot SnapshotOf(std::span<const ItemRecord> items);
 
 // The identity in which two snapshots' entries are compared: location, root, view and name, case ignored.
 // Less than 0, 0 or more than 0. Several entries may share it: one is enabled, others lie in places of

@@ -1,6 +1,6 @@
-#include "hosts/cli/snapshot_file.h"
+#include "hosts/common/snapshot_file.h"
 
-#include "hosts/cli/flat_json.h"
+#include "hosts/common/flat_json.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"

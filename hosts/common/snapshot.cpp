@@ -1,4 +1,4 @@
-#include "hosts/cli/snapshot.h"
+#include "hosts/common/snapshot.h"
 
 #include "hosts/common/start_words.h"
 #include "infra/files/file_facts.h"
@@ -52,6 +52,24 @@ MachineFacts ThisMachine() {
   facts.roamingFolder = ShellFolder(CSIDL_APPDATA);
   facts.localFolder = ShellFolder(CSIDL_LOCAL_APPDATA);
   return facts;
+}
+
+namespace {
+
+// UTC: "2024-05-31T23:59:59Z".
+std::wstring TimeNow() {
+  SYSTEMTIME time;
+  GetSystemTime(&time);
+  wchar_t text[32];
+  wsprintfW(text, L"%04d-%02d-%02dT%02d:%02d:%02dZ", time.wYear, time.wMonth, time.wDay, time.wHour,
+            time.wMinute, time.wSecond);
+  return text;
+}
+
+}  // namespace
+
+Snapshot SnapshotOf(std::span<const ItemRecord> items) {
+  return {ThisMachine(), TimeNow(), EntriesOf(items)};
 }
 
 int CompareIdentity(const SnapshotEntry& a, const SnapshotEntry& b) noexcept {
