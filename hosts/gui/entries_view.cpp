@@ -26,6 +26,8 @@ EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), comma
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
   details_.Create(parent);
+  filterBar_.Create(parent);
+  note_.Open(parent);
   splitter_.Open(parent, Splitter::Direction::kUpDown, [this](int position) {
     SetDetailsHeight(MulDiv(static_cast<int>(area_.bottom) - position, USER_DEFAULT_SCREEN_DPI, dpi_));
   });
@@ -66,6 +68,8 @@ void EntriesView::OnNews(ListNews& news) {
     SelectAdded();
     ShowDetails();
   }
+  request_.isReading = readState_ == kReadStateReading;
+  ShowNote();
   CheckNext();
   frame_.onChange();
 }
@@ -105,8 +109,26 @@ std::wstring EntriesView::CheckingText() const {
   return left == 0 ? std::wstring() : L"Checking signatures: " + std::to_wstring(left) + L" to go\u2026";
 }
 
-void EntriesView::HideVerified(bool hide) {
-  Rearrange([&] { rows_.HideVerified(hide); });
+void EntriesView::SetFilters(const FilterSet& filters) {
+  filterBar_.Check(filters);
+  Rearrange([&] { rows_.SetFilters(filters); });
+}
+
+void EntriesView::ShowNote() {
+  const EmptyListNote note = shown_ ? NoteOf(rows_, request_) : EmptyListNote();
+  if (note_.Show(note)) SetFocus(list_.Handle());
+  PlaceNote();
+}
+
+// Below the heads of the list's columns, which stay.
+void EntriesView::PlaceNote() {
+  RECT area;
+  RECT head;
+  GetClientRect(list_.Handle(), &area);
+  GetWindowRect(ListView_GetHeader(list_.Handle()), &head);
+  area.top = head.bottom - head.top;
+  MapWindowPoints(list_.Handle(), GetParent(list_.Handle()), reinterpret_cast<POINT*>(&area), 2);
+  note_.Place(area);
 }
 
 void EntriesView::ChooseImages() {
@@ -118,12 +140,14 @@ void EntriesView::ForgetImages() {
   list_.SetImages(nullptr);
 }
 
-void EntriesView::ShowLocations(const LocationSet& locations) {
+void EntriesView::ShowLocations(const LocationSet& locations, const std::wstring& title) {
   locations_ = locations;
+  request_.place = title;
   Rearrange([&] { rows_.ShowLocations(locations); });
 }
 
 void EntriesView::Search(std::wstring_view text) {
+  request_.search = text;
   Rearrange([&] { rows_.Search(text); });
 }
 
@@ -167,6 +191,7 @@ void EntriesView::Rearrange(const Standing& standing, Change&& change) {
   SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
   change();
   Restore(standing);
+  ShowNote();
   SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
   InvalidateRect(list_.Handle(), nullptr, FALSE);
 }
@@ -225,8 +250,10 @@ void EntriesView::SetDetailsHeight(int height) {
   Place(area_);
 }
 
-void EntriesView::Place(const RECT& area) {
-  area_ = area;
+void EntriesView::Place(const RECT& whole) {
+  area_ = whole;
+  RECT area = whole;
+  area.top += filterBar_.Place(whole);
   const int bar = Scaled(Splitter::kThickness, dpi_);
   const int height = static_cast<int>(area.bottom - area.top);
   const int most = std::max(height - bar - Scaled(kLeastListHeight, dpi_), 0);
@@ -238,6 +265,7 @@ void EntriesView::Place(const RECT& area) {
              TRUE);
   MoveWindow(splitter_.Handle(), area.left, top - bar, width, bar, TRUE);
   details_.Place({area.left, top, area.right, area.bottom});
+  PlaceNote();
 }
 
 void EntriesView::Show(bool show) {
@@ -245,12 +273,16 @@ void EntriesView::Show(bool show) {
   for (const HWND window : {list_.Handle(), splitter_.Handle()})
     ShowWindow(window, show ? SW_SHOWNA : SW_HIDE);
   details_.Show(show);
+  filterBar_.Show(show);
+  ShowNote();
 }
 
 void EntriesView::SetDpi(int dpi, const ViewFonts& fonts) {
   dpi_ = dpi;
   list_.SetDpi(dpi, fonts.normal);
   details_.SetDpi(dpi, fonts);
+  filterBar_.SetDpi(dpi, fonts.normal);
+  note_.SetDpi(dpi, fonts.normal);
   ChooseImages();
 }
 
@@ -343,13 +375,14 @@ bool EntriesView::CanRun(UINT command) const {
     case CMD_COPY:
       return GetFocus() == details_.Handle() || !list_.Selection().empty();
     case CMD_ADD:
-    case CMD_HIDE_VERIFIED:
       return true;
+    case CMD_CLEAR_FILTERS:
+      return rows_.Filters().any();
     case CMD_EXPORT:
     case CMD_SELECT_ALL:
       return !rows_.Shown().empty();
     default:
-      return false;
+      return FilterOf(command) < kFilterCount;
   }
 }
 
@@ -363,9 +396,8 @@ void EntriesView::Run(UINT command) {
       return commands_.SwitchInSystem(true, SelectedWith(CanSwitchOff));
     case CMD_SWITCH_ON:
       return commands_.SwitchInSystem(false, SelectedWith(CanSwitchOn));
-    case CMD_HIDE_VERIFIED:
-      HideVerified(!rows_.HidesVerified());
-      return frame_.onChange();
+    case CMD_CLEAR_FILTERS:
+      return ChangeFilters({});
     case CMD_DELETE:
       return commands_.Delete(SelectedThatCan(kActionDelete));
     case CMD_ADD:
@@ -390,8 +422,13 @@ void EntriesView::Run(UINT command) {
     case CMD_EXPORT:
       return commands_.Export(SelectedOrShown());
     default:
-      return;
+      return ChangeFilters(FilterSet(rows_.Filters()).flip(FilterOf(command)));
   }
+}
+
+void EntriesView::ChangeFilters(const FilterSet& filters) {
+  SetFilters(filters);
+  frame_.onChange();
 }
 
 // A click on the box of a selected row means every selected one.

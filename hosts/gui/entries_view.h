@@ -4,8 +4,10 @@
 #pragma once
 
 #include "hosts/gui/details_pane.h"
+#include "hosts/gui/empty_note_window.h"
 #include "hosts/gui/entry_commands.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/filter_bar.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 #include "hosts/gui/window.h"
@@ -30,10 +32,12 @@ class EntriesView final : public View {
   void CheckAgain();
   // For the status bar: how many files have still to be checked; empty when none has.
   std::wstring CheckingText() const;
-  // Whether entries that are known to be verified are left out.
-  void HideVerified(bool hide);
-  // Shows the entries of those locations only.
-  void ShowLocations(const LocationSet& locations);
+  // Shows what passes all of those filters.
+  void SetFilters(const FilterSet& filters);
+  // Shows the entries of those locations only; the title is empty when they are all.
+  void ShowLocations(const LocationSet& locations, const std::wstring& title);
+  // Whether the list is empty and its note offers that command.
+  bool Offers(UINT command) const { return note_.Offers(command); }
   // Valid as long as the view; what it shows changes with every call that is not const.
   const EntryRows& Rows() const noexcept { return rows_; }
   // Whether the list or its details were still being read at the last news; the ReadState of those.
@@ -82,6 +86,9 @@ class EntriesView final : public View {
 
   ListSource MakeSource();
   void ChooseImages();
+  void ShowNote();
+  void ChangeFilters(const FilterSet& filters);
+  void PlaceNote();
   void OnSelect();
   void Toggle(std::size_t row);
   void ShowDetails();
@@ -104,9 +111,12 @@ class EntriesView final : public View {
   EntryRows rows_;
   VirtualList list_;
   DetailsPane details_;
+  FilterBar filterBar_;
+  EmptyNoteWindow note_;
   Splitter splitter_;
   RECT area_ = {};
   LocationSet locations_;
+  ListRequest request_;
   ScaledImages images_;
   HIMAGELIST smallImages_ = nullptr;
   HIMAGELIST largeImages_ = nullptr;

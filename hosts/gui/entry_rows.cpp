@@ -136,7 +136,7 @@ bool EntryRows::TakeTrust(const std::vector<ItemRecord>& checked) {
     hasNews = hasNews || TrustText(now) != TrustText(row.item);
     Fill(row, std::move(now));
   }
-  const bool isArranged = column_ != kTrustColumn && !hidesVerified_ && words_.empty();
+  const bool isArranged = column_ != kTrustColumn && filters_.none() && words_.empty();
   if (!hasNews || isArranged) return false;
   Arrange();
   return true;
@@ -150,8 +150,8 @@ void EntryRows::CheckAgain(const EntryKey& key) {
   if (const auto place = rows_.find(key); place != rows_.end()) place->second.isChecked = false;
 }
 
-void EntryRows::HideVerified(bool hide) {
-  hidesVerified_ = hide;
+void EntryRows::SetFilters(const FilterSet& filters) {
+  filters_ = filters;
   Filter();
 }
 
@@ -202,13 +202,25 @@ void EntryRows::Arrange() {
 void EntryRows::Filter() {
   shown_.clear();
   std::copy_if(order_.begin(), order_.end(), std::back_inserter(shown_), [this](const EntryRow* row) {
-    const std::optional<EntryTrust>& trust = row->item.trust;
-    if (hidesVerified_ && trust && trust->word == TrustWord::kVerified) return false;
-    return locations_[row->item.location] &&
-           std::all_of(words_.begin(), words_.end(), [row](const std::wstring& word) {
-             return row->searched.find(word) != std::wstring::npos;
-           });
+    return locations_[row->item.location] && PassesFilters(filters_, row->item) && HasWords(*row);
   });
+}
+
+bool EntryRows::HasWords(const EntryRow& row) const {
+  return std::all_of(words_.begin(), words_.end(), [&row](const std::wstring& word) {
+    return row.searched.find(word) != std::wstring::npos;
+  });
+}
+
+std::size_t EntryRows::Count(Limit limit) const {
+  const bool ofLocations = limit != Limit::kSearchAndFilters;
+  const bool ofSearch = limit != Limit::kLocations;
+  const bool ofFilters = limit == Limit::kSearchAndFilters;
+  const auto fits = [&](const EntryRow* row) {
+    return (!ofLocations || locations_[row->item.location]) && (!ofSearch || HasWords(*row)) &&
+           (!ofFilters || PassesFilters(filters_, row->item));
+  };
+  return static_cast<std::size_t>(std::count_if(order_.begin(), order_.end(), fits));
 }
 
 std::vector<RowId> EntryRows::IdsAt(const std::vector<std::size_t>& positions) const {

@@ -4,6 +4,7 @@
 
 #include "core/contracts/location_table.h"
 #include "hosts/common/entry_watch.h"
+#include "hosts/gui/entry_filter.h"
 #include "hosts/gui/entry_words.h"
 
 #include <bitset>
@@ -69,9 +70,8 @@ class EntryRows {
   // Shows rows that have every word of `text` somewhere in what the user reads of them, case ignored; without
   // words all.
   void Search(std::wstring_view text);
-  // Leaves out rows that are known to be verified.
-  void HideVerified(bool hide);
-  bool HidesVerified() const noexcept { return hidesVerified_; }
+  // Shows rows that pass all of those filters.
+  void SetFilters(const FilterSet& filters);
   // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
   void Sort(std::size_t column, bool descending);
 
@@ -81,6 +81,12 @@ class EntryRows {
   // All rows, and those of one location, whatever the filter shows.
   std::size_t Total() const noexcept { return rows_.size(); }
   std::size_t CountOf(std::int32_t location) const noexcept { return counts_[location]; }
+  const FilterSet& Filters() const noexcept { return filters_; }
+  // Whether Search was told a word.
+  bool IsSearched() const noexcept { return !words_.empty(); }
+  // How many rows there would be if only those of the limits were set.
+  enum class Limit { kLocations, kLocationsAndSearch, kSearchAndFilters };
+  std::size_t Count(Limit limit) const;
   // The rows that are shown, in their order. Valid until the next change.
   const std::vector<const EntryRow*>& Shown() const noexcept { return shown_; }
 
@@ -110,6 +116,7 @@ class EntryRows {
   void Rename(const EntryKey& from, ItemRecord to);
   void Arrange();
   void Filter();
+  bool HasWords(const EntryRow& row) const;
 
   Rows rows_;
   std::vector<const EntryRow*> order_;  // all rows, sorted
@@ -119,7 +126,7 @@ class EntryRows {
   std::vector<std::wstring> words_;
   std::size_t column_ = kNameColumn;
   bool descending_ = false;
-  bool hidesVerified_ = false;
+  FilterSet filters_;
   RowId lastId_ = 0;
 };
 

@@ -62,10 +62,6 @@ std::wstring BehindOn(const ItemRecord& item) {
   return text;
 }
 
-bool IsDanger(const ItemRecord& item) noexcept {
-  return item.trust ? IsAlarming(item.trust->word, item.trust->signature) : item.rating == kRatingRisky;
-}
-
 bool IsRisky(const ItemRecord& item) noexcept {
   return item.trust ? item.trust->word == TrustWord::kRisky : item.rating == kRatingRisky;
 }
@@ -78,6 +74,10 @@ bool IsFileMissing(const ItemRecord& item) noexcept {
 
 bool IsFileUnreachable(const ItemRecord& item) noexcept {
   return item.reachability == kFileUnreachable;
+}
+
+bool IsDanger(const ItemRecord& item) noexcept {
+  return item.trust ? IsAlarming(item.trust->word, item.trust->signature) : item.rating == kRatingRisky;
 }
 
 bool IsLocked(const ItemRecord& item) noexcept {

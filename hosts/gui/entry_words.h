@@ -13,6 +13,8 @@ namespace smh {
 bool IsFileMissing(const ItemRecord& item) noexcept;
 // Whether it may be there, on a share or network drive that did not answer.
 bool IsFileUnreachable(const ItemRecord& item) noexcept;
+// Whether it is rated risky, or its signature is broken or withdrawn.
+bool IsDanger(const ItemRecord& item) noexcept;
 // Whether neither its state nor its existence can be changed by this account.
 bool IsLocked(const ItemRecord& item) noexcept;
 

@@ -1,5 +1,6 @@
 #include "hosts/gui/location_tree.h"
 
+#include "hosts/common/location_names.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
 
@@ -95,6 +96,14 @@ void LocationTree::ShowCounts(const EntryRows& rows) {
     item.pszText = text.data();
     SendMessageW(tree_, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
+}
+
+std::wstring LocationTree::PlaceTitle(const Node& node) {
+  if (node.locations.all()) return {};
+  if (node.locations.count() != 1) return node.title;
+  std::int32_t location = kFirstLocation;
+  while (!node.locations[static_cast<std::size_t>(location)]) ++location;
+  return FullTitle(location);
 }
 
 void LocationTree::SetDpi(int dpi, HFONT font) const {

@@ -28,6 +28,9 @@ class LocationTree {
   // the next Build.
   using OnSelect = std::function<void(const Node& node)>;
 
+  // What the node's locations are called on their own; empty for all entries.
+  static std::wstring PlaceTitle(const Node& node);
+
   // Makes the tree without nodes. Called once; `onSelect` is kept as long as the object.
   void Create(HWND parent, OnSelect onSelect);
   HWND Handle() const noexcept { return tree_; }

@@ -28,7 +28,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
   search_ =
       CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
-  SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(L"Search (Ctrl+F)"));
+  SetSearchPlace(L"all entries");
   banner_ = CreateWindowExW(0, WC_STATICW, L"",
                             WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
                             0, 0, window, reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
@@ -71,6 +71,11 @@ bool MainPanes::Show(LocationTree::Kind kind) {
 void MainPanes::SetBanner(const std::wstring& text, bool show) const {
   SetWindowTextW(banner_, text.c_str());
   ShowWindow(banner_, show ? SW_SHOWNA : SW_HIDE);
+}
+
+void MainPanes::SetSearchPlace(const std::wstring& place) const {
+  const std::wstring cue = L"Search in " + place;
+  SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(cue.c_str()));
 }
 
 void MainPanes::SetStatus(StatusPart part, const std::wstring& text) const {
@@ -131,7 +136,7 @@ void MainPanes::Layout() {
 
 void MainPanes::LayoutTop(int width, int top, int height) const {
   const int margin = Scaled(4, dpi_);
-  const int searchWidth = std::min(Scaled(220, dpi_), width / 3);
+  const int searchWidth = std::min(Scaled(260, dpi_), width / 3);
   const int searchHeight = FontHeight(search_, font_.Get()) + Scaled(8, dpi_);
   MoveWindow(bar_.Handle(), margin, top, width - searchWidth - 3 * margin, height, TRUE);
   MoveWindow(search_, width - searchWidth - margin, top + (height - searchHeight) / 2, searchWidth,
@@ -149,15 +154,20 @@ void MainPanes::LoadLook() {
   if (const auto order = LoadNumbers(L"Order", 2); !order.empty() && order[0] >= 0) {
     entries_->SortBy(static_cast<std::size_t>(order[0]), order[1] != 0);
   }
-  if (const auto hides = LoadNumbers(L"HideVerified", 1); !hides.empty()) {
-    entries_->HideVerified(hides[0] != 0);
+  FilterSet filters;
+  for (std::size_t i = 0; i < kFilterCount; ++i) {
+    const auto isOn = LoadNumbers(EntryFilters()[i].saved, 1);
+    filters[i] = !isOn.empty() && isOn[0] != 0;
   }
+  entries_->SetFilters(filters);
 }
 
 void MainPanes::SaveLook() const {
   SaveNumbers(L"Panes", {treeWidth_, entries_->DetailsHeight()});
   SaveNumbers(L"Columns", entries_->ColumnWidths());
-  SaveNumbers(L"HideVerified", {entries_->Rows().HidesVerified() ? 1 : 0});
+  for (std::size_t i = 0; i < kFilterCount; ++i) {
+    SaveNumbers(EntryFilters()[i].saved, {entries_->Rows().Filters()[i] ? 1 : 0});
+  }
   SaveNumbers(L"Order",
               {static_cast<int>(entries_->Rows().SortColumn()), entries_->Rows().Descending() ? 1 : 0});
 }

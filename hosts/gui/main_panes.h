@@ -45,6 +45,8 @@ class MainPanes {
   bool Show(LocationTree::Kind kind);
   // Hides the banner when `show` is false; Layout makes room for it.
   void SetBanner(const std::wstring& text, bool show) const;
+  // What the empty search box says behind "Search in".
+  void SetSearchPlace(const std::wstring& place) const;
   // The parts of the status bar, from the left.
   enum class StatusPart { kNews, kCount, kAccount };
   void SetStatus(StatusPart part, const std::wstring& text) const;

@@ -184,6 +184,9 @@ bool MainWindow::CanRun(UINT command) const {
       return panes_.Shows(panes_.Undo()) ? panes_.Undo().CanRun(command) : panes_.Undo().CanUndoLatest();
     case CMD_REDO:
       return panes_.Shows(panes_.Undo()) ? panes_.Undo().CanRun(command) : panes_.Undo().CanRedoLatest();
+    case CMD_SEARCH_EVERYWHERE:
+    case CMD_SHOW_ALL:
+      return panes_.Shows(panes_.Entries());
     default:
       return panes_.Shown().CanRun(command);
   }
@@ -214,6 +217,12 @@ void MainWindow::Run(UINT command) {
       return panes_.Shows(panes_.Undo()) ? panes_.Undo().Run(command) : panes_.Undo().UndoLatest();
     case CMD_REDO:
       return panes_.Shows(panes_.Undo()) ? panes_.Undo().Run(command) : panes_.Undo().RedoLatest();
+    case CMD_SEARCH_EVERYWHERE:
+      return SearchEverywhere();
+    case CMD_SHOW_ALL:
+      SetWindowTextW(panes_.SearchBox(), L"");
+      panes_.Entries().SetFilters({});
+      return panes_.Tree().Select(LocationTree::Kind::kEntries);
     case CMD_ABOUT:
       return ShowAbout();
     case CMD_EXIT:
@@ -227,11 +236,20 @@ void MainWindow::Run(UINT command) {
 }
 
 void MainWindow::ShowNode(const LocationTree::Node& node) {
-  if (node.kind == LocationTree::Kind::kEntries) panes_.Entries().ShowLocations(node.locations);
+  const std::wstring title = LocationTree::PlaceTitle(node);
+  if (node.kind == LocationTree::Kind::kEntries) panes_.Entries().ShowLocations(node.locations, title);
+  panes_.SetSearchPlace(title.empty() ? L"all entries" : title);
   if (panes_.Show(node.kind)) said_.clear();
   ShowBanner(node);
   panes_.Layout();
   Update();
+}
+
+// In all locations, for what the box holds.
+void MainWindow::SearchEverywhere() {
+  const bool isOffered = panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE);
+  panes_.Tree().Select(LocationTree::Kind::kEntries);
+  if (!isOffered) Run(CMD_FIND);
 }
 
 // Whose entries these are, where that is not plain.
@@ -295,9 +313,10 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
     const UINT command = GetMenuItemID(menu, i);
     if (command == 0 || command == static_cast<UINT>(-1)) continue;
     EnableMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (CanRun(command) ? MF_ENABLED : MF_GRAYED));
-    if (command == CMD_ALL_LOCATIONS || command == CMD_HIDE_VERIFIED) {
+    const std::size_t filter = FilterOf(command);
+    if (command == CMD_ALL_LOCATIONS || filter < kFilterCount) {
       const bool isOn =
-          command == CMD_ALL_LOCATIONS ? allLocations_ : panes_.Entries().Rows().HidesVerified();
+          command == CMD_ALL_LOCATIONS ? allLocations_ : panes_.Entries().Rows().Filters()[filter];
       CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (isOn ? MF_CHECKED : MF_UNCHECKED));
     }
   }
@@ -339,9 +358,11 @@ void MainWindow::RunMessages() {
     if (isEditing &&
         (message.wParam == VK_ESCAPE || message.wParam == VK_RETURN || message.wParam == VK_DOWN)) {
       if (message.wParam == VK_ESCAPE) SetWindowTextW(panes_.SearchBox(), L"");
+      if (message.wParam == VK_RETURN && panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE)) SearchEverywhere();
       SetFocus(panes_.Shown().MainControl());
       continue;
     }
+    if (ClicksButton(message)) continue;
     if (!isEditing && TranslateAcceleratorW(Handle(), keys, &message) != 0) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);

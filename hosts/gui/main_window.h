@@ -42,6 +42,7 @@ class MainWindow final : public Window {
   bool CanRun(UINT command) const;
   void Run(UINT command);
   void ShowNode(const LocationTree::Node& node);
+  void SearchEverywhere();
   void ShowBanner(const LocationTree::Node& node) const;
   void Refresh();
   void Update();

@@ -3,6 +3,8 @@
 #include "hosts/common/host_error.h"
 #include "hosts/gui/resource.h"
 
+#include <commctrl.h>
+
 #include <utility>
 
 namespace smh {
@@ -11,6 +13,16 @@ std::wstring TextOf(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
   return text;
+}
+
+bool ClicksButton(const MSG& message) noexcept {
+  wchar_t name[16] = L"";
+  if (message.message != WM_KEYDOWN || message.wParam != VK_RETURN ||
+      GetClassNameW(message.hwnd, name, ARRAYSIZE(name)) == 0 || lstrcmpiW(name, WC_BUTTONW) != 0) {
+    return false;
+  }
+  SendMessageW(message.hwnd, BM_CLICK, 0, 0);
+  return true;
 }
 
 Window::~Window() {

@@ -15,6 +15,9 @@ inline constexpr wchar_t kProgramTitle[] = L"Startup Manager";
 // The whole text of a window or control of this thread.
 std::wstring TextOf(HWND window);
 
+// Clicks the button of this thread's windows that has the focus when the message is Enter, as dialogs do.
+bool ClicksButton(const MSG& message) noexcept;
+
 // A window whose messages arrive in a member function. Owns the window: when something else destroys that
 // first, its parent or WM_CLOSE, the handle is null from then on.
 class Window {

@@ -2,6 +2,7 @@
 #include "hosts/gui/account.h"
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/resource.h"
 #include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
 #include "tests/hosts/common/test_items.h"
@@ -115,7 +116,7 @@ TEST_F(EntryRowsTest, ChecksWhatIsSeenFirstAndHidesWhatIsVerified) {
   items.resize(2);
   EXPECT_FALSE(rows.TakeTrust(Checked(items, TrustWord::kVerified)));
   EXPECT_EQ(rows.UncheckedCount(), 1u);
-  rows.HideVerified(true);
+  rows.SetFilters(FilterSet().set(FilterOf(CMD_HIDE_VERIFIED)));
   EXPECT_EQ(Captions(rows), Texts{});
   // What is known stays while it is asked again, but not for another file.
   ItemRecord switched = Item(L"alpha");

@@ -104,6 +104,12 @@ std::wstring GuiProgram::Status(int part) const {
   return buffer.Text(0, kTextUnits / 2);
 }
 
+std::wstring GuiProgram::Cue(int edit) const {
+  const RemoteBuffer buffer(process_.Handle(), kBufferSize);
+  SendMessageW(Control(edit), EM_GETCUEBANNER, reinterpret_cast<WPARAM>(buffer.Address()), kTextUnits / 2);
+  return buffer.Text(0, kTextUnits / 2);
+}
+
 void GuiProgram::Search(const std::wstring& text) const {
   SendMessageW(Control(IDC_SEARCH), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
 }

@@ -46,6 +46,8 @@ class GuiProgram {
   bool CanRun(UINT command) const;
   std::wstring Status(int part) const;
   void WaitUntilRead() const;
+  // What an empty edit field shows.
+  std::wstring Cue(int edit) const;
   void Search(const std::wstring& text) const;
   // The box that the program shows now, null when none comes.
   HWND WaitForDialog() const;
