@@ -111,7 +111,7 @@ std::wstring EntriesView::CheckingText() const {
 
 void EntriesView::SetFilters(const FilterSet& filters) {
   filterBar_.Check(filters);
-  Rearrange([&] { rows_.SetFilters(filters); });
+  ShowAnew([&] { rows_.SetFilters(filters); });
 }
 
 void EntriesView::ShowNote() {
@@ -143,17 +143,17 @@ void EntriesView::ForgetImages() {
 void EntriesView::ShowLocations(const LocationSet& locations, const std::wstring& title) {
   locations_ = locations;
   request_.place = title;
-  Rearrange([&] { rows_.ShowLocations(locations); });
+  ShowAnew([&] { rows_.ShowLocations(locations); });
 }
 
 void EntriesView::Search(std::wstring_view text) {
   request_.search = text;
-  Rearrange([&] { rows_.Search(text); });
+  ShowAnew([&] { rows_.Search(text); });
 }
 
 void EntriesView::SortBy(std::size_t column, bool descending) {
   if (column >= EntryColumns().size()) return;
-  Rearrange([&] { rows_.Sort(column, descending); });
+  ShowAnew([&] { rows_.Sort(column, descending); });
   list_.ShowSortArrow(column, descending);
 }
 
@@ -165,7 +165,7 @@ EntriesView::Standing EntriesView::Remember() const {
     return row < rows_.Shown().size() ? rows_.Shown()[row]->id : 0;
   };
   standing.focused = idAt(standing.focusedPosition);
-  standing.top = idAt(list_.TopRow());
+  if (list_.TopRow() > 0) standing.top = idAt(list_.TopRow());
   return standing;
 }
 
@@ -179,6 +179,7 @@ void EntriesView::Restore(const Standing& standing) {
   list_.Select(rows_.PositionsOf(standing.selected), row);
   const auto top = rows_.PositionsOf({standing.top});
   if (!top.empty()) list_.ScrollTo(top.front());
+  if (standing.top == 0) list_.ScrollTo(0);
 }
 
 template <typename Change>
@@ -194,6 +195,13 @@ void EntriesView::Rearrange(const Standing& standing, Change&& change) {
   ShowNote();
   SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
   InvalidateRect(list_.Handle(), nullptr, FALSE);
+}
+
+template <typename Change>
+void EntriesView::ShowAnew(Change&& change) {
+  Standing standing = Remember();
+  standing.top = 0;
+  Rearrange(standing, change);
 }
 
 void EntriesView::SelectAdded() {

@@ -26,7 +26,7 @@ class EntriesView final : public View {
   EntriesView(HWND parent, const Frame& frame);
 
   // Takes in what a look at the library's list has found, and moves the events out of it. Selection and
-  // scroll position stay with their entries.
+  // scroll position stay with their entries; a list that stands at its top stays there.
   void OnNews(ListNews& news);
   // Has the files of all entries checked once more, in the background.
   void CheckAgain();
@@ -73,16 +73,21 @@ class EntriesView final : public View {
     std::set<RowId> selected;
     RowId focused = 0;
     std::size_t focusedPosition = 0;
-    RowId top = 0;
+    RowId top = 0;  // none: the list is at its top
   };
   Standing Remember() const;
   void Restore(const Standing& standing);
-  // Changes rows_ and keeps selection and place.
+  // Changes rows_ and keeps selection and place: for what happens behind the user's back. A list that stands
+  // at its top stays there, so that what comes in before the first row is seen.
   template <typename Change>
   void Rearrange(Change&& change);
   // The same with what was selected before.
   template <typename Change>
   void Rearrange(const Standing& standing, Change&& change);
+  // Changes rows_ for the user, who has asked for other rows or another order: keeps the selection, and
+  // begins at the top.
+  template <typename Change>
+  void ShowAnew(Change&& change);
 
   ListSource MakeSource();
   void ChooseImages();
