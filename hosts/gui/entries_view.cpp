@@ -36,6 +36,9 @@ EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), comma
 ListSource EntriesView::MakeSource() {
   ListSource source;
   source.text = [this](std::size_t row, std::size_t column) {
+    return MakeVisible(EntryColumns()[column].text(rows_.Shown()[row]->item)).text;
+  };
+  source.copied = [this](std::size_t row, std::size_t column) {
     return EntryColumns()[column].text(rows_.Shown()[row]->item);
   };
   source.image = [this](std::size_t row, std::size_t column) {
@@ -295,7 +298,7 @@ void EntriesView::SetDpi(int dpi, const ViewFonts& fonts) {
 }
 
 bool EntriesView::OnNotify(const NMHDR& header, LRESULT& result) {
-  return list_.OnNotify(header, result) || details_.OnNotify(header, result);
+  return list_.OnNotify(header, result);
 }
 
 bool EntriesView::HasLockedEntries() const {
@@ -381,7 +384,7 @@ bool EntriesView::CanRun(UINT command) const {
     case CMD_COPY_PATH:
       return only != nullptr && !resolvedFile_.empty();
     case CMD_COPY:
-      return GetFocus() == details_.Handle() || !list_.Selection().empty();
+      return IsInDetails() || !list_.Selection().empty();
     case CMD_ADD:
       return true;
     case CMD_CLEAR_FILTERS:
@@ -426,7 +429,7 @@ void EntriesView::Run(UINT command) {
     case CMD_COPY:
       return Copy();
     case CMD_SELECT_ALL:
-      return list_.SelectAll();
+      return IsInDetails() ? details_.SelectAll() : list_.SelectAll();
     case CMD_EXPORT:
       return commands_.Export(SelectedOrShown());
     default:
@@ -462,8 +465,11 @@ void EntriesView::Add() {
 }
 
 void EntriesView::Copy() const {
-  const bool fromDetails = GetFocus() == details_.Handle();
-  CopyToClipboard(frame_.window, fromDetails ? details_.TextToCopy() : list_.SelectedText());
+  CopyToClipboard(frame_.window, IsInDetails() ? details_.TextToCopy() : list_.SelectedText());
+}
+
+bool EntriesView::IsInDetails() const {
+  return GetFocus() == details_.Handle();
 }
 
 }  // namespace smh

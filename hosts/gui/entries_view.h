@@ -110,6 +110,7 @@ class EntriesView final : public View {
   const ItemRecord* OnlySelected() const;
   void Add();
   void Copy() const;
+  bool IsInDetails() const;
 
   const Frame& frame_;
   EntryCommands commands_;

@@ -2,7 +2,6 @@
 
 #include "hosts/common/location_names.h"
 #include "hosts/common/start_words.h"
-#include "hosts/common/text_encoding.h"
 #include "hosts/gui/entry_words.h"
 
 #include <oleauto.h>
@@ -10,6 +9,11 @@
 namespace smh {
 
 namespace {
+
+// A text of this program's, which has nothing to make visible.
+VisibleText Own(std::wstring text) {
+  return {std::move(text), {}};
+}
 
 // Date and time as the user writes them.
 std::wstring LocalTime(const std::optional<double>& date) {
@@ -33,19 +37,24 @@ std::wstring SizeText(const std::optional<std::int64_t>& size) {
   return text + L" bytes";
 }
 
-std::wstring FileText(const ItemRecord& item, const std::wstring& file) {
+VisibleText FileText(const ItemRecord& item, const std::wstring& file) {
   if (item.command.empty()) return {};
-  const std::wstring state = IsFileMissing(item)       ? L"(missing)"
-                             : IsFileUnreachable(item) ? L"(out of reach)"
-                                                       : L"";
-  return file.empty() || state.empty() ? file + state : file + L"  " + state;
+  VisibleText text = MakeVisible(file);
+  const std::wstring_view state = IsFileMissing(item)       ? L"(missing)"
+                                  : IsFileUnreachable(item) ? L"(out of reach)"
+                                                            : L"";
+  if (!file.empty() && !state.empty()) text += L"  ";
+  text += state;
+  return text;
 }
 
 // What the program only runs, and whether all that is said of a file is about that.
-std::wstring RunsText(const ItemRecord& item) {
+VisibleText RunsText(const ItemRecord& item) {
   if (item.startedThrough.empty()) return {};
-  if (item.servedFile.empty()) return L"(cannot be told)";
-  return item.servedFile == item.describedFile ? item.servedFile + L"  (described here)" : item.servedFile;
+  if (item.servedFile.empty()) return Own(L"(cannot be told)");
+  VisibleText text = MakeVisible(item.servedFile);
+  if (item.servedFile == item.describedFile) text += L"  (described here)";
+  return text;
 }
 
 std::wstring LocalTime(const FILETIME& time) {
@@ -59,67 +68,66 @@ std::wstring LocalTime(const FILETIME& time) {
   return LocalTime(std::optional(date));
 }
 
-using Lines = std::vector<std::pair<std::wstring, std::wstring>>;
+using Lines = std::vector<DetailLine>;
 
 void AddStart(const ItemRecord& item, Lines& lines) {
-  lines.emplace_back(L"Starts", StartsAnswerText(item));
+  lines.push_back({L"Starts", Own(StartsAnswerText(item))});
   const bool isCertain = item.starts != kStartsUnknown || item.reasons == kReasonUnreachable;
   for (const std::wstring_view reason : ReasonSentences(item)) {
-    lines.emplace_back(isCertain ? L"Because" : L"Perhaps", reason);
+    lines.push_back({isCertain ? L"Because" : L"Perhaps", Own(std::wstring(reason))});
   }
-  lines.emplace_back(L"Switched off", LocalTime(item.switchedOffSince));
-  lines.emplace_back(L"Note", NameMarkText(item));
+  lines.push_back({L"Switched off", Own(LocalTime(item.switchedOffSince))});
+  lines.push_back({L"Note", Own(std::wstring(NameMarkText(item)))});
 }
 
 // What is said of the file that runs.
 void AddTrust(const ItemRecord& item, Lines& lines) {
   const std::wstring reason = TrustReason(item);
-  lines.emplace_back(L"Trust", TrustText(item) + (reason.empty() ? L"" : L": " + reason));
+  lines.push_back({L"Trust", Own(TrustText(item) + (reason.empty() ? L"" : L": " + reason))});
   if (!item.trust) return;
-  lines.emplace_back(L"Signature", SignatureText(item.trust->signature, item.trust->Signer()));
-  lines.emplace_back(L"Signer", item.trust->Signer());
-  lines.emplace_back(L"Signed", LocalTime(item.trust->signingTime));
-  lines.emplace_back(L"SHA-256", item.trust->sha256);
+  const std::wstring& signer = item.trust->Signer();
+  lines.push_back({L"Signature", MakeVisible(SignatureText(item.trust->signature, signer))});
+  lines.push_back({L"Signer", MakeVisible(signer)});
+  lines.push_back({L"Signed", Own(LocalTime(item.trust->signingTime))});
+  lines.push_back({L"SHA-256", Own(item.trust->sha256)});
 }
 
 }  // namespace
 
-std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
-                                                             const std::wstring& file) {
-  Lines lines = {{L"Name", item.caption}, {L"Status", StatusText(item)}};
+std::vector<DetailLine> DetailsOf(const ItemRecord& item, const std::wstring& file) {
+  Lines lines = {{L"Name", MakeVisible(item.caption)}, {L"Status", Own(StatusText(item))}};
   AddStart(item, lines);
   AddTrust(item, lines);
   const Lines others = {
-      {L"Command", item.command},
+      {L"Command", MakeVisible(item.command)},
       {L"File", FileText(item, file)},
       {L"Runs", RunsText(item)},
-      {L"Started through", item.startedThrough},
-      {L"Working folder", item.workingFolder},
-      {L"Description", item.description},
-      {L"Company", item.company},
-      {L"Product", item.productName},
-      {L"Version", item.version},
-      {L"File version", item.fileVersion},
-      {L"Product version", item.productVersion},
-      {L"Version number", item.versionNumber},
-      {L"Internal name", item.internalName},
-      {L"Original file name", item.originalFilename},
-      {L"Comments", item.comments},
-      {L"Private build", item.privateBuild},
-      {L"Special build", item.specialBuild},
-      {L"Copyright", item.legalCopyright},
-      {L"Trademarks", item.legalTrademarks},
-      {L"Type", item.fileTypeName},
-      {L"Size", SizeText(item.fileSize)},
-      {L"Created", LocalTime(item.creationTime)},
-      {L"Changed", LocalTime(item.lastWriteTime)},
-      {L"Last opened", LocalTime(item.lastAccessTime)},
-      {L"Location", FullTitle(item.location)},
-      {L"Stored as", item.name},
+      {L"Started through", MakeVisible(item.startedThrough)},
+      {L"Working folder", MakeVisible(item.workingFolder)},
+      {L"Description", MakeVisible(item.description)},
+      {L"Company", MakeVisible(item.company)},
+      {L"Product", MakeVisible(item.productName)},
+      {L"Version", MakeVisible(item.version)},
+      {L"File version", MakeVisible(item.fileVersion)},
+      {L"Product version", MakeVisible(item.productVersion)},
+      {L"Version number", MakeVisible(item.versionNumber)},
+      {L"Internal name", MakeVisible(item.internalName)},
+      {L"Original file name", MakeVisible(item.originalFilename)},
+      {L"Comments", MakeVisible(item.comments)},
+      {L"Private build", MakeVisible(item.privateBuild)},
+      {L"Special build", MakeVisible(item.specialBuild)},
+      {L"Copyright", MakeVisible(item.legalCopyright)},
+      {L"Trademarks", MakeVisible(item.legalTrademarks)},
+      {L"Type", MakeVisible(item.fileTypeName)},
+      {L"Size", Own(SizeText(item.fileSize))},
+      {L"Created", Own(LocalTime(item.creationTime))},
+      {L"Changed", Own(LocalTime(item.lastWriteTime))},
+      {L"Last opened", Own(LocalTime(item.lastAccessTime))},
+      {L"Location", Own(FullTitle(item.location))},
+      {L"Stored as", MakeVisible(item.name)},
   };
   lines.insert(lines.end(), others.begin(), others.end());
-  std::erase_if(lines, [](const auto& line) { return line.second.empty(); });
-  for (auto& [name, text] : lines) text = Printable(text);
+  std::erase_if(lines, [](const DetailLine& line) { return line.value.text.empty(); });
   return lines;
 }
 

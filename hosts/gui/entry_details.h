@@ -3,16 +3,20 @@
 #pragma once
 
 #include "hosts/common/item_record.h"
+#include "hosts/gui/visible_text.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace smh {
 
-// Names and texts in the order of display, made printable; what is empty is left out. `file` is the program
-// that the command starts.
-std::vector<std::pair<std::wstring, std::wstring>> DetailsOf(const ItemRecord& item,
-                                                             const std::wstring& file);
+// The name of a property, and its value as it is shown.
+struct DetailLine {
+  const wchar_t* name;
+  VisibleText value;
+};
+
+// In the order of display; what is empty is left out. `file` is the program that the command starts.
+std::vector<DetailLine> DetailsOf(const ItemRecord& item, const std::wstring& file);
 
 }  // namespace smh

@@ -31,7 +31,7 @@ void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, L
   SetWindowTheme(list_, L"Explorer", nullptr);
   const DWORD checks = source_.checked ? LVS_EX_CHECKBOXES : 0;
   ListView_SetExtendedListViewStyle(
-      list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP | LVS_EX_HEADERDRAGDROP | checks);
+      list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_HEADERDRAGDROP | checks);
   if (source_.checked) ListView_SetCallbackMask(list_, LVIS_STATEIMAGEMASK);
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     LVCOLUMNW column = {};
@@ -41,6 +41,20 @@ void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, L
     column.iSubItem = static_cast<int>(i);
     SendMessageW(list_, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
   }
+  tips_.Create(list_, [this](std::size_t row, std::size_t column) {
+    return row < count_ ? source_.text(row, column) : std::wstring();
+  });
+  SetWindowSubclass(list_, OnMessage, 1, reinterpret_cast<DWORD_PTR>(this));
+}
+
+LRESULT CALLBACK VirtualList::OnMessage(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                        DWORD_PTR self) noexcept {
+  if (message == WM_NCDESTROY) {
+    RemoveWindowSubclass(list, OnMessage, id);
+  } else {
+    reinterpret_cast<VirtualList*>(self)->tips_.OnListMessage(message, wParam, lParam);
+  }
+  return DefSubclassProc(list, message, wParam, lParam);
 }
 
 void VirtualList::SetCount(std::size_t count) {
@@ -54,6 +68,7 @@ void VirtualList::SetDpi(int dpi, HFONT font) {
   dpi_ = dpi;
   SetColumnWidths(widths);
   SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  tips_.SetDpi(dpi, font);
   if (!source_.checked) return;
   ScopedImageList images = MakeCheckImages(dpi);
   ListView_SetImageList(list_, images.Get(), LVSIL_STATE);
@@ -150,7 +165,7 @@ std::wstring VirtualList::SelectedText() const {
   for (const std::size_t row : Selection()) {
     for (std::size_t column = 0; column < columns_.size(); ++column) {
       if (column > 0) text += L'\t';
-      text += source_.text(row, column);
+      text += source_.copied ? source_.copied(row, column) : source_.text(row, column);
     }
     text += L"\r\n";
   }

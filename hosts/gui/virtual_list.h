@@ -1,6 +1,7 @@
 // A report list that draws its rows from somewhere else and keeps no copy of them. For the window's thread.
 #pragma once
 
+#include "hosts/gui/cell_tips.h"
 #include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
@@ -19,6 +20,8 @@ struct ListColumn {
 // window's thread, with rows below Count, for as long as the control exists; `text` is required.
 struct ListSource {
   std::function<std::wstring(std::size_t row, std::size_t column)> text;
+  // What is copied, where that is not the text that is shown.
+  std::function<std::wstring(std::size_t row, std::size_t column)> copied;
   std::function<int(std::size_t row, std::size_t column)> image;  // -1: none
   std::function<bool(std::size_t row)> checked;                   // its presence gives rows a check box
   std::function<COLORREF(std::size_t row)> color;
@@ -72,6 +75,8 @@ class VirtualList {
   bool OnNotify(const NMHDR& header, LRESULT& result);
 
  private:
+  static LRESULT CALLBACK OnMessage(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                    DWORD_PTR self) noexcept;
   void FillItem(NMLVDISPINFOW& info) const;
   LRESULT Draw(NMLVCUSTOMDRAW& draw) const;
   void DrawImages(HDC canvas, std::size_t row) const;
@@ -88,6 +93,7 @@ class VirtualList {
   bool quiet_ = false;
   std::size_t blanksForImage_ = 0;  // in front of a text, to make room for the picture
   ScopedImageList checkImages_;
+  CellTips tips_;
 };
 
 }  // namespace smh

@@ -168,7 +168,8 @@ TEST(EntryWordsTest, SaysWhetherWindowsStartsIt) {
     EXPECT_EQ(ReasonSentences(item).empty(), each.reasons == 0) << each.status;
     auto details = DetailsOf(item, item.command);
     const auto count = [&](const wchar_t* name) {
-      return std::ranges::count(details, name, [](const auto& line) { return line.first; });
+      return std::ranges::count(details, std::wstring(name),
+                                [](const auto& line) { return std::wstring(line.name); });
     };
     EXPECT_EQ(count(L"Perhaps"), each.starts == kStartsUnknown && each.reasons != 0) << each.status;
     EXPECT_EQ(count(L"Because") != 0, each.starts != kStartsUnknown && each.reasons != 0) << each.status;

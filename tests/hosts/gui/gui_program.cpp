@@ -43,6 +43,12 @@ HWND FindWindowOf(DWORD process, const wchar_t* className) {
   return search.found;
 }
 
+std::wstring TextOfWindow(HWND window) {
+  std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+  const LRESULT length = SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  return text.substr(0, static_cast<std::size_t>(length));
+}
+
 // The folder of the program.
 std::wstring PrepareLook(GuiProgram::Look look) {
   if (look == GuiProgram::Look::kFresh) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
@@ -197,6 +203,32 @@ int GuiProgram::RowOf(int list, const std::wstring& text) const {
     if (Cell(list, row, 0) == text) return row;
   }
   return -1;
+}
+
+std::wstring GuiProgram::Detail(const std::wstring& property) const {
+  const std::wstring text = L"\r\n" + TextOfWindow(Control(IDC_DETAILS)) + L"\r\n";
+  const std::wstring name = L"\r\n" + property + L"\t";
+  const std::size_t found = text.find(name);
+  if (found == std::wstring::npos) return {};
+  const std::size_t begin = found + name.size();
+  return text.substr(begin, text.find(L"\r\n", begin) - begin);
+}
+
+std::wstring GuiProgram::TipText() const {
+  const HWND tip = FindWindowOf(process_.Id(), TOOLTIPS_CLASSW);
+  return tip == nullptr ? std::wstring() : TextOfWindow(tip);
+}
+
+void GuiProgram::PointAt(int list, int row, int column) const {
+  const RemoteBuffer buffer(process_.Handle(), sizeof(RECT));
+  RECT cell = {LVIR_LABEL, column, 0, 0};
+  buffer.Write(0, &cell, sizeof(cell));
+  SendMessageW(Control(list), LVM_GETSUBITEMRECT, static_cast<WPARAM>(row),
+               reinterpret_cast<LPARAM>(buffer.Address()));
+  buffer.Read(0, &cell, sizeof(cell));
+  POINT point = {cell.left + 10, (cell.top + cell.bottom) / 2};
+  ClientToScreen(Control(list), &point);
+  SetCursorPos(point.x, point.y);
 }
 
 void GuiProgram::Select(int list, const std::vector<int>& rows) const {

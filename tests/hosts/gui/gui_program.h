@@ -64,6 +64,12 @@ class GuiProgram {
   std::vector<std::wstring> Column(int list, int column) const;
   // The row whose first column is that text; -1.
   int RowOf(int list, const std::wstring& text) const;
+  // What the details say of that property of the selected entry, as it is shown; empty when they do not.
+  std::wstring Detail(const std::wstring& property) const;
+  // The text of the tip that is shown; empty when none is.
+  std::wstring TipText() const;
+  // Puts the mouse on a cell.
+  void PointAt(int list, int row, int column) const;
   void Select(int list, const std::vector<int>& rows) const;
   std::vector<int> Selection(int list) const;
   bool IsChecked(int row) const;

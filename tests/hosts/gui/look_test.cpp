@@ -21,11 +21,6 @@ nlohmann::json Listed(const std::vector<std::wstring>& options = {}) {
   return nlohmann::json::parse(RunStartupctl(arguments).output);
 }
 
-std::wstring Detail(const GuiProgram& gui, const std::wstring& property) {
-  const int row = gui.RowOf(IDC_DETAILS, property);
-  return row < 0 ? std::wstring() : gui.Cell(IDC_DETAILS, row, 1);
-}
-
 bool Contains(const std::vector<std::wstring>& texts, const std::wstring& text) {
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
@@ -44,14 +39,14 @@ TEST(LookTest, ShowsTheSampleMachine) {
   EXPECT_TRUE(Contains(gui.NodeTexts(), L"All entries (" + std::to_wstring(expected.size()) + L")"));
   EXPECT_EQ(gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, L"Lost Agent"), 1), L"On, file missing");
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Host")});
-  EXPECT_TRUE(WaitUntil([&] { return Detail(gui, L"File") == L"C:\\Samples\\Temp\\scvhost.exe"; }));
-  EXPECT_TRUE(Detail(gui, L"Trust").starts_with(L"Risky"));
+  EXPECT_TRUE(WaitUntil([&] { return gui.Detail(L"File") == L"C:\\Samples\\Temp\\scvhost.exe"; }));
+  EXPECT_TRUE(gui.Detail(L"Trust").starts_with(L"Risky"));
   // The files are checked behind the list.
   const auto cell = [&](const wchar_t* name, int column) {
     return gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, name), column);
   };
   EXPECT_TRUE(WaitUntil([&] { return cell(L"Fernhill Update", 3).ends_with(L"Broken signature"); }));
-  EXPECT_TRUE(WaitUntil([&] { return Detail(gui, L"SHA-256").size() == 64; }));
+  EXPECT_TRUE(WaitUntil([&] { return gui.Detail(L"SHA-256").size() == 64; }));
   const std::wstring switchedOff = L"On, but switched off in Task Manager";
   EXPECT_EQ(cell(L"Card Watch", 1), switchedOff);
   EXPECT_GT(SendMessageW(gui.Control(IDC_ENTRIES), LVM_GETCOLUMNWIDTH, 1, 0),
@@ -121,7 +116,7 @@ TEST(LookTest, RemembersHowItWasLeft) {
 TEST(LookTest, IsSharpAndCompleteAtEveryResolution) {
   const GuiProgram gui(GuiProgram::Look::kFresh);
   gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
-  EXPECT_TRUE(WaitUntil([&] { return !Detail(gui, L"File").empty(); }));
+  EXPECT_TRUE(WaitUntil([&] { return !gui.Detail(L"File").empty(); }));
   const auto placeOf = [&](int id) {
     RECT rect;
     GetWindowRect(gui.Control(id), &rect);

@@ -1,0 +1,117 @@
+// What the list and the details let read of the entries, and where the list stands.
+#include "hosts/gui/resource.h"
+#include "tests/hosts/gui/gui_program.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/waiting.h"
+
+#include <gtest/gtest.h>
+#include <richedit.h>
+
+#include <algorithm>
+
+namespace smh::test {
+
+namespace {
+
+std::wstring ClipboardText() {
+  if (!OpenClipboard(nullptr)) return {};
+  const HANDLE block = GetClipboardData(CF_UNICODETEXT);
+  std::wstring text;
+  if (block != nullptr) {
+    text = static_cast<const wchar_t*>(GlobalLock(block));
+    GlobalUnlock(block);
+  }
+  CloseClipboard();
+  return text;
+}
+
+class ListTest : public testing::Test {
+ protected:
+  int Top() const { return static_cast<int>(SendMessageW(list, LVM_GETTOPINDEX, 0, 0)); }
+  void ScrollDown() const {
+    SendMessageW(list, LVM_SCROLL, 0, 120);
+    EXPECT_GT(Top(), 0);
+  }
+  void Click(HWND control) const {
+    SendMessageW(control, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    SendMessageW(control, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+  }
+
+  const SavedKey saved_{HKEY_CURRENT_USER, kRunKey};
+  const GuiProgram gui{GuiProgram::Look::kFresh};
+  const HWND list = gui.Control(IDC_ENTRIES);
+};
+
+TEST_F(ListTest, ShowsTheFirstRowsOfWhatWasAskedFor) {
+  SetWindowPos(gui.Window(), nullptr, 0, 0, 800, 520, SWP_NOZORDER);
+  EXPECT_EQ(Top(), 0);
+  const int count = gui.Count(IDC_ENTRIES);
+  const auto add = [&](const std::wstring& name, int more) {
+    SetValue(HKEY_CURRENT_USER, kRunKey, name, Sz(L"C:\\Samples\\plain.exe new"));
+    EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) == count + more; }));
+  };
+  add(L"Aaa Newcomer", 1);
+  EXPECT_EQ(Top(), 0) << "a list at its top shows what comes in before its first row";
+  ScrollDown();
+  const std::wstring first = gui.Cell(IDC_ENTRIES, Top(), 0);
+  add(L"Aab Newcomer", 2);
+  EXPECT_EQ(gui.Cell(IDC_ENTRIES, Top(), 0), first) << "any other one keeps its place";
+  gui.Search(L"e");
+  EXPECT_EQ(Top(), 0);
+  ScrollDown();
+  gui.Search(L"");
+  EXPECT_EQ(Top(), 0);
+  for (const int column : {0, 1}) {
+    ScrollDown();
+    gui.ClickHeader(column);
+    EXPECT_TRUE(WaitUntil([&] { return Top() == 0; })) << column;
+  }
+}
+
+TEST_F(ListTest, TheDetailsShowAWholeCommand) {
+  const std::wstring program = L"C:\\Samples\\plain.exe";
+  std::wstring arguments;
+  for (int i = 0; i < 60; ++i) arguments += L" --word" + std::to_wstring(i);
+  const std::wstring command = program + std::wstring(300, L' ') + arguments;
+  SetValue(HKEY_CURRENT_USER, kRunKey, L"Padded", Sz(command));
+  ASSERT_TRUE(WaitUntil([&] { return gui.RowOf(IDC_ENTRIES, L"Padded") >= 0; }));
+  gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Padded")});
+  const std::wstring shown = program + L"\u00B7\u00D7301" + arguments.substr(1);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Detail(L"Command") == shown; })) << gui.Detail(L"Command");
+  EXPECT_TRUE(gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, L"Padded"), 4).starts_with(shown.substr(0, 60)));
+  const HWND details = gui.Control(IDC_DETAILS);
+  EXPECT_EQ(GetWindowLongW(details, GWL_STYLE) & WS_HSCROLL, 0);
+  const std::wstring before = gui.Detail(L"Stored as");
+  EXPECT_FALSE(before.empty());
+  // The command takes three lines at least, and what is below it one each.
+  EXPECT_TRUE(WaitUntil([&] { return !gui.Detail(L"SHA-256").empty(); }));
+  const auto lines = [&] { return SendMessageW(details, EM_GETLINECOUNT, 0, 0); };
+  const LRESULT wrapped = lines();
+  SetWindowPos(gui.Window(), nullptr, 0, 0, 700, 560, SWP_NOZORDER);
+  EXPECT_GT(lines(), wrapped);
+  gui.Screenshot(L"startupmanager-padded-command");
+
+  Click(details);
+  for (const UINT each : {CMD_SELECT_ALL, CMD_COPY}) gui.Command(each);
+  const std::wstring line = L"\r\nCommand\t" + command + L"\r\n";
+  EXPECT_TRUE(WaitUntil([&] { return ClipboardText().find(line) != std::wstring::npos; })) << ClipboardText();
+  EXPECT_NE(SendMessageW(details, EM_GETSEL, 0, 0), 0);
+}
+
+TEST_F(ListTest, ATipShowsWhatACellHasNoRoomFor) {
+  const int row = gui.RowOf(IDC_ENTRIES, L"Aurora Mixer");
+  SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+  for (const int column : {2, 0}) {
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), 60);
+    gui.PointAt(IDC_ENTRIES, row, column);
+    const std::wstring text = gui.Cell(IDC_ENTRIES, row, column);
+    EXPECT_TRUE(WaitUntil([&] { return gui.TipText() == text; })) << gui.TipText();
+  }
+  gui.Screenshot(L"startupmanager-tip");
+  SendMessageW(list, LVM_SETCOLUMNWIDTH, 0, 300);
+  gui.PointAt(IDC_ENTRIES, row + 1, 0);
+  EXPECT_TRUE(WaitUntil([&] { return gui.TipText().empty(); })) << gui.TipText();
+}
+
+}  // namespace
+}  // namespace smh::test
