@@ -25,7 +25,7 @@ constexpr CommandRow kCommands[] = {
     {CMD_ADD, Glyph::kAdd, L"Add", L"Add an entry (Ctrl+N)"},
     {CMD_MOVE, Glyph::kMove, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
     {CMD_CHANGE_COMMAND, Glyph::kEdit, nullptr, L"Change the entry's command (F2)"},
-    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+R)"},
+    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+Shift+R)"},
     {0, Glyph::kNone, nullptr, nullptr},
     {CMD_UNDO, Glyph::kUndo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
     {CMD_REDO, Glyph::kRedo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},
@@ -66,6 +66,7 @@ void CommandBar::Create(HWND parent) {
                          0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TOOLBAR), nullptr, nullptr);
   SendMessageW(bar_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   SendMessageW(bar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
+  keys_.Attach(bar_);
 }
 
 // A tool bar measures its buttons when they are inserted.

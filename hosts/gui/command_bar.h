@@ -1,6 +1,7 @@
 // The tool bar: which commands it has, and whether they can be used now. For the window's thread.
 #pragma once
 
+#include "hosts/gui/bar_keys.h"
 #include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
@@ -27,6 +28,7 @@ class CommandBar {
 
  private:
   HWND bar_ = nullptr;
+  BarKeys keys_;
   ScopedImageList images_;
   ScopedImageList greyed_;
 };

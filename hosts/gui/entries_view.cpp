@@ -58,6 +58,7 @@ ListSource EntriesView::MakeSource() {
   };
   source.onCheck = [this](std::size_t row) { Toggle(row); };
   source.onSelect = [this] { OnSelect(); };
+  source.onActivate = [this] { SetFocus(details_.Handle()); };
   return source;
 }
 
@@ -297,6 +298,12 @@ void EntriesView::SetDpi(int dpi, const ViewFonts& fonts) {
   ChooseImages();
 }
 
+std::vector<HWND> EntriesView::Panes() const {
+  std::vector<HWND> panes(filterBar_.Buttons().begin(), filterBar_.Buttons().end());
+  panes.insert(panes.end(), {list_.Handle(), details_.Handle()});
+  return panes;
+}
+
 bool EntriesView::OnNotify(const NMHDR& header, LRESULT& result) {
   return list_.OnNotify(header, result);
 }
@@ -392,6 +399,8 @@ bool EntriesView::CanRun(UINT command) const {
     case CMD_EXPORT:
     case CMD_SELECT_ALL:
       return !rows_.Shown().empty();
+    case CMD_DETAILS:
+      return only != nullptr;
     default:
       return FilterOf(command) < kFilterCount;
   }
@@ -430,6 +439,9 @@ void EntriesView::Run(UINT command) {
       return Copy();
     case CMD_SELECT_ALL:
       return IsInDetails() ? details_.SelectAll() : list_.SelectAll();
+    case CMD_DETAILS:
+      SetFocus(details_.Handle());
+      return;
     case CMD_EXPORT:
       return commands_.Export(SelectedOrShown());
     default:

@@ -61,6 +61,7 @@ class EntriesView final : public View {
   void Place(const RECT& area) override;
   void SetDpi(int dpi, const ViewFonts& fonts) override;
   HWND MainControl() const override { return list_.Handle(); }
+  std::vector<HWND> Panes() const override;
   bool OnNotify(const NMHDR& header, LRESULT& result) override;
   bool CanRun(UINT command) const override;
   void Run(UINT command) override;

@@ -85,14 +85,10 @@ void LocationTree::ShowCounts(const EntryRows& rows) {
       if (node.locations[location]) count += rows.CountOf(location);
     }
     std::wstring text = Counted(node.title, count);
-    wchar_t shown[128] = L"";
+    if (text == TextOfNode(node.item)) continue;
     TVITEMW item = {};
     item.mask = TVIF_TEXT;
     item.hItem = node.item;
-    item.pszText = shown;
-    item.cchTextMax = ARRAYSIZE(shown);
-    SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    if (text == shown) continue;
     item.pszText = text.data();
     SendMessageW(tree_, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
@@ -104,6 +100,22 @@ std::wstring LocationTree::PlaceTitle(const Node& node) {
   std::int32_t location = kFirstLocation;
   while (!node.locations[static_cast<std::size_t>(location)]) ++location;
   return FullTitle(location);
+}
+
+std::wstring LocationTree::TextOfNode(HTREEITEM node) const {
+  wchar_t text[128] = L"";
+  TVITEMW item = {};
+  item.mask = TVIF_TEXT;
+  item.hItem = node;
+  item.pszText = text;
+  item.cchTextMax = ARRAYSIZE(text);
+  SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+std::wstring LocationTree::SelectedText() const {
+  const HTREEITEM selected = TreeView_GetSelection(tree_);
+  return selected == nullptr ? std::wstring() : TextOfNode(selected);
 }
 
 void LocationTree::SetDpi(int dpi, HFONT font) const {

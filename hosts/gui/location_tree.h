@@ -41,6 +41,8 @@ class LocationTree {
   void ShowCounts(const EntryRows& rows);
   // The font is the caller's and lives until the next call.
   void SetDpi(int dpi, HFONT font) const;
+  // The title of the selected node with its number of entries; empty without one.
+  std::wstring SelectedText() const;
   // Selects the first node of that kind.
   void Select(Kind kind) const;
   // Answers a notification; true when it was the tree's.
@@ -48,6 +50,7 @@ class LocationTree {
 
  private:
   const Node* NodeOf(HTREEITEM item) const;
+  std::wstring TextOfNode(HTREEITEM item) const;
   HTREEITEM Add(HTREEITEM parent, Kind kind, LocationSet locations, const std::wstring& title);
   void AddLocations(HTREEITEM root, bool all);
 

@@ -61,10 +61,13 @@ View& MainPanes::ViewOf(LocationTree::Kind kind) const noexcept {
 bool MainPanes::Show(LocationTree::Kind kind) {
   View& view = ViewOf(kind);
   if (Shows(view)) return false;
+  const std::vector<HWND> before = shown_->Panes();
+  const bool hadFocus = std::find(before.begin(), before.end(), GetFocus()) != before.end();
   shown_->Show(false);
   shown_ = &view;
   shown_->Search(TextOf(search_));
   shown_->Show(true);
+  if (hadFocus) SetFocus(shown_->MainControl());
   return true;
 }
 
@@ -82,12 +85,33 @@ void MainPanes::SetStatus(StatusPart part, const std::wstring& text) const {
   SendMessageW(status_, SB_SETTEXTW, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(text.c_str()));
 }
 
+std::vector<HWND> MainPanes::FocusOrder() const {
+  std::vector<HWND> panes = {bar_.Handle(), search_, tree_.Handle()};
+  const std::vector<HWND> ofView = shown_->Panes();
+  panes.insert(panes.end(), ofView.begin(), ofView.end());
+  std::erase_if(panes, [](HWND pane) { return !IsWindowVisible(pane) || !IsWindowEnabled(pane); });
+  return panes;
+}
+
 void MainPanes::FocusNext(bool backwards) const {
-  const HWND panes[] = {tree_.Handle(), shown_->MainControl(), search_};
-  constexpr std::size_t kCount = std::size(panes);
-  std::size_t now = 0;
-  while (now < kCount && panes[now] != GetFocus()) ++now;
-  SetFocus(panes[now == kCount ? 1 : (now + (backwards ? kCount - 1 : 1)) % kCount]);
+  const std::vector<HWND> panes = FocusOrder();
+  const HWND focus = GetFocus();
+  const auto now = std::find_if(panes.begin(), panes.end(),
+                                [focus](HWND pane) { return pane == focus || IsChild(pane, focus); });
+  if (now == panes.end()) return (void)SetFocus(shown_->MainControl());
+  const std::size_t step = backwards ? panes.size() - 1 : 1;
+  SetFocus(panes[(static_cast<std::size_t>(now - panes.begin()) + step) % panes.size()]);
+}
+
+void MainPanes::RememberFocus() {
+  lastFocus_ = GetFocus();
+}
+
+void MainPanes::RestoreFocus() const {
+  if (!IsMade()) return;
+  const std::vector<HWND> panes = FocusOrder();
+  const bool isThere = std::find(panes.begin(), panes.end(), lastFocus_) != panes.end();
+  SetFocus(isThere ? lastFocus_ : shown_->MainControl());
 }
 
 void MainPanes::SetDpi(int dpi) {

@@ -30,6 +30,7 @@ class MainPanes {
 
   // The parts, valid as long as the object.
   LocationTree& Tree() noexcept { return tree_; }
+  const LocationTree& Tree() const noexcept { return tree_; }
   const CommandBar& Bar() const noexcept { return bar_; }
   EntriesView& Entries() const noexcept { return *entries_; }
   ProgramsView& Programs() const noexcept { return *programs_; }
@@ -50,8 +51,13 @@ class MainPanes {
   // The parts of the status bar, from the left.
   enum class StatusPart { kNews, kCount, kAccount };
   void SetStatus(StatusPart part, const std::wstring& text) const;
-  // Gives the focus to the next of tree, view and search box, or to the one before.
+  // The controls that take the focus now, in their order on the screen.
+  std::vector<HWND> FocusOrder() const;
+  // Gives the focus to the next of them, or to the one before.
   void FocusNext(bool backwards) const;
+  // The window is not the active one any more; it is again: the focus goes back to where it was.
+  void RememberFocus();
+  void RestoreFocus() const;
 
   // Of the screen that the window is on, as SetDpi was told last; 96 before.
   int Dpi() const noexcept { return dpi_; }
@@ -76,6 +82,7 @@ class MainPanes {
   std::unique_ptr<ProgramsView> programs_;
   std::unique_ptr<UndoView> undo_;
   View* shown_ = nullptr;
+  HWND lastFocus_ = nullptr;
   HWND search_ = nullptr;
   HWND status_ = nullptr;
   HWND banner_ = nullptr;

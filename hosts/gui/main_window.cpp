@@ -1,6 +1,9 @@
 #include "hosts/gui/main_window.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/context_menus.h"
+#include "hosts/gui/key_help.h"
+#include "hosts/gui/keyboard.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/window_settings.h"
 
@@ -102,8 +105,11 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       OnDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
       return 0;
     case WM_SETFOCUS:
-      if (panes_.IsMade()) SetFocus(panes_.Shown().MainControl());
+      panes_.RestoreFocus();
       return 0;
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) panes_.RememberFocus();
+      break;
     case WM_NOTIFY:
       return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
     case WM_COMMAND:
@@ -113,9 +119,11 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       OnMenuOpens(reinterpret_cast<HMENU>(wParam));
       return 0;
     case WM_CONTEXTMENU:
-      OnContextMenu(reinterpret_cast<HWND>(wParam),
-                    {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
-      return 0;
+      if (ShowContextMenu(Handle(), reinterpret_cast<HWND>(wParam),
+                          {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))})) {
+        return 0;
+      }
+      break;
     case kQueueMessage:
       queue_.RunAll();
       return 0;
@@ -140,8 +148,9 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       PostQuitMessage(0);
       return 0;
     default:
-      return DefWindowProcW(Handle(), message, wParam, lParam);
+      break;
   }
+  return DefWindowProcW(Handle(), message, wParam, lParam);
 }
 
 LRESULT MainWindow::OnNotify(const NMHDR& header) {
@@ -166,6 +175,7 @@ void MainWindow::OnCommand(UINT command, UINT code) {
 }
 
 bool MainWindow::CanRun(UINT command) const {
+  if (MeansEdit(command) || MeansTree(command)) return true;
   switch (command) {
     case CMD_REFRESH:
     case CMD_ALL_LOCATIONS:
@@ -176,6 +186,7 @@ bool MainWindow::CanRun(UINT command) const {
     case CMD_DEFAULT_PROGRAMS:
     case CMD_UNDO_HISTORY:
     case CMD_ABOUT:
+    case CMD_KEYS:
     case CMD_EXIT:
       return true;
     case CMD_RESTART_ELEVATED:
@@ -192,7 +203,14 @@ bool MainWindow::CanRun(UINT command) const {
   }
 }
 
+// The tree has one text to copy: that of the selected node.
+bool MainWindow::MeansTree(UINT command) const {
+  return command == CMD_COPY && GetFocus() == panes_.Tree().Handle();
+}
+
 void MainWindow::Run(UINT command) {
+  if (MeansEdit(command)) return RunInEdit(command);
+  if (MeansTree(command)) return (void)CopyToClipboard(Handle(), panes_.Tree().SelectedText());
   switch (command) {
     case CMD_REFRESH:
       return Refresh();
@@ -223,6 +241,8 @@ void MainWindow::Run(UINT command) {
       SetWindowTextW(panes_.SearchBox(), L"");
       panes_.Entries().SetFilters({});
       return panes_.Tree().Select(LocationTree::Kind::kEntries);
+    case CMD_KEYS:
+      return ShowKeys(Handle());
     case CMD_ABOUT:
       return ShowAbout();
     case CMD_EXIT:
@@ -322,21 +342,6 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
   }
 }
 
-void MainWindow::OnContextMenu(HWND control, POINT point) {
-  if (control != panes_.Shown().MainControl() || !panes_.Shows(panes_.Entries())) return;
-  if (point.x == -1 && point.y == -1) {
-    // Asked for by the keyboard: beside the entry that has the focus.
-    RECT row = {};
-    const int focused = ListView_GetNextItem(control, -1, LVNI_FOCUSED);
-    if (focused >= 0) ListView_GetItemRect(control, focused, &row, LVIR_LABEL);
-    point = {row.left, row.bottom};
-    ClientToScreen(control, &point);
-  }
-  const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ENTRY_MENU));
-  TrackPopupMenu(GetSubMenu(menu, 0), TPM_RIGHTBUTTON, point.x, point.y, 0, Handle(), nullptr);
-  DestroyMenu(menu);
-}
-
 void MainWindow::ShowAbout() const {
   MessageBoxW(Handle(),
               L"Startup Manager 1.0\n\nShows what Windows starts by itself, and lets you switch it off.\n"
@@ -352,18 +357,14 @@ void MainWindow::RunMessages() {
   const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_ACCELERATORS));
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    // The edit field has its own meaning of Del, Ctrl+A, Ctrl+C and Ctrl+Z.
-    const bool isEditing = message.hwnd == panes_.SearchBox() && message.message == WM_KEYDOWN &&
-                           message.wParam != VK_F5 && message.wParam != VK_F6;
-    if (isEditing &&
-        (message.wParam == VK_ESCAPE || message.wParam == VK_RETURN || message.wParam == VK_DOWN)) {
-      if (message.wParam == VK_ESCAPE) SetWindowTextW(panes_.SearchBox(), L"");
-      if (message.wParam == VK_RETURN && panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE)) SearchEverywhere();
-      SetFocus(panes_.Shown().MainControl());
-      continue;
-    }
+    const bool isFinding =
+        message.hwnd == panes_.SearchBox() && message.message == WM_KEYDOWN && message.wParam == VK_RETURN;
+    if (isFinding && panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE)) SearchEverywhere();
     if (ClicksButton(message)) continue;
-    if (!isEditing && TranslateAcceleratorW(Handle(), keys, &message) != 0) continue;
+    const KeyTurn turn = TakeKey(
+        message, {Handle(), panes_.SearchBox(), panes_.Tree().Handle(), panes_.Shown().MainControl()});
+    if (turn == KeyTurn::kNobody) continue;
+    if (turn == KeyTurn::kCommands && TranslateAcceleratorW(Handle(), keys, &message) != 0) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

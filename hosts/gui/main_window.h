@@ -33,13 +33,13 @@ class MainWindow final : public Window {
   LRESULT OnNotify(const NMHDR& header);
   void OnCommand(UINT command, UINT code);
   void OnMenuOpens(HMENU menu) const;
-  void OnContextMenu(HWND control, POINT point);
   void OnDpiChanged(int dpi, const RECT& suggested);
 
   void LoadLook();
   void SaveLook() const;
 
   bool CanRun(UINT command) const;
+  bool MeansTree(UINT command) const;
   void Run(UINT command);
   void ShowNode(const LocationTree::Node& node);
   void SearchEverywhere();

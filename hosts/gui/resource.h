@@ -10,6 +10,11 @@
 #define IDD_ADD 5
 #define IDD_MOVE 6
 #define IDD_COMMAND 7
+#define IDR_PROGRAM_MENU 30
+#define IDR_CHANGE_MENU 31
+#define IDR_TEXT_MENU 32
+#define IDR_TREE_MENU 33
+#define IDD_KEYS 34
 
 #define CMD_ENABLE 100
 #define CMD_DISABLE 101
@@ -48,6 +53,9 @@
 #define CMD_CLEAR_FILTERS 134
 #define CMD_SEARCH_EVERYWHERE 135
 #define CMD_SHOW_ALL 136
+#define CMD_KEYS 170
+#define CMD_DETAILS 171
+#define CMD_PARTS 172
 
 #define IDC_TREE 1001
 #define IDC_SEARCH 1002
@@ -67,3 +75,4 @@
 #define IDC_COMMAND 1103
 #define IDC_BROWSE 1104
 #define IDC_PROMPT 1105
+#define IDC_KEYS 1130

@@ -110,10 +110,7 @@ void UndoView::Create(HWND parent) {
     ShowSteps();
     frame_.onChange();
   };
-  source.onActivate = [this] {
-    const std::size_t row = list_.Focused();
-    if (row < rows_.Shown().size()) Fold(row, !rows_.IsOpened(rows_.Shown()[row].action->info.id));
-  };
+  source.onActivate = [this] { Activate(); };
   source.onFold = [this](std::size_t row, bool open) { Fold(row, open); };
   std::vector<ListColumn> columns;
   for (const HistoryColumn& column : kColumns) columns.push_back({column.title, column.width});
@@ -171,6 +168,13 @@ void UndoView::Fold(std::size_t row, bool open) {
   frame_.worker.Ask(
       [id](LibrarySession& session) { return session.Changes().Parts(id); },
       [this, id](const std::vector<CheckpointRecord>& parts) { Rearrange([&] { rows_.Open(id, parts); }); });
+}
+
+void UndoView::Activate() {
+  const std::size_t row = list_.Focused();
+  if (row >= rows_.Shown().size()) return;
+  if (!rows_.HasParts(row)) return (void)SetFocus(stepList_.Handle());
+  Fold(row, !rows_.IsOpened(rows_.Shown()[row].action->info.id));
 }
 
 void UndoView::ShowSteps() {
@@ -288,15 +292,21 @@ bool UndoView::CanRun(UINT command) const {
     case CMD_REDO:
       return isAny ? CanRedoLatest() : rows_.CanRedo(Selected());
     case CMD_COPY:
-      return !isAny;
+      return !Focused().Selection().empty();
+    case CMD_SELECT_ALL:
+      return Focused().Count() > 0;
+    case CMD_PARTS:
+      return list_.Focused() < rows_.Shown().size() && rows_.HasParts(list_.Focused());
     default:
       return false;
   }
 }
 
 void UndoView::Run(UINT command) {
+  if (command == CMD_COPY) return (void)CopyToClipboard(frame_.window, Focused().SelectedText());
+  if (command == CMD_SELECT_ALL) return Focused().SelectAll();
+  if (command == CMD_PARTS) return Activate();
   const HistoryTarget target = Selected();
-  if (command == CMD_COPY) return (void)CopyToClipboard(frame_.window, list_.SelectedText());
   const bool isUndo = command == CMD_UNDO;
   if (target.action == 0) return isUndo ? UndoLatest() : RedoLatest();
   Start({isUndo ? Direction::kUndo : Direction::kRedo, target, rows_.NameOf(target)}, UndoMode::kRun);

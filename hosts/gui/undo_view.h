@@ -13,7 +13,8 @@
 namespace smh {
 
 // Shows a snapshot of the journal's actions, read when the view is shown, by Refresh and after every undo. An
-// action is opened into its parts with Enter, a double click or the right arrow key.
+// action is opened into its parts with Enter, a double click or the right arrow key; for a change without
+// parts Enter leads to what taking it back means.
 class UndoView final : public View {
  public:
   // `frame` outlives the view, and `parent` destroys the controls.
@@ -37,6 +38,7 @@ class UndoView final : public View {
   void Place(const RECT& area) override;
   void SetDpi(int dpi, const ViewFonts& fonts) override;
   HWND MainControl() const override { return list_.Handle(); }
+  std::vector<HWND> Panes() const override { return {list_.Handle(), stepList_.Handle()}; }
   bool OnNotify(const NMHDR& header, LRESULT& result) override;
   bool CanRun(UINT command) const override;
   void Run(UINT command) override;
@@ -57,6 +59,9 @@ class UndoView final : public View {
   // Makes the rows anew by `change` and keeps selection and focus by what they are.
   void Rearrange(const std::function<void()>& change);
   void Fold(std::size_t row, bool open);
+  // Opens or closes what has the focus; without parts its steps get the focus.
+  void Activate();
+  const VirtualList& Focused() const { return GetFocus() == stepList_.Handle() ? stepList_ : list_; }
   void ShowSteps();
   HistoryTarget Selected() const { return rows_.TargetOf(list_.Selection()); }
   void Start(const Order& order, UndoMode mode);

@@ -11,6 +11,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace smh {
 
@@ -54,6 +55,8 @@ class View {
   virtual void SetDpi(int dpi, const ViewFonts& fonts) = 0;
   // The control that gets the focus with the view; borrowed.
   virtual HWND MainControl() const = 0;
+  // Its controls that take the focus, in their order on the screen; borrowed.
+  virtual std::vector<HWND> Panes() const { return {MainControl()}; }
   // True when the notification was of one of the view's controls; `result` is then the answer to it.
   virtual bool OnNotify(const NMHDR& header, LRESULT& result) = 0;
   // Whether a command (CMD_ in resource.h) means something now; asked often, so it only looks at what is

@@ -198,6 +198,9 @@ bool VirtualList::OnNotify(const NMHDR& header, LRESULT& result) {
     case LVN_KEYDOWN:
       OnKey(reinterpret_cast<NMLVKEYDOWN&>(details));
       return true;
+    case NM_SETFOCUS:
+      ShowFocus();
+      return true;
     case LVN_ITEMACTIVATE:
       if (source_.onActivate) source_.onActivate();
       return true;
@@ -287,9 +290,19 @@ void VirtualList::OnClick(const NMITEMACTIVATE& click) const {
 
 void VirtualList::OnKey(const NMLVKEYDOWN& key) const {
   if (Focused() >= count_) return;
+  // The first key in a list where nothing is selected may find the focus where it leads to.
+  const bool moves = key.wVKey >= VK_PRIOR && key.wVKey <= VK_DOWN && GetKeyState(VK_CONTROL) >= 0;
+  if (moves && ListView_GetSelectedCount(list_) == 0) {
+    ListView_SetItemState(list_, static_cast<int>(Focused()), LVIS_SELECTED, LVIS_SELECTED);
+  }
   if (key.wVKey == VK_SPACE && source_.onCheck) source_.onCheck(Focused());
   const bool isArrow = key.wVKey == VK_RIGHT || key.wVKey == VK_LEFT;
   if (isArrow && source_.onFold) source_.onFold(Focused(), key.wVKey == VK_RIGHT);
+}
+
+// A list that has the focus shows where.
+void VirtualList::ShowFocus() const {
+  if (count_ > 0 && Focused() >= count_) ListView_SetItemState(list_, 0, LVIS_FOCUSED, LVIS_FOCUSED);
 }
 
 void VirtualList::OnStateChanged() {

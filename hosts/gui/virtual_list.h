@@ -83,6 +83,7 @@ class VirtualList {
   LRESULT FindText(const NMLVFINDITEMW& find) const;
   void OnClick(const NMITEMACTIVATE& click) const;
   void OnKey(const NMLVKEYDOWN& key) const;
+  void ShowFocus() const;
   void OnStateChanged();
 
   HWND list_ = nullptr;

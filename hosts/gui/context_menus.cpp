@@ -1,0 +1,76 @@
+#include "hosts/gui/context_menus.h"
+
+#include "hosts/gui/resource.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace smh {
+
+namespace {
+
+enum class ControlKind { kList, kTree };
+
+struct MenuRow {
+  int control;
+  int menu;
+  ControlKind kind;
+};
+constexpr MenuRow kMenus[] = {
+    {IDC_ENTRIES, IDR_ENTRY_MENU, ControlKind::kList},
+    {IDC_PROGRAMS, IDR_PROGRAM_MENU, ControlKind::kList},
+    {IDC_CHECKPOINTS, IDR_CHANGE_MENU, ControlKind::kList},
+    {IDC_STEPS, IDR_TEXT_MENU, ControlKind::kList},
+    {IDC_DETAILS, IDR_TEXT_MENU, ControlKind::kList},
+    {IDC_TREE, IDR_TREE_MENU, ControlKind::kTree},
+};
+
+// What has the focus, in pixels of the control; empty when nothing has.
+RECT FocusedPlace(HWND control, ControlKind kind) noexcept {
+  RECT place = {};
+  if (kind == ControlKind::kTree) {
+    const HTREEITEM node = TreeView_GetSelection(control);
+    if (node == nullptr) return place;
+    TreeView_EnsureVisible(control, node);
+    TreeView_GetItemRect(control, node, &place, TRUE);
+    return place;
+  }
+  const int row = ListView_GetNextItem(control, -1, LVNI_FOCUSED);
+  if (row < 0) return place;
+  ListView_EnsureVisible(control, row, FALSE);
+  ListView_GetItemRect(control, row, &place, LVIR_LABEL);
+  return place;
+}
+
+void SelectNodeAt(HWND tree, POINT point) noexcept {
+  TVHITTESTINFO hit = {};
+  hit.pt = point;
+  ScreenToClient(tree, &hit.pt);
+  const HTREEITEM node = TreeView_HitTest(tree, &hit);
+  if (node != nullptr && (hit.flags & TVHT_ONITEM) != 0) TreeView_SelectItem(tree, node);
+}
+
+}  // namespace
+
+bool ShowContextMenu(HWND window, HWND control, POINT point) {
+  const int id = GetDlgCtrlID(control);
+  const auto row = std::find_if(std::begin(kMenus), std::end(kMenus),
+                                [id](const MenuRow& each) { return each.control == id; });
+  if (row == std::end(kMenus)) return false;
+  SetFocus(control);
+  if (point.x == -1 && point.y == -1) {
+    const RECT place = FocusedPlace(control, row->kind);
+    point = {place.left, place.bottom};
+    ClientToScreen(control, &point);
+  } else if (row->kind == ControlKind::kTree) {
+    SelectNodeAt(control, point);
+  }
+  const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(row->menu));
+  TrackPopupMenu(GetSubMenu(menu, 0), TPM_RIGHTBUTTON, point.x, point.y, 0, window, nullptr);
+  DestroyMenu(menu);
+  return true;
+}
+
+}  // namespace smh
