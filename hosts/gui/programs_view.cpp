@@ -4,6 +4,8 @@
 #include "hosts/gui/resource.h"
 #include "infra/runtime/text.h"
 
+#include <shlobj.h>
+
 #include <iterator>
 
 namespace smh {
@@ -27,6 +29,8 @@ constexpr ProgramColumn kColumns[] = {
        const bool isKnown = program.kind >= 0 && program.kind <= kFavoriteMessaging;
        return std::wstring(isKnown ? kKinds[program.kind] : L"");
      }},
+    {L"Default", 70,
+     [](const ClientRecord& program) { return std::wstring(program.isDefault ? L"Default" : L""); }},
     {L"Company", 140, [](const ClientRecord& program) { return Printable(program.company); }},
     {L"Version", 80, [](const ClientRecord& program) { return Printable(program.version); }},
     {L"Program", 260,
@@ -54,6 +58,9 @@ ProgramsView::ProgramsView(HWND parent, const Frame& frame) : frame_(frame) {
     return GetSysColor(shown_[row]->fileFound ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
   };
   source.onSelect = [this] { frame_.onChange(); };
+  source.onActivate = [this] {
+    if (CanRun(CMD_SHOW_FILE)) Run(CMD_SHOW_FILE);
+  };
   std::vector<ListColumn> columns;
   for (const ProgramColumn& column : kColumns) columns.push_back({column.title, column.width});
   list_.Create(parent, IDC_PROGRAMS, std::move(columns), std::move(source));
@@ -101,20 +108,51 @@ void ProgramsView::SetDpi(int dpi, const ViewFonts& fonts) {
   list_.SetImages(images_.For(dpi, smallImages_, largeImages_));
 }
 
+// The shell keeps the sheet open and returns at once.
+void ProgramsView::ShowProperties(const ClientRecord& program) const {
+  const std::wstring name = L"the properties of \u201C" + Printable(program.name) + L"\u201D.";
+  if (SHObjectProperties(frame_.window, SHOP_FILEPATH, program.file.c_str(), nullptr) == FALSE) {
+    return ShowError(frame_, L"The system cannot show " + name);
+  }
+  frame_.say(L"Showed " + name);
+}
+
+const ClientRecord* ProgramsView::OnlySelected() const {
+  const std::vector<std::size_t> rows = list_.Selection();
+  return rows.size() == 1 && rows.front() < shown_.size() ? shown_[rows.front()] : nullptr;
+}
+
 bool ProgramsView::CanRun(UINT command) const {
+  const ClientRecord* const only = OnlySelected();
   switch (command) {
     case CMD_COPY:
       return !list_.Selection().empty();
     case CMD_SELECT_ALL:
       return list_.Count() > 0;
+    case CMD_COPY_PATH:
+      return only != nullptr && !only->file.empty();
+    case CMD_SHOW_FILE:
+      return only != nullptr && only->fileFound;
     default:
       return false;
   }
 }
 
 void ProgramsView::Run(UINT command) {
-  if (command == CMD_SELECT_ALL) return list_.SelectAll();
-  CopyToClipboard(frame_.window, list_.SelectedText());
+  switch (command) {
+    case CMD_SELECT_ALL:
+      return list_.SelectAll();
+    case CMD_COPY:
+      CopyToClipboard(frame_.window, list_.SelectedText());
+      return;
+    case CMD_COPY_PATH:
+      CopyToClipboard(frame_.window, OnlySelected()->file);
+      return;
+    case CMD_SHOW_FILE:
+      return ShowProperties(*OnlySelected());
+    default:
+      return;
+  }
 }
 
 std::wstring ProgramsView::CountText() const {

@@ -37,6 +37,9 @@ class ProgramsView final : public View {
 
  private:
   void Filter();
+  // The selected one when it is the only one; else null.
+  const ClientRecord* OnlySelected() const;
+  void ShowProperties(const ClientRecord& program) const;
 
   const Frame& frame_;
   std::vector<ClientRecord> programs_;

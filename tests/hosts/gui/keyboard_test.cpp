@@ -255,5 +255,30 @@ TEST_F(KeyboardTest, EveryViewHasAMenu) {
   EXPECT_TRUE(WaitUntil([&] { return Focus() == IDC_STEPS; }));
 }
 
+TEST_F(KeyboardTest, DefaultProgramsSayWhatWindowsTakes) {
+  const SavedKey clients(HKEY_CURRENT_USER, L"Software\\Clients");
+  SetValue(HKEY_CURRENT_USER, L"Software\\Clients\\Mail", L"", Sz(L"Tidewater Mail"));
+  Press({'2', {VK_CONTROL}});
+  EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_PROGRAMS) > 0; }));
+  for (int row = 0; row < gui.Count(IDC_PROGRAMS); ++row) {
+    const std::wstring name = gui.Cell(IDC_PROGRAMS, row, 0);
+    EXPECT_EQ(gui.Cell(IDC_PROGRAMS, row, 2), name == L"Tidewater Mail" ? L"Default" : L"") << row;
+  }
+  GoTo(IDC_PROGRAMS);
+  Press({VK_HOME});
+  EXPECT_TRUE(WaitUntil([&] { return gui.Selection(IDC_PROGRAMS) == std::vector<int>{0}; }));
+  OpenMenu();
+  gui.Screenshot(L"keyboard-menu-programs");
+  Press({'P'});
+  const std::wstring path = gui.Cell(IDC_PROGRAMS, 0, 5);
+  EXPECT_TRUE(WaitUntil([&] { return !MenuIsOpen() && Clipboard() == path; })) << Clipboard();
+  Press({VK_RETURN});
+  // Not every system has a sheet to show; one that has not says so.
+  EXPECT_TRUE(WaitUntil([&] {
+    return gui.Status(0).starts_with(L"Showed the properties of") || GetForegroundWindow() != gui.Window();
+  }));
+  if (GetForegroundWindow() != gui.Window()) CloseByKey(gui.WaitForDialog(), {VK_RETURN});
+}
+
 }  // namespace
 }  // namespace smh::test
