@@ -3,6 +3,7 @@
 #include "hosts/gui/resource.h"
 
 #include <commctrl.h>
+#include <richedit.h>
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +12,7 @@ namespace smh {
 
 namespace {
 
-enum class ControlKind { kList, kTree };
+enum class ControlKind { kList, kTree, kText };
 
 struct MenuRow {
   int control;
@@ -23,7 +24,7 @@ constexpr MenuRow kMenus[] = {
     {IDC_PROGRAMS, IDR_PROGRAM_MENU, ControlKind::kList},
     {IDC_CHECKPOINTS, IDR_CHANGE_MENU, ControlKind::kList},
     {IDC_STEPS, IDR_TEXT_MENU, ControlKind::kList},
-    {IDC_DETAILS, IDR_TEXT_MENU, ControlKind::kList},
+    {IDC_DETAILS, IDR_TEXT_MENU, ControlKind::kText},
     {IDC_TREE, IDR_TREE_MENU, ControlKind::kTree},
 };
 
@@ -36,6 +37,14 @@ RECT FocusedPlace(HWND control, ControlKind kind) noexcept {
     TreeView_EnsureVisible(control, node);
     TreeView_GetItemRect(control, node, &place, TRUE);
     return place;
+  }
+  if (kind == ControlKind::kText) {
+    CHARRANGE selected = {};
+    POINTL begin = {};
+    SendMessageW(control, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+    SendMessageW(control, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&begin), selected.cpMin);
+    const int y = static_cast<int>(begin.y);
+    return {static_cast<int>(begin.x), y, 0, std::max(y, 0)};
   }
   const int row = ListView_GetNextItem(control, -1, LVNI_FOCUSED);
   if (row < 0) return place;
