@@ -87,6 +87,8 @@ void CommandBar::SetDpi(int dpi, HFONT font) {
   for (const CommandRow& row : kCommands) buttons.push_back(ButtonOf(row));
   SendMessageW(bar_, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
   SendMessageW(bar_, TB_AUTOSIZE, 0, 0);
+  showsLabels_ = true;
+  widthWithLabels_ = Width();
   // The tool bar has let go of those before.
   images_ = std::move(images);
   greyed_ = std::move(greyed);
@@ -94,6 +96,31 @@ void CommandBar::SetDpi(int dpi, HFONT font) {
 
 int CommandBar::Height() const {
   return HIWORD(SendMessageW(bar_, TB_GETBUTTONSIZE, 0, 0));
+}
+
+void CommandBar::ShowLabels(bool show) const {
+  for (const CommandRow& row : kCommands) {
+    if (row.label == nullptr) continue;
+    TBBUTTONINFOW info = {};
+    info.cbSize = sizeof(info);
+    info.dwMask = TBIF_STYLE;
+    info.fsStyle = static_cast<BYTE>(BTNS_AUTOSIZE | (show ? BTNS_SHOWTEXT : 0));
+    SendMessageW(bar_, TB_SETBUTTONINFOW, row.command, reinterpret_cast<LPARAM>(&info));
+  }
+  SendMessageW(bar_, TB_AUTOSIZE, 0, 0);
+}
+
+int CommandBar::Fit(int width) {
+  const bool hasRoom = widthWithLabels_ <= width;
+  if (hasRoom != showsLabels_) ShowLabels(hasRoom);
+  showsLabels_ = hasRoom;
+  return Width();
+}
+
+int CommandBar::Width() const {
+  SIZE size = {};
+  SendMessageW(bar_, TB_GETMAXSIZE, 0, reinterpret_cast<LPARAM>(&size));
+  return size.cx;
 }
 
 void CommandBar::Update(const std::function<bool(UINT command)>& canRun) const {

@@ -19,6 +19,9 @@ class CommandBar {
   void SetDpi(int dpi, HFONT font);
   // In pixels.
   int Height() const;
+  // Leaves the labels out where all buttons would not go into `width` pixels with them; answers what they
+  // take then.
+  int Fit(int width);
   // Greys what `canRun` denies.
   void Update(const std::function<bool(UINT command)>& canRun) const;
   // Shows or hides one button, until the next SetDpi.
@@ -27,10 +30,15 @@ class CommandBar {
   static bool OnNotify(const NMHDR& header);
 
  private:
+  void ShowLabels(bool show) const;
+  int Width() const;
+
   HWND bar_ = nullptr;
   BarKeys keys_;
   ScopedImageList images_;
   ScopedImageList greyed_;
+  int widthWithLabels_ = 0;
+  bool showsLabels_ = true;
 };
 
 }  // namespace smh

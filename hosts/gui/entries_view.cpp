@@ -2,6 +2,7 @@
 
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme.h"
 
 #include <algorithm>
 
@@ -9,7 +10,6 @@ namespace smh {
 
 namespace {
 
-constexpr COLORREF kAlarmColor = RGB(0xB0, 0x30, 0x20);
 constexpr int kLeastListHeight = 80;
 constexpr int kLeastDetailsHeight = 60;
 constexpr std::size_t kFilesAtOnce = 64;
@@ -50,8 +50,8 @@ ListSource EntriesView::MakeSource() {
   source.checked = [this](std::size_t row) { return rows_.Shown()[row]->item.enabled; };
   source.color = [this](std::size_t row) {
     const RowTone tone = ToneOfRow(rows_.Shown()[row]->item);
-    if (tone == RowTone::kRed) return kAlarmColor;
-    return GetSysColor(tone == RowTone::kGrey ? COLOR_GRAYTEXT : COLOR_WINDOWTEXT);
+    if (tone == RowTone::kRed) return ColorOf(Role::kAlarmText);
+    return ColorOf(tone == RowTone::kGrey ? Role::kGreyText : Role::kText);
   };
   source.onSort = [this](std::size_t column) {
     SortBy(column, column == rows_.SortColumn() && !rows_.Descending());

@@ -2,6 +2,7 @@
 
 #include "hosts/common/location_names.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme_window.h"
 #include "hosts/gui/window.h"
 #include "infra/runtime/text.h"
 
@@ -83,6 +84,7 @@ INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(dialog, DWLP_USER, lParam);
     Fill(dialog, *reinterpret_cast<Form*>(lParam));
+    ThemeDialog(dialog);
     return TRUE;
   }
   auto* const form = reinterpret_cast<Form*>(GetWindowLongPtrW(dialog, DWLP_USER));

@@ -23,7 +23,6 @@ void LocationTree::Create(HWND parent, OnSelect onSelect) {
                           WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TVS_HASBUTTONS |
                               TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_DISABLEDRAGDROP,
                           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TREE), nullptr, nullptr);
-  TreeView_SetBkColor(tree_, GetSysColor(COLOR_WINDOW));
 }
 
 void LocationTree::Build(bool allLocations) {

@@ -1,6 +1,7 @@
 #include "hosts/gui/main_panes.h"
 
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace smh {
 namespace {
 
 constexpr int kLeastPane = 120;
+constexpr int kLeastSearch = 100;
 
 RECT ClientArea(HWND window) noexcept {
   RECT area;
@@ -32,6 +34,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
   banner_ = CreateWindowExW(0, WC_STATICW, L"",
                             WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
                             0, 0, window, reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
+  SetThemeRoles(banner_, Role::kBannerText, Role::kBanner);
   tree_.Create(window, std::move(onSelect));
   splitter_.Open(window, Splitter::Direction::kLeftRight, [this](int position) {
     treeWidth_ = MulDiv(position, USER_DEFAULT_SCREEN_DPI, dpi_);
@@ -158,10 +161,14 @@ void MainPanes::Layout() {
   shown_->Place({tree + bar, top, width, bottom});
 }
 
-void MainPanes::LayoutTop(int width, int top, int height) const {
+void MainPanes::LayoutTop(int width, int top, int height) {
   const int margin = Scaled(4, dpi_);
-  const int searchWidth = std::min(Scaled(260, dpi_), width / 3);
+  const int least = Scaled(kLeastSearch, dpi_);
+  const int wanted = std::max(std::min(Scaled(260, dpi_), width / 3), least);
   const int searchHeight = FontHeight(search_, font_.Get()) + Scaled(8, dpi_);
+  // A narrow window leaves the buttons their room, and the search box what is left of it.
+  const int buttons = bar_.Fit(width - wanted - 3 * margin);
+  const int searchWidth = std::clamp(width - buttons - 3 * margin, least, wanted);
   MoveWindow(bar_.Handle(), margin, top, width - searchWidth - 3 * margin, height, TRUE);
   MoveWindow(search_, width - searchWidth - margin, top + (height - searchHeight) / 2, searchWidth,
              searchHeight, TRUE);

@@ -72,7 +72,7 @@ class MainPanes {
 
  private:
   View& ViewOf(LocationTree::Kind kind) const noexcept;
-  void LayoutTop(int width, int top, int height) const;
+  void LayoutTop(int width, int top, int height);
 
   const Frame* frame_ = nullptr;
   LocationTree tree_;

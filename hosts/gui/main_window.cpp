@@ -5,6 +5,7 @@
 #include "hosts/gui/key_help.h"
 #include "hosts/gui/keyboard.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
 
 namespace smh {
@@ -51,6 +52,11 @@ void MainWindow::Open(int showCommand) {
 void MainWindow::OnCreate() {
   frame_.window = Handle();
   panes_.Create(frame_, [this](const LocationTree::Node& node) { ShowNode(node); });
+  ThemeWindow(Handle(), [this] {
+    panes_.SetDpi(panes_.Dpi());
+    panes_.Layout();
+    Update();
+  });
   panes_.SetDpi(DpiOf(Handle()));
   LoadLook();
   panes_.Shown().Show(true);

@@ -2,6 +2,7 @@
 
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme.h"
 #include "infra/runtime/text.h"
 
 #include <shlobj.h>
@@ -55,7 +56,7 @@ ProgramsView::ProgramsView(HWND parent, const Frame& frame) : frame_(frame) {
     return column == 0 ? static_cast<int>(shown_[row]->imageIndex) : I_IMAGENONE;
   };
   source.color = [this](std::size_t row) {
-    return GetSysColor(shown_[row]->fileFound ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    return ColorOf(shown_[row]->fileFound ? Role::kText : Role::kGreyText);
   };
   source.onSelect = [this] { frame_.onChange(); };
   source.onActivate = [this] {

@@ -4,6 +4,7 @@
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme.h"
 
 #include <algorithm>
 
@@ -104,7 +105,7 @@ void UndoView::Create(HWND parent) {
   ListSource source;
   source.text = [this](std::size_t row, std::size_t column) { return kColumns[column].text(rows_, row); };
   source.color = [this](std::size_t row) {
-    return GetSysColor(CanBeUndone(rows_.Shown()[row]) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    return ColorOf(CanBeUndone(rows_.Shown()[row]) ? Role::kText : Role::kGreyText);
   };
   source.onSelect = [this] {
     ShowSteps();

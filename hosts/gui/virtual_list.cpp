@@ -1,6 +1,7 @@
 #include "hosts/gui/virtual_list.h"
 
 #include "hosts/gui/dpi.h"
+#include "hosts/gui/theme_list.h"
 #include "hosts/gui/window_images.h"
 
 #include <uxtheme.h>
@@ -237,6 +238,13 @@ LRESULT VirtualList::Draw(NMLVCUSTOMDRAW& draw) const {
       return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
       if (source_.color && row < count_) draw.clrText = source_.color(row);
+      if (IsDark() && row < count_) {
+        const HDC canvas = draw.nmcd.hdc;
+        DrawListRow(list_, canvas, static_cast<int>(row),
+                    source_.color ? draw.clrText : ColorOf(Role::kText));
+        if (source_.image) DrawImages(canvas, row);
+        return CDRF_SKIPDEFAULT;
+      }
       return source_.image ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
     case CDDS_ITEMPOSTPAINT:
       if (row < count_) DrawImages(draw.nmcd.hdc, row);

@@ -2,6 +2,7 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -84,6 +85,13 @@ void Splitter::Open(HWND parent, Direction direction, std::function<void(int)> o
 
 LRESULT Splitter::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
+    case WM_ERASEBKGND: {
+      if (!IsDark()) return DefWindowProcW(Handle(), message, wParam, lParam);
+      RECT area;
+      GetClientRect(Handle(), &area);
+      Painter(reinterpret_cast<HDC>(wParam)).Fill(area, Role::kSplitter);
+      return TRUE;
+    }
     case WM_LBUTTONDOWN:
       SetCapture(Handle());
       return 0;

@@ -1,6 +1,7 @@
 #include "hosts/gui/window_images.h"
 
 #include "hosts/gui/dpi.h"
+#include "hosts/gui/theme.h"
 
 #include <objidl.h>
 #include <gdiplus.h>
@@ -19,8 +20,20 @@ constexpr int kLargeImageSide = 32;  // of the library's large images, at any DP
 struct Colors {
   ARGB green, red, blue, orange, grey;
 };
-constexpr Colors kNormal = {0xFF2E8B57, 0xFFC0392B, 0xFF2468B0, 0xFFD08A1D, 0xFF6B7480};
-constexpr Colors kGreyed = {0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD, 0xFFB4B8BD};
+
+ARGB Opaque(Role role) noexcept {
+  const COLORREF color = ColorOf(role);
+  return Color::MakeARGB(0xFF, GetRValue(color), GetGValue(color), GetBValue(color));
+}
+
+Colors ColorsOf(GlyphLook look) noexcept {
+  if (look == GlyphLook::kGreyed) {
+    const ARGB faded = Opaque(Role::kFaded);
+    return {faded, faded, faded, faded, faded};
+  }
+  return {Opaque(Role::kGreen), Opaque(Role::kRed), Opaque(Role::kBlue), Opaque(Role::kOrange),
+          Opaque(Role::kGrey)};
+}
 
 void Line(Graphics& canvas, ARGB color, float width, std::initializer_list<PointF> points) {
   Pen pen(Color(color), width);
@@ -99,11 +112,11 @@ void DrawGlyph(Graphics& canvas, Glyph glyph, const Colors& colors) {
 }
 
 void DrawCheck(Graphics& canvas, bool ticked) {
-  const SolidBrush paper{Color(ticked ? 0xFF2468B0 : 0xFFFFFFFF)};
-  const Pen frame(Color(ticked ? 0xFF2468B0 : 0xFF8A9099), 1);
+  const SolidBrush paper{Color(Opaque(ticked ? Role::kCheckFill : Role::kCheckPaper))};
+  const Pen frame(Color(Opaque(ticked ? Role::kCheckFill : Role::kCheckFrame)), 1);
   canvas.FillRectangle(&paper, 2, 2, 11, 11);
   canvas.DrawRectangle(&frame, 2, 2, 11, 11);
-  if (ticked) Line(canvas, 0xFFFFFFFF, 1.8f, {{4.5f, 7.8f}, {6.8f, 10.2f}, {11, 5}});
+  if (ticked) Line(canvas, Opaque(Role::kCheckMark), 1.8f, {{4.5f, 7.8f}, {6.8f, 10.2f}, {11, 5}});
 }
 
 template <typename Draw>
@@ -138,7 +151,7 @@ GlyphDrawing::~GlyphDrawing() {
 }
 
 ScopedImageList MakeGlyphs(int dpi, GlyphLook look) {
-  const Colors& colors = look == GlyphLook::kNormal ? kNormal : kGreyed;
+  const Colors colors = ColorsOf(look);
   return MakeImages(dpi, kGlyphCount,
                     [&](Graphics& canvas, int i) { DrawGlyph(canvas, static_cast<Glyph>(i), colors); });
 }

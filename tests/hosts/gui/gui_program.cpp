@@ -103,6 +103,14 @@ bool GuiProgram::CanRun(UINT command) const {
   return SendMessageW(Control(IDC_TOOLBAR), TB_ISBUTTONENABLED, command, 0) != 0;
 }
 
+RECT GuiProgram::ButtonRect(UINT command) const {
+  const RemoteBuffer buffer(process_.Handle(), sizeof(RECT));
+  RECT rect = {};
+  SendMessageW(Control(IDC_TOOLBAR), TB_GETRECT, command, reinterpret_cast<LPARAM>(buffer.Address()));
+  buffer.Read(0, &rect, sizeof(rect));
+  return rect;
+}
+
 std::wstring GuiProgram::Status(int part) const {
   const RemoteBuffer buffer(process_.Handle(), kBufferSize);
   SendMessageW(Control(IDC_STATUS), SB_GETTEXTW, static_cast<WPARAM>(part),

@@ -44,6 +44,8 @@ class GuiProgram {
   // As if chosen from the menu; returns at once.
   void Command(UINT command) const { PostMessageW(window_, WM_COMMAND, command, 0); }
   bool CanRun(UINT command) const;
+  // Of the tool bar, in its client area.
+  RECT ButtonRect(UINT command) const;
   std::wstring Status(int part) const;
   void WaitUntilRead() const;
   // What an empty edit field shows.

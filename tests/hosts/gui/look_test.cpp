@@ -142,6 +142,47 @@ TEST(LookTest, IsSharpAndCompleteAtEveryResolution) {
   }
 }
 
+std::vector<HWND> ShownChildren(HWND window) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (IsWindowVisible(child)) children.push_back(child);
+  }
+  return children;
+}
+
+TEST(LookTest, CoversNothingAtAnyWidth) {
+  const GuiProgram gui(GuiProgram::Look::kFresh);
+  // Wider than the screen, which only a window without a sizing frame may become.
+  const LONG style = GetWindowLongW(gui.Window(), GWL_STYLE);
+  SetWindowLongW(gui.Window(), GWL_STYLE, (style & ~WS_THICKFRAME) | static_cast<LONG>(WS_POPUP));
+  for (const int dpi : {96, 192}) {
+    for (const int width : {560, 700, 1'000, 1'920, 3'840}) {
+      const std::string where = std::to_string(width) + " at " + std::to_string(dpi);
+      gui.SendDpiChange(dpi, {0, 0, std::max(width, MulDiv(560, dpi, 96)), MulDiv(480, dpi, 96)});
+      RECT client, area, other, common;
+      GetWindowRect(gui.Window(), &area);
+      EXPECT_EQ(area.right - area.left, std::max(width, MulDiv(560, dpi, 96)));
+      GetClientRect(gui.Window(), &client);
+      MapWindowPoints(gui.Window(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+      const std::vector<HWND> children = ShownChildren(gui.Window());
+      for (const HWND child : children) {
+        GetWindowRect(child, &area);
+        EXPECT_TRUE(IntersectRect(&common, &area, &client) && EqualRect(&common, &area))
+            << GetDlgCtrlID(child) << " leaves the window, " << where;
+        for (const HWND sibling : children) {
+          GetWindowRect(sibling, &other);
+          EXPECT_TRUE(sibling == child || !IntersectRect(&common, &area, &other))
+              << GetDlgCtrlID(child) << " and " << GetDlgCtrlID(sibling) << ", " << where;
+        }
+      }
+      GetClientRect(gui.Control(IDC_TOOLBAR), &area);
+      EXPECT_LE(gui.ButtonRect(CMD_REFRESH).right, area.right) << where;
+      if (width <= 700)
+        gui.Screenshot(L"width-" + std::to_wstring(width) + L"-" + std::to_wstring(dpi) + L"dpi");
+    }
+  }
+}
+
 TEST(LookTest, DefaultPrograms) {
   const GuiProgram gui(GuiProgram::Look::kFresh);
   gui.Command(CMD_DEFAULT_PROGRAMS);

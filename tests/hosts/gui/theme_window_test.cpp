@@ -1,0 +1,115 @@
+// The window in dark and light, as it stands on the screen.
+#include "hosts/common/text_encoding.h"
+#include "hosts/gui/resource.h"
+#include "tests/display/display_support.h"
+#include "tests/hosts/gui/gui_program.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <span>
+
+namespace smh::test {
+
+namespace {
+
+const std::wstring kChoiceKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+
+void Choose(const GuiProgram& gui, bool light) {
+  const ScopedKey key = MakeKey(HKEY_CURRENT_USER, kChoiceKey);
+  const DWORD value = light ? 1 : 0;
+  RegSetValueExW(key.Get(), L"AppsUseLightTheme", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),
+                 sizeof(value));
+  SendMessageW(gui.Window(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"ImmersiveColorSet"));
+}
+
+// The part of the window's client area that is light on the screen: 0 to 1.
+double LightPart(HWND window) {
+  RECT area;
+  GetClientRect(window, &area);
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&area), 2);
+  const int width = static_cast<int>(area.right - area.left),
+            height = static_cast<int>(area.bottom - area.top);
+  BITMAPINFO format = {};
+  format.bmiHeader = {sizeof(format.bmiHeader), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  const ScopedBitmap copy(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (!copy) return 0;
+  const HDC screen = GetDC(nullptr);
+  const HDC memory = CreateCompatibleDC(screen);
+  const HGDIOBJ before = SelectObject(memory, copy.Get());
+  BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
+  SelectObject(memory, before);
+  DeleteDC(memory);
+  ReleaseDC(nullptr, screen);
+  const std::span<const RGBQUAD> pixels(static_cast<const RGBQUAD*>(bits), std::size_t(width) * height);
+  const auto light = std::count_if(pixels.begin(), pixels.end(), [](const RGBQUAD& pixel) {
+    return pixel.rgbRed + pixel.rgbGreen + pixel.rgbBlue > 3 * 128;
+  });
+  return static_cast<double>(light) / static_cast<double>(pixels.size());
+}
+
+BOOL CALLBACK ExpectDark(HWND control, LPARAM) {
+  wchar_t name[64] = L"";
+  GetClassNameW(control, name, ARRAYSIZE(name));
+  if (!IsWindowVisible(control) || lstrcmpW(name, L"ComboLBox") == 0) return TRUE;
+  EXPECT_TRUE(WaitUntil([&] { return LightPart(control) < 0.3; }, 3'000))
+      << ToUtf8(name) << " " << GetDlgCtrlID(control) << ": " << LightPart(control);
+  return TRUE;
+}
+
+void ExpectAllDark(HWND window) {
+  ExpectDark(window, 0);
+  EnumChildWindows(window, ExpectDark, 0);
+}
+
+TEST(ThemeWindowTest, FollowsTheUsersChoice) {
+  const SavedKey saved(HKEY_CURRENT_USER, kChoiceKey);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
+  const HWND list = gui.Control(IDC_ENTRIES);
+  EXPECT_GT(LightPart(list), 0.6);
+  Choose(gui, false);
+  gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Host")});
+  EXPECT_TRUE(WaitUntil([&] { return !gui.Status(0).starts_with(L"Checking"); }, 60'000));
+  gui.Screenshot(L"dark-entries");
+  ExpectAllDark(gui.Window());
+  gui.Command(CMD_DEFAULT_PROGRAMS);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_PROGRAMS) > 0; }));
+  gui.Screenshot(L"dark-programs");
+  ExpectAllDark(gui.Window());
+  gui.Command(CMD_UNDO_HISTORY);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(gui.Control(IDC_CHECKPOINTS)) != FALSE; }));
+  gui.Screenshot(L"dark-undo");
+  ExpectAllDark(gui.Window());
+  gui.Command(CMD_ENTRIES);
+  Choose(gui, true);
+  EXPECT_TRUE(WaitUntil([&] { return LightPart(list) > 0.6; }));
+  EXPECT_GT(LightPart(gui.Control(IDC_TREE)), 0.6);
+  EXPECT_GT(LightPart(gui.Control(IDC_STATUS)), 0.6);
+}
+
+TEST(ThemeWindowTest, DialogsAndMenusAreDark) {
+  const SavedKey saved(HKEY_CURRENT_USER, kChoiceKey);
+  const GuiProgram gui(GuiProgram::Look::kFresh);
+  Choose(gui, false);
+  gui.Command(CMD_ADD);
+  const HWND dialog = gui.WaitForDialog();
+  ASSERT_NE(dialog, nullptr);
+  ExpectAllDark(dialog);
+  gui.Screenshot(L"dark-add");
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+  PostMessageW(gui.Window(), WM_SYSCOMMAND, SC_KEYMENU, 'n');
+  HWND popup = nullptr;
+  EXPECT_TRUE(WaitUntil(
+      [&] { return (popup = FindWindowW(L"#32768", nullptr)) != nullptr && IsWindowVisible(popup); }));
+  ExpectDark(popup, 0);
+  gui.Screenshot(L"dark-menu");
+  PostMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindowVisible(popup); }));
+}
+
+}  // namespace
+}  // namespace smh::test
