@@ -4,6 +4,7 @@
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/system_library.h"
 
 #include <richedit.h>
 
@@ -16,13 +17,6 @@ namespace {
 constexpr int kNameWidth = 130;
 constexpr int kTwipsPerInch = 1440;
 constexpr wchar_t kLineEnd = L'\r';  // the control's own, one position
-
-// From the system's folder, whatever lies beside the program.
-ScopedModule LoadTextControl() {
-  wchar_t path[MAX_PATH] = L"";
-  GetSystemDirectoryW(path, ARRAYSIZE(path));
-  return ScopedModule(LoadLibraryW((std::wstring(path) + L"\\msftedit.dll").c_str()));
-}
 
 // The control's measures are twips of the system's resolution.
 LONG TwipsOf(int pixels) noexcept {
@@ -49,7 +43,7 @@ void DetailsPane::Create(HWND parent) {
   heading_ = CreateWindowExW(0, WC_STATICW, L"",
                              WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE, 0, 0,
                              0, 0, parent, reinterpret_cast<HMENU>(IDC_HEADING), nullptr, nullptr);
-  library_ = LoadTextControl();
+  library_ = LoadSystemLibrary(L"msftedit.dll");
   text_ = CreateWindowExW(
       WS_EX_CLIENTEDGE, MSFTEDIT_CLASS, L"",
       WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_NOHIDESEL, 0, 0,

@@ -5,6 +5,7 @@
 #include "hosts/gui/window.h"
 
 #include <commctrl.h>
+#include <richedit.h>
 #include <uxtheme.h>
 
 #include <algorithm>
@@ -240,6 +241,19 @@ void DressEdit(HWND edit) {
   DressEdge(edit);
   SetWindowSubclass(edit, EditProcedure, kEditSubclass, 0);
   SetWindowTheme(edit, IsDark() ? L"DarkMode_Explorer" : nullptr, nullptr);
+}
+
+void DressRichEdit(HWND edit) {
+  SetWindowTheme(edit, IsDark() ? L"DarkMode_Explorer" : nullptr, nullptr);
+  SendMessageW(edit, EM_SETBKGNDCOLOR, IsDark() ? FALSE : TRUE, static_cast<LPARAM>(ColorOf(Role::kWindow)));
+  CHARFORMAT2W format = {};
+  format.cbSize = sizeof(format);
+  format.dwMask = CFM_COLOR;
+  format.dwEffects = IsDark() ? 0 : CFE_AUTOCOLOR;
+  format.crTextColor = ColorOf(Role::kText);
+  for (const WPARAM part : {SCF_DEFAULT, SCF_ALL}) {
+    SendMessageW(edit, EM_SETCHARFORMAT, part, reinterpret_cast<LPARAM>(&format));
+  }
 }
 
 void DressButton(HWND button) {

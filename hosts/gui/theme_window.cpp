@@ -1,5 +1,6 @@
 #include "hosts/gui/theme_window.h"
 
+#include "hosts/gui/system_library.h"
 #include "hosts/gui/theme_bars.h"
 #include "hosts/gui/theme_controls.h"
 #include "hosts/gui/theme_list.h"
@@ -8,6 +9,7 @@
 #include "infra/runtime/import_function.h"
 
 #include <commctrl.h>
+#include <richedit.h>
 
 #include <iterator>
 #include <memory>
@@ -36,6 +38,7 @@ constexpr Dresser kDressers[] = {
     {WC_LISTVIEWW, DressList, true},
     {WC_TREEVIEWW, DressTree, true},
     {WC_EDITW, DressEdit, true},
+    {MSFTEDIT_CLASS, DressRichEdit, true},
     {WC_BUTTONW, DressButton, false},
     {WC_COMBOBOXW, DressComboBox, false},
     {STATUSCLASSNAMEW, DressStatusBar, false},
@@ -61,7 +64,7 @@ BOOL CALLBACK Dress(HWND control, LPARAM) {
 void DressTitle(HWND window) noexcept {
   using SetAttribute = HRESULT(WINAPI*)(HWND, DWORD, LPCVOID, DWORD);
   constexpr DWORD kNumbers[] = {20, 19};
-  const ScopedModule library(LoadLibraryExW(L"dwmapi.dll", nullptr, 0));
+  const ScopedModule library = LoadSystemLibrary(L"dwmapi.dll");
   const auto set = ImportFunction<SetAttribute>(library.Get(), "DwmSetWindowAttribute");
   if (set == nullptr) return;
   const BOOL isDark = IsDark() ? TRUE : FALSE;

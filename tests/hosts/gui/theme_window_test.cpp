@@ -85,9 +85,9 @@ TEST(ThemeWindowTest, FollowsTheUsersChoice) {
   ExpectAllDark(gui.Window());
   gui.Command(CMD_ENTRIES);
   Choose(gui, true);
-  EXPECT_TRUE(WaitUntil([&] { return LightPart(list) > 0.6; }));
-  EXPECT_GT(LightPart(gui.Control(IDC_TREE)), 0.6);
-  EXPECT_GT(LightPart(gui.Control(IDC_STATUS)), 0.6);
+  for (const int control : {IDC_ENTRIES, IDC_TREE, IDC_DETAILS, IDC_STATUS}) {
+    EXPECT_TRUE(WaitUntil([&] { return LightPart(gui.Control(control)) > 0.6; })) << control;
+  }
 }
 
 TEST(ThemeWindowTest, DialogsAndMenusAreDark) {
