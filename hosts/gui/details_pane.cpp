@@ -91,9 +91,12 @@ void DetailsPane::SetEntry(const std::wstring& heading, const ItemRecord* item, 
 }
 
 void DetailsPane::ShowText() const {
-  SendMessageW(text_, WM_SETREDRAW, FALSE, 0);
+  // To let a control draw again shows it, too.
+  const bool isShown = (GetWindowLongW(text_, GWL_STYLE) & WS_VISIBLE) != 0;
+  if (isShown) SendMessageW(text_, WM_SETREDRAW, FALSE, 0);
   SetWindowTextW(text_, shown_.text.c_str());
   SetTabs();
+  if (!isShown) return;
   SendMessageW(text_, WM_SETREDRAW, TRUE, 0);
   InvalidateRect(text_, nullptr, TRUE);
 }

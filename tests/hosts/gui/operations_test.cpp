@@ -225,6 +225,8 @@ TEST_F(OperationsTest, UndoesAndRedoes) {
   gui.Select(IDC_CHECKPOINTS, {0});
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_STEPS) > 0; }));
   EXPECT_EQ(gui.Cell(IDC_CHECKPOINTS, 0, 1), L"Done");
+  // The change has come to the details meanwhile, which stay out of sight.
+  EXPECT_FALSE(IsWindowVisible(gui.Control(IDC_DETAILS)));
   gui.Screenshot(L"startupmanager-undo");
   SetValue(HKEY_CURRENT_USER, kRunSide, L"Aurora Mixer", Sz(L"changed meanwhile"));
   for (const int answer : {IDCANCEL, IDOK}) {
