@@ -14,6 +14,11 @@ constexpr int kLongestShown = 32'000;  // milliseconds
 // The details show all of it; a tip is to fit the screen.
 constexpr std::size_t kLongestText = 2'000;
 
+bool IsMouseOver(HWND window) noexcept {
+  POINT mouse = {};
+  return GetCursorPos(&mouse) && WindowFromPoint(mouse) == window;
+}
+
 }  // namespace
 
 void CellTips::Create(HWND list, TextOfCell text) {
@@ -22,10 +27,6 @@ void CellTips::Create(HWND list, TextOfCell text) {
   tip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
                          CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, list, nullptr, nullptr,
                          nullptr);
-  TOOLINFOW tool = Tool();
-  wchar_t none[] = L"";
-  tool.lpszText = none;
-  SendMessageW(tip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   SendMessageW(tip_, TTM_SETDELAYTIME, TTDT_AUTOPOP, kLongestShown);
 }
 
@@ -46,9 +47,14 @@ void CellTips::SetDpi(int dpi, HFONT font) {
 void CellTips::OnListMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (tip_ == nullptr) return;
   if (message == WM_MOUSEMOVE)
-    ShowFor({static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
-  if (message == WM_VSCROLL || message == WM_HSCROLL || message == WM_MOUSEWHEEL) row_ = -1;
-  if (message < WM_MOUSEFIRST || message > WM_MOUSELAST) return;
+    mouse_ = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+  // What is painted anew may be another cell by now, or say something else.
+  if (message == WM_PAINT && !IsMouseOver(list_)) mouse_ = {-1, -1};
+  if (message == WM_MOUSEMOVE || message == WM_PAINT) ShowForMouse();
+  if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) Relay(message, wParam, lParam);
+}
+
+void CellTips::Relay(UINT message, WPARAM wParam, LPARAM lParam) const {
   MSG relayed = {};
   relayed.hwnd = list_;
   relayed.message = message;
@@ -57,25 +63,30 @@ void CellTips::OnListMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   SendMessageW(tip_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
 }
 
-// One tool moves from cell to cell, with no text where there is nothing to tell.
-void CellTips::ShowFor(POINT point) {
+// A cell that has something to tell has a tool; one whose text changes keeps it, so that a tip that is seen
+// stays.
+void CellTips::ShowForMouse() {
   LVHITTESTINFO hit = {};
-  hit.pt = point;
+  hit.pt = mouse_;
   SendMessageW(list_, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit));
-  if (hit.iItem == row_ && hit.iSubItem == column_) return;
-  row_ = hit.iItem;
-  column_ = hit.iSubItem;
-  SendMessageW(tip_, TTM_POP, 0, 0);
   TOOLINFOW tool = Tool();
   std::wstring text;
-  if (row_ >= 0 && column_ >= 0 && ListView_GetSubItemRect(list_, row_, column_, LVIR_LABEL, &tool.rect)) {
-    text = text_(static_cast<std::size_t>(row_), static_cast<std::size_t>(column_));
-    if (HasRoom(text, column_, tool.rect)) text.clear();
+  if (hit.iItem >= 0 && hit.iSubItem >= 0 &&
+      ListView_GetSubItemRect(list_, hit.iItem, hit.iSubItem, LVIR_LABEL, &tool.rect)) {
+    text = text_(static_cast<std::size_t>(hit.iItem), static_cast<std::size_t>(hit.iSubItem));
+    if (HasRoom(text, hit.iSubItem, tool.rect)) text.clear();
   }
   if (text.size() > kLongestText) text.replace(kLongestText, std::wstring::npos, L"\u2026");
+  const bool isSameCell = EqualRect(&tool.rect, &cell_) != FALSE;
+  if (isSameCell && text == shown_) return;
+  const bool keepsTool = isSameCell && !text.empty() && !shown_.empty();
+  if (!keepsTool && !shown_.empty()) SendMessageW(tip_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  cell_ = tool.rect;
+  shown_ = text;
+  if (text.empty()) return;
   tool.lpszText = text.data();
-  SendMessageW(tip_, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
-  SendMessageW(tip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+  SendMessageW(tip_, keepsTool ? TTM_UPDATETIPTEXTW : TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  if (!keepsTool) Relay(WM_MOUSEMOVE, 0, MAKELPARAM(mouse_.x, mouse_.y));
 }
 
 bool CellTips::HasRoom(const std::wstring& text, int column, const RECT& cell) const {

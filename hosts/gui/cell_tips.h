@@ -23,7 +23,8 @@ class CellTips {
   void OnListMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
-  void ShowFor(POINT point);
+  void ShowForMouse();
+  void Relay(UINT message, WPARAM wParam, LPARAM lParam) const;
   bool HasRoom(const std::wstring& text, int column, const RECT& cell) const;
   TOOLINFOW Tool() const;
 
@@ -31,8 +32,9 @@ class CellTips {
   HWND tip_ = nullptr;
   TextOfCell text_;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
-  int row_ = -1;  // the cell below the mouse
-  int column_ = -1;
+  POINT mouse_ = {-1, -1};  // where it was last, in the list
+  RECT cell_ = {};
+  std::wstring shown_;
 };
 
 }  // namespace smh

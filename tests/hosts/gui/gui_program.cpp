@@ -236,6 +236,9 @@ void GuiProgram::PointAt(int list, int row, int column) const {
   buffer.Read(0, &cell, sizeof(cell));
   POINT point = {cell.left + 10, (cell.top + cell.bottom) / 2};
   ClientToScreen(Control(list), &point);
+  POINT before = {};
+  GetCursorPos(&before);
+  if (before.x == point.x) ++point.x;
   SetCursorPos(point.x, point.y);
 }
 

@@ -70,7 +70,7 @@ class GuiProgram {
   std::wstring Detail(const std::wstring& property) const;
   // The text of the tip that is shown; empty when none is.
   std::wstring TipText() const;
-  // Puts the mouse on a cell.
+  // Puts the mouse on a cell, somewhere else than it is.
   void PointAt(int list, int row, int column) const;
   void Select(int list, const std::vector<int>& rows) const;
   std::vector<int> Selection(int list) const;
