@@ -2,6 +2,7 @@
 
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -101,16 +102,14 @@ void EmptyNoteWindow::PlaceButtons() {
 }
 
 void EmptyNoteWindow::Paint() const {
-  PAINTSTRUCT paint;
-  const HDC canvas = BeginPaint(Handle(), &paint);
-  FillRect(canvas, &paint.rcPaint, GetSysColorBrush(COLOR_WINDOW));
-  SetTextColor(canvas, GetSysColor(COLOR_WINDOWTEXT));
+  const PaintScope paint(Handle());
+  const HDC canvas = paint.Canvas();
+  const Painter painter(canvas, font_);
+  painter.Fill(paint.Area(), Role::kWindow);
+  SetTextColor(canvas, ColorOf(Role::kText));
   SetBkMode(canvas, TRANSPARENT);
-  const HGDIOBJ before = SelectObject(canvas, font_);
   RECT text = TextArea();
   DrawTextW(canvas, note_.text.c_str(), -1, &text, kTextFormat);
-  SelectObject(canvas, before);
-  EndPaint(Handle(), &paint);
 }
 
 LRESULT EmptyNoteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -124,6 +123,9 @@ LRESULT EmptyNoteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_ERASEBKGND:
       return 1;
+    case WM_PARENTNOTIFY:
+      // The top-level window dresses what it gets; not every system passes that on.
+      return SendMessageW(GetParent(Handle()), message, wParam, lParam);
     case WM_COMMAND:
       // Later: the command may destroy the button that tells of its click.
       PostMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);

@@ -75,6 +75,11 @@ TEST(ThemeWindowTest, FollowsTheUsersChoice) {
   EXPECT_TRUE(WaitUntil([&] { return !gui.Status(0).starts_with(L"Checking"); }, 60'000));
   gui.Screenshot(L"dark-entries");
   ExpectAllDark(gui.Window());
+  gui.Search(L"what no entry is called");
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(gui.Control(IDC_EMPTY_NOTE)) != FALSE; }));
+  gui.Screenshot(L"dark-empty");
+  ExpectAllDark(gui.Window());
+  gui.Search(L"");
   gui.Command(CMD_DEFAULT_PROGRAMS);
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_PROGRAMS) > 0; }));
   gui.Screenshot(L"dark-programs");
