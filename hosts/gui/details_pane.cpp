@@ -9,6 +9,7 @@
 #include <richedit.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace smh {
 
@@ -72,8 +73,15 @@ void DetailsPane::SetDpi(int dpi, const ViewFonts& fonts) {
   ShowText();
 }
 
-void DetailsPane::SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file) {
-  VisibleText shown = item == nullptr ? VisibleText() : TextOfLines(DetailsOf(*item, file));
+void DetailsPane::SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file,
+                           std::vector<DetailLine> first) {
+  auto lines = std::move(first);
+  if (item != nullptr) {
+    auto details = DetailsOf(*item, file);
+    lines.insert(lines.end(), std::make_move_iterator(details.begin()),
+                 std::make_move_iterator(details.end()));
+  }
+  VisibleText shown = TextOfLines(lines);
   const std::optional<EntryKey> entry = item == nullptr ? std::nullopt : std::optional(KeyOf(*item));
   SetWindowTextW(heading_, heading.c_str());
   const bool isSameEntry = entry == entry_;

@@ -24,9 +24,10 @@ class DetailsPane {
   // The fonts are the caller's and live until the next call.
   void SetDpi(int dpi, const ViewFonts& fonts);
 
-  // Copies what it shows of the entry. Without an entry only the heading is shown. Place and selection stay
-  // while the entry stays.
-  void SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file);
+  // Copies what it shows of the entry, behind the lines of `first`. Without an entry only the heading and
+  // those are shown. Place and selection stay while the entry stays.
+  void SetEntry(const std::wstring& heading, const ItemRecord* item, const std::wstring& file,
+                std::vector<DetailLine> first = {});
   // What is selected, or everything when nothing is: values as they are, not as they are shown.
   std::wstring TextToCopy() const;
   void SelectAll() const;

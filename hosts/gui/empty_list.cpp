@@ -39,6 +39,11 @@ EmptyListNote NoteOf(const EntryRows& rows, const ListRequest& request) {
     if (!place.empty() && rows.Total() > 0) note.offers.push_back(showAll);
     return note;
   }
+  if (rows.ShowsOnlyDifferent() && !isSearched && rows.Filters().none()) {
+    note.text = L"Nothing" + place + L" differs from the saved state.";
+    note.offers = {{CMD_ONLY_DIFFERENT, L"Show what is the same"}, {CMD_STOP_COMPARING, L"Stop comparing"}};
+    return note;
+  }
   const std::size_t elsewhere = place.empty() ? 0 : rows.Count(EntryRows::Limit::kSearchAndFilters);
   if (const std::size_t hidden = rows.Count(EntryRows::Limit::kLocationsAndSearch); hidden > 0) {
     note.text = HiddenText(hidden, search, rows.Filters());

@@ -1,8 +1,8 @@
 #include "hosts/gui/entries_view.h"
 
 #include "hosts/gui/dpi.h"
+#include "hosts/gui/entries_look.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/theme.h"
 
 #include <algorithm>
 
@@ -26,33 +26,14 @@ EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), comma
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
   details_.Create(parent);
-  filterBar_.Create(parent);
-  note_.Open(parent);
+  around_.Create(parent);
   splitter_.Open(parent, Splitter::Direction::kUpDown, [this](int position) {
     SetDetailsHeight(MulDiv(static_cast<int>(area_.bottom) - position, USER_DEFAULT_SCREEN_DPI, dpi_));
   });
 }
 
 ListSource EntriesView::MakeSource() {
-  ListSource source;
-  source.text = [this](std::size_t row, std::size_t column) {
-    return MakeVisible(EntryColumns()[column].text(rows_.Shown()[row]->item)).text;
-  };
-  source.copied = [this](std::size_t row, std::size_t column) {
-    return EntryColumns()[column].text(rows_.Shown()[row]->item);
-  };
-  source.image = [this](std::size_t row, std::size_t column) {
-    const ItemRecord& item = rows_.Shown()[row]->item;
-    if (column == kNameColumn) return static_cast<int>(item.imageIndex);
-    // Images 0 to 2 are the ratings.
-    return column == kTrustColumn ? static_cast<int>(TrustPicture(item)) : I_IMAGENONE;
-  };
-  source.checked = [this](std::size_t row) { return rows_.Shown()[row]->item.enabled; };
-  source.color = [this](std::size_t row) {
-    const RowTone tone = ToneOfRow(rows_.Shown()[row]->item);
-    if (tone == RowTone::kRed) return ColorOf(Role::kAlarmText);
-    return ColorOf(tone == RowTone::kGrey ? Role::kGreyText : Role::kText);
-  };
+  ListSource source = LookOf(rows_);
   source.onSort = [this](std::size_t column) {
     SortBy(column, column == rows_.SortColumn() && !rows_.Descending());
   };
@@ -73,7 +54,7 @@ void EntriesView::OnNews(ListNews& news) {
     ShowDetails();
   }
   request_.isReading = readState_ == kReadStateReading;
-  ShowNote();
+  around_.Update(rows_, request_, list_.Handle());
   CheckNext();
   frame_.onChange();
 }
@@ -114,25 +95,18 @@ std::wstring EntriesView::CheckingText() const {
 }
 
 void EntriesView::SetFilters(const FilterSet& filters) {
-  filterBar_.Check(filters);
   ShowAnew([&] { rows_.SetFilters(filters); });
 }
 
-void EntriesView::ShowNote() {
-  const EmptyListNote note = shown_ ? NoteOf(rows_, request_) : EmptyListNote();
-  if (note_.Show(note)) SetFocus(list_.Handle());
-  PlaceNote();
-}
-
-// Below the heads of the list's columns, which stay.
-void EntriesView::PlaceNote() {
-  RECT area;
-  RECT head;
-  GetClientRect(list_.Handle(), &area);
-  GetWindowRect(ListView_GetHeader(list_.Handle()), &head);
-  area.top = head.bottom - head.top;
-  MapWindowPoints(list_.Handle(), GetParent(list_.Handle()), reinterpret_cast<POINT*>(&area), 2);
-  note_.Place(area);
+void EntriesView::Compare(const std::shared_ptr<const SavedState>& state) {
+  around_.SetState(state);
+  Rearrange([&] {
+    rows_.Compare(state == nullptr ? nullptr : std::shared_ptr<const Snapshot>(state, &state->snapshot));
+    rows_.ShowOnlyDifferent(state != nullptr);
+  });
+  ShowDetails();
+  Place(area_);
+  frame_.onChange();
 }
 
 void EntriesView::ChooseImages() {
@@ -196,7 +170,7 @@ void EntriesView::Rearrange(const Standing& standing, Change&& change) {
   SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
   change();
   Restore(standing);
-  ShowNote();
+  around_.Update(rows_, request_, list_.Handle());
   SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
   InvalidateRect(list_.Handle(), nullptr, FALSE);
 }
@@ -234,6 +208,12 @@ void EntriesView::ShowDetails() {
         count == 0 ? L"Select an entry to see what it is" : std::to_wstring(count) + L" entries selected";
     return details_.SetEntry(text, nullptr, {});
   }
+  const EntryRow& row = *OnlySelectedRow();
+  if (row.IsGone()) {
+    resolvedCommand_.clear();
+    resolvedFile_.clear();
+    return details_.SetEntry(CaptionText(*item), nullptr, {}, DifferenceLines(*row.difference));
+  }
   if (item->command != resolvedCommand_) ResolveFile(*item);
   if (inDetails_ != KeyOf(*item)) {
     inDetails_ = KeyOf(*item);
@@ -242,7 +222,7 @@ void EntriesView::ShowDetails() {
   }
   details_.SetEntry(
       CaptionText(*item) + (item->description.empty() ? L"" : L"  \u2013  " + item->description), item,
-      resolvedFile_);
+      resolvedFile_, row.difference ? DifferenceLines(*row.difference) : std::vector<DetailLine>());
 }
 
 void EntriesView::ResolveFile(const ItemRecord& item) {
@@ -264,8 +244,7 @@ void EntriesView::SetDetailsHeight(int height) {
 
 void EntriesView::Place(const RECT& whole) {
   area_ = whole;
-  RECT area = whole;
-  area.top += filterBar_.Place(whole);
+  const RECT area = around_.PlaceAbove(whole);
   const int bar = Scaled(Splitter::kThickness, dpi_);
   const int height = static_cast<int>(area.bottom - area.top);
   const int most = std::max(height - bar - Scaled(kLeastListHeight, dpi_), 0);
@@ -277,7 +256,7 @@ void EntriesView::Place(const RECT& whole) {
              TRUE);
   MoveWindow(splitter_.Handle(), area.left, top - bar, width, bar, TRUE);
   details_.Place({area.left, top, area.right, area.bottom});
-  PlaceNote();
+  around_.PlaceNote(list_.Handle());
 }
 
 void EntriesView::Show(bool show) {
@@ -285,21 +264,20 @@ void EntriesView::Show(bool show) {
   for (const HWND window : {list_.Handle(), splitter_.Handle()})
     ShowWindow(window, show ? SW_SHOWNA : SW_HIDE);
   details_.Show(show);
-  filterBar_.Show(show);
-  ShowNote();
+  around_.Show(show);
+  around_.Update(rows_, request_, list_.Handle());
 }
 
 void EntriesView::SetDpi(int dpi, const ViewFonts& fonts) {
   dpi_ = dpi;
   list_.SetDpi(dpi, fonts.normal);
   details_.SetDpi(dpi, fonts);
-  filterBar_.SetDpi(dpi, fonts.normal);
-  note_.SetDpi(dpi, fonts.normal);
+  around_.SetDpi(dpi, fonts.normal);
   ChooseImages();
 }
 
 std::vector<HWND> EntriesView::Panes() const {
-  std::vector<HWND> panes(filterBar_.Buttons().begin(), filterBar_.Buttons().end());
+  std::vector<HWND> panes = around_.Controls();
   panes.insert(panes.end(), {list_.Handle(), details_.Handle()});
   return panes;
 }
@@ -325,7 +303,8 @@ std::wstring EntriesView::CountText() const {
 std::vector<ItemRecord> EntriesView::Selected() const {
   std::vector<ItemRecord> items;
   for (const std::size_t row : list_.Selection()) {
-    if (row < rows_.Shown().size()) items.push_back(rows_.Shown()[row]->item);
+    if (row < rows_.Shown().size() && !rows_.Shown()[row]->IsGone())
+      items.push_back(rows_.Shown()[row]->item);
   }
   return items;
 }
@@ -346,14 +325,20 @@ std::vector<ItemRecord> EntriesView::SelectedOrShown() const {
   std::vector<ItemRecord> items = Selected();
   if (items.size() >= 2) return items;
   items.clear();
-  for (const EntryRow* row : rows_.Shown()) items.push_back(row->item);
+  for (const EntryRow* row : rows_.Shown()) {
+    if (!row->IsGone()) items.push_back(row->item);
+  }
   return items;
 }
 
-const ItemRecord* EntriesView::OnlySelected() const {
+const EntryRow* EntriesView::OnlySelectedRow() const {
   const std::vector<std::size_t> rows = list_.Selection();
-  return rows.size() == 1 && rows.front() < rows_.Shown().size() ? &rows_.Shown()[rows.front()]->item
-                                                                 : nullptr;
+  return rows.size() == 1 && rows.front() < rows_.Shown().size() ? rows_.Shown()[rows.front()] : nullptr;
+}
+
+const ItemRecord* EntriesView::OnlySelected() const {
+  const EntryRow* const row = OnlySelectedRow();
+  return row == nullptr ? nullptr : &row->item;
 }
 
 bool EntriesView::CanRun(UINT command) const {
@@ -396,6 +381,9 @@ bool EntriesView::CanRun(UINT command) const {
       return true;
     case CMD_CLEAR_FILTERS:
       return rows_.Filters().any();
+    case CMD_ONLY_DIFFERENT:
+    case CMD_STOP_COMPARING:
+      return rows_.IsComparing();
     case CMD_EXPORT:
     case CMD_SELECT_ALL:
       return !rows_.Shown().empty();
@@ -418,6 +406,9 @@ void EntriesView::Run(UINT command) {
       return commands_.SwitchInSystem(false, SelectedWith(CanSwitchOn));
     case CMD_CLEAR_FILTERS:
       return ChangeFilters({});
+    case CMD_ONLY_DIFFERENT:
+      Rearrange([&] { rows_.ShowOnlyDifferent(!rows_.ShowsOnlyDifferent()); });
+      return frame_.onChange();
     case CMD_DELETE:
       return commands_.Delete(SelectedThatCan(kActionDelete));
     case CMD_ADD:

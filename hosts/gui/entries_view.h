@@ -4,10 +4,9 @@
 #pragma once
 
 #include "hosts/gui/details_pane.h"
-#include "hosts/gui/empty_note_window.h"
 #include "hosts/gui/entry_commands.h"
 #include "hosts/gui/entry_rows.h"
-#include "hosts/gui/filter_bar.h"
+#include "hosts/gui/list_surroundings.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 #include "hosts/gui/window.h"
@@ -36,8 +35,12 @@ class EntriesView final : public View {
   void SetFilters(const FilterSet& filters);
   // Shows the entries of those locations only; the title is empty when they are all.
   void ShowLocations(const LocationSet& locations, const std::wstring& title);
+  // Marks what differs from that state, and adds what is only there; null ends that.
+  void Compare(const std::shared_ptr<const SavedState>& state);
+  // Whether the control is one of the bar that stands above the list then.
+  bool IsInCompareBar(HWND control) const noexcept { return around_.IsInCompareBar(control); }
   // Whether the list is empty and its note offers that command.
-  bool Offers(UINT command) const { return note_.Offers(command); }
+  bool Offers(UINT command) const { return around_.Offers(command); }
   // Valid as long as the view; what it shows changes with every call that is not const.
   const EntryRows& Rows() const noexcept { return rows_; }
   // Whether the list or its details were still being read at the last news; the ReadState of those.
@@ -92,9 +95,7 @@ class EntriesView final : public View {
 
   ListSource MakeSource();
   void ChooseImages();
-  void ShowNote();
   void ChangeFilters(const FilterSet& filters);
-  void PlaceNote();
   void OnSelect();
   void Toggle(std::size_t row);
   void ShowDetails();
@@ -108,6 +109,7 @@ class EntriesView final : public View {
   std::vector<ItemRecord> SelectedWith(Can&& can) const;
   std::vector<ItemRecord> SelectedThatCan(ItemAction action) const;
   std::vector<ItemRecord> SelectedOrShown() const;
+  const EntryRow* OnlySelectedRow() const;
   const ItemRecord* OnlySelected() const;
   void Add();
   void Copy() const;
@@ -118,8 +120,7 @@ class EntriesView final : public View {
   EntryRows rows_;
   VirtualList list_;
   DetailsPane details_;
-  FilterBar filterBar_;
-  EmptyNoteWindow note_;
+  ListSurroundings around_;
   Splitter splitter_;
   RECT area_ = {};
   LocationSet locations_;

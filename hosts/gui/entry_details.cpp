@@ -10,11 +10,6 @@ namespace smh {
 
 namespace {
 
-// A text of this program's, which has nothing to make visible.
-VisibleText Own(std::wstring text) {
-  return {std::move(text), {}};
-}
-
 // Date and time as the user writes them.
 std::wstring LocalTime(const std::optional<double>& date) {
   SYSTEMTIME time;
@@ -51,7 +46,7 @@ VisibleText FileText(const ItemRecord& item, const std::wstring& file) {
 // What the program only runs, and whether all that is said of a file is about that.
 VisibleText RunsText(const ItemRecord& item) {
   if (item.startedThrough.empty()) return {};
-  if (item.servedFile.empty()) return Own(L"(cannot be told)");
+  if (item.servedFile.empty()) return PlainText(L"(cannot be told)");
   VisibleText text = MakeVisible(item.servedFile);
   if (item.servedFile == item.describedFile) text += L"  (described here)";
   return text;
@@ -71,31 +66,31 @@ std::wstring LocalTime(const FILETIME& time) {
 using Lines = std::vector<DetailLine>;
 
 void AddStart(const ItemRecord& item, Lines& lines) {
-  lines.push_back({L"Starts", Own(StartsAnswerText(item))});
+  lines.push_back({L"Starts", PlainText(StartsAnswerText(item))});
   const bool isCertain = item.starts != kStartsUnknown || item.reasons == kReasonUnreachable;
   for (const std::wstring_view reason : ReasonSentences(item)) {
-    lines.push_back({isCertain ? L"Because" : L"Perhaps", Own(std::wstring(reason))});
+    lines.push_back({isCertain ? L"Because" : L"Perhaps", PlainText(std::wstring(reason))});
   }
-  lines.push_back({L"Switched off", Own(LocalTime(item.switchedOffSince))});
-  lines.push_back({L"Note", Own(std::wstring(NameMarkText(item)))});
+  lines.push_back({L"Switched off", PlainText(LocalTime(item.switchedOffSince))});
+  lines.push_back({L"Note", PlainText(std::wstring(NameMarkText(item)))});
 }
 
 // What is said of the file that runs.
 void AddTrust(const ItemRecord& item, Lines& lines) {
   const std::wstring reason = TrustReason(item);
-  lines.push_back({L"Trust", Own(TrustText(item) + (reason.empty() ? L"" : L": " + reason))});
+  lines.push_back({L"Trust", PlainText(TrustText(item) + (reason.empty() ? L"" : L": " + reason))});
   if (!item.trust) return;
   const std::wstring& signer = item.trust->Signer();
   lines.push_back({L"Signature", MakeVisible(SignatureText(item.trust->signature, signer))});
   lines.push_back({L"Signer", MakeVisible(signer)});
-  lines.push_back({L"Signed", Own(LocalTime(item.trust->signingTime))});
-  lines.push_back({L"SHA-256", Own(item.trust->sha256)});
+  lines.push_back({L"Signed", PlainText(LocalTime(item.trust->signingTime))});
+  lines.push_back({L"SHA-256", PlainText(item.trust->sha256)});
 }
 
 }  // namespace
 
 std::vector<DetailLine> DetailsOf(const ItemRecord& item, const std::wstring& file) {
-  Lines lines = {{L"Name", MakeVisible(item.caption)}, {L"Status", Own(StatusText(item))}};
+  Lines lines = {{L"Name", MakeVisible(item.caption)}, {L"Status", PlainText(StatusText(item))}};
   AddStart(item, lines);
   AddTrust(item, lines);
   const Lines others = {
@@ -119,11 +114,11 @@ std::vector<DetailLine> DetailsOf(const ItemRecord& item, const std::wstring& fi
       {L"Copyright", MakeVisible(item.legalCopyright)},
       {L"Trademarks", MakeVisible(item.legalTrademarks)},
       {L"Type", MakeVisible(item.fileTypeName)},
-      {L"Size", Own(SizeText(item.fileSize))},
-      {L"Created", Own(LocalTime(item.creationTime))},
-      {L"Changed", Own(LocalTime(item.lastWriteTime))},
-      {L"Last opened", Own(LocalTime(item.lastAccessTime))},
-      {L"Location", Own(FullTitle(item.location))},
+      {L"Size", PlainText(SizeText(item.fileSize))},
+      {L"Created", PlainText(LocalTime(item.creationTime))},
+      {L"Changed", PlainText(LocalTime(item.lastWriteTime))},
+      {L"Last opened", PlainText(LocalTime(item.lastAccessTime))},
+      {L"Location", PlainText(FullTitle(item.location))},
       {L"Stored as", MakeVisible(item.name)},
   };
   lines.insert(lines.end(), others.begin(), others.end());

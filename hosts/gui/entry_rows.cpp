@@ -21,6 +21,9 @@ constexpr EntryColumn kColumns[] = {
     {L"Location", 140, [](const ItemRecord& item) { return FullTitle(item.location); }},
 };
 
+// The numbers of rows of a saved state, which are the same after every look.
+constexpr RowId kGoneRows = RowId{1} << 63;
+
 // By the rules of the user's locale, in a form that compares byte by byte.
 std::string SortKeyOf(const std::wstring& text) {
   const int length = static_cast<int>(text.size());
@@ -83,7 +86,51 @@ void EntryRows::Apply(std::vector<WatchEvent> events) {
       Put(std::move(event.item));
     }
   }
+  CompareNow();
   Arrange();
+}
+
+void EntryRows::Compare(std::shared_ptr<const Snapshot> before) {
+  before_ = std::move(before);
+  CompareNow();
+  Arrange();
+}
+
+void EntryRows::CompareNow() {
+  std::vector<EntryRow*> rows;
+  rows.reserve(rows_.size());
+  for (auto& [key, row] : rows_) {
+    row.difference.reset();
+    rows.push_back(&row);
+  }
+  gone_.clear();
+  differences_ = {};
+  if (before_ == nullptr) return;
+  std::vector<const ItemRecord*> items;
+  items.reserve(rows.size());
+  for (const EntryRow* row : rows) items.push_back(&row->item);
+  ComparedEntries compared = smh::Compare(*before_, items);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (!compared.items[i]) continue;
+    ++differences_[static_cast<std::size_t>(compared.items[i]->kind)];
+    rows[i]->difference = std::move(compared.items[i]);
+  }
+  gone_.reserve(compared.gone.size());
+  for (const std::size_t position : compared.gone) {
+    const SnapshotEntry& entry = before_->entries[position];
+    EntryRow row;
+    row.id = kGoneRows | position;
+    row.isChecked = true;
+    row.difference = EntryDifference{DifferenceKind::kRemoved, entry};
+    Fill(row, GoneRecord(entry));
+    gone_.push_back(std::move(row));
+    ++differences_[static_cast<std::size_t>(DifferenceKind::kRemoved)];
+  }
+}
+
+void EntryRows::ShowOnlyDifferent(bool only) {
+  onlyDifferent_ = only;
+  Filter();
 }
 
 void EntryRows::Put(ItemRecord item) {
@@ -183,6 +230,7 @@ void EntryRows::Sort(std::size_t column, bool descending) {
   if (column != column_) {
     column_ = column;
     for (auto& [key, row] : rows_) row.sortKey = SortKeyOf(row.item, column);
+    for (EntryRow& row : gone_) row.sortKey = SortKeyOf(row.item, column);
   }
   descending_ = descending;
   Arrange();
@@ -192,6 +240,7 @@ void EntryRows::Arrange() {
   order_.clear();
   order_.reserve(rows_.size());
   for (const auto& [key, row] : rows_) order_.push_back(&row);
+  for (const EntryRow& row : gone_) order_.push_back(&row);
   // Rows are gathered in the order of their keys, which equal ones keep.
   std::stable_sort(order_.begin(), order_.end(), [this](const EntryRow* a, const EntryRow* b) {
     return descending_ ? b->sortKey < a->sortKey : a->sortKey < b->sortKey;
@@ -202,13 +251,15 @@ void EntryRows::Arrange() {
 void EntryRows::Filter() {
   shown_.clear();
   std::copy_if(order_.begin(), order_.end(), std::back_inserter(shown_), [this](const EntryRow* row) {
+    if (ShowsOnlyDifferent() && !row->difference) return false;
     return locations_[row->item.location] && PassesFilters(filters_, row->item) && HasWords(*row);
   });
 }
 
 bool EntryRows::HasWords(const EntryRow& row) const {
-  return std::all_of(words_.begin(), words_.end(), [&row](const std::wstring& word) {
-    return row.searched.find(word) != std::wstring::npos;
+  const std::wstring_view mark = row.difference ? DifferenceName(row.difference->kind) : std::wstring_view();
+  return std::all_of(words_.begin(), words_.end(), [&](const std::wstring& word) {
+    return row.searched.find(word) != std::wstring::npos || mark.find(word) != std::wstring_view::npos;
   });
 }
 

@@ -4,12 +4,15 @@
 
 #include "core/contracts/location_table.h"
 #include "hosts/common/entry_watch.h"
+#include "hosts/gui/comparison.h"
 #include "hosts/gui/entry_filter.h"
 #include "hosts/gui/entry_words.h"
 
 #include <bitset>
 #include <compare>
 #include <map>
+#include <memory>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -28,6 +31,8 @@ struct EntryColumn {
 // The columns with a picture.
 inline constexpr std::size_t kNameColumn = 0;
 inline constexpr std::size_t kTrustColumn = 3;
+// The one that says the state.
+inline constexpr std::size_t kStatusColumn = 1;
 
 // In their order on the screen; valid for ever.
 std::span<const EntryColumn> EntryColumns() noexcept;
@@ -56,6 +61,10 @@ struct EntryRow {
   std::wstring searched;   // lower case
   std::string sortKey;     // of the column that sorts; compares byte by byte
   bool isChecked = false;  // whether the trust of its file was asked since it was last told to be
+  // While Compare is on: how it differs from the saved state. A row of kRemoved is no entry.
+  std::optional<EntryDifference> difference = {};
+
+  bool IsGone() const noexcept { return difference && difference->kind == DifferenceKind::kRemoved; }
 };
 
 // Owns the rows; used by one thread. Every change rebuilds order and filter: pointers to rows stay valid
@@ -72,6 +81,15 @@ class EntryRows {
   void Search(std::wstring_view text);
   // Shows rows that pass all of those filters.
   void SetFilters(const FilterSet& filters);
+  // Marks what differs from that state, now and with every Apply, and adds a row for each entry that is only
+  // there; null ends that. Total and CountOf go without those rows.
+  void Compare(std::shared_ptr<const Snapshot> before);
+  bool IsComparing() const noexcept { return before_ != nullptr; }
+  // By DifferenceKind, whatever the filter shows.
+  const DifferenceCounts& Differences() const noexcept { return differences_; }
+  // Shows only rows that differ, as long as it compares.
+  void ShowOnlyDifferent(bool only);
+  bool ShowsOnlyDifferent() const noexcept { return before_ != nullptr && onlyDifferent_; }
   // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
   void Sort(std::size_t column, bool descending);
 
@@ -114,11 +132,13 @@ class EntryRows {
   void Fill(EntryRow& row, ItemRecord item) const;
   void Remove(const EntryKey& key);
   void Rename(const EntryKey& from, ItemRecord to);
+  void CompareNow();
   void Arrange();
   void Filter();
   bool HasWords(const EntryRow& row) const;
 
   Rows rows_;
+  std::vector<EntryRow> gone_;          // of the saved state alone
   std::vector<const EntryRow*> order_;  // all rows, sorted
   std::vector<const EntryRow*> shown_;
   std::size_t counts_[kLastLocation + 1] = {};
@@ -127,6 +147,9 @@ class EntryRows {
   std::size_t column_ = kNameColumn;
   bool descending_ = false;
   FilterSet filters_;
+  std::shared_ptr<const Snapshot> before_;
+  DifferenceCounts differences_ = {};
+  bool onlyDifferent_ = false;
   RowId lastId_ = 0;
 };
 

@@ -8,6 +8,8 @@
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
 
+#include <utility>
+
 namespace smh {
 
 namespace {
@@ -69,7 +71,10 @@ void MainWindow::OnCreate() {
                     panes_.Entries().OnNews(news);
                     panes_.Tree().ShowCounts(panes_.Entries().Rows());
                   },
-                  [this](const std::wstring& text) { ShowError(frame_, text); }});
+                  [this](const std::wstring& text) {
+                    said_.clear();
+                    ShowError(frame_, text);
+                  }});
   Refresh();
   Update();
 }
@@ -83,7 +88,7 @@ void MainWindow::LoadLook() {
 void MainWindow::SaveLook() const {
   SavePlace(Handle());
   panes_.SaveLook();
-  SaveNumbers(L"AllLocations", {allLocations_ ? 1 : 0});
+  SaveNumbers(L"AllLocations", {allLocations_ && !onlyUsualBefore_ ? 1 : 0});
 }
 
 void MainWindow::OnDpiChanged(int dpi, const RECT& suggested) {
@@ -183,8 +188,11 @@ void MainWindow::OnCommand(UINT command, UINT code) {
 bool MainWindow::CanRun(UINT command) const {
   if (MeansEdit(command) || MeansTree(command)) return true;
   switch (command) {
-    case CMD_REFRESH:
     case CMD_ALL_LOCATIONS:
+      return !panes_.Entries().Rows().IsComparing();
+    case CMD_REFRESH:
+    case CMD_SAVE_STATE:
+    case CMD_COMPARE_STATE:
     case CMD_FIND:
     case CMD_NEXT_PANE:
     case CMD_PREVIOUS_PANE:
@@ -243,6 +251,12 @@ void MainWindow::Run(UINT command) {
       return panes_.Shows(panes_.Undo()) ? panes_.Undo().Run(command) : panes_.Undo().RedoLatest();
     case CMD_SEARCH_EVERYWHERE:
       return SearchEverywhere();
+    case CMD_SAVE_STATE:
+      return SaveState(frame_, allLocations_);
+    case CMD_COMPARE_STATE:
+      return LoadState(frame_, [this](const auto& state) { StartComparing(state); });
+    case CMD_STOP_COMPARING:
+      return StopComparing();
     case CMD_SHOW_ALL:
       SetWindowTextW(panes_.SearchBox(), L"");
       panes_.Entries().SetFilters({});
@@ -276,6 +290,22 @@ void MainWindow::SearchEverywhere() {
   const bool isOffered = panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE);
   panes_.Tree().Select(LocationTree::Kind::kEntries);
   if (!isOffered) Run(CMD_FIND);
+}
+
+// A state holds the entries of all locations.
+void MainWindow::StartComparing(const std::shared_ptr<const SavedState>& state) {
+  said_.clear();
+  if (!allLocations_) {
+    allLocations_ = onlyUsualBefore_ = true;
+    panes_.Tree().Build(true);
+  }
+  panes_.Tree().Select(LocationTree::Kind::kEntries);
+  panes_.Entries().Compare(state);
+}
+
+void MainWindow::StopComparing() {
+  panes_.Entries().Compare(nullptr);
+  if (std::exchange(onlyUsualBefore_, false)) Run(CMD_ALL_LOCATIONS);
 }
 
 // Whose entries these are, where that is not plain.
@@ -339,6 +369,10 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
     const UINT command = GetMenuItemID(menu, i);
     if (command == 0 || command == static_cast<UINT>(-1)) continue;
     EnableMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (CanRun(command) ? MF_ENABLED : MF_GRAYED));
+    if (command == CMD_ONLY_DIFFERENT) {
+      const bool isOn = panes_.Entries().Rows().ShowsOnlyDifferent();
+      CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (isOn ? MF_CHECKED : MF_UNCHECKED));
+    }
     const std::size_t filter = FilterOf(command);
     if (command == CMD_ALL_LOCATIONS || filter < kFilterCount) {
       const bool isOn =
@@ -367,6 +401,11 @@ void MainWindow::RunMessages() {
         message.hwnd == panes_.SearchBox() && message.message == WM_KEYDOWN && message.wParam == VK_RETURN;
     if (isFinding && panes_.Entries().Offers(CMD_SEARCH_EVERYWHERE)) SearchEverywhere();
     if (ClicksButton(message)) continue;
+    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
+        panes_.Entries().IsInCompareBar(message.hwnd)) {
+      StopComparing();
+      continue;
+    }
     const KeyTurn turn = TakeKey(
         message, {Handle(), panes_.SearchBox(), panes_.Tree().Handle(), panes_.Shown().MainControl()});
     if (turn == KeyTurn::kNobody) continue;

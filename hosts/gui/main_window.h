@@ -43,6 +43,8 @@ class MainWindow final : public Window {
   void Run(UINT command);
   void ShowNode(const LocationTree::Node& node);
   void SearchEverywhere();
+  void StartComparing(const std::shared_ptr<const SavedState>& state);
+  void StopComparing();
   void ShowBanner(const LocationTree::Node& node) const;
   void Refresh();
   void Update();
@@ -58,6 +60,7 @@ class MainWindow final : public Window {
   Frame frame_;
   MainPanes panes_;
   bool allLocations_ = false;
+  bool onlyUsualBefore_ = false;  // the comparison has chosen all locations
   static constexpr UINT kUpdateMessage = WM_APP + 2;
   bool updateWaits_ = false;
   std::wstring said_;

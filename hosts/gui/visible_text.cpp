@@ -43,6 +43,10 @@ VisibleText& VisibleText::operator+=(std::wstring_view plain) {
   return *this;
 }
 
+VisibleText PlainText(std::wstring text) {
+  return {std::move(text), {}};
+}
+
 VisibleText MakeVisible(std::wstring_view text) {
   VisibleText shown;
   shown.text.reserve(text.size());

@@ -31,6 +31,8 @@ struct VisibleText {
 // is not printable or is a blank of another kind, "\u{a0}×40" for a run of it. A single blank between two
 // words stays.
 VisibleText MakeVisible(std::wstring_view text);
+// A text of this program's own, which has nothing to make visible.
+VisibleText PlainText(std::wstring text);
 
 // The part from `begin` to `end` of what is shown, every mark that lies there in part or whole as what it
 // stands for.

@@ -1,0 +1,86 @@
+#include "hosts/gui/comparison.h"
+
+#include "hosts/common/location_names.h"
+
+#include <utility>
+
+namespace smh {
+
+ComparedEntries Compare(const Snapshot& before, std::span<const ItemRecord* const> now) {
+  std::vector<SnapshotEntry> entries;
+  entries.reserve(now.size());
+  for (const ItemRecord* item : now) entries.push_back(EntryOf(*item));
+  ComparedEntries compared;
+  compared.items.resize(now.size());
+  for (const Difference& difference : CompareEntries(before.entries, entries)) {
+    if (difference.after == nullptr) {
+      compared.gone.push_back(static_cast<std::size_t>(difference.before - before.entries.data()));
+      continue;
+    }
+    EntryDifference& own =
+        compared.items[static_cast<std::size_t>(difference.after - entries.data())].emplace();
+    own.kind = difference.kind;
+    if (difference.before != nullptr) own.before = *difference.before;
+  }
+  return compared;
+}
+
+ItemRecord GoneRecord(const SnapshotEntry& entry) {
+  ItemRecord item;
+  item.location = entry.location;
+  item.root = entry.root;
+  item.view = entry.view;
+  item.key = entry.key;
+  item.value = entry.valueName;
+  item.caption = entry.Name();
+  item.name = entry.root.empty() ? entry.file : entry.root + L"\\" + entry.key;
+  if (entry.valueName) item.name += L"\\" + *entry.valueName;
+  item.command = entry.command;
+  item.enabled = entry.enabled;
+  item.disabledBy = entry.disabledBy;
+  item.starts = kStartsNo;
+  return item;
+}
+
+std::wstring_view DifferenceTitle(DifferenceKind kind) noexcept {
+  switch (kind) {
+    case DifferenceKind::kAdded:
+      return L"Added";
+    case DifferenceKind::kRemoved:
+      return L"Removed";
+    case DifferenceKind::kChanged:
+      return L"Changed";
+    default:
+      return L"Switched";
+  }
+}
+
+std::wstring DifferenceCountText(const DifferenceCounts& counts) {
+  std::wstring text;
+  for (std::size_t kind = 0; kind < counts.size(); ++kind) {
+    if (counts[kind] == 0) continue;
+    if (!text.empty()) text += L", ";
+    text += std::to_wstring(counts[kind]) + L" ";
+    text += DifferenceName(static_cast<DifferenceKind>(kind));
+  }
+  return text.empty() ? L"nothing differs" : text;
+}
+
+std::vector<DetailLine> DifferenceLines(const EntryDifference& difference) {
+  std::vector<DetailLine> lines;
+  lines.push_back({L"Compared", PlainText(std::wstring(DifferenceTitle(difference.kind)))});
+  if (!difference.before) return lines;
+  const SnapshotEntry& before = *difference.before;
+  std::wstring state = before.enabled ? L"On" : L"Off";
+  if (before.switchedOff == true) state += L", but switched off in Task Manager";
+  lines.push_back({L"Status before", PlainText(std::move(state))});
+  lines.push_back({L"Command before", MakeVisible(before.command)});
+  if (before.twin) lines.push_back({L"32-bit view before", MakeVisible(*before.twin)});
+  if (difference.kind != DifferenceKind::kRemoved) return lines;
+  const ItemRecord gone = GoneRecord(before);
+  lines.push_back({L"Location", PlainText(FullTitle(gone.location))});
+  lines.push_back({L"Was stored as", MakeVisible(gone.name)});
+  return lines;
+}
+
+}  // namespace smh
