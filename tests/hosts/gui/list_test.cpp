@@ -98,6 +98,16 @@ TEST_F(ListTest, TheDetailsShowAWholeCommand) {
   EXPECT_NE(SendMessageW(details, EM_GETSEL, 0, 0), 0);
 }
 
+TEST_F(ListTest, CopiesWhileAnotherProgramLooksAtTheClipboard) {
+  gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  PostMessageW(gui.Window(), WM_COMMAND, CMD_COPY, 0);
+  Sleep(100);
+  CloseClipboard();
+  EXPECT_TRUE(WaitUntil([] { return ClipboardText().starts_with(L"Aurora Mixer"); })) << ClipboardText();
+}
+
 TEST_F(ListTest, ATipShowsWhatACellHasNoRoomFor) {
   // Behind a jump of the pointer the place that it left can be told once more, so that it has to be moved
   // again.
