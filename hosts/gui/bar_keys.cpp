@@ -92,7 +92,7 @@ bool BarKeys::OnKey(WPARAM key) {
       return true;
     case VK_SPACE:
     case VK_RETURN:
-      Press();
+      Press(chosen_);
       return true;
     default:
       return false;
@@ -113,9 +113,9 @@ void BarKeys::Seek(int start, int step) {
   }
 }
 
-void BarKeys::Press() {
-  if (!CanPress(chosen_)) return;
-  const TBBUTTON button = ButtonAt(bar_, chosen_);
+void BarKeys::Press(int chosen) const {
+  if (!CanPress(chosen)) return;
+  const TBBUTTON button = ButtonAt(bar_, chosen);
   if ((button.fsStyle & BTNS_CHECK) != 0) {
     const bool isOn = (button.fsState & TBSTATE_CHECKED) != 0;
     SendMessageW(bar_, TB_CHECKBUTTON, static_cast<WPARAM>(button.idCommand),

@@ -16,6 +16,8 @@ class BarKeys {
   int Chosen() const noexcept { return chosen_; }
   // Makes a button the chosen one; does nothing for one that cannot be pressed.
   void Choose(int button);
+  // As a click on the button, whose command is posted; does nothing for one that cannot be pressed.
+  void Press(int button) const;
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
@@ -25,7 +27,6 @@ class BarKeys {
   bool CanPress(int button) const;
   // Chooses the next button that can be pressed, from `start` on.
   void Seek(int start, int step);
-  void Press();
   RECT Place() const;
   void DrawFocus() const;
 

@@ -1,5 +1,6 @@
 #include "hosts/gui/command_bar.h"
 
+#include "hosts/gui/accessible_bar.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/window_images.h"
 
@@ -67,6 +68,10 @@ void CommandBar::Create(HWND parent) {
   SendMessageW(bar_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   SendMessageW(bar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
   keys_.Attach(bar_);
+  accessible_.Attach(bar_, std::make_unique<AccessibleBar>(bar_, L"Commands", keys_, [](UINT command) {
+                       const CommandRow* const row = RowOf(command);
+                       return std::wstring(row == nullptr ? L"" : row->tip);
+                     }));
 }
 
 // A tool bar measures its buttons when they are inserted.

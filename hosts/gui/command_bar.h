@@ -1,6 +1,7 @@
 // The tool bar: which commands it has, and whether they can be used now. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/bar_keys.h"
 #include "infra/runtime/scoped_image_list.h"
 
@@ -35,6 +36,7 @@ class CommandBar {
 
   HWND bar_ = nullptr;
   BarKeys keys_;
+  AccessibleWindow accessible_;
   ScopedImageList images_;
   ScopedImageList greyed_;
   int widthWithLabels_ = 0;

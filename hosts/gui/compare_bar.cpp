@@ -1,5 +1,6 @@
 #include "hosts/gui/compare_bar.h"
 
+#include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_paint.h"
@@ -28,6 +29,8 @@ void CompareBar::Open(HWND parent) {
   SetWindowLongW(Handle(), GWL_ID, IDC_COMPARE_BAR);
   only_ = MakeButton(Handle(), L"Only differences", CMD_ONLY_DIFFERENT, BS_CHECKBOX | BS_PUSHLIKE);
   stop_ = MakeButton(Handle(), L"Stop comparing", CMD_STOP_COMPARING, BS_PUSHBUTTON);
+  accessibleOnly_.Attach(only_, std::make_unique<AccessibleButton>(only_, L""));
+  accessibleStop_.Attach(stop_, std::make_unique<AccessibleButton>(stop_, L""));
 }
 
 void CompareBar::SetDpi(int dpi, HFONT font) {

@@ -2,6 +2,7 @@
 // the buttons of the comparison. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/window.h"
 
 #include <string>
@@ -32,6 +33,8 @@ class CompareBar final : public Window {
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   HWND only_ = nullptr;
   HWND stop_ = nullptr;
+  AccessibleWindow accessibleOnly_;
+  AccessibleWindow accessibleStop_;
 };
 
 }  // namespace smh

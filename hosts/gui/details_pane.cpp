@@ -1,6 +1,7 @@
 #include "hosts/gui/details_pane.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/gui/accessible_text.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/resource.h"
@@ -51,6 +52,7 @@ void DetailsPane::Create(HWND parent) {
       0, 0, parent, reinterpret_cast<HMENU>(IDC_DETAILS), nullptr, nullptr);
   if (text_ == nullptr) throw HostError(L"The system's text control is missing.");
   SendMessageW(text_, EM_EXLIMITTEXT, 0, 0x1000000);
+  accessible_.Attach(text_, std::make_unique<AccessibleText>(text_, L"Details", L""));
 }
 
 void DetailsPane::Place(const RECT& area) const {

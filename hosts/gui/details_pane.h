@@ -1,6 +1,7 @@
 // Everything that is known about one entry, to read and to copy. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/visible_text.h"
@@ -39,6 +40,7 @@ class DetailsPane {
   ScopedModule library_;  // of the control's class
   HWND heading_ = nullptr;
   HWND text_ = nullptr;
+  AccessibleWindow accessible_;
   VisibleText shown_;
   std::optional<EntryKey> entry_;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;

@@ -1,5 +1,6 @@
 #include "hosts/gui/empty_note_window.h"
 
+#include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_paint.h"
@@ -66,10 +67,13 @@ bool EmptyNoteWindow::Offers(UINT command) const {
 
 void EmptyNoteWindow::MakeButtons() {
   while (const HWND button = GetWindow(Handle(), GW_CHILD)) DestroyWindow(button);
+  accessible_.clear();
   for (const EmptyListOffer& offer : note_.offers) {
-    CreateWindowExW(0, WC_BUTTONW, offer.label.c_str(), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0,
-                    0, 0, 0, Handle(), reinterpret_cast<HMENU>(static_cast<UINT_PTR>(offer.command)), nullptr,
-                    nullptr);
+    const HWND button = CreateWindowExW(
+        0, WC_BUTTONW, offer.label.c_str(), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 0, 0,
+        Handle(), reinterpret_cast<HMENU>(static_cast<UINT_PTR>(offer.command)), nullptr, nullptr);
+    accessible_.push_back(std::make_unique<AccessibleWindow>());
+    accessible_.back()->Attach(button, std::make_unique<AccessibleButton>(button, note_.text));
   }
   PlaceButtons();
 }

@@ -2,8 +2,12 @@
 // thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/empty_list.h"
 #include "hosts/gui/window.h"
+
+#include <memory>
+#include <vector>
 
 namespace smh {
 
@@ -30,6 +34,7 @@ class EmptyNoteWindow final : public Window {
   RECT TextArea() const;
 
   EmptyListNote note_;
+  std::vector<std::unique_ptr<AccessibleWindow>> accessible_;  // of the buttons
   HFONT font_ = nullptr;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
 };

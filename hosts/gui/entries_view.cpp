@@ -24,6 +24,7 @@ std::vector<ListColumn> ListColumns() {
 
 EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame) {
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
+  list_.Describe(L"Start-up entries", L"Show details");
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
   details_.Create(parent);
   around_.Create(parent);

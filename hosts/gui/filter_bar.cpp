@@ -1,5 +1,6 @@
 #include "hosts/gui/filter_bar.h"
 
+#include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 
 #include <commctrl.h>
@@ -30,6 +31,7 @@ void FilterBar::Create(HWND parent) {
     buttons_[i] = CreateWindowExW(
         0, WC_BUTTONW, filter.title, WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | BS_CHECKBOX | BS_PUSHLIKE, 0,
         0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(filter.command)), nullptr, nullptr);
+    accessible_[i].Attach(buttons_[i], std::make_unique<AccessibleButton>(buttons_[i], filter.tip));
     TOOLINFOW tip = {};
     tip.cbSize = TTTOOLINFOW_V2_SIZE;
     tip.uFlags = TTF_IDISHWND | TTF_SUBCLASS;

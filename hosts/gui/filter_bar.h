@@ -1,6 +1,7 @@
 // The buttons above the list that switch its filters. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/entry_filter.h"
 
 #include <windows.h>
@@ -28,6 +29,7 @@ class FilterBar {
 
  private:
   std::array<HWND, kFilterCount> buttons_ = {};
+  std::array<AccessibleWindow, kFilterCount> accessible_;
   std::array<int, kFilterCount> widths_ = {};
   int height_ = 0;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;

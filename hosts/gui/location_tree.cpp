@@ -1,6 +1,7 @@
 #include "hosts/gui/location_tree.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/accessible_tree.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
 
@@ -23,6 +24,7 @@ void LocationTree::Create(HWND parent, OnSelect onSelect) {
                           WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TVS_HASBUTTONS |
                               TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_DISABLEDRAGDROP,
                           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TREE), nullptr, nullptr);
+  accessible_.Attach(tree_, std::make_unique<AccessibleTree>(tree_, L"Locations and views"));
 }
 
 void LocationTree::Build(bool allLocations) {

@@ -2,6 +2,7 @@
 // views. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/entry_rows.h"
 
 #include <windows.h>
@@ -55,6 +56,7 @@ class LocationTree {
   void AddLocations(HTREEITEM root, bool all);
 
   HWND tree_ = nullptr;
+  AccessibleWindow accessible_;
   OnSelect onSelect_;
   std::vector<Node> nodes_;
   bool building_ = false;

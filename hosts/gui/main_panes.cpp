@@ -1,5 +1,6 @@
 #include "hosts/gui/main_panes.h"
 
+#include "hosts/gui/accessible_text.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
@@ -31,6 +32,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
       CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
   SetSearchPlace(L"all entries");
+  accessibleSearch_.Attach(search_, std::make_unique<AccessibleText>(search_, L"Search", L"Ctrl+F"));
   banner_ = CreateWindowExW(0, WC_STATICW, L"",
                             WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
                             0, 0, window, reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);

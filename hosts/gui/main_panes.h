@@ -3,6 +3,7 @@
 // window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/command_bar.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entries_view.h"
@@ -84,6 +85,7 @@ class MainPanes {
   View* shown_ = nullptr;
   HWND lastFocus_ = nullptr;
   HWND search_ = nullptr;
+  AccessibleWindow accessibleSearch_;
   HWND status_ = nullptr;
   HWND banner_ = nullptr;
   ScopedFont font_;

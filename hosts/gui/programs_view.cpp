@@ -65,6 +65,7 @@ ProgramsView::ProgramsView(HWND parent, const Frame& frame) : frame_(frame) {
   std::vector<ListColumn> columns;
   for (const ProgramColumn& column : kColumns) columns.push_back({column.title, column.width});
   list_.Create(parent, IDC_PROGRAMS, std::move(columns), std::move(source));
+  list_.Describe(L"Default programs", L"Show file properties");
 }
 
 void ProgramsView::Refresh() {

@@ -116,12 +116,14 @@ void UndoView::Create(HWND parent) {
   std::vector<ListColumn> columns;
   for (const HistoryColumn& column : kColumns) columns.push_back({column.title, column.width});
   list_.Create(parent, IDC_CHECKPOINTS, std::move(columns), std::move(source));
+  list_.Describe(L"Undo history", L"Show parts");
   heading_ = CreateWindowExW(0, WC_STATICW, L"What taking it back means",
                              WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE, 0, 0, 0, 0, parent,
                              nullptr, nullptr, nullptr);
   ListSource steps;
   steps.text = [this](std::size_t row, std::size_t) { return steps_[row]; };
   stepList_.Create(parent, IDC_STEPS, {{L"Step", 700}}, std::move(steps));
+  stepList_.Describe(L"What taking it back means", {});
 }
 
 void UndoView::Refresh() {

@@ -1,5 +1,6 @@
 #include "hosts/gui/virtual_list.h"
 
+#include "hosts/gui/accessible_list.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/theme_list.h"
 #include "hosts/gui/window_images.h"
@@ -56,6 +57,10 @@ LRESULT CALLBACK VirtualList::OnMessage(HWND list, UINT message, WPARAM wParam, 
     reinterpret_cast<VirtualList*>(self)->tips_.OnListMessage(message, wParam, lParam);
   }
   return DefSubclassProc(list, message, wParam, lParam);
+}
+
+void VirtualList::Describe(std::wstring name, std::wstring action) {
+  accessible_.Attach(list_, std::make_unique<AccessibleList>(list_, std::move(name), std::move(action)));
 }
 
 void VirtualList::SetCount(std::size_t count) {

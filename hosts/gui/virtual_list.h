@@ -1,6 +1,7 @@
 // A report list that draws its rows from somewhere else and keeps no copy of them. For the window's thread.
 #pragma once
 
+#include "hosts/gui/accessible_window.h"
 #include "hosts/gui/cell_tips.h"
 #include "infra/runtime/scoped_image_list.h"
 
@@ -40,6 +41,9 @@ class VirtualList {
   // Makes the control, without rows; `id` is the control's number for notifications and tests.
   void Create(HWND parent, int id, std::vector<ListColumn> columns, ListSource source);
 
+  // What programs that read the screen say of the list, and of what Enter does with a row: a verb, empty for
+  // nothing. Called once.
+  void Describe(std::wstring name, std::wstring action);
   // Null before Create.
   HWND Handle() const noexcept { return list_; }
   std::size_t Count() const noexcept { return count_; }
@@ -87,6 +91,7 @@ class VirtualList {
   void OnStateChanged();
 
   HWND list_ = nullptr;
+  AccessibleWindow accessible_;
   std::vector<ListColumn> columns_;
   ListSource source_;
   std::size_t count_ = 0;
