@@ -435,7 +435,7 @@ void EntriesView::Run(UINT command) {
       SetFocus(details_.Handle());
       return;
     case CMD_EXPORT:
-      return commands_.Export(SelectedOrShown());
+      return commands_.Export(SelectedOrShown(), list_.Selection().size() >= 2);
     default:
       return ChangeFilters(FilterSet(rows_.Filters()).flip(FilterOf(command)));
   }

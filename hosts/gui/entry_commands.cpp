@@ -1,7 +1,6 @@
 #include "hosts/gui/entry_commands.h"
 
 #include "hosts/common/location_names.h"
-#include "hosts/gui/entry_dialogs.h"
 
 #include <algorithm>
 
@@ -12,6 +11,17 @@ namespace {
 std::wstring NamesOf(const std::vector<ItemRecord>& items) {
   if (items.size() == 1) return L"\u201C" + CaptionText(items.front()) + L"\u201D";
   return std::to_wstring(items.size()) + L" entries";
+}
+
+// On a button.
+std::wstring CountOf(const std::vector<ItemRecord>& items) {
+  return items.size() == 1 ? L"this entry" : NamesOf(items);
+}
+
+// None when every entry was changed, or was so already.
+std::optional<std::wstring> FirstFailure(const OperationReport& report) {
+  if (report.failures.empty()) return std::nullopt;
+  return report.failures.front();
 }
 
 std::wstring Doing(Verb verb, const std::vector<ItemRecord>& items) {
@@ -25,39 +35,57 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
   const bool isUsers = std::any_of(items.begin(), items.end(),
                                    [](const ItemRecord& item) { return IsUserLocation(item.location); });
   if (!isUsers || !frame_.account.IsForeign()) return true;
-  return Confirm(frame_, L"These are entries of " + frame_.account.name + L", not of " +
-                             frame_.account.sessionUser + L", who is logged on. Change them?");
+  return Confirm(frame_,
+                 L"These are entries of " + frame_.account.name + L", not of " + frame_.account.sessionUser +
+                     L", who is logged on. Change them?",
+                 L"Change them");
 }
 
-void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order) const {
+void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order,
+                          const TryEnd& end) const {
   if (items.empty()) return;
   frame_.worker.Ask(
       [items, verb, order](LibrarySession& session) { return session.Forecast(items, verb, order); },
-      [this, items, verb, order](const UndoForecast& forecast) {
-        if (MayBegin(items, verb, forecast)) Begin(items, verb, order);
-      });
+      [this, items, verb, order, end](const UndoForecast& forecast) {
+        // Another question is open: the key was pressed twice.
+        if (!end && !IsWindowEnabled(frame_.window)) return;
+        if (MayBegin(items, verb, forecast)) return Begin(items, verb, order, end);
+        if (end) end(std::wstring());
+      },
+      FaultOf(end));
+}
+
+// What is raised on the way is told as a refusal is.
+std::function<void(const std::wstring&)> EntryCommands::FaultOf(const TryEnd& end) const {
+  return [this, end](const std::wstring& text) {
+    if (!end || !end(text)) ShowError(frame_, text);
+  };
 }
 
 bool EntryCommands::MayBegin(const std::vector<ItemRecord>& items, Verb verb,
                              const UndoForecast& forecast) const {
-  // Another question is open: the key was pressed twice.
-  if (!IsWindowEnabled(frame_.window)) return false;
   if (verb == Verb::kDelete) {
-    return Confirm(frame_, L"Delete " + NamesOf(items) + L"?\n\n" + DeletionText(forecast) +
-                               L" Disabling stops the program just as well.");
+    return Confirm(frame_,
+                   L"Delete " + NamesOf(items) + L"?\n\n" + DeletionText(forecast) +
+                       L" Disabling stops the program just as well.",
+                   L"Delete " + CountOf(items));
   }
   const std::wstring loss = LossText(forecast);
   if (loss.empty()) return true;
-  return Confirm(frame_, Doing(verb, items) + L"\n\n" + loss + L" Go on?");
+  return Confirm(frame_, Doing(verb, items) + L"\n\n" + loss + L" Go on?", L"Go on");
 }
 
-void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const {
+void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order, TryEnd end) const {
   if (items.size() > 1) frame_.say(Doing(verb, items) + L"\u2026");
+  const auto fault = FaultOf(end);
   frame_.worker.Ask([items = std::move(items), verb, order = std::move(order)](
                         LibrarySession& session) { return session.Change(items, verb, order); },
-                    [this, verb](const OperationReport& report) {
+                    [this, verb, end = std::move(end)](const OperationReport& report) {
+                      const bool isTold = end && end(FirstFailure(report));
+                      if (isTold && !report.failures.empty()) return;
                       ShowOutcome(frame_, std::wstring(OperationOf(verb).done), report);
-                    });
+                    },
+                    fault);
 }
 
 void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const {
@@ -79,26 +107,33 @@ void EntryCommands::Delete(const std::vector<ItemRecord>& items) const {
   if (MayChange(items)) Apply(items, Verb::kDelete);
 }
 
-void EntryCommands::Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const {
+void EntryCommands::Add(const LocationSet& shown, const OnAdded& onAdded) const {
   std::int32_t preset = sulRegistryUserRun;
   for (std::int32_t location = kLastLocation; location >= kFirstLocation; --location) {
     if (shown.count() <= 2 && shown[location] && TakesNewEntries(location)) preset = location;
   }
-  const auto entry = AskNewEntry(frame_.window, preset);
-  if (!entry) return;
-  ItemRecord place;
-  place.location = entry->location;
-  if (!MayChange({place})) return;
+  AskNewEntry(frame_.window, preset, [&](const NewEntry& entry, const TryEnd& end) {
+    ItemRecord place;
+    place.location = entry.location;
+    if (!MayChange({place})) return (void)end(std::wstring());
+    TryToAdd(entry, onAdded, end);
+  });
+}
+
+void EntryCommands::TryToAdd(const NewEntry& entry, const OnAdded& onAdded, const TryEnd& end) const {
   frame_.worker.Ask(
-      [entry = *entry](LibrarySession& session) {
-        return session.Add(entry.location, entry.name, entry.command);
-      },
-      [this, name = L"\u201C" + entry->name + L"\u201D",
-       onAdded = std::move(onAdded)](const OperationReport& report) {
-        if (!report.now) return ShowError(frame_, L"Cannot add " + report.failures.front());
+      [entry](LibrarySession& session) { return session.Add(entry.location, entry.name, entry.command); },
+      [this, name = L"\u201C" + entry.name + L"\u201D", onAdded, end](const OperationReport& report) {
+        if (!report.now) {
+          const std::wstring fault = L"Cannot add " + report.failures.front();
+          if (!end(fault)) ShowError(frame_, fault);
+          return;
+        }
+        end(std::nullopt);
         frame_.say(report.done > 0 ? L"Added " + name + L"." : name + L" is there already.");
         onAdded(*report.now);
-      });
+      },
+      FaultOf(end));
 }
 
 void EntryCommands::Move(const std::vector<ItemRecord>& items) const {
@@ -117,9 +152,11 @@ void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<It
 void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
   if (items.size() != 1 || !MayChange(items)) return;
   const std::wstring before = items.front().command;
-  const auto command = AskCommand(frame_.window, L"Command of " + NamesOf(items), before);
-  if (!command || *command == before) return;
-  Apply(items, Verb::kChange, {.command = *command});
+  AskCommand(frame_.window, L"Command of " + NamesOf(items), before,
+             [&](const std::wstring& command, const TryEnd& end) {
+               if (command == before) return (void)end(std::nullopt);
+               Apply(items, Verb::kChange, {.command = command}, end);
+             });
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {
@@ -134,7 +171,8 @@ void EntryCommands::Ask(std::vector<ItemRecord> items, std::size_t next) const {
   frame_.trust.CheckFirst(item, [this, items = std::move(items), next](const auto& checked) {
     const std::wstring question = RunQuestion(checked.front());
     frame_.say({});
-    if (!question.empty() && (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question))) return;
+    if (!question.empty() && (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question, L"Run it")))
+      return;
     if (next + 1 < items.size()) return Ask(items, next + 1);
     Open(items, kActionExecute, L"Started");
   });
@@ -149,8 +187,10 @@ void EntryCommands::ShowFile(const std::vector<ItemRecord>& items) const {
   frame_.worker.Post([item = items.front()](LibrarySession& session) { session.ShowFile(item); });
 }
 
-void EntryCommands::Export(std::vector<ItemRecord> items) const {
-  const auto target = AskExportTarget(frame_.window);
+void EntryCommands::Export(std::vector<ItemRecord> items, bool isSelection) const {
+  const std::wstring which = isSelection ? L" selected entries" : L" entries that are shown";
+  const auto target = AskExportTarget(
+      frame_.window, (isSelection ? L"Export " : L"Export all ") + std::to_wstring(items.size()) + which);
   if (!target) return;
   frame_.worker.Ask(
       [items = std::move(items), target = *target](LibrarySession& session) {

@@ -2,6 +2,7 @@
 // went. For the window's thread.
 #pragma once
 
+#include "hosts/gui/entry_dialogs.h"
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/view.h"
 
@@ -34,7 +35,8 @@ class EntryCommands {
   // Asks for a new entry, with the first location of `shown` that takes one when those are two at most.
   // `onAdded` is called with its key when it has been added, on the window's thread; the window may not have
   // seen it in the list yet.
-  void Add(const LocationSet& shown, std::function<void(const EntryKey& added)> onAdded) const;
+  using OnAdded = std::function<void(const EntryKey& added)>;
+  void Add(const LocationSet& shown, const OnAdded& onAdded) const;
   // Starts their commands. Somebody who may change the whole machine is asked before that starts what is a
   // danger or only claims a name; their files are checked first.
   void Execute(std::vector<ItemRecord> items) const;
@@ -42,13 +44,17 @@ class EntryCommands {
   void ShowPlace(std::vector<ItemRecord> items) const;
   // Opens the property sheet of the first one's file.
   void ShowFile(const std::vector<ItemRecord>& items) const;
-  // Writes them to a file that the user names.
-  void Export(std::vector<ItemRecord> items) const;
+  // Writes them to a file that the user names, who is told whether they are the selected ones or all.
+  void Export(std::vector<ItemRecord> items, bool isSelection) const;
 
  private:
   bool MayChange(const std::vector<ItemRecord>& items) const;
-  void Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order = {}) const;
-  void Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order) const;
+  // `end` is told how it went in the place of the main window, for a dialog that waits.
+  void Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order = {},
+             const TryEnd& end = {}) const;
+  void Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order, TryEnd end) const;
+  void TryToAdd(const NewEntry& entry, const OnAdded& onAdded, const TryEnd& end) const;
+  std::function<void(const std::wstring&)> FaultOf(const TryEnd& end) const;
   bool MayBegin(const std::vector<ItemRecord>& items, Verb verb, const UndoForecast& forecast) const;
   void Ask(std::vector<ItemRecord> items, std::size_t next) const;
   void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;

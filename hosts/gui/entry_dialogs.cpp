@@ -1,12 +1,15 @@
 #include "hosts/gui/entry_dialogs.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/dialog_place.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window.h"
 #include "infra/runtime/text.h"
 
 #include <commdlg.h>
+
+#include <memory>
 
 namespace smh {
 
@@ -50,18 +53,21 @@ void Browse(HWND dialog) {
   SetDlgItemTextW(dialog, IDC_COMMAND, command.c_str());
 }
 
-// What the dialogs have in common: fields to fill at the beginning, and to take at the end.
+// What the dialogs have in common: fields to fill at the beginning, and to try with at the end.
 struct Form {
   NewEntry entry;
   LocationSet locations;
   std::wstring prompt;
   bool hasName;
   bool hasCommand;
+  TryWith<NewEntry> attempt;       // none where OK just closes
+  std::shared_ptr<HWND> dialog{};  // while it is open
+  bool isTrying = false;
 };
 
 // OK is possible only with every field filled.
 void UpdateOk(HWND dialog, const Form& form) {
-  const bool isComplete = (!form.hasName || !FieldText(dialog, IDC_NAME).empty()) &&
+  const bool isComplete = !form.isTrying && (!form.hasName || !FieldText(dialog, IDC_NAME).empty()) &&
                           (!form.hasCommand || !FieldText(dialog, IDC_COMMAND).empty()) &&
                           (form.locations.none() || ChosenLocation(dialog) != sulNone);
   EnableWindow(GetDlgItem(dialog, IDOK), isComplete);
@@ -80,30 +86,88 @@ void Take(HWND dialog, Form& form) {
   if (form.locations.any()) form.entry.location = ChosenLocation(dialog);
 }
 
-INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  if (message == WM_INITDIALOG) {
-    SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-    Fill(dialog, *reinterpret_cast<Form*>(lParam));
-    ThemeDialog(dialog);
-    return TRUE;
+void GiveFocus(HWND dialog, int control) {
+  SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
+}
+
+// Locks the fields while a try is under way; keys go to Cancel meanwhile.
+void SetTrying(HWND dialog, Form& form, bool isTrying) {
+  form.isTrying = isTrying;
+  if (isTrying) GiveFocus(dialog, IDCANCEL);
+  for (const int control : {IDC_LOCATION, IDC_NAME, IDC_COMMAND, IDC_BROWSE}) {
+    if (const HWND field = GetDlgItem(dialog, control)) EnableWindow(field, !isTrying);
   }
-  auto* const form = reinterpret_cast<Form*>(GetWindowLongPtrW(dialog, DWLP_USER));
-  if (message != WM_COMMAND || form == nullptr) return FALSE;
-  switch (LOWORD(wParam)) {
+  UpdateOk(dialog, form);
+}
+
+void ShowFault(HWND dialog, const std::wstring& fault) {
+  const HWND label = GetDlgItem(dialog, IDC_FAULT);
+  if (label == nullptr || TextOf(label) == fault) return;
+  SetWindowTextW(label, fault.c_str());
+  InvalidateRect(label, nullptr, TRUE);
+}
+
+void Close(HWND dialog, Form& form, INT_PTR how) {
+  form.dialog.reset();
+  EndDialog(dialog, how);
+}
+
+void EndTry(HWND dialog, Form& form, const std::optional<std::wstring>& fault) {
+  if (!fault) return Close(dialog, form, IDOK);
+  SetTrying(dialog, form, false);
+  ShowFault(dialog, *fault);
+  GiveFocus(dialog, form.hasName ? IDC_NAME : IDC_COMMAND);
+}
+
+void Try(HWND dialog, Form& form) {
+  if (!form.attempt) return Close(dialog, form, IDOK);
+  SetTrying(dialog, form, true);
+  ShowFault(dialog, {});
+  form.attempt(form.entry, [&form, open = std::weak_ptr<HWND>(form.dialog)](const auto& fault) {
+    const auto dialogNow = open.lock();
+    if (dialogNow) EndTry(*dialogNow, form, fault);
+    return dialogNow != nullptr;
+  });
+}
+
+void OnCommand(HWND dialog, Form& form, int control, int code) {
+  switch (control) {
     case IDOK:
-      Take(dialog, *form);
-      EndDialog(dialog, IDOK);
-      return TRUE;
+      if (form.isTrying) return;
+      Take(dialog, form);
+      return Try(dialog, form);
     case IDCANCEL:
-      EndDialog(dialog, IDCANCEL);
-      return TRUE;
+      return Close(dialog, form, IDCANCEL);
     case IDC_BROWSE:
-      Browse(dialog);
-      return TRUE;
+      return Browse(dialog);
     default:
-      UpdateOk(dialog, *form);
-      return FALSE;
+      if (code == EN_CHANGE || code == CBN_SELCHANGE) ShowFault(dialog, {});
+      UpdateOk(dialog, form);
   }
+}
+
+void Begin(HWND dialog, Form& form) {
+  SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&form));
+  form.dialog = std::make_shared<HWND>(dialog);
+  Fill(dialog, form);
+  if (const HWND fault = GetDlgItem(dialog, IDC_FAULT)) SetThemeRoles(fault, Role::kAlarmText, Role::kBar);
+  BeginDialog(dialog);
+}
+
+INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  auto* const form = message == WM_INITDIALOG ? reinterpret_cast<Form*>(lParam)
+                                              : reinterpret_cast<Form*>(GetWindowLongPtrW(dialog, DWLP_USER));
+  if (form == nullptr || (message != WM_INITDIALOG && message != WM_COMMAND)) return FALSE;
+  try {
+    if (message == WM_INITDIALOG) {
+      Begin(dialog, *form);
+    } else {
+      OnCommand(dialog, *form, LOWORD(wParam), HIWORD(wParam));
+    }
+  } catch (...) {
+    Close(dialog, *form, IDCANCEL);
+  }
+  return TRUE;
 }
 
 bool Ask(HWND owner, int id, Form& form) {
@@ -117,25 +181,29 @@ bool TakesNewEntries(std::int32_t location) {
   return FamilyOf(LocationRowOf(location)).canModify;
 }
 
-std::optional<NewEntry> AskNewEntry(HWND owner, std::int32_t location) {
-  Form form{{location, {}, {}}, {}, {}, true, true};
+void AskNewEntry(HWND owner, std::int32_t location, const TryWith<NewEntry>& add) {
+  Form form{{location, {}, {}}, {}, {}, true, true, add};
   for (std::int32_t each = kFirstLocation; each <= kLastLocation; ++each) {
     if (TakesNewEntries(each)) form.locations.set(static_cast<std::size_t>(each));
   }
-  return Ask(owner, IDD_ADD, form) ? std::optional(form.entry) : std::nullopt;
+  Ask(owner, IDD_ADD, form);
+}
+
+void AskCommand(HWND owner, const std::wstring& name, const std::wstring& command,
+                const TryWith<std::wstring>& change) {
+  Form form{
+      {sulNone, {}, command}, {}, name, false, true, [&change](const NewEntry& entry, const TryEnd& end) {
+        change(entry.command, end);
+      }};
+  Ask(owner, IDD_COMMAND, form);
 }
 
 std::optional<std::int32_t> AskTarget(HWND owner, const LocationSet& targets, const std::wstring& prompt) {
-  Form form{{sulNone, {}, {}}, targets, prompt, false, false};
+  Form form{{sulNone, {}, {}}, targets, prompt, false, false, {}};
   return Ask(owner, IDD_MOVE, form) ? std::optional(form.entry.location) : std::nullopt;
 }
 
-std::optional<std::wstring> AskCommand(HWND owner, const std::wstring& name, const std::wstring& command) {
-  Form form{{sulNone, {}, command}, {}, name, false, true};
-  return Ask(owner, IDD_COMMAND, form) ? std::optional(form.entry.command) : std::nullopt;
-}
-
-std::optional<ExportTarget> AskExportTarget(HWND owner) {
+std::optional<ExportTarget> AskExportTarget(HWND owner, const std::wstring& title) {
   wchar_t file[MAX_PATH] = L"startup entries";
   OPENFILENAMEW save = {};
   save.lStructSize = sizeof(save);
@@ -144,6 +212,7 @@ std::optional<ExportTarget> AskExportTarget(HWND owner) {
   save.nFilterIndex = 1;
   save.lpstrFile = file;
   save.nMaxFile = ARRAYSIZE(file);
+  save.lpstrTitle = title.c_str();
   save.lpstrDefExt = L"csv";
   save.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
   if (!GetSaveFileNameW(&save)) return std::nullopt;

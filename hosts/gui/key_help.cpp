@@ -1,5 +1,6 @@
 #include "hosts/gui/key_help.h"
 
+#include "hosts/gui/dialog_place.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>
@@ -49,6 +50,7 @@ std::wstring KeysOfMenu(HMENU menu) {
 
 INT_PTR CALLBACK OnDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   if (message == WM_INITDIALOG) {
+    BeginDialog(dialog);
     SendDlgItemMessageW(dialog, IDC_KEYS, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&kKeyColumn));
     SetDlgItemTextW(dialog, IDC_KEYS, reinterpret_cast<const wchar_t*>(lParam));
     // The caret stands at the beginning; an edit field would select everything.

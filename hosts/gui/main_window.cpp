@@ -4,6 +4,7 @@
 #include "hosts/gui/context_menus.h"
 #include "hosts/gui/key_help.h"
 #include "hosts/gui/keyboard.h"
+#include "hosts/gui/message_dialog.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
@@ -383,10 +384,12 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
 }
 
 void MainWindow::ShowAbout() const {
-  MessageBoxW(Handle(),
-              L"Startup Manager 1.0\n\nShows what Windows starts by itself, and lets you switch it off.\n"
-              L"Nothing is lost: what you change can be taken back.",
-              L"About Startup Manager", MB_OK | MB_ICONINFORMATION);
+  ShowMessage(
+      Handle(),
+      {.title = L"About Startup Manager",
+       .text = L"Startup Manager 1.0\n\nShows what Windows starts by itself, and lets you switch it off.\n"
+               L"Nothing is lost: what you change can be taken back.",
+       .verb = {}});
 }
 
 void MainWindow::RestartAsAdministrator() {

@@ -15,6 +15,7 @@
 #define IDR_TEXT_MENU 32
 #define IDR_TREE_MENU 33
 #define IDD_KEYS 34
+#define IDD_MESSAGE 35
 
 #define CMD_ENABLE 100
 #define CMD_DISABLE 101
@@ -80,4 +81,6 @@
 #define IDC_COMMAND 1103
 #define IDC_BROWSE 1104
 #define IDC_PROMPT 1105
+#define IDC_FAULT 1106
+#define IDC_PICTURE 1107
 #define IDC_KEYS 1130

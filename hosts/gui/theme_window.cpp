@@ -120,6 +120,11 @@ HBRUSH Background(UINT message, HDC canvas, HWND control) noexcept {
   }
   if (!IsWindowEnabled(control)) text = Role::kGreyText;
   SetTextColor(canvas, ColorOf(text));
+  // In light the system paints its own dialogs.
+  if (back == Role::kBar && !IsDark()) {
+    SetBkColor(canvas, GetSysColor(COLOR_BTNFACE));
+    return GetSysColorBrush(COLOR_BTNFACE);
+  }
   SetBkColor(canvas, ColorOf(back));
   return BrushOf(canvas, back);
 }

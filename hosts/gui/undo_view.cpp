@@ -234,9 +234,10 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
   const std::wstring name = Printable(order.name.empty() ? record.title : order.name);
   if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + name);
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
-    if (Confirm(frame_, L"\u201C" + name + L"\u201D is in conflict with later changes. Nothing was changed." +
-                            Conflicts(record) +
-                            L"\n\nGo on all the same, and overwrite what stands there now?")) {
+    if (Confirm(frame_,
+                L"\u201C" + name + L"\u201D is in conflict with later changes. Nothing was changed." +
+                    Conflicts(record) + L"\n\nGo on all the same, and overwrite what stands there now?",
+                L"Overwrite")) {
       const bool isLatest = order.target.action == 0;
       Start({order.direction, isLatest ? HistoryTarget{record.checkpoint} : order.target, order.name},
             UndoMode::kForce);

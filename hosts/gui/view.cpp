@@ -1,8 +1,7 @@
 #include "hosts/gui/view.h"
 
+#include "hosts/gui/message_dialog.h"
 #include "hosts/gui/window.h"
-
-#include <cstring>
 
 namespace smh {
 
@@ -14,14 +13,20 @@ std::wstring Entries(std::size_t count) {
   return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries");
 }
 
+// A dialog of the main window may be what asks.
+HWND OwnerOf(const Frame& frame) noexcept {
+  return frame.window == nullptr ? nullptr : GetLastActivePopup(frame.window);
+}
+
 }  // namespace
 
 void ShowError(const Frame& frame, const std::wstring& text) {
-  MessageBoxW(frame.window, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
+  ShowMessage(OwnerOf(frame), {.title = kProgramTitle, .text = text, .icon = IDI_ERROR, .verb = {}});
 }
 
-bool Confirm(const Frame& frame, const std::wstring& question) {
-  return MessageBoxW(frame.window, question.c_str(), kProgramTitle, MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+bool Confirm(const Frame& frame, const std::wstring& question, const std::wstring& verb) {
+  return ShowMessage(OwnerOf(frame),
+                     {.title = kProgramTitle, .text = question, .icon = IDI_QUESTION, .verb = verb});
 }
 
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {
@@ -35,38 +40,6 @@ void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationRe
     text += L"and " + std::to_wstring(report.failures.size() - kMostFailures) + L" more.";
   }
   ShowError(frame, text);
-}
-
-namespace {
-
-// Programs that keep a history of the clipboard look at it just when something has come.
-bool OpenClipboardSoon(HWND window) noexcept {
-  constexpr int kTries = 20;
-  constexpr DWORD kPause = 20;  // milliseconds
-  for (int i = 0; i < kTries; ++i) {
-    if (OpenClipboard(window)) return true;
-    Sleep(kPause);
-  }
-  return false;
-}
-
-}  // namespace
-
-bool CopyToClipboard(HWND window, const std::wstring& text) noexcept {
-  const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
-  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, size);
-  if (block == nullptr) return false;
-  std::memcpy(GlobalLock(block), text.c_str(), size);
-  GlobalUnlock(block);
-  if (!OpenClipboardSoon(window)) {
-    GlobalFree(block);
-    return false;
-  }
-  EmptyClipboard();
-  const bool isSet = SetClipboardData(CF_UNICODETEXT, block) != nullptr;
-  CloseClipboard();
-  if (!isSet) GlobalFree(block);
-  return isSet;
 }
 
 }  // namespace smh

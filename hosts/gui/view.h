@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/gui/account.h"
+#include "hosts/gui/clipboard.h"
 #include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
 
@@ -27,14 +28,13 @@ struct Frame {
   std::function<void(const std::wstring& text)> say;
 };
 
-// Modal boxes above the main window: messages are handled meanwhile, so whatever the caller holds may change.
+// Modal boxes above the main window or its dialog: messages are handled meanwhile, so whatever the caller
+// holds may change.
 void ShowError(const Frame& frame, const std::wstring& text);
-bool Confirm(const Frame& frame, const std::wstring& question);
+// True when the user chose `verb` ("Delete 3 entries"); Enter means Cancel.
+bool Confirm(const Frame& frame, const std::wstring& question, const std::wstring& verb);
 // Says how an operation went: "Disabled 3 entries." in the status bar, the first ten failures in a box.
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report);
-
-// Replaces what is in the clipboard; false when that was not possible.
-bool CopyToClipboard(HWND window, const std::wstring& text) noexcept;
 
 // Owned by the main window, valid until the next SetDpi.
 struct ViewFonts {

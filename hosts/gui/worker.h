@@ -2,6 +2,7 @@
 // waits; and the way back from it.
 #pragma once
 
+#include "hosts/common/host_error.h"
 #include "hosts/gui/library_session.h"
 #include "infra/runtime/critical_section.h"
 #include "infra/runtime/handle.h"
@@ -76,6 +77,18 @@ class Worker {
   void Ask(Question question, Answer answer) {
     Post([this, question = std::move(question), answer = std::move(answer)](LibrarySession& session) {
       queue_.Post([answer, result = question(session)] { answer(result); });
+    });
+  }
+  // The same for who waits for an end: what `question` raises goes to `fault`, as a text.
+  template <typename Question, typename Answer, typename Fault>
+  void Ask(Question question, Answer answer, Fault fault) {
+    Post([this, question = std::move(question), answer = std::move(answer),
+          fault = std::move(fault)](LibrarySession& session) {
+      try {
+        queue_.Post([answer, result = question(session)] { answer(result); });
+      } catch (...) {
+        queue_.Post([fault, text = CurrentFaultText()] { fault(text); });
+      }
     });
   }
 

@@ -199,8 +199,7 @@ TEST_F(OperationsTest, ARefusalShowsTheLibrarysText) {
   const HWND box = gui.WaitForDialog();
   ASSERT_NE(box, nullptr);
   wchar_t text[512] = L"";
-  // The text of a message box has the number of a static control without one.
-  SendDlgItemMessageW(box, 0xFFFF, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
+  SendDlgItemMessageW(box, IDC_PROMPT, WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
   EXPECT_TRUE(std::wstring(text).starts_with(L"Inkwell: ")) << text;
   Press(box, IDOK);
   EXPECT_TRUE(IsInRun(L"Inkwell"));

@@ -75,7 +75,7 @@ TEST(StateTest, AForeignFileIsRefusedAndNothingChanges) {
   const HWND box = gui.WaitForDialog();
   ASSERT_NE(box, nullptr);
   wchar_t text[512] = L"";
-  SendMessageW(GetDlgItem(box, 0xFFFF), WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
+  SendMessageW(GetDlgItem(box, IDC_PROMPT), WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
   EXPECT_NE(std::wstring(text).find(L"is no snapshot that this program can use"), std::wstring::npos) << text;
   PostMessageW(box, WM_COMMAND, IDOK, 0);
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(box); }));

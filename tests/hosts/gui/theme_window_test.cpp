@@ -106,6 +106,14 @@ TEST(ThemeWindowTest, DialogsAndMenusAreDark) {
   gui.Screenshot(L"dark-add");
   PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+  gui.Select(IDC_ENTRIES, {0});
+  gui.Command(CMD_DELETE);
+  const HWND question = gui.WaitForDialog();
+  ASSERT_NE(question, nullptr);
+  ExpectAllDark(question);
+  gui.Screenshot(L"dark-question");
+  PostMessageW(question, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(question); }));
   PostMessageW(gui.Window(), WM_SYSCOMMAND, SC_KEYMENU, 'n');
   HWND popup = nullptr;
   EXPECT_TRUE(WaitUntil(

@@ -1,0 +1,13 @@
+// How a dialog of this program begins. For the window's thread.
+#pragma once
+
+#include <windows.h>
+
+namespace smh {
+
+// Dresses the dialog as the theme asks, and puts it in the middle of its owner, as far as the screen has
+// room; in the middle of the screen without an owner that is seen. Called when the dialog begins
+// (WM_INITDIALOG) and has its size.
+void BeginDialog(HWND dialog);
+
+}  // namespace smh
