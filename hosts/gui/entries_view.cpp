@@ -60,10 +60,10 @@ void EntriesView::OnNews(ListNews& news) {
   frame_.onChange();
 }
 
-// When the library has read everything, which comes first. What is asked at once is little, so that what the
-// user scrolls to is next.
+// When the library has read everything and does nothing that lasts, which comes first. What is asked at once
+// is little, so that what the user scrolls to is next.
 void EntriesView::CheckNext() {
-  if (isChecking_ || readState_ != kReadStateComplete) return;
+  if (isChecking_ || readState_ != kReadStateComplete || frame_.actions.Long() != nullptr) return;
   const auto page = static_cast<std::size_t>(std::max(ListView_GetCountPerPage(list_.Handle()), 0) + 1);
   std::vector<ItemRecord> items = rows_.Unchecked(list_.TopRow(), page, kFilesAtOnce);
   if (items.empty()) return;

@@ -29,6 +29,8 @@ class EntriesView final : public View {
   void OnNews(ListNews& news);
   // Has the files of all entries checked once more, in the background.
   void CheckAgain();
+  // Goes on with what is not checked yet; called when an action that lasted has ended.
+  void CheckNext();
   // For the status bar: how many files have still to be checked; empty when none has.
   std::wstring CheckingText() const;
   // Shows what passes all of those filters.
@@ -101,7 +103,6 @@ class EntriesView final : public View {
   void ShowDetails();
   void ResolveFile(const ItemRecord& item);
   void SelectAdded();
-  void CheckNext();
   void TakeTrust(const std::vector<ItemRecord>& checked);
 
   std::vector<ItemRecord> Selected() const;

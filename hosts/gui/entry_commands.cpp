@@ -18,6 +18,12 @@ std::wstring CountOf(const std::vector<ItemRecord>& items) {
   return items.size() == 1 ? L"this entry" : NamesOf(items);
 }
 
+// What is done to several is counted while it lasts.
+ActionTitle TitleOf(std::wstring doing, const std::vector<ItemRecord>& items) {
+  if (items.size() == 1) doing += L" " + NamesOf(items);
+  return {std::move(doing), items.size()};
+}
+
 // None when every entry was changed, or was so already.
 std::optional<std::wstring> FirstFailure(const OperationReport& report) {
   if (report.failures.empty()) return std::nullopt;
@@ -29,6 +35,12 @@ std::wstring Doing(Verb verb, const std::vector<ItemRecord>& items) {
 }
 
 }  // namespace
+
+bool EntryCommands::IsFree() const {
+  const std::wstring reason = frame_.actions.WhyNotNow();
+  if (!reason.empty()) frame_.say(reason);
+  return reason.empty();
+}
 
 // Entries of this account, when somebody else is logged on, are seldom the ones that are meant.
 bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
@@ -47,8 +59,10 @@ void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const
   frame_.worker.Ask(
       [items, verb, order](LibrarySession& session) { return session.Forecast(items, verb, order); },
       [this, items, verb, order, end](const UndoForecast& forecast) {
-        // Another question is open: the key was pressed twice.
-        if (!end && !IsWindowEnabled(frame_.window)) return;
+        // The key was pressed twice, or what was done before has something to tell.
+        if (!end && !IsWindowEnabled(frame_.window)) {
+          return frame_.say(L"Not done, since another box was open: " + Doing(verb, items) + L".");
+        }
         if (MayBegin(items, verb, forecast)) return Begin(items, verb, order, end);
         if (end) end(std::wstring());
       },
@@ -78,36 +92,46 @@ bool EntryCommands::MayBegin(const std::vector<ItemRecord>& items, Verb verb,
 void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order, TryEnd end) const {
   if (items.size() > 1) frame_.say(Doing(verb, items) + L"\u2026");
   const auto fault = FaultOf(end);
-  frame_.worker.Ask([items = std::move(items), verb, order = std::move(order)](
-                        LibrarySession& session) { return session.Change(items, verb, order); },
-                    [this, verb, end = std::move(end)](const OperationReport& report) {
-                      const bool isTold = end && end(FirstFailure(report));
-                      if (isTold && !report.failures.empty()) return;
-                      ShowOutcome(frame_, std::wstring(OperationOf(verb).done), report);
-                    },
-                    fault);
+  ActionTitle title = TitleOf(std::wstring(OperationOf(verb).doing), items);
+  frame_.actions.Run(
+      std::move(title),
+      [items = std::move(items), verb, order = std::move(order)](LibrarySession& session,
+                                                                 ActionProgress& progress) {
+        return session.Change(items, verb, order, progress);
+      },
+      [this, verb, end = std::move(end)](const OperationReport& report) {
+        const bool isTold = end && end(FirstFailure(report));
+        if (isTold && !report.failures.empty()) return;
+        ShowOutcome(frame_, std::wstring(OperationOf(verb).done), report);
+      },
+      fault);
 }
 
 void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const {
   if (items.empty()) return;
-  frame_.worker.Ask(
-      [items = std::move(items), action](LibrarySession& session) { return session.Open(items, action); },
-      [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); });
+  ActionTitle title = TitleOf(action == kActionExecute ? L"Starting" : L"Showing the place of", items);
+  frame_.actions.Run(
+      std::move(title),
+      [items = std::move(items), action](LibrarySession& session, ActionProgress& progress) {
+        return session.Open(items, action, progress);
+      },
+      [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); }, FaultOf({}));
 }
 
 void EntryCommands::Switch(bool enable, const std::vector<ItemRecord>& items) const {
-  if (MayChange(items)) Apply(items, enable ? Verb::kEnable : Verb::kDisable);
+  if (IsFree() && MayChange(items)) Apply(items, enable ? Verb::kEnable : Verb::kDisable);
 }
 
 void EntryCommands::SwitchInSystem(bool off, const std::vector<ItemRecord>& items) const {
-  if (MayChange(items)) Apply(items, off ? Verb::kSwitchOff : Verb::kSwitchOn);
+  if (IsFree() && MayChange(items)) Apply(items, off ? Verb::kSwitchOff : Verb::kSwitchOn);
 }
 
 void EntryCommands::Delete(const std::vector<ItemRecord>& items) const {
-  if (MayChange(items)) Apply(items, Verb::kDelete);
+  if (IsFree() && MayChange(items)) Apply(items, Verb::kDelete);
 }
 
 void EntryCommands::Add(const LocationSet& shown, const OnAdded& onAdded) const {
+  if (!IsFree()) return;
   std::int32_t preset = sulRegistryUserRun;
   for (std::int32_t location = kLastLocation; location >= kFirstLocation; --location) {
     if (shown.count() <= 2 && shown[location] && TakesNewEntries(location)) preset = location;
@@ -121,8 +145,11 @@ void EntryCommands::Add(const LocationSet& shown, const OnAdded& onAdded) const 
 }
 
 void EntryCommands::TryToAdd(const NewEntry& entry, const OnAdded& onAdded, const TryEnd& end) const {
-  frame_.worker.Ask(
-      [entry](LibrarySession& session) { return session.Add(entry.location, entry.name, entry.command); },
+  frame_.actions.Run(
+      {L"Adding \u201C" + entry.name + L"\u201D"},
+      [entry](LibrarySession& session, ActionProgress& progress) {
+        return session.Add(entry.location, entry.name, entry.command, progress);
+      },
       [this, name = L"\u201C" + entry.name + L"\u201D", onAdded, end](const OperationReport& report) {
         if (!report.now) {
           const std::wstring fault = L"Cannot add " + report.failures.front();
@@ -137,7 +164,7 @@ void EntryCommands::TryToAdd(const NewEntry& entry, const OnAdded& onAdded, cons
 }
 
 void EntryCommands::Move(const std::vector<ItemRecord>& items) const {
-  if (items.empty() || !MayChange(items)) return;
+  if (items.empty() || !IsFree() || !MayChange(items)) return;
   frame_.worker.Ask([items](LibrarySession& session) { return session.MoveTargets(items); },
                     [this, items](const LocationSet& targets) { MoveToOneOf(targets, items); });
 }
@@ -150,7 +177,7 @@ void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<It
 }
 
 void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
-  if (items.size() != 1 || !MayChange(items)) return;
+  if (items.size() != 1 || !IsFree() || !MayChange(items)) return;
   const std::wstring before = items.front().command;
   AskCommand(frame_.window, L"Command of " + NamesOf(items), before,
              [&](const std::wstring& command, const TryEnd& end) {
@@ -160,6 +187,7 @@ void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {
+  if (!IsFree()) return;
   if (frame_.account.elevated && !items.empty()) return Ask(std::move(items), 0);
   Open(std::move(items), kActionExecute, L"Started");
 }
@@ -179,11 +207,11 @@ void EntryCommands::Ask(std::vector<ItemRecord> items, std::size_t next) const {
 }
 
 void EntryCommands::ShowPlace(std::vector<ItemRecord> items) const {
-  Open(std::move(items), kActionShowLocation, L"Showed the place of");
+  if (IsFree()) Open(std::move(items), kActionShowLocation, L"Showed the place of");
 }
 
 void EntryCommands::ShowFile(const std::vector<ItemRecord>& items) const {
-  if (items.empty()) return;
+  if (items.empty() || !IsFree()) return;
   frame_.worker.Post([item = items.front()](LibrarySession& session) { session.ShowFile(item); });
 }
 

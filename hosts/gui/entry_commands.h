@@ -16,7 +16,8 @@ namespace smh {
 // worker answers comes after a command has returned, questions and dialogs that need to know something among
 // it, and is told through the frame. Before entries of this account are changed while somebody else is logged
 // on, the user is asked whether they are meant; before several are changed and older changes can no longer be
-// undone after that, whether to go on.
+// undone after that, whether to go on. While something long is at work nothing else is begun, which the frame
+// is told.
 class EntryCommands {
  public:
   // `frame` outlives the object, which lives as long as the main window: answers refer to it.
@@ -48,6 +49,8 @@ class EntryCommands {
   void Export(std::vector<ItemRecord> items, bool isSelection) const;
 
  private:
+  // Whether nothing long is at work; says so if not.
+  bool IsFree() const;
   bool MayChange(const std::vector<ItemRecord>& items) const;
   // `end` is told how it went in the place of the main window, for a dialog that waits.
   void Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order = {},

@@ -71,6 +71,13 @@ std::wstring HistoryStateText(const CheckpointRecord& record) {
   return (day.empty() ? text : text + L" on " + day) + L", no longer undoable";
 }
 
+std::wstring CountedTitle(const CheckpointRecord& record) {
+  const std::wstring count = std::to_wstring(record.info.parts);
+  if (record.info.parts < 2 || record.title.find(L" " + count + L" ") != std::wstring::npos)
+    return record.title;
+  return record.title + L" (" + count + L" changes)";
+}
+
 void HistoryRows::Take(HistorySnapshot snapshot) {
   snapshot_ = std::move(snapshot);
   Filter();
@@ -127,7 +134,7 @@ std::wstring HistoryRows::Title(std::size_t row) const {
   } else if (HasParts(row)) {
     title = IsOpened(shown.action->info.id) ? L"\u2013 " : L"+ ";
   }
-  return title + Printable(shown.Record().title);
+  return title + Printable(CountedTitle(shown.Record()));
 }
 
 bool HistoryRows::HasParts(std::size_t row) const noexcept {
@@ -191,7 +198,7 @@ bool HistoryRows::CanRedo(const HistoryTarget& target) const {
 
 std::wstring HistoryRows::NameOf(const HistoryTarget& target) const {
   const std::vector<HistoryRow> rows = RowsOf(target);
-  if (rows.size() == 1) return rows.front().Record().title;
+  if (rows.size() == 1) return CountedTitle(rows.front().Record());
   return rows.empty() ? L"" : std::to_wstring(rows.size()) + L" parts of " + rows.front().action->title;
 }
 

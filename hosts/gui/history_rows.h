@@ -38,6 +38,9 @@ struct HistoryRow {
 bool CanBeUndone(const HistoryRow& row) noexcept;
 // "Done", "Damaged, cannot be undone", "Dropped on 2026-11-21, no longer undoable".
 std::wstring HistoryStateText(const CheckpointRecord& record);
+// Its title, with the number of its parts when there are several and the title does not name it: "Disabling
+// entries (120 changes)".
+std::wstring CountedTitle(const CheckpointRecord& record);
 
 // Used by one thread. Every change makes the rows anew: positions and pointers stay valid until then.
 class HistoryRows {
@@ -72,7 +75,7 @@ class HistoryRows {
   bool CanUndo(const HistoryTarget& target) const;
   // Whether an undo of the action, or of every one of the parts, stands.
   bool CanRedo(const HistoryTarget& target) const;
-  // The title of the action, or of its only part; "2 parts of X".
+  // The counted title of the action, or that of its only part; "2 parts of X".
   std::wstring NameOf(const HistoryTarget& target) const;
 
   // Whether the next undo of anything may find something; whether anything was interrupted.

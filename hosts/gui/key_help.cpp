@@ -16,7 +16,7 @@ struct KeyRow {
 constexpr KeyRow kPaneKeys[] = {
     {L"Next pane", L"Tab or F6"},
     {L"Previous pane", L"Shift+Tab or Shift+F6"},
-    {L"Back to the list", L"Esc"},
+    {L"Back to the list, cancel what lasts", L"Esc"},
     {L"Switch the entry on or off", L"Space"},
     {L"Details of the entry, parts of the change", L"Enter"},
     {L"Show or hide what is below", L"Right, Left"},

@@ -44,6 +44,15 @@ bool WriteWholeFile(const std::wstring& file, const std::string& bytes) {
          written == bytes.size() && FlushFileBuffers(handle.Get());
 }
 
+// Empty for one change, whose own title tells more. Without a count, since the title is written before the
+// first entry, and how many follow is known at the end only.
+std::wstring ActionTitleOf(std::span<const EntryChange> changes) {
+  const auto count =
+      std::ranges::count_if(changes, [](const EntryChange& change) { return !change.outcome; });
+  if (count < 2) return {};
+  return std::wstring(OperationOf(changes.front().verb).doing) + L" entries";
+}
+
 // Beside the target, so that it can take its place at once.
 void ReplaceWithFile(const std::wstring& file, const std::string& bytes) {
   const std::wstring part = file + L".part";
@@ -125,13 +134,20 @@ ProgramNews LibrarySession::ReadPrograms() {
   return news;
 }
 
-OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
+OperationReport LibrarySession::Run(std::span<EntryChange> changes, ActionProgress& progress) const {
   OperationReport report;
-  for (EntryChange& change : changes) change.outcome = AskFirst(library_, change);
-  const ActionScope action(journal_, TitleOf(changes));
+  report.left = changes.size();
+  for (EntryChange& change : changes) {
+    if (progress.IsCancelled()) return report;
+    change.outcome = AskFirst(library_, change);
+  }
+  const ActionScope action(journal_, ActionTitleOf(changes));
   EntryPlaces places;
   for (EntryChange& change : changes) {
+    if (progress.IsCancelled()) break;
     const Outcome& outcome = change.outcome ? *change.outcome : MakeChange(library_, places, change);
+    progress.Advance();
+    --report.left;
     if (!outcome.IsGood()) {
       report.failures.push_back(CaptionText(change.before) + L": " + outcome.text);
       continue;
@@ -142,14 +158,14 @@ OperationReport LibrarySession::Run(std::span<EntryChange> changes) const {
   return report;
 }
 
-OperationReport LibrarySession::Change(std::span<const ItemRecord> items, Verb verb,
-                                       const ChangeOrder& order) const {
+OperationReport LibrarySession::Change(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order,
+                                       ActionProgress& progress) const {
   std::vector<ComPtr<IStartupItem>> found = FindAll(library_, items);
   std::vector<EntryChange> changes;
   for (std::size_t i = 0; i < items.size(); ++i) {
     changes.push_back({.verb = verb, .order = order, .before = items[i], .listed = std::move(found[i])});
   }
-  return Run(changes);
+  return Run(changes, progress);
 }
 
 UndoForecast LibrarySession::Forecast(std::span<const ItemRecord> items, Verb verb,
@@ -161,23 +177,27 @@ UndoForecast LibrarySession::Forecast(std::span<const ItemRecord> items, Verb ve
 }
 
 OperationReport LibrarySession::Add(std::int32_t location, const std::wstring& name,
-                                    const std::wstring& command) const {
+                                    const std::wstring& command, ActionProgress& progress) const {
   EntryChange change{.verb = Verb::kAdd};
   change.before.location = location;
   change.before.caption = name;
   change.before.command = command;
-  return Run({&change, 1});
+  return Run({&change, 1}, progress);
 }
 
-OperationReport LibrarySession::Open(std::span<const ItemRecord> items, ItemAction action) const {
+OperationReport LibrarySession::Open(std::span<const ItemRecord> items, ItemAction action,
+                                     ActionProgress& progress) const {
   OperationReport report;
+  report.left = items.size();
   const auto found = FindAll(library_, items);
-  for (std::size_t i = 0; i < items.size(); ++i) {
+  for (std::size_t i = 0; i < items.size() && !progress.IsCancelled(); ++i) {
     // What is run is what the user has seen, and was asked about.
     const bool isOther =
         action == kActionExecute && found[i] && TextProperty(*found[i], kPropertyCommand) != items[i].command;
     const std::wstring fault = isOther ? std::wstring(L"it has another command now; look at it first.")
                                        : OpenOne(found[i].Get(), action);
+    progress.Advance();
+    --report.left;
     if (fault.empty()) {
       ++report.done;
     } else {

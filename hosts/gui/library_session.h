@@ -8,6 +8,7 @@
 #include "hosts/common/journal.h"
 #include "hosts/common/library.h"
 #include "hosts/common/operations.h"
+#include "hosts/gui/action_progress.h"
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/undo_forecast.h"
 
@@ -34,6 +35,7 @@ struct ListNews {
 struct OperationReport {
   std::size_t done = 0;                // without those that were so already
   std::vector<std::wstring> failures;  // "Caption: why not"
+  std::size_t left = 0;                // not looked at any more, since it was cancelled
   std::optional<EntryKey> now;         // the last entry that was made or changed, as it is listed
 };
 
@@ -68,15 +70,18 @@ class LibrarySession {
   // Whether the list or its details are still being read.
   bool IsReading() const { return library_.Items().GetReadState() != kReadStateComplete; }
 
-  // Changes every entry: the failure of one is a line of the report. Together they are one action for undo.
-  OperationReport Change(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
+  // Changes every entry until it is cancelled: the failure of one is a line of the report. What was done is
+  // one action for undo.
+  OperationReport Change(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order,
+                         ActionProgress& progress) const;
   // What becomes of undo with such a change. Changes nothing.
   UndoForecast Forecast(std::span<const ItemRecord> items, Verb verb, const ChangeOrder& order) const;
   // Adds an entry, as a change of its own.
-  OperationReport Add(std::int32_t location, const std::wstring& name, const std::wstring& command) const;
-  // Executes them or shows their places, as OpenOne does. One whose command is another by now is not
-  // executed.
-  OperationReport Open(std::span<const ItemRecord> items, ItemAction action) const;
+  OperationReport Add(std::int32_t location, const std::wstring& name, const std::wstring& command,
+                      ActionProgress& progress) const;
+  // Executes them or shows their places, as OpenOne does, until it is cancelled. One whose command is
+  // another by now is not executed.
+  OperationReport Open(std::span<const ItemRecord> items, ItemAction action, ActionProgress& progress) const;
   // The locations, other than their own, that would take every one of the entries; none when one of them has
   // gone.
   LocationSet MoveTargets(std::span<const ItemRecord> items) const;
@@ -99,7 +104,7 @@ class LibrarySession {
   const Library& Get() const noexcept { return library_; }
 
  private:
-  OperationReport Run(std::span<EntryChange> changes) const;
+  OperationReport Run(std::span<EntryChange> changes, ActionProgress& progress) const;
 
   Library library_;
   Journal journal_;

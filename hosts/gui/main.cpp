@@ -21,8 +21,9 @@ void Run(int showCommand) {
   // The libraries are loaded first: nothing else can take their names then.
   Worker worker(queue);
   const ScopedCom com(COINIT_APARTMENTTHREADED);
-  const INITCOMMONCONTROLSEX classes = {
-      sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES | ICC_STANDARD_CLASSES};
+  const INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES |
+                                                             ICC_BAR_CLASSES | ICC_PROGRESS_CLASS |
+                                                             ICC_STANDARD_CLASSES};
   InitCommonControlsEx(&classes);
   const GlyphDrawing drawing;
   MainWindow window(worker, trust, queue);

@@ -45,6 +45,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
   entries_ = std::make_unique<EntriesView>(window, frame);
   programs_ = std::make_unique<ProgramsView>(window, frame);
   undo_ = std::make_unique<UndoView>(window, frame);
+  progress_.Open(window, frame.actions, [this](bool show) { ShowProgress(show); });
   status_ =
       CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | SBARS_SIZEGRIP, 0,
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_STATUS), nullptr, nullptr);
@@ -81,6 +82,14 @@ void MainPanes::SetBanner(const std::wstring& text, bool show) const {
   ShowWindow(banner_, show ? SW_SHOWNA : SW_HIDE);
 }
 
+void MainPanes::ShowProgress(bool show) {
+  const bool hadFocus = GetFocus() == progress_.CancelButton();
+  ShowWindow(progress_.Handle(), show ? SW_SHOWNA : SW_HIDE);
+  if (hadFocus && !show) SetFocus(shown_->MainControl());
+  Layout();
+  if (!show) entries_->CheckNext();
+}
+
 void MainPanes::SetSearchPlace(const std::wstring& place) const {
   const std::wstring cue = L"Search in " + place;
   SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(cue.c_str()));
@@ -94,6 +103,7 @@ std::vector<HWND> MainPanes::FocusOrder() const {
   std::vector<HWND> panes = {bar_.Handle(), search_, tree_.Handle()};
   const std::vector<HWND> ofView = shown_->Panes();
   panes.insert(panes.end(), ofView.begin(), ofView.end());
+  panes.push_back(progress_.CancelButton());
   std::erase_if(panes, [](HWND pane) { return !IsWindowVisible(pane) || !IsWindowEnabled(pane); });
   return panes;
 }
@@ -127,6 +137,7 @@ void MainPanes::SetDpi(int dpi) {
   bar_.SetDpi(dpi, font.Get());
   bar_.ShowButton(CMD_RESTART_ELEVATED, !frame_->account.elevated);
   tree_.SetDpi(dpi, font.Get());
+  progress_.SetDpi(dpi, font.Get());
   for (View* const view : Views()) view->SetDpi(dpi, fonts);
   for (const HWND control : {search_, status_, banner_}) {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
@@ -154,7 +165,11 @@ void MainPanes::Layout() {
     MoveWindow(banner_, margin * 2, top, width - margin * 4, height, TRUE);
     top += height;
   }
-  const int bottom = static_cast<int>(area.bottom) - statusHeight;
+  int bottom = static_cast<int>(area.bottom) - statusHeight;
+  if ((GetWindowLongW(progress_.Handle(), GWL_STYLE) & WS_VISIBLE) != 0) {
+    progress_.Place({0, top, width, bottom});
+    bottom -= progress_.Height();
+  }
   const int bar = Scaled(Splitter::kThickness, dpi_);
   const int least = Scaled(kLeastPane, dpi_);
   const int tree = std::clamp(Scaled(treeWidth_, dpi_), least, std::max(width - least - bar, least));

@@ -1,6 +1,6 @@
 // What stands in the main window, and where: tool bar and search box at the top, a banner below them when
-// there is something to say, the tree of locations beside the view that it chose, the status bar. For the
-// window's thread.
+// there is something to say, the tree of locations beside the view that it chose, a bar for what lasts, the
+// status bar. For the window's thread.
 #pragma once
 
 #include "hosts/gui/accessible_window.h"
@@ -9,6 +9,7 @@
 #include "hosts/gui/entries_view.h"
 #include "hosts/gui/location_tree.h"
 #include "hosts/gui/programs_view.h"
+#include "hosts/gui/progress_bar.h"
 #include "hosts/gui/undo_view.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/window.h"
@@ -38,6 +39,7 @@ class MainPanes {
   UndoView& Undo() const noexcept { return *undo_; }
   std::vector<View*> Views() const { return {entries_.get(), programs_.get(), undo_.get()}; }
   HWND SearchBox() const noexcept { return search_; }
+  ProgressBar& Progress() noexcept { return progress_; }
 
   // The view at the right side.
   View& Shown() const noexcept { return *shown_; }
@@ -73,12 +75,14 @@ class MainPanes {
 
  private:
   View& ViewOf(LocationTree::Kind kind) const noexcept;
+  void ShowProgress(bool show);
   void LayoutTop(int width, int top, int height);
 
   const Frame* frame_ = nullptr;
   LocationTree tree_;
   CommandBar bar_;
   Splitter splitter_;
+  ProgressBar progress_;
   std::unique_ptr<EntriesView> entries_;
   std::unique_ptr<ProgramsView> programs_;
   std::unique_ptr<UndoView> undo_;

@@ -26,10 +26,12 @@ constexpr SIZE kLeastSize = {560, 360};
 MainWindow::MainWindow(Worker& worker, TrustChecker& trust, UiQueue& queue)
     : worker_(worker),
       queue_(queue),
+      actions_(worker),
       frame_{nullptr,
              worker,
              trust,
              account_,
+             actions_,
              [this] { Update(); },
              [this](const std::wstring& text) {
                said_ = text;
@@ -338,6 +340,7 @@ void MainWindow::Update() {
 void MainWindow::UpdateNow() {
   updateWaits_ = false;
   panes_.Bar().Update([this](UINT command) { return CanRun(command); });
+  panes_.Progress().Follow();
   ShowStatus();
 }
 
@@ -409,6 +412,7 @@ void MainWindow::RunMessages() {
       StopComparing();
       continue;
     }
+    if (panes_.Progress().TakesKey(message, panes_.SearchBox())) continue;
     const KeyTurn turn = TakeKey(
         message, {Handle(), panes_.SearchBox(), panes_.Tree().Handle(), panes_.Shown().MainControl()});
     if (turn == KeyTurn::kNobody) continue;

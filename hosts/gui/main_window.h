@@ -57,6 +57,7 @@ class MainWindow final : public Window {
   Worker& worker_;
   UiQueue& queue_;
   const Account account_ = CurrentAccount();
+  RunningActions actions_;
   Frame frame_;
   MainPanes panes_;
   bool allLocations_ = false;

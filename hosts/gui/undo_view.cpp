@@ -218,20 +218,26 @@ void UndoView::RedoLatest() {
 }
 
 void UndoView::Start(const Order& order, UndoMode mode) {
-  frame_.worker.Ask(
-      [order, mode](LibrarySession& session) {
+  if (const std::wstring reason = frame_.actions.WhyNotNow(); !reason.empty()) return frame_.say(reason);
+  const std::wstring name =
+      order.name.empty() ? L"the latest change" : L"\u201C" + Printable(order.name) + L"\u201D";
+  frame_.actions.Run(
+      {(order.direction == Direction::kUndo ? L"Undoing " : L"Redoing ") + name},
+      [order, mode](LibrarySession& session, ActionProgress&) {
         const Journal& journal = session.Changes();
         if (order.direction == Direction::kUndo) return UndoTarget(journal, order.target, mode);
         return order.target.parts.empty() ? journal.Redo(order.target.action, mode)
                                           : RedoParts(journal, order.target, mode);
       },
-      [this, order, mode](const UndoRecord& record) { Finish(order, mode, record); });
+      [this, order, mode](const UndoRecord& record) { Finish(order, mode, record); },
+      [this](const std::wstring& text) { ShowError(frame_, text); });
 }
 
 void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& record) {
   Refresh();
   const bool isUndo = order.direction == Direction::kUndo;
-  const std::wstring name = Printable(order.name.empty() ? record.title : order.name);
+  std::wstring name = order.name.empty() ? rows_.NameOf({record.checkpoint}) : order.name;
+  name = Printable(name.empty() ? record.title : name);
   if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + name);
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
     if (Confirm(frame_,
@@ -308,7 +314,7 @@ bool UndoView::CanRun(UINT command) const {
 
 void UndoView::Run(UINT command) {
   if (command == CMD_COPY) return (void)CopyToClipboard(frame_.window, Focused().SelectedText());
-  if (command == CMD_SELECT_ALL) return Focused().SelectAll();
+  if (command == CMD_SELECT_ALL) return (GetFocus() == stepList_.Handle() ? stepList_ : list_).SelectAll();
   if (command == CMD_PARTS) return Activate();
   const HistoryTarget target = Selected();
   const bool isUndo = command == CMD_UNDO;

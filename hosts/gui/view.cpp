@@ -30,7 +30,9 @@ bool Confirm(const Frame& frame, const std::wstring& question, const std::wstrin
 }
 
 void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {
-  frame.say(report.done > 0 ? done + L" " + Entries(report.done) + L"." : L"Nothing was changed.");
+  std::wstring said = report.done > 0 ? done + L" " + Entries(report.done) + L"." : L"Nothing was changed.";
+  if (report.left > 0) said += L" Cancelled: " + Entries(report.left) + L" left as they were.";
+  frame.say(said);
   if (report.failures.empty()) return;
   std::wstring text;
   for (std::size_t i = 0; i < report.failures.size() && i < kMostFailures; ++i) {

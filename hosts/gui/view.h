@@ -4,6 +4,7 @@
 
 #include "hosts/gui/account.h"
 #include "hosts/gui/clipboard.h"
+#include "hosts/gui/running_actions.h"
 #include "hosts/gui/trust_checker.h"
 #include "hosts/gui/worker.h"
 
@@ -22,6 +23,8 @@ struct Frame {
   Worker& worker;
   TrustChecker& trust;
   const Account& account;
+  // What may last goes to the worker through these.
+  RunningActions& actions;
   // What can be done has changed, or what there is.
   std::function<void()> onChange;
   // For the status bar, until the next one.

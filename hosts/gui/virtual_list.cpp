@@ -8,6 +8,7 @@
 #include <uxtheme.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace smh {
 
@@ -66,6 +67,7 @@ void VirtualList::Describe(std::wstring name, std::wstring action) {
 void VirtualList::SetCount(std::size_t count) {
   count_ = count;
   ListView_SetItemCountEx(list_, static_cast<int>(count), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+  selection_.reset();
   InvalidateRect(list_, nullptr, FALSE);
 }
 
@@ -103,10 +105,13 @@ void VirtualList::ShowSortArrow(std::size_t column, bool descending) const {
 }
 
 std::vector<std::size_t> VirtualList::Selection() const {
+  // Asked for every command after every change: thousands of messages at a time.
+  if (selection_) return *selection_;
   std::vector<std::size_t> rows;
   for (int row = -1; (row = ListView_GetNextItem(list_, row, LVNI_SELECTED)) >= 0;) {
     rows.push_back(static_cast<std::size_t>(row));
   }
+  selection_ = rows;
   return rows;
 }
 
@@ -128,11 +133,17 @@ void VirtualList::Select(const std::vector<std::size_t>& rows, std::size_t focus
     ListView_SetSelectionMark(list_, static_cast<int>(focused));
   }
   quiet_ = false;
+  selection_.reset();
   if (source_.onSelect) source_.onSelect();
 }
 
-void VirtualList::SelectAll() const {
+// The list tells of every row by itself; that all of them are selected is told once.
+void VirtualList::SelectAll() {
+  const bool wasQuiet = std::exchange(quiet_, true);
   ListView_SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
+  quiet_ = wasQuiet;
+  selection_.reset();
+  if (!quiet_ && source_.onSelect) source_.onSelect();
 }
 
 std::size_t VirtualList::Focused() const {
@@ -319,6 +330,7 @@ void VirtualList::ShowFocus() const {
 }
 
 void VirtualList::OnStateChanged() {
+  selection_.reset();
   if (!quiet_ && source_.onSelect) source_.onSelect();
 }
 

@@ -6,6 +6,7 @@
 #include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -62,7 +63,7 @@ class VirtualList {
   // Tells onSelect once at the end, whether anything has changed or not.
   void Select(const std::vector<std::size_t>& rows, std::size_t focused);
   // Tells onSelect.
-  void SelectAll() const;
+  void SelectAll();
   // The row with the focus; the greatest std::size_t when there is none.
   std::size_t Focused() const;
   // The first row that is seen, and scrolling to make another one that.
@@ -97,6 +98,7 @@ class VirtualList {
   std::size_t count_ = 0;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;
   bool quiet_ = false;
+  mutable std::optional<std::vector<std::size_t>> selection_;  // none: it may be another by now
   std::size_t blanksForImage_ = 0;  // in front of a text, to make room for the picture
   ScopedImageList checkImages_;
   CellTips tips_;

@@ -112,7 +112,7 @@ TEST_F(OperationsTest, SeveralAtOnce) {
   // The history shows both as one action; a part of it can be taken back, and then the rest.
   gui.Command(CMD_UNDO_HISTORY);
   const auto cell = [&](int row, int column) { return gui.Cell(IDC_CHECKPOINTS, row, column); };
-  ASSERT_TRUE(WaitUntil([&] { return cell(0, 0) == L"+ Disabling 2 entries"; })) << cell(0, 0);
+  ASSERT_TRUE(WaitUntil([&] { return cell(0, 0) == L"+ Disabling entries (2 changes)"; })) << cell(0, 0);
   gui.Select(IDC_CHECKPOINTS, {0});
   PostMessageW(gui.Control(IDC_CHECKPOINTS), WM_KEYDOWN, VK_RIGHT, 0);
   ASSERT_TRUE(WaitUntil([&] { return cell(2, 0).ends_with(L"Disabling Inkwell"); })) << cell(2, 0);
