@@ -168,12 +168,9 @@ void EntriesView::Rearrange(Change&& change) {
 
 template <typename Change>
 void EntriesView::Rearrange(const Standing& standing, Change&& change) {
-  SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
   change();
   Restore(standing);
   around_.Update(rows_, request_, list_.Handle());
-  SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
-  InvalidateRect(list_.Handle(), nullptr, FALSE);
 }
 
 template <typename Change>

@@ -69,6 +69,8 @@ class LibrarySession {
   std::optional<ListNews> Look();
   // Whether the list or its details are still being read.
   bool IsReading() const { return library_.Items().GetReadState() != kReadStateComplete; }
+  // Whether reading has come to another stage than the last Look told of. Costs little, as the one before.
+  bool HasNewStage() const { return library_.Items().GetReadState() != tellState_; }
 
   // Changes every entry until it is cancelled: the failure of one is a line of the report. What was done is
   // one action for undo.

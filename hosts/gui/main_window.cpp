@@ -43,6 +43,9 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::Open(int showCommand) {
+  // The entries are read while the window is made.
+  if (const auto all = LoadNumbers(L"AllLocations", 1); !all.empty()) allLocations_ = all[0] != 0;
+  ReadEntries();
   const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU));
   const std::wstring title =
       account_.elevated ? kProgramTitle + (L" \u2013 Administrator " + account_.name) : kProgramTitle;
@@ -78,14 +81,13 @@ void MainWindow::OnCreate() {
                     said_.clear();
                     ShowError(frame_, text);
                   }});
-  Refresh();
+  panes_.Undo().Refresh();
   Update();
 }
 
 void MainWindow::LoadLook() {
   LoadPlace(Handle(), {Scaled(kFirstSize.cx, panes_.Dpi()), Scaled(kFirstSize.cy, panes_.Dpi())});
   panes_.LoadLook();
-  if (const auto all = LoadNumbers(L"AllLocations", 1); !all.empty()) allLocations_ = all[0] != 0;
 }
 
 void MainWindow::SaveLook() const {
@@ -322,12 +324,16 @@ void MainWindow::ShowBanner(const LocationTree::Node& node) const {
   panes_.SetBanner(text, isUsers && account_.IsForeign());
 }
 
+void MainWindow::ReadEntries() {
+  worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
+}
+
 void MainWindow::Refresh() {
   said_.clear();
   if (panes_.Shows(panes_.Programs())) return panes_.Programs().Refresh();
-  panes_.Undo().Refresh();
   panes_.Entries().CheckAgain();
-  worker_.Post([all = allLocations_](LibrarySession& session) { session.Refresh(all); });
+  ReadEntries();
+  panes_.Undo().Refresh();
 }
 
 // Many changes come together; one message later all of them are shown at once.

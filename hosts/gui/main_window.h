@@ -46,6 +46,7 @@ class MainWindow final : public Window {
   void StartComparing(const std::shared_ptr<const SavedState>& state);
   void StopComparing();
   void ShowBanner(const LocationTree::Node& node) const;
+  void ReadEntries();
   void Refresh();
   void Update();
   void UpdateNow();

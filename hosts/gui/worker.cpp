@@ -3,6 +3,7 @@
 #include "hosts/common/host_error.h"
 #include "infra/runtime/scoped_com.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace smh {
@@ -10,7 +11,11 @@ namespace smh {
 namespace {
 
 constexpr DWORD kLookInterval = 1000;
+// While entries are read. Every look costs the reader and a repaint of the list, so that it takes a fifth of
+// the time at most, and only the end of a stage is looked for more often.
 constexpr DWORD kReadingInterval = 150;
+constexpr DWORD kMostReadingInterval = 1000;
+constexpr DWORD kStageInterval = 20;
 constexpr DWORD kStopLimit = 10'000;
 
 // Empty when `work` went well.
@@ -117,9 +122,21 @@ void Worker::Serve(LibrarySession& session) {
     if (TakeTask(task)) {
       RunTask(session, task);
     } else {
-      WaitForWork(session.IsReading() ? kReadingInterval : kLookInterval);
+      WaitForLook(session);
     }
     if (!stop_) Look(session);
+  }
+}
+
+// Until a look is due, or there is work.
+void Worker::WaitForLook(const LibrarySession& session) const {
+  if (!lookFault_.empty() || (!session.IsReading() && !session.HasNewStage())) {
+    return (void)WaitForWork(kLookInterval);
+  }
+  const DWORD interval = std::clamp(4 * lookTook_, kReadingInterval, kMostReadingInterval);
+  const ULONGLONG begin = GetTickCount64();
+  while (GetTickCount64() - begin < interval && !session.HasNewStage()) {
+    if (WaitForWork(kStageInterval)) return;
   }
 }
 
@@ -140,6 +157,7 @@ void Worker::RunTask(LibrarySession& session, const Task& task) {
 
 // A failure that stays is told once.
 void Worker::Look(LibrarySession& session) {
+  const ULONGLONG begin = GetTickCount64();
   const std::wstring fault = FaultOf([&] {
     if (auto news = session.Look()) {
       queue_.Post([this, shared = std::make_shared<ListNews>(std::move(*news))] { events_.onNews(*shared); });
@@ -147,14 +165,18 @@ void Worker::Look(LibrarySession& session) {
   });
   if (!fault.empty() && fault != lookFault_) queue_.Post([this, fault] { events_.onFailure(fault); });
   lookFault_ = fault;
+  lookTook_ = static_cast<DWORD>(GetTickCount64() - begin);
 }
 
-// The shell's objects of this thread get their messages meanwhile.
-void Worker::WaitForWork(DWORD milliseconds) const {
+// The shell's objects of this thread get their messages meanwhile. True when there is work.
+bool Worker::WaitForWork(DWORD milliseconds) const {
   const HANDLE wake = wake_.Get();
-  if (MsgWaitForMultipleObjects(1, &wake, FALSE, milliseconds, QS_ALLINPUT) != WAIT_OBJECT_0 + 1) return;
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  const DWORD why = MsgWaitForMultipleObjects(1, &wake, FALSE, milliseconds, QS_ALLINPUT);
+  if (why == WAIT_OBJECT_0 + 1) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  return why == WAIT_OBJECT_0;
 }
 
 }  // namespace smh

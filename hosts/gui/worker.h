@@ -98,7 +98,8 @@ class Worker {
   bool TakeTask(Task& task);
   void RunTask(LibrarySession& session, const Task& task);
   void Look(LibrarySession& session);
-  void WaitForWork(DWORD milliseconds) const;
+  void WaitForLook(const LibrarySession& session) const;
+  bool WaitForWork(DWORD milliseconds) const;
 
   UiQueue& queue_;
   Events events_;
@@ -112,6 +113,7 @@ class Worker {
   std::atomic<bool> busy_{false};
   std::wstring beginFault_;  // written before ended_ is set; read when loading has failed or all is over
   std::wstring lookFault_;   // of the worker's thread
+  DWORD lookTook_ = 0;       // milliseconds; of the worker's thread
   std::thread thread_;
 };
 
