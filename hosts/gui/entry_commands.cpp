@@ -72,6 +72,7 @@ void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const
 // What is raised on the way is told as a refusal is.
 std::function<void(const std::wstring&)> EntryCommands::FaultOf(const TryEnd& end) const {
   return [this, end](const std::wstring& text) {
+    frame_.say({});
     if (!end || !end(text)) ShowError(frame_, text);
   };
 }
