@@ -1,6 +1,6 @@
 #include "benchmarks/window_probe.h"
 
-#include "infra/runtime/handle.h"
+#include "tests/support/screen.h"
 
 #include <commctrl.h>
 
@@ -28,47 +28,10 @@ double MicrosecondsSince(long long begin) noexcept {
   return static_cast<double>(Now() - begin) * 1e6 / static_cast<double>(frequency.QuadPart);
 }
 
-struct Search {
-  DWORD process;
-  const wchar_t* className;
-  HWND found;
-};
-
-BOOL CALLBACK TakeWindow(HWND window, LPARAM parameter) {
-  auto& search = *reinterpret_cast<Search*>(parameter);
-  DWORD process = 0;
-  GetWindowThreadProcessId(window, &process);
-  wchar_t name[64] = L"";
-  GetClassNameW(window, name, ARRAYSIZE(name));
-  if (process != search.process || lstrcmpW(name, search.className) != 0 || !IsWindowVisible(window))
-    return TRUE;
-  search.found = window;
-  return FALSE;
-}
-
-// The pixels of a part of the screen, as 0x00RRGGBB.
-std::vector<std::uint32_t> PixelsOf(const RECT& area) {
-  const int width = static_cast<int>(area.right - area.left);
-  const int height = static_cast<int>(area.bottom - area.top);
-  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  const HDC screen = GetDC(nullptr);
-  const HDC memory = CreateCompatibleDC(screen);
-  const ScopedBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
-  const HGDIOBJ before = SelectObject(memory, bitmap.Get());
-  BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
-  SelectObject(memory, before);
-  BITMAPINFO info = {};
-  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  GetDIBits(memory, bitmap.Get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, screen);
-  return pixels;
-}
-
 // Whether something is written there.
 bool HasText(const RECT& area) {
   int dark = 0;
-  for (const std::uint32_t pixel : PixelsOf(area)) {
+  for (const std::uint32_t pixel : test::PixelsOf(area)) {
     if ((pixel & 0xFF) < 0xA0 && (pixel >> 16 & 0xFF) < 0xA0) ++dark;
   }
   return dark > 20;
@@ -89,9 +52,7 @@ WindowProbe::WindowProbe(const wchar_t* program, const std::vector<std::wstring>
                          const wchar_t* className, int list)
     : begin_(Now()), process_(test::ThisFolder() + program, arguments) {
   WaitFor("no window", begin_, [&] {
-    Search search = {process_.Id(), className, nullptr};
-    EnumWindows(TakeWindow, reinterpret_cast<LPARAM>(&search));
-    window_ = search.found;
+    window_ = test::FindWindowOf(process_.Id(), className);
     list_ = GetDlgItem(window_, list);
     return list_ != nullptr;
   });

@@ -37,7 +37,6 @@ class WindowProbe {
   double Answer(HWND control, UINT message, WPARAM wParam, LPARAM lParam) const;
 
  private:
-  double Elapsed() const noexcept;
   bool IsPagePainted() const;
 
   const long long begin_;

@@ -2,6 +2,7 @@
 
 #include "tests/support/child_process.h"
 #include "tests/support/registry_fixture.h"
+#include "tests/support/screen.h"
 #include "tests/support/waiting.h"
 
 #include <objidl.h>
@@ -31,20 +32,6 @@ BOOL CALLBACK TakeList(HWND window, LPARAM parameter) {
   if (lstrcmpW(name, WC_LISTVIEWW) != 0) return TRUE;
   *reinterpret_cast<HWND*>(parameter) = window;
   return FALSE;
-}
-
-ScopedBitmap CopyScreen(const RECT& part) {
-  const int width = static_cast<int>(part.right - part.left);
-  const int height = static_cast<int>(part.bottom - part.top);
-  const HDC screen = GetDC(nullptr);
-  const HDC memory = CreateCompatibleDC(screen);
-  ScopedBitmap bitmap(CreateCompatibleBitmap(screen, width, height));
-  const HGDIOBJ before = SelectObject(memory, bitmap.Get());
-  BitBlt(memory, 0, 0, width, height, screen, part.left, part.top, SRCCOPY);
-  SelectObject(memory, before);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, screen);
-  return bitmap;
 }
 
 }  // namespace
@@ -112,7 +99,7 @@ void SaveScreenshot(const std::wstring& name, const RECT& part) {
   const Gdiplus::GdiplusStartupInput input;
   ULONG_PTR token = 0;
   if (Gdiplus::GdiplusStartup(&token, &input, nullptr) != Gdiplus::Ok) throw std::runtime_error("no GDI+");
-  const ScopedBitmap copy = CopyScreen(part);
+  const ScopedBitmap copy = CopyOfScreen(part);
   Gdiplus::Status saved;
   {
     Gdiplus::Bitmap bitmap(copy.Get(), nullptr);

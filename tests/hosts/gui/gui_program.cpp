@@ -3,6 +3,7 @@
 #include "hosts/gui/resource.h"
 #include "tests/display/display_support.h"
 #include "tests/support/registry_fixture.h"
+#include "tests/support/screen.h"
 #include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
@@ -18,30 +19,6 @@ constexpr std::size_t kTextOffset = 256;
 constexpr std::size_t kBufferSize = kTextOffset + kTextUnits * sizeof(wchar_t);
 const std::wstring kSettings = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
 constexpr DWORD kReadLimit = 120'000;
-
-struct Search {
-  DWORD process;
-  const wchar_t* className;
-  HWND found;
-};
-
-BOOL CALLBACK TakeWindow(HWND window, LPARAM parameter) {
-  auto& search = *reinterpret_cast<Search*>(parameter);
-  DWORD process = 0;
-  GetWindowThreadProcessId(window, &process);
-  wchar_t name[64] = L"";
-  GetClassNameW(window, name, ARRAYSIZE(name));
-  if (process != search.process || lstrcmpW(name, search.className) != 0 || !IsWindowVisible(window))
-    return TRUE;
-  search.found = window;
-  return FALSE;
-}
-
-HWND FindWindowOf(DWORD process, const wchar_t* className) {
-  Search search = {process, className, nullptr};
-  EnumWindows(TakeWindow, reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
 
 std::wstring TextOfWindow(HWND window) {
   std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');

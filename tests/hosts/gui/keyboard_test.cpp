@@ -3,6 +3,7 @@
 #include "tests/display/display_support.h"
 #include "tests/hosts/gui/gui_program.h"
 #include "tests/support/registry_fixture.h"
+#include "tests/support/screen.h"
 #include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
@@ -27,25 +28,10 @@ std::wstring Clipboard() {
   return text;
 }
 
-std::vector<std::uint32_t> PixelsOf(HWND window) {
+std::vector<std::uint32_t> Look(HWND window) {
   RECT place;
   GetWindowRect(window, &place);
-  const int width = static_cast<int>(place.right - place.left);
-  const int height = static_cast<int>(place.bottom - place.top);
-  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-  const HDC screen = GetDC(nullptr);
-  const HDC memory = CreateCompatibleDC(screen);
-  const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
-  const HGDIOBJ before = SelectObject(memory, bitmap);
-  BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
-  SelectObject(memory, before);
-  BITMAPINFO info = {};
-  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-  DeleteObject(bitmap);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, screen);
-  return pixels;
+  return PixelsOf(place);
 }
 
 class KeyboardTest : public testing::Test {
@@ -129,11 +115,10 @@ TEST_F(KeyboardTest, TabAndF6GoThroughEveryPaneAndShowWhere) {
       info.cbSize = sizeof(info);
       GetGUIThreadInfo(GetWindowThreadProcessId(pane, nullptr), &info);
       gui.Screenshot(L"keyboard-focus-" + std::to_wstring(panes[i]));
-      const auto with = PixelsOf(pane);
+      const auto with = Look(pane);
       Press({VK_TAB});
       EXPECT_TRUE(WaitUntil([&] { return Focus() != panes[i]; }));
-      EXPECT_TRUE(info.hwndCaret == pane || WaitUntil([&] { return PixelsOf(pane) != with; }, 3'000))
-          << panes[i];
+      EXPECT_TRUE(info.hwndCaret == pane || WaitUntil([&] { return Look(pane) != with; }, 3'000)) << panes[i];
     }
   }
 }

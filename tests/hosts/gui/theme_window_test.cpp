@@ -4,6 +4,7 @@
 #include "tests/display/display_support.h"
 #include "tests/hosts/gui/gui_program.h"
 #include "tests/support/registry_fixture.h"
+#include "tests/support/screen.h"
 #include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
@@ -30,23 +31,9 @@ double LightPart(HWND window) {
   RECT area;
   GetClientRect(window, &area);
   MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&area), 2);
-  const int width = static_cast<int>(area.right - area.left),
-            height = static_cast<int>(area.bottom - area.top);
-  BITMAPINFO format = {};
-  format.bmiHeader = {sizeof(format.bmiHeader), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void* bits = nullptr;
-  const ScopedBitmap copy(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (!copy) return 0;
-  const HDC screen = GetDC(nullptr);
-  const HDC memory = CreateCompatibleDC(screen);
-  const HGDIOBJ before = SelectObject(memory, copy.Get());
-  BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
-  SelectObject(memory, before);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, screen);
-  const std::span<const RGBQUAD> pixels(static_cast<const RGBQUAD*>(bits), std::size_t(width) * height);
-  const auto light = std::count_if(pixels.begin(), pixels.end(), [](const RGBQUAD& pixel) {
-    return pixel.rgbRed + pixel.rgbGreen + pixel.rgbBlue > 3 * 128;
+  const std::vector<std::uint32_t> pixels = PixelsOf(area);
+  const auto light = std::count_if(pixels.begin(), pixels.end(), [](std::uint32_t pixel) {
+    return (pixel & 0xFF) + (pixel >> 8 & 0xFF) + (pixel >> 16 & 0xFF) > 3 * 128;
   });
   return static_cast<double>(light) / static_cast<double>(pixels.size());
 }
