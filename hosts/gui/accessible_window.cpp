@@ -11,6 +11,7 @@ namespace smh {
 namespace {
 
 constexpr UINT_PTR kSubclass = 2;
+constexpr UINT kAnnounce = WM_APP + 0x100;
 
 // After these a control may have another focus, selection or state; a paint shows what became known
 // elsewhere.
@@ -22,6 +23,12 @@ bool MayChange(UINT message) noexcept {
     if (each == message) return true;
   }
   return false;
+}
+
+bool HasListener() noexcept {
+  return IsWinEventHookInstalled(EVENT_OBJECT_FOCUS) != FALSE ||
+         IsWinEventHookInstalled(EVENT_OBJECT_SELECTION) != FALSE ||
+         IsWinEventHookInstalled(EVENT_OBJECT_STATECHANGE) != FALSE;
 }
 
 }  // namespace
@@ -47,8 +54,12 @@ LRESULT CALLBACK AccessibleWindow::Procedure(HWND window, UINT message, WPARAM w
     if (message == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT) {
       if (const LRESULT answer = owner.Answer(wParam); answer != 0) return answer;
     }
+    if (message == kAnnounce) {
+      owner.Announce();
+      return 0;
+    }
     const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
-    if (MayChange(message) && owner.window_ != nullptr) owner.Announce(message == WM_SETFOCUS);
+    if (MayChange(message) && owner.window_ != nullptr) owner.AnnounceLater(message == WM_SETFOCUS);
     return result;
   } catch (...) {
     // Who reads the screen gets the system's answer.
@@ -61,12 +72,17 @@ LRESULT AccessibleWindow::Answer(WPARAM wParam) {
   return AccessibleAnswer(wParam, pane_.Get());
 }
 
-// Without a listener nothing is asked of the model.
-void AccessibleWindow::Announce(bool gotFocus) {
-  const bool hasListener = IsWinEventHookInstalled(EVENT_OBJECT_FOCUS) != FALSE ||
-                           IsWinEventHookInstalled(EVENT_OBJECT_SELECTION) != FALSE ||
-                           IsWinEventHookInstalled(EVENT_OBJECT_STATECHANGE) != FALSE;
-  if (!hasListener) return;
+// A thousand rows that are selected one by one are one piece of news. Without a listener nothing is asked of
+// the model.
+void AccessibleWindow::AnnounceLater(bool gotFocus) noexcept {
+  if (!HasListener()) return;
+  gotFocus_ = gotFocus_ || gotFocus;
+  if (!isPosted_) isPosted_ = PostMessageW(window_, kAnnounce, 0, 0) != FALSE;
+}
+
+void AccessibleWindow::Announce() {
+  isPosted_ = false;
+  const bool gotFocus = std::exchange(gotFocus_, false) && GetFocus() == window_;
   Told now;
   now.focused = model_->Focused();
   now.selected = model_->Selected();

@@ -20,7 +20,8 @@ class AccessibleWindow {
   AccessibleWindow& operator=(const AccessibleWindow&) = delete;
 
   // Called once. From here on WM_GETOBJECT is answered from the model; focus, selection and what the focused
-  // child is are announced (NotifyWinEvent) when they are others after a message that may change them.
+  // child is are announced (NotifyWinEvent) when they are others, once for all messages that are handled
+  // before the thread takes its next posted one.
   void Attach(HWND control, std::unique_ptr<AccessibleModel> model);
 
  private:
@@ -35,12 +36,15 @@ class AccessibleWindow {
                                     DWORD_PTR self) noexcept;
   void Detach() noexcept;
   LRESULT Answer(WPARAM wParam);
-  void Announce(bool gotFocus);
+  void AnnounceLater(bool gotFocus) noexcept;
+  void Announce();
 
   HWND window_ = nullptr;
   std::unique_ptr<AccessibleModel> model_;
   ComPtr<AccessiblePane> pane_;  // made by the first question
   Told told_;
+  bool isPosted_ = false;  // the message that announces
+  bool gotFocus_ = false;
 };
 
 }  // namespace smh

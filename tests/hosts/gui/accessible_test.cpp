@@ -159,6 +159,21 @@ TEST_F(AccessibleTest, ChangesAreTold) {
   gui->Command(CMD_DISABLE);
   EXPECT_TRUE(WaitForEvent(EVENT_OBJECT_STATECHANGE, control, mixer)) << "the check box";
   EXPECT_TRUE(WaitForEvent(EVENT_OBJECT_NAMECHANGE, control, mixer)) << "the status";
+
+  gui->Command(CMD_SELECT_ALL);
+  EXPECT_TRUE(WaitForEvent(EVENT_OBJECT_SELECTIONWITHIN, control, CHILDID_SELF));
+  const int all = gui->Count(IDC_ENTRIES);
+  gui->Search(L"program files");
+  ASSERT_TRUE(WaitUntil([&] { return gui->Count(IDC_ENTRIES) < all; }));
+  ASSERT_GT(gui->Selection(IDC_ENTRIES).size(), 5u) << "what is left stays selected";
+  g_events.clear();
+  gui->Search(L"");
+  ASSERT_TRUE(WaitUntil([&] { return gui->Count(IDC_ENTRIES) == all; }));
+  EXPECT_TRUE(WaitForEvent(EVENT_OBJECT_SELECTIONWITHIN, control, CHILDID_SELF));
+  const auto told = std::count_if(g_events.begin(), g_events.end(), [](const Event& each) {
+    return each.event == EVENT_OBJECT_SELECTIONWITHIN;
+  });
+  EXPECT_LE(told, 3) << "rows that the program selects again are told one by one";
   UnhookWinEvent(hook);
 }
 
