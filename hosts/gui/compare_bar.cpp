@@ -3,7 +3,6 @@
 #include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -62,8 +61,7 @@ int CompareBar::Place(const RECT& area) const {
   return height;
 }
 
-void CompareBar::Paint() const {
-  const PaintScope paint(Handle());
+void CompareBar::Paint(const PaintScope& paint) const {
   const Painter painter(paint.Canvas(), font_);
   painter.Fill(paint.Area(), Role::kBar);
   RECT line = paint.Area();
@@ -73,19 +71,11 @@ void CompareBar::Paint() const {
 
 LRESULT CompareBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_SIZE:
-      InvalidateRect(Handle(), nullptr, FALSE);
-      return 0;
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
     case WM_COMMAND:
       SendMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);
       return 0;
     default:
-      return DefWindowProcW(Handle(), message, wParam, lParam);
+      return PaintedWindow::OnMessage(message, wParam, lParam);
   }
 }
 

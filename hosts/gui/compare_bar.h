@@ -3,7 +3,7 @@
 #pragma once
 
 #include "hosts/gui/accessible_window.h"
-#include "hosts/gui/window.h"
+#include "hosts/gui/painted_window.h"
 
 #include <string>
 
@@ -11,7 +11,7 @@ namespace smh {
 
 // A click on a button sends its command, CMD_ONLY_DIFFERENT or CMD_STOP_COMPARING, to the window's parent,
 // which also destroys the window.
-class CompareBar final : public Window {
+class CompareBar final : public PaintedWindow {
  public:
   // Makes the bar, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -26,7 +26,7 @@ class CompareBar final : public Window {
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-  void Paint() const;
+  void Paint(const PaintScope& paint) const override;
   int LineHeight() const;
 
   HFONT font_ = nullptr;

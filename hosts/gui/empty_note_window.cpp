@@ -3,7 +3,6 @@
 #include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -38,7 +37,7 @@ void EmptyNoteWindow::Open(HWND parent) {
 void EmptyNoteWindow::SetDpi(int dpi, HFONT font) {
   dpi_ = dpi;
   font_ = font;
-  PlaceButtons();
+  Arrange();
 }
 
 void EmptyNoteWindow::Place(const RECT& area) {
@@ -75,7 +74,7 @@ void EmptyNoteWindow::MakeButtons() {
     accessible_.push_back(std::make_unique<AccessibleWindow>());
     accessible_.back()->Attach(button, std::make_unique<AccessibleButton>(button, note_.text));
   }
-  PlaceButtons();
+  Arrange();
 }
 
 RECT EmptyNoteWindow::TextArea() const {
@@ -91,7 +90,7 @@ RECT EmptyNoteWindow::TextArea() const {
   return {area.left, text.top, area.right, text.bottom};
 }
 
-void EmptyNoteWindow::PlaceButtons() {
+void EmptyNoteWindow::Arrange() {
   RECT area;
   GetClientRect(Handle(), &area);
   const int height = FontHeight(Handle(), font_) + Scaled(10, dpi_);
@@ -105,8 +104,7 @@ void EmptyNoteWindow::PlaceButtons() {
   }
 }
 
-void EmptyNoteWindow::Paint() const {
-  const PaintScope paint(Handle());
+void EmptyNoteWindow::Paint(const PaintScope& paint) const {
   const HDC canvas = paint.Canvas();
   const Painter painter(canvas, font_);
   painter.Fill(paint.Area(), Role::kWindow);
@@ -118,15 +116,6 @@ void EmptyNoteWindow::Paint() const {
 
 LRESULT EmptyNoteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_SIZE:
-      PlaceButtons();
-      InvalidateRect(Handle(), nullptr, FALSE);
-      return 0;
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
     case WM_PARENTNOTIFY:
       // The top-level window dresses what it gets; not every system passes that on.
       return SendMessageW(GetParent(Handle()), message, wParam, lParam);
@@ -135,7 +124,7 @@ LRESULT EmptyNoteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       PostMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);
       return 0;
     default:
-      return DefWindowProcW(Handle(), message, wParam, lParam);
+      return PaintedWindow::OnMessage(message, wParam, lParam);
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include "hosts/gui/accessible_window.h"
 #include "hosts/gui/empty_list.h"
-#include "hosts/gui/window.h"
+#include "hosts/gui/painted_window.h"
 
 #include <memory>
 #include <vector>
@@ -12,7 +12,7 @@
 namespace smh {
 
 // A click on a button sends its command to the window's parent, which also destroys the window.
-class EmptyNoteWindow final : public Window {
+class EmptyNoteWindow final : public PaintedWindow {
  public:
   // Makes the window, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -29,8 +29,8 @@ class EmptyNoteWindow final : public Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void MakeButtons();
-  void PlaceButtons();
-  void Paint() const;
+  void Arrange() override;
+  void Paint(const PaintScope& paint) const override;
   RECT TextArea() const;
 
   EmptyListNote note_;

@@ -4,7 +4,6 @@
 #include "hosts/gui/accessible_progress.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -53,6 +52,7 @@ void ProgressBar::SetDpi(int dpi, HFONT font) {
   dpi_ = dpi;
   font_ = font;
   SendMessageW(cancel_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  Arrange();
 }
 
 int ProgressBar::Height() const {
@@ -61,10 +61,9 @@ int ProgressBar::Height() const {
 
 void ProgressBar::Place(const RECT& area) const {
   MoveWindow(Handle(), area.left, area.bottom - Height(), WidthOf(area), Height(), TRUE);
-  Arrange();
 }
 
-void ProgressBar::Arrange() const {
+void ProgressBar::Arrange() {
   RECT area;
   GetClientRect(Handle(), &area);
   const int gap = Scaled(kGap, dpi_);
@@ -128,8 +127,7 @@ bool ProgressBar::TakesKey(const MSG& message, HWND search) {
   return true;
 }
 
-void ProgressBar::Paint() const {
-  const PaintScope paint(Handle());
+void ProgressBar::Paint(const PaintScope& paint) const {
   const Painter painter(paint.Canvas(), font_);
   painter.Fill(paint.Area(), Role::kBar);
   RECT line = paint.Area();
@@ -147,16 +145,8 @@ LRESULT ProgressBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_COMMAND:
       if (LOWORD(wParam) == IDCANCEL) Cancel();
       return 0;
-    case WM_SIZE:
-      InvalidateRect(Handle(), nullptr, FALSE);
-      return 0;
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
     default:
-      return DefWindowProcW(Handle(), message, wParam, lParam);
+      return PaintedWindow::OnMessage(message, wParam, lParam);
   }
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "hosts/gui/accessible_window.h"
+#include "hosts/gui/painted_window.h"
 #include "hosts/gui/running_actions.h"
-#include "hosts/gui/window.h"
 
 #include <functional>
 #include <string>
@@ -12,7 +12,7 @@
 namespace smh {
 
 // Follows the actions by itself, as long as the thread has time for its timers.
-class ProgressBar final : public Window {
+class ProgressBar final : public PaintedWindow {
  public:
   // Makes the bar as a child of `parent`, which destroys it, hidden. `onShow` shows it or hides it, and makes
   // room. Called once; SetDpi comes before Place. `actions` outlives the window. Raises HostError.
@@ -35,8 +35,8 @@ class ProgressBar final : public Window {
   void Update(const RunningAction& action);
   void ShowCount(std::size_t done, std::size_t all);
   void Cancel();
-  void Arrange() const;
-  void Paint() const;
+  void Arrange() override;
+  void Paint(const PaintScope& paint) const override;
 
   RunningActions* actions_ = nullptr;
   std::function<void(bool)> onShow_;
