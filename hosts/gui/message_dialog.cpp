@@ -18,6 +18,7 @@ constexpr int kMargin = 14;
 constexpr int kGap = 8;
 constexpr int kIcon = 32;
 constexpr int kTextWidth = 420;
+constexpr int kMostTextHeight = 400;  // the buttons have to stay on the screen
 constexpr int kButtonWidth = 80;
 constexpr int kButtonHeight = 26;
 constexpr UINT_PTR kSubclass = 1;
@@ -58,7 +59,8 @@ void Arrange(HWND dialog, const Message& message) {
   const HWND label = GetDlgItem(dialog, IDC_PROMPT);
   const SIZE text = Measure(label, message.text, Scaled(kTextWidth, dpi));
   const int textLeft = margin + Scaled(kIcon, dpi) + margin;
-  const int textHeight = std::max(static_cast<int>(text.cy), Scaled(kIcon, dpi));
+  const int textHeight =
+      std::clamp(static_cast<int>(text.cy), Scaled(kIcon, dpi), Scaled(kMostTextHeight, dpi));
   const HWND agree = GetDlgItem(dialog, IDOK);
   const HWND cancel = GetDlgItem(dialog, IDCANCEL);
   const int cancelWidth = ButtonWidth(cancel, dpi);

@@ -38,7 +38,7 @@ std::wstring RunningActions::WhyNotNow() const {
 }
 
 void RunningActions::Cancel() {
-  if (IsAny()) actions_.front().progress->Cancel();
+  if (IsAny() && actions_.front().CanBeCancelled()) actions_.front().progress->Cancel();
 }
 
 std::shared_ptr<ActionProgress> RunningActions::Begin(ActionTitle title) {

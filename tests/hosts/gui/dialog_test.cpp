@@ -1,7 +1,10 @@
 // What the dialogs say, where they stand, and what becomes of what was typed.
+#include "core/contracts/intf_safeguard.h"
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
 #include "tests/display/display_support.h"
 #include "tests/hosts/gui/gui_program.h"
+#include "tests/siblings/common/sibling_library.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 
@@ -103,6 +106,24 @@ TEST_F(DialogTest, ARefusedCommandStaysToBeMended) {
   EXPECT_TRUE(Closes(dialog));
   EXPECT_TRUE(
       WaitUntil([&] { return gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, L"Inkwell"), 4) == wanted; }));
+}
+
+TEST_F(DialogTest, WhatWasTriedGoesOnWithoutItsDialog) {
+  gui.SelectNode(L"Run, this user");
+  const HWND dialog = Open(CMD_ADD);
+  SetText(dialog, IDC_NAME, L"Zeta Test");
+  SetText(dialog, IDC_COMMAND, L"C:\\Samples\\plain.exe zeta");
+  const SiblingLibrary guardkit(L"guardkit.dll");
+  ISafeguard& safeguard = *guardkit.Service<ISafeguard>();
+  ASSERT_EQ(safeguard.BeginCheckpoint(L"held"), ERROR_SUCCESS);
+  Press(dialog, IDOK);
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDC_NAME))) << "the try did not wait for the journal";
+  Press(dialog, IDCANCEL);
+  EXPECT_TRUE(Closes(dialog));
+  ASSERT_EQ(safeguard.EndCheckpoint(), ERROR_SUCCESS);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Status(0) == L"Added \u201CZeta Test\u201D."; }))
+      << ToUtf8(gui.Status(0));
+  EXPECT_TRUE(WaitUntil([&] { return gui.RowOf(IDC_ENTRIES, L"Zeta Test") >= 0; }));
 }
 
 TEST_F(DialogTest, QuestionsNameWhatWillBeDoneAndEnterMeansNo) {
