@@ -2,11 +2,12 @@
 
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/theme.h"
+#include "infra/runtime/handle.h"
 
 #include <objidl.h>
 #include <gdiplus.h>
 
-#include <memory>
+#include <cstdint>
 
 namespace smh {
 
@@ -119,23 +120,38 @@ void DrawCheck(Graphics& canvas, bool ticked) {
   if (ticked) Line(canvas, Opaque(Role::kCheckMark), 1.8f, {{4.5f, 7.8f}, {6.8f, 10.2f}, {11, 5}});
 }
 
+// A bitmap with straight alpha, which is what image lists take.
+ScopedBitmap MakeStrip(int width, int height, std::uint32_t** pixels) {
+  BITMAPINFO format = {};
+  format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  ScopedBitmap strip(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+  *pixels = static_cast<std::uint32_t*>(bits);
+  return strip;
+}
+
+// All images are drawn on one bitmap: an icon for each takes many times as long.
 template <typename Draw>
 ScopedImageList MakeImages(int dpi, int count, Draw&& draw) {
   const int side = Scaled(kSide, dpi);
-  ScopedImageList images(ImageList_Create(side, side, ILC_COLOR32 | ILC_MASK, count, 1));
-  for (int i = 0; i < count; ++i) {
-    Bitmap bitmap(side, side, PixelFormat32bppARGB);
-    {
-      Graphics canvas(&bitmap);
-      canvas.SetSmoothingMode(SmoothingModeAntiAlias);
-      const float scale = static_cast<float>(side) / kSide;
+  ScopedImageList images(ImageList_Create(side, side, ILC_COLOR32, count, 1));
+  std::uint32_t* pixels = nullptr;
+  const ScopedBitmap strip = MakeStrip(side * count, side, &pixels);
+  if (!strip) return images;
+  {
+    Bitmap bitmap(side * count, side, 4 * side * count, PixelFormat32bppARGB,
+                  reinterpret_cast<BYTE*>(pixels));
+    Graphics canvas(&bitmap);
+    canvas.SetSmoothingMode(SmoothingModeAntiAlias);
+    const float scale = static_cast<float>(side) / kSide;
+    for (int i = 0; i < count; ++i) {
+      canvas.ResetTransform();
+      canvas.TranslateTransform(static_cast<float>(i * side), 0);
       canvas.ScaleTransform(scale, scale);
       draw(canvas, i);
     }
-    ScopedIcon icon;
-    bitmap.GetHICON(icon.Put());
-    ImageList_ReplaceIcon(images.Get(), -1, icon.Get());
   }
+  ImageList_Add(images.Get(), strip.Get(), nullptr);
   return images;
 }
 
