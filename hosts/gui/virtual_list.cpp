@@ -65,8 +65,11 @@ void VirtualList::Describe(std::wstring name, std::wstring action) {
 }
 
 void VirtualList::SetCount(std::size_t count) {
+  // The same number said once more can take as long as a page to draw.
+  if (count != count_) {
+    ListView_SetItemCountEx(list_, static_cast<int>(count), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+  }
   count_ = count;
-  ListView_SetItemCountEx(list_, static_cast<int>(count), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
   selection_.reset();
   InvalidateRect(list_, nullptr, FALSE);
 }
