@@ -44,9 +44,10 @@ IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* 
   return instance;
 }
 
-Library::Library(IconUse icons) {
+Library::Library(IconUse icons, const std::function<void()>& onLoaded) {
   for (const wchar_t* const name : kSiblings) siblings_.push_back(LoadFromOwnFolder(name));
   module_ = LoadFromOwnFolder(kLibrary);
+  if (onLoaded) onLoaded();
   IUnknown* const instance = AskInstance(module_.Get(), kLibrary, IStartupManager::kId);
   // The library answers with the very interface that was named.
   manager_ = ComPtr<IStartupManager>(static_cast<IStartupManager*>(instance));

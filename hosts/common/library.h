@@ -5,6 +5,7 @@
 #include "infra/runtime/com_ptr.h"
 #include "infra/runtime/handle.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,9 @@ enum class IconUse { kNone, kShown };
 class Library {
  public:
   // Loads the siblings that the library cannot do without, so that a missing one is a failure like others,
-  // then the library. Raises HostError.
-  explicit Library(IconUse icons = IconUse::kNone);
+  // then the library, and calls `onLoaded`; then starts the library, which writes down what the Run keys hold
+  // and takes its time for that. Raises HostError.
+  explicit Library(IconUse icons = IconUse::kNone, const std::function<void()>& onLoaded = {});
   // Stops the reader before the library is freed.
   ~Library();
   Library(const Library&) = delete;

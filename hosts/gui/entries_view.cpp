@@ -23,6 +23,7 @@ std::vector<ListColumn> ListColumns() {
 }  // namespace
 
 EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame) {
+  request_.isReading = true;
   list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
   list_.Describe(L"Start-up entries", L"Show details");
   list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());

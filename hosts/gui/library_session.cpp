@@ -74,7 +74,7 @@ std::wstring OpenOne(IStartupItem* item, ItemAction action) {
   return DialogBlocker::HasRefused() ? L"the system could not do it." : std::wstring();
 }
 
-LibrarySession::LibrarySession() : library_(IconUse::kShown) {}
+LibrarySession::LibrarySession(const std::function<void()>& onLoaded) : library_(IconUse::kShown, onLoaded) {}
 
 LibrarySession::~LibrarySession() {
   if (*openSheets_ > 0) TerminateProcess(GetCurrentProcess(), 0);

@@ -57,8 +57,8 @@ enum class ExportFormat { kCsv, kJson };
 // Owns the library, loaded for as long as it lives, and what has been seen of its list.
 class LibrarySession {
  public:
-  // Loads the libraries; nothing is read yet.
-  LibrarySession();
+  // Loads the libraries, calls `onLoaded`, and starts the library; no entry is read yet.
+  explicit LibrarySession(const std::function<void()>& onLoaded = {});
   // Ends the process when a property sheet is open, since that is inside the library.
   ~LibrarySession();
 

@@ -107,12 +107,20 @@ void Worker::Post(Task task) {
 
 void Worker::Run() noexcept {
   const ScopedCom com(COINIT_APARTMENTTHREADED);
-  beginFault_ = FaultOf([this] {
-    LibrarySession session;
-    SetEvent(begun_.Get());
+  bool isLoaded = false;
+  const std::wstring fault = FaultOf([&] {
+    LibrarySession session([&] {
+      isLoaded = true;
+      SetEvent(begun_.Get());
+    });
     Serve(session);
   });
-  SetEvent(begun_.Get());
+  if (isLoaded) {
+    Tell(fault);
+  } else {
+    beginFault_ = fault;
+    SetEvent(begun_.Get());
+  }
   SetEvent(ended_.Get());
 }
 
@@ -152,6 +160,10 @@ void Worker::RunTask(LibrarySession& session, const Task& task) {
   busy_ = true;
   const std::wstring fault = FaultOf([&] { task(session); });
   busy_ = false;
+  Tell(fault);
+}
+
+void Worker::Tell(const std::wstring& fault) {
   if (!fault.empty()) queue_.Post([this, fault] { events_.onFailure(fault); });
 }
 
@@ -163,7 +175,7 @@ void Worker::Look(LibrarySession& session) {
       queue_.Post([this, shared = std::make_shared<ListNews>(std::move(*news))] { events_.onNews(*shared); });
     }
   });
-  if (!fault.empty() && fault != lookFault_) queue_.Post([this, fault] { events_.onFailure(fault); });
+  if (fault != lookFault_) Tell(fault);
   lookFault_ = fault;
   lookTook_ = static_cast<DWORD>(GetTickCount64() - begin);
 }

@@ -57,8 +57,8 @@ class Worker {
     std::function<void(const std::wstring& text)> onFailure;
   };
 
-  // Returns when the libraries are loaded. Raises HostError with what that raised. The queue outlives the
-  // worker.
+  // Returns when the libraries are loaded, and raises HostError with what that raised; what starting them
+  // raises goes to onFailure. The queue outlives the worker.
   explicit Worker(UiQueue& queue);
   // Waits for the task at work; those behind it are dropped. A reader that hangs on a dead path is not waited
   // for longer than ten seconds: the process ends then.
@@ -96,6 +96,7 @@ class Worker {
   void Run() noexcept;
   void Serve(LibrarySession& session);
   bool TakeTask(Task& task);
+  void Tell(const std::wstring& fault);
   void RunTask(LibrarySession& session, const Task& task);
   void Look(LibrarySession& session);
   void WaitForLook(const LibrarySession& session) const;
@@ -111,7 +112,7 @@ class Worker {
   const ScopedHandle ended_;
   std::atomic<bool> stop_{false};
   std::atomic<bool> busy_{false};
-  std::wstring beginFault_;  // written before ended_ is set; read when loading has failed or all is over
+  std::wstring beginFault_;  // written before begun_ is set
   std::wstring lookFault_;   // of the worker's thread
   DWORD lookTook_ = 0;       // milliseconds; of the worker's thread
   std::thread thread_;
