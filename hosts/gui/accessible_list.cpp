@@ -13,27 +13,10 @@ namespace {
 
 constexpr std::size_t kMostUnits = 4096;
 
-std::vector<int> ColumnOrder(HWND list) {
-  std::vector<int> order(static_cast<std::size_t>(Header_GetItemCount(ListView_GetHeader(list))));
-  ListView_GetColumnOrderArray(list, static_cast<int>(order.size()), order.data());
-  return order;
-}
-
-std::wstring TitleOf(HWND list, int column) {
-  wchar_t text[128] = L"";
-  HDITEMW item = {};
-  item.mask = HDI_TEXT;
-  item.pszText = text;
-  item.cchTextMax = ARRAYSIZE(text);
-  SendMessageW(ListView_GetHeader(list), HDM_GETITEMW, static_cast<WPARAM>(column),
-               reinterpret_cast<LPARAM>(&item));
-  return text;
-}
-
 }  // namespace
 
-AccessibleList::AccessibleList(HWND list, std::wstring name, std::wstring action)
-    : list_(list), name_(std::move(name)), action_(std::move(action)) {}
+AccessibleList::AccessibleList(const ListColumns& columns, HWND list, std::wstring name, std::wstring action)
+    : columns_(columns), list_(list), name_(std::move(name)), action_(std::move(action)) {}
 
 int AccessibleList::Count() const {
   return ListView_GetItemCount(list_);
@@ -54,11 +37,11 @@ std::wstring AccessibleList::Cell(int row, int column) const {
 std::wstring AccessibleList::Name(int child) const {
   if (child == 0) return name_;
   std::wstring name;
-  for (const int column : ColumnOrder(list_)) {
-    const std::wstring cell = Cell(child - 1, column);
-    if (cell.empty() || ListView_GetColumnWidth(list_, column) == 0) continue;
+  for (const std::size_t column : columns_.Order()) {
+    const std::wstring cell = Cell(child - 1, static_cast<int>(column));
+    if (cell.empty() || ListView_GetColumnWidth(list_, static_cast<int>(column)) == 0) continue;
     if (!name.empty()) name += L", ";
-    name += column == 0 ? cell : TitleOf(list_, column) + L": " + cell;
+    name += column == 0 ? cell : columns_.Title(column) + L": " + cell;
   }
   return name;
 }

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "hosts/gui/accessible_model.h"
+#include "hosts/gui/list_columns.h"
 
 namespace smh {
 
-// Reads everything from the control, which it does not own.
+// Reads everything else from the control, which it does not own.
 class AccessibleList final : public AccessibleModel {
  public:
-  // `action` names what Enter does with a row; empty when it does nothing.
-  AccessibleList(HWND list, std::wstring name, std::wstring action);
+  // `columns` are those of the list, and outlive this object. `action` names what Enter does with a row;
+  // empty when it does nothing.
+  AccessibleList(const ListColumns& columns, HWND list, std::wstring name, std::wstring action);
 
   // See accessible_model.h. A row is named by its cells in the order of the columns on the screen, with the
   // titles of those behind the first.
@@ -30,6 +32,7 @@ class AccessibleList final : public AccessibleModel {
   bool Is(int row, UINT state) const;
   void Set(int row, UINT state, UINT mask) const;
 
+  const ListColumns& columns_;
   const HWND list_;
   const std::wstring name_;
   const std::wstring action_;

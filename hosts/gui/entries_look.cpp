@@ -11,10 +11,16 @@ namespace {
 
 // The colour is not all that tells a difference: its word stands in front of the status.
 std::wstring CellText(const EntryRow& row, std::size_t column) {
-  if (row.IsGone() && column == kTrustColumn) return {};
+  if (row.IsGone() && (column == kTrustColumn || column == kStartsColumn)) return {};
   if (!row.difference || column != kStatusColumn) return EntryColumns()[column].text(row.item);
   std::wstring text(DifferenceTitle(row.difference->kind));
   return row.IsGone() ? text : text + L": " + StatusText(row.item);
+}
+
+// An entry whose caption others have, too, says here which one it is.
+std::wstring ShownText(const EntryRow& row, std::size_t column) {
+  const std::wstring text = MakeVisible(CellText(row, column)).text;
+  return column == kNameColumn && !row.twinMark.empty() ? text + L"  \u2013  " + row.twinMark : text;
 }
 
 Role RoleOf(DifferenceKind kind) noexcept {
@@ -32,19 +38,19 @@ Role RoleOf(DifferenceKind kind) noexcept {
 
 }  // namespace
 
-ListSource LookOf(const EntryRows& rows) {
+ListSource LookOf(const EntryRows& rows, const ChosenColumns& columns) {
   ListSource source;
-  source.text = [&rows](std::size_t row, std::size_t column) {
-    return MakeVisible(CellText(*rows.Shown()[row], column)).text;
+  source.text = [&rows, &columns](std::size_t row, std::size_t column) {
+    return ShownText(*rows.Shown()[row], columns.At(column));
   };
-  source.copied = [&rows](std::size_t row, std::size_t column) {
-    return CellText(*rows.Shown()[row], column);
+  source.copied = [&rows, &columns](std::size_t row, std::size_t column) {
+    return CellText(*rows.Shown()[row], columns.At(column));
   };
-  source.image = [&rows](std::size_t row, std::size_t column) {
+  source.image = [&rows, &columns](std::size_t row, std::size_t column) {
     const ItemRecord& item = rows.Shown()[row]->item;
-    if (column == kNameColumn) return static_cast<int>(item.imageIndex);
+    if (columns.At(column) == kNameColumn) return static_cast<int>(item.imageIndex);
     if (rows.Shown()[row]->IsGone()) return I_IMAGENONE;
-    return column == kTrustColumn ? static_cast<int>(TrustPicture(item)) : I_IMAGENONE;
+    return columns.At(column) == kTrustColumn ? static_cast<int>(TrustPicture(item)) : I_IMAGENONE;
   };
   source.checked = [&rows](std::size_t row) { return rows.Shown()[row]->item.enabled; };
   source.color = [&rows](std::size_t row) {

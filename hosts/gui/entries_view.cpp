@@ -14,19 +14,13 @@ constexpr int kLeastListHeight = 80;
 constexpr int kLeastDetailsHeight = 60;
 constexpr std::size_t kFilesAtOnce = 64;
 
-std::vector<ListColumn> ListColumns() {
-  std::vector<ListColumn> columns;
-  for (const EntryColumn& column : EntryColumns()) columns.push_back({column.title, column.width});
-  return columns;
-}
-
 }  // namespace
 
 EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame) {
   request_.isReading = true;
-  list_.Create(parent, IDC_ENTRIES, ListColumns(), MakeSource());
+  list_.Create(parent, IDC_ENTRIES, ChosenColumns::FirstColumns(), MakeSource());
   list_.Describe(L"Start-up entries", L"Show details");
-  list_.ShowSortArrow(rows_.SortColumn(), rows_.Descending());
+  columns_.ShowOrder(rows_.FirstOrder(), rows_.SecondOrder());
   details_.Create(parent);
   around_.Create(parent);
   splitter_.Open(parent, Splitter::Direction::kUpDown, [this](int position) {
@@ -35,10 +29,9 @@ EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), comma
 }
 
 ListSource EntriesView::MakeSource() {
-  ListSource source = LookOf(rows_);
-  source.onSort = [this](std::size_t column) {
-    SortBy(column, column == rows_.SortColumn() && !rows_.Descending());
-  };
+  ListSource source = LookOf(rows_, columns_);
+  source.onSort = [this](std::size_t column) { SortByColumn(columns_.At(column)); };
+  source.onHeaderMenu = [this](POINT point) { columns_.ShowMenu(frame_.window, point); };
   source.onCheck = [this](std::size_t row) { Toggle(row); };
   source.onSelect = [this] { OnSelect(); };
   source.onActivate = [this] { SetFocus(details_.Handle()); };
@@ -78,7 +71,7 @@ void EntriesView::CheckNext() {
 }
 
 void EntriesView::TakeTrust(const std::vector<ItemRecord>& checked) {
-  const Standing standing = Remember();
+  const ListStanding standing(list_, rows_);
   if (rows_.TakeTrust(checked)) {
     Rearrange(standing, [] {});
   } else {
@@ -131,54 +124,37 @@ void EntriesView::Search(std::wstring_view text) {
   ShowAnew([&] { rows_.Search(text); });
 }
 
-void EntriesView::SortBy(std::size_t column, bool descending) {
-  if (column >= EntryColumns().size()) return;
-  ShowAnew([&] { rows_.Sort(column, descending); });
-  list_.ShowSortArrow(column, descending);
+void EntriesView::SortBy(const EntryRows::Order& first, const EntryRows::Order& second) {
+  ShowAnew([&] { rows_.Sort(first, second); });
+  columns_.ShowOrder(first, second);
 }
 
-EntriesView::Standing EntriesView::Remember() const {
-  Standing standing;
-  for (const RowId id : rows_.IdsAt(list_.Selection())) standing.selected.insert(id);
-  standing.focusedPosition = list_.Focused();
-  const auto idAt = [this](std::size_t row) {
-    return row < rows_.Shown().size() ? rows_.Shown()[row]->id : 0;
-  };
-  standing.focused = idAt(standing.focusedPosition);
-  if (list_.TopRow() > 0) standing.top = idAt(list_.TopRow());
-  return standing;
+// The order before decides among equals.
+void EntriesView::SortByColumn(std::size_t column) {
+  const EntryRows::Order now = rows_.FirstOrder();
+  if (column == now.column) return SortBy({column, !now.descending}, rows_.SecondOrder());
+  SortBy({column, false}, now);
 }
 
-void EntriesView::Restore(const Standing& standing) {
-  const std::size_t count = rows_.Shown().size();
-  list_.SetCount(count);
-  const auto focused = rows_.PositionsOf({standing.focused});
-  // The entry that has gone leaves the focus to the one that takes its place.
-  std::size_t row = focused.empty() ? standing.focusedPosition : focused.front();
-  if (focused.empty() && standing.focused != 0 && count > 0) row = std::min(row, count - 1);
-  list_.Select(rows_.PositionsOf(standing.selected), row);
-  const auto top = rows_.PositionsOf({standing.top});
-  if (!top.empty()) list_.ScrollTo(top.front());
-  if (standing.top == 0) list_.ScrollTo(0);
+void EntriesView::LoadLook() {
+  if (const auto orders = columns_.Load()) SortBy(orders->first, orders->second);
 }
 
 template <typename Change>
 void EntriesView::Rearrange(Change&& change) {
-  Rearrange(Remember(), change);
+  Rearrange(ListStanding(list_, rows_), change);
 }
 
 template <typename Change>
-void EntriesView::Rearrange(const Standing& standing, Change&& change) {
+void EntriesView::Rearrange(const ListStanding& standing, Change&& change) {
   change();
-  Restore(standing);
+  standing.Restore(list_, rows_);
   around_.Update(rows_, request_, list_.Handle());
 }
 
 template <typename Change>
 void EntriesView::ShowAnew(Change&& change) {
-  Standing standing = Remember();
-  standing.top = 0;
-  Rearrange(standing, change);
+  Rearrange(ListStanding(list_, rows_).AtTop(), change);
 }
 
 void EntriesView::SelectAdded() {
@@ -389,7 +365,7 @@ bool EntriesView::CanRun(UINT command) const {
     case CMD_DETAILS:
       return only != nullptr;
     default:
-      return FilterOf(command) < kFilterCount;
+      return ChosenColumns::CanRun(command) || FilterOf(command) < kFilterCount;
   }
 }
 
@@ -435,6 +411,7 @@ void EntriesView::Run(UINT command) {
     case CMD_EXPORT:
       return commands_.Export(SelectedOrShown(), list_.Selection().size() >= 2);
     default:
+      if (ChosenColumns::CanRun(command)) return columns_.Run(command, frame_.window);
       return ChangeFilters(FilterSet(rows_.Filters()).flip(FilterOf(command)));
   }
 }

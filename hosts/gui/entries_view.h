@@ -3,9 +3,11 @@
 // answer later.
 #pragma once
 
+#include "hosts/gui/chosen_columns.h"
 #include "hosts/gui/details_pane.h"
 #include "hosts/gui/entry_commands.h"
 #include "hosts/gui/entry_rows.h"
+#include "hosts/gui/list_standing.h"
 #include "hosts/gui/list_surroundings.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
@@ -52,11 +54,9 @@ class EntriesView final : public View {
   // Whether an entry that is shown can be neither switched nor deleted.
   bool HasLockedEntries() const;
 
-  // At 96 DPI, in the order of EntryColumns.
-  std::vector<int> ColumnWidths() const { return list_.ColumnWidths(); }
-  void SetColumnWidths(const std::vector<int>& widths) { list_.SetColumnWidths(widths); }
-  // A column beyond the last one is ignored.
-  void SortBy(std::size_t column, bool descending);
+  // The columns and the order, as the user has left them; see chosen_columns.h.
+  void LoadLook();
+  void SaveLook() const { columns_.Save(); }
   // At 96 DPI; the height is kept within the view when it is placed.
   int DetailsHeight() const noexcept { return detailsHeight_; }
   void SetDetailsHeight(int height);
@@ -74,28 +74,21 @@ class EntriesView final : public View {
   std::wstring CountText() const override;
 
  private:
-  // What is selected and where the list stands, by entries instead of positions.
-  struct Standing {
-    std::set<RowId> selected;
-    RowId focused = 0;
-    std::size_t focusedPosition = 0;
-    RowId top = 0;  // none: the list is at its top
-  };
-  Standing Remember() const;
-  void Restore(const Standing& standing);
   // Changes rows_ and keeps selection and place: for what happens behind the user's back. A list that stands
   // at its top stays there, so that what comes in before the first row is seen.
   template <typename Change>
   void Rearrange(Change&& change);
   // The same with what was selected before.
   template <typename Change>
-  void Rearrange(const Standing& standing, Change&& change);
+  void Rearrange(const ListStanding& standing, Change&& change);
   // Changes rows_ for the user, who has asked for other rows or another order: keeps the selection, and
   // begins at the top.
   template <typename Change>
   void ShowAnew(Change&& change);
 
   ListSource MakeSource();
+  void SortBy(const EntryRows::Order& first, const EntryRows::Order& second);
+  void SortByColumn(std::size_t column);
   void ChooseImages();
   void ChangeFilters(const FilterSet& filters);
   void OnSelect();
@@ -120,6 +113,7 @@ class EntriesView final : public View {
   EntryCommands commands_;
   EntryRows rows_;
   VirtualList list_;
+  ChosenColumns columns_{list_};
   DetailsPane details_;
   ListSurroundings around_;
   Splitter splitter_;

@@ -10,17 +10,6 @@ namespace smh {
 
 namespace {
 
-// Date and time as the user writes them.
-std::wstring LocalTime(const std::optional<double>& date) {
-  SYSTEMTIME time;
-  if (!date || !VariantTimeToSystemTime(*date, &time)) return {};
-  wchar_t day[64] = L"";
-  wchar_t clock[64] = L"";
-  GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, day, ARRAYSIZE(day));
-  GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &time, nullptr, clock, ARRAYSIZE(clock));
-  return std::wstring(day) + L" " + clock;
-}
-
 std::wstring SizeText(const std::optional<std::int64_t>& size) {
   if (!size) return {};
   const std::wstring digits = std::to_wstring(*size);
@@ -60,7 +49,7 @@ std::wstring LocalTime(const FILETIME& time) {
       !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) || !SystemTimeToVariantTime(&local, &date)) {
     return {};
   }
-  return LocalTime(std::optional(date));
+  return LocalTimeText(std::optional(date));
 }
 
 using Lines = std::vector<DetailLine>;
@@ -71,7 +60,7 @@ void AddStart(const ItemRecord& item, Lines& lines) {
   for (const std::wstring_view reason : ReasonSentences(item)) {
     lines.push_back({isCertain ? L"Because" : L"Perhaps", PlainText(std::wstring(reason))});
   }
-  lines.push_back({L"Switched off", PlainText(LocalTime(item.switchedOffSince))});
+  lines.push_back({L"Switched off", PlainText(LocalTimeText(item.switchedOffSince))});
   lines.push_back({L"Note", PlainText(std::wstring(NameMarkText(item)))});
 }
 
@@ -115,9 +104,9 @@ std::vector<DetailLine> DetailsOf(const ItemRecord& item, const std::wstring& fi
       {L"Trademarks", MakeVisible(item.legalTrademarks)},
       {L"Type", MakeVisible(item.fileTypeName)},
       {L"Size", PlainText(SizeText(item.fileSize))},
-      {L"Created", PlainText(LocalTime(item.creationTime))},
-      {L"Changed", PlainText(LocalTime(item.lastWriteTime))},
-      {L"Last opened", PlainText(LocalTime(item.lastAccessTime))},
+      {L"Created", PlainText(LocalTimeText(item.creationTime))},
+      {L"Changed", PlainText(LocalTimeText(item.lastWriteTime))},
+      {L"Last opened", PlainText(LocalTimeText(item.lastAccessTime))},
       {L"Location", PlainText(FullTitle(item.location))},
       {L"Stored as", MakeVisible(item.name)},
   };

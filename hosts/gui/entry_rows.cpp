@@ -6,42 +6,39 @@
 #include "infra/runtime/text.h"
 
 #include <algorithm>
+#include <span>
+#include <unordered_map>
 #include <utility>
 
 namespace smh {
 
 namespace {
 
-constexpr EntryColumn kColumns[] = {
-    {L"Name", 155, CaptionText},
-    {L"Status", 232, StatusText},
-    {L"Company", 125, [](const ItemRecord& item) { return Printable(item.company); }},
-    {L"Trust", 120, TrustText},
-    {L"Command", 205, [](const ItemRecord& item) { return Printable(item.command); }},
-    {L"Location", 140, [](const ItemRecord& item) { return FullTitle(item.location); }},
-};
-
 // The numbers of rows of a saved state, which are the same after every look.
 constexpr RowId kGoneRows = RowId{1} << 63;
 
-// By the rules of the user's locale, in a form that compares byte by byte.
-std::string SortKeyOf(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE;
-  const int size =
-      length == 0 ? 0 : LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), length, nullptr, 0);
-  std::string key(static_cast<std::size_t>(std::max(size, 0)), '\0');
-  if (size > 0) {
-    LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.c_str(), length, reinterpret_cast<wchar_t*>(key.data()),
-                 size);
-  }
-  return key;
-}
+// What tells entries of one caption apart: the first of these that differs among them, and among those that
+// are still equal the next.
+constexpr std::wstring (*kTwinMarks[])(const ItemRecord&) = {
+    [](const ItemRecord& item) { return FullTitle(item.location); },
+    ViewText,
+    [](const ItemRecord& item) {
+      if (item.value) return Printable(*item.value);
+      return Printable(FileNamePart(item.key.empty() ? item.name : item.key));
+    },
+};
 
-std::string SortKeyOf(const ItemRecord& item, std::size_t column) {
-  std::string key = SortKeyOf(EntryColumns()[column].text(item));
-  if (column == kTrustColumn) key.insert(key.begin(), static_cast<char>(TrustRank(item) + 1));
-  return key;
+void TellApart(const std::vector<EntryRow*>& twins,
+               std::span<std::wstring (*const)(const ItemRecord&)> marks) {
+  if (twins.size() < 2 || marks.empty()) return;
+  std::map<std::wstring, std::vector<EntryRow*>> groups;
+  for (EntryRow* const row : twins) groups[marks.front()(row->item)].push_back(row);
+  for (const auto& [mark, group] : groups) {
+    for (EntryRow* const row : group) {
+      if (groups.size() > 1 && !mark.empty()) row->twinMark += (row->twinMark.empty() ? L"" : L", ") + mark;
+    }
+    TellApart(group, marks.subspan(1));
+  }
 }
 
 // Whether what was found out about the one holds for the other.
@@ -53,8 +50,8 @@ bool IsSameFile(const ItemRecord& a, const ItemRecord& b) {
 
 std::wstring SearchedText(const ItemRecord& item) {
   std::wstring text = StatusText(item) + L'\n' + TrustText(item) + L'\n' + FullTitle(item.location);
-  for (const std::wstring& part :
-       {item.caption, item.command, item.company, item.description, item.productName}) {
+  for (const std::wstring& part : {item.caption, item.command, item.company, item.description,
+                                   item.productName, item.version, SignerText(item)}) {
     text.append(1, L'\n').append(part);
   }
   return LowerCase(text);
@@ -72,10 +69,6 @@ std::vector<std::wstring> WordsOf(const std::wstring& text) {
 
 }  // namespace
 
-std::span<const EntryColumn> EntryColumns() noexcept {
-  return kColumns;
-}
-
 void EntryRows::Apply(std::vector<WatchEvent> events) {
   for (WatchEvent& event : events) {
     if (event.kind == L"removed") {
@@ -87,12 +80,14 @@ void EntryRows::Apply(std::vector<WatchEvent> events) {
     }
   }
   CompareNow();
+  MarkTwins();
   Arrange();
 }
 
 void EntryRows::Compare(std::shared_ptr<const Snapshot> before) {
   before_ = std::move(before);
   CompareNow();
+  MarkTwins();
   Arrange();
 }
 
@@ -150,7 +145,8 @@ void EntryRows::Put(ItemRecord item) {
 
 void EntryRows::Fill(EntryRow& row, ItemRecord item) const {
   row.searched = SearchedText(item);
-  row.sortKey = SortKeyOf(item, column_);
+  row.sortKey = SortKeyOf(item, first_.column);
+  row.secondKey = SortKeyOf(item, second_.column);
   row.item = std::move(item);
 }
 
@@ -180,10 +176,13 @@ bool EntryRows::TakeTrust(const std::vector<ItemRecord>& checked) {
     ItemRecord now = row.item;
     now.trust = item.trust;
     row.isChecked = true;
-    hasNews = hasNews || TrustText(now) != TrustText(row.item);
+    hasNews = hasNews || TrustText(now) != TrustText(row.item) || SignerText(now) != SignerText(row.item);
     Fill(row, std::move(now));
   }
-  const bool isArranged = column_ != kTrustColumn && filters_.none() && words_.empty();
+  const auto isByTrust = [](const Order& order) {
+    return order.column == kTrustColumn || order.column == kSignerColumn;
+  };
+  const bool isArranged = !isByTrust(first_) && !isByTrust(second_) && filters_.none() && words_.empty();
   if (!hasNews || isArranged) return false;
   Arrange();
   return true;
@@ -226,14 +225,34 @@ void EntryRows::Search(std::wstring_view text) {
   Filter();
 }
 
-void EntryRows::Sort(std::size_t column, bool descending) {
-  if (column != column_) {
-    column_ = column;
-    for (auto& [key, row] : rows_) row.sortKey = SortKeyOf(row.item, column);
-    for (EntryRow& row : gone_) row.sortKey = SortKeyOf(row.item, column);
-  }
-  descending_ = descending;
+void EntryRows::Sort(const Order& first, const Order& second) {
+  const bool isSwapped = first.column == second_.column && second.column == first_.column;
+  const auto renew = [&](EntryRow& row) {
+    if (isSwapped) return row.sortKey.swap(row.secondKey);
+    if (second.column == first_.column) row.secondKey = row.sortKey;
+    if (second.column != first_.column && second.column != second_.column) {
+      row.secondKey = SortKeyOf(row.item, second.column);
+    }
+    if (first.column != first_.column) row.sortKey = SortKeyOf(row.item, first.column);
+  };
+  for (auto& [key, row] : rows_) renew(row);
+  for (EntryRow& row : gone_) renew(row);
+  first_ = first;
+  second_ = second;
   Arrange();
+}
+
+// What has gone is told from what is there, too.
+void EntryRows::MarkTwins() {
+  std::unordered_map<std::wstring, std::vector<EntryRow*>> captions;
+  captions.reserve(rows_.size());
+  const auto take = [&captions](EntryRow& row) {
+    row.twinMark.clear();
+    captions[CaptionText(row.item)].push_back(&row);
+  };
+  for (auto& [key, row] : rows_) take(row);
+  for (EntryRow& row : gone_) take(row);
+  for (const auto& [caption, twins] : captions) TellApart(twins, kTwinMarks);
 }
 
 void EntryRows::Arrange() {
@@ -243,7 +262,9 @@ void EntryRows::Arrange() {
   for (const EntryRow& row : gone_) order_.push_back(&row);
   // Rows are gathered in the order of their keys, which equal ones keep.
   std::stable_sort(order_.begin(), order_.end(), [this](const EntryRow* a, const EntryRow* b) {
-    return descending_ ? b->sortKey < a->sortKey : a->sortKey < b->sortKey;
+    if (const int order = a->sortKey.compare(b->sortKey); order != 0) return first_.descending == (order > 0);
+    const int order = a->secondKey.compare(b->secondKey);
+    return second_.descending ? order > 0 : order < 0;
   });
   Filter();
 }

@@ -5,6 +5,7 @@
 #include "core/contracts/location_table.h"
 #include "hosts/common/entry_watch.h"
 #include "hosts/gui/comparison.h"
+#include "hosts/gui/entry_columns.h"
 #include "hosts/gui/entry_filter.h"
 #include "hosts/gui/entry_words.h"
 
@@ -14,28 +15,10 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <vector>
 
 namespace smh {
-
-// A column's title, its first width, and its printable text for an entry. The functions on columns and single
-// entries are pure, for any thread.
-struct EntryColumn {
-  const wchar_t* title;
-  int width;  // at 96 DPI
-  std::wstring (*text)(const ItemRecord& item);
-};
-
-// The columns with a picture.
-inline constexpr std::size_t kNameColumn = 0;
-inline constexpr std::size_t kTrustColumn = 3;
-// The one that says the state.
-inline constexpr std::size_t kStatusColumn = 1;
-
-// In their order on the screen; valid for ever.
-std::span<const EntryColumn> EntryColumns() noexcept;
 
 // Location and name are an entry's identity.
 struct EntryKey {
@@ -58,8 +41,10 @@ using RowId = std::uint64_t;
 struct EntryRow {
   RowId id = 0;
   ItemRecord item;
+  std::wstring twinMark;   // what tells it from others of the same caption; empty when none has that
   std::wstring searched;   // lower case
   std::string sortKey;     // of the column that sorts; compares byte by byte
+  std::string secondKey;   // of the column that decides among equals
   bool isChecked = false;  // whether the trust of its file was asked since it was last told to be
   // While Compare is on: how it differs from the saved state. A row of kRemoved is no entry.
   std::optional<EntryDifference> difference = {};
@@ -71,6 +56,13 @@ struct EntryRow {
 // until Apply, positions until any change.
 class EntryRows {
  public:
+  // An index of EntryColumns, and the direction.
+  struct Order {
+    std::size_t column = kNameColumn;
+    bool descending = false;
+    bool operator==(const Order&) const = default;
+  };
+
   // Takes in the events of one look. The row of an entry that got another name, as it does when it is
   // disabled, stays the same.
   void Apply(std::vector<WatchEvent> events);
@@ -90,12 +82,12 @@ class EntryRows {
   // Shows only rows that differ, as long as it compares.
   void ShowOnlyDifferent(bool only);
   bool ShowsOnlyDifferent() const noexcept { return before_ != nullptr && onlyDifferent_; }
-  // `column` is an index of EntryColumns. Rows that are equal there stay in the order of location and name.
-  void Sort(std::size_t column, bool descending);
+  // The second order decides among rows that are equal in the first, then location and name do.
+  void Sort(const Order& first, const Order& second);
 
-  // An index of EntryColumns, and the direction: what Sort was told last.
-  std::size_t SortColumn() const noexcept { return column_; }
-  bool Descending() const noexcept { return descending_; }
+  // What Sort was told last.
+  const Order& FirstOrder() const noexcept { return first_; }
+  const Order& SecondOrder() const noexcept { return second_; }
   // All rows, and those of one location, whatever the filter shows.
   std::size_t Total() const noexcept { return rows_.size(); }
   std::size_t CountOf(std::int32_t location) const noexcept { return counts_[location]; }
@@ -133,6 +125,7 @@ class EntryRows {
   void Remove(const EntryKey& key);
   void Rename(const EntryKey& from, ItemRecord to);
   void CompareNow();
+  void MarkTwins();
   void Arrange();
   void Filter();
   bool HasWords(const EntryRow& row) const;
@@ -144,8 +137,8 @@ class EntryRows {
   std::size_t counts_[kLastLocation + 1] = {};
   LocationSet locations_ = LocationSet().set();
   std::vector<std::wstring> words_;
-  std::size_t column_ = kNameColumn;
-  bool descending_ = false;
+  Order first_;
+  Order second_;
   FilterSet filters_;
   std::shared_ptr<const Snapshot> before_;
   DifferenceCounts differences_ = {};

@@ -4,6 +4,8 @@
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
+#include <oleauto.h>
+
 namespace smh {
 
 namespace {
@@ -170,6 +172,16 @@ std::wstring RunQuestion(const ItemRecord& item) {
 std::wstring CaptionText(const ItemRecord& item) {
   if (!item.caption.empty()) return Printable(item.caption);
   return item.root.empty() ? Printable(FileNamePart(item.name)) : L"(Default)";
+}
+
+std::wstring LocalTimeText(const std::optional<double>& date) {
+  SYSTEMTIME time;
+  if (!date || !VariantTimeToSystemTime(*date, &time)) return {};
+  wchar_t day[64] = L"";
+  wchar_t clock[64] = L"";
+  GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, day, ARRAYSIZE(day));
+  GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &time, nullptr, clock, ARRAYSIZE(clock));
+  return std::wstring(day) + L" " + clock;
 }
 
 RowTone ToneOfRow(const ItemRecord& item) noexcept {

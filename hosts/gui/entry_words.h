@@ -3,6 +3,7 @@
 
 #include "hosts/common/item_record.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,9 @@ std::wstring RunQuestion(const ItemRecord& item);
 
 // The file's or, without one, the value's name when the entry has no caption.
 std::wstring CaptionText(const ItemRecord& item);
+
+// A date in local time as the user writes it; empty for none.
+std::wstring LocalTimeText(const std::optional<double>& date);
 
 // A grey entry is one that Windows does not start; a red one is a danger, or starts what is not there.
 enum class RowTone { kPlain, kGrey, kRed };

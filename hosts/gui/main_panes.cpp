@@ -196,12 +196,7 @@ void MainPanes::LoadLook() {
     treeWidth_ = panes[0];
     entries_->SetDetailsHeight(panes[1]);
   }
-  if (const auto columns = LoadNumbers(L"Columns", EntryColumns().size()); !columns.empty()) {
-    entries_->SetColumnWidths(columns);
-  }
-  if (const auto order = LoadNumbers(L"Order", 2); !order.empty() && order[0] >= 0) {
-    entries_->SortBy(static_cast<std::size_t>(order[0]), order[1] != 0);
-  }
+  entries_->LoadLook();
   FilterSet filters;
   for (std::size_t i = 0; i < kFilterCount; ++i) {
     const auto isOn = LoadNumbers(EntryFilters()[i].saved, 1);
@@ -212,12 +207,10 @@ void MainPanes::LoadLook() {
 
 void MainPanes::SaveLook() const {
   SaveNumbers(L"Panes", {treeWidth_, entries_->DetailsHeight()});
-  SaveNumbers(L"Columns", entries_->ColumnWidths());
+  entries_->SaveLook();
   for (std::size_t i = 0; i < kFilterCount; ++i) {
     SaveNumbers(EntryFilters()[i].saved, {entries_->Rows().Filters()[i] ? 1 : 0});
   }
-  SaveNumbers(L"Order",
-              {static_cast<int>(entries_->Rows().SortColumn()), entries_->Rows().Descending() ? 1 : 0});
 }
 
 }  // namespace smh

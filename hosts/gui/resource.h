@@ -16,6 +16,7 @@
 #define IDR_TREE_MENU 33
 #define IDD_KEYS 34
 #define IDD_MESSAGE 35
+#define IDD_COLUMNS 40
 
 #define CMD_ENABLE 100
 #define CMD_DISABLE 101
@@ -61,6 +62,9 @@
 #define CMD_COMPARE_STATE 138
 #define CMD_ONLY_DIFFERENT 139
 #define CMD_STOP_COMPARING 140
+#define CMD_COLUMNS 190
+// This one and the next show or hide the columns of the entries.
+#define CMD_FIRST_COLUMN 300
 
 #define IDC_TREE 1001
 #define IDC_SEARCH 1002
@@ -86,3 +90,7 @@
 #define IDC_FAULT 1106
 #define IDC_PICTURE 1107
 #define IDC_KEYS 1130
+#define IDC_COLUMN_LIST 1180
+#define IDC_COLUMN_UP 1181
+#define IDC_COLUMN_DOWN 1182
+#define IDC_COLUMN_RESET 1183

@@ -26,7 +26,6 @@ bool StartsWith(const std::wstring& text, const std::wstring& begin) noexcept {
 }  // namespace
 
 void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, ListSource source) {
-  columns_ = std::move(columns);
   source_ = std::move(source);
   const DWORD sorting = source_.onSort ? 0 : LVS_NOSORTHEADER;
   list_ = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", kStyle | sorting, 0, 0, 0, 0, parent,
@@ -36,14 +35,7 @@ void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, L
   ListView_SetExtendedListViewStyle(
       list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_HEADERDRAGDROP | checks);
   if (source_.checked) ListView_SetCallbackMask(list_, LVIS_STATEIMAGEMASK);
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    LVCOLUMNW column = {};
-    column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-    column.pszText = columns_[i].title.data();
-    column.cx = columns_[i].width;
-    column.iSubItem = static_cast<int>(i);
-    SendMessageW(list_, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
-  }
+  columns_.Create(list_, std::move(columns));
   tips_.Create(list_, [this](std::size_t row, std::size_t column) {
     return row < count_ ? source_.text(row, column) : std::wstring();
   });
@@ -52,16 +44,25 @@ void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, L
 
 LRESULT CALLBACK VirtualList::OnMessage(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                         DWORD_PTR self) noexcept {
+  auto& own = *reinterpret_cast<VirtualList*>(self);
   if (message == WM_NCDESTROY) {
     RemoveWindowSubclass(list, OnMessage, id);
-  } else {
-    reinterpret_cast<VirtualList*>(self)->tips_.OnListMessage(message, wParam, lParam);
+    return DefSubclassProc(list, message, wParam, lParam);
   }
-  return DefSubclassProc(list, message, wParam, lParam);
+  if (message == WM_CONTEXTMENU && own.source_.onHeaderMenu &&
+      reinterpret_cast<HWND>(wParam) == ListView_GetHeader(list)) {
+    own.source_.onHeaderMenu({static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
+    return 0;
+  }
+  own.tips_.OnListMessage(message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(list, message, wParam, lParam);
+  own.columns_.OnListMessage(message, lParam);
+  return result;
 }
 
 void VirtualList::Describe(std::wstring name, std::wstring action) {
-  accessible_.Attach(list_, std::make_unique<AccessibleList>(list_, std::move(name), std::move(action)));
+  accessible_.Attach(list_,
+                     std::make_unique<AccessibleList>(columns_, list_, std::move(name), std::move(action)));
 }
 
 void VirtualList::SetCount(std::size_t count) {
@@ -75,9 +76,8 @@ void VirtualList::SetCount(std::size_t count) {
 }
 
 void VirtualList::SetDpi(int dpi, HFONT font) {
-  const std::vector<int> widths = ColumnWidths();
   dpi_ = dpi;
-  SetColumnWidths(widths);
+  columns_.SetDpi(dpi);
   SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   tips_.SetDpi(dpi, font);
   if (!source_.checked) return;
@@ -93,18 +93,6 @@ void VirtualList::SetImages(HIMAGELIST images) {
   if (images == nullptr || !ImageList_GetIconSize(images, &width, &height)) return;
   const int blank = ListView_GetStringWidth(list_, L"          ") / 10;
   blanksForImage_ = blank > 0 ? static_cast<std::size_t>((width + Scaled(3, dpi_)) / blank + 1) : 0;
-}
-
-void VirtualList::ShowSortArrow(std::size_t column, bool descending) const {
-  const HWND header = ListView_GetHeader(list_);
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    HDITEMW item = {};
-    item.mask = HDI_FORMAT;
-    SendMessageW(header, HDM_GETITEMW, i, reinterpret_cast<LPARAM>(&item));
-    item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
-    if (i == column) item.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
-    SendMessageW(header, HDM_SETITEMW, i, reinterpret_cast<LPARAM>(&item));
-  }
 }
 
 std::vector<std::size_t> VirtualList::Selection() const {
@@ -164,27 +152,12 @@ void VirtualList::ScrollTo(std::size_t topRow) const {
   ListView_Scroll(list_, 0, rows * (row.bottom - row.top));
 }
 
-std::vector<int> VirtualList::ColumnWidths() const {
-  std::vector<int> widths;
-  widths.reserve(columns_.size());
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    widths.push_back(
-        MulDiv(ListView_GetColumnWidth(list_, static_cast<int>(i)), USER_DEFAULT_SCREEN_DPI, dpi_));
-  }
-  return widths;
-}
-
-void VirtualList::SetColumnWidths(const std::vector<int>& widths) {
-  for (std::size_t i = 0; i < std::min(widths.size(), columns_.size()); ++i) {
-    ListView_SetColumnWidth(list_, static_cast<int>(i), Scaled(std::clamp(widths[i], 20, 2000), dpi_));
-  }
-}
-
 std::wstring VirtualList::SelectedText() const {
   std::wstring text;
+  const std::vector<std::size_t> columns = columns_.Order();
   for (const std::size_t row : Selection()) {
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
-      if (column > 0) text += L'\t';
+    for (const std::size_t column : columns) {
+      if (column != columns.front()) text += L'\t';
       text += source_.copied ? source_.copied(row, column) : source_.text(row, column);
     }
     text += L"\r\n";
@@ -280,7 +253,7 @@ void VirtualList::DrawImages(HDC canvas, std::size_t row) const {
   int width = 0;
   int height = 0;
   if (images == nullptr || !ImageList_GetIconSize(images, &width, &height)) return;
-  for (std::size_t column = 1; column < columns_.size(); ++column) {
+  for (std::size_t column = 1; column < columns_.Count(); ++column) {
     const int image = source_.image(row, column);
     RECT cell;
     if (image < 0 || !ListView_GetSubItemRect(list_, static_cast<int>(row), static_cast<int>(column),

@@ -3,6 +3,7 @@
 
 #include "hosts/gui/accessible_window.h"
 #include "hosts/gui/cell_tips.h"
+#include "hosts/gui/list_columns.h"
 #include "infra/runtime/scoped_image_list.h"
 
 #include <functional>
@@ -11,12 +12,6 @@
 #include <vector>
 
 namespace smh {
-
-// A column's title and its first width.
-struct ListColumn {
-  std::wstring title;
-  int width;  // at 96 DPI
-};
 
 // Where rows come from, and who is told. Functions that are left empty mean "none". They are called on the
 // window's thread, with rows below Count, for as long as the control exists; `text` is required.
@@ -28,6 +23,8 @@ struct ListSource {
   std::function<bool(std::size_t row)> checked;                   // its presence gives rows a check box
   std::function<COLORREF(std::size_t row)> color;
   std::function<void(std::size_t column)> onSort;
+  // The menu of the columns' heads is asked for, at a place of the screen.
+  std::function<void(POINT point)> onHeaderMenu;
   std::function<void(std::size_t row)> onCheck;
   std::function<void()> onSelect;
   std::function<void()> onActivate;
@@ -55,7 +52,9 @@ class VirtualList {
   void SetDpi(int dpi, HFONT font);
   // The images are the owner's and live until the next call; null for none.
   void SetImages(HIMAGELIST images);
-  void ShowSortArrow(std::size_t column, bool descending) const;
+  // What is shown in them is told by `text`, which counts them as they are set.
+  ListColumns& Columns() noexcept { return columns_; }
+  const ListColumns& Columns() const noexcept { return columns_; }
 
   // The selected rows in rising order.
   std::vector<std::size_t> Selection() const;
@@ -70,10 +69,7 @@ class VirtualList {
   std::size_t TopRow() const;
   void ScrollTo(std::size_t topRow) const;
 
-  // At 96 DPI. A width that is set is kept between 20 and 2000; widths beyond the last column are ignored.
-  std::vector<int> ColumnWidths() const;
-  void SetColumnWidths(const std::vector<int>& widths);
-  // The selected rows as lines with CRLF, their columns apart by tabs.
+  // The selected rows as lines with CRLF, their columns from left to right, apart by tabs.
   std::wstring SelectedText() const;
 
   // Answers a notification that may be this list's; true when it was, with the answer in `result`.
@@ -92,8 +88,8 @@ class VirtualList {
   void OnStateChanged();
 
   HWND list_ = nullptr;
+  ListColumns columns_;
   AccessibleWindow accessible_;
-  std::vector<ListColumn> columns_;
   ListSource source_;
   std::size_t count_ = 0;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;

@@ -19,7 +19,7 @@ bool IsVisible(const RECT& place) noexcept {
 
 }  // namespace
 
-std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count) {
+std::vector<int> LoadNumbers(const wchar_t* name) {
   wchar_t text[512];
   DWORD size = sizeof(text);
   if (RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS)
@@ -32,7 +32,13 @@ std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count) {
     numbers.push_back(static_cast<int>(number));
     place = end;
   }
-  return numbers.size() == count ? numbers : std::vector<int>();
+  return numbers;
+}
+
+std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count) {
+  std::vector<int> numbers = LoadNumbers(name);
+  if (numbers.size() != count) numbers.clear();
+  return numbers;
 }
 
 void SaveNumbers(const wchar_t* name, const std::vector<int>& numbers) {

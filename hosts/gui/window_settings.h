@@ -12,6 +12,8 @@ namespace smh {
 // The numbers under that name. Empty when they were never saved or are of no use: not `count` of them, or one
 // beyond 100000.
 std::vector<int> LoadNumbers(const wchar_t* name, std::size_t count);
+// The same, however many they are; most of what fits in 512 characters.
+std::vector<int> LoadNumbers(const wchar_t* name);
 // A failure is ignored: the next start shows the old ones.
 void SaveNumbers(const wchar_t* name, const std::vector<int>& numbers);
 

@@ -1,5 +1,6 @@
 #include "hosts/common/host_error.h"
 #include "hosts/gui/account.h"
+#include "hosts/gui/column_layout.h"
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/resource.h"
@@ -49,7 +50,7 @@ class EntryRowsTest : public testing::Test {
 
 TEST_F(EntryRowsTest, SortsAndFilters) {
   EXPECT_EQ(Captions(rows), (Texts{L"alpha", L"beta", L"Gamma"}));
-  rows.Sort(kNameColumn, true);
+  rows.Sort({kNameColumn, true}, {});
   EXPECT_EQ(Captions(rows), (Texts{L"Gamma", L"beta", L"alpha"}));
   const struct {
     const wchar_t* text;
@@ -68,6 +69,59 @@ TEST_F(EntryRowsTest, SortsAndFilters) {
   EXPECT_EQ(Captions(rows), Texts{L"beta"});
   EXPECT_EQ(rows.Total(), 3u);
   EXPECT_EQ(rows.CountOf(sulRegistryUserRun), 2u);
+}
+
+TEST_F(EntryRowsTest, TheOrderBeforeDecidesAmongEquals) {
+  constexpr std::size_t kCompany = 2;
+  constexpr std::size_t kVersion = 7;
+  constexpr std::size_t kFileDate = 10;
+  ItemRecord older = Item(L"delta");
+  older.version = L"9.0";
+  older.lastWriteTime = 9'000.5;
+  ItemRecord newer = Item(L"epsilon");
+  newer.lastWriteTime = 45'000.5;
+  newer.version = L"10.0";
+  rows.Apply({{L"added", older}, {L"added", newer}});
+  rows.Sort({kCompany, false}, {kNameColumn, true});
+  EXPECT_EQ(Captions(rows), (Texts{L"Gamma", L"epsilon", L"delta", L"alpha", L"beta"}));
+  rows.Sort({kNameColumn, false}, {kCompany, false});
+  EXPECT_EQ(Captions(rows), (Texts{L"alpha", L"beta", L"delta", L"epsilon", L"Gamma"}));
+  for (const std::size_t column : {kFileDate, kVersion}) {
+    rows.Sort({column, true}, {kNameColumn, false});
+    EXPECT_EQ(Captions(rows), (Texts{L"epsilon", L"delta", L"alpha", L"beta", L"Gamma"})) << column;
+  }
+  // What is new has keys in both orders.
+  rows.Apply({{L"added", Item(L"aardvark")}});
+  EXPECT_EQ(Captions(rows)[2], L"aardvark");
+}
+
+TEST_F(EntryRowsTest, TellsTwinsApart) {
+  ItemRecord in64 = Item(L"alpha", true, sulRegistryCommonRun);
+  in64.view = 64;
+  ItemRecord in32 = in64;
+  in32.name += L" (32)";
+  in32.view = 32;
+  rows.Apply({{L"added", in64}, {L"added", in32}});
+  Texts marks;
+  for (const EntryRow* row : rows.Shown()) {
+    if (row->item.caption == L"alpha") marks.push_back(row->twinMark);
+  }
+  std::ranges::sort(marks);
+  EXPECT_EQ(marks, (Texts{L"Run, all users, 32-bit", L"Run, all users, 64-bit", L"Run, this user"}));
+  rows.Apply({{L"removed", in64}, {L"removed", in32}});
+  for (const EntryRow* row : rows.Shown()) EXPECT_EQ(row->twinMark, L"");
+}
+
+TEST(ColumnLayoutTest, TakesWhatWasKeptAndNothingElse) {
+  const ColumnLayout kept = {{7, 90}, {kNameColumn, 60}, {1, 30}};
+  EXPECT_EQ(LayoutOf(NumbersOf(kept)), kept);
+  // A column that a later version knew, one that comes twice, and a negative one.
+  EXPECT_EQ(LayoutOf({7, 90, 99, 5, kNameColumn, 60, 7, 1, 1, 30, -1, 4}), kept);
+  EXPECT_EQ(LayoutOf({1, 30}), (ColumnLayout{{kNameColumn, EntryColumns()[kNameColumn].width}, {1, 30}}));
+  EXPECT_EQ(LayoutOf({1, 30, 2}), FirstLayout());
+  EXPECT_EQ(LayoutOfWidths({11, 12, 13, 14, 15, 16})[5], (ColumnPlace{5, 16}));
+  EXPECT_EQ(Toggled(Toggled(FirstLayout(), 6), 6), FirstLayout());
+  EXPECT_EQ(Toggled(FirstLayout(), kNameColumn), FirstLayout());
 }
 
 TEST_F(EntryRowsTest, ARowSurvivesItsEntrysNewName) {
@@ -89,7 +143,7 @@ TEST_F(EntryRowsTest, ARowSurvivesItsEntrysNewName) {
 }
 
 TEST_F(EntryRowsTest, AChangeMovesTheRow) {
-  rows.Sort(1, false);
+  rows.Sort({1, false}, {});
   ItemRecord missing = Item(L"Gamma");
   missing.fileFound = false;
   missing.can = 0;

@@ -18,6 +18,7 @@ constexpr std::size_t kTextUnits = 1024;
 constexpr std::size_t kTextOffset = 256;
 constexpr std::size_t kBufferSize = kTextOffset + kTextUnits * sizeof(wchar_t);
 const std::wstring kSettings = L"Software\\Quillmark\\Startup Manager\\Settings\\startupmanager.exe";
+const std::wstring kTwinMark = L"  \u2013  ";
 constexpr DWORD kReadLimit = 120'000;
 
 std::wstring TextOfWindow(HWND window) {
@@ -185,7 +186,8 @@ std::vector<std::wstring> GuiProgram::Column(int list, int column) const {
 
 int GuiProgram::RowOf(int list, const std::wstring& text) const {
   for (int row = 0; row < Count(list); ++row) {
-    if (Cell(list, row, 0) == text) return row;
+    const std::wstring cell = Cell(list, row, 0);
+    if (cell == text || cell.starts_with(text + kTwinMark)) return row;
   }
   return -1;
 }

@@ -64,7 +64,7 @@ class GuiProgram {
   // In pixels, as the list writes it.
   int TextWidth(int list, const std::wstring& text) const;
   std::vector<std::wstring> Column(int list, int column) const;
-  // The row whose first column is that text; -1.
+  // The row whose first column is that text, with or without what tells it from others of that name; -1.
   int RowOf(int list, const std::wstring& text) const;
   // What the details say of that property of the selected entry, as it is shown; empty when they do not.
   std::wstring Detail(const std::wstring& property) const;

@@ -141,5 +141,66 @@ TEST_F(ListTest, ATipShowsWhatACellHasNoRoomFor) {
   EXPECT_TRUE(WaitUntil([&] { return gui.TipText() == program + L"after"; })) << gui.TipText();
 }
 
+// The columns are those of the dialog, by keyboard; they are there again after a start.
+TEST(ColumnsTest, AreChosenMovedAndKept) {
+  const auto column = [](const GuiProgram& gui, int index) {
+    return gui.Cell(IDC_ENTRIES, gui.RowOf(IDC_ENTRIES, L"Aurora Mixer"), index);
+  };
+  const auto headerOf = [](const GuiProgram& gui) {
+    return reinterpret_cast<HWND>(SendMessageW(gui.Control(IDC_ENTRIES), LVM_GETHEADER, 0, 0));
+  };
+  const auto count = [&](const GuiProgram& gui) {
+    return SendMessageW(headerOf(gui), HDM_GETITEMCOUNT, 0, 0);
+  };
+  std::wstring description;
+  std::vector<std::wstring> order;
+  {
+    const GuiProgram gui(GuiProgram::Look::kFresh);
+    SetWindowPos(gui.Window(), nullptr, 0, 0, 1500, 700, SWP_NOZORDER);
+    gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
+    ASSERT_TRUE(WaitUntil([&] { return !gui.Detail(L"Description").empty(); }));
+    description = gui.Detail(L"Description");
+    ASSERT_EQ(count(gui), 6);
+    // The last choice of the menu of the heads is the box.
+    PostMessageW(gui.Control(IDC_ENTRIES), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(headerOf(gui)),
+                 MAKELPARAM(600, 200));
+    const auto menuIsOpen = [] { return IsWindowVisible(FindWindowW(L"#32768", nullptr)) != FALSE; };
+    ASSERT_TRUE(WaitUntil(menuIsOpen));
+    for (const WPARAM key : {VK_UP, VK_RETURN}) PostMessageW(gui.Window(), WM_KEYDOWN, key, 0);
+    const HWND dialog = gui.WaitForDialog();
+    ASSERT_NE(dialog, nullptr);
+    const HWND columns = GetDlgItem(dialog, IDC_COLUMN_LIST);
+    for (int i = 0; i < 6; ++i) SendMessageW(columns, WM_KEYDOWN, VK_DOWN, 0);
+    SendMessageW(columns, WM_KEYDOWN, VK_SPACE, 0);
+    gui.Screenshot(L"startupmanager-columns");
+    for (int i = 0; i < 5; ++i) SendMessageW(dialog, WM_COMMAND, IDC_COLUMN_UP, 0);
+    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    EXPECT_TRUE(WaitUntil([&] { return count(gui) == 7 && column(gui, 1) == description; }));
+    // Those that have one trust keep the order of their companies.
+    for (const int clicked : {3, 4}) gui.ClickHeader(clicked);
+    EXPECT_TRUE(WaitUntil([&] { return gui.Status(0) == L"Ready"; }));
+    order = gui.Column(IDC_ENTRIES, 0);
+    gui.Screenshot(L"startupmanager-more-columns");
+    // The command takes what the window has more.
+    const auto width = [&] { return SendMessageW(gui.Control(IDC_ENTRIES), LVM_GETCOLUMNWIDTH, 5, 0); };
+    const LRESULT before = width();
+    SetWindowPos(gui.Window(), nullptr, 0, 0, 1590, 700, SWP_NOZORDER);
+    const LRESULT wide = width();
+    EXPECT_GT(wide, before);
+    SetWindowPos(gui.Window(), nullptr, 0, 0, 900, 700, SWP_NOZORDER);
+    EXPECT_EQ(width(), 205);
+    for (const int toggled : {8, 7}) {
+      gui.Command(CMD_FIRST_COLUMN + 7);
+      EXPECT_TRUE(WaitUntil([&] { return count(gui) == toggled; }));
+    }
+    gui.Command(CMD_FIRST_COLUMN);
+  }
+  const GuiProgram gui(GuiProgram::Look::kAsLeft);
+  EXPECT_EQ(count(gui), 7);
+  EXPECT_EQ(SendMessageW(headerOf(gui), HDM_ORDERTOINDEX, 1, 0), 1);
+  EXPECT_EQ(column(gui, 1), description);
+  EXPECT_TRUE(WaitUntil([&] { return gui.Column(IDC_ENTRIES, 0) == order; })) << "once all trust is known";
+}
+
 }  // namespace
 }  // namespace smh::test
