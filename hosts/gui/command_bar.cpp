@@ -26,7 +26,7 @@ constexpr CommandRow kCommands[] = {
     {CMD_ADD, Glyph::kAdd, L"Add", L"Add an entry (Ctrl+N)"},
     {CMD_MOVE, Glyph::kMove, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
     {CMD_CHANGE_COMMAND, Glyph::kEdit, nullptr, L"Change the entry's command (F2)"},
-    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+Shift+R)"},
+    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+F9)"},
     {0, Glyph::kNone, nullptr, nullptr},
     {CMD_UNDO, Glyph::kUndo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
     {CMD_REDO, Glyph::kRedo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},

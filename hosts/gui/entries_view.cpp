@@ -16,7 +16,7 @@ constexpr std::size_t kFilesAtOnce = 64;
 
 }  // namespace
 
-EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame) {
+EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame), closer_(frame) {
   request_.isReading = true;
   list_.Create(parent, IDC_ENTRIES, ChosenColumns::FirstColumns(), MakeSource());
   list_.Describe(L"Start-up entries", L"Show details");
@@ -348,8 +348,13 @@ bool EntriesView::CanRun(UINT command) const {
       return only != nullptr && only->Can(kActionShowFileDetails);
     case CMD_SHOW_LOCATION:
       return only != nullptr && only->Can(kActionShowLocation);
+    case CMD_OPEN_FOLDER:
+    case CMD_SEARCH_WEB:
+      return only != nullptr && LookCloser::CanLookAt(*only);
     case CMD_COPY_PATH:
-      return only != nullptr && !resolvedFile_.empty();
+    case CMD_COPY_COMMAND:
+    case CMD_COPY_HASH:
+      return any(LookCloser::CanLookAt);
     case CMD_COPY:
       return IsInDetails() || !list_.Selection().empty();
     case CMD_ADD:
@@ -398,9 +403,16 @@ void EntriesView::Run(UINT command) {
       return commands_.ShowFile(SelectedThatCan(kActionShowFileDetails));
     case CMD_SHOW_LOCATION:
       return commands_.ShowPlace(Selected());
+    case CMD_OPEN_FOLDER:
+      return closer_.OpenFolder(*OnlySelected());
+    case CMD_SEARCH_WEB:
+      return closer_.SearchWeb(*OnlySelected());
     case CMD_COPY_PATH:
-      CopyToClipboard(frame_.window, resolvedFile_);
-      return;
+      return closer_.CopyPaths(SelectedWith(LookCloser::CanLookAt));
+    case CMD_COPY_COMMAND:
+      return closer_.CopyCommands(SelectedWith(LookCloser::CanLookAt));
+    case CMD_COPY_HASH:
+      return closer_.CopyHashes(SelectedWith(LookCloser::CanLookAt));
     case CMD_COPY:
       return Copy();
     case CMD_SELECT_ALL:

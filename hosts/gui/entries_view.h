@@ -9,6 +9,7 @@
 #include "hosts/gui/entry_rows.h"
 #include "hosts/gui/list_standing.h"
 #include "hosts/gui/list_surroundings.h"
+#include "hosts/gui/look_closer.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/virtual_list.h"
 #include "hosts/gui/window.h"
@@ -111,6 +112,7 @@ class EntriesView final : public View {
 
   const Frame& frame_;
   EntryCommands commands_;
+  LookCloser closer_;
   EntryRows rows_;
   VirtualList list_;
   ChosenColumns columns_{list_};

@@ -188,9 +188,7 @@ void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
 }
 
 void EntryCommands::Execute(std::vector<ItemRecord> items) const {
-  if (!IsFree()) return;
-  if (frame_.account.elevated && !items.empty()) return Ask(std::move(items), 0);
-  Open(std::move(items), kActionExecute, L"Started");
+  if (IsFree() && !items.empty()) Ask(std::move(items), 0);
 }
 
 // One by one, and each as it is now: its file may be another one than that which the list was told of.
@@ -198,7 +196,7 @@ void EntryCommands::Ask(std::vector<ItemRecord> items, std::size_t next) const {
   const ItemRecord& item = items[next];
   frame_.say(L"Looking at the file of " + NamesOf({item}) + L"\u2026");
   frame_.trust.CheckFirst(item, [this, items = std::move(items), next](const auto& checked) {
-    const std::wstring question = RunQuestion(checked.front());
+    const std::wstring question = RunQuestion(checked.front(), frame_.account.elevated);
     frame_.say({});
     if (!question.empty() && (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question, L"Run it")))
       return;

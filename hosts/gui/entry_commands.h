@@ -38,8 +38,8 @@ class EntryCommands {
   // seen it in the list yet.
   using OnAdded = std::function<void(const EntryKey& added)>;
   void Add(const LocationSet& shown, const OnAdded& onAdded) const;
-  // Starts their commands. Somebody who may change the whole machine is asked before that starts what is a
-  // danger or only claims a name; their files are checked first.
+  // Checks their files and starts their commands. Asks before that starts what is a danger, and somebody who
+  // may change the whole machine before it starts what only claims a name.
   void Execute(std::vector<ItemRecord> items) const;
   // Opens the system's tool at their places.
   void ShowPlace(std::vector<ItemRecord> items) const;

@@ -160,9 +160,11 @@ std::int32_t TrustPicture(const ItemRecord& item) noexcept {
   return isVerified ? kRatingTrusted : kRatingUnknown;
 }
 
-std::wstring RunQuestion(const ItemRecord& item) {
-  if (!item.trust || !NeedsConsent(item.trust->word, item.trust->signature)) return {};
-  std::wstring text = L"Run \u201C" + CaptionText(item) + L"\u201D with the rights of an administrator?\n\n";
+std::wstring RunQuestion(const ItemRecord& item, bool elevated) {
+  const auto isAsked = elevated ? NeedsConsent : IsAlarming;
+  if (!item.trust || !isAsked(item.trust->word, item.trust->signature)) return {};
+  std::wstring text = L"Run \u201C" + CaptionText(item) + L"\u201D";
+  text.append(elevated ? L" with the rights of an administrator?\n\n" : L"?\n\n");
   text.append(TrustText(item)).append(L": ").append(TrustReason(item)).append(L"; ");
   text.append(SignatureText(item.trust->signature, Printable(item.trust->Signer()))).append(L".");
   const std::wstring& file = item.trust->file.empty() ? item.command : item.trust->file;

@@ -42,8 +42,9 @@ std::wstring TrustReason(const ItemRecord& item);
 int TrustRank(const ItemRecord& item) noexcept;
 // A FileRating, whose picture stands for the entry: trusted for what is verified alone, risky for a danger.
 std::int32_t TrustPicture(const ItemRecord& item) noexcept;
-// What is asked before the entry is run by somebody who may change the whole machine; empty when nothing is.
-std::wstring RunQuestion(const ItemRecord& item);
+// What is asked before the entry is run; empty when nothing is. `elevated` when it gets the rights of an
+// administrator: it must not even claim a name then.
+std::wstring RunQuestion(const ItemRecord& item, bool elevated);
 
 // The file's or, without one, the value's name when the entry has no caption.
 std::wstring CaptionText(const ItemRecord& item);

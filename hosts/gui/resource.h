@@ -62,6 +62,10 @@
 #define CMD_COMPARE_STATE 138
 #define CMD_ONLY_DIFFERENT 139
 #define CMD_STOP_COMPARING 140
+#define CMD_OPEN_FOLDER 180
+#define CMD_SEARCH_WEB 181
+#define CMD_COPY_COMMAND 182
+#define CMD_COPY_HASH 183
 #define CMD_COLUMNS 190
 // This one and the next show or hide the columns of the entries.
 #define CMD_FIRST_COLUMN 300

@@ -18,6 +18,18 @@ std::wstring Quoted(const std::wstring& argument) {
   return result.append(backslashes, L'\\').append(1, L'"');
 }
 
+// That which the system keeps beside an administrator's own; null, which is this process's own, where there
+// is none because this one is limited itself.
+HANDLE LimitedToken() {
+  ScopedHandle own;
+  TOKEN_LINKED_TOKEN linked = {};
+  DWORD size = 0;
+  if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, own.Put())) {
+    GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size);
+  }
+  return linked.LinkedToken;
+}
+
 }  // namespace
 
 CapturedStream::CapturedStream() {
@@ -48,7 +60,7 @@ void CapturedStream::Write(const std::string& text) const {
 }
 
 ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments,
-                           const std::string& input) {
+                           const std::string& input, Rights rights) {
   std::wstring command = Quoted(program);
   for (const std::wstring& argument : arguments) command.append(1, L' ').append(Quoted(argument));
   STARTUPINFOW startup = {};
@@ -59,8 +71,9 @@ ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::w
   startup.hStdOutput = output_.Writer();
   startup.hStdError = errors_.Writer();
   PROCESS_INFORMATION information = {};
-  if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                      &information)) {
+  const ScopedHandle token(rights == Rights::kLimited ? LimitedToken() : nullptr);
+  if (!CreateProcessAsUserW(token.Get(), program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                            nullptr, &startup, &information)) {
     throw std::runtime_error("the child process did not start");
   }
   CloseHandle(information.hThread);

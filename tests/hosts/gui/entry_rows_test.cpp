@@ -262,7 +262,8 @@ TEST(EntryWordsTest, TrustsWhatIsProvedAlone) {
     EXPECT_EQ(TrustText(item), each.text);
     EXPECT_EQ(TrustPicture(item), each.picture) << each.text;
     EXPECT_EQ(ToneOfRow(item) == RowTone::kRed, each.picture == kRatingRisky) << each.text;
-    EXPECT_EQ(RunQuestion(item).empty(), !each.isAsked) << each.text;
+    EXPECT_EQ(RunQuestion(item, true).empty(), !each.isAsked) << each.text;
+    EXPECT_EQ(RunQuestion(item, false).empty(), each.picture != kRatingRisky) << each.text;
   }
 }
 

@@ -60,7 +60,8 @@ std::wstring RemoteBuffer::Text(std::size_t offset, std::size_t units) const {
   return text.substr(0, text.find(L'\0'));
 }
 
-GuiProgram::GuiProgram(Look look) : process_(PrepareLook(look) + L"startupmanager.exe", {}) {
+GuiProgram::GuiProgram(Look look, Rights rights)
+    : process_(PrepareLook(look) + L"startupmanager.exe", {}, {}, rights) {
   WaitUntil([this] { return (window_ = FindWindowOf(process_.Id(), L"StartupManagerMain")) != nullptr; });
   if (window_ == nullptr) throw std::runtime_error("the main window did not come");
   WaitUntilRead();

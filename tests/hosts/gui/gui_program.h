@@ -35,7 +35,8 @@ class GuiProgram {
   enum class Look { kFresh, kAsLeft };
 
   // Returns when the window is there and every entry was read.
-  explicit GuiProgram(Look look);
+  using Rights = ChildProcess::Rights;
+  explicit GuiProgram(Look look, Rights rights = Rights::kOwn);
   // Closes the window and waits for the end, which is a failed test when it does not come.
   ~GuiProgram();
 

@@ -131,8 +131,7 @@ TEST_F(KeyboardTest, TheFocusComesBackToItsPane) {
   std::wstring text(4096, L'\0');
   text.resize(static_cast<std::size_t>(
       SendDlgItemMessageW(keys, IDC_KEYS, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-  for (const wchar_t* line :
-       {L"Run now\tCtrl+Shift+R\r\n", L"Delete...\tDel\r\n", L"Next pane\tTab or F6\r\n"}) {
+  for (const wchar_t* line : {L"Run now\tCtrl+F9\r\n", L"Delete...\tDel\r\n", L"Next pane\tTab or F6\r\n"}) {
     EXPECT_NE(text.find(line), std::wstring::npos) << text;
   }
   RECT place;
@@ -158,6 +157,11 @@ TEST_F(KeyboardTest, SpaceSwitchesAndEnterOpensTheDetails) {
   CloseByKey(gui.WaitForDialog(), {VK_ESCAPE});
   Press({'C', {VK_CONTROL}});
   EXPECT_TRUE(WaitUntil([] { return Clipboard().find(L"Aurora Mixer") != std::wstring::npos; })) << "details";
+  for (const WORD key : {'K', 'H', 'C'}) {
+    const std::wstring before = Clipboard();
+    Press({key, {VK_CONTROL, VK_SHIFT}});
+    EXPECT_TRUE(WaitUntil([&] { return Clipboard() != before; })) << key;
+  }
   Press({VK_ESCAPE});
   EXPECT_TRUE(WaitUntil([&] { return Focus() == IDC_ENTRIES; }));
   Press({VK_DELETE});

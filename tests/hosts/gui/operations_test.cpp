@@ -1,5 +1,4 @@
 // What the user does with entries, seen in the registry.
-#include "hosts/cli/verification.h"
 #include "hosts/gui/resource.h"
 #include "tests/display/display_support.h"
 #include "tests/hosts/cli/startupctl_process.h"
@@ -84,20 +83,6 @@ TEST_F(OperationsTest, SetsTaskManagersSwitch) {
     gui.Command(back);
     EXPECT_TRUE(WaitUntil([&] { return status() == L"On" && !gui.CanRun(CMD_ENABLE); })) << status();
   }
-}
-
-TEST_F(OperationsTest, RunningADangerAsksFirst) {
-  SelectNames({L"Service Host"});
-  gui.Command(CMD_EXECUTE);
-  if (!IsElevated()) {
-    EXPECT_TRUE(WaitUntil([&] { return gui.Status(0).starts_with(L"Started"); }))
-        << "by itself it harms little";
-    return;
-  }
-  const HWND question = gui.WaitForDialog();
-  ASSERT_NE(question, nullptr);
-  Press(question, IDCANCEL);
-  EXPECT_FALSE(gui.Status(0).starts_with(L"Started"));
 }
 
 TEST_F(OperationsTest, SeveralAtOnce) {
