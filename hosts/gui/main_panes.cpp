@@ -33,10 +33,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
   SetSearchPlace(L"all entries");
   accessibleSearch_.Attach(search_, std::make_unique<AccessibleText>(search_, L"Search", L"Ctrl+F"));
-  banner_ = CreateWindowExW(0, WC_STATICW, L"",
-                            WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, 0, 0,
-                            0, 0, window, reinterpret_cast<HMENU>(IDC_BANNER), nullptr, nullptr);
-  SetThemeRoles(banner_, Role::kBannerText, Role::kBanner);
+  notice_.Open(window);
   tree_.Create(window, std::move(onSelect));
   splitter_.Open(window, Splitter::Direction::kLeftRight, [this](int position) {
     treeWidth_ = MulDiv(position, USER_DEFAULT_SCREEN_DPI, dpi_);
@@ -77,9 +74,8 @@ bool MainPanes::Show(LocationTree::Kind kind) {
   return true;
 }
 
-void MainPanes::SetBanner(const std::wstring& text, bool show) const {
-  SetWindowTextW(banner_, text.c_str());
-  ShowWindow(banner_, show ? SW_SHOWNA : SW_HIDE);
+void MainPanes::SetNotice(const Notice& notice) {
+  if (notice_.Show(notice)) SetFocus(shown_->MainControl());
 }
 
 void MainPanes::ShowProgress(bool show) {
@@ -100,7 +96,10 @@ void MainPanes::SetStatus(StatusPart part, const std::wstring& text) const {
 }
 
 std::vector<HWND> MainPanes::FocusOrder() const {
-  std::vector<HWND> panes = {bar_.Handle(), search_, tree_.Handle()};
+  std::vector<HWND> panes = {bar_.Handle(), search_};
+  const std::vector<HWND> answers = notice_.Controls();
+  panes.insert(panes.end(), answers.begin(), answers.end());
+  panes.push_back(tree_.Handle());
   const std::vector<HWND> ofView = shown_->Panes();
   panes.insert(panes.end(), ofView.begin(), ofView.end());
   panes.push_back(progress_.CancelButton());
@@ -138,8 +137,9 @@ void MainPanes::SetDpi(int dpi) {
   bar_.ShowButton(CMD_RESTART_ELEVATED, !frame_->account.elevated);
   tree_.SetDpi(dpi, font.Get());
   progress_.SetDpi(dpi, font.Get());
+  notice_.SetDpi(dpi, font.Get());
   for (View* const view : Views()) view->SetDpi(dpi, fonts);
-  for (const HWND control : {search_, status_, banner_}) {
+  for (const HWND control : {search_, status_}) {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
   }
   font_ = std::move(font);
@@ -159,12 +159,7 @@ void MainPanes::Layout() {
   const int topHeight = std::max(bar_.Height(), FontHeight(search_, font_.Get()) + Scaled(10, dpi_));
   LayoutTop(width, margin / 2, topHeight);
   int top = topHeight + margin;
-  const bool hasBanner = (GetWindowLongW(banner_, GWL_STYLE) & WS_VISIBLE) != 0;
-  if (hasBanner) {
-    const int height = FontHeight(banner_, font_.Get()) + Scaled(8, dpi_);
-    MoveWindow(banner_, margin * 2, top, width - margin * 4, height, TRUE);
-    top += height;
-  }
+  top += notice_.Place({0, top, width, static_cast<int>(area.bottom)});
   int bottom = static_cast<int>(area.bottom) - statusHeight;
   if ((GetWindowLongW(progress_.Handle(), GWL_STYLE) & WS_VISIBLE) != 0) {
     progress_.Place({0, top, width, bottom});

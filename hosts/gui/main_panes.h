@@ -8,6 +8,7 @@
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entries_view.h"
 #include "hosts/gui/location_tree.h"
+#include "hosts/gui/notice_bar.h"
 #include "hosts/gui/programs_view.h"
 #include "hosts/gui/progress_bar.h"
 #include "hosts/gui/undo_view.h"
@@ -47,8 +48,8 @@ class MainPanes {
   // Shows the view of that kind, searched for what the search box holds; false when it is shown already.
   // Layout places it.
   bool Show(LocationTree::Kind kind);
-  // Hides the banner when `show` is false; Layout makes room for it.
-  void SetBanner(const std::wstring& text, bool show) const;
+  // Says that in the banner; Layout makes room for it.
+  void SetNotice(const Notice& notice);
   // What the empty search box says behind "Search in".
   void SetSearchPlace(const std::wstring& place) const;
   // The parts of the status bar, from the left.
@@ -91,7 +92,7 @@ class MainPanes {
   HWND search_ = nullptr;
   AccessibleWindow accessibleSearch_;
   HWND status_ = nullptr;
-  HWND banner_ = nullptr;
+  NoticeBar notice_;
   ScopedFont font_;
   ScopedFont heading_;
   int dpi_ = USER_DEFAULT_SCREEN_DPI;

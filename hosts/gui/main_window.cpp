@@ -1,6 +1,5 @@
 #include "hosts/gui/main_window.h"
 
-#include "hosts/common/location_names.h"
 #include "hosts/gui/context_menus.h"
 #include "hosts/gui/key_help.h"
 #include "hosts/gui/keyboard.h"
@@ -207,6 +206,7 @@ bool MainWindow::CanRun(UINT command) const {
     case CMD_ABOUT:
     case CMD_KEYS:
     case CMD_EXIT:
+    case CMD_HIDE_NOTICE:
       return true;
     case CMD_RESTART_ELEVATED:
       return !account_.elevated;
@@ -275,6 +275,8 @@ void MainWindow::Run(UINT command) {
       return;
     case CMD_RESTART_ELEVATED:
       return RestartAsAdministrator();
+    case CMD_HIDE_NOTICE:
+      return HideNotice();
     default:
       return panes_.Shown().Run(command);
   }
@@ -285,7 +287,8 @@ void MainWindow::ShowNode(const LocationTree::Node& node) {
   if (node.kind == LocationTree::Kind::kEntries) panes_.Entries().ShowLocations(node.locations, title);
   panes_.SetSearchPlace(title.empty() ? L"all entries" : title);
   if (panes_.Show(node.kind)) said_.clear();
-  ShowBanner(node);
+  shownLocations_ = node.locations;
+  panes_.SetNotice(notices_.For(shownLocations_));
   panes_.Layout();
   Update();
 }
@@ -313,15 +316,10 @@ void MainWindow::StopComparing() {
   if (std::exchange(onlyUsualBefore_, false)) Run(CMD_ALL_LOCATIONS);
 }
 
-// Whose entries these are, where that is not plain.
-void MainWindow::ShowBanner(const LocationTree::Node& node) const {
-  bool isUsers = false;
-  for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
-    isUsers = isUsers || (node.locations[location] && IsUserLocation(location));
-  }
-  const std::wstring text = L"The entries of \u201Cthis user\u201D are those of " + account_.name +
-                            L", not of " + account_.sessionUser + L", who is logged on.";
-  panes_.SetBanner(text, isUsers && account_.IsForeign());
+void MainWindow::HideNotice() {
+  notices_.Hide();
+  panes_.SetNotice(notices_.For(shownLocations_));
+  panes_.Layout();
 }
 
 void MainWindow::ReadEntries() {

@@ -4,6 +4,7 @@
 
 #include "hosts/gui/account.h"
 #include "hosts/gui/main_panes.h"
+#include "hosts/gui/notices.h"
 #include "hosts/gui/view.h"
 #include "hosts/gui/window.h"
 #include "hosts/gui/worker.h"
@@ -45,7 +46,7 @@ class MainWindow final : public Window {
   void SearchEverywhere();
   void StartComparing(const std::shared_ptr<const SavedState>& state);
   void StopComparing();
-  void ShowBanner(const LocationTree::Node& node) const;
+  void HideNotice();
   void ReadEntries();
   void Refresh();
   void Update();
@@ -60,6 +61,8 @@ class MainWindow final : public Window {
   const Account account_ = CurrentAccount();
   RunningActions actions_;
   Frame frame_;
+  Notices notices_{account_};
+  LocationSet shownLocations_;
   MainPanes panes_;
   bool allLocations_ = false;
   bool onlyUsualBefore_ = false;  // the comparison has chosen all locations

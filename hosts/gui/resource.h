@@ -66,6 +66,7 @@
 #define CMD_SEARCH_WEB 181
 #define CMD_COPY_COMMAND 182
 #define CMD_COPY_HASH 183
+#define CMD_HIDE_NOTICE 184
 #define CMD_COLUMNS 190
 // This one and the next show or hide the columns of the entries.
 #define CMD_FIRST_COLUMN 300

@@ -29,11 +29,24 @@ std::wstring TextOfWindow(HWND window) {
 
 // The folder of the program.
 std::wstring PrepareLook(GuiProgram::Look look) {
-  if (look == GuiProgram::Look::kFresh) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+  if (look != GuiProgram::Look::kAsLeft) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
+  if (look == GuiProgram::Look::kFresh) SetValue(HKEY_CURRENT_USER, kSettings, L"WelcomeRead", Sz(L"1"));
   return ThisFolder();
 }
 
 }  // namespace
+
+std::wstring ClipboardText() {
+  if (!OpenClipboard(nullptr)) return {};
+  const HANDLE block = GetClipboardData(CF_UNICODETEXT);
+  std::wstring text;
+  if (block != nullptr) {
+    text = static_cast<const wchar_t*>(GlobalLock(block));
+    GlobalUnlock(block);
+  }
+  CloseClipboard();
+  return text;
+}
 
 RemoteBuffer::RemoteBuffer(HANDLE process, std::size_t size)
     : process_(process),

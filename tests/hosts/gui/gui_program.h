@@ -29,10 +29,13 @@ class RemoteBuffer {
   std::byte* address_;
 };
 
+// The text in the clipboard; empty for none, and while another program has it open.
+std::wstring ClipboardText();
+
 class GuiProgram {
  public:
-  // Size, order and the like as at the first start, or as they were left.
-  enum class Look { kFresh, kAsLeft };
+  // Size, order and the like as at the first start, with its sentence read or not, or as they were left.
+  enum class Look { kFresh, kFirst, kAsLeft };
 
   // Returns when the window is there and every entry was read.
   using Rights = ChildProcess::Rights;

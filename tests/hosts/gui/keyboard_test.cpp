@@ -17,17 +17,6 @@ struct Chord {
   std::vector<WORD> held = {};
 };
 
-std::wstring Clipboard() {
-  if (!OpenClipboard(nullptr)) return {};
-  std::wstring text;
-  if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-    text = static_cast<const wchar_t*>(GlobalLock(data));
-    GlobalUnlock(data);
-  }
-  CloseClipboard();
-  return text;
-}
-
 std::vector<std::uint32_t> Look(HWND window) {
   RECT place;
   GetWindowRect(window, &place);
@@ -156,11 +145,12 @@ TEST_F(KeyboardTest, SpaceSwitchesAndEnterOpensTheDetails) {
   Press({VK_F2});
   CloseByKey(gui.WaitForDialog(), {VK_ESCAPE});
   Press({'C', {VK_CONTROL}});
-  EXPECT_TRUE(WaitUntil([] { return Clipboard().find(L"Aurora Mixer") != std::wstring::npos; })) << "details";
+  EXPECT_TRUE(WaitUntil([] { return ClipboardText().find(L"Aurora Mixer") != std::wstring::npos; }))
+      << "details";
   for (const WORD key : {'K', 'H', 'C'}) {
-    const std::wstring before = Clipboard();
+    const std::wstring before = ClipboardText();
     Press({key, {VK_CONTROL, VK_SHIFT}});
-    EXPECT_TRUE(WaitUntil([&] { return Clipboard() != before; })) << key;
+    EXPECT_TRUE(WaitUntil([&] { return ClipboardText() != before; })) << key;
   }
   Press({VK_ESCAPE});
   EXPECT_TRUE(WaitUntil([&] { return Focus() == IDC_ENTRIES; }));
@@ -168,7 +158,7 @@ TEST_F(KeyboardTest, SpaceSwitchesAndEnterOpensTheDetails) {
   CloseByKey(gui.WaitForDialog(), {VK_ESCAPE});
   GoTo(IDC_TREE);
   Press({'C', {VK_CONTROL}});
-  EXPECT_TRUE(WaitUntil([] { return Clipboard().starts_with(L"All entries ("); })) << "tree";
+  EXPECT_TRUE(WaitUntil([] { return ClipboardText().starts_with(L"All entries ("); })) << "tree";
   Press({VK_RETURN});
   EXPECT_TRUE(WaitUntil([&] { return Focus() == IDC_ENTRIES; }));
   Press({'A', {VK_CONTROL}});
@@ -192,7 +182,7 @@ TEST_F(KeyboardTest, TheSearchBoxKeepsItsKeys) {
   EXPECT_TRUE(WaitUntil([&] { return text() == L"urora"; })) << text();
   Press({'A', {VK_CONTROL}});
   Press({'X', {VK_CONTROL}});
-  EXPECT_TRUE(WaitUntil([&] { return text().empty() && Clipboard() == L"urora"; })) << text();
+  EXPECT_TRUE(WaitUntil([&] { return text().empty() && ClipboardText() == L"urora"; })) << text();
   Press({'V', {VK_CONTROL}});
   EXPECT_TRUE(WaitUntil([&] { return text() == L"urora"; }));
   EXPECT_TRUE(WaitUntil([&] { return gui.Count(IDC_ENTRIES) < all; }));
@@ -260,7 +250,7 @@ TEST_F(KeyboardTest, DefaultProgramsSayWhatWindowsTakes) {
   gui.Screenshot(L"keyboard-menu-programs");
   Press({'P'});
   const std::wstring path = gui.Cell(IDC_PROGRAMS, 0, 5);
-  EXPECT_TRUE(WaitUntil([&] { return !MenuIsOpen() && Clipboard() == path; })) << Clipboard();
+  EXPECT_TRUE(WaitUntil([&] { return !MenuIsOpen() && ClipboardText() == path; })) << ClipboardText();
   Press({VK_RETURN});
   // Not every system has a sheet to show; one that has not says so.
   EXPECT_TRUE(WaitUntil([&] {

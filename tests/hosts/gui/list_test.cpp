@@ -13,18 +13,6 @@ namespace smh::test {
 
 namespace {
 
-std::wstring ClipboardText() {
-  if (!OpenClipboard(nullptr)) return {};
-  const HANDLE block = GetClipboardData(CF_UNICODETEXT);
-  std::wstring text;
-  if (block != nullptr) {
-    text = static_cast<const wchar_t*>(GlobalLock(block));
-    GlobalUnlock(block);
-  }
-  CloseClipboard();
-  return text;
-}
-
 class ListTest : public testing::Test {
  protected:
   int Top() const { return static_cast<int>(SendMessageW(list, LVM_GETTOPINDEX, 0, 0)); }

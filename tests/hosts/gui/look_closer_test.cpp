@@ -24,17 +24,6 @@ SMH_CHILD(Browse) {
   return 0;
 }
 
-std::wstring Clipboard() {
-  if (!OpenClipboard(nullptr)) return {};
-  std::wstring text;
-  if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-    text = static_cast<const wchar_t*>(GlobalLock(data));
-    GlobalUnlock(data);
-  }
-  CloseClipboard();
-  return text;
-}
-
 bool CloseWindowOf(const std::wstring& title) {
   HWND window = nullptr;
   WaitUntil([&] { return (window = FindWindowW(nullptr, title.c_str())) != nullptr; });
@@ -72,18 +61,18 @@ TEST_F(LookCloserTest, CopiesALineForEachEntry) {
   const std::vector<std::wstring> both = {L"Aaa Abc", L"Aab Gone"};
   Run(CMD_COPY_COMMAND, both);
   EXPECT_TRUE(Says(L"Copied 2 commands.")) << gui.Status(0);
-  EXPECT_EQ(Clipboard(), L'"' + abc + L"\" /x\r\n" + gone);
+  EXPECT_EQ(ClipboardText(), L'"' + abc + L"\" /x\r\n" + gone);
   Run(CMD_COPY_PATH, both);
   EXPECT_TRUE(Says(L"Copied 2 paths.")) << gui.Status(0);
-  EXPECT_EQ(Clipboard(), abc + L"\r\n" + gone);
+  EXPECT_EQ(ClipboardText(), abc + L"\r\n" + gone);
   Run(CMD_COPY_HASH, both);
   EXPECT_TRUE(Says(L"Copied 1 of 2 SHA-256 sums.")) << gui.Status(0);
-  EXPECT_EQ(Clipboard(), hash);
+  EXPECT_EQ(ClipboardText(), hash);
   Run(CMD_COPY_PATH, {L"Aab Gone"});
   EXPECT_TRUE(Says(L"Copied the path.")) << gui.Status(0);
   Run(CMD_COPY_HASH, {L"Aab Gone"});
   EXPECT_TRUE(Says(L"Nothing was copied: no file can be read.")) << gui.Status(0);
-  EXPECT_EQ(Clipboard(), gone);
+  EXPECT_EQ(ClipboardText(), gone);
 }
 
 TEST_F(LookCloserTest, SearchesTheWebForTheNameOfTheFileOnly) {
