@@ -3,7 +3,6 @@
 #include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
-#include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
 
@@ -100,8 +99,7 @@ int NoticeBar::Place(const RECT& area) {
   return height;
 }
 
-void NoticeBar::Paint() const {
-  const PaintScope paint(Handle());
+void NoticeBar::Paint(const PaintScope& paint) const {
   const Painter painter(paint.Canvas(), font_);
   painter.Fill(paint.Area(), Role::kBanner);
   SetTextColor(paint.Canvas(), ColorOf(Role::kBannerText));
@@ -115,11 +113,6 @@ void NoticeBar::Paint() const {
 
 LRESULT NoticeBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
     case WM_PARENTNOTIFY:
       // The top-level window dresses what it gets; not every system passes that on.
       return SendMessageW(GetParent(Handle()), message, wParam, lParam);
@@ -128,7 +121,7 @@ LRESULT NoticeBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       PostMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);
       return 0;
     default:
-      return DefWindowProcW(Handle(), message, wParam, lParam);
+      return PaintedWindow::OnMessage(message, wParam, lParam);
   }
 }
 

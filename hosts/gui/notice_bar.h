@@ -3,7 +3,7 @@
 
 #include "hosts/gui/accessible_window.h"
 #include "hosts/gui/notices.h"
-#include "hosts/gui/window.h"
+#include "hosts/gui/painted_window.h"
 
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@
 namespace smh {
 
 // A click on a button sends its command to the window's parent, which also destroys the window.
-class NoticeBar final : public Window {
+class NoticeBar final : public PaintedWindow {
  public:
   // Makes the bar, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -30,7 +30,7 @@ class NoticeBar final : public Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   SIZE Measure(const std::wstring& text, int width) const;
-  void Paint() const;
+  void Paint(const PaintScope& paint) const override;
 
   Notice notice_;
   std::vector<std::unique_ptr<AccessibleWindow>> accessible_;
