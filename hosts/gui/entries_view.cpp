@@ -2,6 +2,7 @@
 
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entries_look.h"
+#include "hosts/gui/location_words.h"
 #include "hosts/gui/resource.h"
 
 #include <algorithm>
@@ -181,7 +182,9 @@ void EntriesView::ShowDetails() {
     const std::size_t count = list_.Selection().size();
     const std::wstring text =
         count == 0 ? L"Select an entry to see what it is" : std::to_wstring(count) + L" entries selected";
-    return details_.SetEntry(text, nullptr, {});
+    return details_.SetEntry(
+        text, nullptr, {},
+        count == 0 ? LocationLines(locations_, request_.place) : std::vector<DetailLine>());
   }
   const EntryRow& row = *OnlySelectedRow();
   if (row.IsGone()) {

@@ -120,7 +120,7 @@ class EntriesView final : public View {
   ListSurroundings around_;
   Splitter splitter_;
   RECT area_ = {};
-  LocationSet locations_;
+  LocationSet locations_ = LocationSet().set();
   ListRequest request_;
   ScaledImages images_;
   HIMAGELIST smallImages_ = nullptr;
