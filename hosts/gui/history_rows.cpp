@@ -74,8 +74,13 @@ std::wstring HistoryStateText(const CheckpointRecord& record) {
 std::wstring CountedTitle(const CheckpointRecord& record) {
   const std::wstring count = std::to_wstring(record.info.parts);
   if (record.info.parts < 2 || record.title.find(L" " + count + L" ") != std::wstring::npos)
-    return record.title;
-  return record.title + L" (" + count + L" changes)";
+    return ShownTitle(record.title);
+  return ShownTitle(record.title) + L" (" + count + L" changes)";
+}
+
+std::wstring ShownTitle(std::wstring_view title) {
+  constexpr std::wstring_view kOwn = L"Startup Manager: ";
+  return std::wstring(title.substr(title.starts_with(kOwn) ? kOwn.size() : 0));
 }
 
 void HistoryRows::Take(HistorySnapshot snapshot) {
@@ -199,7 +204,8 @@ bool HistoryRows::CanRedo(const HistoryTarget& target) const {
 std::wstring HistoryRows::NameOf(const HistoryTarget& target) const {
   const std::vector<HistoryRow> rows = RowsOf(target);
   if (rows.size() == 1) return CountedTitle(rows.front().Record());
-  return rows.empty() ? L"" : std::to_wstring(rows.size()) + L" parts of " + rows.front().action->title;
+  return rows.empty() ? L""
+                      : std::to_wstring(rows.size()) + L" parts of " + ShownTitle(rows.front().action->title);
 }
 
 bool HistoryRows::CanUndoLatest() const noexcept {

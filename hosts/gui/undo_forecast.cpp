@@ -1,6 +1,7 @@
 #include "hosts/gui/undo_forecast.h"
 
 #include "hosts/common/text_encoding.h"
+#include "hosts/gui/history_rows.h"
 
 namespace smh {
 
@@ -10,7 +11,7 @@ std::wstring LossText(const UndoForecast& forecast) {
   return L"To keep it for undo, " + std::to_wstring(count) +
          (count == 1 ? L" older change" : L" older changes") +
          L" will be dropped and can no longer be undone, up to \u201C" +
-         Printable(forecast.dropped.back().title) + L"\u201D.";
+         Printable(ShownTitle(forecast.dropped.back().title)) + L"\u201D.";
 }
 
 std::wstring DeletionText(const UndoForecast& forecast) {

@@ -237,7 +237,7 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
   Refresh();
   const bool isUndo = order.direction == Direction::kUndo;
   std::wstring name = order.name.empty() ? rows_.NameOf({record.checkpoint}) : order.name;
-  name = Printable(name.empty() ? record.title : name);
+  name = Printable(name.empty() ? ShownTitle(record.title) : name);
   if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + name);
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
     if (Confirm(frame_,

@@ -37,9 +37,10 @@ TEST_F(HistoryRowsTest, OpensActionsIntoTheirParts) {
   Take({Record(3, L"Deleting A", S::kDone), Record(4, L"Disabling 3 entries", S::kPartlyDone, 0, 3),
         Record(5, L"Undo: Disabling 3 entries", S::kDone, 4)});
   EXPECT_EQ(Titles(), (std::vector<std::wstring>{L"+ Disabling 3 entries", L"   Deleting A"}));
-  rows.Open(4, {Record(1, L"Disabling X", S::kDone), Record(2, L"Disabling Y", S::kUndone),
+  rows.Open(4, {Record(1, L"Startup Manager: Disabling X", S::kDone), Record(2, L"Disabling Y", S::kUndone),
                 Record(3, L"Disabling Z", S::kDone)});
   EXPECT_EQ(Titles()[0], L"\u2013 Disabling 3 entries");
+  EXPECT_EQ(Titles()[1], L"        Disabling X");
   EXPECT_EQ(Titles()[2], L"        Disabling Y");
   EXPECT_EQ(rows.ActionCount(), 2u);
 

@@ -197,7 +197,7 @@ TEST_F(OperationsTest, UndoesAndRedoes) {
   EXPECT_FALSE(gui.CanRun(CMD_REDO));
   gui.Command(CMD_UNDO);
   EXPECT_TRUE(WaitUntil([&] { return IsInRun(L"Aurora Mixer") && gui.CanRun(CMD_REDO); }));
-  EXPECT_EQ(gui.Status(0), L"Undid: Startup Manager: Disabling Aurora Mixer");
+  EXPECT_EQ(gui.Status(0), L"Undid: Disabling Aurora Mixer");
   EXPECT_TRUE(WaitUntil([&] { return gui.IsChecked(Row(L"Aurora Mixer")); }));
   gui.Command(CMD_REDO);
   EXPECT_TRUE(WaitUntil([&] { return IsAside(L"Aurora Mixer") && !gui.CanRun(CMD_REDO); }));
