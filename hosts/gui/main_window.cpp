@@ -79,6 +79,10 @@ void MainWindow::OnCreate() {
                   [this](const std::wstring& text) {
                     said_.clear();
                     ShowError(frame_, text);
+                  },
+                  [this](const std::wstring& text) {
+                    ShowError(frame_, text);
+                    SendMessageW(Handle(), WM_CLOSE, 0, 0);
                   }});
   panes_.Undo().Refresh();
   Update();

@@ -116,7 +116,7 @@ void Worker::Run() noexcept {
     Serve(session);
   });
   if (isLoaded) {
-    Tell(fault);
+    if (!fault.empty()) queue_.Post([this, fault] { events_.onBroken(fault); });
   } else {
     beginFault_ = fault;
     SetEvent(begun_.Get());

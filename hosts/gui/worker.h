@@ -50,15 +50,16 @@ class Worker {
  public:
   // Runs on the worker's thread; the session is valid inside the call.
   using Task = std::function<void(LibrarySession& session)>;
-  // Both run on the window's thread: the differences that a look has found, to be moved out, and why a task
-  // or look has failed.
+  // They run on the window's thread: the differences that a look has found, to be moved out; why a task or
+  // look has failed; and why the library could not be started, after which nothing else is told.
   struct Events {
     std::function<void(ListNews& news)> onNews;
     std::function<void(const std::wstring& text)> onFailure;
+    std::function<void(const std::wstring& text)> onBroken;
   };
 
   // Returns when the libraries are loaded, and raises HostError with what that raised; what starting them
-  // raises goes to onFailure. The queue outlives the worker.
+  // raises goes to onBroken. The queue outlives the worker.
   explicit Worker(UiQueue& queue);
   // Waits for the task at work; those behind it are dropped. A reader that hangs on a dead path is not waited
   // for longer than ten seconds: the process ends then.
