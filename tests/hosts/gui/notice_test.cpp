@@ -35,7 +35,7 @@ TEST(NoticeTest, TheFirstStartSaysWhatThisIsUntilThatWasRead) {
     gui.Screenshot(L"notice-first-start");
     PressInNotice(gui, CMD_HIDE_NOTICE);
     EXPECT_TRUE(WaitUntil([&] { return NoticeOf(gui).empty(); }));
-    EXPECT_EQ(FocusOf(gui.Window()), gui.Control(IDC_ENTRIES));
+    EXPECT_TRUE(WaitUntil([&] { return FocusOf(gui.Window()) == gui.Control(IDC_ENTRIES); }));
   }
   EXPECT_EQ(NoticeOf(GuiProgram(GuiProgram::Look::kAsLeft)), L"");
 }
