@@ -69,14 +69,4 @@ void CompareBar::Paint(const PaintScope& paint) const {
   painter.Text(TextOf(Handle()), line, Role::kBarText, DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 
-LRESULT CompareBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  switch (message) {
-    case WM_COMMAND:
-      SendMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);
-      return 0;
-    default:
-      return PaintedWindow::OnMessage(message, wParam, lParam);
-  }
-}
-
 }  // namespace smh

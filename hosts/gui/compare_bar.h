@@ -11,7 +11,7 @@ namespace smh {
 
 // A click on a button sends its command, CMD_ONLY_DIFFERENT or CMD_STOP_COMPARING, to the window's parent,
 // which also destroys the window.
-class CompareBar final : public PaintedWindow {
+class CompareBar final : public PaintedNote {
  public:
   // Makes the bar, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -25,7 +25,6 @@ class CompareBar final : public PaintedWindow {
   bool Holds(HWND control) const noexcept { return IsChild(Handle(), control) != FALSE; }
 
  private:
-  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void Paint(const PaintScope& paint) const override;
   int LineHeight() const;
 

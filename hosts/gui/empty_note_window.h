@@ -12,7 +12,7 @@
 namespace smh {
 
 // A click on a button sends its command to the window's parent, which also destroys the window.
-class EmptyNoteWindow final : public PaintedWindow {
+class EmptyNoteWindow final : public PaintedNote {
  public:
   // Makes the window, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -27,7 +27,6 @@ class EmptyNoteWindow final : public PaintedWindow {
   bool Offers(UINT command) const;
 
  private:
-  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void MakeButtons();
   void Arrange() override;
   void Paint(const PaintScope& paint) const override;

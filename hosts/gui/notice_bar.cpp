@@ -111,18 +111,4 @@ void NoticeBar::Paint(const PaintScope& paint) const {
   DrawTextW(paint.Canvas(), notice_.text.c_str(), -1, &text, kTextFormat);
 }
 
-LRESULT NoticeBar::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  switch (message) {
-    case WM_PARENTNOTIFY:
-      // The top-level window dresses what it gets; not every system passes that on.
-      return SendMessageW(GetParent(Handle()), message, wParam, lParam);
-    case WM_COMMAND:
-      // Later: the command may destroy the button that tells of its click.
-      PostMessageW(GetParent(Handle()), WM_COMMAND, LOWORD(wParam), 0);
-      return 0;
-    default:
-      return PaintedWindow::OnMessage(message, wParam, lParam);
-  }
-}
-
 }  // namespace smh

@@ -12,7 +12,7 @@
 namespace smh {
 
 // A click on a button sends its command to the window's parent, which also destroys the window.
-class NoticeBar final : public PaintedWindow {
+class NoticeBar final : public PaintedNote {
  public:
   // Makes the bar, hidden. Called once; SetDpi comes before Place. Raises HostError.
   void Open(HWND parent);
@@ -28,7 +28,6 @@ class NoticeBar final : public PaintedWindow {
   std::vector<HWND> Controls() const;
 
  private:
-  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   SIZE Measure(const std::wstring& text, int width) const;
   void Paint(const PaintScope& paint) const override;
 

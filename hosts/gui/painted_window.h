@@ -18,4 +18,10 @@ class PaintedWindow : public Window {
   virtual void Arrange() {}
 };
 
+// One with buttons: what is clicked goes to the parent, as a WM_COMMAND of its own.
+class PaintedNote : public PaintedWindow {
+ protected:
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+};
+
 }  // namespace smh
