@@ -7,6 +7,9 @@
 set -euo pipefail
 arch=$1 folder=$(realpath -m "$2")
 shift 2
+made_by=$(wine --version)
+# One of another Wine is made anew: an update would go through the links below into the installed files.
+if [ -e "$folder/.made-by" ] && [ "$(cat "$folder/.made-by")" != "$made_by" ]; then rm -rf "$folder"; fi
 if [ -e "$folder/system.reg" ]; then exit 0; fi
 
 build=$(cd "$(dirname "$0")/.." && pwd)/build
@@ -52,6 +55,8 @@ make_pristine() {
   for modules in "$new"/drive_c/windows/{system32,syswow64}; do
     if [ -d "$modules" ]; then link_modules "$modules"; fi
   done
+  echo disable >"$new/.update-timestamp"
+  echo "$made_by" >"$new/.made-by"
   mv "$new" "$pristine"
 }
 
