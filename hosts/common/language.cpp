@@ -20,7 +20,7 @@ struct LanguageRow {
 constexpr LanguageRow kRows[kLanguages] = {
     {Language::kEnglish, L"en", L"English", LANG_ENGLISH},
     {Language::kGerman, L"de", L"Deutsch", LANG_GERMAN},
-    {Language::kHebrew, L"he", L"\u05E2\u05D1\u05E8\u05D9\u05EA", LANG_HEBREW},
+    {Language::kHebrew, L"he", L"עברית", LANG_HEBREW},
 };
 
 constexpr wchar_t kSettings[] = L"Software\\Quillmark\\Startup Manager\\Settings";

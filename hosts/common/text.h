@@ -1,4 +1,19 @@
 // Texts that people read: one row of a table for each, with the text in every language. Any thread.
+//
+// The same words everywhere:
+//   entry           Eintrag                      פריט
+//   location        Ort                          מיקום
+//   command         Befehl                       פקודה
+//   enable, disable aktivieren, deaktivieren     הפעלה, השבתה
+//   start, run now  starten, jetzt ausführen     הפעלה אוטומטית, הרצה כעת
+//   undo, redo      rückgängig, wiederholen      ביטול, ביצוע חוזר
+//   undo history    Änderungsverlauf             היסטוריית השינויים
+//   saved state     gespeicherter Stand          מצב שמור
+//   default program Standardprogramm             תוכנית ברירת מחדל
+//   verified, risky überprüft, riskant           מאומת, מסוכן
+//   signature       Signatur                     חתימה
+//   Task Manager    Task-Manager                 מנהל המשימות
+//   administrator   Administrator                מנהל מערכת
 #pragma once
 
 #include "hosts/common/language.h"
@@ -11,9 +26,8 @@
 namespace smh {
 
 // A text in all languages. The compiler checks that none is missing, that all take the same arguments ("%1"
-// to
-// "%9", in any order; "%%" is a percent sign), and that an access key ("&E"), dots at the end and what stands
-// behind a tab are in all of them or in none. The literals live as long as the program.
+// to "%9", in any order; "%%" is a percent sign), and that an access key ("&E"), dots at the end and what
+// stands behind a tab are in all of them or in none. The literals live as long as the program.
 class Text {
  public:
   consteval Text(const wchar_t* english, const wchar_t* german, const wchar_t* hebrew)
@@ -25,7 +39,9 @@ class Text {
 
   // In the language of the process, and in that one: what programs read is English always.
   const wchar_t* Get() const noexcept { return In(CurrentLanguage()); }
-  const wchar_t* In(Language language) const noexcept { return texts_[static_cast<std::size_t>(language)]; }
+  constexpr const wchar_t* In(Language language) const noexcept {
+    return texts_[static_cast<std::size_t>(language)];
+  }
 
  private:
   static constexpr bool IsLike(std::wstring_view text, std::wstring_view other) {
@@ -62,9 +78,13 @@ inline std::wstring TextArgument(std::integral auto number) {
   return std::to_wstring(number);
 }
 
-// "%1 of %2 entries" with 12 and 45.
+// "%1 of %2 entries" with 12 and 45; a row without arguments is taken as it is, but for "%%".
 std::wstring Format(const Text& text, const auto&... arguments) {
   return FillIn(text.Get(), {TextArgument(arguments)...});
+}
+// The same in that language.
+std::wstring FormatIn(Language language, const Text& text, const auto&... arguments) {
+  return FillIn(text.In(language), {TextArgument(arguments)...});
 }
 
 // For a count: the text for one, and the one for every other number.
