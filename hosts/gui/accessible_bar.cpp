@@ -1,5 +1,7 @@
 #include "hosts/gui/accessible_bar.h"
 
+#include "hosts/gui/texts/frame_texts.h"
+
 #include <commctrl.h>
 #include <oleacc.h>
 
@@ -104,7 +106,7 @@ int AccessibleBar::HitTest(POINT point) const {
 }
 
 std::wstring AccessibleBar::DefaultAction(int child) const {
-  return child == 0 || (State(child) & STATE_SYSTEM_FOCUSABLE) == 0 ? L"" : L"Press";
+  return child == 0 || (State(child) & STATE_SYSTEM_FOCUSABLE) == 0 ? L"" : texts::kActPress.Get();
 }
 
 void AccessibleBar::DoDefaultAction(int child) {

@@ -1,5 +1,7 @@
 #include "hosts/gui/accessible_tree.h"
 
+#include "hosts/gui/texts/frame_texts.h"
+
 #include <oleacc.h>
 
 #include <utility>
@@ -113,7 +115,7 @@ std::vector<int> AccessibleTree::Selected() const {
 
 std::wstring AccessibleTree::DefaultAction(int child) const {
   if (child == 0 || !HasChildren(ItemOf(child))) return {};
-  return IsOpen(ItemOf(child)) ? L"Collapse" : L"Expand";
+  return IsOpen(ItemOf(child)) ? texts::kActCollapse.Get() : texts::kActExpand.Get();
 }
 
 void AccessibleTree::DoDefaultAction(int child) {

@@ -1,6 +1,7 @@
 #include "hosts/gui/account.h"
 
 #include "core/contracts/intf_general.h"
+#include "hosts/common/language.h"
 #include "hosts/common/library.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/module_path.h"
@@ -66,12 +67,14 @@ Account CurrentAccount() {
 
 bool RestartElevated(HWND window) {
   const std::wstring program = ModuleFileName(nullptr);
+  const std::wstring arguments = std::wstring(L"--language ") + LanguageName(CurrentLanguage());
   SHELLEXECUTEINFOW info = {};
   info.cbSize = sizeof(info);
   info.fMask = SEE_MASK_NOASYNC;
   info.hwnd = window;
   info.lpVerb = L"runas";
   info.lpFile = program.c_str();
+  info.lpParameters = arguments.c_str();
   info.nShow = SW_SHOWNORMAL;
   return ShellExecuteExW(&info) != FALSE;
 }

@@ -22,8 +22,9 @@ struct Account {
 // its service; a name that cannot be found out is empty.
 Account CurrentAccount();
 
-// Starts this program again with the rights of an administrator; false when the user declines or it cannot be
-// started. Blocks until the system's question is answered. This process goes on: the caller ends it.
+// Starts this program again with the rights of an administrator, in the same language; false when the user
+// declines or it cannot be started. Blocks until the system's question is answered. This process goes on: the
+// caller ends it.
 bool RestartElevated(HWND window);
 
 }  // namespace smh

@@ -2,7 +2,9 @@
 
 #include "hosts/gui/columns_dialog.h"
 #include "hosts/gui/entry_columns.h"
+#include "hosts/gui/menus.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/menu_texts.h"
 #include "hosts/gui/window_settings.h"
 
 #include <algorithm>
@@ -102,8 +104,8 @@ void ChosenColumns::ShowMenu(HWND window, POINT point) const {
     AppendMenuW(menu, MF_STRING | isShown, CMD_FIRST_COLUMN + i, EntryColumns()[i].title);
   }
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(menu, MF_STRING, CMD_COLUMNS, L"C&olumns\u2026");
-  TrackPopupMenu(menu, TPM_RIGHTBUTTON, point.x, point.y, 0, window, nullptr);
+  AppendMenuW(menu, MF_STRING, CMD_COLUMNS, texts::kMenuMoreColumns.Get());
+  OpenMenu(menu, point, window);
   DestroyMenu(menu);
 }
 

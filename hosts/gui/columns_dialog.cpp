@@ -1,6 +1,7 @@
 #include "hosts/gui/columns_dialog.h"
 
 #include "hosts/gui/dialog_place.h"
+#include "hosts/gui/dialogs.h"
 #include "hosts/gui/entry_columns.h"
 #include "hosts/gui/resource.h"
 
@@ -84,7 +85,7 @@ void MoveRow(HWND dialog, Choice& choice, int step) {
 INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-    BeginDialog(dialog);
+    BeginDialog(dialog, IDD_COLUMNS);
     Open(dialog, *reinterpret_cast<Choice*>(lParam));
     return TRUE;
   }
@@ -115,8 +116,7 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
 
 std::optional<ColumnLayout> AskColumns(HWND owner, const ColumnLayout& layout) {
   Choice choice = ChoiceOf(layout);
-  if (DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_COLUMNS), owner, Procedure,
-                      reinterpret_cast<LPARAM>(&choice)) != IDOK) {
+  if (OpenDialog(owner, IDD_COLUMNS, Procedure, reinterpret_cast<LPARAM>(&choice)) != IDOK) {
     return std::nullopt;
   }
   ColumnLayout chosen;

@@ -2,6 +2,8 @@
 
 #include "hosts/gui/accessible_bar.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/bar_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 #include "hosts/gui/window_images.h"
 
 #include <algorithm>
@@ -15,26 +17,25 @@ namespace {
 struct CommandRow {
   UINT command;  // 0: a gap
   Glyph glyph;
-  const wchar_t* label;  // none: the picture only
-  const wchar_t* tip;
+  const Text* label;  // none: the picture only
+  const Text* tip;
 };
 constexpr CommandRow kCommands[] = {
-    {CMD_ENABLE, Glyph::kOn, L"Enable", L"Have Windows start the selected entries again (Ctrl+E)"},
-    {CMD_DISABLE, Glyph::kOff, L"Disable", L"Keep the selected entries from starting (Ctrl+D)"},
-    {CMD_DELETE, Glyph::kRemove, L"Delete", L"Delete the selected entries (Del)"},
+    {CMD_ENABLE, Glyph::kOn, &texts::kBarEnable, &texts::kTipEnable},
+    {CMD_DISABLE, Glyph::kOff, &texts::kBarDisable, &texts::kTipDisable},
+    {CMD_DELETE, Glyph::kRemove, &texts::kBarDelete, &texts::kTipDelete},
     {0, Glyph::kNone, nullptr, nullptr},
-    {CMD_ADD, Glyph::kAdd, L"Add", L"Add an entry (Ctrl+N)"},
-    {CMD_MOVE, Glyph::kMove, nullptr, L"Move the selected entries to another location (Ctrl+M)"},
-    {CMD_CHANGE_COMMAND, Glyph::kEdit, nullptr, L"Change the entry's command (F2)"},
-    {CMD_EXECUTE, Glyph::kRun, nullptr, L"Run the entry's command now (Ctrl+F9)"},
+    {CMD_ADD, Glyph::kAdd, &texts::kBarAdd, &texts::kTipAdd},
+    {CMD_MOVE, Glyph::kMove, nullptr, &texts::kTipMove},
+    {CMD_CHANGE_COMMAND, Glyph::kEdit, nullptr, &texts::kTipChangeCommand},
+    {CMD_EXECUTE, Glyph::kRun, nullptr, &texts::kTipExecute},
     {0, Glyph::kNone, nullptr, nullptr},
-    {CMD_UNDO, Glyph::kUndo, L"Undo", L"Take back the latest change (Ctrl+Z)"},
-    {CMD_REDO, Glyph::kRedo, nullptr, L"Make the change again that was taken back last (Ctrl+Y)"},
+    {CMD_UNDO, Glyph::kUndo, &texts::kBarUndo, &texts::kTipUndo},
+    {CMD_REDO, Glyph::kRedo, nullptr, &texts::kTipRedo},
     {0, Glyph::kNone, nullptr, nullptr},
-    {CMD_EXPORT, Glyph::kSave, nullptr, L"Write the entries to a CSV or JSON file (Ctrl+S)"},
-    {CMD_REFRESH, Glyph::kRefresh, nullptr, L"Read all entries anew (F5)"},
-    {CMD_RESTART_ELEVATED, Glyph::kShield, nullptr,
-     L"Restart as administrator, to change the entries of all users"},
+    {CMD_EXPORT, Glyph::kSave, nullptr, &texts::kTipExport},
+    {CMD_REFRESH, Glyph::kRefresh, nullptr, &texts::kTipRefresh},
+    {CMD_RESTART_ELEVATED, Glyph::kShield, nullptr, &texts::kTipRestartElevated},
 };
 
 const CommandRow* RowOf(UINT command) noexcept {
@@ -53,7 +54,7 @@ TBBUTTON ButtonOf(const CommandRow& row) noexcept {
   button.idCommand = static_cast<int>(row.command);
   button.fsState = TBSTATE_ENABLED;
   button.fsStyle = BTNS_AUTOSIZE | (row.label == nullptr ? 0 : BTNS_SHOWTEXT);
-  button.iString = reinterpret_cast<INT_PTR>(row.label == nullptr ? L"" : row.label);
+  button.iString = reinterpret_cast<INT_PTR>(row.label == nullptr ? L"" : row.label->Get());
   return button;
 }
 
@@ -68,10 +69,11 @@ void CommandBar::Create(HWND parent) {
   SendMessageW(bar_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   SendMessageW(bar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
   keys_.Attach(bar_);
-  accessible_.Attach(bar_, std::make_unique<AccessibleBar>(bar_, L"Commands", keys_, [](UINT command) {
-                       const CommandRow* const row = RowOf(command);
-                       return std::wstring(row == nullptr ? L"" : row->tip);
-                     }));
+  accessible_.Attach(
+      bar_, std::make_unique<AccessibleBar>(bar_, texts::kNameCommands.Get(), keys_, [](UINT command) {
+        const CommandRow* const row = RowOf(command);
+        return std::wstring(row == nullptr ? L"" : row->tip->Get());
+      }));
 }
 
 // A tool bar measures its buttons when they are inserted.
@@ -145,7 +147,7 @@ bool CommandBar::OnNotify(const NMHDR& header) {
   if (header.code != TTN_GETDISPINFOW) return false;
   if (const CommandRow* const row = RowOf(static_cast<UINT>(header.idFrom))) {
     auto& info = reinterpret_cast<NMTTDISPINFOW&>(const_cast<NMHDR&>(header));
-    info.lpszText = const_cast<wchar_t*>(row->tip);
+    info.lpszText = const_cast<wchar_t*>(row->tip->Get());
   }
   return true;
 }

@@ -1,5 +1,6 @@
 #include "hosts/gui/context_menus.h"
 
+#include "hosts/gui/menus.h"
 #include "hosts/gui/resource.h"
 
 #include <commctrl.h>
@@ -16,16 +17,16 @@ enum class ControlKind { kList, kTree, kText };
 
 struct MenuRow {
   int control;
-  int menu;
+  ContextMenu menu;
   ControlKind kind;
 };
 constexpr MenuRow kMenus[] = {
-    {IDC_ENTRIES, IDR_ENTRY_MENU, ControlKind::kList},
-    {IDC_PROGRAMS, IDR_PROGRAM_MENU, ControlKind::kList},
-    {IDC_CHECKPOINTS, IDR_CHANGE_MENU, ControlKind::kList},
-    {IDC_STEPS, IDR_TEXT_MENU, ControlKind::kList},
-    {IDC_DETAILS, IDR_TEXT_MENU, ControlKind::kText},
-    {IDC_TREE, IDR_TREE_MENU, ControlKind::kTree},
+    {IDC_ENTRIES, ContextMenu::kEntry, ControlKind::kList},
+    {IDC_PROGRAMS, ContextMenu::kProgram, ControlKind::kList},
+    {IDC_CHECKPOINTS, ContextMenu::kChange, ControlKind::kList},
+    {IDC_STEPS, ContextMenu::kText, ControlKind::kList},
+    {IDC_DETAILS, ContextMenu::kText, ControlKind::kText},
+    {IDC_TREE, ContextMenu::kTree, ControlKind::kTree},
 };
 
 // What has the focus, in pixels of the control; empty when nothing has.
@@ -76,8 +77,8 @@ bool ShowContextMenu(HWND window, HWND control, POINT point) {
   } else if (row->kind == ControlKind::kTree) {
     SelectNodeAt(control, point);
   }
-  const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(row->menu));
-  TrackPopupMenu(GetSubMenu(menu, 0), TPM_RIGHTBUTTON, point.x, point.y, 0, window, nullptr);
+  const HMENU menu = MakeContextMenu(row->menu);
+  OpenMenu(menu, point, window);
   DestroyMenu(menu);
   return true;
 }

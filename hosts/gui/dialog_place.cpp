@@ -1,5 +1,6 @@
 #include "hosts/gui/dialog_place.h"
 
+#include "hosts/gui/dialogs.h"
 #include "hosts/gui/theme_window.h"
 
 #include <algorithm>
@@ -25,7 +26,8 @@ LONG Middle(LONG begin, LONG end, LONG length, LONG least, LONG most) noexcept {
 
 }  // namespace
 
-void BeginDialog(HWND dialog) {
+void BeginDialog(HWND dialog, int id) {
+  SetDialogTexts(dialog, id);
   ThemeDialog(dialog);
   const RECT over = AreaToCover(GetWindow(dialog, GW_OWNER));
   MONITORINFO screen = {};

@@ -2,7 +2,10 @@
 
 #include "hosts/common/location_names.h"
 #include "hosts/gui/dialog_place.h"
+#include "hosts/gui/dialogs.h"
+#include "hosts/gui/file_kinds.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/dialog_texts.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window.h"
 #include "infra/runtime/text.h"
@@ -40,10 +43,12 @@ std::int32_t ChosenLocation(HWND dialog) {
 
 void Browse(HWND dialog) {
   wchar_t file[MAX_PATH] = L"";
+  const std::wstring kinds =
+      FileKinds({{texts::kFilesPrograms, L"*.exe;*.com;*.bat;*.cmd"}, {texts::kFilesAll, L"*.*"}});
   OPENFILENAMEW open = {};
   open.lStructSize = sizeof(open);
   open.hwndOwner = dialog;
-  open.lpstrFilter = L"Programs\0*.exe;*.com;*.bat;*.cmd\0All files\0*.*\0";
+  open.lpstrFilter = kinds.c_str();
   open.lpstrFile = file;
   open.nMaxFile = ARRAYSIZE(file);
   open.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
@@ -55,6 +60,7 @@ void Browse(HWND dialog) {
 
 // What the dialogs have in common: fields to fill at the beginning, and to try with at the end.
 struct Form {
+  int id;  // of the template
   NewEntry entry;
   LocationSet locations;
   std::wstring prompt;
@@ -151,7 +157,8 @@ void Begin(HWND dialog, Form& form) {
   form.dialog = std::make_shared<HWND>(dialog);
   Fill(dialog, form);
   if (const HWND fault = GetDlgItem(dialog, IDC_FAULT)) SetThemeRoles(fault, Role::kAlarmText, Role::kBar);
-  BeginDialog(dialog);
+  if (const HWND command = GetDlgItem(dialog, IDC_COMMAND)) KeepLeftToRight(command);
+  BeginDialog(dialog, form.id);
 }
 
 INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -170,9 +177,8 @@ INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM 
   return TRUE;
 }
 
-bool Ask(HWND owner, int id, Form& form) {
-  return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), owner, FormProcedure,
-                         reinterpret_cast<LPARAM>(&form)) == IDOK;
+bool Ask(HWND owner, Form& form) {
+  return OpenDialog(owner, form.id, FormProcedure, reinterpret_cast<LPARAM>(&form)) == IDOK;
 }
 
 }  // namespace
@@ -182,33 +188,38 @@ bool TakesNewEntries(std::int32_t location) {
 }
 
 void AskNewEntry(HWND owner, std::int32_t location, const TryWith<NewEntry>& add) {
-  Form form{{location, {}, {}}, {}, {}, true, true, add};
+  Form form{IDD_ADD, {location, {}, {}}, {}, {}, true, true, add};
   for (std::int32_t each = kFirstLocation; each <= kLastLocation; ++each) {
     if (TakesNewEntries(each)) form.locations.set(static_cast<std::size_t>(each));
   }
-  Ask(owner, IDD_ADD, form);
+  Ask(owner, form);
 }
 
 void AskCommand(HWND owner, const std::wstring& name, const std::wstring& command,
                 const TryWith<std::wstring>& change) {
-  Form form{
-      {sulNone, {}, command}, {}, name, false, true, [&change](const NewEntry& entry, const TryEnd& end) {
-        change(entry.command, end);
-      }};
-  Ask(owner, IDD_COMMAND, form);
+  Form form{IDD_COMMAND,
+            {sulNone, {}, command},
+            {},
+            name,
+            false,
+            true,
+            [&change](const NewEntry& entry, const TryEnd& end) { change(entry.command, end); }};
+  Ask(owner, form);
 }
 
 std::optional<std::int32_t> AskTarget(HWND owner, const LocationSet& targets, const std::wstring& prompt) {
-  Form form{{sulNone, {}, {}}, targets, prompt, false, false, {}};
-  return Ask(owner, IDD_MOVE, form) ? std::optional(form.entry.location) : std::nullopt;
+  Form form{IDD_MOVE, {sulNone, {}, {}}, targets, prompt, false, false, {}};
+  return Ask(owner, form) ? std::optional(form.entry.location) : std::nullopt;
 }
 
 std::optional<ExportTarget> AskExportTarget(HWND owner, const std::wstring& title) {
-  wchar_t file[MAX_PATH] = L"startup entries";
+  wchar_t file[MAX_PATH] = L"";
+  lstrcpynW(file, texts::kExportName.Get(), ARRAYSIZE(file));
+  const std::wstring kinds = FileKinds({{texts::kFilesCsv, L"*.csv"}, {texts::kFilesJson, L"*.json"}});
   OPENFILENAMEW save = {};
   save.lStructSize = sizeof(save);
   save.hwndOwner = owner;
-  save.lpstrFilter = L"CSV file\0*.csv\0JSON file\0*.json\0";
+  save.lpstrFilter = kinds.c_str();
   save.nFilterIndex = 1;
   save.lpstrFile = file;
   save.nMaxFile = ARRAYSIZE(file);

@@ -1,7 +1,9 @@
 #include "hosts/gui/key_help.h"
 
 #include "hosts/gui/dialog_place.h"
+#include "hosts/gui/dialogs.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/key_texts.h"
 
 #include <algorithm>
 
@@ -10,18 +12,14 @@ namespace smh {
 namespace {
 
 struct KeyRow {
-  const wchar_t* meaning;
-  const wchar_t* keys;
+  const Text& meaning;
+  const Text& keys;
 };
 constexpr KeyRow kPaneKeys[] = {
-    {L"Next pane", L"Tab or F6"},
-    {L"Previous pane", L"Shift+Tab or Shift+F6"},
-    {L"Back to the list, cancel what lasts", L"Esc"},
-    {L"Switch the entry on or off", L"Space"},
-    {L"Details of the entry, parts of the change", L"Enter"},
-    {L"Show or hide what is below", L"Right, Left"},
-    {L"Menu of what is selected", L"Shift+F10"},
-    {L"Menu bar", L"Alt or F10"},
+    {texts::kKeyNextPane, texts::kKeysNextPane}, {texts::kKeyPreviousPane, texts::kKeysPreviousPane},
+    {texts::kKeyBack, texts::kKeysBack},         {texts::kKeySwitch, texts::kKeysSwitch},
+    {texts::kKeyDetails, texts::kKeysDetails},   {texts::kKeyFold, texts::kKeysFold},
+    {texts::kKeyMenu, texts::kKeysMenu},         {texts::kKeyMenuBar, texts::kKeysMenuBar},
 };
 
 // In the units of a dialog.
@@ -50,7 +48,7 @@ std::wstring KeysOfMenu(HMENU menu) {
 
 INT_PTR CALLBACK OnDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   if (message == WM_INITDIALOG) {
-    BeginDialog(dialog);
+    BeginDialog(dialog, IDD_KEYS);
     SendDlgItemMessageW(dialog, IDC_KEYS, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&kKeyColumn));
     SetDlgItemTextW(dialog, IDC_KEYS, reinterpret_cast<const wchar_t*>(lParam));
     // The caret stands at the beginning; an edit field would select everything.
@@ -72,17 +70,16 @@ std::wstring KeyTable(HMENU menu) {
     const std::wstring lines = below == nullptr ? std::wstring() : KeysOfMenu(below);
     if (!lines.empty()) text += TextOfItem(menu, i) + L"\r\n" + lines + L"\r\n";
   }
-  text += L"Everywhere\r\n";
+  text += texts::kKeysEverywhere.Get() + std::wstring(L"\r\n");
   for (const KeyRow& row : kPaneKeys) {
-    text += std::wstring(L"    ") + row.meaning + L"\t" + row.keys + L"\r\n";
+    text += std::wstring(L"    ") + row.meaning.Get() + L"\t" + row.keys.Get() + L"\r\n";
   }
   return text;
 }
 
 void ShowKeys(HWND window) {
   const std::wstring text = KeyTable(GetMenu(window));
-  DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_KEYS), window, OnDialog,
-                  reinterpret_cast<LPARAM>(text.c_str()));
+  OpenDialog(window, IDD_KEYS, OnDialog, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 #include "hosts/gui/accessible_tree.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/frame_texts.h"
 
 #include <algorithm>
 #include <map>
@@ -24,7 +25,7 @@ void LocationTree::Create(HWND parent, OnSelect onSelect) {
                           WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TVS_HASBUTTONS |
                               TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_DISABLEDRAGDROP,
                           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(IDC_TREE), nullptr, nullptr);
-  accessible_.Attach(tree_, std::make_unique<AccessibleTree>(tree_, L"Locations and views"));
+  accessible_.Attach(tree_, std::make_unique<AccessibleTree>(tree_, texts::kNameTree.Get()));
 }
 
 void LocationTree::Build(bool allLocations) {
@@ -34,11 +35,11 @@ void LocationTree::Build(bool allLocations) {
   SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
   TreeView_DeleteAllItems(tree_);
   nodes_.clear();
-  const HTREEITEM root = Add(TVI_ROOT, Kind::kEntries, LocationSet().set(), L"All entries");
+  const HTREEITEM root = Add(TVI_ROOT, Kind::kEntries, LocationSet().set(), texts::kAllEntries.Get());
   AddLocations(root, allLocations);
   TreeView_Expand(tree_, root, TVE_EXPAND);
-  Add(TVI_ROOT, Kind::kPrograms, {}, L"Default programs");
-  Add(TVI_ROOT, Kind::kUndo, {}, L"Undo history");
+  Add(TVI_ROOT, Kind::kPrograms, {}, texts::kDefaultPrograms.Get());
+  Add(TVI_ROOT, Kind::kUndo, {}, texts::kUndoHistory.Get());
   const auto again =
       std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.title == before; });
   building_ = false;

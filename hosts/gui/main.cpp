@@ -1,6 +1,7 @@
 // startupmanager: the library's functions in a window.
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
+#include "hosts/gui/language_choice.h"
 #include "hosts/gui/main_window.h"
 #include "hosts/gui/trust_checker.h"
 #include "hosts/gui/window_images.h"
@@ -9,10 +10,6 @@
 namespace {
 
 using namespace smh;
-
-void ShowFailure(const std::wstring& text) noexcept {
-  MessageBoxW(nullptr, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
-}
 
 void Run(int showCommand) {
   UiQueue queue;
@@ -36,10 +33,11 @@ void Run(int showCommand) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand) {
   SetUpHostProcess();
   try {
+    SetUpLanguage();
     Run(showCommand);
     return 0;
   } catch (...) {
-    ShowFailure(CurrentFaultText());
+    ShowFault(nullptr, CurrentFaultText());
     return 1;
   }
 }

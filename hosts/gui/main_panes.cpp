@@ -2,6 +2,7 @@
 
 #include "hosts/gui/accessible_text.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/frame_texts.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
 
@@ -31,8 +32,9 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
   search_ =
       CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
-  SetSearchPlace(L"all entries");
-  accessibleSearch_.Attach(search_, std::make_unique<AccessibleText>(search_, L"Search", L"Ctrl+F"));
+  SetSearchPlace({});
+  accessibleSearch_.Attach(search_, std::make_unique<AccessibleText>(search_, texts::kNameSearch.Get(),
+                                                                     texts::kNameSearchKeys.Get()));
   notice_.Open(window);
   tree_.Create(window, std::move(onSelect));
   splitter_.Open(window, Splitter::Direction::kLeftRight, [this](int position) {
@@ -87,7 +89,7 @@ void MainPanes::ShowProgress(bool show) {
 }
 
 void MainPanes::SetSearchPlace(const std::wstring& place) const {
-  const std::wstring cue = L"Search in " + place;
+  const std::wstring cue = place.empty() ? texts::kSearchInAll.Get() : Format(texts::kSearchIn, place);
   SendMessageW(search_, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(cue.c_str()));
 }
 

@@ -50,7 +50,7 @@ class MainPanes {
   bool Show(LocationTree::Kind kind);
   // Says that in the banner; Layout makes room for it.
   void SetNotice(const Notice& notice);
-  // What the empty search box says behind "Search in".
+  // Where the empty search box says that it searches; everywhere when that is empty.
   void SetSearchPlace(const std::wstring& place) const;
   // The parts of the status bar, from the left.
   enum class StatusPart { kNews, kCount, kAccount };

@@ -3,8 +3,12 @@
 #include "hosts/gui/context_menus.h"
 #include "hosts/gui/key_help.h"
 #include "hosts/gui/keyboard.h"
+#include "hosts/gui/language_choice.h"
+#include "hosts/gui/menus.h"
 #include "hosts/gui/message_dialog.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/dialog_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
 
@@ -45,13 +49,13 @@ void MainWindow::Open(int showCommand) {
   // The entries are read while the window is made.
   if (const auto all = LoadNumbers(L"AllLocations", 1); !all.empty()) allLocations_ = all[0] != 0;
   ReadEntries();
-  const HMENU menu = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU));
-  const std::wstring title =
-      account_.elevated ? kProgramTitle + (L" \u2013 Administrator " + account_.name) : kProgramTitle;
+  const std::wstring title = account_.elevated ? Format(texts::kElevatedCaption, kProgramTitle, account_.name)
+                                               : std::wstring(kProgramTitle);
   Create({.className = kClassName,
           .title = title.c_str(),
           .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-          .menu = menu});
+          .exStyle = IsMirrored(CurrentLanguage()) ? DWORD{WS_EX_LAYOUTRTL} : 0,
+          .menu = MakeMenuBar()});
   ShowWindow(Handle(), WasMaximized() && showCommand == SW_SHOWDEFAULT ? SW_SHOWMAXIMIZED : showCommand);
   SetFocus(panes_.Shown().MainControl());
 }
@@ -209,6 +213,10 @@ bool MainWindow::CanRun(UINT command) const {
     case CMD_UNDO_HISTORY:
     case CMD_ABOUT:
     case CMD_KEYS:
+    case CMD_LANGUAGE_SYSTEM:
+    case CMD_LANGUAGE_ENGLISH:
+    case CMD_LANGUAGE_GERMAN:
+    case CMD_LANGUAGE_HEBREW:
     case CMD_EXIT:
     case CMD_HIDE_NOTICE:
       return true;
@@ -274,6 +282,12 @@ void MainWindow::Run(UINT command) {
       return ShowKeys(Handle());
     case CMD_ABOUT:
       return ShowAbout();
+    case CMD_LANGUAGE_SYSTEM:
+    case CMD_LANGUAGE_ENGLISH:
+    case CMD_LANGUAGE_GERMAN:
+    case CMD_LANGUAGE_HEBREW:
+      if (ChangeLanguage(Handle(), command)) Restart();
+      return;
     case CMD_EXIT:
       SendMessageW(Handle(), WM_CLOSE, 0, 0);
       return;
@@ -289,7 +303,7 @@ void MainWindow::Run(UINT command) {
 void MainWindow::ShowNode(const LocationTree::Node& node) {
   const std::wstring title = LocationTree::PlaceTitle(node);
   if (node.kind == LocationTree::Kind::kEntries) panes_.Entries().ShowLocations(node.locations, title);
-  panes_.SetSearchPlace(title.empty() ? L"all entries" : title);
+  panes_.SetSearchPlace(title);
   if (panes_.Show(node.kind)) said_.clear();
   shownLocations_ = node.locations;
   panes_.SetNotice(notices_.For(shownLocations_));
@@ -355,9 +369,9 @@ void MainWindow::UpdateNow() {
 std::wstring MainWindow::ReadingText() const {
   switch (panes_.Entries().ReadState()) {
     case kReadStateReading:
-      return L"Reading the locations\u2026";
+      return texts::kReadingLocations.Get();
     case kReadStateListed:
-      return L"Reading the details of the files\u2026";
+      return texts::kReadingDetails.Get();
     default:
       return {};
   }
@@ -368,9 +382,9 @@ void MainWindow::ShowStatus() {
   std::wstring text = reading.empty() ? said_ : reading;
   if (text.empty()) text = panes_.Entries().CheckingText();
   if (text.empty() && !account_.elevated && panes_.Entries().HasLockedEntries()) {
-    text = L"Locked entries can be changed by an administrator: use the shield in the tool bar.";
+    text = texts::kLockedHint.Get();
   }
-  panes_.SetStatus(MainPanes::StatusPart::kNews, text.empty() ? L"Ready" : text);
+  panes_.SetStatus(MainPanes::StatusPart::kNews, text.empty() ? texts::kReady.Get() : text);
   panes_.SetStatus(MainPanes::StatusPart::kCount, panes_.Shown().CountText());
   panes_.SetStatus(MainPanes::StatusPart::kAccount, account_.name);
 }
@@ -381,6 +395,10 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
     const UINT command = GetMenuItemID(menu, i);
     if (command == 0 || command == static_cast<UINT>(-1)) continue;
     EnableMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (CanRun(command) ? MF_ENABLED : MF_GRAYED));
+    if (command == CMD_LANGUAGE_SYSTEM) {
+      CheckMenuRadioItem(menu, CMD_LANGUAGE_SYSTEM, CMD_LANGUAGE_HEBREW, SavedLanguageCommand(),
+                         MF_BYCOMMAND);
+    }
     if (command == CMD_ONLY_DIFFERENT) {
       const bool isOn = panes_.Entries().Rows().ShowsOnlyDifferent();
       CheckMenuItem(menu, static_cast<UINT>(i), MF_BYPOSITION | (isOn ? MF_CHECKED : MF_UNCHECKED));
@@ -395,16 +413,17 @@ void MainWindow::OnMenuOpens(HMENU menu) const {
 }
 
 void MainWindow::ShowAbout() const {
-  ShowMessage(
-      Handle(),
-      {.title = L"About Startup Manager",
-       .text = L"Startup Manager 1.0\n\nShows what Windows starts by itself, and lets you switch it off.\n"
-               L"Nothing is lost: what you change can be taken back.",
-       .verb = {}});
+  ShowMessage(Handle(), {.title = texts::kAboutCaption.Get(), .text = texts::kAboutText.Get(), .verb = {}});
 }
 
 void MainWindow::RestartAsAdministrator() {
   if (RestartElevated(Handle())) SendMessageW(Handle(), WM_CLOSE, 0, 0);
+}
+
+void MainWindow::Restart() {
+  SaveLook();
+  StartAgain();
+  SendMessageW(Handle(), WM_CLOSE, 0, 0);
 }
 
 void MainWindow::RunMessages() {

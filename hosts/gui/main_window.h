@@ -55,6 +55,7 @@ class MainWindow final : public Window {
   std::wstring ReadingText() const;
   void ShowAbout() const;
   void RestartAsAdministrator();
+  void Restart();
 
   Worker& worker_;
   UiQueue& queue_;

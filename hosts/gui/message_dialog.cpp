@@ -2,8 +2,10 @@
 
 #include "hosts/gui/clipboard.h"
 #include "hosts/gui/dialog_place.h"
+#include "hosts/gui/dialogs.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/dialog_texts.h"
 
 #include <commctrl.h>
 
@@ -99,13 +101,13 @@ void Begin(HWND dialog, const Message& message) {
   const HWND agree = GetDlgItem(dialog, IDOK);
   const HWND cancel = GetDlgItem(dialog, IDCANCEL);
   SetWindowTextW(agree, message.verb.c_str());
-  SetWindowTextW(cancel, message.verb.empty() ? L"Close" : L"Cancel");
+  SetWindowTextW(cancel, (message.verb.empty() ? texts::kClose : texts::kCancel).Get());
   ShowWindow(agree, message.verb.empty() ? SW_HIDE : SW_SHOWNA);
   for (const HWND button : {agree, cancel}) {
     SetWindowSubclass(button, CopyByKey, kSubclass, reinterpret_cast<DWORD_PTR>(&message.text));
   }
   Arrange(dialog, message);
-  BeginDialog(dialog);
+  BeginDialog(dialog, IDD_MESSAGE);
   SetFocus(cancel);
 }
 
@@ -123,8 +125,7 @@ INT_PTR CALLBACK OnDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lPara
 }  // namespace
 
 bool ShowMessage(HWND owner, const Message& message) {
-  return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_MESSAGE), owner, OnDialog,
-                         reinterpret_cast<LPARAM>(&message)) == IDOK &&
+  return OpenDialog(owner, IDD_MESSAGE, OnDialog, reinterpret_cast<LPARAM>(&message)) == IDOK &&
          !message.verb.empty();
 }
 

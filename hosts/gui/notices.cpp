@@ -2,6 +2,7 @@
 
 #include "hosts/common/location_names.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/frame_texts.h"
 #include "hosts/gui/window_settings.h"
 
 namespace smh {
@@ -24,19 +25,14 @@ Notices::Notices(const Account& account)
 
 Notice Notices::For(const LocationSet& locations) const {
   if (account_.IsForeign() && HasUserLocation(locations)) {
-    return {L"The entries of \u201Cthis user\u201D are those of " + account_.name + L", not of " +
-                account_.sessionUser + L", who is logged on.",
-            {}};
+    return {Format(texts::kForeignNotice, account_.name, account_.sessionUser), {}};
   }
   if (!isWelcomeRead_) {
-    return {
-        L"This is what Windows starts by itself: clear the check box of what you do not need, and take any "
-        L"change back with Undo.",
-        {{CMD_HIDE_NOTICE, L"Got it"}}};
+    return {texts::kWelcomeNotice.Get(), {{CMD_HIDE_NOTICE, texts::kWelcomeRead.Get()}}};
   }
   if (account_.elevated || areRightsRead_) return {};
-  return {L"You can change the entries of this user. Those of all users need the rights of an administrator.",
-          {{CMD_RESTART_ELEVATED, L"Restart as administrator"}, {CMD_HIDE_NOTICE, L"Hide"}}};
+  return {texts::kRightsNotice.Get(),
+          {{CMD_RESTART_ELEVATED, texts::kRestartElevated.Get()}, {CMD_HIDE_NOTICE, texts::kHide.Get()}}};
 }
 
 void Notices::Hide() {

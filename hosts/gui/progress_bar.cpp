@@ -4,6 +4,8 @@
 #include "hosts/gui/accessible_progress.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/dialog_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 
 #include <commctrl.h>
 
@@ -41,10 +43,11 @@ void ProgressBar::Open(HWND parent, RunningActions& actions, std::function<void(
   SetWindowLongW(Handle(), GWL_ID, IDC_PROGRESS);
   count_ = CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, Handle(),
                            reinterpret_cast<HMENU>(IDC_PROGRESS_COUNT), nullptr, nullptr);
-  cancel_ = CreateWindowExW(0, WC_BUTTONW, L"Cancel", WS_CHILD | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 0, 0,
-                            Handle(), reinterpret_cast<HMENU>(IDCANCEL), nullptr, nullptr);
+  cancel_ = CreateWindowExW(0, WC_BUTTONW, texts::kCancel.Get(), WS_CHILD | WS_TABSTOP | BS_PUSHBUTTON, 0, 0,
+                            0, 0, Handle(), reinterpret_cast<HMENU>(IDCANCEL), nullptr, nullptr);
   accessibleCount_.Attach(count_, std::make_unique<AccessibleProgress>(count_));
-  accessibleCancel_.Attach(cancel_, std::make_unique<AccessibleButton>(cancel_, L"Leaves the rest as it is"));
+  accessibleCancel_.Attach(cancel_,
+                           std::make_unique<AccessibleButton>(cancel_, texts::kActionCancelTip.Get()));
   actions.Listen([this] { Follow(); });
 }
 

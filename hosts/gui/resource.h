@@ -1,19 +1,13 @@
-// Numbers that code and resources share: icon, menus and dialogs (below 100), commands (CMD_, from 100),
+// Numbers that code and resources share: icon, keys and dialogs (below 100), commands (CMD_, from 100),
 // controls (IDC_: of the main window from 1001, of the dialogs from 1101). Tests find commands and controls
 // by them.
 #pragma once
 
 #define IDI_APPLICATION_ICON 1
-#define IDR_MENU 2
-#define IDR_ENTRY_MENU 3
 #define IDR_ACCELERATORS 4
 #define IDD_ADD 5
 #define IDD_MOVE 6
 #define IDD_COMMAND 7
-#define IDR_PROGRAM_MENU 30
-#define IDR_CHANGE_MENU 31
-#define IDR_TEXT_MENU 32
-#define IDR_TREE_MENU 33
 #define IDD_KEYS 34
 #define IDD_MESSAGE 35
 #define IDD_COLUMNS 40
@@ -68,6 +62,11 @@
 #define CMD_COPY_HASH 183
 #define CMD_HIDE_NOTICE 184
 #define CMD_COLUMNS 190
+// The languages stand in the order of enum Language.
+#define CMD_LANGUAGE_SYSTEM 200
+#define CMD_LANGUAGE_ENGLISH 201
+#define CMD_LANGUAGE_GERMAN 202
+#define CMD_LANGUAGE_HEBREW 203
 // This one and the next show or hide the columns of the entries.
 #define CMD_FIRST_COLUMN 300
 
@@ -94,8 +93,12 @@
 #define IDC_PROMPT 1105
 #define IDC_FAULT 1106
 #define IDC_PICTURE 1107
+#define IDC_LOCATION_LABEL 1108
+#define IDC_NAME_LABEL 1109
+#define IDC_COMMAND_LABEL 1110
 #define IDC_KEYS 1130
 #define IDC_COLUMN_LIST 1180
 #define IDC_COLUMN_UP 1181
 #define IDC_COLUMN_DOWN 1182
 #define IDC_COLUMN_RESET 1183
+#define IDC_COLUMN_LABEL 1184

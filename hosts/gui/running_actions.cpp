@@ -1,5 +1,7 @@
 #include "hosts/gui/running_actions.h"
 
+#include "hosts/gui/texts/frame_texts.h"
+
 namespace smh {
 
 namespace {
@@ -10,15 +12,15 @@ constexpr ULONGLONG kLongAfter = 500;  // milliseconds
 
 std::wstring WholeText(const RunningAction& action) {
   const ActionTitle& title = action.title;
-  return action.CanBeCancelled() ? title.doing + L" " + std::to_wstring(title.entries) + L" entries"
-                                 : title.doing;
+  return action.CanBeCancelled() ? Format(texts::kActionWhole, title.doing, title.entries) : title.doing;
 }
 
 std::wstring ProgressText(const RunningAction& action) {
-  if (!action.CanBeCancelled()) return action.title.doing + L"\u2026";
-  const std::wstring count = std::to_wstring(action.progress->Done()) + L" of " +
-                             std::to_wstring(action.title.entries) + L" entries";
-  return action.progress->IsCancelled() ? L"Cancelling after " + count : action.title.doing + L" " + count;
+  const ActionTitle& title = action.title;
+  if (!action.CanBeCancelled()) return Format(texts::kActionOngoing, title.doing);
+  const std::size_t done = action.progress->Done();
+  return action.progress->IsCancelled() ? Format(texts::kActionCancelling, done, title.entries)
+                                        : Format(texts::kActionProgress, title.doing, done, title.entries);
 }
 
 RunningActions::~RunningActions() {
@@ -33,8 +35,8 @@ const RunningAction* RunningActions::Long() const noexcept {
 std::wstring RunningActions::WhyNotNow() const {
   const RunningAction* const action = Long();
   if (action == nullptr) return {};
-  return L"Not done: first let \u201C" + WholeText(*action) + L"\u201D end" +
-         (action->CanBeCancelled() ? L", or cancel it with Esc." : L".");
+  return Format(action->CanBeCancelled() ? texts::kActionFirstOrCancel : texts::kActionFirst,
+                WholeText(*action));
 }
 
 void RunningActions::Cancel() {

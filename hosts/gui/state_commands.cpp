@@ -2,6 +2,9 @@
 
 #include "hosts/common/reading.h"
 #include "hosts/common/snapshot_file.h"
+#include "hosts/gui/file_kinds.h"
+#include "hosts/gui/texts/dialog_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 #include "infra/runtime/text.h"
 
 #include <commdlg.h>
@@ -16,13 +19,14 @@ namespace {
 
 using AskFile = BOOL(WINAPI*)(OPENFILENAMEW*);
 
-std::optional<std::wstring> AskStateFile(HWND owner, AskFile ask, DWORD flags, const wchar_t* title) {
+std::optional<std::wstring> AskStateFile(HWND owner, AskFile ask, DWORD flags, const Text& title) {
   wchar_t file[MAX_PATH] = L"";
+  const std::wstring kinds = FileKinds({{texts::kFilesState, L"*.json"}, {texts::kFilesAll, L"*.*"}});
   OPENFILENAMEW question = {};
   question.lStructSize = sizeof(question);
   question.hwndOwner = owner;
-  question.lpstrTitle = title;
-  question.lpstrFilter = L"Saved state\0*.json\0All files\0*.*\0";
+  question.lpstrTitle = title.Get();
+  question.lpstrFilter = kinds.c_str();
   question.lpstrFile = file;
   question.nMaxFile = ARRAYSIZE(file);
   question.lpstrDefExt = L"json";
@@ -35,20 +39,17 @@ std::optional<std::wstring> AskStateFile(HWND owner, AskFile ask, DWORD flags, c
 std::wstring TitleOf(const Snapshot& state, const std::wstring& file) {
   std::wstring time = state.time.substr(0, 16);
   std::replace(time.begin(), time.end(), L'T', L' ');
-  std::wstring title = L"\u201C";
-  title += FileNamePart(file);
-  title += L"\u201D (";
-  if (!state.machine.name.empty()) title += state.machine.name + L", ";
-  return title + time + L" UTC)";
+  const std::wstring_view name = FileNamePart(file);
+  return state.machine.name.empty() ? Format(texts::kStateOfTime, name, time)
+                                    : Format(texts::kStateOfMachine, name, state.machine.name, time);
 }
 
 }  // namespace
 
 void SaveState(const Frame& frame, bool allLocations) {
-  const auto file =
-      AskStateFile(frame.window, GetSaveFileNameW, OFN_OVERWRITEPROMPT, L"Save the state of all entries");
+  const auto file = AskStateFile(frame.window, GetSaveFileNameW, OFN_OVERWRITEPROMPT, texts::kSaveStateTitle);
   if (!file) return;
-  frame.say(L"Reading all locations\u2026");
+  frame.say(texts::kReadingAll.Get());
   frame.worker.Ask(
       [file = *file, allLocations](LibrarySession& session) {
         const std::vector<ItemRecord> items = ReadAllItems(session.Get());
@@ -57,15 +58,15 @@ void SaveState(const Frame& frame, bool allLocations) {
         return items.size();
       },
       [&frame, file = *file](std::size_t count) {
-        frame.say(L"Saved the state of " + std::to_wstring(count) + L" entries to " + file);
+        frame.say(Format(texts::kStateSaved.For(count), count, file));
       });
 }
 
 void LoadState(const Frame& frame, std::function<void(const std::shared_ptr<const SavedState>& state)> use) {
   const auto file =
-      AskStateFile(frame.window, GetOpenFileNameW, OFN_FILEMUSTEXIST, L"Compare with a saved state");
+      AskStateFile(frame.window, GetOpenFileNameW, OFN_FILEMUSTEXIST, texts::kCompareStateTitle);
   if (!file) return;
-  frame.say(L"Reading all locations\u2026");
+  frame.say(texts::kReadingAll.Get());
   frame.worker.Ask(
       [file = *file](LibrarySession& session) {
         auto state = std::make_shared<SavedState>();

@@ -1,6 +1,7 @@
 #include "hosts/gui/window.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/common/language.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/theme_paint.h"
 
@@ -14,6 +15,11 @@ std::wstring TextOf(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
   return text;
+}
+
+void ShowFault(HWND owner, const std::wstring& text) noexcept {
+  const UINT direction = IsMirrored(CurrentLanguage()) ? MB_RTLREADING | MB_RIGHT : 0;
+  MessageBoxW(owner, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR | direction);
 }
 
 bool ClicksButton(const MSG& message) noexcept {
@@ -67,7 +73,7 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
   try {
     return self->OnMessage(message, wParam, lParam);
   } catch (...) {
-    MessageBoxW(window, CurrentFaultText().c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
+    ShowFault(window, CurrentFaultText());
   }
   // A window that is not whole is not made.
   return message == WM_CREATE ? -1 : 0;

@@ -15,6 +15,9 @@ inline constexpr wchar_t kProgramTitle[] = L"Startup Manager";
 // The whole text of a window or control of this thread.
 std::wstring TextOf(HWND window);
 
+// A box of the system's own, for what comes before windows can be made, or instead of them.
+void ShowFault(HWND owner, const std::wstring& text) noexcept;
+
 // Clicks the button of this thread's windows that has the focus when the message is Enter, as dialogs do.
 bool ClicksButton(const MSG& message) noexcept;
 
