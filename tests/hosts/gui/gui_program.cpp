@@ -73,8 +73,8 @@ std::wstring RemoteBuffer::Text(std::size_t offset, std::size_t units) const {
   return text.substr(0, text.find(L'\0'));
 }
 
-GuiProgram::GuiProgram(Look look, Rights rights)
-    : process_(PrepareLook(look) + L"startupmanager.exe", {}, {}, rights) {
+GuiProgram::GuiProgram(Look look, Rights rights, const std::vector<std::wstring>& arguments)
+    : process_(PrepareLook(look) + L"startupmanager.exe", arguments, {}, rights) {
   WaitUntil([this] { return (window_ = FindWindowOf(process_.Id(), L"StartupManagerMain")) != nullptr; });
   if (window_ == nullptr) throw std::runtime_error("the main window did not come");
   WaitUntilRead();
