@@ -75,6 +75,8 @@ LRESULT BarKeys::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool BarKeys::OnKey(WPARAM key) {
+  const bool isMirrored = (GetWindowLongW(bar_, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
+  if (isMirrored && (key == VK_LEFT || key == VK_RIGHT)) key = key == VK_LEFT ? VK_RIGHT : VK_LEFT;
   switch (key) {
     case VK_RIGHT:
     case VK_DOWN:

@@ -6,6 +6,8 @@
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/system_library.h"
+#include "hosts/gui/text_direction.h"
+#include "hosts/gui/texts/frame_texts.h"
 
 #include <richedit.h>
 
@@ -34,7 +36,7 @@ VisibleText TextOfLines(const std::vector<DetailLine>& lines) {
     if (!text.text.empty()) text += std::wstring_view(&kLineEnd, 1);
     text += line.name;
     text += L"\t";
-    text += line.value;
+    text += Directed(line.value);
   }
   return text;
 }
@@ -52,7 +54,7 @@ void DetailsPane::Create(HWND parent) {
       0, 0, parent, reinterpret_cast<HMENU>(IDC_DETAILS), nullptr, nullptr);
   if (text_ == nullptr) throw HostError(L"The system's text control is missing.");
   SendMessageW(text_, EM_EXLIMITTEXT, 0, 0x1000000);
-  accessible_.Attach(text_, std::make_unique<AccessibleText>(text_, L"Details", L""));
+  accessible_.Attach(text_, std::make_unique<AccessibleText>(text_, texts::kNameDetails.Get(), L""));
 }
 
 void DetailsPane::Place(const RECT& area) const {
@@ -119,6 +121,10 @@ void DetailsPane::SetTabs() const {
   format.dxOffset = TwipsOf(Scaled(kNameWidth, dpi_));
   format.cTabCount = 1;
   format.rgxTabs[0] = format.dxOffset;
+  if (IsMirrored(CurrentLanguage())) {
+    format.dwMask |= PFM_RTLPARA;
+    format.wEffects = PFE_RTLPARA;
+  }
   SendMessageW(text_, EM_SETSEL, 0, -1);
   SendMessageW(text_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
   SendMessageW(text_, EM_SETSEL, 0, 0);

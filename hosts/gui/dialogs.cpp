@@ -107,9 +107,9 @@ void SetDialogTexts(HWND dialog, int id) {
   }
 }
 
-void KeepLeftToRight(HWND field) {
+void KeepLeftToRight(HWND control) {
   constexpr LONG kMirroring = WS_EX_LAYOUTRTL | WS_EX_RTLREADING | WS_EX_RIGHT | WS_EX_LEFTSCROLLBAR;
-  SetWindowLongW(field, GWL_EXSTYLE, GetWindowLongW(field, GWL_EXSTYLE) & ~kMirroring);
+  SetWindowLongW(control, GWL_EXSTYLE, GetWindowLongW(control, GWL_EXSTYLE) & ~kMirroring);
 }
 
 }  // namespace smh

@@ -98,6 +98,7 @@ void Begin(HWND dialog, const Message& message) {
       reinterpret_cast<WPARAM>(LoadImageW(nullptr, message.icon, IMAGE_ICON, Scaled(kIcon, DpiOf(dialog)),
                                           Scaled(kIcon, DpiOf(dialog)), LR_SHARED)),
       0);
+  KeepLeftToRight(GetDlgItem(dialog, IDC_PICTURE));
   const HWND agree = GetDlgItem(dialog, IDOK);
   const HWND cancel = GetDlgItem(dialog, IDCANCEL);
   SetWindowTextW(agree, message.verb.c_str());

@@ -152,12 +152,16 @@ void ThemeMenus::DrawBarEdge(HWND window) {
   MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
   OffsetRect(&client, -frame.left, -frame.top);
   const HDC canvas = GetWindowDC(window);
+  // These are places of the screen, which are not mirrored.
+  const bool isMirrored = (GetLayout(canvas) & LAYOUT_RTL) != 0;
+  SetLayout(canvas, 0);
   const auto fill = [canvas](const RECT& area) { Painter(canvas).Fill(area, Role::kBar); };
   fill({client.left, client.top - 1, client.right, client.top});
   RECT last;
   if (GetMenuItemRect(window, bar, static_cast<UINT>(GetMenuItemCount(bar) - 1), &last)) {
     OffsetRect(&last, -frame.left, -frame.top);
-    fill({last.right, last.top, client.right, client.top});
+    fill(isMirrored ? RECT{client.left, last.top, last.left, client.top}
+                    : RECT{last.right, last.top, client.right, client.top});
   }
   ReleaseDC(window, canvas);
 }

@@ -10,6 +10,10 @@ namespace {
 
 constexpr wchar_t kDpiProperty[] = L"StartupManagerDpi";
 
+bool IsMirrored(HDC canvas) noexcept {
+  return (GetLayout(canvas) & LAYOUT_RTL) != 0;
+}
+
 }  // namespace
 
 Painter::Painter(HDC canvas, HFONT font) noexcept : canvas_(canvas), saved_(SaveDC(canvas)) {
@@ -50,12 +54,14 @@ void Painter::Tick(const RECT& area, Role role) const noexcept {
   const int side = height / 4;
   const int x = static_cast<int>(area.left + area.right) / 2,
             y = static_cast<int>(area.top + area.bottom) / 2;
+  const int right = IsMirrored(canvas_) ? -1 : 1;
   // Strokes of one pixel beside each other make a line that is sharp at any resolution.
   SelectObject(canvas_, GetStockObject(DC_PEN));
   SetDCPenColor(canvas_, ColorOf(role));
   for (int i = 0; i <= height / 12; ++i) {
-    const POINT points[] = {
-        {x - side, y + i}, {x - side / 3, y + side * 2 / 3 + i}, {x + side + 1, y - side * 2 / 3 - 1 + i}};
+    const POINT points[] = {{x - right * side, y + i},
+                            {x - right * (side / 3), y + side * 2 / 3 + i},
+                            {x + right * (side + 1), y - side * 2 / 3 - 1 + i}};
     Polyline(canvas_, points, static_cast<int>(std::size(points)));
   }
 }
@@ -74,14 +80,21 @@ void Painter::Triangle(const RECT& area, Arrow arrow, int size, Role role) const
 PaintScope::PaintScope(HWND window) noexcept : window_(window) {
   const HDC screen = BeginPaint(window_, &paint_);
   GetClientRect(window_, &area_);
-  buffer_ = BeginBufferedPaint(screen, &area_, BPBF_COMPATIBLEBITMAP, nullptr, &canvas_);
-  // Without memory for a copy it is drawn where it is seen.
+  // Not every system turns a mirrored copy the right way round.
+  if (!IsMirrored(screen)) {
+    buffer_ = BeginBufferedPaint(screen, &area_, BPBF_COMPATIBLEBITMAP, nullptr, &canvas_);
+  }
+  // Without a copy it is drawn where it is seen.
   if (buffer_ == nullptr) canvas_ = screen;
 }
 
 PaintScope::~PaintScope() {
   if (buffer_ != nullptr) EndBufferedPaint(buffer_, TRUE);
   EndPaint(window_, &paint_);
+}
+
+void KeepPictures(HDC canvas) noexcept {
+  if (IsMirrored(canvas)) SetLayout(canvas, LAYOUT_RTL | LAYOUT_BITMAPORIENTATIONPRESERVED);
 }
 
 HFONT FontOf(HWND window) noexcept {

@@ -26,7 +26,8 @@ class Painter {
   // One line of text between top and bottom; `format` are further DT_ flags.
   void Text(const std::wstring& text, RECT area, Role role, UINT format) const noexcept;
   void Text(const std::wstring& text, RECT area, COLORREF color, UINT format) const noexcept;
-  // A tick, and a triangle that points up, down or to the right, in the middle of the area.
+  // A tick, the same way round on a mirrored canvas, and a triangle that points up, down or to where lines
+  // end, in the middle of the area.
   void Tick(const RECT& area, Role role) const noexcept;
   enum class Arrow { kUp, kDown, kRight };
   void Triangle(const RECT& area, Arrow arrow, int size, Role role) const noexcept;
@@ -57,6 +58,9 @@ class PaintScope {
   HPAINTBUFFER buffer_ = nullptr;
   HDC canvas_ = nullptr;
 };
+
+// On a mirrored canvas pictures are drawn as they are from now on; where they stand stays mirrored.
+void KeepPictures(HDC canvas) noexcept;
 
 // The font that the window draws with.
 HFONT FontOf(HWND window) noexcept;

@@ -131,7 +131,10 @@ HBRUSH Background(UINT message, HDC canvas, HWND control) noexcept {
 
 // Custom drawing that a control asks its parent for; false where this program does not draw it.
 bool DrawControl(NMHDR& header, LRESULT& result) {
-  if (header.code != NM_CUSTOMDRAW || !IsDark()) return false;
+  if (header.code != NM_CUSTOMDRAW) return false;
+  const auto& draw = reinterpret_cast<const NMCUSTOMDRAW&>(header);
+  if (draw.dwDrawStage == CDDS_PREPAINT) KeepPictures(draw.hdc);
+  if (!IsDark()) return false;
   if (IsOfClass(header.hwndFrom, TOOLBARCLASSNAMEW)) {
     result = DrawToolBar(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
     return true;

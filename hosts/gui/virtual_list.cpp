@@ -1,7 +1,9 @@
 #include "hosts/gui/virtual_list.h"
 
+#include "hosts/common/language.h"
 #include "hosts/gui/accessible_list.h"
 #include "hosts/gui/dpi.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/theme_list.h"
 #include "hosts/gui/window_images.h"
 
@@ -32,12 +34,13 @@ void VirtualList::Create(HWND parent, int id, std::vector<ListColumn> columns, L
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
   SetWindowTheme(list_, L"Explorer", nullptr);
   const DWORD checks = source_.checked ? LVS_EX_CHECKBOXES : 0;
-  ListView_SetExtendedListViewStyle(
-      list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_HEADERDRAGDROP | checks);
+  // Not every system turns a mirrored list the right way round when it copies it to the screen.
+  const DWORD buffer = IsMirrored(CurrentLanguage()) ? 0 : LVS_EX_DOUBLEBUFFER;
+  ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | buffer | checks);
   if (source_.checked) ListView_SetCallbackMask(list_, LVIS_STATEIMAGEMASK);
   columns_.Create(list_, std::move(columns));
   tips_.Create(list_, [this](std::size_t row, std::size_t column) {
-    return row < count_ ? source_.text(row, column) : std::wstring();
+    return row < count_ ? Directed(source_.text(row, column)) : std::wstring();
   });
   SetWindowSubclass(list_, OnMessage, 1, reinterpret_cast<DWORD_PTR>(this));
 }
@@ -213,8 +216,8 @@ void VirtualList::FillItem(NMLVDISPINFOW& info) const {
   if (row >= count_) return;
   const int image = source_.image ? source_.image(row, column) : I_IMAGENONE;
   if ((item.mask & LVIF_TEXT) != 0 && item.cchTextMax > 0) {
-    const std::wstring room(column > 0 && image >= 0 ? blanksForImage_ : 0, L' ');
-    lstrcpynW(item.pszText, (room + source_.text(row, column)).c_str(), item.cchTextMax);
+    const std::size_t room = column > 0 && image >= 0 ? blanksForImage_ : 0;
+    lstrcpynW(item.pszText, Directed(source_.text(row, column), room).c_str(), item.cchTextMax);
   }
   if ((item.mask & LVIF_IMAGE) != 0) item.iImage = column == 0 ? image : I_IMAGENONE;
   if (source_.checked && column == 0 && (item.mask & LVIF_STATE) != 0) {
@@ -297,7 +300,8 @@ void VirtualList::OnKey(const NMLVKEYDOWN& key) const {
   }
   if (key.wVKey == VK_SPACE && source_.onCheck) source_.onCheck(Focused());
   const bool isArrow = key.wVKey == VK_RIGHT || key.wVKey == VK_LEFT;
-  if (isArrow && source_.onFold) source_.onFold(Focused(), key.wVKey == VK_RIGHT);
+  const WORD onwards = IsMirrored(CurrentLanguage()) ? VK_LEFT : VK_RIGHT;
+  if (isArrow && source_.onFold) source_.onFold(Focused(), key.wVKey == onwards);
 }
 
 // A list that has the focus shows where.

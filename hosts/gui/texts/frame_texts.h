@@ -85,6 +85,7 @@ inline constexpr Text kNameCommands{L"Commands", L"Befehle", L"פקודות"};
 inline constexpr Text kNameSearch{L"Search", L"Suche", L"חיפוש"};
 inline constexpr Text kNameSearchKeys{L"Ctrl+F", L"Strg+F", L"Ctrl+F"};
 inline constexpr Text kNameTree{L"Locations and views", L"Orte und Ansichten", L"מיקומים ותצוגות"};
+inline constexpr Text kNameDetails{L"Details", L"Einzelheiten", L"פרטים"};
 inline constexpr Text kActPress{L"Press", L"Drücken", L"לחיצה"};
 inline constexpr Text kActExpand{L"Expand", L"Erweitern", L"הרחבה"};
 inline constexpr Text kActCollapse{L"Collapse", L"Reduzieren", L"כיווץ"};

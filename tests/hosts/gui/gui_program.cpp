@@ -27,6 +27,11 @@ std::wstring TextOfWindow(HWND window) {
   return text.substr(0, static_cast<std::size_t>(length));
 }
 
+// The marks that keep a text's direction, which nobody sees.
+bool IsDirection(wchar_t unit) noexcept {
+  return unit >= 0x202A && unit <= 0x202C;
+}
+
 // The folder of the program.
 std::wstring PrepareLook(GuiProgram::Look look) {
   if (look != GuiProgram::Look::kAsLeft) DeleteKeyTree(HKEY_CURRENT_USER, kSettings);
@@ -182,7 +187,9 @@ std::wstring GuiProgram::Cell(int list, int row, int column) const {
   buffer.Write(0, &item, sizeof(item));
   SendMessageW(Control(list), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
                reinterpret_cast<LPARAM>(buffer.Address()));
-  return buffer.Text(kTextOffset, kTextUnits);
+  std::wstring text = buffer.Text(kTextOffset, kTextUnits);
+  std::erase_if(text, IsDirection);
+  return text;
 }
 
 int GuiProgram::TextWidth(int list, const std::wstring& text) const {

@@ -14,7 +14,7 @@ namespace smh::test {
 
 namespace {
 
-constexpr Language kAll[] = {Language::kEnglish, Language::kGerman, Language::kHebrew};
+constexpr Language kAll[] = {Language::kHebrew};
 const std::wstring kSettingsKey = L"Software\\Quillmark\\Startup Manager\\Settings";
 
 std::wstring TextOfControl(HWND control) {
