@@ -19,7 +19,7 @@ case $codename in
   *) llvm='' ;;
 esac
 packages=(wine wine64 wine32:i386 g++-mingw-w64-i686-posix cmake ninja-build googletest libcli11-dev
-          nlohmann-json3-dev python3 "clang$llvm" "libclang-rt$llvm-dev" xvfb xauth openssl osslsigncode "${release_packages[@]}")
+          nlohmann-json3-dev python3 fonts-dejavu-core "clang$llvm" "libclang-rt$llvm-dev" xvfb xauth openssl osslsigncode "${release_packages[@]}")
 
 say() { echo "startup-manager: $*" >&2; }
 

@@ -2,6 +2,7 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/gui/accessible_text.h"
+#include "hosts/gui/control_direction.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/entry_details.h"
 #include "hosts/gui/resource.h"
@@ -53,6 +54,7 @@ void DetailsPane::Create(HWND parent) {
       WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_NOHIDESEL, 0, 0,
       0, 0, parent, reinterpret_cast<HMENU>(IDC_DETAILS), nullptr, nullptr);
   if (text_ == nullptr) throw HostError(L"The system's text control is missing.");
+  DirectText(text_);
   SendMessageW(text_, EM_EXLIMITTEXT, 0, 0x1000000);
   accessible_.Attach(text_, std::make_unique<AccessibleText>(text_, texts::kNameDetails.Get(), L""));
 }
@@ -122,8 +124,9 @@ void DetailsPane::SetTabs() const {
   format.cTabCount = 1;
   format.rgxTabs[0] = format.dxOffset;
   if (IsMirrored(CurrentLanguage())) {
-    format.dwMask |= PFM_RTLPARA;
+    format.dwMask |= PFM_RTLPARA | PFM_ALIGNMENT;
     format.wEffects = PFE_RTLPARA;
+    format.wAlignment = PFA_RIGHT;
   }
   SendMessageW(text_, EM_SETSEL, 0, -1);
   SendMessageW(text_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));

@@ -1,8 +1,12 @@
 #include "hosts/gui/dialogs.h"
 
 #include "hosts/gui/access_keys.h"
+#include "hosts/gui/control_direction.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/texts/dialog_texts.h"
+
+#include <commctrl.h>
 
 #include <cstring>
 #include <span>
@@ -74,6 +78,13 @@ struct TemplateHead {
   DWORD exStyle;
 };
 
+BOOL CALLBACK DirectEdit(HWND control, LPARAM) {
+  wchar_t name[16] = L"";
+  if (GetClassNameW(control, name, ARRAYSIZE(name)) > 0 && lstrcmpiW(name, WC_EDITW) == 0)
+    DirectText(control);
+  return TRUE;
+}
+
 // A copy of the template: controls take the direction of their dialog when they are made.
 std::vector<DWORD> TemplateOf(int id) {
   const HMODULE module = GetModuleHandleW(nullptr);
@@ -103,13 +114,11 @@ void SetDialogTexts(HWND dialog, int id) {
   for (const DialogRow& row : kDialogs) {
     if (row.id != id) continue;
     SetWindowTextW(dialog, row.caption.Get());
-    for (const ControlText& each : row.controls) SetDlgItemTextW(dialog, each.control, each.text->Get());
+    EnumChildWindows(dialog, DirectEdit, 0);
+    for (const ControlText& each : row.controls) {
+      SetDlgItemTextW(dialog, each.control, Directed(each.text->Get()).c_str());
+    }
   }
-}
-
-void KeepLeftToRight(HWND control) {
-  constexpr LONG kMirroring = WS_EX_LAYOUTRTL | WS_EX_RTLREADING | WS_EX_RIGHT | WS_EX_LEFTSCROLLBAR;
-  SetWindowLongW(control, GWL_EXSTYLE, GetWindowLongW(control, GWL_EXSTYLE) & ~kMirroring);
 }
 
 }  // namespace smh

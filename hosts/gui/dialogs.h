@@ -12,8 +12,4 @@ INT_PTR OpenDialog(HWND owner, int id, DLGPROC procedure, LPARAM parameter);
 // Gives the dialog of that template its caption, and its controls what they always say.
 void SetDialogTexts(HWND dialog, int id);
 
-// A field that holds a path or a command runs from left to right in every language, and a picture is not
-// turned round.
-void KeepLeftToRight(HWND control);
-
 }  // namespace smh

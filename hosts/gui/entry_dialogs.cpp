@@ -1,10 +1,12 @@
 #include "hosts/gui/entry_dialogs.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/control_direction.h"
 #include "hosts/gui/dialog_place.h"
 #include "hosts/gui/dialogs.h"
 #include "hosts/gui/file_kinds.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/texts/dialog_texts.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window.h"
@@ -80,7 +82,7 @@ void UpdateOk(HWND dialog, const Form& form) {
 }
 
 void Fill(HWND dialog, const Form& form) {
-  if (!form.prompt.empty()) SetDlgItemTextW(dialog, IDC_PROMPT, form.prompt.c_str());
+  if (!form.prompt.empty()) SetDlgItemTextW(dialog, IDC_PROMPT, Directed(form.prompt).c_str());
   if (form.locations.any()) FillLocations(dialog, form.locations, form.entry.location);
   if (form.hasCommand) SetDlgItemTextW(dialog, IDC_COMMAND, form.entry.command.c_str());
   UpdateOk(dialog, form);
@@ -108,8 +110,9 @@ void SetTrying(HWND dialog, Form& form, bool isTrying) {
 
 void ShowFault(HWND dialog, const std::wstring& fault) {
   const HWND label = GetDlgItem(dialog, IDC_FAULT);
-  if (label == nullptr || TextOf(label) == fault) return;
-  SetWindowTextW(label, fault.c_str());
+  const std::wstring text = Directed(fault);
+  if (label == nullptr || TextOf(label) == text) return;
+  SetWindowTextW(label, text.c_str());
   InvalidateRect(label, nullptr, TRUE);
 }
 
@@ -157,8 +160,8 @@ void Begin(HWND dialog, Form& form) {
   form.dialog = std::make_shared<HWND>(dialog);
   Fill(dialog, form);
   if (const HWND fault = GetDlgItem(dialog, IDC_FAULT)) SetThemeRoles(fault, Role::kAlarmText, Role::kBar);
-  if (const HWND command = GetDlgItem(dialog, IDC_COMMAND)) KeepLeftToRight(command);
   BeginDialog(dialog, form.id);
+  if (const HWND command = GetDlgItem(dialog, IDC_COMMAND)) KeepLeftToRight(command);
 }
 
 INT_PTR CALLBACK FormProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

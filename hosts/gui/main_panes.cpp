@@ -1,7 +1,9 @@
 #include "hosts/gui/main_panes.h"
 
 #include "hosts/gui/accessible_text.h"
+#include "hosts/gui/control_direction.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/texts/frame_texts.h"
 #include "hosts/gui/theme_window.h"
 #include "hosts/gui/window_settings.h"
@@ -32,6 +34,7 @@ void MainPanes::Create(const Frame& frame, LocationTree::OnSelect onSelect) {
   search_ =
       CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
                       0, 0, 0, window, reinterpret_cast<HMENU>(IDC_SEARCH), nullptr, nullptr);
+  DirectText(search_);
   SetSearchPlace({});
   accessibleSearch_.Attach(search_, std::make_unique<AccessibleText>(search_, texts::kNameSearch.Get(),
                                                                      texts::kNameSearchKeys.Get()));
@@ -94,7 +97,8 @@ void MainPanes::SetSearchPlace(const std::wstring& place) const {
 }
 
 void MainPanes::SetStatus(StatusPart part, const std::wstring& text) const {
-  SendMessageW(status_, SB_SETTEXTW, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageW(status_, SB_SETTEXTW, static_cast<WPARAM>(part),
+               reinterpret_cast<LPARAM>(Directed(text).c_str()));
 }
 
 std::vector<HWND> MainPanes::FocusOrder() const {

@@ -1,10 +1,12 @@
 #include "hosts/gui/message_dialog.h"
 
 #include "hosts/gui/clipboard.h"
+#include "hosts/gui/control_direction.h"
 #include "hosts/gui/dialog_place.h"
 #include "hosts/gui/dialogs.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/texts/dialog_texts.h"
 
 #include <commctrl.h>
@@ -92,7 +94,7 @@ LRESULT CALLBACK CopyByKey(HWND button, UINT message, WPARAM wParam, LPARAM lPar
 
 void Begin(HWND dialog, const Message& message) {
   SetWindowTextW(dialog, message.title.c_str());
-  SetDlgItemTextW(dialog, IDC_PROMPT, message.text.c_str());
+  SetDlgItemTextW(dialog, IDC_PROMPT, Directed(message.text).c_str());
   SendDlgItemMessageW(
       dialog, IDC_PICTURE, STM_SETICON,
       reinterpret_cast<WPARAM>(LoadImageW(nullptr, message.icon, IMAGE_ICON, Scaled(kIcon, DpiOf(dialog)),

@@ -3,6 +3,7 @@
 #include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/text_direction.h"
 
 #include <commctrl.h>
 
@@ -108,7 +109,7 @@ void NoticeBar::Paint(const PaintScope& paint) const {
   const int height = static_cast<int>(Measure(notice_.text, textWidth_).cy);
   const int top = std::max((static_cast<int>(paint.Area().bottom) - height) / 2, 0);
   RECT text = {gap, top, gap + textWidth_, top + height};
-  DrawTextW(paint.Canvas(), notice_.text.c_str(), -1, &text, kTextFormat);
+  DrawTextW(paint.Canvas(), Directed(notice_.text).c_str(), -1, &text, kTextFormat);
 }
 
 }  // namespace smh

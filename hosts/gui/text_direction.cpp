@@ -27,7 +27,14 @@ wchar_t MarkFor(const std::wstring& text) noexcept {
 std::wstring Directed(const std::wstring& text, std::size_t room) {
   const std::wstring blanks(room, L' ');
   if (text.empty() || !IsMirrored(CurrentLanguage())) return blanks + text;
-  const std::wstring kept = MarkFor(text) + text + kEnd;
+  std::wstring kept(1, MarkFor(text));
+  // A mark means its own line only.
+  for (const wchar_t unit : text) {
+    if (unit == L'\n') kept += kEnd;
+    kept += unit;
+    if (unit == L'\n') kept += kept.front();
+  }
+  kept += kEnd;
   return room == 0 ? kept : kRightToLeft + blanks + kept + kEnd;
 }
 

@@ -1,5 +1,5 @@
 // The direction of a shown text where lines run from right to left. What is copied or searched never has the
-// marks of it. Any thread.
+// marks of it. Windows itself writes mirrored windows that way; the marks say it to every system. Any thread.
 #pragma once
 
 #include "hosts/gui/visible_text.h"

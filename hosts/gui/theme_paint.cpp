@@ -1,6 +1,7 @@
 #include "hosts/gui/theme_paint.h"
 
 #include "hosts/gui/dpi.h"
+#include "hosts/gui/text_direction.h"
 
 #include <iterator>
 
@@ -38,8 +39,10 @@ void Painter::Text(const std::wstring& text, RECT area, Role role, UINT format) 
 }
 
 void Painter::Text(const std::wstring& text, RECT area, COLORREF color, UINT format) const noexcept {
+  const std::wstring directed = Directed(text);
   SetTextColor(canvas_, color);
-  DrawTextW(canvas_, text.c_str(), static_cast<int>(text.size()), &area, DT_SINGLELINE | DT_VCENTER | format);
+  DrawTextW(canvas_, directed.c_str(), static_cast<int>(directed.size()), &area,
+            DT_SINGLELINE | DT_VCENTER | format);
 }
 
 SIZE Painter::Measure(const std::wstring& text, UINT format) const noexcept {

@@ -1,6 +1,8 @@
 // The window and its dialogs in every language: what they say, whether it fits, and which way lines run.
 #include "hosts/common/language.h"
+#include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/bar_texts.h"
 #include "hosts/gui/texts/dialog_texts.h"
 #include "hosts/gui/texts/frame_texts.h"
 #include "tests/display/display_support.h"
@@ -14,7 +16,7 @@ namespace smh::test {
 
 namespace {
 
-constexpr Language kAll[] = {Language::kHebrew};
+constexpr Language kAll[] = {Language::kEnglish, Language::kGerman, Language::kHebrew};
 const std::wstring kSettingsKey = L"Software\\Quillmark\\Startup Manager\\Settings";
 
 std::wstring TextOfControl(HWND control) {
@@ -24,7 +26,8 @@ std::wstring TextOfControl(HWND control) {
 }
 
 GuiProgram Started(Language language) {
-  return GuiProgram(GuiProgram::Look::kFresh, GuiProgram::Rights::kOwn, {L"--language", LanguageName(language)});
+  return GuiProgram(GuiProgram::Look::kFresh, GuiProgram::Rights::kOwn,
+                    {L"--language", LanguageName(language)});
 }
 
 bool Speaks(const GuiProgram& gui, Language language) {
@@ -99,6 +102,87 @@ const DialogCase kDialogs[] = {
     {CMD_ABOUT, texts::kAboutCaption, L"about"},
 };
 
+// The screen's resolution, as the user would choose it, for programs that begin in this scope.
+class ScreenDpi {
+ public:
+  explicit ScreenDpi(DWORD dpi) : saved_(HKEY_CURRENT_USER, kDesktop) {
+    RegSetKeyValueW(HKEY_CURRENT_USER, kDesktop, L"LogPixels", REG_DWORD, &dpi, sizeof(dpi));
+  }
+
+ private:
+  static constexpr wchar_t kDesktop[] = L"Control Panel\\Desktop";
+  const SavedKey saved_;
+};
+
+// As wide as its text asks for, in the font of the dialogs or the one of the window.
+int WidthOf(const std::wstring& text, const LOGFONTW& look, UINT format) {
+  const HFONT font = CreateFontIndirectW(&look);
+  const HDC canvas = GetDC(nullptr);
+  const HGDIOBJ before = SelectObject(canvas, font);
+  RECT area = {};
+  DrawTextW(canvas, text.c_str(), -1, &area, DT_CALCRECT | format);
+  SelectObject(canvas, before);
+  ReleaseDC(nullptr, canvas);
+  DeleteObject(font);
+  return static_cast<int>(area.right);
+}
+
+LOGFONTW FontAt(int dpi, bool isDialog) {
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof(metrics);
+  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0);
+  LOGFONTW font = metrics.lfMessageFont;
+  font.lfHeight = isDialog ? -MulDiv(8, dpi, 72) : MulDiv(font.lfHeight, dpi, 96);
+  if (isDialog) lstrcpyW(font.lfFaceName, L"MS Shell Dlg");
+  return font;
+}
+
+// Every button, check box and label of the window or dialog that is seen; a label of several lines by its
+// widest word.
+void ExpectNothingCut(HWND window, int dpi, bool isDialog) {
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    wchar_t name[32] = L"";
+    GetClassNameW(child, name, ARRAYSIZE(name));
+    const std::wstring text = TextOfControl(child);
+    const bool isButton = lstrcmpiW(name, WC_BUTTONW) == 0;
+    const bool isLabel = lstrcmpiW(name, WC_STATICW) == 0;
+    if (!IsWindowVisible(child) || text.empty() || (!isButton && !isLabel)) continue;
+    RECT room;
+    GetClientRect(child, &room);
+    const bool wraps = isLabel && (GetWindowLongW(child, GWL_STYLE) & SS_EDITCONTROL) != 0;
+    const int edges = isButton ? MulDiv(8, dpi, 96) : 0;
+    EXPECT_LE(WidthOf(text, FontAt(dpi, isDialog), wraps ? DT_WORDBREAK : 0) + edges, room.right)
+        << "control " << GetDlgCtrlID(child) << ": " << ToUtf8(text);
+  }
+}
+
+TEST(LanguageTest, CutsNothingOnASharpScreen) {
+  constexpr int kDpi = 144;
+  const ScreenDpi screen(kDpi);
+  for (const Language language : kAll) {
+    const GuiProgram gui = Started(language);
+    gui.SendDpiChange(kDpi, {0, 0, 1'500, 1'000});
+    gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
+    ExpectNothingCut(gui.Window(), kDpi, false);
+    RECT bar;
+    GetClientRect(gui.Control(IDC_TOOLBAR), &bar);
+    EXPECT_LE(gui.ButtonRect(CMD_REFRESH).right, bar.right);
+    EXPECT_GT(gui.ButtonRect(CMD_DISABLE).right - gui.ButtonRect(CMD_DISABLE).left,
+              WidthOf(texts::kBarDisable.In(language), FontAt(kDpi, false), 0))
+        << "has no room for its label";
+    EXPECT_LE(WidthOf(gui.Cue(IDC_SEARCH), FontAt(kDpi, false), 0), MulDiv(260, kDpi, 96));
+    gui.Screenshot(std::wstring(L"language-") + LanguageName(language) + L"-144dpi");
+    for (const DialogCase& each : kDialogs) {
+      gui.Command(each.command);
+      const HWND dialog = gui.WaitForDialog();
+      ExpectNothingCut(dialog, kDpi, true);
+      gui.Screenshot(std::wstring(L"language-") + LanguageName(language) + L"-144dpi-" + each.name);
+      SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+      EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
+    }
+  }
+}
+
 TEST(LanguageTest, IsSeenInTheWindowAndEveryDialog) {
   for (const Language language : kAll) {
     SCOPED_TRACE(testing::Message() << static_cast<int>(language));
@@ -109,7 +193,7 @@ TEST(LanguageTest, IsSeenInTheWindowAndEveryDialog) {
               smh::IsMirrored(language));
     gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
     const std::wstring name = std::wstring(L"language-") + LanguageName(language);
-    Sleep(3000);
+    EXPECT_TRUE(WaitUntil([&] { return !TextOfControl(gui.Control(IDC_DETAILS)).empty(); }));
     gui.Screenshot(name);
     for (const DialogCase& each : kDialogs) {
       gui.Command(each.command);
