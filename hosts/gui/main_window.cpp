@@ -118,6 +118,8 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_SIZE:
       panes_.Layout();
+      // A mirrored window grows at its left: what lies between the panes moves with them.
+      if (IsMirrored(CurrentLanguage())) InvalidateRect(Handle(), nullptr, TRUE);
       return 0;
     case WM_GETMINMAXINFO: {
       auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);

@@ -5,12 +5,15 @@
 #include "hosts/gui/texts/bar_texts.h"
 #include "hosts/gui/texts/dialog_texts.h"
 #include "hosts/gui/texts/frame_texts.h"
+#include "hosts/gui/texts/menu_texts.h"
 #include "tests/display/display_support.h"
 #include "tests/hosts/gui/gui_program.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/waiting.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 namespace smh::test {
 
@@ -195,6 +198,14 @@ TEST(LanguageTest, IsSeenInTheWindowAndEveryDialog) {
     const std::wstring name = std::wstring(L"language-") + LanguageName(language);
     EXPECT_TRUE(WaitUntil([&] { return !TextOfControl(gui.Control(IDC_DETAILS)).empty(); }));
     gui.Screenshot(name);
+    PostMessageW(gui.Window(), WM_SYSCOMMAND, SC_KEYMENU, texts::kMenuView.In(language)[1]);
+    EXPECT_TRUE(WaitUntil([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
+    gui.Screenshot(name + L"-menu");
+    SendMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
+    PostMessageW(gui.Window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(gui.Control(IDC_ENTRIES)), -1);
+    Sleep(300);
+    gui.Screenshot(name + L"-context-menu");
+    SendMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
     for (const DialogCase& each : kDialogs) {
       gui.Command(each.command);
       const HWND dialog = gui.WaitForDialog();
@@ -205,6 +216,28 @@ TEST(LanguageTest, IsSeenInTheWindowAndEveryDialog) {
       EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
     }
   }
+}
+
+TEST(LanguageTest, MovesToTheLeftWhereLinesEndThere) {
+  const GuiProgram gui = Started(Language::kHebrew);
+  const auto treeWidth = [&] {
+    const RECT tree = PlaceOf(gui.Control(IDC_TREE));
+    return tree.right - tree.left;
+  };
+  const LONG before = treeWidth();
+  const RECT bar = PlaceOf(FindWindowExW(gui.Window(), nullptr, L"StartupManagerSplitterH", nullptr));
+  const int x = static_cast<int>(bar.left + bar.right) / 2, y = static_cast<int>(bar.top) + 50;
+  SetCursorPos(x, y);
+  mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+  SetCursorPos(x - 60, y);
+  EXPECT_TRUE(WaitUntil([&] { return std::abs(treeWidth() - before - 60) <= 4; })) << treeWidth() - before;
+  mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+  const HWND commands = gui.Control(IDC_TOOLBAR);
+  const auto chosen = [&] { return SendMessageW(commands, TB_GETHOTITEM, 0, 0); };
+  SendMessageW(commands, WM_KEYDOWN, VK_HOME, 0);
+  const LRESULT first = chosen();
+  SendMessageW(commands, WM_KEYDOWN, VK_LEFT, 0);
+  EXPECT_GT(chosen(), first);
 }
 
 }  // namespace
