@@ -6,7 +6,7 @@ namespace smh {
 
 namespace {
 
-constexpr LONG kDirection = WS_EX_RTLREADING | WS_EX_RIGHT;
+constexpr LONG kDirection = WS_EX_RTLREADING | WS_EX_RIGHT | WS_EX_LEFTSCROLLBAR;
 
 void SetExStyle(HWND control, LONG style) {
   SetWindowLongW(control, GWL_EXSTYLE, style);
@@ -17,14 +17,12 @@ void SetExStyle(HWND control, LONG style) {
 }  // namespace
 
 void KeepLeftToRight(HWND control) {
-  SetExStyle(control, GetWindowLongW(control, GWL_EXSTYLE) & ~(kDirection | WS_EX_LEFTSCROLLBAR | WS_EX_LAYOUTRTL));
-  SetWindowLongW(control, GWL_STYLE, GetWindowLongW(control, GWL_STYLE) & ~ES_RIGHT);
+  SetExStyle(control, GetWindowLongW(control, GWL_EXSTYLE) & ~(kDirection | WS_EX_LAYOUTRTL));
 }
 
 void DirectText(HWND control) {
   if (!IsMirrored(CurrentLanguage())) return;
   SetExStyle(control, (GetWindowLongW(control, GWL_EXSTYLE) & ~WS_EX_LAYOUTRTL) | kDirection);
-  SetWindowLongW(control, GWL_STYLE, GetWindowLongW(control, GWL_STYLE) | ES_RIGHT);
 }
 
 }  // namespace smh

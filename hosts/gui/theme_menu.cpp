@@ -60,6 +60,19 @@ void DrawBarItem(const Painter& painter, const DRAWITEMSTRUCT& item, const std::
   painter.Text(text, item.rcItem, isGrey ? Role::kGreyText : Role::kBarText, DT_CENTER | prefix);
 }
 
+// The items in the last line of a menu bar, at a place of the screen; how far to the right that is differs
+// among systems where the bar is mirrored.
+RECT LastLine(HWND window, HMENU bar) noexcept {
+  RECT line = {};
+  for (int i = GetMenuItemCount(bar) - 1; i >= 0; --i) {
+    RECT item;
+    if (!GetMenuItemRect(window, bar, static_cast<UINT>(i), &item)) break;
+    if (!IsRectEmpty(&line) && item.top != line.top) break;
+    UnionRect(&line, &line, &item);
+  }
+  return line;
+}
+
 }  // namespace
 
 void ThemeMenus::DressItem(HMENU menu, UINT position, bool isBar) {
@@ -157,12 +170,10 @@ void ThemeMenus::DrawBarEdge(HWND window) {
   SetLayout(canvas, 0);
   const auto fill = [canvas](const RECT& area) { Painter(canvas).Fill(area, Role::kBar); };
   fill({client.left, client.top - 1, client.right, client.top});
-  RECT last;
-  if (GetMenuItemRect(window, bar, static_cast<UINT>(GetMenuItemCount(bar) - 1), &last)) {
-    OffsetRect(&last, -frame.left, -frame.top);
-    fill(isMirrored ? RECT{client.left, last.top, last.left, client.top}
-                    : RECT{last.right, last.top, client.right, client.top});
-  }
+  const RECT last = LastLine(window, bar);
+  const LONG width = last.right - last.left, top = last.top - frame.top;
+  fill(isMirrored ? RECT{client.left, top, client.right - width, client.top}
+                  : RECT{client.left + width, top, client.right, client.top});
   ReleaseDC(window, canvas);
 }
 
