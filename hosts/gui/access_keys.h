@@ -8,7 +8,7 @@
 namespace smh {
 
 // In lower case; 0 for a text without one.
-consteval wchar_t AccessKeyOf(const Text& text, Language language) {
+constexpr wchar_t AccessKeyOf(const Text& text, Language language) {
   const std::wstring_view label = text.In(language);
   const std::size_t mark = label.find(L'&');
   if (mark == label.npos) return 0;
@@ -21,7 +21,7 @@ consteval wchar_t AccessKeyOf(const Text& text, Language language) {
 
 // Of rows whose `text` is a pointer to a Text, or null.
 template <typename Row>
-consteval bool HaveOwnAccessKeys(std::span<const Row> rows) {
+constexpr bool HaveOwnAccessKeys(std::span<const Row> rows) {
   for (const Language language : {Language::kEnglish, Language::kGerman, Language::kHebrew}) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
       const wchar_t key = rows[i].text == nullptr ? L'\0' : AccessKeyOf(*rows[i].text, language);

@@ -62,7 +62,7 @@ constexpr DialogRow kDialogs[] = {
     {IDD_COLUMNS, texts::kColumnsCaption, kColumns},
 };
 
-consteval bool HaveOwnLetters() {
+constexpr bool HaveOwnLetters() {
   for (const DialogRow& row : kDialogs) {
     if (!HaveOwnAccessKeys(row.controls)) return false;
   }

@@ -167,7 +167,7 @@ constexpr ContextRow kContexts[] = {
     {ContextMenu::kTree, kTreeContext},
 };
 
-consteval bool HaveOwnLetters(std::span<const MenuItem> items) {
+constexpr bool HaveOwnLetters(std::span<const MenuItem> items) {
   for (const MenuItem& item : items) {
     if (item.below != nullptr && !HaveOwnLetters({item.below, item.count})) return false;
   }

@@ -22,16 +22,15 @@ inline constexpr Text kSearchIn{L"Search in %1", L"Suchen in: %1", L"חיפוש 
 // The status bar.
 inline constexpr Text kReady{L"Ready", L"Bereit", L"מוכן"};
 inline constexpr Text kReadingLocations{L"Reading the locations…", L"Die Orte werden gelesen…",
-                                        L"המיקומים נקראים…"};
+                                        L"קריאת המיקומים…"};
 inline constexpr Text kReadingDetails{L"Reading the details of the files…",
-                                      L"Die Einzelheiten der Dateien werden gelesen…",
-                                      L"פרטי הקבצים נקראים…"};
+                                      L"Die Details der Dateien werden gelesen…", L"קריאת פרטי הקבצים…"};
 inline constexpr Text kReadingAll{L"Reading all locations…", L"Alle Orte werden gelesen…",
-                                  L"כל המיקומים נקראים…"};
+                                  L"קריאת כל המיקומים…"};
 inline constexpr Text kLockedHint{
     L"Locked entries can be changed by an administrator: use the shield in the tool bar.",
     L"Gesperrte Einträge kann ein Administrator ändern: mit dem Schild in der Symbolleiste.",
-    L"פריטים נעולים יכול לשנות מנהל מערכת: באמצעות המגן שבסרגל הכלים."};
+    L"מנהל מערכת יכול לשנות פריטים נעולים: באמצעות המגן שבסרגל הכלים."};
 inline constexpr CountText kStateSaved{
     {L"Saved the state of %1 entries to %2", L"Der Stand von %1 Eintrag wurde gespeichert: %2",
      L"המצב של פריט אחד (%1) נשמר: %2"},
@@ -85,7 +84,7 @@ inline constexpr Text kNameCommands{L"Commands", L"Befehle", L"פקודות"};
 inline constexpr Text kNameSearch{L"Search", L"Suche", L"חיפוש"};
 inline constexpr Text kNameSearchKeys{L"Ctrl+F", L"Strg+F", L"Ctrl+F"};
 inline constexpr Text kNameTree{L"Locations and views", L"Orte und Ansichten", L"מיקומים ותצוגות"};
-inline constexpr Text kNameDetails{L"Details", L"Einzelheiten", L"פרטים"};
+inline constexpr Text kNameDetails{L"Details", L"Details", L"פרטים"};
 inline constexpr Text kActPress{L"Press", L"Drücken", L"לחיצה"};
 inline constexpr Text kActExpand{L"Expand", L"Erweitern", L"הרחבה"};
 inline constexpr Text kActCollapse{L"Collapse", L"Reduzieren", L"כיווץ"};

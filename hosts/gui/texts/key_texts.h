@@ -19,8 +19,7 @@ inline constexpr Text kKeySwitch{L"Switch the entry on or off", L"Eintrag ein- o
                                  L"הפעלה או השבתה של הפריט"};
 inline constexpr Text kKeysSwitch{L"Space", L"Leertaste", L"רווח"};
 inline constexpr Text kKeyDetails{L"Details of the entry, parts of the change",
-                                  L"Einzelheiten des Eintrags, Teile der Änderung",
-                                  L"פרטי הפריט, חלקי השינוי"};
+                                  L"Details des Eintrags, Teile der Änderung", L"פרטי הפריט, חלקי השינוי"};
 inline constexpr Text kKeysDetails{L"Enter", L"Eingabe", L"Enter"};
 inline constexpr Text kKeyFold{L"Show or hide what is below", L"Untergeordnetes ein- oder ausblenden",
                                L"הצגה או הסתרה של מה שמתחת"};

@@ -100,7 +100,7 @@ inline constexpr Text kMenuAbout{L"&About Startup Manager", L"&Info über Startu
                                  L"&אודות Startup Manager"};
 
 // What is only in the menus of what is selected, or has another key there.
-inline constexpr Text kMenuDetails{L"Deta&ils\tEnter", L"E&inzelheiten\tEingabe", L"פר&טים\tEnter"};
+inline constexpr Text kMenuDetails{L"Deta&ils\tEnter", L"Deta&ils\tEingabe", L"פר&טים\tEnter"};
 inline constexpr Text kMenuCopySelected{L"C&opy\tCtrl+C", L"&Kopieren\tStrg+C", L"&העתקה\tCtrl+C"};
 inline constexpr Text kMenuProgramFile{L"&File properties\tEnter", L"Datei&eigenschaften\tEingabe",
                                        L"מ&אפייני הקובץ\tEnter"};

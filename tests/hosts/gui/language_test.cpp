@@ -159,58 +159,51 @@ void ExpectNothingCut(HWND window, int dpi, bool isDialog) {
   }
 }
 
-TEST(LanguageTest, CutsNothingOnASharpScreen) {
+// What opens for the key of a menu or of what is selected; closes it again.
+void ShowMenus(const GuiProgram& gui, Language language, const std::wstring& name) {
+  const auto isOpen = [] { return FindWindowW(L"#32768", nullptr) != nullptr; };
+  const auto show = [&](const wchar_t* which) {
+    EXPECT_TRUE(WaitUntil(isOpen)) << ToUtf8(which);
+    gui.Screenshot(name + which);
+    SendMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return !isOpen(); }));
+  };
+  PostMessageW(gui.Window(), WM_SYSCOMMAND, SC_KEYMENU, texts::kMenuView.In(language)[1]);
+  show(L"-menu");
+  PostMessageW(gui.Window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(gui.Control(IDC_ENTRIES)), -1);
+  show(L"-context-menu");
+}
+
+TEST(LanguageTest, IsSeenEverywhereAndNothingIsCut) {
   constexpr int kDpi = 144;
   const ScreenDpi screen(kDpi);
   for (const Language language : kAll) {
+    SCOPED_TRACE(ToUtf8(LanguageName(language)));
     const GuiProgram gui = Started(language);
     gui.SendDpiChange(kDpi, {0, 0, 1'500, 1'000});
-    gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
-    ExpectNothingCut(gui.Window(), kDpi, false);
-    RECT bar;
-    GetClientRect(gui.Control(IDC_TOOLBAR), &bar);
-    EXPECT_LE(gui.ButtonRect(CMD_REFRESH).right, bar.right);
-    EXPECT_GT(gui.ButtonRect(CMD_DISABLE).right - gui.ButtonRect(CMD_DISABLE).left,
-              WidthOf(texts::kBarDisable.In(language), FontAt(kDpi, false), 0))
-        << "has no room for its label";
-    EXPECT_LE(WidthOf(gui.Cue(IDC_SEARCH), FontAt(kDpi, false), 0), MulDiv(260, kDpi, 96));
-    gui.Screenshot(std::wstring(L"language-") + LanguageName(language) + L"-144dpi");
-    for (const DialogCase& each : kDialogs) {
-      gui.Command(each.command);
-      const HWND dialog = gui.WaitForDialog();
-      ExpectNothingCut(dialog, kDpi, true);
-      gui.Screenshot(std::wstring(L"language-") + LanguageName(language) + L"-144dpi-" + each.name);
-      SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-      EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));
-    }
-  }
-}
-
-TEST(LanguageTest, IsSeenInTheWindowAndEveryDialog) {
-  for (const Language language : kAll) {
-    SCOPED_TRACE(testing::Message() << static_cast<int>(language));
-    const GuiProgram gui = Started(language);
     EXPECT_TRUE(Speaks(gui, language));
     EXPECT_EQ(IsMirrored(gui.Window()), smh::IsMirrored(language));
     EXPECT_EQ(PlaceOf(gui.Control(IDC_TREE)).left > PlaceOf(gui.Control(IDC_ENTRIES)).left,
               smh::IsMirrored(language));
     gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Aurora Mixer")});
-    const std::wstring name = std::wstring(L"language-") + LanguageName(language);
     EXPECT_TRUE(WaitUntil([&] { return !TextOfControl(gui.Control(IDC_DETAILS)).empty(); }));
+    ExpectNothingCut(gui.Window(), kDpi, false);
+    RECT bar;
+    GetClientRect(gui.Control(IDC_TOOLBAR), &bar);
+    const RECT disable = gui.ButtonRect(CMD_DISABLE);
+    EXPECT_LE(gui.ButtonRect(CMD_REFRESH).right, bar.right);
+    EXPECT_GT(disable.right - disable.left, WidthOf(texts::kBarDisable.In(language), FontAt(kDpi, false), 0))
+        << "has no room for its label";
+    EXPECT_LE(WidthOf(gui.Cue(IDC_SEARCH), FontAt(kDpi, false), 0), MulDiv(250, kDpi, 96));
+    const std::wstring name = std::wstring(L"language-") + LanguageName(language);
     gui.Screenshot(name);
-    PostMessageW(gui.Window(), WM_SYSCOMMAND, SC_KEYMENU, texts::kMenuView.In(language)[1]);
-    EXPECT_TRUE(WaitUntil([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
-    gui.Screenshot(name + L"-menu");
-    SendMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
-    PostMessageW(gui.Window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(gui.Control(IDC_ENTRIES)), -1);
-    Sleep(300);
-    gui.Screenshot(name + L"-context-menu");
-    SendMessageW(gui.Window(), WM_CANCELMODE, 0, 0);
+    ShowMenus(gui, language, name);
     for (const DialogCase& each : kDialogs) {
       gui.Command(each.command);
       const HWND dialog = gui.WaitForDialog();
-      EXPECT_EQ(TextOfControl(dialog), each.caption.In(language)) << each.command;
+      EXPECT_EQ(TextOfControl(dialog), each.caption.In(language));
       EXPECT_EQ(IsMirrored(dialog), smh::IsMirrored(language));
+      ExpectNothingCut(dialog, kDpi, true);
       gui.Screenshot(name + L"-" + each.name);
       SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
       EXPECT_TRUE(WaitUntil([&] { return !IsWindow(dialog); }));

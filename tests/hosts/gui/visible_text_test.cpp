@@ -1,3 +1,5 @@
+#include "hosts/common/language.h"
+#include "hosts/gui/text_direction.h"
 #include "hosts/gui/visible_text.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +36,18 @@ TEST(VisibleTextTest, ShowsWhatWouldBeOverlookedAndCopiesWhatWasThere) {
   EXPECT_EQ(AsItWas(MakeVisible(L"ab" + std::wstring(12, L' ') + L"cd"), 3, 7),
             std::wstring(12, L' ') + L"c");
   EXPECT_EQ(AsItWas(MakeVisible(L"a" + kNul), 0, 99), L"a\\u{0}");
+}
+
+TEST(VisibleTextTest, IsReadFromTheRightInHebrewAndCopiedAsItIs) {
+  const std::wstring path = L"\"C:\\x y.exe\" /z", name = L"שעון";
+  EXPECT_EQ(Directed(path), path);
+  SetLanguage(Language::kHebrew);
+  EXPECT_EQ(Directed(path), L"\u202A" + path + L"\u202C");
+  EXPECT_EQ(Directed(name + L":\n1"), L"\u202B" + name + L":\u202C\n\u202B1\u202C");
+  EXPECT_EQ(Directed(path, 2), L"\u202B  \u202A" + path + L"\u202C\u202C");
+  const VisibleText shown = Directed(MakeVisible(path + L" "));
+  EXPECT_EQ(AsItWas(shown, 0, shown.text.size()), path + L" ");
+  SetLanguage(Language::kEnglish);
 }
 
 }  // namespace
