@@ -17,6 +17,7 @@ void SetExStyle(HWND control, LONG style) {
 }  // namespace
 
 void KeepLeftToRight(HWND control) {
+  if (!IsMirrored(CurrentLanguage())) return;
   SetExStyle(control, GetWindowLongW(control, GWL_EXSTYLE) & ~(kDirection | WS_EX_LAYOUTRTL));
 }
 
