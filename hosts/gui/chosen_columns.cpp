@@ -20,7 +20,7 @@ constexpr wchar_t kOlderOrder[] = L"Order";
 constexpr wchar_t kOrders[] = L"Orders";
 
 ListColumn ListColumnOf(const ColumnPlace& place) {
-  return {EntryColumns()[place.column].title, place.width, place.column == kCommandColumn};
+  return {EntryColumns()[place.column].title.Get(), place.width, place.column == kCommandColumn};
 }
 
 }  // namespace
@@ -101,7 +101,7 @@ void ChosenColumns::ShowMenu(HWND window, POINT point) const {
   const HMENU menu = CreatePopupMenu();
   for (std::size_t i = 0; i < EntryColumns().size(); ++i) {
     const UINT isShown = PlaceOf(i) < shown_.size() ? MF_CHECKED : MF_UNCHECKED;
-    AppendMenuW(menu, MF_STRING | isShown, CMD_FIRST_COLUMN + i, EntryColumns()[i].title);
+    AppendMenuW(menu, MF_STRING | isShown, CMD_FIRST_COLUMN + i, EntryColumns()[i].title.Get());
   }
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   AppendMenuW(menu, MF_STRING, CMD_COLUMNS, texts::kMenuMoreColumns.Get());

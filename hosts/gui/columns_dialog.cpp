@@ -49,7 +49,7 @@ void Fill(HWND dialog, const Choice& choice, int focused) {
   const HWND list = ListOf(dialog);
   ListView_DeleteAllItems(list);
   for (std::size_t i = 0; i < choice.rows.size(); ++i) {
-    std::wstring title = EntryColumns()[choice.rows[i].place.column].title;
+    std::wstring title = EntryColumns()[choice.rows[i].place.column].title.Get();
     LVITEMW item = {};
     item.mask = LVIF_TEXT;
     item.iItem = static_cast<int>(i);

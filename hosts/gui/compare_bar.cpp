@@ -3,6 +3,7 @@
 #include "hosts/gui/accessible_button.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/filter_texts.h"
 
 #include <commctrl.h>
 
@@ -26,8 +27,8 @@ void CompareBar::Open(HWND parent) {
           .exStyle = WS_EX_CONTROLPARENT,
           .parent = parent});
   SetWindowLongW(Handle(), GWL_ID, IDC_COMPARE_BAR);
-  only_ = MakeButton(Handle(), L"Only differences", CMD_ONLY_DIFFERENT, BS_CHECKBOX | BS_PUSHLIKE);
-  stop_ = MakeButton(Handle(), L"Stop comparing", CMD_STOP_COMPARING, BS_PUSHBUTTON);
+  only_ = MakeButton(Handle(), texts::kOnlyDifferences.Get(), CMD_ONLY_DIFFERENT, BS_CHECKBOX | BS_PUSHLIKE);
+  stop_ = MakeButton(Handle(), texts::kStopComparing.Get(), CMD_STOP_COMPARING, BS_PUSHBUTTON);
   accessibleOnly_.Attach(only_, std::make_unique<AccessibleButton>(only_, L""));
   accessibleStop_.Attach(stop_, std::make_unique<AccessibleButton>(stop_, L""));
 }

@@ -1,6 +1,9 @@
 #include "hosts/gui/comparison.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/texts/column_texts.h"
+#include "hosts/gui/texts/details_texts.h"
+#include "hosts/gui/texts/entry_texts.h"
 
 #include <utility>
 
@@ -45,41 +48,43 @@ ItemRecord GoneRecord(const SnapshotEntry& entry) {
 std::wstring_view DifferenceTitle(DifferenceKind kind) noexcept {
   switch (kind) {
     case DifferenceKind::kAdded:
-      return L"Added";
+      return texts::kDifferenceAdded.Get();
     case DifferenceKind::kRemoved:
-      return L"Removed";
+      return texts::kDifferenceRemoved.Get();
     case DifferenceKind::kChanged:
-      return L"Changed";
+      return texts::kDifferenceChanged.Get();
     default:
-      return L"Switched";
+      return texts::kDifferenceSwitched.Get();
   }
 }
 
 std::wstring DifferenceCountText(const DifferenceCounts& counts) {
+  // By DifferenceKind.
+  constexpr Text kCounts[] = {texts::kCountAdded, texts::kCountRemoved, texts::kCountChanged,
+                              texts::kCountSwitched};
   std::wstring text;
   for (std::size_t kind = 0; kind < counts.size(); ++kind) {
     if (counts[kind] == 0) continue;
     if (!text.empty()) text += L", ";
-    text += std::to_wstring(counts[kind]) + L" ";
-    text += DifferenceName(static_cast<DifferenceKind>(kind));
+    text += Format(kCounts[kind], counts[kind]);
   }
-  return text.empty() ? L"nothing differs" : text;
+  return text.empty() ? texts::kNothingDiffers.Get() : text;
 }
 
 std::vector<DetailLine> DifferenceLines(const EntryDifference& difference) {
   std::vector<DetailLine> lines;
-  lines.push_back({L"Compared", PlainText(std::wstring(DifferenceTitle(difference.kind)))});
+  lines.push_back({texts::kComparedLine.Get(), PlainText(std::wstring(DifferenceTitle(difference.kind)))});
   if (!difference.before) return lines;
   const SnapshotEntry& before = *difference.before;
-  std::wstring state = before.enabled ? L"On" : L"Off";
-  if (before.switchedOff == true) state += L", but switched off in Task Manager";
-  lines.push_back({L"Status before", PlainText(std::move(state))});
-  lines.push_back({L"Command before", MakeVisible(before.command)});
-  if (before.twin) lines.push_back({L"32-bit view before", MakeVisible(*before.twin)});
+  std::wstring state = (before.enabled ? texts::kOn : texts::kOff).Get();
+  if (before.switchedOff == true) state = Format(texts::kBut, state, texts::kSwitchedOff.Get());
+  lines.push_back({texts::kStatusBeforeLine.Get(), PlainText(std::move(state))});
+  lines.push_back({texts::kCommandBeforeLine.Get(), MakeVisible(before.command)});
+  if (before.twin) lines.push_back({texts::kView32BeforeLine.Get(), MakeVisible(*before.twin)});
   if (difference.kind != DifferenceKind::kRemoved) return lines;
   const ItemRecord gone = GoneRecord(before);
-  lines.push_back({L"Location", PlainText(FullTitle(gone.location))});
-  lines.push_back({L"Was stored as", MakeVisible(gone.name)});
+  lines.push_back({texts::kLocationTitle.Get(), PlainText(FullTitle(gone.location))});
+  lines.push_back({texts::kWasStoredAsLine.Get(), MakeVisible(gone.name)});
   return lines;
 }
 

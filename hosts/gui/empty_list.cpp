@@ -2,6 +2,7 @@
 
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/filter_texts.h"
 
 namespace smh {
 
@@ -9,53 +10,46 @@ namespace {
 
 constexpr std::size_t kLongestShown = 40;
 
-std::wstring Counted(std::size_t count) {
-  return count == 1 ? std::wstring(L"1 entry") : std::to_wstring(count) + L" entries";
-}
-
 std::wstring Quoted(const std::wstring& text) {
-  return L"\u201C" + CutEnd(Printable(text), kLongestShown) + L"\u201D";
+  return Format(texts::kQuoted, CutEnd(Printable(text), kLongestShown));
 }
 
 std::wstring HiddenText(std::size_t hidden, const std::wstring& search, const FilterSet& filters) {
-  std::wstring text = Counted(hidden);
-  if (!search.empty()) text += (hidden == 1 ? L" that matches " : L" that match ") + Quoted(search);
-  text += hidden == 1 ? L" is hidden by " : L" are hidden by ";
-  return text + FilterTitles(filters) + L".";
+  if (search.empty()) return Format(texts::kHidden.For(hidden), hidden, FilterTitles(filters));
+  return Format(texts::kHiddenMatch.For(hidden), hidden, FilterTitles(filters), Quoted(search));
 }
 
 }  // namespace
 
 EmptyListNote NoteOf(const EntryRows& rows, const ListRequest& request) {
   if (!rows.Shown().empty()) return {};
-  if (request.isReading && rows.Total() == 0) return {L"Reading the locations\u2026", {}};
+  if (request.isReading && rows.Total() == 0) return {texts::kReadingLocations.Get(), {}};
   const bool isSearched = rows.IsSearched();
   const std::wstring search = isSearched ? request.search : std::wstring();
-  const std::wstring place = request.place.empty() ? std::wstring() : L" in " + Quoted(request.place);
-  const EmptyListOffer showAll = {CMD_SHOW_ALL, L"Show all entries"};
+  const std::wstring place = request.place.empty() ? std::wstring() : Quoted(request.place);
+  const EmptyListOffer showAll = {CMD_SHOW_ALL, texts::kShowAllEntries.Get()};
   EmptyListNote note;
   if (rows.Count(EntryRows::Limit::kLocations) == 0) {
-    note.text = L"There is no entry" + place + L".";
+    note.text = Format(place.empty() ? texts::kNoEntry : texts::kNoEntryIn, place);
     if (!place.empty() && rows.Total() > 0) note.offers.push_back(showAll);
     return note;
   }
   if (rows.ShowsOnlyDifferent() && !isSearched && rows.Filters().none()) {
-    note.text = L"Nothing" + place + L" differs from the saved state.";
-    note.offers = {{CMD_ONLY_DIFFERENT, L"Show what is the same"}, {CMD_STOP_COMPARING, L"Stop comparing"}};
+    note.text = Format(place.empty() ? texts::kSameAsSaved : texts::kSameAsSavedIn, place);
+    note.offers = {{CMD_ONLY_DIFFERENT, texts::kShowSame.Get()},
+                   {CMD_STOP_COMPARING, texts::kStopComparing.Get()}};
     return note;
   }
   const std::size_t elsewhere = place.empty() ? 0 : rows.Count(EntryRows::Limit::kSearchAndFilters);
   if (const std::size_t hidden = rows.Count(EntryRows::Limit::kLocationsAndSearch); hidden > 0) {
     note.text = HiddenText(hidden, search, rows.Filters());
-    note.offers.push_back({CMD_CLEAR_FILTERS, L"Switch the filters off"});
+    note.offers.push_back({CMD_CLEAR_FILTERS, texts::kFiltersOff.Get()});
   } else {
-    note.text = L"No entry" + place + L" matches " + Quoted(search) + L".";
+    note.text = Format(place.empty() ? texts::kNoMatch : texts::kNoMatchIn, Quoted(search), place);
   }
   if (isSearched && elsewhere > 0) {
-    const EmptyListOffer everywhere = {CMD_SEARCH_EVERYWHERE,
-                                       L"Search everywhere (" + std::to_wstring(elsewhere) + L")"};
-    note.text += L" Elsewhere there " + std::wstring(elsewhere == 1 ? L"is " : L"are ") +
-                 std::to_wstring(elsewhere) + L".";
+    const EmptyListOffer everywhere = {CMD_SEARCH_EVERYWHERE, Format(texts::kSearchEverywhere, elsewhere)};
+    note.text = Format(texts::kElsewhere.For(elsewhere), note.text, elsewhere);
     note.offers.insert(note.offers.begin(), everywhere);
   }
   const bool hidesFiltersAlone = rows.Filters().any() && !isSearched && place.empty();

@@ -4,6 +4,7 @@
 #include "hosts/gui/entries_look.h"
 #include "hosts/gui/location_words.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/status_texts.h"
 
 #include <algorithm>
 
@@ -20,7 +21,7 @@ constexpr std::size_t kFilesAtOnce = 64;
 EntriesView::EntriesView(HWND parent, const Frame& frame) : frame_(frame), commands_(frame), closer_(frame) {
   request_.isReading = true;
   list_.Create(parent, IDC_ENTRIES, ChosenColumns::FirstColumns(), MakeSource());
-  list_.Describe(L"Start-up entries", L"Show details");
+  list_.Describe(texts::kEntriesList.Get(), texts::kShowDetails.Get());
   columns_.ShowOrder(rows_.FirstOrder(), rows_.SecondOrder());
   details_.Create(parent);
   around_.Create(parent);
@@ -87,7 +88,7 @@ void EntriesView::CheckAgain() {
 
 std::wstring EntriesView::CheckingText() const {
   const std::size_t left = rows_.UncheckedCount();
-  return left == 0 ? std::wstring() : L"Checking signatures: " + std::to_wstring(left) + L" to go\u2026";
+  return left == 0 ? std::wstring() : Format(texts::kSignaturesLeft, left);
 }
 
 void EntriesView::SetFilters(const FilterSet& filters) {
@@ -181,7 +182,7 @@ void EntriesView::ShowDetails() {
   if (item == nullptr) {
     const std::size_t count = list_.Selection().size();
     const std::wstring text =
-        count == 0 ? L"Select an entry to see what it is" : std::to_wstring(count) + L" entries selected";
+        count == 0 ? std::wstring(texts::kSelectOne.Get()) : Format(texts::kManySelected, count);
     return details_.SetEntry(
         text, nullptr, {},
         count == 0 ? LocationLines(locations_, request_.place) : std::vector<DetailLine>());
@@ -270,12 +271,12 @@ bool EntriesView::HasLockedEntries() const {
 }
 
 std::wstring EntriesView::CountText() const {
-  std::wstring text = std::to_wstring(rows_.Shown().size());
-  if (rows_.Shown().size() != rows_.Total()) text += L" of " + std::to_wstring(rows_.Total());
-  text += rows_.Total() == 1 ? L" entry" : L" entries";
+  const std::size_t shown = rows_.Shown().size();
+  const std::size_t total = rows_.Total();
+  const std::wstring text = shown == total ? Format(texts::kEntries.For(total), total)
+                                           : Format(texts::kEntriesOf.For(total), shown, total);
   const std::size_t selected = list_.Selection().size();
-  if (selected > 1) text += L", " + std::to_wstring(selected) + L" selected";
-  return text;
+  return selected > 1 ? Format(texts::kAndSelected, text, selected) : text;
 }
 
 std::vector<ItemRecord> EntriesView::Selected() const {

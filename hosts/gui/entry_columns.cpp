@@ -3,6 +3,7 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/entry_words.h"
+#include "hosts/gui/texts/column_texts.h"
 
 #include <algorithm>
 #include <bit>
@@ -51,21 +52,27 @@ std::string VersionKey(const ItemRecord& item) {
 
 // What is new comes last: settings name columns by their numbers.
 constexpr EntryColumn kColumns[] = {
-    {L"Name", 155, true, CaptionText, nullptr},
-    {L"Status", 232, true, StatusText, nullptr},
-    {L"Company", 125, true, [](const ItemRecord& item) { return Printable(item.company); }, nullptr},
-    {L"Trust", 120, true, TrustText, TrustKey},
-    {L"Command", 205, true, [](const ItemRecord& item) { return Printable(item.command); }, nullptr},
-    {L"Location", 140, true, [](const ItemRecord& item) { return FullTitle(item.location); }, nullptr},
-    {L"Description", 200, false, [](const ItemRecord& item) { return Printable(item.description); }, nullptr},
-    {L"Version", 90, false, [](const ItemRecord& item) { return Printable(item.version); }, VersionKey},
-    {L"Signer", 140, false, SignerText, nullptr},
-    {L"Starts", 110, false, StartsAnswerText, nullptr},
-    {L"File date", 130, false, [](const ItemRecord& item) { return LocalTimeText(item.lastWriteTime); },
-     FileDateKey},
-    {L"View", 90, false, ViewText, nullptr},
-    {L"Disabled by", 130, false, DisabledByText, nullptr},
-    {L"File", 260, false, [](const ItemRecord& item) { return Printable(ShownFile(item)); }, nullptr},
+    {texts::kNameTitle, 155, true, CaptionText, nullptr},
+    {texts::kStatusTitle, 232, true, StatusText, nullptr},
+    {texts::kCompanyTitle, 125, true, [](const ItemRecord& item) { return Printable(item.company); },
+     nullptr},
+    {texts::kTrustTitle, 120, true, TrustText, TrustKey},
+    {texts::kCommandTitle, 205, true, [](const ItemRecord& item) { return Printable(item.command); },
+     nullptr},
+    {texts::kLocationTitle, 140, true, [](const ItemRecord& item) { return FullTitle(item.location); },
+     nullptr},
+    {texts::kDescriptionTitle, 200, false, [](const ItemRecord& item) { return Printable(item.description); },
+     nullptr},
+    {texts::kVersionTitle, 90, false, [](const ItemRecord& item) { return Printable(item.version); },
+     VersionKey},
+    {texts::kSignerTitle, 140, false, SignerText, nullptr},
+    {texts::kStartsTitle, 110, false, StartsAnswerText, nullptr},
+    {texts::kFileDateTitle, 130, false,
+     [](const ItemRecord& item) { return LocalTimeText(item.lastWriteTime); }, FileDateKey},
+    {texts::kViewTitle, 90, false, ViewText, nullptr},
+    {texts::kDisabledByTitle, 130, false, DisabledByText, nullptr},
+    {texts::kFileTitle, 260, false, [](const ItemRecord& item) { return Printable(ShownFile(item)); },
+     nullptr},
 };
 static_assert(kColumns[kNameColumn].text == CaptionText && kColumns[kTrustColumn].text == TrustText &&
               kColumns[kSignerColumn].text == SignerText && kColumns[kStatusColumn].text == StatusText &&
@@ -108,8 +115,8 @@ std::wstring SignerText(const ItemRecord& item) {
 
 std::wstring ViewText(const ItemRecord& item) {
   if (item.view == 0) return {};
-  if (item.twin == kTwinSame) return L"64-bit and 32-bit";
-  return item.view == 64 ? L"64-bit" : L"32-bit";
+  if (item.twin == kTwinSame) return texts::kBothViews.Get();
+  return (item.view == 64 ? texts::kView64 : texts::kView32).Get();
 }
 
 }  // namespace smh

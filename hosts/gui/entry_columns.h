@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/common/item_record.h"
+#include "hosts/common/text.h"
 
 #include <cstddef>
 #include <span>
@@ -12,7 +13,7 @@ namespace smh {
 
 // A column's title, its first width, whether it is shown at first, and its printable text for an entry.
 struct EntryColumn {
-  const wchar_t* title;
+  Text title;
   int width;  // at 96 DPI
   bool isShownFirst;
   std::wstring (*text)(const ItemRecord& item);

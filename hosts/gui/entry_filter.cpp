@@ -2,6 +2,7 @@
 
 #include "hosts/gui/entry_words.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/filter_texts.h"
 
 #include <algorithm>
 #include <iterator>
@@ -25,17 +26,13 @@ bool IsUnsignedOrBroken(const ItemRecord& item) {
 }
 
 constexpr EntryFilter kFilters[kFilterCount] = {
-    {CMD_FILTER_NOT_STARTING, L"Not starting", L"OnlyNotStarting",
-     L"Only entries that Windows does not start",
+    {CMD_FILTER_NOT_STARTING, texts::kNotStarting, L"OnlyNotStarting", texts::kNotStartingTip,
      [](const ItemRecord& item) { return item.starts == kStartsNo; }},
-    {CMD_FILTER_MISSING, L"Missing", L"OnlyMissing", L"Only entries whose file is missing or out of reach",
+    {CMD_FILTER_MISSING, texts::kMissing, L"OnlyMissing", texts::kMissingTip,
      [](const ItemRecord& item) { return IsFileMissing(item) || IsFileUnreachable(item); }},
-    {CMD_FILTER_UNSIGNED, L"Unsigned or broken", L"OnlyUnsigned",
-     L"Only entries whose file is not signed, or whose signature does not hold", IsUnsignedOrBroken},
-    {CMD_FILTER_RISKY, L"Risky", L"OnlyRisky",
-     L"Only entries that are a danger: risky, or with a broken or withdrawn signature", IsDanger},
-    {CMD_HIDE_VERIFIED, L"Hide verified", L"HideVerified",
-     L"Without entries that are signed by a maker who is known to be trusted",
+    {CMD_FILTER_UNSIGNED, texts::kUnsigned, L"OnlyUnsigned", texts::kUnsignedTip, IsUnsignedOrBroken},
+    {CMD_FILTER_RISKY, texts::kRiskyFilter, L"OnlyRisky", texts::kRiskyTip, IsDanger},
+    {CMD_HIDE_VERIFIED, texts::kHideVerified, L"HideVerified", texts::kHideVerifiedTip,
      [](const ItemRecord& item) { return !item.trust || item.trust->word != TrustWord::kVerified; }},
 };
 
@@ -64,9 +61,9 @@ std::wstring FilterTitles(const FilterSet& filters) {
   std::size_t left = filters.count();
   for (std::size_t i = 0; i < kFilterCount; ++i) {
     if (!filters[i]) continue;
-    text.append(1, L'\u201C').append(kFilters[i].title).append(1, L'\u201D');
+    const std::wstring title = Format(texts::kQuoted, kFilters[i].title.Get());
     --left;
-    if (left > 0) text += left == 1 ? L" and " : L", ";
+    text = text.empty() ? title : Format(left == 0 ? texts::kListAnd : texts::kListComma, text, title);
   }
   return text;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/common/item_record.h"
+#include "hosts/common/text.h"
 
 #include <bitset>
 #include <cstddef>
@@ -14,9 +15,9 @@ namespace smh {
 // One filter: what it is called, and which entries it keeps.
 struct EntryFilter {
   unsigned command;      // CMD_FILTER_ and CMD_HIDE_VERIFIED of resource.h: its menu item and its button
-  const wchar_t* title;  // on its button: "Not starting"
+  Text title;            // on its button: "Not starting"
   const wchar_t* saved;  // the name of its setting; see window_settings.h
-  const wchar_t* tip;    // what is left, as a sentence without an end
+  Text tip;              // what is left, as a sentence without an end
   bool (*keeps)(const ItemRecord& item);
 };
 

@@ -2,6 +2,7 @@
 
 #include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/gui/texts/entry_texts.h"
 #include "infra/runtime/text.h"
 
 #include <oleauto.h>
@@ -12,56 +13,51 @@ namespace {
 
 struct ReasonWords {
   std::int32_t flag;
-  std::wstring_view behindOn;  // "On, but ..."; empty for what the state says in another way
-  std::wstring_view sentence;
+  const Text* behindOn;  // "On, but ..."; null for what the state says in another way
+  Text sentence;
 };
 
 constexpr ReasonWords kReasons[] = {
-    {kReasonDisabled, L"", L"It lies in the place for disabled entries"},
-    {kReasonSwitchedOff, L"switched off in Task Manager", L"It was switched off in Task Manager or Settings"},
-    {kReasonPolicy, L"blocked by a policy", L"A policy of this machine or user forbids it"},
-    {kReasonBlocked, L"blocked as an extension",
-     L"It is on the list of blocked extensions, or was switched off as a browser add-on"},
-    {kReasonNotApproved, L"not an approved extension",
-     L"Only approved extensions are loaded, and it is none"},
-    {kReasonNotRead, L"not read by this Windows", L"This Windows does not read its location"},
-    {kReasonOnlyInIEMode, L"only in IE mode",
-     L"This Windows loads it in the IE mode of another browser only"},
-    {kReasonMissing, L"", L"Its file is not there"},
-    {kReasonUnreachable, L"", L"Its file is on a share or drive that does not answer now"},
+    {kReasonDisabled, nullptr, texts::kLiesDisabled},
+    {kReasonSwitchedOff, &texts::kSwitchedOff, texts::kWasSwitchedOff},
+    {kReasonPolicy, &texts::kByPolicy, texts::kPolicyForbids},
+    {kReasonBlocked, &texts::kAsExtension, texts::kIsBlocked},
+    {kReasonNotApproved, &texts::kNotApproved, texts::kOnlyApproved},
+    {kReasonNotRead, &texts::kNotRead, texts::kLocationNotRead},
+    {kReasonOnlyInIEMode, &texts::kOnlyInIEMode, texts::kLoadedInIEMode},
+    {kReasonMissing, nullptr, texts::kFileNotThere},
+    {kReasonUnreachable, nullptr, texts::kFileDoesNotAnswer},
 };
 
 constexpr std::int32_t kOneLoader = kReasonOnlyFor64 | kReasonOnlyFor32;
 
-// The kind of programs that load it, or the list that starts it, when it is one of the two; else empty.
-std::wstring_view OnlyLoader(const ItemRecord& item) noexcept {
-  if (item.starts != kStartsYes) return {};
+// The text, and the kind of programs that load it, or the list that starts it, when it is one of the two.
+std::wstring WithOnlyLoader(const ItemRecord& item, const std::wstring& text) {
+  if (item.starts != kStartsYes) return text;
   const bool isOfLists = IsOfTwoLists(item);
   const std::int32_t loader = item.reasons & kOneLoader;
-  if (loader == kReasonOnlyFor64)
-    return isOfLists ? L", from the 32-bit list only" : L", in 32-bit programs only";
-  if (loader == kReasonOnlyFor32)
-    return isOfLists ? L", from the 64-bit list only" : L", in 64-bit programs only";
-  return {};
+  if (loader == kReasonOnlyFor64) return Format(isOfLists ? texts::kOnlyFromList32 : texts::kOnlyIn32, text);
+  if (loader == kReasonOnlyFor32) return Format(isOfLists ? texts::kOnlyFromList64 : texts::kOnlyIn64, text);
+  return text;
 }
 
 bool LacksCommand(const ItemRecord& item) noexcept {
   return (item.reasons & kReasonMissing) != 0 && item.command.empty();
 }
 
-// What stands behind "On": why that does not say all.
-std::wstring BehindOn(const ItemRecord& item) {
-  std::wstring text(OnlyLoader(item));
-  if (item.starts == kStartsYes) return text;
+// "On", and why that does not say all.
+std::wstring OnText(const ItemRecord& item) {
+  const std::wstring on = texts::kOn.Get();
+  if (item.starts == kStartsYes) return WithOnlyLoader(item, on);
   for (const ReasonWords& row : kReasons) {
-    if ((item.reasons & row.flag) == 0 || row.behindOn.empty()) continue;
-    return text.append(item.starts == kStartsNo ? L", but " : L", perhaps ").append(row.behindOn);
+    if ((item.reasons & row.flag) == 0 || row.behindOn == nullptr) continue;
+    return Format(item.starts == kStartsNo ? texts::kBut : texts::kPerhaps, on, row.behindOn->Get());
   }
-  if (LacksCommand(item)) return L", but without a command";
+  if (LacksCommand(item)) return Format(texts::kWithoutCommand, on);
   if (item.starts == kStartsUnknown && !IsFileMissing(item) && !IsFileUnreachable(item)) {
-    text = L", start uncertain";
+    return Format(texts::kStartUncertain, on);
   }
-  return text;
+  return on;
 }
 
 bool IsRisky(const ItemRecord& item) noexcept {
@@ -99,19 +95,18 @@ bool CanEnable(const ItemRecord& item) noexcept {
 }
 
 std::wstring StatusText(const ItemRecord& item) {
-  std::wstring text = item.enabled ? L"On" : L"Off";
-  if (item.enabled) text += BehindOn(item);
-  if (IsFileMissing(item)) text += L", file missing";
-  if (IsFileUnreachable(item)) text += L", file out of reach";
-  if (IsLocked(item)) text += L", locked";
+  std::wstring text = item.enabled ? OnText(item) : std::wstring(texts::kOff.Get());
+  if (IsFileMissing(item)) text = Format(texts::kFileMissing, text);
+  if (IsFileUnreachable(item)) text = Format(texts::kFileOutOfReach, text);
+  if (IsLocked(item)) text = Format(texts::kLocked, text);
   return text;
 }
 
 std::wstring StartsAnswerText(const ItemRecord& item) {
-  std::wstring text = item.starts == kStartsYes  ? L"Yes"
-                      : item.starts == kStartsNo ? L"No"
-                                                 : L"Cannot be told";
-  return text.append(OnlyLoader(item));
+  const Text& answer = item.starts == kStartsYes  ? texts::kYes
+                       : item.starts == kStartsNo ? texts::kNo
+                                                  : texts::kCannotBeTold;
+  return WithOnlyLoader(item, answer.Get());
 }
 
 std::vector<std::wstring_view> ReasonSentences(const ItemRecord& item) {
@@ -119,31 +114,36 @@ std::vector<std::wstring_view> ReasonSentences(const ItemRecord& item) {
   for (const ReasonWords& row : kReasons) {
     if ((item.reasons & row.flag) == 0) continue;
     const bool isBare = row.flag == kReasonMissing && LacksCommand(item);
-    sentences.push_back(isBare ? L"It has no command" : row.sentence);
+    sentences.push_back((isBare ? texts::kHasNoCommand : row.sentence).Get());
   }
   return sentences;
 }
 
 std::wstring TrustText(const ItemRecord& item) {
-  if (IsRisky(item)) return L"Risky";
-  if (!item.trust) return L"Checking\u2026";
-  if (item.trust->signature == kSignatureBroken) return L"Broken signature";
-  if (item.trust->signature == kSignatureDistrusted) return L"Withdrawn signature";
-  std::wstring text(TrustName(item.trust->word));
-  text.front() = static_cast<wchar_t>(text.front() - L'a' + L'A');
-  return text;
+  if (IsRisky(item)) return texts::kRisky.Get();
+  if (!item.trust) return texts::kChecking.Get();
+  if (item.trust->signature == kSignatureBroken) return texts::kBrokenSignature.Get();
+  if (item.trust->signature == kSignatureDistrusted) return texts::kWithdrawnSignature.Get();
+  switch (item.trust->word) {
+    case TrustWord::kVerified:
+      return texts::kVerified.Get();
+    case TrustWord::kClaimed:
+      return texts::kClaimed.Get();
+    default:
+      return texts::kUnknown.Get();
+  }
 }
 
 std::wstring TrustReason(const ItemRecord& item) {
-  if (IsRisky(item)) return L"listed as risky";
+  if (IsRisky(item)) return texts::kListedRisky.Get();
   if (!item.trust) return {};
   switch (item.trust->word) {
     case TrustWord::kVerified:
-      return L"rated trusted, and signed by the maker that the rating names";
+      return texts::kRatedVerified.Get();
     case TrustWord::kClaimed:
-      return L"rated trusted for its name or company alone, which anybody can write into a file";
+      return texts::kRatedClaimed.Get();
     default:
-      return L"not rated";
+      return texts::kNotRated.Get();
   }
 }
 
@@ -163,17 +163,15 @@ std::int32_t TrustPicture(const ItemRecord& item) noexcept {
 std::wstring RunQuestion(const ItemRecord& item, bool elevated) {
   const auto isAsked = elevated ? NeedsConsent : IsAlarming;
   if (!item.trust || !isAsked(item.trust->word, item.trust->signature)) return {};
-  std::wstring text = L"Run \u201C" + CaptionText(item) + L"\u201D";
-  text.append(elevated ? L" with the rights of an administrator?\n\n" : L"?\n\n");
-  text.append(TrustText(item)).append(L": ").append(TrustReason(item)).append(L"; ");
-  text.append(SignatureText(item.trust->signature, Printable(item.trust->Signer()))).append(L".");
   const std::wstring& file = item.trust->file.empty() ? item.command : item.trust->file;
-  return text.append(L"\n\n").append(Printable(file));
+  return Format(elevated ? texts::kRunQuestionElevated : texts::kRunQuestion, CaptionText(item),
+                TrustText(item), TrustReason(item),
+                SignatureText(item.trust->signature, Printable(item.trust->Signer())), Printable(file));
 }
 
 std::wstring CaptionText(const ItemRecord& item) {
   if (!item.caption.empty()) return Printable(item.caption);
-  return item.root.empty() ? Printable(FileNamePart(item.name)) : L"(Default)";
+  return item.root.empty() ? Printable(FileNamePart(item.name)) : texts::kDefaultValue.Get();
 }
 
 std::wstring LocalTimeText(const std::optional<double>& date) {

@@ -29,15 +29,16 @@ void FilterBar::Create(HWND parent) {
   for (std::size_t i = 0; i < kFilterCount; ++i) {
     const EntryFilter& filter = EntryFilters()[i];
     buttons_[i] = CreateWindowExW(
-        0, WC_BUTTONW, filter.title, WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | BS_CHECKBOX | BS_PUSHLIKE, 0,
-        0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(filter.command)), nullptr, nullptr);
-    accessible_[i].Attach(buttons_[i], std::make_unique<AccessibleButton>(buttons_[i], filter.tip));
+        0, WC_BUTTONW, filter.title.Get(),
+        WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | BS_CHECKBOX | BS_PUSHLIKE, 0, 0, 0, 0, parent,
+        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(filter.command)), nullptr, nullptr);
+    accessible_[i].Attach(buttons_[i], std::make_unique<AccessibleButton>(buttons_[i], filter.tip.Get()));
     TOOLINFOW tip = {};
     tip.cbSize = TTTOOLINFOW_V2_SIZE;
     tip.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tip.hwnd = parent;
     tip.uId = reinterpret_cast<UINT_PTR>(buttons_[i]);
-    tip.lpszText = const_cast<wchar_t*>(filter.tip);
+    tip.lpszText = const_cast<wchar_t*>(filter.tip.Get());
     SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tip));
   }
 }
@@ -47,7 +48,7 @@ void FilterBar::SetDpi(int dpi, HFONT font) {
   height_ = FontHeight(buttons_.front(), font) + Scaled(8, dpi);
   for (std::size_t i = 0; i < kFilterCount; ++i) {
     SendMessageW(buttons_[i], WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    widths_[i] = TextWidth(buttons_[i], font, EntryFilters()[i].title) + Scaled(18, dpi);
+    widths_[i] = TextWidth(buttons_[i], font, EntryFilters()[i].title.Get()) + Scaled(18, dpi);
   }
 }
 

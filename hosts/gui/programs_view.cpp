@@ -2,6 +2,8 @@
 
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/column_texts.h"
+#include "hosts/gui/texts/status_texts.h"
 #include "hosts/gui/theme.h"
 #include "infra/runtime/text.h"
 
@@ -14,30 +16,33 @@ namespace smh {
 namespace {
 
 // By FavoriteKind.
-constexpr const wchar_t* kKinds[] = {L"Added",    L"Mail",     L"Media player",  L"Browser",
-                                     L"Contacts", L"Calendar", L"Internet call", L"Messaging"};
+constexpr Text kKinds[] = {texts::kKindAdded,   texts::kKindMail,     texts::kKindMedia,
+                           texts::kKindBrowser, texts::kKindContacts, texts::kKindCalendar,
+                           texts::kKindCall,    texts::kKindMessaging};
 static_assert(std::size(kKinds) == kFavoriteMessaging + 1);
 
 struct ProgramColumn {
-  const wchar_t* title;
+  Text title;
   int width;
   std::wstring (*text)(const ClientRecord& program);
 };
 constexpr ProgramColumn kColumns[] = {
-    {L"Name", 190, [](const ClientRecord& program) { return Printable(program.name); }},
-    {L"Used for", 100,
+    {texts::kNameTitle, 190, [](const ClientRecord& program) { return Printable(program.name); }},
+    {texts::kUsedForTitle, 100,
      [](const ClientRecord& program) {
        const bool isKnown = program.kind >= 0 && program.kind <= kFavoriteMessaging;
-       return std::wstring(isKnown ? kKinds[program.kind] : L"");
+       return std::wstring(isKnown ? kKinds[program.kind].Get() : L"");
      }},
-    {L"Default", 70,
-     [](const ClientRecord& program) { return std::wstring(program.isDefault ? L"Default" : L""); }},
-    {L"Company", 140, [](const ClientRecord& program) { return Printable(program.company); }},
-    {L"Version", 80, [](const ClientRecord& program) { return Printable(program.version); }},
-    {L"Program", 260,
+    {texts::kDefaultTitle, 70,
      [](const ClientRecord& program) {
-       return Printable(program.file.empty() ? program.command : program.file) +
-              (program.fileFound ? L"" : L"  (missing)");
+       return std::wstring(program.isDefault ? texts::kDefaultTitle.Get() : L"");
+     }},
+    {texts::kCompanyTitle, 140, [](const ClientRecord& program) { return Printable(program.company); }},
+    {texts::kVersionTitle, 80, [](const ClientRecord& program) { return Printable(program.version); }},
+    {texts::kProgramTitle, 260,
+     [](const ClientRecord& program) {
+       std::wstring file = Printable(program.file.empty() ? program.command : program.file);
+       return program.fileFound ? file : Format(texts::kMissingBehind, file);
      }},
 };
 
@@ -63,9 +68,9 @@ ProgramsView::ProgramsView(HWND parent, const Frame& frame) : frame_(frame) {
     if (CanRun(CMD_SHOW_FILE)) Run(CMD_SHOW_FILE);
   };
   std::vector<ListColumn> columns;
-  for (const ProgramColumn& column : kColumns) columns.push_back({column.title, column.width});
+  for (const ProgramColumn& column : kColumns) columns.push_back({column.title.Get(), column.width});
   list_.Create(parent, IDC_PROGRAMS, std::move(columns), std::move(source));
-  list_.Describe(L"Default programs", L"Show file properties");
+  list_.Describe(texts::kProgramsList.Get(), texts::kShowFileProperties.Get());
 }
 
 void ProgramsView::Refresh() {
@@ -112,11 +117,11 @@ void ProgramsView::SetDpi(int dpi, const ViewFonts& fonts) {
 
 // The shell keeps the sheet open and returns at once.
 void ProgramsView::ShowProperties(const ClientRecord& program) const {
-  const std::wstring name = L"the properties of \u201C" + Printable(program.name) + L"\u201D.";
+  const std::wstring name = Printable(program.name);
   if (SHObjectProperties(frame_.window, SHOP_FILEPATH, program.file.c_str(), nullptr) == FALSE) {
-    return ShowError(frame_, L"The system cannot show " + name);
+    return ShowError(frame_, Format(texts::kCannotShowProperties, name));
   }
-  frame_.say(L"Showed " + name);
+  frame_.say(Format(texts::kShowedProperties, name));
 }
 
 const ClientRecord* ProgramsView::OnlySelected() const {
@@ -158,7 +163,7 @@ void ProgramsView::Run(UINT command) {
 }
 
 std::wstring ProgramsView::CountText() const {
-  return std::to_wstring(list_.Count()) + (list_.Count() == 1 ? L" default program" : L" default programs");
+  return Format(texts::kPrograms.For(list_.Count()), list_.Count());
 }
 
 }  // namespace smh

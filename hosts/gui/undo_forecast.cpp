@@ -2,22 +2,20 @@
 
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/history_rows.h"
+#include "hosts/gui/texts/status_texts.h"
 
 namespace smh {
 
 std::wstring LossText(const UndoForecast& forecast) {
   const std::size_t count = forecast.dropped.size();
   if (count == 0) return {};
-  return L"To keep it for undo, " + std::to_wstring(count) +
-         (count == 1 ? L" older change" : L" older changes") +
-         L" will be dropped and can no longer be undone, up to \u201C" +
-         Printable(ShownTitle(forecast.dropped.back().title)) + L"\u201D.";
+  return Format(texts::kUndoLoss.For(count), count, Printable(ShownTitle(forecast.dropped.back().title)));
 }
 
 std::wstring DeletionText(const UndoForecast& forecast) {
-  if (!forecast.isRecorded) return L"Changes are not recorded now: undo cannot bring back what is deleted.";
+  if (!forecast.isRecorded) return texts::kNotRecorded.Get();
   const std::wstring loss = LossText(forecast);
-  return L"Undo brings back what was deleted." + (loss.empty() ? loss : L' ' + loss);
+  return texts::kUndoBringsBack.Get() + (loss.empty() ? loss : L' ' + loss);
 }
 
 }  // namespace smh
