@@ -46,7 +46,7 @@ inline constexpr Text kOnlyInIEMode{L"only in IE mode", L"nur im IE-Modus", L"ר
 // Sentences without an end.
 inline constexpr Text kLiesDisabled{L"It lies in the place for disabled entries",
                                     L"Er liegt am Ort für deaktivierte Einträge",
-                                    L"הוא נמצא במקום המיועד לערכים מושבתים"};
+                                    L"הוא נמצא במקום המיועד לפריטים מושבתים"};
 inline constexpr Text kWasSwitchedOff{L"It was switched off in Task Manager or Settings",
                                       L"Er wurde im Task-Manager oder in den Einstellungen ausgeschaltet",
                                       L"הוא כובה במנהל המשימות או בהגדרות"};

@@ -5,22 +5,22 @@
 
 namespace smh::texts {
 
-inline constexpr CountText kEntries{{L"1 entry", L"1 Eintrag", L"ערך אחד"},
-                                    {L"%1 entries", L"%1 Einträge", L"%1 ערכים"}};
+inline constexpr CountText kEntries{{L"1 entry", L"1 Eintrag", L"פריט אחד"},
+                                    {L"%1 entries", L"%1 Einträge", L"%1 פריטים"}};
 // By the second number, which is how many there are in all.
-inline constexpr CountText kEntriesOf{{L"%1 of 1 entry", L"%1 von 1 Eintrag", L"%1 מתוך ערך אחד"},
-                                      {L"%1 of %2 entries", L"%1 von %2 Einträgen", L"%1 מתוך %2 ערכים"}};
+inline constexpr CountText kEntriesOf{{L"%1 of 1 entry", L"%1 von 1 Eintrag", L"%1 מתוך פריט אחד"},
+                                      {L"%1 of %2 entries", L"%1 von %2 Einträgen", L"%1 מתוך %2 פריטים"}};
 inline constexpr Text kAndSelected{L"%1, %2 selected", L"%1, %2 ausgewählt", L"%1, נבחרו %2"};
-inline constexpr Text kManySelected{L"%1 entries selected", L"%1 Einträge ausgewählt", L"נבחרו %1 ערכים"};
+inline constexpr Text kManySelected{L"%1 entries selected", L"%1 Einträge ausgewählt", L"נבחרו %1 פריטים"};
 inline constexpr Text kSelectOne{L"Select an entry to see what it is",
                                  L"Wählen Sie einen Eintrag aus, um zu sehen, was er ist",
-                                 L"יש לבחור ערך כדי לראות מהו"};
+                                 L"יש לבחור פריט כדי לראות מהו"};
 inline constexpr Text kSignaturesLeft{L"Checking signatures: %1 to go…",
                                       L"Signaturen werden geprüft: noch %1…", L"בודק חתימות: נותרו %1…"};
 inline constexpr CountText kPrograms{
     {L"1 default program", L"1 Standardprogramm", L"תוכנית ברירת מחדל אחת"},
     {L"%1 default programs", L"%1 Standardprogramme", L"%1 תוכניות ברירת מחדל"}};
-inline constexpr Text kEntriesList{L"Start-up entries", L"Starteinträge", L"ערכי הפעלה"};
+inline constexpr Text kEntriesList{L"Start-up entries", L"Starteinträge", L"פריטי הפעלה"};
 inline constexpr Text kShowDetails{L"Show details", L"Details anzeigen", L"הצג פרטים"};
 inline constexpr Text kProgramsList{L"Default programs", L"Standardprogramme", L"תוכניות ברירת מחדל"};
 inline constexpr Text kShowFileProperties{L"Show file properties", L"Dateieigenschaften anzeigen",
