@@ -8,6 +8,7 @@
 #include "hosts/gui/resource.h"
 #include "hosts/gui/system_library.h"
 #include "hosts/gui/text_direction.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "hosts/gui/texts/frame_texts.h"
 
 #include <richedit.h>
@@ -53,7 +54,7 @@ void DetailsPane::Create(HWND parent) {
       WS_EX_CLIENTEDGE, MSFTEDIT_CLASS, L"",
       WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_NOHIDESEL, 0, 0,
       0, 0, parent, reinterpret_cast<HMENU>(IDC_DETAILS), nullptr, nullptr);
-  if (text_ == nullptr) throw HostError(L"The system's text control is missing.");
+  if (text_ == nullptr) throw HostError(texts::kNoTextControl.Get());
   DirectText(text_);
   SendMessageW(text_, EM_EXLIMITTEXT, 0, 0x1000000);
   accessible_.Attach(text_, std::make_unique<AccessibleText>(text_, texts::kNameDetails.Get(), L""));

@@ -4,6 +4,7 @@
 #include "hosts/gui/entries_look.h"
 #include "hosts/gui/location_words.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "hosts/gui/texts/status_texts.h"
 
 #include <algorithm>
@@ -446,8 +447,7 @@ void EntriesView::Toggle(std::size_t row) {
   const std::vector<ItemRecord> items =
       meansAll ? SelectedThatCan(action) : std::vector{rows_.Shown()[row]->item};
   if (items.empty() || !items.front().Can(action)) {
-    return frame_.say(L"This entry cannot be " +
-                      std::wstring(action == kActionEnable ? L"enabled." : L"disabled."));
+    return frame_.say((action == kActionEnable ? texts::kCannotEnable : texts::kCannotDisable).Get());
   }
   commands_.Switch(action == kActionEnable, items);
 }

@@ -1,6 +1,7 @@
 #include "hosts/gui/entry_commands.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/gui/texts/action_texts.h"
 
 #include <algorithm>
 
@@ -9,29 +10,46 @@ namespace smh {
 namespace {
 
 std::wstring NamesOf(const std::vector<ItemRecord>& items) {
-  if (items.size() == 1) return L"\u201C" + CaptionText(items.front()) + L"\u201D";
-  return std::to_wstring(items.size()) + L" entries";
+  return items.size() == 1 ? Format(texts::kOneName, CaptionText(items.front()))
+                           : Format(texts::kManyNames, items.size());
 }
 
-// On a button.
-std::wstring CountOf(const std::vector<ItemRecord>& items) {
-  return items.size() == 1 ? L"this entry" : NamesOf(items);
+const texts::ActionWords& WordsOf(Verb verb) noexcept {
+  switch (verb) {
+    case Verb::kEnable:
+      return texts::kEnabling;
+    case Verb::kDisable:
+      return texts::kDisabling;
+    case Verb::kDelete:
+      return texts::kDeleting;
+    case Verb::kAdd:
+      return texts::kAdding;
+    case Verb::kMove:
+      return texts::kMoving;
+    case Verb::kChange:
+      return texts::kChanging;
+    case Verb::kSwitchOff:
+      return texts::kSwitchingOff;
+    case Verb::kSwitchOn:
+      break;
+  }
+  return texts::kSwitchingOn;
+}
+
+std::wstring Doing(const texts::ActionWords& words, const std::vector<ItemRecord>& items) {
+  return items.size() == 1 ? Format(texts::kDoingOne, words.doing.Get(), CaptionText(items.front()))
+                           : Format(texts::kDoingMany, words.doing.Get(), items.size());
 }
 
 // What is done to several is counted while it lasts.
-ActionTitle TitleOf(std::wstring doing, const std::vector<ItemRecord>& items) {
-  if (items.size() == 1) doing += L" " + NamesOf(items);
-  return {std::move(doing), items.size()};
+ActionTitle TitleOf(const texts::ActionWords& words, const std::vector<ItemRecord>& items) {
+  return {items.size() == 1 ? Doing(words, items) : words.doing.Get(), items.size()};
 }
 
 // None when every entry was changed, or was so already.
 std::optional<std::wstring> FirstFailure(const OperationReport& report) {
   if (report.failures.empty()) return std::nullopt;
   return report.failures.front();
-}
-
-std::wstring Doing(Verb verb, const std::vector<ItemRecord>& items) {
-  return std::wstring(OperationOf(verb).doing).append(L" ").append(NamesOf(items));
 }
 
 }  // namespace
@@ -47,10 +65,8 @@ bool EntryCommands::MayChange(const std::vector<ItemRecord>& items) const {
   const bool isUsers = std::any_of(items.begin(), items.end(),
                                    [](const ItemRecord& item) { return IsUserLocation(item.location); });
   if (!isUsers || !frame_.account.IsForeign()) return true;
-  return Confirm(frame_,
-                 L"These are entries of " + frame_.account.name + L", not of " + frame_.account.sessionUser +
-                     L", who is logged on. Change them?",
-                 L"Change them");
+  return Confirm(frame_, Format(texts::kForeignQuestion, frame_.account.name, frame_.account.sessionUser),
+                 texts::kForeignVerb.Get());
 }
 
 void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const ChangeOrder& order,
@@ -61,7 +77,7 @@ void EntryCommands::Apply(const std::vector<ItemRecord>& items, Verb verb, const
       [this, items, verb, order, end](const UndoForecast& forecast) {
         // The key was pressed twice, or what was done before has something to tell.
         if (!end && !IsWindowEnabled(frame_.window)) {
-          return frame_.say(L"Not done, since another box was open: " + Doing(verb, items) + L".");
+          return frame_.say(Format(texts::kNotDoneBusy, Doing(WordsOf(verb), items)));
         }
         if (MayBegin(items, verb, forecast)) return Begin(items, verb, order, end);
         if (end) end(std::wstring());
@@ -80,20 +96,20 @@ std::function<void(const std::wstring&)> EntryCommands::FaultOf(const TryEnd& en
 bool EntryCommands::MayBegin(const std::vector<ItemRecord>& items, Verb verb,
                              const UndoForecast& forecast) const {
   if (verb == Verb::kDelete) {
-    return Confirm(frame_,
-                   L"Delete " + NamesOf(items) + L"?\n\n" + DeletionText(forecast) +
-                       L" Disabling stops the program just as well.",
-                   L"Delete " + CountOf(items));
+    return Confirm(
+        frame_, Format(texts::kDeleteQuestion, NamesOf(items), DeletionText(forecast)),
+        items.size() == 1 ? texts::kDeleteOneVerb.Get() : Format(texts::kDeleteManyVerb, items.size()));
   }
   const std::wstring loss = LossText(forecast);
   if (loss.empty()) return true;
-  return Confirm(frame_, Doing(verb, items) + L"\n\n" + loss + L" Go on?", L"Go on");
+  return Confirm(frame_, Format(texts::kLossQuestion, Doing(WordsOf(verb), items), loss),
+                 texts::kLossVerb.Get());
 }
 
 void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder order, TryEnd end) const {
-  if (items.size() > 1) frame_.say(Doing(verb, items) + L"\u2026");
+  if (items.size() > 1) frame_.say(Doing(WordsOf(verb), items) + L"…");
   const auto fault = FaultOf(end);
-  ActionTitle title = TitleOf(std::wstring(OperationOf(verb).doing), items);
+  ActionTitle title = TitleOf(WordsOf(verb), items);
   frame_.actions.Run(
       std::move(title),
       [items = std::move(items), verb, order = std::move(order)](LibrarySession& session,
@@ -103,20 +119,22 @@ void EntryCommands::Begin(std::vector<ItemRecord> items, Verb verb, ChangeOrder 
       [this, verb, end = std::move(end)](const OperationReport& report) {
         const bool isTold = end && end(FirstFailure(report));
         if (isTold && !report.failures.empty()) return;
-        ShowOutcome(frame_, std::wstring(OperationOf(verb).done), report);
+        ShowOutcome(frame_, WordsOf(verb).done, report);
       },
       fault);
 }
 
-void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const {
+void EntryCommands::Open(std::vector<ItemRecord> items, ItemAction action) const {
   if (items.empty()) return;
-  ActionTitle title = TitleOf(action == kActionExecute ? L"Starting" : L"Showing the place of", items);
+  const texts::ActionWords& words = action == kActionExecute ? texts::kStarting : texts::kShowingPlace;
+  ActionTitle title = TitleOf(words, items);
   frame_.actions.Run(
       std::move(title),
       [items = std::move(items), action](LibrarySession& session, ActionProgress& progress) {
         return session.Open(items, action, progress);
       },
-      [this, done](const OperationReport& report) { ShowOutcome(frame_, done, report); }, FaultOf({}));
+      [this, &words](const OperationReport& report) { ShowOutcome(frame_, words.done, report); },
+      FaultOf({}));
 }
 
 void EntryCommands::Switch(bool enable, const std::vector<ItemRecord>& items) const {
@@ -147,18 +165,18 @@ void EntryCommands::Add(const LocationSet& shown, const OnAdded& onAdded) const 
 
 void EntryCommands::TryToAdd(const NewEntry& entry, const OnAdded& onAdded, const TryEnd& end) const {
   frame_.actions.Run(
-      {L"Adding \u201C" + entry.name + L"\u201D"},
+      {Format(texts::kDoingOne, texts::kAdding.doing.Get(), entry.name)},
       [entry](LibrarySession& session, ActionProgress& progress) {
         return session.Add(entry.location, entry.name, entry.command, progress);
       },
-      [this, name = L"\u201C" + entry.name + L"\u201D", onAdded, end](const OperationReport& report) {
+      [this, name = entry.name, onAdded, end](const OperationReport& report) {
         if (!report.now) {
-          const std::wstring fault = L"Cannot add " + report.failures.front();
+          const std::wstring fault = Format(texts::kCannotAdd, report.failures.front());
           if (!end(fault)) ShowError(frame_, fault);
           return;
         }
         end(std::nullopt);
-        frame_.say(report.done > 0 ? L"Added " + name + L"." : name + L" is there already.");
+        frame_.say(Format(report.done > 0 ? texts::kAddedOne : texts::kIsThere, name));
         onAdded(*report.now);
       },
       FaultOf(end));
@@ -171,8 +189,8 @@ void EntryCommands::Move(const std::vector<ItemRecord>& items) const {
 }
 
 void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const {
-  if (targets.none()) return ShowError(frame_, L"No other location takes " + NamesOf(items) + L".");
-  const auto target = AskTarget(frame_.window, targets, L"Move " + NamesOf(items) + L" to");
+  if (targets.none()) return ShowError(frame_, Format(texts::kNoTarget, NamesOf(items)));
+  const auto target = AskTarget(frame_.window, targets, Format(texts::kMovePrompt, NamesOf(items)));
   if (!target) return;
   Apply(items, Verb::kMove, {.target = *target});
 }
@@ -180,7 +198,7 @@ void EntryCommands::MoveToOneOf(const LocationSet& targets, const std::vector<It
 void EntryCommands::ChangeCommand(const std::vector<ItemRecord>& items) const {
   if (items.size() != 1 || !IsFree() || !MayChange(items)) return;
   const std::wstring before = items.front().command;
-  AskCommand(frame_.window, L"Command of " + NamesOf(items), before,
+  AskCommand(frame_.window, Format(texts::kCommandPrompt, NamesOf(items)), before,
              [&](const std::wstring& command, const TryEnd& end) {
                if (command == before) return (void)end(std::nullopt);
                Apply(items, Verb::kChange, {.command = command}, end);
@@ -194,19 +212,20 @@ void EntryCommands::Execute(std::vector<ItemRecord> items) const {
 // One by one, and each as it is now: its file may be another one than that which the list was told of.
 void EntryCommands::Ask(std::vector<ItemRecord> items, std::size_t next) const {
   const ItemRecord& item = items[next];
-  frame_.say(L"Looking at the file of " + NamesOf({item}) + L"\u2026");
+  frame_.say(Format(texts::kLookingAtFile, CaptionText(item)));
   frame_.trust.CheckFirst(item, [this, items = std::move(items), next](const auto& checked) {
     const std::wstring question = RunQuestion(checked.front(), frame_.account.elevated);
     frame_.say({});
-    if (!question.empty() && (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question, L"Run it")))
+    if (!question.empty() &&
+        (!IsWindowEnabled(frame_.window) || !Confirm(frame_, question, texts::kRunVerb.Get())))
       return;
     if (next + 1 < items.size()) return Ask(items, next + 1);
-    Open(items, kActionExecute, L"Started");
+    Open(items, kActionExecute);
   });
 }
 
 void EntryCommands::ShowPlace(std::vector<ItemRecord> items) const {
-  if (IsFree()) Open(std::move(items), kActionShowLocation, L"Showed the place of");
+  if (IsFree()) Open(std::move(items), kActionShowLocation);
 }
 
 void EntryCommands::ShowFile(const std::vector<ItemRecord>& items) const {
@@ -215,9 +234,8 @@ void EntryCommands::ShowFile(const std::vector<ItemRecord>& items) const {
 }
 
 void EntryCommands::Export(std::vector<ItemRecord> items, bool isSelection) const {
-  const std::wstring which = isSelection ? L" selected entries" : L" entries that are shown";
   const auto target = AskExportTarget(
-      frame_.window, (isSelection ? L"Export " : L"Export all ") + std::to_wstring(items.size()) + which);
+      frame_.window, Format(isSelection ? texts::kExportSelected : texts::kExportShown, items.size()));
   if (!target) return;
   frame_.worker.Ask(
       [items = std::move(items), target = *target](LibrarySession& session) {
@@ -225,8 +243,7 @@ void EntryCommands::Export(std::vector<ItemRecord> items, bool isSelection) cons
         return items.size();
       },
       [this, file = target->file](std::size_t count) {
-        frame_.say(L"Wrote " + std::to_wstring(count) + (count == 1 ? L" entry to " : L" entries to ") +
-                   file);
+        frame_.say(Format(texts::kWrote.For(count), count, file));
       });
 }
 

@@ -60,7 +60,7 @@ class EntryCommands {
   std::function<void(const std::wstring&)> FaultOf(const TryEnd& end) const;
   bool MayBegin(const std::vector<ItemRecord>& items, Verb verb, const UndoForecast& forecast) const;
   void Ask(std::vector<ItemRecord> items, std::size_t next) const;
-  void Open(std::vector<ItemRecord> items, ItemAction action, const std::wstring& done) const;
+  void Open(std::vector<ItemRecord> items, ItemAction action) const;
   void MoveToOneOf(const LocationSet& targets, const std::vector<ItemRecord>& items) const;
 
   const Frame& frame_;

@@ -1,6 +1,7 @@
 #include "hosts/gui/history_rows.h"
 
 #include "hosts/common/text_encoding.h"
+#include "hosts/gui/texts/history_texts.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -9,11 +10,6 @@
 namespace smh {
 
 namespace {
-
-// By CheckpointState.
-constexpr const wchar_t* kStates[] = {
-    L"At work", L"Done", L"Interrupted", L"Undone", L"Failed", L"Partly done", L"Damaged, cannot be undone",
-    L"Dropped"};
 
 bool IsChange(const CheckpointRecord& action) noexcept {
   return action.info.undoes == 0;
@@ -42,15 +38,14 @@ std::wstring DayOf(const FILETIME& time) {
 }
 
 // Of the action, which decides for its parts.
-const wchar_t* WhyNever(CheckpointState state) noexcept {
+const Text* WhyNever(CheckpointState state) noexcept {
   switch (state) {
     case CheckpointState::kOpen:
-      return L"It is still at work. It can be undone when it has ended.";
+      return &texts::kStillAtWork;
     case CheckpointState::kDamaged:
-      return L"Its file in the journal is damaged: what can be read of it is shown, and nothing can be "
-             L"undone.";
+      return &texts::kDamagedRecord;
     case CheckpointState::kDropped:
-      return L"It was dropped to make room for later ones, or for its age, and can no longer be undone.";
+      return &texts::kDroppedRecord;
     default:
       return nullptr;
   }
@@ -65,17 +60,17 @@ bool CanBeUndone(const HistoryRow& row) noexcept {
 
 std::wstring HistoryStateText(const CheckpointRecord& record) {
   const auto index = static_cast<std::size_t>(record.info.state);
-  std::wstring text = index < std::size(kStates) ? kStates[index] : L"";
-  if (record.info.state != CheckpointState::kDropped) return text;
-  const std::wstring day = DayOf(record.info.dropped);
-  return (day.empty() ? text : text + L" on " + day) + L", no longer undoable";
+  const std::wstring day =
+      record.info.state == CheckpointState::kDropped ? DayOf(record.info.dropped) : std::wstring();
+  if (!day.empty()) return Format(texts::kDroppedOn, day);
+  return index < std::size(texts::kHistoryStates) ? texts::kHistoryStates[index].Get() : L"";
 }
 
 std::wstring CountedTitle(const CheckpointRecord& record) {
   const std::wstring count = std::to_wstring(record.info.parts);
   if (record.info.parts < 2 || record.title.find(L" " + count + L" ") != std::wstring::npos)
     return ShownTitle(record.title);
-  return ShownTitle(record.title) + L" (" + count + L" changes)";
+  return Format(texts::kTitleOfMany, ShownTitle(record.title), count);
 }
 
 std::wstring ShownTitle(std::wstring_view title) {
@@ -180,9 +175,8 @@ std::vector<HistoryRow> HistoryRows::RowsOf(const HistoryTarget& target) const {
 std::wstring HistoryRows::WhyNotUndone(const HistoryTarget& target) const {
   for (const HistoryRow& row : RowsOf(target)) {
     if (CanBeUndone(row)) continue;
-    if (const wchar_t* const never = WhyNever(row.action->info.state)) return never;
-    if (IsUndone(row)) return L"It is undone already. Redo makes it again.";
-    return L"It cannot be undone in its present state.";
+    if (const Text* const never = WhyNever(row.action->info.state)) return never->Get();
+    return (IsUndone(row) ? texts::kUndoneAlready : texts::kNotUndoable).Get();
   }
   return {};
 }
@@ -204,8 +198,7 @@ bool HistoryRows::CanRedo(const HistoryTarget& target) const {
 std::wstring HistoryRows::NameOf(const HistoryTarget& target) const {
   const std::vector<HistoryRow> rows = RowsOf(target);
   if (rows.size() == 1) return CountedTitle(rows.front().Record());
-  return rows.empty() ? L""
-                      : std::to_wstring(rows.size()) + L" parts of " + ShownTitle(rows.front().action->title);
+  return rows.empty() ? L"" : Format(texts::kPartsOf, rows.size(), ShownTitle(rows.front().action->title));
 }
 
 bool HistoryRows::CanUndoLatest() const noexcept {

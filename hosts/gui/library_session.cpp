@@ -9,6 +9,7 @@
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "infra/runtime/scoped_com.h"
 
 #include <algorithm>
@@ -60,18 +61,18 @@ void ReplaceWithFile(const std::wstring& file, const std::string& bytes) {
     return;
   const DWORD error = GetLastError();
   DeleteFileW(part.c_str());
-  throw HostError(L"Cannot write " + file + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  throw HostError(Format(texts::kCannotWrite, file, SystemErrorText(HRESULT_FROM_WIN32(error))));
 }
 
 }  // namespace
 
 std::wstring OpenOne(IStartupItem* item, ItemAction action) {
-  if (item == nullptr || item->GetIndex() < 0) return L"the entry has gone meanwhile.";
-  if (!item->CanDo(action)) return L"the entry does not allow it in its present state.";
+  if (item == nullptr || item->GetIndex() < 0) return texts::kHasGone.Get();
+  if (!item->CanDo(action)) return texts::kNotInThisState.Get();
   const DialogBlocker blocker;
   const HRESULT result = action == kActionExecute ? item->Execute(nullptr) : item->ShowLocation();
   if (result != S_OK) return LibraryErrorText(SlotOf(action), result);
-  return DialogBlocker::HasRefused() ? L"the system could not do it." : std::wstring();
+  return DialogBlocker::HasRefused() ? texts::kSystemCannot.Get() : std::wstring();
 }
 
 LibrarySession::LibrarySession(const std::function<void()>& onLoaded) : library_(IconUse::kShown, onLoaded) {}
@@ -101,8 +102,8 @@ void LibrarySession::ShowFile(const ItemRecord& item) const {
 
 void LibrarySession::Refresh(bool allLocations) {
   CheckResult(library_.Items().SetShowAllLocations(allLocations ? TRUE : FALSE),
-              L"Cannot choose the locations");
-  CheckResult(library_.Items().Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
+              texts::kCannotChooseLocations.Get());
+  CheckResult(library_.Items().Refresh(), texts::kCannotRead.Get(), LibrarySlot::kReading);
   tellState_ = -1;
 }
 
@@ -124,7 +125,7 @@ std::optional<ListNews> LibrarySession::Look() {
 
 ProgramNews LibrarySession::ReadPrograms() {
   ComPtr<IFavoriteItemCollection> programs;
-  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), L"Cannot read the default programs");
+  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), texts::kCannotReadPrograms.Get());
   ProgramNews news;
   news.programs = ReadClients(*programs);
   news.smallImages = programs->GetSmallImageList();
@@ -194,8 +195,8 @@ OperationReport LibrarySession::Open(std::span<const ItemRecord> items, ItemActi
     // What is run is what the user has seen, and was asked about.
     const bool isOther =
         action == kActionExecute && found[i] && TextProperty(*found[i], kPropertyCommand) != items[i].command;
-    const std::wstring fault = isOther ? std::wstring(L"it has another command now; look at it first.")
-                                       : OpenOne(found[i].Get(), action);
+    const std::wstring fault =
+        isOther ? std::wstring(texts::kOtherCommand.Get()) : OpenOne(found[i].Get(), action);
     progress.Advance();
     --report.left;
     if (fault.empty()) {

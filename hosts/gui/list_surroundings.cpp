@@ -1,5 +1,7 @@
 #include "hosts/gui/list_surroundings.h"
 
+#include "hosts/gui/texts/filter_texts.h"
+
 #include <commctrl.h>
 
 namespace smh {
@@ -57,7 +59,7 @@ void ListSurroundings::Update(const EntryRows& rows, const ListRequest& request,
   const bool isComparing = shown_ && state_ != nullptr;
   if (!isComparing && compareBar_.Holds(GetFocus())) SetFocus(list);
   if (isComparing) {
-    compareBar_.SetText(L"Compared with " + state_->title + L": " + DifferenceCountText(rows.Differences()),
+    compareBar_.SetText(Format(texts::kComparedWith, state_->title, DifferenceCountText(rows.Differences())),
                         rows.ShowsOnlyDifferent());
   }
   ShowWindow(compareBar_.Handle(), isComparing ? SW_SHOWNA : SW_HIDE);

@@ -4,6 +4,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/clipboard.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 
@@ -29,7 +30,7 @@ std::wstring FileOf(const LibrarySession& session, const ItemRecord& item) {
 }
 
 std::wstring QuotedCaption(const ItemRecord& item) {
-  return L"\u201C" + CaptionText(item) + L"\u201D";
+  return Format(texts::kOneName, CaptionText(item));
 }
 
 // With a backslash at its end, so that it cannot be taken for a program of nearly that name; empty when there
@@ -53,7 +54,7 @@ Attempt OpenInSystem(const std::wstring& file, const std::wstring& parameters, s
   info.lpParameters = parameters.empty() ? nullptr : parameters.c_str();
   info.nShow = SW_SHOWNORMAL;
   if (ShellExecuteExW(&info)) return {std::move(done)};
-  return {L"Cannot open " + file + L": " + SystemErrorText(HRESULT_FROM_WIN32(GetLastError())), true};
+  return {Format(texts::kCannotOpen, file, SystemErrorText(HRESULT_FROM_WIN32(GetLastError()))), true};
 }
 
 // The system's own, whatever lies beside the program.
@@ -66,23 +67,23 @@ std::wstring Explorer() {
 Attempt ShowInFolder(const LibrarySession& session, const ItemRecord& item) {
   const std::wstring name = QuotedCaption(item);
   if (IsFileUnreachable(item)) {
-    return {L"The file of " + name + L" is on a share or drive that does not answer now.", true};
+    return {Format(texts::kFileOutOfReach, name), true};
   }
   const std::wstring file = FileOf(session, item);
   const bool isDescribed = SameText(file, item.describedFile) && item.reachability == kFileFound;
   if (isDescribed || IsFile(file)) {
-    return OpenInSystem(Explorer(), L"/select," + QuoteText(file), L"Opened the folder of " + name + L".");
+    return OpenInSystem(Explorer(), L"/select," + QuoteText(file), Format(texts::kOpenedFolder, name));
   }
   const std::wstring folder = NearestFolder(file);
-  if (folder.empty()) return {L"The file of " + name + L" is missing, and so is its folder.", true};
-  return OpenInSystem(folder, {}, L"The file of " + name + L" is missing. Opened " + Printable(folder));
+  if (folder.empty()) return {Format(texts::kFileAndFolderMissing, name), true};
+  return OpenInSystem(folder, {}, Format(texts::kFileMissingOpened, name, Printable(folder)));
 }
 
 Attempt SearchFor(const LibrarySession& session, const ItemRecord& item) {
   const std::wstring file = FileOf(session, item);
   const std::wstring_view name = FileNamePart(file);
-  if (name.empty()) return {L"No file of " + QuotedCaption(item) + L" is known.", true};
-  return OpenInSystem(WebSearchAddress(name), {}, L"Searched the web for " + Printable(name));
+  if (name.empty()) return {Format(texts::kNoFileKnown, QuotedCaption(item)), true};
+  return OpenInSystem(WebSearchAddress(name), {}, Format(texts::kSearchedWeb, Printable(name)));
 }
 
 void AskFor(const Frame& frame, ItemRecord item,
@@ -122,26 +123,25 @@ void LookCloser::SearchWeb(ItemRecord item) const {
 // The lines belong to the first of the entries; an empty one stands for nothing to copy.
 struct LookCloser::Copy {
   unsigned number;
-  std::wstring one;
-  std::wstring several;
+  const texts::CopyWords* words;
   std::vector<ItemRecord> items;
   std::vector<std::wstring> lines = {};
 };
 
-std::shared_ptr<LookCloser::Copy> LookCloser::Begin(const wchar_t* one, const wchar_t* several,
+std::shared_ptr<LookCloser::Copy> LookCloser::Begin(const texts::CopyWords& words,
                                                     std::vector<ItemRecord> items) {
-  return std::make_shared<Copy>(Copy{++latest_, one, several, std::move(items)});
+  return std::make_shared<Copy>(Copy{++latest_, &words, std::move(items)});
 }
 
 void LookCloser::CopyCommands(std::vector<ItemRecord> items) {
-  const auto copy = Begin(L"command", L"commands", std::move(items));
+  const auto copy = Begin(texts::kCopiedCommands, std::move(items));
   for (const ItemRecord& item : copy->items) copy->lines.push_back(item.command);
   Finish(*copy);
 }
 
 void LookCloser::CopyPaths(std::vector<ItemRecord> items) {
   frame_.worker.Ask(
-      [copy = Begin(L"path", L"paths", std::move(items))](const LibrarySession& session) {
+      [copy = Begin(texts::kCopiedPaths, std::move(items))](const LibrarySession& session) {
         for (const ItemRecord& item : copy->items) copy->lines.push_back(session.ResolveFile(item.command));
         return copy;
       },
@@ -149,7 +149,7 @@ void LookCloser::CopyPaths(std::vector<ItemRecord> items) {
 }
 
 void LookCloser::CopyHashes(std::vector<ItemRecord> items) {
-  Hash(Begin(L"SHA-256", L"SHA-256 sums", std::move(items)));
+  Hash(Begin(texts::kCopiedHashes, std::move(items)));
 }
 
 // One by one, and each file as it is now.
@@ -157,7 +157,7 @@ void LookCloser::Hash(const std::shared_ptr<Copy>& copy) const {
   if (copy->number != latest_) return;
   const std::size_t next = copy->lines.size();
   if (next == copy->items.size()) return Finish(*copy);
-  frame_.say(L"Reading the file of " + QuotedCaption(copy->items[next]) + L"\u2026");
+  frame_.say(Format(texts::kReadingFile, QuotedCaption(copy->items[next])));
   frame_.trust.CheckFirst(copy->items[next], [this, copy](const std::vector<ItemRecord>& checked) {
     copy->lines.push_back(checked.front().trust->sha256);
     Hash(copy);
@@ -173,14 +173,13 @@ void LookCloser::Finish(const Copy& copy) const {
     if (count++ > 0) text += L"\r\n";
     text += line;
   }
-  if (count == 0) return frame_.say(L"Nothing was copied: no file can be read.");
+  if (count == 0) return frame_.say(texts::kNothingCopied.Get());
   if (!CopyToClipboard(frame_.window, text)) {
-    return ShowError(frame_, L"Cannot copy: another program keeps the clipboard open.");
+    return ShowError(frame_, texts::kClipboardBusy.Get());
   }
-  if (copy.lines.size() == 1) return frame_.say(L"Copied the " + copy.one + L".");
-  std::wstring said = L"Copied " + std::to_wstring(count);
-  if (count < copy.lines.size()) said += L" of " + std::to_wstring(copy.lines.size());
-  frame_.say(said + L" " + copy.several + L".");
+  if (copy.lines.size() == 1) return frame_.say(copy.words->one.Get());
+  const bool isAll = count == copy.lines.size();
+  frame_.say(Format(isAll ? copy.words->many : copy.words->some, count, copy.lines.size()));
 }
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 // clipboard, a search in the web. For the window's thread.
 #pragma once
 
+#include "hosts/gui/texts/closer_texts.h"
 #include "hosts/gui/view.h"
 
 #include <memory>
@@ -37,7 +38,7 @@ class LookCloser {
 
  private:
   struct Copy;
-  std::shared_ptr<Copy> Begin(const wchar_t* one, const wchar_t* several, std::vector<ItemRecord> items);
+  std::shared_ptr<Copy> Begin(const texts::CopyWords& words, std::vector<ItemRecord> items);
   void Hash(const std::shared_ptr<Copy>& copy) const;
   void Finish(const Copy& copy) const;
 

@@ -2,6 +2,7 @@
 
 #include "hosts/common/file_trust.h"
 #include "hosts/common/host_error.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "infra/runtime/scoped_com.h"
 
 #include <memory>
@@ -40,7 +41,7 @@ TrustChecker::TrustChecker(UiQueue& queue)
     : queue_(queue),
       wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       ended_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-  if (!wake_ || !ended_) throw HostError(L"Cannot create an event.");
+  if (!wake_ || !ended_) throw HostError(texts::kCannotMakeEvent.Get());
   thread_ = std::thread([this] { Run(); });
 }
 

@@ -4,6 +4,8 @@
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/frame_texts.h"
+#include "hosts/gui/texts/history_texts.h"
 #include "hosts/gui/theme.h"
 
 #include <algorithm>
@@ -15,15 +17,15 @@ namespace {
 constexpr std::size_t kMostSteps = 8;
 
 struct HistoryColumn {
-  const wchar_t* title;
+  Text title;
   int width;
   std::wstring (*text)(const HistoryRows& rows, std::size_t row);
 };
 constexpr HistoryColumn kColumns[] = {
-    {L"Change", 380, [](const HistoryRows& rows, std::size_t row) { return rows.Title(row); }},
-    {L"State", 230,
+    {texts::kHistoryChange, 380, [](const HistoryRows& rows, std::size_t row) { return rows.Title(row); }},
+    {texts::kHistoryState, 230,
      [](const HistoryRows& rows, std::size_t row) { return HistoryStateText(rows.Shown()[row].Record()); }},
-    {L"Time", 150,
+    {texts::kHistoryTime, 150,
      [](const HistoryRows& rows, std::size_t row) {
        std::wstring time = IsoTimeOf(rows.Shown()[row].Record().info.time);
        std::replace(time.begin(), time.end(), L'T', L' ');
@@ -114,16 +116,16 @@ void UndoView::Create(HWND parent) {
   source.onActivate = [this] { Activate(); };
   source.onFold = [this](std::size_t row, bool open) { Fold(row, open); };
   std::vector<ListColumn> columns;
-  for (const HistoryColumn& column : kColumns) columns.push_back({column.title, column.width});
+  for (const HistoryColumn& column : kColumns) columns.push_back({column.title.Get(), column.width});
   list_.Create(parent, IDC_CHECKPOINTS, std::move(columns), std::move(source));
-  list_.Describe(L"Undo history", L"Show parts");
-  heading_ = CreateWindowExW(0, WC_STATICW, L"What taking it back means",
+  list_.Describe(texts::kUndoHistory.Get(), texts::kShowParts.Get());
+  heading_ = CreateWindowExW(0, WC_STATICW, texts::kWhatUndoMeans.Get(),
                              WS_CHILD | WS_CLIPSIBLINGS | SS_NOPREFIX | SS_CENTERIMAGE, 0, 0, 0, 0, parent,
                              nullptr, nullptr, nullptr);
   ListSource steps;
   steps.text = [this](std::size_t row, std::size_t) { return steps_[row]; };
-  stepList_.Create(parent, IDC_STEPS, {{L"Step", 700}}, std::move(steps));
-  stepList_.Describe(L"What taking it back means", {});
+  stepList_.Create(parent, IDC_STEPS, {{texts::kHistoryStep.Get(), 700}}, std::move(steps));
+  stepList_.Describe(texts::kWhatUndoMeans.Get(), {});
 }
 
 void UndoView::Refresh() {
@@ -143,8 +145,7 @@ void UndoView::Take(const HistorySnapshot& snapshot) {
   revision_ = snapshot.revision;
   stepsOf_ = {};
   Rearrange([&] { rows_.Take(snapshot); });
-  if (rows_.HasInterrupted() && !hasTold_)
-    frame_.say(L"A change was interrupted: the undo history (Ctrl+3) can take it back.");
+  if (rows_.HasInterrupted() && !hasTold_) frame_.say(texts::kWasInterrupted.Get());
   hasTold_ = true;
 }
 
@@ -193,7 +194,7 @@ void UndoView::ShowSteps() {
       [this, target](const UndoRecord& record) {
         if (target != stepsOf_) return;
         const bool isRefused = FAILED(record.result) && record.result != IJournal::kConflict;
-        if (isRefused) steps_.push_back(L"It cannot be undone: " + UndoFailureText(record, L"undo"));
+        if (isRefused) steps_.push_back(Format(texts::kCannotBeUndone, UndoFailureText(record, L"undo")));
         for (const UndoneStepRecord& step : record.steps) steps_.push_back(StepText(step));
         stepList_.SetCount(steps_.size());
       });
@@ -217,12 +218,16 @@ void UndoView::RedoLatest() {
   Start({Direction::kRedo, {undo->info.id}, rows_.NameOf({undo->info.undoes})}, UndoMode::kRun);
 }
 
+std::wstring UndoView::TitleOf(const Order& order) {
+  const bool isUndo = order.direction == Direction::kUndo;
+  if (order.name.empty()) return (isUndo ? texts::kUndoingLatest : texts::kRedoingLatest).Get();
+  return Format(isUndo ? texts::kUndoingOne : texts::kRedoingOne, Printable(order.name));
+}
+
 void UndoView::Start(const Order& order, UndoMode mode) {
   if (const std::wstring reason = frame_.actions.WhyNotNow(); !reason.empty()) return frame_.say(reason);
-  const std::wstring name =
-      order.name.empty() ? L"the latest change" : L"\u201C" + Printable(order.name) + L"\u201D";
   frame_.actions.Run(
-      {(order.direction == Direction::kUndo ? L"Undoing " : L"Redoing ") + name},
+      {TitleOf(order)},
       [order, mode](LibrarySession& session, ActionProgress&) {
         const Journal& journal = session.Changes();
         if (order.direction == Direction::kUndo) return UndoTarget(journal, order.target, mode);
@@ -238,25 +243,19 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
   const bool isUndo = order.direction == Direction::kUndo;
   std::wstring name = order.name.empty() ? rows_.NameOf({record.checkpoint}) : order.name;
   name = Printable(name.empty() ? ShownTitle(record.title) : name);
-  if (SUCCEEDED(record.result)) return frame_.say((isUndo ? L"Undid: " : L"Redid: ") + name);
+  if (SUCCEEDED(record.result)) return frame_.say(Format(isUndo ? texts::kUndid : texts::kRedid, name));
   if (record.result == IJournal::kConflict && mode == UndoMode::kRun) {
-    if (Confirm(frame_,
-                L"\u201C" + name + L"\u201D is in conflict with later changes. Nothing was changed." +
-                    Conflicts(record) + L"\n\nGo on all the same, and overwrite what stands there now?",
-                L"Overwrite")) {
+    if (Confirm(frame_, Format(texts::kConflictQuestion, name, Conflicts(record)),
+                texts::kOverwriteVerb.Get())) {
       const bool isLatest = order.target.action == 0;
       Start({order.direction, isLatest ? HistoryTarget{record.checkpoint} : order.target, order.name},
             UndoMode::kForce);
     }
     return;
   }
-  const wchar_t* const verb = isUndo ? L"undo" : L"redo";
-  ShowError(frame_,
-            L"Cannot " + std::wstring(verb) + L" \u201C" + name + L"\u201D: " +
-                UndoFailureText(record, verb) + L"\n" +
-                (record.ownCheckpoint == 0
-                     ? std::wstring()
-                     : L"What was done until then stays: undo goes on with it, and redo the other way."));
+  const std::wstring why = UndoFailureText(record, isUndo ? L"undo" : L"redo");
+  ShowError(frame_, Format(isUndo ? texts::kCannotUndo : texts::kCannotRedo, name, why) +
+                        (record.ownCheckpoint == 0 ? L"" : texts::kPartlyStays.Get()));
 }
 
 void UndoView::Search(std::wstring_view text) {
@@ -324,7 +323,7 @@ void UndoView::Run(UINT command) {
 
 std::wstring UndoView::CountText() const {
   const std::size_t count = rows_.ActionCount();
-  return std::to_wstring(count) + (count == 1 ? L" change" : L" changes");
+  return Format(texts::kChanges.For(count), count);
 }
 
 }  // namespace smh

@@ -64,6 +64,7 @@ class UndoView final : public View {
   const VirtualList& Focused() const { return GetFocus() == stepList_.Handle() ? stepList_ : list_; }
   void ShowSteps();
   HistoryTarget Selected() const { return rows_.TargetOf(list_.Selection()); }
+  static std::wstring TitleOf(const Order& order);
   void Start(const Order& order, UndoMode mode);
   void Finish(const Order& order, UndoMode mode, const UndoRecord& record);
 

@@ -1,6 +1,7 @@
 #include "hosts/gui/view.h"
 
 #include "hosts/gui/message_dialog.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "hosts/gui/window.h"
 
 namespace smh {
@@ -8,10 +9,6 @@ namespace smh {
 namespace {
 
 constexpr std::size_t kMostFailures = 10;
-
-std::wstring Entries(std::size_t count) {
-  return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries");
-}
 
 // A dialog of the main window may be what asks.
 HWND OwnerOf(const Frame& frame) noexcept {
@@ -29,9 +26,10 @@ bool Confirm(const Frame& frame, const std::wstring& question, const std::wstrin
                      {.title = kProgramTitle, .text = question, .icon = IDI_QUESTION, .verb = verb});
 }
 
-void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report) {
-  std::wstring said = report.done > 0 ? done + L" " + Entries(report.done) + L"." : L"Nothing was changed.";
-  if (report.left > 0) said += L" Cancelled: " + Entries(report.left) + L" left as they were.";
+void ShowOutcome(const Frame& frame, const CountText& done, const OperationReport& report) {
+  std::wstring said =
+      report.done > 0 ? Format(done.For(report.done), report.done) : texts::kNothingChanged.Get();
+  if (report.left > 0) said = Format(texts::kLeftAsTheyWere.For(report.left), report.left, said);
   frame.say(said);
   if (report.failures.empty()) return;
   std::wstring text;
@@ -39,7 +37,7 @@ void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationRe
     text += report.failures[i] + L"\n";
   }
   if (report.failures.size() > kMostFailures) {
-    text += L"and " + std::to_wstring(report.failures.size() - kMostFailures) + L" more.";
+    text += Format(texts::kAndMore, report.failures.size() - kMostFailures);
   }
   ShowError(frame, text);
 }

@@ -2,6 +2,7 @@
 // here is for the window's thread.
 #pragma once
 
+#include "hosts/common/text.h"
 #include "hosts/gui/account.h"
 #include "hosts/gui/clipboard.h"
 #include "hosts/gui/running_actions.h"
@@ -37,7 +38,7 @@ void ShowError(const Frame& frame, const std::wstring& text);
 // True when the user chose `verb` ("Delete 3 entries"); Enter means Cancel.
 bool Confirm(const Frame& frame, const std::wstring& question, const std::wstring& verb);
 // Says how an operation went: "Disabled 3 entries." in the status bar, the first ten failures in a box.
-void ShowOutcome(const Frame& frame, const std::wstring& done, const OperationReport& report);
+void ShowOutcome(const Frame& frame, const CountText& done, const OperationReport& report);
 
 // Owned by the main window, valid until the next SetDpi.
 struct ViewFonts {

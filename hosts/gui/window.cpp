@@ -3,6 +3,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/language.h"
 #include "hosts/gui/resource.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "hosts/gui/theme_paint.h"
 
 #include <commctrl.h>
@@ -53,7 +54,7 @@ void Window::Create(const Look& look) {
                   CW_USEDEFAULT, CW_USEDEFAULT, look.parent, look.menu, windowClass.hInstance, this);
   if (window_ == nullptr) {
     const DWORD error = GetLastError();
-    throw HostError(L"Cannot make a window: " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+    throw HostError(Format(texts::kCannotMakeWindow, SystemErrorText(HRESULT_FROM_WIN32(error))));
   }
 }
 

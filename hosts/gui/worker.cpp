@@ -1,6 +1,7 @@
 #include "hosts/gui/worker.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/gui/texts/action_texts.h"
 #include "infra/runtime/scoped_com.h"
 
 #include <algorithm>
@@ -77,7 +78,7 @@ Worker::Worker(UiQueue& queue)
       wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       begun_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
       ended_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-  if (!wake_ || !begun_ || !ended_) throw HostError(L"Cannot create an event.");
+  if (!wake_ || !begun_ || !ended_) throw HostError(texts::kCannotMakeEvent.Get());
   thread_ = std::thread([this] { Run(); });
   WaitForSingleObject(begun_.Get(), INFINITE);
   if (beginFault_.empty()) return;

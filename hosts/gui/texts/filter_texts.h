@@ -70,4 +70,7 @@ inline constexpr CountText kElsewhere{
     {L"%1 Elsewhere there is 1.", L"%1 Anderswo gibt es 1.", L"%1 במקומות אחרים יש אחד."},
     {L"%1 Elsewhere there are %2.", L"%1 Anderswo gibt es %2.", L"%1 במקומות אחרים יש %2."}};
 
+// A saved state, and how much differs.
+inline constexpr Text kComparedWith{L"Compared with %1: %2", L"Verglichen mit %1: %2", L"בהשוואה אל %1: %2"};
+
 }  // namespace smh::texts
