@@ -18,15 +18,21 @@ std::wstring Quoted(const std::wstring& argument) {
   return result.append(backslashes, L'\\').append(1, L'"');
 }
 
-// That which the system keeps beside an administrator's own; null, which is this process's own, where there
-// is none because this one is limited itself.
-HANDLE LimitedToken() {
+// The one that the system keeps beside an administrator's own where that has not these rights; else null,
+// which is this process's own.
+HANDLE TokenOf(ChildProcess::Rights rights) {
   ScopedHandle own;
+  TOKEN_ELEVATION elevation = {};
   TOKEN_LINKED_TOKEN linked = {};
   DWORD size = 0;
-  if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, own.Put())) {
-    GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size);
+  if (rights == ChildProcess::Rights::kOwn ||
+      !OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, own.Put()) ||
+      !GetTokenInformation(own.Get(), TokenElevation, &elevation, sizeof(elevation), &size)) {
+    return nullptr;
   }
+  const bool isLimited = elevation.TokenIsElevated == 0;
+  if (isLimited == (rights == ChildProcess::Rights::kLimited)) return nullptr;
+  GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size);
   return linked.LinkedToken;
 }
 
@@ -71,7 +77,7 @@ ChildProcess::ChildProcess(const std::wstring& program, const std::vector<std::w
   startup.hStdOutput = output_.Writer();
   startup.hStdError = errors_.Writer();
   PROCESS_INFORMATION information = {};
-  const ScopedHandle token(rights == Rights::kLimited ? LimitedToken() : nullptr);
+  const ScopedHandle token(TokenOf(rights));
   if (!CreateProcessAsUserW(token.Get(), program.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
                             nullptr, &startup, &information)) {
     throw std::runtime_error("the child process did not start");

@@ -40,9 +40,9 @@ class CapturedStream {
 class ChildProcess {
  public:
   // Starts `program` with the arguments quoted as the C runtime reads them, and with `input` on its standard
-  // input, without one when that is empty; kLimited takes the rights of an administrator away. Throws
-  // std::runtime_error.
-  enum class Rights { kOwn, kLimited };
+  // input, without one when that is empty; with this process's rights, with an administrator's, or without
+  // them. Throws std::runtime_error.
+  enum class Rights { kOwn, kFull, kLimited };
   ChildProcess(const std::wstring& program, const std::vector<std::wstring>& arguments,
                const std::string& input = {}, Rights rights = Rights::kOwn);
   ~ChildProcess();

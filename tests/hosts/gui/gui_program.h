@@ -39,7 +39,7 @@ class GuiProgram {
 
   // Returns when the window is there and every entry was read.
   using Rights = ChildProcess::Rights;
-  explicit GuiProgram(Look look, Rights rights = Rights::kOwn,
+  explicit GuiProgram(Look look, Rights rights = Rights::kFull,
                       const std::vector<std::wstring>& arguments = {});
   // Closes the window and waits for the end, which is a failed test when it does not come.
   ~GuiProgram();

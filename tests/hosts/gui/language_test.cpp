@@ -29,7 +29,7 @@ std::wstring TextOfControl(HWND control) {
 }
 
 GuiProgram Started(Language language) {
-  return GuiProgram(GuiProgram::Look::kFresh, GuiProgram::Rights::kOwn,
+  return GuiProgram(GuiProgram::Look::kFresh, GuiProgram::Rights::kFull,
                     {L"--language", LanguageName(language)});
 }
 

@@ -114,7 +114,7 @@ TEST_F(LookCloserTest, ShowsThePlaceInTheRegistryEditor) {
 }
 
 TEST(RunNowTest, ADangerIsAskedAboutWhateverTheRights) {
-  for (const auto rights : {GuiProgram::Rights::kOwn, GuiProgram::Rights::kLimited}) {
+  for (const auto rights : {GuiProgram::Rights::kFull, GuiProgram::Rights::kLimited}) {
     const GuiProgram gui(GuiProgram::Look::kFresh, rights);
     gui.Select(IDC_ENTRIES, {gui.RowOf(IDC_ENTRIES, L"Service Host")});
     gui.Command(CMD_EXECUTE);
