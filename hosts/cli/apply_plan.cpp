@@ -1,5 +1,6 @@
 #include "hosts/cli/apply_plan.h"
 
+#include "hosts/cli/texts/plan_texts.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/snapshot_compare.h"
 #include "hosts/common/start_words.h"
@@ -14,18 +15,17 @@ namespace {
 
 constexpr std::wstring_view kShortcut = L".lnk";
 
-std::wstring NotAllowed(const ItemRecord& item, std::wstring_view action) {
-  return L"entries of " + std::wstring(LocationName(item.location)) + L" do not allow " +
-         std::wstring(action) + L", or this account may not write there.";
+Phrase NotAllowed(const Text& why, const ItemRecord& item) {
+  return Say(why, LocationName(item.location));
 }
 
 // Why an entry cannot get the wanted command; empty when it can.
-std::wstring WhyNotChanged(const ItemRecord& item, const SnapshotEntry& wanted) {
-  if (!item.Can(kActionChangeCommand)) return NotAllowed(item, L"another command");
-  if (wanted.command.empty()) return L"a command must not be empty.";
-  if (HoldsNul(wanted.command)) return L"the command holds a NUL.";
+Phrase WhyNotChanged(const ItemRecord& item, const SnapshotEntry& wanted) {
+  if (!item.Can(kActionChangeCommand)) return NotAllowed(texts::kForbidsCommand, item);
+  if (wanted.command.empty()) return texts::kNoEmptyCommand;
+  if (HoldsNul(wanted.command)) return texts::kCommandHoldsNul;
   if (!SameText(item.command, wanted.command)) return {};
-  return L"the commands differ in case only, which does not count as a change.";
+  return texts::kOnlyCase;
 }
 
 // One for an entry that is there and differs.
@@ -33,47 +33,48 @@ ApplyStep Adjustment(const ItemRecord& item, const SnapshotEntry& wanted) {
   const bool needsSwitch = item.enabled != wanted.enabled;
   ApplyStep step{.verb = wanted.enabled ? Verb::kEnable : Verb::kDisable, .item = &item, .wanted = &wanted};
   if (needsSwitch && !item.Can(wanted.enabled ? kActionEnable : kActionDisable)) {
-    step.reason = NotAllowed(item, wanted.enabled ? L"to be enabled" : L"to be disabled");
+    step.reason = NotAllowed(wanted.enabled ? texts::kForbidsEnabling : texts::kForbidsDisabling, item);
   }
   const bool switchDiffers =
       wanted.switchedOff && (item.enabled && IsSwitchedOff(item)) != *wanted.switchedOff;
-  if (switchDiffers && item.enabled && !item.canSwitch) step.reason = NotAllowed(item, L"to be switched");
+  if (switchDiffers && item.enabled && !item.canSwitch)
+    step.reason = NotAllowed(texts::kForbidsSwitching, item);
   if (item.command != wanted.command) {
     step.verb = Verb::kChange;
-    if (step.reason.empty()) step.reason = WhyNotChanged(item, wanted);
+    if (step.reason.IsEmpty()) step.reason = WhyNotChanged(item, wanted);
   } else if (!needsSwitch && switchDiffers) {
     step.verb = *wanted.switchedOff ? Verb::kSwitchOff : Verb::kSwitchOn;
   } else if (!needsSwitch) {
     step.verb = Verb::kChange;
-    step.reason = L"what the 32-bit view holds under its name is left alone.";
+    step.reason = texts::kOtherViewLeft;
   }
   return step;
 }
 
 ApplyStep Deletion(const ItemRecord& item) {
   ApplyStep step{.verb = Verb::kDelete, .item = &item};
-  if (!item.Can(kActionDelete)) step.reason = NotAllowed(item, L"to be deleted");
+  if (!item.Can(kActionDelete)) step.reason = NotAllowed(texts::kForbidsDeleting, item);
   return step;
 }
 
 }  // namespace
 
-std::optional<std::wstring> WhyNotAddable(const SnapshotEntry& entry, const MachineFacts& machine) {
+std::optional<Phrase> WhyNotAddable(const SnapshotEntry& entry, const MachineFacts& machine) {
   const LocationRow& row = LocationRowOf(entry.location);
   if (!FamilyOf(row).canModify) {
-    return L"entries of " + std::wstring(LocationName(entry.location)) + L" cannot be added.";
+    return Say(texts::kCannotBeAdded, LocationName(entry.location));
   }
   if (!entry.enabled && entry.disabledBy != kDisabledByUs) {
-    return L"it was disabled by another tool, and nothing is added to that one's place.";
+    return texts::kDisabledByOther;
   }
   if (entry.root.empty()) {
-    if (!EndsText(kShortcut, entry.file)) return L"it is a file, of which a snapshot has the name only.";
+    if (!EndsText(kShortcut, entry.file)) return texts::kNameOnly;
   } else if (entry.view != machine.OwnView()) {
-    return L"it was in the 32-bit view alone, where nothing is added.";
+    return texts::kOnlyIn32View;
   }
-  if (NameToAdd(entry).empty()) return L"it has no name.";
-  if (entry.command.empty()) return L"it has no command.";
-  if (HoldsNul(entry.Name()) || HoldsNul(entry.command)) return L"its name or command holds a NUL.";
+  if (NameToAdd(entry).empty()) return texts::kHasNoName;
+  if (entry.command.empty()) return texts::kLacksCommand;
+  if (HoldsNul(entry.Name()) || HoldsNul(entry.command)) return texts::kNameOrCommandHoldsNul;
   return std::nullopt;
 }
 
@@ -104,7 +105,7 @@ std::vector<ApplyStep> PlanApply(std::span<const SnapshotEntry> wanted, std::spa
     steps.push_back({.verb = Verb::kAdd,
                      .item = nullptr,
                      .wanted = difference.after,
-                     .reason = WhyNotAddable(*difference.after, machine).value_or(std::wstring())});
+                     .reason = WhyNotAddable(*difference.after, machine).value_or(Phrase())});
   }
   return steps;
 }
@@ -127,7 +128,7 @@ std::vector<EntryChange> ChangesOf(std::span<const ApplyStep> steps, const Wrapp
       change.order.enabled = step.wanted->enabled;
       change.order.switchedOff = step.wanted->switchedOff;
     }
-    if (!step.reason.empty()) change.outcome = Outcome{OutcomeKind::kRefused, step.reason};
+    if (!step.reason.IsEmpty()) change.outcome = Outcome{OutcomeKind::kRefused, step.reason};
   }
   return changes;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/common/operations.h"
+#include "hosts/common/phrase.h"
 #include "hosts/common/snapshot.h"
 
 #include <functional>
@@ -18,7 +19,7 @@ struct ApplyStep {
   Verb verb = Verb::kAdd;                 // one of those that ChangesOf can order
   const ItemRecord* item = nullptr;       // the listed entry; null for one that is missing
   const SnapshotEntry* wanted = nullptr;  // what it has to become; null for one that has to go
-  std::wstring reason = {};               // why it cannot be done, the end of a sentence; empty when it can
+  Phrase reason = {};                     // why it cannot be done, the end of a sentence; empty when it can
 };
 
 // Whether entries that the snapshot lacks stay or go.
@@ -35,7 +36,7 @@ using WrapperFinder = std::function<ComPtr<IStartupItem>(const ItemRecord& item)
 std::vector<EntryChange> ChangesOf(std::span<const ApplyStep> steps, const WrapperFinder& wrapperOf);
 
 // Why an entry that is missing cannot be made; none when it can.
-std::optional<std::wstring> WhyNotAddable(const SnapshotEntry& entry, const MachineFacts& machine);
+std::optional<Phrase> WhyNotAddable(const SnapshotEntry& entry, const MachineFacts& machine);
 
 // The name that AddItem takes for it: a shortcut's without extension.
 std::wstring NameToAdd(const SnapshotEntry& entry);

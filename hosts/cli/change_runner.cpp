@@ -4,9 +4,11 @@
 #include "hosts/cli/console.h"
 #include "hosts/cli/item_selector.h"
 #include "hosts/cli/outcome_output.h"
+#include "hosts/cli/texts/message_texts.h"
 #include "hosts/common/action_scope.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/journal.h"
+#include "hosts/common/journal_words.h"
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/outcome_check.h"
 #include "hosts/common/reading.h"
@@ -30,8 +32,8 @@ bool IsBad(const EntryChange& change) {
   return change.outcome && !change.outcome->IsGood();
 }
 
-std::wstring CountText(std::size_t count) {
-  return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries");
+std::wstring Entries(std::size_t count) {
+  return Format(texts::kEntryCount.For(count), count);
 }
 
 // A failure is told even to those who want quiet; the only one there is ends the command.
@@ -49,8 +51,7 @@ void RaiseFailures(std::span<const EntryChange> changes, bool isRestDone) {
   if (bad == 0) return;
   const ExitCode code = isRestDone || bad < changes.size() ? ExitCode::kPartly : ExitCode::kFailed;
   if (changes.size() == 1) throw HostError(OutcomeText(changes.front(), *changes.front().outcome), code);
-  throw HostError(std::to_wstring(bad) + L" of " + CountText(changes.size()) + L" failed or refused it.",
-                  code);
+  throw HostError(Say(texts::kSomeFailed, bad, Entries(changes.size())), code);
 }
 
 // What stands in the way of each, before the first change. The place of a new entry may be another's that
@@ -71,9 +72,7 @@ void RequireRoom(const Journal& journal, std::span<const EntryChange> changes, c
   for (const EntryChange& change : changes) bytes += IsPlanned(change) ? RecordedBytes(change) : 0;
   const std::vector<CheckpointRecord> dropped = journal.WouldDrop(bytes);
   if (dropped.empty()) return;
-  RequireConsent(L"To keep this for undo, " + std::to_wstring(dropped.size()) +
-                     L" older actions would be dropped for good, up to \"" + dropped.back().title + L"\"",
-                 manner.mayGoOn);
+  RequireConsent(Format(texts::kWouldDrop, dropped.size(), TitleText(dropped.back().title)), manner.mayGoOn);
 }
 
 // Tells of every outcome that is not there any more when all is done. What keeps it from looking is the
@@ -97,7 +96,8 @@ std::wstring CompareAtTheEnd(const Library& library, std::span<EntryChange> chan
 void MakeAll(const Library& library, std::span<EntryChange> changes, const ChangeManner& manner) {
   const auto planned = static_cast<std::size_t>(std::ranges::count_if(changes, IsPlanned));
   const Journal journal;
-  if (planned > 1 && manner.isBroad) RequireConsent(L"That means " + CountText(planned), manner.mayGoOn);
+  if (planned > 1 && manner.isBroad)
+    RequireConsent(Format(texts::kThatMeans, Entries(planned)), manner.mayGoOn);
   RequireRoom(journal, changes, manner);
   const ActionScope action(journal, manner.title.empty() ? TitleOf(changes) : manner.title);
   EntryPlaces places;
@@ -123,7 +123,7 @@ void ChangeEntries(const Arguments& arguments, Verb verb, const ChangeOrder& ord
   Listing listing = TakeListing(library);
   if (!selector.filter.match.empty()) ResolveFiles(library, listing.items);
   const Selection selection = SelectItems(listing.items, selector);
-  if (selection.positions.empty()) return WriteMessage(L"There is no such entry; nothing was changed.");
+  if (selection.positions.empty()) return WriteMessage(texts::kNoSuchEntryLeft.Get());
   std::vector<EntryChange> changes;
   for (const std::size_t at : selection.positions) {
     changes.push_back({.verb = verb,
@@ -157,7 +157,7 @@ void RunChanges(const Library& library, std::vector<EntryChange> changes, const 
   }
   if (manner.isJson) WriteOutput(OutcomesJson(changes));
   RaiseFailures(changes, manner.isRestDone);
-  if (!unseen.empty()) throw HostError(L"Cannot look at the outcome: " + unseen, ExitCode::kPartly);
+  if (!unseen.empty()) throw HostError(Say(texts::kCannotSeeOutcome, unseen), ExitCode::kPartly);
 }
 
 }  // namespace smh

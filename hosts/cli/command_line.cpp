@@ -2,6 +2,9 @@
 
 #include "hosts/cli/command_options.h"
 #include "hosts/cli/suggestion.h"
+#include "hosts/cli/texts/help_texts.h"
+#include "hosts/cli/texts/usage_texts.h"
+#include "hosts/common/known_text.h"
 #include "hosts/common/text_encoding.h"
 
 #include <CLI/CLI.hpp>
@@ -23,12 +26,23 @@ std::vector<const CLI::App*> AllBelow(const CLI::App& parser) {
   return parser.get_subcommands([](const CLI::App*) { return true; });
 }
 
+void SetHeadings(CLI::FormatterBase& formatter) {
+  constexpr std::pair<const char*, const Text*> kHeadings[] = {
+      {"Usage", &texts::kUsageHeading},     {"Positionals", &texts::kPositionalsHeading},
+      {"SUBCOMMAND", &texts::kCommandWord}, {"OPTIONS", &texts::kOptionsWord},
+      {"REQUIRED", &texts::kRequiredWord},  {"Excludes", &texts::kExcludesWord}};
+  for (const auto& [heading, text] : kHeadings) formatter.label(heading, ToUtf8(text->Get()));
+}
+
 // The parser of every command, and what they fill.
 class Parsers {
  public:
   Parsers() {
-    top_.set_help_flag("-h,-?,--help", "Show the syntax");
-    top_.set_version_flag("--version", kVersionText, "Show the version");
+    top_.option_defaults()->group(ToUtf8(texts::kOptionsHeading.Get()));
+    top_.set_help_flag("-h,-?,--help", ToUtf8(texts::kHelpHelp.Get()));
+    top_.set_version_flag("--version", kVersionText, ToUtf8(texts::kVersionHelp.Get()));
+    DeclareLanguage(top_, values_);
+    SetHeadings(*top_.get_formatter());
     top_.require_subcommand(1);
     // A value name may begin with a slash.
     top_.allow_windows_style_options(false);
@@ -38,8 +52,10 @@ class Parsers {
                                   ? &top_
                                   : top_.get_subcommand(std::string(command.name.substr(0, blank)));
       CLI::App* const parser =
-          above->add_subcommand(std::string(command.name.substr(blank + 1)), std::string(command.help));
-      if (command.options & kHidden) parser->group("");
+          above->add_subcommand(std::string(command.name.substr(blank + 1)), ToUtf8(command.help.Get()));
+      // The one option that does not take the others' defaults.
+      parser->get_help_ptr()->group(ToUtf8(texts::kOptionsHeading.Get()));
+      parser->group(command.options & kHidden ? std::string() : ToUtf8(texts::kSubcommandsHeading.Get()));
       DeclareOptions(*parser, command.options, values_);
       parsers_.emplace_back(&command, parser);
     }
@@ -60,7 +76,7 @@ class Parsers {
   }
 
  private:
-  CLI::App top_{"Lists and manages what Windows starts automatically.", "startupctl"};
+  CLI::App top_{ToUtf8(texts::kProgramHelp.Get()), "startupctl"};
   OptionValues values_;
   std::vector<std::pair<const Command*, CLI::App*>> parsers_;
 };
@@ -83,21 +99,22 @@ std::vector<std::wstring> OptionNames(const CLI::App& parser) {
 
 // The parser would only say that some command is missing.
 void RefuseUnknownCommand(std::span<const std::wstring> arguments, const CLI::App& top) {
-  if (arguments.empty()) throw UsageError(L"No command was given.");
+  if (arguments.empty()) throw UsageError(texts::kNoCommand);
   const std::wstring& name = arguments.front();
   const auto isIt = [bytes = ToUtf8(name)](const CLI::App* each) { return each->get_name() == bytes; };
   if (name.starts_with(L'-') || !top.get_subcommands(isIt).empty()) return;
-  throw UsageError(L"There is no command \"" + name + L"\"." + DidYouMean(name, NamesBelow(top)));
+  throw UsageError(Say(texts::kUnknownCommand, name, DidYouMean(name, NamesBelow(top))));
 }
 
 // What the parser says, unless an argument that it does not know explains it better.
 HostError FaultOf(const CLI::App& parser, const CLI::ParseError& error) {
   const std::vector<std::string> unexpected = parser.remaining();
-  if (unexpected.empty()) return UsageError(DecodeArgument(error.what()) + L".");
+  if (unexpected.empty())
+    return UsageError(Say(texts::kParserFault, Known(texts::kParserTexts, DecodeArgument(error.what()))));
   const std::wstring argument = DecodeArgument(unexpected.front());
   return UsageError(
-      L"\"" + argument + L"\" is not expected here." +
-      DidYouMean(argument, argument.starts_with(L'-') ? OptionNames(parser) : NamesBelow(parser)));
+      Say(texts::kNotExpected, argument,
+          DidYouMean(argument, argument.starts_with(L'-') ? OptionNames(parser) : NamesBelow(parser))));
 }
 
 std::vector<CommandSyntax> SyntaxesOf(Parsers& parsers) {
@@ -119,6 +136,16 @@ std::vector<CommandSyntax> SyntaxesOf(Parsers& parsers) {
   return syntaxes;
 }
 
+// Behind the options that may stand in front of it.
+std::size_t CommandPlace(std::span<const std::wstring> arguments) {
+  constexpr std::wstring_view kOption = L"--language";
+  std::size_t place = 0;
+  while (place < arguments.size() && arguments[place].starts_with(kOption)) {
+    place += arguments[place] == kOption ? 2 : 1;
+  }
+  return std::min(place, arguments.size());
+}
+
 std::variant<Invocation, std::wstring> Parse(Parsers& parsers, std::span<const std::wstring> arguments) {
   try {
     RefuseUnknownCommand(arguments, parsers.Top());
@@ -132,8 +159,9 @@ std::variant<Invocation, std::wstring> Parse(Parsers& parsers, std::span<const s
     throw FaultOf(reached == nullptr ? parsers.Top() : *reached->second, error);
   }
   const auto* const reached = parsers.Reached();
-  if (reached == nullptr) throw UsageError(L"No command was given.");
+  if (reached == nullptr) throw UsageError(texts::kNoCommand);
   const auto& [command, parser] = *reached;
+  if (command->name == "help") return FromUtf8(parsers.Top().help());
   if (command->run == nullptr) return PowerShellCompletion(SyntaxesOf(parsers));
   return Invocation{command, TakeArguments(parsers.Values(), *parser, command->options)};
 }
@@ -142,8 +170,9 @@ std::variant<Invocation, std::wstring> Parse(Parsers& parsers, std::span<const s
 
 std::variant<Invocation, std::wstring> ParseCommandLine(std::span<const std::wstring> arguments) {
   std::vector<std::wstring> words(arguments.begin(), arguments.end());
-  if (!words.empty() && words.front() == L"help") {
-    words.erase(words.begin());
+  const auto command = words.begin() + static_cast<std::ptrdiff_t>(CommandPlace(words));
+  if (command != words.end() && *command == L"help") {
+    words.erase(command);
     words.emplace_back(L"--help");
   }
   Parsers parsers;
@@ -156,7 +185,7 @@ std::variant<Invocation, std::wstring> ParseCommandLine(std::span<const std::wst
 }
 
 HostError WithHelpHint(HostError error, std::string_view command) {
-  error.Add(L"See startupctl " + (command.empty() ? std::wstring() : Widened(command) + L" ") + L"--help.");
+  error.Add(command.empty() ? Phrase(texts::kSeeHelp) : Say(texts::kSeeCommandHelp, Widened(command)));
   return error;
 }
 

@@ -2,6 +2,9 @@
 
 #include "hosts/cli/commands/commands.h"
 #include "hosts/cli/suggestion.h"
+#include "hosts/cli/texts/help_texts.h"
+#include "hosts/cli/texts/option_texts.h"
+#include "hosts/cli/texts/usage_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
@@ -24,38 +27,36 @@ std::string EncodeArgument(std::wstring_view argument) {
   return bytes;
 }
 
+std::string Help(const Text& text) {
+  return ToUtf8(text.Get());
+}
+
 // What the command works on.
 void DeclareSubject(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & kTakesOneItem) {
-    app.add_option("ITEM", values.items, "Name or id of an entry, or a caption that only one entry has")
-        ->required()
-        ->expected(1);
+    app.add_option("ITEM", values.items, Help(texts::kOneItemHelp))->required()->expected(1);
   }
   if (options & kTakesSelection) {
-    app.add_option(
-        "ITEM", values.items,
-        "Names, captions or ids of entries, or patterns with * and ?; without any, what filters leave");
+    app.add_option("ITEM", values.items, Help(texts::kItemsHelp));
   }
   if (options & kTakesCommandLine) {
-    app.add_option("COMMANDLINE", values.items, "A command line, as one argument")->required()->expected(1);
+    app.add_option("COMMANDLINE", values.items, Help(texts::kCommandLineHelp))->required()->expected(1);
   }
   if (options & (kTakesId | kNeedsId)) {
-    app.add_option("ID", values.ids, "A checkpoint's number, see the command checkpoints")
-        ->required((options & kNeedsId) != 0)
-        ->expected(1);
+    app.add_option("ID", values.ids, Help(texts::kIdHelp))->required((options & kNeedsId) != 0)->expected(1);
   }
   if (options & kTakesIds) {
-    app.add_option("ID", values.ids, "Checkpoints' numbers, see the command checkpoints");
+    app.add_option("ID", values.ids, Help(texts::kIdsHelp));
   }
-  if (options & kNeedsFile) app.add_option("FILE", values.file, "A snapshot")->required();
+  if (options & kNeedsFile) app.add_option("FILE", values.file, Help(texts::kFileHelp))->required();
   if (options & kTakesFile2) {
-    app.add_option("FILE2", values.file2, "A later one, in place of this machine");
+    app.add_option("FILE2", values.file2, Help(texts::kFile2Help));
   }
   if (options & kTakesInput) {
-    app.add_option("--input", values.input, "Properties of an entry")->type_name("JSON");
+    app.add_option("--input", values.input, Help(texts::kInputHelp))->type_name("JSON");
   }
   if (options & kTakesPaths) {
-    app.add_option("--add", values.paths, "Also show the program of that path")
+    app.add_option("--add", values.paths, Help(texts::kAddPathHelp))
         ->allow_extra_args(false)
         ->type_name("PATH");
   }
@@ -63,10 +64,9 @@ void DeclareSubject(CLI::App& app, std::uint64_t options, OptionValues& values) 
 
 void DeclareLocation(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & (kTakesLocations | kTakesLocation | kNeedsLocation)) {
-    CLI::Option* const location =
-        app.add_option("--location", values.locations, "A location's name, see the command locations")
-            ->allow_extra_args(false)
-            ->type_name("LOCATION");
+    CLI::Option* const location = app.add_option("--location", values.locations, Help(texts::kLocationHelp))
+                                      ->allow_extra_args(false)
+                                      ->type_name("LOCATION");
     if (!(options & kTakesLocations)) location->expected(1);
     if (options & kNeedsLocation) location->required();
   }
@@ -74,94 +74,91 @@ void DeclareLocation(CLI::App& app, std::uint64_t options, OptionValues& values)
 
 // Which entries are meant, besides --location.
 void DeclareFilters(CLI::App& app, OptionValues& values) {
-  const auto text = [&](const char* name, std::string& value, const char* type, const char* help) {
+  const auto text = [&](const char* name, std::string& value, const char* type, const std::string& help) {
     app.add_option(name, value, help)->type_name(type);
   };
-  CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, "Only enabled entries");
-  app.add_flag("--disabled", values.disabled, "Only disabled entries")->excludes(enabled);
-  CLI::Option* const starts = app.add_flag("--starts", values.starts, "Only those that Windows starts");
-  app.add_flag("--not-starting", values.notStarting, "Only those that Windows does not start, for any reason")
-      ->excludes(starts);
-  app.add_option("--rating", values.ratings, "Only trusted, unknown or risky ones")
+  CLI::Option* const enabled = app.add_flag("--enabled", values.enabled, Help(texts::kEnabledHelp));
+  app.add_flag("--disabled", values.disabled, Help(texts::kDisabledHelp))->excludes(enabled);
+  CLI::Option* const starts = app.add_flag("--starts", values.starts, Help(texts::kStartsHelp));
+  app.add_flag("--not-starting", values.notStarting, Help(texts::kNotStartingHelp))->excludes(starts);
+  app.add_option("--rating", values.ratings, Help(texts::kRatingHelp))
       ->allow_extra_args(false)
       ->type_name("RATING");
-  text("--company", values.company, "TEXT", "Only those with that in their company's name");
-  app.add_flag("--missing", values.missing, "Only those whose file is missing");
-  app.add_flag("--unreachable", values.unreachable, "Only those whose file's share or drive does not answer");
-  text("--match", values.match, "TEXT", "Only those with that in any column");
-  text("--since", values.since, "TIME",
-       "Only those whose file was written since: 2024-05-31T18:00, or 36h, 7d");
-  text("--from", values.from, "FILE", "Only those that the file names, one a line; - is standard input");
+  text("--company", values.company, "TEXT", Help(texts::kCompanyHelp));
+  app.add_flag("--missing", values.missing, Help(texts::kMissingHelp));
+  app.add_flag("--unreachable", values.unreachable, Help(texts::kUnreachableHelp));
+  text("--match", values.match, "TEXT", Help(texts::kMatchHelp));
+  text("--since", values.since, "TIME", Help(texts::kSinceHelp));
+  text("--from", values.from, "FILE", Help(texts::kFromHelp));
 }
 
 // What is shown and for how long.
 void DeclareShowing(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & kTakesVerify) {
-    app.add_flag("--verify", values.verify, "Also say who signed the files, and whether that is proved");
+    app.add_flag("--verify", values.verify, Help(texts::kVerifyHelp));
   }
-  if (options & kTakesAll) app.add_flag("--all", values.all, "All locations, not only the usual ones");
+  if (options & kTakesAll) app.add_flag("--all", values.all, Help(texts::kAllHelp));
   if (options & kTakesSelection) DeclareFilters(app, values);
   if (options & kTakesLimit) {
-    app.add_option("--limit", values.limit, "At most so many")->type_name("COUNT");
+    app.add_option("--limit", values.limit, Help(texts::kLimitHelp))->type_name("COUNT");
   }
   if (options & kTakesSeconds) {
-    app.add_option("--seconds", values.seconds, "End after that time")->type_name("SECONDS");
+    app.add_option("--seconds", values.seconds, Help(texts::kSecondsHelp))->type_name("SECONDS");
   }
 }
 
 // How it is shown.
 void DeclareFormat(CLI::App& app, std::uint64_t options, OptionValues& values) {
   CLI::Option* json = nullptr;
-  if (options & kTakesJson) json = app.add_flag("--json", values.json, "As JSON");
-  if (options & kTakesCsv) app.add_flag("--csv", values.csv, "As CSV")->excludes(json);
+  if (options & kTakesJson) json = app.add_flag("--json", values.json, Help(texts::kJsonHelp));
+  if (options & kTakesCsv) app.add_flag("--csv", values.csv, Help(texts::kCsvHelp))->excludes(json);
   if (options & kTakesColumns) {
-    app.add_option("--columns", values.columns, "Only these keys, in this order, separated by commas")
+    app.add_option("--columns", values.columns, Help(texts::kColumnsHelp))
         ->allow_extra_args(false)
         ->type_name("KEYS");
   }
   if (options & kTakesOutput) {
-    app.add_option("--output", values.output, "Into that file instead of standard output")->type_name("FILE");
+    app.add_option("--output", values.output, Help(texts::kOutputHelp))->type_name("FILE");
   }
-  app.add_flag("--quiet", values.quiet, "Only tell of failures");
+  app.add_flag("--quiet", values.quiet, Help(texts::kQuietHelp));
+  DeclareLanguage(app, values);
 }
 
 // What a change makes of it.
 void DeclareChange(CLI::App& app, std::uint64_t options, OptionValues& values) {
   if (options & kNeedsName) {
-    app.add_option("--name", values.name, "Name of the new entry")->required()->type_name("NAME");
+    app.add_option("--name", values.name, Help(texts::kNameHelp))->required()->type_name("NAME");
   }
   if (options & kNeedsCommand) {
-    app.add_option("--command", values.command, "A command line")->required()->type_name("COMMANDLINE");
+    app.add_option("--command", values.command, Help(texts::kCommandHelp))
+        ->required()
+        ->type_name("COMMANDLINE");
   }
   if (options & kNeedsTarget) {
-    app.add_option("--to", values.target, "A location's name")->required()->type_name("LOCATION");
+    app.add_option("--to", values.target, Help(texts::kTargetHelp))->required()->type_name("LOCATION");
   }
   if (options & kTakesUndoMode) {
-    CLI::Option* const show = app.add_flag("--show", values.show, "Only say what it would do, step by step");
-    app.add_flag("--force", values.force, "Over later changes too, and say what was overwritten")
-        ->excludes(show);
+    CLI::Option* const show = app.add_flag("--show", values.show, Help(texts::kShowStepsHelp));
+    app.add_flag("--force", values.force, Help(texts::kForceHelp))->excludes(show);
   }
   if (options & kTakesOnly) {
-    app.add_option("--only", values.only, "Only this part: its number, or the entry that its title names")
-        ->allow_extra_args(false)
-        ->type_name("ITEM");
+    app.add_option("--only", values.only, Help(texts::kOnlyHelp))->allow_extra_args(false)->type_name("ITEM");
   }
   if (options & kTakesPruning) {
-    app.add_option("--keep", values.keep, "All but the newest so many")->type_name("COUNT");
-    app.add_option("--days", values.days, "Those that are older than so many days")->type_name("DAYS");
+    app.add_option("--keep", values.keep, Help(texts::kKeepHelp))->type_name("COUNT");
+    app.add_option("--days", values.days, Help(texts::kDaysHelp))->type_name("DAYS");
   }
   if (options & kTakesPruneSwitch) {
-    app.add_flag("--prune", values.prune, "Take away the switches that belong to no entry");
+    app.add_flag("--prune", values.prune, Help(texts::kPruneSwitchHelp));
   }
   if (options & kTakesSwitch) {
-    app.add_flag("--like-task-manager", values.likeTaskManager,
-                 "Leave them there, and use Task Manager's switch");
+    app.add_flag("--like-task-manager", values.likeTaskManager, Help(texts::kLikeTaskManagerHelp));
   }
-  if (options & kTakesDryRun) app.add_flag("--dry-run", values.dryRun, "Only say what would be done");
+  if (options & kTakesDryRun) app.add_flag("--dry-run", values.dryRun, Help(texts::kDryRunHelp));
   if (options & kTakesDeleteOthers) {
-    app.add_flag("--delete-others", values.deleteOthers, "Delete the entries that it lacks");
+    app.add_flag("--delete-others", values.deleteOthers, Help(texts::kDeleteOthersHelp));
   }
-  if (options & kTakesYes) app.add_flag("--yes", values.yes, "Without a question");
+  if (options & kTakesYes) app.add_flag("--yes", values.yes, Help(texts::kYesHelp));
 }
 
 std::int32_t ParseLocation(std::string_view bytes) {
@@ -171,18 +168,16 @@ std::int32_t ParseLocation(std::string_view bytes) {
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     known.emplace_back(LocationName(location));
   }
-  throw UsageError(L"There is no location \"" + name + L"\"; the command locations lists them." +
-                   DidYouMean(name, known));
+  throw UsageError(Say(texts::kUnknownLocation, name, DidYouMean(name, known)));
 }
 
 std::uint32_t ParseId(std::string_view bytes) {
   const std::wstring text = DecodeArgument(bytes);
   if (text.empty() || text.find_first_not_of(L"0123456789") != std::wstring::npos) {
-    throw UsageError(L"\"" + text +
-                     L"\" is not a number; the command checkpoints lists those of checkpoints.");
+    throw UsageError(Say(texts::kNotANumber, text));
   }
   const unsigned long long id = text.size() > 10 ? 0 : wcstoull(text.c_str(), nullptr, 10);
-  if (id == 0 || id > 0xFFFFFFFFull) throw UsageError(L"There is no checkpoint " + text + L".");
+  if (id == 0 || id > 0xFFFFFFFFull) throw UsageError(Say(texts::kUnknownCheckpoint, text));
   return static_cast<std::uint32_t>(id);
 }
 
@@ -213,28 +208,27 @@ void TakeSubject(const OptionValues& values, Arguments& arguments) {
   }
   for (const std::string& path : values.paths) {
     arguments.paths.push_back(DecodeArgument(path));
-    if (Trim(arguments.paths.back()).empty()) throw UsageError(L"The path is empty.");
+    if (Trim(arguments.paths.back()).empty()) throw UsageError(texts::kPathEmpty);
   }
 }
 
 std::int32_t ParseRating(std::string_view bytes) {
   const std::wstring name = DecodeArgument(bytes);
   if (const auto rating = RatingByName(name)) return *rating;
-  throw UsageError(L"There is no rating \"" + name + L"\": it is trusted, unknown or risky.");
+  throw UsageError(Say(texts::kUnknownRating, name));
 }
 
 double ParseSince(std::string_view bytes) {
   const std::wstring text = DecodeArgument(bytes);
   if (const auto time = ParseTime(text)) return *time;
-  throw UsageError(L"\"" + text +
-                   L"\" is no time: 2024-05-31 or 2024-05-31T18:00, or 90m, 36h, 7d, 2w before now.");
+  throw UsageError(Say(texts::kNoTime, text));
 }
 
 // A text that would leave everything is none that was meant.
 std::wstring ParseText(const CLI::App& parser, const char* option, std::string_view bytes) {
   std::wstring text = DecodeArgument(bytes);
   if (text.empty() && parser.count(option) != 0) {
-    throw UsageError(L"The text of " + FromUtf8(option) + L" is empty.");
+    throw UsageError(Say(texts::kTextEmpty, FromUtf8(option)));
   }
   return text;
 }
@@ -253,6 +247,13 @@ void TakeFilters(const OptionValues& values, const CLI::App& parser, Arguments& 
 
 }  // namespace
 
+void DeclareLanguage(CLI::App& parser, OptionValues& values) {
+  parser.add_option("--language", values.language, Help(texts::kLanguageHelp))
+      ->allow_extra_args(false)
+      ->take_last()
+      ->type_name("LANGUAGE");
+}
+
 void DeclareOptions(CLI::App& parser, std::uint64_t options, OptionValues& values) {
   DeclareSubject(parser, options, values);
   DeclareLocation(parser, options, values);
@@ -267,8 +268,8 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   if (options & kNeedsTarget) arguments.target = ParseLocation(values.target);
   arguments.name = DecodeArgument(values.name);
   arguments.command = DecodeArgument(values.command);
-  if (options & kNeedsName && arguments.name.empty()) throw UsageError(L"The name is empty.");
-  if (options & kNeedsCommand && arguments.command.empty()) throw UsageError(L"The command is empty.");
+  if (options & kNeedsName && arguments.name.empty()) throw UsageError(texts::kNameEmpty);
+  if (options & kNeedsCommand && arguments.command.empty()) throw UsageError(texts::kCommandEmpty);
   arguments.show = values.show;
   arguments.force = values.force;
   arguments.yes = values.yes;
@@ -289,10 +290,10 @@ Arguments TakeArguments(const OptionValues& values, const CLI::App& parser, std:
   arguments.days = Given(parser, "--days", (options & kTakesPruning) != 0, values.days);
   TakeNames(values.columns, arguments.columns);
   const bool isChange = (options & kTakesSelection) != 0 && (options & kTakesDryRun) != 0;
-  if (isChange && arguments.NamesNothing()) throw UsageError(L"Which entries? Give an ITEM or a filter.");
+  if (isChange && arguments.NamesNothing()) throw UsageError(texts::kWhichEntries);
   arguments.output = DecodeArgument(values.output);
   if (options & kTakesOutput && parser.count("--output") != 0 && arguments.output.empty()) {
-    throw UsageError(L"The name of the output file is empty.");
+    throw UsageError(texts::kOutputEmpty);
   }
   return arguments;
 }

@@ -19,7 +19,7 @@ namespace smh {
 // What the parser fills, in its encoding; of all commands, because one is parsed.
 struct OptionValues {
   std::vector<std::string> items, locations, paths, columns, only, ids, ratings;
-  std::string target, name, command, output, company, match, since, from, file, file2, input;
+  std::string target, name, command, output, company, match, since, from, file, file2, input, language;
   unsigned seconds = 0, keep = 0, days = 0, limit = 0;
   bool show = false, force = false, yes = false, quiet = false, deleteOthers = false;
   bool all = false, enabled = false, disabled = false, json = false, csv = false;
@@ -27,6 +27,9 @@ struct OptionValues {
   bool starts = false, notStarting = false, likeTaskManager = false, verify = false, prune = false;
 };
 
+// --language, which the program itself and every command take; what it says is looked up before
+// (language_option.h).
+void DeclareLanguage(CLI::App& parser, OptionValues& values);
 // Declares the options of a command, bits of CommandOption; `values` lives as long as the parser.
 void DeclareOptions(CLI::App& parser, std::uint64_t options, OptionValues& values);
 // What a parsed command was given. Raises a usage error for a value that does not fit.

@@ -1,6 +1,7 @@
 #include "hosts/cli/completion.h"
 
 #include "hosts/common/location_names.h"
+#include "hosts/common/text_encoding.h"
 
 #include <string_view>
 
@@ -8,11 +9,11 @@ namespace smh {
 
 namespace {
 
-std::wstring Literal(std::string_view ascii) {
+std::wstring Literal(std::string_view text) {
   std::wstring literal = L"'";
-  for (const char letter : ascii) {
-    if (letter == '\'') literal += L'\'';
-    literal += static_cast<wchar_t>(letter);
+  for (const wchar_t letter : FromUtf8(text)) {
+    if (letter == L'\'') literal += letter;
+    literal += letter;
   }
   return literal += L'\'';
 }

@@ -12,8 +12,6 @@ namespace smh {
 
 namespace {
 
-constexpr wchar_t kNothingChanged[] = L"Nothing was changed.";
-
 bool IsTerminal(DWORD stream) noexcept {
   DWORD mode = 0;
   return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
@@ -26,18 +24,25 @@ std::wstring ReadAnswer() {
   return Trim(std::wstring_view(line, count));
 }
 
+bool IsYes(std::wstring_view answer) {
+  for (const Text* const text : {&texts::kYesLetter, &texts::kYesWord}) {
+    if (SameAsciiText(answer, text->Get()) || SameAsciiText(answer, text->In(Language::kEnglish)))
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void RequireConsent(const std::wstring& what, bool isGiven, std::wstring_view otherwise) {
   if (isGiven) return;
   if (!IsTerminal(STD_INPUT_HANDLE) || !IsTerminal(STD_ERROR_HANDLE)) {
-    std::wstring message = what + L": --yes goes on without a question";
-    throw HostError(message.append(otherwise).append(L". ").append(kNothingChanged));
+    throw HostError(Say(texts::kNeedsYes, what, otherwise, texts::kNothingWasChanged));
   }
   // Quiet or not: without it nobody would know what is waited for.
-  WriteError(Printable(what) + L". Go on (y/n)?");
+  WriteError(Format(texts::kGoOn, Printable(what)));
   const std::wstring answer = ReadAnswer();
-  if (!SameAsciiText(answer, L"y") && !SameAsciiText(answer, L"yes")) throw HostError(kNothingChanged);
+  if (!IsYes(answer)) throw HostError(texts::kNothingWasChanged);
 }
 
 }  // namespace smh

@@ -1,5 +1,6 @@
 #include "hosts/cli/console.h"
 
+#include "hosts/cli/texts/message_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/text_encoding.h"
 
@@ -120,7 +121,7 @@ void OutputFile::Write(std::wstring_view text) {
   }
   if (isWritten && WriteToFile(file_.Get(), ToUtf8(text))) return;
   const DWORD error = GetLastError();
-  throw HostError(L"Cannot write the file \"" + path_ + L"\": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  throw HostError(Say(texts::kCannotWriteTo, path_, SystemErrorText(HRESULT_FROM_WIN32(error))));
 }
 
 void WriteOutput(std::wstring_view text) {
@@ -129,7 +130,7 @@ void WriteOutput(std::wstring_view text) {
   const DWORD error = GetLastError();
   g_isOutputClosed = IsClosedPipe(error);
   if (g_isOutputClosed) return;
-  throw HostError(L"Cannot write the output: " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  throw HostError(Say(texts::kCannotWriteOutput, SystemErrorText(HRESULT_FROM_WIN32(error))));
 }
 
 bool IsOutputClosed() noexcept {

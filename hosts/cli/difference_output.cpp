@@ -1,6 +1,8 @@
 #include "hosts/cli/difference_output.h"
 
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
 
 namespace smh {
@@ -52,15 +54,9 @@ constexpr Field<Difference> kFields[] = {
 
 std::wstring Cell(const SnapshotEntry* entry) {
   if (entry == nullptr) return {};
-  std::wstring cell(StateName(entry->enabled));
-  if (entry->switchedOff == true) cell += L", switched off in Task Manager";
-  cell += L": ";
-  cell += Printable(entry->command);
-  if (entry->twin) {
-    cell += L"; in the 32-bit view: ";
-    cell += Printable(*entry->twin);
-  }
-  return cell;
+  const Text& text = entry->switchedOff == true ? texts::kSwitchedOffState : texts::kStateAndCommand;
+  const std::wstring cell = Format(text, StateText(entry->enabled), Printable(entry->command));
+  return entry->twin ? Format(texts::kAndIn32, cell, Printable(*entry->twin)) : cell;
 }
 
 }  // namespace
@@ -70,12 +66,14 @@ std::span<const Field<Difference>> DifferenceFields() noexcept {
 }
 
 TextTable DifferenceTable(std::span<const Difference> differences) {
-  TextTable table{.header = {L"Difference", L"Location", L"Name", L"Before", L"After"}, .rows = {}};
+  TextTable table{
+      .header = {texts::kDifferenceColumn.Get(), texts::kLocationColumn.Get(), texts::kNameColumnTitle.Get(),
+                 texts::kBeforeColumn.Get(), texts::kAfterColumn.Get()},
+      .rows = {}};
   for (const Difference& difference : differences) {
-    table.rows.push_back({std::wstring(DifferenceName(difference.kind)),
-                          std::wstring(LocationName(difference.Entry().location)),
-                          Printable(difference.Entry().Name()), Cell(difference.before),
-                          Cell(difference.after)});
+    table.rows.push_back(
+        {DifferenceText(difference.kind).Get(), std::wstring(LocationName(difference.Entry().location)),
+         Printable(difference.Entry().Name()), Cell(difference.before), Cell(difference.after)});
   }
   return table;
 }

@@ -1,12 +1,14 @@
 #include "hosts/cli/dsc_instance.h"
 
 #include "hosts/cli/apply_plan.h"
+#include "hosts/cli/texts/usage_texts.h"
 #include "hosts/common/flat_json.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/start_words.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/snapshot_texts.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
@@ -28,7 +30,7 @@ FlatObject ParseObject(std::string_view json) {
   FlatObject object = ReadFlatJson(json);
   for (const auto& [key, value] : object.Members()) {
     if (std::ranges::find(kKeys, key) == std::end(kKeys)) {
-      throw JsonFault(L"there is no property \"" + Printable(FromUtf8(key)) + L"\".");
+      throw JsonFault(Format(texts::kNoProperty, Printable(FromUtf8(key))));
     }
   }
   return object;
@@ -38,12 +40,12 @@ std::optional<std::int32_t> LocationIn(const FlatObject& object) {
   const std::optional<std::wstring> name = object.Text("location");
   if (!name) return std::nullopt;
   if (const auto location = LocationByName(*name)) return *location;
-  throw JsonFault(L"there is no location \"" + Printable(*name) + L"\".");
+  throw JsonFault(Format(texts::kNoSuchLocation, Printable(*name)));
 }
 
 std::optional<std::wstring> TextIn(const FlatObject& object, const char* key) {
   std::optional<std::wstring> text = object.Text(key);
-  if (text && HoldsNul(*text)) throw JsonFault(L"\"" + FromUtf8(key) + L"\" holds a NUL.");
+  if (text && HoldsNul(*text)) throw JsonFault(Format(texts::kHoldsNul, FromUtf8(key)));
   return text;
 }
 
@@ -125,7 +127,7 @@ DscInstance ParseDscInstance(std::string_view json) {
   instance.command = TextIn(object, "command");
   instance.enabled = object.Flag("enabled");
   instance.exists = object.Flag("_exist").value_or(true);
-  if (instance.command && instance.command->empty()) throw JsonFault(L"\"command\" is empty.");
+  if (instance.command && instance.command->empty()) throw JsonFault(Format(texts::kIsEmpty, L"command"));
   return instance;
 }
 
@@ -162,7 +164,7 @@ bool DscState::Fits(const DscInstance& wanted) const {
 std::vector<SnapshotEntry> DscState::Target(const DscInstance& wanted, const MachineFacts& machine) const {
   if (!wanted.exists) return {};
   if (!Exists()) {
-    if (!wanted.command) throw HostError(L"An entry that is to be made needs a command.");
+    if (!wanted.command) throw HostError(texts::kNeedsCommandNow);
     return {NewEntry(wanted, machine)};
   }
   std::vector<SnapshotEntry> target = EntriesOf(entries_);

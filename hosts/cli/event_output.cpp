@@ -2,9 +2,11 @@
 
 #include "hosts/cli/console.h"
 #include "hosts/cli/table_output.h"
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/common/csv_output.h"
 #include "hosts/common/iso_time.h"
 #include "hosts/common/json_output.h"
+#include "hosts/common/known_text.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
@@ -78,7 +80,9 @@ std::wstring EventPrinter::Text(const WatchEvent& event) const {
       break;
   }
   std::wstring line = time;
-  line.append(L"  ").append(event.kind).append(10 - event.kind.size(), L' ');
+  std::wstring kind = Known(texts::kEventKinds, event.kind).Shown();
+  kind.resize(std::max<std::size_t>(kind.size() + 1, 10), L' ');
+  line.append(L"  ").append(kind);
   line.append(FullTitle(event.item.location))
       .append(L"  ")
       .append(Printable(event.item.caption))

@@ -2,6 +2,7 @@
 
 #include "hosts/cli/item_index.h"
 #include "hosts/cli/standard_input.h"
+#include "hosts/cli/texts/message_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/operations.h"
@@ -71,25 +72,22 @@ void Prefer(std::span<const ItemRecord> items, Positions& found, std::optional<b
   if (preferred && !std::ranges::all_of(found, isIdle)) std::erase_if(found, isIdle);
 }
 
-[[noreturn]] void RaiseNone(const std::wstring& quoted, const ItemFilter& filter) {
-  std::wstring message = L"No entry has the name, caption or id " + quoted;
+[[noreturn]] void RaiseNone(const std::wstring& text, const ItemFilter& filter) {
   if (filter.locations.size() == 1) {
-    message += L" in " + std::wstring(LocationName(filter.locations.front()));
-  } else if (!filter.IsEmpty()) {
-    message += L" among those that the filters leave";
+    throw HostError(Say(texts::kNoEntryNamedIn, text, LocationName(filter.locations.front())));
   }
-  throw HostError(message + L".");
+  throw HostError(Say(filter.IsEmpty() ? texts::kNoEntryNamed : texts::kNoEntryNamedLeft, text));
 }
 
-[[noreturn]] void RaiseSeveral(const std::wstring& quoted, std::span<const ItemRecord> items,
+[[noreturn]] void RaiseSeveral(const std::wstring& text, std::span<const ItemRecord> items,
                                const Positions& found) {
   std::vector<std::wstring> lines;
   for (const std::size_t at : found) {
     const ItemRecord& item = items[at];
-    lines.push_back(L"  " + item.id + L"  " + item.name + L"  (" + std::wstring(LocationName(item.location)) +
-                    L", " + std::wstring(StateName(item.enabled)) + L")");
+    lines.push_back(
+        Format(texts::kEntryLine, item.id, item.name, LocationName(item.location), StateText(item.enabled)));
   }
-  throw HostError(quoted + L" means several entries; give the id or the full name of one:", lines);
+  throw HostError(Say(texts::kSeveralEntries, text), lines);
 }
 
 Positions All(std::span<const ItemRecord> items, const ItemFilter& filter) {
@@ -103,12 +101,11 @@ Positions All(std::span<const ItemRecord> items, const ItemFilter& filter) {
 // What one text means; several only by a pattern.
 Positions Resolve(std::span<const ItemRecord> items, const Positions& candidates, ItemIndex& index,
                   const Selector& selector, const std::wstring& text, bool mayBePattern) {
-  const std::wstring quoted = L"\"" + text + L"\"";
   Positions found = index.Find(text);
   if (found.size() > 1) Prefer(items, found, selector.preferred);
-  if (found.size() > 1) RaiseSeveral(quoted, items, found);
+  if (found.size() > 1) RaiseSeveral(text, items, found);
   if (found.empty() && mayBePattern && IsPattern(text)) found = FindPattern(items, candidates, text);
-  if (found.empty()) RaiseNone(quoted, selector.filter);
+  if (found.empty()) RaiseNone(text, selector.filter);
   return found;
 }
 
@@ -170,7 +167,7 @@ void RequireUnambiguous(std::span<const ItemRecord> items, const Selector& selec
   for (const std::vector<std::wstring>* const texts : {&selector.items, &selector.lines}) {
     for (const std::wstring& text : *texts) {
       const Positions found = index.Find(text);
-      if (found.size() > 1) RaiseSeveral(L"\"" + text + L"\"", items, found);
+      if (found.size() > 1) RaiseSeveral(text, items, found);
     }
   }
 }
@@ -195,7 +192,7 @@ const ItemRecord& SelectItem(std::span<const ItemRecord> items, std::wstring_vie
   const Positions candidates = All(items, selector.filter);
   ItemIndex index(items, candidates);
   const Positions found = Resolve(items, candidates, index, selector, wanted, true);
-  if (found.size() > 1) RaiseSeveral(L"\"" + wanted + L"\"", items, found);
+  if (found.size() > 1) RaiseSeveral(wanted, items, found);
   return items[found.front()];
 }
 
@@ -204,13 +201,13 @@ std::vector<std::wstring> ReadItemLines(const std::wstring& file) {
   try {
     return LinesOf(TextOfBytes(ReadWholeFile(file, FILE_SHARE_READ, kLargestFile)));
   } catch (...) {
-    throw HostError(L"Cannot read " + file + L": " + CurrentFaultText());
+    throw HostError(Say(texts::kCannotReadInput, file, CurrentFault()));
   }
 }
 
 ComPtr<IStartupItem> RequireListedItem(const Library& library, const ItemRecord& item) {
   ComPtr<IStartupItem> listed = FindListedItem(library, item.location, item.name);
-  if (!listed) throw HostError(Describe(item) + L" has gone meanwhile.");
+  if (!listed) throw HostError(Say(texts::kHasGoneMeanwhile, Describe(item)));
   return listed;
 }
 

@@ -1,9 +1,13 @@
 // startupctl: the library's functions on the command line.
 #include "hosts/cli/command_line.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/language_option.h"
+#include "hosts/cli/texts/journal_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/host_process.h"
 #include "hosts/common/journal.h"
+#include "hosts/common/journal_words.h"
+#include "hosts/common/language.h"
 
 #include <windows.h>
 
@@ -22,18 +26,20 @@ using namespace smh;
 // interrupted; nothing when none was, or when the journal cannot be read.
 void NameInterruptedCheckpoints() noexcept {
   try {
-    std::wstring line;
+    std::wstring names;
     for (const CheckpointRecord& checkpoint : Journal().Interrupted()) {
-      line += line.empty() ? L"Interrupted: " : L", ";
-      line += L"checkpoint " + std::to_wstring(checkpoint.info.id) + L" \"" + checkpoint.title + L"\"";
+      if (!names.empty()) names += L", ";
+      names += Format(texts::kCheckpointName, checkpoint.info.id, TitleText(checkpoint.title));
     }
-    if (!line.empty()) WriteMessage(line + L". \"startupctl undo ID\" takes one back.");
+    if (!names.empty()) WriteMessage(Format(texts::kInterruptedOnes, names));
   } catch (...) {
     // The command itself says what is missing, if it needs it.
   }
 }
 
 void Run(std::span<const std::wstring> arguments) {
+  SetLanguage(DefaultLanguage());
+  if (const auto language = WantedLanguage(arguments)) SetLanguage(*language);
   const auto parsed = ParseCommandLine(arguments);
   if (const auto* help = std::get_if<std::wstring>(&parsed)) {
     WriteOutput(*help);

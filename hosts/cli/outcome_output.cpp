@@ -4,6 +4,7 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/operation_texts.h"
 
 namespace smh {
 
@@ -12,11 +13,11 @@ namespace {
 // By OutcomeKind.
 constexpr std::wstring_view kOutcomeNames[] = {L"done", L"nothing to do", L"refused", L"failed"};
 
-std::wstring JsonTexts(std::span<const std::wstring> texts) {
+std::wstring JsonTexts(std::span<const Phrase> texts) {
   std::wstring list;
-  for (const std::wstring& text : texts) {
+  for (const Phrase& text : texts) {
     if (!list.empty()) list += L',';
-    list += JsonText(text);
+    list += JsonText(text.English());
   }
   return L'[' + list + L']';
 }
@@ -33,7 +34,8 @@ std::wstring OutcomeJson(const EntryChange& change) {
   json += JsonMember(L"outcome",
                      JsonText(outcome == nullptr ? std::wstring_view(L"planned")
                                                  : kOutcomeNames[static_cast<std::size_t>(outcome->kind)]));
-  json += L',' + JsonMember(L"text", text(outcome == nullptr ? std::wstring_view() : outcome->text));
+  json +=
+      L',' + JsonMember(L"text", text(outcome == nullptr ? std::wstring_view() : outcome->text.English()));
   if (outcome == nullptr) json += L',' + JsonMember(L"steps", JsonTexts(StepsOf(change)));
   json += L',' + JsonMember(L"newId", text(now == nullptr ? std::wstring_view() : now->id));
   json += L',' + JsonMember(L"newLocation", now == nullptr ? L"null" : JsonText(LocationName(now->location)));
@@ -46,25 +48,21 @@ std::wstring OutcomeJson(const EntryChange& change) {
 std::wstring OutcomeText(const EntryChange& change, const Outcome& outcome) {
   const Operation& operation = OperationOf(change.verb);
   const std::wstring entry = Describe(change.before);
-  if (outcome.kind == OutcomeKind::kNothingToDo) return entry + L": " + outcome.text;
-  if (!outcome.IsGood()) {
-    return std::wstring(L"Cannot ").append(operation.name).append(L" ").append(entry) + L": " + outcome.text;
-  }
-  std::wstring text = std::wstring(operation.done).append(L" ").append(entry);
+  if (outcome.kind == OutcomeKind::kNothingToDo) return Format(texts::kOfEntry, entry, outcome.text);
+  if (!outcome.IsGood()) return Format(operation.texts.cannot, entry, outcome.text);
+  std::wstring text = Format(operation.texts.done, entry);
   if (outcome.now && change.verb == Verb::kMove) {
-    text +=
-        L" to " + std::wstring(LocationName(outcome.now->location)) + L" as \"" + outcome.now->caption + L'"';
+    text = Format(texts::kMovedTo, text, LocationName(outcome.now->location), outcome.now->caption);
   }
-  if (outcome.now && outcome.now->id != change.before.id) text += L", now " + outcome.now->id;
-  return text + L".";
+  const bool isOther = outcome.now && outcome.now->id != change.before.id;
+  return isOther ? Format(texts::kNowId, text, outcome.now->id) : Format(texts::kSentence, text);
 }
 
 std::wstring PreviewText(const EntryChange& change) {
   if (change.outcome) return Printable(OutcomeText(change, *change.outcome)) + L"\n";
-  std::wstring name(OperationOf(change.verb).name);
-  name.front() = static_cast<wchar_t>(name.front() - L'a' + L'A');
-  std::wstring text = name + L' ' + Printable(Describe(change.before)) + L":\n";
-  for (const std::wstring& step : StepsOf(change)) text += L"  " + Printable(step) + L"\n";
+  std::wstring text =
+      Format(OperationOf(change.verb).texts.preview, Printable(Describe(change.before))) + L"\n";
+  for (const Phrase& step : StepsOf(change)) text += L"  " + Printable(step.Shown()) + L"\n";
   return text;
 }
 

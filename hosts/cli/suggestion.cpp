@@ -1,5 +1,6 @@
 #include "hosts/cli/suggestion.h"
 
+#include "hosts/cli/texts/usage_texts.h"
 #include "infra/runtime/ascii_text.h"
 
 #include <algorithm>
@@ -46,7 +47,7 @@ std::wstring DidYouMean(std::wstring_view given, std::span<const std::wstring> k
     least = distance;
     nearest = &name;
   }
-  return nearest == nullptr ? std::wstring() : L" Did you mean \"" + *nearest + L"\"?";
+  return nearest == nullptr ? std::wstring() : Format(texts::kDidYouMean, *nearest);
 }
 
 }  // namespace smh

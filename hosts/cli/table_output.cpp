@@ -1,5 +1,6 @@
 #include "hosts/cli/table_output.h"
 
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/cli/verification.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/start_words.h"
@@ -21,30 +22,29 @@ constexpr std::size_t kWidestAligned = 80;
 constexpr std::size_t kLeastForDescription = 120;
 
 struct Column {
-  std::wstring_view title;
+  const Text& title;
   std::wstring (*read)(const ItemRecord& item);
 };
 
 // The mark stands at the end, which is not cut.
 std::wstring FileCell(const ItemRecord& item) {
-  std::wstring cell = ShownFile(item);
-  if (item.LacksFile()) cell.append(L" (").append(ReachabilityName(item.reachability)).append(L")");
-  return cell;
+  const std::wstring cell = ShownFile(item);
+  return item.LacksFile() ? WithReachability(cell, item.reachability) : cell;
 }
 
 constexpr Column kItemColumns[] = {
-    {L"ID", [](const ItemRecord& item) { return item.id; }},
-    {L"State", [](const ItemRecord& item) { return std::wstring(StateName(item.enabled)); }},
-    {L"Starts", StartsText},
-    {L"Caption", [](const ItemRecord& item) { return item.caption; }},
-    {L"Company", [](const ItemRecord& item) { return item.company; }},
-    {L"Rating", TrustText},
-    {L"File", FileCell},
-    {L"Description", [](const ItemRecord& item) { return item.description; }},
+    {texts::kIdColumn, [](const ItemRecord& item) { return item.id; }},
+    {texts::kStateColumn, [](const ItemRecord& item) { return std::wstring(StateText(item.enabled).Get()); }},
+    {texts::kStartsColumn, StartsText},
+    {texts::kCaptionColumn, [](const ItemRecord& item) { return item.caption; }},
+    {texts::kCompanyColumn, [](const ItemRecord& item) { return item.company; }},
+    {texts::kRatingColumn, TrustText},
+    {texts::kFileCellColumn, FileCell},
+    {texts::kDescriptionColumn, [](const ItemRecord& item) { return item.description; }},
 };
 
 constexpr std::size_t kFileColumn = 6;
-static_assert(kItemColumns[kFileColumn].title == L"File");
+static_assert(kItemColumns[kFileColumn].read == FileCell);
 
 std::size_t TotalWidth(const std::vector<std::size_t>& widths) {
   std::size_t total = 0;
@@ -83,7 +83,7 @@ Tone ToneOf(const ItemRecord& item) noexcept {
 
 struct CellVisitor {
   std::wstring operator()(std::monostate) const { return {}; }
-  std::wstring operator()(bool value) const { return value ? L"yes" : L"no"; }
+  std::wstring operator()(bool value) const { return (value ? texts::kCellYes : texts::kCellNo).Get(); }
   std::wstring operator()(std::int64_t value) const { return std::to_wstring(value); }
   std::wstring operator()(const std::wstring& value) const { return Printable(value); }
   std::wstring operator()(const std::vector<std::wstring_view>& names) const {
@@ -132,7 +132,7 @@ std::wstring ItemTable(std::span<const ItemRecord> items, const TableStyle& styl
   const bool isNarrow = style.width != 0 && style.width < kLeastForDescription;
   const std::span<const Column> columns = std::span(kItemColumns).first(std::size(kItemColumns) - isNarrow);
   TextTable table{.header = {}, .rows = {}, .pathColumn = kFileColumn};
-  for (const Column& column : columns) table.header.emplace_back(column.title);
+  for (const Column& column : columns) table.header.emplace_back(column.title.Get());
   for (const ItemRecord* item : sorted) {
     auto& row = table.rows.emplace_back();
     for (const Column& column : columns) row.push_back(Printable(column.read(*item)));
@@ -143,13 +143,16 @@ std::wstring ItemTable(std::span<const ItemRecord> items, const TableStyle& styl
   for (std::size_t i = 0; i < sorted.size(); ++i) {
     const std::int32_t location = sorted[i]->location;
     if (i == 0 || location != sorted[i - 1]->location) {
-      std::wstring heading = FullTitle(location);
-      heading.append(L" (").append(LocationName(location)).append(L")");
+      std::wstring heading = Format(texts::kLocationHeading, FullTitle(location), LocationName(location));
       text.append(1, L'\n').append(Toned(std::move(heading), Tone::kHeading, style)).append(1, L'\n');
     }
     text.append(lines[i + 1]).append(1, L'\n');
   }
   return text;
+}
+
+std::wstring WithReachability(const std::wstring& file, std::int32_t reachability) {
+  return Format(reachability == kFileUnreachable ? texts::kCellUnreachable : texts::kCellMissing, file);
 }
 
 std::wstring CellText(const FieldValue& value) {
@@ -159,7 +162,7 @@ std::wstring CellText(const FieldValue& value) {
 std::wstring KeyValueLines(std::span<const std::pair<std::wstring, std::wstring>> rows) {
   TextTable table;
   for (const auto& [key, value] : rows) {
-    std::vector<std::wstring> row = {key + L":", value};
+    std::vector<std::wstring> row = {Format(texts::kRowTitle, key), value};
     if (table.header.empty()) {
       table.header = std::move(row);
     } else {
@@ -173,8 +176,8 @@ std::wstring ItemSheet(std::span<const ItemField> fields, const ItemRecord& item
   std::vector<std::pair<std::wstring, std::wstring>> rows;
   for (const ItemField& field : fields) {
     rows.emplace_back(field.key, CellText(field.read(item)));
-    const std::wstring_view mark = field.key == L"valueName" ? NameMarkText(item) : std::wstring_view();
-    if (!mark.empty()) rows.emplace_back(L"note", mark);
+    const std::wstring_view mark = field.key == L"valueName" ? NameMarkText(item) : L"";
+    if (!mark.empty()) rows.emplace_back(texts::kNoteRow.Get(), mark);
   }
   return KeyValueLines(rows);
 }

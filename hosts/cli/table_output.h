@@ -46,6 +46,8 @@ std::wstring ItemTable(std::span<const ItemRecord> items, const TableStyle& styl
 
 // A field for people: "yes" or "no", names with commas; printable.
 std::wstring CellText(const FieldValue& value);
+// The file, and that it is missing or out of reach, by a FileReachability that is not kFileFound.
+std::wstring WithReachability(const std::wstring& file, std::int32_t reachability);
 // A table with the keys as headings.
 template <typename Record>
 TextTable FieldTable(std::span<const Field<Record>> fields, std::span<const Record> records) {

@@ -1,6 +1,8 @@
 #include "hosts/cli/verification.h"
 
 #include "hosts/cli/consent.h"
+#include "hosts/cli/texts/message_texts.h"
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/common/file_trust.h"
 #include "hosts/common/operations.h"
 #include "infra/runtime/handle.h"
@@ -60,11 +62,10 @@ void VerifyItems(std::span<ItemRecord> items) {
 }
 
 std::wstring TrustText(const ItemRecord& item) {
-  if (!item.trust && item.rating == kRatingTrusted) return L"trusted, not verified";
-  if (!item.trust) return std::wstring(RatingName(item.rating));
-  std::wstring text(TrustName(item.trust->word));
-  if (item.trust->file.empty()) return text;
-  return text.append(L": ").append(SignatureText(item.trust->signature, item.trust->Signer()));
+  if (!item.trust) return RatingText(item.rating).Get();
+  const Text& word = TrustWordText(item.trust->word);
+  if (item.trust->file.empty()) return word.Get();
+  return Format(texts::kTrustFor, word, SignatureText(item.trust->signature, item.trust->Signer()));
 }
 
 bool IsDangerous(const ItemRecord& item) noexcept {
@@ -84,8 +85,7 @@ bool IsElevated() noexcept {
 
 void RequireStartConsent(const ItemRecord& item, bool isElevated, bool isGiven) {
   if (!isElevated || !item.trust || !NeedsConsent(item.trust->word, item.trust->signature)) return;
-  RequireConsent(Describe(item) + L" would start with all rights on this machine (" + TrustText(item) + L")",
-                 isGiven, {});
+  RequireConsent(Format(texts::kWouldStart, Describe(item), TrustText(item)), isGiven, {});
 }
 
 }  // namespace smh

@@ -3,6 +3,7 @@
 #include "hosts/common/host_error.h"
 #include "hosts/common/item_property.h"
 #include "hosts/common/reading.h"
+#include "hosts/common/texts/failure_texts.h"
 #include "infra/registry/registry_values.h"
 #include "infra/runtime/text.h"
 
@@ -40,8 +41,8 @@ constexpr ClientField kClientFields[] = {
 
 ComPtr<IFavoriteItem> ItemAt(IFavoriteItemCollection& clients, std::int32_t index) {
   ComPtr<IFavoriteItem> item;
-  CheckResult(clients.GetItem(index, item.Put()), L"Cannot get a default program");
-  if (!item) throw HostError(L"Cannot get a default program.");
+  CheckResult(clients.GetItem(index, item.Put()), texts::kCannotGetProgram);
+  if (!item) throw HostError(texts::kNoProgram);
   return item;
 }
 
@@ -95,9 +96,10 @@ ClientRecord ReadClient(IFavoriteItem& item) {
 
 std::vector<ClientRecord> ReadClients(const Library& library, std::span<const std::wstring> addedPaths) {
   ComPtr<IFavoriteItemCollection> clients;
-  CheckResult(library.Manager().GetFavoriteItems(clients.Put()), L"Cannot read the default programs");
+  CheckResult(library.Manager().GetFavoriteItems(clients.Put()), texts::kCannotReadDefaults);
   for (const std::wstring& path : addedPaths) {
-    CheckResult(clients->AddPath(path.c_str()), L"Cannot add \"" + path + L"\"");
+    const HRESULT result = clients->AddPath(path.c_str());
+    if (FAILED(result)) RaiseFailure(result, Say(texts::kCannotAddPath, path), LibrarySlot::kOther);
   }
   return ReadClients(*clients);
 }
@@ -105,7 +107,7 @@ std::vector<ClientRecord> ReadClients(const Library& library, std::span<const st
 std::vector<ClientRecord> ReadClients(IFavoriteItemCollection& clients) {
   std::int32_t complete = 0;
   if (!WaitForReader([&] { return IsComplete(clients, complete); })) {
-    throw HostError(L"Reading the default programs took more than a minute.");
+    throw HostError(texts::kDefaultsTooLong);
   }
   std::vector<ClientRecord> records;
   records.reserve(static_cast<std::size_t>(clients.GetCount()));

@@ -4,6 +4,7 @@
 #include "core/contracts/location_table.h"
 #include "core/contracts/product_names.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/texts/failure_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/registry/registry_values.h"
@@ -28,7 +29,7 @@ bool IsMissing(DWORD error) noexcept {
 }
 
 [[noreturn]] void RaiseUnseen(const std::wstring& place, DWORD error) {
-  throw HostError(L"Cannot look at " + place + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+  throw HostError(Say(texts::kCannotLook, place, SystemErrorText(HRESULT_FROM_WIN32(error))));
 }
 
 Standing LookAtFile(const std::wstring& file) {

@@ -1,11 +1,12 @@
 #include "hosts/common/field.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/common/texts/failure_texts.h"
 
 namespace smh {
 
 void RefuseKey(const std::wstring& key, std::span<const std::wstring_view> known) {
-  throw UsageError(L"There is no column \"" + key + L"\"; there are: " + JoinNames(known, L", ") + L".");
+  throw UsageError(Format(texts::kNoColumn, key, JoinNames(known, L", ")));
 }
 
 std::wstring JoinNames(std::span<const std::wstring_view> names, std::wstring_view separator) {

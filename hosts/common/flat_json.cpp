@@ -1,6 +1,7 @@
 #include "hosts/common/flat_json.h"
 
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/snapshot_texts.h"
 
 #include <nlohmann/json.hpp>
 
@@ -12,11 +13,8 @@ namespace {
 
 constexpr std::size_t kMostMembers = 64;
 
-std::wstring Quoted(std::string_view key) {
-  std::wstring text(1, L'"');
-  text += CutEnd(Printable(FromUtf8(key)), 40);
-  text += L'"';
-  return text;
+JsonFault FaultIn(const Text& text, std::string_view key) {
+  return JsonFault(Format(text, CutEnd(Printable(FromUtf8(key)), 40)));
 }
 
 // Called by the parser with one thing after the other; what it raises ends the parsing.
@@ -30,14 +28,12 @@ class FlatReader final : public nlohmann::json_sax<nlohmann::json> {
   bool boolean(bool value) override { return Take(value); }
   bool number_integer(std::int64_t value) override { return Take(value); }
   bool number_unsigned(std::uint64_t value) override {
-    if (value > INT64_MAX) throw JsonFault(L"a number is too large.");
+    if (value > INT64_MAX) throw JsonFault(texts::kNumberTooLarge.Get());
     return Take(static_cast<std::int64_t>(value));
   }
-  bool number_float(double, const std::string&) override {
-    throw JsonFault(L"a number has a fraction or an exponent.");
-  }
+  bool number_float(double, const std::string&) override { throw JsonFault(texts::kNumberNotWhole.Get()); }
   bool string(std::string& value) override { return Take(FromUtf8(value)); }
-  bool binary(nlohmann::json::binary_t&) override { throw JsonFault(L"it holds bytes."); }
+  bool binary(nlohmann::json::binary_t&) override { throw JsonFault(texts::kHoldsBytes.Get()); }
 
   bool key(std::string& value) override {
     key_ = std::move(value);
@@ -47,11 +43,11 @@ class FlatReader final : public nlohmann::json_sax<nlohmann::json> {
     if (place_ == Place::kBegin) {
       place_ = Place::kHead;
     } else if (place_ == Place::kList) {
-      if (++count_ > kMostRows) throw JsonFault(L"it has too many entries.");
+      if (++count_ > kMostRows) throw JsonFault(texts::kTooManyEntries.Get());
       row_ = {};
       place_ = Place::kRow;
     } else {
-      throw JsonFault(Quoted(key_) + L" is an object.");
+      throw FaultIn(texts::kIsObject, key_);
     }
     return true;
   }
@@ -65,11 +61,11 @@ class FlatReader final : public nlohmann::json_sax<nlohmann::json> {
     return true;
   }
   bool start_array(std::size_t) override {
-    if (place_ == Place::kBegin) throw JsonFault(L"it is a list, not an object.");
+    if (place_ == Place::kBegin) throw JsonFault(texts::kIsListItself.Get());
     if (place_ != Place::kHead || rows_.empty() || key_ != rows_) {
-      throw JsonFault(Quoted(key_) + L" is a list.");
+      throw FaultIn(texts::kIsList, key_);
     }
-    if (hasList_) throw JsonFault(Quoted(key_) + L" comes twice.");
+    if (hasList_) throw FaultIn(texts::kComesTwice, key_);
     hasList_ = true;
     place_ = Place::kList;
     return true;
@@ -79,17 +75,17 @@ class FlatReader final : public nlohmann::json_sax<nlohmann::json> {
     return true;
   }
   bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception&) override {
-    throw JsonFault(L"it is not valid JSON in UTF-8, near byte " + std::to_wstring(position) + L".");
+    throw JsonFault(Format(texts::kNotJson, position));
   }
 
  private:
   enum class Place { kBegin, kHead, kList, kRow, kEnd };
 
   bool Take(JsonScalar value) {
-    if (place_ == Place::kBegin) throw JsonFault(L"it is no object.");
-    if (place_ == Place::kList) throw JsonFault(Quoted(rows_) + L" holds something that is no object.");
+    if (place_ == Place::kBegin) throw JsonFault(texts::kIsNoObject.Get());
+    if (place_ == Place::kList) throw FaultIn(texts::kHoldsNoObject, rows_);
     const bool isHead = place_ == Place::kHead;
-    if (isHead && !rows_.empty() && key_ == rows_) throw JsonFault(Quoted(key_) + L" is no list.");
+    if (isHead && !rows_.empty() && key_ == rows_) throw FaultIn(texts::kIsNoList, key_);
     (isHead ? head_ : row_).Add(std::move(key_), std::move(value));
     return true;
   }
@@ -108,21 +104,34 @@ class FlatReader final : public nlohmann::json_sax<nlohmann::json> {
 
 void FlatObject::Add(std::string key, JsonScalar value) {
   const bool isKnown = std::ranges::any_of(members_, [&](const auto& member) { return member.first == key; });
-  if (isKnown) throw JsonFault(Quoted(key) + L" comes twice.");
-  if (members_.size() >= kMostMembers) throw JsonFault(L"an object has too many members.");
+  if (isKnown) throw FaultIn(texts::kComesTwice, key);
+  if (members_.size() >= kMostMembers) throw JsonFault(texts::kTooManyMembers.Get());
   members_.emplace_back(std::move(key), std::move(value));
 }
 
 template <typename Value>
-std::optional<Value> FlatObject::Get(std::string_view key, const wchar_t* type) const {
+std::optional<Value> FlatObject::Get(std::string_view key, const smh::Text& isNone) const {
   const auto found = std::ranges::find_if(members_, [&](const auto& member) { return member.first == key; });
   if (found == members_.end() || std::holds_alternative<std::monostate>(found->second)) return std::nullopt;
   if (const Value* const value = std::get_if<Value>(&found->second)) return *value;
-  throw JsonFault(Quoted(key) + L" is no " + type + L".");
+  throw FaultIn(isNone, key);
 }
-template std::optional<std::wstring> FlatObject::Get(std::string_view, const wchar_t*) const;
-template std::optional<std::int64_t> FlatObject::Get(std::string_view, const wchar_t*) const;
-template std::optional<bool> FlatObject::Get(std::string_view, const wchar_t*) const;
+
+std::optional<std::wstring> FlatObject::Text(std::string_view key) const {
+  return Get<std::wstring>(key, texts::kIsNoText);
+}
+
+std::optional<std::int64_t> FlatObject::Number(std::string_view key) const {
+  return Get<std::int64_t>(key, texts::kIsNoNumber);
+}
+
+std::optional<bool> FlatObject::Flag(std::string_view key) const {
+  return Get<bool>(key, texts::kIsNoFlag);
+}
+
+void RaiseMissing(const wchar_t* key) {
+  throw JsonFault(Format(texts::kIsMissing, key));
+}
 
 FlatObject ReadFlatJson(std::string_view bytes, std::string_view rows, const RowTaker& take) {
   FlatReader reader(rows, take);

@@ -3,6 +3,8 @@
 // Pure functions, for any thread.
 #pragma once
 
+#include "hosts/common/text.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -14,7 +16,7 @@
 
 namespace smh {
 
-// What does not fit: the end of a sentence, with its full stop.
+// What does not fit, for people: the end of a sentence, with its full stop.
 class JsonFault {
  public:
   explicit JsonFault(std::wstring reason) : reason_(std::move(reason)) {}
@@ -35,23 +37,22 @@ class FlatObject {
   const std::vector<std::pair<std::string, JsonScalar>>& Members() const noexcept { return members_; }
 
   // The member of that key; none when it is absent or null. Raise JsonFault when it is of another type.
-  std::optional<std::wstring> Text(std::string_view key) const { return Get<std::wstring>(key, L"text"); }
-  std::optional<std::int64_t> Number(std::string_view key) const {
-    return Get<std::int64_t>(key, L"whole number");
-  }
-  std::optional<bool> Flag(std::string_view key) const { return Get<bool>(key, L"truth value"); }
+  std::optional<std::wstring> Text(std::string_view key) const;
+  std::optional<std::int64_t> Number(std::string_view key) const;
+  std::optional<bool> Flag(std::string_view key) const;
 
  private:
   template <typename Value>
-  std::optional<Value> Get(std::string_view key, const wchar_t* type) const;
+  std::optional<Value> Get(std::string_view key, const smh::Text& isNone) const;
 
   std::vector<std::pair<std::string, JsonScalar>> members_;
 };
 
 // Raises JsonFault without a value.
+[[noreturn]] void RaiseMissing(const wchar_t* key);
 template <typename Value>
 Value Required(std::optional<Value> value, const wchar_t* key) {
-  if (!value) throw JsonFault(L"\"" + std::wstring(key) + L"\" is missing.");
+  if (!value) RaiseMissing(key);
   return *std::move(value);
 }
 

@@ -5,6 +5,7 @@
 #include "hosts/common/item_property.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/short_id.h"
+#include "hosts/common/texts/location_texts.h"
 
 #include <iterator>
 
@@ -242,12 +243,12 @@ void AssignShortIds(std::span<ItemRecord> items) {
 }
 
 std::vector<std::pair<std::wstring, std::wstring>> ItemPlace(const ItemRecord& item) {
-  if (item.root.empty()) return {{L"File", item.name}};
+  if (item.root.empty()) return {{texts::kPlaceFile.Get(), item.name}};
   const std::wstring value = item.value.value_or(std::wstring());
-  return {{L"Root", item.root},
-          {L"View", item.view == 64 ? L"64-bit" : L"32-bit"},
-          {L"Key", item.key},
-          {L"Value", value.empty() ? L"(Default)" : value}};
+  return {{texts::kPlaceRoot.Get(), item.root},
+          {texts::kPlaceView.Get(), (item.view == 64 ? texts::kPlaceView64 : texts::kPlaceView32).Get()},
+          {texts::kPlaceKey.Get(), item.key},
+          {texts::kPlaceValue.Get(), value.empty() ? texts::kPlaceUnnamed.Get() : value}};
 }
 
 }  // namespace smh

@@ -2,6 +2,7 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
+#include "hosts/common/texts/failure_texts.h"
 
 #include <array>
 
@@ -22,13 +23,13 @@ std::wstring_view NameAt(const std::wstring_view (&names)[size], Value value) no
 }
 
 std::vector<CheckpointRecord> Collect(HRESULT result, ICheckpointList* list) {
-  if (result == HRESULT_FROM_WIN32(ERROR_NOT_FOUND)) throw HostError(L"There is no such checkpoint.");
-  CheckResult(result, L"Cannot read the journal");
+  if (result == HRESULT_FROM_WIN32(ERROR_NOT_FOUND)) throw HostError(texts::kNoCheckpoint);
+  CheckResult(result, texts::kCannotReadJournal);
   std::vector<CheckpointRecord> records;
   const std::int32_t count = list->GetCount();
   for (std::int32_t i = 0; i < count; ++i) {
     CheckpointRecord& record = records.emplace_back();
-    CheckResult(list->GetInfo(i, &record.info), L"Cannot read a checkpoint");
+    CheckResult(list->GetInfo(i, &record.info), texts::kCannotReadCheckpoint);
     record.title = TakeText([&](BoundaryText* text) { return list->GetTitle(i, text); });
   }
   return records;
@@ -93,7 +94,7 @@ UndoRecord Journal::Redo(std::uint32_t id, UndoMode mode) const {
 }
 
 void Journal::BeginAction(const std::wstring& title) const {
-  CheckResult(journal_->BeginAction(title.c_str()), L"Cannot begin an action of the journal");
+  CheckResult(journal_->BeginAction(title.c_str()), texts::kCannotBeginAction);
 }
 
 std::uint32_t Journal::EndAction() const noexcept {
@@ -105,13 +106,13 @@ std::vector<HRESULT> Journal::Forget(const std::vector<std::uint32_t>& ids) cons
   std::vector<HRESULT> results(ids.size());
   if (ids.empty()) return results;
   const auto count = static_cast<std::int32_t>(ids.size());
-  CheckResult(journal_->Forget(ids.data(), count, results.data()), L"Cannot forget");
+  CheckResult(journal_->Forget(ids.data(), count, results.data()), texts::kCannotForget);
   return results;
 }
 
 std::uint64_t Journal::Revision() const {
   std::uint64_t revision = 0;
-  CheckResult(journal_->GetRevision(&revision), L"Cannot list the journal");
+  CheckResult(journal_->GetRevision(&revision), texts::kCannotListJournal);
   return revision;
 }
 
@@ -121,26 +122,26 @@ std::vector<CheckpointRecord> Journal::WouldDrop(std::uint64_t bytes) const {
   return Collect(result, list.Get());
 }
 
-std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb) {
+std::wstring UndoFailureText(const UndoRecord& record, UndoVerb verb) {
   switch (record.result) {
     case IJournal::kConflict:
-      return L"later changes are in conflict with it; nothing was changed.";
+      return texts::kUndoConflict.Get();
     case IJournal::kWrongState:
-      return verb == L"undo" ? L"it is undone already." : L"it is not undone.";
+      return verb == UndoVerb::kUndo ? texts::kIsUndone.Get() : texts::kIsNotUndone.Get();
     case IJournal::kDamaged:
-      return L"its file in the journal is damaged; nothing was changed.";
+      return texts::kUndoDamaged.Get();
     case IJournal::kOutOfReach:
-      return L"it names places that are none of this program; nothing was changed.";
+      return texts::kUndoOutOfReach.Get();
     case HRESULT_FROM_WIN32(ERROR_NOT_FOUND):
-      return L"there is no such checkpoint.";
+      return texts::kUndoNoCheckpoint.Get();
     case HRESULT_FROM_WIN32(ERROR_BUSY):
-      return L"it is still at work.";
+      return texts::kUndoStillAtWork.Get();
     case HRESULT_FROM_WIN32(ERROR_LOCK_VIOLATION):
-      return L"another change is at work.";
+      return texts::kUndoOtherAtWork.Get();
     default:
       break;
   }
-  return SystemErrorText(record.result);
+  return SystemErrorText(record.result).Shown();
 }
 
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept {

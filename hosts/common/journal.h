@@ -70,11 +70,12 @@ class Journal {
   IJournal* journal_;
 };
 
-// Why an undo or redo failed, as far as its result tells: the end of a sentence in small letters, or the
-// system's text; `verb` is "undo" or "redo".
-std::wstring UndoFailureText(const UndoRecord& record, std::wstring_view verb);
-// "open", "done", "interrupted", "undone", "failed", "partly done", "damaged", "dropped"; "unknown" for any
-// other.
+enum class UndoVerb { kUndo, kRedo };
+// Why an undo or redo failed, as far as its result tells, for people: the end of a sentence in small letters,
+// or the system's text.
+std::wstring UndoFailureText(const UndoRecord& record, UndoVerb verb);
+// For programs: "open", "done", "interrupted", "undone", "failed", "partly done", "damaged", "dropped";
+// "unknown" for any other.
 std::wstring_view CheckpointStateName(CheckpointState state) noexcept;
 // "undo", "nothing", "conflict", "blocked", "overwritten", "kept", "impossible"; "unknown" for any other.
 std::wstring_view StepOutcomeName(StepOutcome outcome) noexcept;

@@ -1,6 +1,6 @@
 #include "hosts/common/language.h"
 
-#include "hosts/common/host_error.h"
+#include "infra/runtime/exceptions.h"
 
 #include <windows.h>
 
@@ -53,6 +53,10 @@ const wchar_t* LanguageTitle(Language language) noexcept {
   return RowOf(language).title;
 }
 
+std::uint16_t SystemLanguage(Language language) noexcept {
+  return MAKELANGID(RowOf(language).primary, SUBLANG_DEFAULT);
+}
+
 Language CurrentLanguage() noexcept {
   return g_language.load(std::memory_order_relaxed);
 }
@@ -76,7 +80,7 @@ void SaveLanguage(std::optional<Language> language) {
   const LSTATUS status = RegSetKeyValueW(HKEY_CURRENT_USER, kSettings, kValue, REG_SZ, name.c_str(),
                                          static_cast<DWORD>((name.size() + 1) * sizeof(wchar_t)));
   if (status != ERROR_SUCCESS) {
-    throw HostError(L"Cannot save the language: " + SystemErrorText(HRESULT_FROM_WIN32(status)));
+    throw EOSError(static_cast<DWORD>(status));
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -17,6 +18,9 @@ std::optional<Language> LanguageByName(std::wstring_view name) noexcept;
 const wchar_t* LanguageName(Language language) noexcept;
 const wchar_t* LanguageTitle(Language language) noexcept;
 
+// The system's identifier of the language, as FormatMessage takes it.
+std::uint16_t SystemLanguage(Language language) noexcept;
+
 // Whether lines run from right to left.
 constexpr bool IsMirrored(Language language) noexcept {
   return language == Language::kHebrew;
@@ -26,7 +30,7 @@ constexpr bool IsMirrored(Language language) noexcept {
 Language CurrentLanguage() noexcept;
 void SetLanguage(Language language) noexcept;
 
-// What this user chose for both hosts, kept in the registry; empty for the system's. Saving raises HostError.
+// What this user chose for both hosts, kept in the registry; empty for the system's. Saving raises EOSError.
 std::optional<Language> SavedLanguage();
 void SaveLanguage(std::optional<Language> language);
 // What the process takes without `--language`: the saved one, else the system's if there is one of these,

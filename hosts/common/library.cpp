@@ -5,6 +5,7 @@
 #include "core/contracts/intf_safeguard.h"
 #include "core/contracts/intf_settings.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/texts/failure_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/module_path.h"
 #include "infra/runtime/text.h"
@@ -21,7 +22,7 @@ constexpr const wchar_t* kSiblings[] = {IHelper::kLibrary, ISettings::kLibrary, 
 
 std::wstring OwnFolder() {
   const std::wstring program = ModuleFileName(nullptr);
-  if (program.empty()) throw HostError(L"Cannot find the folder of this program.");
+  if (program.empty()) throw HostError(texts::kNoOwnFolder);
   return std::wstring(FolderPart(program));
 }
 
@@ -29,18 +30,18 @@ std::wstring OwnFolder() {
 
 ScopedModule LoadFromOwnFolder(const std::wstring& name) {
   const std::wstring file = OwnFolder() + name;
-  if (!IsFile(file)) throw HostError(L"The library " + file + L" is missing.");
+  if (!IsFile(file)) throw HostError(Say(texts::kLibraryMissing, file));
   ScopedModule library(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
   if (!library) {
     const DWORD error = GetLastError();
-    throw HostError(L"Cannot load " + file + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+    throw HostError(Say(texts::kCannotLoad, file, SystemErrorText(HRESULT_FROM_WIN32(error))));
   }
   return library;
 }
 
 IUnknown* AskInstance(HMODULE library, const std::wstring& name, const wchar_t* id) {
   IUnknown* const instance = ExportedInstance(library, id);
-  if (instance == nullptr) throw HostError(L"The library " + name + L" does not offer what it should.");
+  if (instance == nullptr) throw HostError(Say(texts::kOffersNothing, name));
   return instance;
 }
 
@@ -51,8 +52,8 @@ Library::Library(IconUse icons, const std::function<void()>& onLoaded) {
   IUnknown* const instance = AskInstance(module_.Get(), kLibrary, IStartupManager::kId);
   // The library answers with the very interface that was named.
   manager_ = ComPtr<IStartupManager>(static_cast<IStartupManager*>(instance));
-  CheckResult(manager_->GetStartupItems(items_.Put()), L"Cannot get the list of entries");
-  CheckResult(items_->SetShowIcons(icons == IconUse::kShown ? TRUE : FALSE), L"Cannot choose the icons");
+  CheckResult(manager_->GetStartupItems(items_.Put()), texts::kCannotGetList);
+  CheckResult(items_->SetShowIcons(icons == IconUse::kShown ? TRUE : FALSE), texts::kCannotChooseIcons);
 }
 
 Library::~Library() {
@@ -61,7 +62,7 @@ Library::~Library() {
 
 ComPtr<IStartupItem> Library::ItemAt(std::int32_t index) const {
   ComPtr<IStartupItem> item;
-  CheckResult(items_->GetItem(index, item.Put()), L"Cannot get an entry");
+  CheckResult(items_->GetItem(index, item.Put()), texts::kCannotGetEntry);
   return item;
 }
 
@@ -70,7 +71,7 @@ std::wstring Library::ResolveCommandFile(const std::wstring& command) const {
 }
 
 ListLock::ListLock(const Library& library) : items_(library.Items()) {
-  CheckResult(items_.Lock(), L"Cannot lock the list of entries");
+  CheckResult(items_.Lock(), texts::kCannotLockList);
 }
 
 ListLock::~ListLock() {

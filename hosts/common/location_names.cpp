@@ -1,7 +1,12 @@
 #include "hosts/common/location_names.h"
 
+#include "hosts/common/known_text.h"
+#include "hosts/common/texts/location_texts.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/runtime/ascii_text.h"
+
+#include <algorithm>
+#include <span>
 
 namespace smh {
 
@@ -9,6 +14,16 @@ namespace {
 
 // What may be left out in front of a name.
 constexpr std::wstring_view kPrefixes[] = {L"", L"sul", L"sulRegistry"};
+
+constexpr bool Holds(std::span<const Text> rows, std::wstring_view text) {
+  return std::ranges::any_of(rows, [text](const Text& row) { return row.In(Language::kEnglish) == text; });
+}
+
+static_assert(std::ranges::all_of(std::span(kLocationTable).subspan(kFirstLocation),
+                                  [](const LocationRow& row) {
+                                    return Holds(texts::kLocationGroups, row.group) &&
+                                           Holds(texts::kLocationTitles, row.title);
+                                  }));
 
 }  // namespace
 
@@ -43,9 +58,16 @@ std::vector<std::wstring_view> LocationActions(const LocationRow& row) {
 
 std::wstring FullTitle(std::int32_t location) {
   const LocationRow& row = LocationRowOf(location);
-  std::wstring title(row.title);
-  if (FamilyOf(row).titleNeedsGroup) title.insert(0, std::wstring(row.group) + L": ");
-  return title;
+  std::wstring title = ShownLocationTitle(row);
+  return FamilyOf(row).titleNeedsGroup ? Format(texts::kTitleInGroup, ShownLocationGroup(row), title) : title;
+}
+
+std::wstring ShownLocationTitle(const LocationRow& row) {
+  return Known(texts::kLocationTitles, row.title).Shown();
+}
+
+std::wstring ShownLocationGroup(const LocationRow& row) {
+  return Known(texts::kLocationGroups, row.group).Shown();
 }
 
 bool IsUserLocation(std::int32_t location) noexcept {

@@ -23,9 +23,12 @@ std::wstring LocationPlace(const LocationRow& row);
 // What the location allows; a single entry may allow less. Names of actions, and "add".
 std::vector<std::wstring_view> LocationActions(const LocationRow& row);
 
-// A location's title on its own: "Run, this user"; "Context menu: files". Empty for a number that names no
-// location. Fails only for want of memory.
+// For people: a location's title on its own: "Run, this user"; "Context menu: files". Empty for a number that
+// names no location. Fails only for want of memory.
 std::wstring FullTitle(std::int32_t location);
+// Its two parts.
+std::wstring ShownLocationTitle(const LocationRow& row);
+std::wstring ShownLocationGroup(const LocationRow& row);
 
 // Whether the entries are those of the account that runs this program, not of every user.
 bool IsUserLocation(std::int32_t location) noexcept;

@@ -4,6 +4,7 @@
 #include "hosts/common/entry_place.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/start_words.h"
+#include "hosts/common/texts/operation_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/runtime/text.h"
 #include "sysutil/version/uWinVersionInfo.h"
@@ -12,30 +13,24 @@ namespace smh {
 
 namespace {
 
-using Steps = std::vector<std::wstring>;
+using Steps = std::vector<Phrase>;
 
 // Of a step in the journal, without its texts: prefix, kind, states, mark.
 constexpr std::uint64_t kStepBytes = 128;
-
-std::wstring InQuotes(std::wstring_view text) {
-  return std::wstring(L"\"").append(text).append(L"\"");
-}
 
 bool IsInFolder(std::int32_t location) noexcept {
   return LocationRowOf(location).family == LocationFamily::kStartupFolder;
 }
 
-std::wstring KeyText(std::wstring_view root, std::wstring_view key, std::int32_t view) {
-  std::wstring text(root);
-  text.append(L"\\").append(key);
-  text = InQuotes(text);
-  return view == 32 && WinVersionInfo::IsWow64() ? text + L" in the 32-bit view" : text;
+Phrase KeyText(std::wstring_view root, std::wstring_view key, std::int32_t view) {
+  const bool isOther = view == 32 && WinVersionInfo::IsWow64();
+  return Say(isOther ? texts::kIn32BitView : texts::kQuotedKey, std::wstring(root).append(L"\\").append(key));
 }
 
-std::wstring ValueText(const ItemRecord& item, std::wstring_view key, std::int32_t view) {
+// Of a value: what happens to it.
+Phrase ValueStep(const Text& step, const ItemRecord& item, std::wstring_view key, std::int32_t view) {
   const std::wstring name = item.value.value_or(std::wstring());
-  return L"the value " + InQuotes(name.empty() ? L"(Default)" : name) + L" of the key " +
-         KeyText(item.root, key, view);
+  return Say(step, name.empty() ? Phrase(texts::kUnnamedValue) : Phrase(name), KeyText(item.root, key, view));
 }
 
 // The key that holds the location's entries of that state.
@@ -50,39 +45,36 @@ std::vector<std::int32_t> ViewsOf(const ItemRecord& item) {
   return {item.view};
 }
 
-std::wstring FolderText(std::int32_t location, bool enabled) {
-  std::wstring text = L"the folder ";
-  text += enabled ? InQuotes(LocationPlace(LocationRowOf(location)))
-                  : InQuotes(WithoutTrailingBackslash(kDisabledByThis));
-  return enabled ? text : text + L" in the program's own data";
+Phrase FolderText(std::int32_t location, bool enabled) {
+  if (!enabled) return Say(texts::kOwnFolder, WithoutTrailingBackslash(kDisabledByThis));
+  return Say(texts::kFolder, LocationPlace(LocationRowOf(location)));
 }
 
 void AddDeletion(const ItemRecord& item, Steps& steps) {
   if (item.root.empty()) {
-    steps.push_back(L"Delete the file " + InQuotes(item.name));
+    steps.push_back(Say(texts::kDeleteFile, item.name));
     return;
   }
   for (const std::int32_t view : ViewsOf(item)) {
-    steps.push_back(item.value
-                        ? L"Delete " + ValueText(item, item.key, view)
-                        : L"Delete the key " + KeyText(item.root, item.key, view) + L" with all below it");
+    steps.push_back(item.value ? ValueStep(texts::kDeleteValue, item, item.key, view)
+                               : Say(texts::kDeleteKey, KeyText(item.root, item.key, view)));
   }
 }
 
 void AddSystemSwitch(bool off, Steps& steps) {
-  steps.push_back(off ? L"Switch it off, as Task Manager does" : L"Take back Task Manager's switch");
+  steps.emplace_back(off ? texts::kSwitchItOff : texts::kTakeSwitchBack);
 }
 
 void AddState(const ItemRecord& item, bool enable, Steps& steps) {
   if (item.root.empty()) {
-    steps.push_back(L"Move the file " + InQuotes(item.name) + L" to " + FolderText(item.location, enable));
+    steps.push_back(Say(texts::kMoveFile, item.name, FolderText(item.location, enable)));
     return;
   }
   const std::wstring place = PlaceOf(item.location, enable);
   for (const std::int32_t view : ViewsOf(item)) {
     const std::wstring key = place + L'\\' + std::wstring(FileNamePart(item.key));
-    steps.push_back(item.value ? L"Write " + ValueText(item, place, view)
-                               : L"Make the key " + KeyText(item.root, key, view));
+    steps.push_back(item.value ? ValueStep(texts::kWriteValue, item, place, view)
+                               : Say(texts::kMakeKey, KeyText(item.root, key, view)));
   }
   AddDeletion(item, steps);
 }
@@ -91,33 +83,31 @@ void AddMove(const EntryChange& change, Steps& steps) {
   const ItemRecord& item = change.before;
   const std::int32_t target = change.order.target;
   if (item.root.empty() && IsInFolder(target)) {
-    steps.push_back(L"Move the file " + InQuotes(item.name) + L" to " + FolderText(target, item.enabled));
+    steps.push_back(Say(texts::kMoveFile, item.name, FolderText(target, item.enabled)));
     return;
   }
   if (IsInFolder(target)) {
-    steps.push_back(L"Make a shortcut to " + InQuotes(item.command) + L" in " +
-                    FolderText(target, item.enabled));
+    steps.push_back(Say(texts::kMakeShortcutTo, item.command, FolderText(target, item.enabled)));
   } else {
     const ItemRecord place = PlaceOfNewValue(target, {});
-    steps.push_back(L"Write a value with the data " + InQuotes(item.command) + L" into the key " +
-                    KeyText(place.root, PlaceOf(target, item.enabled), place.view));
+    steps.push_back(
+        Say(texts::kWriteData, item.command, KeyText(place.root, PlaceOf(target, item.enabled), place.view)));
   }
   AddDeletion(item, steps);
 }
 
 void AddAddition(const ItemRecord& wanted, Steps& steps) {
   if (IsInFolder(wanted.location)) {
-    steps.push_back(L"Make the shortcut " + InQuotes(wanted.caption) + L" in " +
-                    FolderText(wanted.location, true));
+    steps.push_back(Say(texts::kMakeShortcut, wanted.caption, FolderText(wanted.location, true)));
     return;
   }
   const ItemRecord place = PlaceOfNewValue(wanted.location, wanted.caption);
-  steps.push_back(L"Write " + ValueText(place, place.key, place.view));
+  steps.push_back(ValueStep(texts::kWriteValue, place, place.key, place.view));
 }
 
 }  // namespace
 
-std::vector<std::wstring> StepsOf(const EntryChange& change) {
+std::vector<Phrase> StepsOf(const EntryChange& change) {
   const ItemRecord& item = change.before;
   Steps steps;
   switch (change.verb) {
@@ -141,11 +131,11 @@ std::vector<std::wstring> StepsOf(const EntryChange& change) {
       AddMove(change, steps);
       break;
     case Verb::kChange:
-      steps.push_back(item.root.empty() ? L"Replace the file " + InQuotes(item.name)
-                                        : L"Write " + ValueText(item, item.key, item.view));
+      steps.push_back(item.root.empty() ? Say(texts::kReplaceFile, item.name)
+                                        : ValueStep(texts::kWriteValue, item, item.key, item.view));
       break;
   }
-  if (change.verb == Verb::kAdd && change.order.enabled == false) steps.push_back(L"Disable it");
+  if (change.verb == Verb::kAdd && change.order.enabled == false) steps.emplace_back(texts::kDisableIt);
   if (change.verb == Verb::kChange && change.order.enabled.value_or(item.enabled) != item.enabled) {
     AddState(item, !item.enabled, steps);
   }

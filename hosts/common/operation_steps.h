@@ -12,7 +12,7 @@ namespace smh {
 
 // The steps in their order, as sentences without an end: "Delete the value "X" of the key "..."". Not yet
 // printable.
-std::vector<std::wstring> StepsOf(const EntryChange& change);
+std::vector<Phrase> StepsOf(const EntryChange& change);
 // How much of the journal the change takes, in bytes: an estimate for Journal::WouldDrop. Looks at the size
 // of a file that is deleted or replaced.
 std::uint64_t RecordedBytes(const EntryChange& change);

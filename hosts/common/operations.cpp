@@ -6,6 +6,7 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/start_words.h"
+#include "hosts/common/texts/operation_texts.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -18,16 +19,11 @@ namespace {
 using Ask = std::optional<Outcome>;
 using Seen = std::optional<ItemRecord>;
 
-constexpr wchar_t kStillThere[] = L"the entry is still there as it was.";
-constexpr wchar_t kNotThere[] = L"the entry is not where it should be now.";
-constexpr wchar_t kSwitchIsOther[] = L"Task Manager's switch is not as it should be now.";
-constexpr wchar_t kNameTaken[] = L"an entry of that name exists already; it was not changed.";
-
-Outcome Nothing(std::wstring text, const ItemRecord& now) {
+Outcome Nothing(Phrase text, const ItemRecord& now) {
   return {OutcomeKind::kNothingToDo, std::move(text), now};
 }
 
-Outcome Refused(std::wstring text) {
+Outcome Refused(Phrase text) {
   return {OutcomeKind::kRefused, std::move(text)};
 }
 
@@ -38,19 +34,18 @@ bool IsInFolder(const ItemRecord& item) noexcept {
 // What the account and the location allow, asked of the entry as it is now.
 Ask AskAbility(const EntryChange& change) {
   const ItemAction ability = *OperationOf(change.verb).ability;
-  if (!change.listed || change.listed->GetIndex() < 0) return Refused(L"the entry has gone meanwhile.");
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kGoneMeanwhile);
   if (change.listed->CanDo(ability)) return std::nullopt;
-  return Refused(L"entries of " + std::wstring(LocationName(change.before.location)) +
-                 L" do not allow it, or this account may not write there.");
+  return Refused(Say(texts::kLocationForbids, LocationName(change.before.location)));
 }
 
 void RequireStanding(EntryPlaces& places, const ItemRecord& now) {
-  if (places.LookAt(now) != Standing::kSame) throw HostError(kNotThere);
+  if (places.LookAt(now) != Standing::kSame) throw HostError(texts::kNotThere);
 }
 
 // Another entry may have taken the place over: that has another text.
 void RequireGone(EntryPlaces& places, const ItemRecord& before) {
-  if (places.LookAt(before) == Standing::kSame) throw HostError(kStillThere);
+  if (places.LookAt(before) == Standing::kSame) throw HostError(texts::kStillThere);
 }
 
 // The listed entry for which `isIt` holds: the one at `position`, where a change puts what replaces an entry,
@@ -76,28 +71,24 @@ template <bool enable>
 Ask AskState(const Library&, const EntryChange& change) {
   const ItemRecord& before = change.before;
   if (before.enabled != enable) return AskAbility(change);
-  std::wstring text = enable ? L"is enabled already" : L"is disabled already";
-  if (const std::wstring reasons = enable ? ReasonsText(before) : std::wstring(); !reasons.empty()) {
-    if (before.starts == kStartsNo) text.append(L"; Windows does not start it: ").append(reasons);
-    if (before.starts == kStartsUnknown)
-      text.append(L"; whether Windows starts it cannot be told: ").append(reasons);
-  }
-  return Nothing(text.append(L"."), before);
+  if (!enable) return Nothing(texts::kIsDisabled, before);
+  const Phrase reasons = ReasonsText(before);
+  if (reasons.IsEmpty() || before.starts == kStartsYes) return Nothing(texts::kIsEnabled, before);
+  const bool isNot = before.starts == kStartsNo;
+  return Nothing(Say(isNot ? texts::kIsEnabledNotStarted : texts::kIsEnabledUncertain, reasons), before);
 }
 
 // The system's own switch.
 template <bool off>
 Ask AskSwitch(const Library&, const EntryChange& change) {
   const ItemRecord& before = change.before;
-  if (!change.listed || change.listed->GetIndex() < 0) return Refused(L"the entry has gone meanwhile.");
-  if (!before.enabled) return Refused(L"Task Manager has no switch for what is disabled.");
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kGoneMeanwhile);
+  if (!before.enabled) return Refused(texts::kNoSwitchWhenDisabled);
   if (!NeedsSwitch(before, off)) {
-    return Nothing(
-        off ? L"is switched off in Task Manager already." : L"is not switched off in Task Manager.", before);
+    return Nothing(off ? texts::kIsSwitchedOff : texts::kIsNotSwitchedOff, before);
   }
   if (FactReader(*change.listed).Flag(kFactCanSwitch)) return std::nullopt;
-  return Refused(L"Task Manager has no switch for entries of " + std::wstring(LocationName(before.location)) +
-                 L", holds something unknown there, or this account may not write it.");
+  return Refused(Say(texts::kNoSwitch, LocationName(before.location)));
 }
 
 template <bool off>
@@ -113,7 +104,7 @@ Seen RequireStill(const Library& library, EntryPlaces& places, const ItemRecord&
                   std::int32_t position) {
   Seen now = FindListed(library, before.location, position,
                         [&](IStartupItem& item) { return NameIn(item) == before.name; });
-  if (!now || now->enabled != before.enabled) throw HostError(kNotThere);
+  if (!now || now->enabled != before.enabled) throw HostError(texts::kNotThere);
   RequireStanding(places, *now);
   return now;
 }
@@ -123,7 +114,7 @@ Seen SeeSwitch(const Library& library, EntryPlaces& places, const EntryChange& c
                std::int32_t position) {
   const ItemRecord& before = change.before;
   Seen now = RequireStill(library, places, before, position);
-  if (NeedsSwitch(*now, off)) throw HostError(kSwitchIsOther);
+  if (NeedsSwitch(*now, off)) throw HostError(texts::kSwitchIsOther);
   return now;
 }
 
@@ -142,7 +133,7 @@ Seen SeeState(const Library& library, EntryPlaces& places, const EntryChange& ch
              TextProperty(item, kPropertyCaption) == before.caption;
     });
   }
-  if (!now || now->enabled != enable || now->location != before.location) throw HostError(kNotThere);
+  if (!now || now->enabled != enable || now->location != before.location) throw HostError(texts::kNotThere);
   RequireStanding(places, *now);
   return now;
 }
@@ -152,20 +143,20 @@ Ask AskDeletion(const Library&, const EntryChange& change) {
 }
 
 Seen SeeDeletion(const Library&, EntryPlaces& places, const EntryChange& change, std::int32_t) {
-  if (change.listed->GetIndex() >= 0) throw HostError(kStillThere);
+  if (change.listed->GetIndex() >= 0) throw HostError(texts::kStillThere);
   RequireGone(places, change.before);
   return std::nullopt;
 }
 
 Ask AskMove(const Library&, const EntryChange& change) {
-  const std::wstring target(LocationName(change.order.target));
+  const std::wstring_view target = LocationName(change.order.target);
   if (change.before.location == change.order.target) {
-    return Nothing(L"is in " + target + L" already.", change.before);
+    return Nothing(Say(texts::kIsInTarget, target), change.before);
   }
   if (Ask refusal = AskAbility(change)) return refusal;
   if (change.listed->CanMoveTo(change.order.target)) return std::nullopt;
-  return Refused(target + L" does not take it: it may hold an entry of the same program, or take no entries" +
-                 (change.before.fileFound ? L" at all." : L" at all, or none without a file."));
+  const Text& why = change.before.fileFound ? texts::kTargetRefusesAll : texts::kTargetRefusesWithoutFile;
+  return Refused(Say(why, target));
 }
 
 // Within the folders a file keeps its name, but for a number behind it; elsewhere an entry keeps its command.
@@ -183,7 +174,7 @@ Seen SeeMove(const Library& library, EntryPlaces& places, const EntryChange& cha
     const ItemRecord record = ReadItemRecord(item);
     return record.enabled == change.before.enabled && MayBeMoved(library, change.before, record);
   });
-  if (!now) throw HostError(kNotThere);
+  if (!now) throw HostError(texts::kNotThere);
   RequireStanding(places, *now);
   return now;
 }
@@ -191,11 +182,11 @@ Seen SeeMove(const Library& library, EntryPlaces& places, const EntryChange& cha
 Ask AskCommand(const Library& library, const EntryChange& change) {
   const std::wstring& command = change.order.command;
   if (HoldsCommand(library, change.before, command)) {
-    return Nothing(L"has that command already.", change.before);
+    return Nothing(texts::kHasThatCommand, change.before);
   }
   if (Ask refusal = AskAbility(change)) return refusal;
   if (!SameText(change.before.command, command)) return std::nullopt;
-  return Refused(L"the new command differs in case only, which does not count as a change.");
+  return Refused(texts::kCaseOnly);
 }
 
 // A value's new item stands at the old one's position; a shortcut keeps its item, and may spell the command
@@ -205,7 +196,7 @@ Seen SeeCommand(const Library& library, EntryPlaces& places, const EntryChange& 
   const ItemRecord& before = change.before;
   Seen now = RequireStill(library, places, before, position);
   const bool isNew = now->command != before.command || HoldsCommand(library, *now, change.order.command);
-  if (!isNew) throw HostError(kStillThere);
+  if (!isNew) throw HostError(texts::kStillThere);
   return now;
 }
 
@@ -224,7 +215,7 @@ Seen FindNamed(const Library& library, const ItemRecord& wanted, std::int32_t po
 Ask AskAddition(const Library& library, const EntryChange& change) {
   const ItemRecord& wanted = change.before;
   if (!FamilyOf(LocationRowOf(wanted.location)).canModify) {
-    return Refused(std::wstring(LocationName(wanted.location)) + L" takes no new entries.");
+    return Refused(Say(texts::kTakesNoNew, LocationName(wanted.location)));
   }
   Seen known = FindNamed(library, wanted, -1);
   if (!IsInFolder(wanted)) {
@@ -232,18 +223,18 @@ Ask AskAddition(const Library& library, const EntryChange& change) {
     place.command = wanted.command;
     const Standing standing = EntryPlaces().LookAt(place);
     if (standing == Standing::kNothing) return std::nullopt;
-    if (standing == Standing::kOther) return Refused(kNameTaken);
-    return Nothing(L"is there already.", known ? *known : place);
+    if (standing == Standing::kOther) return Refused(texts::kNameTaken);
+    return Nothing(texts::kIsThereAlready, known ? *known : place);
   }
-  if (known && HoldsCommand(library, *known, wanted.command)) return Nothing(L"is there already.", *known);
+  if (known && HoldsCommand(library, *known, wanted.command)) return Nothing(texts::kIsThereAlready, *known);
   return std::nullopt;
 }
 
 Seen SeeAddition(const Library& library, EntryPlaces& places, const EntryChange& change,
                  std::int32_t position) {
   Seen now = FindNamed(library, change.before, position);
-  if (!now) throw HostError(kNotThere);
-  if (!IsInFolder(change.before) && now->command != change.before.command) throw HostError(kNameTaken);
+  if (!now) throw HostError(texts::kNotThere);
+  if (!IsInFolder(change.before) && now->command != change.before.command) throw HostError(texts::kNameTaken);
   RequireStanding(places, *now);
   return now;
 }
@@ -255,33 +246,32 @@ HRESULT ApplyAddition(const Library& library, const EntryChange& change, std::in
 }
 
 constexpr Operation kOperations[] = {
-    {Verb::kEnable, L"enable", L"Enabled", L"Enabling", kActionEnable, LibrarySlot::kEnable, AskState<true>,
+    {Verb::kEnable, L"enable", texts::kEnableTexts, kActionEnable, LibrarySlot::kEnable, AskState<true>,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Enable(); },
      SeeState<true>},
-    {Verb::kDisable, L"disable", L"Disabled", L"Disabling", kActionDisable, LibrarySlot::kDisable,
-     AskState<false>,
+    {Verb::kDisable, L"disable", texts::kDisableTexts, kActionDisable, LibrarySlot::kDisable, AskState<false>,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Disable(); },
      SeeState<false>},
-    {Verb::kDelete, L"delete", L"Deleted", L"Deleting", kActionDelete, LibrarySlot::kDelete, AskDeletion,
+    {Verb::kDelete, L"delete", texts::kDeleteTexts, kActionDelete, LibrarySlot::kDelete, AskDeletion,
      [](const Library&, const EntryChange& change, std::int32_t&) { return change.listed->Delete(); },
      SeeDeletion},
-    {Verb::kAdd, L"add", L"Added", L"Adding", std::nullopt, LibrarySlot::kAddItem, AskAddition, ApplyAddition,
+    {Verb::kAdd, L"add", texts::kAddTexts, std::nullopt, LibrarySlot::kAddItem, AskAddition, ApplyAddition,
      SeeAddition},
-    {Verb::kMove, L"move", L"Moved", L"Moving", kActionMove, LibrarySlot::kMoveTo, AskMove,
+    {Verb::kMove, L"move", texts::kMoveTexts, kActionMove, LibrarySlot::kMoveTo, AskMove,
      [](const Library&, const EntryChange& change, std::int32_t&) {
        return change.listed->MoveTo(change.order.target);
      },
      SeeMove},
-    {Verb::kChange, L"change", L"Changed", L"Changing", kActionChangeCommand, LibrarySlot::kChangeCommand,
+    {Verb::kChange, L"change", texts::kChangeTexts, kActionChangeCommand, LibrarySlot::kChangeCommand,
      AskCommand,
      [](const Library&, const EntryChange& change, std::int32_t&) {
        return change.listed->ChangeCommand(change.order.command.c_str());
      },
      SeeCommand},
-    {Verb::kSwitchOff, L"switch off", L"Switched off", L"Switching off", std::nullopt,
-     LibrarySlot::kSetSwitchedOff, AskSwitch<true>, ApplySwitch<true>, SeeSwitch<true>},
-    {Verb::kSwitchOn, L"switch on", L"Switched on", L"Switching on", std::nullopt,
-     LibrarySlot::kSetSwitchedOff, AskSwitch<false>, ApplySwitch<false>, SeeSwitch<false>},
+    {Verb::kSwitchOff, L"switch off", texts::kSwitchOffTexts, std::nullopt, LibrarySlot::kSetSwitchedOff,
+     AskSwitch<true>, ApplySwitch<true>, SeeSwitch<true>},
+    {Verb::kSwitchOn, L"switch on", texts::kSwitchOnTexts, std::nullopt, LibrarySlot::kSetSwitchedOff,
+     AskSwitch<false>, ApplySwitch<false>, SeeSwitch<false>},
 };
 
 Outcome OutcomeOf(const Library& library, EntryPlaces& places, const EntryChange& change) {
@@ -317,7 +307,7 @@ Ask Guarded(Work&& work) {
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
-    return Outcome{OutcomeKind::kFailed, CurrentFaultText()};
+    return Outcome{OutcomeKind::kFailed, CurrentFault()};
   }
 }
 
@@ -340,11 +330,10 @@ Outcome Switched(const Library& library, EntryPlaces& places, const EntryChange&
   if (outcome.IsGood() || made.kind == OutcomeKind::kNothingToDo) return outcome;
   outcome.kind = OutcomeKind::kFailed;
   outcome.now = made.now;
-  if (change.verb == Verb::kEnable)
-    outcome.text += L" It is enabled, but still switched off in Task Manager.";
+  if (change.verb == Verb::kEnable) outcome.text.Append(L" ", texts::kEnabledButSwitchedOff);
   if (change.verb == Verb::kAdd && OutcomeOfNext(library, places, Verb::kDelete, *made.now).IsGood()) {
     outcome.now.reset();
-    outcome.text += L" It was not left there.";
+    outcome.text.Append(L" ", texts::kNotLeftThere);
   }
   return outcome;
 }
@@ -380,11 +369,11 @@ std::wstring TitleOf(std::span<const EntryChange> changes) {
     verb = ++count == 1 || verb == change.verb ? change.verb : Verb::kChange;
   }
   if (count < 2) return {};
-  return std::wstring(OperationOf(*verb).doing) + L' ' + std::to_wstring(count) + L" entries";
+  return FormatIn(Language::kEnglish, OperationOf(*verb).texts.many, count);
 }
 
 std::wstring Describe(const ItemRecord& item) {
-  return L"\"" + item.caption + L"\" in " + std::wstring(LocationName(item.location));
+  return Format(texts::kEntryIn, item.caption, LocationName(item.location));
 }
 
 }  // namespace smh

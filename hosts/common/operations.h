@@ -9,6 +9,7 @@
 #include "hosts/common/entry_place.h"
 #include "hosts/common/item_record.h"
 #include "hosts/common/library.h"
+#include "hosts/common/phrase.h"
 #include "hosts/common/refusal.h"
 
 #include <optional>
@@ -16,6 +17,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace smh::texts {
+struct OperationTexts;
+}
 
 namespace smh {
 
@@ -44,7 +49,7 @@ enum class OutcomeKind {
 // What became of one entry, or would become of it.
 struct Outcome {
   OutcomeKind kind = OutcomeKind::kDone;
-  std::wstring text{};              // why, behind "Cannot disable X: " or "X: "; empty for kDone
+  Phrase text{};                    // why, behind "Cannot disable X: " or "X: "; empty for kDone
   std::optional<ItemRecord> now{};  // the entry as it is now, where it can be told
 
   bool IsGood() const noexcept { return kind == OutcomeKind::kDone || kind == OutcomeKind::kNothingToDo; }
@@ -63,9 +68,8 @@ struct EntryChange {
 // A row of the table. Texts are literals.
 struct Operation {
   Verb verb;
-  std::wstring_view name;   // "disable": the command, and behind "Cannot"
-  std::wstring_view done;   // "Disabled"
-  std::wstring_view doing;  // "Disabling": titles
+  std::wstring_view name;  // "disable", for programs
+  const texts::OperationTexts& texts;
   std::optional<ItemAction> ability;
   LibrarySlot slot;
   // The three steps of MakeChange. `ask`: what stands in the way, none when nothing does. `apply`: the
@@ -88,11 +92,11 @@ std::optional<Outcome> AskFirst(const Library& library, const EntryChange& chang
 // is given too. Takes the list's lock only to find a moved entry. `places` is for the changes of one command.
 // Raises nothing but std::bad_alloc.
 const Outcome& MakeChange(const Library& library, EntryPlaces& places, EntryChange& change);
-// "Deleting 251 entries", of those that have no outcome yet; "Changing 3 entries" when the verbs differ.
-// Empty for one change, whose own title tells more, and for none.
+// The journal's title, in English: "Deleting 251 entries", of those that have no outcome yet; "Changing 3
+// entries" when the verbs differ. Empty for one change, whose own title tells more, and for none.
 std::wstring TitleOf(std::span<const EntryChange> changes);
 
-// "Caption" in sulRegistryUserRun: how messages name an entry. Not yet printable.
+// "Caption" in sulRegistryUserRun: how messages name an entry to people. Not yet printable.
 std::wstring Describe(const ItemRecord& item);
 
 }  // namespace smh

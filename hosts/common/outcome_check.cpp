@@ -2,6 +2,7 @@
 
 #include "hosts/common/item_property.h"
 #include "hosts/common/start_words.h"
+#include "hosts/common/texts/operation_texts.h"
 
 #include <algorithm>
 #include <map>
@@ -11,9 +12,6 @@
 namespace smh {
 
 namespace {
-
-constexpr wchar_t kNotThereAtTheEnd[] = L"at the end the entry was not there as it had been made.";
-constexpr wchar_t kStillThereAtTheEnd[] = L"at the end the entry was still there as it was.";
 
 // What has to be listed under one name behind the last change.
 struct Expectation {
@@ -72,8 +70,8 @@ std::vector<const EntryChange*> CompareOutcomes(std::span<EntryChange> changes,
     const auto found = listed.find(key);
     const bool isThere = found != listed.end() && IsSame(*found->second, *expectation.entry);
     if (isThere == expectation.isThere) continue;
-    expectation.change->outcome =
-        Outcome{OutcomeKind::kFailed, expectation.isThere ? kNotThereAtTheEnd : kStillThereAtTheEnd};
+    expectation.change->outcome = Outcome{
+        OutcomeKind::kFailed, expectation.isThere ? texts::kNotThereAtTheEnd : texts::kStillThereAtTheEnd};
     failed.push_back(expectation.change);
   }
   return failed;

@@ -1,6 +1,7 @@
 #include "hosts/common/reading.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/common/texts/failure_texts.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -13,18 +14,18 @@ constexpr DWORD kPollInterval = 10;
 
 ReadState ReadTo(const Library& library, ReadState wanted, DWORD limit) {
   IStartupItemCollection& items = library.Items();
-  CheckResult(items.Refresh(), L"Cannot read the entries", LibrarySlot::kReading);
+  CheckResult(items.Refresh(), texts::kCannotReadEntries, LibrarySlot::kReading);
   WaitForReader([&] { return items.GetReadState() >= wanted; }, limit);
   return static_cast<ReadState>(items.GetReadState());
 }
 
 void Choose(const Library& library, ReadScope scope) {
   CheckResult(library.Items().SetShowAllLocations(scope == ReadScope::kAll ? TRUE : FALSE),
-              L"Cannot choose the locations");
+              texts::kCannotChoose);
 }
 
 void RequireState(ReadState state, ReadState required) {
-  if (state < required) throw HostError(L"Reading took more than a minute: this is not all that there is.");
+  if (state < required) throw HostError(texts::kReadingTooLong);
 }
 
 }  // namespace
@@ -93,7 +94,7 @@ void ReadAgain(const Library& library) {
 void ReadForChanges(const Library& library, bool details) {
   Choose(library, ReadScope::kAll);
   RequireListed(ReadTo(library, details ? kReadStateComplete : kReadStateListed, kReadingLimitMs));
-  CheckResult(library.Items().Stop(), L"Cannot stop reading", LibrarySlot::kReading);
+  CheckResult(library.Items().Stop(), texts::kCannotStopReading, LibrarySlot::kReading);
 }
 
 std::vector<ItemRecord> ReadAllItems(const Library& library) {

@@ -1,5 +1,7 @@
 #include "hosts/common/refusal.h"
 
+#include "hosts/common/texts/refusal_texts.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -20,21 +22,17 @@ constexpr HRESULT Win32Result(DWORD code) noexcept {
 }
 
 constexpr Refusal kRefusals[] = {
-    {kOfEntry, L"not listed any more", S_FALSE, L"the entry has gone", L"the entry has gone meanwhile."},
-    {kChanges, L"refused without an error", S_FALSE, L"the change was refused",
-     L"nothing was changed: Windows refused it."},
+    {kOfEntry, L"not listed any more", S_FALSE, L"the entry has gone", &texts::kNoMoreListed},
+    {kChanges, L"refused without an error", S_FALSE, L"the change was refused", &texts::kWindowsRefused},
     {kAll, L"declined for another reason", S_FALSE, L"", nullptr},
     {kChanges, L"another program changes the entry", Win32Result(ERROR_REVISION_MISMATCH),
-     L"changed meanwhile",
-     L"another program has changed the entry meanwhile; nothing was changed. Look at it again first."},
+     L"changed meanwhile", &texts::kChangedByOther},
     {kChanges, L"the place is another entry's", Win32Result(ERROR_ALREADY_EXISTS), L"another entry",
-     L"another entry of that name stands where it would go; nothing was changed."},
-    {kChanges, L"others change", Win32Result(ERROR_BUSY), L"another change",
-     L"another change is under way; nothing was changed. Try again."},
+     &texts::kPlaceTaken},
+    {kChanges, L"others change", Win32Result(ERROR_BUSY), L"another change", &texts::kOtherUnderWay},
     {kChanges, L"another process has the journal", Win32Result(ERROR_LOCK_VIOLATION),
-     L"System Error.  Code: 33.", L"another change is at work; nothing was changed. Try again."},
-    {SlotSet(kChangeCommand), L"no command", E_INVALIDARG, L"The command is empty",
-     L"a command must not be empty."},
+     L"System Error.  Code: 33.", &texts::kOtherAtWork},
+    {SlotSet(kChangeCommand), L"no command", E_INVALIDARG, L"The command is empty", &texts::kEmptyCommand},
     {kNew, L"too long for the place", Win32Result(ERROR_FILENAME_EXCED_RANGE), L"The ", nullptr},
     {kNew, L"not for a shortcut", Win32Result(ERROR_NOT_SUPPORTED), L"A shortcut cannot hold", nullptr},
     {SlotSet(kMoveTo), L"switched off, and no switch there", Win32Result(ERROR_NOT_SUPPORTED),
@@ -42,14 +40,12 @@ constexpr Refusal kRefusals[] = {
     {SlotSet(kSetSwitchedOff), L"no switch, or none that is known", Win32Result(ERROR_NOT_SUPPORTED), L"",
      nullptr},
     {kChanges | SlotSet(kReading), L"inside of one already", E_UNEXPECTED, L"A call of this thread",
-     L"something else is being done at this moment. Try again."},
-    {kOfEntry, L"CanDo says no", E_UNEXPECTED, L"Assertion failure",
-     L"the entry does not allow it in its present state."},
+     &texts::kBusyThread},
+    {kOfEntry, L"CanDo says no", E_UNEXPECTED, L"Assertion failure", &texts::kStateForbids},
     {SlotSet(kAddItem), L"an empty text, or a location that takes none", E_UNEXPECTED, L"Assertion failure",
-     L"the location takes no such entry."},
-    {SlotSet(kReading), L"the thread holds the list", E_UNEXPECTED, L"Assertion failure",
-     L"the list of entries is in use at this moment."},
-    {kAll, L"a call that fits no state", E_UNEXPECTED, L"", L"that is not possible at this moment."},
+     &texts::kNoSuchEntry},
+    {SlotSet(kReading), L"the thread holds the list", E_UNEXPECTED, L"Assertion failure", &texts::kListInUse},
+    {kAll, L"a call that fits no state", E_UNEXPECTED, L"", &texts::kNotPossibleNow},
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/contracts/StartupManagerHelper.h"
+#include "hosts/common/text.h"
 
 #include <optional>
 #include <span>
@@ -39,8 +40,8 @@ struct Refusal {
   LibrarySlots slots;
   const wchar_t* reason;  // for who reads the table
   HRESULT result;
-  const wchar_t* text;   // how the library's text begins
-  const wchar_t* words;  // the host's, the end of a sentence; null where the library's text is for people
+  const wchar_t* text;  // how the library's text begins
+  const Text* words;    // the host's, the end of a sentence; null where the library's text is for people
 };
 
 // All of them; of several that fit an answer the first one counts. Any thread, as below.

@@ -1,5 +1,7 @@
 #include "hosts/common/snapshot_compare.h"
 
+#include "hosts/common/texts/title_texts.h"
+
 #include <algorithm>
 
 namespace smh {
@@ -114,6 +116,10 @@ std::wstring_view DifferenceName(DifferenceKind kind) noexcept {
       break;
   }
   return L"switched";
+}
+
+const Text& DifferenceText(DifferenceKind kind) noexcept {
+  return texts::kDifferences[static_cast<std::size_t>(kind)];
 }
 
 }  // namespace smh

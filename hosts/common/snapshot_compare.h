@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosts/common/snapshot.h"
+#include "hosts/common/text.h"
 
 #include <span>
 #include <string_view>
@@ -27,7 +28,8 @@ struct Difference {
 std::vector<Difference> CompareEntries(std::span<const SnapshotEntry> before,
                                        std::span<const SnapshotEntry> after);
 
-// "added", "removed", "changed", "switched".
+// "added", "removed", "changed", "switched": for programs, and for people.
 std::wstring_view DifferenceName(DifferenceKind kind) noexcept;
+const Text& DifferenceText(DifferenceKind kind) noexcept;
 
 }  // namespace smh

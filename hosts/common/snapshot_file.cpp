@@ -5,6 +5,7 @@
 #include "hosts/common/json_output.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/snapshot_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/files/file_reading.h"
 #include "infra/registry/full_value_path.h"
@@ -124,7 +125,7 @@ class RowTexts {
     std::optional<std::wstring> text = row_.Text(key);
     if (!text) return text;
     if (escaped_) return DecodeEscapes(*text);
-    if (HoldsNul(*text)) throw JsonFault(L"\"" + FromUtf8(key) + L"\" holds a NUL.");
+    if (HoldsNul(*text)) throw JsonFault(Format(texts::kHoldsNul, FromUtf8(key)));
     return text;
   }
 
@@ -133,10 +134,10 @@ class RowTexts {
   const bool escaped_;
 };
 
-void RequireSinglePart(std::wstring_view name, const wchar_t* what) {
+void RequireSinglePart(std::wstring_view name) {
   const bool isOne = !name.empty() && name != L"." && name != L".." &&
                      name.find_first_of(std::wstring_view(L"\\/:\0", 4)) == std::wstring_view::npos;
-  if (!isOne) throw JsonFault(L"its " + std::wstring(what) + L" is none that its location can hold.");
+  if (!isOne) throw JsonFault(texts::kFileNotHeld.Get());
 }
 
 // Whether `key` is the one of the location, or one of its places for disabled entries.
@@ -152,21 +153,21 @@ void RequirePlace(const SnapshotEntry& entry) {
   const bool isMachines = entry.root == RootKeyName(HKEY_LOCAL_MACHINE);
   const bool rootFits =
       (isUsers && row.root != LocationRoot::kMachine) || (isMachines && row.root != LocationRoot::kUser);
-  if (!rootFits) throw JsonFault(L"its root is not the location's.");
-  if (entry.view != 64 && entry.view != 32) throw JsonFault(L"its view is neither 64 nor 32.");
+  if (!rootFits) throw JsonFault(texts::kRootIsOther.Get());
+  if (entry.view != 64 && entry.view != 32) throw JsonFault(texts::kViewIsOther.Get());
   const bool isKey = FamilyOf(row).entriesAreKeys;
   if (isKey == entry.valueName.has_value()) {
-    throw JsonFault(isKey ? L"it has a value name." : L"it has no value name.");
+    throw JsonFault((isKey ? texts::kHasValueName : texts::kHasNoValueName).Get());
   }
   std::wstring_view place = entry.key;
   if (isKey) {
     const std::size_t end = place.rfind(L'\\');
     const std::wstring_view name =
         end == std::wstring_view::npos ? std::wstring_view() : place.substr(end + 1);
-    if (name.empty() || HoldsNul(name)) throw JsonFault(L"its key is none that its location can hold.");
+    if (name.empty() || HoldsNul(name)) throw JsonFault(texts::kKeyNotHeld.Get());
     place = place.substr(0, end);
   }
-  if (!IsPlaceOf(row, place, entry.enabled)) throw JsonFault(L"its key lies outside of its location.");
+  if (!IsPlaceOf(row, place, entry.enabled)) throw JsonFault(texts::kKeyOutside.Get());
 }
 
 SnapshotEntry EntryIn(const FlatObject& row) {
@@ -175,25 +176,25 @@ SnapshotEntry EntryIn(const FlatObject& row) {
   const std::wstring location = Required(row.Text("location"), L"location");
   entry.location = LocationByName(location).value_or(sulNone);
   if (entry.location == sulNone) {
-    throw JsonFault(L"there is no location \"" + CutEnd(Printable(location), 60) + L"\".");
+    throw JsonFault(Format(texts::kNoLocation, CutEnd(Printable(location), 60)));
   }
   entry.command = Required(texts.Get("command"), L"command");
   entry.enabled = Required(row.Flag("enabled"), L"enabled");
   entry.disabledBy = texts.Get("disabledBy").value_or(std::wstring());
   if (entry.enabled != entry.disabledBy.empty()) {
-    throw JsonFault(L"its \"enabled\" and \"disabledBy\" contradict each other.");
+    throw JsonFault(Format(texts::kContradicts, L"enabled", L"disabledBy"));
   }
   entry.switchedOff = row.Flag("switchedOff");
   if (entry.switchedOff == true && !entry.enabled) {
-    throw JsonFault(L"its \"enabled\" and \"switchedOff\" contradict each other.");
+    throw JsonFault(Format(texts::kContradicts, L"enabled", L"switchedOff"));
   }
   if (LocationRowOf(entry.location).family == LocationFamily::kStartupFolder) {
     entry.file = Required(texts.Get("file"), L"file");
-    RequireSinglePart(entry.file, L"file");
-    if (row.Text("root") || row.Text("key")) throw JsonFault(L"it is a file and has a key.");
+    RequireSinglePart(entry.file);
+    if (row.Text("root") || row.Text("key")) throw JsonFault(texts::kFileWithKey.Get());
     return entry;
   }
-  if (row.Text("file")) throw JsonFault(L"it has a file, and its location has none.");
+  if (row.Text("file")) throw JsonFault(texts::kFileWithoutPlace.Get());
   entry.root = Required(row.Text("root"), L"root");
   entry.view =
       static_cast<std::int32_t>(std::clamp<std::int64_t>(Required(row.Number("view"), L"view"), 0, 99));
@@ -210,7 +211,7 @@ std::wstring UserFolder(const FlatObject& head, const char* key) {
   if (folder.empty()) return folder;
   if (folder.size() < 4 || !IsFullPath(folder) || HoldsNul(folder) ||
       folder.find(L"..") != std::wstring::npos) {
-    throw JsonFault(L"\"" + FromUtf8(key) + L"\" is no full path.");
+    throw JsonFault(Format(texts::kNoFullPath, FromUtf8(key)));
   }
   return folder;
 }
@@ -218,8 +219,7 @@ std::wstring UserFolder(const FlatObject& head, const char* key) {
 void RequireVersion(const FlatObject& head) {
   const std::int64_t version = Required(head.Number("snapshotVersion"), L"snapshotVersion");
   if (version != kFormatVersion) {
-    throw JsonFault(L"it has version " + std::to_wstring(version) + L", and this program knows version " +
-                    std::to_wstring(kFormatVersion) + L" only.");
+    throw JsonFault(Format(texts::kOtherVersion, version, kFormatVersion));
   }
 }
 
@@ -232,7 +232,7 @@ void RequireFewOfOneName(const std::vector<SnapshotEntry>& entries) {
       sorted, [](const SnapshotEntry* a, const SnapshotEntry* b) { return CompareIdentity(*a, *b) < 0; });
   for (std::size_t i = kMostOfOneName; i < sorted.size(); ++i) {
     if (CompareIdentity(*sorted[i], *sorted[i - kMostOfOneName]) == 0) {
-      throw JsonFault(L"it has too many entries of one name in one location.");
+      throw JsonFault(texts::kTooManyOfOneName.Get());
     }
   }
 }
@@ -247,12 +247,12 @@ Snapshot ParseSnapshot(std::string_view bytes) {
         try {
           snapshot.entries.push_back(EntryIn(row));
         } catch (const JsonFault& fault) {
-          throw JsonFault(L"entry " + std::to_wstring(snapshot.entries.size() + 1) + L": " + fault.Reason());
+          throw JsonFault(Format(texts::kInEntry, snapshot.entries.size() + 1, fault.Reason()));
         }
       });
   RequireVersion(head);
   const std::int64_t views = Required(head.Number("views"), L"views");
-  if (views != 1 && views != 2) throw JsonFault(L"\"views\" is neither 1 nor 2.");
+  if (views != 1 && views != 2) throw JsonFault(Format(texts::kViewsAreOther, L"views"));
   snapshot.time = Required(head.Text("time"), L"time");
   snapshot.machine = {.name = Required(head.Text("machine"), L"machine"),
                       .hasTwoViews = views == 2,
@@ -265,21 +265,25 @@ Snapshot ParseSnapshot(std::string_view bytes) {
 
 namespace {
 
-std::wstring LastErrorText() {
+Phrase LastErrorText() {
   return SystemErrorText(HRESULT_FROM_WIN32(GetLastError()));
+}
+
+[[noreturn]] void RaiseUnwritten(const std::wstring& path, const Phrase& why) {
+  throw HostError(Say(texts::kCannotWriteFile, path, why));
 }
 
 // Deletes the file unless it has been moved to its place.
 class NewFile {
  public:
-  // Raises HostError; `failure` is the beginning of the sentence.
-  NewFile(const std::wstring& path, std::wstring failure) : target_(path), failure_(std::move(failure)) {
+  // Raises HostError.
+  explicit NewFile(const std::wstring& path) : target_(path) {
     const std::optional<std::wstring> full = FullPathOf(path.c_str());
-    if (!full) throw HostError(failure_ + LastErrorText());
+    if (!full) RaiseUnwritten(target_, LastErrorText());
     const std::wstring folder(FolderPart(*full));
     wchar_t name[MAX_PATH];
     if (folder.size() > MAX_PATH - 14 || !GetTempFileNameW(folder.c_str(), L"snp", 0, name)) {
-      throw HostError(failure_ + LastErrorText());
+      RaiseUnwritten(target_, LastErrorText());
     }
     name_ = name;
   }
@@ -295,48 +299,45 @@ class NewFile {
     DWORD written = 0;
     if (!file || !WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
         written != bytes.size() || !FlushFileBuffers(file.Get())) {
-      throw HostError(failure_ + LastErrorText());
+      RaiseUnwritten(target_, LastErrorText());
     }
   }
   void MoveToItsPlace() {
     if (!MoveFileExW(name_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-      throw HostError(failure_ + LastErrorText());
+      RaiseUnwritten(target_, LastErrorText());
     }
     name_.clear();
   }
 
  private:
   const std::wstring target_;
-  const std::wstring failure_;
   std::wstring name_;
 };
 
 }  // namespace
 
 void WriteSnapshotFile(const std::wstring& path, const Snapshot& snapshot) {
-  const std::wstring failure = L"Cannot write " + path + L": ";
   const std::string bytes = ToUtf8(SnapshotText(snapshot));
-  if (bytes.size() > kMostSnapshotBytes)
-    throw HostError(failure + L"the snapshot would have more than 32 MB.");
-  NewFile file(path, failure);
+  if (bytes.size() > kMostSnapshotBytes) RaiseUnwritten(path, texts::kSnapshotTooLarge);
+  NewFile file(path);
   file.Fill(bytes);
   file.MoveToItsPlace();
 }
 
 Snapshot ReadSnapshotFile(const std::wstring& path) {
-  if (!IsFile(path)) throw HostError(L"There is no file " + path + L".");
+  if (!IsFile(path)) throw HostError(Say(texts::kNoFile, path));
   std::string bytes;
   try {
     bytes = ReadWholeFile(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, kMostSnapshotBytes);
   } catch (const EOSError& error) {
     const bool isLarge = error.Code() == ERROR_FILE_TOO_LARGE;
-    throw HostError(L"Cannot read " + path + L": " +
-                    (isLarge ? L"it has more than 32 MB." : SystemErrorText(error.Result())));
+    throw HostError(Say(texts::kCannotReadFile, path,
+                        isLarge ? Phrase(texts::kFileTooLarge) : SystemErrorText(error.Result())));
   }
   try {
     return ParseSnapshot(bytes);
   } catch (const JsonFault& fault) {
-    throw HostError(path + L" is no snapshot that this program can use: " + fault.Reason());
+    throw HostError(Format(texts::kNoSnapshot, path, fault.Reason()));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "hosts/common/start_words.h"
 
 #include "core/contracts/location_table.h"
+#include "hosts/common/texts/start_texts.h"
 
 namespace smh {
 
@@ -8,59 +9,59 @@ namespace {
 
 struct ReasonWords {
   std::int32_t flag;
-  std::wstring_view words;
+  const Text& words;
 };
 
 // Without those that only say where another reason holds, and "disabled", which the state tells.
 constexpr ReasonWords kReasons[] = {
-    {kReasonSwitchedOff, L"switched off in Task Manager"},
-    {kReasonPolicy, L"forbidden by a policy"},
-    {kReasonBlocked, L"blocked"},
-    {kReasonNotApproved, L"not approved"},
-    {kReasonNotRead, L"not read by this Windows"},
-    {kReasonOnlyInIEMode, L"only in IE mode"},
-    {kReasonMissing, L"file missing"},
-    {kReasonUnreachable, L"file out of reach"},
+    {kReasonSwitchedOff, texts::kReasonOff},   {kReasonPolicy, texts::kReasonByPolicy},
+    {kReasonBlocked, texts::kReasonIsBlocked}, {kReasonNotApproved, texts::kReasonUnapproved},
+    {kReasonNotRead, texts::kReasonUnread},    {kReasonOnlyInIEMode, texts::kReasonIEMode},
+    {kReasonMissing, texts::kReasonNoFile},    {kReasonUnreachable, texts::kReasonOutOfReach},
 };
+
+const Text& StartsWord(const ItemRecord& item) noexcept {
+  if (item.starts == kStartsNo) return texts::kStartsNot;
+  if (item.starts != kStartsYes) return texts::kStartsPerhaps;
+  const bool is64 = (item.reasons & kReasonOnlyFor64) != 0;
+  const bool is32 = (item.reasons & kReasonOnlyFor32) != 0;
+  if (is64 == is32) return texts::kStarts;
+  if (IsOfTwoLists(item)) return is64 ? texts::kNotFromList64 : texts::kNotFromList32;
+  return is64 ? texts::kNotFor64 : texts::kNotFor32;
+}
 
 }  // namespace
 
-std::wstring StartsText(const ItemRecord& item) {
-  std::wstring text(StartsName(item.starts));
-  if (item.starts == kStartsYes) {
-    const bool is64 = (item.reasons & kReasonOnlyFor64) != 0;
-    const bool is32 = (item.reasons & kReasonOnlyFor32) != 0;
-    const bool isOfLists = IsOfTwoLists(item);
-    if (is64 != is32) {
-      text.append(isOfLists ? L", but not from the " : L", but not for ").append(is64 ? L"64" : L"32");
-      text.append(isOfLists ? L"-bit list" : L"-bit programs");
-    }
-  }
-  const std::wstring reasons = ReasonsText(item);
-  return reasons.empty() ? text : text.append(L": ").append(reasons);
+const Text& StateText(bool enabled) noexcept {
+  return enabled ? texts::kEnabledState : texts::kDisabledState;
 }
 
-std::wstring ReasonsText(const ItemRecord& item) {
-  std::wstring text;
+std::wstring StartsText(const ItemRecord& item) {
+  const Text& word = StartsWord(item);
+  const Phrase reasons = ReasonsText(item);
+  return reasons.IsEmpty() ? word.Get() : Format(texts::kStartsFor, word, reasons);
+}
+
+Phrase ReasonsText(const ItemRecord& item) {
+  Phrase text;
   for (const ReasonWords& row : kReasons) {
     if ((item.reasons & row.flag) == 0) continue;
-    if (!text.empty()) text += L", ";
     // A switch that can be set is one that can be read.
     const bool isCertain =
         row.flag == kReasonUnreachable || (row.flag == kReasonSwitchedOff && item.canSwitch);
-    if (item.starts == kStartsUnknown && !isCertain) text += L"perhaps ";
-    text += row.flag == kReasonMissing && item.command.empty() ? L"it has no command" : row.words;
+    const bool isEmpty = row.flag == kReasonMissing && item.command.empty();
+    const Text& words = isEmpty ? texts::kReasonNoCommand : row.words;
+    const bool isSure = item.starts != kStartsUnknown || isCertain;
+    text.Append(text.IsEmpty() ? L"" : L", ", isSure ? Phrase(words) : Say(texts::kReasonPerhaps, words));
   }
   return text;
 }
 
-std::wstring_view NameMarkText(const ItemRecord& item) noexcept {
+const wchar_t* NameMarkText(const ItemRecord& item) noexcept {
   const bool isRunOnce = item.location == sulRegistryUserRunOnce || item.location == sulRegistryCommonRunOnce;
-  if (!isRunOnce || !item.value) return {};
-  if (item.value->starts_with(L'!')) {
-    return L"\"!\" before the name: Windows removes the entry after its command has run, not before";
-  }
-  return item.value->starts_with(L'*') ? L"\"*\" before the name: it runs in safe mode, too" : L"";
+  if (!isRunOnce || !item.value) return L"";
+  if (item.value->starts_with(L'!')) return texts::kMarkAfter.Get();
+  return item.value->starts_with(L'*') ? texts::kMarkSafeMode.Get() : L"";
 }
 
 bool IsSwitchedOff(const ItemRecord& item) noexcept {

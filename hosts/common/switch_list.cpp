@@ -8,6 +8,8 @@
 #include "hosts/common/iso_time.h"
 #include "hosts/common/library.h"
 #include "hosts/common/location_names.h"
+#include "hosts/common/texts/failure_texts.h"
+#include "hosts/common/texts/title_texts.h"
 #include "infra/files/file_facts.h"
 #include "infra/registry/full_value_path.h"
 #include "infra/runtime/embedded_nul.h"
@@ -63,7 +65,7 @@ void ReadList(const ListRow& row, std::span<const ItemRecord> items, std::vector
   if (!key) {
     const DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return;
-    throw HostError(L"Cannot read " + path + L": " + SystemErrorText(HRESULT_FROM_WIN32(error)));
+    throw HostError(Say(texts::kCannotReadList, path, SystemErrorText(HRESULT_FROM_WIN32(error))));
   }
   RegistryValueReader values(key.Get());
   while (values.Next()) {
@@ -157,7 +159,7 @@ LSTATUS DeleteRecorded(HKEY key, const SwitchRecord& record) {
   ISafeguard& safeguard = AskService<ISafeguard>(guardkit.Get());
   ComPtr<IRegAccess> access;
   if (FAILED(safeguard.GetRegAccess(access.Put()))) return ERROR_NOT_SUPPORTED;
-  const std::wstring title = L"Deleting the switch of " + record.name;
+  const std::wstring title = FormatIn(Language::kEnglish, texts::kDeletingSwitch, record.name);
   if (const LSTATUS status = safeguard.BeginCheckpoint(title.c_str())) return status;
   StillNobodys check(record);
   LSTATUS status = safeguard.SetChangeCheck(&check);
@@ -184,24 +186,23 @@ std::span<const Field<SwitchRecord>> SwitchFields() noexcept {
 }
 
 std::wstring Describe(const SwitchRecord& record) {
-  std::wstring text = L"\"" + record.name + L"\" in the list " + record.list + L" of ";
-  return text.append(RootKeyName(record.root));
+  return Format(texts::kSwitchInList, record.name, record.list, RootKeyName(record.root));
 }
 
 std::wstring DeleteSwitch(const SwitchRecord& record, bool recorded) {
-  if (HoldsNul(record.name)) return L"its name holds a NUL.";
+  if (HoldsNul(record.name)) return texts::kNameHoldsNul.Get();
   const std::wstring path = ListPath(record.list);
   const ScopedKey key =
       OpenRegistryKey(record.root, path, KEY_QUERY_VALUE | KEY_SET_VALUE | KEY_READ | SystemView());
-  if (!key) return SystemErrorText(HRESULT_FROM_WIN32(GetLastError()));
+  if (!key) return SystemErrorText(HRESULT_FROM_WIN32(GetLastError())).Shown();
   LSTATUS status = ERROR_REVISION_MISMATCH;
   if (recorded) {
     status = DeleteRecorded(key.Get(), record);
   } else if (QueryRegistryValue(key.Get(), record.name) == record.data && !HasEntryNow(record)) {
     status = RegDeleteValueW(key.Get(), record.name.c_str());
   }
-  if (status == ERROR_REVISION_MISMATCH) return L"it has changed meanwhile, or belongs to an entry now.";
-  return status == ERROR_SUCCESS ? std::wstring() : SystemErrorText(HRESULT_FROM_WIN32(status));
+  if (status == ERROR_REVISION_MISMATCH) return texts::kSwitchHasChanged.Get();
+  return status == ERROR_SUCCESS ? std::wstring() : SystemErrorText(HRESULT_FROM_WIN32(status)).Shown();
 }
 
 }  // namespace smh

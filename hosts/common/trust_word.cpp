@@ -1,38 +1,23 @@
 #include "hosts/common/trust_word.h"
 
+#include "hosts/common/texts/start_texts.h"
+
 #include <iterator>
 
 namespace smh {
 
 namespace {
 
-// By SignatureState. "%" stands for the signer; without one the second phrase is said.
-struct SignatureRow {
-  std::wstring_view name;
-  std::wstring_view phrase;
-  std::wstring_view withoutSigner;
-};
+// By SignatureState.
+constexpr std::wstring_view kSignatureNames[] = {L"valid",      L"catalogue", L"none",
+                                                 L"broken",     L"untrusted", L"expired",
+                                                 L"distrusted", L"offline",   L"unreadable"};
+static_assert(std::size(kSignatureNames) == kSignatureUnreadable + 1);
+static_assert(std::size(texts::kSignatures) == kSignatureUnreadable + 1);
 
-constexpr SignatureRow kSignatures[] = {
-    {L"valid", L"signed by %", L"signed"},
-    {L"catalogue", L"signed by %, in a catalogue of this Windows", L"signed, in a catalogue of this Windows"},
-    {L"none", L"not signed", L"not signed"},
-    {L"broken", L"changed after it was signed by %", L"changed after it was signed"},
-    {L"untrusted", L"signed as %, for which nobody vouches on this machine",
-     L"signed, but nobody vouches for it on this machine"},
-    {L"expired", L"signed as %, with a certificate that had expired",
-     L"signed with a certificate that had expired"},
-    {L"distrusted", L"signed as %, with a certificate that was withdrawn",
-     L"signed with a certificate that was withdrawn"},
-    {L"offline", L"signed as %, which cannot be checked without the network",
-     L"signed, which cannot be checked without the network"},
-    {L"unreadable", L"cannot be checked", L"cannot be checked"},
-};
-static_assert(std::size(kSignatures) == kSignatureUnreadable + 1);
-
-const SignatureRow& RowOf(std::int32_t state) noexcept {
+std::size_t IndexOf(std::int32_t state) noexcept {
   const bool isKnown = state >= 0 && state < kSignatureUnreadable;
-  return kSignatures[isKnown ? state : kSignatureUnreadable];
+  return static_cast<std::size_t>(isKnown ? state : kSignatureUnreadable);
 }
 
 }  // namespace
@@ -58,16 +43,22 @@ std::wstring_view TrustName(TrustWord word) noexcept {
   return kNames[static_cast<std::size_t>(word)];
 }
 
+const Text& TrustWordText(TrustWord word) noexcept {
+  return texts::kTrustWords[static_cast<std::size_t>(word)];
+}
+
+const Text& RatingText(std::int32_t rating) noexcept {
+  const bool isKnown = rating == kRatingTrusted || rating == kRatingRisky;
+  return texts::kRatingWords[isKnown ? rating : kRatingUnknown];
+}
+
 std::wstring_view SignatureName(std::int32_t state) noexcept {
-  return RowOf(state).name;
+  return kSignatureNames[IndexOf(state)];
 }
 
 std::wstring SignatureText(std::int32_t state, std::wstring_view signer) {
-  const SignatureRow& row = RowOf(state);
-  std::wstring text(signer.empty() ? row.withoutSigner : row.phrase);
-  if (const std::size_t place = text.find(L'%'); !signer.empty() && place != std::wstring::npos)
-    text.replace(place, 1, signer);
-  return text;
+  const texts::SignatureTexts& row = texts::kSignatures[IndexOf(state)];
+  return signer.empty() ? row.plain.Get() : Format(row.by, signer);
 }
 
 }  // namespace smh

@@ -4,6 +4,7 @@
 
 #include "core/contracts/intf_FileRater.h"
 #include "core/contracts/intf_FileTrust.h"
+#include "hosts/common/text.h"
 
 #include <cstdint>
 #include <string>
@@ -30,8 +31,11 @@ bool IsAlarming(TrustWord word, std::int32_t state) noexcept;
 // Whether somebody who may change the whole machine is asked before it is started: alarming or claimed.
 bool NeedsConsent(TrustWord word, std::int32_t state) noexcept;
 
-// "verified", "claimed", "unknown", "risky": for people and for programs.
+// "verified", "claimed", "unknown", "risky": for programs, and for people.
 std::wstring_view TrustName(TrustWord word) noexcept;
+const Text& TrustWordText(TrustWord word) noexcept;
+// For people: of a file that was not verified, by its FileRating.
+const Text& RatingText(std::int32_t rating) noexcept;
 // "valid", "catalogue", "none", "broken", "untrusted", "expired", "distrusted", "offline", "unreadable".
 std::wstring_view SignatureName(std::int32_t state) noexcept;
 // A phrase for people: "signed by X". `signer` is the organisation, or the certificate's name without one.

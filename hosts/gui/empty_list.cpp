@@ -3,6 +3,7 @@
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/texts/filter_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 
 namespace smh {
 

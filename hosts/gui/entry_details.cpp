@@ -64,7 +64,7 @@ void AddStart(const ItemRecord& item, Lines& lines) {
         {(isCertain ? texts::kBecauseLine : texts::kPerhapsLine).Get(), PlainText(std::wstring(reason))});
   }
   lines.push_back({texts::kSwitchedOffLine.Get(), PlainText(LocalTimeText(item.switchedOffSince))});
-  lines.push_back({texts::kNoteLine.Get(), PlainText(std::wstring(NameMarkText(item)))});
+  lines.push_back({texts::kNoteLine.Get(), PlainText(NameMarkText(item))});
 }
 
 // What is said of the file that runs.

@@ -278,7 +278,7 @@ void EntryRows::Filter() {
 }
 
 bool EntryRows::HasWords(const EntryRow& row) const {
-  const std::wstring_view mark = row.difference ? DifferenceName(row.difference->kind) : std::wstring_view();
+  const std::wstring_view mark = row.difference ? DifferenceText(row.difference->kind).Get() : L"";
   return std::all_of(words_.begin(), words_.end(), [&](const std::wstring& word) {
     return row.searched.find(word) != std::wstring::npos || mark.find(word) != std::wstring_view::npos;
   });

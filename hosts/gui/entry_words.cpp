@@ -47,7 +47,7 @@ bool LacksCommand(const ItemRecord& item) noexcept {
 
 // "On", and why that does not say all.
 std::wstring OnText(const ItemRecord& item) {
-  const std::wstring on = texts::kOn.Get();
+  std::wstring on = texts::kOn.Get();
   if (item.starts == kStartsYes) return WithOnlyLoader(item, on);
   for (const ReasonWords& row : kReasons) {
     if ((item.reasons & row.flag) == 0 || row.behindOn == nullptr) continue;

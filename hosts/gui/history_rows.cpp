@@ -1,5 +1,6 @@
 #include "hosts/gui/history_rows.h"
 
+#include "hosts/common/journal_words.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/texts/history_texts.h"
 #include "infra/runtime/text.h"
@@ -26,7 +27,7 @@ bool Stands(const CheckpointRecord& record) noexcept {
 }
 
 bool IsFound(const CheckpointRecord& record, const std::wstring& search) {
-  return search.empty() || LowerCase(record.title).find(search) != std::wstring::npos;
+  return search.empty() || LowerCase(ShownTitle(record.title)).find(search) != std::wstring::npos;
 }
 
 bool IsUndone(const HistoryRow& row) noexcept {
@@ -71,11 +72,6 @@ std::wstring CountedTitle(const CheckpointRecord& record) {
   if (record.info.parts < 2 || record.title.find(L" " + count + L" ") != std::wstring::npos)
     return ShownTitle(record.title);
   return Format(texts::kTitleOfMany, ShownTitle(record.title), count);
-}
-
-std::wstring ShownTitle(std::wstring_view title) {
-  constexpr std::wstring_view kOwn = L"Startup Manager: ";
-  return std::wstring(title.substr(title.starts_with(kOwn) ? kOwn.size() : 0));
 }
 
 void HistoryRows::Take(HistorySnapshot snapshot) {

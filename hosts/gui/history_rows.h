@@ -41,8 +41,6 @@ std::wstring HistoryStateText(const CheckpointRecord& record);
 // Its title, with the number of its parts when there are several and the title does not name it: "Disabling
 // entries (120 changes)".
 std::wstring CountedTitle(const CheckpointRecord& record);
-// A title without the name of this program, which the library writes before those of its own changes.
-std::wstring ShownTitle(std::wstring_view title);
 
 // Used by one thread. Every change makes the rows anew: positions and pointers stay valid until then.
 class HistoryRows {

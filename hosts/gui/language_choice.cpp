@@ -2,10 +2,12 @@
 
 #include "hosts/common/host_error.h"
 #include "hosts/common/language.h"
+#include "hosts/common/texts/failure_texts.h"
 #include "hosts/gui/message_dialog.h"
 #include "hosts/gui/resource.h"
 #include "hosts/gui/texts/dialog_texts.h"
 #include "hosts/gui/window.h"
+#include "infra/runtime/exceptions.h"
 #include "infra/runtime/handle.h"
 #include "infra/runtime/module_path.h"
 
@@ -40,7 +42,7 @@ Language WantedLanguage() {
   const std::optional<std::wstring> option = LanguageOption();
   if (!option) return DefaultLanguage();
   const std::optional<Language> language = LanguageByName(*option);
-  if (!language) ShowFault(nullptr, L"--language takes en, de or he, not \u201C" + *option + L"\u201D.");
+  if (!language) ShowFault(nullptr, Format(texts::kNoSuchLanguage, *option));
   return language.value_or(Language::kEnglish);
 }
 
@@ -63,7 +65,11 @@ UINT SavedLanguageCommand() {
 }
 
 bool ChangeLanguage(HWND owner, UINT command) {
-  SaveLanguage(LanguageOf(command));
+  try {
+    SaveLanguage(LanguageOf(command));
+  } catch (const EOSError& error) {
+    throw HostError(Say(texts::kCannotSaveLanguage, SystemErrorText(error.Result())));
+  }
   return DefaultLanguage() != CurrentLanguage() && ShowMessage(owner, {.title = kProgramTitle,
                                                                        .text = texts::kLanguageText.Get(),
                                                                        .icon = IDI_QUESTION,

@@ -9,6 +9,7 @@
 #include "hosts/common/operation_steps.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/operation_texts.h"
 #include "hosts/gui/texts/action_texts.h"
 #include "infra/runtime/scoped_com.h"
 
@@ -51,7 +52,7 @@ std::wstring ActionTitleOf(std::span<const EntryChange> changes) {
   const auto count =
       std::ranges::count_if(changes, [](const EntryChange& change) { return !change.outcome; });
   if (count < 2) return {};
-  return std::wstring(OperationOf(changes.front().verb).doing) + L" entries";
+  return OperationOf(changes.front().verb).texts.some.In(Language::kEnglish);
 }
 
 // Beside the target, so that it can take its place at once.
@@ -71,7 +72,7 @@ std::wstring OpenOne(IStartupItem* item, ItemAction action) {
   if (!item->CanDo(action)) return texts::kNotInThisState.Get();
   const DialogBlocker blocker;
   const HRESULT result = action == kActionExecute ? item->Execute(nullptr) : item->ShowLocation();
-  if (result != S_OK) return LibraryErrorText(SlotOf(action), result);
+  if (result != S_OK) return LibraryErrorText(SlotOf(action), result).Shown();
   return DialogBlocker::HasRefused() ? texts::kSystemCannot.Get() : std::wstring();
 }
 
@@ -103,7 +104,7 @@ void LibrarySession::ShowFile(const ItemRecord& item) const {
 void LibrarySession::Refresh(bool allLocations) {
   CheckResult(library_.Items().SetShowAllLocations(allLocations ? TRUE : FALSE),
               texts::kCannotChooseLocations.Get());
-  CheckResult(library_.Items().Refresh(), texts::kCannotRead.Get(), LibrarySlot::kReading);
+  CheckResult(library_.Items().Refresh(), texts::kCannotRead, LibrarySlot::kReading);
   tellState_ = -1;
 }
 
@@ -125,7 +126,7 @@ std::optional<ListNews> LibrarySession::Look() {
 
 ProgramNews LibrarySession::ReadPrograms() {
   ComPtr<IFavoriteItemCollection> programs;
-  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), texts::kCannotReadPrograms.Get());
+  CheckResult(library_.Manager().GetFavoriteItems(programs.Put()), texts::kCannotReadPrograms);
   ProgramNews news;
   news.programs = ReadClients(*programs);
   news.smallImages = programs->GetSmallImageList();
@@ -150,7 +151,7 @@ OperationReport LibrarySession::Run(std::span<EntryChange> changes, ActionProgre
     progress.Advance();
     --report.left;
     if (!outcome.IsGood()) {
-      report.failures.push_back(CaptionText(change.before) + L": " + outcome.text);
+      report.failures.push_back(Format(texts::kOfEntry, CaptionText(change.before), outcome.text));
       continue;
     }
     if (outcome.kind == OutcomeKind::kDone) ++report.done;

@@ -54,13 +54,13 @@ void LocationTree::AddLocations(HTREEITEM root, bool all) {
     if (!all && !IsReadByDefault(location)) continue;
     const LocationRow& row = LocationRowOf(location);
     const auto [place, isNew] = groups.try_emplace(row.group);
-    if (isNew) place->second = Add(root, Kind::kEntries, {}, std::wstring(row.group));
+    if (isNew) place->second = Add(root, Kind::kEntries, {}, ShownLocationGroup(row));
     const HTREEITEM group = place->second;
     const auto parent =
         std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.item == group; });
     parent->locations.set(static_cast<std::size_t>(location));
     LocationSet own;
-    Add(group, Kind::kEntries, own.set(static_cast<std::size_t>(location)), std::wstring(row.title));
+    Add(group, Kind::kEntries, own.set(static_cast<std::size_t>(location)), ShownLocationTitle(row));
     // What people come for stands open.
     if (FamilyOf(row).canModify) TreeView_Expand(tree_, group, TVE_EXPAND);
   }

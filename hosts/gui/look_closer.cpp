@@ -67,7 +67,7 @@ std::wstring Explorer() {
 Attempt ShowInFolder(const LibrarySession& session, const ItemRecord& item) {
   const std::wstring name = QuotedCaption(item);
   if (IsFileUnreachable(item)) {
-    return {Format(texts::kFileOutOfReach, name), true};
+    return {Format(texts::kProgramOutOfReach, name), true};
   }
   const std::wstring file = FileOf(session, item);
   const bool isDescribed = SameText(file, item.describedFile) && item.reachability == kFileFound;

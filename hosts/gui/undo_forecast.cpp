@@ -1,5 +1,6 @@
 #include "hosts/gui/undo_forecast.h"
 
+#include "hosts/common/journal_words.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/history_rows.h"
 #include "hosts/gui/texts/status_texts.h"

@@ -1,6 +1,7 @@
 #include "hosts/gui/undo_view.h"
 
 #include "hosts/common/host_error.h"
+#include "hosts/common/journal_words.h"
 #include "hosts/common/text_encoding.h"
 #include "hosts/gui/dpi.h"
 #include "hosts/gui/resource.h"
@@ -82,8 +83,8 @@ UndoRecord RedoParts(const Journal& journal, const HistoryTarget& target, UndoMo
 // What is as expected needs no word.
 std::wstring StepText(const UndoneStepRecord& step) {
   const bool isPlain = step.outcome == StepOutcome::kUndo;
-  return (isPlain ? std::wstring() : std::wstring(StepOutcomeName(step.outcome)) + L": ") +
-         Printable(step.text);
+  const std::wstring text = Printable(ShownStep(step.text));
+  return isPlain ? text : Format(texts::kStepOutcome, StepOutcomeText(step.outcome), text);
 }
 
 // The steps that stand in the way.
@@ -92,7 +93,7 @@ std::wstring Conflicts(const UndoRecord& record) {
   std::size_t count = 0;
   for (const UndoneStepRecord& step : record.steps) {
     if (step.outcome != StepOutcome::kConflict && step.outcome != StepOutcome::kBlocked) continue;
-    if (++count <= kMostSteps) text += L"\n\u2022 " + Printable(step.text);
+    if (++count <= kMostSteps) text += L"\n\u2022 " + Printable(ShownStep(step.text));
   }
   return count > kMostSteps ? text + L"\n\u2026" : text;
 }
@@ -194,7 +195,8 @@ void UndoView::ShowSteps() {
       [this, target](const UndoRecord& record) {
         if (target != stepsOf_) return;
         const bool isRefused = FAILED(record.result) && record.result != IJournal::kConflict;
-        if (isRefused) steps_.push_back(Format(texts::kCannotBeUndone, UndoFailureText(record, L"undo")));
+        if (isRefused)
+          steps_.push_back(Format(texts::kCannotBeUndone, UndoFailureText(record, UndoVerb::kUndo)));
         for (const UndoneStepRecord& step : record.steps) steps_.push_back(StepText(step));
         stepList_.SetCount(steps_.size());
       });
@@ -253,7 +255,7 @@ void UndoView::Finish(const Order& order, UndoMode mode, const UndoRecord& recor
     }
     return;
   }
-  const std::wstring why = UndoFailureText(record, isUndo ? L"undo" : L"redo");
+  const std::wstring why = UndoFailureText(record, isUndo ? UndoVerb::kUndo : UndoVerb::kRedo);
   ShowError(frame_, Format(isUndo ? texts::kCannotUndo : texts::kCannotRedo, name, why) +
                         (record.ownCheckpoint == 0 ? L"" : texts::kPartlyStays.Get()));
 }

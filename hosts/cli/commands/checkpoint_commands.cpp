@@ -2,9 +2,13 @@
 
 #include "hosts/cli/consent.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/texts/journal_texts.h"
+#include "hosts/cli/texts/table_texts.h"
+#include "hosts/cli/texts/usage_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/iso_time.h"
 #include "hosts/common/journal.h"
+#include "hosts/common/journal_words.h"
 #include "hosts/common/text_encoding.h"
 
 #include <algorithm>
@@ -56,17 +60,19 @@ Tone ToneOf(const CheckpointRecord& checkpoint) noexcept {
 }
 
 std::wstring TitleCell(const CheckpointRecord& checkpoint) {
-  if (checkpoint.info.state != CheckpointState::kDropped) return Printable(checkpoint.title);
-  const std::wstring day = IsoTimeOf(checkpoint.info.dropped).substr(0, 10);
-  return Printable(checkpoint.title) + L" (dropped on " + day + L", no longer undoable)";
+  std::wstring title = Printable(TitleText(checkpoint.title));
+  if (checkpoint.info.state != CheckpointState::kDropped) return title;
+  return Format(texts::kDroppedTitle, title, IsoTimeOf(checkpoint.info.dropped).substr(0, 10));
 }
 
-std::wstring CheckpointTable(std::span<const CheckpointRecord> checkpoints, const wchar_t* firstHeading,
+std::wstring CheckpointTable(std::span<const CheckpointRecord> checkpoints, const Text& firstHeading,
                              const TableStyle& style) {
-  TextTable table{.header = {firstHeading, L"Time", L"State", L"Parts", L"Steps", L"Title"}, .rows = {}};
+  TextTable table{.header = {firstHeading.Get(), texts::kTimeColumn.Get(), texts::kStateColumn.Get(),
+                             texts::kPartsColumn.Get(), texts::kStepsColumn.Get(), texts::kTitleColumn.Get()},
+                  .rows = {}};
   for (const CheckpointRecord& checkpoint : checkpoints) {
     table.rows.push_back({std::to_wstring(checkpoint.info.id), IsoTimeOf(checkpoint.info.time),
-                          std::wstring(CheckpointStateName(checkpoint.info.state)),
+                          CheckpointStateText(checkpoint.info.state).Get(),
                           std::to_wstring(checkpoint.info.parts), std::to_wstring(checkpoint.info.steps),
                           TitleCell(checkpoint)});
     table.tones.push_back(ToneOf(checkpoint));
@@ -78,7 +84,7 @@ CheckpointRecord FindCheckpoint(const Journal& journal, std::uint32_t id) {
   for (CheckpointRecord& each : journal.Checkpoints()) {
     if (each.info.id == id) return std::move(each);
   }
-  throw HostError(L"There is no checkpoint " + std::to_wstring(id) + L".");
+  throw HostError(Say(texts::kUnknownCheckpoint, id));
 }
 
 }  // namespace
@@ -90,7 +96,7 @@ void RunCheckpoints(const Arguments& arguments) {
   std::ranges::reverse(checkpoints);
   if (arguments.limit && *arguments.limit < checkpoints.size()) checkpoints.resize(*arguments.limit);
   WriteRecords<CheckpointRecord>(arguments, fields, checkpoints, [&](const TableStyle& style) {
-    return CheckpointTable(checkpoints, L"ID", style);
+    return CheckpointTable(checkpoints, texts::kIdColumn, style);
   });
 }
 
@@ -114,7 +120,7 @@ void RunShowCheckpoint(const Arguments& arguments) {
     rows.emplace_back(field.key, CellText(field.read(checkpoint)));
   }
   WriteOutput(KeyValueLines(rows));
-  if (!parts.empty()) WriteOutput(L"\n" + CheckpointTable(parts, L"Part", OutputStyle()));
+  if (!parts.empty()) WriteOutput(L"\n" + CheckpointTable(parts, texts::kPartColumn, OutputStyle()));
 }
 
 namespace {
@@ -149,26 +155,23 @@ std::vector<CheckpointRecord> FindUnwanted(const Journal& journal, const Argumen
 
 std::wstring WhyNotForgotten(const CheckpointRecord& checkpoint, HRESULT result) {
   if (result == IJournal::kWrongState) {
-    return L"it undoes checkpoint " + std::to_wstring(checkpoint.info.undoes) +
-           L", which is still there; forget that one.";
+    return Format(texts::kUndoesOther, checkpoint.info.undoes);
   }
   UndoRecord record;
   record.result = result;
-  return UndoFailureText(record, L"undo");
+  return UndoFailureText(record, UndoVerb::kUndo);
 }
 
 }  // namespace
 
 void RunPruneCheckpoints(const Arguments& arguments) {
   const bool isChosen = !arguments.ids.empty();
-  if (!isChosen && !arguments.keep && !arguments.days)
-    throw UsageError(L"An ID, --keep or --days is required.");
+  if (!isChosen && !arguments.keep && !arguments.days) throw UsageError(texts::kPruneNeedsOne);
   const Journal journal;
   const std::vector<CheckpointRecord> unwanted = FindUnwanted(journal, arguments);
-  if (unwanted.empty()) return WriteMessage(L"There is nothing to forget.");
-  if (arguments.dryRun) return WriteOutput(CheckpointTable(unwanted, L"ID", OutputStyle()));
-  const std::wstring count = std::to_wstring(unwanted.size());
-  RequireConsent(L"Nothing can undo " + count + L" checkpoints then", isChosen || arguments.yes);
+  if (unwanted.empty()) return WriteMessage(texts::kNothingToForget.Get());
+  if (arguments.dryRun) return WriteOutput(CheckpointTable(unwanted, texts::kIdColumn, OutputStyle()));
+  RequireConsent(Format(texts::kNothingCanUndo, unwanted.size()), isChosen || arguments.yes);
   std::vector<std::uint32_t> ids;
   ids.reserve(unwanted.size());
   for (const CheckpointRecord& each : unwanted) ids.push_back(each.info.id);
@@ -176,11 +179,9 @@ void RunPruneCheckpoints(const Arguments& arguments) {
   std::vector<std::wstring> failures;
   for (std::size_t i = 0; i < ids.size(); ++i) {
     if (FAILED(results[i]))
-      failures.push_back(L"checkpoint " + std::to_wstring(ids[i]) + L": " +
-                         WhyNotForgotten(unwanted[i], results[i]));
+      failures.push_back(Format(texts::kNotForgotten, ids[i], WhyNotForgotten(unwanted[i], results[i])));
   }
-  const std::wstring forgot =
-      L"Forgot " + std::to_wstring(unwanted.size() - failures.size()) + L" of " + count + L" checkpoints.";
+  const std::wstring forgot = Format(texts::kForgot, unwanted.size() - failures.size(), unwanted.size());
   if (!failures.empty()) {
     throw HostError(forgot, failures,
                     failures.size() == unwanted.size() ? ExitCode::kFailed : ExitCode::kPartly);

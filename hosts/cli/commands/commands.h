@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hosts/cli/arguments.h"
+#include "hosts/common/text.h"
 
 #include <cstdint>
 #include <span>
@@ -48,12 +49,12 @@ enum CommandOption : std::uint64_t {
   kTakesPruneSwitch = 1ull << 46,   // --prune
 };
 
-// One row of the table of commands. Texts are ASCII literals; the parser takes them as they are. Every
-// command takes --quiet and --help besides.
+// One row of the table of commands. Names are ASCII literals. Every command takes --quiet, --language and
+// --help besides.
 struct Command {
   // Two words for one that stands below another, whose row comes before: "checkpoints show".
   std::string_view name;
-  std::string_view help;
+  const Text& help;
   std::uint64_t options;  // bits of CommandOption
   // Does the whole command on the calling thread and blocks until it is done; the result is on standard
   // output. Raises HostError when it fails. Null for one that only has others below it, and

@@ -5,12 +5,15 @@
 #include "hosts/cli/console.h"
 #include "hosts/cli/dsc_instance.h"
 #include "hosts/cli/standard_input.h"
+#include "hosts/cli/texts/message_texts.h"
+#include "hosts/cli/texts/usage_texts.h"
 #include "hosts/common/flat_json.h"
 #include "hosts/common/held_command.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/title_texts.h"
 
 namespace smh {
 
@@ -24,7 +27,7 @@ auto Parsed(Parse&& parse, std::string_view json) {
   try {
     return parse(json);
   } catch (const JsonFault& fault) {
-    throw UsageError(L"This is no instance of a start-up entry: " + fault.Reason());
+    throw UsageError(Say(texts::kNoInstance, fault.Reason()));
   }
 }
 
@@ -70,7 +73,7 @@ void RunDscSet(const Arguments& arguments) {
       return FindListedItem(library, item.location, item.name);
     };
     RunChanges(library, ChangesOf(steps, wrapperOf),
-               {.mayGoOn = true, .title = L"Setting \"" + wanted.name + L"\""});
+               {.mayGoOn = true, .title = FormatIn(Language::kEnglish, texts::kSetting, wanted.name)});
   }
   // Behind the last change everything has been read anew.
   WriteOutput(StateOf(library, wanted, TakeSnapshot(library)).Json(std::nullopt));
@@ -82,7 +85,7 @@ void RunDscExport(const Arguments& arguments) {
   std::vector<std::wstring> leftOut;
   WriteOutput(ExportLines(ReadAllItems(library), filter, leftOut));
   for (const std::wstring& name : leftOut) {
-    WriteMessage(L"\"" + name + L"\" is left out: JSON cannot hold its name or command.");
+    WriteMessage(Format(texts::kLeftOut, name));
   }
 }
 

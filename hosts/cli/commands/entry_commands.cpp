@@ -3,6 +3,7 @@
 #include "hosts/cli/event_output.h"
 #include "hosts/cli/item_selector.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/texts/message_texts.h"
 #include "hosts/cli/verification.h"
 #include "hosts/common/entry_look.h"
 #include "hosts/common/host_error.h"
@@ -79,7 +80,7 @@ BOOL WINAPI OnConsoleControl(DWORD) {
 class StopRequest {
  public:
   StopRequest() : event_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    if (!event_) throw HostError(L"Cannot create an event.");
+    if (!event_) throw HostError(texts::kNoEvent);
     g_stopEvent = event_.Get();
     SetConsoleCtrlHandler(OnConsoleControl, TRUE);
   }
@@ -115,7 +116,7 @@ void RunWatch(const Arguments& arguments) {
   std::optional<EntryWatch> watch;
   Look(library, [&watch](const auto& sightings, const auto& read) { watch.emplace(sightings, read); });
   printer.Begin();
-  WriteMessage(L"Watching; Ctrl+C ends.");
+  WriteMessage(texts::kWatching.Get());
   const ULONGLONG start = GetTickCount64();
   while (!IsOutputClosed()) {
     const ULONGLONG passed = GetTickCount64() - start;
@@ -134,21 +135,20 @@ void RunExecute(const Arguments& arguments) {
   const Library library;
   ItemRecord item = SelectOneItem(library, arguments);
   ResolveFiles(library, {&item, 1});
-  const std::wstring failure = L"Cannot execute " + Describe(item);
-  if (item.command.empty()) throw HostError(failure + L": it has no command.");
+  const std::wstring entry = Describe(item);
+  if (item.command.empty()) throw HostError(Say(texts::kExecuteNoCommand, entry));
   if (!IsFullPath(item.file) || !IsFile(item.file)) {
-    throw HostError(failure + L": the file " + (item.file.empty() ? item.command : item.file) +
-                    L" does not exist.");
+    throw HostError(Say(texts::kExecuteNoFile, entry, item.file.empty() ? item.command : item.file));
   }
-  if (!item.Can(kActionExecute)) throw HostError(failure + L": " + item.file + L" is not a program.");
+  if (!item.Can(kActionExecute)) throw HostError(Say(texts::kExecuteNoProgram, entry, item.file));
   VerifyItems({&item, 1});
   RequireStartConsent(item, IsElevated(), arguments.yes);
   const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
   {
     const DialogBlocker blocker;
-    CheckDone(listed->Execute(nullptr), failure, LibrarySlot::kExecute);
+    CheckDone(listed->Execute(nullptr), Say(texts::kCannotExecute, entry), LibrarySlot::kExecute);
   }
-  WriteMessage(L"Started " + item.file + L".");
+  WriteMessage(Format(texts::kStartedFile, item.file));
 }
 
 namespace {
@@ -167,13 +167,13 @@ void RunLocate(const Arguments& arguments) {
   const ItemRecord item = SelectOneItem(library, arguments);
   WritePlace(item);
   const ComPtr<IStartupItem> listed = RequireListedItem(library, item);
-  const std::wstring failure = L"Cannot show the place of " + Describe(item);
+  const std::wstring entry = Describe(item);
   {
     const DialogBlocker blocker;
-    CheckDone(listed->ShowLocation(), failure, LibrarySlot::kShowLocation);
+    CheckDone(listed->ShowLocation(), Say(texts::kCannotShowPlace, entry), LibrarySlot::kShowLocation);
   }
   // The library tells this failure in a message box only.
-  if (DialogBlocker::HasRefused()) throw HostError(failure + L": the registry editor cannot be started.");
+  if (DialogBlocker::HasRefused()) throw HostError(Say(texts::kNoRegistryEditor, entry));
 }
 
 }  // namespace smh

@@ -5,11 +5,13 @@
 #include "hosts/cli/console.h"
 #include "hosts/cli/difference_output.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/texts/message_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/library.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/snapshot_compare.h"
 #include "hosts/common/snapshot_file.h"
+#include "hosts/common/texts/title_texts.h"
 #include "infra/runtime/text.h"
 
 namespace smh {
@@ -27,7 +29,7 @@ void RunSnapshot(const Arguments& arguments) {
   const std::wstring& file = arguments.files.front();
   const Snapshot snapshot = SnapshotNow();
   WriteSnapshotFile(file, snapshot);
-  WriteMessage(L"Wrote " + std::to_wstring(snapshot.entries.size()) + L" entries to " + file + L".");
+  WriteMessage(Format(texts::kWroteEntries, snapshot.entries.size(), file));
 }
 
 void RunCompare(const Arguments& arguments) {
@@ -39,10 +41,8 @@ void RunCompare(const Arguments& arguments) {
   WriteRecords<Difference>(arguments, fields, differences, [&](const TableStyle& style) {
     return differences.empty() ? std::wstring() : DifferenceTable(differences).Text(style);
   });
-  if (differences.empty()) return WriteMessage(L"No entry differs.");
-  throw HostError(differences.size() == 1 ? L"One entry differs."
-                                          : std::to_wstring(differences.size()) + L" entries differ.",
-                  ExitCode::kDifferent);
+  if (differences.empty()) return WriteMessage(texts::kNoneDiffers.Get());
+  throw HostError(Say(texts::kDiffer.For(differences.size()), differences.size()), ExitCode::kDifferent);
 }
 
 void RunApply(const Arguments& arguments) {
@@ -59,12 +59,11 @@ void RunApply(const Arguments& arguments) {
   const std::vector<ApplyStep> steps =
       PlanApply(wanted.entries, listing.items, machine,
                 arguments.deleteOthers ? OtherEntries::kDeleted : OtherEntries::kKept);
-  if (steps.empty()) WriteMessage(L"All entries are as in " + file + L" already.");
+  if (steps.empty()) WriteMessage(Format(texts::kAllAreSo, file));
   ChangeManner manner = MannerOf(arguments);
   manner.isBroad = true;
   manner.isRestDone = true;
-  manner.title = L"Applying ";
-  manner.title += FileNamePart(file);
+  manner.title = FormatIn(Language::kEnglish, texts::kApplying, FileNamePart(file));
   RunChanges(library, ChangesOf(steps, wrapperOf), manner);
 }
 

@@ -2,11 +2,14 @@
 
 #include "hosts/cli/consent.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/texts/message_texts.h"
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/common/action_scope.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/reading.h"
 #include "hosts/common/switch_list.h"
 #include "hosts/common/text_encoding.h"
+#include "hosts/common/texts/title_texts.h"
 #include "infra/registry/full_value_path.h"
 
 namespace smh {
@@ -14,41 +17,40 @@ namespace smh {
 namespace {
 
 std::wstring StateText(const SwitchRecord& record) {
-  if (!record.off) return L"unknown";
-  if (!*record.off) return L"on";
+  if (!record.off) return texts::kSwitchUnknown.Get();
+  if (!*record.off) return texts::kSwitchOn.Get();
   const std::wstring since = IsoTimeOf(record.since);
-  return since.empty() ? L"off" : L"off since " + since;
+  return since.empty() ? texts::kSwitchOff.Get() : Format(texts::kSwitchOffSince, since);
 }
 
 std::wstring SwitchTable(std::span<const SwitchRecord> records, const TableStyle& style) {
-  TextTable table{.header = {L"ID", L"State", L"Name", L"Belongs to", L"Root", L"List"}, .rows = {}};
+  TextTable table{.header = {texts::kIdColumn.Get(), texts::kStateColumn.Get(), texts::kNameColumnTitle.Get(),
+                             texts::kBelongsColumn.Get(), texts::kRootColumn.Get(), texts::kListColumn.Get()},
+                  .rows = {}};
   for (const SwitchRecord& record : records) {
     table.rows.push_back({Printable(record.id), StateText(record), Printable(record.name),
-                          record.isOrphan ? L"nobody: an orphan" : Printable(record.caption),
+                          record.isOrphan ? texts::kOrphan.Get() : Printable(record.caption),
                           std::wstring(RootKeyName(record.root)), record.list});
     table.tones.push_back(record.isOrphan ? Tone::kWarning : Tone::kPlain);
   }
   return table.Text(style);
 }
 
-std::wstring CountText(std::size_t count) {
-  return std::to_wstring(count) + (count == 1 ? L" switch" : L" switches");
-}
-
 void Prune(std::span<const SwitchRecord> orphans, bool isGiven) {
-  const wchar_t* const belong = orphans.size() == 1 ? L" that belongs" : L" that belong";
-  RequireConsent(L"That takes away " + CountText(orphans.size()) + belong + L" to no entry", isGiven);
+  const std::size_t count = orphans.size();
+  RequireConsent(Format(texts::kThatTakesAway.For(count), count), isGiven);
   std::vector<std::wstring> failures;
   {
     const Journal journal;
     const bool recorded = UsesCheckpoints();
-    const ActionScope action(journal, L"Taking away " + CountText(orphans.size()) + L" of no entry");
+    const ActionScope action(journal, FormatIn(Language::kEnglish, texts::kTakingSwitches.For(count), count));
     for (const SwitchRecord& orphan : orphans) {
       const std::wstring failure = DeleteSwitch(orphan, recorded);
-      if (!failure.empty()) failures.push_back(Describe(orphan) + L": " + failure);
+      if (!failure.empty()) failures.push_back(Format(texts::kSwitchFailure, Describe(orphan), failure));
     }
   }
-  const std::wstring done = L"Took away " + CountText(orphans.size() - failures.size()) + L".";
+  const std::size_t gone = count - failures.size();
+  const std::wstring done = Format(texts::kTookAway.For(gone), gone);
   if (failures.empty()) return WriteMessage(done);
   throw HostError(done, failures, failures.size() == orphans.size() ? ExitCode::kFailed : ExitCode::kPartly);
 }
@@ -67,7 +69,7 @@ void RunSwitches(const Arguments& arguments) {
                                [&](const TableStyle& style) { return SwitchTable(records, style); });
   }
   if (!arguments.prune || arguments.dryRun) return;
-  if (records.empty()) return WriteMessage(L"There is no switch without an entry.");
+  if (records.empty()) return WriteMessage(texts::kNoOrphan.Get());
   Prune(records, arguments.yes);
 }
 

@@ -2,8 +2,11 @@
 
 #include "core/contracts/intf_general.h"
 #include "hosts/cli/record_output.h"
+#include "hosts/cli/texts/message_texts.h"
+#include "hosts/cli/texts/table_texts.h"
 #include "hosts/common/client_record.h"
 #include "hosts/common/host_error.h"
+#include "hosts/common/known_text.h"
 #include "hosts/common/library.h"
 #include "hosts/common/location_names.h"
 #include "hosts/common/reading.h"
@@ -36,9 +39,11 @@ Summaries Summarize(std::span<const ItemRecord> items) {
 }
 
 std::wstring AsTable(const Summaries& summaries) {
-  TextTable table{.header = {L"Location", L"Family", L"Key or folder", L"Can", L"Enabled", L"Disabled"},
-                  .rows = {},
-                  .pathColumn = 2};
+  TextTable table{
+      .header = {texts::kLocationColumn.Get(), texts::kFamilyColumn.Get(), texts::kPlaceColumn.Get(),
+                 texts::kCanColumn.Get(), texts::kEnabledColumn.Get(), texts::kDisabledColumn.Get()},
+      .rows = {},
+      .pathColumn = 2};
   for (std::int32_t location = kFirstLocation; location <= kLastLocation; ++location) {
     const LocationSummary& summary = summaries[static_cast<std::size_t>(location)];
     const LocationRow& row = LocationRowOf(location);
@@ -75,18 +80,23 @@ void RunLocations(const Arguments& arguments) {
 namespace {
 
 std::wstring ClientTable(std::span<const ClientRecord> clients, const TableStyle& style) {
-  TextTable table{.header = {L"Kind", L"Default", L"Name", L"Company", L"File", L"Description", L"Key"},
-                  .rows = {},
-                  .pathColumn = 4};
+  TextTable table{
+      .header = {texts::kKindColumn.Get(), texts::kDefaultColumn.Get(), texts::kNameColumnTitle.Get(),
+                 texts::kCompanyColumn.Get(), texts::kFileCellColumn.Get(), texts::kDescriptionColumn.Get(),
+                 texts::kKeyColumn.Get()},
+      .rows = {},
+      .pathColumn = 4};
   for (const ClientRecord& client : clients) {
-    table.rows.push_back({std::wstring(ClientKindName(client.kind)), client.isDefault ? L"yes" : L"",
-                          Printable(client.name), Printable(client.company),
+    table.rows.push_back({Known(texts::kClientKinds, ClientKindName(client.kind)).Shown(),
+                          client.isDefault ? texts::kCellYes.Get() : L"", Printable(client.name),
+                          Printable(client.company),
                           Printable(client.file.empty() ? client.command : client.file),
                           Printable(client.description), Printable(client.keyPath)});
     const bool isMissing = client.reachability != kFileFound;
     table.tones.push_back(isMissing ? Tone::kWarning : Tone::kPlain);
     if (isMissing) {
-      table.rows.back()[4].append(L" (").append(ReachabilityName(client.reachability)).append(L")");
+      std::wstring& file = table.rows.back()[4];
+      file = WithReachability(file, client.reachability);
     }
   }
   return table.Text(style);
@@ -100,7 +110,7 @@ void RunClients(const Arguments& arguments) {
   const std::vector<ClientRecord> clients = ReadClients(library, arguments.paths);
   for (const ClientRecord& client : clients) {
     if (client.kind == kFavoritePath && !client.fileFound) {
-      WriteMessage(L"There is no file \"" + client.command + L"\".");
+      WriteMessage(Format(texts::kNoFileAt, client.command));
     }
   }
   WriteRecords<ClientRecord>(arguments, fields, clients,
@@ -111,15 +121,15 @@ void RunResolve(const Arguments& arguments) {
   const Library library;
   const std::wstring& command = arguments.items.front();
   const std::wstring file = library.ResolveCommandFile(command);
-  if (file.empty()) throw HostError(L"The command line \"" + command + L"\" names no file.");
+  if (file.empty()) throw HostError(Say(texts::kNamesNoFile, command));
   WriteOutput(Printable(file) + L"\n");
-  if (!Exists(file)) throw HostError(L"There is no such file.");
+  if (!Exists(file)) throw HostError(texts::kNoSuchFile);
 }
 
 namespace {
 
 std::wstring RequireText(const std::wstring& text) {
-  if (text.empty()) throw HostError(L"Cannot tell the folder of the log file.");
+  if (text.empty()) throw HostError(texts::kNoLogFolder);
   return WithTrailingBackslash(text);
 }
 
@@ -137,15 +147,18 @@ void RunLog(const Arguments&) {
 }
 
 void RunWindows(const Arguments&) {
-  TextTable table{.header = {L"Process", L"File", L"Icon", L"Caption"}, .rows = {}};
+  TextTable table{.header = {texts::kProcessColumn.Get(), texts::kFileCellColumn.Get(),
+                             texts::kIconColumn.Get(), texts::kCaptionColumn.Get()},
+                  .rows = {}};
   try {
     const TWindowTopCollection windows(nullptr);
     for (const TWindowTopItem& item : windows.Items()) {
       table.rows.push_back({std::to_wstring(item.ProcessId), Printable(item.FileName),
-                            item.ImageIndex >= 0 ? L"yes" : L"no", Printable(item.Caption)});
+                            (item.ImageIndex >= 0 ? texts::kCellYes : texts::kCellNo).Get(),
+                            Printable(item.Caption)});
     }
   } catch (const Exception& exception) {
-    throw HostError(L"Cannot list the windows: " + exception.Message());
+    throw HostError(Say(texts::kCannotListWindows, exception.Message()));
   }
   WriteOutput(table.Text(OutputStyle()));
 }

@@ -1,8 +1,11 @@
 #include "hosts/cli/commands/undo_commands.h"
 
 #include "hosts/cli/console.h"
+#include "hosts/cli/texts/journal_texts.h"
+#include "hosts/cli/texts/usage_texts.h"
 #include "hosts/common/host_error.h"
 #include "hosts/common/journal.h"
+#include "hosts/common/journal_words.h"
 #include "hosts/common/text_encoding.h"
 #include "infra/runtime/text.h"
 
@@ -17,8 +20,8 @@ namespace {
 
 // What is to be done, and its words.
 struct Order {
-  std::wstring_view verb;
-  std::wstring_view done;
+  UndoVerb verb;
+  const texts::UndoTexts& texts;
   // Nobody has named an action.
   bool isBare = false;
   std::vector<std::uint32_t> parts = {};  // none: all
@@ -26,13 +29,13 @@ struct Order {
 };
 
 std::wstring NameOf(const UndoRecord& record) {
-  return L"checkpoint " + std::to_wstring(record.checkpoint) + L" \"" + record.title + L"\"";
+  return Format(texts::kCheckpointName, record.checkpoint, TitleText(record.title));
 }
 
 std::wstring StepLine(const UndoneStepRecord& step) {
-  std::wstring line(StepOutcomeName(step.outcome));
+  std::wstring line = StepOutcomeText(step.outcome).Get();
   line.resize(std::max<std::size_t>(line.size(), 11), L' ');
-  return line + L"  " + Printable(step.text);
+  return line + L"  " + Printable(ShownStep(step.text));
 }
 
 bool IsWorthTelling(const UndoneStepRecord& step) noexcept {
@@ -65,27 +68,16 @@ bool StandsInTheWay(const UndoRecord& record) noexcept {
 }
 
 HostError FailureOf(const UndoRecord& record, const Order& order) {
-  const std::wstring verb(order.verb);
+  const texts::UndoTexts& texts = order.texts;
   if (record.result == IJournal::kConflict) {
-    return HostError(L"Cannot " + verb + L": " + NameOf(record) +
-                         L" is in conflict with later changes; nothing was changed. --force " + verb +
-                         L"es the rest over them.",
-                     ExceptionLines(record));
+    return HostError(Format(texts.conflict, NameOf(record)), ExceptionLines(record));
   }
-  if (order.isBare && IsNotFound(record.result)) {
-    return HostError(L"There is nothing to " + verb + L".");
-  }
-  const std::wstring name = record.checkpoint == 0 ? std::wstring() : L' ' + NameOf(record);
-  HostError error(L"Cannot " + verb + name + L": " + UndoFailureText(record, verb));
-  if (order.isBare && StandsInTheWay(record)) {
-    error.Add(L"It is the newest change to undo. \"startupctl " + verb +
-              L" ID\" names another one, and \"startupctl checkpoints\" lists all.");
-  }
-  if (record.ownCheckpoint != 0) {
-    error.Add(L"What was done until then is checkpoint " + std::to_wstring(record.ownCheckpoint) +
-              L": the same command goes on, and \"startupctl undo " + std::to_wstring(record.ownCheckpoint) +
-              L"\" takes it back.");
-  }
+  if (order.isBare && IsNotFound(record.result)) return HostError(texts::kNothingToUndo);
+  const std::wstring why = UndoFailureText(record, order.verb);
+  HostError error(record.checkpoint == 0 ? Format(texts.failedBare, why)
+                                         : Format(texts.failed, NameOf(record), why));
+  if (order.isBare && StandsInTheWay(record)) error.Add(texts::kNewestToUndo);
+  if (record.ownCheckpoint != 0) error.Add(Say(texts::kGoesOn, record.ownCheckpoint));
   return error;
 }
 
@@ -94,8 +86,8 @@ std::vector<std::wstring> PassedOver(const Journal& journal, std::uint32_t undon
   std::vector<std::wstring> lines;
   for (const CheckpointRecord& each : journal.Checkpoints()) {
     if (each.info.id > undone && each.info.state == CheckpointState::kDamaged) {
-      lines.push_back(L"Passed over: checkpoint " + std::to_wstring(each.info.id) + L" \"" + each.title +
-                      L"\", which is damaged.");
+      lines.push_back(
+          Format(texts::kPassedOver, Format(texts::kCheckpointName, each.info.id, TitleText(each.title))));
     }
   }
   return lines;
@@ -119,27 +111,28 @@ std::uint32_t FindPart(const std::vector<CheckpointRecord>& parts, const std::ws
     if (std::to_wstring(part.info.id) == text) return part.info.id;
     if (!SameText(CaptionIn(part.title), text)) continue;
     number = part.info.id;
-    candidates.push_back(L"  " + std::to_wstring(number) + L"  " + part.title);
+    candidates.push_back(L"  " + std::to_wstring(number) + L"  " + TitleText(part.title));
   }
-  if (candidates.empty()) throw HostError(L"No part has the number or the entry \"" + text + L"\".");
+  if (candidates.empty()) throw HostError(Say(texts::kNoPart, text));
   if (candidates.size() > 1) {
-    throw HostError(L"\"" + text + L"\" means several parts; give the number of one:", candidates);
+    throw HostError(Say(texts::kSeveralParts, text), candidates);
   }
   return number;
 }
 
 std::vector<std::uint32_t> OnlyParts(const Journal& journal, const Arguments& arguments) {
   if (arguments.only.empty()) return {};
-  if (arguments.ids.empty()) throw UsageError(L"--only needs the ID of a checkpoint.");
+  if (arguments.ids.empty()) throw UsageError(texts::kOnlyNeedsId);
   const std::vector<CheckpointRecord> parts = journal.Parts(arguments.Id());
   std::set<std::uint32_t> numbers;
   for (const std::wstring& text : arguments.only) numbers.insert(FindPart(parts, text));
   return {numbers.begin(), numbers.end()};
 }
 
-std::wstring CountOf(const std::vector<std::uint32_t>& parts) {
-  if (parts.empty()) return {};
-  return parts.size() == 1 ? L"one part of " : std::to_wstring(parts.size()) + L" parts of ";
+std::wstring DoneText(const Order& order, const UndoRecord& record) {
+  const std::size_t count = order.parts.size();
+  const Text& text = count == 0 ? order.texts.done : count == 1 ? order.texts.oneDone : order.texts.manyDone;
+  return Format(text, NameOf(record), count);
 }
 
 void Run(const Journal& journal, const Arguments& arguments, const Order& order) {
@@ -153,7 +146,7 @@ void Run(const Journal& journal, const Arguments& arguments, const Order& order)
   if (arguments.show) return;
   std::vector<std::wstring> lines = ExceptionLines(record);
   if (order.isBare) std::ranges::move(PassedOver(journal, record.checkpoint), std::back_inserter(lines));
-  WriteMessage(std::wstring(order.done) + L" " + CountOf(order.parts) + NameOf(record) + L".", lines);
+  WriteMessage(DoneText(order, record), lines);
 }
 
 // The last undo that stands. What takes an undo back is a redo, which is none.
@@ -170,14 +163,14 @@ std::uint32_t LastUndo(const Journal& journal) {
     return each.info.undoes != 0 && stands && !isUndo(each.info.undoes);
   });
   if (last != all.rend()) return last->info.id;
-  throw HostError(L"Nothing was undone that could be made again.");
+  throw HostError(texts::kNothingToRedo);
 }
 
 }  // namespace
 
 void RunUndo(const Arguments& arguments) {
   const Journal journal;
-  Order order{.verb = L"undo", .done = L"Undid", .isBare = arguments.ids.empty()};
+  Order order{.verb = UndoVerb::kUndo, .texts = texts::kUndoTexts, .isBare = arguments.ids.empty()};
   order.parts = OnlyParts(journal, arguments);
   order.run = [&](UndoMode mode) {
     return order.parts.empty() ? journal.Undo(arguments.Id(), mode)
@@ -189,8 +182,9 @@ void RunUndo(const Arguments& arguments) {
 void RunRedo(const Arguments& arguments) {
   const Journal journal;
   const std::uint32_t id = arguments.ids.empty() ? LastUndo(journal) : arguments.Id();
-  Run(journal, arguments,
-      {.verb = L"redo", .done = L"Redid", .run = [&](UndoMode mode) { return journal.Redo(id, mode); }});
+  Run(journal, arguments, {.verb = UndoVerb::kRedo, .texts = texts::kRedoTexts, .run = [&](UndoMode mode) {
+                             return journal.Redo(id, mode);
+                           }});
 }
 
 }  // namespace smh

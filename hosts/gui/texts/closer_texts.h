@@ -7,10 +7,11 @@ namespace smh::texts {
 
 inline constexpr Text kCannotOpen{L"Cannot open %1: %2", L"%1 kann nicht geöffnet werden: %2",
                                   L"לא ניתן לפתוח את %1: %2"};
-inline constexpr Text kFileOutOfReach{L"The file of %1 is on a share or drive that does not answer now.",
-                                      L"Die Datei von %1 liegt auf einer Freigabe oder einem Laufwerk, das "
-                                      L"jetzt nicht antwortet.",
-                                      L"הקובץ של %1 נמצא בשיתוף או בכונן שאינו מגיב כעת."};
+inline constexpr Text kProgramOutOfReach{
+    L"The file of %1 is on a share or drive that does not answer now.",
+    L"Die Datei von %1 liegt auf einer Freigabe oder einem Laufwerk, das "
+    L"jetzt nicht antwortet.",
+    L"הקובץ של %1 נמצא בשיתוף או בכונן שאינו מגיב כעת."};
 inline constexpr Text kOpenedFolder{L"Opened the folder of %1.", L"Der Ordner von %1 wurde geöffnet.",
                                     L"התיקייה של %1 נפתחה."};
 inline constexpr Text kFileAndFolderMissing{L"The file of %1 is missing, and so is its folder.",

@@ -67,4 +67,11 @@ inline constexpr Text kSaveStateTitle{L"Save the state of all entries", L"Stand 
 inline constexpr Text kCompareStateTitle{L"Compare with a saved state",
                                          L"Mit einem gespeicherten Stand vergleichen", L"השוואה למצב שמור"};
 
+// What was given for `--language`.
+inline constexpr Text kNoSuchLanguage{L"--language takes en, de or he, not “%1”.",
+                                      L"--language nimmt en, de oder he an, nicht „%1“.",
+                                      L"--language מקבל en, de או he, ולא “%1”."};
+// What a button does, for programs that read the screen.
+inline constexpr Text kPress{L"Press", L"Drücken", L"לחיצה"};
+
 }  // namespace smh::texts

@@ -44,8 +44,6 @@ inline constexpr CountText kHiddenMatch{
     {L"%1 entries that match %3 are hidden by %2.",
      L"%1 Einträge, die zu %3 passen, sind ausgeblendet durch %2.",
      L"%1 פריטים התואמים ל-%3 מוסתרים על ידי %2."}};
-inline constexpr Text kReadingLocations{L"Reading the locations…", L"Speicherorte werden gelesen…",
-                                        L"קורא את המיקומים…"};
 inline constexpr Text kShowAllEntries{L"Show all entries", L"Alle Einträge anzeigen", L"הצג את כל הפריטים"};
 inline constexpr Text kNoEntry{L"There is no entry.", L"Es gibt keinen Eintrag.", L"אין פריטים."};
 inline constexpr Text kNoEntryIn{L"There is no entry in %1.", L"Es gibt keinen Eintrag in %1.",

@@ -56,6 +56,8 @@ inline constexpr Text kWasInterrupted{
     L"A change was interrupted: the undo history (Ctrl+3) can take it back.",
     L"Eine Änderung wurde unterbrochen: Der Änderungsverlauf (Strg+3) kann sie zurücknehmen.",
     L"שינוי הופסק באמצעו: היסטוריית השינויים (Ctrl+3) יכולה לבטל אותו."};
+// What becomes of a step; the step.
+inline constexpr Text kStepOutcome{L"%1: %2", L"%1: %2", L"%1: %2"};
 inline constexpr Text kCannotBeUndone{L"It cannot be undone: %1", L"Sie ist nicht rückgängig zu machen: %1",
                                       L"לא ניתן לבטל אותה: %1"};
 

@@ -77,10 +77,10 @@ inline constexpr Text kMenuAllLocations{L"&All locations", L"&Alle Orte", L"כל
 inline constexpr Text kMenuNotStarting{L"Only &not starting", L"Nur ni&cht startende",
                                        L"רק פריטים ש&אינם מופעלים"};
 inline constexpr Text kMenuMissing{L"Only &missing", L"Nur &fehlende", L"רק פריטים &חסרים"};
-inline constexpr Text kMenuUnsigned{L"Only unsi&gned or broken", L"Nur &unsignierte oder beschädigte",
+inline constexpr Text kMenuUnsigned{L"Only unsi&gned or broken", L"Nur &unsignierte oder ungültige",
                                     L"רק פריטים לא ח&תומים או פגומים"};
 inline constexpr Text kMenuRisky{L"Only ris&ky", L"Nur &riskante", L"רק פריטים מ&סוכנים"};
-inline constexpr Text kMenuHideVerified{L"&Hide verified", L"Ü&berprüfte ausblenden", L"הסתרת מא&ומתים"};
+inline constexpr Text kMenuHideVerified{L"&Hide verified", L"&Geprüfte ausblenden", L"הסתרת מא&ומתים"};
 inline constexpr Text kMenuClearFilters{L"Switch &filters off", L"Fi&lter ausschalten", L"&כיבוי המסננים"};
 inline constexpr Text kMenuShowAll{L"Sh&ow all entries\tCtrl+0", L"Alle &Einträge anzeigen\tStrg+0",
                                    L"ה&צגת כל הפריטים\tCtrl+0"};

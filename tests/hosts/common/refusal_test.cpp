@@ -34,7 +34,7 @@ TEST(RefusalTest, EveryRowIsReachedAndIsASentence) {
     EXPECT_TRUE(isReached) << "another row hides it";
     EXPECT_NE(row.result, S_OK);
     if (row.words == nullptr) continue;
-    const std::wstring_view words(row.words);
+    const std::wstring_view words(row.words->In(Language::kEnglish));
     EXPECT_TRUE(words.ends_with(L'.'));
     EXPECT_TRUE(words.front() >= L'a' && words.front() <= L'z') << "it ends a sentence";
   }
@@ -48,7 +48,7 @@ HRESULT Call(const std::function<std::wstring()>& answer) {
 std::wstring WordsFor(LibrarySlot slot, const std::function<std::wstring()>& answer) {
   const HRESULT result = Call(answer);
   EXPECT_NE(result, S_OK);
-  return LibraryErrorText(slot, result);
+  return LibraryErrorText(slot, result).English();
 }
 
 template <typename Raise>
@@ -98,7 +98,7 @@ TEST(RefusalTest, NoSlotShowsAnAssertion) {
 TEST(RefusalTest, ASlotThatAnswersANumberIsKnownByItsText) {
   const auto words = [](const std::function<std::wstring()>& answer) {
     Call(answer);
-    return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt);
+    return LibraryErrorText(LibrarySlot::kAddItem, std::nullopt).English();
   };
   EXPECT_NE(words(Raising([] { RaiseAssertion(L"unit", 5); })).find(L"takes no such entry"),
             std::wstring::npos);
@@ -106,7 +106,7 @@ TEST(RefusalTest, ASlotThatAnswersANumberIsKnownByItsText) {
   EXPECT_EQ(words(Raising([] { throw Exception(L"Of its own"); })), L"Of its own");
   EXPECT_NE(words([] { return std::wstring(L"the change was refused without an error"); }).find(L"Windows"),
             std::wstring::npos);
-  EXPECT_EQ(words([] { return std::wstring(); }), SystemErrorText(E_FAIL)) << "nothing is known";
+  EXPECT_EQ(words([] { return std::wstring(); }), SystemErrorText(E_FAIL).English()) << "nothing is known";
 }
 
 class MakeChangeTest : public StartupctlTest {
@@ -136,7 +136,7 @@ TEST_F(MakeChangeTest, TellsWhatIsDoneFromWhatIsNot) {
   item->operation = [] { return std::wstring(L"for a reason of its own"); };
   EXPECT_EQ(DisableFake().text, L"for a reason of its own");
   item->operation = Raising(RaiseChangedMeanwhile);
-  EXPECT_NE(DisableFake().text.find(L"changed the entry meanwhile"), std::wstring::npos);
+  EXPECT_NE(DisableFake().text.English().find(L"changed the entry meanwhile"), std::wstring::npos);
   EXPECT_EQ(item->operations, 5);
   // One that has gone is not asked, and never a success.
   item->index = -1;
