@@ -4,6 +4,7 @@
 #include "hosts/common/location_names.h"
 #include "hosts/common/snapshot_compare.h"
 #include "hosts/common/start_words.h"
+#include "hosts/common/texts/refusal_texts.h"
 #include "infra/runtime/embedded_nul.h"
 #include "infra/runtime/text.h"
 
@@ -22,7 +23,7 @@ Phrase NotAllowed(const Text& why, const ItemRecord& item) {
 // Why an entry cannot get the wanted command; empty when it can.
 Phrase WhyNotChanged(const ItemRecord& item, const SnapshotEntry& wanted) {
   if (!item.Can(kActionChangeCommand)) return NotAllowed(texts::kForbidsCommand, item);
-  if (wanted.command.empty()) return texts::kNoEmptyCommand;
+  if (wanted.command.empty()) return texts::kEmptyCommand;
   if (HoldsNul(wanted.command)) return texts::kCommandHoldsNul;
   if (!SameText(item.command, wanted.command)) return {};
   return texts::kOnlyCase;

@@ -40,7 +40,7 @@ std::optional<std::int32_t> LocationIn(const FlatObject& object) {
   const std::optional<std::wstring> name = object.Text("location");
   if (!name) return std::nullopt;
   if (const auto location = LocationByName(*name)) return *location;
-  throw JsonFault(Format(texts::kNoSuchLocation, Printable(*name)));
+  throw JsonFault(Format(texts::kNoLocation, Printable(*name)));
 }
 
 std::optional<std::wstring> TextIn(const FlatObject& object, const char* key) {

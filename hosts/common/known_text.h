@@ -12,7 +12,7 @@
 
 namespace smh {
 
-// What `text` has in the places of "%1" to "%9", which come in this order in the English text of the row;
+// What `text` has in the places of "%1" to "%3", which come in this order in the English text of the row;
 // empty when it does not fit.
 std::optional<std::vector<std::wstring>> ArgumentsIn(const Text& row, std::wstring_view text);
 // The text by the first row that it fits, as Say gives it; of none, as it stands.

@@ -7,6 +7,7 @@
 #include "hosts/common/reading.h"
 #include "hosts/common/start_words.h"
 #include "hosts/common/texts/operation_texts.h"
+#include "hosts/common/texts/refusal_texts.h"
 #include "infra/runtime/text.h"
 
 #include <algorithm>
@@ -34,7 +35,7 @@ bool IsInFolder(const ItemRecord& item) noexcept {
 // What the account and the location allow, asked of the entry as it is now.
 Ask AskAbility(const EntryChange& change) {
   const ItemAction ability = *OperationOf(change.verb).ability;
-  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kGoneMeanwhile);
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kNoMoreListed);
   if (change.listed->CanDo(ability)) return std::nullopt;
   return Refused(Say(texts::kLocationForbids, LocationName(change.before.location)));
 }
@@ -82,7 +83,7 @@ Ask AskState(const Library&, const EntryChange& change) {
 template <bool off>
 Ask AskSwitch(const Library&, const EntryChange& change) {
   const ItemRecord& before = change.before;
-  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kGoneMeanwhile);
+  if (!change.listed || change.listed->GetIndex() < 0) return Refused(texts::kNoMoreListed);
   if (!before.enabled) return Refused(texts::kNoSwitchWhenDisabled);
   if (!NeedsSwitch(before, off)) {
     return Nothing(off ? texts::kIsSwitchedOff : texts::kIsNotSwitchedOff, before);

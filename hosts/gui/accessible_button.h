@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosts/gui/accessible_model.h"
-#include "hosts/gui/texts/dialog_texts.h"
+#include "hosts/gui/texts/frame_texts.h"
 
 namespace smh {
 
@@ -18,7 +18,7 @@ class AccessibleButton final : public AccessibleModel {
   DWORD Role(int child) const override;
   DWORD State(int child) const override;
   RECT Place(int child) const override;
-  std::wstring DefaultAction(int) const override { return texts::kPress.Get(); }
+  std::wstring DefaultAction(int) const override { return texts::kActPress.Get(); }
   void DoDefaultAction(int child) override;
   bool Select(int child, LONG flags) override;
 

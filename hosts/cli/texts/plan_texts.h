@@ -25,8 +25,6 @@ inline constexpr Text kForbidsDeleting{
     L"entries of %1 do not allow to be deleted, or this account may not write there.",
     L"Einträge von %1 sind nicht zu löschen, oder dieses Konto darf dort nicht schreiben.",
     L"לא ניתן למחוק פריטים של %1, או שלחשבון זה אין הרשאת כתיבה שם."};
-inline constexpr Text kNoEmptyCommand{L"a command must not be empty.", L"ein Befehl darf nicht leer sein.",
-                                      L"פקודה אינה יכולה להיות ריקה."};
 inline constexpr Text kCommandHoldsNul{L"the command holds a NUL.", L"der Befehl enthält ein NUL-Zeichen.",
                                        L"הפקודה מכילה תו NUL."};
 inline constexpr Text kOnlyCase{

@@ -70,8 +70,6 @@ inline constexpr Text kNoInstance{L"This is no instance of a start-up entry: %1"
                                   L"זהו אינו מופע של פריט הפעלה: %1"};
 inline constexpr Text kNoProperty{L"there is no property \"%1\".", L"es gibt keine Eigenschaft „%1“.",
                                   L"אין מאפיין \"%1\"."};
-inline constexpr Text kNoSuchLocation{L"there is no location \"%1\".", L"es gibt keinen Ort „%1“.",
-                                      L"אין מיקום \"%1\"."};
 inline constexpr Text kIsEmpty{L"\"%1\" is empty.", L"„%1“ ist leer.", L"\"%1\" ריק."};
 inline constexpr Text kNeedsCommandNow{L"An entry that is to be made needs a command.",
                                        L"Ein Eintrag, der erstellt werden soll, braucht einen Befehl.",

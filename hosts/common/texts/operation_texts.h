@@ -101,8 +101,6 @@ inline constexpr Text kHasThatCommand{L"has that command already.", L"hat schon 
 inline constexpr Text kIsThereAlready{L"is there already.", L"ist schon vorhanden.", L"כבר קיים."};
 
 // Refused.
-inline constexpr Text kGoneMeanwhile{L"the entry has gone meanwhile.",
-                                     L"der Eintrag ist inzwischen verschwunden.", L"הפריט נעלם בינתיים."};
 inline constexpr Text kLocationForbids{
     L"entries of %1 do not allow it, or this account may not write there.",
     L"Einträge von %1 erlauben es nicht, oder dieses Konto darf dort nicht schreiben.",

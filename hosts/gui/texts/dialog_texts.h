@@ -71,7 +71,5 @@ inline constexpr Text kCompareStateTitle{L"Compare with a saved state",
 inline constexpr Text kNoSuchLanguage{L"--language takes en, de or he, not “%1”.",
                                       L"--language nimmt en, de oder he an, nicht „%1“.",
                                       L"--language מקבל en, de או he, ולא “%1”."};
-// What a button does, for programs that read the screen.
-inline constexpr Text kPress{L"Press", L"Drücken", L"לחיצה"};
 
 }  // namespace smh::texts
